@@ -1,0 +1,86 @@
+#!/usr/bin/env bash
+# Builds Vantor and shows it: makes a demo workspace from the sample counter file on the command line, then
+# opens the main window on the study it made.
+#
+#   ./run.sh              keeps the workspace of the last time, with all that was changed in it
+#   ./run.sh --fresh      makes the workspace anew
+#   ./run.sh --no-window  command line only
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+root=$PWD
+
+fresh=0
+window=1
+for option in "$@"; do
+    case $option in
+    --fresh) fresh=1 ;;
+    --no-window) window=0 ;;
+    *)
+        echo "usage: ./run.sh [--fresh] [--no-window]" >&2
+        exit 2
+        ;;
+    esac
+done
+
+scripts/build.sh release vantor
+PATH=$root/build/release/bin:$PATH
+
+workspace=$root/build/demo
+counterFile="Field Data Files/Corridor.tdc"
+group="Study Groups/Main Street NB"
+study="$group/AM Peak.ld2"
+complete=$workspace/.complete # written last, so that a workspace that failed half way is made anew
+
+# Prints a command as one would type it, then runs it.
+show() {
+    local word line='$'
+    for word in "$@"; do
+        [[ $word =~ ^[A-Za-z0-9_./,-]+$ ]] && line+=" $word" || line+=" \"$word\""
+    done
+    printf '\n%s\n' "$line"
+    "$@"
+}
+
+makeStudy() {
+    show vantor counter studies "$counterFile"
+    show vantor counter convert "$counterFile" --to Temp
+
+    printf '\nThe runs of study 001 get names of their own and move to a Study Group,\n'
+    printf 'as "Process Runs in Temp Folder" does it in the window:\n'
+    mkdir -p "$group"
+    local run name names=()
+    for run in Temp/S001R*.rd2; do
+        printf -v name 'Main St-NB-%03d' $((${#names[@]} + 1))
+        show mv "$run" "$group/$name.rd2"
+        names+=("$name")
+    done
+
+    show vantor study new "$group" "AM Peak" "${names[@]}"
+
+    # From before the first signal to past the last one, in feet.
+    show vantor study bounds "$study" --all --start-dist 300 --end-dist 7600
+    show vantor study compute "$study"
+    touch "$complete"
+}
+
+if ((fresh)) || [[ ! -e $complete ]]; then
+    rm -rf "$workspace"
+    mkdir -p "$workspace"/{Temp,"Study Groups","Field Data Files"}
+    cp samples/Corridor.tdc "$workspace/Field Data Files/"
+fi
+
+# The settings lie in the program folder; with one of its own the demo touches nobody's settings.
+export VANTOR_PROGRAM_FOLDER=$workspace
+cd "$workspace"
+echo "Workspace: $workspace"
+show vantor settings show
+[[ -e $complete ]] || makeStudy
+show vantor study show "$study"
+
+if ((!window)); then
+    exit 0
+elif [[ -n ${DISPLAY-} || -n ${WAYLAND_DISPLAY-} ]]; then
+    show vantor "$study"
+else
+    printf '\nThere is no display here, so the window stays closed.\n'
+fi

@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Installs the Debian 12 packages that the project needs and that are missing.
+#
+#   scripts/install-dependencies.sh           everything
+#   scripts/install-dependencies.sh --build   only what building and running need
+set -euo pipefail
+
+build=(
+    build-essential cmake ninja-build ccache
+    qt6-base-dev qt6-svg-dev qt6-wayland
+    libcli11-dev nlohmann-json3-dev
+    libgtest-dev libbenchmark-dev
+    fontconfig fonts-dejavu-core # the offscreen platform brings no font of its own
+)
+check=(clang-format clang-tidy python3)
+
+case "${1-}" in
+"") wanted=("${build[@]}" "${check[@]}") ;;
+--build) wanted=("${build[@]}") ;;
+*)
+    echo "usage: ${0##*/} [--build]" >&2
+    exit 2
+    ;;
+esac
+
+if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+    echo "This is no Debian system; the equals of these packages must be there: ${wanted[*]}" >&2
+    exit 0
+fi
+
+installed=" $(dpkg-query -W -f '${Package}/${db:Status-Status} ' "${wanted[@]}" 2>/dev/null || true)"
+missing=()
+for package in "${wanted[@]}"; do
+    [[ $installed == *" $package/installed "* ]] || missing+=("$package")
+done
+((${#missing[@]})) || exit 0
+
+echo "Installing with apt-get: ${missing[*]}"
+asRoot=()
+if ((EUID != 0)); then
+    if ! command -v sudo >/dev/null; then
+        echo "Installing needs root, and there is no sudo. As root, run: apt-get install ${missing[*]}" >&2
+        exit 1
+    fi
+    asRoot=(sudo)
+fi
+
+# Another apt run (unattended upgrades) may hold the lock for a while.
+aptGet=("${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=600 -o Dpkg::Use-Pty=0)
+"${aptGet[@]}" update || echo "apt-get update failed; going on with the package lists that are there." >&2
+"${aptGet[@]}" install --yes --no-install-recommends "${missing[@]}" >/dev/null

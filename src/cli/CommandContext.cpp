@@ -1,0 +1,88 @@
+#include "cli/CommandContext.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "core/Paths.h"
+#include "core/RunTimeError.h"
+#include "core/Text.h"
+
+namespace vantor {
+namespace {
+
+std::string Shown(const Json& value) {
+    if (value.is_string()) return value.get<std::string>();
+    return value.is_null() ? "" : value.dump();
+}
+
+bool SaysNothing(const Json& value) {
+    return value.is_null() || (value.is_string() && value.get<std::string>().empty()) ||
+           (value.is_number() && value.get<double>() == 0);
+}
+
+bool IsTable(const Json& value) { return value.is_array() && !value.empty() && value.front().is_object(); }
+
+void WriteTable(std::ostream& out, const Json& rows) {
+    std::vector<std::vector<std::string>> lines(1);
+    for (const auto& [key, value] : rows.front().items()) lines.front().push_back(key);
+    for (const Json& row : rows) {
+        lines.emplace_back();
+        for (const auto& [key, value] : row.items()) lines.back().push_back(Shown(value));
+    }
+    std::vector<std::size_t> widths(lines.front().size());
+    for (const auto& line : lines)
+        for (std::size_t i = 0; i < line.size(); ++i) widths[i] = std::max(widths[i], line[i].size());
+    for (const auto& line : lines) {
+        std::string text;
+        for (std::size_t i = 0; i < line.size(); ++i) text += line[i] + std::string(widths[i] - line[i].size() + 2, ' ');
+        out << TrimRight(text) << '\n';
+    }
+}
+
+/// The elements that say something, each with its index.
+void WriteList(std::ostream& out, const std::string& key, const Json& list) {
+    for (std::size_t i = 0; i < list.size(); ++i)
+        if (!SaysNothing(list[i])) out << key << '[' << i << "]: " << Shown(list[i]) << '\n';
+}
+
+void WriteReadable(std::ostream& out, const Json& result) {
+    if (IsTable(result)) return WriteTable(out, result);
+    if (result.is_array()) {
+        for (const Json& line : result) out << Shown(line) << '\n';
+        return;
+    }
+    for (const auto& [key, value] : result.items()) {
+        if (IsTable(value)) {
+            out << '\n';
+            WriteTable(out, value);
+        } else if (value.is_array()) {
+            WriteList(out, key, value);
+        } else {
+            out << key << ": " << Shown(value) << '\n';
+        }
+    }
+}
+
+}  // namespace
+
+void CommandContext::Print(const Json& result) const {
+    if (AsJson)
+        Out << result.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    else
+        WriteReadable(Out, result);
+}
+
+NamedFile TakeApart(const std::string& path) {
+    const std::string file = LastComponent(path);
+    const std::string name = BaseName(path);
+    return {FolderOf(path), name, FoldCase(file.substr(name.size()))};
+}
+
+NamedFile TakeApart(const std::string& path, const std::string& extension, const std::string& kind) {
+    NamedFile file = TakeApart(path);
+    if (file.Extension != extension)
+        throw RunTimeError(ErrorNumber::TypeMismatch, path + "\nThis is no " + kind + ". Name a file that ends in " + extension + ".");
+    return file;
+}
+
+}  // namespace vantor

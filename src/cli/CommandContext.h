@@ -1,0 +1,47 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <ostream>
+#include <string>
+
+#include "core/ApplicationState.h"
+#include "core/ports/ApplicationEnd.h"
+#include "core/ports/Clock.h"
+#include "core/ports/Desktop.h"
+#include "core/ports/FileSystem.h"
+#include "core/ports/MessageBoxes.h"
+
+namespace vantor {
+
+/// Keys keep the order of the records.
+using Json = nlohmann::ordered_json;
+
+enum ExitStatus : int { Done = 0, Failed = 1, WrongUsage = 2, FatalFormat = 3 };
+
+/// What a command works with. Results go to Out, everything else to Err.
+struct CommandContext {
+    ApplicationState State;
+    FileSystem& Files;
+    MessageBoxes& Messages;
+    Desktop& DesktopServices;
+    const Clock& Time;
+    ApplicationEnd& End;
+    std::ostream& Out;
+    std::ostream& Err;
+    bool AsJson = false;
+
+    /// Writes a command's result, as JSON or as lines to read.
+    void Print(const Json& result) const;
+};
+
+/// A file named on the command line, taken apart.
+struct NamedFile {
+    std::string Folder;     ///< with a final separator, or empty
+    std::string Name;       ///< without extension
+    std::string Extension;  ///< in lower case, with its dot
+};
+NamedFile TakeApart(const std::string& path);
+/// Type mismatch (error 13) when the file's extension is another one.
+NamedFile TakeApart(const std::string& path, const std::string& extension, const std::string& kind);
+
+}  // namespace vantor

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include "cli/CommandContext.h"
+
+namespace vantor {
+
+/// What a chosen command does; returns the exit status.
+using CommandAction = std::function<int(CommandContext&)>;
+
+/// Adds a command under `parent`; when the command line names it, `chosen` becomes its action. The options that the
+/// action reads live as long as the action.
+CLI::App& AddCommand(CLI::App& parent, CommandAction& chosen, const std::string& name, const std::string& description,
+                     CommandAction action);
+
+// Each adds its group of commands to the program.
+void AddSettingsCommands(CLI::App& program, CommandAction& chosen);
+void AddRunCommands(CLI::App& program, CommandAction& chosen);
+void AddCounterCommands(CLI::App& program, CommandAction& chosen);
+void AddStudyCommands(CLI::App& program, CommandAction& chosen);
+
+}  // namespace vantor

@@ -1,0 +1,47 @@
+#include <memory>
+
+#include "cli/Commands.h"
+#include "core/Paths.h"
+#include "counter/CounterFile.h"
+
+namespace vantor {
+namespace {
+
+int ShowStudies(CommandContext& context, const std::string& path) {
+    TakeApart(path, CounterFileExtension, "counter file");
+    Json result = Json::array();
+    for (const CounterStudy& study : CounterStudies(context.Files, path, context.End))
+        result.push_back({{"Study", study.Study},
+                          {"SiteCode", study.SiteCode},
+                          {"Date", study.Date},
+                          {"Time", study.Time},
+                          {"Runs", study.Runs}});
+    context.Print(result);
+    return Done;
+}
+
+int ConvertFile(CommandContext& context, const std::string& path, const std::string& folder) {
+    TakeApart(path, CounterFileExtension, "counter file");
+    context.Print(ConvertCounterFile(context.Files, path, AsFolder(folder), context.State.CurrentRun));
+    return Done;
+}
+
+}  // namespace
+
+void AddCounterCommands(CLI::App& program, CommandAction& chosen) {
+    CLI::App* group = program.add_subcommand("counter", "The dump of a traffic counter");
+    group->fallthrough()->require_subcommand(1);
+
+    auto path = std::make_shared<std::string>();
+    auto folder = std::make_shared<std::string>();
+    CLI::App& studies = AddCommand(*group, chosen, "studies", "The studies of a counter file",
+                                   [=](CommandContext& context) { return ShowStudies(context, *path); });
+    studies.add_option("FILE", *path, "A counter file (.tdc)")->required();
+
+    CLI::App& convert = AddCommand(*group, chosen, "convert", "Make a run file of every record",
+                                   [=](CommandContext& context) { return ConvertFile(context, *path, *folder); });
+    convert.add_option("FILE", *path, "A counter file (.tdc)")->required();
+    convert.add_option("--to", *folder, "The folder for the run files")->required();
+}
+
+}  // namespace vantor

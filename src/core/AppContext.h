@@ -1,0 +1,26 @@
+#pragma once
+
+#include "core/ApplicationState.h"
+#include "core/ports/ApplicationEnd.h"
+#include "core/ports/Clock.h"
+#include "core/ports/Desktop.h"
+#include "core/ports/FileSystem.h"
+#include "core/ports/MessageBoxes.h"
+#include "core/ports/Screens.h"
+#include "core/ports/WindowMemory.h"
+
+namespace vantor {
+
+/// What a screen works with: the state of the program and the ways to the outside. Owned by main, or by a test.
+struct AppContext {
+    ApplicationState& State;
+    FileSystem& Files;
+    MessageBoxes& Messages;
+    Screens& OtherScreens;
+    Desktop& DesktopServices;
+    Clock& Time;
+    ApplicationEnd& End;
+    WindowMemory& Memory;
+};
+
+}  // namespace vantor

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace vantor {
+
+/// Nearest whole number with halves to even. Overflow (error 6) outside the 16-bit range or for no number.
+std::int16_t Round16(double value);
+/// As Round16, for 32 bits.
+std::int32_t Round32(double value);
+
+/// Sums and differences that fail with Overflow (error 6) instead of wrapping.
+std::int32_t Add32(std::int32_t left, std::int32_t right);
+std::int32_t Subtract32(std::int32_t left, std::int32_t right);
+std::int16_t Add16(std::int16_t left, std::int16_t right);
+
+/// A wider whole number as 16 bits; Overflow (error 6) when it does not fit.
+std::int16_t To16(std::int64_t value);
+
+/// A number as text with its sign position: a leading blank for values of 0 and above, else a minus sign.
+std::string Str(std::int64_t value);
+
+/// The leading number of a text (blanks before it are passed over), 0 where there is none.
+double Val(std::string_view text);
+
+/// The whole number that a text is, halves to even. Type mismatch (error 13) when the text, trimmed, is no
+/// number as a whole; Overflow (error 6) outside 32 bits.
+std::int32_t IntegerOfText(std::string_view text);
+
+/// Pattern "###.##": at most two decimals, no forced zeros (2.456 gives "2.46", 0.5 gives ".5", 3 gives "3.").
+/// The value is taken with its 15 significant decimal digits, exact halves are rounded away from zero.
+std::string FormatRatio(double value);
+
+/// A whole number with leading zeros up to `width` digits: the patterns "00" and "000".
+std::string ZeroPadded(std::int64_t value, int width);
+
+}  // namespace vantor

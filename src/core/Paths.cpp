@@ -1,0 +1,88 @@
+#include "core/Paths.h"
+
+#include "core/Numeric.h"
+#include "core/Text.h"
+#include "core/modMain.h"
+
+namespace vantor {
+namespace {
+
+bool IsSeparator(char character) { return character == '/' || character == PathSeparator; }
+
+bool IsForbidden(char character) {
+    return static_cast<unsigned char>(character) < 32 || character == 127 ||
+           std::string_view("/\\:*?\"<>|").find(character) != std::string_view::npos;
+}
+
+std::string_view WithoutFinalSeparator(std::string_view path) {
+    while (path.size() > 1 && IsSeparator(path.back())) path.remove_suffix(1);
+    return path;
+}
+
+std::size_t NameStart(std::string_view path) {
+    std::size_t at = path.size();
+    while (at > 0 && !IsSeparator(path[at - 1])) --at;
+    return at;
+}
+
+}  // namespace
+
+std::string AsFolder(std::string_view folder) {
+    std::string result(folder);
+    if (!result.empty() && !IsSeparator(result.back())) result += PathSeparator;
+    return result;
+}
+
+std::string LastComponent(std::string_view path) {
+    const std::string_view trimmed = WithoutFinalSeparator(path);
+    return std::string(trimmed.substr(NameStart(trimmed)));
+}
+
+std::string FolderOf(std::string_view path) { return std::string(path.substr(0, NameStart(path))); }
+
+std::string BaseName(std::string_view path) {
+    std::string name = LastComponent(path);
+    const std::size_t dot = name.rfind('.');
+    return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
+}
+
+bool HasExtension(std::string_view name, std::string_view extension) {
+    return name.size() > extension.size() && EqualIgnoringCase(name.substr(name.size() - extension.size()), extension);
+}
+
+bool IsSafeName(std::string_view name) {
+    const std::string_view trimmed = Trim(name);
+    if (trimmed.empty() || trimmed == "." || trimmed.find("..") != std::string_view::npos) return false;
+    for (const char character : trimmed)
+        if (IsForbidden(character)) return false;
+    return true;
+}
+
+std::string UnsafeNameMessage(std::string_view name) {
+    if (Trim(name).empty()) return "The name is empty.\nEnter a name and try again.";
+    return "\"" + WithSafeCharacters(Trim(name)) +
+           "\" cannot be used as a name.\nLeave out \"..\" and the characters / \\ : * ? \" < > | and try again.";
+}
+
+std::string WithSafeCharacters(std::string_view name) {
+    std::string safe(name);
+    for (char& character : safe)
+        if (IsForbidden(character)) character = '_';
+    return safe;
+}
+
+std::string NextName(const std::string& name) {
+    const std::string last = name.empty() ? "" : name.substr(name.size() - 1);
+    return name.substr(0, name.size() - last.size()) + std::to_string(Round32(Val(last)) + 1);
+}
+
+std::vector<FileInfo> FilesWithExtension(const FileSystem& files, const std::string& folder,
+                                         std::string_view extension) {
+    std::vector<FileInfo> found;
+    if (!FolderExists(files, folder)) return found;
+    for (FileInfo& info : files.List(folder))
+        if (!info.IsFolder && HasExtension(info.Name, extension)) found.push_back(std::move(info));
+    return found;
+}
+
+}  // namespace vantor

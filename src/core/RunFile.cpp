@@ -1,0 +1,189 @@
+#include "core/RunFile.h"
+
+#include <limits>
+
+#include "core/Paths.h"
+#include "core/modMain.h"
+
+namespace vantor {
+namespace {
+
+constexpr std::int32_t MostSamples = std::numeric_limits<std::int16_t>::max();
+
+std::string PathOf(const std::string& folder, const std::string& name, const char* extension) {
+    if (!IsSafeName(name)) throw RunTimeError(ErrorNumber::PathFileAccessError, UnsafeNameMessage(name));
+    return folder + name + extension;
+}
+
+std::int32_t CheckedSampleCount(std::int32_t count, const std::string& path) {
+    if (count > MostSamples)
+        throw RunTimeError(ErrorNumber::Overflow, path + "\nThe file tells of " + std::to_string(count) +
+                                                      " samples; a run holds at most 32767.");
+    if (count < 0)
+        throw RunTimeError(ErrorNumber::SubscriptOutOfRange,
+                           path + "\nThe file tells of " + std::to_string(count) + " samples. It is damaged.");
+    return count;
+}
+
+void DecodeSamplePairs(RunRecord& run, std::span<const std::byte> bytes) {
+    for (int i = 1; i <= run.SampleValues.LastIndex(); ++i) {
+        const std::size_t at = std::min(static_cast<std::size_t>(i - 1) * SamplePairSize, bytes.size());
+        const auto pair = bytes.subspan(at, std::min(SamplePairSize, bytes.size() - at));
+        codec::Get(run.SampleValues[i], pair.first(std::min<std::size_t>(2, pair.size())), 2);
+        if (pair.size() > 2) run.RunSamples[i] = DecodeRecord<RunSample>(RunSampleFields, pair.subspan(2));
+    }
+}
+
+std::vector<std::byte> EncodeRun(const RunRecord& run) {
+    const auto count = static_cast<std::size_t>(CheckedSampleCount(run.Header.SampleCount, run.Header.RunName));
+    if (run.SampleValues.size() < count || run.RunSamples.size() < count)
+        throw RunTimeError(ErrorNumber::SubscriptOutOfRange, run.Header.RunName);
+    std::vector<std::byte> bytes(RunHeaderSize + count * SamplePairSize);
+    EncodeRecord(run.Header, RunHeaderFields, bytes.data());
+    std::byte* out = bytes.data() + RunHeaderSize;
+    for (std::size_t i = 0; i < count; ++i, out += SamplePairSize) {
+        codec::Put(run.SampleValues.data()[i], 2, out);
+        EncodeRecord(run.RunSamples.data()[i], RunSampleFields, out + 2);
+    }
+    return bytes;
+}
+
+void SetWrittenHeader(RunHeader& header, const std::string& name) {
+    // The version 2 format is written with version 1 on purpose: earlier readers expect it and none tests it.
+    header.FileVersion = 1;
+    header.RunName = name;
+}
+
+/// The bytes before the first sample: the length of the file tells which of the two header lengths it has.
+std::size_t Ver1HeaderSizeOf(std::size_t fileSize, std::int32_t sampleCount) {
+    const std::size_t samples = 2 * static_cast<std::size_t>(sampleCount);
+    return fileSize == samples + Ver1LongHeaderSize ? Ver1LongHeaderSize : Ver1RunHeaderSize;
+}
+
+void TakeVer1Header(RunHeader& header, const Ver1RunHeader& old) {
+    header.RunDate = old.RunDate;
+    header.RunTime = old.RunTime;
+    header.SampleCount = old.SampleCount;
+    header.CountNumber = old.CountNumber;
+    header.RunNumber = old.RunNumber;
+    header.SiteCode = old.SiteCode;
+    header.CalConstant = old.CalConstant;
+    header.HeaderWord1 = old.HeaderWord1;
+    header.HeaderWord2 = old.HeaderWord2;
+    header.Before = old.Before;
+    header.After = old.After;
+    header.RunLength = old.RunLength;
+    header.Duration = old.Duration;
+    header.NumberOfSections = old.NumberOfSections;
+    header.HeaderLong = old.HeaderLong;
+    header.HeaderWord3 = old.HeaderWord3;
+    header.HeaderWord4 = 0;
+    header.ButtonLabel = old.ButtonLabel;
+    header.ButtonWord = old.ButtonWord;
+    header.ButtonLong = old.ButtonLong;
+    header.ButtonWord2 = old.ButtonWord2;
+    for (int section = 1; section <= 64; ++section) {
+        header.SectionName[section] = old.SectionName[section];
+        header.SectionDist[section] = old.SectionDist[section];
+    }
+    header.Notes = old.Notes;
+}
+
+}  // namespace
+
+void TellMissingRun(MessageBoxes& messages, const std::string& name) {
+    messages.Tell("Missing Run File: " + name, MessageIcon::Warning);
+}
+
+std::optional<RunHeader> ReadRunHeader(const FileSystem& files, const std::string& folder, const std::string& name) {
+    const std::string path = PathOf(folder, name, RunExtension);
+    if (!FileExists(files, path)) return std::nullopt;
+    auto header = DecodeRecord<RunHeader>(RunHeaderFields, ReadFirstBytes(files, path, RunHeaderSize));
+    header.RunName = name;
+    return header;
+}
+
+bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
+                 const std::string& name, bool withSamples) {
+    auto header = ReadRunHeader(files, folder, name);
+    if (!header) {
+        TellMissingRun(messages, name);
+        return false;
+    }
+    if (!withSamples) {
+        run.Header = std::move(*header);
+        return true;
+    }
+    const std::string path = PathOf(folder, name, RunExtension);
+    const std::int32_t count = CheckedSampleCount(header->SampleCount, path);
+    const auto bytes = ReadFirstBytes(files, path, RunHeaderSize + static_cast<std::size_t>(count) * SamplePairSize);
+    RunRecord read;
+    read.Header = std::move(*header);
+    read.SampleValues.ResizeTo(count);
+    read.RunSamples.ResizeTo(count);
+    DecodeSamplePairs(read, std::span(bytes).subspan(std::min(RunHeaderSize, bytes.size())));
+    run = std::move(read);
+    return true;
+}
+
+void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name) {
+    SetWrittenHeader(run.Header, name);
+    batch.Add(PathOf(folder, name, RunExtension), EncodeRun(run), OldTail::Kept);
+}
+
+void WriteRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name) {
+    const auto batch = files.BeginWrites();
+    AddRunFile(*batch, run, folder, name);
+    batch->Commit();
+}
+
+RunRecord ReadVer1Run(const FileSystem& files, const std::string& folder, const std::string& name) {
+    const std::string path = PathOf(folder, name, Ver1RunExtension);
+    // The longest run that can be kept bounds what is read, whatever the file's length.
+    const auto bytes = ReadFirstBytes(files, path, Ver1LongHeaderSize + 2 * std::size_t{MostSamples});
+    const auto old = DecodeRecord<Ver1RunHeader>(Ver1RunHeaderFields, bytes);
+    const std::int32_t count = CheckedSampleCount(old.SampleCount, path);
+    const auto fileSize = static_cast<std::size_t>(files.Open(path)->Size());
+
+    RunRecord run;
+    run.Header.FileVersion = old.Version;
+    run.Header.RunName = name;
+    TakeVer1Header(run.Header, old);
+    run.SampleValues.ResizeTo(count);
+    run.RunSamples.ResizeTo(count);
+    const std::size_t start = Ver1HeaderSizeOf(fileSize, count);
+    for (int i = 1; i <= count; ++i) {
+        const std::size_t at = std::min(start + 2 * static_cast<std::size_t>(i - 1), bytes.size());
+        codec::Get(run.SampleValues[i], std::span(bytes).subspan(at, std::min<std::size_t>(2, bytes.size() - at)), 2);
+    }
+    return run;
+}
+
+bool ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
+                        const std::string& name) {
+    const std::string path = PathOf(folder, name, "");
+    if (!FileExists(files, path + Ver1RunExtension)) {
+        TellMissingRun(messages, name);
+        return false;
+    }
+    if (FileExists(files, path + ConvertedRunExtension))
+        throw RunTimeError(ErrorNumber::FileAlreadyExists,
+                           path + ConvertedRunExtension + "\nThe run was converted before. Move that file away first.");
+    RunRecord converted = ReadVer1Run(files, folder, name);
+    WriteRunFile(files, converted, folder, name);
+    files.Rename(path + Ver1RunExtension, path + ConvertedRunExtension);
+    run = std::move(converted);
+    return true;
+}
+
+void DeleteRunFile(FileSystem& files, const std::string& folder, const std::string& name) {
+    const std::string path = PathOf(folder, name, RunExtension);
+    if (FileExists(files, path)) files.Delete(path);
+}
+
+void KeepBackup(FileSystem& files, const std::string& folder, const std::string& name) {
+    const std::string path = PathOf(folder, name, RunExtension);
+    files.Copy(path, folder + name + ".bak");
+}
+
+}  // namespace vantor

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+
+#include "core/RunRecords.h"
+#include "core/ports/FileSystem.h"
+#include "core/ports/MessageBoxes.h"
+
+namespace vantor {
+
+// In all of these `folder` ends in a separator and `name` has no extension. A name that would leave its folder is
+// error 75 before any file is touched.
+
+/// Shows the message that a run's file is missing.
+void TellMissingRun(MessageBoxes& messages, const std::string& name);
+
+/// The header of folder + name + ".rd2" with `name` as its RunName; nothing when there is no such file.
+std::optional<RunHeader> ReadRunHeader(const FileSystem& files, const std::string& folder, const std::string& name);
+
+/// Reads folder + name + ".rd2", with its samples or, without them, both lists left as they are. A missing file is
+/// told to the user and gives false, with `run` untouched. Missing bytes at the end read as zero. More than 32767
+/// samples are error 6, fewer than none error 9; `run` is untouched then too.
+bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
+                 const std::string& name, bool withSamples);
+
+/// Sets FileVersion and RunName and writes the run to folder + name + ".rd2". A longer file of that name keeps its
+/// old bytes behind the new samples. Error 9 when the lists are shorter than SampleCount.
+void WriteRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name);
+
+/// As WriteRunFile, the file appearing with the others of the batch.
+void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name);
+
+/// Fills `run` from folder + name + ".rdf", writes it as ".rd2" and renames the old file to ".rdx". A missing file
+/// is told to the user and gives false. Error 58 before anything is written when the ".rdx" exists.
+bool ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
+                        const std::string& name);
+
+/// A version 1 run as it stands in its file, with the stored FileVersion.
+RunRecord ReadVer1Run(const FileSystem& files, const std::string& folder, const std::string& name);
+
+/// Deletes folder + name + ".rd2" if it exists.
+void DeleteRunFile(FileSystem& files, const std::string& folder, const std::string& name);
+
+/// Copies the run's file to name + ".bak" beside it, replacing an older one, so that a run that is cut short can be
+/// had back.
+void KeepBackup(FileSystem& files, const std::string& folder, const std::string& name);
+
+}  // namespace vantor

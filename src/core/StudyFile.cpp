@@ -1,0 +1,141 @@
+#include "core/StudyFile.h"
+
+#include "core/Numeric.h"
+#include "core/Text.h"
+#include "core/modMain.h"
+
+namespace vantor {
+namespace {
+
+std::span<const std::byte> Slice(std::span<const std::byte> bytes, std::size_t offset, std::size_t size) {
+    const std::size_t from = std::min(offset, bytes.size());
+    return bytes.subspan(from, std::min(size, bytes.size() - from));
+}
+
+std::span<const std::byte> EntryBytes(std::span<const std::byte> file, int index) {
+    return Slice(file, StudyRecordSize + static_cast<std::size_t>(index - 1) * StudyRunEntrySize, StudyRunEntrySize);
+}
+
+struct StudyBytes {
+    StudyRecord Header;
+    std::vector<std::byte> File;
+};
+
+std::optional<StudyBytes> ReadStudyBytes(const FileSystem& files, const std::string& path) {
+    if (!FileExists(files, path)) return std::nullopt;
+    constexpr std::size_t LongestStudy = StudyRecordSize + 32767 * StudyRunEntrySize;
+    StudyBytes study;
+    study.File = ReadFirstBytes(files, path, LongestStudy);
+    study.Header = DecodeRecord<StudyRecord>(StudyRecordFields, study.File);
+    if (study.Header.RunCount < 0)
+        throw RunTimeError(ErrorNumber::SubscriptOutOfRange, path + "\nThe file tells of " +
+                                                                 std::to_string(study.Header.RunCount) +
+                                                                 " runs. It is damaged or no study file.");
+    return study;
+}
+
+void MarkUnchanged(ApplicationState& state) {
+    state.StudyLoaded = true;
+    state.StudyUnchanged = true;
+    state.StudyFieldsEdited = false;
+}
+
+}  // namespace
+
+void NewStudy(ApplicationState& state, const Clock& clock) {
+    state.CurrentStudy = Study{};
+    StudyRecord& record = state.CurrentStudy.Record;
+    record.StudyDate = clock.Now();
+    record.CritLane = -1;
+    record.Direction = -1;
+    MarkUnchanged(state);
+    if (state.Paths.LastStudyGroupPath.empty()) {
+        state.Paths.LastStudyGroupPath = Trim(state.Settings.StudyGroupRootPath);
+        state.Paths.LastStudyName = Trim(record.StudyName);
+    }
+}
+
+std::optional<Study> LoadStudy(const FileSystem& files, const std::string& folder, const std::string& name) {
+    const auto bytes = ReadStudyBytes(files, folder + name + StudyExtension);
+    if (!bytes) return std::nullopt;
+    Study study;
+    study.Record = bytes->Header;
+    study.Entries.ResizeTo(study.Record.RunCount);
+    study.RunNames.ResizeTo(study.Record.RunCount);
+    for (int i = 1; i <= study.Record.RunCount; ++i) {
+        auto entry = DecodeRecord<StudyRunEntry>(StudyRunEntryFields, EntryBytes(bytes->File, i));
+        study.RunNames[i] = TrimRight(entry.EntryRunName);
+        entry.EntryRunName = study.RunNames[i];
+        study.Entries[i] = std::move(entry);
+    }
+    return study;
+}
+
+bool ReadStudyFile(ApplicationState& state, const FileSystem& files, Desktop& desktop, const Clock& clock,
+                   const std::string& folder, const std::string& name) {
+    auto study = LoadStudy(files, folder, name);
+    if (!study) {
+        desktop.Beep();
+        NewStudy(state, clock);
+        return false;
+    }
+    state.CurrentStudy = std::move(*study);
+    MarkUnchanged(state);
+    return true;
+}
+
+bool ReadStudyRunNames(const FileSystem& files, Desktop& desktop, const std::string& folder, const std::string& name,
+                       StudyRecord& header, OneBased<std::string>& names) {
+    const auto bytes = ReadStudyBytes(files, folder + name + StudyExtension);
+    names.Clear();
+    if (!bytes) {
+        desktop.Beep();
+        header = {};
+        return false;
+    }
+    header = bytes->Header;
+    for (int i = 1; i <= header.RunCount; ++i) {
+        const auto stored = Slice(EntryBytes(bytes->File, i), 0, RunNameWidth);
+        names.Append(std::string(Trim(Utf8FromWindows1252(stored))));
+    }
+    return true;
+}
+
+void WriteStudyFile(FileSystem& files, Study& study, const std::string& folder, const std::string& name) {
+    study.Record.StudyFileVersion = 1;
+    std::vector<std::byte> bytes(StudyRecordSize +
+                                 static_cast<std::size_t>(study.Record.RunCount) * StudyRunEntrySize);
+    EncodeRecord(study.Record, StudyRecordFields, bytes.data());
+    for (int i = 1; i <= study.Record.RunCount; ++i)
+        EncodeRecord(study.Entries[i], StudyRunEntryFields,
+                     bytes.data() + StudyRecordSize + static_cast<std::size_t>(i - 1) * StudyRunEntrySize);
+    WriteFile(files, folder + name + StudyExtension, bytes);
+}
+
+void AppendRun(Study& study, const std::string& runName) {
+    study.Record.RunCount = Add16(study.Record.RunCount, 1);
+    StudyRunEntry entry;
+    entry.EntryRunName = FirstCharacters(runName, EntryNameWidth);
+    study.RunNames.Append(entry.EntryRunName);
+    study.Entries.Append(std::move(entry));
+}
+
+void RemoveRun(Study& study, int index) {
+    if (index < 1) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+    study.Entries.Remove(index);
+    study.RunNames.Remove(index);
+    --study.Record.RunCount;
+}
+
+int FindRun(const Study& study, std::string_view runName) {
+    const std::string wanted = FoldCase(Trim(runName));
+    for (int i = 1; i <= study.RunNames.LastIndex(); ++i)
+        if (FoldCase(Trim(study.RunNames[i])) == wanted) return i;
+    return 0;
+}
+
+std::string RunFileName(const StudyRunEntry& entry) {
+    return std::string(Trim(FirstCharacters(Trim(entry.EntryRunName), RunNameWidth)));
+}
+
+}  // namespace vantor

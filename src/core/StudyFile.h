@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+
+#include "core/ApplicationState.h"
+#include "core/ports/Clock.h"
+#include "core/ports/Desktop.h"
+#include "core/ports/FileSystem.h"
+
+namespace vantor {
+
+// In all of these `folder` ends in a separator and `name` has no extension.
+
+/// Makes the current study an empty one, unchanged.
+void NewStudy(ApplicationState& state, const Clock& clock);
+
+/// A study as its file holds it; nothing when there is no such file. Missing bytes at the end read as zero. Error 9
+/// when the file tells of fewer than no runs.
+std::optional<Study> LoadStudy(const FileSystem& files, const std::string& folder, const std::string& name);
+
+/// Loads folder + name + ".ld2" as the current study, unchanged. A missing file gives a beep, an empty study and
+/// false.
+bool ReadStudyFile(ApplicationState& state, const FileSystem& files, Desktop& desktop, const Clock& clock,
+                   const std::string& folder, const std::string& name);
+
+/// Reads only the header and the run names of a study. Names are cut at 32 characters. A missing file beeps, gives
+/// an empty header and list, and false.
+bool ReadStudyRunNames(const FileSystem& files, Desktop& desktop, const std::string& folder, const std::string& name,
+                       StudyRecord& header, OneBased<std::string>& names);
+
+/// Writes the study to folder + name + ".ld2", replacing a file of that name wholly.
+void WriteStudyFile(FileSystem& files, Study& study, const std::string& folder, const std::string& name);
+
+/// Makes a study of run names that are new to it; a name is cut at its field's width.
+void AppendRun(Study& study, const std::string& runName);
+/// Removes run `index` (from 1) from the study; its file stays.
+void RemoveRun(Study& study, int index);
+/// The run of that name, from 1; 0 when the study has none. Letter case is ignored, as for files.
+int FindRun(const Study& study, std::string_view runName);
+
+/// The name of an entry's run file, without extension: the entry's first 32 characters.
+std::string RunFileName(const StudyRunEntry& entry);
+
+}  // namespace vantor

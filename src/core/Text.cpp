@@ -1,0 +1,49 @@
+#include "core/Text.h"
+
+#include "core/Windows1252.h"
+
+namespace vantor {
+namespace {
+
+bool IsBlank(char character) { return character == ' ' || character == '\0'; }
+
+char32_t Folded(char32_t c) {
+    if ((c >= U'A' && c <= U'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7)) return c + 0x20;
+    if (c == 0x160 || c == 0x152 || c == 0x17D) return c + 1;
+    return c == 0x178 ? 0xFF : c;
+}
+
+}  // namespace
+
+std::string_view TrimRight(std::string_view text) {
+    while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+std::string_view TrimLeft(std::string_view text) {
+    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+    return text;
+}
+
+std::string_view Trim(std::string_view text) { return TrimLeft(TrimRight(text)); }
+
+bool IsDigit(char character) { return character >= '0' && character <= '9'; }
+
+std::string FoldCase(std::string_view text) {
+    std::string folded;
+    folded.reserve(text.size());
+    for (std::size_t at = 0; at < text.size();) AppendUtf8(folded, Folded(NextCharacter(text, at)));
+    return folded;
+}
+
+bool EqualIgnoringCase(std::string_view left, std::string_view right) {
+    return left == right || FoldCase(left) == FoldCase(right);
+}
+
+std::string_view FirstCharacters(std::string_view text, std::size_t count) {
+    std::size_t at = 0;
+    while (count-- > 0 && at < text.size()) NextCharacter(text, at);
+    return text.substr(0, at);
+}
+
+}  // namespace vantor

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vantor {
+
+/// Texts in memory are UTF-8. A NUL byte counts as a blank at the ends of a text: stored fields may be
+/// padded with either.
+std::string_view Trim(std::string_view text);
+std::string_view TrimRight(std::string_view text);
+std::string_view TrimLeft(std::string_view text);
+
+bool IsDigit(char character);
+
+/// Upper and lower case letters of Windows-1252 made alike, for comparing names.
+std::string FoldCase(std::string_view text);
+bool EqualIgnoringCase(std::string_view left, std::string_view right);
+
+/// The first `count` characters of a text.
+std::string_view FirstCharacters(std::string_view text, std::size_t count);
+
+/// Line breaks as one line feed, the way message boxes and files show them.
+inline constexpr std::string_view LineBreak = "\n";
+
+}  // namespace vantor

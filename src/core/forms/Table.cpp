@@ -1,0 +1,140 @@
+#include "core/forms/Table.h"
+
+#include <QHeaderView>
+#include <QPainter>
+#include <algorithm>
+
+#include "core/Numeric.h"
+#include "core/Settings.h"
+#include "core/Text.h"
+#include "core/forms/Named.h"
+#include "core/modMain.h"
+
+namespace vantor {
+namespace {
+
+constexpr int SortRole = Qt::UserRole + 100;
+
+/// Sorts by the key where there is one, else by the text.
+class SortedItem : public QTableWidgetItem {
+public:
+    using QTableWidgetItem::QTableWidgetItem;
+    bool operator<(const QTableWidgetItem& other) const override {
+        const QVariant mine = data(SortRole);
+        const QVariant theirs = other.data(SortRole);
+        if (mine.isValid() && theirs.isValid()) return mine.toDouble() < theirs.toDouble();
+        return QString::localeAwareCompare(text(), other.text()) < 0;
+    }
+};
+
+}  // namespace
+
+Table::Table(QWidget* parent) : QTableWidget(parent) {
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setShowGrid(false);
+    setAlternatingRowColors(true);
+    setWordWrap(false);
+    setTabKeyNavigation(false);
+    verticalHeader()->hide();
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    setSortingEnabled(true);
+    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    horizontalHeader()->setSortIndicatorClearable(true);
+}
+
+void Table::SetColumns(const QStringList& heads) {
+    setColumnCount(static_cast<int>(heads.size()));
+    setHorizontalHeaderLabels(heads);
+}
+
+void Table::SetEmptyText(const QString& text) {
+    emptyText_ = text;
+    viewport()->update();
+}
+
+int Table::AddRow() {
+    const int row = rowCount();
+    insertRow(row);
+    return row;
+}
+
+void Table::SetText(int row, int column, const QString& text) { setItem(row, column, new SortedItem(text)); }
+
+void Table::SetNumber(int row, int column, double value, const QString& text) {
+    SetSorted(row, column, text, value);
+    item(row, column)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    horizontalHeaderItem(column)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+}
+
+void Table::SetSorted(int row, int column, const QString& text, double key) {
+    auto* item = new SortedItem(text);
+    item->setData(SortRole, key);
+    setItem(row, column, item);
+}
+
+std::vector<int> Table::SelectedRows() const {
+    std::vector<int> rows;
+    for (const QModelIndex& index : selectionModel()->selectedRows()) rows.push_back(index.row());
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+QString Table::Text(int row, int column) const {
+    const QTableWidgetItem* cell = item(row, column);
+    return cell == nullptr ? QString() : cell->text();
+}
+
+void Table::BeginFilling() {
+    setSortingEnabled(false);
+    setRowCount(0);
+}
+
+void Table::EndFilling() {
+    setSortingEnabled(true);
+    const int last = columnCount() - 1;
+    for (int column = 0; column < last; ++column) {
+        const int needed = std::max(sizeHintForColumn(column), horizontalHeader()->sectionSizeHint(column)) + 12;
+        if (columnWidth(column) < needed) setColumnWidth(column, needed);
+    }
+}
+
+void Table::paintEvent(QPaintEvent* event) {
+    QTableWidget::paintEvent(event);
+    if (rowCount() > 0 || emptyText_.isEmpty()) return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
+}
+
+double LengthUnit::FromFeet(double feet) const { return Metric ? feet * (1000 * KilometresPerMile / FeetPerMile) : feet; }
+
+QStringList RunColumns(LengthUnit unit) {
+    return {QStringLiteral("Name"),
+            QStringLiteral("Date"),
+            QStringLiteral("Time"),
+            QStringLiteral("Type"),
+            QStringLiteral("Length (%1)").arg(unit.Label()),
+            QStringLiteral("Duration (s)"),
+            QStringLiteral("# of Sections"),
+            QStringLiteral("Before/After"),
+            QStringLiteral("Notes")};
+}
+
+void SetRunRow(Table& table, int row, const RunHeader& header, LengthUnit unit) {
+    const double length = unit.FromFeet(header.RunLength);
+    table.SetText(row, 0, ToQt(Trim(header.RunName)));
+    table.SetSorted(row, 1, ToQt(ShortDate(header.RunDate)), header.RunDate.Days);
+    table.SetSorted(row, 2, ToQt(ShortTime(header.RunTime)), header.RunTime.Days);
+    table.SetText(row, 3, ToQt(RunTypeText(header.HeaderWord1)));
+    table.SetNumber(row, 4, length, QString::number(Round32(length)));
+    table.SetNumber(row, 5, header.Duration, QString::number(header.Duration));
+    table.SetNumber(row, 6, header.NumberOfSections, QString::number(header.NumberOfSections));
+    table.SetText(row, 7, ToQt(BeforeAfterText(header.Before)));
+    table.SetText(row, 8, ToQt(TrimRight(header.Notes)));
+}
+
+}  // namespace vantor

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QStringList>
+#include <QTableWidget>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/RunRecords.h"
+
+namespace vantor {
+
+/// A read-only table of whole rows: no grid of its own selection, sortable by its heads, its columns as wide as
+/// their texts and the last one taking the rest.
+class Table : public QTableWidget {
+public:
+    explicit Table(QWidget* parent);
+
+    void SetColumns(const QStringList& heads);
+    /// What stands in an empty table's place.
+    void SetEmptyText(const QString& text);
+    /// Adds a row at the end; returns its row number while the table is not sorted.
+    int AddRow();
+    void SetText(int row, int column, const QString& text);
+    /// A right-aligned number that sorts by its value.
+    void SetNumber(int row, int column, double value, const QString& text);
+    /// A text that sorts by `key`.
+    void SetSorted(int row, int column, const QString& text, double key);
+
+    /// The selected rows from top to bottom.
+    std::vector<int> SelectedRows() const;
+    QString Text(int row, int column) const;
+
+    /// Row changes between these two calls do not re-sort the table under way.
+    void BeginFilling();
+    void EndFilling();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString emptyText_;
+};
+
+/// How lengths are shown: in feet, or in metres for metric display.
+struct LengthUnit {
+    bool Metric = false;
+    QString Label() const { return Metric ? QStringLiteral("m") : QStringLiteral("ft"); }
+    double FromFeet(double feet) const;
+};
+
+/// Lists of runs share these columns.
+QStringList RunColumns(LengthUnit unit);
+/// Fills a row of a run list: name, date, time, type, length, duration, sections, before/after, notes.
+void SetRunRow(Table& table, int row, const RunHeader& header, LengthUnit unit);
+
+}  // namespace vantor

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+namespace vantor {
+
+/// Services of the desktop around the program.
+class Desktop {
+public:
+    virtual ~Desktop() = default;
+    /// The system's attention sound.
+    virtual void Beep() = 0;
+    /// The default web browser on an address.
+    virtual void OpenWebPage(const std::string& address) = 0;
+    /// The help file in the platform's viewer; context 0 is its contents.
+    virtual void OpenHelp(const std::string& helpFile, int context) = 0;
+};
+
+}  // namespace vantor

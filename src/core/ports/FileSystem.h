@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "core/Date.h"
+
+namespace vantor {
+
+#ifdef _WIN32
+inline constexpr char PathSeparator = '\\';
+#else
+inline constexpr char PathSeparator = '/';
+#endif
+
+/// What a directory listing tells of one name.
+struct FileInfo {
+    std::string Name;  ///< as the file system stores it, without folder
+    bool IsFolder = false;
+    bool IsHidden = false;
+    std::uint64_t Size = 0;  ///< bytes
+    Date Modified;           ///< local time
+};
+
+/// A file open for reading, from its start.
+class InputFile {
+public:
+    virtual ~InputFile() = default;
+    /// Fills `into` as far as the file goes; less than its size only at the end of the file.
+    virtual std::size_t Read(std::span<std::byte> into) = 0;
+    virtual std::uint64_t Size() const = 0;
+};
+
+/// What becomes of the bytes of an older, longer file behind those that are written.
+enum class OldTail { Dropped, Kept };
+
+/// Files that are written whole and appear together: each goes to a temporary neighbour, all are flushed to the
+/// disk, then renamed over the old ones. A batch that is not committed leaves every old file as it was.
+class WriteBatch {
+public:
+    virtual ~WriteBatch() = default;
+    virtual void Add(const std::string& path, std::span<const std::byte> bytes, OldTail tail) = 0;
+    virtual void Commit() = 0;
+};
+
+/// The disk. Paths are UTF-8; look-ups ignore letter case, an exact match wins over one in another case; new files
+/// get exactly the name asked for. Failures are RunTimeErrors that name the path: 53 or 76 missing, 58 exists,
+/// 61 disk full, 70 permission denied, 75 anything else.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+
+    /// Nothing when no file or folder of that name exists. A final separator is ignored.
+    virtual std::optional<FileInfo> Find(const std::string& path) const = 0;
+    /// The entries of a folder by name, letter case ignored. Error 76 when there is no such folder.
+    virtual std::vector<FileInfo> List(const std::string& folder) const = 0;
+
+    virtual std::unique_ptr<InputFile> Open(const std::string& path) const = 0;
+    virtual std::unique_ptr<WriteBatch> BeginWrites() = 0;
+
+    /// Error 58 when `to` exists.
+    virtual void Rename(const std::string& from, const std::string& to) = 0;
+    /// Writes `to` whole, replacing it. Error 53 when `from` is missing.
+    virtual void Copy(const std::string& from, const std::string& to) = 0;
+    virtual void Delete(const std::string& path) = 0;
+    /// Makes the folder and those above it; nothing when it exists.
+    virtual void CreateFolder(const std::string& path) = 0;
+
+    /// The current working directory, without a final separator.
+    virtual std::string CurrentFolder() const = 0;
+    /// Where the settings file lies, with a final separator.
+    virtual std::string SettingsFolder() const = 0;
+};
+
+/// The first `count` bytes of a file, fewer when it is shorter.
+std::vector<std::byte> ReadFirstBytes(const FileSystem& files, const std::string& path, std::uint64_t count);
+
+/// Writes one file whole.
+void WriteFile(FileSystem& files, const std::string& path, std::span<const std::byte> bytes,
+               OldTail tail = OldTail::Dropped);
+
+}  // namespace vantor

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+namespace vantor {
+
+enum class MessageButtons { Ok, YesNo, RetryCancel };
+enum class MessageIcon { None, Information, Question, Warning, Critical };
+enum class MessageAnswer { Ok, Yes, No, Retry, Cancel };
+
+struct Prompt {
+    std::string Text;  ///< lines separated by "\n"
+    MessageButtons Buttons = MessageButtons::Ok;
+    MessageIcon Icon = MessageIcon::Information;
+    std::string Title = "Vantor";
+};
+
+/// Modal message boxes. Esc answers with the harmless button: Ok, No or Cancel.
+class MessageBoxes {
+public:
+    virtual ~MessageBoxes() = default;
+    virtual MessageAnswer Ask(const Prompt& prompt) = 0;
+
+    void Tell(const std::string& text, MessageIcon icon = MessageIcon::Information) {
+        Ask({text, MessageButtons::Ok, icon});
+    }
+    bool Confirm(const std::string& question) {
+        return Ask({question, MessageButtons::YesNo, MessageIcon::Question}) == MessageAnswer::Yes;
+    }
+};
+
+}  // namespace vantor

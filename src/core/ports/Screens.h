@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+namespace vantor {
+
+/// Opens the other screens of the program, modally. Each returns when its screen is closed; what the user chose
+/// stands in the ApplicationState afterwards.
+class Screens {
+public:
+    virtual ~Screens() = default;
+
+    virtual void ShowStartUp() = 0;
+    /// True when a study was opened; it is the current one then.
+    virtual bool ShowStudyOpen() = 0;
+    /// True when the study was written under the chosen name and group.
+    virtual bool ShowStudySaveAs() = 0;
+    /// True when runs were added to the current study.
+    virtual bool ShowRunSelect() = 0;
+    /// The speed profile of the current run, which is run `entryIndex` of the study.
+    virtual void ShowSpeedProfile(int entryIndex) = 0;
+    /// True when a counter file was chosen.
+    virtual bool ShowUploadSelect() = 0;
+    virtual void ShowUploadData() = 0;
+    /// The runs that lie in a Study Group.
+    virtual void ShowUploadRunList(const std::string& studyGroup) = 0;
+};
+
+}  // namespace vantor

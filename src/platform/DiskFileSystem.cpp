@@ -1,0 +1,236 @@
+#include "platform/DiskFileSystem.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+
+#include "core/Paths.h"
+#include "core/RunTimeError.h"
+#include "core/Text.h"
+#include "platform/NativeFile.h"
+
+namespace vantor {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The stored path that a name means: the exact one, else the first whose components match without letter case.
+/// Components that do not exist stay as they are written.
+fs::path Resolved(const std::string& path) {
+    std::string_view trimmed = path;
+    while (trimmed.size() > 1 && trimmed.back() == PathSeparator) trimmed.remove_suffix(1);
+    const fs::path wanted = NativePath(std::string(trimmed));
+    std::error_code ignored;
+    if (wanted.empty() || fs::exists(fs::symlink_status(wanted, ignored))) return wanted;
+    const fs::path folder = Resolved(PortablePath(wanted.parent_path()));
+    const std::string folded = FoldCase(PortablePath(wanted.filename()));
+    for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, ignored), end; entry != end;
+         entry.increment(ignored))
+        if (FoldCase(PortablePath(entry->path().filename())) == folded) return folder / entry->path().filename();
+    return folder / wanted.filename();
+}
+
+Date ModifiedDate(const fs::path& path) {
+    std::error_code failure;
+    const auto written = fs::last_write_time(path, failure);
+    if (failure) return {};
+    const auto system = std::chrono::file_clock::to_sys(written);
+    return LocalDate(std::chrono::system_clock::to_time_t(
+        std::chrono::time_point_cast<std::chrono::system_clock::duration>(system)));
+}
+
+FileInfo InfoOf(const fs::path& path) {
+    std::error_code ignored;
+    FileInfo info;
+    info.Name = PortablePath(path.filename());
+    info.IsFolder = fs::is_directory(path, ignored);
+    info.IsHidden = !info.Name.empty() && info.Name.front() == '.';
+    if (!info.IsFolder) {
+        info.Size = fs::file_size(path, ignored);
+        if (ignored) info.Size = 0;
+    }
+    info.Modified = ModifiedDate(path);
+    return info;
+}
+
+class DiskFile : public InputFile {
+public:
+    explicit DiskFile(const fs::path& path) : path_(path), file_(OpenNative(path, "rb")), size_(fs::file_size(path)) {}
+
+    std::size_t Read(std::span<std::byte> into) override {
+        const std::size_t count = std::fread(into.data(), 1, into.size(), file_.get());
+        if (count < into.size() && std::ferror(file_.get()) != 0) ThrowFileError(errno, path_);
+        return count;
+    }
+    std::uint64_t Size() const override { return size_; }
+
+private:
+    fs::path path_;
+    NativeFile file_;
+    std::uint64_t size_;
+};
+
+class DiskWriteBatch : public WriteBatch {
+public:
+    DiskWriteBatch() = default;
+    DiskWriteBatch(const DiskWriteBatch&) = delete;
+    DiskWriteBatch& operator=(const DiskWriteBatch&) = delete;
+    ~DiskWriteBatch() override {
+        std::error_code ignored;
+        for (const Pending& file : pending_) fs::remove(file.Temporary, ignored);
+    }
+
+    void Add(const std::string& path, std::span<const std::byte> bytes, OldTail tail) override {
+        const fs::path target = FollowedLink(Resolved(path));
+        const fs::path temporary = target.parent_path() / TemporaryName();
+        const NativeFile file = OpenNative(temporary, "wb");
+        pending_.push_back({temporary, target});
+        WriteNative(file, bytes, target);
+        if (tail == OldTail::Kept) AppendTail(file, target, bytes.size());
+        // Starts the disk's work early; the flush that counts is the commit's.
+        if (std::fflush(file.get()) != 0) ThrowFileError(errno, target);
+        StartFlush(file);
+        std::error_code ignored;
+        if (fs::exists(target, ignored)) fs::permissions(temporary, fs::status(target, ignored).permissions(), ignored);
+    }
+
+    void Commit() override {
+        for (const Pending& file : pending_) FlushToDisk(file.Temporary);
+        while (!pending_.empty()) {
+            ReplaceFile(pending_.front().Temporary, pending_.front().Target);
+            const fs::path folder = pending_.front().Target.parent_path();
+            pending_.erase(pending_.begin());
+            if (pending_.empty() || pending_.front().Target.parent_path() != folder) FlushToDisk(folder);
+        }
+    }
+
+private:
+    struct Pending {
+        fs::path Temporary;
+        fs::path Target;
+    };
+
+    static fs::path FollowedLink(const fs::path& path) {
+        std::error_code failure;
+        const fs::path target = fs::is_symlink(path, failure) ? fs::canonical(path, failure) : path;
+        return failure ? path : target;
+    }
+
+    static void AppendTail(const NativeFile& file, const fs::path& old, std::size_t offset) {
+        std::error_code missing;
+        if (fs::file_size(old, missing) <= offset || missing) return;
+        const NativeFile source = OpenNative(old, "rb");
+        SeekNative(source, offset, old);
+        CopyRest(source, file, old);
+    }
+
+    std::vector<Pending> pending_;
+};
+
+std::string UserSettingsFolder() {
+#ifdef _WIN32
+    const char* base = std::getenv("APPDATA");
+    return AsFolder(AsFolder(base != nullptr ? base : ".") + "vantor");
+#else
+    if (const char* base = std::getenv("XDG_CONFIG_HOME"); base != nullptr && *base != '\0')
+        return AsFolder(base) + "vantor/";
+    const char* home = std::getenv("HOME");
+    return AsFolder(home != nullptr ? home : ".") + ".config/vantor/";
+#endif
+}
+
+}  // namespace
+
+DiskFileSystem::DiskFileSystem(const std::string& programFolder) {
+    const char* named = std::getenv("VANTOR_PROGRAM_FOLDER");
+    const std::string folder = AsFolder(named != nullptr && *named != '\0' ? named : programFolder);
+    settingsFolder_ = named != nullptr || IsWritableFolder(NativePath(folder)) ? folder : UserSettingsFolder();
+}
+
+std::optional<FileInfo> DiskFileSystem::Find(const std::string& path) const {
+    if (path.empty()) return std::nullopt;
+    const fs::path resolved = Resolved(path);
+    std::error_code failure;
+    if (!fs::exists(resolved, failure) || failure) return std::nullopt;
+    return InfoOf(resolved);
+}
+
+std::vector<FileInfo> DiskFileSystem::List(const std::string& folder) const {
+    std::error_code failure;
+    std::vector<std::pair<std::string, FileInfo>> found;
+    fs::directory_iterator entry(Resolved(folder), failure);
+    for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
+        FileInfo info = InfoOf(entry->path());
+        found.emplace_back(FoldCase(info.Name), std::move(info));
+    }
+    if (failure) {
+        const bool denied = failure == std::errc::permission_denied;
+        throw RunTimeError(denied ? ErrorNumber::PermissionDenied : ErrorNumber::PathNotFound, folder);
+    }
+    std::sort(found.begin(), found.end(), [](const auto& left, const auto& right) { return left.first < right.first; });
+    std::vector<FileInfo> entries;
+    for (auto& [folded, info] : found) entries.push_back(std::move(info));
+    return entries;
+}
+
+std::unique_ptr<InputFile> DiskFileSystem::Open(const std::string& path) const {
+    const fs::path resolved = Resolved(path);
+    std::error_code ignored;
+    // A folder, a pipe or a device is no file to read from.
+    if (fs::exists(resolved, ignored) && !fs::is_regular_file(resolved, ignored))
+        throw RunTimeError(ErrorNumber::PathFileAccessError, path);
+    return std::make_unique<DiskFile>(resolved);
+}
+
+std::unique_ptr<WriteBatch> DiskFileSystem::BeginWrites() { return std::make_unique<DiskWriteBatch>(); }
+
+void DiskFileSystem::Rename(const std::string& from, const std::string& to) {
+    const fs::path source = Resolved(from);
+    const fs::path target = NativePath(to);
+    std::error_code ignored;
+    const bool onlyCaseDiffers = fs::equivalent(source, Resolved(to), ignored);
+    if (!onlyCaseDiffers && Find(to)) throw RunTimeError(ErrorNumber::FileAlreadyExists, to);
+    if (std::rename(source.string().c_str(), target.string().c_str()) != 0) ThrowFileError(errno, source);
+    FlushToDisk(target.parent_path());
+}
+
+void DiskFileSystem::Copy(const std::string& from, const std::string& to) {
+    const auto source = Open(from);
+    std::vector<std::byte> bytes(static_cast<std::size_t>(source->Size()));
+    bytes.resize(source->Read(bytes));
+    WriteFile(*this, to, bytes);
+}
+
+void DiskFileSystem::Delete(const std::string& path) {
+    const fs::path resolved = Resolved(path);
+    if (std::remove(resolved.string().c_str()) != 0) ThrowFileError(errno, resolved);
+}
+
+void DiskFileSystem::CreateFolder(const std::string& path) {
+    std::error_code failure;
+    fs::create_directories(Resolved(path), failure);
+    if (failure) ThrowFileError(failure.value(), NativePath(path));
+}
+
+std::string DiskFileSystem::CurrentFolder() const {
+    std::error_code failure;
+    const fs::path current = fs::current_path(failure);
+    if (failure) throw RunTimeError(ErrorNumber::PathNotFound, ".");
+    return PortablePath(current);
+}
+
+std::string DiskFileSystem::SettingsFolder() const { return settingsFolder_; }
+
+std::string ExecutableFolder() {
+    std::error_code failure;
+#ifdef _WIN32
+    return AsFolder(PortablePath(fs::path(_wpgmptr).parent_path()));
+#else
+    const fs::path program = fs::read_symlink("/proc/self/exe", failure);
+    return failure ? AsFolder(PortablePath(fs::current_path(failure))) : AsFolder(PortablePath(program.parent_path()));
+#endif
+}
+
+}  // namespace vantor

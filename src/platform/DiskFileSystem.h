@@ -1,0 +1,32 @@
+#pragma once
+
+#include "core/ports/FileSystem.h"
+
+namespace vantor {
+
+/// The file system of this computer.
+class DiskFileSystem : public FileSystem {
+public:
+    /// `programFolder` holds the settings; where it cannot be written, the user's configuration folder does. The
+    /// environment variable VANTOR_PROGRAM_FOLDER names another program folder.
+    explicit DiskFileSystem(const std::string& programFolder);
+
+    std::optional<FileInfo> Find(const std::string& path) const override;
+    std::vector<FileInfo> List(const std::string& folder) const override;
+    std::unique_ptr<InputFile> Open(const std::string& path) const override;
+    std::unique_ptr<WriteBatch> BeginWrites() override;
+    void Rename(const std::string& from, const std::string& to) override;
+    void Copy(const std::string& from, const std::string& to) override;
+    void Delete(const std::string& path) override;
+    void CreateFolder(const std::string& path) override;
+    std::string CurrentFolder() const override;
+    std::string SettingsFolder() const override;
+
+private:
+    std::string settingsFolder_;
+};
+
+/// The folder of the running executable, with a final separator.
+std::string ExecutableFolder();
+
+}  // namespace vantor

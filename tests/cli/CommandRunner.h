@@ -1,0 +1,38 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/CommandLine.h"
+#include "fakes/FakePorts.h"
+
+namespace vantor {
+
+/// Runs commands over a disk in memory and keeps what they print.
+struct CommandRunner {
+    MemoryFileSystem Files;
+    FixedClock Time;
+    std::string Out;
+    std::string Err;
+
+    int Run(const std::vector<std::string>& arguments) {
+        std::ostringstream out;
+        std::ostringstream err;
+        const int status = RunCommandLine(arguments, Files, Time, out, err);
+        Out = out.str();
+        Err = err.str();
+        return status;
+    }
+
+    /// The JSON that a command prints; it must end well.
+    nlohmann::json Json(std::vector<std::string> arguments) {
+        arguments.push_back("--json");
+        const int status = Run(arguments);
+        if (status != 0) throw std::runtime_error("status " + std::to_string(status) + ": " + Err);
+        return nlohmann::json::parse(Out);
+    }
+};
+
+}  // namespace vantor

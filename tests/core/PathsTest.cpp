@@ -1,0 +1,35 @@
+#include "core/Paths.h"
+
+#include <gtest/gtest.h>
+
+namespace vantor {
+namespace {
+
+TEST(Paths, IncrementsOnlyTheLastCharacter) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"X-1", "X-2"}, {"X-9", "X-10"}, {"X-10", "X-11"}, {"X-19", "X-110"}, {"X-110", "X-111"}, {"X", "1"}, {"", "1"}};
+    for (const auto& [name, next] : cases) EXPECT_EQ(NextName(name), next) << name;
+}
+
+TEST(Paths, RefusesNamesThatLeaveTheirFolder) {
+    for (const char* name : {"", "  ", ".", "..", "a/b", "a\\b", "C:x", "../x", "a..b", "a\nb", "a*", "a?", "a|b", "\"a\""})
+        EXPECT_FALSE(IsSafeName(name)) << name;
+    for (const char* name : {"Main St-NB-001", "S001R001-SITE    -1", "a.b", "\u00c9cole", ".5"})
+        EXPECT_TRUE(IsSafeName(name)) << name;
+    EXPECT_EQ(WithSafeCharacters("S001-A/B:C"), "S001-A_B_C");
+}
+
+TEST(Paths, TakesPathsApart) {
+    EXPECT_EQ(AsFolder("/a"), "/a/");
+    EXPECT_EQ(AsFolder("/a/"), "/a/");
+    EXPECT_EQ(AsFolder(""), "");
+    EXPECT_EQ(LastComponent("/a/Main Street/"), "Main Street");
+    EXPECT_EQ(FolderOf("/a/b.rd2"), "/a/");
+    EXPECT_EQ(FolderOf("b.rd2"), "");
+    EXPECT_EQ(BaseName("/a/b.c.rd2"), "b.c");
+    EXPECT_TRUE(HasExtension("S001.RD2", ".rd2"));
+    EXPECT_FALSE(HasExtension(".rd2", ".rd2"));
+}
+
+}  // namespace
+}  // namespace vantor

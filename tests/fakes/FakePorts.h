@@ -1,0 +1,95 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "core/AppContext.h"
+#include "core/Settings.h"
+#include "fakes/MemoryFileSystem.h"
+#include "fakes/ScriptedMessageBoxes.h"
+
+namespace vantor {
+
+class FixedClock : public Clock {
+public:
+    Date Moment{39521.5};  ///< 14 March 2008, noon
+    Date Now() const override { return Moment; }
+};
+
+class FakeDesktop : public Desktop {
+public:
+    int Beeps = 0;
+    std::vector<std::string> Opened;
+    void Beep() override { ++Beeps; }
+    void OpenWebPage(const std::string& address) override { Opened.push_back(address); }
+    void OpenHelp(const std::string& helpFile, int context) override {
+        Opened.push_back(helpFile + "#" + std::to_string(context));
+    }
+};
+
+/// Thrown where the real program would end at once.
+struct ApplicationEnded {
+    FatalFormatFault Fault;
+};
+
+class ThrowingEnd : public ApplicationEnd {
+public:
+    [[noreturn]] void EndAtOnce(const FatalFormatFault& fault) override { throw ApplicationEnded{fault}; }
+};
+
+/// Records which screens were opened, in order; `OnShow` may act as the user in one of them and gives its result.
+class FakeScreens : public Screens {
+public:
+    std::vector<std::string> Shown;
+    std::map<std::string, std::function<bool()>> OnShow;
+
+    void ShowStartUp() override { Show("frmStartUp"); }
+    bool ShowStudyOpen() override { return Show("frmStudyOpen"); }
+    bool ShowStudySaveAs() override { return Show("frmStudySaveAs"); }
+    bool ShowRunSelect() override { return Show("frmRunSelect"); }
+    void ShowSpeedProfile(int) override { Show("frmPlotRunSpeedProfileHoriz"); }
+    bool ShowUploadSelect() override { return Show("frmUploadSelectTDC"); }
+    void ShowUploadData() override { Show("frmUploadData"); }
+    void ShowUploadRunList(const std::string&) override { Show("frmUploadRunList"); }
+
+private:
+    bool Show(const std::string& name) {
+        Shown.push_back(name);
+        const auto action = OnShow.find(name);
+        return action != OnShow.end() && action->second();
+    }
+};
+
+class FakeWindowMemory : public WindowMemory {
+public:
+    std::map<std::string, std::string> Values;
+    std::string Recall(const std::string& key) const override {
+        const auto value = Values.find(key);
+        return value == Values.end() ? std::string() : value->second;
+    }
+    void Store(const std::string& key, const std::string& value) override { Values[key] = value; }
+};
+
+/// A fresh program around a disk in memory: Temp, Study Groups and Field Data Files under /start, settings loaded.
+struct TestProgram {
+    ApplicationState State;
+    MemoryFileSystem Files;
+    ScriptedMessageBoxes Messages;
+    FakeScreens OtherScreens;
+    FakeDesktop DesktopServices;
+    FixedClock Time;
+    ThrowingEnd End;
+    FakeWindowMemory Memory;
+    AppContext Context{State, Files, Messages, OtherScreens, DesktopServices, Time, End, Memory};
+
+    TestProgram() {
+        for (const char* folder : {"/start/Temp", "/start/Study Groups", "/start/Field Data Files"})
+            Files.CreateFolder(folder);
+        LoadSettings(State, Files);
+        State.SettingsWereMissing = false;
+    }
+};
+
+}  // namespace vantor

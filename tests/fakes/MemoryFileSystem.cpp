@@ -1,0 +1,191 @@
+#include "fakes/MemoryFileSystem.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include "core/Paths.h"
+#include "core/Text.h"
+
+namespace vantor {
+namespace {
+
+std::string WithoutFinalSeparator(std::string path) {
+    while (path.size() > 1 && path.back() == '/') path.pop_back();
+    return path;
+}
+
+class MemoryFile : public InputFile {
+public:
+    explicit MemoryFile(std::vector<std::byte> bytes) : bytes_(std::move(bytes)) {}
+    std::size_t Read(std::span<std::byte> into) override {
+        const std::size_t count = std::min(into.size(), bytes_.size() - at_);
+        std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(at_), count, into.begin());
+        at_ += count;
+        return count;
+    }
+    std::uint64_t Size() const override { return bytes_.size(); }
+
+private:
+    std::vector<std::byte> bytes_;
+    std::size_t at_ = 0;
+};
+
+}  // namespace
+
+class MemoryWriteBatch : public WriteBatch {
+public:
+    explicit MemoryWriteBatch(MemoryFileSystem& files) : files_(files) {}
+
+    void Add(const std::string& path, std::span<const std::byte> bytes, OldTail tail) override {
+        const std::string target = files_.Resolved(path);
+        if (files_.folders_.count(WithoutFinalSeparator(FolderOf(target))) == 0)
+            throw RunTimeError(ErrorNumber::PathNotFound, path);
+        files_.CountChange(path);
+        std::vector<std::byte> whole(bytes.begin(), bytes.end());
+        const auto old = files_.files_.find(target);
+        if (tail == OldTail::Kept && old != files_.files_.end() && old->second.size() > whole.size())
+            whole.insert(whole.end(), old->second.begin() + static_cast<std::ptrdiff_t>(whole.size()), old->second.end());
+        pending_.emplace_back(target, std::move(whole));
+    }
+
+    void Commit() override {
+        for (auto& [path, bytes] : pending_) {
+            files_.CountChange(path);
+            files_.files_[path] = std::move(bytes);
+        }
+        pending_.clear();
+    }
+
+private:
+    MemoryFileSystem& files_;
+    std::vector<std::pair<std::string, std::vector<std::byte>>> pending_;
+};
+
+MemoryFileSystem::MemoryFileSystem() : folders_{"/", "/start", "/program"} {}
+
+std::string MemoryFileSystem::Resolved(const std::string& path) const {
+    const std::string wanted = WithoutFinalSeparator(path);
+    if (files_.count(wanted) != 0 || folders_.count(wanted) != 0 || wanted == "/" || wanted.empty()) return wanted;
+    const std::string folder = Resolved(WithoutFinalSeparator(FolderOf(wanted)));
+    const std::string inFolder = AsFolder(folder) + LastComponent(wanted);
+    const auto matches = [&](const std::string& known) { return EqualIgnoringCase(known, inFolder); };
+    for (const auto& [known, bytes] : files_)
+        if (matches(known)) return known;
+    for (const std::string& known : folders_)
+        if (matches(known)) return known;
+    return inFolder;
+}
+
+void MemoryFileSystem::CountChange(const std::string& path) {
+    if (!changesUntilFault_ || (*changesUntilFault_)-- > 0) return;
+    changesUntilFault_.reset();
+    throw RunTimeError(fault_, path);
+}
+
+std::optional<FileInfo> MemoryFileSystem::Find(const std::string& path) const {
+    const std::string known = Resolved(path);
+    FileInfo info;
+    info.Name = LastComponent(known);
+    info.IsHidden = info.Name.starts_with('.');
+    if (folders_.count(known) != 0) {
+        info.IsFolder = true;
+        return info;
+    }
+    const auto file = files_.find(known);
+    if (file == files_.end() || path.ends_with('/')) return std::nullopt;
+    info.Size = file->second.size();
+    return info;
+}
+
+std::vector<FileInfo> MemoryFileSystem::List(const std::string& folder) const {
+    const std::string known = AsFolder(Resolved(folder));
+    if (folders_.count(WithoutFinalSeparator(known)) == 0) throw RunTimeError(ErrorNumber::PathNotFound, folder);
+    std::vector<FileInfo> entries;
+    const auto add = [&](const std::string& path) {
+        if (path != "/" && AsFolder(WithoutFinalSeparator(FolderOf(path))) == known) entries.push_back(*Find(path));
+    };
+    for (const std::string& path : folders_) add(path);
+    for (const auto& [path, bytes] : files_) add(path);
+    std::sort(entries.begin(), entries.end(),
+              [](const FileInfo& left, const FileInfo& right) { return FoldCase(left.Name) < FoldCase(right.Name); });
+    return entries;
+}
+
+std::unique_ptr<InputFile> MemoryFileSystem::Open(const std::string& path) const {
+    const auto file = files_.find(Resolved(path));
+    if (file == files_.end()) throw RunTimeError(ErrorNumber::FileNotFound, path);
+    return std::make_unique<MemoryFile>(file->second);
+}
+
+std::unique_ptr<WriteBatch> MemoryFileSystem::BeginWrites() { return std::make_unique<MemoryWriteBatch>(*this); }
+
+void MemoryFileSystem::Rename(const std::string& from, const std::string& to) {
+    const std::string source = Resolved(from);
+    if (files_.count(source) == 0) throw RunTimeError(ErrorNumber::FileNotFound, from);
+    if (Find(to) && Resolved(to) != source) throw RunTimeError(ErrorNumber::FileAlreadyExists, to);
+    CountChange(from);
+    auto node = files_.extract(source);
+    node.key() = AsFolder(Resolved(FolderOf(to))) + LastComponent(to);
+    files_.insert(std::move(node));
+}
+
+void MemoryFileSystem::Copy(const std::string& from, const std::string& to) {
+    const auto source = files_.find(Resolved(from));
+    if (source == files_.end()) throw RunTimeError(ErrorNumber::FileNotFound, from);
+    WriteFile(*this, to, source->second);
+}
+
+void MemoryFileSystem::Delete(const std::string& path) {
+    const std::string known = Resolved(path);
+    if (files_.count(known) == 0) throw RunTimeError(ErrorNumber::FileNotFound, path);
+    CountChange(path);
+    files_.erase(known);
+}
+
+void MemoryFileSystem::CreateFolder(const std::string& path) {
+    std::string folder = Resolved(path);
+    if (folders_.count(folder) != 0) return;
+    CountChange(path);
+    for (; folder.size() > 1; folder = WithoutFinalSeparator(FolderOf(folder))) folders_.insert(folder);
+}
+
+void MemoryFileSystem::Put(const std::string& path, std::vector<std::byte> bytes) {
+    for (std::string folder = WithoutFinalSeparator(FolderOf(path)); folder.size() > 1;
+         folder = WithoutFinalSeparator(FolderOf(folder)))
+        folders_.insert(folder);
+    files_[path] = std::move(bytes);
+}
+
+void MemoryFileSystem::PutText(const std::string& path, const std::string& text) { Put(path, BytesOf(text)); }
+
+void MemoryFileSystem::PutCopyOf(const std::string& diskPath, const std::string& path) {
+    std::ifstream file(diskPath, std::ios::binary);
+    if (!file) throw RunTimeError(ErrorNumber::FileNotFound, diskPath);
+    PutText(path, std::string(std::istreambuf_iterator<char>(file), {}));
+}
+
+std::optional<std::vector<std::byte>> MemoryFileSystem::Bytes(const std::string& path) const {
+    const auto file = files_.find(path);
+    return file == files_.end() ? std::nullopt : std::optional(file->second);
+}
+
+std::vector<std::string> MemoryFileSystem::AllFiles() const {
+    std::vector<std::string> names;
+    for (const auto& [path, bytes] : files_) names.push_back(path);
+    return names;
+}
+
+void MemoryFileSystem::FailChangeAfter(int changes, ErrorNumber error) {
+    changesUntilFault_ = changes;
+    fault_ = error;
+}
+
+std::vector<std::byte> BytesOf(std::string_view text) {
+    std::vector<std::byte> bytes;
+    for (const char character : text) bytes.push_back(static_cast<std::byte>(character));
+    return bytes;
+}
+
+}  // namespace vantor

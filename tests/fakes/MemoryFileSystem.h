@@ -1,0 +1,59 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "core/RunTimeError.h"
+#include "core/ports/FileSystem.h"
+
+namespace vantor {
+
+/// A disk in memory that follows the rules of the FileSystem port and fails when told to.
+class MemoryFileSystem : public FileSystem {
+public:
+    MemoryFileSystem();
+
+    std::optional<FileInfo> Find(const std::string& path) const override;
+    std::vector<FileInfo> List(const std::string& folder) const override;
+    std::unique_ptr<InputFile> Open(const std::string& path) const override;
+    std::unique_ptr<WriteBatch> BeginWrites() override;
+    void Rename(const std::string& from, const std::string& to) override;
+    void Copy(const std::string& from, const std::string& to) override;
+    void Delete(const std::string& path) override;
+    void CreateFolder(const std::string& path) override;
+    std::string CurrentFolder() const override { return Current; }
+    std::string SettingsFolder() const override { return Settings; }
+
+    /// Puts a file there, with its folders.
+    void Put(const std::string& path, std::vector<std::byte> bytes);
+    void PutText(const std::string& path, const std::string& text);
+    /// The bytes of the file of exactly that name; nothing when there is none.
+    std::optional<std::vector<std::byte>> Bytes(const std::string& path) const;
+    std::vector<std::string> AllFiles() const;
+
+    /// Every call that changes the disk counts down; the one after `changes` further ones fails once.
+    void FailChangeAfter(int changes, ErrorNumber error);
+    /// Copies a file of the real disk (test data) into this one.
+    void PutCopyOf(const std::string& diskPath, const std::string& path);
+
+    std::string Current = "/start";
+    std::string Settings = "/program/";
+
+private:
+    friend class MemoryWriteBatch;
+    std::string Resolved(const std::string& path) const;
+    void CountChange(const std::string& path);
+
+    std::map<std::string, std::vector<std::byte>> files_;
+    std::set<std::string> folders_;
+    std::optional<int> changesUntilFault_;
+    ErrorNumber fault_ = ErrorNumber::DiskFull;
+};
+
+/// Literal bytes for expectations.
+std::vector<std::byte> BytesOf(std::string_view text);
+
+}  // namespace vantor

@@ -1,0 +1,126 @@
+#include "platform/DiskFileSystem.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "core/Paths.h"
+#include "fakes/MemoryFileSystem.h"
+#include "fakes/ThrowsError.h"
+
+namespace vantor {
+namespace {
+
+/// A fresh folder of the real disk for each test.
+class DiskFileSystemTest : public testing::Test {
+protected:
+    DiskFileSystemTest() {
+        char pattern[] = "/tmp/vantor-test-XXXXXX";
+        folder_ = AsFolder(mkdtemp(pattern));
+    }
+    ~DiskFileSystemTest() override { std::filesystem::remove_all(folder_); }
+
+    std::string At(const std::string& name) const { return folder_ + name; }
+    void Put(const std::string& name, std::string_view text, OldTail tail = OldTail::Dropped) {
+        WriteFile(files_, At(name), BytesOf(text), tail);
+    }
+    std::vector<std::byte> Whole(const std::string& name) const { return ReadFirstBytes(files_, At(name), 1 << 20); }
+    std::vector<std::string> Names() const {
+        std::vector<std::string> names;
+        for (const FileInfo& info : files_.List(folder_)) names.push_back(info.Name);
+        return names;
+    }
+
+    std::string folder_;
+    DiskFileSystem files_{"/"};
+};
+
+TEST_F(DiskFileSystemTest, WritesFilesWholeAndLeavesNothingBeside) {
+    Put("a.rd2", "first version");
+    Put("a.rd2", "second");
+    EXPECT_EQ(Whole("a.rd2"), BytesOf("second"));
+    Put("a.rd2", "3rd", OldTail::Kept);
+    EXPECT_EQ(Whole("a.rd2"), BytesOf("3rdond"));
+    Put("a.rd2", "longer than before", OldTail::Kept);
+    EXPECT_EQ(Whole("a.rd2"), BytesOf("longer than before"));
+    EXPECT_EQ(Names(), std::vector<std::string>{"a.rd2"});
+}
+
+TEST_F(DiskFileSystemTest, BatchThatIsNotCommittedLeavesEverything) {
+    Put("a", "old");
+    {
+        const auto batch = files_.BeginWrites();
+        batch->Add(At("a"), BytesOf("new"), OldTail::Dropped);
+        batch->Add(At("b"), BytesOf("new"), OldTail::Dropped);
+    }
+    EXPECT_EQ(Whole("a"), BytesOf("old"));
+    EXPECT_EQ(Names(), std::vector<std::string>{"a"});
+    EXPECT_ERROR(PathNotFound, Put("none/a", "x"));
+}
+
+TEST_F(DiskFileSystemTest, LooksNamesUpWithoutLetterCase) {
+    files_.CreateFolder(At("Study Groups/Main"));
+    WriteFile(files_, At("Study Groups/Main/S001R001.RD2"), BytesOf("run"));
+    EXPECT_EQ(ReadFirstBytes(files_, At("STUDY groups/main/s001r001.rd2"), 9), BytesOf("run"));
+    EXPECT_EQ(files_.Find(At("study groups/main/s001r001.rd2"))->Name, "S001R001.RD2");
+    Put("study groups/MAIN/s001r001.rd2", "new");
+    EXPECT_EQ(files_.List(At("Study Groups/Main")).size(), 1U) << "the old file is the one written over";
+    Put("exact", "lower");
+    std::filesystem::copy(At("exact"), At("EXACT"));
+    Put("EXACT", "upper");
+    EXPECT_EQ(Whole("exact"), BytesOf("lower"));
+    EXPECT_EQ(Whole("EXACT"), BytesOf("upper"));
+}
+
+TEST_F(DiskFileSystemTest, RenamesCopiesAndDeletes) {
+    Put("a", "1");
+    Put("b", "2");
+    EXPECT_ERROR(FileAlreadyExists, files_.Rename(At("a"), At("B")));
+    files_.Rename(At("A"), At("c"));
+    files_.Rename(At("c"), At("C"));
+    files_.Copy(At("C"), At("b"));
+    EXPECT_EQ(Whole("b"), BytesOf("1"));
+    EXPECT_EQ(Names(), (std::vector<std::string>{"b", "C"}));
+    files_.Delete(At("c"));
+    EXPECT_ERROR(FileNotFound, files_.Delete(At("c")));
+    EXPECT_ERROR(FileNotFound, files_.Rename(At("c"), At("d")));
+    EXPECT_ERROR(FileNotFound, files_.Open(At("c")));
+    EXPECT_ERROR(PathNotFound, files_.Open(At("none/c")));
+    EXPECT_ERROR(PathNotFound, files_.List(At("none")));
+}
+
+TEST_F(DiskFileSystemTest, ReadsOnlyFiles) {
+    mkfifo(At("pipe").c_str(), 0600);
+    EXPECT_ERROR(PathFileAccessError, files_.Open(At("pipe")));
+    EXPECT_ERROR(PathFileAccessError, files_.Open(folder_));
+    EXPECT_FALSE(files_.Find(At("none")));
+    EXPECT_TRUE(files_.Find(folder_)->IsFolder);
+}
+
+TEST_F(DiskFileSystemTest, KeepsPermissionsAndLinks) {
+    Put("real", "old");
+    chmod(At("real").c_str(), 0640);
+    std::filesystem::create_symlink(At("real"), At("link"));
+    Put("link", "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(At("link")));
+    EXPECT_EQ(Whole("real"), BytesOf("new"));
+    struct stat status {};
+    stat(At("real").c_str(), &status);
+    EXPECT_EQ(status.st_mode & 0777U, 0640U);
+}
+
+
+TEST_F(DiskFileSystemTest, SettingsFolderFollowsTheEnvironmentAndPermissions) {
+    unsetenv("VANTOR_PROGRAM_FOLDER");
+    EXPECT_EQ(DiskFileSystem(folder_).SettingsFolder(), folder_);
+    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
+    EXPECT_EQ(DiskFileSystem("/proc/none/").SettingsFolder(), folder_ + "vantor/");
+    setenv("VANTOR_PROGRAM_FOLDER", "/portable", 1);
+    EXPECT_EQ(DiskFileSystem(folder_).SettingsFolder(), "/portable/");
+    unsetenv("VANTOR_PROGRAM_FOLDER");
+}
+
+}  // namespace
+}  // namespace vantor
