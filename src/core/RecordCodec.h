@@ -113,8 +113,15 @@ void Get(T& value, std::span<const std::byte> in, std::size_t) {
 
 /// Only trailing blanks are dropped, so that writing the text again gives the same bytes.
 inline void Get(std::string& text, std::span<const std::byte> in, std::size_t) {
+    // Most texts of a record are blank: eight blanks at a time.
+    constexpr std::uint64_t eightBlanks = 0x2020202020202020;
+    while (in.size() >= 8 && GetBits<std::uint64_t, std::uint64_t>(in.last(8).data()) == eightBlanks)
+        in = in.first(in.size() - 8);
     while (!in.empty() && in.back() == std::byte{' '}) in = in.first(in.size() - 1);
-    text = Utf8FromWindows1252(in);
+    if (in.empty())
+        text.clear();
+    else
+        text = Utf8FromWindows1252(in);
 }
 
 template <std::size_t Count>

@@ -1,5 +1,6 @@
 #include "core/RunFile.h"
 
+#include <cmath>
 #include <limits>
 
 #include "core/Paths.h"
@@ -34,6 +35,20 @@ void DecodeSamplePairs(RunRecord& run, std::span<const std::byte> bytes) {
     }
 }
 
+template <codec::StoredNumber T>
+bool IsStoredAsZeros(T value) {
+    if constexpr (std::same_as<T, Date>)
+        return IsStoredAsZeros(value.Days);
+    else
+        return value == 0 && !std::signbit(static_cast<double>(value));
+}
+
+/// Nearly all samples of counter runs are: their event records are empty.
+bool IsStoredAsZeros(const RunSample& sample) {
+    return std::apply([&](const auto&... field) { return (IsStoredAsZeros(sample.*field.Pointer) && ...); },
+                      RunSampleFields);
+}
+
 std::vector<std::byte> EncodeRun(const RunRecord& run) {
     const auto count = static_cast<std::size_t>(CheckedSampleCount(run.Header.SampleCount, run.Header.RunName));
     if (run.SampleValues.size() < count || run.RunSamples.size() < count)
@@ -43,7 +58,8 @@ std::vector<std::byte> EncodeRun(const RunRecord& run) {
     std::byte* out = bytes.data() + RunHeaderSize;
     for (std::size_t i = 0; i < count; ++i, out += SamplePairSize) {
         codec::Put(run.SampleValues.data()[i], 2, out);
-        EncodeRecord(run.RunSamples.data()[i], RunSampleFields, out + 2);
+        const RunSample& sample = run.RunSamples.data()[i];
+        if (!IsStoredAsZeros(sample)) EncodeRecord(sample, RunSampleFields, out + 2);
     }
     return bytes;
 }

@@ -1,5 +1,6 @@
 #include "core/Windows1252.h"
 
+#include <algorithm>
 #include <array>
 
 namespace vantor {
@@ -56,6 +57,8 @@ void AppendUtf8(std::string& text, char32_t c) {
 }
 
 std::string Utf8FromWindows1252(std::span<const std::byte> bytes) {
+    const auto isAscii = [](std::byte byte) { return (byte & std::byte{0x80}) == std::byte{0}; };
+    if (std::all_of(bytes.begin(), bytes.end(), isAscii)) return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
     std::string text;
     text.reserve(bytes.size());
     for (const std::byte byte : bytes) {

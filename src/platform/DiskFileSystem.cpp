@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <set>
+#include <unordered_map>
 
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
@@ -32,32 +34,19 @@ fs::path Resolved(const std::string& path) {
     return folder / wanted.filename();
 }
 
-Date ModifiedDate(const fs::path& path) {
-    std::error_code failure;
-    const auto written = fs::last_write_time(path, failure);
-    if (failure) return {};
-    const auto system = std::chrono::file_clock::to_sys(written);
-    return LocalDate(std::chrono::system_clock::to_time_t(
-        std::chrono::time_point_cast<std::chrono::system_clock::duration>(system)));
-}
-
-FileInfo InfoOf(const fs::path& path) {
-    std::error_code ignored;
+FileInfo InfoFrom(const fs::path& path, const NativeInfo& native) {
     FileInfo info;
     info.Name = PortablePath(path.filename());
-    info.IsFolder = fs::is_directory(path, ignored);
+    info.IsFolder = native.IsFolder;
     info.IsHidden = !info.Name.empty() && info.Name.front() == '.';
-    if (!info.IsFolder) {
-        info.Size = fs::file_size(path, ignored);
-        if (ignored) info.Size = 0;
-    }
-    info.Modified = ModifiedDate(path);
+    info.Size = native.Size;
+    info.Modified = LocalDate(native.Modified);
     return info;
 }
 
 class DiskFile : public InputFile {
 public:
-    explicit DiskFile(const fs::path& path) : path_(path), file_(OpenNative(path, "rb")), size_(fs::file_size(path)) {}
+    DiskFile(const fs::path& path, std::uint64_t size) : path_(path), file_(OpenNative(path, "rb")), size_(size) {}
 
     std::size_t Read(std::span<std::byte> into) override {
         const std::size_t count = std::fread(into.data(), 1, into.size(), file_.get());
@@ -83,7 +72,7 @@ public:
     }
 
     void Add(const std::string& path, std::span<const std::byte> bytes, OldTail tail) override {
-        const fs::path target = FollowedLink(Resolved(path));
+        const fs::path target = FollowedLink(TargetOf(path));
         const fs::path temporary = target.parent_path() / TemporaryName();
         const NativeFile file = OpenNative(temporary, "wb");
         pending_.push_back({temporary, target});
@@ -98,12 +87,13 @@ public:
 
     void Commit() override {
         for (const Pending& file : pending_) FlushToDisk(file.Temporary);
-        while (!pending_.empty()) {
-            ReplaceFile(pending_.front().Temporary, pending_.front().Target);
-            const fs::path folder = pending_.front().Target.parent_path();
-            pending_.erase(pending_.begin());
-            if (pending_.empty() || pending_.front().Target.parent_path() != folder) FlushToDisk(folder);
+        std::set<fs::path> folders;
+        for (const Pending& file : pending_) {
+            ReplaceFile(file.Temporary, file.Target);
+            folders.insert(file.Target.parent_path());
         }
+        pending_.clear();
+        for (const fs::path& folder : folders) FlushToDisk(folder);
     }
 
 private:
@@ -111,6 +101,34 @@ private:
         fs::path Temporary;
         fs::path Target;
     };
+
+    /// As Resolved, but each folder is listed only once: a batch may write thousands of new files into it.
+    fs::path TargetOf(const std::string& path) {
+        const fs::path wanted = NativePath(path);
+        std::error_code ignored;
+        if (fs::exists(fs::symlink_status(wanted, ignored))) return wanted;
+        const auto [known, isNew] = folders_.try_emplace(PortablePath(wanted.parent_path()));
+        Folder& folder = known->second;
+        if (isNew) folder = ListedFolder(Resolved(known->first));
+        const std::string name = PortablePath(wanted.filename());
+        return folder.Path / NativePath(folder.Names.try_emplace(FoldCase(name), name).first->second);
+    }
+
+    struct Folder {
+        fs::path Path;
+        std::unordered_map<std::string, std::string> Names;  ///< by their folded form
+    };
+
+    static Folder ListedFolder(const fs::path& path) {
+        Folder folder{path, {}};
+        std::error_code ignored;
+        for (fs::directory_iterator entry(path.empty() ? fs::path(".") : path, ignored), end; entry != end;
+             entry.increment(ignored)) {
+            const std::string name = PortablePath(entry->path().filename());
+            folder.Names.emplace(FoldCase(name), name);
+        }
+        return folder;
+    }
 
     static fs::path FollowedLink(const fs::path& path) {
         std::error_code failure;
@@ -127,6 +145,7 @@ private:
     }
 
     std::vector<Pending> pending_;
+    std::unordered_map<std::string, Folder> folders_;
 };
 
 std::string UserSettingsFolder() {
@@ -152,9 +171,8 @@ DiskFileSystem::DiskFileSystem(const std::string& programFolder) {
 std::optional<FileInfo> DiskFileSystem::Find(const std::string& path) const {
     if (path.empty()) return std::nullopt;
     const fs::path resolved = Resolved(path);
-    std::error_code failure;
-    if (!fs::exists(resolved, failure) || failure) return std::nullopt;
-    return InfoOf(resolved);
+    const auto native = InfoOfNative(resolved);
+    return native ? std::optional(InfoFrom(resolved, *native)) : std::nullopt;
 }
 
 std::vector<FileInfo> DiskFileSystem::List(const std::string& folder) const {
@@ -162,7 +180,9 @@ std::vector<FileInfo> DiskFileSystem::List(const std::string& folder) const {
     std::vector<std::pair<std::string, FileInfo>> found;
     fs::directory_iterator entry(Resolved(folder), failure);
     for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
-        FileInfo info = InfoOf(entry->path());
+        const auto native = InfoOfNative(entry->path());
+        if (!native) continue;  // a link to nowhere
+        FileInfo info = InfoFrom(entry->path(), *native);
         found.emplace_back(FoldCase(info.Name), std::move(info));
     }
     if (failure) {
@@ -177,11 +197,10 @@ std::vector<FileInfo> DiskFileSystem::List(const std::string& folder) const {
 
 std::unique_ptr<InputFile> DiskFileSystem::Open(const std::string& path) const {
     const fs::path resolved = Resolved(path);
-    std::error_code ignored;
+    const auto native = InfoOfNative(resolved);
     // A folder, a pipe or a device is no file to read from.
-    if (fs::exists(resolved, ignored) && !fs::is_regular_file(resolved, ignored))
-        throw RunTimeError(ErrorNumber::PathFileAccessError, path);
-    return std::make_unique<DiskFile>(resolved);
+    if (native && !native->IsFile) throw RunTimeError(ErrorNumber::PathFileAccessError, path);
+    return std::make_unique<DiskFile>(resolved, native ? native->Size : 0);
 }
 
 std::unique_ptr<WriteBatch> DiskFileSystem::BeginWrites() { return std::make_unique<DiskWriteBatch>(); }

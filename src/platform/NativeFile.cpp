@@ -14,6 +14,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 #endif
+#include <sys/stat.h>
 
 namespace vantor {
 namespace {
@@ -50,6 +51,21 @@ fs::path NativePath(const std::string& utf8) {
 std::string PortablePath(const fs::path& path) {
     const std::u8string utf8 = path.u8string();
     return {reinterpret_cast<const char*>(utf8.data()), utf8.size()};
+}
+
+std::optional<NativeInfo> InfoOfNative(const fs::path& path) {
+#ifdef _WIN32
+    struct _stat64 status {};
+    if (_wstat64(path.c_str(), &status) != 0) return std::nullopt;
+    const bool isFolder = (status.st_mode & _S_IFDIR) != 0;
+    const bool isFile = (status.st_mode & _S_IFREG) != 0;
+#else
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0) return std::nullopt;
+    const bool isFolder = S_ISDIR(status.st_mode);
+    const bool isFile = S_ISREG(status.st_mode);
+#endif
+    return NativeInfo{isFolder, isFile, isFile ? static_cast<std::uint64_t>(status.st_size) : 0, status.st_mtime};
 }
 
 void ThrowFileError(int systemError, const fs::path& path) {

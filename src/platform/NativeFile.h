@@ -5,6 +5,7 @@
 #include <ctime>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -16,6 +17,16 @@ namespace vantor {
 
 std::filesystem::path NativePath(const std::string& utf8);
 std::string PortablePath(const std::filesystem::path& path);
+
+/// What the system tells of a path, links followed.
+struct NativeInfo {
+    bool IsFolder = false;
+    bool IsFile = false;  ///< an ordinary file, no pipe or device
+    std::uint64_t Size = 0;
+    std::time_t Modified = 0;
+};
+/// Nothing when the path does not exist.
+std::optional<NativeInfo> InfoOfNative(const std::filesystem::path& path);
 
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
