@@ -1,0 +1,116 @@
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/Numeric.h"
+#include "core/RunRecords.h"
+#include "counter/CounterFile.h"
+#include "platform/DiskFileSystem.h"
+
+namespace vantor {
+namespace {
+
+namespace fs = std::filesystem;
+
+// VANTOR_BENCH_MB is the size of the counter file, VANTOR_BENCH_WORDS the length of its runs (one word a second).
+std::size_t FromEnvironment(const char* name, std::size_t otherwise) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? otherwise : static_cast<std::size_t>(std::max(Round32(Val(value)), 1));
+}
+
+/// A folder on the disk of the working directory, gone at the end.
+class BenchFolder {
+public:
+    BenchFolder() : path_(fs::current_path() / "counter-bench.tmp") {
+        fs::remove_all(path_);
+        fs::create_directories(path_);
+    }
+    ~BenchFolder() { fs::remove_all(path_); }
+    BenchFolder(const BenchFolder&) = delete;
+    BenchFolder& operator=(const BenchFolder&) = delete;
+
+    std::string CounterFile() const { return (path_ / "bench.tdc").string(); }
+    /// A new folder each time: files just deleted slow the making of others.
+    std::string NewFolder() {
+        const fs::path folder = path_ / std::to_string(++folders_);
+        fs::create_directories(folder);
+        return folder.string() + PathSeparator;
+    }
+
+private:
+    fs::path path_;
+    int folders_ = 0;
+};
+
+std::string RecordText(std::size_t record, std::size_t words) {
+    const auto number = static_cast<std::int64_t>(record);
+    std::string text = "T," + ZeroPadded(number / 999 + 1, 3) + "," + ZeroPadded(number % 999 + 1, 3) +
+                       ",MAINSTNB,0653,031108,01246\r\n";
+    for (std::size_t i = 1; i <= words; ++i) {
+        text += ZeroPadded(static_cast<std::int64_t>(40 + i % 17), 3);
+        text += i % 97 == 0 ? " 128" : i % 61 == 0 ? " 016" : " 000";
+        text += i % 10 == 0 || i == words ? "\r\n" : ",";
+    }
+    return text + ZeroPadded(static_cast<std::int64_t>(words), 5) + "\r\n";
+}
+
+void WriteCounterFile(FileSystem& files, const std::string& path, std::size_t size, std::size_t words) {
+    std::string text;
+    text.reserve(size + 20 * words);
+    for (std::size_t record = 0; text.size() < size; ++record) text += RecordText(record, words);
+    text += "::::::::::::::::::::\r\n";
+    WriteFile(files, path, std::as_bytes(std::span(text)));
+}
+
+template <class Action>
+double SecondsOf(Action action) {
+    const auto start = std::chrono::steady_clock::now();
+    action();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// Writes as many files of a run's size as the conversion did, all in one batch.
+void WritePlainly(FileSystem& files, const std::string& folder, const std::vector<std::string>& names,
+                  std::span<const std::byte> bytes) {
+    const auto batch = files.BeginWrites();
+    for (const std::string& name : names) batch->Add(folder + name + RunExtension, bytes, OldTail::Kept);
+    batch->Commit();
+}
+
+/// The conversion of a counter file against plain writing of its run files.
+void ConvertAgainstWriting(benchmark::State& state) {
+    const std::size_t megabytes = FromEnvironment("VANTOR_BENCH_MB", 200);
+    const std::size_t words = std::min<std::size_t>(FromEnvironment("VANTOR_BENCH_WORDS", 3600), 32767);
+    BenchFolder folder;
+    DiskFileSystem files(folder.NewFolder());
+    WriteCounterFile(files, folder.CounterFile(), megabytes * 1000000, words);
+
+    double converting = 0;
+    double writing = 0;
+    std::vector<std::string> names;
+    for (auto iteration : state) {
+        const std::string runs = folder.NewFolder();
+        RunRecord run;
+        const double seconds = SecondsOf([&] { names = ConvertCounterFile(files, folder.CounterFile(), runs, run); });
+        const auto bytes = ReadFirstBytes(files, runs + names.front() + RunExtension, 10000000);
+        const std::string plain = folder.NewFolder();
+        writing += SecondsOf([&] { WritePlainly(files, plain, names, bytes); });
+        converting += seconds;
+        state.SetIterationTime(seconds);
+    }
+    const double rounds = static_cast<double>(state.iterations());
+    state.counters["files"] = static_cast<double>(names.size());
+    state.counters["convert_s"] = converting / rounds;
+    state.counters["write_s"] = writing / rounds;
+    state.counters["ratio"] = converting / writing;
+}
+BENCHMARK(ConvertAgainstWriting)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace vantor

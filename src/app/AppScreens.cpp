@@ -1,0 +1,42 @@
+#include "app/AppScreens.h"
+
+#include <QApplication>
+
+#include "counter/forms/frmUploadData.h"
+#include "counter/forms/frmUploadRunList.h"
+#include "counter/forms/frmUploadSelectTDC.h"
+#include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
+#include "workspace/forms/frmRunSelect.h"
+#include "workspace/forms/frmStartUp.h"
+#include "workspace/forms/frmStudyOpen.h"
+#include "workspace/forms/frmStudySaveAs.h"
+
+namespace vantor {
+namespace {
+
+/// Shows a form over the active window until it is closed; true when it was accepted.
+template <class Form, class... Arguments>
+bool ShowModal(Arguments&&... arguments) {
+    Form form(std::forward<Arguments>(arguments)...);
+    if (QWidget* owner = QApplication::activeWindow()) form.setParent(owner, form.windowFlags());
+    return form.exec() == QDialog::Accepted;
+}
+
+}  // namespace
+
+void AppScreens::ShowStartUp() { ShowModal<frmStartUp>(*context_); }
+bool AppScreens::ShowStudyOpen() { return ShowModal<frmStudyOpen>(*context_); }
+bool AppScreens::ShowStudySaveAs() { return ShowModal<frmStudySaveAs>(*context_); }
+bool AppScreens::ShowRunSelect() { return ShowModal<frmRunSelect>(*context_); }
+void AppScreens::ShowSpeedProfile(int entryIndex) { ShowModal<frmPlotRunSpeedProfileHoriz>(*context_, entryIndex); }
+
+bool AppScreens::ShowUploadSelect() {
+    ShowModal<frmUploadSelectTDC>(*context_);
+    return context_->State.CounterFileChosen;
+}
+
+void AppScreens::ShowUploadData() { ShowModal<frmUploadData>(*context_); }
+
+void AppScreens::ShowUploadRunList(const std::string& studyGroup) { ShowModal<frmUploadRunList>(*context_, studyGroup); }
+
+}  // namespace vantor

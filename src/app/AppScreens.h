@@ -1,0 +1,26 @@
+#pragma once
+
+#include "core/AppContext.h"
+
+namespace vantor {
+
+/// Opens the program's screens: the one place that knows every form.
+class AppScreens : public Screens {
+public:
+    /// The context holds this object, so it is given afterwards.
+    void Use(AppContext& context) { context_ = &context; }
+
+    void ShowStartUp() override;
+    bool ShowStudyOpen() override;
+    bool ShowStudySaveAs() override;
+    bool ShowRunSelect() override;
+    void ShowSpeedProfile(int entryIndex) override;
+    bool ShowUploadSelect() override;
+    void ShowUploadData() override;
+    void ShowUploadRunList(const std::string& studyGroup) override;
+
+private:
+    AppContext* context_ = nullptr;
+};
+
+}  // namespace vantor

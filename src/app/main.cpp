@@ -1,0 +1,95 @@
+#include <QApplication>
+#include <QTimer>
+#include <cstdlib>
+#include <iostream>
+#include <optional>
+
+#include "app/AppScreens.h"
+#include "cli/CommandLine.h"
+#include "core/Paths.h"
+#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
+#include "platform/DiskFileSystem.h"
+#include "platform/QtDesktop.h"
+#include "platform/QtMessageBoxes.h"
+#include "platform/QtWindowMemory.h"
+#include "platform/SystemClock.h"
+#include "workspace/forms/frmMain.h"
+
+namespace vantor {
+namespace {
+
+/// What the window is started with: a study to open and a theme, both optional.
+struct WindowArguments {
+    std::string StudyPath;
+    ThemeChoice Theme = ThemeChoice::Desktop;
+};
+
+/// Nothing when the arguments are a command.
+std::optional<WindowArguments> ReadWindowArguments(const std::vector<std::string>& arguments) {
+    WindowArguments window;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (HasExtension(arguments[i], StudyExtension)) {
+            window.StudyPath = arguments[i];
+        } else if (arguments[i] == "--theme" && i + 1 < arguments.size()) {
+            const std::string& theme = arguments[++i];
+            if (theme != "light" && theme != "dark") return std::nullopt;
+            window.Theme = theme == "dark" ? ThemeChoice::Dark : ThemeChoice::Light;
+        } else {
+            return std::nullopt;
+        }
+    }
+    return window;
+}
+
+bool HasDisplay() {
+#ifdef __linux__
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (const char* value = std::getenv(name); value != nullptr && *value != '\0') return true;
+    return false;
+#else
+    return true;
+#endif
+}
+
+/// Lost data and files that cannot be counter files end the window at once, without a message.
+class WindowEnd : public ApplicationEnd {
+public:
+    [[noreturn]] void EndAtOnce(const FatalFormatFault&) override { std::_Exit(3); }
+};
+
+int RunWindow(QApplication& application, const WindowArguments& arguments, FileSystem& files, Clock& clock) {
+    ApplyTheme(application, arguments.Theme);
+    ApplicationState state;
+    QtMessageBoxes messages;
+    QtDesktop desktop;
+    WindowEnd end;
+    QtWindowMemory memory(files.SettingsFolder());
+    AppScreens screens;
+    AppContext context{state, files, messages, screens, desktop, clock, end, memory};
+    screens.Use(context);
+
+    frmMain window(context);
+    window.show();
+    QTimer::singleShot(0, &window, [&] { window.Start(arguments.StudyPath); });
+    return QApplication::exec();
+}
+
+}  // namespace
+}  // namespace vantor
+
+int main(int argc, char** argv) {
+    vantor::DiskFileSystem files(vantor::ExecutableFolder());
+    vantor::SystemClock clock;
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    const auto window = vantor::ReadWindowArguments(arguments);
+    if (!window) return vantor::RunCommandLine(arguments, files, clock, std::cout, std::cerr);
+    if (!vantor::HasDisplay()) {
+        std::cerr << "There is no display for the window. \"vantor --help\" lists the commands that need none.\n";
+        return 1;
+    }
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Vantor"));
+    QApplication::setDesktopFileName(QStringLiteral("vantor"));
+    return vantor::RunWindow(application, *window, files, clock);
+}

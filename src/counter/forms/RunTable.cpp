@@ -1,0 +1,42 @@
+#include "counter/forms/RunTable.h"
+
+#include "core/Paths.h"
+#include "core/RunFile.h"
+#include "core/forms/Named.h"
+
+namespace vantor {
+namespace {
+
+constexpr int RunIndexRole = Qt::UserRole;
+
+void ShowRun(Table& table, int row, const FileSystem& files, const std::string& folder, const std::string& name,
+             LengthUnit unit) {
+    table.SetText(row, 0, ToQt(name));
+    try {
+        if (const auto header = ReadRunHeader(files, folder, name)) SetRunRow(table, row, *header, unit);
+    } catch (const RunTimeError& error) {
+        table.item(row, 0)->setToolTip(ToQt(error.Message()));
+    }
+}
+
+}  // namespace
+
+std::vector<std::string> ListRunFiles(Table& table, const FileSystem& files, const std::string& folder,
+                                      LengthUnit unit) {
+    std::vector<std::string> names;
+    table.BeginFilling();
+    for (const FileInfo& info : FilesWithExtension(files, folder, RunExtension)) {
+        const int row = table.AddRow();
+        names.push_back(BaseName(info.Name));
+        ShowRun(table, row, files, folder, names.back(), unit);
+        table.item(row, 0)->setData(RunIndexRole, row);
+    }
+    table.EndFilling();
+    return names;
+}
+
+std::size_t RunIndexOf(const Table& table, int row) {
+    return static_cast<std::size_t>(table.item(row, 0)->data(RunIndexRole).toInt());
+}
+
+}  // namespace vantor

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/forms/Table.h"
+#include "core/ports/FileSystem.h"
+
+namespace vantor {
+
+/// Fills a table that has the columns of runs with the run files (".rd2") of a folder, which ends in a separator, and
+/// returns their names in directory order. A run that cannot be read has only its name and says why in a tool tip.
+std::vector<std::string> ListRunFiles(Table& table, const FileSystem& files, const std::string& folder,
+                                      LengthUnit unit);
+
+/// Which of the names that ListRunFiles returned a row shows, whatever the table is sorted by.
+std::size_t RunIndexOf(const Table& table, int row);
+
+}  // namespace vantor

@@ -1,0 +1,332 @@
+#include "counter/forms/frmUploadData.h"
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QProgressDialog>
+#include <QSplitter>
+#include <QVBoxLayout>
+#include <map>
+#include <set>
+
+#include "core/Paths.h"
+#include "core/RunFile.h"
+#include "core/Text.h"
+#include "core/forms/Guarded.h"
+#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
+#include "core/forms/WindowLayout.h"
+#include "core/modMain.h"
+#include "counter/CounterFile.h"
+#include "counter/forms/RunTable.h"
+
+namespace vantor {
+namespace {
+
+QPushButton* ToolButton(QWidget* parent, const char* name, const QString& caption, const char* icon) {
+    auto* button = Named<QPushButton>(parent, name, caption);
+    button->setIcon(LineIcon(QLatin1String(icon)));
+    return button;
+}
+
+QLineEdit* NarrowField(QWidget* parent, const char* name, int width) {
+    auto* field = Named<QLineEdit>(parent, name);
+    field->setMaxLength(width);
+    field->setMaximumWidth(field->fontMetrics().averageCharWidth() * (width + 4) + 16);
+    return field;
+}
+
+}  // namespace
+
+frmUploadData::frmUploadData(AppContext& context) : context_(context) {
+    setObjectName(QStringLiteral("frmUploadData"));
+    setWindowTitle(tr("Process Runs in Temp Folder"));
+
+    auto* top = new QHBoxLayout;
+    top->addWidget(BuildDirections());
+    top->addWidget(BuildTemplate(), 1);
+    auto* work = Named<QSplitter>(this, "splRuns");
+    work->addWidget(BuildRunList());
+    work->addWidget(BuildStudyGroups());
+    work->setStretchFactor(0, 3);
+    work->setStretchFactor(1, 1);
+    work->setChildrenCollapsible(false);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(top);
+    layout->addWidget(work, 1);
+    layout->addLayout(BuildButtons());
+    // Enter makes a Study Group or nothing: it must not close the window in the middle of the work.
+    for (auto* button : findChildren<QPushButton*>()) button->setAutoDefault(false);
+    resize(940, 540);
+    ConnectControls();
+
+    const RunNameTemplate defaults;
+    txtTemplateDir_->setText(ToQt(defaults.Direction));
+    txtTemplateRunNumber_->setText(ToQt(defaults.RunNumber));
+    txtTemplateBaseName_->setFocus();
+    treSDFPath_->SetRoot(context_.Files, context_.State.Paths.StudyGroupRootPath);
+    Guarded(context_.Messages, [this] { ConvertChosenFile(); });
+    Guarded(context_.Messages, [this] { ListRuns(); });
+    RememberLayout(*this, context_.Memory);
+}
+
+QGroupBox* frmUploadData::BuildDirections() {
+    auto* frame = Named<QGroupBox>(this, "fraQuickDirections", tr("Quick Directions"));
+    auto* TxtQuickDirections = Named<QLabel>(frame, "TxtQuickDirections",
+                                             tr("1- Enter Base Name in Template\n"
+                                                "2- Select runs then click Rename\n"
+                                                "3- Select Study Group or Enter new \n"
+                                                "name\n"
+                                                "4- Click Move Runs"));
+    (new QVBoxLayout(frame))->addWidget(TxtQuickDirections);
+    return frame;
+}
+
+QGroupBox* frmUploadData::BuildTemplate() {
+    auto* frame = Named<QGroupBox>(this, "fraTemplate", tr("1) Run NameTemplate"));
+    txtTemplateBaseName_ = Named<QLineEdit>(frame, "txtTemplateBaseName");
+    txtTemplateBaseName_->setMaxLength(20);
+    txtTemplateDir_ = NarrowField(frame, "txtTemplateDir", 2);
+    txtTemplateRunNumber_ = NarrowField(frame, "txtTemplateRunNumber", 3);
+    lblNextName_ = Named<QLabel>(frame, "lblNextName");
+    lblNextName_->setTextFormat(Qt::PlainText);
+    BtnEditTemplate_ = ToolButton(frame, "BtnEditTemplate", tr("&Edit"), "edit");
+
+    auto* layout = new QGridLayout(frame);
+    layout->addWidget(LabelFor(txtTemplateBaseName_, tr("&Base Name")), 0, 0);
+    layout->addWidget(LabelFor(txtTemplateDir_, tr("D&irection")), 0, 1);
+    layout->addWidget(LabelFor(txtTemplateRunNumber_, tr("Run &#")), 0, 2);
+    layout->addWidget(txtTemplateBaseName_, 1, 0);
+    layout->addWidget(txtTemplateDir_, 1, 1);
+    layout->addWidget(txtTemplateRunNumber_, 1, 2);
+    layout->addWidget(BtnEditTemplate_, 1, 3);
+    layout->addWidget(lblNextName_, 2, 0, 1, 4);
+    layout->setColumnStretch(0, 1);
+    layout->setRowStretch(3, 1);
+    return frame;
+}
+
+QGroupBox* frmUploadData::BuildRunList() {
+    auto* frame = Named<QGroupBox>(this, "fraRunList", tr("2) List of Runs in Uploaded Data"));
+    vaSelRuns_ = Named<Table>(frame, "vaSelRuns");
+    vaSelRuns_->setAccessibleName(tr("Runs in the temporary runs folder"));
+    vaSelRuns_->SetColumns(RunColumns(LengthUnit{context_.State.Settings.MetricUnits != 0}));
+    vaSelRuns_->SetEmptyText(tr("No runs are waiting here. Read a counter file first."));
+    btnRename_ = ToolButton(frame, "btnRename", QString(), "rename");
+    btnRename_->setToolTip(tr("Rename selected file(s)"));
+    OfferUndo(false);
+    BtnDelete_ = ToolButton(frame, "BtnDelete", tr("&Delete"), "delete-runs");
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(btnRename_);
+    buttons->addWidget(BtnDelete_);
+    buttons->addStretch();
+    auto* layout = new QVBoxLayout(frame);
+    layout->addWidget(vaSelRuns_, 1);
+    layout->addLayout(buttons);
+    return frame;
+}
+
+QGroupBox* frmUploadData::BuildStudyGroups() {
+    auto* frame = Named<QGroupBox>(this, "fraStudyGroups", tr("3) List of Study Groups"));
+    treSDFPath_ = Named<FolderTree>(frame, "treSDFPath");
+    treSDFPath_->setAccessibleName(tr("Study Groups"));
+    btnMoveRuns_ = ToolButton(frame, "btnMoveRuns", tr("&Move\nRuns"), "move-runs");
+    auto* layout = new QVBoxLayout(frame);
+    layout->addWidget(treSDFPath_, 1);
+    layout->addWidget(BuildCurrentGroup(frame));
+    layout->addWidget(btnMoveRuns_);
+    return frame;
+}
+
+QGroupBox* frmUploadData::BuildCurrentGroup(QWidget* parent) {
+    auto* frame = Named<QGroupBox>(parent, "fraCurrentStudyGroup", tr("Current Study Group"));
+    TxtStudyGroup_ = Named<QLineEdit>(frame, "TxtStudyGroup");
+    TxtStudyGroup_->setAccessibleName(tr("Current Study Group"));
+    TxtStudyGroup_->setPlaceholderText(tr("New name, then Enter"));
+    btnStudyGroupDetails_ = ToolButton(frame, "btnStudyGroupDetails", tr("De&tails"), "show-details");
+    auto* layout = new QHBoxLayout(frame);
+    layout->addWidget(TxtStudyGroup_, 1);
+    layout->addWidget(btnStudyGroupDetails_);
+    return frame;
+}
+
+QLayout* frmUploadData::BuildButtons() {
+    cmdHelp_ = Named<QPushButton>(this, "cmdHelp", tr("Help"));
+    cmdHelp_->setShortcut(Qt::Key_F1);
+    btnUploadOk_ = Named<QPushButton>(this, "btnUploadOk", tr("&OK"));
+    btnUploadCancel_ = Named<QPushButton>(this, "btnUploadCancel", tr("Cancel"));
+    btnUploadCancel_->setToolTip(tr("Cancel any changes made to this screen and return to the Summary Screen."));
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(cmdHelp_);
+    buttons->addStretch();
+    buttons->addWidget(btnUploadOk_);
+    buttons->addWidget(btnUploadCancel_);
+    return buttons;
+}
+
+void frmUploadData::ConnectControls() {
+    MessageBoxes& messages = context_.Messages;
+    for (QLineEdit* field : {txtTemplateBaseName_, txtTemplateDir_, txtTemplateRunNumber_})
+        Connect(field, &QLineEdit::textChanged, this, messages, [this] { ShowNextName(); });
+    Connect(BtnEditTemplate_, &QPushButton::clicked, this, messages,
+            [&messages] { messages.Tell("This function is not implemented yet."); });
+    Connect(btnRename_, &QPushButton::clicked, this, messages, [this] { OffersUndo() ? Undo() : Rename(); });
+    Connect(BtnDelete_, &QPushButton::clicked, this, messages, [this] { DeleteSelected(); });
+    Connect(btnMoveRuns_, &QPushButton::clicked, this, messages, [this] { MoveSelected(); });
+    treSDFPath_->OnChosen = [this](const std::string& folder) {
+        currentGroup_ = LastComponent(folder);
+        TxtStudyGroup_->setText(ToQt(currentGroup_));
+    };
+    Connect(TxtStudyGroup_, &QLineEdit::returnPressed, this, messages, [this] { MakeGroup(); });
+    Connect(btnStudyGroupDetails_, &QPushButton::clicked, this, messages, [this] { ShowGroupDetails(); });
+    Connect(btnUploadOk_, &QPushButton::clicked, this, messages, [this] { accept(); });
+    Connect(btnUploadCancel_, &QPushButton::clicked, this, messages, [this] { reject(); });
+    Connect(cmdHelp_, &QPushButton::clicked, this, messages,
+            [this] { ShowHelp(context_.DesktopServices, context_.Files); });
+}
+
+std::string frmUploadData::TempFolder() const { return AsFolder(context_.State.Paths.TempRunsPath); }
+
+std::string frmUploadData::GroupName() const { return std::string(Trim(FromQt(TxtStudyGroup_->text()))); }
+
+void frmUploadData::ConvertChosenFile() {
+    ApplicationState& state = context_.State;
+    if (state.GpsObdUpload || !state.CounterFileChosen) return;
+    state.CounterFileChosen = false;
+    QProgressDialog progress(tr("Converting counter file %1...").arg(ToQt(state.ChosenCounterFileName)), tr("Stop"), 0,
+                             1000, QApplication::activeWindow());
+    progress.setWindowModality(Qt::ApplicationModal);
+    progress.setMinimumDuration(500);
+    const auto goOn = [&progress](double done) {
+        // The last step is left for writing to the disk.
+        progress.setValue(static_cast<int>(done * 999));
+        return !progress.wasCanceled();
+    };
+    ConvertCounterFile(context_.Files,
+                       AsFolder(state.ChosenCounterFileFolder) + state.ChosenCounterFileName + CounterFileExtension,
+                       TempFolder(), state.CurrentRun, goOn);
+}
+
+void frmUploadData::ListRuns() {
+    std::map<std::string, std::string> previousNames;
+    for (const UploadRun& run : runs_) previousNames[run.Name] = run.PreviousName;
+    std::set<std::string> selected;
+    for (const UploadRun* run : SelectedRuns()) selected.insert(run->Name);
+    runs_.clear();
+    const LengthUnit unit{context_.State.Settings.MetricUnits != 0};
+    for (const std::string& name : ListRunFiles(*vaSelRuns_, context_.Files, TempFolder(), unit))
+        runs_.push_back({name, previousNames[name]});
+    for (int row = 0; row < vaSelRuns_->rowCount(); ++row)
+        if (selected.contains(runs_[RunIndexOf(*vaSelRuns_, row)].Name))
+            vaSelRuns_->selectionModel()->select(vaSelRuns_->model()->index(row, 0),
+                                                 QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+void frmUploadData::ShowNames() {
+    // A new name must not move its row while the others are still to come.
+    vaSelRuns_->setSortingEnabled(false);
+    for (int row = 0; row < vaSelRuns_->rowCount(); ++row)
+        vaSelRuns_->item(row, 0)->setText(ToQt(runs_[RunIndexOf(*vaSelRuns_, row)].Name));
+    vaSelRuns_->setSortingEnabled(true);
+}
+
+std::vector<UploadRun*> frmUploadData::SelectedRuns() {
+    std::vector<UploadRun*> selected;
+    for (const int row : vaSelRuns_->SelectedRows()) selected.push_back(&runs_[RunIndexOf(*vaSelRuns_, row)]);
+    return selected;
+}
+
+RunNameTemplate frmUploadData::Template() const {
+    return {FromQt(txtTemplateBaseName_->text().trimmed()), FromQt(txtTemplateDir_->text()),
+            FromQt(txtTemplateRunNumber_->text())};
+}
+
+void frmUploadData::ShowNextName() {
+    const RunNameTemplate parts = Template();
+    lblNextName_->setText(parts.BaseName.empty() ? QString() : tr("Next name: %1").arg(ToQt(RunNameOf(parts))));
+}
+
+bool frmUploadData::OffersUndo() const { return WithoutAccessKey(btnRename_->text()) != QLatin1String(" Rename "); }
+
+void frmUploadData::OfferUndo(bool undo) {
+    const QString caption = undo ? tr("  &Undo  ") : tr(" &Rename ");
+    btnRename_->setText(caption);
+    btnRename_->setAccessibleName(WithoutAccessKey(caption).simplified());
+    btnRename_->setIcon(LineIcon(undo ? QStringLiteral("undo") : QStringLiteral("rename")));
+}
+
+void frmUploadData::Rename() {
+    RunNameTemplate parts = Template();
+    if (parts.BaseName.empty()) {
+        context_.Messages.Tell("You must enter a Base Name for the new run names.", MessageIcon::Warning);
+        return;
+    }
+    const auto selected = SelectedRuns();
+    if (selected.empty()) {
+        context_.DesktopServices.Beep();
+        return;
+    }
+    Guarded(context_.Messages, [&] {
+        if (RenameRuns(context_.Files, context_.Messages, TempFolder(), selected, parts)) OfferUndo(true);
+    });
+    ShowNames();
+    txtTemplateRunNumber_->setText(ToQt(parts.RunNumber));
+}
+
+void frmUploadData::Undo() {
+    Guarded(context_.Messages, [&] {
+        UndoRename(context_.Files, TempFolder(), SelectedRuns());
+        OfferUndo(false);
+    });
+    ShowNames();
+}
+
+void frmUploadData::DeleteSelected() {
+    const auto selected = SelectedRuns();
+    if (selected.empty()) {
+        context_.DesktopServices.Beep();
+        return;
+    }
+    Guarded(context_.Messages, [&] {
+        for (const UploadRun* run : selected) DeleteRunFile(context_.Files, TempFolder(), run->Name);
+    });
+    ListRuns();
+}
+
+void frmUploadData::MoveSelected() {
+    std::vector<std::string> names;
+    for (const UploadRun* run : SelectedRuns()) names.push_back(run->Name);
+    if (names.empty()) {
+        context_.Messages.Tell("You must select some runs before you click Move.", MessageIcon::Warning);
+        return;
+    }
+    if (!OffersUndo()) {
+        context_.Messages.Tell("You must rename the runs before you click Move.", MessageIcon::Warning);
+        return;
+    }
+    const std::string& root = context_.State.Paths.StudyGroupRootPath;
+    if (!CheckStudyGroup(context_.Files, context_.Messages, root, GroupName())) return;
+    Guarded(context_.Messages, [&] {
+        MoveRuns(context_.State, context_.Files, context_.Messages, GroupFolder(root, GroupName()), names);
+        OfferUndo(false);
+        vaSelRuns_->clearSelection();
+        for (UploadRun& run : runs_) run.PreviousName.clear();
+    });
+    ListRuns();
+}
+
+void frmUploadData::MakeGroup() {
+    const std::string& root = context_.State.Paths.StudyGroupRootPath;
+    if (MakeStudyGroup(context_.Files, context_.Messages, root, GroupName(), currentGroup_))
+        treSDFPath_->SetRoot(context_.Files, root);
+    if (treSDFPath_->SelectFolder(GroupFolder(root, GroupName()))) currentGroup_ = GroupName();
+}
+
+void frmUploadData::ShowGroupDetails() {
+    const std::string& root = context_.State.Paths.StudyGroupRootPath;
+    if (CheckStudyGroup(context_.Files, context_.Messages, root, GroupName()))
+        context_.OtherScreens.ShowUploadRunList(GroupName());
+}
+
+}  // namespace vantor

@@ -1,0 +1,57 @@
+#include "counter/forms/frmUploadRunList.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "core/forms/Guarded.h"
+#include "core/forms/Named.h"
+#include "core/forms/Table.h"
+#include "core/forms/WindowLayout.h"
+#include "core/modMain.h"
+#include "counter/forms/RunTable.h"
+#include "counter/modUpload.h"
+
+namespace vantor {
+
+frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& studyGroup) {
+    setObjectName(QStringLiteral("frmUploadRunList"));
+    setWindowTitle(tr("Runs in Selected Study Group"));
+    const LengthUnit unit{context.State.Settings.MetricUnits != 0};
+
+    auto* lblStudyGroup = Named<QLabel>(this, "lblStudyGroup", tr("List of runs in Study Group: ") + ToQt(studyGroup));
+    auto* frame = Named<QGroupBox>(this, "fraRunList", tr("List of Runs in ..."));
+    auto* vaShowRuns = Named<Table>(frame, "vaShowRuns");
+    vaShowRuns->setAccessibleName(tr("Runs in the Study Group"));
+    vaShowRuns->SetColumns(RunColumns(unit));
+    vaShowRuns->SetEmptyText(tr("There are no runs in this Study Group yet."));
+    (new QVBoxLayout(frame))->addWidget(vaShowRuns);
+
+    auto* cmdHelp = Named<QPushButton>(this, "cmdHelp", tr("Help"));
+    cmdHelp->setShortcut(Qt::Key_F1);
+    cmdHelp->setAutoDefault(false);
+    auto* BtnUploadOk = Named<QPushButton>(this, "BtnUploadOk", tr("OK"));
+    BtnUploadOk->setDefault(true);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(cmdHelp);
+    buttons->addStretch();
+    buttons->addWidget(BtnUploadOk);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(lblStudyGroup);
+    layout->addWidget(frame);
+    layout->addLayout(buttons);
+    resize(860, 420);
+    vaShowRuns->setFocus();
+
+    Connect(BtnUploadOk, &QPushButton::clicked, this, context.Messages, [this] { accept(); });
+    Connect(cmdHelp, &QPushButton::clicked, this, context.Messages,
+            [&context] { ShowHelp(context.DesktopServices, context.Files); });
+    Guarded(context.Messages, [&] {
+        ListRunFiles(*vaShowRuns, context.Files, GroupFolder(context.State.Paths.StudyGroupRootPath, studyGroup), unit);
+    });
+    RememberLayout(*this, context.Memory);
+}
+
+}  // namespace vantor

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/ApplicationState.h"
+#include "core/ports/FileSystem.h"
+#include "core/ports/MessageBoxes.h"
+
+namespace vantor {
+
+// Names of runs and Study Groups have no extension. Folders end in a separator.
+
+/// What the names of a set of runs are made of.
+struct RunNameTemplate {
+    std::string BaseName;
+    std::string Direction = "NB";
+    std::string RunNumber = "001";
+};
+
+/// Base name without the blanks around it + "-" + direction + "-" + run number.
+std::string RunNameOf(const RunNameTemplate& parts);
+/// The run number after this one as three digits: "001" gives "002" and, on purpose, "999" gives "000".
+std::string NextRunNumber(const std::string& runNumber);
+
+/// A run waiting in the temporary runs folder.
+struct UploadRun {
+    std::string Name;
+    std::string PreviousName;  ///< before its renaming; empty when it was not renamed
+};
+
+/// Renames run files by the template in the order given, and moves the template on. A name that cannot be a file's is
+/// told to the user before any file is touched and gives false. A file of the new name is error 58; the runs renamed
+/// before an error, and the template, then stand as they are on the disk.
+bool RenameRuns(FileSystem& files, MessageBoxes& messages, const std::string& folder,
+                const std::vector<UploadRun*>& runs, RunNameTemplate& parts);
+/// Gives those of the runs that were renamed their previous names back. Errors as RenameRuns.
+void UndoRename(FileSystem& files, const std::string& folder, const std::vector<UploadRun*>& runs);
+
+/// The folder of a Study Group, blanks around its name ignored.
+std::string GroupFolder(const std::string& groupRoot, const std::string& name);
+/// True when a Study Group of that name exists. Anything else is told to the user.
+bool CheckStudyGroup(const FileSystem& files, MessageBoxes& messages, const std::string& groupRoot,
+                     const std::string& name);
+/// Makes the Study Group's folder unless it exists or is that of the current group; true when it was made. A name that
+/// cannot be a folder's is told to the user.
+bool MakeStudyGroup(FileSystem& files, MessageBoxes& messages, const std::string& groupRoot, const std::string& name,
+                    const std::string& currentGroup);
+
+/// Moves run files from the temporary runs folder into a Study Group's folder. A run that exists there is told to the
+/// user and stays. A file is deleted only when its copy is complete: an error leaves every run in one of the two
+/// folders. When the current study has no runs yet, the group becomes the last one used, so that its runs are found.
+void MoveRuns(ApplicationState& state, FileSystem& files, MessageBoxes& messages, const std::string& groupFolder,
+              const std::vector<std::string>& names);
+
+}  // namespace vantor

@@ -1,0 +1,165 @@
+#include "editing/SpeedProfile.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "core/Numeric.h"
+
+namespace vantor {
+namespace {
+
+constexpr std::array Boundaries = {ProfileLine::Start, ProfileLine::End};
+
+struct BoundaryPositions {
+    PlotState Plot;
+    StudyRunEntry Entry;
+};
+
+std::int32_t SampleIn(const PlotState& plot, ProfileLine line) {
+    return line == ProfileLine::Start ? plot.CDStartSample : plot.CDEndSample;
+}
+
+std::int32_t DistanceIn(const StudyRunEntry& entry, ProfileLine line) {
+    return line == ProfileLine::Start ? entry.CDStartDist : entry.CDEndDist;
+}
+
+/// Both values of each boundary, those along `axis` leading and the others following as a computation finds them.
+BoundaryPositions Following(BoundaryAxis axis, const RunRecord& run, const AppSettings& settings, const PlotState& plot,
+                            const StudyRunEntry& entry) {
+    BoundaryPositions positions{plot, entry};
+    positions.Plot.Axis = axis;
+    try {
+        ComputeRunDelay(run, settings, positions.Plot, positions.Entry);
+    } catch (const RunTimeError&) {
+        // The delay may fail; the boundaries are written before it.
+    }
+    return positions;
+}
+
+}  // namespace
+
+SpeedProfile::SpeedProfile(const RunRecord& run, const AppSettings& settings, StudyRunEntry& entry)
+    : run_(run), settings_(settings), entry_(entry) {
+    RunChanged();
+}
+
+void SpeedProfile::RunChanged() {
+    trace_ = ProfileTrace(run_, settings_.SpeedFactor);
+    const PlotRectangle rectangle = geometry_.Rectangle();
+    geometry_ = ProfileGeometry({settings_.MetricUnits != 0}, trace_.Extent());
+    geometry_.SetRectangle(rectangle);
+    plot_ = {};
+    for (const ProfileLine line : Boundaries) SetBoundary(line, DistanceOf(line));
+    computedIdealSpeed_.reset();
+    ShowWholeRun();
+}
+
+void SpeedProfile::ShowWholeRun() {
+    geometry_.SetAxis(plot_.Axis);
+    geometry_.SetTopSpeed(std::max<double>(trace_.TopSpeed(), entry_.IdealSpeedUser));
+}
+
+void SpeedProfile::ToggleAxis() {
+    const auto byDistance = Following(BoundaryAxis::Distance, run_, settings_, plot_, entry_);
+    const auto byTime = Following(BoundaryAxis::Time, run_, settings_, plot_, entry_);
+    for (const ProfileLine line : Boundaries) {
+        const std::int32_t sample = SampleIn(byDistance.Plot, line);
+        if (plot_.Axis == BoundaryAxis::Distance)
+            SampleOf(line) = DistanceOf(line) == 0 ? 0 : sample;
+        else if (SampleOf(line) != 0 && (DistanceOf(line) == 0 || SampleOf(line) != sample))
+            DistanceOf(line) = DistanceIn(byTime.Entry, line);
+    }
+    plot_.Axis = plot_.Axis == BoundaryAxis::Time ? BoundaryAxis::Distance : BoundaryAxis::Time;
+    ShowWholeRun();
+}
+
+std::optional<std::int32_t> SpeedProfile::Boundary(ProfileLine line) const {
+    const std::int32_t distance = DistanceIn(entry_, line);
+    const std::int32_t sample = SampleIn(plot_, line);
+    if (plot_.Axis == BoundaryAxis::Distance) return distance == 0 ? std::nullopt : std::optional(distance);
+    return distance == 0 && sample == 0 ? std::nullopt : std::optional(sample);
+}
+
+std::optional<double> SpeedProfile::IdealSpeed() const {
+    if (entry_.IdealSpeedUser != 0) return entry_.IdealSpeedUser;
+    return computedIdealSpeed_;
+}
+
+std::optional<std::int32_t> SpeedProfile::ShownBoundary(ProfileLine line) const {
+    const auto boundary = Boundary(line);
+    return boundary ? std::optional(Round32(geometry_.AxisValueOf(*boundary))) : std::nullopt;
+}
+
+std::optional<std::int32_t> SpeedProfile::ShownIdealSpeed() const {
+    const auto speed = IdealSpeed();
+    constexpr double Most = 32767;
+    return speed ? std::optional(Round32(std::clamp(geometry_.Units().SpeedOfMph(*speed), -Most, Most))) : std::nullopt;
+}
+
+double SpeedProfile::PixelOf(ProfileLine line) const {
+    const PlotRectangle& rectangle = geometry_.Rectangle();
+    if (line == ProfileLine::IdealSpeed)
+        return IdealSpeed() ? std::max(geometry_.YOf(*IdealSpeed()), rectangle.Top) : rectangle.Top;
+    if (const auto boundary = Boundary(line)) return geometry_.XOf(geometry_.AxisValueOf(*boundary));
+    return line == ProfileLine::Start ? rectangle.Left : rectangle.Right;
+}
+
+ProfileLine SpeedProfile::LineAt(double x, double y, double tolerance) const {
+    const double start = PixelOf(ProfileLine::Start);
+    const double end = PixelOf(ProfileLine::End);
+    const double toStart = std::abs(x - start);
+    const double toEnd = std::abs(x - end);
+    const bool takesStart = toStart != toEnd ? toStart < toEnd : x <= (start + end) / 2;
+    const double toBoundary = std::min(toStart, toEnd);
+    const double toIdealSpeed = std::abs(y - PixelOf(ProfileLine::IdealSpeed));
+    if (std::min(toBoundary, toIdealSpeed) > tolerance) return ProfileLine::None;
+    if (toIdealSpeed < toBoundary) return ProfileLine::IdealSpeed;
+    return takesStart ? ProfileLine::Start : ProfileLine::End;
+}
+
+void SpeedProfile::DragTo(double x, double y) {
+    const ProfileLine line = drag_.DragLine();
+    if (line == ProfileLine::None) return;
+    if (line != ProfileLine::IdealSpeed)
+        SetBoundary(line, geometry_.BoundaryAt(x));
+    else if (const auto speed = geometry_.IdealSpeedAt(y))
+        SetIdealSpeedUser(*speed);
+}
+
+void SpeedProfile::MoveBy(double units) {
+    const ProfileLine line = drag_.DragLine();
+    if (line == ProfileLine::None) return;
+    const ProfileUnits shown = geometry_.Units();
+    if (line == ProfileLine::IdealSpeed) {
+        const double speed = IdealSpeed() ? shown.SpeedOfMph(*IdealSpeed()) : geometry_.Speeds().Maximum;
+        SetIdealSpeedUser(Round32(std::clamp(shown.MphOfSpeed(speed + units), 0.0, double{MostIdealSpeed})));
+        return;
+    }
+    const std::int32_t waiting = line == ProfileLine::Start ? 0 : geometry_.LastBoundary();
+    SetBoundary(line, geometry_.BoundaryOf(geometry_.AxisValueOf(Boundary(line).value_or(waiting)) + units));
+}
+
+void SpeedProfile::SetBoundary(ProfileLine line, std::int32_t boundary) {
+    if (plot_.Axis == BoundaryAxis::Distance) {
+        DistanceOf(line) = boundary;
+        // The computation leaves the sample as it is where it finds none, which is so in the run's last second.
+        SampleOf(line) = boundary == 0 ? 0 : trace_.SampleAt(BoundaryAxis::Distance, boundary);
+    } else {
+        SampleOf(line) = boundary;
+        if (boundary == geometry_.LastBoundary()) DistanceOf(line) = trace_.Extent().Feet;
+    }
+}
+
+void SpeedProfile::SetIdealSpeedUser(std::int32_t mph) {
+    entry_.IdealSpeedUser = mph;
+    computedIdealSpeed_.reset();
+    if (geometry_.Units().SpeedOfMph(mph) > geometry_.Speeds().Maximum) geometry_.SetTopSpeed(mph);
+}
+
+void SpeedProfile::Compute() {
+    computedIdealSpeed_.reset();
+    computedIdealSpeed_ = ComputeRunDelay(run_, settings_, plot_, entry_).Speed;
+}
+
+}  // namespace vantor

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+#include "editing/SpeedProfile.h"
+
+namespace vantor {
+
+/// The unit labels of the moment: "MPH", "ft".
+struct ProfileLabels {
+    QString SpeedUnit;
+    QString LengthUnit;
+};
+
+/// "Feet" or "Meters".
+QString LengthUnitInWords(const ProfileGeometry& geometry);
+/// The unit of the horizontal axis: that of lengths, or "Secs.".
+QString AxisUnit(const ProfileGeometry& geometry);
+
+/// "Start boundary".
+QString NameOf(ProfileLine line);
+/// "Start boundary: 1500 Feet", or "...: not set".
+QString PlaceInWords(const SpeedProfile& profile, ProfileLine line, const ProfileLabels& labels);
+/// Distance, time and speed of the run under a pixel column.
+QString PointInWords(const SpeedProfile& profile, double x, const ProfileLabels& labels);
+
+/// Why there is nothing to draw; empty when there is something.
+QString NothingToDraw(const ProfileTrace& trace, std::int16_t calConstant);
+
+}  // namespace vantor

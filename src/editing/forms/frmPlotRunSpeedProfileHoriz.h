@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QDialog>
+#include <optional>
+
+#include "core/AppContext.h"
+#include "editing/SpeedProfile.h"
+#include "editing/forms/SpeedProfileControls.h"
+
+namespace vantor {
+
+/// "Speed Profile": draws the current run, lets the user set its two control delay boundaries and an ideal speed, and
+/// keeps the run's figures in its entry of the study up to date.
+class frmPlotRunSpeedProfileHoriz : public QDialog {
+public:
+    /// `entryIndex` from 1 is the current run's entry in the study; any other index is error 9.
+    frmPlotRunSpeedProfileHoriz(AppContext& context, int entryIndex);
+
+    /// Every way out: asks when the boundaries have not been dragged, takes over the run's name.
+    void done(int result) override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void ConnectControls();
+    void ConnectPlot();
+
+    void Toggle();
+    void TrimToBoundaries();
+    void ChooseScale(int item, double anchor);
+    void Zoom(int steps, double anchor);
+    void Scroll(double axisValues);
+    /// What stands in the ideal speed box, miles per hour, 0 for none; nothing when it cannot be one.
+    std::optional<std::int32_t> TypedIdealSpeed() const;
+    void TakeIdealSpeed();
+    /// Takes over what was typed without Enter, or puts the old value back.
+    void LeaveIdealSpeed();
+    bool ComputesOnInput() const { return profile_.Drag().IsReady() || profile_.HasBothBoundaries(); }
+    bool MayClose();
+
+    /// Shows the profile along its axis as it is now and, where both boundaries are set, computes the run.
+    void Draw();
+    void ShowAxis();
+    void ShowScrollBar();
+    void ShowFigures();
+    void ShowIdealSpeed();
+    void ShowReadiness();
+    void ShowReadOut(std::optional<double> x);
+
+    /// Computes the run; errors pass through after the figures are shown.
+    void Compute();
+    /// Computes the run; an error is shown in the read-out only, so that no message box opens under the mouse.
+    void ComputeQuietly();
+
+    AppContext& context_;
+    RunRecord& run_;
+    StudyRunEntry& entry_;
+    const StudyRunEntry entryBefore_;
+    SpeedProfile profile_;
+    SpeedProfileControls controls_;
+    bool isComputed_ = false;
+    QString problem_;  ///< the error of the last computation
+};
+
+}  // namespace vantor

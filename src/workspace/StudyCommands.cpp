@@ -1,0 +1,80 @@
+#include "workspace/StudyCommands.h"
+
+#include "core/Paths.h"
+#include "core/RunFile.h"
+#include "core/StudyFile.h"
+#include "core/Text.h"
+#include "workspace/StudyGroups.h"
+#include "workspace/StudyWorkspace.h"
+
+namespace vantor {
+namespace {
+
+constexpr std::size_t StudyNameWidth = 32;
+
+bool SaveUnderItsName(AppContext& context) {
+    const std::string name(Trim(context.State.CurrentStudy.Record.StudyName));
+    const std::string problem = NameProblem(name, StudyNameWidth);
+    if (!problem.empty()) {
+        context.Messages.Tell(problem, MessageIcon::Warning);
+        return false;
+    }
+    SaveStudy(context.State, context.Files);
+    return true;
+}
+
+bool ReadRunOfStudy(AppContext& context, const std::string& name) {
+    if (!IsSafeName(name)) {
+        context.Messages.Tell(UnsafeNameMessage(name), MessageIcon::Warning);
+        return false;
+    }
+    return ReadRunFile(context.Files, context.Messages, context.State.CurrentRun, StudyGroupFolder(context.State), name,
+                       true);
+}
+
+}  // namespace
+
+bool SaveStudyNow(AppContext& context) {
+    const std::string name(Trim(context.State.CurrentStudy.Record.StudyName));
+    const std::string group = LastComponent(StudyGroupFolder(context.State));
+    return context.Messages.Confirm("Do you want to save study: " + name + "\n in Study Group: " + group + " ?") &&
+           SaveUnderItsName(context);
+}
+
+bool MayLeaveStudy(AppContext& context) {
+    const SavePrompt prompt = SavePromptNeeded(context.State, context.Files);
+    if (prompt == SavePrompt::None) return true;
+    const bool saves = context.Messages.Confirm(
+        prompt == SavePrompt::NotSavedYet
+            ? "This study has not been saved yet.\n  Do you want to save the study?"
+            : "One or more study parameters have changed.\n     Do you want to save the study?");
+    return !saves || SaveUnderItsName(context);
+}
+
+void ProcessRuns(AppContext& context) {
+    ApplicationState& state = context.State;
+    struct ModeEnds {
+        bool& Mode;
+        ~ModeEnds() { Mode = false; }
+    } const modeEnds{state.TemporaryRunsMode};
+
+    state.CounterFileChosen = !state.TemporaryRunsMode && context.OtherScreens.ShowUploadSelect();
+    if (state.TemporaryRunsMode || state.CounterFileChosen) context.OtherScreens.ShowUploadData();
+}
+
+void ShowRunDetails(AppContext& context, int index) {
+    ApplicationState& state = context.State;
+    const StudyRunEntry before = state.CurrentStudy.Entries[index];
+    const std::string name = RunFileName(before);
+    if (!ReadRunOfStudy(context, name)) return;
+    context.OtherScreens.ShowSpeedProfile(index);
+
+    if (state.CurrentStudy.Entries[index] != before) state.StudyUnchanged = false;
+    const std::string newName(Trim(state.CurrentRun.Header.RunName));
+    state.CurrentRun.Header.RunName = newName;
+    if (newName == name) return;
+    const std::string problem = RenameCurrentRun(state, context.Files, index, newName);
+    if (!problem.empty()) context.Messages.Tell(problem, MessageIcon::Warning);
+}
+
+}  // namespace vantor

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "core/AppContext.h"
+
+namespace vantor {
+
+// Commands of the main window that ask and tell the user on their way.
+
+/// Asks whether the current study is to be saved and saves it on Yes. False when it was not saved.
+bool SaveStudyNow(AppContext& context);
+
+/// To be asked before another study takes the current one's place and before the program ends: offers to save what
+/// was changed. False when the user wanted it saved and its name does not allow it; the study must stay then.
+bool MayLeaveStudy(AppContext& context);
+
+/// Lets the user choose a counter file, unless the temporary-runs mode is set, then process the runs in the
+/// temporary folder. Nothing is processed when no file was chosen. The mode is off afterwards.
+void ProcessRuns(AppContext& context);
+
+/// Shows the speed profile of run `index` (from 1) of the study and takes over what the user changed there: the
+/// boundaries, and the run's name where a new one was given. A run that cannot be read is told to the user.
+void ShowRunDetails(AppContext& context, int index);
+
+}  // namespace vantor

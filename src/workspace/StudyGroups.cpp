@@ -1,0 +1,145 @@
+#include "workspace/StudyGroups.h"
+
+#include <algorithm>
+#include <limits>
+#include <set>
+#include <span>
+
+#include "core/Paths.h"
+#include "core/RunFile.h"
+#include "core/StudyFile.h"
+#include "core/Text.h"
+#include "core/Windows1252.h"
+#include "core/modMain.h"
+
+namespace vantor {
+namespace {
+
+std::string AsStored(std::string_view text, std::size_t width) {
+    const std::string stored = Windows1252FromUtf8(FirstCharacters(text, width));
+    return std::string(Trim(Utf8FromWindows1252(std::as_bytes(std::span(stored)))));
+}
+
+std::string ProblemOf(const RunTimeError& error) { return std::string(error.what()) + "\n" + error.Place(); }
+
+ListedStudy ReadListedStudy(const FileSystem& files, Desktop& desktop, const std::string& group, std::string name) {
+    ListedStudy study;
+    study.Name = std::move(name);
+    try {
+        if (!ReadStudyRunNames(files, desktop, group, study.Name, study.Header, study.RunNames))
+            study.Problem = "The file is missing.";
+    } catch (const RunTimeError& error) {
+        study.Problem = ProblemOf(error);
+    }
+    return study;
+}
+
+/// The header of a run that can be used; throws for any other.
+RunHeader ReadUsableHeader(const FileSystem& files, const std::string& group, const std::string& name, bool isVer1) {
+    const std::string path = group + name + (isVer1 ? Ver1RunExtension : RunExtension);
+    const auto info = files.Find(path);
+    if (!info) throw RunTimeError(ErrorNumber::FileNotFound, path);
+    if (info->Size < (isVer1 ? Ver1RunHeaderSize : RunHeaderSize))
+        throw RunTimeError(ErrorNumber::InputPastEndOfFile, path + "\nThe file is too short for a run. It is damaged.");
+    if (isVer1) return ReadVer1Run(files, group, name).Header;
+    auto header = ReadRunHeader(files, group, name).value();
+    const bool isTooLong = header.SampleCount > std::numeric_limits<std::int16_t>::max();
+    if (isTooLong || header.SampleCount < 0)
+        throw RunTimeError(
+            isTooLong ? ErrorNumber::Overflow : ErrorNumber::SubscriptOutOfRange,
+            path + "\nThe file tells of " + std::to_string(header.SampleCount) + " samples. It is damaged.");
+    return header;
+}
+
+ListedRun ReadListedRun(const FileSystem& files, const std::string& group, std::string name, bool isVer1) {
+    ListedRun run;
+    run.Name = std::move(name);
+    run.IsVer1 = isVer1;
+    run.Header.RunName = run.Name;
+    run.Problem = NameProblem(run.Name, RunNameWidth);
+    if (!run.Problem.empty()) return run;
+    try {
+        run.Header = ReadUsableHeader(files, group, run.Name, isVer1);
+    } catch (const RunTimeError& error) {
+        run.Problem = ProblemOf(error);
+    }
+    return run;
+}
+
+std::vector<std::byte> WholeFile(const FileSystem& files, const std::string& path) {
+    return ReadFirstBytes(files, path, files.Open(path)->Size());
+}
+
+}  // namespace
+
+std::string NameProblem(std::string_view name, std::size_t width) {
+    if (!IsSafeName(name)) return UnsafeNameMessage(name);
+    if (AsStored(name, width) == name) return {};
+    return "\"" + std::string(name) + "\" cannot be used as a name.\nA name has at most " + std::to_string(width) +
+           " letters, digits and signs of the Western alphabet and no blank at its ends.";
+}
+
+bool IsSameFolder(std::string_view left, std::string_view right) {
+    return EqualIgnoringCase(AsFolder(left), AsFolder(right));
+}
+
+bool IsCurrentStudy(const ApplicationState& state, std::string_view group, std::string_view name) {
+    return state.StudyUnchanged && IsSameFolder(state.Paths.LastStudyGroupPath, group) &&
+           state.Paths.LastStudyName == name;
+}
+
+std::vector<std::string> ListStudyGroups(const FileSystem& files, const std::string& root) {
+    std::vector<std::string> groups;
+    try {
+        for (const FileInfo& info : files.List(root))
+            if (info.IsFolder && !info.IsHidden) groups.push_back(AsFolder(AsFolder(root) + info.Name));
+    } catch (const RunTimeError&) {
+        groups.clear();
+    }
+    return groups;
+}
+
+std::vector<ListedStudy> ListStudies(const FileSystem& files, Desktop& desktop, const std::string& group) {
+    std::vector<ListedStudy> studies;
+    for (const FileInfo& info : FilesWithExtension(files, group, StudyExtension))
+        studies.push_back(ReadListedStudy(files, desktop, group, BaseName(info.Name)));
+    return studies;
+}
+
+std::vector<ListedRun> ListRuns(const FileSystem& files, const std::string& group) {
+    std::vector<ListedRun> runs;
+    std::set<std::string> known;
+    for (const bool isVer1 : {false, true}) {
+        for (const FileInfo& info : FilesWithExtension(files, group, isVer1 ? Ver1RunExtension : RunExtension)) {
+            const std::string name = BaseName(info.Name);
+            if (known.insert(FoldCase(name)).second) runs.push_back(ReadListedRun(files, group, name, isVer1));
+        }
+    }
+    std::stable_sort(runs.begin(), runs.end(), [](const ListedRun& left, const ListedRun& right) {
+        return FoldCase(left.Name) < FoldCase(right.Name);
+    });
+    return runs;
+}
+
+RunsElsewhere CompareRuns(const FileSystem& files, const Study& study, const std::string& from, const std::string& to) {
+    RunsElsewhere runs;
+    for (int i = 1; i <= study.Record.RunCount; ++i) {
+        const std::string name = RunFileName(study.Entries[i]);
+        if (!IsSafeName(name) || !FileExists(files, from + name + RunExtension)) continue;
+        if (!FileExists(files, to + name + RunExtension))
+            runs.Missing.push_back(name);
+        else if (WholeFile(files, from + name + RunExtension) != WholeFile(files, to + name + RunExtension))
+            runs.Different.push_back(name);
+    }
+    return runs;
+}
+
+void CopyRuns(FileSystem& files, const std::vector<std::string>& names, const std::string& from,
+              const std::string& to) {
+    const auto batch = files.BeginWrites();
+    for (const std::string& name : names)
+        batch->Add(to + name + RunExtension, WholeFile(files, from + name + RunExtension), OldTail::Dropped);
+    batch->Commit();
+}
+
+}  // namespace vantor

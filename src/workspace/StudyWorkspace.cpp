@@ -1,0 +1,120 @@
+#include "workspace/StudyWorkspace.h"
+
+#include "core/Paths.h"
+#include "core/RunFile.h"
+#include "core/Settings.h"
+#include "core/StudyFile.h"
+#include "core/Text.h"
+#include "core/modMain.h"
+#include "workspace/StudyGroups.h"
+
+namespace vantor {
+namespace {
+
+bool HasSameRuns(const Study& left, const Study& right) {
+    if (left.Record.RunCount != right.Record.RunCount) return false;
+    for (int i = 1; i <= left.Record.RunCount; ++i)
+        if (left.Entries[i] != right.Entries[i]) return false;
+    return true;
+}
+
+/// Whether the file of that name holds the study's runs. A damaged one must not keep the user from leaving.
+bool IsSavedAs(const Study& study, const FileSystem& files, const std::string& folder, const std::string& name) {
+    try {
+        const auto saved = LoadStudy(files, folder, name);
+        return saved && HasSameRuns(*saved, study);
+    } catch (const RunTimeError&) {
+        return false;
+    }
+}
+
+void MarkSaved(ApplicationState& state, const std::string& folder, const std::string& name) {
+    state.Paths.LastStudyGroupPath = folder;
+    state.Paths.LastStudyName = name;
+    state.StudyUnchanged = true;
+    state.StudyFieldsEdited = false;
+}
+
+}  // namespace
+
+std::string StudyGroupFolder(const ApplicationState& state) { return AsFolder(state.Paths.LastStudyGroupPath); }
+
+bool LastStudyExists(const ApplicationState& state, const FileSystem& files) {
+    const std::string& name = state.Paths.LastStudyName;
+    return name != NoStudyName && IsSafeName(name) &&
+           FileExists(files, StudyGroupFolder(state) + name + StudyExtension);
+}
+
+SavePrompt SavePromptNeeded(const ApplicationState& state, const FileSystem& files) {
+    if (state.StudyUnchanged) return SavePrompt::None;
+    const std::string name(Trim(state.CurrentStudy.Record.StudyName));
+    const std::string folder = StudyGroupFolder(state);
+    if (!IsSafeName(name) || !FileExists(files, folder + name + StudyExtension)) return SavePrompt::NotSavedYet;
+    const bool differs = state.StudyFieldsEdited || !IsSavedAs(state.CurrentStudy, files, folder, name);
+    return differs ? SavePrompt::ParametersChanged : SavePrompt::None;
+}
+
+std::string StudyProblem(const Study& study) {
+    if (study.Record.RunCount == 0)
+        return "You need to select one or more runs before continuing.\n"
+               "Click the Add Runs buttons in the center window.";
+    if (Trim(study.Record.StudyName).empty())
+        return "You need to give this study a name before continuing.\n"
+               "Click in the Name input box and enter a name.";
+    return {};
+}
+
+bool OpenStudy(ApplicationState& state, FileSystem& files, Desktop& desktop, const Clock& clock,
+               const std::string& folder, const std::string& name) {
+    if (!ReadStudyFile(state, files, desktop, clock, folder, name)) return false;
+    MarkSaved(state, folder, name);
+    SaveSettings(state, files);
+    return true;
+}
+
+void SaveStudy(ApplicationState& state, FileSystem& files) {
+    SaveStudyAs(state, files, StudyGroupFolder(state), std::string(Trim(state.CurrentStudy.Record.StudyName)));
+}
+
+void SaveStudyAs(ApplicationState& state, FileSystem& files, const std::string& folder, const std::string& name) {
+    if (!IsSafeName(name)) throw RunTimeError(ErrorNumber::PathFileAccessError, UnsafeNameMessage(name));
+    Study study = state.CurrentStudy;
+    study.Record.StudyName = name;
+    WriteStudyFile(files, study, folder, name);
+    state.CurrentStudy = std::move(study);
+    MarkSaved(state, folder, name);
+    SaveSettings(state, files);
+}
+
+int AddRuns(ApplicationState& state, const std::vector<std::string>& runNames) {
+    int added = 0;
+    for (const std::string& name : runNames) {
+        if (FindRun(state.CurrentStudy, name) != 0) continue;
+        AppendRun(state.CurrentStudy, name);
+        ++added;
+    }
+    if (added > 0) state.StudyUnchanged = false;
+    return added;
+}
+
+void DeleteRun(ApplicationState& state, int index) {
+    RemoveRun(state.CurrentStudy, index);
+    state.StudyUnchanged = false;
+}
+
+std::string RenameCurrentRun(ApplicationState& state, FileSystem& files, int index, const std::string& newName) {
+    std::string problem = NameProblem(newName, RunNameWidth);
+    if (!problem.empty()) return problem;
+    const std::string folder = StudyGroupFolder(state);
+    const std::string sorry = "The run keeps its name. A run \"" + newName + "\" is already in ";
+    if (FindRun(state.CurrentStudy, newName) != 0) return sorry + "this study.";
+    if (FileExists(files, folder + newName + RunExtension) || FileExists(files, folder + newName + Ver1RunExtension))
+        return sorry + "Study Group " + LastComponent(folder) + ".";
+    WriteRunFile(files, state.CurrentRun, folder, newName);
+    state.CurrentStudy.Entries[index].EntryRunName = newName;
+    state.CurrentStudy.RunNames[index] = newName;
+    state.StudyUnchanged = false;
+    return {};
+}
+
+}  // namespace vantor

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/ApplicationState.h"
+#include "core/ports/Clock.h"
+#include "core/ports/Desktop.h"
+#include "core/ports/FileSystem.h"
+
+namespace vantor {
+
+/// The folder of the current study's Study Group, with a final separator.
+std::string StudyGroupFolder(const ApplicationState& state);
+/// The name that stands for no last study.
+inline constexpr const char* NoStudyName = "blank";
+/// True when the last study's file is there to be opened.
+bool LastStudyExists(const ApplicationState& state, const FileSystem& files);
+
+/// The question to ask before the current study is left. A saved study that cannot be read counts as another one.
+enum class SavePrompt { None, NotSavedYet, ParametersChanged };
+SavePrompt SavePromptNeeded(const ApplicationState& state, const FileSystem& files);
+
+/// What keeps the study from being evaluated, as the text to show; empty when nothing does.
+std::string StudyProblem(const Study& study);
+
+/// Makes the study of that file the current and the last one. A missing file beeps, gives an empty study and false.
+bool OpenStudy(ApplicationState& state, FileSystem& files, Desktop& desktop, const Clock& clock,
+               const std::string& folder, const std::string& name);
+
+/// Writes the current study under its name into its Study Group, which becomes the last study; it is unchanged then.
+/// Error 75 for a name that cannot be a file's.
+void SaveStudy(ApplicationState& state, FileSystem& files);
+/// As SaveStudy, under another name and in another Study Group. On an error the study keeps its old ones. The runs
+/// are looked for in the group of the study.
+void SaveStudyAs(ApplicationState& state, FileSystem& files, const std::string& folder, const std::string& name);
+
+/// Appends the runs that the study does not have yet and returns their number; the study is changed then.
+int AddRuns(ApplicationState& state, const std::vector<std::string>& runNames);
+/// Removes run `index` (from 1) from the study, not from the disk.
+void DeleteRun(ApplicationState& state, int index);
+/// Writes the current run, which is run `index` of the study, under a new name into the Study Group and makes it the
+/// name of that run; the study is changed then. The old file stays, for other studies may use it. Returns what keeps
+/// the run from taking the name, as the text to show, with nothing done; empty when nothing does.
+std::string RenameCurrentRun(ApplicationState& state, FileSystem& files, int index, const std::string& newName);
+
+}  // namespace vantor

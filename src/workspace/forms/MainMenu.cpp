@@ -1,0 +1,128 @@
+#include "workspace/forms/MainMenu.h"
+
+#include <QMenuBar>
+#include <QMouseEvent>
+#include <QToolBar>
+#include <algorithm>
+
+#include "core/forms/Guarded.h"
+#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
+
+namespace vantor {
+namespace {
+
+/// Tells of clicks on its separators too.
+class MainToolBar : public QToolBar {
+public:
+    using QToolBar::QToolBar;
+    std::function<void(QAction*)> OnSeparatorClick;
+
+protected:
+    void mouseReleaseEvent(QMouseEvent* event) override {
+        QToolBar::mouseReleaseEvent(event);
+        QAction* action = actionAt(event->position().toPoint());
+        if (event->button() == Qt::LeftButton && action != nullptr && action->isSeparator()) OnSeparatorClick(action);
+    }
+};
+
+QString ToolTipOf(const MenuEntry& entry) {
+    QString tip = WithoutAccessKey(QString::fromLatin1(entry.Caption));
+    if (!entry.Handler) return tip + QStringLiteral("\nComes with a later version");
+    if (!entry.Shortcut.isEmpty())
+        tip += QStringLiteral(" (%1)").arg(entry.Shortcut.toString(QKeySequence::NativeText));
+    return tip;
+}
+
+QMenu* MenuNamed(QMainWindow& window, const QString& title) {
+    for (QAction* action : window.menuBar()->actions())
+        if (action->text() == title) return action->menu();
+    QMenu* menu = window.menuBar()->addMenu(title);
+    menu->setObjectName(QLatin1String("mnu") + WithoutAccessKey(title));
+    menu->setAccessibleName(WithoutAccessKey(title));
+    menu->setToolTipsVisible(true);
+    return menu;
+}
+
+}  // namespace
+
+MainMenu::MainMenu(QMainWindow& window, AppContext& context, std::vector<MenuEntry> entries)
+    : QObject(&window), context_(context), entries_(std::move(entries)) {
+    BuildMenus(window);
+    BuildToolbar(window);
+}
+
+void MainMenu::BuildMenus(QMainWindow& window) {
+    for (const MenuEntry& entry : entries_) {
+        const QString title = QString::fromLatin1(entry.Menu);
+        if (title.isEmpty()) continue;
+        QMenu* menu = MenuNamed(window, title);
+        if (QLatin1String(entry.Caption).isEmpty())
+            menu->addSeparator();
+        else
+            menu->addAction(MakeAction(entry));
+    }
+}
+
+QAction* MainMenu::MakeAction(const MenuEntry& entry) {
+    auto* action = new QAction(LineIcon(QLatin1String(entry.Icon)), QString::fromLatin1(entry.Caption), this);
+    action->setObjectName(QLatin1String(entry.Name));
+    action->setShortcut(entry.Shortcut);
+    action->setToolTip(ToolTipOf(entry));
+    action->setEnabled(static_cast<bool>(entry.Handler));
+    if (entry.Handler) Connect(action, &QAction::triggered, this, context_.Messages, [&entry] { entry.Handler(); });
+    return action;
+}
+
+void MainMenu::BuildToolbar(QMainWindow& window) {
+    auto* toolbar = new MainToolBar(QStringLiteral("Toolbar"), &window);
+    toolbar->setObjectName(QStringLiteral("tbrMain"));
+    toolbar->setAccessibleName(QStringLiteral("Toolbar"));
+    toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    toolbar->setMovable(false);
+    toolbar->setContextMenuPolicy(Qt::PreventContextMenu);
+    window.addToolBar(toolbar);
+
+    std::map<int, const MenuEntry*> byIndex;
+    for (const MenuEntry& entry : entries_)
+        if (entry.ToolbarIndex != 0) byIndex[entry.ToolbarIndex] = &entry;
+    const int last = byIndex.empty() ? 0 : byIndex.rbegin()->first;
+    for (int index = 1; index <= last; ++index) {
+        const auto found = byIndex.find(index);
+        if (found == byIndex.end()) {
+            toolbar->addSeparator();
+            continue;
+        }
+        const MenuEntry& entry = *found->second;
+        QAction* action =
+            toolbar->addAction(LineIcon(QLatin1String(entry.Icon)), QString::fromLatin1(entry.ToolbarText));
+        action->setToolTip(ToolTipOf(entry));
+        action->setEnabled(static_cast<bool>(entry.Handler));
+        Connect(action, &QAction::triggered, this, context_.Messages, [this, index] { ToolbarButtonClick(index); });
+        QWidget* button = toolbar->widgetForAction(action);
+        button->setObjectName(QStringLiteral("tbrMain(%1)").arg(index));
+        button->setAccessibleName(WithoutAccessKey(QString::fromLatin1(entry.Caption)));
+        toolbarActions_[index] = action;
+    }
+    toolbar->OnSeparatorClick = [this, toolbar](QAction* separator) {
+        const int index = static_cast<int>(toolbar->actions().indexOf(separator)) + 1;
+        Guarded(context_.Messages, [&] { ToolbarButtonClick(index); });
+    };
+}
+
+void MainMenu::ToolbarButtonClick(int index) {
+    const auto entry = std::find_if(entries_.begin(), entries_.end(), [index](const MenuEntry& candidate) {
+        return index > 0 && candidate.ToolbarIndex == index && candidate.Handler;
+    });
+    if (entry == entries_.end()) return TellNotWorking();
+    entry->Handler();
+}
+
+void MainMenu::TellNotWorking() {
+    context_.DesktopServices.Beep();
+    context_.Messages.Tell("This feature is not working yet.");
+}
+
+void MainMenu::SetToolbarButtonEnabled(int index, bool enabled) { toolbarActions_.at(index)->setEnabled(enabled); }
+
+}  // namespace vantor

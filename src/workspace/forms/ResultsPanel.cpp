@@ -1,0 +1,117 @@
+#include "workspace/forms/ResultsPanel.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "core/Numeric.h"
+#include "core/Text.h"
+#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
+
+namespace vantor {
+namespace {
+
+constexpr int FigurePadding = 4;
+constexpr int FigureSpacing = 16;
+
+void MakeLarge(QWidget& figure) {
+    QFont font = figure.font();
+    font.setPointSizeF(font.pointSizeF() * 2);
+    font.setBold(true);
+    figure.setFont(font);
+    // Labels and boxes of one height have one baseline.
+    figure.setFixedHeight(figure.fontMetrics().height() + 2 * FigurePadding);
+}
+
+/// The figure under its caption, with its unit behind it on the same baseline.
+QLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "") {
+    MakeLarge(*figure);
+    figure->setAccessibleName(QString::fromLatin1(caption));
+    auto* unitLabel = new QLabel(QString::fromLatin1(unit), figure->parentWidget());
+    unitLabel->setContentsMargins(0, 0, 0,
+                                  FigurePadding + figure->fontMetrics().descent() - unitLabel->fontMetrics().descent());
+    auto* line = new QHBoxLayout;
+    line->setSpacing(4);
+    line->addWidget(figure);
+    line->addWidget(unitLabel, 0, Qt::AlignBottom);
+    line->addStretch();
+    auto* block = new QVBoxLayout;
+    block->setSpacing(4);
+    block->addWidget(new QLabel(QString::fromLatin1(caption), figure->parentWidget()));
+    block->addLayout(line);
+    return block;
+}
+
+void ShowFigure(QLabel& label, const std::optional<std::string>& figure) {
+    label.setText(ToQt(figure.value_or("")));
+    label.setAccessibleDescription(figure ? label.text().trimmed() : QStringLiteral("not computed yet"));
+}
+
+}  // namespace
+
+ResultsPanel::ResultsPanel(QWidget* parent) : QWidget(parent) {
+    auto* line = new QHBoxLayout(this);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->addWidget(BuildStudyResults(), 1);
+    line->addWidget(BuildStopDelay());
+    ShowResults({}, {});
+}
+
+QGroupBox* ResultsPanel::BuildStudyResults() {
+    auto* group = Named<QGroupBox>(this, "FrStudyResults", QStringLiteral("Study Results"));
+    lblAvgContDelay_ = Named<QLabel>(group, "lblAvgContDelay");
+    lblLOSGrade_ = Named<QLabel>(group, "lblLOSGrade");
+    auto* line = new QHBoxLayout(group);
+    line->setSpacing(FigureSpacing);
+    line->addLayout(Captioned(lblAvgContDelay_, "Avg. Control Delay (sec)"));
+    line->addLayout(Captioned(lblLOSGrade_, "LOS Grade"));
+    line->addStretch();
+    return group;
+}
+
+QGroupBox* ResultsPanel::BuildStopDelay() {
+    frStopDelayStats_ = Named<QGroupBox>(this, "frStopDelayStats", QStringLiteral("Stop Delay Statistics"));
+    txtStopSpdThreshold_ = Named<QLineEdit>(frStopDelayStats_, "txtStopSpdThreshold");
+    txtStopSpdThreshold_->setReadOnly(true);
+    txtStopSpdThreshold_->setFrame(false);
+    txtStopSpdThreshold_->setTextMargins(-2, 0, 0, 0);
+    QPalette clear = txtStopSpdThreshold_->palette();
+    clear.setColor(QPalette::Base, Qt::transparent);
+    txtStopSpdThreshold_->setPalette(clear);
+    lblAvgStopDelay_ = Named<QLabel>(frStopDelayStats_, "lblAvgStopDelay");
+    lblControl2StopRatio_ = Named<QLabel>(frStopDelayStats_, "lblControl2StopRatio");
+    auto* line = new QHBoxLayout(frStopDelayStats_);
+    line->setSpacing(FigureSpacing);
+    line->addLayout(Captioned(txtStopSpdThreshold_, "Stop Speed Threshold", "mph"));
+    line->addLayout(Captioned(lblAvgStopDelay_, "Avg. Stop Delay", "s"));
+    line->addLayout(Captioned(lblControl2StopRatio_, "Ratio of Control to Stop Delay"));
+    return frStopDelayStats_;
+}
+
+void ResultsPanel::ShowResults(const ResultLabels& labels, const AppSettings& settings) {
+    ShowFigure(*lblAvgContDelay_, labels.AvgControlDelay);
+    ShowFigure(*lblLOSGrade_, labels.LOSGrade);
+    ShowFigure(*lblAvgStopDelay_, labels.AvgStopDelay);
+    ShowFigure(*lblControl2StopRatio_, labels.Ratio);
+    const QString threshold = ToQt(Trim(Str(settings.StopSpeedThreshold)));
+    txtStopSpdThreshold_->setText(threshold);
+    txtStopSpdThreshold_->setFixedWidth(txtStopSpdThreshold_->fontMetrics().horizontalAdvance(threshold) + 8);
+    frStopDelayStats_->setVisible(settings.EnableStopDelay != 0);
+    ShowGrade();
+}
+
+void ResultsPanel::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) ShowGrade();
+}
+
+void ResultsPanel::ShowGrade() {
+    if (lblLOSGrade_->text().isEmpty()) return lblLOSGrade_->setStyleSheet(QString());
+    const ColourPair pair = GradePair(lblLOSGrade_->text(), palette());
+    lblLOSGrade_->setStyleSheet(
+        QStringLiteral("background-color: %1; color: %2; border-radius: 6px; padding-left: 14px; padding-right: 14px")
+            .arg(pair.Background.name(), pair.Text.name()));
+}
+
+}  // namespace vantor

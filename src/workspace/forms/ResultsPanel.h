@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+
+#include "analysis/StudyResults.h"
+#include "core/AppSettings.h"
+
+namespace vantor {
+
+/// The study's figures, large, with the grade as a badge.
+class ResultsPanel : public QWidget {
+public:
+    explicit ResultsPanel(QWidget* parent);
+
+    /// A figure that was never computed stays empty. The stop delay figures show only where they are enabled.
+    void ShowResults(const ResultLabels& labels, const AppSettings& settings);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    QGroupBox* BuildStudyResults();
+    QGroupBox* BuildStopDelay();
+    void ShowGrade();
+
+    QLabel* lblAvgContDelay_ = nullptr;
+    QLabel* lblLOSGrade_ = nullptr;
+    QGroupBox* frStopDelayStats_ = nullptr;
+    QLineEdit* txtStopSpdThreshold_ = nullptr;
+    QLabel* lblAvgStopDelay_ = nullptr;
+    QLabel* lblControl2StopRatio_ = nullptr;
+};
+
+}  // namespace vantor

@@ -1,0 +1,112 @@
+#include "workspace/forms/RunListModel.h"
+
+#include <QGuiApplication>
+#include <array>
+
+#include "core/Numeric.h"
+#include "core/Text.h"
+#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
+
+namespace vantor {
+namespace {
+
+struct ColumnOfList {
+    const char* Head;
+    std::string RunListRow::*Text;
+    Qt::AlignmentFlag Alignment = Qt::AlignLeft;
+
+    bool IsNumber() const { return Alignment == Qt::AlignRight; }
+};
+/// In the order of RunListModel::Column; the status is no text of the row.
+constexpr std::array<ColumnOfList, RunListModel::ColumnCount> Columns = {
+    {{"Run Name", &RunListRow::RunName},
+     {"Date", &RunListRow::RunDate},
+     {"Time", &RunListRow::RunTime},
+     {"Type", &RunListRow::RunType},
+     {"Control Delay (s)", &RunListRow::ControlDelay, Qt::AlignRight},
+     {"LOS Grade", &RunListRow::LOSGrade, Qt::AlignHCenter},
+     {"Stop Delay (s)", &RunListRow::StopDelay, Qt::AlignRight},
+     {"Status", nullptr, Qt::AlignHCenter}}};
+
+struct StateSign {
+    const char* Word;
+    const char* Tip;
+    const char* Icon;
+    ColourPair (*Colours)(const QPalette&);
+};
+
+const StateSign& SignOf(RunState state) {
+    static constexpr StateSign counted = {"Counted", "Both boundaries are set: the run counts in the study's figures.",
+                                          "counted", GreenPair};
+    static constexpr StateSign notCounted = {
+        "Not counted", "A boundary is missing: set both with Show Details to count the run.", "not-counted", RedPair};
+    static constexpr StateSign missing = {
+        "Missing", "The run's file is not in the Study Group: the run has no figures.", "missing", AmberPair};
+    if (state == RunState::Counted) return counted;
+    return state == RunState::NotCounted ? notCounted : missing;
+}
+
+QString TextOf(const RunListRow& row, const ColumnOfList& column) {
+    return column.Text == nullptr ? QString::fromLatin1(SignOf(row.State).Word) : ToQt(row.*column.Text);
+}
+
+/// "mm/dd/yy" as year, month and day, so that dates sort by time.
+int DateKey(const std::string& text) {
+    if (text.size() != 8) return 0;
+    const auto part = [&](std::size_t at) { return static_cast<int>(Val(text.substr(at, 2))); };
+    return (FullYear(part(6)) * 100 + part(0)) * 100 + part(3);
+}
+
+QVariant SortKey(const RunListRow& row, int column) {
+    const ColumnOfList& shown = Columns[static_cast<std::size_t>(column)];
+    if (column == RunListModel::Date) return DateKey(row.RunDate);
+    if (!shown.IsNumber()) return TextOf(row, shown);
+    // Rows without figures stand before all others.
+    const std::string& text = row.*shown.Text;
+    return text.empty() ? -1e300 : Val(text);
+}
+
+}  // namespace
+
+void RunListModel::SetRows(std::vector<RunListRow> rows) {
+    beginResetModel();
+    rows_ = std::move(rows);
+    endResetModel();
+}
+
+int RunListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int RunListModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : ColumnCount; }
+
+QVariant RunListModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid()) return {};
+    const RunListRow& row = rows_.at(static_cast<std::size_t>(index.row()));
+    const ColumnOfList& column = Columns.at(static_cast<std::size_t>(index.column()));
+    const StateSign& sign = SignOf(row.State);
+    switch (role) {
+        case Qt::DisplayRole: return TextOf(row, column);
+        case Qt::TextAlignmentRole: return static_cast<int>(column.Alignment | Qt::AlignVCenter);
+        case Qt::BackgroundRole: return sign.Colours(QGuiApplication::palette()).Background;
+        case Qt::ForegroundRole: return sign.Colours(QGuiApplication::palette()).Text;
+        case Qt::DecorationRole: return index.column() == Name ? LineIcon(QLatin1String(sign.Icon)) : QVariant();
+        case Qt::ToolTipRole: return QStringLiteral("%1. %2").arg(QLatin1String(sign.Word), QLatin1String(sign.Tip));
+        case Qt::AccessibleTextRole:
+            if (column.Text == nullptr) return TextOf(row, column);
+            return QStringLiteral("%1, %2").arg(TextOf(row, column).trimmed(), QLatin1String(sign.Word));
+        case SortRole: return SortKey(row, index.column());
+        default: return {};
+    }
+}
+
+QVariant RunListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal) return QAbstractTableModel::headerData(section, orientation, role);
+    const ColumnOfList& column = Columns.at(static_cast<std::size_t>(section));
+    if (role == Qt::DisplayRole) return QString::fromLatin1(column.Head);
+    if (role == Qt::TextAlignmentRole) return static_cast<int>(column.Alignment | Qt::AlignVCenter);
+    return {};
+}
+
+}  // namespace vantor

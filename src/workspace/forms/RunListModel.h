@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <vector>
+
+#include "analysis/StudyResults.h"
+
+namespace vantor {
+
+/// The rows of the run list in study order: row 0 is run 1. The state of a run is told by the row's colour, by a
+/// symbol, in words, in the tool tip and to assistive technology.
+class RunListModel : public QAbstractTableModel {
+public:
+    enum Column { Name, Date, Time, Type, ControlDelay, LOSGrade, StopDelay, Status, ColumnCount };
+    /// What a column sorts by.
+    static constexpr int SortRole = Qt::UserRole;
+
+    using QAbstractTableModel::QAbstractTableModel;
+
+    void SetRows(std::vector<RunListRow> rows);
+    const std::vector<RunListRow>& Rows() const { return rows_; }
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    std::vector<RunListRow> rows_;
+};
+
+}  // namespace vantor

@@ -1,0 +1,65 @@
+#include "workspace/forms/RunListView.h"
+
+#include <QHeaderView>
+#include <QPainter>
+#include <algorithm>
+
+namespace vantor {
+
+RunListView::RunListView(QWidget* parent) : QTableView(parent) {
+    sorted_.setSourceModel(&model_);
+    sorted_.setSortRole(RunListModel::SortRole);
+    sorted_.setSortLocaleAware(true);
+    sorted_.setSortCaseSensitivity(Qt::CaseInsensitive);
+    setModel(&sorted_);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setShowGrid(false);
+    setWordWrap(false);
+    setTabKeyNavigation(false);
+    setSortingEnabled(true);
+    verticalHeader()->hide();
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    horizontalHeader()->setDefaultSectionSize(horizontalHeader()->minimumSectionSize());
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->setSortIndicatorClearable(true);
+    sortByColumn(-1, Qt::AscendingOrder);
+}
+
+void RunListView::SetRows(std::vector<RunListRow> rows) {
+    const int active = ActiveRun();
+    model_.SetRows(std::move(rows));
+    SetActiveRun(std::clamp(active, 1, std::max(1, model_.rowCount())));
+    WidenColumns();
+}
+
+void RunListView::ShowStopDelay(bool shown) { setColumnHidden(RunListModel::StopDelay, !shown); }
+
+int RunListView::ActiveRun() const { return sorted_.mapToSource(currentIndex()).row() + 1; }
+
+void RunListView::SetActiveRun(int run) {
+    const QModelIndex index = sorted_.mapFromSource(model_.index(run - 1, RunListModel::Name));
+    if (index.isValid()) setCurrentIndex(index);
+}
+
+void RunListView::WidenColumns() {
+    for (int column = 0; column < RunListModel::ColumnCount - 1; ++column) {
+        if (isColumnHidden(column)) continue;
+        const int needed = std::max(sizeHintForColumn(column), horizontalHeader()->sectionSizeHint(column)) + 4;
+        if (columnWidth(column) < needed) setColumnWidth(column, needed);
+    }
+}
+
+void RunListView::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (model_.rowCount() > 0) return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap,
+                     QStringLiteral("This study has no runs yet.\nAdd runs of its Study Group with Add Run, or open a "
+                                    "study with File > Open Existing Study."));
+}
+
+}  // namespace vantor

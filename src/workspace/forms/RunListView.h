@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QSortFilterProxyModel>
+#include <QTableView>
+
+#include "workspace/forms/RunListModel.h"
+
+namespace vantor {
+
+/// The run list: whole rows, one of them active while there are runs, in study order until a head is clicked. Runs
+/// are told by their number in the study, from 1, however the list is sorted.
+class RunListView : public QTableView {
+public:
+    explicit RunListView(QWidget* parent);
+
+    /// Fills the list anew; the active run keeps its number, or the last one becomes active.
+    void SetRows(std::vector<RunListRow> rows);
+    const std::vector<RunListRow>& Rows() const { return model_.Rows(); }
+    void ShowStopDelay(bool shown);
+
+    /// 0 for an empty list.
+    int ActiveRun() const;
+    void SetActiveRun(int run);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void WidenColumns();
+
+    RunListModel model_;
+    QSortFilterProxyModel sorted_;
+};
+
+}  // namespace vantor

@@ -1,0 +1,376 @@
+#include "workspace/forms/frmMain.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QShortcut>
+#include <QStatusBar>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "core/Paths.h"
+#include "core/RunFile.h"
+#include "core/Settings.h"
+#include "core/StudyFile.h"
+#include "core/Text.h"
+#include "core/forms/Guarded.h"
+#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
+#include "core/forms/WindowLayout.h"
+#include "core/modMain.h"
+#include "workspace/StudyCommands.h"
+#include "workspace/StudyWorkspace.h"
+#include "workspace/forms/MainMenu.h"
+#include "workspace/forms/ResultsPanel.h"
+#include "workspace/forms/RunListView.h"
+#include "workspace/forms/StudyDetailsPanel.h"
+
+namespace vantor {
+namespace {
+
+constexpr int ShowDetailsButton = 7;
+constexpr const char* SupportSite = "https://vantor.example/support";
+
+bool IsAbsolute(const std::string& path) {
+    return path.front() == '/' || path.front() == PathSeparator || (path.size() > 1 && path[1] == ':');
+}
+
+std::string FullPath(const FileSystem& files, const std::string& path) {
+    const std::string absolute = IsAbsolute(path) ? path : AsFolder(files.CurrentFolder()) + path;
+    const std::string asListed = LongPathName(files, absolute);
+    return asListed.empty() ? absolute : asListed;
+}
+
+}  // namespace
+
+frmMain::frmMain(AppContext& context) : context_(context) {
+    setObjectName(QStringLiteral("frmMain"));
+    setAccessibleName(QStringLiteral("Vantor"));
+    resize(1000, 700);
+    menu_ = new MainMenu(*this, context_, MenuEntries());
+    setCentralWidget(frStudyDetails_ = BuildStudyDetails());
+    AddRunListKeys();
+    BuildStatusBar();
+    RememberLayout(*this, context_.Memory);
+}
+
+std::vector<MenuEntry> frmMain::MenuEntries() {
+    const auto to = [this](void (frmMain::*command)()) { return [this, command] { (this->*command)(); }; };
+    const std::function<void()> comesLater;
+    using Keys = QKeySequence;
+    return {
+        {"&File", "mnuFileNew", "Start a &New Study", "new-study", Keys("Ctrl+N"), 1, "New",
+         to(&frmMain::StartNewStudy)},
+        {"&File", "mnuFileOpen", "Open &Existing Study", "open-study", Keys("Ctrl+O"), 2, "Open",
+         to(&frmMain::OpenExistingStudy)},
+        {"&File", "mnuFileSave", "&Save Study Now", "save-study", Keys("Ctrl+S"), 3, "Save", to(&frmMain::SaveNow)},
+        {"&File", "mnuFileSaveAs", "Save Study As...", "save-study-as", Keys("Ctrl+Shift+S"), 0, "",
+         to(&frmMain::SaveAs)},
+        {"&File", "", "", ""},
+        {"&File", "mnuFileReadTDC", "&Read TDC Counter", "read-counter", {}, 5, "Read TDC", comesLater},
+        {"&File",
+         "mnuFileProcessRuns",
+         "Process Runs in Temp Folder",
+         "process-runs",
+         {},
+         0,
+         "",
+         to(&frmMain::ProcessTemporaryRuns)},
+        {"&File", "mnuFileRoamlap", "Process Roamlap Data", "gps-log"},
+        {"&File", "mnuFileRoampad", "Process Roampad Data", "handheld"},
+        {"&File", "mnuFileRevlap", "Process Revlap Data", "obd-log"},
+        {"&File", "mnuFileRevpad", "Process Revpad Data", "handheld-obd"},
+        {"&File", "", "", ""},
+        {"", "", "Show Details", "show-details", {}, ShowDetailsButton, "Details", to(&frmMain::ShowDetails)},
+        {"&File", "mnuFilePrint", "&Print Report", "print", Keys("Ctrl+P"), 9, "Print", comesLater},
+        {"&File", "mnuFilePrefs", "Preferences", "preferences", {}, 11, "Preferences", comesLater},
+        {"&File",
+         "mnuFileStartUp",
+         "StartUp Options",
+         "start-up",
+         {},
+         13,
+         "Start-Up",
+         to(&frmMain::ShowStartUpOptions)},
+        {"&File", "", "", ""},
+        {"&File", "mnuFileExit", "E&xit", "exit", Keys("Ctrl+Q"), 0, "", [this] { close(); }},
+        {"&View", "mnuViewStatistics", "Study Statistics", "statistics", {}, 0, "", to(&frmMain::ShowStudyStatistics)},
+        {"&Utilities", "mnuUtilDeleteRuns", "Delete Runs in Temp Folder", "delete-runs"},
+        {"&Utilities", "mnuUtilDeleteTDC", "Delete Data Files in TDC Data Folder", "delete-data"},
+        {"&Utilities", "mnuUtilExport", "Export to Excel", "export-spreadsheet"},
+        {"&Help", "mnuHelpTopics", "Help Topics", "help", Keys("F1")},
+        {"&Help", "mnuHelpSupport", "Support Site", "support", {}, 15, "Support", to(&frmMain::OpenSupportSite)},
+        {"&Help", "mnuHelpAbout", "About Vantor", "about", {}, 0, "", to(&frmMain::ShowAbout)},
+    };
+}
+
+QWidget* frmMain::BuildStudyDetails() {
+    auto* frame = Named<QFrame>(this, "FrStudyDetails");
+    frame->setAccessibleName(QStringLiteral("Study details"));
+    details_ = new StudyDetailsPanel(context_, frame);
+    details_->OnEdited = [this] { ShowStatus(); };
+    vaRunList_ = Named<RunListView>(frame, "vaRunList");
+
+    auto* column = new QVBoxLayout(frame);
+    column->addWidget(details_);
+    column->addLayout(BuildRunListHead(frame));
+    column->addWidget(vaRunList_, 1);
+    column->addLayout(BuildRunListButtons(frame));
+    column->addWidget(results_ = new ResultsPanel(frame));
+    return frame;
+}
+
+QLayout* frmMain::BuildRunListHead(QWidget* parent) {
+    lblNoneCounted_ = Named<QLabel>(parent, "lblNoneCounted",
+                                    QStringLiteral("No run counts yet: set both boundaries of a run in its details."));
+    auto* line = new QHBoxLayout;
+    line->addWidget(LabelFor(vaRunList_, QStringLiteral("&Runs in this study")));
+    line->addStretch();
+    line->addWidget(lblNoneCounted_);
+    return line;
+}
+
+QLayout* frmMain::BuildRunListButtons(QWidget* parent) {
+    auto* line = new QHBoxLayout;
+    const auto add = [&](const char* name, const char* caption, const char* icon) {
+        auto* button = Named<QPushButton>(parent, name, QString::fromLatin1(caption));
+        button->setIcon(LineIcon(QLatin1String(icon)));
+        line->addWidget(button);
+        return button;
+    };
+    Connect(add("BtnAddRun", "&Add Run", "add-run"), &QPushButton::clicked, this, context_.Messages,
+            [this] { AddRuns(); });
+    btnDeleteRun_ = add("BtnDeleteRun", "De&lete Run", "delete-run");
+    btnDeleteRun_->setToolTip(QStringLiteral("Takes the run out of the study; its file stays"));
+    Connect(btnDeleteRun_, &QPushButton::clicked, this, context_.Messages, [this] { DeleteActiveRun(); });
+    btnShowDetails_ = add("BtnShowDetails", "Sho&w Details", "show-details");
+    btnShowDetails_->setToolTip(QStringLiteral("Shows the run's speed profile, where its boundaries are set"));
+    Connect(btnShowDetails_, &QPushButton::clicked, this, context_.Messages, [this] { ShowDetails(); });
+    line->addStretch();
+    auto* chart = add("btnContDelayVsAvg", "View Control Delay Plot", "delay-chart");
+    chart->setEnabled(false);
+    chart->setToolTip(QStringLiteral("Comes with a later version"));
+    return line;
+}
+
+void frmMain::AddRunListKeys() {
+    const auto add = [this](const QList<QKeySequence>& keys, void (frmMain::*command)()) {
+        auto* shortcut = new QShortcut(vaRunList_);
+        shortcut->setContext(Qt::WidgetShortcut);
+        shortcut->setKeys(keys);
+        Connect(shortcut, &QShortcut::activated, this, context_.Messages, [this, command] { (this->*command)(); });
+    };
+    add({Qt::Key_Insert}, &frmMain::AddRuns);
+    add({Qt::Key_Delete}, &frmMain::DeleteActiveRun);
+    add({Qt::Key_Return, Qt::Key_Enter}, &frmMain::ShowDetails);
+    Connect(vaRunList_, &QTableView::doubleClicked, this, context_.Messages, [this] { ShowDetails(); });
+}
+
+void frmMain::BuildStatusBar() {
+    lblStudyGroup_ = Named<QLabel>(statusBar(), "lblStudyGroup");
+    // A long folder must not keep the window from becoming narrow.
+    lblStudyGroup_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    lblSaved_ = Named<QLabel>(statusBar(), "lblSaved");
+    statusBar()->addWidget(lblStudyGroup_, 1);
+    statusBar()->addPermanentWidget(lblSaved_);
+}
+
+void frmMain::Start(const std::string& studyPath) {
+    ApplicationState& state = context_.State;
+    if (std::exchange(state.MainFormLoaded, true)) return;
+    Guarded(context_.Messages, [&] { LoadSettings(state, context_.Files); });
+    if (state.Paths.LastStudyName.empty()) state.Paths.LastStudyName = NoStudyName;
+    if (state.SettingsWereMissing) ShowFirstRun();
+    details_->FillLists();
+    ShowStudyAfter([&] { NewStudy(state, context_.Time); });
+    Guarded(context_.Messages, [&] { OpenFirstStudy(studyPath); });
+}
+
+void frmMain::ShowFirstRun() {
+    frStudyDetails_->hide();
+    context_.Messages.Tell(
+        "The Preferences screen will now be loaded so you can check the settings.\n"
+        "This is the only time you will have to do this.");
+    Guarded(context_.Messages, [&] { SaveSettings(context_.State, context_.Files); });
+    frStudyDetails_->show();
+}
+
+void frmMain::OpenFirstStudy(const std::string& studyPath) {
+    ApplicationState& state = context_.State;
+    if (!studyPath.empty()) {
+        OpenStudyAt(FullPath(context_.Files, studyPath));
+    } else if (state.Settings.UseStartUpScreen != 0) {
+        do ShowStartUpOptions();
+        while (!state.StartUpDone);
+    } else if (LastStudyExists(state, context_.Files)) {
+        OpenLastStudy();
+    }
+}
+
+void frmMain::OpenStudyAt(const std::string& studyPath) {
+    ShowStudyAfter([&] {
+        OpenStudy(context_.State, context_.Files, context_.DesktopServices, context_.Time, FolderOf(studyPath),
+                  BaseName(studyPath));
+    });
+}
+
+void frmMain::ShowStudyAfter(const std::function<void()>& action) {
+    bool& loaded = context_.State.StudyLoaded;
+    loaded = false;
+    Guarded(context_.Messages, action);
+    if (std::exchange(loaded, true))
+        ShowStudy();
+    else
+        ShowStatus();
+}
+
+void frmMain::ShowStudy() {
+    labels_ = {};
+    toldRuns_.clear();
+    details_->ShowStudy();
+    RefreshStudyResults();
+}
+
+void frmMain::RefreshStudyResults() {
+    Study& study = context_.State.CurrentStudy;
+    std::vector<RunListRow> rows;
+    Guarded(context_.Messages,
+            [&] { rows = MakeRunListRows(study, context_.Files, StudyGroupFolder(context_.State)); });
+    vaRunList_->SetRows(std::move(rows));
+    vaRunList_->ShowStopDelay(context_.State.Settings.EnableStopDelay != 0);
+    Guarded(context_.Messages, [&] { ComputeStudyResults(study, vaRunList_->Rows(), labels_); });
+    results_->ShowResults(labels_, context_.State.Settings);
+    const bool hasRuns = vaRunList_->ActiveRun() != 0;
+    btnDeleteRun_->setEnabled(hasRuns);
+    btnShowDetails_->setEnabled(hasRuns);
+    menu_->SetToolbarButtonEnabled(ShowDetailsButton, hasRuns);
+    const bool hasCounted =
+        std::ranges::any_of(vaRunList_->Rows(), [](const RunListRow& row) { return row.State == RunState::Counted; });
+    lblNoneCounted_->setVisible(hasRuns && !hasCounted);
+    ShowStatus();
+    TellMissingRuns();
+}
+
+void frmMain::ShowStatus() {
+    const ApplicationState& state = context_.State;
+    const QString name = ToQt(Trim(state.CurrentStudy.Record.StudyName));
+    setWindowTitle(name.isEmpty() ? QStringLiteral("Vantor[*]") : name + QStringLiteral("[*] - Vantor"));
+    setWindowModified(!state.StudyUnchanged);
+    const QString folder = ToQt(StudyGroupFolder(state));
+    lblStudyGroup_->setText(QStringLiteral("Study Group: ") + folder);
+    lblStudyGroup_->setToolTip(folder);
+    const bool isNew = name.isEmpty() && state.CurrentStudy.Record.RunCount == 0;
+    lblSaved_->setText(!state.StudyUnchanged ? QStringLiteral("Not saved")
+                                             : (isNew ? QStringLiteral("New study") : QStringLiteral("Saved")));
+}
+
+void frmMain::TellMissingRuns() {
+    const std::vector<RunListRow>& rows = vaRunList_->Rows();
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (rows[i].State != RunState::Missing) continue;
+        const std::string name = RunFileName(context_.State.CurrentStudy.Entries[static_cast<int>(i) + 1]);
+        if (!toldRuns_.insert(FoldCase(name)).second) continue;
+        if (IsSafeName(name))
+            TellMissingRun(context_.Messages, name);
+        else
+            context_.Messages.Tell(UnsafeNameMessage(name), MessageIcon::Warning);
+    }
+}
+
+void frmMain::ToolbarButtonClick(int index) {
+    Guarded(context_.Messages, [&] { menu_->ToolbarButtonClick(index); });
+}
+
+void frmMain::StartNewStudy() {
+    if (MayLeaveStudy(context_)) ShowStudyAfter([this] { NewStudy(context_.State, context_.Time); });
+}
+
+void frmMain::OpenExistingStudy() {
+    if (MayLeaveStudy(context_)) ShowStudyAfter([this] { context_.OtherScreens.ShowStudyOpen(); });
+}
+
+void frmMain::OpenLastStudy() {
+    const WorkingPaths& paths = context_.State.Paths;
+    // Saving the current study makes that one the last.
+    const std::string path = AsFolder(paths.LastStudyGroupPath) + paths.LastStudyName + StudyExtension;
+    if (MayLeaveStudy(context_)) OpenStudyAt(path);
+}
+
+void frmMain::SaveNow() {
+    SaveStudyNow(context_);
+    ShowStatus();
+}
+
+void frmMain::SaveAs() {
+    if (!context_.OtherScreens.ShowStudySaveAs()) return;
+    details_->ShowStudy();
+    RefreshStudyResults();
+}
+
+void frmMain::ProcessTemporaryRuns() {
+    context_.State.GpsObdUpload = false;
+    ProcessRuns(context_);
+    RefreshStudyResults();
+}
+
+void frmMain::ShowStartUpOptions() {
+    ApplicationState& state = context_.State;
+    state.StartUpDone = false;
+    state.ChosenAtStartUp = StartUpChoice::None;
+    context_.OtherScreens.ShowStartUp();
+    CarryOut(state.ChosenAtStartUp);
+}
+
+void frmMain::CarryOut(StartUpChoice choice) {
+    switch (choice) {
+        case StartUpChoice::None: return RefreshStudyResults();
+        case StartUpChoice::NewStudy: return StartNewStudy();
+        case StartUpChoice::OpenStudy: return OpenExistingStudy();
+        case StartUpChoice::LastStudy: return OpenLastStudy();
+        case StartUpChoice::ProcessTdcData:
+        case StartUpChoice::ProcessTempRuns: return ProcessTemporaryRuns();
+        case StartUpChoice::Exit: close(); return;
+        default: return menu_->TellNotWorking();
+    }
+}
+
+void frmMain::ShowStudyStatistics() {
+    const std::string problem = StudyProblem(context_.State.CurrentStudy);
+    if (problem.empty()) return RefreshStudyResults();
+    context_.Messages.Tell(problem);
+    if (context_.State.CurrentStudy.Record.RunCount > 0) details_->FocusStudyName();
+}
+
+void frmMain::OpenSupportSite() { context_.DesktopServices.OpenWebPage(SupportSite); }
+
+void frmMain::ShowAbout() {
+    context_.Messages.Ask({.Text = "Vantor\nVersion " VANTOR_VERSION, .Title = "About Vantor"});
+}
+
+void frmMain::AddRuns() {
+    context_.OtherScreens.ShowRunSelect();
+    RefreshStudyResults();
+}
+
+void frmMain::DeleteActiveRun() {
+    const int run = vaRunList_->ActiveRun();
+    if (run == 0) return context_.DesktopServices.Beep();
+    DeleteRun(context_.State, run);
+    RefreshStudyResults();
+}
+
+void frmMain::ShowDetails() {
+    const int run = vaRunList_->ActiveRun();
+    if (run == 0) return context_.DesktopServices.Beep();
+    Guarded(context_.Messages, [&] { ShowRunDetails(context_, run); });
+    RefreshStudyResults();
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    Guarded(context_.Messages, [&] { event->setAccepted(MayLeaveStudy(context_)); });
+    ShowStatus();
+}
+
+}  // namespace vantor

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <QMainWindow>
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "analysis/StudyResults.h"
+#include "core/AppContext.h"
+
+class QLabel;
+class QPushButton;
+
+namespace vantor {
+
+class MainMenu;
+struct MenuEntry;
+class ResultsPanel;
+class RunListView;
+class StudyDetailsPanel;
+
+/// The main window: the current study with its runs and results, and the way to every other screen. Closing it ends
+/// the program.
+class frmMain : public QMainWindow {
+public:
+    explicit frmMain(AppContext& context);
+
+    /// To be called once, when the window is shown and events are handled: loads the settings, then opens the study
+    /// at `studyPath` (a ".ld2" file; relative to the current folder), or shows the start-up screen or opens the last
+    /// study, as the settings say. A second call does nothing.
+    void Start(const std::string& studyPath = {});
+
+    /// A click on button `index` of the toolbar, from 1, separators counted.
+    void ToolbarButtonClick(int index);
+
+    /// Fills the run list from the run files and computes the study's figures. A run file that is missing is told of
+    /// once for each study that is loaded.
+    void RefreshStudyResults();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    std::vector<MenuEntry> MenuEntries();
+    QWidget* BuildStudyDetails();
+    QLayout* BuildRunListHead(QWidget* parent);
+    QLayout* BuildRunListButtons(QWidget* parent);
+    void AddRunListKeys();
+    void BuildStatusBar();
+
+    void ShowFirstRun();
+    void OpenFirstStudy(const std::string& studyPath);
+    void OpenStudyAt(const std::string& studyPath);
+    /// Does what may put another study in the current one's place, and shows that one.
+    void ShowStudyAfter(const std::function<void()>& action);
+    void ShowStudy();
+    void ShowStatus();
+    void TellMissingRuns();
+
+    void StartNewStudy();
+    void OpenExistingStudy();
+    void OpenLastStudy();
+    void SaveNow();
+    void SaveAs();
+    void ProcessTemporaryRuns();
+    void ShowStartUpOptions();
+    void CarryOut(StartUpChoice choice);
+    void ShowStudyStatistics();
+    void OpenSupportSite();
+    void ShowAbout();
+    void AddRuns();
+    void DeleteActiveRun();
+    void ShowDetails();
+
+    AppContext& context_;
+    ResultLabels labels_;
+    std::set<std::string> toldRuns_;
+
+    MainMenu* menu_ = nullptr;
+    QWidget* frStudyDetails_ = nullptr;
+    StudyDetailsPanel* details_ = nullptr;
+    RunListView* vaRunList_ = nullptr;
+    QLabel* lblNoneCounted_ = nullptr;
+    ResultsPanel* results_ = nullptr;
+    QPushButton* btnDeleteRun_ = nullptr;
+    QPushButton* btnShowDetails_ = nullptr;
+    QLabel* lblStudyGroup_ = nullptr;
+    QLabel* lblSaved_ = nullptr;
+};
+
+}  // namespace vantor

@@ -1,0 +1,182 @@
+#include "workspace/forms/frmStartUp.h"
+
+#include <QCommandLinkButton>
+#include <QFrame>
+#include <QLabel>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "core/Paths.h"
+#include "core/StudyRecords.h"
+#include "core/forms/Guarded.h"
+#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
+#include "core/forms/WindowLayout.h"
+#include "core/modMain.h"
+#include "workspace/StudyWorkspace.h"
+#include "workspace/forms/DialogParts.h"
+
+namespace vantor {
+namespace {
+
+/// The width of a card in average characters: most explanations take one line.
+constexpr int CardCharacters = 60;
+const QString NotYet = QStringLiteral("This choice is not available yet.");
+
+std::string LastStudyName(const AppContext& context) {
+    const std::string& name = context.State.Paths.LastStudyName;
+    const bool isThere = name != NoStudyName && IsSafeName(name) &&
+                         FileExists(context.Files, StudyGroupFolder(context.State) + name + StudyExtension);
+    return isThere ? name : std::string();
+}
+
+QLabel* Heading(QWidget* parent, const QString& text, int morePoints) {
+    auto* label = new QLabel(text, parent);
+    QFont font = label->font();
+    font.setBold(true);
+    font.setPointSize(font.pointSize() + morePoints);
+    label->setFont(font);
+    return label;
+}
+
+}  // namespace
+
+struct frmStartUp::Card {
+    StartUpChoice Choice;
+    const char* Name;
+    QString Caption;
+    const char* Icon;
+    QString Explanation;
+    bool IsAvailable = true;
+};
+
+frmStartUp::frmStartUp(AppContext& context) : context_(context), choices_(new QButtonGroup(this)) {
+    setObjectName(QStringLiteral("frmStartUp"));
+    setWindowTitle(QStringLiteral("StartUp Options"));
+    context.State.ChosenAtStartUp = StartUpChoice::None;
+    // As a group the cards are walked through with the arrow keys by their places.
+    choices_->setExclusive(false);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(BuildHead());
+    layout->addLayout(BuildChoices(), 1);
+    layout->addLayout(DialogFoot(*this, context, {}, QStringLiteral("Go to &Main Window")));
+    Connect(choices_, &QButtonGroup::idClicked, this, context.Messages,
+            [this](int choice) { Choose(static_cast<StartUpChoice>(choice)); });
+    choices_->buttons().constFirst()->setFocus();
+    RememberLayout(*this, context.Memory);
+}
+
+QLayout* frmStartUp::BuildHead() {
+    constexpr int IconSize = 40;
+    auto* icon = new QLabel(this);
+    icon->setPixmap(windowIcon().pixmap(QSize(IconSize, IconSize), devicePixelRatioF()));
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(0);
+    texts->addWidget(Heading(this, QStringLiteral("Vantor"), 6));
+    texts->addWidget(new QLabel(QStringLiteral("What do you want to do?"), this));
+    auto* head = new QHBoxLayout;
+    head->addWidget(icon);
+    head->addLayout(texts, 1);
+    return head;
+}
+
+QLayout* frmStartUp::BuildChoices() {
+    using enum StartUpChoice;
+    auto* grid = new QGridLayout;
+    for (const int column : {0, 1}) grid->setColumnStretch(column, 1);
+    const auto add = [&](int row, int column, const QString& heading, const std::vector<Card>& cards) {
+        QFrame* group = BuildGroup(heading, cards);
+        grid->addWidget(group, row, column);
+        return group;
+    };
+    add(0, 0, QStringLiteral("Study"), StudyCards());
+    add(1, 0, QStringLiteral("Counter Runs"),
+        {{ReadCounter, "ReadTDCBut", QStringLiteral("&Read TDC Counter"), "read-counter",
+          QStringLiteral("Download a counter's memory over a serial port."), false},
+         {ProcessTdcData, "BtnProcessTDC", QStringLiteral("Process &TDC Data"), "counter-file",
+          QStringLiteral("Convert a counter file into runs for a Study Group.")},
+         {ProcessTempRuns, "BtnProcessTemp", QStringLiteral("Process Runs in Temp &Folder"), "process-runs",
+          QStringLiteral("Name the runs waiting there for a Study Group.")}});
+    QFrame* logs = add(0, 1, QStringLiteral("GPS and OBD Runs"),
+                       {{ProcessRoamlap, "BtnProcessRoamlap", QStringLiteral("Process Roam&lap Data"), "gps-log",
+                         QStringLiteral("GPS logs of a laptop."), false},
+                        {ProcessRoampad, "BtnProcessRoampad", QStringLiteral("Process Roam&pad Data"), "handheld",
+                         QStringLiteral("GPS logs of a handheld."), false},
+                        {ProcessRevlap, "BtnProcessRevlap", QStringLiteral("Process Re&vlap Data"), "obd-log",
+                         QStringLiteral("OBD logs of a laptop."), false},
+                        {ProcessRevpad, "BtnProcessRevpad", QStringLiteral("Process Revpa&d Data"), "handheld-obd",
+                         QStringLiteral("OBD logs of a handheld."), false}});
+    AddKey(logs, Qt::Key_P, ProcessCombined, QStringLiteral("Key P: combined GPS and OBD logs."));
+    AddKey(logs, Qt::Key_B, ProcessBattelle, QStringLiteral("Key B: Battelle GPS files."));
+    add(1, 1, QStringLiteral("Program"),
+        {{Preferences, "BtnPreferences", QStringLiteral("Preference&s"), "preferences",
+          QStringLiteral("Folders, units, serial port and report headings."), false},
+         {Exit, "BtnExit", QStringLiteral("E&xit"), "exit", QStringLiteral("End the program.")}});
+    for (QFrame* group : findChildren<QFrame*>(QStringLiteral("frChoices")))
+        qobject_cast<QVBoxLayout*>(group->layout())->addStretch();
+    return grid;
+}
+
+std::vector<frmStartUp::Card> frmStartUp::StudyCards() const {
+    std::vector<Card> cards = {{StartUpChoice::NewStudy, "BtnNewStudy", QStringLiteral("Start a &New Study"),
+                                "new-study", QStringLiteral("Begin with an empty study and add runs to it.")},
+                               {StartUpChoice::OpenStudy, "BtnOpenStudy", QStringLiteral("Open &Existing Study"),
+                                "open-study", QStringLiteral("Choose a study of any Study Group.")}};
+    const QString name = ToQt(LastStudyName(context_));
+    if (name.isEmpty()) return cards;
+    const QString group = ToQt(LastComponent(StudyGroupFolder(context_.State)));
+    Card last{StartUpChoice::LastStudy, "BtnLastStudy",
+              QStringLiteral("&Continue with %1").arg(QString(name).replace('&', QStringLiteral("&&"))), "show-details",
+              QStringLiteral("Your last study, in Study Group %1.").arg(group)};
+    cards.insert(cards.begin(), std::move(last));
+    return cards;
+}
+
+QFrame* frmStartUp::BuildGroup(const QString& heading, const std::vector<Card>& cards) {
+    auto* group = Named<QFrame>(this, "frChoices");
+    group->setFrameShape(QFrame::StyledPanel);
+    group->setBackgroundRole(QPalette::Base);
+    group->setAutoFillBackground(true);
+    auto* layout = new QVBoxLayout(group);
+    layout->setSpacing(0);
+    layout->addWidget(Heading(group, heading, 1));
+    const int width = fontMetrics().averageCharWidth() * CardCharacters;
+    for (const Card& card : cards) {
+        auto* button = Named<QCommandLinkButton>(group, card.Name, card.Caption);
+        button->setDescription(card.Explanation);
+        button->setAccessibleDescription(card.Explanation);
+        button->setIcon(LineIcon(QLatin1String(card.Icon)));
+        button->setIconSize(QSize(24, 24));
+        button->setMinimumSize(width, button->heightForWidth(width));
+        button->setEnabled(card.IsAvailable);
+        if (!card.IsAvailable) button->setToolTip(NotYet);
+        choices_->addButton(button, static_cast<int>(card.Choice));
+        layout->addWidget(button);
+    }
+    return group;
+}
+
+void frmStartUp::AddKey(QFrame* group, Qt::Key key, StartUpChoice choice, const QString& explanation) {
+    auto* shortcut = new QShortcut(this);
+    shortcut->setKeys({QKeySequence(key), QKeySequence(Qt::SHIFT | key)});
+    shortcut->setEnabled(false);
+    Connect(shortcut, &QShortcut::activated, this, context_.Messages, [this, choice] { Choose(choice); });
+    auto* label = new QLabel(explanation, group);
+    label->setEnabled(false);
+    label->setToolTip(NotYet);
+    group->layout()->addWidget(label);
+}
+
+void frmStartUp::Choose(StartUpChoice choice) {
+    context_.State.ChosenAtStartUp = choice;
+    context_.State.TemporaryRunsMode = choice == StartUpChoice::ProcessTempRuns;
+    accept();
+}
+
+void frmStartUp::done(int result) {
+    context_.State.StartUpDone = true;
+    QDialog::done(result);
+}
+
+}  // namespace vantor

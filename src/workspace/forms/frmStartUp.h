@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QButtonGroup>
+#include <QDialog>
+#include <QFrame>
+#include <vector>
+
+#include "core/AppContext.h"
+
+namespace vantor {
+
+/// What to begin with. The choice stands in ChosenAtStartUp afterwards and is carried out by the main window; every
+/// way out sets StartUpDone.
+class frmStartUp : public QDialog {
+public:
+    explicit frmStartUp(AppContext& context);
+    void done(int result) override;
+
+private:
+    struct Card;
+    QLayout* BuildHead();
+    QLayout* BuildChoices();
+    QFrame* BuildGroup(const QString& heading, const std::vector<Card>& cards);
+    std::vector<Card> StudyCards() const;
+    void AddKey(QFrame* group, Qt::Key key, StartUpChoice choice, const QString& explanation);
+    void Choose(StartUpChoice choice);
+
+    AppContext& context_;
+    QButtonGroup* choices_;
+};
+
+}  // namespace vantor
