@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -91,8 +92,9 @@ void ConvertAgainstWriting(benchmark::State& state) {
     DiskFileSystem files(folder.NewFolder());
     WriteCounterFile(files, folder.CounterFile(), megabytes * 1000000, words);
 
-    double converting = 0;
-    double writing = 0;
+    // The best of the rounds: what else the disk does at the time only adds to them.
+    double converting = std::numeric_limits<double>::max();
+    double writing = converting;
     std::vector<std::string> names;
     for (auto iteration : state) {
         const std::string runs = folder.NewFolder();
@@ -100,17 +102,16 @@ void ConvertAgainstWriting(benchmark::State& state) {
         const double seconds = SecondsOf([&] { names = ConvertCounterFile(files, folder.CounterFile(), runs, run); });
         const auto bytes = ReadFirstBytes(files, runs + names.front() + RunExtension, 10000000);
         const std::string plain = folder.NewFolder();
-        writing += SecondsOf([&] { WritePlainly(files, plain, names, bytes); });
-        converting += seconds;
+        writing = std::min(writing, SecondsOf([&] { WritePlainly(files, plain, names, bytes); }));
+        converting = std::min(converting, seconds);
         state.SetIterationTime(seconds);
     }
-    const double rounds = static_cast<double>(state.iterations());
     state.counters["files"] = static_cast<double>(names.size());
-    state.counters["convert_s"] = converting / rounds;
-    state.counters["write_s"] = writing / rounds;
+    state.counters["convert_s"] = converting;
+    state.counters["write_s"] = writing;
     state.counters["ratio"] = converting / writing;
 }
-BENCHMARK(ConvertAgainstWriting)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(ConvertAgainstWriting)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace vantor

@@ -1,7 +1,6 @@
 #include "analysis/StudyResults.h"
 
 #include "core/Numeric.h"
-#include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
@@ -21,6 +20,15 @@ std::optional<std::int32_t> AverageOf(const std::vector<RunListRow>& rows, std::
     }
     if (count == 0) return std::nullopt;
     return Round32(static_cast<double>(sum) / count);
+}
+
+/// Nothing for a run that cannot be read, whatever the reason: its row has no figures, the others are shown.
+std::optional<RunHeader> HeaderOf(const StudyRunEntry& entry, const FileSystem& files, const std::string& folder) {
+    try {
+        return ReadRunHeader(files, folder, RunFileName(entry));
+    } catch (const RunTimeError&) {
+        return std::nullopt;
+    }
 }
 
 }  // namespace
@@ -46,9 +54,7 @@ std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& fi
     std::vector<RunListRow> rows;
     rows.reserve(study.RunNames.size());
     for (int i = 1; i <= study.Record.RunCount; ++i) {
-        const std::string name = RunFileName(study.Entries[i]);
-        // A name that would leave the folder is never looked up.
-        rows.push_back(MakeRunListRow(study.Entries[i], IsSafeName(name) ? ReadRunHeader(files, folder, name) : std::nullopt));
+        rows.push_back(MakeRunListRow(study.Entries[i], HeaderOf(study.Entries[i], files, folder)));
     }
     return rows;
 }

@@ -29,12 +29,17 @@ void WriteTable(std::ostream& out, const Json& rows) {
         lines.emplace_back();
         for (const auto& [key, value] : row.items()) lines.back().push_back(Shown(value));
     }
+    std::vector<bool> isNumber;
+    for (const auto& [key, value] : rows.front().items()) isNumber.push_back(value.is_number());
     std::vector<std::size_t> widths(lines.front().size());
     for (const auto& line : lines)
         for (std::size_t i = 0; i < line.size(); ++i) widths[i] = std::max(widths[i], line[i].size());
     for (const auto& line : lines) {
         std::string text;
-        for (std::size_t i = 0; i < line.size(); ++i) text += line[i] + std::string(widths[i] - line[i].size() + 2, ' ');
+        for (std::size_t i = 0; i < line.size(); ++i) {
+            const std::string fill(widths[i] - line[i].size(), ' ');
+            text += (isNumber[i] ? fill + line[i] : line[i] + fill) + "  ";
+        }
         out << TrimRight(text) << '\n';
     }
 }
@@ -57,8 +62,8 @@ void WriteReadable(std::ostream& out, const Json& result) {
             WriteTable(out, value);
         } else if (value.is_array()) {
             WriteList(out, key, value);
-        } else {
-            out << key << ": " << Shown(value) << '\n';
+        } else if (!Shown(value).empty()) {
+            out << key << ": " << TrimLeft(Shown(value)) << '\n';
         }
     }
 }

@@ -108,14 +108,19 @@ VisibleTrace VisibleTraceOf(const ProfileTrace& trace, const ProfileGeometry& ge
             visible.Points.push_back({xOf(sample), trace.SpeedOf(sample)});
         return visible;
     }
-    const auto columnOf = [&](std::int32_t sample) { return std::floor(xOf(sample) * columnsPerPixel); };
     PixelColumn pixels;
-    for (std::int32_t sample = first; sample <= last;) {
-        const double column = columnOf(sample);
+    double column = 0;
+    for (std::int32_t sample = first; sample <= last; ++sample) {
+        const double itsColumn = std::floor(xOf(sample) * columnsPerPixel);
+        if (sample > first && itsColumn == column) {
+            pixels.Take(trace.SpeedOf(sample));
+            continue;
+        }
+        if (sample > first) pixels.AppendTo(visible.Points);
+        column = itsColumn;
         pixels.Begin((column + 0.5) / columnsPerPixel, trace.SpeedOf(sample));
-        while (++sample <= last && columnOf(sample) == column) pixels.Take(trace.SpeedOf(sample));
-        pixels.AppendTo(visible.Points);
     }
+    pixels.AppendTo(visible.Points);
     return visible;
 }
 

@@ -4,19 +4,23 @@
 #include <QMessageBox>
 
 #include "core/forms/Named.h"
+#include "core/forms/Theme.h"
 
 namespace vantor {
 namespace {
 
-QMessageBox::Icon IconOf(MessageIcon icon) {
+constexpr int IconSize = 40;
+
+/// The name of the line icon; empty for none.
+QString IconNameOf(MessageIcon icon) {
     switch (icon) {
-        case MessageIcon::None: return QMessageBox::NoIcon;
-        case MessageIcon::Information: return QMessageBox::Information;
-        case MessageIcon::Question: return QMessageBox::Question;
-        case MessageIcon::Warning: return QMessageBox::Warning;
-        case MessageIcon::Critical: return QMessageBox::Critical;
+        case MessageIcon::None: break;
+        case MessageIcon::Information: return QStringLiteral("about");
+        case MessageIcon::Question: return QStringLiteral("help");
+        case MessageIcon::Warning:
+        case MessageIcon::Critical: return QStringLiteral("missing");
     }
-    return QMessageBox::NoIcon;
+    return {};
 }
 
 struct ButtonSet {
@@ -49,8 +53,10 @@ MessageAnswer AnswerOf(int button) {
 
 MessageAnswer QtMessageBoxes::Ask(const Prompt& prompt) {
     const ButtonSet buttons = ButtonsOf(prompt.Buttons);
-    QMessageBox box(IconOf(prompt.Icon), ToQt(prompt.Title), ToQt(prompt.Text), buttons.All,
+    QMessageBox box(QMessageBox::NoIcon, ToQt(prompt.Title), ToQt(prompt.Text), buttons.All,
                     QApplication::activeWindow());
+    if (const QString icon = IconNameOf(prompt.Icon); !icon.isEmpty())
+        box.setIconPixmap(LineIcon(icon).pixmap(QSize(IconSize, IconSize), box.devicePixelRatio()));
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(buttons.Default);
     box.setEscapeButton(buttons.Escape);

@@ -7,7 +7,6 @@
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     QApplication application(argc, argv);
-    Q_INIT_RESOURCE(icons);
     vantor::ApplyTheme(application, vantor::ThemeChoice::Light);
     return RUN_ALL_TESTS();
 }

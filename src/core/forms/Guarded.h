@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <type_traits>
 #include <utility>
 
 #include "core/RunTimeError.h"
@@ -19,17 +20,21 @@ void Guarded(MessageBoxes& messages, Action&& action) {
     }
 }
 
-/// Connects a signal to an action that runs guarded, for as long as `owner` lives. The action may take the
-/// signal's leading arguments or none.
+/// Calls an action with a signal's arguments, or without them where it takes none.
+template <class Action, class... Arguments>
+void CallWith(Action& action, Arguments&&... arguments) {
+    if constexpr (std::is_invocable_v<Action&, Arguments...>)
+        action(std::forward<Arguments>(arguments)...);
+    else
+        action();
+}
+
+/// Connects a signal to an action that runs guarded, for as long as `owner` lives. The action takes the signal's
+/// arguments or none.
 template <class Sender, class Signal, class Action>
 void Connect(Sender* sender, Signal signal, QObject* owner, MessageBoxes& messages, Action action) {
     QObject::connect(sender, signal, owner, [&messages, action = std::move(action)](auto&&... arguments) mutable {
-        Guarded(messages, [&] {
-            if constexpr (std::is_invocable_v<Action&, decltype(arguments)...>)
-                action(std::forward<decltype(arguments)>(arguments)...);
-            else
-                action();
-        });
+        Guarded(messages, [&] { CallWith(action, std::forward<decltype(arguments)>(arguments)...); });
     });
 }
 

@@ -7,11 +7,15 @@
 #include <QStyleFactory>
 #include <QSvgRenderer>
 
+/// The icons lie in a static library; without this the linker leaves them out. The macro works outside namespaces only.
+static void LinkIcons() { Q_INIT_RESOURCE(icons); }
+
 namespace vantor {
 namespace {
 
 constexpr int Margin = 12;
 constexpr int Spacing = 8;
+constexpr int CellMargin = 6;
 
 QPalette DarkPalette() {
     QPalette palette;
@@ -99,11 +103,21 @@ int HouseStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
         case PM_LayoutBottomMargin: return Margin;
         case PM_LayoutHorizontalSpacing:
         case PM_LayoutVerticalSpacing: return Spacing;
+        case PM_FocusFrameHMargin:  // on both sides of a text in a table's cell
+        case PM_HeaderMargin: return CellMargin;
         default: return QProxyStyle::pixelMetric(metric, option, widget);
     }
 }
 
+int HouseStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* returned) const {
+    // An etched disabled text looks smeared on a dark background.
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons || hint == SH_EtchDisabledText) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, returned);
+}
+
 void ApplyTheme(QApplication& application, ThemeChoice choice) {
+    LinkIcons();
     const QString platformStyle = QApplication::style()->name();
     const bool platformHasOwn = platformStyle.compare(QLatin1String("windows"), Qt::CaseInsensitive) != 0;
     QApplication::setStyle(new HouseStyle(QStyleFactory::create(platformHasOwn ? platformStyle : "fusion")));

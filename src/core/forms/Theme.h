@@ -12,11 +12,13 @@ namespace vantor {
 
 enum class ThemeChoice { Desktop, Light, Dark };
 
-/// The platform's style with the program's margins and spacing.
+/// The platform's style with the program's margins and spacing, and without stock icons on dialog buttons.
 class HouseStyle : public QProxyStyle {
 public:
     explicit HouseStyle(QStyle* base);
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override;
 };
 
 /// Sets style, palette and application icon.

@@ -1,5 +1,7 @@
 #include "counter/forms/RunTable.h"
 
+#include <QHeaderView>
+
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/forms/Named.h"
@@ -20,6 +22,11 @@ void ShowRun(Table& table, int row, const FileSystem& files, const std::string& 
 }
 
 }  // namespace
+
+void SetRunColumns(Table& table, LengthUnit unit) {
+    table.horizontalHeader()->setDefaultSectionSize(table.horizontalHeader()->minimumSectionSize());
+    table.SetColumns(RunColumns(unit));
+}
 
 std::vector<std::string> ListRunFiles(Table& table, const FileSystem& files, const std::string& folder,
                                       LengthUnit unit) {

@@ -8,7 +8,10 @@
 
 namespace vantor {
 
-/// Fills a table that has the columns of runs with the run files (".rd2") of a folder, which ends in a separator, and
+/// Gives a table the columns of runs, no wider than they need to be.
+void SetRunColumns(Table& table, LengthUnit unit);
+
+/// Fills a table of runs with the run files (".rd2") of a folder, which ends in a separator, and
 /// returns their names in directory order. A run that cannot be read has only its name and says why in a tool tip.
 std::vector<std::string> ListRunFiles(Table& table, const FileSystem& files, const std::string& folder,
                                       LengthUnit unit);

@@ -95,7 +95,7 @@ QGroupBox* frmUploadData::BuildTemplate() {
     auto* layout = new QGridLayout(frame);
     layout->addWidget(LabelFor(txtTemplateBaseName_, tr("&Base Name")), 0, 0);
     layout->addWidget(LabelFor(txtTemplateDir_, tr("D&irection")), 0, 1);
-    layout->addWidget(LabelFor(txtTemplateRunNumber_, tr("Run &#")), 0, 2);
+    layout->addWidget(LabelFor(txtTemplateRunNumber_, tr("Ru&n #")), 0, 2);
     layout->addWidget(txtTemplateBaseName_, 1, 0);
     layout->addWidget(txtTemplateDir_, 1, 1);
     layout->addWidget(txtTemplateRunNumber_, 1, 2);
@@ -110,7 +110,7 @@ QGroupBox* frmUploadData::BuildRunList() {
     auto* frame = Named<QGroupBox>(this, "fraRunList", tr("2) List of Runs in Uploaded Data"));
     vaSelRuns_ = Named<Table>(frame, "vaSelRuns");
     vaSelRuns_->setAccessibleName(tr("Runs in the temporary runs folder"));
-    vaSelRuns_->SetColumns(RunColumns(LengthUnit{context_.State.Settings.MetricUnits != 0}));
+    SetRunColumns(*vaSelRuns_, LengthUnit{context_.State.Settings.MetricUnits != 0});
     vaSelRuns_->SetEmptyText(tr("No runs are waiting here. Read a counter file first."));
     btnRename_ = ToolButton(frame, "btnRename", QString(), "rename");
     btnRename_->setToolTip(tr("Rename selected file(s)"));
@@ -131,23 +131,24 @@ QGroupBox* frmUploadData::BuildStudyGroups() {
     auto* frame = Named<QGroupBox>(this, "fraStudyGroups", tr("3) List of Study Groups"));
     treSDFPath_ = Named<FolderTree>(frame, "treSDFPath");
     treSDFPath_->setAccessibleName(tr("Study Groups"));
-    btnMoveRuns_ = ToolButton(frame, "btnMoveRuns", tr("&Move\nRuns"), "move-runs");
-    auto* layout = new QVBoxLayout(frame);
-    layout->addWidget(treSDFPath_, 1);
-    layout->addWidget(BuildCurrentGroup(frame));
-    layout->addWidget(btnMoveRuns_);
-    return frame;
-}
 
-QGroupBox* frmUploadData::BuildCurrentGroup(QWidget* parent) {
-    auto* frame = Named<QGroupBox>(parent, "fraCurrentStudyGroup", tr("Current Study Group"));
-    TxtStudyGroup_ = Named<QLineEdit>(frame, "TxtStudyGroup");
+    auto* current = Named<QGroupBox>(frame, "fraCurrentStudyGroup", tr("Current Study Group"));
+    TxtStudyGroup_ = Named<QLineEdit>(current, "TxtStudyGroup");
     TxtStudyGroup_->setAccessibleName(tr("Current Study Group"));
     TxtStudyGroup_->setPlaceholderText(tr("New name, then Enter"));
+    (new QVBoxLayout(current))->addWidget(TxtStudyGroup_);
+
+    btnMoveRuns_ = ToolButton(frame, "btnMoveRuns", tr("&Move\nRuns"), "move-runs");
     btnStudyGroupDetails_ = ToolButton(frame, "btnStudyGroupDetails", tr("De&tails"), "show-details");
-    auto* layout = new QHBoxLayout(frame);
-    layout->addWidget(TxtStudyGroup_, 1);
-    layout->addWidget(btnStudyGroupDetails_);
+    auto* buttons = new QHBoxLayout;
+    for (QPushButton* button : {btnMoveRuns_, btnStudyGroupDetails_}) {
+        button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+        buttons->addWidget(button);
+    }
+    auto* layout = new QVBoxLayout(frame);
+    layout->addWidget(treSDFPath_, 1);
+    layout->addWidget(current);
+    layout->addLayout(buttons);
     return frame;
 }
 

@@ -26,7 +26,6 @@ private:
     QGroupBox* BuildTemplate();
     QGroupBox* BuildRunList();
     QGroupBox* BuildStudyGroups();
-    QGroupBox* BuildCurrentGroup(QWidget* parent);
     QLayout* BuildButtons();
     void ConnectControls();
 

@@ -24,7 +24,7 @@ frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& study
     auto* frame = Named<QGroupBox>(this, "fraRunList", tr("List of Runs in ..."));
     auto* vaShowRuns = Named<Table>(frame, "vaShowRuns");
     vaShowRuns->setAccessibleName(tr("Runs in the Study Group"));
-    vaShowRuns->SetColumns(RunColumns(unit));
+    SetRunColumns(*vaShowRuns, unit);
     vaShowRuns->SetEmptyText(tr("There are no runs in this Study Group yet."));
     (new QVBoxLayout(frame))->addWidget(vaShowRuns);
 
@@ -42,7 +42,7 @@ frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& study
     layout->addWidget(lblStudyGroup);
     layout->addWidget(frame);
     layout->addLayout(buttons);
-    resize(860, 420);
+    resize(920, 420);
     vaShowRuns->setFocus();
 
     Connect(BtnUploadOk, &QPushButton::clicked, this, context.Messages, [this] { accept(); });

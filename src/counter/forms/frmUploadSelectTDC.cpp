@@ -33,13 +33,12 @@ frmUploadSelectTDC::frmUploadSelectTDC(AppContext& context) : context_(context) 
     setObjectName(QStringLiteral("frmUploadSelectTDC"));
     setWindowTitle(tr("Select TDC Data"));
 
-    auto* files = Named<QSplitter>(this, "splFiles");
+    auto* folders = Named<QSplitter>(this, "splFolders");
+    folders->addWidget(BuildFolders());
+    auto* files = Named<QSplitter>(folders, "splFiles");
     files->setOrientation(Qt::Vertical);
     files->addWidget(BuildFiles());
     files->addWidget(BuildDetails());
-    auto* folders = Named<QSplitter>(this, "splFolders");
-    folders->addWidget(BuildFolders());
-    folders->addWidget(files);
     folders->setStretchFactor(0, 2);
     folders->setStretchFactor(1, 3);
     for (QSplitter* splitter : {files, folders}) splitter->setChildrenCollapsible(false);
@@ -127,7 +126,7 @@ void frmUploadSelectTDC::OpenFieldDataFolder() {
     // The tree begins at the drive's root, so that every folder can be reached.
     const std::string folder = AsFolder(context_.State.Paths.FieldDataPath);
     treTDCPath_->SetRoot(context_.Files, RootOf(folder));
-    if (!treTDCPath_->SelectFolder(folder)) {
+    if (!treTDCPath_->SelectFolder(folder) && FolderExists(context_.Files, folder)) {
         treTDCPath_->SetRoot(context_.Files, folder);
         treTDCPath_->SelectFolder(folder);
     }

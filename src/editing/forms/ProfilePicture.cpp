@@ -12,6 +12,7 @@ namespace {
 
 constexpr double Edge = 10;
 constexpr double Space = 4;
+constexpr double KeySize = 9;
 
 QRectF RectOf(const PlotRectangle& area) { return {QPointF(area.Left, area.Top), QPointF(area.Right, area.Baseline)}; }
 
@@ -52,9 +53,9 @@ private:
     void PaintSpeedAxis() {
         const double height = metrics_.height();
         for (int speed = 0; speed <= geometry_.Speeds().Maximum; speed += geometry_.Speeds().GridStep) {
-            const double y = Crisp(geometry_.YOf(geometry_.Units().MphOfSpeed(speed)));
-            painter_.setPen(speed == 0 ? colours_.DimText : colours_.Grid);
-            painter_.drawLine(QPointF(area_.Left, y), QPointF(area_.Right, y));
+            const double y = std::floor(geometry_.YOf(geometry_.Units().MphOfSpeed(speed)));
+            painter_.fillRect(QRectF(area_.Left, y, area_.Right - area_.Left, 1),
+                              speed == 0 ? colours_.DimText : colours_.Grid);
             Text({0, y - height / 2, area_.Left - 2 * Space, height}, Qt::AlignRight | Qt::AlignVCenter,
                  QString::number(speed), colours_.DimText);
         }
@@ -68,9 +69,8 @@ private:
         double labelled = 0;
         for (double value = std::ceil(geometry_.Offset() / step) * step;
              value <= geometry_.Offset() + geometry_.Visible() + step / 1000.0; value += step) {
-            const double x = Crisp(geometry_.XOf(value));
-            painter_.setPen(colours_.Grid);
-            painter_.drawLine(QPointF(x, area_.Top), QPointF(x, area_.Baseline));
+            const double x = std::floor(geometry_.XOf(value));
+            painter_.fillRect(QRectF(x, area_.Top, 1, area_.Baseline - area_.Top), colours_.Grid);
             const QString text = QString::number(value, 'f', 0);
             const double width = metrics_.horizontalAdvance(text);
             const double left = std::min(x - width / 2, size_.width() - width - Space);
@@ -113,14 +113,14 @@ private:
     }
 
     void PaintMarksThat(bool areNodes) {
-        constexpr double Nearest = 3;
-        double before = -Nearest;
+        const double nearest = areNodes ? 3 : KeySize + 1;
+        double before = -nearest;
         double labelsEnd = 0;
         for (const ProfileMark& mark : profile_.Trace().Marks()) {
             if (mark.IsNode != areNodes) continue;
             const double place = profile_.Trace().PlaceOf(geometry_.Axis(), mark.Sample);
             const double x = geometry_.XOf(geometry_.AxisValueOf(place));
-            if (x < area_.Left || x > area_.Right + 1 || x - before < Nearest) continue;
+            if (x < area_.Left || x > area_.Right + 1 || x - before < nearest) continue;
             before = x;
             areNodes ? PaintNode(x) : PaintKey(x, area_.Baseline);
             if (mark.Label.empty()) continue;
@@ -129,20 +129,21 @@ private:
     }
 
     void PaintNode(double x) {
-        painter_.setPen(QPen(colours_.Node, 1, Qt::DashLine));
-        painter_.drawLine(QPointF(Crisp(x), area_.Top - LabelRowHeight(metrics_)), QPointF(Crisp(x), area_.Baseline));
+        const double top = area_.Top - LabelRowHeight(metrics_);
+        painter_.fillRect(QRectF(std::floor(x), top, 1, area_.Baseline - top), colours_.Node);
     }
 
     void PaintKey(double x, double y) {
         painter_.setRenderHint(QPainter::Antialiasing);
         painter_.setPen(Qt::NoPen);
         painter_.setBrush(colours_.Key);
-        painter_.drawPolygon(QPolygonF{{x, y - 9}, {x + 5, y}, {x - 5, y}});
+        painter_.drawPolygon(QPolygonF{{x, y - KeySize}, {x + KeySize / 2, y}, {x - KeySize / 2, y}});
         painter_.setRenderHint(QPainter::Antialiasing, false);
     }
 
     /// `end` is where the label before it ends; one that would run into it is left out.
     void PaintNodeName(double x, const QString& name, double& end) {
+        if (x < end) return;
         const double width = metrics_.horizontalAdvance(name);
         const double left = std::min(x - width / 2, size_.width() - width - Space);
         if (left < end) return;
@@ -152,11 +153,12 @@ private:
     }
 
     void PaintKeyLabel(double x, const QString& label, double& end) {
+        if (x - Space < end) return;
+        const double left = x + 1.5 * Space;
         const double width = metrics_.horizontalAdvance(label);
-        const double left = x + 8;
-        if (left - 16 < end || left + width > area_.Right) return;
+        if (left + width > area_.Right) return;
         end = left + width + Space;
-        const QRectF rect(left, area_.Baseline - metrics_.height() - Space, width, metrics_.height());
+        const QRectF rect(left, area_.Baseline - metrics_.height() - KeySize, width, metrics_.height());
         QColor veil = colours_.Background;
         veil.setAlphaF(0.75F);
         painter_.fillRect(rect.adjusted(-2, 0, 2, 0), veil);
@@ -173,7 +175,7 @@ private:
         PaintLegendLine(right, QStringLiteral("Boundary"), QPen(colours_.Boundary, 2));
         if (hasKeys) PaintKey(PaintLegendText(right, QStringLiteral("Key")) - 8, LegendMiddle() + 4);
         if (hasKeys) right -= 16 + 3 * Space;
-        if (hasNodes) PaintLegendLine(right, QStringLiteral("Node"), QPen(colours_.Node, 1, Qt::DashLine));
+        if (hasNodes) PaintLegendLine(right, QStringLiteral("Node"), QPen(colours_.Node, 1));
         PaintLegendLine(right, QStringLiteral("Speed"), QPen(colours_.Trace, 2));
     }
 

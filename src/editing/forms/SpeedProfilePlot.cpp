@@ -33,7 +33,9 @@ void SpeedProfilePlot::Redraw() {
 }
 
 void SpeedProfilePlot::UpdateLines() {
-    if (!IsDrawable() || pictureIsStale_) return update();
+    // With both boundaries the part between them is shaded, however far they are apart.
+    const bool isShaded = profile_ != nullptr && profile_->HasBothBoundaries();
+    if (!IsDrawable() || pictureIsStale_ || isShaded != paintedShaded_) return update();
     const ProfileLines lines(*profile_, labels_, QFontMetricsF(font()));
     for (std::size_t i = 0; i < AllLines.size(); ++i) {
         const QRect bounds = lines.BoundsOf(AllLines[i]);
@@ -78,6 +80,7 @@ void SpeedProfilePlot::paintEvent(QPaintEvent* event) {
     if (IsDrawable()) {
         const ProfileLines lines(*profile_, labels_, QFontMetricsF(font()));
         for (std::size_t i = 0; i < AllLines.size(); ++i) painted_[i] = lines.BoundsOf(AllLines[i]);
+        paintedShaded_ = profile_->HasBothBoundaries();
         lines.Paint(painter, colours, hasFocus() || IsDragging() ? active_ : ProfileLine::None);
     }
     painter.setRenderHint(QPainter::Antialiasing, false);

@@ -80,6 +80,7 @@ private:
     QPixmap picture_;
     bool pictureIsStale_ = true;
     std::array<QRect, 3> painted_;  ///< bounds of the lines as they were painted last
+    bool paintedShaded_ = false;
     ProfileLine active_ = ProfileLine::Start;
     QPointF pointer_;
     int heldKey_ = 0;  ///< the arrow key that moves a line while it is down

@@ -57,12 +57,15 @@ public:
     void FillColumn(int column, double top, double bottom, QRgb premultiplied) {
         top = std::max(top, 0.0);
         bottom = std::min<double>(bottom, image_.height());
-        const int last = static_cast<int>(std::ceil(bottom));
-        for (int row = static_cast<int>(top); row < last; ++row) {
-            QRgb& pixel = pixels_[row * stride_ + column];
-            const double coverage = std::min(bottom, row + 1.0) - std::max<double>(top, row);
-            pixel = coverage >= 1 ? premultiplied : Mixed(pixel, premultiplied, coverage);
-        }
+        const int firstWhole = static_cast<int>(std::ceil(top));
+        const int endWhole = static_cast<int>(bottom);
+        QRgb* const pixels = pixels_ + column;
+        for (int row = firstWhole; row < endWhole; ++row) pixels[row * stride_] = premultiplied;
+        const auto fillPart = [&](int row, double coverage) {
+            if (coverage > 0) pixels[row * stride_] = Mixed(pixels[row * stride_], premultiplied, coverage);
+        };
+        fillPart(firstWhole - 1, std::min<double>(bottom, firstWhole) - top);
+        if (endWhole >= firstWhole) fillPart(endWhole, bottom - endWhole);
     }
 
     QImage Image(double pixelRatio) {

@@ -66,7 +66,7 @@ QGroupBox* ResultsPanel::BuildStudyResults() {
     line->setSpacing(FigureSpacing);
     line->addLayout(Captioned(lblAvgContDelay_, "Avg. Control Delay (sec)"));
     line->addLayout(Captioned(lblLOSGrade_, "LOS Grade"));
-    line->addStretch();
+    line->addStretch(1);
     return group;
 }
 

@@ -24,9 +24,9 @@ constexpr std::array<ColumnOfList, RunListModel::ColumnCount> Columns = {
      {"Date", &RunListRow::RunDate},
      {"Time", &RunListRow::RunTime},
      {"Type", &RunListRow::RunType},
-     {"Control Delay (s)", &RunListRow::ControlDelay, Qt::AlignRight},
-     {"LOS Grade", &RunListRow::LOSGrade, Qt::AlignHCenter},
-     {"Stop Delay (s)", &RunListRow::StopDelay, Qt::AlignRight},
+     {"Control\nDelay (s)", &RunListRow::ControlDelay, Qt::AlignRight},
+     {"LOS\nGrade", &RunListRow::LOSGrade, Qt::AlignHCenter},
+     {"Stop\nDelay (s)", &RunListRow::StopDelay, Qt::AlignRight},
      {"Status", nullptr, Qt::AlignHCenter}}};
 
 struct StateSign {

@@ -5,6 +5,12 @@
 #include <algorithm>
 
 namespace vantor {
+namespace {
+
+/// Pixels beside a head's text, for its margins and the arrow of the sorted column.
+constexpr int SortArrowRoom = 48;
+
+}  // namespace
 
 RunListView::RunListView(QWidget* parent) : QTableView(parent) {
     sorted_.setSourceModel(&model_);
@@ -47,7 +53,9 @@ void RunListView::SetActiveRun(int run) {
 void RunListView::WidenColumns() {
     for (int column = 0; column < RunListModel::ColumnCount - 1; ++column) {
         if (isColumnHidden(column)) continue;
-        const int needed = std::max(sizeHintForColumn(column), horizontalHeader()->sectionSizeHint(column)) + 4;
+        const QString head = sorted_.headerData(column, Qt::Horizontal).toString();
+        const int headWidth = horizontalHeader()->fontMetrics().size(0, head).width() + SortArrowRoom;
+        const int needed = std::max(sizeHintForColumn(column) + 4, headWidth);
         if (columnWidth(column) < needed) setColumnWidth(column, needed);
     }
 }

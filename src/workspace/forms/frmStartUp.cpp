@@ -4,6 +4,7 @@
 #include <QFrame>
 #include <QLabel>
 #include <QShortcut>
+#include <QStyleOptionButton>
 #include <QVBoxLayout>
 
 #include "core/Paths.h"
@@ -22,6 +23,18 @@ namespace {
 /// The width of a card in average characters: most explanations take one line.
 constexpr int CardCharacters = 60;
 const QString NotYet = QStringLiteral("This choice is not available yet.");
+
+/// Shows the keyboard's place as styles show the pointer's.
+class CardButton : public QCommandLinkButton {
+public:
+    using QCommandLinkButton::QCommandLinkButton;
+
+protected:
+    void initStyleOption(QStyleOptionButton* option) const override {
+        QCommandLinkButton::initStyleOption(option);
+        if (hasFocus()) option->state |= QStyle::State_MouseOver;
+    }
+};
 
 std::string LastStudyName(const AppContext& context) {
     const std::string& name = context.State.Paths.LastStudyName;
@@ -141,9 +154,10 @@ QFrame* frmStartUp::BuildGroup(const QString& heading, const std::vector<Card>& 
     auto* layout = new QVBoxLayout(group);
     layout->setSpacing(0);
     layout->addWidget(Heading(group, heading, 1));
+    layout->addSpacing(4);
     const int width = fontMetrics().averageCharWidth() * CardCharacters;
     for (const Card& card : cards) {
-        auto* button = Named<QCommandLinkButton>(group, card.Name, card.Caption);
+        auto* button = Named<CardButton>(group, card.Name, card.Caption);
         button->setDescription(card.Explanation);
         button->setAccessibleDescription(card.Explanation);
         button->setIcon(LineIcon(QLatin1String(card.Icon)));
