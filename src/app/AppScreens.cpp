@@ -37,6 +37,8 @@ bool AppScreens::ShowUploadSelect() {
 
 void AppScreens::ShowUploadData() { ShowModal<frmUploadData>(*context_); }
 
-void AppScreens::ShowUploadRunList(const std::string& studyGroup) { ShowModal<frmUploadRunList>(*context_, studyGroup); }
+void AppScreens::ShowUploadRunList(const std::string& studyGroup) {
+    ShowModal<frmUploadRunList>(*context_, studyGroup);
+}
 
 }  // namespace vantor

@@ -86,7 +86,8 @@ NamedFile TakeApart(const std::string& path) {
 NamedFile TakeApart(const std::string& path, const std::string& extension, const std::string& kind) {
     NamedFile file = TakeApart(path);
     if (file.Extension != extension)
-        throw RunTimeError(ErrorNumber::TypeMismatch, path + "\nThis is no " + kind + ". Name a file that ends in " + extension + ".");
+        throw RunTimeError(ErrorNumber::TypeMismatch,
+                           path + "\nThis is no " + kind + ". Name a file that ends in " + extension + ".");
     return file;
 }
 

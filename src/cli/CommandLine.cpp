@@ -62,9 +62,10 @@ int RunCommandLine(const std::vector<std::string>& arguments, FileSystem& files,
     PrintedEnd end(err);
     CommandContext context{{}, files, messages, desktop, clock, end, out, err};
 
-    CLI::App program("Vantor: delay and level of service from instrumented runs.\n"
-                     "\"vantor [STUDY.ld2] [--theme light|dark]\" opens the window.",
-                     "vantor");
+    CLI::App program(
+        "Vantor: delay and level of service from instrumented runs.\n"
+        "\"vantor [STUDY.ld2] [--theme light|dark]\" opens the window.",
+        "vantor");
     program.set_version_flag("--version", std::string("Vantor ") + VANTOR_VERSION);
     program.add_flag("--json", context.AsJson, "Print the result as one JSON value");
     program.require_subcommand(1);

@@ -46,7 +46,8 @@ int MakeStudy(CommandContext& context, const std::string& directory, const std::
     const std::string folder = AsFolder(directory);
     if (!IsSafeName(name)) throw RunTimeError(ErrorNumber::PathFileAccessError, UnsafeNameMessage(name));
     if (FileExists(context.Files, folder + name + StudyExtension))
-        throw RunTimeError(ErrorNumber::FileAlreadyExists, folder + name + StudyExtension + "\nGive the study another name.");
+        throw RunTimeError(ErrorNumber::FileAlreadyExists,
+                           folder + name + StudyExtension + "\nGive the study another name.");
     NewStudy(context.State, context.Time);
     Study& study = context.State.CurrentStudy;
     study.Record.StudyName = name;
@@ -105,7 +106,8 @@ int ComputeStudy(CommandContext& context, const std::string& path, std::optional
     bool allDone = true;
     for (int i = 1; i <= study->Record.RunCount; ++i) {
         StudyRunEntry& entry = study->Entries[i];
-        if (HasBothBoundaries(entry)) allDone = ComputeEntry(context, file.Folder, StudyRunEntry(entry), entry) && allDone;
+        if (HasBothBoundaries(entry))
+            allDone = ComputeEntry(context, file.Folder, StudyRunEntry(entry), entry) && allDone;
     }
     FinishStudy(context, file, *study);
     return allDone ? Done : Failed;
@@ -120,7 +122,8 @@ struct BoundsOptions {
     bool All = false;
 };
 
-std::optional<std::vector<int>> ChosenEntries(CommandContext& context, const Study& study, const BoundsOptions& options) {
+std::optional<std::vector<int>> ChosenEntries(CommandContext& context, const Study& study,
+                                              const BoundsOptions& options) {
     std::vector<int> chosen;
     for (int i = 1; options.All && i <= study.Record.RunCount; ++i) chosen.push_back(i);
     bool allFound = true;

@@ -26,8 +26,8 @@ struct AppSettings {
     std::int16_t EnableStopDelay = 0;
     std::int16_t StopSpeedThreshold = 0;  ///< mph
     std::int16_t CommPort = 0;
-    std::int32_t BaudRate = 0;      ///< bits per second
-    std::int16_t MetricUnits = 0;   ///< 0 English, -1 metric
+    std::int32_t BaudRate = 0;     ///< bits per second
+    std::int16_t MetricUnits = 0;  ///< 0 English, -1 metric
     std::int16_t AutoConvertVer1 = 0;
     std::string Reserved2;
     std::int16_t ShowRunNamesOnStats = 0;
@@ -50,10 +50,9 @@ inline constexpr auto AppSettingsFields = std::make_tuple(
     Field{560, "LastStudyName", &AppSettings::LastStudyName, PathWidth},
     Field{640, "UseStartUpScreen", &AppSettings::UseStartUpScreen},
     Field{642, "SpeedFactor", &AppSettings::SpeedFactor}, Field{646, "EnableStopDelay", &AppSettings::EnableStopDelay},
-    Field{648, "StopSpeedThreshold", &AppSettings::StopSpeedThreshold},
-    Field{650, "CommPort", &AppSettings::CommPort}, Field{652, "BaudRate", &AppSettings::BaudRate},
-    Field{656, "MetricUnits", &AppSettings::MetricUnits}, Field{658, "AutoConvertVer1", &AppSettings::AutoConvertVer1},
-    Field{660, "Reserved2", &AppSettings::Reserved2, 2},
+    Field{648, "StopSpeedThreshold", &AppSettings::StopSpeedThreshold}, Field{650, "CommPort", &AppSettings::CommPort},
+    Field{652, "BaudRate", &AppSettings::BaudRate}, Field{656, "MetricUnits", &AppSettings::MetricUnits},
+    Field{658, "AutoConvertVer1", &AppSettings::AutoConvertVer1}, Field{660, "Reserved2", &AppSettings::Reserved2, 2},
     Field{662, "ShowRunNamesOnStats", &AppSettings::ShowRunNamesOnStats},
     Field{664, "ShowPageNumbers", &AppSettings::ShowPageNumbers}, Field{666, "Reserved16", &AppSettings::Reserved16},
     Field{668, "Reserved18", &AppSettings::Reserved18, 18},

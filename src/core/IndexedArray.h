@@ -43,7 +43,7 @@ public:
     bool IsEmpty() const { return elements_.empty(); }
     void Clear() { elements_.clear(); }
     /// New elements are empty ones; elements behind the new last index are dropped.
-    void ResizeTo(int lastIndex) { elements_.resize(static_cast<std::size_t>(lastIndex - First + 1)); }
+    void ResizeTo(int lastIndex) { elements_.resize(static_cast<std::size_t>(lastIndex) + 1 - First); }
     void Append(Element element) { elements_.push_back(std::move(element)); }
     void Remove(int index) { elements_.erase(elements_.begin() + static_cast<std::ptrdiff_t>(Checked(index))); }
 

@@ -57,9 +57,7 @@ LeadingNumber ReadLeadingNumber(std::string_view text) {
 std::int16_t Round16(double value) { return RoundTo<std::int16_t>(value); }
 std::int32_t Round32(double value) { return RoundTo<std::int32_t>(value); }
 
-std::int32_t Add32(std::int32_t left, std::int32_t right) {
-    return Narrowed<std::int32_t>(std::int64_t{left} + right);
-}
+std::int32_t Add32(std::int32_t left, std::int32_t right) { return Narrowed<std::int32_t>(std::int64_t{left} + right); }
 
 std::int32_t Subtract32(std::int32_t left, std::int32_t right) {
     return Narrowed<std::int32_t>(std::int64_t{left} - right);

@@ -32,6 +32,7 @@ std::string WithSafeCharacters(std::string_view name);
 std::string NextName(const std::string& name);
 
 /// The names of a folder's files with an extension, in the order of the listing; nothing for a missing folder.
-std::vector<FileInfo> FilesWithExtension(const FileSystem& files, const std::string& folder, std::string_view extension);
+std::vector<FileInfo> FilesWithExtension(const FileSystem& files, const std::string& folder,
+                                         std::string_view extension);
 
 }  // namespace vantor

@@ -43,7 +43,7 @@ namespace codec {
 
 template <class T>
 concept StoredNumber = std::same_as<T, std::int16_t> || std::same_as<T, std::int32_t> || std::same_as<T, float> ||
-                       std::same_as<T, double> || std::same_as<T, Date>;
+    std::same_as<T, double> || std::same_as<T, Date>;
 
 template <class T>
 constexpr bool IsIndexed = false;

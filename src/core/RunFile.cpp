@@ -1,6 +1,6 @@
 #include "core/RunFile.h"
 
-#include <cmath>
+#include <bit>
 #include <limits>
 
 #include "core/Paths.h"
@@ -35,18 +35,15 @@ void DecodeSamplePairs(RunRecord& run, std::span<const std::byte> bytes) {
     }
 }
 
-template <codec::StoredNumber T>
-bool IsStoredAsZeros(T value) {
-    if constexpr (std::same_as<T, Date>)
-        return IsStoredAsZeros(value.Days);
-    else
-        return value == 0 && !std::signbit(static_cast<double>(value));
-}
+std::uint64_t BitsOf(std::int16_t value) { return std::bit_cast<std::uint16_t>(value); }
+std::uint64_t BitsOf(float value) { return std::bit_cast<std::uint32_t>(value); }
+std::uint64_t BitsOf(double value) { return std::bit_cast<std::uint64_t>(value); }
+std::uint64_t BitsOf(Date value) { return BitsOf(value.Days); }
 
-/// Nearly all samples of counter runs are: their event records are empty.
+/// True when every byte of the stored event record is zero, as in all samples of counter runs.
 bool IsStoredAsZeros(const RunSample& sample) {
-    return std::apply([&](const auto&... field) { return (IsStoredAsZeros(sample.*field.Pointer) && ...); },
-                      RunSampleFields);
+    return std::apply([&](const auto&... field) { return (BitsOf(sample.*field.Pointer) | ...); }, RunSampleFields) ==
+           0;
 }
 
 std::vector<std::byte> EncodeRun(const RunRecord& run) {

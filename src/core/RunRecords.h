@@ -33,24 +33,24 @@ struct RunHeader {
     std::int16_t CountNumber = 0;
     std::int16_t RunNumber = 0;
     std::string SiteCode;
-    std::int16_t CalConstant = 0;   ///< feet per 1000 pulses
-    std::int16_t HeaderWord1 = 0;   ///< run type flag: -1 "Primary", 0 "Secondary"
-    std::int16_t HeaderWord2 = 0;   ///< the reverse of HeaderWord1
-    std::int16_t Before = 0;        ///< -1 for a run before a change
-    std::int16_t After = 0;         ///< -1 for a run after a change
-    std::int32_t RunLength = 0;     ///< feet
-    std::int16_t Duration = 0;      ///< seconds
+    std::int16_t CalConstant = 0;  ///< feet per 1000 pulses
+    std::int16_t HeaderWord1 = 0;  ///< run type flag: -1 "Primary", 0 "Secondary"
+    std::int16_t HeaderWord2 = 0;  ///< the reverse of HeaderWord1
+    std::int16_t Before = 0;       ///< -1 for a run before a change
+    std::int16_t After = 0;        ///< -1 for a run after a change
+    std::int32_t RunLength = 0;    ///< feet
+    std::int16_t Duration = 0;     ///< seconds
     std::int16_t NumberOfSections = 0;
-    std::int32_t HeaderLong = 0;    ///< trailer value of the counter's record
-    std::int16_t HeaderWord3 = 0;   ///< number of events, 0 to 32
+    std::int32_t HeaderLong = 0;   ///< trailer value of the counter's record
+    std::int16_t HeaderWord3 = 0;  ///< number of events, 0 to 32
     std::int16_t HeaderWord4 = 0;
     std::string Reserved2;
-    IndexedArray<std::string, 1, KeySlots> ButtonLabel;     ///< label of key k
-    IndexedArray<std::int16_t, 1, KeySlots> ButtonWord;     ///< key k used: 0 / -1
-    IndexedArray<std::int32_t, 1, KeySlots> ButtonLong;     ///< position of event e in pulses from the start
-    IndexedArray<std::int16_t, 1, KeySlots> ButtonWord2;    ///< key code of event e
-    IndexedArray<std::string, 0, 191> SectionName;          ///< name of node n, node 0 is the start of the run
-    IndexedArray<std::int32_t, 0, 191> SectionDist;         ///< length of section s in pulses, s from 1
+    IndexedArray<std::string, 1, KeySlots> ButtonLabel;   ///< label of key k
+    IndexedArray<std::int16_t, 1, KeySlots> ButtonWord;   ///< key k used: 0 / -1
+    IndexedArray<std::int32_t, 1, KeySlots> ButtonLong;   ///< position of event e in pulses from the start
+    IndexedArray<std::int16_t, 1, KeySlots> ButtonWord2;  ///< key code of event e
+    IndexedArray<std::string, 0, 191> SectionName;        ///< name of node n, node 0 is the start of the run
+    IndexedArray<std::int32_t, 0, 191> SectionDist;       ///< length of section s in pulses, s from 1
     std::string Notes;
 
     bool operator==(const RunHeader&) const = default;

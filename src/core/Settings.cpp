@@ -61,7 +61,9 @@ void LoadSettings(ApplicationState& state, const FileSystem& files) {
     state.Settings = state.SettingsWereMissing
                          ? FirstRunSettings(files)
                          : DecodeRecord<AppSettings>(AppSettingsFields, ReadFirstBytes(files, path, AppSettingsSize));
-    const auto takeTrimmed = [](std::string& field, std::string& workingCopy) { field = workingCopy = AsStored(field); };
+    const auto takeTrimmed = [](std::string& field, std::string& workingCopy) {
+        field = workingCopy = AsStored(field);
+    };
     ForEachFolder(state.Settings, state.Paths, takeTrimmed);
     takeTrimmed(state.Settings.StudyGroupRootPath, state.Paths.StudyGroupRootPath);
     SetUnitLabels(state);
@@ -69,7 +71,8 @@ void LoadSettings(ApplicationState& state, const FileSystem& files) {
 
 void SaveSettings(ApplicationState& state, FileSystem& files) {
     AppSettings settings = state.Settings;
-    ForEachFolder(settings, state.Paths, [](std::string& field, const std::string& workingCopy) { field = workingCopy; });
+    ForEachFolder(settings, state.Paths,
+                  [](std::string& field, const std::string& workingCopy) { field = workingCopy; });
     files.CreateFolder(files.SettingsFolder());
     WriteFile(files, files.SettingsFolder() + SettingsFileName, EncodeRecord(settings, AppSettingsFields));
     state.Settings = settings;

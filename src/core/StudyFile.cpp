@@ -103,8 +103,7 @@ bool ReadStudyRunNames(const FileSystem& files, Desktop& desktop, const std::str
 
 void WriteStudyFile(FileSystem& files, Study& study, const std::string& folder, const std::string& name) {
     study.Record.StudyFileVersion = 1;
-    std::vector<std::byte> bytes(StudyRecordSize +
-                                 static_cast<std::size_t>(study.Record.RunCount) * StudyRunEntrySize);
+    std::vector<std::byte> bytes(StudyRecordSize + static_cast<std::size_t>(study.Record.RunCount) * StudyRunEntrySize);
     EncodeRecord(study.Record, StudyRecordFields, bytes.data());
     for (int i = 1; i <= study.Record.RunCount; ++i)
         EncodeRecord(study.Entries[i], StudyRunEntryFields,

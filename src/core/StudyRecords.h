@@ -69,16 +69,13 @@ struct StudyRunEntry {
 
 inline constexpr std::size_t EntryNameWidth = 80;
 
-inline constexpr auto StudyRunEntryFields =
-    std::make_tuple(Field{0, "EntryRunName", &StudyRunEntry::EntryRunName, EntryNameWidth},
-                    Field{80, "CDStartDist", &StudyRunEntry::CDStartDist},
-                    Field{84, "CDEndDist", &StudyRunEntry::CDEndDist},
-                    Field{88, "IdealSpeedCalc", &StudyRunEntry::IdealSpeedCalc},
-                    Field{92, "IdealSpeedUser", &StudyRunEntry::IdealSpeedUser},
-                    Field{96, "ControlDelay", &StudyRunEntry::ControlDelay},
-                    Field{100, "LOSGrade", &StudyRunEntry::LOSGrade, 1},
-                    Field{101, "StopDelay", &StudyRunEntry::StopDelay},
-                    Field{105, "EntryText23", &StudyRunEntry::EntryText23, 23});
+inline constexpr auto StudyRunEntryFields = std::make_tuple(
+    Field{0, "EntryRunName", &StudyRunEntry::EntryRunName, EntryNameWidth},
+    Field{80, "CDStartDist", &StudyRunEntry::CDStartDist}, Field{84, "CDEndDist", &StudyRunEntry::CDEndDist},
+    Field{88, "IdealSpeedCalc", &StudyRunEntry::IdealSpeedCalc},
+    Field{92, "IdealSpeedUser", &StudyRunEntry::IdealSpeedUser},
+    Field{96, "ControlDelay", &StudyRunEntry::ControlDelay}, Field{100, "LOSGrade", &StudyRunEntry::LOSGrade, 1},
+    Field{101, "StopDelay", &StudyRunEntry::StopDelay}, Field{105, "EntryText23", &StudyRunEntry::EntryText23, 23});
 
 inline constexpr std::size_t StudyRunEntrySize = 128;
 static_assert(RecordSize(StudyRunEntryFields) == StudyRunEntrySize && IsGapless(StudyRunEntryFields));

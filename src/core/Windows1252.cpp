@@ -7,10 +7,10 @@ namespace vantor {
 namespace {
 
 // Bytes 0x80 to 0x9F; all others stand for the character of the same number.
-constexpr std::array<char32_t, 32> UpperControls = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+constexpr std::array<char32_t, 32> UpperControls = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                                    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                                    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                                    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 constexpr char32_t ReplacementCharacter = 0xFFFD;
 
@@ -27,7 +27,10 @@ char32_t NextCharacter(std::string_view text, std::size_t& at) {
     const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char lead = byteAt(at++);
     if (lead < 0x80) return lead;
-    const std::size_t following = lead >= 0xF0 && lead < 0xF8 ? 3 : lead >= 0xE0 && lead < 0xF0 ? 2 : lead >= 0xC2 && lead < 0xE0 ? 1 : 0;
+    const std::size_t following = lead >= 0xF0 && lead < 0xF8   ? 3
+                                  : lead >= 0xE0 && lead < 0xF0 ? 2
+                                  : lead >= 0xC2 && lead < 0xE0 ? 1
+                                                                : 0;
     if (following == 0 || at + following > text.size()) return ReplacementCharacter;
     char32_t character = lead & (0x3Fu >> following);
     for (std::size_t i = 0; i < following; ++i) {
@@ -58,7 +61,8 @@ void AppendUtf8(std::string& text, char32_t c) {
 
 std::string Utf8FromWindows1252(std::span<const std::byte> bytes) {
     const auto isAscii = [](std::byte byte) { return (byte & std::byte{0x80}) == std::byte{0}; };
-    if (std::all_of(bytes.begin(), bytes.end(), isAscii)) return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+    if (std::all_of(bytes.begin(), bytes.end(), isAscii))
+        return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
     std::string text;
     text.reserve(bytes.size());
     for (const std::byte byte : bytes) {

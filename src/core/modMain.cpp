@@ -7,9 +7,10 @@
 namespace vantor {
 namespace {
 
-constexpr std::array<const char*, 17> EventLabels = {
-    "",        "",        "Movement 1", "Movement 2", "Movement 3", "",          "U-Turn",     "Right Turn", "Left Turn",
-    "Delay 4", "Delay 3", "Delay 2",    "Delay 1",    "Peds",       "Stop Sign", "Congestion", "Signal"};
+constexpr std::array<const char*, 17> EventLabels = {"",           "",        "Movement 1", "Movement 2", "Movement 3",
+                                                     "",           "U-Turn",  "Right Turn", "Left Turn",  "Delay 4",
+                                                     "Delay 3",    "Delay 2", "Delay 1",    "Peds",       "Stop Sign",
+                                                     "Congestion", "Signal"};
 
 struct GradeBand {
     std::int32_t Below;
@@ -20,7 +21,9 @@ constexpr std::array<GradeBand, 5> GradeBands = {{{10, "A"}, {20, "B"}, {35, "C"
 }  // namespace
 
 std::string EventCodeLabel(std::int16_t code) {
-    return code >= 0 && static_cast<std::size_t>(code) < EventLabels.size() ? EventLabels[static_cast<std::size_t>(code)] : "";
+    return code >= 0 && static_cast<std::size_t>(code) < EventLabels.size()
+               ? EventLabels[static_cast<std::size_t>(code)]
+               : "";
 }
 
 std::string RunTypeText(std::int16_t runTypeFlag) { return runTypeFlag != 0 ? "Primary" : "Secondary"; }

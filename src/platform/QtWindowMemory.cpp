@@ -7,7 +7,9 @@ namespace vantor {
 QtWindowMemory::QtWindowMemory(const std::string& settingsFolder)
     : settings_(ToQt(settingsFolder + "vantor-windows.ini"), QSettings::IniFormat) {}
 
-std::string QtWindowMemory::Recall(const std::string& key) const { return FromQt(settings_.value(ToQt(key)).toString()); }
+std::string QtWindowMemory::Recall(const std::string& key) const {
+    return FromQt(settings_.value(ToQt(key)).toString());
+}
 
 void QtWindowMemory::Store(const std::string& key, const std::string& value) {
     settings_.setValue(ToQt(key), ToQt(value));

@@ -23,8 +23,8 @@ AppSettings SettingsWithStopSpeed(std::int16_t threshold) {
 }
 
 /// A drive with two stops: up to speed, five seconds at rest, on, and a short stop.
-const std::vector<std::int16_t> Drive = {0, 10, 33, 47, 58, 66, 66, 64, 50, 31, 12, 3,  0,  0,  0,  0,  0, 5,
-                                         18, 34, 49, 61, 66, 67, 66, 65, 40, 0, 0, 12, 40, 60, 66, 66, 66};
+const std::vector<std::int16_t> Drive = {0,  10, 33, 47, 58, 66, 66, 64, 50, 31, 12, 3,  0,  0,  0,  0,  0, 5,
+                                         18, 34, 49, 61, 66, 67, 66, 65, 40, 0,  0,  12, 40, 60, 66, 66, 66};
 
 struct Expected {
     std::int32_t StopDelay, StartSample, EndSample, StartDist, EndDist, IdealSpeedCalc, ControlDelay;

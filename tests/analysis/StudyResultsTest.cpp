@@ -40,8 +40,8 @@ TEST(StudyResults, AveragesRoundHalvesToEven) {
 TEST(StudyResults, OnlyCountedRowsAreAveraged) {
     Study study;
     ResultLabels labels;
-    ComputeStudyResults(study, {Row("40", " 9"), Row("999", " 99", RunState::NotCounted), Row("", "", RunState::Missing)},
-                        labels);
+    ComputeStudyResults(
+        study, {Row("40", " 9"), Row("999", " 99", RunState::NotCounted), Row("", "", RunState::Missing)}, labels);
     EXPECT_EQ(labels.AvgControlDelay, " 40");
     EXPECT_EQ(labels.LOSGrade, "D");
     EXPECT_EQ(labels.AvgStopDelay, " 9");
@@ -101,7 +101,8 @@ TEST(StudyResults, RowsShowEntriesAndTheirRunFiles) {
     EXPECT_EQ(rows[0].LOSGrade, "A");
     EXPECT_EQ(rows[0].StopDelay, " 12");
     EXPECT_EQ(rows[0].State, RunState::Counted);
-    EXPECT_EQ(rows[1].State, RunState::NotCounted) << "a boundary at 0 is not set; the file is found in any letter case";
+    EXPECT_EQ(rows[1].State, RunState::NotCounted)
+        << "a boundary at 0 is not set; the file is found in any letter case";
     EXPECT_EQ(rows[1].RunType, "Primary");
     EXPECT_EQ(rows[2].State, RunState::Missing);
     EXPECT_EQ(rows[2].ControlDelay, "");

@@ -93,8 +93,9 @@ TEST(CommandLine, TellsFaultsOnStandardErrorOnly) {
         {{"run", "show", "/g/None.rd2"}, "Missing Run File: None\n"},
         {{"run", "show", "/g/None.rdf"}, "Missing Run File: None\n"},
         {{"study", "show", "/g/None.ld2"}, "Missing Study File: None\n"},
-        {{"run", "show", "/g/note.txt"}, "Run-time error '13':\nType mismatch\n\n/g/note.txt\nThis is no run file. Name "
-                                         "a file that ends in .rd2.\n"},
+        {{"run", "show", "/g/note.txt"},
+         "Run-time error '13':\nType mismatch\n\n/g/note.txt\nThis is no run file. Name "
+         "a file that ends in .rd2.\n"},
     };
     for (const auto& [arguments, message] : cases) {
         EXPECT_EQ(runner.Run(arguments), 1);

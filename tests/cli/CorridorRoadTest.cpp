@@ -30,7 +30,8 @@ TEST(CorridorRoad, FiguresMatchTheIndependentOnes) {
         const std::string name = run["RunName"];
         EXPECT_NE(std::find(names.begin(), names.end(), name), names.end()) << name;
         const auto header = runner.Json({"run", "show", "/group/" + name + ".rd2"});
-        for (const char* field : {"RunName", "SampleCount", "RunLength", "NumberOfSections", "HeaderWord3", "HeaderLong"})
+        for (const char* field :
+             {"RunName", "SampleCount", "RunLength", "NumberOfSections", "HeaderWord3", "HeaderLong"})
             EXPECT_EQ(header[field], run[field]) << name << ' ' << field;
         create.push_back(name);
     }
@@ -42,8 +43,8 @@ TEST(CorridorRoad, FiguresMatchTheIndependentOnes) {
         const auto& entry = study["entries"][i];
         for (const char* field : {"IdealSpeedCalc", "ControlDelay", "StopDelay"})
             EXPECT_EQ(entry[field], run[field]) << i << ' ' << field;
-        const auto delay =
-            runner.Json({"run", "delay", "/group/" + std::string(run["RunName"]) + ".rd2", "--start-dist", "300", "--end-dist", "7600"});
+        const auto delay = runner.Json({"run", "delay", "/group/" + std::string(run["RunName"]) + ".rd2",
+                                        "--start-dist", "300", "--end-dist", "7600"});
         EXPECT_EQ(delay["CDStartSample"], run["CDStartSample"]);
         EXPECT_EQ(delay["CDEndSample"], run["CDEndSample"]);
     }

@@ -23,14 +23,14 @@ std::string KindOf(const RawBytes<Count>&, std::size_t) {
 }
 template <class Element, int First, int Last>
 std::string KindOf(const IndexedArray<Element, First, Last>& list, std::size_t width) {
-    return std::to_string(list.Count) + " × " + KindOf(list[First], width) + ", index " + std::to_string(First) + " to " +
-           std::to_string(Last);
+    return std::to_string(list.Count) + " × " + KindOf(list[First], width) + ", index " + std::to_string(First) +
+           " to " + std::to_string(Last);
 }
 
 template <class Record, class Member>
 std::string RowOf(const Field<Record, Member>& field) {
-    return "| " + std::to_string(field.Offset) + " | `" + field.Name + "` | " + KindOf(Record{}.*field.Pointer, field.Width) +
-           " |";
+    return "| " + std::to_string(field.Offset) + " | `" + field.Name + "` | " +
+           KindOf(Record{}.*field.Pointer, field.Width) + " |";
 }
 std::string RowOf(const Gap& gap) {
     return "| " + std::to_string(gap.Offset) + " | | text " + std::to_string(gap.Width) + " |";
@@ -49,12 +49,14 @@ void ExpectDocumented(const std::string& page, const std::string& heading, const
     std::istringstream section(SectionOf(page, heading));
     std::vector<std::string> documented;
     for (std::string line; std::getline(section, line);)
-        if (line.starts_with("| ") && std::isdigit(static_cast<unsigned char>(line[2])) != 0) documented.push_back(line);
+        if (line.starts_with("| ") && std::isdigit(static_cast<unsigned char>(line[2])) != 0)
+            documented.push_back(line);
     std::vector<std::string> rows;
     std::apply([&](const auto&... field) { (rows.push_back(RowOf(field)), ...); }, table);
     ASSERT_EQ(documented.size(), rows.size()) << heading;
     for (std::size_t i = 0; i < rows.size(); ++i)
-        EXPECT_TRUE(documented[i].starts_with(rows[i])) << heading << ": expected " << rows[i] << ", found " << documented[i];
+        EXPECT_TRUE(documented[i].starts_with(rows[i]))
+            << heading << ": expected " << rows[i] << ", found " << documented[i];
 }
 
 TEST(FormatsPage, HasEveryFieldAsTheCodecHasIt) {

@@ -11,8 +11,9 @@ namespace vantor {
 namespace {
 
 TEST(Numeric, RoundsHalvesToEven) {
-    const std::pair<double, int> cases[] = {{0.5, 0},   {1.5, 2},   {2.5, 2},   {-0.5, 0},        {-1.5, -2},
-                                            {-2.5, -2}, {2.4999, 2}, {-0.51, -1}, {12.500001, 13}, {0.49999999999999994, 0}};
+    const std::pair<double, int> cases[] = {
+        {0.5, 0},   {1.5, 2},    {2.5, 2},    {-0.5, 0},       {-1.5, -2},
+        {-2.5, -2}, {2.4999, 2}, {-0.51, -1}, {12.500001, 13}, {0.49999999999999994, 0}};
     for (const auto& [value, rounded] : cases) {
         EXPECT_EQ(Round16(value), rounded) << value;
         EXPECT_EQ(Round32(value), rounded) << value;
@@ -43,9 +44,9 @@ TEST(Numeric, WritesNumbersWithTheirSignPosition) {
 }
 
 TEST(Numeric, ReadsLeadingNumbers) {
-    const std::pair<const char*, double> cases[] = {{"012", 12}, {"  7 x", 7}, {"-3", -3},   {"+4", 4}, {"12.6ab", 12.6},
-                                                    {"", 0},     {"abc", 0},   {"-", 0},     {".5", 0.5}, {"inf", 0},
-                                                    {"nan", 0},  {"1E3", 1000}, {"1 2", 1}, {"+-4", 0}};
+    const std::pair<const char*, double> cases[] = {
+        {"012", 12}, {"  7 x", 7}, {"-3", -3}, {"+4", 4},  {"12.6ab", 12.6}, {"", 0},    {"abc", 0},
+        {"-", 0},    {".5", 0.5},  {"inf", 0}, {"nan", 0}, {"1E3", 1000},    {"1 2", 1}, {"+-4", 0}};
     for (const auto& [text, value] : cases) EXPECT_EQ(Val(text), value) << text;
     EXPECT_ERROR(Overflow, Val("1E999"));
 }
@@ -59,10 +60,23 @@ TEST(Numeric, ReadsWholeNumbersFromWholeTexts) {
 }
 
 TEST(Numeric, FormatsRatiosWithoutForcedZeros) {
-    const std::pair<double, const char*> cases[] = {
-        {2.456, "2.46"}, {0.5, ".5"},      {3, "3."},         {0, "."},       {0.125, ".13"},   {0.375, ".38"},
-        {-2.5, "-2.5"},  {107.0 / 40, "2.68"}, {0.004, "."}, {0.005, ".01"}, {9.999, "10."},   {0.999, "1."},
-        {-0.001, "."},   {123456.785, "123456.79"}, {1e15, "1000000000000000."}, {99.994, "99.99"}, {10.05, "10.05"}};
+    const std::pair<double, const char*> cases[] = {{2.456, "2.46"},
+                                                    {0.5, ".5"},
+                                                    {3, "3."},
+                                                    {0, "."},
+                                                    {0.125, ".13"},
+                                                    {0.375, ".38"},
+                                                    {-2.5, "-2.5"},
+                                                    {107.0 / 40, "2.68"},
+                                                    {0.004, "."},
+                                                    {0.005, ".01"},
+                                                    {9.999, "10."},
+                                                    {0.999, "1."},
+                                                    {-0.001, "."},
+                                                    {123456.785, "123456.79"},
+                                                    {1e15, "1000000000000000."},
+                                                    {99.994, "99.99"},
+                                                    {10.05, "10.05"}};
     for (const auto& [value, text] : cases) EXPECT_EQ(FormatRatio(value), text) << value;
 }
 

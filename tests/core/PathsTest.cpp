@@ -6,13 +6,15 @@ namespace vantor {
 namespace {
 
 TEST(Paths, IncrementsOnlyTheLastCharacter) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"X-1", "X-2"}, {"X-9", "X-10"}, {"X-10", "X-11"}, {"X-19", "X-110"}, {"X-110", "X-111"}, {"X", "1"}, {"", "1"}};
+    const std::pair<const char*, const char*> cases[] = {{"X-1", "X-2"},    {"X-9", "X-10"},    {"X-10", "X-11"},
+                                                         {"X-19", "X-110"}, {"X-110", "X-111"}, {"X", "1"},
+                                                         {"", "1"}};
     for (const auto& [name, next] : cases) EXPECT_EQ(NextName(name), next) << name;
 }
 
 TEST(Paths, RefusesNamesThatLeaveTheirFolder) {
-    for (const char* name : {"", "  ", ".", "..", "a/b", "a\\b", "C:x", "../x", "a..b", "a\nb", "a*", "a?", "a|b", "\"a\""})
+    for (const char* name :
+         {"", "  ", ".", "..", "a/b", "a\\b", "C:x", "../x", "a..b", "a\nb", "a*", "a?", "a|b", "\"a\""})
         EXPECT_FALSE(IsSafeName(name)) << name;
     for (const char* name : {"Main St-NB-001", "S001R001-SITE    -1", "a.b", "\u00c9cole", ".5"})
         EXPECT_TRUE(IsSafeName(name)) << name;

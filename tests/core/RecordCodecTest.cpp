@@ -30,8 +30,8 @@ static_assert(IsGapless(SampleFields) && RecordSize(SampleFields) == 31);
 static_assert(!IsGapless(std::make_tuple(Field{0, "Word", &Sample::Word}, Field{3, "Long", &Sample::Long})));
 
 // -2, 0x01020304, 3600 / 5280 in single precision, 1.5 days, blanks, "AB", 1 and -1, two raw bytes.
-const std::string SampleBytes("\xfe\xff\x04\x03\x02\x01\xa3\x8b\x2e\x3f\0\0\0\0\0\0\xf8\x3f   AB  \x01\0\xff\xff\x00\x80",
-                              31);
+const std::string SampleBytes(
+    "\xfe\xff\x04\x03\x02\x01\xa3\x8b\x2e\x3f\0\0\0\0\0\0\xf8\x3f   AB  \x01\0\xff\xff\x00\x80", 31);
 
 TEST(RecordCodec, WritesLittleEndianFieldsWithoutPadding) {
     Sample sample;

@@ -27,7 +27,10 @@ private:
     std::string bytes_;
 };
 
-const std::string SampleOne("\x0c\x01" "\x00\x00\x00\x00\x00\x00\x46\x40", 10);  // 268; latitude 44
+const std::string SampleOne(
+    "\x0c\x01"
+    "\x00\x00\x00\x00\x00\x00\x46\x40",
+    10);  // 268; latitude 44
 
 /// A run of two samples: 12 pulses with key 1 at latitude 44, a node after 7 pulses.
 std::string TwoSampleRun() {

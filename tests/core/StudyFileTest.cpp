@@ -13,7 +13,9 @@ namespace {
 /// A study of one run, byte by byte.
 std::string OneRunStudy() {
     std::string bytes(320 + 128, ' ');
-    const auto put = [&](std::size_t offset, std::string_view literal) { bytes.replace(offset, literal.size(), literal); };
+    const auto put = [&](std::size_t offset, std::string_view literal) {
+        bytes.replace(offset, literal.size(), literal);
+    };
     put(0, std::string_view("\x01\0", 2));
     put(2, "AM Peak");
     put(34, std::string_view("\0\0\0\0\x20\x4c\xe3\x40", 8));
@@ -21,10 +23,14 @@ std::string OneRunStudy() {
     put(44, "abcdefuvwxyz");
     put(56, "Signals retimed");
     put(184, "Main St");
-    put(224, std::string_view("\x01\0\0\0\x0c\x42" "D", 7));  // SB, 35 seconds, grade
+    put(224, std::string_view("\x01\0\0\0\x0c\x42"
+                              "D",
+                              7));  // SB, 35 seconds, grade
     put(231, std::string_view("12345678\0\0\0\0\0\0\0\x80\xff\xff", 18));
     put(320, "Main St-NB-001");
-    put(400, std::string_view("\x2c\x01\0\0\xb0\x1d\0\0\x1e\0\0\0\x23\0\0\0\xfb\xff\xff\xff" "A\x04\0\0\0tail", 29));
+    put(400, std::string_view("\x2c\x01\0\0\xb0\x1d\0\0\x1e\0\0\0\x23\0\0\0\xfb\xff\xff\xff"
+                              "A\x04\0\0\0tail",
+                              29));
     return bytes;
 }
 
@@ -97,8 +103,8 @@ TEST(StudyFile, ShortAndDamagedFiles) {
 
     program.Files.PutText("/g/Bad.ld2", OneRunStudy().replace(42, 2, "\xff\xff"));
     program.State.CurrentStudy.Record.StudyNotes = "kept";
-    EXPECT_ERROR(SubscriptOutOfRange, ReadStudyFile(program.State, program.Files, program.DesktopServices,
-                                                    program.Time, "/g/", "Bad"));
+    EXPECT_ERROR(SubscriptOutOfRange,
+                 ReadStudyFile(program.State, program.Files, program.DesktopServices, program.Time, "/g/", "Bad"));
     EXPECT_EQ(program.State.CurrentStudy.Record.StudyNotes, "kept");
 }
 

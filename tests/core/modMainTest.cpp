@@ -9,18 +9,19 @@ namespace vantor {
 namespace {
 
 TEST(ModMain, LabelsEventCodes) {
-    const char* labels[] = {"",          "Movement 1", "Movement 2", "Movement 3", "",        "U-Turn",
+    const char* labels[] = {"",           "Movement 1", "Movement 2", "Movement 3", "",        "U-Turn",
                             "Right Turn", "Left Turn",  "Delay 4",    "Delay 3",    "Delay 2", "Delay 1",
                             "Peds",       "Stop Sign",  "Congestion", "Signal"};
     std::int16_t code = 0;
     for (const char* label : labels) EXPECT_EQ(EventCodeLabel(++code), label) << code;
-    for (const std::int16_t other : std::initializer_list<std::int16_t>{-1, 0, 17, 32, 127, 32767}) EXPECT_EQ(EventCodeLabel(other), "") << other;
+    for (const std::int16_t other : std::initializer_list<std::int16_t>{-1, 0, 17, 32, 127, 32767})
+        EXPECT_EQ(EventCodeLabel(other), "") << other;
 }
 
 TEST(ModMain, GradesDelays) {
-    const std::pair<std::int32_t, const char*> cases[] = {{-2147483647, "A"}, {-5, "A"}, {9, "A"},  {10, "B"}, {19, "B"},
-                                                          {20, "C"},          {34, "C"}, {35, "D"}, {54, "D"}, {55, "E"},
-                                                          {79, "E"},          {80, "F"}, {2147483647, "F"}};
+    const std::pair<std::int32_t, const char*> cases[] = {
+        {-2147483647, "A"}, {-5, "A"}, {9, "A"},  {10, "B"}, {19, "B"}, {20, "C"},        {34, "C"},
+        {35, "D"},          {54, "D"}, {55, "E"}, {79, "E"}, {80, "F"}, {2147483647, "F"}};
     for (const auto& [delay, grade] : cases) EXPECT_EQ(LOSGradeOf(delay), grade) << delay;
 
     Study study;

@@ -46,7 +46,8 @@ public:
         std::vector<std::byte> whole(bytes.begin(), bytes.end());
         const auto old = files_.files_.find(target);
         if (tail == OldTail::Kept && old != files_.files_.end() && old->second.size() > whole.size())
-            whole.insert(whole.end(), old->second.begin() + static_cast<std::ptrdiff_t>(whole.size()), old->second.end());
+            whole.insert(whole.end(), old->second.begin() + static_cast<std::ptrdiff_t>(whole.size()),
+                         old->second.end());
         pending_.emplace_back(target, std::move(whole));
     }
 

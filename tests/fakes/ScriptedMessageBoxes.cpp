@@ -15,8 +15,9 @@ bool Offers(MessageButtons buttons, MessageAnswer answer) {
 }
 
 MessageAnswer SafeWayOut(MessageButtons buttons) {
-    return buttons == MessageButtons::Ok ? MessageAnswer::Ok
-                                         : (buttons == MessageButtons::YesNo ? MessageAnswer::No : MessageAnswer::Cancel);
+    return buttons == MessageButtons::Ok
+               ? MessageAnswer::Ok
+               : (buttons == MessageButtons::YesNo ? MessageAnswer::No : MessageAnswer::Cancel);
 }
 
 }  // namespace

@@ -22,5 +22,5 @@ std::optional<ErrorNumber> ErrorOf(Action&& action) {
 }  // namespace vantor
 
 /// The statement ends with that run-time error, for example EXPECT_ERROR(Overflow, Round16(40000)).
-#define EXPECT_ERROR(number, statement)                                                                  \
+#define EXPECT_ERROR(number, statement) \
     EXPECT_EQ(::vantor::ErrorOf([&] { static_cast<void>(statement); }), ::vantor::ErrorNumber::number) << #statement

@@ -111,7 +111,6 @@ TEST_F(DiskFileSystemTest, KeepsPermissionsAndLinks) {
     EXPECT_EQ(status.st_mode & 0777U, 0640U);
 }
 
-
 TEST_F(DiskFileSystemTest, SettingsFolderFollowsTheEnvironmentAndPermissions) {
     unsetenv("VANTOR_PROGRAM_FOLDER");
     EXPECT_EQ(DiskFileSystem(folder_).SettingsFolder(), folder_);

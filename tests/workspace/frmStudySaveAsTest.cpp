@@ -140,6 +140,11 @@ TEST_F(frmStudySaveAsTest, ATypedGroupIsMadeOnSave) {
     Shown<frmStudySaveAs> form(Program.Context);
     Type(form, "txtStudyGroup", "Elm St");
     EXPECT_EQ(EmptyText(form, "vaStudies"), "A new Study Group: its folder is made when the study is saved.");
+    form.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(Find<FolderTree>(form, "treStudyGroups").hasFocus());
+    EXPECT_EQ(Find<QLineEdit>(form, "txtStudyGroup").text(), "Elm St");
     EXPECT_FALSE(Files.Find(Root + "Elm St"));
     Click(form, "BtnSave");
     ExpectSaved(form, Root + "Elm St/", "AM Peak");

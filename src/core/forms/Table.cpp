@@ -110,7 +110,9 @@ void Table::paintEvent(QPaintEvent* event) {
     painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
 }
 
-double LengthUnit::FromFeet(double feet) const { return Metric ? feet * (1000 * KilometresPerMile / FeetPerMile) : feet; }
+double LengthUnit::FromFeet(double feet) const {
+    return Metric ? feet * (1000 * KilometresPerMile / FeetPerMile) : feet;
+}
 
 QStringList RunColumns(LengthUnit unit) {
     return {QStringLiteral("Name"),

@@ -55,7 +55,8 @@ private:
     }
 
     static QString PartName(const QHeaderView* header) {
-        const QString side = header->orientation() == Qt::Horizontal ? QStringLiteral("/columns") : QStringLiteral("/rows");
+        const QString side =
+            header->orientation() == Qt::Horizontal ? QStringLiteral("/columns") : QStringLiteral("/rows");
         return header->parentWidget()->objectName() + side;
     }
 

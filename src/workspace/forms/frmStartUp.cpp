@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QShortcut>
 #include <QStyleOptionButton>
-#include <QVBoxLayout>
 
 #include "core/Paths.h"
 #include "core/StudyRecords.h"
@@ -98,36 +97,35 @@ QLayout* frmStartUp::BuildChoices() {
     using enum StartUpChoice;
     auto* grid = new QGridLayout;
     for (const int column : {0, 1}) grid->setColumnStretch(column, 1);
-    const auto add = [&](int row, int column, const QString& heading, const std::vector<Card>& cards) {
-        QFrame* group = BuildGroup(heading, cards);
-        grid->addWidget(group, row, column);
-        return group;
+    const auto add = [&](int row, int column, QVBoxLayout* group) {
+        grid->addWidget(group->parentWidget(), row, column);
     };
-    add(0, 0, QStringLiteral("Study"), StudyCards());
-    add(1, 0, QStringLiteral("Counter Runs"),
-        {{ReadCounter, "ReadTDCBut", QStringLiteral("&Read TDC Counter"), "read-counter",
-          QStringLiteral("Download a counter's memory over a serial port."), false},
-         {ProcessTdcData, "BtnProcessTDC", QStringLiteral("Process &TDC Data"), "counter-file",
-          QStringLiteral("Convert a counter file into runs for a Study Group.")},
-         {ProcessTempRuns, "BtnProcessTemp", QStringLiteral("Process Runs in Temp &Folder"), "process-runs",
-          QStringLiteral("Name the runs waiting there for a Study Group.")}});
-    QFrame* logs = add(0, 1, QStringLiteral("GPS and OBD Runs"),
-                       {{ProcessRoamlap, "BtnProcessRoamlap", QStringLiteral("Process Roam&lap Data"), "gps-log",
-                         QStringLiteral("GPS logs of a laptop."), false},
-                        {ProcessRoampad, "BtnProcessRoampad", QStringLiteral("Process Roam&pad Data"), "handheld",
-                         QStringLiteral("GPS logs of a handheld."), false},
-                        {ProcessRevlap, "BtnProcessRevlap", QStringLiteral("Process Re&vlap Data"), "obd-log",
-                         QStringLiteral("OBD logs of a laptop."), false},
-                        {ProcessRevpad, "BtnProcessRevpad", QStringLiteral("Process Revpa&d Data"), "handheld-obd",
-                         QStringLiteral("OBD logs of a handheld."), false}});
+    add(0, 0, BuildGroup("frStudy", QStringLiteral("Study"), StudyCards()));
+    add(1, 0,
+        BuildGroup("frCounter", QStringLiteral("Counter Runs"),
+                   {{ReadCounter, "ReadTDCBut", QStringLiteral("&Read TDC Counter"), "read-counter",
+                     QStringLiteral("Download a counter's memory over a serial port."), false},
+                    {ProcessTdcData, "BtnProcessTDC", QStringLiteral("Process &TDC Data"), "counter-file",
+                     QStringLiteral("Convert a counter file into runs for a Study Group.")},
+                    {ProcessTempRuns, "BtnProcessTemp", QStringLiteral("Process Runs in Temp &Folder"), "process-runs",
+                     QStringLiteral("Name the runs waiting there for a Study Group.")}}));
+    QVBoxLayout* logs = BuildGroup("frLogs", QStringLiteral("GPS and OBD Runs"),
+                                   {{ProcessRoamlap, "BtnProcessRoamlap", QStringLiteral("Process Roam&lap Data"),
+                                     "gps-log", QStringLiteral("GPS logs of a laptop."), false},
+                                    {ProcessRoampad, "BtnProcessRoampad", QStringLiteral("Process Roam&pad Data"),
+                                     "handheld", QStringLiteral("GPS logs of a handheld."), false},
+                                    {ProcessRevlap, "BtnProcessRevlap", QStringLiteral("Process Re&vlap Data"),
+                                     "obd-log", QStringLiteral("OBD logs of a laptop."), false},
+                                    {ProcessRevpad, "BtnProcessRevpad", QStringLiteral("Process Revpa&d Data"),
+                                     "handheld-obd", QStringLiteral("OBD logs of a handheld."), false}});
     AddKey(logs, Qt::Key_P, ProcessCombined, QStringLiteral("Key P: combined GPS and OBD logs."));
     AddKey(logs, Qt::Key_B, ProcessBattelle, QStringLiteral("Key B: Battelle GPS files."));
-    add(1, 1, QStringLiteral("Program"),
-        {{Preferences, "BtnPreferences", QStringLiteral("Preference&s"), "preferences",
-          QStringLiteral("Folders, units, serial port and report headings."), false},
-         {Exit, "BtnExit", QStringLiteral("E&xit"), "exit", QStringLiteral("End the program.")}});
-    for (QFrame* group : findChildren<QFrame*>(QStringLiteral("frChoices")))
-        qobject_cast<QVBoxLayout*>(group->layout())->addStretch();
+    add(0, 1, logs);
+    add(1, 1,
+        BuildGroup("frProgram", QStringLiteral("Program"),
+                   {{Preferences, "BtnPreferences", QStringLiteral("Preference&s"), "preferences",
+                     QStringLiteral("Folders, units, serial port and report headings."), false},
+                    {Exit, "BtnExit", QStringLiteral("E&xit"), "exit", QStringLiteral("End the program.")}}));
     return grid;
 }
 
@@ -146,8 +144,8 @@ std::vector<frmStartUp::Card> frmStartUp::StudyCards() const {
     return cards;
 }
 
-QFrame* frmStartUp::BuildGroup(const QString& heading, const std::vector<Card>& cards) {
-    auto* group = Named<QFrame>(this, "frChoices");
+QVBoxLayout* frmStartUp::BuildGroup(const char* name, const QString& heading, const std::vector<Card>& cards) {
+    auto* group = Named<QFrame>(this, name);
     group->setFrameShape(QFrame::StyledPanel);
     group->setBackgroundRole(QPalette::Base);
     group->setAutoFillBackground(true);
@@ -168,18 +166,19 @@ QFrame* frmStartUp::BuildGroup(const QString& heading, const std::vector<Card>& 
         choices_->addButton(button, static_cast<int>(card.Choice));
         layout->addWidget(button);
     }
-    return group;
+    layout->addStretch();
+    return layout;
 }
 
-void frmStartUp::AddKey(QFrame* group, Qt::Key key, StartUpChoice choice, const QString& explanation) {
+void frmStartUp::AddKey(QVBoxLayout* group, Qt::Key key, StartUpChoice choice, const QString& explanation) {
     auto* shortcut = new QShortcut(this);
     shortcut->setKeys({QKeySequence(key), QKeySequence(Qt::SHIFT | key)});
     shortcut->setEnabled(false);
     Connect(shortcut, &QShortcut::activated, this, context_.Messages, [this, choice] { Choose(choice); });
-    auto* label = new QLabel(explanation, group);
+    auto* label = new QLabel(explanation, group->parentWidget());
     label->setEnabled(false);
     label->setToolTip(NotYet);
-    group->layout()->addWidget(label);
+    group->insertWidget(group->count() - 1, label);
 }
 
 void frmStartUp::Choose(StartUpChoice choice) {

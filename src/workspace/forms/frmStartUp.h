@@ -2,7 +2,7 @@
 
 #include <QButtonGroup>
 #include <QDialog>
-#include <QFrame>
+#include <QVBoxLayout>
 #include <vector>
 
 #include "core/AppContext.h"
@@ -20,9 +20,10 @@ private:
     struct Card;
     QLayout* BuildHead();
     QLayout* BuildChoices();
-    QFrame* BuildGroup(const QString& heading, const std::vector<Card>& cards);
+    /// A frame with a heading and its cards; the layout ends in a stretch.
+    QVBoxLayout* BuildGroup(const char* name, const QString& heading, const std::vector<Card>& cards);
     std::vector<Card> StudyCards() const;
-    void AddKey(QFrame* group, Qt::Key key, StartUpChoice choice, const QString& explanation);
+    void AddKey(QVBoxLayout* group, Qt::Key key, StartUpChoice choice, const QString& explanation);
     void Choose(StartUpChoice choice);
 
     AppContext& context_;
