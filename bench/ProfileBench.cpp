@@ -1,6 +1,8 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <algorithm>
+#include <optional>
 
 #include "core/Settings.h"
 #include "editing/SpeedProfile.h"
@@ -9,14 +11,15 @@
 namespace vantor {
 namespace {
 
-/// Painting needs an application; it lives until the process ends, as benchmarks have no end of their own.
+/// Painting needs an application; this one lives until the process ends.
 void NeedApplication() {
     static int argumentCount = 1;
     static char name[] = "bench";
     static char* arguments[] = {name, nullptr};
-    if (QApplication::instance() != nullptr) return;
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    new QApplication(argumentCount, arguments);
+    [[maybe_unused]] static const auto* application = [] {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        return new QApplication(argumentCount, arguments);
+    }();
 }
 
 /// The longest run there can be: nine hours of stop and go with some noise, nodes and keys on the way.

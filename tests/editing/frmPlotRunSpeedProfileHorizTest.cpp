@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QScreen>
 #include <QWheelEvent>
 
 #include "Profiles.h"
@@ -130,7 +131,7 @@ TEST_F(SpeedProfileFormTest, TwoDragsComputeTheRunAndLetTheUserSave) {
     EXPECT_EQ(Text("lblContDelay"), " 19");
     EXPECT_EQ(Entry().CDStartDist, 3000);
     QTest::mouseMove(&Plot(), At(600));
-    EXPECT_EQ(Text("lblContDelay"), " -1");  // behind the stop: 20 s for 1050 - 50 feet counted twice
+    EXPECT_EQ(Text("lblContDelay"), "-1");  // behind the stop: 19 s for 1000 feet
     QTest::mouseRelease(&Plot(), Qt::LeftButton, {}, At(600));
     Click(*Form, "BtnPlotSpeedExit");
     EXPECT_FALSE(Form->isVisible());
@@ -251,12 +252,12 @@ TEST_F(SpeedProfileFormTest, TimeModeMovesTheBoundariesBySamples) {
     EXPECT_EQ(Entry().CDEndDist, 80);
 }
 
-TEST_F(SpeedProfileFormTest, AnErrorIsTellsItselfOnlyAtTheRelease) {
+TEST_F(SpeedProfileFormTest, AnErrorInADragIsToldAtTheRelease) {
     Open();
     Click(*Form, "btnToggleSpdTime");  // 5 pixels a second, at rest from 101 to 120
     Drag(At(0), {At(525)});
     Drag(At(1000), {At(900)});
-    EXPECT_EQ(Text("lblContDelay"), " 35");  // 75 s; 2000 feet at half of 50 ft/s are 80 s
+    EXPECT_EQ(Text("lblContDelay"), "-45");  // 75 s; 3000 feet at half of 50 ft/s are 120 s
     QTest::mousePress(&Plot(), Qt::LeftButton, {}, At(900));
     QTest::mouseMove(&Plot(), At(550));
     EXPECT_THAT(FromQt(Text("lblReadOut")), HasSubstr("Division by zero"));
@@ -400,7 +401,7 @@ TEST_F(SpeedProfileFormTest, TrimRunAsksAndKeepsTheUntrimmedRun) {
     Click(*Form, "btnTrim");
     EXPECT_EQ(Program.State.CurrentRun.Header.SampleCount, 200);
 
-    Program.Files.FailChangeAfter(1, ErrorNumber::DiskFull);
+    Program.Files.FailChangeAfter(3, ErrorNumber::DiskFull);
     Program.Messages.Expect(question, MessageAnswer::Yes);
     Program.Messages.Expect("Run-time error '61':\nDisk full\n\n" + Group + "Main-1.rd2");
     Click(*Form, "btnTrim");
@@ -485,10 +486,28 @@ TEST_F(SpeedProfileFormTest, PaintsTraceAndLinesWhereTheyAre) {
     EXPECT_EQ(picture.pixelColor(At(950, 320)), plain);
 }
 
+TEST_F(SpeedProfileFormTest, PartlyRepaintedWindowLooksAsIfPaintedWhole) {
+    Open();
+    SetBoundaries();
+    Drag(At(500, 341), {At(500, 200)});
+    QTest::mousePress(&Plot(), Qt::LeftButton, {}, At(700));
+    for (const QPoint& place : {At(650), At(205), At(190), At(960)}) {
+        QTest::mouseMove(&Plot(), place);
+        QCoreApplication::processEvents();
+        const QRect area = Plot().rect().translated(Plot().mapTo(&*Form, QPoint(0, 0)));
+        const QImage shown = Form->screen()->grabWindow(Form->winId()).toImage().copy(area);
+        EXPECT_EQ(shown.convertToFormat(QImage::Format_RGB32),
+                  Form->grab().toImage().copy(area).convertToFormat(QImage::Format_RGB32))
+            << place.x();
+    }
+}
+
 TEST_F(SpeedProfileFormTest, HelpByButtonAndKey) {
     Open();
     Click(*Form, "cmdHelp");
-    EXPECT_EQ(Program.DesktopServices.Opened.size(), 1u);
+    QTest::keyClick(&Plot(), Qt::Key_F1);
+    QTest::qWaitFor([&] { return Program.DesktopServices.Opened.size() == 2; }, 2000);
+    EXPECT_EQ(Program.DesktopServices.Opened.size(), 2u);
 }
 
 }  // namespace

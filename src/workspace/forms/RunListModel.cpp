@@ -27,7 +27,7 @@ constexpr std::array<ColumnOfList, RunListModel::ColumnCount> Columns = {
      {"Control\nDelay (s)", &RunListRow::ControlDelay, Qt::AlignRight},
      {"LOS\nGrade", &RunListRow::LOSGrade, Qt::AlignHCenter},
      {"Stop\nDelay (s)", &RunListRow::StopDelay, Qt::AlignRight},
-     {"Status", nullptr, Qt::AlignHCenter}}};
+     {"Status", nullptr}}};
 
 struct StateSign {
     const char* Word;

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QShortcut>
 #include <QStyleOptionButton>
+#include <algorithm>
 
 #include "core/Paths.h"
 #include "core/StudyRecords.h"
@@ -19,7 +20,7 @@
 namespace vantor {
 namespace {
 
-/// The width of a card in average characters: most explanations take one line.
+/// The least width of a card in average characters: most explanations take one line.
 constexpr int CardCharacters = 60;
 const QString NotYet = QStringLiteral("This choice is not available yet.");
 
@@ -153,13 +154,13 @@ QVBoxLayout* frmStartUp::BuildGroup(const char* name, const QString& heading, co
     layout->setSpacing(0);
     layout->addWidget(Heading(group, heading, 1));
     layout->addSpacing(4);
-    const int width = fontMetrics().averageCharWidth() * CardCharacters;
     for (const Card& card : cards) {
         auto* button = Named<CardButton>(group, card.Name, card.Caption);
         button->setDescription(card.Explanation);
         button->setAccessibleDescription(card.Explanation);
         button->setIcon(LineIcon(QLatin1String(card.Icon)));
         button->setIconSize(QSize(24, 24));
+        const int width = std::max(fontMetrics().averageCharWidth() * CardCharacters, button->sizeHint().width());
         button->setMinimumSize(width, button->heightForWidth(width));
         button->setEnabled(card.IsAvailable);
         if (!card.IsAvailable) button->setToolTip(NotYet);
