@@ -9,7 +9,7 @@ build=(
     build-essential cmake ninja-build ccache
     qt6-base-dev qt6-svg-dev qt6-wayland
     libcli11-dev nlohmann-json3-dev
-    libgtest-dev libbenchmark-dev
+    libgtest-dev libgmock-dev libbenchmark-dev
     fontconfig fonts-dejavu-core # the offscreen platform brings no font of its own
 )
 check=(clang-format clang-tidy python3)
