@@ -7,7 +7,7 @@ set -euo pipefail
 
 build=(
     build-essential cmake ninja-build ccache
-    qt6-base-dev qt6-svg-dev qt6-wayland
+    qt6-base-dev qt6-svg-dev qt6-serialport-dev qt6-wayland
     libcli11-dev nlohmann-json3-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     fontconfig fonts-dejavu-core # the offscreen platform brings no font of its own

@@ -2,10 +2,14 @@
 
 #include <QApplication>
 
+#include "counter/forms/frmDeleteTDCFiles.h"
+#include "counter/forms/frmDeleteTempRuns.h"
+#include "counter/forms/frmReadTDC.h"
 #include "counter/forms/frmUploadData.h"
 #include "counter/forms/frmUploadRunList.h"
 #include "counter/forms/frmUploadSelectTDC.h"
 #include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
+#include "workspace/forms/frmPrefs.h"
 #include "workspace/forms/frmRunSelect.h"
 #include "workspace/forms/frmStartUp.h"
 #include "workspace/forms/frmStudyOpen.h"
@@ -30,12 +34,26 @@ bool AppScreens::ShowStudySaveAs() { return ShowModal<frmStudySaveAs>(*context_)
 bool AppScreens::ShowRunSelect() { return ShowModal<frmRunSelect>(*context_); }
 void AppScreens::ShowSpeedProfile(int entryIndex) { ShowModal<frmPlotRunSpeedProfileHoriz>(*context_, entryIndex); }
 
+void AppScreens::ShowPreferences() {
+    SerialPort& serial = context_->Serial;
+    ShowModal<frmPrefs>(
+        *context_, [&serial](int number) { return serial.IsAvailable(static_cast<std::int16_t>(number)); },
+        [&serial](int number) { return serial.DeviceName(static_cast<std::int16_t>(number)); });
+}
+
+bool AppScreens::ShowReadTDC() {
+    ShowModal<frmReadTDC>(*context_);
+    return context_->State.CounterFileChosen;
+}
+
 bool AppScreens::ShowUploadSelect() {
     ShowModal<frmUploadSelectTDC>(*context_);
     return context_->State.CounterFileChosen;
 }
 
 void AppScreens::ShowUploadData() { ShowModal<frmUploadData>(*context_); }
+void AppScreens::ShowDeleteTempRuns() { ShowModal<frmDeleteTempRuns>(*context_); }
+void AppScreens::ShowDeleteTDCFiles() { ShowModal<frmDeleteTDCFiles>(*context_); }
 
 void AppScreens::ShowUploadRunList(const std::string& studyGroup) {
     ShowModal<frmUploadRunList>(*context_, studyGroup);

@@ -15,9 +15,13 @@ public:
     bool ShowStudySaveAs() override;
     bool ShowRunSelect() override;
     void ShowSpeedProfile(int entryIndex) override;
+    void ShowPreferences() override;
+    bool ShowReadTDC() override;
     bool ShowUploadSelect() override;
     void ShowUploadData() override;
     void ShowUploadRunList(const std::string& studyGroup) override;
+    void ShowDeleteTempRuns() override;
+    void ShowDeleteTDCFiles() override;
 
 private:
     AppContext* context_ = nullptr;

@@ -12,6 +12,7 @@
 #include "platform/DiskFileSystem.h"
 #include "platform/QtDesktop.h"
 #include "platform/QtMessageBoxes.h"
+#include "platform/QtSerialPort.h"
 #include "platform/QtWindowMemory.h"
 #include "platform/SystemClock.h"
 #include "workspace/forms/frmMain.h"
@@ -65,8 +66,9 @@ int RunWindow(QApplication& application, const WindowArguments& arguments, FileS
     QtDesktop desktop;
     WindowEnd end;
     QtWindowMemory memory(files.SettingsFolder());
+    QtSerialPort serial;
     AppScreens screens;
-    AppContext context{state, files, messages, screens, desktop, clock, end, memory};
+    AppContext context{state, files, messages, screens, desktop, clock, end, memory, serial};
     screens.Use(context);
 
     frmMain window(context);

@@ -28,7 +28,9 @@ class NoDesktop : public Desktop {
 public:
     void Beep() override {}
     void OpenWebPage(const std::string&) override {}
+    void ViewText(const std::string&) override {}
     void OpenHelp(const std::string&, int) override {}
+    std::string ChooseFolder(const std::string&) override { return {}; }
 };
 
 struct CommandEnded {};

@@ -7,6 +7,7 @@
 #include "core/ports/FileSystem.h"
 #include "core/ports/MessageBoxes.h"
 #include "core/ports/Screens.h"
+#include "core/ports/SerialPort.h"
 #include "core/ports/WindowMemory.h"
 
 namespace vantor {
@@ -21,6 +22,7 @@ struct AppContext {
     Clock& Time;
     ApplicationEnd& End;
     WindowMemory& Memory;
+    SerialPort& Serial;
 };
 
 }  // namespace vantor

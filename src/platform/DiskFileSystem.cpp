@@ -148,6 +148,25 @@ private:
     std::unordered_map<std::string, Folder> folders_;
 };
 
+class DiskGrowingFile : public GrowingFile {
+public:
+    explicit DiskGrowingFile(const fs::path& path) : path_(path), file_(OpenNative(path, "wbx")) {
+        std::setvbuf(file_.get(), nullptr, _IONBF, 0);
+    }
+
+    void Append(std::span<const std::byte> bytes) override { WriteNative(file_, bytes, path_); }
+
+    void Close() override {
+        file_.reset();
+        FlushToDisk(path_);
+        FlushToDisk(path_.parent_path());
+    }
+
+private:
+    fs::path path_;
+    NativeFile file_;
+};
+
 std::string UserSettingsFolder() {
 #ifdef _WIN32
     const char* base = std::getenv("APPDATA");
@@ -191,6 +210,7 @@ std::vector<FileInfo> DiskFileSystem::List(const std::string& folder) const {
     }
     std::sort(found.begin(), found.end(), [](const auto& left, const auto& right) { return left.first < right.first; });
     std::vector<FileInfo> entries;
+    entries.reserve(found.size());
     for (auto& [folded, info] : found) entries.push_back(std::move(info));
     return entries;
 }
@@ -204,6 +224,10 @@ std::unique_ptr<InputFile> DiskFileSystem::Open(const std::string& path) const {
 }
 
 std::unique_ptr<WriteBatch> DiskFileSystem::BeginWrites() { return std::make_unique<DiskWriteBatch>(); }
+
+std::unique_ptr<GrowingFile> DiskFileSystem::Create(const std::string& path) {
+    return std::make_unique<DiskGrowingFile>(Resolved(path));
+}
 
 void DiskFileSystem::Rename(const std::string& from, const std::string& to) {
     const fs::path source = Resolved(from);

@@ -15,6 +15,7 @@ public:
     std::vector<FileInfo> List(const std::string& folder) const override;
     std::unique_ptr<InputFile> Open(const std::string& path) const override;
     std::unique_ptr<WriteBatch> BeginWrites() override;
+    std::unique_ptr<GrowingFile> Create(const std::string& path) override;
     void Rename(const std::string& from, const std::string& to) override;
     void Copy(const std::string& from, const std::string& to) override;
     void Delete(const std::string& path) override;

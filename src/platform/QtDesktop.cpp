@@ -2,18 +2,70 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QFileDialog>
+#include <QProcess>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QUrl>
 
+#include "core/RunTimeError.h"
 #include "core/forms/Named.h"
 
 namespace vantor {
+namespace {
+
+#if defined(Q_OS_WIN)
+
+QStringList TextViewerCommand(const QString& file) { return {QStringLiteral("notepad.exe"), file}; }
+
+#elif defined(Q_OS_MACOS)
+
+QStringList TextViewerCommand(const QString& file) { return {QStringLiteral("open"), QStringLiteral("-t"), file}; }
+
+#else
+
+/// The desktop's application for plain text, by its desktop entry: asked for the file itself, the desktop would look at
+/// the contents, and an empty file is no text to it. Empty where there is none that opens a window.
+QStringList TextViewerCommand(const QString& file) {
+    constexpr int PatienceInMilliseconds = 1000;
+    QProcess query;
+    query.start(QStringLiteral("xdg-mime"),
+                {QStringLiteral("query"), QStringLiteral("default"), QStringLiteral("text/plain")});
+    if (!query.waitForFinished(PatienceInMilliseconds)) return {};
+    const QString name = QString::fromUtf8(query.readAllStandardOutput()).trimmed();
+    const QString path = QStandardPaths::locate(QStandardPaths::ApplicationsLocation, name);
+    if (name.isEmpty() || path.isEmpty()) return {};
+    QSettings entry(path, QSettings::IniFormat);
+    entry.beginGroup(QStringLiteral("Desktop Entry"));
+    if (entry.value(QStringLiteral("Terminal")).toBool()) return {};
+    QStringList command;
+    for (const QString& word : QProcess::splitCommand(entry.value(QStringLiteral("Exec")).toString()))
+        if (!word.startsWith(QLatin1Char('%'))) command.append(word);
+    if (!command.isEmpty()) command.append(file);
+    return command;
+}
+
+#endif
+
+}  // namespace
 
 void QtDesktop::Beep() { QApplication::beep(); }
 
 void QtDesktop::OpenWebPage(const std::string& address) { QDesktopServices::openUrl(QUrl(ToQt(address))); }
 
+void QtDesktop::ViewText(const std::string& path) {
+    QStringList command = TextViewerCommand(ToQt(path));
+    if (!command.isEmpty() && QProcess::startDetached(command.takeFirst(), command)) return;
+    if (QDesktopServices::openUrl(QUrl::fromLocalFile(ToQt(path)))) return;
+    throw RunTimeError(ErrorNumber::FileNotFound, path + "\nThe desktop has no viewer for text files.");
+}
+
 void QtDesktop::OpenHelp(const std::string& helpFile, int) {
     QDesktopServices::openUrl(QUrl::fromLocalFile(ToQt(helpFile)));
+}
+
+std::string QtDesktop::ChooseFolder(const std::string& start) {
+    return FromQt(QFileDialog::getExistingDirectory(QApplication::activeWindow(), {}, ToQt(start)));
 }
 
 }  // namespace vantor

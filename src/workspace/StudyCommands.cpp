@@ -51,6 +51,12 @@ bool MayLeaveStudy(AppContext& context) {
     return !saves || SaveUnderItsName(context);
 }
 
+void DownloadAndProcess(AppContext& context) {
+    context.State.GpsObdUpload = false;
+    context.State.CounterFileChosen = false;
+    if (context.OtherScreens.ShowReadTDC()) context.OtherScreens.ShowUploadData();
+}
+
 void ProcessRuns(AppContext& context) {
     ApplicationState& state = context.State;
     struct ModeEnds {

@@ -13,6 +13,9 @@ bool SaveStudyNow(AppContext& context);
 /// was changed. False when the user wanted it saved and its name does not allow it; the study must stay then.
 bool MayLeaveStudy(AppContext& context);
 
+/// Downloads a counter, then lets the user process the runs of its dump. Nothing is processed when none came whole.
+void DownloadAndProcess(AppContext& context);
+
 /// Lets the user choose a counter file, unless the temporary-runs mode is set, then process the runs in the
 /// temporary folder. Nothing is processed when no file was chosen. The mode is off afterwards.
 void ProcessRuns(AppContext& context);

@@ -72,6 +72,10 @@ std::string TextAt(const std::vector<std::byte>& bytes, std::size_t offset, std:
 }
 
 TEST_F(ConvertCounterFileTest, WritesARecordAsTheBytesOfItsRun) {
+    // What the current run holds of an earlier one must not get into the file.
+    Program.State.CurrentRun.RunSamples.ResizeTo(9);
+    Program.State.CurrentRun.RunSamples[2].Latitude = 30.25;
+    Program.State.CurrentRun.Header.Notes = "earlier";
     // Pulses: 12 with key 1, 7 to a node, 255 to a node, 3; 277 in all.
     const auto names =
         Convert("T,017,003,MAINSTNB,0653,031108,01246\r\n012 001,007 128\r\n255 200,003 000\r\n00042\r\n" + EndMark);
@@ -100,6 +104,7 @@ TEST_F(ConvertCounterFileTest, WritesARecordAsTheBytesOfItsRun) {
     EXPECT_EQ(NumberAt<std::int32_t>(bytes, 7552 + 4), 19);
     EXPECT_EQ(NumberAt<std::int32_t>(bytes, 7552 + 8), 255);
     EXPECT_EQ(NumberAt<std::int32_t>(bytes, 7552 + 12), 3);
+    EXPECT_EQ(TextAt(bytes, 8320, 128), std::string(128, ' '));
     const std::vector<std::string> words = {{"\x0C\x01", 2}, {"\x07\x80", 2}, {"\xFF\x80", 2}, {"\x03\x00", 2}};
     for (std::size_t i = 0; i < words.size(); ++i)
         EXPECT_EQ(TextAt(bytes, 8448 + 48 * i, 48), words[i] + std::string(46, '\0')) << i;
@@ -189,7 +194,8 @@ TEST_F(ConvertCounterFileTest, LineEndsAndQuotesMakeNoDifference) {
 }
 
 TEST_F(ConvertCounterFileTest, WordsAcrossBordersOfReadingStayWhole) {
-    for (int shift = 0; shift < 9; ++shift) {
+    // Lines of nine words are 73 characters: each of them comes to lie on a border once.
+    for (int shift = 0; shift < 73; ++shift) {
         std::string data(static_cast<std::size_t>(shift), ' ');
         for (int i = 1; i <= 32767; ++i)
             data += std::to_string(100 + i % 150) + (i % 7 == 0 ? " 012" : " 000") + (i % 9 == 0 ? "\r\n" : ",");

@@ -42,7 +42,7 @@ TEST(CounterStudies, TellsWhatTheFirstRecordOfAStudyTells) {
 }
 
 TEST(CounterStudies, BeginAtATRecordWithAnotherNumber) {
-    const auto records = [](std::vector<std::pair<std::string, std::string>> starts) {
+    const auto records = [](const std::vector<std::pair<std::string, std::string>>& starts) {
         std::string text;
         for (const auto& [start, study] : starts) text += Record(start, study);
         return text + EndMark;

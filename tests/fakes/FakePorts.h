@@ -7,6 +7,7 @@
 
 #include "core/AppContext.h"
 #include "core/Settings.h"
+#include "fakes/FakeSerialPort.h"
 #include "fakes/MemoryFileSystem.h"
 #include "fakes/ScriptedMessageBoxes.h"
 
@@ -22,10 +23,17 @@ class FakeDesktop : public Desktop {
 public:
     int Beeps = 0;
     std::vector<std::string> Opened;
+    std::string AskedFrom;       ///< where the last choice of a folder began
+    std::string FolderToChoose;  ///< what the user chooses there
     void Beep() override { ++Beeps; }
     void OpenWebPage(const std::string& address) override { Opened.push_back(address); }
+    void ViewText(const std::string& path) override { Opened.push_back(path); }
     void OpenHelp(const std::string& helpFile, int context) override {
         Opened.push_back(helpFile + "#" + std::to_string(context));
+    }
+    std::string ChooseFolder(const std::string& start) override {
+        AskedFrom = start;
+        return FolderToChoose;
     }
 };
 
@@ -50,9 +58,13 @@ public:
     bool ShowStudySaveAs() override { return Show("frmStudySaveAs"); }
     bool ShowRunSelect() override { return Show("frmRunSelect"); }
     void ShowSpeedProfile(int) override { Show("frmPlotRunSpeedProfileHoriz"); }
+    void ShowPreferences() override { Show("frmPrefs"); }
+    bool ShowReadTDC() override { return Show("frmReadTDC"); }
     bool ShowUploadSelect() override { return Show("frmUploadSelectTDC"); }
     void ShowUploadData() override { Show("frmUploadData"); }
     void ShowUploadRunList(const std::string&) override { Show("frmUploadRunList"); }
+    void ShowDeleteTempRuns() override { Show("frmDeleteTempRuns"); }
+    void ShowDeleteTDCFiles() override { Show("frmDeleteTDCFiles"); }
 
 private:
     bool Show(const std::string& name) {
@@ -82,7 +94,8 @@ struct TestProgram {
     FixedClock Time;
     ThrowingEnd End;
     FakeWindowMemory Memory;
-    AppContext Context{State, Files, Messages, OtherScreens, DesktopServices, Time, End, Memory};
+    FakeSerialPort Serial;
+    AppContext Context{State, Files, Messages, OtherScreens, DesktopServices, Time, End, Memory, Serial};
 
     TestProgram() {
         for (const char* folder : {"/start/Temp", "/start/Study Groups", "/start/Field Data Files"})

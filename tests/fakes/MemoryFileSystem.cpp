@@ -64,6 +64,22 @@ private:
     std::vector<std::pair<std::string, std::vector<std::byte>>> pending_;
 };
 
+class MemoryGrowingFile : public GrowingFile {
+public:
+    MemoryGrowingFile(MemoryFileSystem& files, std::string path) : files_(files), path_(std::move(path)) {}
+
+    void Append(std::span<const std::byte> bytes) override {
+        files_.CountChange(path_);
+        std::vector<std::byte>& whole = files_.files_[path_];
+        whole.insert(whole.end(), bytes.begin(), bytes.end());
+    }
+    void Close() override { files_.CountChange(path_); }
+
+private:
+    MemoryFileSystem& files_;
+    std::string path_;
+};
+
 MemoryFileSystem::MemoryFileSystem() : folders_{"/", "/start", "/program"} {}
 
 std::string MemoryFileSystem::Resolved(const std::string& path) const {
@@ -97,6 +113,7 @@ std::optional<FileInfo> MemoryFileSystem::Find(const std::string& path) const {
     const auto file = files_.find(known);
     if (file == files_.end() || path.ends_with('/')) return std::nullopt;
     info.Size = file->second.size();
+    if (const auto modified = Modified.find(known); modified != Modified.end()) info.Modified = modified->second;
     return info;
 }
 
@@ -121,6 +138,16 @@ std::unique_ptr<InputFile> MemoryFileSystem::Open(const std::string& path) const
 }
 
 std::unique_ptr<WriteBatch> MemoryFileSystem::BeginWrites() { return std::make_unique<MemoryWriteBatch>(*this); }
+
+std::unique_ptr<GrowingFile> MemoryFileSystem::Create(const std::string& path) {
+    const std::string known = Resolved(path);
+    if (folders_.count(WithoutFinalSeparator(FolderOf(known))) == 0)
+        throw RunTimeError(ErrorNumber::PathNotFound, path);
+    if (Find(path)) throw RunTimeError(ErrorNumber::FileAlreadyExists, path);
+    CountChange(path);
+    files_[known];
+    return std::make_unique<MemoryGrowingFile>(*this, known);
+}
 
 void MemoryFileSystem::Rename(const std::string& from, const std::string& to) {
     const std::string source = Resolved(from);

@@ -20,6 +20,7 @@ public:
     std::vector<FileInfo> List(const std::string& folder) const override;
     std::unique_ptr<InputFile> Open(const std::string& path) const override;
     std::unique_ptr<WriteBatch> BeginWrites() override;
+    std::unique_ptr<GrowingFile> Create(const std::string& path) override;
     void Rename(const std::string& from, const std::string& to) override;
     void Copy(const std::string& from, const std::string& to) override;
     void Delete(const std::string& path) override;
@@ -41,9 +42,12 @@ public:
 
     std::string Current = "/start";
     std::string Settings = "/program/";
+    /// When a file was changed last, by path; day 0 where nothing stands here.
+    std::map<std::string, Date> Modified;
 
 private:
     friend class MemoryWriteBatch;
+    friend class MemoryGrowingFile;
     std::string Resolved(const std::string& path) const;
     void CountChange(const std::string& path);
 

@@ -1,8 +1,10 @@
 #include "platform/DiskFileSystem.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 
@@ -109,6 +111,34 @@ TEST_F(DiskFileSystemTest, KeepsPermissionsAndLinks) {
     struct stat status {};
     stat(At("real").c_str(), &status);
     EXPECT_EQ(status.st_mode & 0777U, 0640U);
+}
+
+TEST_F(DiskFileSystemTest, AGrowingFileHoldsWhatIsAppendedAtOnce) {
+    const auto file = files_.Create(At("Dump.tdc"));
+    EXPECT_EQ(Whole("Dump.tdc"), BytesOf(""));
+    file->Append(BytesOf("T"));
+    EXPECT_EQ(Whole("Dump.tdc"), BytesOf("T"));
+    file->Append(BytesOf(",001\r\n"));
+    EXPECT_EQ(Whole("Dump.tdc"), BytesOf("T,001\r\n"));
+    file->Close();
+    EXPECT_ERROR(FileAlreadyExists, files_.Create(At("DUMP.tdc")));
+    EXPECT_ERROR(PathNotFound, files_.Create(At("none/Dump.tdc")));
+    EXPECT_EQ(Whole("Dump.tdc"), BytesOf("T,001\r\n"));
+}
+
+TEST_F(DiskFileSystemTest, AGrowingFileTellsOfAFullDiskAtOnce) {
+    const auto file = files_.Create(At("Dump.tdc"));
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{4, old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    const auto whole = ErrorOf([&] { file->Append(BytesOf("T,01")); });
+    const auto beyond = ErrorOf([&] { file->Append(BytesOf("2")); });
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_EQ(whole, std::nullopt);
+    EXPECT_EQ(beyond, ErrorNumber::DiskFull);
 }
 
 TEST_F(DiskFileSystemTest, SettingsFolderFollowsTheEnvironmentAndPermissions) {

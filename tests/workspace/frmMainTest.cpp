@@ -24,9 +24,9 @@ struct LookingMessageBoxes : ScriptedMessageBoxes {
     }
 };
 
-TEST_F(Starting, TheFirstRunTellsOfThePreferencesAndSavesTheDefaults) {
+TEST_F(Starting, TheFirstRunTellsOfThePreferencesAndOpensThem) {
     LookingMessageBoxes looking;
-    AppContext context{State, Files, looking, OtherScreens, DesktopServices, Time, End, Memory};
+    AppContext context{State, Files, looking, OtherScreens, DesktopServices, Time, End, Memory, Serial};
     looking.Expect(
         "The Preferences screen will now be loaded so you can check the settings.\n"
         "This is the only time you will have to do this.");
@@ -37,13 +37,12 @@ TEST_F(Starting, TheFirstRunTellsOfThePreferencesAndSavesTheDefaults) {
     OtherScreens.OnShow["frmStartUp"] = [this] { return State.StartUpDone = true; };
     window.Start();
     EXPECT_TRUE(studyArea.isVisible());
-    EXPECT_EQ(OtherScreens.Shown, Names{"frmStartUp"}) << "the defaults ask for it";
-    const auto settings = Files.Bytes("/program/VANTOR.bin");
-    ASSERT_TRUE(settings && settings->size() == 878);
-    EXPECT_EQ(std::vector(settings->begin() + 560, settings->begin() + 566), BytesOf("blank "));
+    EXPECT_EQ(OtherScreens.Shown, (Names{"frmPrefs", "frmStartUp"})) << "the defaults ask for the start-up screen";
+    EXPECT_FALSE(Files.Bytes("/program/VANTOR.bin")) << "the preferences write it, on OK";
+    EXPECT_EQ(State.Paths.LastStudyName, "blank");
 
     window.Start();
-    EXPECT_EQ(OtherScreens.Shown.size(), 1U) << "starting again does nothing";
+    EXPECT_EQ(OtherScreens.Shown.size(), 2U) << "starting again does nothing";
 }
 
 TEST_F(Starting, WithoutAStudyTheScreenIsEmpty) {
@@ -146,8 +145,8 @@ TEST_F(MainWindow, MenusHoldEveryEntryAndThoseToComeAreDisabled) {
             ++(entry->isEnabled() ? ready : toCome);
             EXPECT_NE(entry->isEnabled(), entry->toolTip().contains("Comes with a later version"));
         }
-    EXPECT_EQ(ready, 10);
-    EXPECT_EQ(toCome, 11);
+    EXPECT_EQ(ready, 14);
+    EXPECT_EQ(toCome, 7);
     Messages.Expect("Vantor\nVersion " VANTOR_VERSION);
     Choose("mnuHelpAbout");
     Choose("mnuHelpSupport");
@@ -155,6 +154,24 @@ TEST_F(MainWindow, MenusHoldEveryEntryAndThoseToComeAreDisabled) {
     State.GpsObdUpload = true;
     Choose("mnuFileProcessRuns");
     EXPECT_EQ(OtherScreens.Shown, Names{"frmUploadSelectTDC"});
+    EXPECT_FALSE(State.GpsObdUpload);
+    OtherScreens.Shown.clear();
+    Choose("mnuFilePrefs");
+    Choose("mnuUtilDeleteRuns");
+    Choose("mnuUtilDeleteTDC");
+    EXPECT_EQ(OtherScreens.Shown, (Names{"frmPrefs", "frmDeleteTempRuns", "frmDeleteTDCFiles"}));
+}
+
+TEST_F(MainWindow, DumpOfACounterGoesOnToTheUploadOnlyWhenItIsWhole) {
+    Start();
+    State.GpsObdUpload = true;
+    State.CounterFileChosen = true;
+    Choose("mnuFileReadTDC");
+    EXPECT_EQ(OtherScreens.Shown, Names{"frmReadTDC"});
+    EXPECT_FALSE(State.CounterFileChosen) << "an earlier choice must not be taken for this one";
+    OtherScreens.OnShow["frmReadTDC"] = [] { return true; };
+    Press("tbrMain(5)");
+    EXPECT_EQ(OtherScreens.Shown, (Names{"frmReadTDC", "frmReadTDC", "frmUploadData"}));
     EXPECT_FALSE(State.GpsObdUpload);
 }
 
@@ -169,11 +186,10 @@ TEST_F(MainWindow, ToolbarButtonsDoTheirCommandsAndSeparatorsSaySo) {
     Press("tbrMain(15)");
     EXPECT_EQ(OtherScreens.Shown, (Names{"frmStudyOpen", "frmPlotRunSpeedProfileHoriz", "frmStartUp"}));
     EXPECT_EQ(DesktopServices.Opened.size(), 1U);
-    for (const char* later : {"tbrMain(5)", "tbrMain(9)", "tbrMain(11)"})
-        EXPECT_FALSE(Find<QWidget>(*Window, later).isEnabled()) << later;
+    EXPECT_FALSE(Find<QWidget>(*Window, "tbrMain(9)").isEnabled());
     EXPECT_EQ(DesktopServices.Beeps, 0);
     const auto before = Current().Record;
-    for (const int index : {-1, 0, 4, 5, 6, 8, 9, 14, 16}) {
+    for (const int index : {-1, 0, 4, 6, 8, 9, 10, 14, 16}) {
         Messages.Expect(NotWorking);
         Window->ToolbarButtonClick(index);
     }

@@ -60,8 +60,7 @@ TEST_F(frmStartUpTest, OffersOnlyWhatIsThere) {
         EXPECT_EQ(form.findChild<QWidget*>("BtnLastStudy"), nullptr) << name;
     }
     Shown<frmStartUp> form(Program.Context);
-    for (const char* name : {"ReadTDCBut", "BtnProcessRoamlap", "BtnProcessRoampad", "BtnProcessRevlap",
-                             "BtnProcessRevpad", "BtnPreferences"}) {
+    for (const char* name : {"BtnProcessRoamlap", "BtnProcessRoampad", "BtnProcessRevlap", "BtnProcessRevpad"}) {
         EXPECT_FALSE(IsEnabled(form, name)) << name;
         EXPECT_EQ(Find<QWidget>(form, name).toolTip(), "This choice is not available yet.") << name;
     }

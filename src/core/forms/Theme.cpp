@@ -6,6 +6,7 @@
 #include <QResource>
 #include <QStyleFactory>
 #include <QSvgRenderer>
+#include <QWidget>
 
 /// The icons lie in a static library; without this the linker leaves them out. The macro works outside namespaces only.
 static void LinkIcons() { Q_INIT_RESOURCE(icons); }
@@ -141,6 +142,15 @@ ColourPair RedPair(const QPalette& palette) {
 ColourPair AmberPair(const QPalette& palette) {
     if (IsDark(palette)) return {QColor(0x57, 0x45, 0x14), QColor(0xff, 0xf4, 0xd6)};
     return {QColor(0xff, 0xea, 0xb8), QColor(0x3d, 0x2b, 0x00)};
+}
+
+ColourPair YellowPair(const QPalette& palette) {
+    if (IsDark(palette)) return {QColor(0x5c, 0x57, 0x00), QColor(0xff, 0xff, 0xe0)};
+    return {QColor(0xff, 0xff, 0x80), QColor(0x2b, 0x2a, 0x00)};
+}
+
+QColor RedText(const QPalette& palette) {
+    return IsDark(palette) ? QColor(0xff, 0xa8, 0xa8) : QColor(0xb0, 0x10, 0x10);
 }
 
 ColourPair GradePair(const QString& grade, const QPalette& palette) {

@@ -36,6 +36,10 @@ struct ColourPair {
 ColourPair GreenPair(const QPalette& palette);
 ColourPair RedPair(const QPalette& palette);
 ColourPair AmberPair(const QPalette& palette);
+/// The yellow of the field that is being edited.
+ColourPair YellowPair(const QPalette& palette);
+/// Red letters on a field's own background, contrast 4.5 : 1 or more.
+QColor RedText(const QPalette& palette);
 
 /// The background of a grade badge, green for "A" to red for "F", with the text on it.
 ColourPair GradePair(const QString& grade, const QPalette& palette);

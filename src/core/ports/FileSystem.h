@@ -48,6 +48,17 @@ public:
     virtual void Commit() = 0;
 };
 
+/// A new file that grows in place. What is appended stands in the file at once, for other programs, too; an append that
+/// fails may have left a part of its bytes.
+class GrowingFile {
+public:
+    /// Closes the file as it is.
+    virtual ~GrowingFile() = default;
+    virtual void Append(std::span<const std::byte> bytes) = 0;
+    /// Returns when all of the file is on the disk. Nothing can be appended afterwards.
+    virtual void Close() = 0;
+};
+
 /// The disk. Paths are UTF-8; look-ups ignore letter case, an exact match wins over one in another case; new files
 /// get exactly the name asked for. Failures are RunTimeErrors that name the path: 53 or 76 missing, 58 exists,
 /// 61 disk full, 70 permission denied, 75 anything else.
@@ -62,6 +73,8 @@ public:
 
     virtual std::unique_ptr<InputFile> Open(const std::string& path) const = 0;
     virtual std::unique_ptr<WriteBatch> BeginWrites() = 0;
+    /// Error 58 when the file exists.
+    virtual std::unique_ptr<GrowingFile> Create(const std::string& path) = 0;
 
     /// Error 58 when `to` exists.
     virtual void Rename(const std::string& from, const std::string& to) = 0;

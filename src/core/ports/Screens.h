@@ -19,11 +19,16 @@ public:
     virtual bool ShowRunSelect() = 0;
     /// The speed profile of the current run, which is run `entryIndex` of the study.
     virtual void ShowSpeedProfile(int entryIndex) = 0;
+    virtual void ShowPreferences() = 0;
+    /// True when a whole dump was received; its file is the chosen counter file.
+    virtual bool ShowReadTDC() = 0;
     /// True when a counter file was chosen.
     virtual bool ShowUploadSelect() = 0;
     virtual void ShowUploadData() = 0;
     /// The runs that lie in a Study Group.
     virtual void ShowUploadRunList(const std::string& studyGroup) = 0;
+    virtual void ShowDeleteTempRuns() = 0;
+    virtual void ShowDeleteTDCFiles() = 0;
 };
 
 }  // namespace vantor

@@ -57,7 +57,7 @@ frmUploadData::frmUploadData(AppContext& context) : context_(context) {
     layout->addLayout(BuildButtons());
     // Enter makes a Study Group or nothing: it must not close the window in the middle of the work.
     for (auto* button : findChildren<QPushButton*>()) button->setAutoDefault(false);
-    resize(940, 540);
+    resize(1180, 600);
     ConnectControls();
 
     const RunNameTemplate defaults;

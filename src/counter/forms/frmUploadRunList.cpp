@@ -42,7 +42,7 @@ frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& study
     layout->addWidget(lblStudyGroup);
     layout->addWidget(frame);
     layout->addLayout(buttons);
-    resize(920, 420);
+    resize(1040, 420);
     vaShowRuns->setFocus();
 
     Connect(BtnUploadOk, &QPushButton::clicked, this, context.Messages, [this] { accept(); });

@@ -1,6 +1,5 @@
 #include "counter/forms/frmUploadSelectTDC.h"
 
-#include <QApplication>
 #include <QHBoxLayout>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -19,14 +18,6 @@ constexpr int FileIndexRole = Qt::UserRole;
 /// The root of the drive that a path lies on.
 std::string RootOf(const std::string& path) { return path.substr(0, path.find(PathSeparator) + 1); }
 
-class WaitCursor {
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
-
 }  // namespace
 
 frmUploadSelectTDC::frmUploadSelectTDC(AppContext& context) : context_(context) {
@@ -38,7 +29,8 @@ frmUploadSelectTDC::frmUploadSelectTDC(AppContext& context) : context_(context) 
     auto* files = Named<QSplitter>(folders, "splFiles");
     files->setOrientation(Qt::Vertical);
     files->addWidget(BuildFiles());
-    files->addWidget(BuildDetails());
+    FrFileDetails_ = Named<CounterStudiesFrame>(files, "FrFileDetails", tr("File Details"));
+    files->addWidget(FrFileDetails_);
     folders->setStretchFactor(0, 2);
     folders->setStretchFactor(1, 3);
     for (QSplitter* splitter : {files, folders}) splitter->setChildrenCollapsible(false);
@@ -77,21 +69,6 @@ QWidget* frmUploadSelectTDC::BuildFiles() {
     layout->addWidget(LabelFor(vaSelTDCFile_, tr("Counter &files")));
     layout->addWidget(vaSelTDCFile_);
     return side;
-}
-
-QGroupBox* frmUploadSelectTDC::BuildDetails() {
-    auto* frame = Named<QGroupBox>(this, "FrFileDetails", tr("File Details"));
-    vaStudyInfo_ = Named<Table>(frame, "vaStudyInfo");
-    vaStudyInfo_->setAccessibleName(tr("Studies in the selected file"));
-    vaStudyInfo_->SetColumns({tr("Study"), tr("Site Code"), tr("Date / Time"), tr("Runs")});
-    lblProblem_ = Named<QLabel>(frame, "lblProblem");
-    lblProblem_->setWordWrap(true);
-    lblProblem_->setTextFormat(Qt::PlainText);
-    lblProblem_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto* layout = new QVBoxLayout(frame);
-    layout->addWidget(vaStudyInfo_, 1);
-    layout->addWidget(lblProblem_);
-    return frame;
 }
 
 QLayout* frmUploadSelectTDC::BuildButtons() {
@@ -134,65 +111,35 @@ void frmUploadSelectTDC::OpenFieldDataFolder() {
 }
 
 void frmUploadSelectTDC::ListFolder(const std::string& folder) {
-    const WaitCursor waiting;
     folder_ = folder;
-    listed_.clear();
     vaSelTDCFile_->BeginFilling();
-    for (const FileInfo& info : FilesWithExtension(context_.Files, folder, CounterFileExtension)) {
-        listed_.push_back(Counted(folder, BaseName(info.Name)));
-        ShowFile(listed_.back(), static_cast<int>(listed_.size()) - 1);
+    listed_ = {};
+    listed_ = ListCounterFiles(context_.Files, folder, context_.End);
+    for (std::size_t index = 0; index < listed_.size(); ++index) {
+        const int row = vaSelTDCFile_->AddRow();
+        vaSelTDCFile_->SetText(row, 0, ToQt(listed_[index].Name + " "));
+        vaSelTDCFile_->item(row, 0)->setData(FileIndexRole, static_cast<int>(index));
+        SetStudyCount(*vaSelTDCFile_, row, 1, listed_[index]);
     }
     vaSelTDCFile_->EndFilling();
     if (!listed_.empty()) vaSelTDCFile_->selectRow(0);
     ShowStudies();
 }
 
-frmUploadSelectTDC::ListedFile frmUploadSelectTDC::Counted(const std::string& folder, const std::string& name) const {
-    ListedFile file{name, {}, {}};
-    try {
-        file.Studies = CounterStudies(context_.Files, folder + name + CounterFileExtension, context_.End);
-    } catch (const RunTimeError& error) {
-        file.Problem = error.Message();
-    }
-    return file;
-}
-
-void frmUploadSelectTDC::ShowFile(const ListedFile& file, int index) {
-    const int row = vaSelTDCFile_->AddRow();
-    vaSelTDCFile_->SetText(row, 0, ToQt(file.Name + " "));
-    vaSelTDCFile_->item(row, 0)->setData(FileIndexRole, index);
-    const auto count = static_cast<int>(file.Studies.size());
-    vaSelTDCFile_->SetNumber(row, 1, count, file.Problem.empty() ? QString::number(count) : QString());
-    for (int column = 0; column < 2; ++column) vaSelTDCFile_->item(row, column)->setToolTip(ToQt(file.Problem));
-}
-
-const frmUploadSelectTDC::ListedFile* frmUploadSelectTDC::SelectedFile() const {
+const ListedCounterFile* frmUploadSelectTDC::SelectedFile() const {
     const auto rows = vaSelTDCFile_->SelectedRows();
     if (rows.empty()) return nullptr;
     return &listed_[static_cast<std::size_t>(vaSelTDCFile_->item(rows.front(), 0)->data(FileIndexRole).toInt())];
 }
 
 void frmUploadSelectTDC::ShowStudies() {
-    const ListedFile* file = SelectedFile();
+    const ListedCounterFile* file = SelectedFile();
     BtnSelect_->setEnabled(file != nullptr);
-    lblProblem_->setText(file == nullptr ? QString() : ToQt(file->Problem));
-    lblProblem_->setVisible(!lblProblem_->text().isEmpty());
-    vaStudyInfo_->SetEmptyText(file == nullptr ? tr("Choose a counter file to see its studies.")
-                                               : tr("No study could be counted in this file."));
-    vaStudyInfo_->BeginFilling();
-    if (file != nullptr)
-        for (const CounterStudy& study : file->Studies) {
-            const int row = vaStudyInfo_->AddRow();
-            vaStudyInfo_->SetText(row, 0, ToQt(study.Study));
-            vaStudyInfo_->SetText(row, 1, ToQt(study.SiteCode));
-            vaStudyInfo_->SetText(row, 2, ToQt(study.Date + "  " + study.Time));
-            vaStudyInfo_->SetNumber(row, 3, study.Runs, QString::number(study.Runs));
-        }
-    vaStudyInfo_->EndFilling();
+    FrFileDetails_->ShowFile(file);
 }
 
 void frmUploadSelectTDC::Select() {
-    const ListedFile* file = SelectedFile();
+    const ListedCounterFile* file = SelectedFile();
     if (file == nullptr) return;
     context_.State.ChosenCounterFileFolder = folder_;
     context_.State.ChosenCounterFileName = file->Name;

@@ -67,11 +67,11 @@ private:
         const double height = metrics_.height();
         const int step = geometry_.ScaleStep();
         double labelled = 0;
-        for (double value = std::ceil(geometry_.Offset() / step) * step;
-             value <= geometry_.Offset() + geometry_.Visible() + step / 1000.0; value += step) {
-            const double x = std::floor(geometry_.XOf(value));
+        const int first = static_cast<int>(std::ceil(geometry_.Offset() / step));
+        for (int line = first; line * step <= geometry_.Offset() + geometry_.Visible(); ++line) {
+            const double x = std::floor(geometry_.XOf(line * step));
             painter_.fillRect(QRectF(x, area_.Top, 1, area_.Baseline - area_.Top), colours_.Grid);
-            const QString text = QString::number(value, 'f', 0);
+            const QString text = QString::number(line * step);
             const double width = metrics_.horizontalAdvance(text);
             const double left = std::min(x - width / 2, size_.width() - width - Space);
             if (left < labelled) continue;

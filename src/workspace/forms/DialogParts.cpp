@@ -7,8 +7,8 @@
 namespace vantor {
 
 QHBoxLayout* DialogFoot(QDialog& dialog, AppContext& context, std::initializer_list<QPushButton*> actions,
-                        const QString& wayOut) {
-    auto* cancel = Named<QPushButton>(&dialog, "BtnCancel", wayOut);
+                        const QString& wayOut, const char* wayOutName) {
+    auto* cancel = Named<QPushButton>(&dialog, wayOutName, wayOut);
     auto* help = Named<QPushButton>(&dialog, "cmdHelp", QStringLiteral("Help"));
     help->setShortcut(QKeySequence::HelpContents);
     Connect(cancel, &QPushButton::clicked, &dialog, context.Messages, [&dialog] { dialog.reject(); });

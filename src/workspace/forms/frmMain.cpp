@@ -68,7 +68,7 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
         {"&File", "mnuFileSaveAs", "Save Study As...", "save-study-as", Keys("Ctrl+Shift+S"), 0, "",
          to(&frmMain::SaveAs)},
         {"&File", "", "", ""},
-        {"&File", "mnuFileReadTDC", "&Read TDC Counter", "read-counter", {}, 5, "Read TDC", comesLater},
+        {"&File", "mnuFileReadTDC", "&Read TDC Counter", "read-counter", {}, 5, "Read TDC", to(&frmMain::ReadCounter)},
         {"&File",
          "mnuFileProcessRuns",
          "Process Runs in Temp Folder",
@@ -84,7 +84,7 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
         {"&File", "", "", ""},
         {"", "", "Show Details", "show-details", {}, ShowDetailsButton, "Details", to(&frmMain::ShowDetails)},
         {"&File", "mnuFilePrint", "&Print Report", "print", Keys("Ctrl+P"), 9, "Print", comesLater},
-        {"&File", "mnuFilePrefs", "Preferences", "preferences", {}, 11, "Preferences", comesLater},
+        {"&File", "mnuFilePrefs", "Preferences", "preferences", {}, 11, "Preferences", to(&frmMain::ShowPreferences)},
         {"&File",
          "mnuFileStartUp",
          "StartUp Options",
@@ -96,8 +96,22 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
         {"&File", "", "", ""},
         {"&File", "mnuFileExit", "E&xit", "exit", Keys("Ctrl+Q"), 0, "", [this] { close(); }},
         {"&View", "mnuViewStatistics", "Study Statistics", "statistics", {}, 0, "", to(&frmMain::ShowStudyStatistics)},
-        {"&Utilities", "mnuUtilDeleteRuns", "Delete Runs in Temp Folder", "delete-runs"},
-        {"&Utilities", "mnuUtilDeleteTDC", "Delete Data Files in TDC Data Folder", "delete-data"},
+        {"&Utilities",
+         "mnuUtilDeleteRuns",
+         "Delete Runs in Temp Folder",
+         "delete-runs",
+         {},
+         0,
+         "",
+         [this] { context_.OtherScreens.ShowDeleteTempRuns(); }},
+        {"&Utilities",
+         "mnuUtilDeleteTDC",
+         "Delete Data Files in TDC Data Folder",
+         "delete-data",
+         {},
+         0,
+         "",
+         [this] { context_.OtherScreens.ShowDeleteTDCFiles(); }},
         {"&Utilities", "mnuUtilExport", "Export to Excel", "export-spreadsheet"},
         {"&Help", "mnuHelpTopics", "Help Topics", "help", Keys("F1")},
         {"&Help", "mnuHelpSupport", "Support Site", "support", {}, 15, "Support", to(&frmMain::OpenSupportSite)},
@@ -192,7 +206,7 @@ void frmMain::ShowFirstRun() {
     context_.Messages.Tell(
         "The Preferences screen will now be loaded so you can check the settings.\n"
         "This is the only time you will have to do this.");
-    Guarded(context_.Messages, [&] { SaveSettings(context_.State, context_.Files); });
+    Guarded(context_.Messages, [&] { context_.OtherScreens.ShowPreferences(); });
     frStudyDetails_->show();
 }
 
@@ -308,6 +322,16 @@ void frmMain::SaveAs() {
     RefreshStudyResults();
 }
 
+void frmMain::ReadCounter() {
+    DownloadAndProcess(context_);
+    RefreshStudyResults();
+}
+
+void frmMain::ShowPreferences() {
+    context_.OtherScreens.ShowPreferences();
+    RefreshStudyResults();
+}
+
 void frmMain::ProcessTemporaryRuns() {
     context_.State.GpsObdUpload = false;
     ProcessRuns(context_);
@@ -330,6 +354,8 @@ void frmMain::CarryOut(StartUpChoice choice) {
         case StartUpChoice::LastStudy: return OpenLastStudy();
         case StartUpChoice::ProcessTdcData:
         case StartUpChoice::ProcessTempRuns: return ProcessTemporaryRuns();
+        case StartUpChoice::ReadCounter: return ReadCounter();
+        case StartUpChoice::Preferences: return ShowPreferences();
         case StartUpChoice::Exit: close(); return;
         default: return menu_->TellNotWorking();
     }

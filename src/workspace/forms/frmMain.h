@@ -63,7 +63,9 @@ private:
     void OpenLastStudy();
     void SaveNow();
     void SaveAs();
+    void ReadCounter();
     void ProcessTemporaryRuns();
+    void ShowPreferences();
     void ShowStartUpOptions();
     void CarryOut(StartUpChoice choice);
     void ShowStudyStatistics();

@@ -38,9 +38,7 @@ protected:
 
 std::string LastStudyName(const AppContext& context) {
     const std::string& name = context.State.Paths.LastStudyName;
-    const bool isThere = name != NoStudyName && IsSafeName(name) &&
-                         FileExists(context.Files, StudyGroupFolder(context.State) + name + StudyExtension);
-    return isThere ? name : std::string();
+    return LastStudyExists(context.State, context.Files) ? name : std::string();
 }
 
 QLabel* Heading(QWidget* parent, const QString& text, int morePoints) {
@@ -105,7 +103,7 @@ QLayout* frmStartUp::BuildChoices() {
     add(1, 0,
         BuildGroup("frCounter", QStringLiteral("Counter Runs"),
                    {{ReadCounter, "ReadTDCBut", QStringLiteral("&Read TDC Counter"), "read-counter",
-                     QStringLiteral("Download a counter's memory over a serial port."), false},
+                     QStringLiteral("Download a counter's memory over a serial port.")},
                     {ProcessTdcData, "BtnProcessTDC", QStringLiteral("Process &TDC Data"), "counter-file",
                      QStringLiteral("Convert a counter file into runs for a Study Group.")},
                     {ProcessTempRuns, "BtnProcessTemp", QStringLiteral("Process Runs in Temp &Folder"), "process-runs",
@@ -125,7 +123,7 @@ QLayout* frmStartUp::BuildChoices() {
     add(1, 1,
         BuildGroup("frProgram", QStringLiteral("Program"),
                    {{Preferences, "BtnPreferences", QStringLiteral("Preference&s"), "preferences",
-                     QStringLiteral("Folders, units, serial port and report headings."), false},
+                     QStringLiteral("Folders, units, serial port and report headings.")},
                     {Exit, "BtnExit", QStringLiteral("E&xit"), "exit", QStringLiteral("End the program.")}}));
     return grid;
 }

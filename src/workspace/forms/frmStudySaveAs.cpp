@@ -3,6 +3,7 @@
 #include <QFormLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "core/Paths.h"
 #include "core/Text.h"

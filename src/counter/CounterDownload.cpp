@@ -1,0 +1,135 @@
+#include "counter/CounterDownload.h"
+
+#include <span>
+
+#include "core/Paths.h"
+#include "core/modMain.h"
+#include "counter/CounterFile.h"
+
+namespace vantor {
+namespace {
+
+constexpr std::string_view EndMark = "::::::::::::::::::::";
+/// Room for the end mark and what may follow it between two looks.
+constexpr std::size_t TailLength = 30;
+
+}  // namespace
+
+std::string WithoutControlCharacters(const std::string& bytes) {
+    std::string kept;
+    kept.reserve(bytes.size());
+    for (const char character : bytes)
+        if (static_cast<unsigned char>(character) >= ' ' || character == '\r' || character == '\n') kept += character;
+    return kept;
+}
+
+CounterDownload::CounterDownload(ApplicationState& state, FileSystem& files, SerialPort& port, const Clock& clock,
+                                 ApplicationEnd& end)
+    : state_(state),
+      files_(files),
+      port_(port),
+      clock_(clock),
+      end_(end),
+      baudRate_(state.Settings.BaudRate),
+      portNumber_(state.Settings.CommPort) {}
+
+std::string CounterDownload::Prompt() const {
+    switch (stage_) {
+        case DownloadStage::Waiting:
+            return "Begin dumping the Corvel counter by selecting DUMP then\n"
+                   "LOCAL then BEGIN from the counter menu.\n"
+                   "[Click SETUP to change baud rate and/or comm port settings.]";
+        case DownloadStage::Receiving: return "Reading data from the counter, please wait...";
+        case DownloadStage::Closed: break;
+    }
+    return "Turn on the Corvel counter and plug the serial cable into COM" + std::to_string(portNumber_) +
+           ".\nMake sure the baud rate on the counter is set to " + std::to_string(baudRate_) +
+           ",\nthen press the Begin pushbutton above.";
+}
+
+std::string CounterDownload::FilePath() const {
+    if (!file_) return {};
+    return AsFolder(state_.Paths.FieldDataPath) + baseName_ + CounterFileExtension;
+}
+
+void CounterDownload::Begin() {
+    const std::string folder = AsFolder(state_.Paths.FieldDataPath);
+    baseName_ = "!Kestrel-" + DashedDate(clock_.Now()) + "-1";
+    while (FileExists(files_, folder + baseName_ + CounterFileExtension)) baseName_ = NextName(baseName_);
+    file_ = files_.Create(folder + baseName_ + CounterFileExtension);
+    tail_.clear();
+    stage_ = DownloadStage::Waiting;
+    try {
+        port_.SetNumber(portNumber_);
+        port_.SetSettings(std::to_string(baudRate_) + ",n,8,1");
+        port_.Open();
+    } catch (const RunTimeError&) {
+        CancelQuietly();
+        throw;
+    }
+}
+
+void CounterDownload::Cancel() {
+    if (stage_ == DownloadStage::Closed) return;
+    stage_ = DownloadStage::Closed;
+    port_.Close();
+    const std::string path = FilePath();
+    file_.reset();
+    if (FileExists(files_, path)) files_.Delete(path);
+}
+
+void CounterDownload::CancelQuietly() {
+    try {
+        Cancel();
+    } catch (const RunTimeError&) {  // the error that led here says more
+    }
+}
+
+void CounterDownload::TakeEvent(SerialEvent event) {
+    if (stage_ == DownloadStage::Closed) return;
+    if (event == SerialEvent::Overrun || event == SerialEvent::ReceiveBufferOverflow) {
+        const FatalFormatFault fault{FilePath(), 0, "a dump without lost characters"};
+        CancelQuietly();
+        end_.EndAtOnce(fault);
+    }
+    if (event != SerialEvent::Received) return;
+    try {
+        Append(WithoutControlCharacters(port_.ReadAll()));
+    } catch (const RunTimeError&) {
+        // A cable pulled as soon as the dump is over takes nothing away from it.
+        if (HasEndMark()) return;
+        CancelQuietly();
+        throw;
+    }
+}
+
+void CounterDownload::Append(const std::string& received) {
+    if (received.empty()) return;
+    stage_ = DownloadStage::Receiving;
+    file_->Append(std::as_bytes(std::span(received)));
+    tail_ += received;
+    if (tail_.size() > TailLength) tail_.erase(0, tail_.size() - TailLength);
+}
+
+bool CounterDownload::HasEndMark() const { return tail_.find(EndMark) != std::string::npos; }
+
+bool CounterDownload::Finish() {
+    if (stage_ != DownloadStage::Receiving || !HasEndMark()) return false;
+    try {
+        file_->Close();
+    } catch (const RunTimeError&) {
+        CancelQuietly();
+        throw;
+    }
+    file_.reset();
+    port_.Close();
+    stage_ = DownloadStage::Closed;
+    state_.CounterFileChosen = true;
+    state_.ChosenCounterFileFolder = AsFolder(state_.Paths.FieldDataPath);
+    state_.ChosenCounterFileName = baseName_;
+    state_.Settings.BaudRate = baudRate_;
+    state_.Settings.CommPort = portNumber_;
+    return true;
+}
+
+}  // namespace vantor

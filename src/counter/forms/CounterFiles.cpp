@@ -1,0 +1,80 @@
+#include "counter/forms/CounterFiles.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QVBoxLayout>
+
+#include "core/Paths.h"
+#include "core/RunTimeError.h"
+#include "core/forms/Named.h"
+
+namespace vantor {
+namespace {
+
+class WaitCursor {
+public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
+}  // namespace
+
+std::vector<ListedCounterFile> ListCounterFiles(const FileSystem& files, const std::string& folder,
+                                                ApplicationEnd& end) {
+    const WaitCursor waiting;
+    std::vector<ListedCounterFile> listed;
+    for (const FileInfo& info : FilesWithExtension(files, folder, CounterFileExtension)) {
+        ListedCounterFile file{BaseName(info.Name), info.Modified, {}, {}};
+        try {
+            file.Studies = CounterStudies(files, folder + file.Name + CounterFileExtension, end);
+        } catch (const RunTimeError& error) {
+            file.Problem = error.Message();
+        }
+        listed.push_back(std::move(file));
+    }
+    return listed;
+}
+
+void SetStudyCount(Table& table, int row, int column, const ListedCounterFile& file) {
+    const auto count = static_cast<int>(file.Studies.size());
+    table.SetNumber(row, column, count, file.Problem.empty() ? QString::number(count) : QString());
+    for (int cell = 0; cell <= column; ++cell) table.item(row, cell)->setToolTip(ToQt(file.Problem));
+}
+
+CounterStudiesFrame::CounterStudiesFrame(QWidget* parent)
+    : QGroupBox(parent),
+      vaStudyInfo_(Named<Table>(this, "vaStudyInfo")),
+      lblProblem_(Named<QLabel>(this, "lblProblem")) {
+    vaStudyInfo_->setAccessibleName(tr("Studies in the selected file"));
+    // No wider than they need to be.
+    vaStudyInfo_->horizontalHeader()->setDefaultSectionSize(vaStudyInfo_->horizontalHeader()->minimumSectionSize());
+    vaStudyInfo_->SetColumns({tr("Study"), tr("Site Code"), tr("Date / Time"), tr("Runs")});
+    lblProblem_->setWordWrap(true);
+    lblProblem_->setTextFormat(Qt::PlainText);
+    lblProblem_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(vaStudyInfo_, 1);
+    layout->addWidget(lblProblem_);
+    ShowFile(nullptr);
+}
+
+void CounterStudiesFrame::ShowFile(const ListedCounterFile* file) {
+    lblProblem_->setText(file == nullptr ? QString() : ToQt(file->Problem));
+    lblProblem_->setVisible(!lblProblem_->text().isEmpty());
+    vaStudyInfo_->SetEmptyText(file == nullptr ? tr("Choose a counter file to see its studies.")
+                                               : tr("No study could be counted in this file."));
+    vaStudyInfo_->BeginFilling();
+    if (file != nullptr)
+        for (const CounterStudy& study : file->Studies) {
+            const int row = vaStudyInfo_->AddRow();
+            vaStudyInfo_->SetText(row, 0, ToQt(study.Study));
+            vaStudyInfo_->SetText(row, 1, ToQt(study.SiteCode));
+            vaStudyInfo_->SetText(row, 2, ToQt(study.Date + "  " + study.Time));
+            vaStudyInfo_->SetNumber(row, 3, study.Runs, QString::number(study.Runs));
+        }
+    vaStudyInfo_->EndFilling();
+}
+
+}  // namespace vantor

@@ -1,0 +1,247 @@
+#include "counter/forms/frmReadTDC.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+#include "core/Numeric.h"
+#include "core/forms/Guarded.h"
+#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
+#include "core/forms/WindowLayout.h"
+#include "core/modMain.h"
+
+namespace vantor {
+namespace {
+
+constexpr int HelpTopic = 36;
+constexpr int TickInMilliseconds = 100;
+/// Steps that fill the bar once: two seconds.
+constexpr int ProgressSteps = 20;
+
+/// A list to choose from that can also show a value which is not in it.
+QComboBox* ChoiceList(QWidget* parent, const char* name) {
+    auto* list = Named<QComboBox>(parent, name);
+    list->setEditable(true);
+    list->setInsertPolicy(QComboBox::NoInsert);
+    list->setCompleter(nullptr);
+    list->lineEdit()->setReadOnly(true);
+    list->lineEdit()->setCursor(Qt::ArrowCursor);
+    return list;
+}
+
+void Show(QComboBox& list, int value) {
+    const QString text = QString::number(value);
+    list.setCurrentIndex(list.findText(text));
+    list.setEditText(text);
+}
+
+std::int32_t ValueOf(const QComboBox& list) { return IntegerOfText(FromQt(list.currentText())); }
+
+/// A list under its label, over its hint.
+QFrame* ChoiceFrame(QFrame* frame, QLabel* label, QComboBox* list, QLabel* hint) {
+    frame->setFrameShape(QFrame::StyledPanel);
+    frame->setAccessibleName(list->accessibleName());
+    list->setAccessibleDescription(hint->text());
+    auto* layout = new QVBoxLayout(frame);
+    layout->addWidget(label);
+    layout->addWidget(list);
+    layout->addWidget(hint);
+    return frame;
+}
+
+}  // namespace
+
+frmReadTDC::frmReadTDC(AppContext& context)
+    : context_(context), download_(context.State, context.Files, context.Serial, context.Time, context.End) {
+    setObjectName(QStringLiteral("frmReadTDC"));
+    setWindowTitle(QStringLiteral("Read Corvel Board"));
+    lblInstructions_ = Named<QLabel>(this, "lblInstructions");
+    lblInstructions_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    auto* choices = new QHBoxLayout;
+    choices->addWidget(BuildBaudRate());
+    choices->addWidget(BuildCommPort());
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(choices);
+    layout->addLayout(BuildButtons());
+    layout->addWidget(lblInstructions_);
+    layout->addWidget(BuildProgress());
+    layout->addStretch();
+
+    ShowStage();
+    ConnectControls();
+    cmdBegin_->setFocus();
+    RememberLayout(*this, context_.Memory);
+}
+
+frmReadTDC::~frmReadTDC() {
+    context_.Serial.OnEvent = nullptr;
+    Guarded(context_.Messages, [this] { download_.Cancel(); });
+}
+
+QFrame* frmReadTDC::BuildBaudRate() {
+    cmbBaudRate_ = ChoiceList(this, "cmbBaudRate");
+    for (const std::int32_t rate : SerialPort::BaudRates) cmbBaudRate_->addItem(QString::number(rate));
+    Show(*cmbBaudRate_, context_.State.Settings.BaudRate);
+    fraBaudRate_ = Named<QFrame>(this, "fraBaudRate");
+    auto* label = LabelFor(cmbBaudRate_, QStringLiteral("Baud &Rate"), "lblBaudRate");
+    auto* hint = Named<QLabel>(this, "lblBaudText", QStringLiteral("Choose a connection speed (in bps)..."));
+    return ChoiceFrame(fraBaudRate_, label, cmbBaudRate_, hint);
+}
+
+QFrame* frmReadTDC::BuildCommPort() {
+    cmbCommPort_ = ChoiceList(this, "cmbCommPort");
+    for (std::int16_t number = SerialPort::FirstNumber; number <= SerialPort::LastNumber; ++number) {
+        if (!context_.Serial.IsAvailable(number)) continue;
+        cmbCommPort_->addItem(QString::number(number));
+        cmbCommPort_->setItemData(cmbCommPort_->count() - 1, ToQt(context_.Serial.DeviceName(number)), Qt::ToolTipRole);
+    }
+    Show(*cmbCommPort_, context_.State.Settings.CommPort);
+    ShowPort();
+    fraCommPort_ = Named<QFrame>(this, "fraCommPort");
+    auto* label = LabelFor(cmbCommPort_, QStringLiteral("&Comm Port"), "lblCommPort");
+    auto* hint = Named<QLabel>(this, "lblCommText", QStringLiteral("Choose a port # (only available ports listed)..."));
+    return ChoiceFrame(fraCommPort_, label, cmbCommPort_, hint);
+}
+
+QLayout* frmReadTDC::BuildButtons() {
+    cmdBegin_ = Named<QPushButton>(this, "cmdBegin");
+    cmdViewData_ = Named<QPushButton>(this, "cmdViewData", QStringLiteral("&View Data"));
+    cmdHelp_ = Named<QPushButton>(this, "cmdHelp", QStringLiteral("Help"));
+    cmdHelp_->setShortcut(Qt::Key_F1);
+    cmdQuit_ = Named<QPushButton>(this, "cmdQuit", QStringLiteral("&Quit"));
+    // Enter begins, but it does not throw away what has arrived.
+    for (QPushButton* button : {cmdBegin_, cmdViewData_, cmdHelp_, cmdQuit_}) button->setAutoDefault(false);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(cmdBegin_, 1);
+    buttons->addWidget(cmdViewData_);
+    buttons->addStretch(1);
+    buttons->addWidget(cmdHelp_);
+    buttons->addWidget(cmdQuit_);
+    return buttons;
+}
+
+QProgressBar* frmReadTDC::BuildProgress() {
+    prgProgress_ = Named<QProgressBar>(this, "prgProgress");
+    prgProgress_->setAccessibleName(QStringLiteral("Data is arriving"));
+    prgProgress_->setRange(0, ProgressSteps);
+    prgProgress_->setTextVisible(false);
+    QSizePolicy policy = prgProgress_->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    prgProgress_->setSizePolicy(policy);
+    tmrUpdate_ = Named<QTimer>(this, "tmrUpdate");
+    tmrUpdate_->setInterval(TickInMilliseconds);
+    return prgProgress_;
+}
+
+void frmReadTDC::ConnectControls() {
+    MessageBoxes& messages = context_.Messages;
+    Connect(cmbBaudRate_, &QComboBox::currentIndexChanged, this, messages, [this] {
+        download_.SetBaudRate(ValueOf(*cmbBaudRate_));
+        ShowPrompt();
+    });
+    Connect(cmbCommPort_, &QComboBox::currentIndexChanged, this, messages, [this] {
+        download_.SetPortNumber(To16(ValueOf(*cmbCommPort_)));
+        ShowPort();
+        ShowPrompt();
+    });
+    Connect(cmdBegin_, &QPushButton::clicked, this, messages, [this] { BeginOrCancel(); });
+    Connect(cmdViewData_, &QPushButton::clicked, this, messages, [this] { ViewData(); });
+    Connect(cmdHelp_, &QPushButton::clicked, this, messages,
+            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic); });
+    Connect(cmdQuit_, &QPushButton::clicked, this, messages, [this] { reject(); });
+    Connect(tmrUpdate_, &QTimer::timeout, this, messages, [this] { TakeTick(); });
+    context_.Serial.OnEvent = [this, &messages](SerialEvent event) {
+        Guarded(messages, [&] { Run([&] { download_.TakeEvent(event); }); });
+    };
+    for (QComboBox* list : {cmbBaudRate_, cmbCommPort_}) list->lineEdit()->installEventFilter(this);
+}
+
+bool frmReadTDC::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::MouseButtonPress) return QDialog::eventFilter(watched, event);
+    // The shown value cannot be edited: a click on it opens its list.
+    static_cast<QComboBox*>(watched->parent())->showPopup();
+    return true;
+}
+
+template <class Step>
+void frmReadTDC::Run(Step step) {
+    try {
+        step();
+    } catch (const RunTimeError&) {
+        ShowStage();
+        throw;
+    }
+    ShowStage();
+}
+
+void frmReadTDC::BeginOrCancel() {
+    Run([this] { download_.Stage() == DownloadStage::Closed ? download_.Begin() : download_.Cancel(); });
+}
+
+void frmReadTDC::ViewData() {
+    const std::string path = download_.FilePath();
+    if (!path.empty()) context_.DesktopServices.ViewText(path);
+}
+
+void frmReadTDC::TakeTick() {
+    prgProgress_->setValue(prgProgress_->value() % prgProgress_->maximum() + 1);
+    bool isWhole = false;
+    Run([&] { isWhole = download_.Finish(); });
+    if (isWhole) accept();
+}
+
+void frmReadTDC::ShowPort() {
+    const int row = cmbCommPort_->findText(cmbCommPort_->currentText());
+    QPalette colours = palette();
+    if (row < 0) colours.setColor(QPalette::Text, IsDark(colours) ? RedText(colours) : QColor(Qt::red));
+    cmbCommPort_->setPalette(colours);
+    QString state = ToQt(context_.Serial.DeviceName(To16(ValueOf(*cmbCommPort_))));
+    if (row < 0) state += QStringLiteral("\nThis port cannot be opened.");
+    cmbCommPort_->setToolTip(state);
+    cmbCommPort_->lineEdit()->setAccessibleDescription(state);
+}
+
+void frmReadTDC::ShowPrompt() {
+    lblInstructions_->setText(ToQt(download_.Prompt()));
+    // A shorter prompt does not move what stands under it.
+    lblInstructions_->setMinimumSize(lblInstructions_->minimumSize().expandedTo(lblInstructions_->sizeHint()));
+}
+
+void frmReadTDC::ShowStage() {
+    const DownloadStage stage = download_.Stage();
+    if (shown_ == stage) return;
+    shown_ = stage;
+    const bool isClosed = stage == DownloadStage::Closed;
+    fraBaudRate_->setEnabled(isClosed);
+    fraCommPort_->setEnabled(isClosed);
+    cmdBegin_->setText(isClosed ? QStringLiteral("&Begin") : QStringLiteral("&Setup"));
+    cmdBegin_->setAccessibleName(WithoutAccessKey(cmdBegin_->text()));
+    cmdBegin_->setDefault(isClosed);
+    SetFace(cmdBegin_, stage == DownloadStage::Waiting ? RedPair(palette()) : GreenPair(palette()));
+    cmdViewData_->setEnabled(!isClosed);
+    ShowPrompt();
+    ShowActivity(stage == DownloadStage::Receiving);
+}
+
+void frmReadTDC::ShowActivity(bool isReceiving) {
+    prgProgress_->setValue(0);
+    prgProgress_->setVisible(isReceiving);
+    if (isReceiving)
+        tmrUpdate_->start();
+    else
+        tmrUpdate_->stop();
+}
+
+void frmReadTDC::reject() {
+    context_.State.CounterFileChosen = false;
+    QDialog::reject();
+}
+
+void frmReadTDC::done(int result) {
+    Guarded(context_.Messages, [this] { Run([this] { download_.Cancel(); }); });
+    QDialog::done(result);
+}
+
+}  // namespace vantor

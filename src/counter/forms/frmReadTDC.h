@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QComboBox>
+#include <QDialog>
+#include <QFrame>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimer>
+#include <optional>
+
+#include "core/AppContext.h"
+#include "counter/CounterDownload.h"
+
+namespace vantor {
+
+/// Downloads a counter over a serial port. A whole dump closes the window and leaves its file as the chosen counter
+/// file in the state, as frmUploadSelectTDC does; any other way out deletes the unfinished file and clears
+/// CounterFileChosen.
+class frmReadTDC : public QDialog {
+public:
+    explicit frmReadTDC(AppContext& context);
+    ~frmReadTDC() override;
+
+    void reject() override;
+    void done(int result) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QFrame* BuildBaudRate();
+    QFrame* BuildCommPort();
+    QLayout* BuildButtons();
+    QProgressBar* BuildProgress();
+    void ConnectControls();
+
+    /// Does a step of the download and shows the stage that it leads to, also where it fails.
+    template <class Step>
+    void Run(Step step);
+    void BeginOrCancel();
+    void ViewData();
+    void TakeTick();
+    void ShowPort();
+    void ShowPrompt();
+    void ShowStage();
+    void ShowActivity(bool isReceiving);
+
+    AppContext& context_;
+    CounterDownload download_;
+    std::optional<DownloadStage> shown_;
+
+    QFrame* fraBaudRate_ = nullptr;
+    QFrame* fraCommPort_ = nullptr;
+    QComboBox* cmbBaudRate_ = nullptr;
+    QComboBox* cmbCommPort_ = nullptr;
+    QPushButton* cmdBegin_ = nullptr;
+    QPushButton* cmdQuit_ = nullptr;
+    QPushButton* cmdViewData_ = nullptr;
+    QPushButton* cmdHelp_ = nullptr;
+    QLabel* lblInstructions_ = nullptr;
+    QProgressBar* prgProgress_ = nullptr;
+    QTimer* tmrUpdate_ = nullptr;
+};
+
+}  // namespace vantor

@@ -1,0 +1,185 @@
+#include "workspace/forms/PrefsDefaultsTab.h"
+
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QIntValidator>
+#include <QLabel>
+#include <QVBoxLayout>
+#include <array>
+#include <limits>
+#include <utility>
+
+#include "core/Numeric.h"
+#include "core/RunTimeError.h"
+#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
+#include "workspace/Preferences.h"
+
+namespace vantor {
+namespace {
+
+constexpr int LastPort = 16;
+constexpr std::array BaudRates = {4800, 9600, 14400, 19200, 28800, 38400, 57600, 115200};
+
+std::int16_t FlagOf(bool set) { return set ? -1 : 0; }
+
+/// Adds the options name(0) and name(1), of which one is chosen, and returns the first.
+QRadioButton* AddPair(QGroupBox* frame, const QString& name, const QString& first, const QString& second,
+                      bool isFirst) {
+    std::array<QRadioButton*, 2> pair{};
+    auto* row = new QHBoxLayout;
+    for (std::size_t i = 0; i < pair.size(); ++i) {
+        pair[i] = Named<QRadioButton>(frame, "", i == 0 ? first : second);
+        pair[i]->setObjectName(QStringLiteral("%1(%2)").arg(name).arg(i));
+        row->addWidget(pair[i]);
+    }
+    row->addStretch();
+    static_cast<QBoxLayout*>(frame->layout())->addLayout(row);
+    pair[isFirst ? 0 : 1]->setChecked(true);
+    return pair[0];
+}
+
+QGroupBox* Frame(QWidget* parent, const char* name, const QString& caption) {
+    auto* frame = Named<QGroupBox>(parent, name, caption);
+    new QVBoxLayout(frame);
+    return frame;
+}
+
+/// A list of numbers that also takes one that is typed.
+QComboBox* NumberList(QWidget* parent, const char* name, int largest) {
+    auto* list = Named<QComboBox>(parent, name);
+    list->setEditable(true);
+    list->setInsertPolicy(QComboBox::NoInsert);
+    list->setCompleter(nullptr);
+    list->setValidator(new QIntValidator(1, largest, list));
+    return list;
+}
+
+/// Shows a number, which need not be in the list.
+void Show(QComboBox& list, int number) {
+    const QString text = QString::number(number);
+    list.setCurrentIndex(list.findText(text));
+    list.setEditText(text);
+}
+
+/// Reads a field by `read`. An error names the field, which gets the focus.
+template <class Read>
+auto NumberIn(QWidget& field, const QString& text, Read read) {
+    try {
+        return read(FromQt(text));
+    } catch (const RunTimeError& error) {
+        field.setFocus();
+        throw RunTimeError(error.Number(),
+                           FromQt(field.accessibleName()) + ": " + FromQt(text) + "\nCorrect it and try again.");
+    }
+}
+
+}  // namespace
+
+PrefsDefaultsTab::PrefsDefaultsTab(QWidget* parent, const AppSettings& settings, PortProbe ports)
+    : QWidget(parent), ports_(std::move(ports)) {
+    setObjectName(QStringLiteral("fraDefaultValues"));
+    auto* left = new QVBoxLayout;
+    for (QGroupBox* frame : {BuildStartUp(settings), BuildVer1(settings), BuildUnits(settings)}) left->addWidget(frame);
+    auto* right = new QVBoxLayout;
+    for (QGroupBox* frame : {BuildStudyParameters(settings), BuildSerialPort(settings)}) right->addWidget(frame);
+    auto* columns = new QHBoxLayout(this);
+    for (QVBoxLayout* column : {left, right}) {
+        column->addStretch();
+        columns->addLayout(column, 1);
+    }
+}
+
+QGroupBox* PrefsDefaultsTab::BuildStartUp(const AppSettings& settings) {
+    QGroupBox* frame = Frame(this, "fraStartUp", QStringLiteral("Use StartUp Options Screen?"));
+    optUseStartUp_ = AddPair(frame, QStringLiteral("OptUseStartUpWizard"), QStringLiteral("&Yes"),
+                             QStringLiteral("&No"), settings.UseStartUpScreen != 0);
+    return frame;
+}
+
+QGroupBox* PrefsDefaultsTab::BuildVer1(const AppSettings& settings) {
+    QGroupBox* frame = Frame(this, "fraVer1", QStringLiteral("Version 1.x Run File Options"));
+    optConvertVer1_ = AddPair(frame, QStringLiteral("optVer1"), QStringLiteral("&Convert automatically"),
+                              QStringLiteral("Prompt &before converting"), settings.AutoConvertVer1 != 0);
+    return frame;
+}
+
+QGroupBox* PrefsDefaultsTab::BuildUnits(const AppSettings& settings) {
+    QGroupBox* frame = Frame(this, "fraUnits", QStringLiteral("Units"));
+    optEnglish_ = AddPair(frame, QStringLiteral("optUnits"), QStringLiteral("&English"), QStringLiteral("&Metric"),
+                          settings.MetricUnits == 0);
+    return frame;
+}
+
+QGroupBox* PrefsDefaultsTab::BuildStudyParameters(const AppSettings& settings) {
+    QGroupBox* frame = Frame(this, "fraStudyParameters", QStringLiteral("Study Parameters"));
+    auto* question = Named<QLabel>(frame, "lblEnableStopDelay", QStringLiteral("Enable Stop Delay Statistics?"));
+    frame->layout()->addWidget(question);
+    optStopDelay_ = AddPair(frame, QStringLiteral("optEnableStopDelay"), QStringLiteral("Ye&s"), QStringLiteral("N&o"),
+                            settings.EnableStopDelay != 0);
+    for (auto* option : frame->findChildren<QRadioButton*>())
+        option->setAccessibleDescription(question->accessibleName());
+
+    txtStopSpeed_ = Named<QLineEdit>(frame, "txtStopSpeed");
+    txtStopSpeed_->setText(QString::number(settings.StopSpeedThreshold));
+    txtStopSpeed_->setAlignment(Qt::AlignRight);
+    auto* row = new QHBoxLayout;
+    row->addWidget(LabelFor(txtStopSpeed_, QStringLiteral("Stop Speed &Threshold")));
+    row->addWidget(txtStopSpeed_);
+    // The threshold is kept and compared in miles per hour, whatever the units on display.
+    row->addWidget(new QLabel(QStringLiteral("MPH"), frame));
+    static_cast<QBoxLayout*>(frame->layout())->addLayout(row);
+    return frame;
+}
+
+QGroupBox* PrefsDefaultsTab::BuildSerialPort(const AppSettings& settings) {
+    QGroupBox* frame = Frame(this, "fraSerialPort", QStringLiteral("Serial Port Options"));
+    cmbCommPort_ = NumberList(frame, "cmbCommPort", LastPort);
+    cmbBaudRate_ = NumberList(frame, "cmbBaudRate", std::numeric_limits<std::int32_t>::max());
+    auto* form = new QFormLayout;
+    form->addRow(LabelFor(cmbCommPort_, QStringLiteral("Comm &Port")), cmbCommPort_);
+    form->addRow(
+        Named<QLabel>(frame, "lblCommText", QStringLiteral("Choose a port # (only available ports listed)...")));
+    form->addRow(LabelFor(cmbBaudRate_, QStringLiteral("Ba&ud Rate")), cmbBaudRate_);
+    form->addRow(Named<QLabel>(frame, "lblBaudText", QStringLiteral("Choose a connection speed (in bps)...")));
+    static_cast<QBoxLayout*>(frame->layout())->addLayout(form);
+
+    FillPorts(settings.CommPort);
+    for (const int rate : BaudRates) cmbBaudRate_->addItem(QString::number(rate));
+    Show(*cmbBaudRate_, settings.BaudRate);
+    return frame;
+}
+
+void PrefsDefaultsTab::FillPorts(int savedPort) {
+    for (int port = 1; port <= LastPort; ++port) {
+        if (!ports_.IsAvailable(port)) continue;
+        cmbCommPort_->addItem(QString::number(port));
+        cmbCommPort_->setItemData(cmbCommPort_->count() - 1, ToQt(ports_.DeviceName(port)), Qt::ToolTipRole);
+    }
+    connect(cmbCommPort_, &QComboBox::editTextChanged, this, [this] { ShowPort(); });
+    Show(*cmbCommPort_, savedPort);
+    ShowPort();
+}
+
+void PrefsDefaultsTab::ShowPort() {
+    const int row = cmbCommPort_->findText(cmbCommPort_->currentText());
+    QPalette colours;
+    if (row < 0) colours.setColor(QPalette::Text, RedText(colours));
+    cmbCommPort_->lineEdit()->setPalette(colours);
+    const QString state = row < 0 ? QStringLiteral("This port cannot be opened.")
+                                  : cmbCommPort_->itemData(row, Qt::ToolTipRole).toString();
+    cmbCommPort_->setToolTip(state);
+    cmbCommPort_->setAccessibleDescription(state);
+}
+
+void PrefsDefaultsTab::Take(AppSettings& settings) const {
+    settings.UseStartUpScreen = FlagOf(optUseStartUp_->isChecked());
+    settings.AutoConvertVer1 = FlagOf(optConvertVer1_->isChecked());
+    settings.MetricUnits = FlagOf(!optEnglish_->isChecked());
+    settings.EnableStopDelay = FlagOf(optStopDelay_->isChecked());
+    settings.StopSpeedThreshold = NumberIn(*txtStopSpeed_, txtStopSpeed_->text(), WholePartOf);
+    settings.CommPort = NumberIn(*cmbCommPort_, cmbCommPort_->currentText(), WholePartOf);
+    settings.BaudRate = NumberIn(*cmbBaudRate_, cmbBaudRate_->currentText(), IntegerOfText);
+}
+
+}  // namespace vantor

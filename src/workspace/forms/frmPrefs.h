@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QDialog>
+#include <QTabWidget>
+#include <functional>
+#include <string>
+
+#include "core/AppContext.h"
+#include "workspace/forms/PrefsDefaultsTab.h"
+#include "workspace/forms/PrefsPathTab.h"
+#include "workspace/forms/PrefsReportTab.h"
+
+namespace vantor {
+
+/// Edits the settings and saves them on OK, all or nothing. A new Study Group root takes effect at the next start.
+class frmPrefs : public QDialog {
+public:
+    /// `portAvailable` tries a serial port, 1 to 16; `deviceName` tells which device it is.
+    frmPrefs(AppContext& context, std::function<bool(int port)> portAvailable,
+             std::function<std::string(int port)> deviceName);
+
+private:
+    Preferences Chosen() const;
+    void OfferMissingFolders(const Preferences& preferences);
+    void Save();
+
+    AppContext& context_;
+    QTabWidget* tabPrefs_;
+    PrefsPathTab* paths_;
+    PrefsDefaultsTab* defaults_;
+    PrefsReportTab* reports_;
+};
+
+}  // namespace vantor

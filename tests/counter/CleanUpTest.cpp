@@ -1,0 +1,62 @@
+#include "counter/CleanUp.h"
+
+#include <gmock/gmock.h>
+
+#include "fakes/MemoryFileSystem.h"
+#include "fakes/ScriptedMessageBoxes.h"
+
+namespace vantor {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class CleanUpTest : public testing::Test {
+protected:
+    CleanUpTest() {
+        for (const char* name : {"A.rdf", "B.rdf", "B.rd2", "C.RDF", " A.rdf"}) Files.PutText(Temp + name, name);
+    }
+
+    const std::string Temp = "/start/Temp/";
+    MemoryFileSystem Files;
+    ScriptedMessageBoxes Messages;
+    PendingDeletions Pending{Temp, ".rdf"};
+};
+
+TEST_F(CleanUpTest, DeletesNothingBeforeItIsTold) {
+    const auto before = Files.AllFiles();
+    for (const char* name : {"C", "A"}) Pending.Take(name);
+    EXPECT_EQ(Files.AllFiles(), before);
+    EXPECT_THAT(Pending.Names(), ElementsAre("C", "A"));
+}
+
+TEST_F(CleanUpTest, DeletesWhatWasTakenAndOnlyOnce) {
+    for (const char* name : {"C", " A", "B"}) Pending.Take(name);
+    Pending.DeleteAll(Files, Messages);
+    EXPECT_THAT(Files.AllFiles(), ElementsAre(Temp + "A.rdf", Temp + "B.rd2"));
+    EXPECT_THAT(Pending.Names(), IsEmpty());
+    Pending.DeleteAll(Files, Messages);
+}
+
+TEST_F(CleanUpTest, NamesWhatCannotBeDeletedAndDeletesTheOthers) {
+    for (const char* name : {"A", "B", "gone", "C"}) Pending.Take(name);
+    Files.FailChangeAfter(1, ErrorNumber::PermissionDenied);
+    Messages.Expect("These files could not be deleted:\n" + Temp + "B.rdf: Permission denied\n" + Temp +
+                    "gone.rdf: File not found");
+    Pending.DeleteAll(Files, Messages);
+    EXPECT_THAT(Files.AllFiles(), ElementsAre(Temp + " A.rdf", Temp + "B.rd2", Temp + "B.rdf"));
+}
+
+TEST_F(CleanUpTest, AMessageStaysReadable) {
+    std::string told = "These files could not be deleted:";
+    for (int i = 1; i <= 10; ++i) {
+        const std::string name = "gone" + std::to_string(i);
+        Pending.Take(name);
+        if (i <= 8) told += "\n" + Temp + name + ".rdf: File not found";
+    }
+    Messages.Expect(told + "\nand 2 more");
+    Pending.DeleteAll(Files, Messages);
+}
+
+}  // namespace
+}  // namespace vantor
