@@ -3,6 +3,7 @@
 #
 #   scripts/install-dependencies.sh           everything
 #   scripts/install-dependencies.sh --build   only what building and running need
+#   scripts/install-dependencies.sh --fuzz    what the fuzzers need, too
 set -euo pipefail
 
 build=(
@@ -13,12 +14,14 @@ build=(
     fontconfig fonts-dejavu-core # the offscreen platform brings no font of its own
 )
 check=(clang-format clang-tidy python3)
+fuzz=(clang libclang-rt-14-dev)
 
 case "${1-}" in
 "") wanted=("${build[@]}" "${check[@]}") ;;
 --build) wanted=("${build[@]}") ;;
+--fuzz) wanted=("${build[@]}" "${check[@]}" "${fuzz[@]}") ;;
 *)
-    echo "usage: ${0##*/} [--build]" >&2
+    echo "usage: ${0##*/} [--build | --fuzz]" >&2
     exit 2
     ;;
 esac

@@ -1,5 +1,7 @@
 #include "analysis/DelayStatistics.h"
 
+#include <algorithm>
+
 #include "core/Numeric.h"
 #include "core/RunArithmetic.h"
 #include "core/modMain.h"
@@ -76,6 +78,16 @@ std::int32_t IdealTravelTime(std::int32_t feet, float idealSpeed) {
 }
 
 }  // namespace
+
+PlotState PlacedBoundaries(const RunRecord& run, const StudyRunEntry& entry) {
+    const OneBased<std::int32_t> distances = RunningDistances(run);
+    const auto sampleAt = [&](std::int32_t feet) {
+        if (feet == 0) return 0;
+        const auto reached = std::lower_bound(distances.begin(), distances.end(), feet);
+        return std::min(static_cast<std::int32_t>(reached - distances.begin()) + 1, distances.LastIndex());
+    };
+    return {BoundaryAxis::Distance, sampleAt(entry.CDStartDist), sampleAt(entry.CDEndDist)};
+}
 
 IdealSpeed ComputeRunDelay(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry) {
     entry.StopDelay = 0;

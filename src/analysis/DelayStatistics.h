@@ -18,6 +18,11 @@ struct PlotState {
     std::int32_t CDEndSample = 0;
 };
 
+/// The boundaries of an entry before anything is computed: the samples by which the run has come as far, the last one
+/// beyond its end; 0 for a boundary that is not set. A computation that does not find a boundary leaves its sample as
+/// it is, so a study's run must start from here.
+PlotState PlacedBoundaries(const RunRecord& run, const StudyRunEntry& entry);
+
 /// The ideal speed that a computation used, miles per hour, and as the whole number that is shown for it.
 struct IdealSpeed {
     float Speed = 0;
@@ -29,7 +34,8 @@ struct IdealSpeed {
 /// values of the other axis follow.
 ///
 /// Errors: 6 for a figure that does not fit, 9 for a run too short to look at, 11 for an ideal speed of 0. What was
-/// written to `entry` and `plot` before the error stays.
+/// written to `entry` and `plot` before the error stays. A boundary that lies in the run's last second or beyond is not
+/// found: its sample in `plot` keeps the value it had.
 IdealSpeed ComputeRunDelay(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry);
 
 /// The distance from the run's start after each sample, sample 1 first; feet.

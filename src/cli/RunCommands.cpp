@@ -74,6 +74,9 @@ int ShowDelay(CommandContext& context, const DelayOptions& options) {
         entry.CDEndDist = *options.EndDist;
     }
     ComputeRunDelay(*run, settings, plot, entry);
+    if (!options.StartSample && plot.CDEndSample == 0)
+        context.Err << "The end boundary lies in the run's last second or beyond, where it is not looked for: "
+                       "CDEndSample stays 0.\n";
     Json result = RecordAsJson(entry, StudyRunEntryFields);
     result["CDStartSample"] = plot.CDStartSample;
     result["CDEndSample"] = plot.CDEndSample;

@@ -76,7 +76,7 @@ bool ComputeEntry(CommandContext& context, const std::string& folder, const Stud
         RunRecord run;
         if (!ReadRunFile(context.Files, context.Messages, run, folder, name, true)) return false;
         StudyRunEntry computed = wanted;
-        PlotState plot;
+        PlotState plot = PlacedBoundaries(run, computed);
         ComputeRunDelay(run, context.State.Settings, plot, computed);
         entry = computed;
         return true;

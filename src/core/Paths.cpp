@@ -1,11 +1,19 @@
 #include "core/Paths.h"
 
+#include <span>
+
 #include "core/Numeric.h"
 #include "core/Text.h"
+#include "core/Windows1252.h"
 #include "core/modMain.h"
 
 namespace vantor {
 namespace {
+
+std::string AsStored(std::string_view text, std::size_t width) {
+    const std::string stored = Windows1252FromUtf8(FirstCharacters(text, width));
+    return std::string(Trim(Utf8FromWindows1252(std::as_bytes(std::span(stored)))));
+}
 
 bool IsSeparator(char character) { return character == '/' || character == PathSeparator; }
 
@@ -62,6 +70,13 @@ std::string UnsafeNameMessage(std::string_view name) {
     if (Trim(name).empty()) return "The name is empty.\nEnter a name and try again.";
     return "\"" + WithSafeCharacters(Trim(name)) +
            "\" cannot be used as a name.\nLeave out \"..\" and the characters / \\ : * ? \" < > | and try again.";
+}
+
+std::string NameProblem(std::string_view name, std::size_t width) {
+    if (!IsSafeName(name)) return UnsafeNameMessage(name);
+    if (AsStored(name, width) == name) return {};
+    return "\"" + std::string(name) + "\" cannot be used as a name.\nA name has at most " + std::to_string(width) +
+           " letters, digits and signs of the Western alphabet and no blank at its ends.";
 }
 
 std::string WithSafeCharacters(std::string_view name) {

@@ -24,6 +24,9 @@ bool HasExtension(std::string_view name, std::string_view extension);
 bool IsSafeName(std::string_view name);
 /// The rule that IsSafeName checks, for messages.
 std::string UnsafeNameMessage(std::string_view name);
+/// What keeps a name from being stored in `width` characters and found again as the name of a file, to show; empty
+/// when nothing does. Stored texts are Windows-1252 and lose the blanks at their ends.
+std::string NameProblem(std::string_view name, std::size_t width);
 /// The name with "_" in place of every character that a file name cannot hold.
 std::string WithSafeCharacters(std::string_view name);
 

@@ -56,6 +56,14 @@ void DecodeRunSamples(RunRecord& run) {
     header.Duration = To16(static_cast<std::int64_t>(run.SampleValues.size()));
 }
 
+void DecodeEditedRun(RunRecord& run) {
+    const auto labels = run.Header.ButtonLabel;
+    const auto used = run.Header.ButtonWord;
+    DecodeRunSamples(run);
+    for (int key = 1; key <= KeySlots; ++key)
+        if (run.Header.ButtonWord[key] != 0 && used[key] != 0) run.Header.ButtonLabel[key] = labels[key];
+}
+
 void DecodeNewRun(RunRecord& run) {
     DecodeRunSamples(run);
     const bool primary = run.Header.NumberOfSections >= 3;

@@ -194,9 +194,9 @@ void DeleteRunFile(FileSystem& files, const std::string& folder, const std::stri
     if (FileExists(files, path)) files.Delete(path);
 }
 
-void KeepBackup(FileSystem& files, const std::string& folder, const std::string& name) {
+void AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& folder, const std::string& name) {
     const std::string path = PathOf(folder, name, RunExtension);
-    files.Copy(path, folder + name + ".bak");
+    batch.Add(folder + name + ".bak", ReadFirstBytes(files, path, files.Open(path)->Size()), OldTail::Dropped);
 }
 
 }  // namespace vantor

@@ -41,8 +41,8 @@ RunRecord ReadVer1Run(const FileSystem& files, const std::string& folder, const 
 /// Deletes folder + name + ".rd2" if it exists.
 void DeleteRunFile(FileSystem& files, const std::string& folder, const std::string& name);
 
-/// Copies the run's file to name + ".bak" beside it, replacing an older one, so that a run that is cut short can be
-/// had back.
-void KeepBackup(FileSystem& files, const std::string& folder, const std::string& name);
+/// Adds a copy of the run's file as it stands, name + ".bak" beside it, so that a run whose samples are changed can be
+/// had back; it replaces an older one. Error 53 when the file is missing.
+void AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& folder, const std::string& name);
 
 }  // namespace vantor

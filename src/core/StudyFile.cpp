@@ -1,6 +1,7 @@
 #include "core/StudyFile.h"
 
 #include "core/Numeric.h"
+#include "core/Paths.h"
 #include "core/Text.h"
 #include "core/modMain.h"
 
@@ -41,6 +42,8 @@ void MarkUnchanged(ApplicationState& state) {
 }
 
 }  // namespace
+
+std::string StudyGroupFolder(const ApplicationState& state) { return AsFolder(state.Paths.LastStudyGroupPath); }
 
 void NewStudy(ApplicationState& state, const Clock& clock) {
     state.CurrentStudy = Study{};
@@ -131,6 +134,17 @@ int FindRun(const Study& study, std::string_view runName) {
     for (int i = 1; i <= study.RunNames.LastIndex(); ++i)
         if (FoldCase(Trim(study.RunNames[i])) == wanted) return i;
     return 0;
+}
+
+std::string RunNameProblem(const ApplicationState& state, const FileSystem& files, const std::string& name) {
+    std::string problem = NameProblem(name, RunNameWidth);
+    if (!problem.empty()) return problem;
+    const std::string folder = StudyGroupFolder(state);
+    const std::string sorry = "The run keeps its name. A run \"" + name + "\" is already in ";
+    if (FindRun(state.CurrentStudy, name) != 0) return sorry + "this study.";
+    if (FileExists(files, folder + name + RunExtension) || FileExists(files, folder + name + Ver1RunExtension))
+        return sorry + "Study Group " + LastComponent(folder) + ".";
+    return {};
 }
 
 std::string RunFileName(const StudyRunEntry& entry) {

@@ -9,6 +9,9 @@
 
 namespace vantor {
 
+/// The folder of the current study's Study Group, with a final separator.
+std::string StudyGroupFolder(const ApplicationState& state);
+
 // In all of these `folder` ends in a separator and `name` has no extension.
 
 /// Makes the current study an empty one, unchanged.
@@ -37,6 +40,10 @@ void AppendRun(Study& study, const std::string& runName);
 void RemoveRun(Study& study, int index);
 /// The run of that name, from 1; 0 when the study has none. Letter case is ignored, as for files.
 int FindRun(const Study& study, std::string_view runName);
+
+/// What keeps a run of the study from taking a new name, as the text to show; empty when nothing does. The name must be
+/// free in the study and in its Study Group.
+std::string RunNameProblem(const ApplicationState& state, const FileSystem& files, const std::string& name);
 
 /// The name of an entry's run file, without extension: the entry's first 32 characters.
 std::string RunFileName(const StudyRunEntry& entry);

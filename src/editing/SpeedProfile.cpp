@@ -49,8 +49,7 @@ void SpeedProfile::RunChanged() {
     const PlotRectangle rectangle = geometry_.Rectangle();
     geometry_ = ProfileGeometry({settings_.MetricUnits != 0}, trace_.Extent());
     geometry_.SetRectangle(rectangle);
-    plot_ = {};
-    for (const ProfileLine line : Boundaries) SetBoundary(line, DistanceOf(line));
+    plot_ = PlacedBoundaries(run_, entry_);
     computedIdealSpeed_.reset();
     ShowWholeRun();
 }

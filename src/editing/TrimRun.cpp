@@ -53,7 +53,7 @@ RunRecord CutRun(const RunRecord& run, std::int32_t first, std::int32_t last) {
     cut.Header.SampleCount = last - first + 1;
     cut.Header.RunTime.Days += (first - 1) / SecondsPerDay;
     MoveNames(cut.Header, run, first, last);
-    DecodeRunSamples(cut);
+    DecodeEditedRun(cut);
     return cut;
 }
 
@@ -74,8 +74,10 @@ void TrimRun(FileSystem& files, const std::string& folder, RunRecord& run, const
              StudyRunEntry& entry) {
     RunRecord cut = CutRun(run, FirstKept(plot), plot.CDEndSample);
     const std::string name = RunFileName(entry);
-    KeepBackup(files, folder, name);
-    WriteRunFile(files, cut, folder, name);
+    const auto batch = files.BeginWrites();
+    AddBackup(*batch, files, folder, name);
+    AddRunFile(*batch, cut, folder, name);
+    batch->Commit();
 
     run = std::move(cut);
     // 0 would stand for a boundary that is not set.

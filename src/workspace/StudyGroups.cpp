@@ -15,11 +15,6 @@
 namespace vantor {
 namespace {
 
-std::string AsStored(std::string_view text, std::size_t width) {
-    const std::string stored = Windows1252FromUtf8(FirstCharacters(text, width));
-    return std::string(Trim(Utf8FromWindows1252(std::as_bytes(std::span(stored)))));
-}
-
 std::string ProblemOf(const RunTimeError& error) { return std::string(error.what()) + "\n" + error.Place(); }
 
 ListedStudy ReadListedStudy(const FileSystem& files, Desktop& desktop, const std::string& group, std::string name) {
@@ -71,13 +66,6 @@ std::vector<std::byte> WholeFile(const FileSystem& files, const std::string& pat
 }
 
 }  // namespace
-
-std::string NameProblem(std::string_view name, std::size_t width) {
-    if (!IsSafeName(name)) return UnsafeNameMessage(name);
-    if (AsStored(name, width) == name) return {};
-    return "\"" + std::string(name) + "\" cannot be used as a name.\nA name has at most " + std::to_string(width) +
-           " letters, digits and signs of the Western alphabet and no blank at its ends.";
-}
 
 bool IsSameFolder(std::string_view left, std::string_view right) {
     return EqualIgnoringCase(AsFolder(left), AsFolder(right));

@@ -14,10 +14,6 @@ namespace vantor {
 
 // What lies in Study Groups. All folders here end in a separator.
 
-/// What keeps a name from being stored in `width` characters and found again as the name of a file, to show; empty
-/// when nothing does. Stored texts are Windows-1252 and lose the blanks at their ends.
-std::string NameProblem(std::string_view name, std::size_t width);
-
 /// True for the same folder, letter case and a missing final separator ignored.
 bool IsSameFolder(std::string_view left, std::string_view right);
 

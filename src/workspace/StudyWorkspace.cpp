@@ -37,8 +37,6 @@ void MarkSaved(ApplicationState& state, const std::string& folder, const std::st
 
 }  // namespace
 
-std::string StudyGroupFolder(const ApplicationState& state) { return AsFolder(state.Paths.LastStudyGroupPath); }
-
 bool LastStudyExists(const ApplicationState& state, const FileSystem& files) {
     const std::string& name = state.Paths.LastStudyName;
     return name != NoStudyName && IsSafeName(name) &&
@@ -103,14 +101,9 @@ void DeleteRun(ApplicationState& state, int index) {
 }
 
 std::string RenameCurrentRun(ApplicationState& state, FileSystem& files, int index, const std::string& newName) {
-    std::string problem = NameProblem(newName, RunNameWidth);
+    std::string problem = RunNameProblem(state, files, newName);
     if (!problem.empty()) return problem;
-    const std::string folder = StudyGroupFolder(state);
-    const std::string sorry = "The run keeps its name. A run \"" + newName + "\" is already in ";
-    if (FindRun(state.CurrentStudy, newName) != 0) return sorry + "this study.";
-    if (FileExists(files, folder + newName + RunExtension) || FileExists(files, folder + newName + Ver1RunExtension))
-        return sorry + "Study Group " + LastComponent(folder) + ".";
-    WriteRunFile(files, state.CurrentRun, folder, newName);
+    WriteRunFile(files, state.CurrentRun, StudyGroupFolder(state), newName);
     state.CurrentStudy.Entries[index].EntryRunName = newName;
     state.CurrentStudy.RunNames[index] = newName;
     state.StudyUnchanged = false;

@@ -10,8 +10,6 @@
 
 namespace vantor {
 
-/// The folder of the current study's Study Group, with a final separator.
-std::string StudyGroupFolder(const ApplicationState& state);
 /// The name that stands for no last study.
 inline constexpr const char* NoStudyName = "blank";
 /// True when the last study's file is there to be opened.

@@ -175,6 +175,22 @@ TEST(CommandLine, RunsThatFailKeepTheirEntriesAndTheOthersAreDone) {
     EXPECT_EQ(runner.Run({"study", "bounds", "/g/S.ld2", "Nobody", "--start-dist", "5", "--end-dist", "60"}), 1);
 }
 
+TEST(CommandLine, EndBoundaryAtTheRunsEndCountsItsLastSecond) {
+    CommandRunner runner;
+    PutRun(runner, "A", {10, 20, 30, 40, 50});
+    runner.Json({"study", "new", "/g", "S", "A"});
+    // The speed profile places that boundary on sample 5: 4 s; 140 ft at (10 + 0) / 2 ft/s are 28 s.
+    for (const char* end : {"150", "9000"}) {
+        const auto study = runner.Json({"study", "bounds", "/g/S.ld2", "A", "--start-dist", "10", "--end-dist", end,
+                                        "--ideal-speed", "0"});
+        EXPECT_EQ(study["entries"][0]["ControlDelay"], 4 - (std::string(end) == "150" ? 28 : 1798)) << end;
+    }
+    // Nothing was placed before a lone computation, so the sample of a boundary that is not found stays 0.
+    EXPECT_EQ(runner.Run({"run", "delay", "/g/A.rd2", "--start-dist", "10", "--end-dist", "150", "--json"}), 0);
+    EXPECT_EQ(nlohmann::json::parse(runner.Out)["CDEndSample"], 0);
+    EXPECT_NE(runner.Err.find("CDEndSample stays 0"), std::string::npos);
+}
+
 TEST(CommandLine, LabelsThatWereNeverSetAreNull) {
     CommandRunner runner;
     PutRun(runner, "A", {10, 20, 30, 40});

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/RunArithmetic.h"
+#include "core/modMain.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -98,6 +99,17 @@ TEST(RunArithmetic, RoundsTheWidenedProductOnce) {
     const RunArithmetic arithmetic(1000, static_cast<float>(3600.0 / 5280.0));
     EXPECT_EQ(arithmetic.DistanceIncrement(Node(66)), 66);
     EXPECT_EQ(arithmetic.Speed(Key(66, 16)), static_cast<float>(3600.0 / 5280.0) * 66.0F);
+}
+
+TEST(RunDecoding, EditedRunKeepsTheLabelsOfItsKeys) {
+    RunRecord run = RunOf({10, Key(12, 1), Key(7, 2), 20});
+    DecodeNewRun(run);
+    run.Header.ButtonLabel[1] = "Left turn queue";
+    run.SampleValues[3] = Key(7, 3);
+    DecodeEditedRun(run);
+    EXPECT_EQ(run.Header.ButtonLabel[1], "Left turn queue");
+    EXPECT_EQ(run.Header.ButtonLabel[2], "") << "no longer used";
+    EXPECT_EQ(run.Header.ButtonLabel[3], EventCodeLabel(3)) << "used for the first time";
 }
 
 }  // namespace

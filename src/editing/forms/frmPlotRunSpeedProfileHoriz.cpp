@@ -97,7 +97,7 @@ void frmPlotRunSpeedProfileHoriz::TrimToBoundaries() {
                                    ".bak."))
         return;
     const bool inTime = profile_.Axis() == BoundaryAxis::Time;
-    TrimRun(context_.Files, AsFolder(context_.State.Paths.LastStudyGroupPath), run_, profile_.Plot(), entry_);
+    TrimRun(context_.Files, StudyGroupFolder(context_.State), run_, profile_.Plot(), entry_);
     profile_.RunChanged();
     Draw();
     if (inTime) Toggle();

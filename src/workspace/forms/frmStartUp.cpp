@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "core/Paths.h"
+#include "core/StudyFile.h"
 #include "core/StudyRecords.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"

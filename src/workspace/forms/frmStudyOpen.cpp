@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 
 #include "core/Paths.h"
+#include "core/StudyFile.h"
 #include "core/StudyRecords.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "core/Paths.h"
+#include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
