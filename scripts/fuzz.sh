@@ -20,7 +20,7 @@ corpus=build/fuzz/corpus
 findings=build/fuzz/findings
 seeds=build/fuzz/seeds
 rm -rf "$seeds"
-mkdir -p "$findings" "$seeds"/{settings,run,ver1run,study,counter,workspace}
+mkdir -p "$findings" "$seeds"/{settings,run,ver1run,study,counter,workspace,laptoplog,battelle,palm,mdb}
 
 head -c 20000 samples/Corridor.tdc >"$seeds/counter/corridor.tdc"
 cp "samples/Version 1 runs"/*.[rR][dD][fF] "$seeds/ver1run/"
@@ -30,6 +30,37 @@ find "$seeds/workspace" -name '*.rd2' | sort | head -3 | xargs -I{} cp {} "$seed
 build/release/bin/vantor study new "$seeds/workspace" Seed $(basename -a -s .rd2 "$seeds/run"/*.rd2) >/dev/null
 cp "$seeds/workspace/Seed.ld2" "$seeds/study/"
 head -c 1024 /dev/zero >"$seeds/settings/VANTOR.bin"
+printf '$s,1\r\n$G,05/14/03,12:00:0%s,4230.5000,8330.2500,31.5,90.0,1.2,7\r\n' 1 2 3 >"$seeds/battelle/loop.txt"
+cp tests/data/*.mdb "$seeds/mdb/"
+# A container of two records: the header, their entries, nine texts each.
+record='05/14/2003 22:00:17\00042.5\00083.5\00012\00090\0001.5\0007\0001\0002\000'  # 46 bytes
+{
+    printf 'GPSData'; head -c 69 /dev/zero; printf '\0\2'
+    printf '\0\0\0\136\0\0\0\1\0\0\0\214\0\0\0\2'; printf "$record$record"
+} >"$seeds/palm/gps.pdb"
+# A GPS log of each format, an OBD log and a combined one, each with points of runs 0, 1 and 2.
+python3 -B - "$seeds/laptoplog" <<'EOF'
+import struct
+import sys
+
+DAY = 37755.5
+prefix = {number: struct.pack("<hhhd2s", number, 0, 0, DAY, b"XX") for number in (1, 2)}
+gps_header = struct.pack("<32s20s32shhih6s", b"Main St".ljust(32), b"Main".ljust(20), b" " * 32, 1, 4, 4800, 0, b"")
+obd_header = struct.pack("<32s20s32shhihh24s", b"Main St".ljust(32), b"Main".ljust(20), b" " * 32, 1, 3, 38400, 0, 9, b"")
+times = [(run, DAY + second / 86400) for run in range(3) for second in range(4)]
+gps = [struct.pack("<hhffdddhfhhh", r, 1, 31.5, 90, t, 42.5, 83.5, 7, 1.5, 0, 0, 2) for r, t in times]
+first = [struct.pack("<hhfdddhfhhfffh", r, 1, 31.5, t, 4230, 8330, 7, 1.5, 0, 0, 250, -34, 1, 12) for r, t in times]
+obd = [struct.pack("<hd8fhhh16s16s16s", r, t, *[31.5] * 8, 0, 0, 2, b"P0420", b"", b"") for r, t in times]
+combined = [a + b for a, b in zip(gps, obd)]
+for name, start, records in (
+    ("trip.gdf", prefix[1] + gps_header, first),
+    ("trip.gd2", prefix[2] + gps_header, gps),
+    ("trip.od2", prefix[2] + obd_header, obd),
+    ("trip.ddf", prefix[2] + obd_header, combined),
+):
+    with open(sys.argv[1] + "/" + name, "wb") as file:
+        file.write(start + b"".join(records))
+EOF
 
 failed=()
 for fuzzer in build/fuzz/bin/*_fuzz; do

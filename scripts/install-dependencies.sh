@@ -10,10 +10,11 @@ build=(
     build-essential cmake ninja-build ccache
     qt6-base-dev qt6-svg-dev qt6-serialport-dev qt6-wayland
     libcli11-dev nlohmann-json3-dev
+    pkg-config mdbtools-dev libgsf-1-dev libxlsxwriter-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     fontconfig fonts-dejavu-core # the offscreen platform brings no font of its own
 )
-check=(clang-format clang-tidy python3)
+check=(clang-format clang-tidy python3 python3-xlrd python3-openpyxl)
 fuzz=(clang libclang-rt-14-dev)
 
 case "${1-}" in

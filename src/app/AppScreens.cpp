@@ -2,13 +2,17 @@
 
 #include <QApplication>
 
+#include "analysis/forms/frmRunStatistics.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
 #include "counter/forms/frmDeleteTempRuns.h"
 #include "counter/forms/frmReadTDC.h"
 #include "counter/forms/frmUploadData.h"
 #include "counter/forms/frmUploadRunList.h"
 #include "counter/forms/frmUploadSelectTDC.h"
+#include "editing/forms/frmEditPulseData.h"
+#include "editing/forms/frmEditRunFile.h"
 #include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
+#include "editing/forms/frmRunDetails.h"
 #include "workspace/forms/frmPrefs.h"
 #include "workspace/forms/frmRunSelect.h"
 #include "workspace/forms/frmStartUp.h"
@@ -34,6 +38,11 @@ bool AppScreens::ShowStudySaveAs() { return ShowModal<frmStudySaveAs>(*context_)
 bool AppScreens::ShowRunSelect() { return ShowModal<frmRunSelect>(*context_); }
 void AppScreens::ShowSpeedProfile(int entryIndex) { ShowModal<frmPlotRunSpeedProfileHoriz>(*context_, entryIndex); }
 
+void AppScreens::ShowRunEditor(int entryIndex) { ShowModal<frmRunDetails>(*context_, entryIndex); }
+void AppScreens::ShowSensorData(int entryIndex) { ShowModal<frmEditPulseData>(*context_, entryIndex); }
+void AppScreens::ShowRunFileEditor(int entryIndex) { ShowModal<frmEditRunFile>(*context_, entryIndex); }
+void AppScreens::ShowRunStatistics(int entryIndex) { ShowModal<frmRunStatistics>(*context_, entryIndex); }
+
 void AppScreens::ShowPreferences() {
     SerialPort& serial = context_->Serial;
     ShowModal<frmPrefs>(
@@ -50,6 +59,9 @@ bool AppScreens::ShowUploadSelect() {
     ShowModal<frmUploadSelectTDC>(*context_);
     return context_->State.CounterFileChosen;
 }
+
+bool AppScreens::ShowLogSelect(LogKind kind) { return static_cast<int>(kind) < 0; }
+bool AppScreens::ShowLogReview(LogKind kind) { return static_cast<int>(kind) < 0; }
 
 void AppScreens::ShowUploadData() { ShowModal<frmUploadData>(*context_); }
 void AppScreens::ShowDeleteTempRuns() { ShowModal<frmDeleteTempRuns>(*context_); }

@@ -15,9 +15,15 @@ public:
     bool ShowStudySaveAs() override;
     bool ShowRunSelect() override;
     void ShowSpeedProfile(int entryIndex) override;
+    void ShowRunEditor(int entryIndex) override;
+    void ShowSensorData(int entryIndex) override;
+    void ShowRunFileEditor(int entryIndex) override;
+    void ShowRunStatistics(int entryIndex) override;
     void ShowPreferences() override;
     bool ShowReadTDC() override;
     bool ShowUploadSelect() override;
+    bool ShowLogSelect(LogKind kind) override;
+    bool ShowLogReview(LogKind kind) override;
     void ShowUploadData() override;
     void ShowUploadRunList(const std::string& studyGroup) override;
     void ShowDeleteTempRuns() override;

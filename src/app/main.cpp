@@ -10,10 +10,13 @@
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "platform/DiskFileSystem.h"
+#include "platform/MdbDatabase.h"
+#include "platform/MountedDevice.h"
 #include "platform/QtDesktop.h"
 #include "platform/QtMessageBoxes.h"
 #include "platform/QtSerialPort.h"
 #include "platform/QtWindowMemory.h"
+#include "platform/SpreadsheetWriter.h"
 #include "platform/SystemClock.h"
 #include "workspace/forms/frmMain.h"
 
@@ -59,7 +62,8 @@ public:
     [[noreturn]] void EndAtOnce(const FatalFormatFault&) override { std::_Exit(3); }
 };
 
-int RunWindow(QApplication& application, const WindowArguments& arguments, FileSystem& files, Clock& clock) {
+int RunWindow(QApplication& application, const WindowArguments& arguments, FileSystem& files, Clock& clock,
+              const DatabaseEngine& databases) {
     ApplyTheme(application, arguments.Theme);
     ApplicationState state;
     QtMessageBoxes messages;
@@ -67,8 +71,11 @@ int RunWindow(QApplication& application, const WindowArguments& arguments, FileS
     WindowEnd end;
     QtWindowMemory memory(files.SettingsFolder());
     QtSerialPort serial;
+    const auto device = MakeRemoteApi(files);
+    SpreadsheetWriter sheets;
     AppScreens screens;
-    AppContext context{state, files, messages, screens, desktop, clock, end, memory, serial};
+    AppContext context{state, files,  messages, screens, desktop,   clock,
+                       end,   memory, serial,   *device, databases, sheets};
     screens.Use(context);
 
     frmMain window(context);
@@ -83,9 +90,10 @@ int RunWindow(QApplication& application, const WindowArguments& arguments, FileS
 int main(int argc, char** argv) {
     vantor::DiskFileSystem files(vantor::ExecutableFolder());
     vantor::SystemClock clock;
+    vantor::MdbDatabase databases(files);
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     const auto window = vantor::ReadWindowArguments(arguments);
-    if (!window) return vantor::RunCommandLine(arguments, files, clock, std::cout, std::cerr);
+    if (!window) return vantor::RunCommandLine(arguments, files, clock, databases, std::cout, std::cerr);
     if (!vantor::HasDisplay()) {
         std::cerr << "There is no display for the window. \"vantor --help\" lists the commands that need none.\n";
         return 1;
@@ -93,5 +101,5 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vantor"));
     QApplication::setDesktopFileName(QStringLiteral("vantor"));
-    return vantor::RunWindow(application, *window, files, clock);
+    return vantor::RunWindow(application, *window, files, clock, databases);
 }

@@ -10,6 +10,7 @@
 #include "core/ports/Desktop.h"
 #include "core/ports/FileSystem.h"
 #include "core/ports/MessageBoxes.h"
+#include "core/ports/RecordSet.h"
 
 namespace vantor {
 
@@ -25,6 +26,7 @@ struct CommandContext {
     MessageBoxes& Messages;
     Desktop& DesktopServices;
     const Clock& Time;
+    const DatabaseEngine& Databases;
     ApplicationEnd& End;
     std::ostream& Out;
     std::ostream& Err;

@@ -31,6 +31,11 @@ public:
     void ViewText(const std::string&) override {}
     void OpenHelp(const std::string&, int) override {}
     std::string ChooseFolder(const std::string&) override { return {}; }
+    std::string ChooseFileToSave(const std::string&, const std::string&, const std::string&,
+                                 const std::string&) override {
+        return {};
+    }
+    void CopyText(const std::string&) override {}
 };
 
 struct CommandEnded {};
@@ -57,12 +62,12 @@ CLI::App& AddCommand(CLI::App& parent, CommandAction& chosen, const std::string&
     return *command;
 }
 
-int RunCommandLine(const std::vector<std::string>& arguments, FileSystem& files, const Clock& clock, std::ostream& out,
-                   std::ostream& err) {
+int RunCommandLine(const std::vector<std::string>& arguments, FileSystem& files, const Clock& clock,
+                   const DatabaseEngine& databases, std::ostream& out, std::ostream& err) {
     PrintedMessages messages(err);
     NoDesktop desktop;
     PrintedEnd end(err);
-    CommandContext context{{}, files, messages, desktop, clock, end, out, err};
+    CommandContext context{{}, files, messages, desktop, clock, databases, end, out, err};
 
     CLI::App program(
         "Vantor: delay and level of service from instrumented runs.\n"
@@ -75,6 +80,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, FileSystem& files,
     AddSettingsCommands(program, chosen);
     AddRunCommands(program, chosen);
     AddCounterCommands(program, chosen);
+    AddLogCommands(program, chosen);
     AddStudyCommands(program, chosen);
 
     try {

@@ -17,7 +17,10 @@ CLI::App& AddCommand(CLI::App& parent, CommandAction& chosen, const std::string&
 // Each adds its group of commands to the program.
 void AddSettingsCommands(CLI::App& program, CommandAction& chosen);
 void AddRunCommands(CLI::App& program, CommandAction& chosen);
+/// Below the group "run".
+void AddRepairCommands(CLI::App& runGroup, CommandAction& chosen);
 void AddCounterCommands(CLI::App& program, CommandAction& chosen);
+void AddLogCommands(CLI::App& program, CommandAction& chosen);
 void AddStudyCommands(CLI::App& program, CommandAction& chosen);
 
 }  // namespace vantor

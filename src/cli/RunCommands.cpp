@@ -1,8 +1,10 @@
 #include <memory>
 
 #include "analysis/DelayStatistics.h"
+#include "analysis/RunStatistics.h"
 #include "cli/Commands.h"
 #include "cli/RecordJson.h"
+#include "core/Numeric.h"
 #include "core/RunFile.h"
 #include "core/modMain.h"
 
@@ -104,6 +106,55 @@ void AddDelayCommand(CLI::App& group, CommandAction& chosen) {
     delay.add_option("--stop-speed", options->StopSpeed, "Stop speed threshold, miles per hour");
 }
 
+Json AsJson(const SectionStatistics& section, const std::vector<DelayKey>& keys) {
+    Json result = Json::object();
+    if (section.Number != 0) result["Section"] = section.Number;
+    result["FromName"] = section.FromName;
+    result["ToName"] = section.ToName;
+    result["Length"] = section.Length;
+    result["TravelTime"] = section.TravelTime;
+    result["RunningTime"] = section.RunningTime();
+    result["StoppedTime"] = section.StoppedTime;
+    result["Stops"] = section.Stops;
+    result["MeanRunningSpeed"] = Round32(section.MeanRunningSpeed() * 100) / 100.0;
+    result["DelaySeconds"] = Json::array();
+    for (const DelayKey& key : keys)
+        result["DelaySeconds"].push_back(
+            {{"Key", key.Key}, {"Label", key.Label}, {"Seconds", section.DelaySeconds[key.Key]}});
+    result["NoKeySeconds"] = section.DelaySeconds[0];
+    return result;
+}
+
+/// The lines of a table with its heads as keys.
+Json AsTable(const std::vector<SheetRow>& rows) {
+    Json table = Json::array();
+    for (std::size_t i = 1; i < rows.size(); ++i) {
+        Json line = Json::object();
+        for (std::size_t column = 0; column < rows[i].size(); ++column) {
+            const SheetField& field = rows[i][column];
+            line[rows[0][column].Text] = field.IsNumber ? Json::parse(field.Text) : Json(field.Text);
+        }
+        table.push_back(line);
+    }
+    return table;
+}
+
+int ShowStatistics(CommandContext& context, const std::string& path) {
+    const auto run = LoadRun(context, path);
+    if (!run) return Failed;
+    const RunStatistics statistics = ComputeRunStatistics(*run, context.State.Settings);
+    if (!context.AsJson) {
+        context.Print(AsTable(StatisticsSheet(statistics, context.State.Settings.MetricUnits != 0, nullptr)));
+        return Done;
+    }
+    Json result = {{"RunName", run->Header.RunName}, {"Sections", Json::array()}};
+    for (const SectionStatistics& section : statistics.Sections)
+        result["Sections"].push_back(AsJson(section, statistics.Keys));
+    result["Total"] = AsJson(statistics.Total, statistics.Keys);
+    context.Print(result);
+    return Done;
+}
+
 }  // namespace
 
 void AddRunCommands(CLI::App& program, CommandAction& chosen) {
@@ -122,6 +173,11 @@ void AddRunCommands(CLI::App& program, CommandAction& chosen) {
     convert.add_option("FILE", *path, "A version 1 run file (.rdf)")->required();
 
     AddDelayCommand(*group, chosen);
+
+    CLI::App& stats = AddCommand(*group, chosen, "stats", "Travel time, stops and delay by section and in all",
+                                 [=](CommandContext& context) { return ShowStatistics(context, *path); });
+    stats.add_option("FILE", *path, "A run file (.rd2 or .rdf)")->required();
+    AddRepairCommands(*group, chosen);
 }
 
 }  // namespace vantor

@@ -6,8 +6,11 @@
 #include "core/ports/Desktop.h"
 #include "core/ports/FileSystem.h"
 #include "core/ports/MessageBoxes.h"
+#include "core/ports/RecordSet.h"
+#include "core/ports/RemoteApi.h"
 #include "core/ports/Screens.h"
 #include "core/ports/SerialPort.h"
+#include "core/ports/Spreadsheet.h"
 #include "core/ports/WindowMemory.h"
 
 namespace vantor {
@@ -23,6 +26,9 @@ struct AppContext {
     ApplicationEnd& End;
     WindowMemory& Memory;
     SerialPort& Serial;
+    RemoteApi& Device;
+    const DatabaseEngine& Databases;
+    const Spreadsheet& Sheets;
 };
 
 }  // namespace vantor

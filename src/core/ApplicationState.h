@@ -5,6 +5,7 @@
 #include "core/AppSettings.h"
 #include "core/RunRecords.h"
 #include "core/StudyRecords.h"
+#include "core/ports/RemoteApi.h"
 
 namespace vantor {
 
@@ -39,6 +40,15 @@ enum class StartUpChoice {
     Exit,
 };
 
+/// The connection to a handheld and what came of its last use.
+struct HandheldState {
+    bool ConnectionOpen = false;      ///< set and cleared by the connection handler alone
+    bool ConnectedResult = false;     ///< of the last Initialize
+    std::int32_t TransferResult = 0;  ///< of the last CopyToDesktop
+    /// Written by the remote API whenever the connection comes to stand, so it lives as long as the program.
+    RemoteApi::RapiInit InitRecord;
+};
+
 /// The state of the running program: one instance, owned by main and handed to those who need it.
 struct ApplicationState {
     AppSettings Settings;
@@ -62,6 +72,12 @@ struct ApplicationState {
     bool CounterFileChosen = false;
     std::string ChosenCounterFileFolder;  ///< with a final separator
     std::string ChosenCounterFileName;    ///< without folder and extension
+    std::string SelectedDataFolder;       ///< of GPS and OBD logs, with a final separator
+    std::string SelectedDataFile;         ///< the chosen log's name without extension
+    std::string SelectedDataExt;          ///< with its point
+    bool SelectedDataIsPdb = false;       ///< the "Type" of the chosen handheld log is "PDB"
+    bool DataFileSelected = false;
+    HandheldState Handheld;
     bool GpsObdUpload = false;
     bool TemporaryRunsMode = false;
     bool StartUpDone = false;  ///< the start-up screen was left

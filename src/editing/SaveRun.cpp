@@ -4,6 +4,7 @@
 
 #include "analysis/DelayStatistics.h"
 #include "core/Paths.h"
+#include "core/RunArithmetic.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
@@ -24,6 +25,13 @@ void MoveBoundaries(StudyRunEntry& entry, const RunSave& save, std::int32_t oldL
         if (*feet != 0) *feet = MovedBoundary(*feet, save, oldLength, newLength);
 }
 
+/// The run's length as its samples tell it; the header's may have been typed.
+std::int32_t LengthOf(const RunRecord& run) {
+    std::int64_t pulses = 0;
+    for (const std::int16_t value : run.SampleValues) pulses += PulsesOf(value);
+    return FeetOfPulses(run.Header.CalConstant, pulses);
+}
+
 bool HasSameMovement(const RunRecord& left, const RunRecord& right) {
     return left.SampleValues == right.SampleValues && left.Header.CalConstant == right.Header.CalConstant;
 }
@@ -32,7 +40,7 @@ StudyRunEntry EntryAfter(const ApplicationState& state, const RunRecord& edited,
     StudyRunEntry entry = state.CurrentStudy.Entries[save.Entry];
     if (RunFileName(entry) != edited.Header.RunName) entry.EntryRunName = edited.Header.RunName;
     if (HasSameMovement(state.CurrentRun, edited)) return entry;
-    MoveBoundaries(entry, save, state.CurrentRun.Header.RunLength, edited.Header.RunLength);
+    MoveBoundaries(entry, save, LengthOf(state.CurrentRun), LengthOf(edited));
     if (!HasBothBoundaries(entry)) return entry;
     PlotState plot = PlacedBoundaries(edited, entry);
     ComputeRunDelay(edited, state.Settings, plot, entry);

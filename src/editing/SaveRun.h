@@ -10,8 +10,8 @@ namespace vantor {
 
 /// How an edited run is stored.
 struct RunSave {
-    int Entry = 0;                     ///< the study's run that it is, from 1; 0 where it is none
-    bool KeepsBackup = false;          ///< the file so far stays as name + ".bak"
+    int Entry = 0;                      ///< the study's run that it is, from 1; 0 where it is none
+    bool KeepsBackup = false;           ///< the file so far stays as name + ".bak"
     std::int32_t FeetCutFromStart = 0;  ///< what was cut from the front since the boundaries were set
 };
 

@@ -1,8 +1,11 @@
 #include "platform/QtDesktop.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QProcess>
 #include <QSettings>
 #include <QStandardPaths>
@@ -67,5 +70,33 @@ void QtDesktop::OpenHelp(const std::string& helpFile, int) {
 std::string QtDesktop::ChooseFolder(const std::string& start) {
     return FromQt(QFileDialog::getExistingDirectory(QApplication::activeWindow(), {}, ToQt(start)));
 }
+
+std::string QtDesktop::ChooseFileToSave(const std::string& start, const std::string& title,
+                                        const std::string& description, const std::string& extension) {
+    const QString filter = QStringLiteral("%1 (*%2)").arg(ToQt(description), ToQt(extension));
+    QFileDialog dialog(QApplication::activeWindow(), ToQt(title), {}, filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    // With the suffix in the dialog, its question about replacing a file is about the file that is written.
+    dialog.setDefaultSuffix(ToQt(extension));
+    const QFileInfo proposal(ToQt(start));
+    dialog.setDirectory(proposal.path());
+    dialog.selectFile(proposal.fileName());
+    return dialog.exec() == QDialog::Accepted ? FromQt(dialog.selectedFiles().constFirst()) : std::string();
+}
+
+std::string QtDesktop::ChooseFileToOpen(const std::string& start, const std::string& title,
+                                        const std::string& description, const std::vector<std::string>& extensions) {
+    QStringList patterns;
+    for (const std::string& extension : extensions) {
+        const QString suffix = ToQt(extension);
+        // Dialogs that tell letters of different case apart list files of older disks in capitals, too.
+        patterns << QLatin1Char('*') + suffix << QLatin1Char('*') + suffix.toUpper();
+    }
+    const QString filter = QStringLiteral("%1 (%2)").arg(ToQt(description), patterns.join(QLatin1Char(' ')));
+    return FromQt(QDir::toNativeSeparators(
+        QFileDialog::getOpenFileName(QApplication::activeWindow(), ToQt(title), ToQt(start), filter)));
+}
+
+void QtDesktop::CopyText(const std::string& text) { QApplication::clipboard()->setText(ToQt(text)); }
 
 }  // namespace vantor

@@ -4,7 +4,7 @@
 
 namespace vantor {
 
-/// The desktop's sound, its handlers for addresses and its folder dialog.
+/// The desktop's sound, its handlers for addresses, its file dialogs and its clipboard.
 class QtDesktop : public Desktop {
 public:
     void Beep() override;
@@ -12,6 +12,11 @@ public:
     void ViewText(const std::string& path) override;
     void OpenHelp(const std::string& helpFile, int context) override;
     std::string ChooseFolder(const std::string& start) override;
+    std::string ChooseFileToSave(const std::string& start, const std::string& title, const std::string& description,
+                                 const std::string& extension) override;
+    std::string ChooseFileToOpen(const std::string& start, const std::string& title, const std::string& description,
+                                 const std::vector<std::string>& extensions) override;
+    void CopyText(const std::string& text) override;
 };
 
 }  // namespace vantor

@@ -32,6 +32,8 @@ struct ButtonSet {
 ButtonSet ButtonsOf(MessageButtons buttons) {
     switch (buttons) {
         case MessageButtons::YesNo: return {QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes, QMessageBox::No};
+        case MessageButtons::YesNoCancel:
+            return {QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes, QMessageBox::Cancel};
         case MessageButtons::RetryCancel:
             return {QMessageBox::Retry | QMessageBox::Cancel, QMessageBox::Retry, QMessageBox::Cancel};
         case MessageButtons::Ok: break;

@@ -68,6 +68,17 @@ void ProcessRuns(AppContext& context) {
     if (state.TemporaryRunsMode || state.CounterFileChosen) context.OtherScreens.ShowUploadData();
 }
 
+void ImportLog(AppContext& context, LogKind kind) {
+    context.State.GpsObdUpload = true;
+    if (context.OtherScreens.ShowLogSelect(kind) && context.OtherScreens.ShowLogReview(kind))
+        context.OtherScreens.ShowUploadData();
+}
+
+void ShowRun(AppContext& context, int index, void (Screens::*screen)(int entryIndex)) {
+    if (ReadRunOfStudy(context, RunFileName(context.State.CurrentStudy.Entries[index])))
+        (context.OtherScreens.*screen)(index);
+}
+
 void ShowRunDetails(AppContext& context, int index) {
     ApplicationState& state = context.State;
     const StudyRunEntry before = state.CurrentStudy.Entries[index];

@@ -20,8 +20,16 @@ void DownloadAndProcess(AppContext& context);
 /// temporary folder. Nothing is processed when no file was chosen. The mode is off afterwards.
 void ProcessRuns(AppContext& context);
 
+/// Lets the user choose a log of that kind, review it, and then process the runs made of it. Nothing is processed when
+/// no log was chosen or its review was cancelled.
+void ImportLog(AppContext& context, LogKind kind);
+
 /// Shows the speed profile of run `index` (from 1) of the study and takes over what the user changed there: the
 /// boundaries, and the run's name where a new one was given. A run that cannot be read is told to the user.
 void ShowRunDetails(AppContext& context, int index);
+
+/// Reads run `index` (from 1) of the study and opens one of the screens of a run for it. A run that cannot be read is
+/// told to the user.
+void ShowRun(AppContext& context, int index, void (Screens::*screen)(int entryIndex));
 
 }  // namespace vantor

@@ -85,6 +85,27 @@ TEST(CommandLine, ComputesTheDelayOfARun) {
     EXPECT_EQ(slow["ControlDelay"], 2 - 8) << "55 feet at 7.33 feet a second are 7.5 seconds, to even";
 }
 
+TEST(CommandLine, ShowsTheStatisticsOfARun) {
+    CommandRunner runner;
+    PutRun(runner, "R", {44, 0x1000, -32724, 22});
+    const auto statistics = runner.Json({"run", "stats", "/g/R.rd2"});
+    EXPECT_EQ(statistics["Sections"][0],
+              nlohmann::json::parse(R"({"Section": 1, "FromName": "[Start]", "ToName": "Node 1", "Length": 88,
+                  "TravelTime": 3, "RunningTime": 2, "StoppedTime": 1, "Stops": 1, "MeanRunningSpeed": 30.0,
+                  "DelaySeconds": [{"Key": 16, "Label": "Signal", "Seconds": 1}], "NoKeySeconds": 0})"));
+    EXPECT_FALSE(statistics["Total"].contains("Section"));
+    EXPECT_EQ(runner.Run({"run", "stats", "/g/R.rd2"}), 0);
+    EXPECT_NE(runner.Out.find("\n      2  Node 1   [End]            22  "), std::string::npos) << runner.Out;
+    EXPECT_NE(runner.Out.find("\n  Total  [Start]  [End]           110  "), std::string::npos) << runner.Out;
+    PutRun(runner, "Empty", {});
+    EXPECT_TRUE(runner.Json({"run", "stats", "/g/Empty.rd2"})["Sections"].empty());
+    runner.Files.PutCopyOf(VANTOR_SAMPLES "Version 1 runs/MAINNB01.rdf", "/g/MAINNB01.rdf");
+    const auto old = runner.Json({"run", "stats", "/g/MAINNB01.rdf"});
+    EXPECT_EQ(old["Sections"].size(), 6U);
+    EXPECT_EQ(old["Sections"][1]["FromName"], "Oak St");
+    EXPECT_EQ(old["Sections"][5]["ToName"], "End of run");
+}
+
 TEST(CommandLine, TellsFaultsOnStandardErrorOnly) {
     CommandRunner runner;
     PutRun(runner, "Still", {0, 0, 0, 0});
@@ -181,8 +202,8 @@ TEST(CommandLine, EndBoundaryAtTheRunsEndCountsItsLastSecond) {
     runner.Json({"study", "new", "/g", "S", "A"});
     // The speed profile places that boundary on sample 5: 4 s; 140 ft at (10 + 0) / 2 ft/s are 28 s.
     for (const char* end : {"150", "9000"}) {
-        const auto study = runner.Json({"study", "bounds", "/g/S.ld2", "A", "--start-dist", "10", "--end-dist", end,
-                                        "--ideal-speed", "0"});
+        const auto study = runner.Json(
+            {"study", "bounds", "/g/S.ld2", "A", "--start-dist", "10", "--end-dist", end, "--ideal-speed", "0"});
         EXPECT_EQ(study["entries"][0]["ControlDelay"], 4 - (std::string(end) == "150" ? 28 : 1798)) << end;
     }
     // Nothing was placed before a lone computation, so the sample of a boundary that is not found stays 0.

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "cli/CommandLine.h"
+#include "core/RunTimeError.h"
 #include "fakes/FakePorts.h"
 
 namespace vantor {
@@ -14,13 +16,14 @@ namespace vantor {
 struct CommandRunner {
     MemoryFileSystem Files;
     FixedClock Time;
+    FakeDatabases Databases;
     std::string Out;
     std::string Err;
 
     int Run(const std::vector<std::string>& arguments) {
         std::ostringstream out;
         std::ostringstream err;
-        const int status = RunCommandLine(arguments, Files, Time, out, err);
+        const int status = RunCommandLine(arguments, Files, Time, Databases, out, err);
         Out = out.str();
         Err = err.str();
         return status;

@@ -7,6 +7,33 @@
 namespace vantor {
 namespace {
 
+/// The stopped seconds of a section by key number, 0 for those without a key.
+nlohmann::json SecondsByKey(const nlohmann::json& section) {
+    nlohmann::json seconds = nlohmann::json::object();
+    for (const auto& key : section["DelaySeconds"])
+        if (key["Seconds"] != 0) seconds[key["Key"].dump()] = key["Seconds"];
+    if (section["NoKeySeconds"] != 0) seconds["0"] = section["NoKeySeconds"];
+    return seconds;
+}
+
+void ExpectSections(const nlohmann::json& statistics, const nlohmann::json& expected) {
+    ASSERT_EQ(statistics["Sections"].size(), expected.size());
+    std::map<std::string, int> sums;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        const auto& section = statistics["Sections"][i];
+        for (const char* figure : {"Length", "TravelTime", "StoppedTime", "Stops"}) {
+            EXPECT_EQ(section[figure], expected[i][figure]) << statistics["RunName"] << ' ' << i << ' ' << figure;
+            sums[figure] += expected[i][figure].get<int>();
+        }
+        EXPECT_EQ(SecondsByKey(section), expected[i]["Seconds"]) << statistics["RunName"] << ' ' << i;
+    }
+    const auto& total = statistics["Total"];
+    for (const auto& [figure, sum] : sums) EXPECT_EQ(total[figure], sum) << statistics["RunName"] << ' ' << figure;
+    const int running = sums["TravelTime"] - sums["StoppedTime"];
+    EXPECT_EQ(total["RunningTime"], running);
+    EXPECT_NEAR(total["MeanRunningSpeed"], sums["Length"] * 3600.0 / 5280 / running, 0.005001);
+}
+
 /// From the counter's dump to the graded study, against figures that were computed apart from the program
 /// (data/make_corridor_figures.py).
 TEST(CorridorRoad, FiguresMatchTheIndependentOnes) {
@@ -33,6 +60,7 @@ TEST(CorridorRoad, FiguresMatchTheIndependentOnes) {
         for (const char* field :
              {"RunName", "SampleCount", "RunLength", "NumberOfSections", "HeaderWord3", "HeaderLong"})
             EXPECT_EQ(header[field], run[field]) << name << ' ' << field;
+        ExpectSections(runner.Json({"run", "stats", "/group/" + name + ".rd2"}), run["Sections"]);
         create.push_back(name);
     }
     runner.Json(create);

@@ -7,6 +7,7 @@
 #include "core/AppSettings.h"
 #include "core/RunRecords.h"
 #include "core/StudyRecords.h"
+#include "gpsobd/LogRecords.h"
 
 namespace vantor {
 namespace {
@@ -68,6 +69,12 @@ TEST(FormatsPage, HasEveryFieldAsTheCodecHasIt) {
     ExpectDocumented(page, "Version 1 run file header (`.rdf`)", Ver1RunHeaderFields);
     ExpectDocumented(page, "Study file header (`.ld2`)", StudyRecordFields);
     ExpectDocumented(page, "Run entry of a study", StudyRunEntryFields);
+    ExpectDocumented(page, "Logs of the laptop (`.gdf`, `.gd2`, `.odf`, `.od2`, `.ddf`)", LogPrefixFields);
+    ExpectDocumented(page, "Header of a GPS log", GpsLogHeaderFields);
+    ExpectDocumented(page, "Point of a GPS log (second format)", GpsPointFields);
+    ExpectDocumented(page, "Point of a GPS log (first format)", Ver1GpsPointFields);
+    ExpectDocumented(page, "Header of an OBD log", ObdLogHeaderFields);
+    ExpectDocumented(page, "Point of an OBD log", ObdPointFields);
 }
 
 }  // namespace

@@ -3,8 +3,10 @@
 
     python3 tests/data/make_corridor_figures.py > tests/data/corridor_figures.json
 
-Reads samples/Corridor.tdc, decodes the runs of study 001 and computes each between 300 and 7600 feet.
+Reads samples/Corridor.tdc, decodes the runs of study 001, computes each between 300 and 7600 feet and
+counts the seconds, stops and causes of its sections (stopped: no pulses, the stop threshold being 0).
 """
+import itertools
 import json
 import pathlib
 import re
@@ -62,6 +64,33 @@ def delay(words, calibration):
     }
 
 
+MANOEUVRES = (2, 3, 4, 6, 7, 8)
+
+
+def sections(words, calibration):
+    feet = [round(single(calibration / 1000) * pulses) for pulses, _ in words]
+    marks = [mark for _, mark in words]
+    # The section of a second is the number of nodes flagged before it.
+    where = [0] + list(itertools.accumulate(mark >= 128 for mark in marks))
+    key = [mark if 1 <= mark <= 32 and mark not in MANOEUVRES else 0 for mark in marks]
+    rows = [{"Length": 0, "TravelTime": 0, "StoppedTime": 0, "Stops": 0, "Seconds": {}} for _ in range(where[-1] + 1)]
+    for second, step in enumerate(feet):
+        rows[where[second]]["Length"] += step
+        rows[where[second]]["TravelTime"] += 1
+    for stopped, group in itertools.groupby(range(len(feet)), lambda second: feet[second] == 0):
+        seconds = list(group)
+        if not stopped:
+            continue
+        approach = [at for at in range(seconds[0]) if where[at] == where[seconds[0]]]
+        pressed = [key[at] for at in seconds if key[at]] or [key[at] for at in approach if key[at]] or [0]
+        rows[where[seconds[0]]]["Stops"] += 1
+        for at in seconds:
+            rows[where[at]]["StoppedTime"] += 1
+            causes = rows[where[at]]["Seconds"]
+            causes[str(pressed[-1])] = causes.get(str(pressed[-1]), 0) + 1
+    return rows
+
+
 def main():
     runs = []
     for header, words, trailer in records():
@@ -78,6 +107,7 @@ def main():
             "HeaderWord3": len(keys),
             "HeaderLong": trailer,
             **delay(words, int(calibration)),
+            "Sections": sections(words, int(calibration)),
         })
     control = round(sum(run["ControlDelay"] for run in runs) / len(runs))
     stop = round(sum(run["StopDelay"] for run in runs) / len(runs))

@@ -54,13 +54,16 @@ TEST_F(SaveRunTest, ChangedSamplesMoveBoundariesAndComputeAnew) {
         RunRecord Edited;
         std::int32_t Cut, Start, End;
     };
-    for (const Case& c : {Case{RunOf({10, 10, 10, 10, 10}), 10, 10, 40}, {RunOf({10, 10, 10}), 30, 1, 20},
-                          {RunOf({10, 10, 10, 10}), 0, 20, 40}, {RunOf({0, 0, 0, 0}), 0, 0, 0}}) {
+    for (const Case& c : {Case{RunOf({10, 10, 10, 10, 10}), 10, 10, 40},
+                          {RunOf({10, 10, 10}), 30, 1, 20},
+                          {RunOf({10, 10, 10, 10}), 0, 20, 40},
+                          {RunOf({0, 0, 0, 0}), 0, 0, 0}}) {
         Entry().CDStartDist = 20;
         Entry().CDEndDist = 50;
         State.CurrentRun = RunOf({10, 10, 10, 10, 10, 10});
         RunRecord edited = c.Edited;
         edited.Header.RunName = "A";
+        edited.Header.RunLength = 60;  // as it may be typed
         SaveRun(State, Files, edited, {.Entry = 1, .KeepsBackup = true, .FeetCutFromStart = c.Cut});
         EXPECT_EQ(Entry().CDStartDist, c.Start);
         EXPECT_EQ(Entry().CDEndDist, c.End);
@@ -108,11 +111,8 @@ TEST_F(SaveRunTest, AnyErrorLeavesAllAsItWas) {
     EXPECT_ERROR(DiskFull, SaveRun(State, Files, edited, {.Entry = 1, .KeepsBackup = true}));
     expectNothingHappened();
 
-    // The vehicle stands at both boundaries: no ideal speed.
-    edited = RunOf({20, 0, 0, 0, 40, 10});
-    edited.Header.RunName = "A";
-    edited.SampleValues[1] = 0;
-    edited.SampleValues[5] = 0;
+    // Without a speed there is no ideal travel time.
+    State.Settings.SpeedFactor = 0;
     EXPECT_ERROR(DivisionByZero, SaveRun(State, Files, edited, {.Entry = 1, .KeepsBackup = true}));
     expectNothingHappened();
 }

@@ -7,6 +7,9 @@
 
 #include "core/AppContext.h"
 #include "core/Settings.h"
+#include "core/ports/Spreadsheet.h"
+#include "fakes/FakeDatabases.h"
+#include "fakes/FakeRemoteApi.h"
 #include "fakes/FakeSerialPort.h"
 #include "fakes/MemoryFileSystem.h"
 #include "fakes/ScriptedMessageBoxes.h"
@@ -23,8 +26,11 @@ class FakeDesktop : public Desktop {
 public:
     int Beeps = 0;
     std::vector<std::string> Opened;
-    std::string AskedFrom;       ///< where the last choice of a folder began
+    std::string AskedFrom;       ///< where the last choice of a folder or a file began
     std::string FolderToChoose;  ///< what the user chooses there
+    std::string FileToOpen;      ///< what the user chooses there
+    std::string FileToSave;      ///< what the user names there
+    std::string Copied;          ///< what lies on the clipboard
     void Beep() override { ++Beeps; }
     void OpenWebPage(const std::string& address) override { Opened.push_back(address); }
     void ViewText(const std::string& path) override { Opened.push_back(path); }
@@ -35,6 +41,17 @@ public:
         AskedFrom = start;
         return FolderToChoose;
     }
+    std::string ChooseFileToSave(const std::string& start, const std::string&, const std::string&,
+                                 const std::string&) override {
+        AskedFrom = start;
+        return FileToSave;
+    }
+    std::string ChooseFileToOpen(const std::string& start, const std::string&, const std::string&,
+                                 const std::vector<std::string>&) override {
+        AskedFrom = start;
+        return FileToOpen;
+    }
+    void CopyText(const std::string& text) override { Copied = text; }
 };
 
 /// Thrown where the real program would end at once.
@@ -58,15 +75,32 @@ public:
     bool ShowStudySaveAs() override { return Show("frmStudySaveAs"); }
     bool ShowRunSelect() override { return Show("frmRunSelect"); }
     void ShowSpeedProfile(int) override { Show("frmPlotRunSpeedProfileHoriz"); }
+    void ShowRunEditor(int) override { Show("frmRunDetails"); }
+    void ShowSensorData(int) override { Show("frmEditPulseData"); }
+    void ShowRunFileEditor(int) override { Show("frmEditRunFile"); }
+    void ShowRunStatistics(int) override { Show("frmRunStatistics"); }
     void ShowPreferences() override { Show("frmPrefs"); }
     bool ShowReadTDC() override { return Show("frmReadTDC"); }
     bool ShowUploadSelect() override { return Show("frmUploadSelectTDC"); }
+    bool ShowLogSelect(LogKind kind) override { return Show("select " + std::string(NameOf(kind))); }
+    bool ShowLogReview(LogKind kind) override { return Show("review " + std::string(NameOf(kind))); }
     void ShowUploadData() override { Show("frmUploadData"); }
     void ShowUploadRunList(const std::string&) override { Show("frmUploadRunList"); }
     void ShowDeleteTempRuns() override { Show("frmDeleteTempRuns"); }
     void ShowDeleteTDCFiles() override { Show("frmDeleteTDCFiles"); }
 
 private:
+    static const char* NameOf(LogKind kind) {
+        switch (kind) {
+            case LogKind::GpsLaptop: return "GPS laptop";
+            case LogKind::ObdLaptop: return "OBD laptop";
+            case LogKind::GpsHandheld: return "GPS handheld";
+            case LogKind::ObdHandheld: return "OBD handheld";
+            case LogKind::GpsObd: return "GPS and OBD";
+            case LogKind::Battelle: return "Battelle";
+        }
+        return "";
+    }
     bool Show(const std::string& name) {
         Shown.push_back(name);
         const auto action = OnShow.find(name);
@@ -84,6 +118,20 @@ public:
     void Store(const std::string& key, const std::string& value) override { Values[key] = value; }
 };
 
+/// Keeps the sheets it is given; fails when told to.
+class FakeSpreadsheet : public Spreadsheet {
+public:
+    mutable std::vector<Sheet> Sheets;
+    mutable WorkbookFormat Format = WorkbookFormat::Xls;
+    bool Fails = false;
+    std::vector<std::byte> Encode(const std::vector<Sheet>& sheets, WorkbookFormat format) const override {
+        if (Fails) throw RunTimeError(ErrorNumber::Overflow, "too many rows");
+        Sheets = sheets;
+        Format = format;
+        return {std::byte{0xD0}, std::byte{0xCF}};
+    }
+};
+
 /// A fresh program around a disk in memory: Temp, Study Groups and Field Data Files under /start, settings loaded.
 struct TestProgram {
     ApplicationState State;
@@ -95,7 +143,11 @@ struct TestProgram {
     ThrowingEnd End;
     FakeWindowMemory Memory;
     FakeSerialPort Serial;
-    AppContext Context{State, Files, Messages, OtherScreens, DesktopServices, Time, End, Memory, Serial};
+    FakeRemoteApi Device;
+    FakeDatabases Databases;
+    FakeSpreadsheet Sheets;
+    AppContext Context{State, Files,  Messages, OtherScreens, DesktopServices, Time,
+                       End,   Memory, Serial,   Device,       Databases,       Sheets};
 
     TestProgram() {
         for (const char* folder : {"/start/Temp", "/start/Study Groups", "/start/Field Data Files"})

@@ -9,6 +9,8 @@ bool Offers(MessageButtons buttons, MessageAnswer answer) {
     switch (buttons) {
         case MessageButtons::Ok: return answer == MessageAnswer::Ok;
         case MessageButtons::YesNo: return answer == MessageAnswer::Yes || answer == MessageAnswer::No;
+        case MessageButtons::YesNoCancel:
+            return answer == MessageAnswer::Yes || answer == MessageAnswer::No || answer == MessageAnswer::Cancel;
         case MessageButtons::RetryCancel: return answer == MessageAnswer::Retry || answer == MessageAnswer::Cancel;
     }
     return false;

@@ -74,15 +74,9 @@ protected:
     TestProgram Program;
     DiskFileSystem Files{"/"};
     QtSerialPort Serial;
-    AppContext Context{Program.State,
-                       Files,
-                       Program.Messages,
-                       Program.OtherScreens,
-                       Program.DesktopServices,
-                       Program.Time,
-                       Program.End,
-                       Program.Memory,
-                       Serial};
+    AppContext Context{
+        Program.State, Files,          Program.Messages, Program.OtherScreens, Program.DesktopServices, Program.Time,
+        Program.End,   Program.Memory, Serial,           Program.Device,       Program.Databases,       Program.Sheets};
     PseudoTerminal Line{2};
     std::unique_ptr<frmReadTDC> Form;
 };

@@ -122,6 +122,23 @@ TEST_F(MainWindow, MissingRunsAreToldOnceForEachStudyThatIsLoaded) {
     Choose("mnuFileOpen");
 }
 
+TEST_F(MainWindow, TheEditorsGetTheActiveRunWithItsSamples) {
+    StartWith({{"R1", 15}, {"R2", 25}});
+    PressKey(Qt::Key_Down);
+    std::vector<std::string> runs;
+    for (const char* screen : {"frmRunDetails", "frmEditPulseData", "frmEditRunFile", "frmRunStatistics"})
+        OtherScreens.OnShow[screen] = [&] {
+            runs.push_back(State.CurrentRun.Header.RunName);
+            EXPECT_GT(State.CurrentRun.SampleValues.size(), 0U);
+            return false;
+        };
+    Press("BtnEditRun");
+    for (const char* entry : {"mnuRunDetails", "mnuRunSensorData", "mnuRunFile", "mnuRunStatistics"}) Choose(entry);
+    EXPECT_EQ(OtherScreens.Shown,
+              (Names{"frmRunDetails", "frmRunDetails", "frmEditPulseData", "frmEditRunFile", "frmRunStatistics"}));
+    EXPECT_EQ(runs, Names(5, "R2"));
+}
+
 TEST_F(MainWindow, DetailsBringBackBoundariesAndANewName) {
     StartWith({{"R1", 12}, {"R2", 50, 0, 0}});
     std::string typed = "R1";

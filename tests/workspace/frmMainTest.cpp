@@ -26,7 +26,8 @@ struct LookingMessageBoxes : ScriptedMessageBoxes {
 
 TEST_F(Starting, TheFirstRunTellsOfThePreferencesAndOpensThem) {
     LookingMessageBoxes looking;
-    AppContext context{State, Files, looking, OtherScreens, DesktopServices, Time, End, Memory, Serial};
+    AppContext context{State, Files,  looking, OtherScreens, DesktopServices, Time,
+                       End,   Memory, Serial,  Device,       Databases,       Sheets};
     looking.Expect(
         "The Preferences screen will now be loaded so you can check the settings.\n"
         "This is the only time you will have to do this.");
@@ -121,8 +122,6 @@ TEST_F(MainWindow, CarriesOutWhatIsChosenOnTheStartUpScreen) {
     EXPECT_EQ(OtherScreens.Shown, (Names{"frmStartUp", "frmUploadSelectTDC"}));
     choose(StartUpChoice::None);
     EXPECT_EQ(Current().Record.RunCount, 0) << "the study stays";
-    Messages.Expect(NotWorking);
-    choose(StartUpChoice::ProcessBattelle);
     Messages.Expect(AsksAboutChanges, No);
     choose(StartUpChoice::OpenStudy);
     EXPECT_EQ(OtherScreens.Shown, (Names{"frmStartUp", "frmStudyOpen"}));
@@ -135,18 +134,59 @@ TEST_F(MainWindow, CarriesOutWhatIsChosenOnTheStartUpScreen) {
     EXPECT_FALSE(Window->isVisible());
 }
 
+TEST_F(MainWindow, EveryChainOfLogsGoesFromItsSelectionToTheUpload) {
+    Start();
+    const std::tuple<const char*, StartUpChoice, const char*> chains[] = {
+        {"mnuFileRoamlap", StartUpChoice::ProcessRoamlap, "GPS laptop"},
+        {"mnuFileRoampad", StartUpChoice::ProcessRoampad, "GPS handheld"},
+        {"mnuFileRevlap", StartUpChoice::ProcessRevlap, "OBD laptop"},
+        {"mnuFileRevpad", StartUpChoice::ProcessRevpad, "OBD handheld"},
+        {nullptr, StartUpChoice::ProcessCombined, "GPS and OBD"},
+        {nullptr, StartUpChoice::ProcessBattelle, "Battelle"}};
+    bool isReviewed = false;
+    for (const auto& [entry, choice, kind] : chains) {
+        const std::string select = std::string("select ") + kind;
+        const std::string review = std::string("review ") + kind;
+        OtherScreens.OnShow["frmStartUp"] = [this, chosen = choice] {
+            State.ChosenAtStartUp = chosen;
+            return State.StartUpDone = true;
+        };
+        const auto run = [&] {
+            OtherScreens.Shown.clear();
+            State.GpsObdUpload = false;
+            Choose(entry != nullptr ? entry : "mnuFileStartUp");
+            std::erase(OtherScreens.Shown, "frmStartUp");
+            EXPECT_TRUE(State.GpsObdUpload);
+        };
+        run();
+        EXPECT_EQ(OtherScreens.Shown, Names{select}) << "no log was chosen";
+        OtherScreens.OnShow[select] = [] { return true; };
+        OtherScreens.OnShow[review] = [&] { return isReviewed; };
+        isReviewed = false;
+        run();
+        EXPECT_EQ(OtherScreens.Shown, (Names{select, review})) << "the review was cancelled";
+        isReviewed = true;
+        run();
+        EXPECT_EQ(OtherScreens.Shown, (Names{select, review, "frmUploadData"}));
+    }
+    OtherScreens.Shown.clear();
+    Choose("mnuFileStartUp");
+    EXPECT_EQ(OtherScreens.Shown, (Names{"frmStartUp", "select Battelle", "review Battelle", "frmUploadData"}));
+}
+
 TEST_F(MainWindow, MenusHoldEveryEntryAndThoseToComeAreDisabled) {
     Start();
     int ready = 0;
     int toCome = 0;
     for (const QAction* menu : Window->menuBar()->actions())
         for (const QAction* entry : menu->menu()->actions()) {
-            if (entry->isSeparator()) continue;
+            // Without runs there is none to edit.
+            if (entry->isSeparator() || menu->text() == "Ru&n") continue;
             ++(entry->isEnabled() ? ready : toCome);
             EXPECT_NE(entry->isEnabled(), entry->toolTip().contains("Comes with a later version"));
         }
-    EXPECT_EQ(ready, 14);
-    EXPECT_EQ(toCome, 7);
+    EXPECT_EQ(ready, 18);
+    EXPECT_EQ(toCome, 3);
     Messages.Expect("Vantor\nVersion " VANTOR_VERSION);
     Choose("mnuHelpAbout");
     Choose("mnuHelpSupport");

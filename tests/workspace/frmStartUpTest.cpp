@@ -24,6 +24,10 @@ TEST_F(frmStartUpTest, EachChoiceIsHandedOver) {
         {"BtnOpenStudy", "Open &Existing Study", StartUpChoice::OpenStudy},
         {"BtnProcessTemp", "Process Runs in Temp &Folder", StartUpChoice::ProcessTempRuns},
         {"BtnProcessTDC", "Process &TDC Data", StartUpChoice::ProcessTdcData},
+        {"BtnProcessRoamlap", "Process Roam&lap Data", StartUpChoice::ProcessRoamlap},
+        {"BtnProcessRoampad", "Process Roam&pad Data", StartUpChoice::ProcessRoampad},
+        {"BtnProcessRevlap", "Process Re&vlap Data", StartUpChoice::ProcessRevlap},
+        {"BtnProcessRevpad", "Process Revpa&d Data", StartUpChoice::ProcessRevpad},
         {"BtnExit", "E&xit", StartUpChoice::Exit},
     };
     for (const Case& given : cases) {
@@ -59,14 +63,22 @@ TEST_F(frmStartUpTest, OffersOnlyWhatIsThere) {
         frmStartUp form(Program.Context);
         EXPECT_EQ(form.findChild<QWidget*>("BtnLastStudy"), nullptr) << name;
     }
-    Shown<frmStartUp> form(Program.Context);
-    for (const char* name : {"BtnProcessRoamlap", "BtnProcessRoampad", "BtnProcessRevlap", "BtnProcessRevpad"}) {
-        EXPECT_FALSE(IsEnabled(form, name)) << name;
-        EXPECT_EQ(Find<QWidget>(form, name).toolTip(), "This choice is not available yet.") << name;
+}
+
+TEST_F(frmStartUpTest, KeysStartTheCombinedAndTheBattelleChain) {
+    const std::tuple<Qt::Key, Qt::KeyboardModifier, StartUpChoice> keys[] = {
+        {Qt::Key_P, Qt::NoModifier, StartUpChoice::ProcessCombined},
+        {Qt::Key_P, Qt::ShiftModifier, StartUpChoice::ProcessCombined},
+        {Qt::Key_B, Qt::NoModifier, StartUpChoice::ProcessBattelle},
+        {Qt::Key_B, Qt::ShiftModifier, StartUpChoice::ProcessBattelle}};
+    for (const auto& [key, modifier, choice] : keys) {
+        Shown<frmStartUp> form(Program.Context);
+        form.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+        QTest::keyClick(QApplication::focusWidget(), key, modifier);
+        EXPECT_EQ(State.ChosenAtStartUp, choice);
+        EXPECT_TRUE(form.isHidden());
     }
-    QTest::keyClick(&form, Qt::Key_P);
-    QTest::keyClick(&form, Qt::Key_B, Qt::ShiftModifier);
-    EXPECT_TRUE(form.isVisible());
 }
 
 TEST_F(frmStartUpTest, WorksByKeyboard) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace vantor {
 
@@ -18,6 +19,21 @@ public:
     virtual void OpenHelp(const std::string& helpFile, int context) = 0;
     /// Lets the user choose an existing folder, beginning at `start`; empty when none was chosen.
     virtual std::string ChooseFolder(const std::string& start) = 0;
+    /// Lets the user name a file to write, beginning at the path `start`; empty when none was named. A name without
+    /// an extension gets `extension` (".csv"). A file that exists is returned after the user agreed to replace it.
+    /// `description` says what files of that extension are.
+    virtual std::string ChooseFileToSave(const std::string& start, const std::string& title,
+                                         const std::string& description, const std::string& extension) = 0;
+    /// Lets the user choose an existing file with one of the `extensions` (".rd2"), beginning at the folder `start`;
+    /// empty when none was chosen, and where there is nobody to choose. `description` says what files of these
+    /// extensions are.
+    virtual std::string ChooseFileToOpen(const std::string& /*start*/, const std::string& /*title*/,
+                                         const std::string& /*description*/,
+                                         const std::vector<std::string>& /*extensions*/) {
+        return {};
+    }
+    /// Puts a text on the clipboard.
+    virtual void CopyText(const std::string& text) = 0;
 };
 
 }  // namespace vantor

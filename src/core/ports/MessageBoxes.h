@@ -4,7 +4,7 @@
 
 namespace vantor {
 
-enum class MessageButtons { Ok, YesNo, RetryCancel };
+enum class MessageButtons { Ok, YesNo, YesNoCancel, RetryCancel };
 enum class MessageIcon { None, Information, Question, Warning, Critical };
 enum class MessageAnswer { Ok, Yes, No, Retry, Cancel };
 
@@ -26,6 +26,10 @@ public:
     }
     bool Confirm(const std::string& question) {
         return Ask({question, MessageButtons::YesNo, MessageIcon::Question}) == MessageAnswer::Yes;
+    }
+    /// Whether to save what was changed before a screen is left: Yes, No, or Cancel to stay.
+    MessageAnswer AskToSave(const std::string& question) {
+        return Ask({question, MessageButtons::YesNoCancel, MessageIcon::Question});
     }
 };
 

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "core/LogKind.h"
+
 namespace vantor {
 
 /// Opens the other screens of the program, modally. Each returns when its screen is closed; what the user chose
@@ -19,11 +21,22 @@ public:
     virtual bool ShowRunSelect() = 0;
     /// The speed profile of the current run, which is run `entryIndex` of the study.
     virtual void ShowSpeedProfile(int entryIndex) = 0;
+    // The editors of the current run, whose samples are loaded; it is run `entryIndex` of the study. A run that they
+    // save is in its file, in the ApplicationState and in the study's entry afterwards.
+    virtual void ShowRunEditor(int entryIndex) = 0;
+    virtual void ShowSensorData(int entryIndex) = 0;
+    virtual void ShowRunFileEditor(int entryIndex) = 0;
+    /// The statistics of the current run.
+    virtual void ShowRunStatistics(int entryIndex) = 0;
     virtual void ShowPreferences() = 0;
     /// True when a whole dump was received; its file is the chosen counter file.
     virtual bool ShowReadTDC() = 0;
     /// True when a counter file was chosen.
     virtual bool ShowUploadSelect() = 0;
+    /// True when a log of that kind was chosen.
+    virtual bool ShowLogSelect(LogKind kind) = 0;
+    /// The review of the chosen log; true when its runs were made.
+    virtual bool ShowLogReview(LogKind kind) = 0;
     virtual void ShowUploadData() = 0;
     /// The runs that lie in a Study Group.
     virtual void ShowUploadRunList(const std::string& studyGroup) = 0;

@@ -123,6 +123,14 @@ void MainMenu::TellNotWorking() {
     context_.Messages.Tell("This feature is not working yet.");
 }
 
+QList<QAction*> MainMenu::CommandsOf(const char* menu) const {
+    QList<QAction*> commands;
+    for (const MenuEntry& entry : entries_)
+        if (QLatin1String(entry.Menu) == QLatin1String(menu))
+            if (auto* action = findChild<QAction*>(QLatin1String(entry.Name))) commands.append(action);
+    return commands;
+}
+
 void MainMenu::SetToolbarButtonEnabled(int index, bool enabled) { toolbarActions_.at(index)->setEnabled(enabled); }
 
 }  // namespace vantor

@@ -35,6 +35,8 @@ public:
     /// The answer to every command that is not there yet.
     void TellNotWorking();
     void SetToolbarButtonEnabled(int index, bool enabled);
+    /// The commands of a menu by its title, in order, without separators.
+    QList<QAction*> CommandsOf(const char* menu) const;
 
 private:
     void BuildMenus(QMainWindow& window);

@@ -30,6 +30,7 @@ namespace vantor {
 namespace {
 
 constexpr int ShowDetailsButton = 7;
+constexpr const char* RunMenu = "Ru&n";
 constexpr const char* SupportSite = "https://vantor.example/support";
 
 bool IsAbsolute(const std::string& path) {
@@ -57,6 +58,8 @@ frmMain::frmMain(AppContext& context) : context_(context) {
 
 std::vector<MenuEntry> frmMain::MenuEntries() {
     const auto to = [this](void (frmMain::*command)()) { return [this, command] { (this->*command)(); }; };
+    const auto onRun = [this](void (Screens::*open)(int)) { return [this, open] { ShowActiveRun(open); }; };
+    const auto log = [this](LogKind kind) { return [this, kind] { ProcessLog(kind); }; };
     const std::function<void()> comesLater;
     using Keys = QKeySequence;
     return {
@@ -77,10 +80,10 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
          0,
          "",
          to(&frmMain::ProcessTemporaryRuns)},
-        {"&File", "mnuFileRoamlap", "Process Roamlap Data", "gps-log"},
-        {"&File", "mnuFileRoampad", "Process Roampad Data", "handheld"},
-        {"&File", "mnuFileRevlap", "Process Revlap Data", "obd-log"},
-        {"&File", "mnuFileRevpad", "Process Revpad Data", "handheld-obd"},
+        {"&File", "mnuFileRoamlap", "Process Roamlap Data", "gps-log", {}, 0, "", log(LogKind::GpsLaptop)},
+        {"&File", "mnuFileRoampad", "Process Roampad Data", "handheld", {}, 0, "", log(LogKind::GpsHandheld)},
+        {"&File", "mnuFileRevlap", "Process Revlap Data", "obd-log", {}, 0, "", log(LogKind::ObdLaptop)},
+        {"&File", "mnuFileRevpad", "Process Revpad Data", "handheld-obd", {}, 0, "", log(LogKind::ObdHandheld)},
         {"&File", "", "", ""},
         {"", "", "Show Details", "show-details", {}, ShowDetailsButton, "Details", to(&frmMain::ShowDetails)},
         {"&File", "mnuFilePrint", "&Print Report", "print", Keys("Ctrl+P"), 9, "Print", comesLater},
@@ -96,6 +99,11 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
         {"&File", "", "", ""},
         {"&File", "mnuFileExit", "E&xit", "exit", Keys("Ctrl+Q"), 0, "", [this] { close(); }},
         {"&View", "mnuViewStatistics", "Study Statistics", "statistics", {}, 0, "", to(&frmMain::ShowStudyStatistics)},
+        {RunMenu, "mnuRunShow", "Show &Details", "show-details", {}, 0, "", to(&frmMain::ShowDetails)},
+        {RunMenu, "mnuRunDetails", "&Run Details", "edit", {}, 0, "", onRun(&Screens::ShowRunEditor)},
+        {RunMenu, "mnuRunSensorData", "Edit &Sensor Data", "de-spike", {}, 0, "", onRun(&Screens::ShowSensorData)},
+        {RunMenu, "mnuRunFile", "Edit Run &File", "run", {}, 0, "", onRun(&Screens::ShowRunFileEditor)},
+        {RunMenu, "mnuRunStatistics", "Run S&tatistics", "statistics", {}, 0, "", onRun(&Screens::ShowRunStatistics)},
         {"&Utilities",
          "mnuUtilDeleteRuns",
          "Delete Runs in Temp Folder",
@@ -161,6 +169,10 @@ QLayout* frmMain::BuildRunListButtons(QWidget* parent) {
     btnShowDetails_ = add("BtnShowDetails", "Sho&w Details", "show-details");
     btnShowDetails_->setToolTip(QStringLiteral("Shows the run's speed profile, where its boundaries are set"));
     Connect(btnShowDetails_, &QPushButton::clicked, this, context_.Messages, [this] { ShowDetails(); });
+    btnEditRun_ = add("BtnEditRun", "&Edit Run", "edit");
+    btnEditRun_->setToolTip(QStringLiteral("Names and nodes of the run, its sensor data and statistics"));
+    Connect(btnEditRun_, &QPushButton::clicked, this, context_.Messages,
+            [this] { ShowActiveRun(&Screens::ShowRunEditor); });
     line->addStretch();
     auto* chart = add("btnContDelayVsAvg", "View Control Delay Plot", "delay-chart");
     chart->setEnabled(false);
@@ -178,6 +190,8 @@ void frmMain::AddRunListKeys() {
     add({Qt::Key_Insert}, &frmMain::AddRuns);
     add({Qt::Key_Delete}, &frmMain::DeleteActiveRun);
     add({Qt::Key_Return, Qt::Key_Enter}, &frmMain::ShowDetails);
+    vaRunList_->addActions(menu_->CommandsOf(RunMenu));
+    vaRunList_->setContextMenuPolicy(Qt::ActionsContextMenu);
     Connect(vaRunList_, &QTableView::doubleClicked, this, context_.Messages, [this] { ShowDetails(); });
 }
 
@@ -258,6 +272,8 @@ void frmMain::RefreshStudyResults() {
     const bool hasRuns = vaRunList_->ActiveRun() != 0;
     btnDeleteRun_->setEnabled(hasRuns);
     btnShowDetails_->setEnabled(hasRuns);
+    btnEditRun_->setEnabled(hasRuns);
+    for (QAction* command : menu_->CommandsOf(RunMenu)) command->setEnabled(hasRuns);
     menu_->SetToolbarButtonEnabled(ShowDetailsButton, hasRuns);
     const bool hasCounted =
         std::ranges::any_of(vaRunList_->Rows(), [](const RunListRow& row) { return row.State == RunState::Counted; });
@@ -338,6 +354,11 @@ void frmMain::ProcessTemporaryRuns() {
     RefreshStudyResults();
 }
 
+void frmMain::ProcessLog(LogKind kind) {
+    ImportLog(context_, kind);
+    RefreshStudyResults();
+}
+
 void frmMain::ShowStartUpOptions() {
     ApplicationState& state = context_.State;
     state.StartUpDone = false;
@@ -357,7 +378,12 @@ void frmMain::CarryOut(StartUpChoice choice) {
         case StartUpChoice::ReadCounter: return ReadCounter();
         case StartUpChoice::Preferences: return ShowPreferences();
         case StartUpChoice::Exit: close(); return;
-        default: return menu_->TellNotWorking();
+        case StartUpChoice::ProcessRoamlap: return ProcessLog(LogKind::GpsLaptop);
+        case StartUpChoice::ProcessRoampad: return ProcessLog(LogKind::GpsHandheld);
+        case StartUpChoice::ProcessRevlap: return ProcessLog(LogKind::ObdLaptop);
+        case StartUpChoice::ProcessRevpad: return ProcessLog(LogKind::ObdHandheld);
+        case StartUpChoice::ProcessCombined: return ProcessLog(LogKind::GpsObd);
+        case StartUpChoice::ProcessBattelle: return ProcessLog(LogKind::Battelle);
     }
 }
 
@@ -390,6 +416,13 @@ void frmMain::ShowDetails() {
     const int run = vaRunList_->ActiveRun();
     if (run == 0) return context_.DesktopServices.Beep();
     Guarded(context_.Messages, [&] { ShowRunDetails(context_, run); });
+    RefreshStudyResults();
+}
+
+void frmMain::ShowActiveRun(void (Screens::*open)(int)) {
+    const int run = vaRunList_->ActiveRun();
+    if (run == 0) return context_.DesktopServices.Beep();
+    Guarded(context_.Messages, [&] { ShowRun(context_, run, open); });
     RefreshStudyResults();
 }
 

@@ -65,6 +65,7 @@ private:
     void SaveAs();
     void ReadCounter();
     void ProcessTemporaryRuns();
+    void ProcessLog(LogKind kind);
     void ShowPreferences();
     void ShowStartUpOptions();
     void CarryOut(StartUpChoice choice);
@@ -74,6 +75,8 @@ private:
     void AddRuns();
     void DeleteActiveRun();
     void ShowDetails();
+    /// Opens one of the screens of a run for the active one.
+    void ShowActiveRun(void (Screens::*open)(int entryIndex));
 
     AppContext& context_;
     ResultLabels labels_;
@@ -87,6 +90,7 @@ private:
     ResultsPanel* results_ = nullptr;
     QPushButton* btnDeleteRun_ = nullptr;
     QPushButton* btnShowDetails_ = nullptr;
+    QPushButton* btnEditRun_ = nullptr;
     QLabel* lblStudyGroup_ = nullptr;
     QLabel* lblSaved_ = nullptr;
 };

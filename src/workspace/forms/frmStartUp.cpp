@@ -23,7 +23,6 @@ namespace {
 
 /// The least width of a card in average characters: most explanations take one line.
 constexpr int CardCharacters = 60;
-const QString NotYet = QStringLiteral("This choice is not available yet.");
 
 /// Shows the keyboard's place as styles show the pointer's.
 class CardButton : public QCommandLinkButton {
@@ -59,7 +58,6 @@ struct frmStartUp::Card {
     QString Caption;
     const char* Icon;
     QString Explanation;
-    bool IsAvailable = true;
 };
 
 frmStartUp::frmStartUp(AppContext& context) : context_(context), choices_(new QButtonGroup(this)) {
@@ -111,13 +109,13 @@ QLayout* frmStartUp::BuildChoices() {
                      QStringLiteral("Name the runs waiting there for a Study Group.")}}));
     QVBoxLayout* logs = BuildGroup("frLogs", QStringLiteral("GPS and OBD Runs"),
                                    {{ProcessRoamlap, "BtnProcessRoamlap", QStringLiteral("Process Roam&lap Data"),
-                                     "gps-log", QStringLiteral("GPS logs of a laptop."), false},
+                                     "gps-log", QStringLiteral("GPS logs of a laptop.")},
                                     {ProcessRoampad, "BtnProcessRoampad", QStringLiteral("Process Roam&pad Data"),
-                                     "handheld", QStringLiteral("GPS logs of a handheld."), false},
+                                     "handheld", QStringLiteral("GPS logs of a handheld.")},
                                     {ProcessRevlap, "BtnProcessRevlap", QStringLiteral("Process Re&vlap Data"),
-                                     "obd-log", QStringLiteral("OBD logs of a laptop."), false},
+                                     "obd-log", QStringLiteral("OBD logs of a laptop.")},
                                     {ProcessRevpad, "BtnProcessRevpad", QStringLiteral("Process Revpa&d Data"),
-                                     "handheld-obd", QStringLiteral("OBD logs of a handheld."), false}});
+                                     "handheld-obd", QStringLiteral("OBD logs of a handheld.")}});
     AddKey(logs, Qt::Key_P, ProcessCombined, QStringLiteral("Key P: combined GPS and OBD logs."));
     AddKey(logs, Qt::Key_B, ProcessBattelle, QStringLiteral("Key B: Battelle GPS files."));
     add(0, 1, logs);
@@ -161,8 +159,6 @@ QVBoxLayout* frmStartUp::BuildGroup(const char* name, const QString& heading, co
         button->setIconSize(QSize(24, 24));
         const int width = std::max(fontMetrics().averageCharWidth() * CardCharacters, button->sizeHint().width());
         button->setMinimumSize(width, button->heightForWidth(width));
-        button->setEnabled(card.IsAvailable);
-        if (!card.IsAvailable) button->setToolTip(NotYet);
         choices_->addButton(button, static_cast<int>(card.Choice));
         layout->addWidget(button);
     }
@@ -173,11 +169,8 @@ QVBoxLayout* frmStartUp::BuildGroup(const char* name, const QString& heading, co
 void frmStartUp::AddKey(QVBoxLayout* group, Qt::Key key, StartUpChoice choice, const QString& explanation) {
     auto* shortcut = new QShortcut(this);
     shortcut->setKeys({QKeySequence(key), QKeySequence(Qt::SHIFT | key)});
-    shortcut->setEnabled(false);
     Connect(shortcut, &QShortcut::activated, this, context_.Messages, [this, choice] { Choose(choice); });
     auto* label = new QLabel(explanation, group->parentWidget());
-    label->setEnabled(false);
-    label->setToolTip(NotYet);
     group->insertWidget(group->count() - 1, label);
 }
 

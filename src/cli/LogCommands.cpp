@@ -1,0 +1,118 @@
+#include <memory>
+
+#include "cli/Commands.h"
+#include "cli/RecordJson.h"
+#include "core/Paths.h"
+#include "gpsobd/LaptopLog.h"
+#include "gpsobd/LogPoints.h"
+#include "gpsobd/LogRuns.h"
+#include "gpsobd/PalmDatabase.h"
+#include "gpsobd/ReviewColumns.h"
+
+namespace vantor {
+namespace {
+
+const char* KindName(LogKind kind) {
+    switch (kind) {
+        case LogKind::GpsLaptop: return "gps-laptop";
+        case LogKind::ObdLaptop: return "obd-laptop";
+        case LogKind::GpsHandheld: return "gps-handheld";
+        case LogKind::ObdHandheld: return "obd-handheld";
+        case LogKind::GpsObd: return "gps-obd";
+        case LogKind::Battelle: return "battelle";
+    }
+    return "";
+}
+
+/// The ways to read a log, for the length of a command.
+struct Sources {
+    explicit Sources(const CommandContext& context)
+        : Palm(context.Files), All{context.Files, context.Databases, Palm, context.Time} {}
+
+    PalmDatabase Palm;
+    LogSources All;
+};
+
+Json DateTimeJson(const std::optional<Date>& time) { return time ? json::Value(*time) : Json(nullptr); }
+
+Json DayJson(const std::optional<Date>& day) {
+    const Json time = DateTimeJson(day);
+    return time.is_null() ? time : Json(time.get<std::string>().substr(0, std::string("YYYY-MM-DD").size()));
+}
+
+/// A row of the review with the keys of its columns; the OBD half of a combined log is an object in it.
+Json RowJson(const ReviewLayout& layout, LogKind kind, const LogPoint& point) {
+    Json row = Json::object();
+    Json obd = Json::object();
+    for (const ReviewColumn& column : layout.Columns) {
+        Json& half = kind == LogKind::GpsObd && IsOfObd(column.Field) ? obd : row;
+        if (column.Look == ColumnLook::Direction)
+            half[column.Key] = CellText(column, point);
+        else
+            half[column.Key] = WithField(column.Field, point, [](const auto& value) { return json::Value(value); });
+    }
+    if (!obd.empty()) row["OBD"] = std::move(obd);
+    return row;
+}
+
+Json RowsJson(FieldLog log) {
+    ArrangeForReview(log);
+    const ReviewLayout layout = ReviewLayoutOf(log.Kind);
+    Json rows = Json::array();
+    for (const LogPoint& point : log.Points) rows.push_back(RowJson(layout, log.Kind, point));
+    return rows;
+}
+
+int ShowLog(CommandContext& context, const std::string& path, bool withRows) {
+    const Sources sources(context);
+    const LogKind kind = LogKindOf(sources.All, path);
+    const LogSummary summary = ReadLogSummary(sources.All, kind, path).value_or(LogSummary{});
+    FieldLog log = ReadFieldLog(sources.All, kind, path);
+    const bool hasObdHeader = HasObdHeader(kind);
+    Json result = {{"kind", KindName(kind)},
+                   {"StudyName", StudyName(log)},
+                   {"BaseName", json::Value(hasObdHeader ? log.ObdHeader.BaseName : log.GpsHeader.BaseName)},
+                   {"StudyDate", DayJson(summary.StudyDate)},
+                   {"StartTime", DateTimeJson(summary.StartTime)},
+                   {"EndTime", DateTimeJson(summary.EndTime)},
+                   {"Runs", summary.Runs},
+                   {"rowCount", log.Points.size()},
+                   {"droppedBytes", log.DroppedBytes}};
+    if (withRows) result["rows"] = RowsJson(std::move(log));
+    context.Print(result);
+    return Done;
+}
+
+int ConvertLog(CommandContext& context, const std::string& path, const std::string& folder) {
+    const Sources sources(context);
+    FieldLog log = ReadFieldLog(sources.All, LogKindOf(sources.All, path), path);
+    if (log.DroppedBytes != 0)
+        context.Err << path << "\nThe last record of the log is incomplete: " << log.DroppedBytes
+                    << " bytes at the end of the file were left out.\n";
+    ArrangeForReview(log);
+    context.Print(WriteLogRuns(context.Files, log, folder, context.State.Settings));
+    return Done;
+}
+
+}  // namespace
+
+void AddLogCommands(CLI::App& program, CommandAction& chosen) {
+    CLI::App* group = program.add_subcommand("log", "The log of a GPS or OBD logger");
+    group->fallthrough()->require_subcommand(1);
+
+    const char* const fileHelp = "A log (.gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb, .pdb)";
+    auto path = std::make_shared<std::string>();
+    auto folder = std::make_shared<std::string>();
+    auto withRows = std::make_shared<bool>(false);
+    CLI::App& show = AddCommand(*group, chosen, "show", "What a log holds",
+                                [=](CommandContext& context) { return ShowLog(context, *path, *withRows); });
+    show.add_option("FILE", *path, fileHelp)->required();
+    show.add_flag("--rows", *withRows, "Its rows too, in order and with their times repaired");
+
+    CLI::App& convert = AddCommand(*group, chosen, "convert", "Make a run file of every run",
+                                   [=](CommandContext& context) { return ConvertLog(context, *path, *folder); });
+    convert.add_option("FILE", *path, fileHelp)->required();
+    convert.add_option("--to", *folder, "The folder for the run files")->required();
+}
+
+}  // namespace vantor

@@ -1,0 +1,72 @@
+#include <memory>
+
+#include "cli/Commands.h"
+#include "core/RunDecoding.h"
+#include "core/RunFile.h"
+#include "core/modMain.h"
+#include "editing/SensorData.h"
+
+namespace vantor {
+namespace {
+
+struct RepairOptions {
+    std::string Path;
+    std::optional<std::string> Output;         ///< nothing for a repair in place
+    std::optional<std::int16_t> SmoothFactor;  ///< nothing for De-Spike
+};
+
+WordChanges RepairsOf(const SensorData& data, const RunRecord& run, const RepairOptions& options) {
+    return options.SmoothFactor ? data.Smooth(run.SampleValues, *options.SmoothFactor) : data.DeSpike(run.SampleValues);
+}
+
+NamedFile TakeApartOutput(CommandContext& context, const std::string& path) {
+    const NamedFile file = TakeApart(path, RunExtension, "run file");
+    if (FileExists(context.Files, path))
+        throw RunTimeError(ErrorNumber::FileAlreadyExists, path + "\nGive the repaired run another name.");
+    return file;
+}
+
+void Write(CommandContext& context, RunRecord& run, const NamedFile& file, bool keepsBackup) {
+    DecodeEditedRun(run);
+    const auto batch = context.Files.BeginWrites();
+    if (keepsBackup) AddBackup(*batch, context.Files, file.Folder, file.Name);
+    AddRunFile(*batch, run, file.Folder, file.Name);
+    batch->Commit();
+}
+
+int RepairRun(CommandContext& context, const RepairOptions& options) {
+    const NamedFile source = TakeApart(options.Path, RunExtension, "run file");
+    const bool isInPlace = !options.Output;
+    const NamedFile target = isInPlace ? source : TakeApartOutput(context, *options.Output);
+    RunRecord run;
+    if (!ReadRunFile(context.Files, context.Messages, run, source.Folder, source.Name, true)) return Failed;
+    const SensorData data(run.Header.CalConstant, context.State.Settings);
+    const WordChanges changes = RepairsOf(data, run, options);
+    for (const WordChange& change : changes) run.SampleValues[change.Point] = change.New;
+    // A run without faults stays as it is, and so does its backup.
+    if (!isInPlace || !changes.empty()) Write(context, run, target, isInPlace);
+    context.Print({{"changed", changes.size()}});
+    return Done;
+}
+
+CLI::App& AddRepair(CLI::App& runGroup, CommandAction& chosen, const char* name, const char* description,
+                    const std::shared_ptr<RepairOptions>& options) {
+    CLI::App& command = AddCommand(runGroup, chosen, name, description,
+                                   [options](CommandContext& context) { return RepairRun(context, *options); });
+    command.add_option("FILE", options->Path, "A run file (.rd2); as it was it stays as .bak")->required();
+    command.add_option("--output", options->Output, "Leave FILE as it is and write the repaired run there (.rd2)");
+    return command;
+}
+
+}  // namespace
+
+void AddRepairCommands(CLI::App& runGroup, CommandAction& chosen) {
+    AddRepair(runGroup, chosen, "despike", "Replace the samples whose speed jumps off from their neighbours'",
+              std::make_shared<RepairOptions>());
+    const auto options = std::make_shared<RepairOptions>();
+    AddRepair(runGroup, chosen, "smooth", "Replace the samples whose speed differs from the one before", options)
+        .add_option("--factor", options->SmoothFactor, "The difference from which a sample is replaced, miles per hour")
+        ->required();
+}
+
+}  // namespace vantor

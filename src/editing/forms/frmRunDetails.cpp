@@ -1,0 +1,187 @@
+#include "editing/forms/frmRunDetails.h"
+
+#include "core/Paths.h"
+#include "core/RunFile.h"
+#include "core/StudyFile.h"
+#include "core/Text.h"
+#include "core/forms/Guarded.h"
+#include "core/forms/Named.h"
+#include "core/forms/WindowLayout.h"
+#include "core/modMain.h"
+#include "editing/DateTexts.h"
+
+namespace vantor {
+
+frmRunDetails::frmRunDetails(AppContext& context, int entryIndex)
+    : context_(context),
+      entry_(entryIndex),
+      details_(context.State.CurrentRun, {context.State.Settings.MetricUnits != 0}),
+      controls_(*this) {
+    setObjectName(QStringLiteral("frmRunDetails"));
+    setWindowTitle(QStringLiteral("Run Details"));
+    setWindowFlag(Qt::WindowMaximizeButtonHint);
+    ConnectControls();
+    controls_.vaSectionNames->SetDetails(details_);
+    Load();
+    controls_.RunDetailsName->setFocus();
+    RememberLayout(*this, context.Memory);
+}
+
+void frmRunDetails::ConnectControls() {
+    const auto onClick = [this](QPushButton* button, auto action) {
+        Connect(button, &QPushButton::clicked, this, context_.Messages, action);
+    };
+    onClick(controls_.BtnInsert, [this] { Insert(); });
+    onClick(controls_.BtnDelete, [this] { Delete(); });
+    onClick(controls_.BtnReverse, [this] { Reverse(); });
+    onClick(controls_.BtnCopy, [this] { CopyNames(); });
+    onClick(controls_.btnTrimStart, [this] { TrimRunWith(&RunDetails::TrimStart); });
+    onClick(controls_.btnTrimEnd, [this] { TrimRunWith(&RunDetails::TrimEnd); });
+    onClick(controls_.BtnShowPlot, [this] { OpenScreen(&Screens::ShowSpeedProfile); });
+    onClick(controls_.BtnEditRunData, [this] { OpenScreen(&Screens::ShowSensorData); });
+    onClick(controls_.BtnShowStats, [this] { OpenScreen(&Screens::ShowRunStatistics); });
+    onClick(controls_.RunDetailsSave, [this] {
+        if (Save()) accept();
+    });
+    onClick(controls_.RunDetailsCancel, [this] { done(Rejected); });
+    onClick(controls_.cmdHelp, [this] { ShowHelp(context_.DesktopServices, context_.Files); });
+    Connect(controls_.RunDetailsDate, &QLineEdit::textChanged, this, context_.Messages, [this] { ShowDay(); });
+    Connect(controls_.RunDetailsCalConst, &QLineEdit::editingFinished, this, context_.Messages,
+            [this] { Calibrate(); });
+}
+
+std::string frmRunDetails::RunName() const {
+    const ApplicationState& state = context_.State;
+    return entry_ > 0 ? RunFileName(state.CurrentStudy.Entries[entry_])
+                      : std::string(Trim(state.CurrentRun.Header.RunName));
+}
+
+void frmRunDetails::Load() {
+    RunHeader& header = context_.State.CurrentRun.Header;
+    const std::string given(Trim(header.RunName));
+    header.RunName = RunName();
+    details_ = RunDetails(context_.State.CurrentRun, details_.Units());
+    RunDetailTexts texts = DetailsOf(header);
+    texts.Name = given;
+    ShowRun(texts);
+}
+
+void frmRunDetails::ShowRun(const RunDetailTexts& texts) {
+    controls_.ShowTexts(texts);
+    controls_.ShowButtons(details_.Run().Header, texts);
+    ShowDay();
+    ShowNodes();
+    const bool hasData = !details_.Run().SampleValues.IsEmpty();
+    controls_.BtnShowPlot->setEnabled(entry_ > 0);
+    controls_.BtnEditRunData->setEnabled(hasData);
+}
+
+void frmRunDetails::ShowNodes() {
+    controls_.vaSectionNames->Refresh();
+    controls_.ShowSummary(details_.Run().Header, details_.Rows().size(), details_.Units());
+}
+
+RunDetailTexts frmRunDetails::TypedTexts() {
+    controls_.vaSectionNames->CommitEditor();
+    return controls_.TypedTexts();
+}
+
+void frmRunDetails::Insert() {
+    controls_.vaSectionNames->CommitEditor();
+    const int active = controls_.vaSectionNames->ActiveRow();
+    if (Refused(details_.Insert(active))) return;
+    ShowNodes();
+    controls_.vaSectionNames->Activate(active, NodeTable::Name);
+}
+
+void frmRunDetails::Delete() {
+    controls_.vaSectionNames->CommitEditor();
+    RunDetailTexts texts = TypedTexts();
+    if (Refused(details_.Delete(controls_.vaSectionNames->ActiveRow()))) return;
+    ShowNodes();
+    // A key that was pressed in the node's second counts again.
+    const RunDetailTexts stored = DetailsOf(details_.Run().Header);
+    for (int key = 1; key <= KeySlots; ++key)
+        if (!controls_.ButtonLabels.contains(key)) texts.ButtonLabel[key] = stored.ButtonLabel[key];
+    controls_.ShowButtons(details_.Run().Header, texts);
+}
+
+void frmRunDetails::Reverse() {
+    controls_.vaSectionNames->CommitEditor();
+    details_.Reverse();
+    ShowNodes();
+}
+
+void frmRunDetails::CopyNames() {
+    controls_.vaSectionNames->CommitEditor();
+    const std::string path = context_.DesktopServices.ChooseFileToOpen(
+        StudyGroupFolder(context_.State), "Copy Node Names", "Run files", {RunExtension, Ver1RunExtension});
+    if (path.empty()) return;
+    const auto other = ReadHeaderOfRunFile(context_.Files, path);
+    if (!other) {
+        context_.Messages.Tell("There is no run file " + path + ".", MessageIcon::Warning);
+        return;
+    }
+    if (details_.TakeNames(*other) == 0)
+        context_.Messages.Tell("No node of run " + BaseName(path) + " has a name. Nothing was copied.");
+    ShowNodes();
+}
+
+void frmRunDetails::Calibrate() {
+    details_.Calibrate(FromQt(controls_.RunDetailsCalConst->text()));
+    ShowNodes();
+}
+
+void frmRunDetails::ShowDay() {
+    const auto date = DayOfText(FromQt(controls_.RunDetailsDate->text()));
+    controls_.RunDetailsDay->setText(date ? ToQt(WeekdayName(*date)) : QString());
+}
+
+void frmRunDetails::TrimRunWith(std::optional<Refusal> (RunDetails::*trim)(const RunDetailTexts&)) {
+    if (Refused((details_.*trim)(TypedTexts()))) return;
+    ShowRun(DetailsOf(details_.Run().Header));
+}
+
+void frmRunDetails::OpenScreen(void (Screens::*showScreen)(int)) {
+    if (!SettleChanges()) return;
+    (context_.OtherScreens.*showScreen)(entry_);
+    Load();
+}
+
+bool frmRunDetails::Save() { return !Refused(details_.Save(context_.State, context_.Files, entry_, TypedTexts())); }
+
+bool frmRunDetails::SettleChanges() {
+    if (!details_.HasChanges(TypedTexts())) return true;
+    const MessageAnswer answer =
+        context_.Messages.AskToSave("The details of run: " + RunName() + "\nhave changed. Do you want to save them?");
+    return answer == MessageAnswer::Yes ? Save() : answer == MessageAnswer::No;
+}
+
+bool frmRunDetails::Refused(const std::optional<Refusal>& refusal) {
+    if (!refusal) return false;
+    if (refusal->Text.empty())
+        context_.DesktopServices.Beep();
+    else
+        context_.Messages.Tell(refusal->Text, MessageIcon::Warning);
+    const auto goTo = [](QLineEdit* field) {
+        field->setFocus();
+        field->selectAll();
+    };
+    switch (refusal->Field) {
+        case DetailsField::None: break;
+        case DetailsField::Name: goTo(controls_.RunDetailsName); break;
+        case DetailsField::Date: goTo(controls_.RunDetailsDate); break;
+        case DetailsField::Time: goTo(controls_.RunDetailsTime); break;
+        case DetailsField::CalConstant: goTo(controls_.RunDetailsCalConst); break;
+        case DetailsField::Distance: controls_.vaSectionNames->Edit(refusal->Row, NodeTable::Distance); break;
+    }
+    return true;
+}
+
+void frmRunDetails::reject() {
+    bool leaves = false;
+    Guarded(context_.Messages, [&] { leaves = SettleChanges(); });
+    if (leaves) QDialog::reject();
+}
+
+}  // namespace vantor

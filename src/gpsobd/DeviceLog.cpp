@@ -1,0 +1,237 @@
+#include "gpsobd/DeviceLog.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "core/Numeric.h"
+#include "core/Paths.h"
+#include "core/RunTimeError.h"
+#include "core/Text.h"
+
+namespace vantor {
+namespace {
+
+constexpr int FieldsOfTable = 9;
+constexpr int DateTimePosition = 0;
+constexpr int RunNumberPosition = 8;
+
+std::string TableOf(LogKind kind) { return kind == LogKind::GpsHandheld ? "GPSData" : "OBDData"; }
+
+std::unique_ptr<RecordSet> OpenLog(const LogSources& sources, LogKind kind, const std::string& path) {
+    auto records = HasExtension(path, ".pdb") ? sources.DeviceDatabases.Open(path, TableOf(kind))
+                                              : sources.Databases.OpenTable(path, TableOf(kind));
+    if (records->FieldCount() < FieldsOfTable)
+        throw RunTimeError(ErrorNumber::TypeMismatch, path + "\nThe table \"" + TableOf(kind) + "\" has only " +
+                                                          std::to_string(records->FieldCount()) + " fields.");
+    return records;
+}
+
+[[noreturn]] void DoesNotConvert() { throw RunTimeError(ErrorNumber::TypeMismatch); }
+
+/// The number that a text is as a whole.
+double NumberOf(std::string_view text) {
+    if (text.starts_with('+')) text.remove_prefix(1);
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) DoesNotConvert();
+    return value;
+}
+
+/// Takes whole numbers with `separator` between them from the front of a text, as many as there are, and what ends
+/// them: "10:20:30 PM" leaves " PM".
+template <std::size_t Most>
+std::pair<std::array<int, Most>, std::size_t> TakeNumbers(std::string_view& text, char separator) {
+    std::array<int, Most> numbers{};
+    std::size_t count = 0;
+    while (count < Most) {
+        const char* last = text.data() + text.size();
+        const auto [end, error] = std::from_chars(text.data(), last, numbers[count]);
+        if (error != std::errc() || numbers[count] < 0) DoesNotConvert();
+        ++count;
+        text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+        if (count == Most || !text.starts_with(separator)) break;
+        text.remove_prefix(1);
+    }
+    return {numbers, count};
+}
+
+Date TakeDate(std::string_view& text) {
+    const auto [numbers, count] = TakeNumbers<3>(text, '/');
+    if (count != 3 || numbers[2] > 9999) DoesNotConvert();
+    const int year = numbers[2] < 100 ? FullYear(numbers[2]) : numbers[2];
+    return DateOf(year, numbers[0], numbers[1]);
+}
+
+Date TakeTime(std::string_view& text) {
+    const auto [numbers, count] = TakeNumbers<3>(text, ':');
+    if (count < 2) DoesNotConvert();
+    const std::string half = FoldCase(TrimLeft(text));
+    text = {};
+    if (half.empty()) return TimeOf(numbers[0], numbers[1], numbers[2]);
+    const bool isAfternoon = half == FoldCase("PM");
+    if ((!isAfternoon && half != FoldCase("AM")) || numbers[0] < 1 || numbers[0] > 12) DoesNotConvert();
+    return TimeOf(numbers[0] % 12 + (isAfternoon ? 12 : 0), numbers[1], numbers[2]);
+}
+
+/// "MM/DD/YYYY HH:MM:SS", also with one of the two alone or hours to 12 with AM or PM, or a number of days.
+Date MomentOf(std::string_view text) {
+    const std::size_t slash = text.find('/');
+    if (slash == std::string_view::npos && text.find(':') == std::string_view::npos) {
+        const Date date{NumberOf(text)};
+        if (!IsValidDate(date)) DoesNotConvert();
+        return date;
+    }
+    Date moment;
+    if (slash != std::string_view::npos) moment = TakeDate(text);
+    text = TrimLeft(text);
+    if (!text.empty()) moment.Days += TakeTime(text).Days;
+    return moment;
+}
+
+/// A table of a handheld, record by record, its fields as what they mean. An empty field has the value that stands for
+/// none.
+class DeviceRecords {
+public:
+    DeviceRecords(const LogSources& sources, LogKind kind, std::string path)
+        : path_(std::move(path)), records_(OpenLog(sources, kind, path_)) {}
+
+    bool Next() {
+        if (!records_->Next()) return false;
+        ++number_;
+        return true;
+    }
+
+    Date DateTime() const { return Converted<Date>(DateTimePosition, Date{}, MomentOf); }
+    std::int16_t RunNumber() const { return Integer(RunNumberPosition); }
+    std::int16_t Integer(int position) const {
+        return Converted<std::int16_t>(position, 0, [](std::string_view text) { return Round16(NumberOf(text)); });
+    }
+    double Double(int position, double none) const { return Converted<double>(position, none, NumberOf); }
+    float Single(int position, float none) const {
+        return Converted<float>(position, none, [](std::string_view text) {
+            const double value = NumberOf(text);
+            if (std::fabs(value) > std::numeric_limits<float>::max()) DoesNotConvert();
+            return static_cast<float>(value);
+        });
+    }
+
+private:
+    template <class Value, class Convert>
+    Value Converted(int position, Value none, Convert convert) const {
+        const std::string text = records_->Text(position);
+        const std::string_view trimmed = Trim(text);
+        if (trimmed.empty()) return none;
+        try {
+            return convert(trimmed);
+        } catch (const RunTimeError&) {
+            throw RunTimeError(ErrorNumber::TypeMismatch, path_ + "\nRecord " + std::to_string(number_) + ", field " +
+                                                              std::to_string(position + 1) + ": \"" +
+                                                              std::string(FirstCharacters(trimmed, 32)) +
+                                                              "\" cannot be converted.");
+        }
+    }
+
+    std::string path_;
+    std::unique_ptr<RecordSet> records_;
+    std::int64_t number_ = 0;
+};
+
+constexpr float None = -1;
+
+GpsPoint GpsPointOf(const DeviceRecords& record) {
+    GpsPoint point;
+    point.RunNumber = record.RunNumber();
+    point.DateTime = record.DateTime();
+    point.Latitude = record.Double(1, None);
+    point.Longitude = record.Double(2, None);
+    // Turns western longitudes that are stored positive, and leaves those near the prime meridian alone.
+    if (point.Longitude > 1.0) point.Longitude *= -1;
+    point.Speed = record.Single(3, None);
+    point.Heading = record.Single(4, None);
+    point.HDOP = record.Single(5, 0);
+    point.SatUsed = record.Integer(6);
+    point.Node = record.Integer(7);
+    point.DelayNumber = -1;
+    point.Direction = -1;
+    return point;
+}
+
+ObdPoint ObdPointOf(const DeviceRecords& record) {
+    ObdPoint point;
+    point.RunNumber = record.RunNumber();
+    point.DateTime = record.DateTime();
+    point.Speed = record.Single(1, 0);
+    point.Rpm = record.Single(2, 0);
+    point.Load = record.Single(3, 0);
+    point.Throttle = record.Single(4, 0);
+    point.CoolantTemp = record.Single(5, 0);
+    point.FuelRate = record.Single(6, 0);
+    point.Node = record.Integer(7);
+    return point;
+}
+
+Date TimeOfPoint(LogKind kind, const LogPoint& point) {
+    return kind == LogKind::GpsHandheld ? point.Gps.DateTime : point.Obd.DateTime;
+}
+
+}  // namespace
+
+std::optional<LogSummary> ReadDeviceSummary(const LogSources& sources, LogKind kind, const std::string& path,
+                                            const LogProgress& progress) {
+    constexpr int RecordsPerQuestion = 256;
+    LogSummary summary;
+    DeviceRecords record(sources, kind, path);
+    for (int untilQuestion = 0; record.Next(); --untilQuestion) {
+        if (untilQuestion == 0) {
+            if (progress && !progress()) return std::nullopt;
+            untilQuestion = RecordsPerQuestion;
+        }
+        const Date time = record.DateTime();
+        if (!summary.StartTime) summary.StartTime = time;
+        if (!summary.EndTime || time.Days > summary.EndTime->Days) summary.EndTime = time;
+        summary.Runs = std::max(summary.Runs, int{record.RunNumber()});
+    }
+    return summary;
+}
+
+FieldLog ReadDeviceLog(const LogSources& sources, LogKind kind, const std::string& path) {
+    FieldLog log;
+    log.Kind = kind;
+    log.Folder = FolderOf(path);
+    log.Name = BaseName(path);
+    log.Extension = HasExtension(path, ".pdb") ? ".pdb" : ".mdb";
+    log.Prefix.FormatNumber = 2;
+    log.Prefix.Tag = "XX";
+    log.GpsHeader.StudyName = log.GpsHeader.BaseName = log.Name;
+    log.ObdHeader.StudyName = log.ObdHeader.BaseName = log.Name;
+    DeviceRecords record(sources, kind, path);
+    while (record.Next()) {
+        LogPoint point;
+        if (kind == LogKind::GpsHandheld)
+            point.Gps = GpsPointOf(record);
+        else
+            point.Obd = ObdPointOf(record);
+        if (record.RunNumber() != 0) log.Points.push_back(std::move(point));
+    }
+    // A rewritten log without a date would be listed under the day of whoever looks at it.
+    if (!log.Points.empty()) log.Prefix.LogDate.Days = std::floor(TimeOfPoint(kind, log.Points.front()).Days);
+    return log;
+}
+
+std::optional<LogKind> DeviceLogKind(const LogSources& sources, const std::string& path) {
+    for (const LogKind kind : {LogKind::GpsHandheld, LogKind::ObdHandheld}) {
+        try {
+            OpenLog(sources, kind, path);
+            return kind;
+        } catch (const RunTimeError& error) {
+            if (error.Number() != ErrorNumber::TypeMismatch) throw;
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace vantor

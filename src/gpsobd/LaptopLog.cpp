@@ -1,0 +1,254 @@
+#include "gpsobd/LaptopLog.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "core/RunTimeError.h"
+#include "gpsobd/LogPoints.h"
+
+namespace vantor {
+namespace {
+
+template <class Record, class Member, class Table>
+constexpr std::size_t OffsetOf(Member Record::*pointer, const Table& table) {
+    const auto offsetIn = [&](const auto& field) -> std::size_t {
+        if constexpr (std::same_as<decltype(field.Pointer), Member Record::*>)
+            return field.Pointer == pointer ? field.Offset : 0;
+        else
+            return 0;
+    };
+    return std::apply([&](const auto&... field) { return (offsetIn(field) + ...); }, table);
+}
+
+/// What reading needs to know of a data record. The run number comes first in all of them.
+struct RecordLayout {
+    std::size_t Size;
+    std::size_t DateTimeAt;
+};
+constexpr RecordLayout Ver1GpsLayout{Ver1GpsPointSize, OffsetOf(&Ver1GpsPoint::DateTime, Ver1GpsPointFields)};
+constexpr RecordLayout GpsLayout{GpsPointSize, OffsetOf(&GpsPoint::DateTime, GpsPointFields)};
+constexpr RecordLayout ObdLayout{ObdPointSize, OffsetOf(&ObdPoint::DateTime, ObdPointFields)};
+constexpr RecordLayout CombinedLayout{CombinedPointSize, GpsLayout.DateTimeAt};
+
+bool IsFirstFormat(const LogPrefix& prefix) { return prefix.FormatNumber == 0 || prefix.FormatNumber == 1; }
+
+RecordLayout LayoutOf(LogKind kind, const LogPrefix& prefix) {
+    if (kind == LogKind::ObdLaptop) return ObdLayout;
+    if (kind == LogKind::GpsObd) return CombinedLayout;
+    return IsFirstFormat(prefix) ? Ver1GpsLayout : GpsLayout;
+}
+
+std::size_t HeaderSizeOf(LogKind kind) { return HasObdHeader(kind) ? ObdLogHeaderSize : GpsLogHeaderSize; }
+
+const char* NameOf(LogKind kind) {
+    if (kind == LogKind::ObdLaptop) return "an OBD log";
+    return kind == LogKind::GpsObd ? "a combined GPS and OBD log" : "a GPS log";
+}
+
+bool IsPrinted(std::byte byte) {
+    const auto value = std::to_integer<unsigned char>(byte);
+    return value >= ' ' || value == '\t' || value == '\r' || value == '\n';
+}
+
+/// Of what the prefix of a foreign file gives as a date next to nothing lies in the range of dates, and of that most is
+/// closer to day 0 than a time of day can be.
+bool IsPlausibleDate(Date date) { return IsValidDate(date) && (date.Days == 0 || std::fabs(date.Days) > 1e-8); }
+
+/// Any format number may come from a logger, and any tag, so a file is refused only when its prefix is all text, or has
+/// neither the known tag nor a date.
+bool IsForeign(std::span<const std::byte> prefixBytes, const LogPrefix& prefix) {
+    return std::all_of(prefixBytes.begin(), prefixBytes.end(), IsPrinted) ||
+           (prefix.Tag != "XX" && !IsPlausibleDate(prefix.LogDate));
+}
+
+/// A log whose prefix and header record are read; the file stands before the first data record.
+struct OpenLog {
+    std::unique_ptr<InputFile> File;
+    LogPrefix Prefix;
+    std::vector<std::byte> Header;
+    RecordLayout Layout{};
+};
+
+OpenLog OpenLaptopLog(const FileSystem& files, LogKind kind, const std::string& path) {
+    OpenLog log;
+    log.File = files.Open(path);
+    std::vector<std::byte> start(LogPrefixSize + HeaderSizeOf(kind));
+    const std::size_t count = log.File->Read(start);
+    const auto prefixBytes = std::span(start).first(std::min(count, LogPrefixSize));
+    log.Prefix = DecodeRecord<LogPrefix>(LogPrefixFields, prefixBytes);
+    if (prefixBytes.size() == LogPrefixSize && IsForeign(prefixBytes, log.Prefix))
+        throw RunTimeError(ErrorNumber::TypeMismatch, path + ", bytes 1 to 16\nThe file is not " + NameOf(kind) +
+                                                          ", or its header is damaged. Copy it from the laptop again, "
+                                                          "or choose another file.");
+    if (count < start.size())
+        throw RunTimeError(ErrorNumber::InputPastEndOfFile, path + ", byte " + std::to_string(count) +
+                                                                "\nThe file ends within its header: " + NameOf(kind) +
+                                                                " has at least " + std::to_string(start.size()) +
+                                                                " bytes. Copy it from the laptop again.");
+    log.Header.assign(start.begin() + LogPrefixSize, start.end());
+    log.Layout = LayoutOf(kind, log.Prefix);
+    return log;
+}
+
+/// Gives the whole data records to `take`, a piece of the file at a time, until that returns false. Returns the number
+/// of bytes of an incomplete last record.
+template <class Take>
+std::uint64_t ReadRecords(OpenLog& log, Take take) {
+    const std::uint64_t most = std::min<std::uint64_t>(LogPieceSize, log.File->Size());
+    std::vector<std::byte> piece((most / log.Layout.Size + 1) * log.Layout.Size);
+    for (;;) {
+        const std::size_t count = log.File->Read(piece);
+        const std::size_t incomplete = count % log.Layout.Size;
+        if (!take(std::span<const std::byte>(piece).first(count - incomplete)) || count < piece.size())
+            return incomplete;
+    }
+}
+
+/// A little-endian number. One expression, not a loop: compilers make a single load of it, and a summary does little
+/// else.
+template <class Number, class Bits>
+Number NumberAt(const std::byte* in) {
+    const auto bitsOf = [in]<std::size_t... I>(std::index_sequence<I...>) {
+        return static_cast<Bits>(((std::to_integer<Bits>(in[I]) << (8 * I)) | ...));
+    };
+    return std::bit_cast<Number>(bitsOf(std::make_index_sequence<sizeof(Bits)>{}));
+}
+
+std::int16_t RunNumberOf(const std::byte* record) { return NumberAt<std::int16_t, std::uint16_t>(record); }
+Date DateTimeOf(const std::byte* record, const RecordLayout& layout) {
+    return {NumberAt<double, std::uint64_t>(record + layout.DateTimeAt)};
+}
+
+/// What a summary tells of data records.
+struct RecordSummary {
+    double Latest = -std::numeric_limits<double>::infinity();  ///< days
+    std::int16_t Runs = 0;
+};
+
+/// Of times only those that `counts` count. Each record costs a few instructions: everything is at hand in the
+/// function.
+template <class Test>
+RecordSummary SummaryOf(std::span<const std::byte> records, const RecordLayout layout, Test counts) {
+    RecordSummary summary;
+    const std::byte* const end = records.data() + records.size();
+    for (const std::byte* record = records.data(); record != end; record += layout.Size) {
+        const double days = DateTimeOf(record, layout).Days;
+        if (days > summary.Latest && counts(Date{days})) summary.Latest = days;
+        summary.Runs = std::max(summary.Runs, RunNumberOf(record));
+    }
+    return summary;
+}
+
+void AddRecords(LogSummary& summary, std::span<const std::byte> records, const RecordLayout& layout) {
+    // Nearly always no time of a piece is impossible, and testing its greatest alone will do.
+    RecordSummary piece = SummaryOf(records, layout, [](Date) { return true; });
+    if (!IsValidDate({piece.Latest})) piece = SummaryOf(records, layout, IsValidDate);
+    summary.Runs = std::max<int>(summary.Runs, piece.Runs);
+    const Date latest{piece.Latest};
+    if (IsValidDate(latest) && (!summary.EndTime || latest.Days > summary.EndTime->Days)) summary.EndTime = latest;
+}
+
+/// Logs without a date carry the empty date, 30 December 1899: they are listed under today's on purpose.
+std::optional<Date> RepairedDate(Date logDate, const Clock& clock) {
+    if (!IsValidDate(logDate)) return std::nullopt;
+    const CivilTime civil = CivilOf(logDate);
+    const bool isEmpty = civil.Month == 12 && civil.Day == 30 && civil.Year < 2000;
+    return isEmpty ? Date{std::floor(clock.Now().Days)} : logDate;
+}
+
+GpsPoint SecondFormatOf(const Ver1GpsPoint& old) {
+    GpsPoint point = MissingGpsPoint();
+    point.RunNumber = old.RunNumber;
+    point.FixQuality = old.FixQuality;
+    point.Speed = old.Speed;
+    point.DateTime = old.DateTime;
+    point.Latitude = DecimalDegrees(old.Latitude);
+    point.Longitude = WesternDegrees(old.Longitude);
+    point.SatUsed = old.SatUsed;
+    point.HDOP = old.HDOP;
+    point.Node = old.Node;
+    return point;
+}
+
+LogPoint PointOf(LogKind kind, const LogPrefix& prefix, std::span<const std::byte> record) {
+    LogPoint point;
+    if (kind == LogKind::ObdLaptop) {
+        point.Obd = DecodeRecord<ObdPoint>(ObdPointFields, record);
+        return point;
+    }
+    if (kind == LogKind::GpsLaptop && IsFirstFormat(prefix))
+        point.Gps = SecondFormatOf(DecodeRecord<Ver1GpsPoint>(Ver1GpsPointFields, record));
+    else
+        point.Gps = DecodeRecord<GpsPoint>(GpsPointFields, record);
+    point.Gps.Longitude = WesternLongitude(point.Gps.Longitude);
+    if (kind == LogKind::GpsObd) point.Obd = DecodeRecord<ObdPoint>(ObdPointFields, record.subspan(GpsPointSize));
+    return point;
+}
+
+}  // namespace
+
+bool HasObdHeader(LogKind kind) {
+    return kind == LogKind::ObdLaptop || kind == LogKind::ObdHandheld || kind == LogKind::GpsObd;
+}
+
+std::optional<LogSummary> ReadLaptopSummary(const FileSystem& files, const Clock& clock, LogKind kind,
+                                            const std::string& path, const LogProgress& progress) {
+    OpenLog log = OpenLaptopLog(files, kind, path);
+    LogSummary summary;
+    summary.StudyDate = RepairedDate(log.Prefix.LogDate, clock);
+    summary.IsFirstFormat = IsFirstFormat(log.Prefix);
+    bool isFirst = true;
+    bool stopped = false;
+    summary.DroppedBytes = ReadRecords(log, [&](std::span<const std::byte> records) {
+        if (isFirst && !records.empty() && IsValidDate(DateTimeOf(records.data(), log.Layout)))
+            summary.StartTime = DateTimeOf(records.data(), log.Layout);
+        isFirst = false;
+        AddRecords(summary, records, log.Layout);
+        stopped = progress && !progress();
+        return !stopped;
+    });
+    return stopped ? std::nullopt : std::optional(summary);
+}
+
+FieldLog ReadLaptopLog(const FileSystem& files, const Clock& clock, LogKind kind, const std::string& path) {
+    OpenLog file = OpenLaptopLog(files, kind, path);
+    FieldLog log = NewFieldLog(kind, path);
+    log.Prefix = file.Prefix;
+    log.StudyDate = RepairedDate(file.Prefix.LogDate, clock);
+    if (HasObdHeader(kind))
+        log.ObdHeader = DecodeRecord<ObdLogHeader>(ObdLogHeaderFields, file.Header);
+    else
+        log.GpsHeader = DecodeRecord<GpsLogHeader>(GpsLogHeaderFields, file.Header);
+    const std::size_t size = file.Layout.Size;
+    log.DroppedBytes = ReadRecords(file, [&](std::span<const std::byte> piece) {
+        for (; !piece.empty(); piece = piece.subspan(size))
+            if (RunNumberOf(piece.data()) != 0) log.Points.push_back(PointOf(kind, log.Prefix, piece.first(size)));
+        return true;
+    });
+    return log;
+}
+
+LogPrefix WrittenPrefix(Date logDate) { return {2, 0, 0, logDate, "XX"}; }
+
+std::vector<std::byte> EncodeLaptopLog(const FieldLog& log) {
+    const bool hasGps = HasGps(log.Kind);
+    const bool hasObd = HasObdHeader(log.Kind);
+    const std::size_t pointSize = (hasGps ? GpsPointSize : 0) + (hasObd ? ObdPointSize : 0);
+    const std::size_t start = LogPrefixSize + HeaderSizeOf(log.Kind);
+    std::vector<std::byte> bytes(start + log.Points.size() * pointSize);
+    EncodeRecord(WrittenPrefix(log.Prefix.LogDate), LogPrefixFields, bytes.data());
+    if (hasObd)
+        EncodeRecord(log.ObdHeader, ObdLogHeaderFields, bytes.data() + LogPrefixSize);
+    else
+        EncodeRecord(log.GpsHeader, GpsLogHeaderFields, bytes.data() + LogPrefixSize);
+    std::byte* out = bytes.data() + start;
+    for (const LogPoint& point : log.Points) {
+        if (hasGps) EncodeRecord(point.Gps, GpsPointFields, out);
+        if (hasObd) EncodeRecord(point.Obd, ObdPointFields, out + (hasGps ? GpsPointSize : 0));
+        out += pointSize;
+    }
+    return bytes;
+}
+
+}  // namespace vantor

@@ -1,0 +1,230 @@
+#include "gpsobd/LogRuns.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+#include "core/Numeric.h"
+#include "core/Paths.h"
+#include "core/RunDecoding.h"
+#include "core/RunFile.h"
+#include "core/RunTimeError.h"
+#include "core/modMain.h"
+#include "gpsobd/LogPoints.h"
+
+namespace vantor {
+namespace {
+
+constexpr std::int64_t MostSeconds = std::numeric_limits<std::int16_t>::max();
+constexpr std::int16_t FeetPer1000Pulses = 1000;
+constexpr float MissingSpeed = -1;
+constexpr std::int16_t LargestDelayNumber = 127;
+
+/// What the points of a second say.
+struct Second {
+    const LogPoint* Last = nullptr;
+    bool HasNode = false;
+    std::int16_t DelayNumber = 0;
+};
+
+std::int64_t SecondsOf(LogKind kind, const LogPoint& point) {
+    return WithLeadingHalf(kind, point, [](const auto& half) { return WholeSecondsOf(half.DateTime); });
+}
+
+/// The vehicle's own speed where there is one, else that of the GPS receiver.
+float SpeedOf(LogKind kind, const LogPoint& point) {
+    const bool isByVehicle = kind == LogKind::GpsObd ? point.Obd.Speed != MissingSpeed : !HasGps(kind);
+    return isByVehicle ? point.Obd.Speed : point.Gps.Speed;
+}
+
+void AddPoint(LogKind kind, const LogPoint& point, Second& second) {
+    second.Last = &point;
+    WithLeadingHalf(kind, point, [&](const auto& half) {
+        if (half.Node > 0) second.HasNode = true;
+        if (half.DelayNumber >= 1 && half.DelayNumber <= LargestDelayNumber) second.DelayNumber = half.DelayNumber;
+    });
+}
+
+std::vector<std::optional<double>> LoggedSpeeds(LogKind kind, const std::vector<Second>& seconds) {
+    std::vector<std::optional<double>> speeds;
+    speeds.reserve(seconds.size());
+    for (const Second& second : seconds) {
+        std::optional<double>& speed = speeds.emplace_back();
+        if (second.Last == nullptr) continue;
+        const float logged = SpeedOf(kind, *second.Last);
+        if (logged != MissingSpeed && std::isfinite(logged)) speed = static_cast<double>(logged);
+    }
+    return speeds;
+}
+
+/// Each speed that is missing becomes one on the line between its neighbours, the nearest one where it has only one,
+/// 0 where it has none.
+std::vector<double> Interpolated(const std::vector<std::optional<double>>& speeds) {
+    std::vector<double> filled(speeds.size());
+    std::optional<std::size_t> previous;
+    for (std::size_t i = 0; i < speeds.size(); ++i) {
+        if (!speeds[i]) {
+            if (previous) filled[i] = filled[*previous];
+            continue;
+        }
+        const double next = *speeds[i];
+        const std::size_t gap = previous ? *previous + 1 : 0;
+        const double before = previous ? filled[*previous] : next;
+        for (std::size_t k = gap; k < i; ++k)
+            filled[k] = before + (next - before) * static_cast<double>(k + 1 - gap) / static_cast<double>(i + 1 - gap);
+        filled[i] = next;
+        previous = i;
+    }
+    return filled;
+}
+
+std::int16_t SampleValueOf(const Second& second, double speed, float speedFactor) {
+    constexpr double mostPulses = 255;
+    const std::int32_t pulses = Round32(std::clamp(speed / static_cast<double>(speedFactor), 0.0, mostPulses));
+    if (second.HasNode) return static_cast<std::int16_t>(static_cast<std::uint16_t>(pulses) | NodeFlag);
+    return To16(pulses + 256 * second.DelayNumber);
+}
+
+RunSample EventRecordOf(LogKind kind, const LogPoint& point) {
+    RunSample sample;
+    if (HasGps(kind)) {
+        sample.Latitude = point.Gps.Latitude;
+        sample.Longitude = point.Gps.Longitude;
+        sample.Heading = point.Gps.Heading;
+        sample.FixQuality = point.Gps.FixQuality;
+        sample.HDOP = point.Gps.HDOP;
+        sample.SatUsed = point.Gps.SatUsed;
+    }
+    sample.Speed = SpeedOf(kind, point);
+    sample.DateTime = DateOfSeconds(SecondsOf(kind, point));
+    WithLeadingHalf(kind, point, [&](const auto& half) {
+        sample.Node = half.Node;
+        sample.DelayNumber = half.DelayNumber;
+        sample.Direction = half.Direction;
+    });
+    return sample;
+}
+
+std::string DirectionNote(LogKind kind, const RunPoints& points) {
+    for (const LogPoint* point : points) {
+        const std::string direction =
+            WithLeadingHalf(kind, *point, [](const auto& half) { return DirectionText(half.Direction); });
+        if (!direction.empty()) return "Direction " + direction;
+    }
+    return {};
+}
+
+std::int16_t RunNumberOf(LogKind kind, const LogPoint& point) {
+    return WithLeadingHalf(kind, point, [](const auto& half) { return half.RunNumber; });
+}
+
+/// The seconds of a run from its first to its last.
+struct RunSeconds {
+    std::int64_t First = 0;
+    std::vector<Second> Seconds;
+};
+
+RunSeconds SecondsOfRun(LogKind kind, const RunPoints& points) {
+    std::vector<std::int64_t> times;
+    times.reserve(points.size());
+    for (const LogPoint* point : points) times.push_back(SecondsOf(kind, *point));
+    const auto [first, last] = std::minmax_element(times.begin(), times.end());
+    if (*last - *first + 1 > MostSeconds)
+        throw RunTimeError(ErrorNumber::Overflow, "Run " + std::to_string(RunNumberOf(kind, *points.front())) +
+                                                      " goes from " + IsoDateTime(DateOfSeconds(*first)) + " to " +
+                                                      IsoDateTime(DateOfSeconds(*last)) +
+                                                      "; a run holds at most 32767 seconds.");
+    RunSeconds run{*first, std::vector<Second>(static_cast<std::size_t>(*last - *first + 1))};
+    for (std::size_t i = 0; i < points.size(); ++i)
+        AddPoint(kind, *points[i], run.Seconds[static_cast<std::size_t>(times[i] - run.First)]);
+    return run;
+}
+
+/// The name of a run's file, of characters that the name of a file can hold.
+std::string RunFileName(const FileSystem& files, const std::string& folder, const FieldLog& log, std::int16_t number) {
+    std::string name = WithSafeCharacters(BaseName(log) + "-R" + ZeroPadded(number, 3));
+    // Two dots in a row would be taken for a way out of the folder.
+    for (std::size_t at = name.find(".."); at != std::string::npos; at = name.find("..")) name.replace(at, 2, "__");
+    if (FileExists(files, folder + name + RunExtension)) name += "-1";
+    while (FileExists(files, folder + name + RunExtension)) name = NextName(name);
+    return name;
+}
+
+}  // namespace
+
+std::map<std::int16_t, RunPoints> PointsOfRuns(const FieldLog& reviewed) {
+    std::map<std::int16_t, RunPoints> runs;
+    for (const LogPoint& point : reviewed.Points)
+        if (const std::int16_t number = RunNumberOf(reviewed.Kind, point); number >= 1) runs[number].push_back(&point);
+    return runs;
+}
+
+RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, const AppSettings& settings) {
+    if (settings.SpeedFactor == 0.0F)
+        throw RunTimeError(ErrorNumber::DivisionByZero, "The speed factor of the settings is 0.");
+    const RunSeconds run = SecondsOfRun(reviewed.Kind, points);
+    const Date start = DateOfSeconds(run.First);
+    const CivilTime civil = CivilOf(start);
+
+    RunRecord record;
+    RunHeader& header = record.Header;
+    header.RunDate = DateOf(civil.Year, civil.Month, civil.Day);
+    header.RunTime = TimeOf(civil.Hour, civil.Minute, civil.Second);
+    header.RunNumber = RunNumberOf(reviewed.Kind, *points.front());
+    header.SiteCode = StudyName(reviewed);
+    header.Notes = DirectionNote(reviewed.Kind, points);
+    header.CalConstant = FeetPer1000Pulses;
+    header.SampleCount = static_cast<std::int32_t>(run.Seconds.size());
+    record.SampleValues.ResizeTo(header.SampleCount);
+    record.RunSamples.ResizeTo(header.SampleCount);
+    const std::vector<double> speeds = Interpolated(LoggedSpeeds(reviewed.Kind, run.Seconds));
+    for (int i = 1; i <= header.SampleCount; ++i) {
+        const auto at = static_cast<std::size_t>(i - 1);
+        const Second& second = run.Seconds[at];
+        record.SampleValues[i] = SampleValueOf(second, speeds[at], settings.SpeedFactor);
+        if (second.Last != nullptr) record.RunSamples[i] = EventRecordOf(reviewed.Kind, *second.Last);
+    }
+    DecodeNewRun(record);
+    return record;
+}
+
+std::vector<std::string> RunsTooLong(const FieldLog& reviewed) {
+    std::vector<std::string> problems;
+    for (const auto& [number, points] : PointsOfRuns(reviewed)) {
+        try {
+            SecondsOfRun(reviewed.Kind, points);
+        } catch (const RunTimeError& error) {
+            problems.push_back(error.Place());
+        }
+    }
+    return problems;
+}
+
+std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, const std::string& folder,
+                                      const AppSettings& settings) {
+    const auto batch = files.BeginWrites();
+    std::vector<std::string> names;
+    std::string tooLong;
+    for (const auto& [number, points] : PointsOfRuns(reviewed)) {
+        try {
+            RunRecord run = MakeRun(reviewed, points, settings);
+            const std::string name = RunFileName(files, AsFolder(folder), reviewed, number);
+            AddRunFile(*batch, run, AsFolder(folder), name);
+            names.push_back(name);
+        } catch (const RunTimeError& error) {
+            if (error.Number() != ErrorNumber::Overflow) throw;
+            tooLong += error.Place() + "\n";
+        }
+    }
+    batch->Commit();
+    if (!tooLong.empty())
+        throw RunTimeError(ErrorNumber::Overflow,
+                           reviewed.Folder + reviewed.Name + reviewed.Extension + "\n" + tooLong +
+                               (names.empty() ? "Correct the times of its rows, or delete those that are wrong."
+                                              : "The other runs were written. Correct the times of its rows, or delete "
+                                                "those that are wrong."));
+    return names;
+}
+
+}  // namespace vantor

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <string>
+#include <type_traits>
+#include <variant>
+#include <vector>
+
+#include "core/ports/Spreadsheet.h"
+#include "gpsobd/FieldLog.h"
+
+namespace vantor {
+
+/// How the cells of a column look.
+enum class ColumnLook {
+    Whole,        ///< a whole number
+    Direction,    ///< the text of a direction's number
+    Day,          ///< "mm/dd/yy"
+    Time,         ///< "h:mm:ss AM/PM"
+    Number,       ///< up to seven significant digits
+    OneDecimal,   ///< "0.0", exact halves away from zero as in the next one
+    SixDecimals,  ///< "0.000000"
+    Text,
+};
+
+/// The field of a point that a column shows.
+using PointField = std::variant<std::int16_t GpsPoint::*, float GpsPoint::*, double GpsPoint::*, Date GpsPoint::*,
+                                std::int16_t ObdPoint::*, float ObdPoint::*, Date ObdPoint::*, std::string ObdPoint::*>;
+
+struct ReviewColumn {
+    std::string Caption;
+    const char* Key;  ///< the field's name; the column of the times shares that of the dates
+    ColumnLook Look;
+    PointField Field;
+};
+
+/// The columns of a review screen, numbered from 1, and those that its repair of missing values works on.
+struct ReviewLayout {
+    std::vector<ReviewColumn> Columns;
+    int RepairColumn = 1;
+    int CompanionColumn = 0;  ///< filled along with the other; 0 for none
+};
+ReviewLayout ReviewLayoutOf(LogKind kind);
+
+/// True for a field of the OBD half of a point.
+bool IsOfObd(const PointField& field);
+
+/// Calls `use` with what the point holds in a field.
+template <class Point, class Use>
+decltype(auto) WithField(const PointField& field, Point& point, Use use) {
+    return std::visit(
+        [&](auto member) -> decltype(auto) {
+            if constexpr (std::is_invocable_v<decltype(member), const GpsPoint&>)
+                return use(point.Gps.*member);
+            else
+                return use(point.Obd.*member);
+        },
+        field);
+}
+
+/// A cell as it is shown; empty for a value that is none.
+std::string CellText(const ReviewColumn& column, const LogPoint& point);
+/// A cell with its type, for spreadsheets.
+SheetCell CellValue(const ReviewColumn& column, const LogPoint& point);
+/// The look of a column in a spreadsheet.
+SheetColumn SheetColumnOf(const ReviewColumn& column);
+
+/// A number with up to `digits` significant digits; empty for one that is not finite.
+std::string NumberText(double value, int digits);
+
+/// Digits that a single, and a double, is shown with.
+inline constexpr int SingleDigits = 7;
+inline constexpr int DoubleDigits = 15;
+
+}  // namespace vantor

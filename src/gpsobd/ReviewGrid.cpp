@@ -1,0 +1,236 @@
+#include "gpsobd/ReviewGrid.h"
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+
+#include "core/Numeric.h"
+#include "core/RunTimeError.h"
+#include "gpsobd/LogPoints.h"
+
+namespace vantor {
+namespace {
+
+/// Rows that stay in view above a missing value that was found.
+constexpr int RowsAbove = 3;
+
+bool IsSingle(const PointField& field) {
+    return std::holds_alternative<float GpsPoint::*>(field) || std::holds_alternative<float ObdPoint::*>(field);
+}
+
+/// Only singles are taken over: speeds.
+void TakeOver(float& held, double filled) { held = static_cast<float>(filled); }
+template <class Other>
+void TakeOver(Other&, double) {}
+
+/// Runs an action when it goes out of scope, however that comes.
+template <class Action>
+struct AtEnd {
+    Action Do;
+    ~AtEnd() { Do(); }
+};
+template <class Action>
+AtEnd(Action) -> AtEnd<Action>;
+
+}  // namespace
+
+ReviewGrid::ReviewGrid(FieldLog log) : ReviewGrid(std::move(log), ReviewLayout{}) {
+    layout_ = ReviewLayoutOf(log_.Kind);
+}
+
+ReviewGrid::ReviewGrid(FieldLog log, ReviewLayout layout)
+    : log_(std::move(log)), layout_(std::move(layout)), rows_(log_.Points.size()) {
+    ArrangeForReview(log_);
+    std::iota(rows_.begin(), rows_.end(), PointIndex{0});
+    ActivateRow(1);
+}
+
+const ReviewColumn& ReviewGrid::Column(int column) const {
+    if (column < 1 || column > ColumnCount()) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+    return layout_.Columns[static_cast<std::size_t>(column - 1)];
+}
+
+std::uint64_t ReviewGrid::CellKey(PointIndex point, int column) {
+    return (std::uint64_t{point} << 32U) | static_cast<std::uint32_t>(column);
+}
+
+ReviewGrid::PointIndex ReviewGrid::PointOf(int row) const {
+    if (row < 1 || row > RowCount()) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+    return rows_[static_cast<std::size_t>(row - 1)];
+}
+
+const double* ReviewGrid::FilledValue(int row, int column) const {
+    const auto filled = filled_.find(CellKey(PointOf(row), column));
+    return filled == filled_.end() ? nullptr : &filled->second;
+}
+
+std::string ReviewGrid::Text(int row, int column) const {
+    const ReviewColumn& shown = Column(column);
+    if (const double* filled = FilledValue(row, column))
+        return NumberText(*filled, IsSingle(shown.Field) ? SingleDigits : DoubleDigits);
+    return CellText(shown, log_.Points[PointOf(row)]);
+}
+
+SheetCell ReviewGrid::Value(int row, int column) const {
+    const ReviewColumn& shown = Column(column);
+    if (FilledValue(row, column) != nullptr) return Number(row, column);
+    return CellValue(shown, log_.Points[PointOf(row)]);
+}
+
+double ReviewGrid::Number(int row, int column) const { return Val(Text(row, column)); }
+
+bool ReviewGrid::IsComputed(int row, int column) const { return FilledValue(row, column) != nullptr; }
+
+Sheet ReviewGrid::AsSheet() const {
+    Sheet sheet;
+    for (const ReviewColumn& column : layout_.Columns) sheet.Columns.push_back(SheetColumnOf(column));
+    sheet.Rows.reserve(rows_.size());
+    for (int row = 1; row <= RowCount(); ++row) {
+        std::vector<SheetCell>& cells = sheet.Rows.emplace_back();
+        cells.reserve(layout_.Columns.size());
+        for (int column = 1; column <= ColumnCount(); ++column) cells.push_back(Value(row, column));
+    }
+    return sheet;
+}
+
+void ReviewGrid::SetActive(int row, int column) {
+    PointOf(row);
+    Column(column);
+    activeRow_ = row;
+    activeColumn_ = column;
+}
+
+void ReviewGrid::ActivateRow(int row) { activeRow_ = std::clamp(row, std::min(1, RowCount()), RowCount()); }
+
+void ReviewGrid::SearchFrom(int row) {
+    if (row > std::numeric_limits<std::int16_t>::max())
+        throw RunTimeError(
+            ErrorNumber::Overflow,
+            "The search for missing values goes as far as row 32767. Select a row behind it to calculate "
+            "its value, or delete rows that you do not need.");
+    searchRow_ = To16(row);
+}
+
+bool ReviewGrid::FindNextMissing() {
+    int row = searchRow_;
+    while (row <= RowCount() && !IsMissing(row)) ++row;
+    if (row > RowCount()) return false;
+    const int top = row > RowsAbove ? row - RowsAbove : row;
+    SearchFrom(top);
+    topRow_ = top;
+    SetActive(row, layout_.RepairColumn);
+    return true;
+}
+
+int ReviewGrid::FillGap(int longest) {
+    const int first = activeRow_;
+    int behind = first;
+    while (behind <= RowCount() && IsMissing(behind)) ++behind;
+    const int count = behind - first;
+    if (count == 0 || count > longest) return behind;
+
+    const auto valueIn = [&](int row, int column) { return row >= 1 && row <= RowCount() ? Number(row, column) : 0.0; };
+    const double before = std::max(valueIn(first - 1, layout_.RepairColumn), 0.0);
+    const auto step = static_cast<float>((valueIn(behind, layout_.RepairColumn) - before) / (count + 1));
+    for (int i = 1; i <= count; ++i) Fill(first + i - 1, layout_.RepairColumn, before + static_cast<double>(step) * i);
+
+    const int companion = layout_.CompanionColumn;
+    if (companion == 0) return behind;
+    const double companionBefore = valueIn(first - 1, companion);
+    const double difference = valueIn(behind, companion) - companionBefore;
+    for (int i = 1; i <= count; ++i) Fill(first + i - 1, companion, companionBefore + i * difference / (count + 1));
+    return behind;
+}
+
+void ReviewGrid::CalculateSpeed() {
+    if (activeRow_ != 0) FillGap(RowCount());
+    EndStep();
+}
+
+bool ReviewGrid::FindAndFixAll(const std::function<bool()>& goOn) {
+    const AtEnd restored{[this] {
+        searchRow_ = 1;
+        EndStep();
+    }};
+    while (FindNextMissing()) {
+        if (!goOn()) return false;
+        const int behind = FillGap(MaximumGap);
+        if (!goOn()) return false;
+        if (behind > RowCount()) break;
+        SearchFrom(behind);
+    }
+    return true;
+}
+
+void ReviewGrid::DeleteRow() {
+    if (activeRow_ == 0) return;
+    underWay_.Deleted = {activeRow_, PointOf(activeRow_)};
+    rows_.erase(rows_.begin() + (activeRow_ - 1));
+    ActivateRow(activeRow_);
+    EndStep();
+}
+
+void ReviewGrid::Fill(int row, int column, double value) {
+    if (IsSingle(Column(column).Field)) value = static_cast<double>(static_cast<float>(value));
+    CellChange change{PointOf(row), column, std::nullopt, value};
+    if (const double* filled = FilledValue(row, column)) change.Before = *filled;
+    SetFilled(change, change.After);
+    underWay_.Cells.push_back(change);
+}
+
+void ReviewGrid::SetFilled(const CellChange& change, const std::optional<double>& value) {
+    const std::uint64_t key = CellKey(change.Point, change.Column);
+    if (value)
+        filled_[key] = *value;
+    else
+        filled_.erase(key);
+}
+
+void ReviewGrid::EndStep() {
+    if (underWay_.Cells.empty() && !underWay_.Deleted) return;
+    steps_.resize(done_);
+    underWay_.Cells.shrink_to_fit();
+    steps_.push_back(std::exchange(underWay_, Step{}));
+    done_ = steps_.size();
+}
+
+void ReviewGrid::Undo() {
+    if (!CanUndo()) return;
+    const Step& step = steps_[--done_];
+    for (auto change = step.Cells.rbegin(); change != step.Cells.rend(); ++change) SetFilled(*change, change->Before);
+    if (step.Deleted) rows_.insert(rows_.begin() + (step.Deleted->first - 1), step.Deleted->second);
+    ActivateRow(FirstRowOf(step));
+}
+
+void ReviewGrid::Redo() {
+    if (!CanRedo()) return;
+    const Step& step = steps_[done_++];
+    for (const CellChange& change : step.Cells) SetFilled(change, change.After);
+    if (step.Deleted) rows_.erase(rows_.begin() + (step.Deleted->first - 1));
+    ActivateRow(FirstRowOf(step));
+}
+
+int ReviewGrid::FirstRowOf(const Step& step) const {
+    if (step.Deleted) return step.Deleted->first;
+    const auto place = std::lower_bound(rows_.begin(), rows_.end(), step.Cells.front().Point);
+    return static_cast<int>(place - rows_.begin()) + 1;
+}
+
+FieldLog ReviewGrid::Edited() const {
+    FieldLog edited = log_;
+    edited.Points.clear();
+    edited.Points.reserve(rows_.size());
+    for (const PointIndex point : rows_) edited.Points.push_back(log_.Points[point]);
+    for (const auto& [key, value] : filled_) {
+        // A row that was deleted after it was filled is not there any more.
+        const auto point = static_cast<PointIndex>(key >> 32U);
+        const auto place = std::lower_bound(rows_.begin(), rows_.end(), point);
+        if (place == rows_.end() || *place != point) continue;
+        LogPoint& filled = edited.Points[static_cast<std::size_t>(place - rows_.begin())];
+        WithField(Column(static_cast<int>(key & 0xFFFFFFFFU)).Field, filled,
+                  [value = value](auto& held) { TakeOver(held, value); });
+    }
+    return edited;
+}
+
+}  // namespace vantor

@@ -1,0 +1,116 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "gpsobd/ReviewColumns.h"
+
+namespace vantor {
+
+/// The grid of a review screen: the points of a log, one a row, with the repair of missing values, deletion of rows and
+/// undo. Rows and columns count from 1. The rows keep the order they are loaded in: gaps and the seconds of a run are
+/// counted by it.
+class ReviewGrid {
+public:
+    /// A value that is missing.
+    static constexpr double Missing = -1;
+    /// Rows of the longest gap that FindAndFixAll fills.
+    static constexpr int MaximumGap = 10;
+
+    /// Brings the log into the order of the review (ArrangeForReview).
+    explicit ReviewGrid(FieldLog log);
+    ReviewGrid(FieldLog log, ReviewLayout layout);
+
+    int RowCount() const { return static_cast<int>(rows_.size()); }
+    int ColumnCount() const { return static_cast<int>(layout_.Columns.size()); }
+    // Of a row or a column that is none: error 9.
+    const ReviewColumn& Column(int column) const;
+    std::string Text(int row, int column) const;
+    SheetCell Value(int row, int column) const;
+    /// The numeric value of the cell's text, the value that the repair goes by.
+    double Number(int row, int column) const;
+    /// True for a cell whose value was filled in.
+    bool IsComputed(int row, int column) const;
+    /// All of the grid; the sheet has no name.
+    Sheet AsSheet() const;
+
+    /// The active cell; row 0 of an empty grid.
+    int ActiveRow() const { return activeRow_; }
+    int ActiveColumn() const { return activeColumn_; }
+    void SetActive(int row, int column);
+    /// The row that FindNextMissing brought to the top.
+    int TopRow() const { return topRow_; }
+    /// Where the next search starts.
+    int SearchRow() const { return searchRow_; }
+
+    /// Looks for a missing value from the search row on and makes it the active cell, with up to three rows above it in
+    /// view; the search row becomes the topmost of these. False when there is none. Rows are numbered in 16 bits here:
+    /// error 6 for a search that would go on behind row 32767.
+    bool FindNextMissing();
+    /// Fills the gap that begins in the active row, of any length, along a straight line from the value before it
+    /// (0 where that is negative or missing) to the one after it (0 where there is none). Does nothing where no value
+    /// is missing.
+    void CalculateSpeed();
+    /// Finds and fills every gap of up to MaximumGap rows from the search row on, as one step to undo. `goOn` is called
+    /// between the steps; it may let events run but must leave the grid alone. When it returns false the repair stops
+    /// with what is filled so far, and so does this. The search row is 1 afterwards.
+    bool FindAndFixAll(const std::function<bool()>& goOn);
+    /// Deletes the active row; the one that takes its place is active then.
+    void DeleteRow();
+
+    bool CanUndo() const { return done_ > 0; }
+    bool CanRedo() const { return done_ < steps_.size(); }
+    /// Takes the last fill or deletion back, or does the next one again, and makes its place active. Nothing when there
+    /// is none.
+    void Undo();
+    void Redo();
+
+    /// The log with the rows as they stand now, filled speeds in their points. A number filled into a date or a time is
+    /// a number in the grid only and leaves the point's time alone.
+    FieldLog Edited() const;
+
+private:
+    using PointIndex = std::uint32_t;
+    struct CellChange {
+        PointIndex Point = 0;
+        int Column = 0;
+        std::optional<double> Before;
+        std::optional<double> After;
+    };
+    struct Step {
+        std::vector<CellChange> Cells;
+        std::optional<std::pair<int, PointIndex>> Deleted;  ///< the row and what stood in it
+    };
+
+    static std::uint64_t CellKey(PointIndex point, int column);
+    PointIndex PointOf(int row) const;
+    const double* FilledValue(int row, int column) const;
+    bool IsMissing(int row) const { return Number(row, layout_.RepairColumn) == Missing; }
+    void SearchFrom(int row);
+    /// Fills the gap that begins in the active row unless it is longer; returns the first row behind it.
+    int FillGap(int longest);
+    void Fill(int row, int column, double value);
+    void SetFilled(const CellChange& change, const std::optional<double>& value);
+    void EndStep();
+    int FirstRowOf(const Step& step) const;
+    void ActivateRow(int row);
+
+    FieldLog log_;
+    ReviewLayout layout_;
+    std::vector<PointIndex> rows_;                      ///< points in the order of the rows; always ascending
+    std::unordered_map<std::uint64_t, double> filled_;  ///< by CellKey
+    std::vector<Step> steps_;
+    std::size_t done_ = 0;  ///< steps that are in force
+    Step underWay_;
+    int activeRow_ = 0;
+    int activeColumn_ = 1;
+    int topRow_ = 1;
+    std::int16_t searchRow_ = 1;
+};
+
+}  // namespace vantor

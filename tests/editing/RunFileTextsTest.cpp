@@ -1,0 +1,192 @@
+#include "editing/RunFileTexts.h"
+
+#include <gtest/gtest.h>
+
+#include "Profiles.h"
+#include "fakes/ThrowsError.h"
+
+namespace vantor {
+namespace {
+
+/// A run with one node and the key "Signal" used, every value of its header set.
+RunRecord FullRun() {
+    RunRecord run = RunOf({10, 20, NodeFlag | 30, (16 << 8) | 5, 40});
+    RunHeader& header = run.Header;
+    header.RunName = "NB-001";
+    header.RunDate = {39518.25};  // 11 March 2008, with a time of day
+    header.RunTime = TimeOf(7, 5, 42);
+    header.CountNumber = 3;
+    header.RunNumber = -1;
+    header.SiteCode = "MAINSTNB";
+    // Flags as no screen would set them.
+    header.HeaderWord1 = header.HeaderWord2 = header.Before = header.After = 7;
+    header.ButtonLabel[12] = "label of a key that is not used";
+    header.Notes = "Wet  ";
+    return run;
+}
+
+struct Changed {
+    RunRecord Run = FullRun();
+    RunFileTexts Texts = TextsOf(Run.Header);
+    RunHeader Header() const { return WithTexts(Run, Texts).Header; }
+};
+
+TEST(RunFileTexts, ShowsEveryValue) {
+    RunRecord run = FullRun();
+    const RunFileTexts texts = TextsOf(run.Header);
+    EXPECT_EQ(texts.RunDate + " " + texts.RunTime, "03/11/08 07:05");
+    EXPECT_EQ(texts.CountNumber + texts.RunNumber + texts.CalConstant, "3-11000");
+    EXPECT_EQ(texts.BeforeOrAfter + texts.RunType, "BeforePrimary");
+    EXPECT_EQ(texts.Length + "|" + texts.Duration + "|" + texts.NumberOfSections, "105|5|3");
+    EXPECT_EQ(texts.ButtonLabel[16] + texts.ButtonLabel[12], "Signal");
+    EXPECT_EQ(texts.SectionDist[0] + "|" + texts.SectionDist[1] + "|" + texts.SectionDist[2], "0|60|45");
+    EXPECT_EQ(texts.Notes, "Wet");
+    EXPECT_EQ(texts.SectionName[0] + texts.SectionName[1] + texts.SectionName[2] + texts.SectionName[3],
+              "[Start][End]");
+    EXPECT_EQ(texts.SectionName[3], "[End]") << "node number NumberOfSections";
+    run.Header.SectionName[0] = "Oak St";
+    run.Header.NumberOfSections = 64;
+    EXPECT_EQ(TextsOf(run.Header).SectionName[0], "Oak St");
+    EXPECT_EQ(TextsOf(run.Header).SectionName[3], "");
+}
+
+TEST(RunFileTexts, TextsAsTheyWereShownChangeNothingButTheTwoNames) {
+    Changed given;
+    RunRecord expected = given.Run;
+    expected.Header.SectionName[0] = "[Start]";
+    expected.Header.SectionName[3] = "[End]";
+    EXPECT_EQ(WithTexts(given.Run, given.Texts), expected);
+    RunRecord damaged = given.Run;
+    damaged.Header.RunDate.Days = damaged.Header.RunTime.Days = 1e300;
+    EXPECT_EQ(WithTexts(damaged, TextsOf(damaged.Header)).Header.RunTime, damaged.Header.RunTime);
+}
+
+TEST(RunFileTexts, ConvertsDatesAndTimes) {
+    Changed given;
+    const std::pair<const char*, Date> dates[] = {
+        {"12/31/29", DateOf(2029, 12, 31)}, {" 2/29/1996 ", DateOf(1996, 2, 29)}, {"1-5-30", DateOf(1930, 1, 5)}};
+    for (const auto& [text, date] : dates) {
+        given.Texts.RunDate = text;
+        EXPECT_EQ(given.Header().RunDate, date) << text;
+    }
+    for (const char* text : {"", "today", "02/30/08", "13/01/08", "3/11", "3/11/08/1", "3//08", "/3/11/08", "1/1/99999",
+                             "1/1/99999999999999999999", "1/1/0099999"}) {
+        given.Texts.RunDate = text;
+        EXPECT_ERROR(TypeMismatch, given.Header()) << text;
+    }
+    given = {};
+    const std::pair<const char*, Date> times[] = {{"7:06", TimeOf(7, 6)}, {"23:59:59", TimeOf(23, 59, 59)}};
+    for (const auto& [text, time] : times) {
+        given.Texts.RunTime = text;
+        EXPECT_EQ(given.Header().RunTime, time) << text;
+    }
+    for (const char* text : {"", "7", "24:00", "7:60", "7:05 pm", "7:05:00:00"}) {
+        given.Texts.RunTime = text;
+        EXPECT_ERROR(TypeMismatch, given.Header()) << text;
+    }
+}
+
+TEST(RunFileTexts, ConvertsNumbers) {
+    Changed given;
+    given.Texts.CountNumber = " 12.5 ";
+    given.Texts.CalConstant = "12.6 or so";
+    given.Texts.Length = "-2147483648";
+    given.Texts.NumberOfSections = "32767";
+    EXPECT_EQ(given.Header().CountNumber, 12) << "halves to even";
+    EXPECT_EQ(given.Header().CalConstant, 13);
+    EXPECT_EQ(given.Header().RunLength, -2147483648);
+    EXPECT_EQ(given.Header().NumberOfSections, 32767);
+    given.Texts.CalConstant = "none";
+    EXPECT_EQ(given.Header().CalConstant, 0);
+
+    struct Case {
+        std::string RunFileTexts::*Field;
+        const char *Text, *Name;
+        ErrorNumber Error;
+    };
+    using enum ErrorNumber;
+    const Case cases[] = {
+        {&RunFileTexts::CountNumber, "x", "CountNumber", TypeMismatch},
+        {&RunFileTexts::CountNumber, "32767.5", "CountNumber", Overflow},
+        {&RunFileTexts::RunNumber, "", "RunNumber", TypeMismatch},
+        {&RunFileTexts::RunNumber, "-32769", "RunNumber", Overflow},
+        {&RunFileTexts::CalConstant, "40000", "CalConstant", Overflow},
+        {&RunFileTexts::Length, "1 mile", "Length", TypeMismatch},
+        {&RunFileTexts::Length, "2147483648", "Length", Overflow},
+        {&RunFileTexts::Duration, "5 s", "Duration", TypeMismatch},
+        {&RunFileTexts::Duration, "32768", "Duration", Overflow},
+        {&RunFileTexts::Duration, "-1", "Duration", SubscriptOutOfRange},
+        {&RunFileTexts::NumberOfSections, "two", "NumberOfSections", TypeMismatch},
+    };
+    for (const Case& wrong : cases) {
+        Changed changed;
+        changed.Texts.*wrong.Field = wrong.Text;
+        try {
+            changed.Header();
+            ADD_FAILURE() << wrong.Name << ' ' << wrong.Text;
+        } catch (const RunTimeError& error) {
+            EXPECT_EQ(error.Number(), wrong.Error) << wrong.Name << ' ' << wrong.Text;
+            EXPECT_TRUE(error.Place().starts_with(std::string(wrong.Name) + ": \"" + wrong.Text + "\"\n"));
+        }
+    }
+}
+
+TEST(RunFileTexts, TheFirstWrongTextIsTheError) {
+    Changed given;
+    given.Texts.RunTime = "noon";
+    given.Texts.CountNumber = "99999";
+    EXPECT_ERROR(TypeMismatch, given.Header());
+    given.Texts.RunTime = "12:00";
+    EXPECT_ERROR(Overflow, given.Header());
+}
+
+TEST(RunFileTexts, FlagsNeedTheirExactText) {
+    Changed given;
+    for (const char* text : {"before", "After", "", " Before"}) {
+        given.Texts.BeforeOrAfter = text;
+        EXPECT_EQ(given.Header().Before, 0) << text;
+        EXPECT_EQ(given.Header().After, -1) << text;
+    }
+    given.Texts.RunType = "primary";
+    EXPECT_EQ(given.Header().HeaderWord1, 0);
+    EXPECT_EQ(given.Header().HeaderWord2, -1);
+    given.Run.Header.HeaderWord1 = 0;
+    given.Texts.RunType = "Primary";
+    EXPECT_EQ(given.Header().HeaderWord1, -1);
+    EXPECT_EQ(given.Header().HeaderWord2, 0);
+}
+
+TEST(RunFileTexts, DurationIsTheNumberOfSamples) {
+    Changed given;
+    given.Run.RunSamples[2].DelayNumber = 4;
+    for (const auto& [text, count] : {std::pair{"2", 2}, {"0", 0}, {"32767", 32767}}) {
+        given.Texts.Duration = text;
+        const RunRecord run = WithTexts(given.Run, given.Texts);
+        EXPECT_EQ(run.Header.Duration, count);
+        EXPECT_EQ(run.Header.SampleCount, count);
+        EXPECT_EQ(run.SampleValues.LastIndex(), count);
+        EXPECT_EQ(run.RunSamples.LastIndex(), count);
+        EXPECT_EQ(run.Header.RunLength, 105) << "nothing is derived anew";
+        if (count < 2) continue;
+        EXPECT_EQ(run.SampleValues[2], 20);
+        EXPECT_EQ(run.RunSamples[2].DelayNumber, 4);
+    }
+    EXPECT_EQ(WithTexts(given.Run, given.Texts).SampleValues[32767], 0);
+}
+
+TEST(RunFileTexts, TextsAreCutAtTheirWidths) {
+    Changed given;
+    const std::string longText = "é" + std::string(200, 'x');
+    given.Texts.RunName = given.Texts.SiteCode = given.Texts.Notes = longText;
+    given.Texts.ButtonLabel[16] = given.Texts.SectionName[15] = longText;
+    given.Texts.SectionDist[1] = "1";
+    const RunHeader header = given.Header();
+    const std::string cut = "é" + std::string(31, 'x');
+    for (const std::string& text : {header.RunName, header.SiteCode, header.ButtonLabel[16], header.SectionName[15]})
+        EXPECT_EQ(text, cut);
+    EXPECT_EQ(header.Notes, "é" + std::string(127, 'x'));
+    EXPECT_EQ(header.SectionDist, given.Run.Header.SectionDist);
+}
+
+}  // namespace
+}  // namespace vantor

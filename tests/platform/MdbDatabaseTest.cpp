@@ -1,0 +1,140 @@
+#include "platform/MdbDatabase.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "fakes/ThrowsError.h"
+#include "platform/DiskFileSystem.h"
+
+namespace vantor {
+namespace {
+
+const std::string GpsPath = std::string(VANTOR_TEST_DATA) + "gps.mdb";
+const std::string ObdPath = std::string(VANTOR_TEST_DATA) + "obd.mdb";
+
+class MdbDatabaseTest : public testing::Test {
+protected:
+    MdbDatabaseTest() { std::filesystem::create_directories(Folder); }
+    ~MdbDatabaseTest() override { std::filesystem::remove_all(Folder); }
+
+    std::string Folder =
+        testing::TempDir() + "mdb_" + testing::UnitTest::GetInstance()->current_test_info()->name() + "/";
+    DiskFileSystem Files{Folder};
+    MdbDatabase Database{Files};
+
+    using Record = std::vector<std::string>;
+    std::vector<Record> Read(const std::string& path, const std::string& table) const {
+        const auto records = Database.OpenTable(path, table);
+        std::vector<Record> all;
+        while (records->Next()) {
+            Record record;
+            for (int i = 0; i < records->FieldCount(); ++i) record.push_back(records->Text(i));
+            all.push_back(std::move(record));
+        }
+        EXPECT_FALSE(records->Next());
+        return all;
+    }
+
+    static std::string BytesOfFile(const std::string& path) {
+        std::ifstream file(path, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    }
+    /// The path of a file of those bytes.
+    std::string Stored(const std::string& bytes) const {
+        std::ofstream(Folder + "stored.mdb", std::ios::binary) << bytes;
+        return Folder + "stored.mdb";
+    }
+};
+
+// The values are those that mdb-export writes, singles and doubles in full digits.
+TEST_F(MdbDatabaseTest, ReadsJet4) {
+    const auto records = Read(GpsPath, "gpsdata");
+    ASSERT_EQ(records.size(), 64u);
+    EXPECT_EQ(records[0], (Record{"05/14/2003 22:00:00", "42.100000000000001", "-83.400000000000006", "5.0999999",
+                                  "124.699997", "2.4000001", "6", "0", "0"}));
+    EXPECT_EQ(records[10], (Record{"05/14/2003 22:00:26", "42.100999999999999", "83.399000000000001", "-1",
+                                   "96.4000015", "2.0999999", "8", "0", "1"}));
+    EXPECT_EQ(records[34], (Record{"05/15/2003 00:00:01", "42.103400000000001", "-83.396600000000007", "56.5",
+                                   "331.399994", "1.70000005", "7", "1", "2"}));
+    EXPECT_EQ(records[63], (Record{"05/15/2003 01:00:17", "42.106299999999997", "-83.393699999999995", "38.7999992",
+                                   "240.600006", "1.20000005", "4", "0", "3"}));
+}
+
+TEST_F(MdbDatabaseTest, ReadsJet3WithTextsAndBytes) {
+    const auto records = Read(ObdPath, "OBDData");
+    ASSERT_EQ(records.size(), 64u);
+    EXPECT_EQ(records[0], (Record{"05/14/2003 22:00:00", "5.0999999999999996", "936", "86.6999969", "36", "188", "0.11",
+                                  "0", "0"}));
+    EXPECT_EQ(records[21],
+              (Record{"05/14/2003 23:59:49", "33.399999999999999", "1423", "22.5", "75", "187", "1.02", "1", "2"}));
+    EXPECT_EQ(records[63], (Record{"05/15/2003 01:00:17", "38.799999999999997", "2151", "85.4000015", "72", "166",
+                                   "1.59", "0", "3"}));
+}
+
+TEST_F(MdbDatabaseTest, RefusesWhatItCannotRead) {
+    EXPECT_ERROR(FileNotFound, Database.OpenTable(Folder + "none.mdb", "GPSData"));
+    EXPECT_ERROR(TypeMismatch, Database.OpenTable(GpsPath, "OBDData"));
+    EXPECT_ERROR(TypeMismatch, Database.OpenTable(GpsPath, "Tables")) << "an entry that is no table";
+    const std::string whole = BytesOfFile(GpsPath);
+    EXPECT_ERROR(TypeMismatch, Database.OpenTable(Stored("some text"), "GPSData"));
+    EXPECT_ERROR(TypeMismatch, Database.OpenTable(Stored(std::string(whole).replace(20, 1, "\2")), "GPSData"))
+        << "of a later engine";
+    EXPECT_ERROR(TypeMismatch, Database.OpenTable(Stored(whole + "x"), "GPSData"));
+
+    const auto records = Database.OpenTable(GpsPath, "GPSData");
+    EXPECT_ERROR(SubscriptOutOfRange, records->Text(0)) << "before the first record";
+    ASSERT_TRUE(records->Next());
+    EXPECT_ERROR(SubscriptOutOfRange, records->Text(9));
+}
+
+TEST_F(MdbDatabaseTest, APageMapCutShortIsRefused) {
+    // Row 2 of page 3 is the map of the table's pages; it ends where row 1 begins, at 0xF31.
+    std::string bytes = BytesOfFile(GpsPath);
+    bytes.replace(3 * 4096 + 14 + 2 * 2, 2, "\x2F\x0F");
+    EXPECT_ERROR(TypeMismatch, Read(Stored(bytes), "GPSData"));
+}
+
+/// What a reader may make of damaged bytes: records, or an error 13; nothing is printed.
+TEST_F(MdbDatabaseTest, SurvivesDamageWithoutAWord) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    int refused = 0;
+    const auto read = [&](const std::string& path, const std::string& table) -> std::size_t {
+        try {
+            return Read(path, table).size();
+        } catch (const RunTimeError& error) {
+            EXPECT_EQ(error.Number(), ErrorNumber::TypeMismatch);
+            ++refused;
+            return 0;
+        }
+    };
+    for (const auto& [original, table] : {std::pair{GpsPath, "GPSData"}, std::pair{ObdPath, "OBDData"}}) {
+        const std::string whole = BytesOfFile(original);
+        for (std::size_t length = 0; length < whole.size(); length += length < 4096 ? 256 : 1024)
+            EXPECT_EQ(read(Stored(whole.substr(0, length)), table) % 64, 0u) << length << " bytes of " << original;
+
+        const std::string path = Stored(whole);
+        std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+        const auto patch = [&](std::size_t at, const std::string& bytes) {
+            file.seekp(static_cast<std::streamoff>(at));
+            file << bytes << std::flush;
+        };
+        for (std::size_t at = 20; at + 2 < whole.size(); at += at % 2048 < 256 ? 3 : 127) {
+            for (const char value : {'\0', '\xFF'}) {
+                patch(at, std::string(2, value));
+                read(path, table);
+            }
+            patch(at, whole.substr(at, 2));
+        }
+        EXPECT_EQ(read(path, table), 64u);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_GT(refused, 100);
+}
+
+}  // namespace
+}  // namespace vantor
