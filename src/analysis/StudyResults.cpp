@@ -22,7 +22,8 @@ std::optional<std::int32_t> AverageOf(const std::vector<RunListRow>& rows, std::
     return Round32(static_cast<double>(sum) / count);
 }
 
-/// Nothing for a run that cannot be read, whatever the reason: its row has no figures, the others are shown.
+}  // namespace
+
 std::optional<RunHeader> HeaderOf(const StudyRunEntry& entry, const FileSystem& files, const std::string& folder) {
     try {
         return ReadRunHeader(files, folder, RunFileName(entry));
@@ -30,8 +31,6 @@ std::optional<RunHeader> HeaderOf(const StudyRunEntry& entry, const FileSystem& 
         return std::nullopt;
     }
 }
-
-}  // namespace
 
 RunListRow MakeRunListRow(const StudyRunEntry& entry, const std::optional<RunHeader>& header) {
     RunListRow row;

@@ -38,6 +38,10 @@ struct ResultLabels {
     std::optional<std::string> Ratio;
 };
 
+/// The header of an entry's run in `folder`. Nothing for a run that cannot be read, whatever the reason: its row has no
+/// figures, the others are shown.
+std::optional<RunHeader> HeaderOf(const StudyRunEntry& entry, const FileSystem& files, const std::string& folder);
+
 /// The row of a study's entry; `header` is nothing when the run's file is missing.
 RunListRow MakeRunListRow(const StudyRunEntry& entry, const std::optional<RunHeader>& header);
 

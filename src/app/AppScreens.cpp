@@ -2,6 +2,8 @@
 
 #include <QApplication>
 
+#include "analysis/forms/frmContDelayVsAvg.h"
+#include "analysis/forms/frmReportPreview.h"
 #include "analysis/forms/frmRunStatistics.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
 #include "counter/forms/frmDeleteTempRuns.h"
@@ -13,6 +15,8 @@
 #include "editing/forms/frmEditRunFile.h"
 #include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
 #include "editing/forms/frmRunDetails.h"
+#include "gpsobd/forms/LogReview.h"
+#include "gpsobd/forms/LogSelect.h"
 #include "workspace/forms/frmPrefs.h"
 #include "workspace/forms/frmRunSelect.h"
 #include "workspace/forms/frmStartUp.h"
@@ -43,6 +47,9 @@ void AppScreens::ShowSensorData(int entryIndex) { ShowModal<frmEditPulseData>(*c
 void AppScreens::ShowRunFileEditor(int entryIndex) { ShowModal<frmEditRunFile>(*context_, entryIndex); }
 void AppScreens::ShowRunStatistics(int entryIndex) { ShowModal<frmRunStatistics>(*context_, entryIndex); }
 
+void AppScreens::ShowDelayChart() { ShowModal<frmContDelayVsAvg>(*context_); }
+void AppScreens::ShowReportPreview() { ShowModal<frmReportPreview>(*context_); }
+
 void AppScreens::ShowPreferences() {
     SerialPort& serial = context_->Serial;
     ShowModal<frmPrefs>(
@@ -60,8 +67,8 @@ bool AppScreens::ShowUploadSelect() {
     return context_->State.CounterFileChosen;
 }
 
-bool AppScreens::ShowLogSelect(LogKind kind) { return static_cast<int>(kind) < 0; }
-bool AppScreens::ShowLogReview(LogKind kind) { return static_cast<int>(kind) < 0; }
+bool AppScreens::ShowLogSelect(LogKind kind) { return ShowModal<LogSelect>(*context_, kind); }
+bool AppScreens::ShowLogReview(LogKind kind) { return ShowModal<LogReview>(*context_, kind); }
 
 void AppScreens::ShowUploadData() { ShowModal<frmUploadData>(*context_); }
 void AppScreens::ShowDeleteTempRuns() { ShowModal<frmDeleteTempRuns>(*context_); }

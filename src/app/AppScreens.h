@@ -19,6 +19,8 @@ public:
     void ShowSensorData(int entryIndex) override;
     void ShowRunFileEditor(int entryIndex) override;
     void ShowRunStatistics(int entryIndex) override;
+    void ShowDelayChart() override;
+    void ShowReportPreview() override;
     void ShowPreferences() override;
     bool ShowReadTDC() override;
     bool ShowUploadSelect() override;

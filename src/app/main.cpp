@@ -13,6 +13,7 @@
 #include "platform/MdbDatabase.h"
 #include "platform/MountedDevice.h"
 #include "platform/QtDesktop.h"
+#include "platform/QtDocumentWriter.h"
 #include "platform/QtMessageBoxes.h"
 #include "platform/QtSerialPort.h"
 #include "platform/QtWindowMemory.h"
@@ -63,7 +64,7 @@ public:
 };
 
 int RunWindow(QApplication& application, const WindowArguments& arguments, FileSystem& files, Clock& clock,
-              const DatabaseEngine& databases) {
+              const DatabaseEngine& databases, const Spreadsheet& sheets, const DocumentWriter& documents) {
     ApplyTheme(application, arguments.Theme);
     ApplicationState state;
     QtMessageBoxes messages;
@@ -72,10 +73,9 @@ int RunWindow(QApplication& application, const WindowArguments& arguments, FileS
     QtWindowMemory memory(files.SettingsFolder());
     QtSerialPort serial;
     const auto device = MakeRemoteApi(files);
-    SpreadsheetWriter sheets;
     AppScreens screens;
-    AppContext context{state, files,  messages, screens, desktop,   clock,
-                       end,   memory, serial,   *device, databases, sheets};
+    AppContext context{state,  files,  messages, screens,   desktop, clock,    end,
+                       memory, serial, *device,  databases, sheets,  documents};
     screens.Use(context);
 
     frmMain window(context);
@@ -91,9 +91,12 @@ int main(int argc, char** argv) {
     vantor::DiskFileSystem files(vantor::ExecutableFolder());
     vantor::SystemClock clock;
     vantor::MdbDatabase databases(files);
+    vantor::SpreadsheetWriter sheets;
+    vantor::QtDocumentWriter documents;
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     const auto window = vantor::ReadWindowArguments(arguments);
-    if (!window) return vantor::RunCommandLine(arguments, files, clock, databases, std::cout, std::cerr);
+    if (!window)
+        return vantor::RunCommandLine(arguments, {files, clock, databases, sheets, documents}, std::cout, std::cerr);
     if (!vantor::HasDisplay()) {
         std::cerr << "There is no display for the window. \"vantor --help\" lists the commands that need none.\n";
         return 1;
@@ -101,5 +104,5 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vantor"));
     QApplication::setDesktopFileName(QStringLiteral("vantor"));
-    return vantor::RunWindow(application, *window, files, clock, databases);
+    return vantor::RunWindow(application, *window, files, clock, databases, sheets, documents);
 }

@@ -8,9 +8,11 @@
 #include "core/ports/ApplicationEnd.h"
 #include "core/ports/Clock.h"
 #include "core/ports/Desktop.h"
+#include "core/ports/DocumentWriter.h"
 #include "core/ports/FileSystem.h"
 #include "core/ports/MessageBoxes.h"
 #include "core/ports/RecordSet.h"
+#include "core/ports/Spreadsheet.h"
 
 namespace vantor {
 
@@ -27,6 +29,8 @@ struct CommandContext {
     Desktop& DesktopServices;
     const Clock& Time;
     const DatabaseEngine& Databases;
+    const Spreadsheet& Sheets;
+    const DocumentWriter& Documents;
     ApplicationEnd& End;
     std::ostream& Out;
     std::ostream& Err;

@@ -31,11 +31,16 @@ public:
     void ViewText(const std::string&) override {}
     void OpenHelp(const std::string&, int) override {}
     std::string ChooseFolder(const std::string&) override { return {}; }
-    std::string ChooseFileToSave(const std::string&, const std::string&, const std::string&,
-                                 const std::string&) override {
+    std::string ChooseFileToSave(const std::string&, const std::string&, const std::vector<FileKind>&) override {
+        return {};
+    }
+    std::string ChooseFileToOpen(const std::string&, const std::string&, const std::string&,
+                                 const std::vector<std::string>&) override {
         return {};
     }
     void CopyText(const std::string&) override {}
+    void CopyPicture(const std::vector<std::byte>&) override {}
+    bool Print(const PagedDocument&) override { return false; }
 };
 
 struct CommandEnded {};
@@ -62,12 +67,13 @@ CLI::App& AddCommand(CLI::App& parent, CommandAction& chosen, const std::string&
     return *command;
 }
 
-int RunCommandLine(const std::vector<std::string>& arguments, FileSystem& files, const Clock& clock,
-                   const DatabaseEngine& databases, std::ostream& out, std::ostream& err) {
+int RunCommandLine(const std::vector<std::string>& arguments, const CommandPorts& ports, std::ostream& out,
+                   std::ostream& err) {
     PrintedMessages messages(err);
     NoDesktop desktop;
     PrintedEnd end(err);
-    CommandContext context{{}, files, messages, desktop, clock, databases, end, out, err};
+    CommandContext context{{},           ports.Files,     messages, desktop, ports.Time, ports.Databases,
+                           ports.Sheets, ports.Documents, end,      out,     err};
 
     CLI::App program(
         "Vantor: delay and level of service from instrumented runs.\n"
@@ -90,7 +96,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, FileSystem& files,
         return program.exit(error, out, err) == 0 ? Done : WrongUsage;
     }
     try {
-        LoadSettings(context.State, files);
+        LoadSettings(context.State, ports.Files);
         return chosen(context);
     } catch (const RunTimeError& error) {
         err << error.Message() << '\n';

@@ -22,5 +22,9 @@ void AddRepairCommands(CLI::App& runGroup, CommandAction& chosen);
 void AddCounterCommands(CLI::App& program, CommandAction& chosen);
 void AddLogCommands(CLI::App& program, CommandAction& chosen);
 void AddStudyCommands(CLI::App& program, CommandAction& chosen);
+/// Below the group "study".
+void AddChartCommand(CLI::App& studyGroup, CommandAction& chosen);
+/// Below the group "study".
+void AddReportCommand(CLI::App& studyGroup, CommandAction& chosen);
 
 }  // namespace vantor

@@ -3,6 +3,7 @@
 
 #include "analysis/DelayStatistics.h"
 #include "analysis/StudyResults.h"
+#include "analysis/StudyTable.h"
 #include "cli/Commands.h"
 #include "cli/RecordJson.h"
 #include "core/Paths.h"
@@ -161,6 +162,30 @@ int SetBounds(CommandContext& context, const BoundsOptions& options) {
     return allDone ? Done : Failed;
 }
 
+int ExportStudy(CommandContext& context, const std::string& path, const std::string& output) {
+    const auto kinds = TableFileKinds();
+    if (std::ranges::none_of(kinds, [&](const FileKind& kind) { return HasExtension(output, kind.Extension); })) {
+        context.Err << output << "\nA run list is an .xls, .xlsx or .csv file.\n";
+        return WrongUsage;
+    }
+    const NamedFile file = TakeApart(path, StudyExtension, "study file");
+    const auto study = LoadNamedStudy(context, file);
+    if (!study) return Failed;
+    WriteFile(context.Files, output,
+              EncodeTable(output, StudyTable(*study, context.Files, file.Folder), context.Sheets));
+    context.Print({{"rows", study->Record.RunCount}});
+    return Done;
+}
+
+void AddExportCommand(CLI::App& group, CommandAction& chosen) {
+    auto path = std::make_shared<std::string>();
+    auto output = std::make_shared<std::string>();
+    CLI::App& command = AddCommand(group, chosen, "export", "Write the run list to a workbook or a CSV file",
+                                   [=](CommandContext& context) { return ExportStudy(context, *path, *output); });
+    command.add_option("FILE", *path, "A study file (.ld2)")->required();
+    command.add_option("--output", *output, "The table: an .xls, .xlsx or .csv file")->required();
+}
+
 void AddBoundsCommand(CLI::App& group, CommandAction& chosen) {
     auto options = std::make_shared<BoundsOptions>();
     CLI::App& bounds = AddCommand(group, chosen, "bounds", "Set the boundaries of runs and compute the study",
@@ -199,6 +224,9 @@ void AddStudyCommands(CLI::App& program, CommandAction& chosen) {
     compute.add_option("--stop-speed", *stopSpeed, "Stop speed threshold, miles per hour");
 
     AddBoundsCommand(*group, chosen);
+    AddExportCommand(*group, chosen);
+    AddChartCommand(*group, chosen);
+    AddReportCommand(*group, chosen);
 }
 
 }  // namespace vantor

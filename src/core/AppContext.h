@@ -4,6 +4,7 @@
 #include "core/ports/ApplicationEnd.h"
 #include "core/ports/Clock.h"
 #include "core/ports/Desktop.h"
+#include "core/ports/DocumentWriter.h"
 #include "core/ports/FileSystem.h"
 #include "core/ports/MessageBoxes.h"
 #include "core/ports/RecordSet.h"
@@ -29,6 +30,7 @@ struct AppContext {
     RemoteApi& Device;
     const DatabaseEngine& Databases;
     const Spreadsheet& Sheets;
+    const DocumentWriter& Documents;
 };
 
 }  // namespace vantor

@@ -7,6 +7,7 @@ namespace vantor {
 std::string ErrorText(ErrorNumber number) {
     switch (number) {
         case ErrorNumber::Overflow: return "Overflow";
+        case ErrorNumber::OutOfMemory: return "Out of memory";
         case ErrorNumber::SubscriptOutOfRange: return "Subscript out of range";
         case ErrorNumber::DivisionByZero: return "Division by zero";
         case ErrorNumber::TypeMismatch: return "Type mismatch";
@@ -18,6 +19,7 @@ std::string ErrorText(ErrorNumber number) {
         case ErrorNumber::PermissionDenied: return "Permission denied";
         case ErrorNumber::PathFileAccessError: return "Path/File access error";
         case ErrorNumber::PathNotFound: return "Path not found";
+        case ErrorNumber::PrinterError: return "Printer error";
         case ErrorNumber::InvalidPortNumber: return "Invalid port number";
         case ErrorNumber::PortAlreadyOpen: return "Port already open";
     }

@@ -8,6 +8,7 @@ namespace vantor {
 /// The classic run-time error numbers that the program raises.
 enum class ErrorNumber : int {
     Overflow = 6,
+    OutOfMemory = 7,
     SubscriptOutOfRange = 9,
     DivisionByZero = 11,
     TypeMismatch = 13,
@@ -19,6 +20,7 @@ enum class ErrorNumber : int {
     PermissionDenied = 70,
     PathFileAccessError = 75,
     PathNotFound = 76,
+    PrinterError = 482,
     InvalidPortNumber = 8002,
     PortAlreadyOpen = 8005,
 };

@@ -88,8 +88,8 @@ std::string LongPathName(const FileSystem& files, const std::string& path) {
     return result;
 }
 
-void ShowHelp(Desktop& desktop, const FileSystem& files, int context) {
-    desktop.OpenHelp(files.SettingsFolder() + "VANTOR.HLP", context);
+void ShowHelp(Desktop& desktop, const FileSystem& files, HelpTopic topic) {
+    desktop.OpenHelp(files.ProgramFile("VANTOR.HLP"), static_cast<int>(topic));
 }
 
 }  // namespace vantor

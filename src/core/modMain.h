@@ -4,6 +4,7 @@
 #include <string>
 
 #include "core/Date.h"
+#include "core/HelpTopics.h"
 #include "core/StudyRecords.h"
 #include "core/ports/Desktop.h"
 #include "core/ports/FileSystem.h"
@@ -40,7 +41,7 @@ bool FolderExists(const FileSystem& files, const std::string& path);
 /// empty when a component does not exist. The drive, or the root, is taken over unchanged.
 std::string LongPathName(const FileSystem& files, const std::string& path);
 
-/// Opens the help file at a topic, 0 for its contents.
-void ShowHelp(Desktop& desktop, const FileSystem& files, int context = 0);
+/// Opens the help file "VANTOR.HLP" of the program at a topic.
+void ShowHelp(Desktop& desktop, const FileSystem& files, HelpTopic topic = HelpTopic::Contents);
 
 }  // namespace vantor

@@ -5,7 +5,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "analysis/DelayStatistics.h"
+#include "analysis/ProfileTrace.h"
+#include "analysis/ProfileUnits.h"
 
 namespace vantor {
 
@@ -18,38 +19,12 @@ inline constexpr int StepsAcross = 10;
 /// Position in ScaleSteps of the smallest step with which a length fits across the plot; the last where none does.
 std::size_t SmallestScaleShowing(double length);
 
-/// How values are shown: feet and miles per hour, or metres and kilometres per hour. Stored values always are feet
-/// and miles per hour.
-struct ProfileUnits {
-    bool Metric = false;
-
-    double LengthOfFeet(double feet) const;
-    double FeetOfLength(double length) const;
-    double SpeedOfMph(double mph) const;
-    double MphOfSpeed(double speed) const;
-};
-
-/// The speed axis from 0 to a round maximum, with round grid values; in the shown unit.
-struct SpeedAxis {
-    int Maximum = 10;
-    int GridStep = 5;
-};
-/// The axis for a top speed in the shown unit, with some room above it.
-SpeedAxis NiceSpeedAxis(double topSpeed);
-
 /// The plot area in pixels: the speed is 0 at the baseline, which lies below the top.
 struct PlotRectangle {
     double Left = 0;
     double Top = 0;
     double Right = 1;
     double Baseline = 1;
-};
-
-/// How far a run goes.
-struct RunExtent {
-    std::int32_t Feet = 0;       ///< total length
-    std::int32_t Seconds = 0;    ///< duration
-    std::int32_t TraceFeet = 0;  ///< where its trace ends: the sum of the rounded steps, near the total length
 };
 
 /// Values and pixels of the speed profile. A place is in feet or seconds (that is, a sample number), as the axis goes;

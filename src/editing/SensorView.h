@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
+#include "analysis/ProfileTrace.h"
 #include "core/AppSettings.h"
 #include "core/RunRecords.h"
 #include "editing/ProfileGeometry.h"
-#include "editing/ProfileTrace.h"
 
 namespace vantor {
 

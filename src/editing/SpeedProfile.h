@@ -4,12 +4,12 @@
 #include <optional>
 
 #include "analysis/DelayStatistics.h"
+#include "analysis/ProfileTrace.h"
 #include "core/AppSettings.h"
 #include "core/RunRecords.h"
 #include "core/StudyRecords.h"
 #include "editing/ProfileDrag.h"
 #include "editing/ProfileGeometry.h"
-#include "editing/ProfileTrace.h"
 
 namespace vantor {
 

@@ -148,17 +148,15 @@ struct ObdPoint {
 
     bool operator==(const ObdPoint&) const = default;
 };
-inline constexpr auto ObdPointFields =
-    std::make_tuple(Field{0, "RunNumber", &ObdPoint::RunNumber}, Field{2, "DateTime", &ObdPoint::DateTime},
-                    Field{10, "Speed", &ObdPoint::Speed}, Field{14, "Rpm", &ObdPoint::Rpm},
-                    Field{18, "Load", &ObdPoint::Load}, Field{22, "Throttle", &ObdPoint::Throttle},
-                    Field{26, "CoolantTemp", &ObdPoint::CoolantTemp}, Field{30, "IntakeTemp", &ObdPoint::IntakeTemp},
-                    Field{34, "AirFlow", &ObdPoint::AirFlow}, Field{38, "FuelRate", &ObdPoint::FuelRate},
-                    Field{42, "Node", &ObdPoint::Node}, Field{44, "DelayNumber", &ObdPoint::DelayNumber},
-                    Field{46, "Direction", &ObdPoint::Direction},
-                    Field{48, "TroubleCodes", &ObdPoint::TroubleCodes, 16},
-                    Field{64, "MonitorStatus", &ObdPoint::MonitorStatus, 16},
-                    Field{80, "Comment", &ObdPoint::Comment, 16});
+inline constexpr auto ObdPointFields = std::make_tuple(
+    Field{0, "RunNumber", &ObdPoint::RunNumber}, Field{2, "DateTime", &ObdPoint::DateTime},
+    Field{10, "Speed", &ObdPoint::Speed}, Field{14, "Rpm", &ObdPoint::Rpm}, Field{18, "Load", &ObdPoint::Load},
+    Field{22, "Throttle", &ObdPoint::Throttle}, Field{26, "CoolantTemp", &ObdPoint::CoolantTemp},
+    Field{30, "IntakeTemp", &ObdPoint::IntakeTemp}, Field{34, "AirFlow", &ObdPoint::AirFlow},
+    Field{38, "FuelRate", &ObdPoint::FuelRate}, Field{42, "Node", &ObdPoint::Node},
+    Field{44, "DelayNumber", &ObdPoint::DelayNumber}, Field{46, "Direction", &ObdPoint::Direction},
+    Field{48, "TroubleCodes", &ObdPoint::TroubleCodes, 16}, Field{64, "MonitorStatus", &ObdPoint::MonitorStatus, 16},
+    Field{80, "Comment", &ObdPoint::Comment, 16});
 inline constexpr std::size_t ObdPointSize = 96;
 static_assert(RecordSize(ObdPointFields) == ObdPointSize && IsGapless(ObdPointFields));
 

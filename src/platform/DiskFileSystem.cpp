@@ -61,6 +61,16 @@ private:
     std::uint64_t size_;
 };
 
+/// An error with the temporary file is one with the file that was to be written.
+template <class Action>
+auto NamingTarget(const fs::path& target, Action action) {
+    try {
+        return action();
+    } catch (const RunTimeError& error) {
+        throw RunTimeError(error.Number(), PortablePath(target));
+    }
+}
+
 class DiskWriteBatch : public WriteBatch {
 public:
     DiskWriteBatch() = default;
@@ -74,7 +84,7 @@ public:
     void Add(const std::string& path, std::span<const std::byte> bytes, OldTail tail) override {
         const fs::path target = FollowedLink(TargetOf(path));
         const fs::path temporary = target.parent_path() / TemporaryName();
-        const NativeFile file = OpenNative(temporary, "wb");
+        const NativeFile file = NamingTarget(target, [&] { return OpenNative(temporary, "wb"); });
         pending_.push_back({temporary, target});
         WriteNative(file, bytes, target);
         if (tail == OldTail::Kept) AppendTail(file, target, bytes.size());
@@ -86,7 +96,7 @@ public:
     }
 
     void Commit() override {
-        for (const Pending& file : pending_) FlushToDisk(file.Temporary);
+        for (const Pending& file : pending_) NamingTarget(file.Target, [&] { FlushToDisk(file.Temporary); });
         std::set<fs::path> folders;
         for (const Pending& file : pending_) {
             ReplaceFile(file.Temporary, file.Target);
@@ -167,6 +177,13 @@ private:
     NativeFile file_;
 };
 
+/// From the executable to the files of an installation.
+#ifdef _WIN32
+constexpr const char* InstalledFiles = "";
+#else
+constexpr const char* InstalledFiles = "../share/vantor/";
+#endif
+
 std::string UserSettingsFolder() {
 #ifdef _WIN32
     const char* base = std::getenv("APPDATA");
@@ -185,6 +202,7 @@ DiskFileSystem::DiskFileSystem(const std::string& programFolder) {
     const char* named = std::getenv("VANTOR_PROGRAM_FOLDER");
     const std::string folder = AsFolder(named != nullptr && *named != '\0' ? named : programFolder);
     settingsFolder_ = named != nullptr || IsWritableFolder(NativePath(folder)) ? folder : UserSettingsFolder();
+    programFolders_ = {folder, AsFolder(programFolder), AsFolder(programFolder) + InstalledFiles};
 }
 
 std::optional<FileInfo> DiskFileSystem::Find(const std::string& path) const {
@@ -265,6 +283,12 @@ std::string DiskFileSystem::CurrentFolder() const {
 }
 
 std::string DiskFileSystem::SettingsFolder() const { return settingsFolder_; }
+
+std::string DiskFileSystem::ProgramFile(const std::string& name) const {
+    for (const std::string& folder : programFolders_)
+        if (const auto info = Find(folder + name); info && !info->IsFolder) return folder + info->Name;
+    return programFolders_.front() + name;
+}
 
 std::string ExecutableFolder() {
     std::error_code failure;

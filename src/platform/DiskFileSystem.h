@@ -22,9 +22,11 @@ public:
     void CreateFolder(const std::string& path) override;
     std::string CurrentFolder() const override;
     std::string SettingsFolder() const override;
+    std::string ProgramFile(const std::string& name) const override;
 
 private:
     std::string settingsFolder_;
+    std::vector<std::string> programFolders_;  ///< in the order in which they are searched
 };
 
 /// The folder of the running executable, with a final separator.

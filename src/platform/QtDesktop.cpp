@@ -6,13 +6,19 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QImage>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QProcess>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QUrl>
+#include <algorithm>
 
 #include "core/RunTimeError.h"
 #include "core/forms/Named.h"
+#include "platform/HelpWindow.h"
+#include "platform/QtDocumentWriter.h"
 
 namespace vantor {
 namespace {
@@ -52,6 +58,9 @@ QStringList TextViewerCommand(const QString& file) {
 
 }  // namespace
 
+QtDesktop::QtDesktop() = default;
+QtDesktop::~QtDesktop() = default;
+
 void QtDesktop::Beep() { QApplication::beep(); }
 
 void QtDesktop::OpenWebPage(const std::string& address) { QDesktopServices::openUrl(QUrl(ToQt(address))); }
@@ -63,8 +72,9 @@ void QtDesktop::ViewText(const std::string& path) {
     throw RunTimeError(ErrorNumber::FileNotFound, path + "\nThe desktop has no viewer for text files.");
 }
 
-void QtDesktop::OpenHelp(const std::string& helpFile, int) {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(ToQt(helpFile)));
+void QtDesktop::OpenHelp(const std::string& helpFile, int context) {
+    if (!help_ || help_->File() != ToQt(helpFile)) help_ = std::make_unique<HelpWindow>(ToQt(helpFile));
+    help_->ShowTopic(context);
 }
 
 std::string QtDesktop::ChooseFolder(const std::string& start) {
@@ -72,12 +82,19 @@ std::string QtDesktop::ChooseFolder(const std::string& start) {
 }
 
 std::string QtDesktop::ChooseFileToSave(const std::string& start, const std::string& title,
-                                        const std::string& description, const std::string& extension) {
-    const QString filter = QStringLiteral("%1 (*%2)").arg(ToQt(description), ToQt(extension));
-    QFileDialog dialog(QApplication::activeWindow(), ToQt(title), {}, filter);
+                                        const std::vector<FileKind>& kinds) {
+    QFileDialog dialog(QApplication::activeWindow(), ToQt(title));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
+    QStringList filters;
+    for (const FileKind& kind : kinds)
+        filters += QStringLiteral("%1 (*%2)").arg(ToQt(kind.Description), ToQt(kind.Extension));
+    dialog.setNameFilters(filters);
     // With the suffix in the dialog, its question about replacing a file is about the file that is written.
-    dialog.setDefaultSuffix(ToQt(extension));
+    const auto useSuffix = [&](const QString& filter) {
+        dialog.setDefaultSuffix(ToQt(kinds.at(static_cast<std::size_t>(filters.indexOf(filter))).Extension));
+    };
+    useSuffix(filters.constFirst());
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, useSuffix);
     const QFileInfo proposal(ToQt(start));
     dialog.setDirectory(proposal.path());
     dialog.selectFile(proposal.fileName());
@@ -98,5 +115,34 @@ std::string QtDesktop::ChooseFileToOpen(const std::string& start, const std::str
 }
 
 void QtDesktop::CopyText(const std::string& text) { QApplication::clipboard()->setText(ToQt(text)); }
+
+void QtDesktop::CopyPicture(const std::vector<std::byte>& png) {
+    QApplication::clipboard()->setImage(
+        QImage::fromData(reinterpret_cast<const uchar*>(png.data()), static_cast<int>(png.size()), "PNG"));
+}
+
+bool QtDesktop::Print(const PagedDocument& document) {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(ToQt(document.Title));
+    printer.setCreator(QStringLiteral("Vantor"));
+    printer.setFullPage(true);
+    printer.setPageLayout(PageLayoutOf(document.Page));
+    QPrintDialog dialog(&printer, QApplication::activeWindow());
+    dialog.setMinMax(1, static_cast<int>(document.Pages.size()));
+    if (dialog.exec() != QDialog::Accepted) return false;
+    PagedDocument chosen = document;
+    if (printer.printRange() == QPrinter::PageRange) {
+        const auto first = document.Pages.begin() + (std::max(printer.fromPage(), 1) - 1);
+        const auto last =
+            document.Pages.begin() + std::min<std::ptrdiff_t>(printer.toPage(), std::ssize(document.Pages));
+        chosen.Pages.assign(first, std::max(first, last));
+    }
+    QPainter painter;
+    if (!painter.begin(&printer)) throw RunTimeError(ErrorNumber::PrinterError, FromQt(printer.printerName()));
+    DrawPages(painter, printer, chosen);
+    if (!painter.end() || printer.printerState() == QPrinter::Error)
+        throw RunTimeError(ErrorNumber::PrinterError, FromQt(printer.printerName()));
+    return true;
+}
 
 }  // namespace vantor

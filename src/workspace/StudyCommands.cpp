@@ -1,5 +1,6 @@
 #include "workspace/StudyCommands.h"
 
+#include "analysis/StudyTable.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
@@ -72,6 +73,18 @@ void ImportLog(AppContext& context, LogKind kind) {
     context.State.GpsObdUpload = true;
     if (context.OtherScreens.ShowLogSelect(kind) && context.OtherScreens.ShowLogReview(kind))
         context.OtherScreens.ShowUploadData();
+}
+
+void ExportRunList(AppContext& context) {
+    const Study& study = context.State.CurrentStudy;
+    if (study.Record.RunCount == 0) return context.Messages.Tell(StudyProblem(study));
+    const std::string folder = StudyGroupFolder(context.State);
+    const std::string name(Trim(study.Record.StudyName));
+    const std::string path = context.DesktopServices.ChooseFileToSave(
+        folder + (IsSafeName(name) ? name : "Run list") + ".xls", "Export to Excel", TableFileKinds());
+    if (path.empty()) return;
+    WriteFile(context.Files, path, EncodeTable(path, StudyTable(study, context.Files, folder), context.Sheets));
+    context.Messages.Tell("The run list was exported to:\n" + path);
 }
 
 void ShowRun(AppContext& context, int index, void (Screens::*screen)(int entryIndex)) {

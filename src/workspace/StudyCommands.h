@@ -24,6 +24,9 @@ void ProcessRuns(AppContext& context);
 /// no log was chosen or its review was cancelled.
 void ImportLog(AppContext& context, LogKind kind);
 
+/// Lets the user name a workbook or a CSV file and writes the run list to it. A study without runs has none to write.
+void ExportRunList(AppContext& context);
+
 /// Shows the speed profile of run `index` (from 1) of the study and takes over what the user changed there: the
 /// boundaries, and the run's name where a new one was given. A run that cannot be read is told to the user.
 void ShowRunDetails(AppContext& context, int index);

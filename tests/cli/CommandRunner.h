@@ -17,13 +17,15 @@ struct CommandRunner {
     MemoryFileSystem Files;
     FixedClock Time;
     FakeDatabases Databases;
+    FakeSpreadsheet Sheets;
+    FakeDocumentWriter Documents;
     std::string Out;
     std::string Err;
 
     int Run(const std::vector<std::string>& arguments) {
         std::ostringstream out;
         std::ostringstream err;
-        const int status = RunCommandLine(arguments, Files, Time, Databases, out, err);
+        const int status = RunCommandLine(arguments, {Files, Time, Databases, Sheets, Documents}, out, err);
         Out = out.str();
         Err = err.str();
         return status;

@@ -74,7 +74,7 @@ TEST(ModMain, FindsLongPathNames) {
 
 TEST(ModMain, OpensTheHelpFileInTheProgramFolder) {
     TestProgram program;
-    ShowHelp(program.DesktopServices, program.Files, 36);
+    ShowHelp(program.DesktopServices, program.Files, HelpTopic::ReadCounter);
     EXPECT_EQ(program.DesktopServices.Opened, std::vector<std::string>{"/program/VANTOR.HLP#36"});
 }
 

@@ -60,7 +60,7 @@ TEST_F(frmDeleteTempRunsTest, ListsTheVersion1RunsWithTheirValues) {
     EXPECT_THAT(Row(form, "vaSelRuns", 0), ElementsAre("MAINNB01 ", "03/11/08", "06:53", "5280", "132"));
     EXPECT_THAT(Row(form, "vaSelRuns", 1), ElementsAre("MAINNB02 ", "12/31/99", "17:30", "100", "9"));
     Click(form, "cmdHelp");
-    EXPECT_THAT(Program.DesktopServices.Opened, ElementsAre("/program/VANTOR.HLP#0"));
+    EXPECT_THAT(Program.DesktopServices.Opened, ElementsAre("/program/VANTOR.HLP#44"));
 
     Program.State.Settings.MetricUnits = -1;
     frmDeleteTempRuns metric(Program.Context);

@@ -43,7 +43,7 @@ TEST(frmUploadRunList, ListsTheRunsOfTheGroup) {
     EXPECT_THAT(Column(form, "vaShowRuns", 0), ElementsAre("Main-NB-001", "odd..name"));
     EXPECT_FALSE(Find<Table>(form, "vaShowRuns").item(1, 0)->toolTip().isEmpty());
     Click(form, "cmdHelp");
-    EXPECT_THAT(program.DesktopServices.Opened, ElementsAre("/program/VANTOR.HLP#0"));
+    EXPECT_THAT(program.DesktopServices.Opened, ElementsAre("/program/VANTOR.HLP#42"));
     Click(form, "BtnUploadOk");
     EXPECT_FALSE(form.isVisible());
 }

@@ -126,7 +126,7 @@ TEST_F(frmUploadSelectTDCTest, OpensWithoutItsFolder) {
     form.show();
     EXPECT_FALSE(Find<QPushButton>(form, "BtnSelect").isEnabled());
     Click(form, "cmdHelp");
-    EXPECT_THAT(Program.DesktopServices.Opened, ElementsAre("/program/VANTOR.HLP#0"));
+    EXPECT_THAT(Program.DesktopServices.Opened, ElementsAre("/program/VANTOR.HLP#38"));
     ChooseFolder(form, "/");
 }
 

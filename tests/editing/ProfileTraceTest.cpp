@@ -1,4 +1,4 @@
-#include "editing/ProfileTrace.h"
+#include "editing/VisibleTrace.h"
 
 #include <gtest/gtest.h>
 

@@ -230,9 +230,9 @@ TEST_F(frmEditPulseDataTest, LeavingAsksToSave) {
         bool IsOpen;
         const std::vector<int>& Words;
     };
-    for (const Case& c : {Case{"stay", MessageAnswer::Cancel, true, WithSpike},
-                          Case{"discard", MessageAnswer::No, false, WithSpike},
-                          Case{"save", MessageAnswer::Yes, false, Repaired}}) {
+    for (const Case& c :
+         {Case{"stay", MessageAnswer::Cancel, true, WithSpike}, Case{"discard", MessageAnswer::No, false, WithSpike},
+          Case{"save", MessageAnswer::Yes, false, Repaired}}) {
         Open();
         Click(*Form, "btnDeSpike");
         Program.Messages.Expect(AskToSave, c.Answer);

@@ -12,6 +12,7 @@
 #include "fakes/FakeRemoteApi.h"
 #include "fakes/FakeSerialPort.h"
 #include "fakes/MemoryFileSystem.h"
+#include "fakes/RecordingCanvas.h"
 #include "fakes/ScriptedMessageBoxes.h"
 
 namespace vantor {
@@ -29,8 +30,12 @@ public:
     std::string AskedFrom;       ///< where the last choice of a folder or a file began
     std::string FolderToChoose;  ///< what the user chooses there
     std::string FileToOpen;      ///< what the user chooses there
+    std::string KindsOffered;    ///< to name a file of: "*.xls*.xlsx"
     std::string FileToSave;      ///< what the user names there
     std::string Copied;          ///< what lies on the clipboard
+    std::vector<std::byte> CopiedPicture;
+    PagedDocument Printed;
+    bool Prints = true;  ///< false where the user cancels printing
     void Beep() override { ++Beeps; }
     void OpenWebPage(const std::string& address) override { Opened.push_back(address); }
     void ViewText(const std::string& path) override { Opened.push_back(path); }
@@ -41,9 +46,11 @@ public:
         AskedFrom = start;
         return FolderToChoose;
     }
-    std::string ChooseFileToSave(const std::string& start, const std::string&, const std::string&,
-                                 const std::string&) override {
+    std::string ChooseFileToSave(const std::string& start, const std::string&,
+                                 const std::vector<FileKind>& kinds) override {
         AskedFrom = start;
+        KindsOffered.clear();
+        for (const FileKind& kind : kinds) KindsOffered += "*" + kind.Extension;
         return FileToSave;
     }
     std::string ChooseFileToOpen(const std::string& start, const std::string&, const std::string&,
@@ -52,6 +59,11 @@ public:
         return FileToOpen;
     }
     void CopyText(const std::string& text) override { Copied = text; }
+    void CopyPicture(const std::vector<std::byte>& png) override { CopiedPicture = png; }
+    bool Print(const PagedDocument& document) override {
+        if (Prints) Printed = document;
+        return Prints;
+    }
 };
 
 /// Thrown where the real program would end at once.
@@ -79,6 +91,8 @@ public:
     void ShowSensorData(int) override { Show("frmEditPulseData"); }
     void ShowRunFileEditor(int) override { Show("frmEditRunFile"); }
     void ShowRunStatistics(int) override { Show("frmRunStatistics"); }
+    void ShowDelayChart() override { Show("frmContDelayVsAvg"); }
+    void ShowReportPreview() override { Show("frmReportPreview"); }
     void ShowPreferences() override { Show("frmPrefs"); }
     bool ShowReadTDC() override { return Show("frmReadTDC"); }
     bool ShowUploadSelect() override { return Show("frmUploadSelectTDC"); }
@@ -146,8 +160,9 @@ struct TestProgram {
     FakeRemoteApi Device;
     FakeDatabases Databases;
     FakeSpreadsheet Sheets;
-    AppContext Context{State, Files,  Messages, OtherScreens, DesktopServices, Time,
-                       End,   Memory, Serial,   Device,       Databases,       Sheets};
+    FakeDocumentWriter Documents;
+    AppContext Context{State,  Files,  Messages, OtherScreens, DesktopServices, Time,     End,
+                       Memory, Serial, Device,   Databases,    Sheets,          Documents};
 
     TestProgram() {
         for (const char* folder : {"/start/Temp", "/start/Study Groups", "/start/Field Data Files"})

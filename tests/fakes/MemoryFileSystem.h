@@ -27,6 +27,7 @@ public:
     void CreateFolder(const std::string& path) override;
     std::string CurrentFolder() const override { return Current; }
     std::string SettingsFolder() const override { return Settings; }
+    std::string ProgramFile(const std::string& name) const override { return Settings + name; }
 
     /// Puts a file there, with its folders.
     void Put(const std::string& path, std::vector<std::byte> bytes);

@@ -151,5 +151,18 @@ TEST_F(DiskFileSystemTest, SettingsFolderFollowsTheEnvironmentAndPermissions) {
     unsetenv("VANTOR_PROGRAM_FOLDER");
 }
 
+TEST_F(DiskFileSystemTest, FindsFilesOfTheProgramWhereverItIsInstalled) {
+    setenv("VANTOR_PROGRAM_FOLDER", (folder_ + "own").c_str(), 1);
+    DiskFileSystem files(folder_ + "bin/");
+    unsetenv("VANTOR_PROGRAM_FOLDER");
+    EXPECT_EQ(files.ProgramFile("VANTOR.HLP"), folder_ + "own/VANTOR.HLP");
+    for (const char* place : {"bin/../share/vantor/", "bin/", "own/"}) {
+        files.CreateFolder(folder_ + "bin");
+        files.CreateFolder(folder_ + place);
+        WriteFile(files, folder_ + place + "VANTOR.HLP", {});
+        EXPECT_EQ(files.ProgramFile("VANTOR.HLP"), folder_ + place + "VANTOR.HLP");
+    }
+}
+
 }  // namespace
 }  // namespace vantor

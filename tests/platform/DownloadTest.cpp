@@ -74,9 +74,19 @@ protected:
     TestProgram Program;
     DiskFileSystem Files{"/"};
     QtSerialPort Serial;
-    AppContext Context{
-        Program.State, Files,          Program.Messages, Program.OtherScreens, Program.DesktopServices, Program.Time,
-        Program.End,   Program.Memory, Serial,           Program.Device,       Program.Databases,       Program.Sheets};
+    AppContext Context{Program.State,
+                       Files,
+                       Program.Messages,
+                       Program.OtherScreens,
+                       Program.DesktopServices,
+                       Program.Time,
+                       Program.End,
+                       Program.Memory,
+                       Serial,
+                       Program.Device,
+                       Program.Databases,
+                       Program.Sheets,
+                       Program.Documents};
     PseudoTerminal Line{2};
     std::unique_ptr<frmReadTDC> Form;
 };

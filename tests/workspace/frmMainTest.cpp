@@ -26,8 +26,8 @@ struct LookingMessageBoxes : ScriptedMessageBoxes {
 
 TEST_F(Starting, TheFirstRunTellsOfThePreferencesAndOpensThem) {
     LookingMessageBoxes looking;
-    AppContext context{State, Files,  looking, OtherScreens, DesktopServices, Time,
-                       End,   Memory, Serial,  Device,       Databases,       Sheets};
+    AppContext context{State,  Files,  looking, OtherScreens, DesktopServices, Time,     End,
+                       Memory, Serial, Device,  Databases,    Sheets,          Documents};
     looking.Expect(
         "The Preferences screen will now be loaded so you can check the settings.\n"
         "This is the only time you will have to do this.");
@@ -174,23 +174,23 @@ TEST_F(MainWindow, EveryChainOfLogsGoesFromItsSelectionToTheUpload) {
     EXPECT_EQ(OtherScreens.Shown, (Names{"frmStartUp", "select Battelle", "review Battelle", "frmUploadData"}));
 }
 
-TEST_F(MainWindow, MenusHoldEveryEntryAndThoseToComeAreDisabled) {
+TEST_F(MainWindow, MenusHoldEveryEntry) {
     Start();
     int ready = 0;
-    int toCome = 0;
     for (const QAction* menu : Window->menuBar()->actions())
         for (const QAction* entry : menu->menu()->actions()) {
             // Without runs there is none to edit.
             if (entry->isSeparator() || menu->text() == "Ru&n") continue;
-            ++(entry->isEnabled() ? ready : toCome);
-            EXPECT_NE(entry->isEnabled(), entry->toolTip().contains("Comes with a later version"));
+            ++ready;
+            EXPECT_TRUE(entry->isEnabled()) << FromQt(entry->text());
         }
-    EXPECT_EQ(ready, 18);
-    EXPECT_EQ(toCome, 3);
-    Messages.Expect("Vantor\nVersion " VANTOR_VERSION);
+    EXPECT_EQ(ready, 21);
+    Messages.Expect("Vantor\nVersion " VANTOR_VERSION "\n\nMade with Qt " + std::string(qVersion()) +
+                    ", " VANTOR_LIBRARIES ".");
     Choose("mnuHelpAbout");
     Choose("mnuHelpSupport");
-    EXPECT_EQ(DesktopServices.Opened, Names{"https://vantor.example/support"});
+    Choose("mnuHelpTopics");
+    EXPECT_EQ(DesktopServices.Opened, (Names{"https://vantor.example/support", "/program/VANTOR.HLP#0"}));
     State.GpsObdUpload = true;
     Choose("mnuFileProcessRuns");
     EXPECT_EQ(OtherScreens.Shown, Names{"frmUploadSelectTDC"});
@@ -199,7 +199,11 @@ TEST_F(MainWindow, MenusHoldEveryEntryAndThoseToComeAreDisabled) {
     Choose("mnuFilePrefs");
     Choose("mnuUtilDeleteRuns");
     Choose("mnuUtilDeleteTDC");
-    EXPECT_EQ(OtherScreens.Shown, (Names{"frmPrefs", "frmDeleteTempRuns", "frmDeleteTDCFiles"}));
+    Choose("mnuFilePrint");
+    Press("tbrMain(9)");
+    Press("btnContDelayVsAvg");
+    EXPECT_EQ(OtherScreens.Shown, (Names{"frmPrefs", "frmDeleteTempRuns", "frmDeleteTDCFiles", "frmReportPreview",
+                                         "frmReportPreview", "frmContDelayVsAvg"}));
 }
 
 TEST_F(MainWindow, DumpOfACounterGoesOnToTheUploadOnlyWhenItIsWhole) {
@@ -226,20 +230,39 @@ TEST_F(MainWindow, ToolbarButtonsDoTheirCommandsAndSeparatorsSaySo) {
     Press("tbrMain(15)");
     EXPECT_EQ(OtherScreens.Shown, (Names{"frmStudyOpen", "frmPlotRunSpeedProfileHoriz", "frmStartUp"}));
     EXPECT_EQ(DesktopServices.Opened.size(), 1U);
-    EXPECT_FALSE(Find<QWidget>(*Window, "tbrMain(9)").isEnabled());
     EXPECT_EQ(DesktopServices.Beeps, 0);
     const auto before = Current().Record;
-    for (const int index : {-1, 0, 4, 6, 8, 9, 10, 14, 16}) {
+    for (const int index : {-1, 0, 4, 6, 8, 10, 14, 16}) {
         Messages.Expect(NotWorking);
         Window->ToolbarButtonClick(index);
     }
     auto& toolbar = Find<QToolBar>(*Window, "tbrMain");
     Messages.Expect(NotWorking);
     QTest::mouseClick(&toolbar, Qt::LeftButton, {}, toolbar.actionGeometry(toolbar.actions().at(3)).center());
-    EXPECT_EQ(DesktopServices.Beeps, 10);
+    EXPECT_EQ(DesktopServices.Beeps, 9);
     EXPECT_EQ(Current().Record, before);
     Press("tbrMain(1)");
     EXPECT_EQ(Current().Record.RunCount, 0);
+}
+
+TEST_F(MainWindow, ExportsTheRunListToTheFileThatIsNamed) {
+    Start();
+    Messages.Expect(
+        "You need to select one or more runs before continuing.\nClick the Add Runs buttons in the center window.");
+    Choose("mnuUtilExport");
+    StartWith({{"R1", 15}});
+    Choose("mnuUtilExport");
+    EXPECT_EQ(DesktopServices.AskedFrom, Group + "AM.xls");
+    EXPECT_EQ(DesktopServices.KindsOffered, "*.xls*.xlsx*.csv");
+    DesktopServices.FileToSave = "/start/list.xls";
+    Messages.Expect("The run list was exported to:\n/start/list.xls");
+    Choose("mnuUtilExport");
+    EXPECT_TRUE(Files.Bytes("/start/list.xls"));
+    Files.FailChangeAfter(0, ErrorNumber::DiskFull);
+    DesktopServices.FileToSave = "/start/other.csv";
+    Messages.Expect("Run-time error '61':\nDisk full\n\n/start/other.csv");
+    Choose("mnuUtilExport");
+    EXPECT_FALSE(Files.Bytes("/start/other.csv"));
 }
 
 TEST_F(MainWindow, WhatIsTypedIsInTheRecordAtOnce) {

@@ -126,7 +126,7 @@ TEST_F(frmPrefsTest, OpensWithTheSettingsInForce) {
     EXPECT_TRUE(IsChecked("chkRepOpt(0)"));
     for (int i = 1; i <= 6; ++i) EXPECT_FALSE(IsChecked(FromQt(QStringLiteral("chkRepOpt(%1)").arg(i)).c_str()));
     Click(form, "cmdHelp");
-    EXPECT_THAT(Program.DesktopServices.Opened, ElementsAre("/program/VANTOR.HLP#0"));
+    EXPECT_THAT(Program.DesktopServices.Opened, ElementsAre("/program/VANTOR.HLP#20"));
 }
 
 TEST_F(frmPrefsTest, OkWithoutAChangeKeepsEverySetting) {

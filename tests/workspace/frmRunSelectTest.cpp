@@ -40,7 +40,7 @@ TEST_F(frmRunSelectTest, ListsRunsWithTheirState) {
     EXPECT_FALSE(IsEnabled(form, "BtnAdd"));
     EXPECT_TRUE(form.isVisible());
     Click(form, "cmdHelp");
-    EXPECT_THAT(Program.DesktopServices.Opened, ElementsAre("/program/VANTOR.HLP#0"));
+    EXPECT_THAT(Program.DesktopServices.Opened, ElementsAre("/program/VANTOR.HLP#18"));
 
     State.Settings.MetricUnits = -1;
     Shown<frmRunSelect> metric(Program.Context);

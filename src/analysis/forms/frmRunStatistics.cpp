@@ -64,7 +64,7 @@ frmRunStatistics::frmRunStatistics(AppContext& context, int entryIndex)
     layout->addLayout(BuildButtons());
     FillTable();
     vaRunStatistics_->setFocus();
-    resize(QSize(1240, 420).boundedTo(screen()->availableSize()));
+    resize(QSize(1320, 420).boundedTo(screen()->availableSize()));
     RememberLayout(*this, context.Memory);
 }
 
@@ -127,7 +127,7 @@ QLayout* frmRunStatistics::BuildButtons() {
 
     MessageBoxes& messages = context_.Messages;
     Connect(cmdHelp, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files); });
+            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::RunStatistics); });
     Connect(BtnCopy, &QPushButton::clicked, this, messages, [this] { Copy(); });
     Connect(BtnSaveCsv, &QPushButton::clicked, this, messages, [this] { SaveAsCsv(); });
     Connect(BtnClose, &QPushButton::clicked, this, messages, [this] { accept(); });
@@ -210,7 +210,7 @@ void frmRunStatistics::Copy() {
 void frmRunStatistics::SaveAsCsv() {
     const std::string path =
         context_.DesktopServices.ChooseFileToSave(StudyGroupFolder(context_.State) + runName_ + " statistics.csv",
-                                                  "Save Run Statistics", "Comma-separated values", ".csv");
+                                                  "Save Run Statistics", {{"Comma-separated values", ".csv"}});
     if (path.empty()) return;
     const std::string text = CsvText(StatisticsSheet(statistics_, metric_, entry_));
     WriteFile(context_.Files, path, std::as_bytes(std::span(text)));

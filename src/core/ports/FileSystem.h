@@ -88,6 +88,9 @@ public:
     virtual std::string CurrentFolder() const = 0;
     /// Where the settings file lies, with a final separator.
     virtual std::string SettingsFolder() const = 0;
+    /// The path of a file that comes with the program: in the program folder, beside the executable, or where an
+    /// installation keeps such files. Its place in the program folder where it is missing.
+    virtual std::string ProgramFile(const std::string& name) const = 0;
 };
 
 /// The first `count` bytes of a file, fewer when it is shorter.

@@ -28,6 +28,10 @@ public:
     virtual void ShowRunFileEditor(int entryIndex) = 0;
     /// The statistics of the current run.
     virtual void ShowRunStatistics(int entryIndex) = 0;
+    /// The control delays of the current study and their running average.
+    virtual void ShowDelayChart() = 0;
+    /// The reports on the current study.
+    virtual void ShowReportPreview() = 0;
     virtual void ShowPreferences() = 0;
     /// True when a whole dump was received; its file is the chosen counter file.
     virtual bool ShowReadTDC() = 0;

@@ -58,13 +58,13 @@ void DeletionList::ShowCount() {
     table_->setAccessibleName(text);
 }
 
-QLayout* DeletionButtons(QDialog& dialog, AppContext& context, DeletionList& list) {
+QLayout* DeletionButtons(QDialog& dialog, AppContext& context, HelpTopic topic, DeletionList& list) {
     auto* help = Named<QPushButton>(&dialog, "cmdHelp", QStringLiteral("Help"));
     auto* ok = Named<QPushButton>(&dialog, "btnOk", QStringLiteral("&OK"));
     auto* cancel = Named<QPushButton>(&dialog, "BtnCancel", QStringLiteral("Cancel"));
     help->setShortcut(Qt::Key_F1);
     Connect(help, &QPushButton::clicked, &dialog, context.Messages,
-            [&context] { ShowHelp(context.DesktopServices, context.Files); });
+            [&context, topic] { ShowHelp(context.DesktopServices, context.Files, topic); });
     Connect(ok, &QPushButton::clicked, &dialog, context.Messages, [&dialog, &context, &list] {
         list.DeleteTaken(context.Files, context.Messages);
         dialog.accept();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/AppContext.h"
+#include "core/HelpTopics.h"
 #include "core/forms/Table.h"
 #include "counter/CleanUp.h"
 
@@ -42,6 +43,6 @@ private:
 };
 
 /// The foot of a window that deletes files: Help on the left, OK and Cancel on the right. OK deletes and closes.
-QLayout* DeletionButtons(QDialog& dialog, AppContext& context, DeletionList& list);
+QLayout* DeletionButtons(QDialog& dialog, AppContext& context, HelpTopic topic, DeletionList& list);
 
 }  // namespace vantor

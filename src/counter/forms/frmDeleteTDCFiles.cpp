@@ -30,7 +30,7 @@ frmDeleteTDCFiles::frmDeleteTDCFiles(AppContext& context) : context_(context) {
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(instructions);
     layout->addWidget(work, 1);
-    layout->addLayout(DeletionButtons(*this, context, *frTDCFiles_));
+    layout->addLayout(DeletionButtons(*this, context, HelpTopic::DeleteCounterFiles, *frTDCFiles_));
     resize(920, 460);
 
     Guarded(context_.Messages, [this] { ListFiles(); });

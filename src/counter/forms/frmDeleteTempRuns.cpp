@@ -35,7 +35,7 @@ frmDeleteTempRuns::frmDeleteTempRuns(AppContext& context)
     layout->addWidget(instructions);
     layout->addWidget(frRunList_, 1);
     layout->addLayout(BuildListButtons());
-    layout->addLayout(DeletionButtons(*this, context, *frRunList_));
+    layout->addLayout(DeletionButtons(*this, context, HelpTopic::DeleteRuns, *frRunList_));
     resize(760, 460);
     Guarded(context_.Messages, [this] { ListRuns(); });
     runs.setFocus();

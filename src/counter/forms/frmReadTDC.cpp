@@ -15,7 +15,6 @@
 namespace vantor {
 namespace {
 
-constexpr int HelpTopic = 36;
 constexpr int TickInMilliseconds = 100;
 /// Steps that fill the bar once: two seconds.
 constexpr int ProgressSteps = 20;
@@ -149,7 +148,7 @@ void frmReadTDC::ConnectControls() {
     Connect(cmdBegin_, &QPushButton::clicked, this, messages, [this] { BeginOrCancel(); });
     Connect(cmdViewData_, &QPushButton::clicked, this, messages, [this] { ViewData(); });
     Connect(cmdHelp_, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic); });
+            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::ReadCounter); });
     Connect(cmdQuit_, &QPushButton::clicked, this, messages, [this] { reject(); });
     Connect(tmrUpdate_, &QTimer::timeout, this, messages, [this] { TakeTick(); });
     context_.Serial.OnEvent = [this, &messages](SerialEvent event) {

@@ -184,7 +184,7 @@ void frmUploadData::ConnectControls() {
     Connect(btnUploadOk_, &QPushButton::clicked, this, messages, [this] { accept(); });
     Connect(btnUploadCancel_, &QPushButton::clicked, this, messages, [this] { reject(); });
     Connect(cmdHelp_, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files); });
+            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::ProcessRuns); });
 }
 
 std::string frmUploadData::TempFolder() const { return AsFolder(context_.State.Paths.TempRunsPath); }

@@ -47,7 +47,7 @@ frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& study
 
     Connect(BtnUploadOk, &QPushButton::clicked, this, context.Messages, [this] { accept(); });
     Connect(cmdHelp, &QPushButton::clicked, this, context.Messages,
-            [&context] { ShowHelp(context.DesktopServices, context.Files); });
+            [&context] { ShowHelp(context.DesktopServices, context.Files, HelpTopic::RunsInGroup); });
     Guarded(context.Messages, [&] {
         ListRunFiles(*vaShowRuns, context.Files, GroupFolder(context.State.Paths.StudyGroupRootPath, studyGroup), unit);
     });

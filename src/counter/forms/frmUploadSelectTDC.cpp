@@ -96,7 +96,7 @@ void frmUploadSelectTDC::ConnectControls() {
     Connect(BtnSelect_, &QPushButton::clicked, this, messages, [this] { Select(); });
     Connect(BtnCancel_, &QPushButton::clicked, this, messages, [this] { reject(); });
     Connect(cmdHelp_, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files); });
+            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::SelectCounterFile); });
 }
 
 void frmUploadSelectTDC::OpenFieldDataFolder() {

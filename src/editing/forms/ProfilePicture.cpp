@@ -5,6 +5,7 @@
 
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
+#include "editing/VisibleTrace.h"
 #include "editing/forms/TraceImage.h"
 
 namespace vantor {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "editing/VisibleTrace.h"
 #include "editing/forms/TraceImage.h"
 
 namespace vantor {

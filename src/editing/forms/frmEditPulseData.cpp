@@ -194,7 +194,7 @@ void frmEditPulseData::ConnectControls() {
     Connect(btnSave_, &QPushButton::clicked, this, messages, [this] { Save(); });
     Connect(BtnEditSensorDataExit_, &QPushButton::clicked, this, messages, [this] { accept(); });
     Connect(cmdHelp_, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files); });
+            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::SensorData); });
     Connect(VScroll1_, &QScrollBar::valueChanged, this, messages, [this](int point) { Choose(point); });
     plot_->OnChosen = [this](std::int32_t point) { Choose(point); };
     plot_->OnZoom = [this](int steps, double x) { Zoom(steps, x); };

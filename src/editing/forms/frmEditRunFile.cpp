@@ -201,7 +201,7 @@ QLayout* frmEditRunFile::BuildButtons() {
     Connect(save, &QPushButton::clicked, this, context_.Messages, [this] { SaveRunFile(); });
     Connect(cancel, &QPushButton::clicked, this, context_.Messages, [this] { QDialog::reject(); });
     Connect(help, &QPushButton::clicked, this, context_.Messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files); });
+            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::RunFile); });
     auto* row = new QHBoxLayout;
     row->addWidget(help);
     row->addStretch();
@@ -237,9 +237,9 @@ void frmEditRunFile::SaveRunFile() {
 void frmEditRunFile::reject() {
     if (texts_ == shown_) return QDialog::reject();
     Guarded(context_.Messages, [this] {
-        const MessageAnswer answer = context_.Messages.AskToSave("The values of run: " +
-                                                                 std::string(Trim(run_.Header.RunName)) +
-                                                                 "\nhave changed. Do you want to save them?");
+        const MessageAnswer answer =
+            context_.Messages.AskToSave("The values of run: " + std::string(Trim(run_.Header.RunName)) +
+                                        "\nhave changed. Do you want to save them?");
         if (answer == MessageAnswer::Yes) SaveRunFile();
         if (answer == MessageAnswer::No) QDialog::reject();
     });

@@ -60,7 +60,7 @@ void frmPlotRunSpeedProfileHoriz::ConnectControls() {
     Connect(controls_.btnTrim, &QPushButton::clicked, this, messages, [this] { TrimToBoundaries(); });
     Connect(controls_.BtnPlotSpeedExit, &QPushButton::clicked, this, messages, [this] { accept(); });
     Connect(controls_.cmdHelp, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files); });
+            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::SpeedProfile); });
 }
 
 void frmPlotRunSpeedProfileHoriz::ConnectPlot() {

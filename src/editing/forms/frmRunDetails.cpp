@@ -44,7 +44,7 @@ void frmRunDetails::ConnectControls() {
         if (Save()) accept();
     });
     onClick(controls_.RunDetailsCancel, [this] { done(Rejected); });
-    onClick(controls_.cmdHelp, [this] { ShowHelp(context_.DesktopServices, context_.Files); });
+    onClick(controls_.cmdHelp, [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::RunDetails); });
     Connect(controls_.RunDetailsDate, &QLineEdit::textChanged, this, context_.Messages, [this] { ShowDay(); });
     Connect(controls_.RunDetailsCalConst, &QLineEdit::editingFinished, this, context_.Messages,
             [this] { Calibrate(); });

@@ -6,14 +6,14 @@
 
 namespace vantor {
 
-QHBoxLayout* DialogFoot(QDialog& dialog, AppContext& context, std::initializer_list<QPushButton*> actions,
-                        const QString& wayOut, const char* wayOutName) {
+QHBoxLayout* DialogFoot(QDialog& dialog, AppContext& context, HelpTopic topic,
+                        std::initializer_list<QPushButton*> actions, const QString& wayOut, const char* wayOutName) {
     auto* cancel = Named<QPushButton>(&dialog, wayOutName, wayOut);
     auto* help = Named<QPushButton>(&dialog, "cmdHelp", QStringLiteral("Help"));
     help->setShortcut(QKeySequence::HelpContents);
     Connect(cancel, &QPushButton::clicked, &dialog, context.Messages, [&dialog] { dialog.reject(); });
     Connect(help, &QPushButton::clicked, &dialog, context.Messages,
-            [&context] { ShowHelp(context.DesktopServices, context.Files); });
+            [&context, topic] { ShowHelp(context.DesktopServices, context.Files, topic); });
 
     auto* row = new QHBoxLayout;
     row->addWidget(help);

@@ -28,7 +28,6 @@ protected:
 
 QString ToolTipOf(const MenuEntry& entry) {
     QString tip = WithoutAccessKey(QString::fromLatin1(entry.Caption));
-    if (!entry.Handler) return tip + QStringLiteral("\nComes with a later version");
     if (!entry.Shortcut.isEmpty())
         tip += QStringLiteral(" (%1)").arg(entry.Shortcut.toString(QKeySequence::NativeText));
     return tip;
@@ -69,8 +68,7 @@ QAction* MainMenu::MakeAction(const MenuEntry& entry) {
     action->setObjectName(QLatin1String(entry.Name));
     action->setShortcut(entry.Shortcut);
     action->setToolTip(ToolTipOf(entry));
-    action->setEnabled(static_cast<bool>(entry.Handler));
-    if (entry.Handler) Connect(action, &QAction::triggered, this, context_.Messages, [&entry] { entry.Handler(); });
+    Connect(action, &QAction::triggered, this, context_.Messages, [&entry] { entry.Handler(); });
     return action;
 }
 
@@ -97,7 +95,6 @@ void MainMenu::BuildToolbar(QMainWindow& window) {
         QAction* action =
             toolbar->addAction(LineIcon(QLatin1String(entry.Icon)), QString::fromLatin1(entry.ToolbarText));
         action->setToolTip(ToolTipOf(entry));
-        action->setEnabled(static_cast<bool>(entry.Handler));
         Connect(action, &QAction::triggered, this, context_.Messages, [this, index] { ToolbarButtonClick(index); });
         QWidget* button = toolbar->widgetForAction(action);
         button->setObjectName(QStringLiteral("tbrMain(%1)").arg(index));
@@ -112,13 +109,9 @@ void MainMenu::BuildToolbar(QMainWindow& window) {
 
 void MainMenu::ToolbarButtonClick(int index) {
     const auto entry = std::find_if(entries_.begin(), entries_.end(), [index](const MenuEntry& candidate) {
-        return index > 0 && candidate.ToolbarIndex == index && candidate.Handler;
+        return index > 0 && candidate.ToolbarIndex == index;
     });
-    if (entry == entries_.end()) return TellNotWorking();
-    entry->Handler();
-}
-
-void MainMenu::TellNotWorking() {
+    if (entry != entries_.end()) return entry->Handler();
     context_.DesktopServices.Beep();
     context_.Messages.Tell("This feature is not working yet.");
 }

@@ -18,9 +18,9 @@ struct MenuEntry {
     const char* Caption;
     const char* Icon;
     QKeySequence Shortcut = {};
-    int ToolbarIndex = 0;                ///< 0 for none
-    const char* ToolbarText = "";        ///< the short caption of its toolbar button
-    std::function<void()> Handler = {};  ///< empty for a command whose screen comes with a later version
+    int ToolbarIndex = 0;          ///< 0 for none
+    const char* ToolbarText = "";  ///< the short caption of its toolbar button
+    std::function<void()> Handler = {};
 };
 
 /// Builds the menu bar and the toolbar of a window from one table of commands and runs them.
@@ -30,10 +30,8 @@ public:
     /// without an entry, up to the last one, are separators.
     MainMenu(QMainWindow& window, AppContext& context, std::vector<MenuEntry> entries);
 
-    /// The one way in for the toolbar. An index that no working command has beeps and says so.
+    /// The one way in for the toolbar. An index that no command has beeps and says so.
     void ToolbarButtonClick(int index);
-    /// The answer to every command that is not there yet.
-    void TellNotWorking();
     void SetToolbarButtonEnabled(int index, bool enabled);
     /// The commands of a menu by its title, in order, without separators.
     QList<QAction*> CommandsOf(const char* menu) const;

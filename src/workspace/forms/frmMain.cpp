@@ -60,7 +60,6 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
     const auto to = [this](void (frmMain::*command)()) { return [this, command] { (this->*command)(); }; };
     const auto onRun = [this](void (Screens::*open)(int)) { return [this, open] { ShowActiveRun(open); }; };
     const auto log = [this](LogKind kind) { return [this, kind] { ProcessLog(kind); }; };
-    const std::function<void()> comesLater;
     using Keys = QKeySequence;
     return {
         {"&File", "mnuFileNew", "Start a &New Study", "new-study", Keys("Ctrl+N"), 1, "New",
@@ -86,7 +85,8 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
         {"&File", "mnuFileRevpad", "Process Revpad Data", "handheld-obd", {}, 0, "", log(LogKind::ObdHandheld)},
         {"&File", "", "", ""},
         {"", "", "Show Details", "show-details", {}, ShowDetailsButton, "Details", to(&frmMain::ShowDetails)},
-        {"&File", "mnuFilePrint", "&Print Report", "print", Keys("Ctrl+P"), 9, "Print", comesLater},
+        {"&File", "mnuFilePrint", "&Print Report", "print", Keys("Ctrl+P"), 9, "Print",
+         [this] { context_.OtherScreens.ShowReportPreview(); }},
         {"&File", "mnuFilePrefs", "Preferences", "preferences", {}, 11, "Preferences", to(&frmMain::ShowPreferences)},
         {"&File",
          "mnuFileStartUp",
@@ -120,8 +120,15 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
          0,
          "",
          [this] { context_.OtherScreens.ShowDeleteTDCFiles(); }},
-        {"&Utilities", "mnuUtilExport", "Export to Excel", "export-spreadsheet"},
-        {"&Help", "mnuHelpTopics", "Help Topics", "help", Keys("F1")},
+        {"&Utilities",
+         "mnuUtilExport",
+         "Export to Excel",
+         "export-spreadsheet",
+         {},
+         0,
+         "",
+         [this] { ExportRunList(context_); }},
+        {"&Help", "mnuHelpTopics", "Help Topics", "help", Keys("F1"), 0, "", to(&frmMain::ShowHelpTopics)},
         {"&Help", "mnuHelpSupport", "Support Site", "support", {}, 15, "Support", to(&frmMain::OpenSupportSite)},
         {"&Help", "mnuHelpAbout", "About Vantor", "about", {}, 0, "", to(&frmMain::ShowAbout)},
     };
@@ -174,9 +181,8 @@ QLayout* frmMain::BuildRunListButtons(QWidget* parent) {
     Connect(btnEditRun_, &QPushButton::clicked, this, context_.Messages,
             [this] { ShowActiveRun(&Screens::ShowRunEditor); });
     line->addStretch();
-    auto* chart = add("btnContDelayVsAvg", "View Control Delay Plot", "delay-chart");
-    chart->setEnabled(false);
-    chart->setToolTip(QStringLiteral("Comes with a later version"));
+    Connect(add("btnContDelayVsAvg", "&View Control Delay Plot", "delay-chart"), &QPushButton::clicked, this,
+            context_.Messages, [this] { context_.OtherScreens.ShowDelayChart(); });
     return line;
 }
 
@@ -394,10 +400,14 @@ void frmMain::ShowStudyStatistics() {
     if (context_.State.CurrentStudy.Record.RunCount > 0) details_->FocusStudyName();
 }
 
+void frmMain::ShowHelpTopics() { ShowHelp(context_.DesktopServices, context_.Files); }
+
 void frmMain::OpenSupportSite() { context_.DesktopServices.OpenWebPage(SupportSite); }
 
 void frmMain::ShowAbout() {
-    context_.Messages.Ask({.Text = "Vantor\nVersion " VANTOR_VERSION, .Title = "About Vantor"});
+    context_.Messages.Ask({.Text = "Vantor\nVersion " VANTOR_VERSION "\n\nMade with Qt " + std::string(qVersion()) +
+                                   ", " VANTOR_LIBRARIES ".",
+                           .Title = "About Vantor"});
 }
 
 void frmMain::AddRuns() {

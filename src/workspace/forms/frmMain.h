@@ -70,6 +70,7 @@ private:
     void ShowStartUpOptions();
     void CarryOut(StartUpChoice choice);
     void ShowStudyStatistics();
+    void ShowHelpTopics();
     void OpenSupportSite();
     void ShowAbout();
     void AddRuns();

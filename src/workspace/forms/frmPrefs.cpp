@@ -46,7 +46,7 @@ frmPrefs::frmPrefs(AppContext& context, std::function<bool(int port)> portAvaila
     ok->setDefault(true);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tabPrefs_, 1);
-    layout->addLayout(DialogFoot(*this, context, {ok}, QStringLiteral("Cancel"), "btnCancel"));
+    layout->addLayout(DialogFoot(*this, context, HelpTopic::Preferences, {ok}, QStringLiteral("Cancel"), "btnCancel"));
     Connect(ok, &QPushButton::clicked, this, context.Messages, [this] { Save(); });
     // No folder box is being edited at first.
     tabPrefs_->tabBar()->setFocus();

@@ -33,7 +33,7 @@ frmRunSelect::frmRunSelect(AppContext& context)
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(BuildGroupChooser());
     layout->addLayout(BuildRuns(), 1);
-    layout->addLayout(DialogFoot(*this, context, {BtnSelectAll_, BtnAdd_}));
+    layout->addLayout(DialogFoot(*this, context, HelpTopic::RunSelect, {BtnSelectAll_, BtnAdd_}));
     setTabOrder(BtnSelectAll_, BtnAdd_);
 
     Connect(cmbStudyGroup_, &QComboBox::currentIndexChanged, this, context.Messages, [this] { ListGroup(); });

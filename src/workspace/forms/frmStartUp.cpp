@@ -70,7 +70,7 @@ frmStartUp::frmStartUp(AppContext& context) : context_(context), choices_(new QB
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(BuildHead());
     layout->addLayout(BuildChoices(), 1);
-    layout->addLayout(DialogFoot(*this, context, {}, QStringLiteral("Go to &Main Window")));
+    layout->addLayout(DialogFoot(*this, context, HelpTopic::StartUp, {}, QStringLiteral("Go to &Main Window")));
     Connect(choices_, &QButtonGroup::idClicked, this, context.Messages,
             [this](int choice) { Choose(static_cast<StartUpChoice>(choice)); });
     choices_->buttons().constFirst()->setFocus();

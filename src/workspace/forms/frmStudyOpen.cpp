@@ -23,7 +23,7 @@ frmStudyOpen::frmStudyOpen(AppContext& context)
     BtnOpen_->setDefault(true);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(browser_, 1);
-    layout->addLayout(DialogFoot(*this, context, {BtnOpen_}));
+    layout->addLayout(DialogFoot(*this, context, HelpTopic::StudyOpen, {BtnOpen_}));
 
     Connect(BtnOpen_, &QPushButton::clicked, this, context.Messages, [this] { OpenChosen(); });
     browser_->OnStudyOpened = [this] { OpenChosen(); };

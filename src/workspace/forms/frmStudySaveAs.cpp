@@ -42,7 +42,7 @@ frmStudySaveAs::frmStudySaveAs(AppContext& context)
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(BuildFields());
     layout->addWidget(browser_, 1);
-    layout->addLayout(DialogFoot(*this, context, {save}));
+    layout->addLayout(DialogFoot(*this, context, HelpTopic::StudySaveAs, {save}));
 
     Connect(save, &QPushButton::clicked, this, context.Messages, [this] { Save(); });
     Connect(txtStudyGroup_, &QLineEdit::textEdited, this, context.Messages, [this] { TakeTypedGroup(); });

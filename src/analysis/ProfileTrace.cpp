@@ -1,4 +1,4 @@
-#include "editing/ProfileTrace.h"
+#include "analysis/ProfileTrace.h"
 
 #include <algorithm>
 #include <cmath>
@@ -89,39 +89,33 @@ private:
 
 }  // namespace
 
-VisibleTrace VisibleTraceOf(const ProfileTrace& trace, const ProfileGeometry& geometry, double columnsPerPixel) {
-    VisibleTrace visible;
-    if (trace.SampleCount() == 0) return visible;
-    const BoundaryAxis axis = geometry.Axis();
-    const std::int32_t first = std::max(trace.SampleAt(axis, geometry.PlaceOf(geometry.Offset())) - 1, 1);
-    const std::int32_t last = trace.SampleAt(axis, geometry.PlaceOf(geometry.Offset() + geometry.Visible()));
-    // Closer together than this, single samples cannot be told apart.
-    constexpr double PixelsPerSample = 3;
-    visible.IsDense = (last - first) * PixelsPerSample > geometry.Rectangle().Right - geometry.Rectangle().Left;
+std::vector<TracePoint> PointsOf(const ProfileTrace& trace, BoundaryAxis axis, std::int32_t first, std::int32_t last,
+                                 double origin, double pixelsPerUnit) {
+    std::vector<TracePoint> points;
+    for (std::int32_t sample = first; sample <= last; ++sample)
+        points.push_back({origin + trace.PlaceOf(axis, sample) * pixelsPerUnit, trace.SpeedOf(sample)});
+    return points;
+}
 
-    // One multiplication a sample instead of the whole way from feet to pixels.
-    const double origin = geometry.XOf(0);
-    const double pixelsPerUnit = geometry.XOf(geometry.AxisValueOf(1)) - origin;
-    const auto xOf = [&](std::int32_t sample) { return origin + trace.PlaceOf(axis, sample) * pixelsPerUnit; };
-    if (!visible.IsDense) {
-        for (std::int32_t sample = first; sample <= last; ++sample)
-            visible.Points.push_back({xOf(sample), trace.SpeedOf(sample)});
-        return visible;
-    }
+std::vector<TracePoint> ReducedPointsOf(const ProfileTrace& trace, BoundaryAxis axis, std::int32_t first,
+                                        std::int32_t last, double origin, double pixelsPerUnit,
+                                        double columnsPerPixel) {
+    std::vector<TracePoint> points;
     PixelColumn pixels;
     double column = 0;
     for (std::int32_t sample = first; sample <= last; ++sample) {
-        const double itsColumn = std::floor(xOf(sample) * columnsPerPixel);
+        const double x = origin + trace.PlaceOf(axis, sample) * pixelsPerUnit;
+        const double itsColumn = std::floor(x * columnsPerPixel);
         if (sample > first && itsColumn == column) {
             pixels.Take(trace.SpeedOf(sample));
             continue;
         }
-        if (sample > first) pixels.AppendTo(visible.Points);
+        if (sample > first) pixels.AppendTo(points);
         column = itsColumn;
         pixels.Begin((column + 0.5) / columnsPerPixel, trace.SpeedOf(sample));
     }
-    pixels.AppendTo(visible.Points);
-    return visible;
+    if (first <= last) pixels.AppendTo(points);
+    return points;
 }
 
 }  // namespace vantor

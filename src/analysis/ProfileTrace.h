@@ -5,10 +5,17 @@
 #include <string>
 #include <vector>
 
+#include "analysis/DelayStatistics.h"
 #include "core/RunRecords.h"
-#include "editing/ProfileGeometry.h"
 
 namespace vantor {
+
+/// How far a run goes.
+struct RunExtent {
+    std::int32_t Feet = 0;       ///< total length
+    std::int32_t Seconds = 0;    ///< duration
+    std::int32_t TraceFeet = 0;  ///< where its trace ends: the sum of the rounded steps, near the total length
+};
 
 /// A node or a pressed key of a run.
 struct ProfileMark {
@@ -57,15 +64,12 @@ struct TracePoint {
     float Speed = 0;
 };
 
-/// The visible part of a trace, one sample beyond either side of the plot included.
-struct VisibleTrace {
-    std::vector<TracePoint> Points;
-    /// There are so many samples that those of one pixel column are reduced to the first, the lowest, the highest and
-    /// the last of them, which gives the same picture.
-    bool IsDense = false;
-};
-
-/// `columnsPerPixel` is how many device pixels a pixel has in its width.
-VisibleTrace VisibleTraceOf(const ProfileTrace& trace, const ProfileGeometry& geometry, double columnsPerPixel);
+/// The speeds of samples `first` to `last`. Their x is `origin` plus their place along the axis times `pixelsPerUnit`.
+std::vector<TracePoint> PointsOf(const ProfileTrace& trace, BoundaryAxis axis, std::int32_t first, std::int32_t last,
+                                 double origin, double pixelsPerUnit);
+/// As PointsOf, the samples of one pixel column reduced to the first, the lowest, the highest and the last of them,
+/// which gives the same picture. `columnsPerPixel` is how many columns a unit of x has.
+std::vector<TracePoint> ReducedPointsOf(const ProfileTrace& trace, BoundaryAxis axis, std::int32_t first,
+                                        std::int32_t last, double origin, double pixelsPerUnit, double columnsPerPixel);
 
 }  // namespace vantor

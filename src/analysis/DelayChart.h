@@ -1,0 +1,142 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/Csv.h"
+#include "core/IndexedArray.h"
+#include "core/StudyRecords.h"
+#include "core/ports/Canvas.h"
+#include "core/ports/DocumentWriter.h"
+
+namespace vantor {
+
+struct DelayRun {
+    std::string Name;
+    std::int16_t ControlDelay = 0;  ///< seconds
+    double RunningAverage = 0;      ///< of the control delays of this run and those before it, seconds
+};
+
+/// The control delays of a study's runs, in its order, with their running average.
+class DelaySeries {
+public:
+    DelaySeries() = default;
+    explicit DelaySeries(const Study& study);
+    /// Overflow (error 6) for a delay outside 16 bits or a sum outside 32.
+    void Append(std::string name, std::int32_t controlDelay);
+
+    /// Runs from 1.
+    const OneBased<DelayRun>& Runs() const { return runs_; }
+    int RunCount() const { return runs_.LastIndex(); }
+    /// The top of the delay axis: the next multiple of 10 seconds above the highest delay and above 0.
+    std::int16_t YMax() const;
+    /// The bottom of the range of delays: the multiple of 10 seconds at or below the lowest delay and 0. The axis
+    /// begins at 0 all the same.
+    std::int16_t YMin() const;
+
+private:
+    OneBased<DelayRun> runs_;
+    std::int32_t sum_ = 0;
+    std::int16_t highest_ = 0;
+    std::int16_t lowest_ = 0;
+};
+
+/// The plot area in the units of its canvas; Bottom is where a delay of 0 lies.
+struct DelayPlotEdges {
+    std::int16_t Left = 0;
+    std::int16_t Right = 0;
+    std::int16_t Bottom = 0;
+    std::int16_t Top = 0;
+};
+
+/// Where a series lies in a plot area. Positions are whole units; one outside 16 bits is Overflow (error 6).
+class DelayScale {
+public:
+    DelayScale(const DelayPlotEdges& edges, const DelaySeries& series);
+
+    /// Ten steps lead from 0 to the top of the axis.
+    static constexpr int AxisSteps = 10;
+
+    const DelayPlotEdges& Edges() const { return edges_; }
+    float XStep() const { return xStep_; }                   ///< from run to run; a free step is left at each end
+    float YScale() const { return yScale_; }                 ///< units to the second
+    int ValueStep() const { return valueStep_; }             ///< of the axis, seconds
+    std::int16_t WindowStep() const { return windowStep_; }  ///< of the axis, units
+
+    std::int16_t XOf(int run) const;
+    /// Of an average, wherever it lies.
+    std::int16_t YOfAverage(double seconds) const;
+    /// Of a run's delay; one below 0 lies on the baseline.
+    std::int16_t YOfDelay(std::int16_t seconds) const;
+
+private:
+    DelayPlotEdges edges_;
+    float xStep_;
+    float yScale_;
+    int valueStep_;
+    std::int16_t windowStep_;
+};
+
+struct DelayChartColours {
+    Colour Background;
+    Colour Text;
+    Colour DimText;
+    Colour Grid;
+    Colour Delay;
+    Colour AverageLine;
+    Colour AveragePoint;
+};
+
+inline constexpr DelayChartColours LightDelayChart = {{0xFF, 0xFF, 0xFF}, {0x1C, 0x1E, 0x21}, {0x5A, 0x5E, 0x64},
+                                                      {0xE0, 0xE3, 0xE7}, {0xFF, 0x00, 0x00}, {0x00, 0x00, 0x00},
+                                                      {0x00, 0x80, 0xC0}};
+inline constexpr DelayChartColours DarkDelayChart = {{0x1F, 0x21, 0x24}, {0xE6, 0xE6, 0xE6}, {0xA8, 0xAC, 0xB1},
+                                                     {0x3A, 0x3D, 0x41}, {0xFF, 0x5A, 0x5A}, {0xF2, 0xF2, 0xF2},
+                                                     {0x38, 0xA8, 0xE8}};
+
+/// How a chart is drawn; lengths in the units of its canvas.
+struct DelayChartStyle {
+    DelayChartColours Colours = LightDelayChart;
+    double TextSize = 9;
+    std::string Title;  ///< above the chart; none where it is empty
+    bool HasLegend = true;
+};
+
+/// The plot area of a chart that fills a box. The box must lie within 16 bits.
+DelayPlotEdges DelayPlotEdgesOf(const TextMeasure& measure, const CanvasBox& box, const DelaySeries& series,
+                                const DelayChartStyle& style);
+
+/// Draws the chart into a box: on a window, in a picture, on a page. Errors as of DelayScale, before
+/// anything is drawn.
+void DrawDelayChart(Canvas& canvas, const CanvasBox& box, const DelaySeries& series, const DelayChartStyle& style);
+
+enum class DelayLegend { Average, Data };
+const char* LegendCaption(DelayLegend entry);
+/// The line or point that stands for a legend's entry, in the middle of a box.
+void DrawLegendSample(Canvas& canvas, const CanvasBox& box, DelayLegend entry, const DelayChartColours& colours);
+
+/// The run (from 1) whose delay or average is drawn nearest to a place and within reach of it; 0 where there is none.
+int DelayRunNear(const DelaySeries& series, const DelayScale& scale, CanvasPoint place, double reach);
+
+/// Seconds with one decimal.
+std::string SecondsText(double seconds);
+
+/// The values as a table: heads, then a row for each run.
+std::vector<SheetRow> DelaySheet(const DelaySeries& series);
+
+/// A title for charts that stand outside the program.
+std::string DelayChartTitle(const Study& study);
+
+inline constexpr CanvasSize DelayPictureSize = {720, 450};
+/// The chart as a picture file of that size, in light colours.
+std::vector<std::byte> DelayChartPicture(const DocumentWriter& documents, const DelaySeries& series,
+                                         const std::string& title, PictureFormat format);
+/// The scale that the picture is drawn with.
+DelayScale DelayPictureScale(const DocumentWriter& documents, const DelaySeries& series, const std::string& title);
+
+/// The format that a file's extension stands for: .png, .svg or .pdf.
+std::optional<PictureFormat> PictureFormatOf(const std::string& path);
+
+}  // namespace vantor

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "analysis/ProfileTrace.h"
+#include "analysis/ProfileUnits.h"
+#include "core/AppSettings.h"
+#include "core/StudyRecords.h"
+#include "core/ports/Canvas.h"
+
+namespace vantor {
+
+struct ReportNode {
+    double Feet = 0;
+    std::string Name;
+};
+
+/// What is drawn of a run's speed: a few points for every column of the picture, however many samples it has.
+struct ReportProfile {
+    std::vector<TracePoint> Points;  ///< x in feet from the start of the run
+    std::vector<ReportNode> Nodes;
+    double Feet = 0;     ///< where the run ends
+    float TopSpeed = 0;  ///< miles per hour
+    bool HasMovement = false;
+};
+
+ReportProfile MakeReportProfile(const RunRecord& run, const AppSettings& settings);
+
+/// The axes of a picture in the shown unit, and the boundaries and the ideal speed of the entry.
+struct ProfileFrame {
+    ProfileUnits Units;
+    SpeedAxis Speeds;
+    StudyRunEntry Entry;
+};
+
+/// Draws speed against distance into the box, with the axes, the nodes and the boundaries.
+void DrawReportProfile(Canvas& canvas, const CanvasBox& box, const ReportProfile& profile, const ProfileFrame& frame);
+
+/// A round step that divides an axis of that length into at most `most` parts: 1, 2 or 5 times a power of ten.
+int RoundStep(double length, int most);
+
+}  // namespace vantor

@@ -1,0 +1,165 @@
+#include "analysis/forms/DelayChartPlot.h"
+
+#include <QFontInfo>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QToolTip>
+#include <algorithm>
+
+#include "core/forms/Named.h"
+#include "core/forms/PainterCanvas.h"
+#include "core/forms/Theme.h"
+
+namespace vantor {
+namespace {
+
+constexpr double Reach = 8;
+/// Lines stand on pixel centres.
+constexpr double PixelCentre = 0.5;
+
+const DelayChartColours& ColoursOf(const QPalette& palette) {
+    return IsDark(palette) ? DarkDelayChart : LightDelayChart;
+}
+
+QColor Ink(Colour colour) { return {colour.Red, colour.Green, colour.Blue}; }
+
+QString Seconds(double seconds) { return ToQt(SecondsText(seconds)) + QStringLiteral(" s"); }
+
+QString ToolTipOf(const DelayRun& run) {
+    return QStringLiteral("%1\nControl delay: %2 s\nRunning average: %3")
+        .arg(ToQt(run.Name), QString::number(run.ControlDelay), Seconds(run.RunningAverage));
+}
+
+}  // namespace
+
+QString DelaysInWords(const DelaySeries& series, int run) {
+    const DelayRun& values = series.Runs()[run];
+    return QStringLiteral("Run %1, %2: control delay %3 s, running average %4")
+        .arg(QString::number(run), ToQt(values.Name), QString::number(values.ControlDelay),
+             Seconds(values.RunningAverage));
+}
+
+DelayChartPlot::DelayChartPlot(const DelaySeries& series, QWidget* parent) : QWidget(parent), series_(series) {
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+QSize DelayChartPlot::sizeHint() const { return {900, 460}; }
+QSize DelayChartPlot::minimumSizeHint() const { return {420, 240}; }
+
+CanvasBox DelayChartPlot::Box() const {
+    constexpr double Edge = 6;
+    return {Edge, Edge, width() - 2 * Edge, height() - 2 * Edge};
+}
+
+DelayChartStyle DelayChartPlot::Style() const {
+    return {ColoursOf(palette()), static_cast<double>(QFontInfo(font()).pixelSize()), {}, false};
+}
+
+DelayScale DelayChartPlot::Scale() const { return {DelayPlotEdgesOf(FontMeasure(), Box(), series_, Style()), series_}; }
+
+int DelayChartPlot::RunAt(QPointF place) const {
+    try {
+        return DelayRunNear(series_, Scale(), {place.x() - PixelCentre, place.y() - PixelCentre}, Reach);
+    } catch (const RunTimeError&) {
+        return 0;  // the chart says why it could not be drawn
+    }
+}
+
+bool DelayChartPlot::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return QWidget::event(event);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const int run = RunAt(help->pos());
+    if (run == 0) {
+        QToolTip::hideText();
+        event->ignore();
+    } else {
+        // Plain, whatever characters a run's name has.
+        const QString text = ToolTipOf(series_.Runs()[run]).toHtmlEscaped();
+        QToolTip::showText(help->globalPos(), QStringLiteral("<p style='white-space:pre'>") + text, this);
+    }
+    return true;
+}
+
+void DelayChartPlot::paintEvent(QPaintEvent*) {
+    const DelayChartColours& colours = ColoursOf(palette());
+    QPainter painter(this);
+    painter.fillRect(rect(), Ink(colours.Background));
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(PixelCentre, PixelCentre);
+    QString problem;
+    try {
+        PainterCanvas canvas(painter);
+        DrawDelayChart(canvas, Box(), series_, Style());
+        PaintChosen(painter);
+    } catch (const RunTimeError& error) {
+        problem = QStringLiteral("A delay lies too far below 0 to be drawn.\n\n") + ToQt(error.Message());
+    }
+    painter.restore();
+    painter.setPen(Ink(colours.Text));
+    painter.drawText(rect().adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap, problem);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(hasFocus() ? palette().color(QPalette::Highlight) : Ink(colours.Grid));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+void DelayChartPlot::PaintChosen(QPainter& painter) const {
+    if (chosen_ == 0) return;
+    constexpr double Ring = 6;
+    const DelayScale scale = Scale();
+    const double x = scale.XOf(chosen_);
+    const double y = scale.YOfDelay(series_.Runs()[chosen_].ControlDelay);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+    painter.drawEllipse(QPointF(x, y), Ring, Ring);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 1));
+    painter.drawLine(QPointF(x, scale.Edges().Top), QPointF(x, std::max<double>(y - Ring, scale.Edges().Top)));
+    painter.drawLine(QPointF(x, std::min<double>(y + Ring, scale.Edges().Bottom)), QPointF(x, scale.Edges().Bottom));
+}
+
+void DelayChartPlot::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    update();
+}
+
+void DelayChartPlot::mousePressEvent(QMouseEvent* event) {
+    const int run = RunAt(event->position());
+    if (event->button() == Qt::LeftButton && run != 0) Choose(run);
+}
+
+void DelayChartPlot::keyPressEvent(QKeyEvent* event) {
+    const int last = series_.RunCount();
+    switch (event->key()) {
+        case Qt::Key_Right: return Choose(std::min(chosen_ + 1, last));
+        case Qt::Key_Left: return Choose(chosen_ == 0 ? last : std::max(chosen_ - 1, 1));
+        case Qt::Key_Home: return Choose(std::min(1, last));
+        case Qt::Key_End: return Choose(last);
+        default: QWidget::keyPressEvent(event);
+    }
+}
+
+void DelayChartPlot::Choose(int run) {
+    if (run == chosen_) return;
+    chosen_ = run;
+    update();
+    if (OnChosen) OnChosen();
+}
+
+void DelayChartPlot::focusInEvent(QFocusEvent*) { update(); }
+void DelayChartPlot::focusOutEvent(QFocusEvent*) { update(); }
+
+DelayLegendSample::DelayLegendSample(DelayLegend entry, QWidget* parent) : QWidget(parent), entry_(entry) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void DelayLegendSample::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    PainterCanvas canvas(painter);
+    DrawLegendSample(canvas, {0, 0, double(width()), double(height())}, entry_, ColoursOf(palette()));
+}
+
+}  // namespace vantor

@@ -1,0 +1,127 @@
+#include "analysis/forms/frmContDelayVsAvg.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include "core/Paths.h"
+#include "core/StudyFile.h"
+#include "core/Text.h"
+#include "core/forms/Guarded.h"
+#include "core/forms/Named.h"
+#include "core/forms/WindowLayout.h"
+#include "core/modMain.h"
+
+namespace vantor {
+
+frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
+    : context_(context), series_(context.State.CurrentStudy), plot_(new DelayChartPlot(series_, this)) {
+    setObjectName(QStringLiteral("frmContDelayVsAvg"));
+    setWindowTitle(QStringLiteral("Control Delays & Running Avg. for Current Study"));
+    setWindowFlag(Qt::WindowMaximizeButtonHint);
+    plot_->setObjectName(QStringLiteral("picDelayChart"));
+    plot_->setAccessibleName(QStringLiteral("Control delay chart"));
+    lblReadOut_ = Named<QLabel>(this, "lblReadOut");
+    lblReadOut_->setAccessibleName(QStringLiteral("Values of the chosen run"));
+    lblReadOut_->setTextFormat(Qt::PlainText);
+    lblReadOut_->setWordWrap(true);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(plot_, 1);
+    layout->addWidget(lblReadOut_);
+    layout->addLayout(BuildLegend());
+    layout->addLayout(BuildButtons());
+    plot_->OnChosen = [this] { ShowReadOut(); };
+    ShowReadOut();
+    plot_->setFocus();
+    resize(QSize(960, 640).boundedTo(screen()->availableSize()));
+    RememberLayout(*this, context.Memory);
+}
+
+QLayout* frmContDelayVsAvg::BuildLegend() {
+    auto* fraLegend = Named<QGroupBox>(this, "fraLegend", QStringLiteral("Legend"));
+    auto* samples = new QHBoxLayout(fraLegend);
+    const auto add = [&](DelayLegend entry, const char* name, const char* labelName) {
+        auto* sample = new DelayLegendSample(entry, fraLegend);
+        sample->setObjectName(QLatin1String(name));
+        sample->setAccessibleName(QLatin1String(LegendCaption(entry)));
+        samples->addWidget(sample);
+        samples->addWidget(Named<QLabel>(fraLegend, labelName, QLatin1String(LegendCaption(entry))));
+    };
+    add(DelayLegend::Average, "LegendAvg", "lblLegendAvg");
+    samples->addSpacing(16);
+    add(DelayLegend::Data, "LegendData", "lblLegendData");
+
+    auto* row = new QHBoxLayout;
+    row->addWidget(fraLegend);
+    row->addStretch();
+    return row;
+}
+
+QLayout* frmContDelayVsAvg::BuildButtons() {
+    auto* cmdHelp = Named<QPushButton>(this, "cmdHelp", QStringLiteral("Help"));
+    cmdHelp->setShortcut(QKeySequence::HelpContents);
+    auto* BtnCopyPicture = Named<QPushButton>(this, "BtnCopyPicture", QStringLiteral("Copy &Picture"));
+    BtnCopyPicture->setToolTip(QStringLiteral("Copy the chart as a picture."));
+    auto* BtnCopyValues = Named<QPushButton>(this, "BtnCopyValues", QStringLiteral("Copy &Values"));
+    BtnCopyValues->setToolTip(QStringLiteral("Copy the values, ready to be pasted into a spreadsheet."));
+    auto* BtnSave = Named<QPushButton>(this, "BtnSave", QStringLiteral("&Save Chart..."));
+    BtnSave->setToolTip(QStringLiteral("Save the chart as a PNG, SVG or PDF file."));
+    auto* btnExit = Named<QPushButton>(this, "btnExit", QStringLiteral("Exit"));
+    btnExit->setDefault(true);
+
+    MessageBoxes& messages = context_.Messages;
+    Connect(cmdHelp, &QPushButton::clicked, this, messages,
+            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::DelayChart); });
+    Connect(BtnCopyPicture, &QPushButton::clicked, this, messages, [this] { CopyPicture(); });
+    Connect(BtnCopyValues, &QPushButton::clicked, this, messages,
+            [this] { context_.DesktopServices.CopyText(TabSeparatedText(DelaySheet(series_))); });
+    Connect(BtnSave, &QPushButton::clicked, this, messages, [this] { Save(); });
+    Connect(btnExit, &QPushButton::clicked, this, messages, [this] { accept(); });
+
+    auto* row = new QHBoxLayout;
+    row->addWidget(cmdHelp);
+    row->addStretch();
+    for (QPushButton* button : {BtnCopyPicture, BtnCopyValues, BtnSave}) {
+        button->setAutoDefault(false);
+        button->setEnabled(series_.RunCount() > 0);
+        row->addWidget(button);
+    }
+    cmdHelp->setAutoDefault(false);
+    row->addWidget(btnExit);
+    return row;
+}
+
+void frmContDelayVsAvg::ShowReadOut() {
+    const int count = series_.RunCount();
+    if (count == 0) {
+        lblReadOut_->setText(QStringLiteral("Add runs to the study to see their control delays."));
+        return plot_->setAccessibleDescription(QStringLiteral("The study has no runs yet."));
+    }
+    const int run = plot_->ChosenRun();
+    lblReadOut_->setText(run == 0 ? QStringLiteral("The arrow keys step through the runs; or point at a run.")
+                                  : DelaysInWords(series_, run));
+    plot_->setAccessibleDescription(
+        QStringLiteral("Runs 1 to %1, control delay from 0 to %2 s. %3")
+            .arg(QString::number(count), QString::number(series_.YMax()), lblReadOut_->text()));
+}
+
+void frmContDelayVsAvg::CopyPicture() {
+    context_.DesktopServices.CopyPicture(DelayChartPicture(
+        context_.Documents, series_, DelayChartTitle(context_.State.CurrentStudy), PictureFormat::Png));
+}
+
+void frmContDelayVsAvg::Save() {
+    const Study& study = context_.State.CurrentStudy;
+    const std::string name = WithSafeCharacters(Trim(study.Record.StudyName));
+    const std::string path = context_.DesktopServices.ChooseFileToSave(
+        StudyGroupFolder(context_.State) + (name.empty() ? "Control Delay" : name + " Control Delay") + ".png",
+        "Save Chart", {{"PNG picture", ".png"}, {"SVG drawing", ".svg"}, {"PDF document", ".pdf"}});
+    if (path.empty()) return;
+    const auto format = PictureFormatOf(path);
+    if (!format)
+        return context_.Messages.Tell(path + "\nName a file that ends in .png, .svg or .pdf.", MessageIcon::Warning);
+    WriteFile(context_.Files, path, DelayChartPicture(context_.Documents, series_, DelayChartTitle(study), *format));
+}
+
+}  // namespace vantor

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QDialog>
+#include <QLabel>
+
+#include "analysis/forms/DelayChartPlot.h"
+#include "core/AppContext.h"
+
+namespace vantor {
+
+/// "Control Delays & Running Avg. for Current Study": shows whether enough runs have been driven for the average to
+/// settle. Changes nothing.
+class frmContDelayVsAvg : public QDialog {
+public:
+    /// Overflow (error 6) where a delay of the study does not fit the chart.
+    explicit frmContDelayVsAvg(AppContext& context);
+
+private:
+    QLayout* BuildLegend();
+    QLayout* BuildButtons();
+    void ShowReadOut();
+    void CopyPicture();
+    void Save();
+
+    AppContext& context_;
+    const DelaySeries series_;
+    DelayChartPlot* plot_ = nullptr;
+    QLabel* lblReadOut_ = nullptr;
+};
+
+}  // namespace vantor

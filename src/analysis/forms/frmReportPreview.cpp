@@ -1,0 +1,296 @@
+#include "analysis/forms/frmReportPreview.h"
+
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QShortcut>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "core/Paths.h"
+#include "core/StudyFile.h"
+#include "core/Text.h"
+#include "core/forms/Guarded.h"
+#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
+#include "core/forms/WindowLayout.h"
+#include "core/modMain.h"
+
+namespace vantor {
+namespace {
+
+/// By ReportKind.
+constexpr std::array<const char*, ReportNames.size()> ReportCaptions = {
+    "Study S&ummary", "Detailed Statistics by &Run", "Speed Pro&files", "Control &Delay and Running Average"};
+/// In the order of the zoom list.
+constexpr std::array ZoomSteps = {static_cast<int>(ReportPagesView::FitWidth),
+                                  static_cast<int>(ReportPagesView::FitPage),
+                                  25,
+                                  50,
+                                  75,
+                                  100,
+                                  125,
+                                  150,
+                                  200,
+                                  300,
+                                  400};
+constexpr int FirstPercent = 2;
+
+constexpr const char* ChoiceKey = "frmReportPreview.choice";
+
+}  // namespace
+
+frmReportPreview::frmReportPreview(AppContext& context)
+    : context_(context),
+      data_(LoadReportData(context.State.CurrentStudy, context.State.Settings, context.Files,
+                           StudyGroupFolder(context.State), context.Time.Now())) {
+    setObjectName(QStringLiteral("frmReportPreview"));
+    setWindowTitle(QStringLiteral("Print Report"));
+    setWindowFlag(Qt::WindowMaximizeButtonHint);
+    picReport_ = Named<ReportPagesView>(this, "picReport");
+    picReport_->setAccessibleName(QStringLiteral("Pages of the report"));
+    auto* pages = new QVBoxLayout;
+    pages->addLayout(BuildPageBar());
+    pages->addWidget(picReport_, 1);
+    auto* middle = new QHBoxLayout;
+    middle->addLayout(BuildChoices());
+    middle->addLayout(pages, 1);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(middle, 1);
+    layout->addLayout(BuildButtons());
+    RecallChoice();
+    ConnectAll();
+    ShowDocument();
+    picReport_->setFocus();
+    resize(QSize(1120, 820).boundedTo(screen()->availableSize()));
+    RememberLayout(*this, context.Memory);
+}
+
+QLayout* frmReportPreview::BuildChoices() {
+    auto* column = new QVBoxLayout;
+    column->addWidget(BuildReports());
+    column->addWidget(BuildPaper());
+    if (!data_.Problems.empty()) {
+        auto* lblProblems = Named<QLabel>(this, "lblProblems");
+        std::string text;
+        for (const ReportRun& run : data_.Runs)
+            if (!run.Problem.empty())
+                text += "\n" + run.Problem + ": " + RunFileName(data_.Contents.Entries[run.Number]);
+        constexpr std::size_t MostShown = 300;
+        const std::string_view shown = FirstCharacters(text, MostShown);
+        lblProblems->setText(QStringLiteral("Not all runs can be printed:") + ToQt(shown) +
+                             (shown.size() < text.size() ? QStringLiteral("...") : QString()));
+        lblProblems->setTextFormat(Qt::PlainText);
+        lblProblems->setWordWrap(true);
+        lblProblems->setContentsMargins(8, 6, 8, 6);
+        const ColourPair pair = AmberPair(palette());
+        QPalette amber = palette();
+        amber.setColor(QPalette::Window, pair.Background);
+        amber.setColor(QPalette::WindowText, pair.Text);
+        lblProblems->setPalette(amber);
+        lblProblems->setAutoFillBackground(true);
+        column->addWidget(lblProblems);
+    }
+    column->addStretch();
+    return column;
+}
+
+QGroupBox* frmReportPreview::BuildReports() {
+    auto* frame = Named<QGroupBox>(this, "fraReports", QStringLiteral("Reports"));
+    auto* layout = new QVBoxLayout(frame);
+    for (std::size_t i = 0; i < chkReport_.size(); ++i) {
+        chkReport_[i] = Named<QCheckBox>(frame, "", QLatin1String(ReportCaptions[i]));
+        chkReport_[i]->setObjectName(QStringLiteral("chkReport(%1)").arg(i));
+        layout->addWidget(chkReport_[i], 0, Qt::AlignLeft);
+    }
+    return frame;
+}
+
+QGroupBox* frmReportPreview::BuildPaper() {
+    auto* frame = Named<QGroupBox>(this, "fraPaper", QStringLiteral("Paper"));
+    auto* form = new QFormLayout(frame);
+    cmbPaper_ = Named<QComboBox>(frame, "cmbPaper");
+    cmbPaper_->addItems({QStringLiteral("Letter"), QStringLiteral("A4")});
+    cmbOrientation_ = Named<QComboBox>(frame, "cmbOrientation");
+    cmbOrientation_->addItems({QStringLiteral("Portrait"), QStringLiteral("Landscape")});
+    form->addRow(LabelFor(cmbPaper_, QStringLiteral("Si&ze")), cmbPaper_);
+    form->addRow(LabelFor(cmbOrientation_, QStringLiteral("&Orientation")), cmbOrientation_);
+    return frame;
+}
+
+QToolButton* frmReportPreview::BarButton(const char* name, const char* icon, const QString& caption) {
+    auto* button = Named<QToolButton>(this, name, caption);
+    button->setIcon(LineIcon(QLatin1String(icon)));
+    button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    button->setToolTip(caption);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    return button;
+}
+
+QLayout* frmReportPreview::BuildPageBar() {
+    cmdPrevious_ = BarButton("cmdPrevious", "back", QStringLiteral("Previous page (Page Up)"));
+    cmdNext_ = BarButton("cmdNext", "forward", QStringLiteral("Next page (Page Down)"));
+    cmdZoomOut_ = BarButton("cmdZoomOut", "zoom-out", QStringLiteral("Smaller (Ctrl -)"));
+    cmdZoomIn_ = BarButton("cmdZoomIn", "zoom-in", QStringLiteral("Larger (Ctrl +)"));
+    txtPage_ = Named<QSpinBox>(this, "txtPage");
+    txtPage_->setAlignment(Qt::AlignRight);
+    txtPage_->setKeyboardTracking(false);
+    lblPages_ = Named<QLabel>(this, "lblPages");
+    cmbZoom_ = Named<QComboBox>(this, "cmbZoom");
+    cmbZoom_->addItems({QStringLiteral("Fit Width"), QStringLiteral("Fit Page")});
+    for (std::size_t i = FirstPercent; i < ZoomSteps.size(); ++i)
+        cmbZoom_->addItem(QStringLiteral("%1 %").arg(ZoomSteps[i]));
+
+    auto* bar = new QHBoxLayout;
+    bar->addWidget(cmdPrevious_);
+    bar->addWidget(LabelFor(txtPage_, QStringLiteral("Pa&ge")));
+    bar->addWidget(txtPage_);
+    bar->addWidget(lblPages_);
+    bar->addWidget(cmdNext_);
+    bar->addStretch();
+    bar->addWidget(LabelFor(cmbZoom_, QStringLiteral("Zoo&m")));
+    bar->addWidget(cmdZoomOut_);
+    bar->addWidget(cmbZoom_);
+    bar->addWidget(cmdZoomIn_);
+    return bar;
+}
+
+QLayout* frmReportPreview::BuildButtons() {
+    cmdHelp_ = Named<QPushButton>(this, "cmdHelp", QStringLiteral("Help"));
+    cmdHelp_->setShortcut(QKeySequence::HelpContents);
+    BtnSavePdf_ = Named<QPushButton>(this, "BtnSavePdf", QStringLiteral("&Save as PDF..."));
+    BtnPrint_ = Named<QPushButton>(this, "BtnPrint", QStringLiteral("&Print..."));
+    BtnPrint_->setDefault(true);
+    BtnClose_ = Named<QPushButton>(this, "BtnClose", QStringLiteral("Close"));
+    for (QPushButton* button : {cmdHelp_, BtnSavePdf_, BtnClose_}) button->setAutoDefault(false);
+    auto* row = new QHBoxLayout;
+    row->addWidget(cmdHelp_);
+    row->addStretch();
+    for (QPushButton* button : {BtnSavePdf_, BtnPrint_, BtnClose_}) row->addWidget(button);
+    return row;
+}
+
+void frmReportPreview::ConnectAll() {
+    MessageBoxes& messages = context_.Messages;
+    for (QCheckBox* report : chkReport_)
+        Connect(report, &QCheckBox::toggled, this, messages, [this] { ChoiceChanged(); });
+    for (QComboBox* list : {cmbPaper_, cmbOrientation_})
+        Connect(list, &QComboBox::currentIndexChanged, this, messages, [this] { ChoiceChanged(); });
+    Connect(cmbZoom_, &QComboBox::currentIndexChanged, this, messages, [this](int index) { SetZoom(index); });
+    Connect(txtPage_, &QSpinBox::valueChanged, this, messages, [this](int page) { picReport_->GoToPage(page); });
+    picReport_->OnPageChanged = [this] { ShowPage(); };
+    picReport_->OnZoom = [this](int steps) { StepZoom(steps); };
+    const auto onClick = [&](QAbstractButton* button, auto action) {
+        Connect(button, &QAbstractButton::clicked, this, messages, action);
+    };
+    onClick(cmdPrevious_, [this] { picReport_->Navigate(Qt::Key_PageUp); });
+    onClick(cmdNext_, [this] { picReport_->Navigate(Qt::Key_PageDown); });
+    onClick(cmdZoomOut_, [this] { StepZoom(-1); });
+    onClick(cmdZoomIn_, [this] { StepZoom(1); });
+    onClick(cmdHelp_, [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::Reports); });
+    onClick(BtnSavePdf_, [this] { SaveAsPdf(); });
+    onClick(BtnPrint_, [this] { Print(); });
+    onClick(BtnClose_, [this] { reject(); });
+    for (const auto& [keys, steps] : {std::pair("Ctrl++", 1), std::pair("Ctrl+=", 1), std::pair("Ctrl+-", -1)})
+        Connect(new QShortcut(QKeySequence(QLatin1String(keys)), this), &QShortcut::activated, this, messages,
+                [this, by = steps] { StepZoom(by); });
+}
+
+void frmReportPreview::RecallChoice() {
+    // Paper, orientation and reports as one digit each, then the position in the zoom list.
+    const std::string kept = context_.Memory.Recall(ChoiceKey);
+    const bool isKept = kept.size() > 2 + chkReport_.size();
+    for (std::size_t i = 0; i < chkReport_.size(); ++i) chkReport_[i]->setChecked(!isKept || kept[2 + i] == '1');
+    if (!isKept) return;
+    cmbPaper_->setCurrentIndex(kept[0] == '1' ? 1 : 0);
+    cmbOrientation_->setCurrentIndex(kept[1] == '1' ? 1 : 0);
+    const int zoom = ToQt(std::string_view(kept).substr(2 + chkReport_.size())).toInt();
+    cmbZoom_->setCurrentIndex(std::clamp(zoom, 0, cmbZoom_->count() - 1));
+    picReport_->SetZoom(ZoomSteps[static_cast<std::size_t>(cmbZoom_->currentIndex())]);
+}
+
+void frmReportPreview::StoreChoice() {
+    std::string kept = std::to_string(cmbPaper_->currentIndex()) + std::to_string(cmbOrientation_->currentIndex());
+    for (const QCheckBox* report : chkReport_) kept += report->isChecked() ? '1' : '0';
+    context_.Memory.Store(ChoiceKey, kept + std::to_string(cmbZoom_->currentIndex()));
+}
+
+ReportChoice frmReportPreview::Choice() const {
+    ReportChoice choice;
+    for (std::size_t i = 0; i < chkReport_.size(); ++i) choice.Reports[i] = chkReport_[i]->isChecked();
+    choice.Sheet = cmbPaper_->currentIndex() == 1 ? Paper::A4 : Paper::Letter;
+    choice.IsLandscape = cmbOrientation_->currentIndex() == 1;
+    return choice;
+}
+
+void frmReportPreview::ChoiceChanged() {
+    StoreChoice();
+    ShowDocument();
+}
+
+void frmReportPreview::ShowDocument() {
+    const bool hasRuns = !data_.Runs.empty();
+    document_ = hasRuns ? MakeReport(data_, Choice(), context_.Documents.Measure()) : PagedDocument{};
+    const QString empty = hasRuns ? QStringLiteral("Choose one or more reports on the left.")
+                                  : QStringLiteral(
+                                        "This study has no runs.\n"
+                                        "Close this window, add runs with Add Run, and print then.");
+    const bool hasPages = !document_.Pages.empty();
+    picReport_->SetEmptyText(empty);
+    picReport_->setAccessibleDescription(hasPages ? QString() : empty);
+    picReport_->SetDocument(document_);
+    for (QWidget* control :
+         std::initializer_list<QWidget*>{BtnPrint_, BtnSavePdf_, txtPage_, cmbZoom_, cmdZoomIn_, cmdZoomOut_})
+        control->setEnabled(hasPages);
+    ShowPage();
+}
+
+void frmReportPreview::ShowPage() {
+    const int page = picReport_->CurrentPage();
+    const int count = picReport_->PageCount();
+    const QSignalBlocker blocker(txtPage_);
+    txtPage_->setRange(std::min(1, count), count);
+    txtPage_->setValue(page);
+    lblPages_->setText(QStringLiteral("of %1").arg(count));
+    cmdPrevious_->setEnabled(page > 1);
+    cmdNext_->setEnabled(page < count);
+}
+
+void frmReportPreview::SetZoom(int index) {
+    picReport_->SetZoom(ZoomSteps[static_cast<std::size_t>(index)]);
+    StoreChoice();
+}
+
+void frmReportPreview::StepZoom(int steps) {
+    const double shown = picReport_->ShownPercent();
+    const auto first = ZoomSteps.begin() + FirstPercent;
+    // A percentage of the list is met within a rounding error.
+    constexpr double Near = 0.5;
+    auto next = steps > 0 ? std::upper_bound(first, ZoomSteps.end(), shown + Near)
+                          : std::lower_bound(first, ZoomSteps.end(), shown - Near) - 1;
+    next = std::clamp(next, first, ZoomSteps.end() - 1);
+    cmbZoom_->setCurrentIndex(static_cast<int>(next - ZoomSteps.begin()));
+}
+
+void frmReportPreview::Print() { context_.DesktopServices.Print(document_); }
+
+void frmReportPreview::SaveAsPdf() {
+    const std::string study(Trim(data_.Contents.Record.StudyName));
+    const std::string name = study.empty() ? "Report" : WithSafeCharacters(study);
+    const std::string path = context_.DesktopServices.ChooseFileToSave(StudyGroupFolder(context_.State) + name + ".pdf",
+                                                                       "Save Report", {{"PDF documents", ".pdf"}});
+    if (!path.empty()) WriteFile(context_.Files, path, context_.Documents.Pdf(document_));
+}
+
+void frmReportPreview::keyPressEvent(QKeyEvent* event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    // Enter takes the typed page, it does not print.
+    if (isEnter && txtPage_->hasFocus()) return picReport_->setFocus();
+    if (event->modifiers() == Qt::NoModifier && picReport_->Navigate(event->key())) return;
+    QDialog::keyPressEvent(event);
+}
+
+}  // namespace vantor

@@ -1,0 +1,53 @@
+#include "analysis/modReports.h"
+
+#include <map>
+#include <unordered_map>
+
+#include "analysis/ReportContents.h"
+#include "core/Text.h"
+
+namespace vantor {
+namespace {
+
+/// Measures each text once: those of the tables are the same for run after run.
+class RememberingMeasure : public TextMeasure {
+public:
+    explicit RememberingMeasure(const TextMeasure& measure) : measure_(measure) {}
+
+    double TextWidth(const std::string& text, const TextStyle& style) const override {
+        auto& widths = widths_[{style.Size, style.IsBold}];
+        const auto known = widths.find(text);
+        if (known != widths.end()) return known->second;
+        return widths[text] = measure_.TextWidth(text, style);
+    }
+    double LineHeight(const TextStyle& style) const override { return measure_.LineHeight(style); }
+
+private:
+    const TextMeasure& measure_;
+    mutable std::map<std::pair<double, bool>, std::unordered_map<std::string, double>> widths_;
+};
+
+}  // namespace
+
+PagedDocument MakeReport(const ReportData& data, const ReportChoice& choice, const TextMeasure& measure) {
+    constexpr std::array Contents = {AddStudySummary, AddRunStatistics, AddSpeedProfiles, AddDelayChart};
+    static_assert(Contents.size() == ReportNames.size());
+    const std::string study(Trim(data.Contents.Record.StudyName));
+    PageFrame frame;
+    frame.Page = PageSizeOf(choice.Sheet, choice.IsLandscape);
+    frame.Headings = data.Settings.ReportHeading;
+    frame.Study = study;
+    frame.Printed = "Printed " + ShortDate(data.Printed) + " " + ShortTime(data.Printed);
+    frame.HasPageNumbers = data.Settings.ShowPageNumbers != 0;
+    const RememberingMeasure remembering(measure);
+    ReportPages pages(std::move(frame), remembering);
+    for (std::size_t report = 0; report < Contents.size(); ++report) {
+        if (!choice.Reports[report]) continue;
+        if (data.Runs.empty() && Contents[report] != AddStudySummary) continue;
+        pages.BeginReport(ReportNames[report].Title);
+        Contents[report](pages, data);
+    }
+    return pages.Finish(study.empty() ? "Vantor" : study);
+}
+
+}  // namespace vantor

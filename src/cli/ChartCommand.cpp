@@ -1,0 +1,71 @@
+#include <memory>
+
+#include "analysis/DelayChart.h"
+#include "cli/Commands.h"
+#include "cli/RecordJson.h"
+#include "core/StudyFile.h"
+
+namespace vantor {
+namespace {
+
+Json PointsAsJson(const DelaySeries& series, const DelayScale& scale) {
+    Json points = Json::array();
+    for (int run = 1; run <= series.RunCount(); ++run) {
+        const DelayRun& values = series.Runs()[run];
+        points.push_back({{"EntryRunName", values.Name},
+                          {"ControlDelay", values.ControlDelay},
+                          {"RunningAverage", values.RunningAverage},
+                          {"X", scale.XOf(run)},
+                          {"Y", scale.YOfDelay(values.ControlDelay)},
+                          {"AverageY", scale.YOfAverage(values.RunningAverage)}});
+    }
+    return points;
+}
+
+Json ChartAsJson(const DelaySeries& series, const DelayScale& scale) {
+    const DelayPlotEdges& edges = scale.Edges();
+    return {{"Left", edges.Left},
+            {"Right", edges.Right},
+            {"Bottom", edges.Bottom},
+            {"Top", edges.Top},
+            {"XStep", json::Value(scale.XStep())},
+            {"YScale", json::Value(scale.YScale())},
+            {"YMax", series.YMax()},
+            {"YMin", series.YMin()},
+            {"ValueStep", scale.ValueStep()},
+            {"WindowStep", scale.WindowStep()},
+            {"points", PointsAsJson(series, scale)}};
+}
+
+int DrawChart(CommandContext& context, const std::string& path, const std::string& output) {
+    const auto format = PictureFormatOf(output);
+    if (!format) {
+        context.Err << output << "\nA chart is a .png, .svg or .pdf file.\n";
+        return WrongUsage;
+    }
+    const NamedFile file = TakeApart(path, StudyExtension, "study file");
+    const auto study = LoadStudy(context.Files, file.Folder, file.Name);
+    if (!study) {
+        context.Err << "Missing Study File: " << file.Name << '\n';
+        return Failed;
+    }
+    const DelaySeries series(*study);
+    const std::string title = DelayChartTitle(*study);
+    const Json result = ChartAsJson(series, DelayPictureScale(context.Documents, series, title));
+    WriteFile(context.Files, output, DelayChartPicture(context.Documents, series, title, *format));
+    context.Print(result);
+    return Done;
+}
+
+}  // namespace
+
+void AddChartCommand(CLI::App& studyGroup, CommandAction& chosen) {
+    auto path = std::make_shared<std::string>();
+    auto output = std::make_shared<std::string>();
+    CLI::App& chart = AddCommand(studyGroup, chosen, "chart", "Draw the control delays and their running average",
+                                 [=](CommandContext& context) { return DrawChart(context, *path, *output); });
+    chart.add_option("FILE", *path, "A study file (.ld2)")->required();
+    chart.add_option("--output", *output, "The picture: a .png, .svg or .pdf file")->required();
+}
+
+}  // namespace vantor

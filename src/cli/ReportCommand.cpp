@@ -1,0 +1,72 @@
+#include <algorithm>
+#include <memory>
+
+#include "analysis/modReports.h"
+#include "cli/Commands.h"
+#include "core/Paths.h"
+#include "core/StudyFile.h"
+
+namespace vantor {
+namespace {
+
+constexpr const char* PdfExtension = ".pdf";
+
+struct ReportOptions {
+    std::string Path;
+    std::string Output;
+    std::string PaperName = "letter";
+    std::vector<std::string> Only;
+    bool IsLandscape = false;
+};
+
+ReportChoice ChoiceOf(const ReportOptions& options) {
+    ReportChoice choice;
+    choice.Sheet = options.PaperName == "a4" ? Paper::A4 : Paper::Letter;
+    choice.IsLandscape = options.IsLandscape;
+    if (options.Only.empty()) return choice;
+    for (std::size_t i = 0; i < ReportNames.size(); ++i)
+        choice.Reports[i] =
+            std::find(options.Only.begin(), options.Only.end(), ReportNames[i].Word) != options.Only.end();
+    return choice;
+}
+
+int PrintReport(CommandContext& context, const ReportOptions& options) {
+    if (!HasExtension(options.Output, PdfExtension)) {
+        context.Err << options.Output << "\nGive the report a name that ends in " << PdfExtension << ".\n";
+        return WrongUsage;
+    }
+    const NamedFile file = TakeApart(options.Path, StudyExtension, "study file");
+    const auto study = LoadStudy(context.Files, file.Folder, file.Name);
+    if (!study) {
+        context.Err << "Missing Study File: " << file.Name << '\n';
+        return Failed;
+    }
+    const ReportData data =
+        LoadReportData(*study, context.State.Settings, context.Files, file.Folder, context.Time.Now());
+    const PagedDocument document = MakeReport(data, ChoiceOf(options), context.Documents.Measure());
+    WriteFile(context.Files, options.Output, context.Documents.Pdf(document));
+    for (const std::string& problem : data.Problems) context.Err << problem << '\n';
+    context.Print({{"pages", document.Pages.size()}});
+    return data.Problems.empty() ? Done : Failed;
+}
+
+}  // namespace
+
+void AddReportCommand(CLI::App& studyGroup, CommandAction& chosen) {
+    auto options = std::make_shared<ReportOptions>();
+    CLI::App& report = AddCommand(studyGroup, chosen, "report", "Print the reports on a study as a PDF file",
+                                  [options](CommandContext& context) { return PrintReport(context, *options); });
+    report.add_option("FILE", options->Path, "A study file (.ld2)")->required();
+    report.add_option("--output", options->Output, "The report to write (.pdf)")->required();
+    report.add_option("--paper", options->PaperName, "letter or a4")->check(CLI::IsMember({"letter", "a4"}));
+    report.add_flag("--landscape", options->IsLandscape, "Wide pages");
+    std::vector<std::string> words;
+    words.reserve(ReportNames.size());
+    for (const ReportName& name : ReportNames) words.emplace_back(name.Word);
+    report.add_option("--only", options->Only, "Only this report; may be given again for further ones")
+        ->check(CLI::IsMember(words))
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+}  // namespace vantor

@@ -1,0 +1,112 @@
+#include "core/forms/PainterCanvas.h"
+
+#include <QFont>
+#include <QFontMetricsF>
+#include <QList>
+
+#include "core/Numeric.h"
+#include "core/forms/Named.h"
+
+namespace vantor {
+namespace {
+
+/// Fonts are laid out this many times larger than they are drawn, so that their measures are those of the outlines and
+/// the same on every device.
+constexpr int Enlarged = 16;
+
+QFont EnlargedFont(const TextStyle& style) {
+    QFont font;
+    font.setPixelSize(Round32(style.Size * Enlarged));
+    font.setBold(style.IsBold);
+    font.setHintingPreference(QFont::PreferNoHinting);
+    return font;
+}
+
+QRectF Rectangle(const CanvasBox& box) { return {box.X, box.Y, box.Width, box.Height}; }
+QPointF Position(CanvasPoint point) { return {point.X, point.Y}; }
+QColor Ink(Colour colour) { return {colour.Red, colour.Green, colour.Blue}; }
+
+QPen Pen(const LineStyle& style) {
+    QPen pen(Ink(style.Ink), style.Width);
+    pen.setJoinStyle(Qt::RoundJoin);
+    pen.setCapStyle(Qt::FlatCap);
+    if (style.IsDashed) pen.setDashPattern({4, 3});
+    return pen;
+}
+
+Qt::Alignment Side(TextSide side) {
+    switch (side) {
+        case TextSide::Left: return Qt::AlignLeft;
+        case TextSide::Centre: return Qt::AlignHCenter;
+        case TextSide::Right: return Qt::AlignRight;
+    }
+    return Qt::AlignLeft;
+}
+
+}  // namespace
+
+double FontMeasure::TextWidth(const std::string& text, const TextStyle& style) const {
+    return QFontMetricsF(EnlargedFont(style)).horizontalAdvance(ToQt(text)) / Enlarged;
+}
+
+double FontMeasure::LineHeight(const TextStyle& style) const {
+    return QFontMetricsF(EnlargedFont(style)).height() / Enlarged;
+}
+
+double PainterCanvas::TextWidth(const std::string& text, const TextStyle& style) const {
+    return measure_.TextWidth(text, style);
+}
+
+double PainterCanvas::LineHeight(const TextStyle& style) const { return measure_.LineHeight(style); }
+
+void PainterCanvas::DrawText(const CanvasBox& box, const std::string& text, const TextStyle& style) {
+    const QFont font = EnlargedFont(style);
+    const QFontMetricsF metrics(font);
+    QRectF room(box.X * Enlarged, box.Y * Enlarged, box.Width * Enlarged, box.Height * Enlarged);
+    // Half a point more, so that a box made by the text's own measure holds it.
+    const QString shown = metrics.elidedText(ToQt(text), Qt::ElideRight, room.width() + Enlarged / 2.0);
+    painter_.save();
+    painter_.scale(1.0 / Enlarged, 1.0 / Enlarged);
+    painter_.setFont(font);
+    painter_.setPen(Ink(style.Ink));
+    painter_.drawText(
+        room, static_cast<int>(Side(style.Side) | Qt::AlignVCenter) | Qt::TextDontClip | Qt::TextSingleLine, shown);
+    painter_.restore();
+}
+
+void PainterCanvas::DrawLine(CanvasPoint from, CanvasPoint to, const LineStyle& style) {
+    painter_.setPen(Pen(style));
+    painter_.drawLine(Position(from), Position(to));
+}
+
+void PainterCanvas::DrawPolyline(std::span<const CanvasPoint> points, const LineStyle& style) {
+    QPolygonF line;
+    line.reserve(static_cast<qsizetype>(points.size()));
+    for (const CanvasPoint& point : points) line += Position(point);
+    painter_.setPen(Pen(style));
+    painter_.setBrush(Qt::NoBrush);
+    painter_.drawPolyline(line);
+}
+
+void PainterCanvas::DrawFrame(const CanvasBox& box, const LineStyle& style) {
+    painter_.setPen(Pen(style));
+    painter_.setBrush(Qt::NoBrush);
+    painter_.drawRect(Rectangle(box));
+}
+
+void PainterCanvas::FillBox(const CanvasBox& box, Colour ink) { painter_.fillRect(Rectangle(box), Ink(ink)); }
+
+void PainterCanvas::DrawDot(CanvasPoint centre, double diameter, Colour ink) {
+    painter_.setPen(Qt::NoPen);
+    painter_.setBrush(Ink(ink));
+    painter_.drawEllipse(Position(centre), diameter / 2, diameter / 2);
+}
+
+void PainterCanvas::DrawInside(const CanvasBox& box, const std::function<void()>& draw) {
+    painter_.save();
+    painter_.setClipRect(Rectangle(box), Qt::IntersectClip);
+    draw();
+    painter_.restore();
+}
+
+}  // namespace vantor

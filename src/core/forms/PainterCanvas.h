@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QPainter>
+
+#include "core/ports/Canvas.h"
+
+namespace vantor {
+
+/// The measures of the fonts that a PainterCanvas draws with.
+class FontMeasure : public TextMeasure {
+public:
+    double TextWidth(const std::string& text, const TextStyle& style) const override;
+    double LineHeight(const TextStyle& style) const override;
+};
+
+/// A canvas over a painter; the painter's unit is the point of the canvas, however large that is on its device.
+class PainterCanvas : public Canvas {
+public:
+    explicit PainterCanvas(QPainter& painter) : painter_(painter) {}
+
+    double TextWidth(const std::string& text, const TextStyle& style) const override;
+    double LineHeight(const TextStyle& style) const override;
+    void DrawText(const CanvasBox& box, const std::string& text, const TextStyle& style) override;
+    void DrawLine(CanvasPoint from, CanvasPoint to, const LineStyle& style) override;
+    void DrawPolyline(std::span<const CanvasPoint> points, const LineStyle& style) override;
+    void DrawFrame(const CanvasBox& box, const LineStyle& style) override;
+    void FillBox(const CanvasBox& box, Colour ink) override;
+    void DrawDot(CanvasPoint centre, double diameter, Colour ink) override;
+    void DrawInside(const CanvasBox& box, const std::function<void()>& draw) override;
+
+private:
+    QPainter& painter_;
+    FontMeasure measure_;
+};
+
+}  // namespace vantor

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "core/ports/Canvas.h"
+
+namespace vantor {
+
+/// Draws a picture or a page; it may be called more than once.
+using Drawing = std::function<void(Canvas&)>;
+
+/// Width and height in points.
+struct CanvasSize {
+    double Width = 0;
+    double Height = 0;
+};
+
+enum class PictureFormat { Png, Svg, Pdf };
+
+/// Pages of one size, without margins: what is drawn keeps clear of the edges itself.
+struct PagedDocument {
+    std::string Title;  ///< UTF-8
+    CanvasSize Page;
+    std::vector<Drawing> Pages;
+};
+
+/// Makes files of drawings. Needs no display.
+class DocumentWriter {
+public:
+    virtual ~DocumentWriter() = default;
+    /// The measures of the fonts that documents are drawn with.
+    virtual const TextMeasure& Measure() const = 0;
+    /// The bytes of a PDF file.
+    virtual std::vector<std::byte> Pdf(const PagedDocument& document) const = 0;
+    /// The bytes of a picture on white; a PNG has 192 pixels to the inch.
+    virtual std::vector<std::byte> Picture(CanvasSize size, const Drawing& drawing, PictureFormat format) const = 0;
+};
+
+}  // namespace vantor

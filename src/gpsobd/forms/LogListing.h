@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/AppContext.h"
+#include "gpsobd/FieldLog.h"
+
+namespace vantor {
+
+/// What came of reading a log's summary.
+struct ListedLog {
+    std::string FileName;
+    std::optional<LogSummary> Summary;  ///< nothing where the log could not be read
+    std::string Note;                   ///< why, or what was left out; otherwise empty
+};
+
+/// Reads the summaries of logs one after another while events run, so that a window stays alive over hundreds of logs
+/// and over a long one. It may be stopped, started anew and destroyed in every event and in every call of its own.
+class LogListing : public QObject {
+public:
+    LogListing(AppContext& context, LogKind kind);
+    ~LogListing() override;
+
+    /// Reads these files of a folder, which ends in a separator. The listing before it is stopped.
+    void Start(const std::string& folder, std::vector<std::string> fileNames);
+    void Stop();
+
+    std::function<void(const std::string& fileName)> OnBegun;
+    std::function<void(const ListedLog& log)> OnRead;
+    /// Called now and then while log `number`, from 1, of `count` is read, once the listing takes long enough to be
+    /// noticed.
+    std::function<void(std::size_t number, std::size_t count)> OnProgress;
+    /// Called when all are read; of a stopped listing never.
+    std::function<void()> OnEnd;
+
+private:
+    /// Outlives a listing that is stopped while it reads.
+    struct Listing {
+        std::string Folder;
+        std::vector<std::string> FileNames;
+        std::size_t Begun = 0;
+        QElapsedTimer Age;
+        bool Stopped = false;
+    };
+
+    void ReadForAWhile();
+    bool ReadNext();
+    ListedLog Read(const std::shared_ptr<Listing>& listing, const std::string& fileName);
+    void ShowProgress(const Listing& listing) const;
+
+    AppContext& context_;
+    LogKind kind_;
+    QTimer timer_;
+    std::shared_ptr<Listing> listing_;
+    bool reading_ = false;
+};
+
+}  // namespace vantor

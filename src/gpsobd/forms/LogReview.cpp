@@ -1,0 +1,380 @@
+#include "gpsobd/forms/LogReview.h"
+
+#include <QApplication>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QScreen>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "core/Paths.h"
+#include "core/RunTimeError.h"
+#include "core/forms/Guarded.h"
+#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
+#include "core/forms/WindowLayout.h"
+#include "core/modMain.h"
+#include "gpsobd/LogPoints.h"
+#include "gpsobd/LogRuns.h"
+#include "gpsobd/PalmDatabase.h"
+#include "gpsobd/forms/WaitCursor.h"
+
+namespace vantor {
+namespace {
+
+/// What the three screens differ in.
+struct ScreenOfKind {
+    const char* Form;
+    const char* Caption;
+    const char* Grid;
+    const char* ExportTip;
+};
+
+const ScreenOfKind& ScreenOf(LogKind kind) {
+    static constexpr ScreenOfKind gps = {"frmGPSViewData", "GPS Data", "vaGPSData",
+                                         "Export gps data to Excel spreadsheet"};
+    static constexpr ScreenOfKind obd = {"frmOBDViewData", "OBD Data", "vaOBDData",
+                                         "Export obd data to Excel spreadsheet"};
+    static constexpr ScreenOfKind combined = {"frmGPSOBDViewData", "GPS and OBD Data", "vaGPSOBDData",
+                                              "Export gps and obd data to Excel spreadsheet"};
+    if (kind == LogKind::GpsObd) return combined;
+    return HasGps(kind) ? gps : obd;
+}
+
+bool IsHandheld(LogKind kind) { return kind == LogKind::GpsHandheld || kind == LogKind::ObdHandheld; }
+
+/// The chosen log; empty when there is none.
+std::string ChosenLog(const ApplicationState& state, LogKind kind) {
+    if (state.SelectedDataFile.empty()) return {};
+    const std::string extension =
+        IsHandheld(kind) ? (state.SelectedDataIsPdb ? ".pdb" : ".mdb") : state.SelectedDataExt;
+    return AsFolder(state.SelectedDataFolder) + state.SelectedDataFile + extension;
+}
+
+}  // namespace
+
+LogReview::LogReview(AppContext& context, LogKind kind)
+    : context_(context), kind_(kind), model_(LoadLog(), nullptr), export_(context, model_.Grid()) {
+    const ScreenOfKind& screenOfKind = ScreenOf(kind);
+    setObjectName(QLatin1String(screenOfKind.Form));
+    setWindowTitle(QLatin1String(screenOfKind.Caption));
+    setWindowFlag(Qt::WindowMaximizeButtonHint);
+    auto* column = new QVBoxLayout(this);
+    vaData_ = Named<ReviewTable>(this, screenOfKind.Grid);
+    vaData_->setAccessibleName(QStringLiteral("Logged points"));
+    vaData_->SetEmptyText(logPath_.empty() ? QStringLiteral("No log was chosen.")
+                                           : QStringLiteral("This log has no points in a run."));
+    column->addLayout(BuildHead());
+    column->addWidget(vaData_, 1);
+    column->addLayout(BuildActions());
+    column->addLayout(BuildFoot());
+    ConnectControls();
+    vaData_->Show(model_);
+    vaData_->setFocus();
+    resize(QSize(1180, 680).boundedTo(screen()->availableSize()));
+    RememberLayout(*this, context.Memory);
+    // A log opens in the order it is reviewed in, whatever column the one before was sorted by.
+    vaData_->sortByColumn(-1, Qt::AscendingOrder);
+    ShowState(QStringLiteral("%1 rows.").arg(model_.rowCount()));
+}
+
+FieldLog LogReview::LoadLog() {
+    FieldLog log;
+    log.Kind = kind_;
+    logPath_ = ChosenLog(context_.State, kind_);
+    isLoaded_ = logPath_.empty();
+    if (isLoaded_) return log;
+    Guarded(context_.Messages, [&] {
+        const WaitCursor wait;
+        const PalmDatabase palm(context_.Files);
+        log = ReadFieldLog({context_.Files, context_.Databases, palm, context_.Time}, kind_, logPath_);
+        isLoaded_ = true;
+    });
+    if (log.DroppedBytes != 0)
+        context_.Messages.Tell(logPath_ + "\nThe last record of the log is incomplete: " +
+                                   std::to_string(log.DroppedBytes) + " bytes at the end of the file were left out.",
+                               MessageIcon::Warning);
+    studyName_ = ToQt(StudyName(log));
+    if (log.StudyDate) studyDate_ = ToQt(ShortDate(*log.StudyDate));
+    return log;
+}
+
+int LogReview::exec() {
+    if (isLoaded_) return QDialog::exec();
+    context_.State.DataFileSelected = false;
+    return Rejected;
+}
+
+QLayout* LogReview::BuildHead() {
+    const auto addPair = [this](QHBoxLayout* row, const QString& title, const char* name, const QString& text) {
+        auto* value = Named<QLabel>(this, name, text);
+        value->setAccessibleName(title);
+        value->setTextFormat(Qt::PlainText);
+        QFont font = value->font();
+        font.setBold(true);
+        value->setFont(font);
+        row->addWidget(new QLabel(title, this));
+        row->addWidget(value);
+        row->addSpacing(16);
+        return value;
+    };
+    auto* row = new QHBoxLayout;
+    addPair(row, QStringLiteral("Study Name"), "lblStudyName", studyName_);
+    addPair(row, QStringLiteral("Study Date"), "lblStudyDate", studyDate_);
+    QLabel* file = addPair(row, QStringLiteral("Log"), "lblDataFile", ToQt(LastComponent(logPath_)));
+    file->setToolTip(ToQt(logPath_));
+    row->addStretch();
+    return row;
+}
+
+QPushButton* LogReview::AddButton(const char* name, const QString& caption, const char* icon, const QString& toolTip) {
+    auto* button = Named<QPushButton>(this, name, caption);
+    if (icon != nullptr) button->setIcon(LineIcon(QLatin1String(icon)));
+    button->setToolTip(toolTip);
+    // Enter is for the main action, OK.
+    button->setAutoDefault(false);
+    return button;
+}
+
+QLayout* LogReview::BuildActions() {
+    btnFindMissingData_ = AddButton("btnFindMissingData", QStringLiteral("&Find Next Missing Speed"), "search",
+                                    QStringLiteral("Go to the next row with -1 in column %1").arg(RepairColumn()));
+    btnCalcSpeed_ = AddButton("btnCalcSpeed", QStringLiteral("&Calculate Speed"), "smooth",
+                              QStringLiteral("Fill the gap that begins in the active row, of any length"));
+    btnFindAndFixAll_ = AddButton("btnFindAndFixAll", QStringLiteral("Find and Fix &All Speeds"), "process-runs",
+                                  QStringLiteral("Fill every gap of up to %1 rows").arg(ReviewGrid::MaximumGap));
+    btnDeleteRow_ = AddButton("btnDeleteRow", QStringLiteral("&Delete Row"), "delete", QStringLiteral("Delete"));
+    btnUndo_ = AddButton("btnUndo", QStringLiteral("&Undo"), "undo", QStringLiteral("Ctrl+Z"));
+    btnRedo_ = AddButton("btnRedo", QStringLiteral("&Redo"), "redo", QStringLiteral("Ctrl+Y"));
+    btnExport2Excel_ = AddButton("btnExport2Excel", QStringLiteral("&Export"), "export-spreadsheet",
+                                 QLatin1String(ScreenOf(kind_).ExportTip));
+    btnExportAs_ = AddButton("btnExportAs", QStringLiteral("E&xport As..."), nullptr,
+                             QStringLiteral("Export to a file of another name or kind: .xls, .xlsx or .csv"));
+
+    auto* frame = Named<QGroupBox>(this, "frMissingSpeedOptions", QStringLiteral("Missing Speed Options"));
+    auto* repairs = new QHBoxLayout(frame);
+    for (QPushButton* button : {btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_}) repairs->addWidget(button);
+    auto* rowActions = new QHBoxLayout;
+    for (QPushButton* button : {btnDeleteRow_, btnUndo_, btnRedo_}) rowActions->addWidget(button);
+    auto* exports = new QHBoxLayout;
+    exports->addStretch();
+    for (QPushButton* button : {btnExport2Excel_, btnExportAs_}) exports->addWidget(button);
+    auto* right = new QVBoxLayout;
+    right->addLayout(rowActions);
+    right->addLayout(exports);
+    auto* row = new QHBoxLayout;
+    row->addWidget(frame);
+    row->addStretch();
+    row->addLayout(right);
+    return row;
+}
+
+QLayout* LogReview::BuildFoot() {
+    cmdHelp_ = AddButton("cmdHelp", QStringLiteral("Help"));
+    cmdHelp_->setShortcut(QKeySequence::HelpContents);
+    lblStatus_ = Named<QLabel>(this, "lblStatus");
+    lblStatus_->setAccessibleName(QStringLiteral("What was done"));
+    lblStatus_->setTextFormat(Qt::PlainText);
+    lblStatus_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    prgRepair_ = Named<QProgressBar>(this, "prgRepair");
+    prgRepair_->setAccessibleName(QStringLiteral("Rows searched"));
+    prgRepair_->setTextVisible(false);
+    btnStop_ = AddButton("btnStop", QStringLiteral("&Stop"), "stop",
+                         QStringLiteral("Stop and leave this screen; nothing is written (Esc)"));
+    prgRepair_->hide();
+    btnStop_->hide();
+    BtnOk_ = AddButton("BtnOk", QStringLiteral("OK"), nullptr,
+                       QStringLiteral("Make runs of the rows and write the log back"));
+    BtnOk_->setDefault(true);
+    BtnCancel_ = AddButton("BtnCancel", QStringLiteral("Cancel"));
+
+    auto* row = new QHBoxLayout;
+    row->addWidget(cmdHelp_);
+    row->addWidget(lblStatus_, 1);
+    for (QWidget* control : std::initializer_list<QWidget*>{prgRepair_, btnStop_, BtnOk_, BtnCancel_})
+        row->addWidget(control);
+    return row;
+}
+
+void LogReview::ConnectControls() {
+    MessageBoxes& messages = context_.Messages;
+    const auto onClick = [&](QPushButton* button, auto action) {
+        Connect(button, &QPushButton::clicked, this, messages, action);
+    };
+    onClick(btnFindMissingData_, [this] { FindMissing(); });
+    onClick(btnCalcSpeed_, [this] { CalculateSpeed(); });
+    onClick(btnFindAndFixAll_, [this] { FindAndFixAll(); });
+    onClick(btnStop_, [this] { stopRequested_ = true; });
+    onClick(btnDeleteRow_, [this] { DeleteRow(); });
+    onClick(btnUndo_, [this] { Undo(); });
+    onClick(btnRedo_, [this] { Redo(); });
+    onClick(btnExport2Excel_, [this] { export_.ToXls(); });
+    onClick(btnExportAs_, [this] {
+        const std::string path = export_.ToNamedFile();
+        if (!path.empty()) ShowState(QStringLiteral("Exported to %1").arg(ToQt(path)));
+    });
+    onClick(cmdHelp_, [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::ReviewLog); });
+    onClick(BtnOk_, [this] { MakeRuns(); });
+    onClick(BtnCancel_, [this] { reject(); });
+
+    const auto onKeys = [&](QShortcut* keys, auto action) {
+        Connect(keys, &QShortcut::activated, this, messages, action);
+    };
+    onKeys(new QShortcut(Qt::CTRL | Qt::Key_Z, this), [this] { Undo(); });
+    onKeys(new QShortcut(Qt::CTRL | Qt::Key_Y, this), [this] { Redo(); });
+    onKeys(new QShortcut(Qt::Key_Delete, vaData_, nullptr, nullptr, Qt::WidgetShortcut), [this] { DeleteRow(); });
+}
+
+void LogReview::FindMissing() {
+    const int from = model_.Grid().SearchRow();
+    if (!model_.FindNextMissing())
+        return ShowState(QStringLiteral("From row %1 on no row has -1 in column %2.").arg(from).arg(RepairColumn()));
+    vaData_->ShowFound();
+    ShowState(QStringLiteral("Row %1 has -1 in column %2.").arg(model_.Grid().ActiveRow()).arg(RepairColumn()));
+}
+
+void LogReview::CalculateSpeed() {
+    const int row = model_.Grid().ActiveRow();
+    const int column = ReviewLayoutOf(kind_).RepairColumn;
+    const bool fills = row != 0 && model_.Grid().Number(row, column) == ReviewGrid::Missing;
+    if (!fills) return ShowState(QStringLiteral("Row %1 has no -1 in column %2.").arg(row).arg(RepairColumn()));
+    Change([](ReviewGrid& grid) { grid.CalculateSpeed(); },
+           QStringLiteral("The gap that begins in row %1 is filled.").arg(row));
+}
+
+void LogReview::FindAndFixAll() {
+    SetRepairing(true);
+    bool isDone = false;
+    Guarded(context_.Messages, [&] {
+        model_.Change([&](ReviewGrid& grid) { isDone = grid.FindAndFixAll([this] { return GoesOnAfterEvents(); }); });
+    });
+    SetRepairing(false);
+    if (stopRequested_) return reject();
+    vaData_->ShowActive();
+    vaData_->setFocus();
+    ShowState(isDone ? QStringLiteral("No gap of up to %1 rows is left in column %2.")
+                           .arg(ReviewGrid::MaximumGap)
+                           .arg(RepairColumn())
+                     : QStringLiteral("Not all gaps are filled."));
+}
+
+bool LogReview::GoesOnAfterEvents() {
+    prgRepair_->setValue(model_.Grid().ActiveRow());
+    QApplication::processEvents();
+    return !stopRequested_;
+}
+
+void LogReview::SetRepairing(bool isRepairing) {
+    isRepairing_ = isRepairing;
+    prgRepair_->setRange(0, model_.rowCount());
+    prgRepair_->setVisible(isRepairing);
+    btnStop_->setVisible(isRepairing);
+    if (isRepairing) btnStop_->setFocus();
+    ShowState(isRepairing ? QStringLiteral("Filling gaps...") : QString());
+}
+
+void LogReview::DeleteRow() {
+    const int row = model_.Grid().ActiveRow();
+    if (row != 0) Change([](ReviewGrid& grid) { grid.DeleteRow(); }, QStringLiteral("Row %1 is deleted.").arg(row));
+}
+
+void LogReview::Undo() {
+    if (!isRepairing_ && model_.Grid().CanUndo())
+        Change([](ReviewGrid& grid) { grid.Undo(); }, QStringLiteral("Undone."));
+}
+
+void LogReview::Redo() {
+    if (!isRepairing_ && model_.Grid().CanRedo())
+        Change([](ReviewGrid& grid) { grid.Redo(); }, QStringLiteral("Done again."));
+}
+
+void LogReview::Change(const std::function<void(ReviewGrid&)>& change, const QString& status) {
+    model_.Change(change);
+    vaData_->ShowActive();
+    ShowState(status);
+}
+
+void LogReview::MakeRuns() {
+    const FieldLog edited = model_.Grid().Edited();
+    const std::vector<std::string> tooLong = RunsTooLong(edited);
+    const std::size_t runs = PointsOfRuns(edited).size() - tooLong.size();
+    if (!MayGoOn(tooLong, runs)) return;
+    try {
+        const WaitCursor wait;
+        WriteLogRuns(context_.Files, edited, context_.State.Paths.TempRunsPath, context_.State.Settings);
+    } catch (const RunTimeError& error) {
+        // Runs that are left out end in this error when the others are written; that was agreed to.
+        if (tooLong.empty() || error.Number() != ErrorNumber::Overflow) throw;
+    }
+    WriteLogBack(edited, runs);
+    context_.State.DataFileSelected = true;
+    accept();
+}
+
+bool LogReview::MayGoOn(const std::vector<std::string>& tooLong, std::size_t runs) {
+    std::string text;
+    for (const std::string& line : tooLong) text += line + "\n";
+    if (runs == 0) {
+        text += tooLong.empty() ? "There is no run to make: no row has a run number of 1 or more."
+                                : "Delete the rows whose times are wrong.";
+        context_.Messages.Tell(text, MessageIcon::Warning);
+        return false;
+    }
+    return tooLong.empty() ||
+           context_.Messages.Confirm(text + "Do you want to make the other runs, without what is too long?");
+}
+
+void LogReview::WriteLogBack(const FieldLog& edited, std::size_t runs) {
+    MessageAnswer answer = MessageAnswer::Retry;
+    while (answer == MessageAnswer::Retry) {
+        std::string problem;
+        try {
+            const WaitCursor wait;
+            return WriteFieldLog(context_.Files, edited);
+        } catch (const RunTimeError& error) {
+            problem = error.Message();
+        }
+        answer = context_.Messages.Ask({"The runs were made (" + std::to_string(runs) + ", in " +
+                                            AsFolder(context_.State.Paths.TempRunsPath) +
+                                            "), but the reviewed log could not be written back. It stands as it was "
+                                            "before the review.\n\n" +
+                                            problem +
+                                            "\n\nChoose Retry to write the log again, or Cancel to go on with the "
+                                            "runs alone.",
+                                        MessageButtons::RetryCancel, MessageIcon::Warning});
+    }
+}
+
+void LogReview::done(int result) {
+    if (isRepairing_) {
+        stopRequested_ = true;
+        return;
+    }
+    if (result == Rejected) {
+        const bool losesChanges = !stopRequested_ && model_.Grid().CanUndo();
+        if (losesChanges && !context_.Messages.Confirm("The rows of log: " + logPath_ +
+                                                       "\nhave changed. Do you want to discard the changes?"))
+            return;
+        context_.State.DataFileSelected = false;
+    }
+    QDialog::done(result);
+}
+
+void LogReview::ShowState(const QString& status) {
+    lblStatus_->setText(status);
+    lblStatus_->setAccessibleDescription(status);
+    const bool hasRows = model_.rowCount() > 0 && !isRepairing_;
+    for (QWidget* control :
+         std::initializer_list<QWidget*>{vaData_, btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_, btnDeleteRow_,
+                                         btnExport2Excel_, btnExportAs_})
+        control->setEnabled(hasRows);
+    btnUndo_->setEnabled(!isRepairing_ && model_.Grid().CanUndo());
+    btnRedo_->setEnabled(!isRepairing_ && model_.Grid().CanRedo());
+    for (QWidget* control : {cmdHelp_, BtnOk_, BtnCancel_}) control->setEnabled(!isRepairing_);
+}
+
+QString LogReview::RepairColumn() const {
+    return ToQt(model_.Grid().Column(ReviewLayoutOf(kind_).RepairColumn).Caption);
+}
+
+}  // namespace vantor

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QDialog>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <string>
+#include <vector>
+
+#include "core/AppContext.h"
+#include "gpsobd/forms/ReviewExport.h"
+#include "gpsobd/forms/ReviewTable.h"
+
+class QLayout;
+
+namespace vantor {
+
+/// The review of the chosen log: frmGPSViewData, frmOBDViewData or frmGPSOBDViewData by the log's kind. Shows every
+/// point, repairs missing values, deletes rows, exports the rows and, on OK, makes runs of them in the folder of
+/// temporary runs and writes the log back. DataFileSelected says afterwards whether that was done; it is false, too,
+/// after a log that could not be read, which was told then.
+class LogReview : public QDialog {
+public:
+    LogReview(AppContext& context, LogKind kind);
+
+    /// Rejected at once, without being shown, when the log could not be read.
+    int exec() override;
+    /// Asks before changes are lost. While "Find and Fix All" runs it only requests the stop.
+    void done(int result) override;
+
+private:
+    FieldLog LoadLog();
+    QLayout* BuildHead();
+    QLayout* BuildActions();
+    QLayout* BuildFoot();
+    QPushButton* AddButton(const char* name, const QString& caption, const char* icon = nullptr,
+                           const QString& toolTip = {});
+    void ConnectControls();
+
+    void FindMissing();
+    void CalculateSpeed();
+    void FindAndFixAll();
+    bool GoesOnAfterEvents();
+    void SetRepairing(bool isRepairing);
+    void DeleteRow();
+    void Undo();
+    void Redo();
+    void Change(const std::function<void(ReviewGrid&)>& change, const QString& status);
+
+    void MakeRuns();
+    bool MayGoOn(const std::vector<std::string>& tooLong, std::size_t runs);
+    void WriteLogBack(const FieldLog& edited, std::size_t runs);
+
+    void ShowState(const QString& status);
+    QString RepairColumn() const;
+
+    AppContext& context_;
+    LogKind kind_;
+    bool isLoaded_ = false;
+    bool isRepairing_ = false;
+    bool stopRequested_ = false;
+    QString studyName_;
+    QString studyDate_;
+    std::string logPath_;  ///< empty when no log was chosen
+    ReviewModel model_;
+    ReviewExport export_;
+    ReviewTable* vaData_ = nullptr;
+    QLabel* lblStatus_ = nullptr;
+    QProgressBar* prgRepair_ = nullptr;
+    QPushButton* btnStop_ = nullptr;
+    QPushButton* btnFindMissingData_ = nullptr;
+    QPushButton* btnCalcSpeed_ = nullptr;
+    QPushButton* btnFindAndFixAll_ = nullptr;
+    QPushButton* btnDeleteRow_ = nullptr;
+    QPushButton* btnUndo_ = nullptr;
+    QPushButton* btnRedo_ = nullptr;
+    QPushButton* btnExport2Excel_ = nullptr;
+    QPushButton* btnExportAs_ = nullptr;
+    QPushButton* cmdHelp_ = nullptr;
+    QPushButton* BtnOk_ = nullptr;
+    QPushButton* BtnCancel_ = nullptr;
+};
+
+}  // namespace vantor

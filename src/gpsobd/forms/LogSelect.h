@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <string>
+
+#include "core/AppContext.h"
+#include "core/forms/FolderTree.h"
+#include "core/forms/Table.h"
+#include "gpsobd/LogKinds.h"
+#include "gpsobd/forms/LogListing.h"
+
+namespace vantor {
+
+/// The selection screen of a kind of logs, under the name of that kind's form. The choice stands in the state:
+/// DataFileSelected with SelectedDataFolder, SelectedDataFile (empty where no file is listed), SelectedDataExt and
+/// SelectedDataIsPdb. Any way out but Select clears DataFileSelected. The logs are listed, and the screens of the
+/// handhelds offer to copy one from the device, when the screen is first shown.
+class LogSelect : public QDialog {
+public:
+    LogSelect(AppContext& context, LogKind kind);
+    void reject() override;
+    void done(int result) override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    QWidget* BuildFolders();
+    QWidget* BuildLogs();
+    void SetColumnWidths();
+    QLayout* BuildButtons();
+    void ConnectControls();
+
+    void Load();
+    void OfferCopy();
+    void DelayXMsec(std::int16_t milliseconds);
+    void OpenFieldDataFolder();
+    void ListFolder(const std::string& folder);
+    void AddLog(const std::string& fileName);
+    void ShowLog(const ListedLog& log);
+    void SetSummary(int row, const LogSummary& summary);
+    void SetNote(int row, const QString& note);
+    void ShowNote();
+    LogColumn ColumnAt(int column) const;
+    int SelectedRow() const;
+    const LogFileType& FileTypeAt(int row) const;
+    void Select();
+
+    AppContext& context_;
+    const LogScreen& screen_;
+    LogListing listing_;
+    FolderTree* tree_ = nullptr;
+    Table* grid_ = nullptr;
+    QLabel* lblNote_ = nullptr;
+    QLabel* lblProgress_ = nullptr;
+    QPushButton* BtnSelect_ = nullptr;
+    QPushButton* BtnCancel_ = nullptr;
+    QPushButton* cmdHelp_ = nullptr;
+    QString emptyText_;
+    bool isLoaded_ = false;
+};
+
+}  // namespace vantor

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+#include "core/AppContext.h"
+#include "gpsobd/ReviewGrid.h"
+
+namespace vantor {
+
+/// Export of a review grid, in the order of the grid, to files beside the chosen log or where the user says.
+class ReviewExport {
+public:
+    ReviewExport(AppContext& context, const ReviewGrid& grid) : context_(context), grid_(grid) {}
+
+    /// To an .xls file of the log's name; tells how it ended. Offers an .xlsx file for more rows than one holds.
+    void ToXls() const;
+    /// To a workbook or a CSV file that the user names; its path, empty where none is named.
+    std::string ToNamedFile() const;
+
+private:
+    std::string PathWith(const char* extension) const;
+    void Write(const std::string& path) const;
+
+    AppContext& context_;
+    const ReviewGrid& grid_;
+};
+
+}  // namespace vantor

@@ -1,0 +1,83 @@
+#include "gpsobd/forms/ReviewTable.h"
+
+#include <QHeaderView>
+#include <QPainter>
+#include <algorithm>
+
+namespace vantor {
+namespace {
+
+/// Pixels beside a head's text, for its margins and the arrow of the sorted column.
+constexpr int SortArrowRoom = 32;
+/// Pixels beside a cell's text, for its margins and the symbol of a computed one.
+constexpr int SymbolRoom = 36;
+/// Rows whose texts the columns are made wide enough for.
+constexpr int SampleRows = 100;
+
+}  // namespace
+
+ReviewTable::ReviewTable(QWidget* parent) : QTableView(parent) {
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+    setAlternatingRowColors(true);
+    setWordWrap(false);
+    setTabKeyNavigation(false);
+    setCornerButtonEnabled(false);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    verticalHeader()->setHighlightSections(false);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSortIndicatorClearable(true);
+    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+}
+
+void ReviewTable::Show(ReviewModel& model) {
+    review_ = &model;
+    setModel(&model);
+    setSortingEnabled(true);
+    FitColumns();
+    ShowActive();
+}
+
+void ReviewTable::SetEmptyText(const QString& text) {
+    emptyText_ = text;
+    viewport()->update();
+}
+
+void ReviewTable::ShowActive() { setCurrentIndex(review_->ActiveIndex()); }
+
+void ReviewTable::ShowFound() {
+    ShowActive();
+    const int top = review_->IsSorted() ? currentIndex().row() : review_->Grid().TopRow() - 1;
+    scrollTo(model()->index(top, currentIndex().column()), QAbstractItemView::PositionAtTop);
+}
+
+void ReviewTable::FitColumns() {
+    const int step = std::max(1, review_->rowCount() / SampleRows);
+    for (int column = 0; column < review_->columnCount(); ++column) {
+        const QString head = review_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        int width = horizontalHeader()->fontMetrics().horizontalAdvance(head) + SortArrowRoom;
+        for (int row = 0; row < review_->rowCount(); row += step) {
+            const QString text = review_->data(review_->index(row, column), Qt::DisplayRole).toString();
+            width = std::max(width, fontMetrics().horizontalAdvance(text) + SymbolRoom);
+        }
+        setColumnWidth(column, width);
+    }
+}
+
+void ReviewTable::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (review_ == nullptr || review_->rowCount() > 0) return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
+}
+
+void ReviewTable::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    review_->SetActive(current);
+}
+
+}  // namespace vantor

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QTableView>
+
+#include "gpsobd/forms/ReviewModel.h"
+
+namespace vantor {
+
+/// The grid of a review screen. Rows of one height and columns as wide as their heads and a sample of their cells, so
+/// that a log of any length shows and scrolls at once. The current cell is the active one of the grid.
+class ReviewTable : public QTableView {
+public:
+    explicit ReviewTable(QWidget* parent);
+
+    /// Shows a model that lives as long as this.
+    void Show(ReviewModel& model);
+    /// What stands in an empty grid's place.
+    void SetEmptyText(const QString& text);
+    /// Makes the active cell of the grid the current one and brings it into view.
+    void ShowActive();
+    /// The same for a cell that was searched for: three rows before it stay in view.
+    void ShowFound();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+
+private:
+    void FitColumns();
+
+    ReviewModel* review_ = nullptr;
+    QString emptyText_;
+};
+
+}  // namespace vantor

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QCursor>
+#include <QGuiApplication>
+
+namespace vantor {
+
+/// Shows the wait cursor for as long as it lives.
+class WaitCursor {
+public:
+    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
+}  // namespace vantor

@@ -1,0 +1,204 @@
+#include "analysis/DelayChart.h"
+
+#include <gmock/gmock.h>
+
+#include "fakes/RecordingCanvas.h"
+#include "fakes/ThrowsError.h"
+
+namespace vantor {
+namespace {
+
+DelaySeries SeriesOf(const std::vector<std::int32_t>& delays) {
+    DelaySeries series;
+    for (const std::int32_t delay : delays) series.Append("NB-" + std::to_string(series.RunCount() + 1), delay);
+    return series;
+}
+
+TEST(DelaySeriesTest, AxisEndsAtTensAroundTheDelays) {
+    struct {
+        std::vector<std::int32_t> Delays;
+        int YMax;
+        int YMin;
+    } const cases[] = {
+        {{}, 10, 0},      {{0, 0}, 10, 0},        {{9}, 10, 0},        {{10}, 20, 0},
+        {{20, 3}, 30, 0}, {{40}, 50, 0},          {{-5}, 10, -10},     {{-10}, 10, -10},
+        {{-11}, 10, -20}, {{7, -1, 12}, 20, -10}, {{32759}, 32760, 0}, {{-32760}, 10, -32760},
+    };
+    for (const auto& expected : cases) {
+        const DelaySeries series = SeriesOf(expected.Delays);
+        EXPECT_EQ(series.YMax(), expected.YMax) << testing::PrintToString(expected.Delays);
+        EXPECT_EQ(series.YMin(), expected.YMin) << testing::PrintToString(expected.Delays);
+    }
+    EXPECT_ERROR(Overflow, SeriesOf({32760}).YMax());
+    EXPECT_ERROR(Overflow, SeriesOf({-32761}).YMin());
+    EXPECT_ERROR(Overflow, SeriesOf({32768}));
+    EXPECT_ERROR(Overflow, SeriesOf({-32769}));
+}
+
+TEST(DelaySeriesTest, AveragesRunsSoFarFromA32BitSum) {
+    Study study;
+    for (const std::int32_t delay : {20, 0, -6}) {
+        StudyRunEntry entry;
+        entry.EntryRunName = " NB-" + std::to_string(delay) + "  ";
+        entry.ControlDelay = delay;
+        study.Entries.Append(entry);
+    }
+    study.Record.RunCount = 3;
+    const DelaySeries series(study);
+    EXPECT_EQ(series.Runs()[3].Name, "NB--6");
+    EXPECT_DOUBLE_EQ(series.Runs()[1].RunningAverage, 20);
+    EXPECT_DOUBLE_EQ(series.Runs()[2].RunningAverage, 10);
+    EXPECT_DOUBLE_EQ(series.Runs()[3].RunningAverage, 14.0 / 3);
+
+    // 65538 * 32767 = 2147483646
+    DelaySeries highest = SeriesOf(std::vector<std::int32_t>(65538, 32767));
+    EXPECT_DOUBLE_EQ(highest.Runs()[65538].RunningAverage, 32767);
+    EXPECT_ERROR(Overflow, highest.Append("NB", 2));
+    highest.Append("NB", 1);
+}
+
+TEST(DelayScaleTest, SpreadsRunsWithAFreeStepAtEachEnd) {
+    const DelayScale two({50, 350, 300, 0}, SeriesOf({1, 2}));
+    EXPECT_EQ(two.XStep(), 100);
+    EXPECT_EQ(two.XOf(1), 150);
+    EXPECT_EQ(two.XOf(2), 250);
+    EXPECT_EQ(DelayScale({50, 350, 300, 0}, {}).XStep(), 300);
+
+    // Halves go to the even unit.
+    const DelayScale nine({0, 25, 300, 0}, SeriesOf(std::vector<std::int32_t>(9)));
+    EXPECT_EQ(nine.XOf(1), 2);
+    EXPECT_EQ(nine.XOf(3), 8);
+    EXPECT_EQ(nine.XOf(5), 12);
+    // In single precision 7 / 6 is a little less, so that three steps are less than 3.5.
+    EXPECT_EQ(DelayScale({0, 7, 300, 0}, SeriesOf(std::vector<std::int32_t>(5))).XOf(3), 3);
+    EXPECT_ERROR(Overflow, DelayScale({32000, 32767, 300, 0}, {}).XOf(2));
+}
+
+TEST(DelayScaleTest, PlacesDelaysAndAverages) {
+    const DelayScale scale({0, 100, 305, 0}, SeriesOf({1, 3}));
+    EXPECT_EQ(scale.YScale(), 30.5F);
+    EXPECT_EQ(scale.ValueStep(), 1);
+    EXPECT_EQ(scale.WindowStep(), 30);  // of 30.5
+    EXPECT_EQ(DelayScale({0, 100, 315, 0}, {}).WindowStep(), 32);
+    EXPECT_EQ(scale.YOfDelay(0), 305);
+    EXPECT_EQ(scale.YOfDelay(1), 274);  // 274.5
+    EXPECT_EQ(scale.YOfDelay(3), 214);  // 213.5
+    EXPECT_EQ(scale.YOfDelay(-2), 305);
+    EXPECT_EQ(scale.YOfAverage(-2), 366);
+    EXPECT_EQ(scale.YOfAverage(10), 0);
+
+    const DelayScale steep({0, 100, 300, 0}, SeriesOf({-1083}));
+    EXPECT_EQ(steep.YOfDelay(-1082), 300) << "at 32760 before it is lifted to the baseline";
+    EXPECT_ERROR(Overflow, steep.YOfDelay(-1083));
+    EXPECT_EQ(DelayScale({0, 100, 300, 0}, SeriesOf({245})).ValueStep(), 25);
+}
+
+class DelayChartDrawingTest : public testing::Test {
+protected:
+    /// With figures of 5 by 12 this box has its plot area from 20 to 320 and from 23 down to 323.
+    void Draw(const std::vector<std::int32_t>& delays, CanvasBox box = {0, 0, 330, 357}) {
+        Canvas = {};
+        DelayChartStyle style;
+        style.TextSize = 10;
+        style.HasLegend = false;
+        DrawDelayChart(Canvas, box, SeriesOf(delays), style);
+    }
+
+    std::string Dots() const {
+        std::string found;
+        for (const auto& dot : Canvas.Dots) {
+            EXPECT_EQ(dot.Diameter, 6);
+            found += dot.Ink == Colour{255, 0, 0} ? "red" : dot.Ink == Colour{0, 0x80, 0xC0} ? "blue" : "?";
+            found += PointText(dot.Centre) + " ";
+        }
+        return found;
+    }
+
+    std::string AverageLine() const {
+        std::string found;
+        for (const auto& line : Canvas.Lines)
+            if (line.Style.Ink == Colour{0, 0, 0} && line.Style.Width == 2)
+                found += PointText(line.Points[0]) + "-" + PointText(line.Points[1]) + " ";
+        return found;
+    }
+
+    static std::string PointText(CanvasPoint point) {
+        return "(" + std::to_string(static_cast<int>(point.X)) + "," + std::to_string(static_cast<int>(point.Y)) + ")";
+    }
+
+    bool Shows(const std::string& text) const {
+        return std::any_of(Canvas.Texts.begin(), Canvas.Texts.end(),
+                           [&](const RecordingCanvas::Text& shown) { return shown.Shown == text; });
+    }
+
+    RecordingCanvas Canvas;
+};
+
+TEST_F(DelayChartDrawingTest, DrawsDelaysThenTheAverageFromTheSecondRun) {
+    Draw({20, 0, -6, 26});
+    EXPECT_EQ(Dots(), "red(80,123) red(140,323) red(200,323) red(260,63) blue(200,276) blue(260,223) ");
+    EXPECT_EQ(AverageLine(), "(140,223)-(200,276) (200,276)-(260,223) ");
+    EXPECT_TRUE(Shows("Negative delays are drawn at 0."));
+
+    Draw({-6, -6, -6});
+    EXPECT_EQ(Dots(), "red(95,210) red(170,210) red(245,210) blue(245,318) ")
+        << "averages are not lifted, they get room: 300 / 1.6 above the baseline, the rest below";
+
+    Draw({26, 2});
+    EXPECT_EQ(Dots(), "red(120,63) red(220,303) ");
+    EXPECT_EQ(AverageLine(), "");
+    EXPECT_FALSE(Shows("Negative delays are drawn at 0."));
+
+    Draw({});
+    EXPECT_EQ(Dots(), "");
+    EXPECT_TRUE(Shows("The study has no runs yet."));
+}
+
+TEST_F(DelayChartDrawingTest, AxisValuesStandAtTheirStepsAndNeverOverlap) {
+    Draw({26, 2});
+    std::map<std::string, double> middles;
+    for (const auto& text : Canvas.Texts) middles[text.Shown] = text.Box.Y + text.Box.Height / 2;
+    EXPECT_EQ(middles["0"], 323);
+    EXPECT_EQ(middles["3"], 293);
+    EXPECT_EQ(middles["30"], 23);
+
+    for (const int runs : {1, 3, 40, 200, 5000})
+        for (const double height : {120.0, 357.0}) {
+            SCOPED_TRACE(std::to_string(runs) + " runs, " + std::to_string(height));
+            Draw(std::vector<std::int32_t>(static_cast<std::size_t>(runs), 31000), {0, 0, 330, height});
+            EXPECT_FALSE(Canvas.Texts.empty());
+            for (std::size_t i = 0; i < Canvas.Texts.size(); ++i) {
+                const CanvasBox& one = Canvas.Texts[i].Box;
+                EXPECT_TRUE(one.X >= 0 && one.Y >= 0 && one.X + one.Width <= 330 && one.Y + one.Height <= height)
+                    << Canvas.Texts[i].Shown;
+                EXPECT_LE(Canvas.TextWidth(Canvas.Texts[i].Shown, Canvas.Texts[i].Style), one.Width);
+                for (std::size_t k = 0; k < i; ++k) {
+                    const CanvasBox& other = Canvas.Texts[k].Box;
+                    const bool isApart = one.X >= other.X + other.Width || other.X >= one.X + one.Width ||
+                                         one.Y >= other.Y + other.Height || other.Y >= one.Y + one.Height;
+                    EXPECT_TRUE(isApart) << Canvas.Texts[i].Shown << " and " << Canvas.Texts[k].Shown;
+                }
+            }
+        }
+}
+
+TEST(DelayChartTest, FindsTheRunOfAPoint) {
+    const DelaySeries series = SeriesOf({20, 0, -6, 26});
+    const DelayScale scale({20, 320, 322, 22}, series);
+    EXPECT_EQ(DelayRunNear(series, scale, {82, 119}, 6), 1);
+    EXPECT_EQ(DelayRunNear(series, scale, {200, 277}, 6), 3) << "its average";
+    EXPECT_EQ(DelayRunNear(series, scale, {140, 222}, 6), 0) << "the second average has no point";
+    EXPECT_EQ(DelayRunNear(series, scale, {145, 322}, 100), 2);
+}
+
+TEST(DelayChartTest, WritesValuesAsATable) {
+    EXPECT_EQ(TabSeparatedText(DelaySheet(SeriesOf({20, -21, 0}))),
+              "Run\tRun Name\tControl Delay (s)\tRunning Avg. (s)\n"
+              "1\tNB-1\t20\t20.0\n2\tNB-2\t-21\t-0.5\n3\tNB-3\t0\t-0.3\n");
+    EXPECT_EQ(SecondsText(0.25), "0.2");
+    EXPECT_EQ(SecondsText(-0.75), "-0.8");
+    EXPECT_EQ(SecondsText(-0.01), "0.0");
+}
+
+}  // namespace
+}  // namespace vantor

@@ -1,0 +1,251 @@
+#include "analysis/modReports.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "analysis/ReportStudies.h"
+#include "core/Settings.h"
+#include "fakes/MemoryFileSystem.h"
+#include "fakes/RecordingCanvas.h"
+
+namespace vantor {
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+const std::string Folder = "/start/Main NB/";
+
+class modReportsTest : public testing::Test {
+protected:
+    modReportsTest() {
+        Files.CreateFolder(Folder);
+        TheStudy = PutReportedStudy(Files, Folder, 3);
+        Settings.SpeedFactor = static_cast<float>(3600.0 / FeetPerMile);
+        Settings.ReportHeading[1] = "City of Springfield";
+        Settings.ReportHeading[3] = "Traffic Division";
+        Settings.ShowPageNumbers = -1;
+        Settings.ShowRunNamesOnStats = -1;
+    }
+
+    ReportData Load() { return LoadReportData(TheStudy, Settings, Files, Folder, DateOf(2008, 4, 1)); }
+
+    const std::vector<RecordingCanvas>& Print(std::array<bool, 4> reports = {true, true, true, true},
+                                              Paper paper = Paper::Letter, bool isLandscape = false) {
+        Writer.Pdf(MakeReport(Load(), {reports, paper, isLandscape}, Writer.Measure()));
+        return Writer.Pages;
+    }
+
+    std::vector<std::string> Texts() const {
+        std::vector<std::string> texts;
+        for (const RecordingCanvas& page : Writer.Pages)
+            for (const auto& text : page.Texts) texts.push_back(text.Shown);
+        return texts;
+    }
+    /// The texts of the table row that begins with this one.
+    std::vector<std::string> RowOf(const std::string& first) const {
+        for (const RecordingCanvas& page : Writer.Pages) {
+            for (const auto& begin : page.Texts) {
+                if (begin.Shown != first || begin.Style.Size != 8) continue;
+                std::vector<std::string> row;
+                for (const auto& text : page.Texts)
+                    if (text.Box.Y == begin.Box.Y && text.Style.Size == 8) row.push_back(text.Shown);
+                return row;
+            }
+        }
+        return {};
+    }
+
+    MemoryFileSystem Files;
+    AppSettings Settings;
+    Study TheStudy;
+    FakeDocumentWriter Writer;
+};
+
+constexpr std::array<bool, 4> Summary = {true, false, false, false};
+constexpr std::array<bool, 4> Statistics = {false, true, false, false};
+constexpr std::array<bool, 4> Profiles = {false, false, true, false};
+
+TEST_F(modReportsTest, SummaryTellsTheStudyItsResultsAndEveryRun) {
+    TheStudy.Entries[2].CDEndDist = 0;
+    TheStudy.Entries[3].IdealSpeedUser = 35;
+    Print(Summary);
+    EXPECT_THAT(Texts(), AllOf(Contains("City of Springfield"), Contains("Traffic Division"), Contains("Main Street"),
+                               Contains("SB").Times(0), Contains("EB"), Contains("Rain"), Contains("Main NB"),
+                               Contains("24 s"), Contains("2 of 3"), Contains("Printed 04/01/08 00:00")));
+    EXPECT_THAT(RowOf("1"),
+                ElementsAre("1", "NB-1", "03/14/08", "07:30", "Primary", "300", "2000", "30", "24", "C", "Counted"));
+    EXPECT_THAT(RowOf("2"),
+                ElementsAre("2", "NB-2", "03/14/08", "07:30", "Primary", "300", "–", "–", "–", "–", "Not counted"));
+    EXPECT_EQ(RowOf("3").at(7), "* 35");
+    EXPECT_THAT(Texts(), Not(Contains("Average Stop Delay")));
+
+    Settings.EnableStopDelay = -1;
+    Settings.MetricUnits = -1;
+    Settings.StopSpeedThreshold = 5;
+    Print(Summary);
+    // A metre is 5280 / 1609 feet.
+    EXPECT_THAT(RowOf("1"),
+                ElementsAre("1", "NB-1", "03/14/08", "07:30", "Primary", "91", "609", "48", "24", "C", "5", "Counted"));
+    EXPECT_THAT(Texts(), AllOf(Contains("Average Stop Delay"), Contains("5 s"), Contains("4.8"), Contains("8 KPH"),
+                               Contains(testing::HasSubstr("(m)")), Not(Contains(testing::HasSubstr("(ft)")))));
+}
+
+TEST_F(modReportsTest, StatisticsGoSectionBySectionInDisplayUnits) {
+    Print(Statistics);
+    EXPECT_THAT(RowOf("2"), ElementsAre("2", "Oak", "Node 2", "660", "20", "15", "5", "1", "30.0", "5"));
+    EXPECT_THAT(RowOf("Total"), ElementsAre("Total", "[Start]", "[End]", "2420", "60", "55", "5", "1", "30.0", "5"));
+    EXPECT_THAT(Texts(), Contains("Run 2   NB-2"));
+    Settings.ShowRunNamesOnStats = 0;
+    Settings.MetricUnits = -1;
+    Print(Statistics);
+    EXPECT_THAT(Texts(), AllOf(Contains("Run 2"), Not(Contains(testing::HasSubstr("NB-2")))));
+    EXPECT_EQ(RowOf("1").at(3), "268");
+    EXPECT_EQ(RowOf("1").at(8), "48.3");
+}
+
+TEST_F(modReportsTest, PageNumbersStandOnlyWhereTheyAreWanted) {
+    EXPECT_EQ(Print().size(), 4u);
+    EXPECT_THAT(Texts(), AllOf(Contains("Page 1 of 4"), Contains("Page 4 of 4")));
+    Settings.ShowPageNumbers = 0;
+    Print();
+    EXPECT_THAT(Texts(), Not(Contains(testing::StartsWith("Page "))));
+}
+
+TEST_F(modReportsTest, ProfilesMarkNodesAndBoundaries) {
+    const RecordingCanvas page = Print(Profiles).at(0);
+    ASSERT_EQ(page.Polylines.size(), 3u);
+    const auto& trace = page.Polylines[0].Points;
+    ASSERT_EQ(trace.size(), 60u);
+    // The plot is as wide as the page without its margins and the scale at the left; the run ends at its right edge.
+    const double left = 50 + 24;
+    const double width = 612 - 2 * 50 - 24;
+    EXPECT_NEAR(trace[0].X, left + 44.0 / 2420 * width, 1e-6);
+    EXPECT_NEAR(trace[59].X, left + width, 1e-6);
+    const auto upright = [&](double feet) {
+        const double x = left + feet / 2420 * width;
+        return std::count_if(page.Lines.begin(), page.Lines.end(), [&](const RecordingCanvas::Line& line) {
+            return std::abs(line.Points[0].X - x) < 1e-6 && line.Points[0].X == line.Points[1].X;
+        });
+    };
+    for (const double feet : {880.0, 1540.0, 300.0}) EXPECT_EQ(upright(feet), 3) << feet;
+    EXPECT_EQ(upright(2000), 6) << "a boundary and a mark of the scale";
+    EXPECT_THAT(Texts(), AllOf(Contains("Oak").Times(3), Contains("Node 2").Times(3), Contains("Start 300").Times(3),
+                               Contains("Distance from start of run (ft)"), Contains("MPH")));
+    // 30 MPH, with room for a tenth more: the axis ends at 35.
+    const double bottom = trace[30].Y;  // at rest
+    const auto top = std::find_if(page.Lines.begin(), page.Lines.end(), [&](const RecordingCanvas::Line& line) {
+        return line.Points[0].Y == line.Points[1].Y && line.Points[0].X == left && line.Points[0].Y < trace[0].Y - 1;
+    });
+    ASSERT_NE(top, page.Lines.end());
+    EXPECT_NEAR((bottom - trace[0].Y) / (bottom - top->Points[0].Y), 30.0 / 35, 1e-3);
+}
+
+TEST_F(modReportsTest, LongProfilesAreReducedWithoutLosingTheirExtremes) {
+    RunRecord run;
+    run.Header.CalConstant = 1000;
+    run.Header.SampleCount = 32767;
+    for (int i = 1; i <= 32767; ++i)
+        run.SampleValues.Append(static_cast<std::int16_t>(i == 20000 ? 200 : i == 10000 ? 0 : 40 + i % 5));
+    const ReportProfile profile = MakeReportProfile(run, Settings);
+    EXPECT_LE(profile.Points.size(), 4u * 801);
+    const auto [slowest, fastest] = std::minmax_element(profile.Points.begin(), profile.Points.end(),
+                                                        [](auto& a, auto& b) { return a.Speed < b.Speed; });
+    EXPECT_EQ(slowest->Speed, 0.0F);
+    EXPECT_NEAR(fastest->Speed, 200 * 0.6818182, 1e-3);
+    EXPECT_NEAR(fastest->X / profile.Feet, 20000.0 / 32767, 0.01);
+    for (const auto& [length, most, step] :
+         {std::tuple(100.0, 10, 10), std::tuple(101.0, 10, 20), std::tuple(7919.0, 10, 1000), std::tuple(0.0, 5, 1),
+          std::tuple(2147483647.0, 10, 500000000)})
+        EXPECT_EQ(RoundStep(length, most), step) << length;
+}
+
+TEST_F(modReportsTest, RunsThatCannotBeReadAreNamedAndTheOthersPrinted) {
+    Files.Delete(Folder + "NB-1.rd2");
+    auto bytes = Files.Bytes(Folder + "NB-2.rd2").value();
+    bytes[53] = std::byte{0x7F};  // its count of samples
+    Files.Put(Folder + "NB-2.rd2", bytes);
+    EXPECT_THAT(Load().Problems, ElementsAre("Missing Run File: NB-1",
+                                             testing::StartsWith("Damaged Run File: NB-2\nRun-time error '6'")));
+    Print();
+    EXPECT_EQ(RowOf("1").back(), "Missing Run File");
+    EXPECT_EQ(RowOf("2").back(), "Damaged Run File");
+    EXPECT_THAT(Texts(), AllOf(Contains("Missing Run File").Times(3), Contains("Run 3   NB-3").Times(2)));
+    // The damaged one's header can be read: it counts, as in the run list.
+    EXPECT_THAT(Texts(), Contains("2 of 3"));
+
+    TheStudy = {};
+    EXPECT_EQ(Print().size(), 1u);
+    EXPECT_THAT(Texts(), Contains("This study has no runs."));
+    Print({false, false, false, false});
+    EXPECT_THAT(Writer.Pages, IsEmpty());
+}
+
+/// A study with everything that takes room.
+void MakeItHard(Study& study, AppSettings& settings, FileSystem& files) {
+    settings.EnableStopDelay = -1;
+    for (int line = 1; line <= 3; ++line) settings.ReportHeading[line] = std::string(64, 'W');
+    study = PutReportedStudy(files, Folder, 40);
+    study.Record.StudyName = std::string(32, 'W');
+    study.Record.StreetName = std::string(40, 'W');
+    study.Record.StudyNotes = std::string(128, 'W');
+    const std::string longName(32, 'W');
+    RunRecord run = ReportedRun();
+    run.SampleValues.Clear();
+    for (int i = 0; i < 400; ++i) run.SampleValues.Append(static_cast<std::int16_t>(i % 5 == 0 ? NodeFlag | 30 : 20));
+    for (int key = 9; key <= 32; ++key) run.SampleValues[key * 10 + 2] = static_cast<std::int16_t>(key << 8);
+    run.Header.SampleCount = 400;
+    run.RunSamples.ResizeTo(400);
+    DecodeNewRun(run);
+    for (int node = 0; node < 80; ++node) run.Header.SectionName[node] = longName;
+    for (int key = 1; key <= KeySlots; ++key)
+        run.Header.ButtonLabel[key] = "Waiting for the bus no. " + std::to_string(key);
+    for (const int i : {1, 20, 40}) {
+        WriteRunFile(files, run, Folder, longName.substr(1) + std::to_string(i % 10));
+        study.Entries[i].EntryRunName = longName.substr(1) + std::to_string(i % 10);
+        study.Entries[i].ControlDelay = -2000000;
+        study.Entries[i].StopDelay = 2000000;
+    }
+}
+
+TEST_F(modReportsTest, NothingLeavesThePageOrItsColumnAndNoHeadingEndsAPage) {
+    MakeItHard(TheStudy, Settings, Files);
+    for (const Paper paper : {Paper::Letter, Paper::A4}) {
+        for (const bool isLandscape : {false, true}) {
+            Print({true, true, true, true}, paper, isLandscape);
+            const CanvasSize size = PageSizeOf(paper, isLandscape);
+            const auto isInside = [&](const CanvasBox& box) {
+                constexpr double Edge = 36;
+                return box.X >= Edge && box.Y >= Edge && box.X + box.Width <= size.Width - Edge &&
+                       box.Y + box.Height <= size.Height - Edge;
+            };
+            for (const RecordingCanvas& page : Writer.Pages) {
+                for (const auto& text : page.Texts) {
+                    EXPECT_TRUE(isInside(text.Box)) << text.Shown;
+                    if (text.Style.Size == 8 && text.Box.Y < size.Height - 60 && text.Box.Y > 50) {
+                        EXPECT_LE(PlainMeasure().TextWidth(text.Shown, text.Style), text.Box.Width + 0.1) << text.Shown;
+                    }
+                }
+                for (const auto* lines : {&page.Lines, &page.Polylines})
+                    for (const auto& line : *lines)
+                        for (const CanvasPoint& point : line.Points) EXPECT_TRUE(isInside({point.X, point.Y, 0, 0}));
+                double lowest = 0;
+                double lowestHeading = 0;
+                for (const auto& text : page.Texts) {
+                    if (text.Box.Y > size.Height - 60) continue;
+                    lowest = std::max(lowest, text.Box.Y);
+                    if (text.Style.Size == 10) lowestHeading = std::max(lowestHeading, text.Box.Y);
+                }
+                EXPECT_LT(lowestHeading + 8, lowest);
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace vantor
