@@ -4,23 +4,13 @@
 #include <algorithm>
 #include <optional>
 
+#include "bench/NeedApplication.h"
 #include "core/Settings.h"
 #include "editing/SpeedProfile.h"
 #include "editing/forms/SpeedProfilePlot.h"
 
 namespace vantor {
 namespace {
-
-/// Painting needs an application; this one lives until the process ends.
-void NeedApplication() {
-    static int argumentCount = 1;
-    static char name[] = "bench";
-    static char* arguments[] = {name, nullptr};
-    [[maybe_unused]] static const auto* application = [] {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        return new QApplication(argumentCount, arguments);
-    }();
-}
 
 /// The longest run there can be: nine hours of stop and go with some noise, nodes and keys on the way.
 RunRecord LongestRun() {

@@ -1,23 +1,12 @@
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
-
+#include "bench/NeedApplication.h"
 #include "core/Settings.h"
 #include "editing/SensorEdits.h"
 #include "editing/forms/SensorPlot.h"
 
 namespace vantor {
 namespace {
-
-/// Painting needs an application; one that another benchmark made lives until the process ends.
-void NeedApplication() {
-    if (QApplication::instance() != nullptr) return;
-    static int argumentCount = 1;
-    static char name[] = "bench";
-    static char* arguments[] = {name, nullptr};
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    new QApplication(argumentCount, arguments);
-}
 
 /// The longest run there can be, all noise, with nodes and keys on the way.
 RunRecord NoisyRun() {

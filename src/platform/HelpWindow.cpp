@@ -219,6 +219,9 @@ void HelpWindow::OpenFound(const QListWidgetItem* item) {
 
 void HelpWindow::ShowPlaceInContents() {
     QHelpContentWidget* contents = book_.Engine().contentWidget();
+    // Several entries may lead to places of one page: the chosen one stays chosen.
+    const auto* chosen = book_.Engine().contentModel()->contentItemAt(contents->currentIndex());
+    if (chosen != nullptr && chosen->url().matches(txtPage_->source(), QUrl::RemoveFragment)) return;
     const QModelIndex place = contents->indexOf(txtPage_->source());
     if (place.isValid()) contents->setCurrentIndex(place);
 }

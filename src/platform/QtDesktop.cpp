@@ -15,6 +15,7 @@
 #include <QUrl>
 #include <algorithm>
 
+#include "core/Paths.h"
 #include "core/RunTimeError.h"
 #include "core/forms/Named.h"
 #include "platform/HelpWindow.h"
@@ -93,8 +94,16 @@ std::string QtDesktop::ChooseFileToSave(const std::string& start, const std::str
     const auto useSuffix = [&](const QString& filter) {
         dialog.setDefaultSuffix(ToQt(kinds.at(static_cast<std::size_t>(filters.indexOf(filter))).Extension));
     };
-    useSuffix(filters.constFirst());
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, useSuffix);
+    const auto proposed =
+        std::ranges::find_if(kinds, [&](const FileKind& kind) { return HasExtension(start, kind.Extension); });
+    const QString filter = filters.at(proposed == kinds.end() ? 0 : proposed - kinds.begin());
+    dialog.selectNameFilter(filter);
+    useSuffix(filter);
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& chosen) {
+        const QFileInfo named(dialog.selectedFiles().value(0));
+        useSuffix(chosen);
+        dialog.selectFile(named.completeBaseName() + QLatin1Char('.') + dialog.defaultSuffix());
+    });
     const QFileInfo proposal(ToQt(start));
     dialog.setDirectory(proposal.path());
     dialog.selectFile(proposal.fileName());

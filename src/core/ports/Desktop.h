@@ -28,9 +28,9 @@ public:
     virtual void OpenHelp(const std::string& helpFile, int context) = 0;
     /// Lets the user choose an existing folder, beginning at `start`; empty when none was chosen.
     virtual std::string ChooseFolder(const std::string& start) = 0;
-    /// Lets the user name a file to write of one of these kinds, beginning at the path `start`; empty when none was
-    /// named. A name without an extension gets that of the chosen kind, the first one at the beginning. A file that
-    /// exists is returned after the user agreed to replace it.
+    /// Lets the user name a file to write of one of these kinds, beginning at the path `start` and its kind; empty when
+    /// none was named. A name without an extension gets that of the chosen kind, and another choice changes it. A file
+    /// that exists is returned after the user agreed to replace it.
     virtual std::string ChooseFileToSave(const std::string& start, const std::string& title,
                                          const std::vector<FileKind>& kinds) = 0;
     /// Lets the user choose an existing file with one of the `extensions` (".rd2"), beginning at the folder `start`;

@@ -1,0 +1,72 @@
+#include <benchmark/benchmark.h>
+
+#include <QScrollBar>
+
+#include "bench/NeedApplication.h"
+#include "gpsobd/forms/ReviewTable.h"
+
+namespace vantor {
+namespace {
+
+constexpr int SpeedColumn = 5;
+
+/// 100,000 points, one a second, each tenth without a speed.
+FieldLog LongLog() {
+    FieldLog log = NewFieldLog(LogKind::GpsLaptop, "bench.gd2");
+    log.Points.resize(100000);
+    for (std::size_t i = 0; i < log.Points.size(); ++i) {
+        GpsPoint& point = log.Points[i].Gps;
+        point.RunNumber = static_cast<std::int16_t>(1 + i / 3600);
+        point.DateTime = {37755 + static_cast<double>(i + 1) / 86400};
+        point.Speed = i % 10 == 0 ? -1.F : static_cast<float>(i * 7919 % 4500) / 100;
+    }
+    return log;
+}
+
+/// A review screen's table of 100,000 rows.
+struct LongReview {
+    ReviewModel Model{LongLog(), nullptr};
+    ReviewTable Table{nullptr};
+
+    LongReview() {
+        Table.resize(1200, 700);
+        Table.Show(Model);
+        Table.show();
+        QApplication::processEvents();
+    }
+};
+
+void ReviewOpens(benchmark::State& state) {
+    NeedApplication();
+    for (auto _ : state) {
+        LongReview review;
+        benchmark::DoNotOptimize(review.Model.rowCount());
+    }
+}
+BENCHMARK(ReviewOpens)->Unit(benchmark::kMillisecond);
+
+void ReviewScrollsAPage(benchmark::State& state) {
+    NeedApplication();
+    LongReview review;
+    QScrollBar* bar = review.Table.verticalScrollBar();
+    for (auto _ : state) {
+        bar->setValue(bar->value() + 997 > bar->maximum() ? 0 : bar->value() + 997);
+        review.Table.repaint();
+    }
+}
+BENCHMARK(ReviewScrollsAPage)->Unit(benchmark::kMillisecond);
+
+void ReviewSorts(benchmark::State& state) {
+    NeedApplication();
+    LongReview review;
+    bool ascends = true;
+    for (auto _ : state) {
+        review.Model.sort(SpeedColumn, ascends ? Qt::AscendingOrder : Qt::DescendingOrder);
+        review.Table.repaint();
+        ascends = !ascends;
+    }
+}
+BENCHMARK(ReviewSorts)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace vantor
