@@ -4,6 +4,9 @@
 #   scripts/install-dependencies.sh           everything
 #   scripts/install-dependencies.sh --build   only what building and running need
 #   scripts/install-dependencies.sh --fuzz    what the fuzzers need, too
+#   scripts/install-dependencies.sh --bench   what measuring needs, too
+#   scripts/install-dependencies.sh --package what building, packing and looking at the package need
+#   scripts/install-dependencies.sh --windows what compiling the parts without Qt for Windows needs
 set -euo pipefail
 
 build=(
@@ -17,13 +20,19 @@ build=(
 )
 check=(clang-format clang-tidy python3 python3-xlrd python3-openpyxl)
 fuzz=(clang libclang-rt-14-dev)
+bench=(python3 xvfb x11-utils)
+package=(dpkg-dev desktop-file-utils appstream mandoc lintian)
+windows=(cmake ninja-build g++-mingw-w64-x86-64-posix)
 
 case "${1-}" in
 "") wanted=("${build[@]}" "${check[@]}") ;;
 --build) wanted=("${build[@]}") ;;
 --fuzz) wanted=("${build[@]}" "${check[@]}" "${fuzz[@]}") ;;
+--bench) wanted=("${build[@]}" "${bench[@]}") ;;
+--package) wanted=("${build[@]}" "${package[@]}") ;;
+--windows) wanted=("${windows[@]}") ;;
 *)
-    echo "usage: ${0##*/} [--build | --fuzz]" >&2
+    echo "usage: ${0##*/} [--build | --fuzz | --bench | --package | --windows]" >&2
     exit 2
     ;;
 esac
@@ -35,8 +44,8 @@ fi
 
 installed=" $(dpkg-query -W -f '${Package}/${db:Status-Status} ' "${wanted[@]}" 2>/dev/null || true)"
 missing=()
-for package in "${wanted[@]}"; do
-    [[ $installed == *" $package/installed "* ]] || missing+=("$package")
+for name in "${wanted[@]}"; do
+    [[ $installed == *" $name/installed "* ]] || missing+=("$name")
 done
 ((${#missing[@]})) || exit 0
 

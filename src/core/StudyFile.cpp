@@ -2,20 +2,12 @@
 
 #include "core/Numeric.h"
 #include "core/Paths.h"
+#include "core/StudyBytes.h"
 #include "core/Text.h"
 #include "core/modMain.h"
 
 namespace vantor {
 namespace {
-
-std::span<const std::byte> Slice(std::span<const std::byte> bytes, std::size_t offset, std::size_t size) {
-    const std::size_t from = std::min(offset, bytes.size());
-    return bytes.subspan(from, std::min(size, bytes.size() - from));
-}
-
-std::span<const std::byte> EntryBytes(std::span<const std::byte> file, int index) {
-    return Slice(file, StudyRecordSize + static_cast<std::size_t>(index - 1) * StudyRunEntrySize, StudyRunEntrySize);
-}
 
 struct StudyBytes {
     StudyRecord Header;
@@ -61,17 +53,7 @@ void NewStudy(ApplicationState& state, const Clock& clock) {
 std::optional<Study> LoadStudy(const FileSystem& files, const std::string& folder, const std::string& name) {
     const auto bytes = ReadStudyBytes(files, folder + name + StudyExtension);
     if (!bytes) return std::nullopt;
-    Study study;
-    study.Record = bytes->Header;
-    study.Entries.ResizeTo(study.Record.RunCount);
-    study.RunNames.ResizeTo(study.Record.RunCount);
-    for (int i = 1; i <= study.Record.RunCount; ++i) {
-        auto entry = DecodeRecord<StudyRunEntry>(StudyRunEntryFields, EntryBytes(bytes->File, i));
-        study.RunNames[i] = TrimRight(entry.EntryRunName);
-        entry.EntryRunName = study.RunNames[i];
-        study.Entries[i] = std::move(entry);
-    }
-    return study;
+    return DecodeStudy(bytes->File);
 }
 
 bool ReadStudyFile(ApplicationState& state, const FileSystem& files, Desktop& desktop, const Clock& clock,
@@ -97,21 +79,14 @@ bool ReadStudyRunNames(const FileSystem& files, Desktop& desktop, const std::str
         return false;
     }
     header = bytes->Header;
-    for (int i = 1; i <= header.RunCount; ++i) {
-        const auto stored = Slice(EntryBytes(bytes->File, i), 0, RunNameWidth);
-        names.Append(std::string(Trim(Utf8FromWindows1252(stored))));
-    }
+    for (int i = 1; i <= header.RunCount; ++i)
+        names.Append(std::string(Trim(Utf8FromWindows1252(StoredRunName(bytes->File, i)))));
     return true;
 }
 
 void WriteStudyFile(FileSystem& files, Study& study, const std::string& folder, const std::string& name) {
     study.Record.StudyFileVersion = 1;
-    std::vector<std::byte> bytes(StudyRecordSize + static_cast<std::size_t>(study.Record.RunCount) * StudyRunEntrySize);
-    EncodeRecord(study.Record, StudyRecordFields, bytes.data());
-    for (int i = 1; i <= study.Record.RunCount; ++i)
-        EncodeRecord(study.Entries[i], StudyRunEntryFields,
-                     bytes.data() + StudyRecordSize + static_cast<std::size_t>(i - 1) * StudyRunEntrySize);
-    WriteFile(files, folder + name + StudyExtension, bytes);
+    WriteFile(files, folder + name + StudyExtension, EncodeStudy(study));
 }
 
 void AppendRun(Study& study, const std::string& runName) {

@@ -85,7 +85,7 @@ public:
         const fs::path target = FollowedLink(TargetOf(path));
         const fs::path temporary = target.parent_path() / TemporaryName();
         const NativeFile file = NamingTarget(target, [&] { return OpenNative(temporary, "wb"); });
-        pending_.push_back({temporary, target});
+        pending_.push_back({temporary.native(), target.native()});
         WriteNative(file, bytes, target);
         if (tail == OldTail::Kept) AppendTail(file, target, bytes.size());
         // Starts the disk's work early; the flush that counts is the commit's.
@@ -100,16 +100,17 @@ public:
         std::set<fs::path> folders;
         for (const Pending& file : pending_) {
             ReplaceFile(file.Temporary, file.Target);
-            folders.insert(file.Target.parent_path());
+            folders.insert(fs::path(file.Target).parent_path());
         }
         pending_.clear();
         for (const fs::path& folder : folders) FlushToDisk(folder);
     }
 
 private:
+    /// As texts: a path holds each of its components once more, and a batch may write many thousand files.
     struct Pending {
-        fs::path Temporary;
-        fs::path Target;
+        fs::path::string_type Temporary;
+        fs::path::string_type Target;
     };
 
     /// As Resolved, but each folder is listed only once: a batch may write thousands of new files into it.

@@ -1,13 +1,16 @@
 #include "workspace/forms/frmMain.h"
 
 #include <QCloseEvent>
+#include <QDir>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
 #include <QStatusBar>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <chrono>
 
 #include "core/Paths.h"
 #include "core/RunFile.h"
@@ -29,8 +32,6 @@
 namespace vantor {
 namespace {
 
-constexpr int ShowDetailsButton = 7;
-constexpr const char* RunMenu = "Ru&n";
 constexpr const char* SupportSite = "https://vantor.example/support";
 
 bool IsAbsolute(const std::string& path) {
@@ -38,14 +39,15 @@ bool IsAbsolute(const std::string& path) {
 }
 
 std::string FullPath(const FileSystem& files, const std::string& path) {
-    const std::string absolute = IsAbsolute(path) ? path : AsFolder(files.CurrentFolder()) + path;
+    const std::string whole = IsAbsolute(path) ? path : AsFolder(files.CurrentFolder()) + path;
+    const std::string absolute = FromQt(QDir::toNativeSeparators(QDir::cleanPath(ToQt(whole))));
     const std::string asListed = LongPathName(files, absolute);
     return asListed.empty() ? absolute : asListed;
 }
 
 }  // namespace
 
-frmMain::frmMain(AppContext& context) : context_(context) {
+frmMain::frmMain(AppContext& context) : context_(context), recovery_(context) {
     setObjectName(QStringLiteral("frmMain"));
     setAccessibleName(QStringLiteral("Vantor"));
     resize(1000, 700);
@@ -53,85 +55,8 @@ frmMain::frmMain(AppContext& context) : context_(context) {
     setCentralWidget(frStudyDetails_ = BuildStudyDetails());
     AddRunListKeys();
     BuildStatusBar();
+    KeepChangesEveryMinute();
     RememberLayout(*this, context_.Memory);
-}
-
-std::vector<MenuEntry> frmMain::MenuEntries() {
-    const auto to = [this](void (frmMain::*command)()) { return [this, command] { (this->*command)(); }; };
-    const auto onRun = [this](void (Screens::*open)(int)) { return [this, open] { ShowActiveRun(open); }; };
-    const auto log = [this](LogKind kind) { return [this, kind] { ProcessLog(kind); }; };
-    using Keys = QKeySequence;
-    return {
-        {"&File", "mnuFileNew", "Start a &New Study", "new-study", Keys("Ctrl+N"), 1, "New",
-         to(&frmMain::StartNewStudy)},
-        {"&File", "mnuFileOpen", "Open &Existing Study", "open-study", Keys("Ctrl+O"), 2, "Open",
-         to(&frmMain::OpenExistingStudy)},
-        {"&File", "mnuFileSave", "&Save Study Now", "save-study", Keys("Ctrl+S"), 3, "Save", to(&frmMain::SaveNow)},
-        {"&File", "mnuFileSaveAs", "Save Study As...", "save-study-as", Keys("Ctrl+Shift+S"), 0, "",
-         to(&frmMain::SaveAs)},
-        {"&File", "", "", ""},
-        {"&File", "mnuFileReadTDC", "&Read TDC Counter", "read-counter", {}, 5, "Read TDC", to(&frmMain::ReadCounter)},
-        {"&File",
-         "mnuFileProcessRuns",
-         "Process Runs in Temp Folder",
-         "process-runs",
-         {},
-         0,
-         "",
-         to(&frmMain::ProcessTemporaryRuns)},
-        {"&File", "mnuFileRoamlap", "Process Roamlap Data", "gps-log", {}, 0, "", log(LogKind::GpsLaptop)},
-        {"&File", "mnuFileRoampad", "Process Roampad Data", "handheld", {}, 0, "", log(LogKind::GpsHandheld)},
-        {"&File", "mnuFileRevlap", "Process Revlap Data", "obd-log", {}, 0, "", log(LogKind::ObdLaptop)},
-        {"&File", "mnuFileRevpad", "Process Revpad Data", "handheld-obd", {}, 0, "", log(LogKind::ObdHandheld)},
-        {"&File", "", "", ""},
-        {"", "", "Show Details", "show-details", {}, ShowDetailsButton, "Details", to(&frmMain::ShowDetails)},
-        {"&File", "mnuFilePrint", "&Print Report", "print", Keys("Ctrl+P"), 9, "Print",
-         [this] { context_.OtherScreens.ShowReportPreview(); }},
-        {"&File", "mnuFilePrefs", "Preferences", "preferences", {}, 11, "Preferences", to(&frmMain::ShowPreferences)},
-        {"&File",
-         "mnuFileStartUp",
-         "StartUp Options",
-         "start-up",
-         {},
-         13,
-         "Start-Up",
-         to(&frmMain::ShowStartUpOptions)},
-        {"&File", "", "", ""},
-        {"&File", "mnuFileExit", "E&xit", "exit", Keys("Ctrl+Q"), 0, "", [this] { close(); }},
-        {"&View", "mnuViewStatistics", "Study Statistics", "statistics", {}, 0, "", to(&frmMain::ShowStudyStatistics)},
-        {RunMenu, "mnuRunShow", "Show &Details", "show-details", {}, 0, "", to(&frmMain::ShowDetails)},
-        {RunMenu, "mnuRunDetails", "&Run Details", "edit", {}, 0, "", onRun(&Screens::ShowRunEditor)},
-        {RunMenu, "mnuRunSensorData", "Edit &Sensor Data", "de-spike", {}, 0, "", onRun(&Screens::ShowSensorData)},
-        {RunMenu, "mnuRunFile", "Edit Run &File", "run", {}, 0, "", onRun(&Screens::ShowRunFileEditor)},
-        {RunMenu, "mnuRunStatistics", "Run S&tatistics", "statistics", {}, 0, "", onRun(&Screens::ShowRunStatistics)},
-        {"&Utilities",
-         "mnuUtilDeleteRuns",
-         "Delete Runs in Temp Folder",
-         "delete-runs",
-         {},
-         0,
-         "",
-         [this] { context_.OtherScreens.ShowDeleteTempRuns(); }},
-        {"&Utilities",
-         "mnuUtilDeleteTDC",
-         "Delete Data Files in TDC Data Folder",
-         "delete-data",
-         {},
-         0,
-         "",
-         [this] { context_.OtherScreens.ShowDeleteTDCFiles(); }},
-        {"&Utilities",
-         "mnuUtilExport",
-         "Export to Excel",
-         "export-spreadsheet",
-         {},
-         0,
-         "",
-         [this] { ExportRunList(context_); }},
-        {"&Help", "mnuHelpTopics", "Help Topics", "help", Keys("F1"), 0, "", to(&frmMain::ShowHelpTopics)},
-        {"&Help", "mnuHelpSupport", "Support Site", "support", {}, 15, "Support", to(&frmMain::OpenSupportSite)},
-        {"&Help", "mnuHelpAbout", "About Vantor", "about", {}, 0, "", to(&frmMain::ShowAbout)},
-    };
 }
 
 QWidget* frmMain::BuildStudyDetails() {
@@ -181,7 +106,7 @@ QLayout* frmMain::BuildRunListButtons(QWidget* parent) {
     Connect(btnEditRun_, &QPushButton::clicked, this, context_.Messages,
             [this] { ShowActiveRun(&Screens::ShowRunEditor); });
     line->addStretch();
-    Connect(add("btnContDelayVsAvg", "&View Control Delay Plot", "delay-chart"), &QPushButton::clicked, this,
+    Connect(add("btnContDelayVsAvg", "View Control Delay &Plot", "delay-chart"), &QPushButton::clicked, this,
             context_.Messages, [this] { context_.OtherScreens.ShowDelayChart(); });
     return line;
 }
@@ -210,6 +135,12 @@ void frmMain::BuildStatusBar() {
     statusBar()->addPermanentWidget(lblSaved_);
 }
 
+void frmMain::KeepChangesEveryMinute() {
+    auto* timer = Named<QTimer>(this, "tmrRecovery");
+    Connect(timer, &QTimer::timeout, this, context_.Messages, [this] { recovery_.Keep(); });
+    timer->start(std::chrono::minutes(1));
+}
+
 void frmMain::Start(const std::string& studyPath) {
     ApplicationState& state = context_.State;
     if (std::exchange(state.MainFormLoaded, true)) return;
@@ -232,20 +163,26 @@ void frmMain::ShowFirstRun() {
 
 void frmMain::OpenFirstStudy(const std::string& studyPath) {
     ApplicationState& state = context_.State;
-    if (!studyPath.empty()) {
-        OpenStudyAt(FullPath(context_.Files, studyPath));
-    } else if (state.Settings.UseStartUpScreen != 0) {
+    if (!studyPath.empty()) return OpenStudyAt(FullPath(context_.Files, studyPath));
+    ShowStudyAfter([this] { recovery_.OfferAll(); });
+    if (!state.StudyUnchanged) return;
+    if (state.Settings.UseStartUpScreen != 0) {
         do ShowStartUpOptions();
         while (!state.StartUpDone);
     } else if (LastStudyExists(state, context_.Files)) {
-        OpenLastStudy();
+        // Changes left of it were asked about a moment ago.
+        ShowStudyAfter([&] {
+            OpenStudy(state, context_.Files, context_.DesktopServices, context_.Time, StudyGroupFolder(state),
+                      state.Paths.LastStudyName);
+        });
     }
 }
 
 void frmMain::OpenStudyAt(const std::string& studyPath) {
     ShowStudyAfter([&] {
-        OpenStudy(context_.State, context_.Files, context_.DesktopServices, context_.Time, FolderOf(studyPath),
-                  BaseName(studyPath));
+        if (OpenStudy(context_.State, context_.Files, context_.DesktopServices, context_.Time, FolderOf(studyPath),
+                      BaseName(studyPath)))
+            recovery_.OfferForOpened();
     });
 }
 
@@ -290,6 +227,7 @@ void frmMain::RefreshStudyResults() {
 
 void frmMain::ShowStatus() {
     const ApplicationState& state = context_.State;
+    if (state.StudyUnchanged) recovery_.Settle();
     const QString name = ToQt(Trim(state.CurrentStudy.Record.StudyName));
     setWindowTitle(name.isEmpty() ? QStringLiteral("Vantor[*]") : name + QStringLiteral("[*] - Vantor"));
     setWindowModified(!state.StudyUnchanged);
@@ -323,7 +261,10 @@ void frmMain::StartNewStudy() {
 }
 
 void frmMain::OpenExistingStudy() {
-    if (MayLeaveStudy(context_)) ShowStudyAfter([this] { context_.OtherScreens.ShowStudyOpen(); });
+    if (!MayLeaveStudy(context_)) return;
+    ShowStudyAfter([this] {
+        if (context_.OtherScreens.ShowStudyOpen()) recovery_.OfferForOpened();
+    });
 }
 
 void frmMain::OpenLastStudy() {
@@ -334,7 +275,8 @@ void frmMain::OpenLastStudy() {
 }
 
 void frmMain::SaveNow() {
-    SaveStudyNow(context_);
+    // The study is saved even where only the settings could not be.
+    Guarded(context_.Messages, [this] { SaveStudyNow(context_); });
     ShowStatus();
 }
 
@@ -439,6 +381,7 @@ void frmMain::ShowActiveRun(void (Screens::*open)(int)) {
 void frmMain::closeEvent(QCloseEvent* event) {
     event->ignore();
     Guarded(context_.Messages, [&] { event->setAccepted(MayLeaveStudy(context_)); });
+    if (event->isAccepted()) recovery_.Discard();
     ShowStatus();
 }
 

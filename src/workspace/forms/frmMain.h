@@ -8,6 +8,7 @@
 
 #include "analysis/StudyResults.h"
 #include "core/AppContext.h"
+#include "workspace/StudyRecovery.h"
 
 class QLabel;
 class QPushButton;
@@ -42,12 +43,15 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    static constexpr int ShowDetailsButton = 7;
+    static constexpr const char* RunMenu = "Ru&n";
     std::vector<MenuEntry> MenuEntries();
     QWidget* BuildStudyDetails();
     QLayout* BuildRunListHead(QWidget* parent);
     QLayout* BuildRunListButtons(QWidget* parent);
     void AddRunListKeys();
     void BuildStatusBar();
+    void KeepChangesEveryMinute();
 
     void ShowFirstRun();
     void OpenFirstStudy(const std::string& studyPath);
@@ -80,6 +84,7 @@ private:
     void ShowActiveRun(void (Screens::*open)(int entryIndex));
 
     AppContext& context_;
+    StudyRecovery recovery_;
     ResultLabels labels_;
     std::set<std::string> toldRuns_;
 

@@ -1,0 +1,133 @@
+#!/usr/bin/env python3
+"""Measures what the program promises, each as a ratio within this run where there is something to compare with, and
+prints a table.
+
+    bench/figures.py BIN_FOLDER SAMPLES [--quick]
+
+--quick takes files of a tenth of the size. Needs Xvfb and xwininfo for the start of the window.
+"""
+import json
+import os
+import re
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+binaries, samples = (os.path.abspath(path) for path in sys.argv[1:3])
+quick = "--quick" in sys.argv
+COUNTER_MB = 20 if quick else 200
+LOG_MB = 48 if quick else 480
+STARTS = 5 if quick else 21
+DISPLAY = ":87"
+
+
+def bench(names, megabytes=None):
+    environment = dict(os.environ, **({"VANTOR_BENCH_MB": str(megabytes)} if megabytes else {}))
+    output = subprocess.run([os.path.join(binaries, "vantor_bench"), "--benchmark_format=json",
+                             "--benchmark_filter=^(" + "|".join(names) + ")"],
+                            capture_output=True, check=True, env=environment).stdout
+    return {re.sub("/(iterations:\\d+|manual_time)", "", run["name"]): run for run in json.loads(output)["benchmarks"]}
+
+
+def peak_memory(megabytes, folder):
+    """Megabytes of memory that the conversion of a counter file of that size takes at the most."""
+    counter_file = os.path.join(folder, "big.tdc")
+    with open(os.path.join(samples, "Corridor.tdc"), "rb") as file:
+        records, end = re.fullmatch(rb"(.*?)(:+\s*)", file.read(), re.DOTALL).groups()
+    with open(counter_file, "wb") as file:
+        for _ in range(megabytes * 1000000 // len(records)):
+            file.write(records)
+        file.write(end)
+    runs = os.path.join(folder, "runs")
+    os.mkdir(runs)
+    convert = subprocess.Popen([os.path.join(binaries, "vantor"), "counter", "convert", counter_file, "--to", runs],
+                               stdout=subprocess.DEVNULL)
+    _, status, usage = os.wait4(convert.pid, 0)
+    assert status == 0, status
+    shutil.rmtree(runs)
+    return usage.ru_maxrss / 1000
+
+
+def start_of(command, title):
+    begin = time.perf_counter()
+    program = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    try:
+        while True:
+            tree = subprocess.run(["xwininfo", "-root", "-tree"], capture_output=True, text=True).stdout
+            if any(title in line and "1000x700" in line for line in tree.splitlines()):
+                return time.perf_counter() - begin
+            assert time.perf_counter() - begin < 20 and program.poll() is None, "the window did not come: " + tree
+    finally:
+        program.kill()
+        program.wait()
+
+
+def starts(folder):
+    """Medians of the seconds to the first window, of the program and of an empty window, taken in turns."""
+    server = subprocess.Popen(["Xvfb", DISPLAY, "-screen", "0", "1600x1200x24", "-noreset"], stderr=subprocess.DEVNULL)
+    os.environ.update(DISPLAY=DISPLAY, QT_QPA_PLATFORM="xcb", VANTOR_PROGRAM_FOLDER=folder)
+    time.sleep(1)
+    study = os.path.join(folder, "Start.ld2")
+    subprocess.run([os.path.join(binaries, "vantor"), "study", "new", folder, "Start"], stdout=subprocess.DEVNULL,
+                   check=True)
+    try:
+        times = ([], [])
+        for _ in range(STARTS):
+            times[0].append(start_of([os.path.join(binaries, "vantor"), study], "Vantor"))
+            times[1].append(start_of([os.path.join(binaries, "empty_window")], "Empty window"))
+        return [statistics.median(times) for times in times]
+    finally:
+        server.terminate()
+        server.wait()
+
+
+rows = []
+
+
+def row(what, measured, goal, holds):
+    rows.append((what, measured, goal, "yes" if holds else "no"))
+
+
+with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
+    os.environ["VANTOR_PROGRAM_FOLDER"] = folder
+    run = bench(["ConvertAgainstWriting"], COUNTER_MB)["ConvertAgainstWriting"]
+    row(f"conversion of a {COUNTER_MB} MB counter file / writing its runs",
+        f"{run['ratio']:.2f} ({run['convert_s']:.1f} s / {run['write_s']:.1f} s)", "at most 1.5", run["ratio"] <= 1.5)
+    run = bench(["LogSummaryAgainstReading"], LOG_MB)["LogSummaryAgainstReading"]
+    row(f"summary of a log of {run['points'] / 1e6:.0f} million points / reading the file",
+        f"{run['ratio']:.2f} ({run['summary_s']:.2f} s / {run['read_s']:.2f} s)", "at most 1.5", run["ratio"] <= 1.5)
+
+    runs = bench(["OpenStudyOf1000Runs", "ReadHeadersOf1000Runs", "DelayOfTheLongestRun", "ProfileWholeFrame",
+                  "ProfileDragFrame", "SensorRepair", "ReportOn200Runs", "EncodeWorkbook", "CopyWorkbook", "Review"])
+    ratio = runs["OpenStudyOf1000Runs"]["real_time"] / runs["ReadHeadersOf1000Runs"]["real_time"]
+    row("opening a study of 1,000 runs / reading their headers", f"{ratio:.2f}", "at most 2", ratio <= 2)
+    rate = 32767 / runs["DelayOfTheLongestRun"]["real_time"]  # microseconds
+    row("delay of 32,767 samples", f"{rate:.0f} million samples a second", "at least 100", rate >= 100)
+
+    window, empty = starts(folder)
+    row("start to the first window / an empty Qt window",
+        f"{window / empty:.2f} ({window * 1000:.0f} ms / {empty * 1000:.0f} ms)", "at most 1.3",
+        window / empty <= 1.3)
+    frame = max(runs["ProfileWholeFrame/time:0"]["real_time"], runs["ProfileWholeFrame/time:1"]["real_time"])
+    row("frame of a profile of 32,767 samples", f"{frame:.1f} ms", "at most 4 ms", frame <= 4)
+    small, large = peak_memory(COUNTER_MB // 10, folder), peak_memory(COUNTER_MB, folder)
+    row(f"peak memory of converting {COUNTER_MB} MB / {COUNTER_MB // 10} MB",
+        f"{large / small:.2f} ({large:.0f} MB / {small:.0f} MB)", "independent of the size", large / small <= 1.2)
+
+    repair = max(run["real_time"] for name, run in runs.items() if name.startswith("SensorRepair"))
+    row("repair of 32,767 samples and the picture after it", f"{repair:.1f} ms", "at most 16 ms", repair <= 16)
+    report = runs["ReportOn200Runs"]["real_time"] / 1000
+    row("report of 200 runs as PDF", f"{report:.2f} s", "at most 3 s", report <= 3)
+    for kind, name in ((0, ".xls"), (1, ".xlsx")):
+        encode, copy = (runs[f"{what}/xlsx:{kind}"]["real_time"] for what in ("EncodeWorkbook", "CopyWorkbook"))
+        row(f"export of 30,000 rows as {name}, beside a copy of its bytes", f"{encode:.0f} ms, {copy:.1f} ms", "", True)
+    row("review of 100,000 points: open, scroll a page, sort",
+        ", ".join(f"{runs[name]['real_time']:.0f} ms" for name in ("ReviewOpens", "ReviewScrollsAPage", "ReviewSorts")),
+        "", True)
+
+print("| What | Measured | Goal | Holds |\n|---|---|---|---|")
+for what, measured, goal, holds in rows:
+    print(f"| {what} | {measured} | {goal or '-'} | {holds if goal else '-'} |")

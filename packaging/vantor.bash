@@ -1,0 +1,70 @@
+# Completion of vantor for bash: commands, their options, and the files that they take.
+_vantor() {
+    local cur prev words cword
+    _init_completion || return
+
+    local word group='' command=''
+    for word in "${words[@]:1:cword-1}"; do
+        [[ $word == -* ]] && continue
+        if [[ -z $group ]]; then
+            group=$word
+        else
+            command=$word
+            break
+        fi
+    done
+
+    local values='' output='' commands='' options='' files=''
+    case "$group $command" in
+        ' ') commands='settings run counter log study' options='--theme --version' files='ld2' ;;
+        'settings ') commands='show' ;;
+        'run ') commands='show convert delay stats despike smooth' ;;
+        'counter ') commands='studies convert' ;;
+        'log ') commands='show convert' ;;
+        'study ') commands='new show compute bounds export chart report' ;;
+        'settings show') ;;
+        'run show') options='--samples' files='@(rd2|rdf)' ;;
+        'run convert') files='rdf' ;;
+        'run delay')
+            options='--start-dist --end-dist --start-sample --end-sample --ideal-speed --stop-speed' files='@(rd2|rdf)'
+            ;;
+        'run stats') files='@(rd2|rdf)' ;;
+        'run despike') options='--output' files='rd2' output='rd2' ;;
+        'run smooth') options='--factor --output' files='rd2' output='rd2' ;;
+        'counter studies') files='tdc' ;;
+        'counter convert') options='--to' files='tdc' ;;
+        'log show') options='--rows' files='@(gdf|gd2|odf|od2|ddf|txt|mdb|pdb)' ;;
+        'log convert') options='--to' files='@(gdf|gd2|odf|od2|ddf|txt|mdb|pdb)' ;;
+        'study new') files='-d' ;;
+        'study show') files='ld2' ;;
+        'study compute') options='--stop-speed' files='ld2' ;;
+        'study bounds') options='--start-dist --end-dist --ideal-speed --all' files='ld2' ;;
+        'study export') options='--output' files='ld2' output='@(xls|xlsx|csv)' ;;
+        'study chart') options='--output' files='ld2' output='@(png|svg|pdf)' ;;
+        'study report') options='--output --paper --landscape --only' files='ld2' output='pdf' ;;
+        *) options='--theme' files='ld2' ;;
+    esac
+
+    case $prev in
+        --to) files='-d' ;;&
+        --output) files=$output ;;&
+        --to | --output)
+            _filedir "$files"
+            return
+            ;;
+        --theme) values='light dark' ;;
+        --paper) values='letter a4' ;;
+        --only) values='summary statistics profiles chart' ;;
+        --factor | --start-dist | --end-dist | --start-sample | --end-sample | --ideal-speed | --stop-speed) return ;;
+    esac
+
+    if [[ -n $values ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$values" -- "$cur")
+    elif [[ $cur == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$options --json --help" -- "$cur")
+    else
+        mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$cur")
+        [[ -z $files ]] || _filedir "$files"
+    fi
+} &&
+    complete -F _vantor vantor

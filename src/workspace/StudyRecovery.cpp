@@ -1,0 +1,148 @@
+#include "workspace/StudyRecovery.h"
+
+#include <optional>
+
+#include "core/Paths.h"
+#include "core/StudyBytes.h"
+#include "core/StudyFile.h"
+#include "core/Text.h"
+#include "core/modMain.h"
+#include "workspace/StudyGroups.h"
+
+namespace vantor {
+namespace {
+
+constexpr const char* NewStudyName = "New study";
+/// Changes of a running program are kept anew every minute.
+constexpr double RecentDays = 2.0 / (24 * 60);
+
+std::string FreePath(const FileSystem& files, const std::string& folder, const std::string& studyName) {
+    for (int number = 1;; ++number) {
+        const std::string path = folder + studyName + "." + std::to_string(number) + RecoveryExtension;
+        if (!files.Find(path)) return path;
+    }
+}
+
+std::vector<std::byte> WholeFile(const FileSystem& files, const std::string& path) {
+    return ReadFirstBytes(files, path, files.Open(path)->Size());
+}
+
+bool IsWholeStudy(const std::vector<std::byte>& bytes) {
+    if (bytes.size() < StudyRecordSize) return false;
+    const int runs = DecodeRecord<StudyRecord>(StudyRecordFields, bytes).RunCount;
+    return runs >= 0 && bytes.size() == StudyRecordSize + static_cast<std::size_t>(runs) * StudyRunEntrySize;
+}
+
+}  // namespace
+
+bool StudyRecovery::Keep() {
+    if (context_.State.StudyUnchanged) {
+        Settle();
+        return true;
+    }
+    try {
+        const std::string folder = FolderForKeeping();
+        const std::string name = studyName_.empty() ? NewStudyName : studyName_;
+        const bool staysThere = !path_.empty() && IsSameFolder(FolderOf(path_), folder);
+        const std::string path = staysThere ? path_ : FreePath(context_.Files, folder, name);
+        WriteFile(context_.Files, path, EncodeStudy(context_.State.CurrentStudy));
+        if (!staysThere) Discard();
+        path_ = path;
+        return true;
+    } catch (const RunTimeError&) {
+        return false;
+    }
+}
+
+void StudyRecovery::Settle() {
+    Discard();
+    const ApplicationState& state = context_.State;
+    const bool isNew = Trim(state.CurrentStudy.Record.StudyName).empty();
+    studyName_ = isNew ? std::string() : state.Paths.LastStudyName;
+}
+
+void StudyRecovery::Discard() {
+    if (!path_.empty()) Remove(path_);
+    path_.clear();
+}
+
+void StudyRecovery::OfferAll() {
+    const WorkingPaths& paths = context_.State.Paths;
+    const std::string current = StudyGroupFolder(context_.State);
+    std::vector<std::string> folders = {current};
+    for (const std::string& group : ListStudyGroups(context_.Files, paths.StudyGroupRootPath))
+        if (!IsSameFolder(group, current)) folders.push_back(group);
+    folders.push_back(AsFolder(paths.TempRunsPath));
+    for (const std::string& folder : folders)
+        for (const Kept& kept : KeptIn(folder))
+            if (Offer(kept)) return;
+}
+
+void StudyRecovery::OfferForOpened() {
+    Settle();
+    for (const Kept& kept : KeptIn(StudyGroupFolder(context_.State)))
+        if (EqualIgnoringCase(kept.StudyName, studyName_) && Offer(kept)) return;
+}
+
+/// A study that was never saved may belong to a Study Group that was never made.
+std::string StudyRecovery::FolderForKeeping() const {
+    const std::string group = StudyGroupFolder(context_.State);
+    return FolderExists(context_.Files, group) ? group : AsFolder(context_.State.Paths.TempRunsPath);
+}
+
+std::vector<StudyRecovery::Kept> StudyRecovery::KeptIn(const std::string& folder) const {
+    std::vector<Kept> found;
+    try {
+        for (const FileInfo& info : FilesWithExtension(context_.Files, folder, RecoveryExtension)) {
+            const std::string path = folder + info.Name;
+            const std::vector<std::byte> bytes = WholeFile(context_.Files, path);
+            if (IsWholeStudy(bytes))
+                found.push_back({path, BaseName(BaseName(info.Name)), info.Modified, DecodeStudy(bytes)});
+        }
+    } catch (const RunTimeError&) {
+        // What cannot be read now is offered another time.
+    }
+    return found;
+}
+
+bool StudyRecovery::Offer(const Kept& kept) {
+    const auto answer = context_.Messages.AskToSave(Question(kept));
+    if (answer == MessageAnswer::No) Remove(kept.Path);
+    if (answer != MessageAnswer::Yes) return false;
+    Restore(kept);
+    return true;
+}
+
+std::string StudyRecovery::Question(const Kept& kept) const {
+    const double age = context_.Time.Now().Days - kept.At.Days;
+    const bool isRecent = age < RecentDays;
+    return "Study \"" + kept.StudyName + "\" in Study Group: " + LastComponent(FolderOf(kept.Path)) +
+           "\nwas not closed properly" + (isRecent ? ", or it is still open in another window" : "") +
+           ". Its changes were kept on " + ShortDate(kept.At) + " at " + ShortTime(kept.At) +
+           ".\n\nDo you want to restore the changes?\nNo deletes them, Cancel leaves them for another time.";
+}
+
+void StudyRecovery::Restore(const Kept& kept) {
+    ApplicationState& state = context_.State;
+    const std::string folder = FolderOf(kept.Path);
+    const bool hasFile = FileExists(context_.Files, folder + kept.StudyName + StudyExtension);
+    if (!IsSameFolder(folder, state.Paths.TempRunsPath)) state.Paths.LastStudyGroupPath = folder;
+    if (hasFile) state.Paths.LastStudyName = kept.StudyName;
+    state.CurrentStudy = kept.Changed;
+    state.StudyLoaded = true;
+    state.StudyUnchanged = false;
+    state.StudyFieldsEdited = true;
+    studyName_ = hasFile ? kept.StudyName : std::string();
+    // Under a number of this program's own, for the other program may be running still.
+    if (Keep()) Remove(kept.Path);
+}
+
+void StudyRecovery::Remove(const std::string& path) {
+    try {
+        if (FileExists(context_.Files, path)) context_.Files.Delete(path);
+    } catch (const RunTimeError&) {
+        // It is offered again, which is the lesser evil.
+    }
+}
+
+}  // namespace vantor

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/RecordCodec.h"
+#include "core/RunFile.h"
+#include "core/StudyBytes.h"
+#include "core/StudyFile.h"
+#include "fakes/FakePorts.h"
+
+namespace vantor {
+
+/// Answers every question with the button that goes on with the work and keeps what was told.
+struct AgreeingMessageBoxes : MessageBoxes {
+    std::vector<std::string> Problems;
+    MessageAnswer Ask(const Prompt& prompt) override {
+        if (prompt.Buttons == MessageButtons::YesNo || prompt.Buttons == MessageButtons::YesNoCancel)
+            return MessageAnswer::Yes;
+        if (prompt.Icon == MessageIcon::Warning || prompt.Icon == MessageIcon::Critical)
+            Problems.push_back(prompt.Text);
+        return prompt.Buttons == MessageButtons::RetryCancel ? MessageAnswer::Cancel : MessageAnswer::Ok;
+    }
+};
+
+/// A program with two runs in the Study Group "Main", where the study "AM" has them, and two in the temporary folder.
+struct FaultScene : TestProgram {
+    const std::string Group = "/start/Study Groups/Main/";
+    const std::string Temp = "/start/Temp/";
+    AgreeingMessageBoxes Told;
+    AppContext Program{State,  Files,  Told,   OtherScreens, DesktopServices, Time,     End,
+                       Memory, Serial, Device, Databases,    Sheets,          Documents};
+    /// What an operation works on besides the state of the program; it lives until its checks are done.
+    std::shared_ptr<void> Work;
+
+    FaultScene();
+    template <class Type>
+    Type& As() {
+        return *static_cast<Type*>(Work.get());
+    }
+    RunRecord StoredRun(const std::string& folder, const std::string& name);
+};
+
+using Disk = std::map<std::string, std::vector<std::byte>>;
+
+/// One thing the program stores.
+struct Operation {
+    std::string Name;
+    /// Makes the scene and carries the operation out. Run-time errors may leave it.
+    std::function<void(FaultScene&)> Prepare;
+    std::function<void(FaultScene&)> Run;
+    /// Expects that what the program holds and shows is what lies on the disk, after a failure as after a success.
+    std::function<void(FaultScene&)> Agrees;
+    bool Deletes = false;   ///< files may go without being kept under another name
+    bool IsSilent = false;  ///< a failure is not told on purpose
+};
+
+void PrintTo(const Operation& operation, std::ostream* out);
+
+/// The study of the state is the one on the disk, or it is marked as changed.
+void ExpectStudyAgrees(FaultScene& scene);
+/// The run of the state is the one on the disk.
+void ExpectRunAgrees(FaultScene& scene);
+void ExpectSettingsAgree(FaultScene& scene);
+
+/// Lets each change of the disk that the operation makes fail in turn, and expects after each failure: every file is
+/// whole, the old or the new one; none is gone but under its new name; no new file is cut short; the user was told;
+/// what the program holds agrees with the disk.
+void ExpectFaultsLeaveAllWhole(const Operation& operation, ErrorNumber error);
+
+/// Each operation with each of the usual reasons: no space, no permission, gone.
+class FaultTest : public testing::TestWithParam<std::tuple<Operation, ErrorNumber>> {};
+std::string NameOfFault(const testing::TestParamInfo<FaultTest::ParamType>& info);
+inline const std::vector<ErrorNumber> FaultReasons = {ErrorNumber::DiskFull, ErrorNumber::PermissionDenied,
+                                                      ErrorNumber::PathNotFound};
+
+}  // namespace vantor

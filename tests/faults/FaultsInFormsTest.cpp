@@ -1,0 +1,170 @@
+#include "analysis/forms/frmContDelayVsAvg.h"
+#include "analysis/forms/frmReportPreview.h"
+#include "core/Paths.h"
+#include "core/forms/Named.h"
+#include "core/forms/Table.h"
+#include "counter/TableClicks.h"
+#include "counter/forms/frmUploadData.h"
+#include "editing/forms/frmEditPulseData.h"
+#include "editing/forms/frmEditRunFile.h"
+#include "editing/forms/frmRunDetails.h"
+#include "fakes/Clicks.h"
+#include "faults/FaultHarness.h"
+#include "gpsobd/forms/LogReview.h"
+#include "workspace/forms/frmMain.h"
+#include "workspace/forms/frmStudySaveAs.h"
+
+namespace vantor {
+namespace {
+
+template <class Form, class... Arguments>
+std::function<void(FaultScene&)> Opens(Arguments... arguments) {
+    return [=](FaultScene& scene) {
+        auto form = std::shared_ptr<Form>(new Form(scene.Program, arguments...), [](Form* shown) {
+            shown->hide();
+            delete shown;
+        });
+        form->show();
+        scene.Work = std::shared_ptr<QWidget>(form);
+    };
+}
+
+QWidget& FormOf(FaultScene& scene) { return scene.As<QWidget>(); }
+
+// Temporary runs: the list shows what lies in the folder.
+
+void ExpectListAgrees(FaultScene& scene) {
+    std::vector<std::string> onDisk;
+    for (const FileInfo& info : FilesWithExtension(scene.Files, scene.Temp, RunExtension))
+        onDisk.push_back(BaseName(info.Name));
+    std::vector<std::string> shown = Column(FormOf(scene), "vaSelRuns", 0);
+    std::sort(shown.begin(), shown.end());
+    EXPECT_EQ(shown, onDisk);
+}
+
+void SelectAllRuns(FaultScene& scene) { Find<Table>(FormOf(scene), "vaSelRuns").selectAll(); }
+
+void RenameAll(FaultScene& scene) {
+    Type(FormOf(scene), "txtTemplateBaseName", "Main");
+    SelectAllRuns(scene);
+    Click(FormOf(scene), "btnRename");
+}
+
+void OpenRenamed(FaultScene& scene) {
+    Opens<frmUploadData>()(scene);
+    RenameAll(scene);
+    Find<QLineEdit>(FormOf(scene), "TxtStudyGroup").setText("Main");
+}
+
+const Operation RenamesRuns{"RunsRenamed", Opens<frmUploadData>(), RenameAll, ExpectListAgrees};
+const Operation UndoesRenaming{"RenamingUndone", OpenRenamed,
+                               [](FaultScene& scene) { Click(FormOf(scene), "btnRename"); }, ExpectListAgrees};
+const Operation MovesRuns{"RunsMoved", OpenRenamed, [](FaultScene& scene) { Click(FormOf(scene), "btnMoveRuns"); },
+                          ExpectListAgrees};
+const Operation DeletesRuns{"RunsDeleted", Opens<frmUploadData>(),
+                            [](FaultScene& scene) {
+                                SelectAllRuns(scene);
+                                Click(FormOf(scene), "BtnDelete");
+                            },
+                            ExpectListAgrees, true};
+
+// Editors of a run.
+
+const Operation EditsDetails{"DetailsEdited", Opens<frmRunDetails>(1),
+                             [](FaultScene& scene) {
+                                 Type(FormOf(scene), "RunDetailsNotes", "wet");
+                                 Click(FormOf(scene), "RunDetailsSave");
+                             },
+                             ExpectRunAgrees};
+const Operation EditsRunFile{"RunFileEdited", Opens<frmEditRunFile>(1),
+                             [](FaultScene& scene) {
+                                 Type(FormOf(scene), "RunName", "Other");
+                                 Click(FormOf(scene), "RunDetailsSave");
+                             },
+                             ExpectRunAgrees};
+const Operation EditsSensorData{"SensorDataEdited", Opens<frmEditPulseData>(1),
+                                [](FaultScene& scene) {
+                                    Type(FormOf(scene), "txtEditDataPoint", "20");
+                                    QTest::keyClick(&Find<QWidget>(FormOf(scene), "txtEditDataPoint"), Qt::Key_Return);
+                                    Click(FormOf(scene), "btnSave");
+                                },
+                                ExpectRunAgrees};
+
+// The main window and its dialogs.
+
+const Operation SavesInWindow{"SavedInWindow",
+                              [](FaultScene& scene) {
+                                  scene.State.Settings.UseStartUpScreen = 0;
+                                  SaveSettings(scene.State, scene.Files);
+                                  Opens<frmMain>()(scene);
+                                  static_cast<frmMain&>(FormOf(scene)).Start();
+                                  Type(FormOf(scene), "StudyNotes", "rain");
+                              },
+                              [](FaultScene& scene) { Find<QAction>(FormOf(scene), "mnuFileSave").trigger(); },
+                              [](FaultScene& scene) {
+                                  ExpectStudyAgrees(scene);
+                                  EXPECT_EQ(Find<QLabel>(FormOf(scene), "lblSaved").text() == "Saved",
+                                            scene.State.StudyUnchanged);
+                              }};
+
+const Operation SavesInNewGroup{"SavedInNewGroup",
+                                [](FaultScene& scene) {
+                                    scene.State.StudyUnchanged = false;
+                                    Opens<frmStudySaveAs>()(scene);
+                                    Type(FormOf(scene), "txtStudyGroup", "Elm");
+                                    Type(FormOf(scene), "txtStudyName", "PM");
+                                },
+                                [](FaultScene& scene) { Click(FormOf(scene), "BtnSave"); }, ExpectStudyAgrees};
+
+// The review of a log: its runs, then the log itself.
+
+const Operation ReviewsLog{"LogReviewed",
+                           [](FaultScene& scene) {
+                               FieldLog log = NewFieldLog(LogKind::ObdLaptop, "/start/Field Data Files/drive.od2");
+                               for (int i = 0; i < 5; ++i) {
+                                   ObdPoint& point = log.Points.emplace_back().Obd;
+                                   point.RunNumber = static_cast<std::int16_t>(i < 3 ? 1 : 2);
+                                   point.Speed = 30;
+                                   point.DateTime = {DateOf(2008, 3, 14).Days + TimeOf(7, 5, i).Days};
+                               }
+                               WriteFieldLog(scene.Files, log);
+                               scene.State.SelectedDataFolder = "/start/Field Data Files/";
+                               scene.State.SelectedDataFile = "drive";
+                               scene.State.SelectedDataExt = ".od2";
+                               scene.State.DataFileSelected = false;
+                               Opens<LogReview>(LogKind::ObdLaptop)(scene);
+                           },
+                           [](FaultScene& scene) { Click(FormOf(scene), "BtnOk"); },
+                           [](FaultScene& scene) {
+                               // Closed means on to the runs in the temporary folder.
+                               EXPECT_EQ(FormOf(scene).isHidden(), scene.State.DataFileSelected);
+                               if (!FormOf(scene).isHidden()) return;
+                               for (const char* name : {"drive-R001", "drive-R002"}) scene.StoredRun(scene.Temp, name);
+                           }};
+
+// Files that the user names, each over an older one.
+
+Operation Exports(const std::string& name, std::function<void(FaultScene&)> open, const char* button) {
+    return {name,
+            [open = std::move(open)](FaultScene& scene) {
+                scene.DesktopServices.FileToSave = "/start/out.pdf";
+                scene.Files.PutText("/start/out.pdf", "an older export");
+                open(scene);
+            },
+            [button](FaultScene& scene) { Click(FormOf(scene), button); },
+            [](FaultScene& scene) { EXPECT_TRUE(FormOf(scene).isVisible()); }};
+}
+const Operation ExportsChart = Exports("ChartExported", Opens<frmContDelayVsAvg>(), "BtnSave");
+const Operation ExportsReport = Exports("ReportExported", Opens<frmReportPreview>(), "BtnSavePdf");
+const Operation ExportsRows = Exports("RowsExported", ReviewsLog.Prepare, "btnExport2Excel");
+
+INSTANTIATE_TEST_SUITE_P(Forms, FaultTest,
+                         testing::Combine(testing::Values(RenamesRuns, UndoesRenaming, MovesRuns, DeletesRuns,
+                                                          EditsDetails, EditsRunFile, EditsSensorData, SavesInWindow,
+                                                          SavesInNewGroup, ReviewsLog, ExportsChart, ExportsReport,
+                                                          ExportsRows),
+                                          testing::ValuesIn(FaultReasons)),
+                         NameOfFault);
+
+}  // namespace
+}  // namespace vantor
