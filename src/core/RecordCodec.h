@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "core/Date.h"
@@ -71,12 +72,13 @@ void PutBits(T value, std::byte* out) {
     for (std::size_t i = 0; i < sizeof(Bits); ++i) out[i] = static_cast<std::byte>((bits >> (8 * i)) & 0xFF);
 }
 
+/// One expression, not a loop: compilers make a single load of it.
 template <class T, class Bits>
 T GetBits(const std::byte* in) {
-    Bits bits = 0;
-    for (std::size_t i = 0; i < sizeof(Bits); ++i)
-        bits = static_cast<Bits>(bits | (static_cast<Bits>(std::to_integer<unsigned>(in[i])) << (8 * i)));
-    return std::bit_cast<T>(bits);
+    const auto bitsOf = [in]<std::size_t... I>(std::index_sequence<I...>) {
+        return static_cast<Bits>(((std::to_integer<Bits>(in[I]) << (8 * I)) | ...));
+    };
+    return std::bit_cast<T>(bitsOf(std::make_index_sequence<sizeof(Bits)>{}));
 }
 
 inline void Put(std::int16_t value, std::size_t, std::byte* out) { PutBits<std::int16_t, std::uint16_t>(value, out); }
@@ -100,15 +102,18 @@ void Put(const RawBytes<Count>& bytes, std::size_t, std::byte* out) {
 template <StoredNumber T>
 void Get(T& value, std::span<const std::byte> in, std::size_t) {
     std::array<std::byte, StoredSize<T>(0)> whole{};
-    std::copy(in.begin(), in.end(), whole.begin());
+    if (in.size() < whole.size()) {
+        std::copy(in.begin(), in.end(), whole.begin());
+        in = whole;
+    }
     if constexpr (std::same_as<T, std::int16_t>)
-        value = GetBits<T, std::uint16_t>(whole.data());
+        value = GetBits<T, std::uint16_t>(in.data());
     else if constexpr (std::same_as<T, Date>)
-        value.Days = GetBits<double, std::uint64_t>(whole.data());
+        value.Days = GetBits<double, std::uint64_t>(in.data());
     else if constexpr (sizeof(T) == 4)
-        value = GetBits<T, std::uint32_t>(whole.data());
+        value = GetBits<T, std::uint32_t>(in.data());
     else
-        value = GetBits<T, std::uint64_t>(whole.data());
+        value = GetBits<T, std::uint64_t>(in.data());
 }
 
 /// Only trailing blanks are dropped, so that writing the text again gives the same bytes.
@@ -213,11 +218,16 @@ std::vector<std::byte> EncodeRecord(const Record& record, const Table& table) {
     return bytes;
 }
 
-/// Reads a record. Bytes past the end of `in` read as zero: numbers 0, texts empty.
+/// Reads a record into a new one. Bytes past the end of `in` read as zero: numbers 0, texts empty.
+template <class Record, class Table>
+void DecodeRecord(Record& record, const Table& table, std::span<const std::byte> in) {
+    std::apply([&](const auto&... field) { (codec::DecodeField(record, field, in), ...); }, table);
+}
+
 template <class Record, class Table>
 Record DecodeRecord(const Table& table, std::span<const std::byte> in) {
     Record record{};
-    std::apply([&](const auto&... field) { (codec::DecodeField(record, field, in), ...); }, table);
+    DecodeRecord(record, table, in);
     return record;
 }
 

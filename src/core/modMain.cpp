@@ -75,9 +75,10 @@ std::string LongPathName(const FileSystem& files, const std::string& path) {
     const bool hasDrive = path.size() >= 2 && path[1] == ':';
     const std::string drive = hasDrive ? path.substr(0, 2) : "";
     std::string result = drive;
+    const std::string separators{'/', PathSeparator};
     std::size_t start = drive.size();
     while (start < path.size()) {
-        const std::size_t end = std::min(path.find(PathSeparator, start), path.size());
+        const std::size_t end = std::min(path.find_first_of(separators, start), path.size());
         if (end > start) {
             const auto info = files.Find(path.substr(0, end));
             if (!info) return {};

@@ -105,19 +105,9 @@ std::uint64_t ReadRecords(OpenLog& log, Take take) {
     }
 }
 
-/// A little-endian number. One expression, not a loop: compilers make a single load of it, and a summary does little
-/// else.
-template <class Number, class Bits>
-Number NumberAt(const std::byte* in) {
-    const auto bitsOf = [in]<std::size_t... I>(std::index_sequence<I...>) {
-        return static_cast<Bits>(((std::to_integer<Bits>(in[I]) << (8 * I)) | ...));
-    };
-    return std::bit_cast<Number>(bitsOf(std::make_index_sequence<sizeof(Bits)>{}));
-}
-
-std::int16_t RunNumberOf(const std::byte* record) { return NumberAt<std::int16_t, std::uint16_t>(record); }
+std::int16_t RunNumberOf(const std::byte* record) { return codec::GetBits<std::int16_t, std::uint16_t>(record); }
 Date DateTimeOf(const std::byte* record, const RecordLayout& layout) {
-    return {NumberAt<double, std::uint64_t>(record + layout.DateTimeAt)};
+    return {codec::GetBits<double, std::uint64_t>(record + layout.DateTimeAt)};
 }
 
 /// What a summary tells of data records.
@@ -126,18 +116,19 @@ struct RecordSummary {
     std::int16_t Runs = 0;
 };
 
-/// Of times only those that `counts` count. Each record costs a few instructions: everything is at hand in the
-/// function.
+/// Of times only those that `counts` count. A summary does little else: as a function of its own it keeps both results
+/// in registers, which it does not amid the calls of another.
 template <class Test>
-RecordSummary SummaryOf(std::span<const std::byte> records, const RecordLayout layout, Test counts) {
-    RecordSummary summary;
+[[gnu::noinline]] RecordSummary SummaryOf(std::span<const std::byte> records, const RecordLayout layout, Test counts) {
+    double latest = RecordSummary().Latest;
+    std::int16_t runs = 0;
     const std::byte* const end = records.data() + records.size();
     for (const std::byte* record = records.data(); record != end; record += layout.Size) {
         const double days = DateTimeOf(record, layout).Days;
-        if (days > summary.Latest && counts(Date{days})) summary.Latest = days;
-        summary.Runs = std::max(summary.Runs, RunNumberOf(record));
+        if (days > latest && counts(Date{days})) latest = days;
+        runs = std::max(runs, RunNumberOf(record));
     }
-    return summary;
+    return {latest, runs};
 }
 
 void AddRecords(LogSummary& summary, std::span<const std::byte> records, const RecordLayout& layout) {

@@ -26,7 +26,10 @@ TEST(Date, ShowsDatesAndTimes) {
     EXPECT_EQ(IsoDateTime(moment), "2008-03-14T08:05:00");
     EXPECT_EQ(IsoDateTime({39521.9999999}), "2008-03-15T00:00:00") << "rounds up over midnight";
     EXPECT_EQ(IsoDateTime({-1.25}), "1899-12-29T06:00:00") << "before day 0 the fraction counts forward";
-    EXPECT_EQ(ShortDate({1e300}), "");
+    EXPECT_EQ(IsoDateTime({-657434}), "0100-01-01T00:00:00") << "the first day that is stored";
+    EXPECT_EQ(IsoDateTime({-657435}), "");
+    EXPECT_EQ(IsoDateTime({2958465}), "9999-12-31T00:00:00") << "the last one";
+    EXPECT_EQ(ShortDate({2958466}), "");
     EXPECT_EQ(IsoDateTime({std::nan("")}), "");
 }
 

@@ -31,7 +31,9 @@ TEST(Numeric, RefusesWhatDoesNotFit) {
     EXPECT_ERROR(Overflow, Round32(std::numeric_limits<double>::infinity()));
     EXPECT_EQ(Add32(2147483646, 1), 2147483647);
     EXPECT_ERROR(Overflow, Add32(2147483647, 1));
+    EXPECT_EQ(Subtract32(-2147483647, 1), std::numeric_limits<std::int32_t>::min());
     EXPECT_ERROR(Overflow, Subtract32(-2147483647, 2));
+    EXPECT_EQ(To16(-32768), -32768);
     EXPECT_ERROR(Overflow, Add16(32767, 1));
 }
 

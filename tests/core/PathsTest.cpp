@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "fakes/MemoryFileSystem.h"
+
 namespace vantor {
 namespace {
 
@@ -21,8 +23,24 @@ TEST(Paths, RefusesNamesThatLeaveTheirFolder) {
     EXPECT_EQ(WithSafeCharacters("S001-A/B:C"), "S001-A_B_C");
 }
 
+TEST(Paths, NamesMustBeStoredWhole) {
+    for (const char* name : {"12345678", "\u00c9cole \u20ac1"}) EXPECT_EQ(NameProblem(name, 8), "") << name;
+    for (const char* name : {"123456789", " a", "a ", "\u03a9mega", "a/b", ""})
+        EXPECT_NE(NameProblem(name, 8), "") << name;
+}
+
+TEST(Paths, ListsTheFilesOfAKind) {
+    MemoryFileSystem files;
+    for (const char* path : {"/g/b.RD2", "/g/a.rdf"}) files.PutText(path, "");
+    files.CreateFolder("/g/c.rd2");
+    const auto found = FilesWithExtension(files, "/g", ".rd2");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].Name, "b.RD2");
+    EXPECT_TRUE(FilesWithExtension(files, "/none", ".rd2").empty());
+}
+
 TEST(Paths, TakesPathsApart) {
-    EXPECT_EQ(AsFolder("/a"), "/a/");
+    EXPECT_EQ(AsFolder("a"), Native("a/"));
     EXPECT_EQ(AsFolder("/a/"), "/a/");
     EXPECT_EQ(AsFolder(""), "");
     EXPECT_EQ(LastComponent("/a/Main Street/"), "Main Street");

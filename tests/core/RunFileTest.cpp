@@ -117,6 +117,18 @@ TEST(RunFile, MissingFileIsToldAndLeavesTheRecord) {
     DeleteRunFile(program.Files, "/start/", "Nobody");
 }
 
+class LockedFiles : public MemoryFileSystem {
+    std::unique_ptr<InputFile> Open(const std::string& path) const override {
+        throw RunTimeError(ErrorNumber::PermissionDenied, path);
+    }
+};
+
+TEST(RunFile, AFileThatCannotBeOpenedIsNotMissing) {
+    TestProgram program;
+    RunRecord run;
+    EXPECT_ERROR(PermissionDenied, ReadRunFile(LockedFiles(), program.Messages, run, "/g/", "R", true));
+}
+
 TEST(RunFile, DamagedCountsNeverChangeTheRecord) {
     TestProgram program;
     RunRecord run;
@@ -226,11 +238,17 @@ TEST(RunFile, ConversionThatCannotFinishLosesNothing) {
     EXPECT_ERROR(FileAlreadyExists, ConvertVer1RunFile(program.Files, program.Messages, run, "/g/", "Old"));
     EXPECT_FALSE(program.Files.Bytes("/g/Old.rd2"));
     program.Files.Delete("/g/OLD.RDX");
-    for (const int changes : {0, 1, 2}) {
-        program.Files.FailChangeAfter(changes, ErrorNumber::DiskFull);
-        EXPECT_ERROR(DiskFull, ConvertVer1RunFile(program.Files, program.Messages, run, "/g/", "Old"));
-        EXPECT_EQ(program.Files.Bytes("/g/Old.rdf"), BytesOf(Ver1Run(3840)));
+    for (const bool isReplaced : {false, true}) {
+        if (isReplaced) program.Files.PutText("/g/Old.rd2", "a run of that name");
+        const auto before = program.Files.AllFiles();
+        for (const int changes : {0, 1, 2}) {
+            program.Files.FailChangeAfter(changes, ErrorNumber::DiskFull);
+            EXPECT_ERROR(DiskFull, ConvertVer1RunFile(program.Files, program.Messages, run, "/g/", "Old"));
+            EXPECT_EQ(program.Files.AllFiles(), before) << changes;
+            EXPECT_EQ(program.Files.Bytes("/g/Old.rdf"), BytesOf(Ver1Run(3840)));
+        }
     }
+    EXPECT_EQ(program.Files.Bytes("/g/Old.rd2"), BytesOf("a run of that name"));
     EXPECT_EQ(run, RunRecord{});
 }
 

@@ -16,9 +16,9 @@ TEST(Settings, FirstRunFormsDefaultsFromTheCurrentFolderAndWritesNothing) {
     ApplicationState state;
     LoadSettings(state, files);
     EXPECT_TRUE(state.SettingsWereMissing);
-    EXPECT_EQ(state.Paths.TempRunsPath, "/start") << "a folder that is missing gives the bare start folder";
-    EXPECT_EQ(state.Paths.StudyGroupRootPath, "/start/Study Groups/");
-    EXPECT_EQ(state.Paths.LastStudyGroupPath, "/start/Study Groups/");
+    EXPECT_EQ(state.Paths.TempRunsPath, Native("/start")) << "a folder that is missing gives the bare start folder";
+    EXPECT_EQ(state.Paths.StudyGroupRootPath, Native("/start/Study Groups/"));
+    EXPECT_EQ(state.Paths.LastStudyGroupPath, Native("/start/Study Groups/"));
     EXPECT_EQ(state.Settings.UseStartUpScreen, -1);
     EXPECT_EQ(state.Settings.SpeedFactor, 0.68181818F);
     EXPECT_EQ(state.Settings.CommPort, 1);
@@ -66,7 +66,7 @@ TEST(Settings, NewStudyGroupRootIsStoredButNotYetInUse) {
     TestProgram program;
     program.State.Settings.StudyGroupRootPath = "/new root/";
     SaveSettings(program.State, program.Files);
-    EXPECT_EQ(program.State.Paths.StudyGroupRootPath, "/start/Study Groups/");
+    EXPECT_EQ(program.State.Paths.StudyGroupRootPath, Native("/start/Study Groups/"));
     ApplicationState next;
     LoadSettings(next, program.Files);
     EXPECT_EQ(next.Paths.StudyGroupRootPath, "/new root/");

@@ -89,7 +89,7 @@ TEST(StudyFile, MissingFileBeepsAndGivesAnEmptyStudy) {
     EXPECT_EQ(record.CritLane, -1);
     EXPECT_EQ(record.Direction, -1);
     EXPECT_EQ(record.StudyDate, program.Time.Moment);
-    EXPECT_EQ(program.State.Paths.LastStudyGroupPath, "/start/Study Groups/");
+    EXPECT_EQ(program.State.Paths.LastStudyGroupPath, Native("/start/Study Groups/"));
 }
 
 TEST(StudyFile, ShortAndDamagedFiles) {
@@ -133,6 +133,20 @@ TEST(StudyFile, LargestStudyReadsAndWritesWhole) {
     EXPECT_EQ(read.RunNames[32767], "Run 32767");
     EXPECT_EQ(FindRun(read, "RUN 32767 "), 32767);
     EXPECT_EQ(FindRun(read, "Run"), 0);
+}
+
+TEST(StudyFile, ANewRunNameMustBeFree) {
+    TestProgram program;
+    for (const char* path : {"/g/B.rd2", "/g/C.rdf"}) program.Files.PutText(path, "");
+    program.State.Paths.LastStudyGroupPath = "/g";
+    AppendRun(program.State.CurrentStudy, "A");
+    const auto problem = [&](const char* name) { return RunNameProblem(program.State, program.Files, name); };
+    EXPECT_EQ(problem("a"), "The run keeps its name. A run \"a\" is already in this study.");
+    for (const char* name : {"b", "c"})
+        EXPECT_EQ(problem(name),
+                  std::string("The run keeps its name. A run \"") + name + "\" is already in Study Group g.");
+    EXPECT_NE(problem("../D"), "");
+    EXPECT_EQ(problem("D"), "");
 }
 
 TEST(StudyFile, RemovingARunKeepsTheOthersInOrder) {

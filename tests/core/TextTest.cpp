@@ -26,6 +26,7 @@ TEST(Text, ComparesNamesWithoutLetterCase) {
     EXPECT_TRUE(EqualIgnoringCase("\u00c9COLE \u0160", "\u00e9cole \u0161"));
     EXPECT_FALSE(EqualIgnoringCase("a\u00d7", "a\u00f7")) << "the signs of times and division are no letters";
     EXPECT_FALSE(EqualIgnoringCase("ab", "abc"));
+    EXPECT_EQ(FoldCase("\U0001F6A6 \u4e2d A"), "\U0001F6A6 \u4e2d a") << "what cannot be stored stays as it is";
 }
 
 TEST(Text, TrimsBlanksAndPaddingBytes) {

@@ -63,8 +63,8 @@ TEST(ModMain, SplitsPackedNumbers) {
 TEST(ModMain, FindsLongPathNames) {
     MemoryFileSystem files;
     files.PutText("/Data/Study Groups/Run.RD2", "");
-    EXPECT_EQ(LongPathName(files, "/data/STUDY groups"), "/Data/Study Groups");
-    EXPECT_EQ(LongPathName(files, "/data/study groups/run.rd2"), "/Data/Study Groups/Run.RD2");
+    EXPECT_EQ(LongPathName(files, "/data/STUDY groups"), Native("/Data/Study Groups"));
+    EXPECT_EQ(LongPathName(files, "/data/study groups/run.rd2"), Native("/Data/Study Groups/Run.RD2"));
     EXPECT_EQ(LongPathName(files, "/data/none"), "");
     EXPECT_TRUE(FileExists(files, "/data/study groups/RUN.rd2"));
     EXPECT_FALSE(FileExists(files, "/Data"));

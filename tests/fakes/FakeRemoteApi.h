@@ -23,7 +23,7 @@ public:
     std::int32_t LateResult = 0;      ///< the result of the connection when its event is set
     std::size_t OpenHandles() const { return open_.size(); }
 
-    long CountOf(const std::string& call) const { return std::count(Calls.begin(), Calls.end(), call); }
+    std::ptrdiff_t CountOf(const std::string& call) const { return std::count(Calls.begin(), Calls.end(), call); }
 
     std::int32_t CeRapiInitEx(RapiInit& init) override {
         if (Fails("CeRapiInitEx")) return -1;

@@ -11,7 +11,9 @@
 namespace vantor {
 namespace {
 
-std::string WithoutFinalSeparator(std::string path) {
+/// The form in which names are kept, the same on every system: "/" between components, none at the end.
+std::string Stored(std::string path) {
+    std::replace(path.begin(), path.end(), PathSeparator, '/');
     while (path.size() > 1 && path.back() == '/') path.pop_back();
     return path;
 }
@@ -34,14 +36,18 @@ private:
 
 }  // namespace
 
+std::string Native(std::string path) {
+    std::replace(path.begin(), path.end(), '/', PathSeparator);
+    return path;
+}
+
 class MemoryWriteBatch : public WriteBatch {
 public:
     explicit MemoryWriteBatch(MemoryFileSystem& files) : files_(files) {}
 
     void Add(const std::string& path, std::span<const std::byte> bytes, OldTail tail) override {
         const std::string target = files_.Resolved(path);
-        if (files_.folders_.count(WithoutFinalSeparator(FolderOf(target))) == 0)
-            throw RunTimeError(ErrorNumber::PathNotFound, path);
+        if (files_.folders_.count(Stored(FolderOf(target))) == 0) throw RunTimeError(ErrorNumber::PathNotFound, path);
         files_.CountChange(path);
         std::vector<std::byte> whole(bytes.begin(), bytes.end());
         const auto old = files_.files_.find(target);
@@ -52,10 +58,8 @@ public:
     }
 
     void Commit() override {
-        for (auto& [path, bytes] : pending_) {
-            files_.CountChange(path);
-            files_.files_[path] = std::move(bytes);
-        }
+        for (const auto& [path, bytes] : pending_) files_.CountChange(path);
+        for (auto& [path, bytes] : pending_) files_.files_[path] = std::move(bytes);
         pending_.clear();
     }
 
@@ -69,8 +73,14 @@ public:
     MemoryGrowingFile(MemoryFileSystem& files, std::string path) : files_(files), path_(std::move(path)) {}
 
     void Append(std::span<const std::byte> bytes) override {
-        files_.CountChange(path_);
         std::vector<std::byte>& whole = files_.files_[path_];
+        try {
+            files_.CountChange(path_);
+        } catch (const RunTimeError&) {
+            bytes = bytes.first(bytes.size() / 2);  // a disk that fails may have taken a part
+            whole.insert(whole.end(), bytes.begin(), bytes.end());
+            throw;
+        }
         whole.insert(whole.end(), bytes.begin(), bytes.end());
     }
     void Close() override { files_.CountChange(path_); }
@@ -83,10 +93,10 @@ private:
 MemoryFileSystem::MemoryFileSystem() : folders_{"/", "/start", "/program"} {}
 
 std::string MemoryFileSystem::Resolved(const std::string& path) const {
-    const std::string wanted = WithoutFinalSeparator(path);
+    const std::string wanted = Stored(path);
     if (files_.count(wanted) != 0 || folders_.count(wanted) != 0 || wanted == "/" || wanted.empty()) return wanted;
-    const std::string folder = Resolved(WithoutFinalSeparator(FolderOf(wanted)));
-    const std::string inFolder = AsFolder(folder) + LastComponent(wanted);
+    const std::string folder = Resolved(Stored(FolderOf(wanted)));
+    const std::string inFolder = Stored(AsFolder(folder) + LastComponent(wanted));
     const auto matches = [&](const std::string& known) { return EqualIgnoringCase(known, inFolder); };
     for (const auto& [known, bytes] : files_)
         if (matches(known)) return known;
@@ -111,18 +121,18 @@ std::optional<FileInfo> MemoryFileSystem::Find(const std::string& path) const {
         return info;
     }
     const auto file = files_.find(known);
-    if (file == files_.end() || path.ends_with('/')) return std::nullopt;
+    if (file == files_.end() || path.ends_with('/') || path.ends_with(PathSeparator)) return std::nullopt;
     info.Size = file->second.size();
     if (const auto modified = Modified.find(known); modified != Modified.end()) info.Modified = modified->second;
     return info;
 }
 
 std::vector<FileInfo> MemoryFileSystem::List(const std::string& folder) const {
-    const std::string known = AsFolder(Resolved(folder));
-    if (folders_.count(WithoutFinalSeparator(known)) == 0) throw RunTimeError(ErrorNumber::PathNotFound, folder);
+    const std::string known = Resolved(folder);
+    if (folders_.count(known) == 0) throw RunTimeError(ErrorNumber::PathNotFound, folder);
     std::vector<FileInfo> entries;
     const auto add = [&](const std::string& path) {
-        if (path != "/" && AsFolder(WithoutFinalSeparator(FolderOf(path))) == known) entries.push_back(*Find(path));
+        if (path != "/" && Stored(FolderOf(path)) == known) entries.push_back(*Find(path));
     };
     for (const std::string& path : folders_) add(path);
     for (const auto& [path, bytes] : files_) add(path);
@@ -141,8 +151,7 @@ std::unique_ptr<WriteBatch> MemoryFileSystem::BeginWrites() { return std::make_u
 
 std::unique_ptr<GrowingFile> MemoryFileSystem::Create(const std::string& path) {
     const std::string known = Resolved(path);
-    if (folders_.count(WithoutFinalSeparator(FolderOf(known))) == 0)
-        throw RunTimeError(ErrorNumber::PathNotFound, path);
+    if (folders_.count(Stored(FolderOf(known))) == 0) throw RunTimeError(ErrorNumber::PathNotFound, path);
     if (Find(path)) throw RunTimeError(ErrorNumber::FileAlreadyExists, path);
     CountChange(path);
     files_[known];
@@ -155,7 +164,7 @@ void MemoryFileSystem::Rename(const std::string& from, const std::string& to) {
     if (Find(to) && Resolved(to) != source) throw RunTimeError(ErrorNumber::FileAlreadyExists, to);
     CountChange(from);
     auto node = files_.extract(source);
-    node.key() = AsFolder(Resolved(FolderOf(to))) + LastComponent(to);
+    node.key() = Stored(AsFolder(Resolved(FolderOf(to))) + LastComponent(to));
     files_.insert(std::move(node));
 }
 
@@ -176,14 +185,13 @@ void MemoryFileSystem::CreateFolder(const std::string& path) {
     std::string folder = Resolved(path);
     if (folders_.count(folder) != 0) return;
     CountChange(path);
-    for (; folder.size() > 1; folder = WithoutFinalSeparator(FolderOf(folder))) folders_.insert(folder);
+    for (; folder.size() > 1; folder = Stored(FolderOf(folder))) folders_.insert(folder);
 }
 
 void MemoryFileSystem::Put(const std::string& path, std::vector<std::byte> bytes) {
-    for (std::string folder = WithoutFinalSeparator(FolderOf(path)); folder.size() > 1;
-         folder = WithoutFinalSeparator(FolderOf(folder)))
+    for (std::string folder = Stored(FolderOf(path)); folder.size() > 1; folder = Stored(FolderOf(folder)))
         folders_.insert(folder);
-    files_[path] = std::move(bytes);
+    files_[Stored(path)] = std::move(bytes);
 }
 
 void MemoryFileSystem::PutText(const std::string& path, const std::string& text) { Put(path, BytesOf(text)); }
@@ -195,7 +203,7 @@ void MemoryFileSystem::PutCopyOf(const std::string& diskPath, const std::string&
 }
 
 std::optional<std::vector<std::byte>> MemoryFileSystem::Bytes(const std::string& path) const {
-    const auto file = files_.find(path);
+    const auto file = files_.find(Stored(path));
     return file == files_.end() ? std::nullopt : std::optional(file->second);
 }
 

@@ -11,6 +11,9 @@
 
 namespace vantor {
 
+/// A path written with "/", as the program forms it on this system.
+std::string Native(std::string path);
+
 /// A disk in memory that follows the rules of the FileSystem port and fails when told to.
 class MemoryFileSystem : public FileSystem {
 public:

@@ -124,7 +124,7 @@ void ApplyTheme(QApplication& application, ThemeChoice choice) {
     QApplication::setStyle(new HouseStyle(QStyleFactory::create(platformHasOwn ? platformStyle : "fusion")));
     if (choice == ThemeChoice::Dark) QApplication::setPalette(DarkPalette());
     if (choice == ThemeChoice::Light) QApplication::setPalette(LightPalette());
-    application.setWindowIcon(QIcon(QStringLiteral(":/icons/vantor.svg")));
+    application.setWindowIcon(LineIcon(QStringLiteral("vantor")));
 }
 
 bool IsDark(const QPalette& palette) { return palette.color(QPalette::Base).lightness() < 128; }
