@@ -110,10 +110,18 @@ void TellMissingRun(MessageBoxes& messages, const std::string& name) {
 
 std::optional<RunHeader> ReadRunHeader(const FileSystem& files, const std::string& folder, const std::string& name) {
     const std::string path = PathOf(folder, name, RunExtension);
-    if (!FileExists(files, path)) return std::nullopt;
-    auto header = DecodeRecord<RunHeader>(RunHeaderFields, ReadFirstBytes(files, path, RunHeaderSize));
-    header.RunName = name;
-    return header;
+    try {
+        // Opening alone tells whether the file is there: asking first would double the calls of a long study's list.
+        const auto bytes = ReadFirstBytes(files, path, RunHeaderSize);
+        std::optional<RunHeader> header(std::in_place);
+        DecodeRecord(*header, RunHeaderFields, bytes);
+        header->RunName = name;
+        return header;
+    } catch (const RunTimeError& error) {
+        if (error.Number() == ErrorNumber::FileNotFound || error.Number() == ErrorNumber::PathNotFound)
+            return std::nullopt;
+        throw;
+    }
 }
 
 bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
@@ -183,8 +191,19 @@ bool ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, RunRecord& ru
         throw RunTimeError(ErrorNumber::FileAlreadyExists,
                            path + ConvertedRunExtension + "\nThe run was converted before. Move that file away first.");
     RunRecord converted = ReadVer1Run(files, folder, name);
+    std::optional<std::vector<std::byte>> replaced;
+    if (FileExists(files, path + RunExtension))
+        replaced = ReadFirstBytes(files, path + RunExtension, files.Open(path + RunExtension)->Size());
     WriteRunFile(files, converted, folder, name);
-    files.Rename(path + Ver1RunExtension, path + ConvertedRunExtension);
+    try {
+        files.Rename(path + Ver1RunExtension, path + ConvertedRunExtension);
+    } catch (const RunTimeError&) {
+        if (replaced)
+            WriteFile(files, path + RunExtension, *replaced);
+        else
+            files.Delete(path + RunExtension);
+        throw;
+    }
     run = std::move(converted);
     return true;
 }

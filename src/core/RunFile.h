@@ -31,7 +31,8 @@ void WriteRunFile(FileSystem& files, RunRecord& run, const std::string& folder, 
 void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name);
 
 /// Fills `run` from folder + name + ".rdf", writes it as ".rd2" and renames the old file to ".rdx". A missing file
-/// is told to the user and gives false. Error 58 before anything is written when the ".rdx" exists.
+/// is told to the user and gives false. Error 58 before anything is written when the ".rdx" exists. After an error all
+/// files are as they were; where the disk refuses that too, ".rdf" and ".rd2" lie side by side, both whole.
 bool ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
                         const std::string& name);
 

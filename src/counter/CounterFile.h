@@ -32,11 +32,11 @@ std::vector<CounterStudy> CounterStudies(const FileSystem& files, const std::str
 using ConversionProgress = std::function<bool(double done)>;
 
 /// Makes a run file in `toFolder` of every record of a counter file and returns the runs' names in order. No run file
-/// is replaced: a name that exists gets the next number. All run files appear together; when one cannot be written,
-/// or the conversion is stopped (the list is empty then), none does. A fault in the file (error 62 without the end
-/// mark, 13 for an impossible date or time, 6 for a number too large or more than 32767 words) keeps the runs before
-/// the faulty record and names that record. `currentRun` is the run worked on last; memory does not depend on the
-/// file's length.
+/// is replaced: a name that exists gets the next number. All run files appear together (WriteBatch::Commit); when one
+/// cannot be written, or the conversion is stopped (the list is empty then), none does. A fault in the file (error 62
+/// without the end mark, 13 for an impossible date or time, 6 for a number too large or more than 32767 words) keeps
+/// the runs before the faulty record and names that record. `currentRun` is the run worked on last; memory does not
+/// depend on the file's length.
 std::vector<std::string> ConvertCounterFile(FileSystem& files, const std::string& path, const std::string& toFolder,
                                             RunRecord& currentRun, const ConversionProgress& progress = {});
 

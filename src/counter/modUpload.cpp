@@ -93,9 +93,8 @@ void MoveRuns(ApplicationState& state, FileSystem& files, MessageBoxes& messages
             messages.Tell("Run " + name + " exists in the selected Study Group.", MessageIcon::Warning);
             continue;
         }
-        files.Copy(RunPath(fromFolder, name), target);
+        files.Rename(RunPath(fromFolder, name), target);
         if (state.CurrentStudy.RunNames.IsEmpty()) state.Paths.LastStudyGroupPath = groupFolder;
-        files.Delete(RunPath(fromFolder, name));
     }
 }
 

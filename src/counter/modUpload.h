@@ -48,8 +48,8 @@ bool MakeStudyGroup(FileSystem& files, MessageBoxes& messages, const std::string
                     const std::string& currentGroup);
 
 /// Moves run files from the temporary runs folder into a Study Group's folder. A run that exists there is told to the
-/// user and stays. A file is deleted only when its copy is complete: an error leaves every run in one of the two
-/// folders. When the current study has no runs yet, the group becomes the last one used, so that its runs are found.
+/// user and stays. An error leaves its run and those after it where they were; every run is in one of the two folders.
+/// When the current study has no runs yet, the group becomes the last one used, so that its runs are found.
 void MoveRuns(ApplicationState& state, FileSystem& files, MessageBoxes& messages, const std::string& groupFolder,
               const std::vector<std::string>& names);
 

@@ -25,8 +25,8 @@ RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, const AppSe
 std::vector<std::string> RunsTooLong(const FieldLog& reviewed);
 
 /// Writes the runs of a log into a folder and returns their names, base name + "-R" + run number. No run file is
-/// replaced: a name that exists gets a number. All run files appear together. A run that is too long is left out: the
-/// others are written, then it is error 6 that names the run.
+/// replaced: a name that exists gets a number. All run files appear together (WriteBatch::Commit). A run that is too
+/// long is left out: the others are written, then it is error 6 that names the run.
 std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, const std::string& folder,
                                       const AppSettings& settings);
 

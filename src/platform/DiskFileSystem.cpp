@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <ctime>
-#include <filesystem>
-#include <set>
 #include <unordered_map>
 
 #include "core/Paths.h"
@@ -46,7 +43,10 @@ FileInfo InfoFrom(const fs::path& path, const NativeInfo& native) {
 
 class DiskFile : public InputFile {
 public:
-    DiskFile(const fs::path& path, std::uint64_t size) : path_(path), file_(OpenNative(path, "rb")), size_(size) {}
+    DiskFile(const fs::path& path, std::uint64_t size) : path_(path), file_(OpenNative(path, "rb")), size_(size) {
+        // Readers ask for whole pieces: a buffer of the stream would only copy their ends once more.
+        std::setvbuf(file_.get(), nullptr, _IONBF, 0);
+    }
 
     std::size_t Read(std::span<std::byte> into) override {
         const std::size_t count = std::fread(into.data(), 1, into.size(), file_.get());
@@ -73,37 +73,47 @@ auto NamingTarget(const fs::path& target, Action action) {
 
 class DiskWriteBatch : public WriteBatch {
 public:
-    DiskWriteBatch() = default;
+    explicit DiskWriteBatch(std::set<std::string>& cleanedFolders) : cleanedFolders_(cleanedFolders) {}
     DiskWriteBatch(const DiskWriteBatch&) = delete;
     DiskWriteBatch& operator=(const DiskWriteBatch&) = delete;
-    ~DiskWriteBatch() override {
-        std::error_code ignored;
-        for (const Pending& file : pending_) fs::remove(file.Temporary, ignored);
-    }
+    ~DiskWriteBatch() override { RemoveTemporaries(); }
 
     void Add(const std::string& path, std::span<const std::byte> bytes, OldTail tail) override {
         const fs::path target = FollowedLink(TargetOf(path));
-        const fs::path temporary = target.parent_path() / TemporaryName();
-        const NativeFile file = NamingTarget(target, [&] { return OpenNative(temporary, "wb"); });
-        pending_.push_back({temporary.native(), target.native()});
+        const fs::path folder = target.parent_path();
+        if (cleanedFolders_.insert(PortablePath(folder)).second) RemoveLeftovers(folder);
+        const auto [temporary, file] = NamingTarget(target, [&] { return MakeTemporaryFile(folder); });
+        std::error_code ignored;
+        const fs::file_status old = fs::status(target, ignored);
+        pending_.push_back({temporary.native(), target.native(), {}, fs::exists(old), false});
         WriteNative(file, bytes, target);
         if (tail == OldTail::Kept) AppendTail(file, target, bytes.size());
         // Starts the disk's work early; the flush that counts is the commit's.
         if (std::fflush(file.get()) != 0) ThrowFileError(errno, target);
         StartFlush(file);
-        std::error_code ignored;
-        if (fs::exists(target, ignored)) fs::permissions(temporary, fs::status(target, ignored).permissions(), ignored);
+        if (fs::exists(old)) fs::permissions(temporary, old.permissions(), ignored);
     }
 
     void Commit() override {
         for (const Pending& file : pending_) NamingTarget(file.Target, [&] { FlushToDisk(file.Temporary); });
+        // One file alone is replaced in one step.
+        if (pending_.size() > 1)
+            for (Pending& file : pending_)
+                if (file.Replaces) KeepOld(file);
         std::set<fs::path> folders;
-        for (const Pending& file : pending_) {
-            ReplaceFile(file.Temporary, file.Target);
-            folders.insert(fs::path(file.Target).parent_path());
+        try {
+            for (Pending& file : pending_) {
+                RenameOver(file.Temporary, file.Target);
+                file.IsPlaced = true;
+                folders.insert(fs::path(file.Target).parent_path());
+            }
+        } catch (const RunTimeError&) {
+            TakeBack();
+            FlushFolders(folders);
+            throw;
         }
-        pending_.clear();
-        for (const fs::path& folder : folders) FlushToDisk(folder);
+        FlushFolders(folders);
+        RemoveTemporaries();
     }
 
 private:
@@ -111,7 +121,53 @@ private:
     struct Pending {
         fs::path::string_type Temporary;
         fs::path::string_type Target;
+        fs::path::string_type Old;  ///< a second name of the file replaced, or a copy; empty for a new file
+        bool Replaces = false;
+        bool IsPlaced = false;
     };
+
+    /// Under its own name the old file stays until the new one takes its place: whenever the program is killed, there
+    /// is one of the two.
+    static void KeepOld(Pending& file) {
+        const fs::path folder = fs::path(file.Target).parent_path();
+        std::error_code failure;
+        fs::path old;
+        do {
+            old = folder / TemporaryName();
+            fs::create_hard_link(file.Target, old, failure);
+        } while (failure == std::errc::file_exists);
+        if (failure == std::errc::no_such_file_or_directory) return;
+        file.Old = old.native();
+        if (!failure) return;
+        // Not every file system knows second names, and not every user may give them.
+        if (!fs::copy_file(file.Target, old, failure)) ThrowFileError(failure, file.Target);
+        NamingTarget(file.Target, [&] { FlushToDisk(old); });
+    }
+
+    void RemoveTemporaries() {
+        std::error_code ignored;
+        for (const Pending& file : pending_) {
+            if (!file.IsPlaced) fs::remove(file.Temporary, ignored);
+            if (!file.Old.empty()) fs::remove(file.Old, ignored);
+        }
+        pending_.clear();
+    }
+
+    static void FlushFolders(const std::set<fs::path>& folders) {
+        for (const fs::path& folder : folders) FlushFolder(folder);
+    }
+
+    /// Brings the old files back. What the disk refuses stays new: there is nothing else to do about it.
+    void TakeBack() {
+        std::error_code ignored;
+        for (auto file = pending_.rbegin(); file != pending_.rend(); ++file) {
+            if (!file->IsPlaced) continue;
+            if (file->Old.empty())
+                fs::remove(file->Target, ignored);
+            else
+                fs::rename(file->Old, file->Target, ignored);
+        }
+    }
 
     /// As Resolved, but each folder is listed only once: a batch may write thousands of new files into it.
     fs::path TargetOf(const std::string& path) {
@@ -155,6 +211,7 @@ private:
         CopyRest(source, file, old);
     }
 
+    std::set<std::string>& cleanedFolders_;
     std::vector<Pending> pending_;
     std::unordered_map<std::string, Folder> folders_;
 };
@@ -170,7 +227,7 @@ public:
     void Close() override {
         file_.reset();
         FlushToDisk(path_);
-        FlushToDisk(path_.parent_path());
+        FlushFolder(path_.parent_path());
     }
 
 private:
@@ -184,6 +241,15 @@ constexpr const char* InstalledFiles = "";
 #else
 constexpr const char* InstalledFiles = "../share/vantor/";
 #endif
+
+/// A program whose files lie beside it can be carried about with its settings. One whose files were installed is there
+/// for all users, even where this one may write beside it.
+bool IsInstalled(const std::string& programFolder) {
+    constexpr const char* manual = "VANTOR.HLP";
+    std::error_code ignored;
+    return fs::exists(NativePath(programFolder + InstalledFiles + manual), ignored) &&
+           !fs::exists(NativePath(programFolder + manual), ignored);
+}
 
 std::string UserSettingsFolder() {
 #ifdef _WIN32
@@ -200,10 +266,13 @@ std::string UserSettingsFolder() {
 }  // namespace
 
 DiskFileSystem::DiskFileSystem(const std::string& programFolder) {
-    const char* named = std::getenv("VANTOR_PROGRAM_FOLDER");
-    const std::string folder = AsFolder(named != nullptr && *named != '\0' ? named : programFolder);
-    settingsFolder_ = named != nullptr || IsWritableFolder(NativePath(folder)) ? folder : UserSettingsFolder();
-    programFolders_ = {folder, AsFolder(programFolder), AsFolder(programFolder) + InstalledFiles};
+    const char* variable = std::getenv("VANTOR_PROGRAM_FOLDER");
+    const bool isNamed = variable != nullptr && *variable != '\0';
+    const std::string executableFolder = AsFolder(programFolder);
+    const std::string folder = isNamed ? AsFolder(variable) : executableFolder;
+    const bool isOwn = isNamed || (!IsInstalled(folder) && IsWritableFolder(NativePath(folder)));
+    settingsFolder_ = isOwn ? folder : UserSettingsFolder();
+    programFolders_ = {folder, executableFolder, executableFolder + InstalledFiles};
 }
 
 std::optional<FileInfo> DiskFileSystem::Find(const std::string& path) const {
@@ -242,7 +311,7 @@ std::unique_ptr<InputFile> DiskFileSystem::Open(const std::string& path) const {
     return std::make_unique<DiskFile>(resolved, native ? native->Size : 0);
 }
 
-std::unique_ptr<WriteBatch> DiskFileSystem::BeginWrites() { return std::make_unique<DiskWriteBatch>(); }
+std::unique_ptr<WriteBatch> DiskFileSystem::BeginWrites() { return std::make_unique<DiskWriteBatch>(cleanedFolders_); }
 
 std::unique_ptr<GrowingFile> DiskFileSystem::Create(const std::string& path) {
     return std::make_unique<DiskGrowingFile>(Resolved(path));
@@ -254,8 +323,23 @@ void DiskFileSystem::Rename(const std::string& from, const std::string& to) {
     std::error_code ignored;
     const bool onlyCaseDiffers = fs::equivalent(source, Resolved(to), ignored);
     if (!onlyCaseDiffers && Find(to)) throw RunTimeError(ErrorNumber::FileAlreadyExists, to);
-    if (std::rename(source.string().c_str(), target.string().c_str()) != 0) ThrowFileError(errno, source);
-    FlushToDisk(target.parent_path());
+    std::error_code failure;
+    fs::rename(source, target, failure);
+    if (failure == std::errc::cross_device_link) return MoveToOtherDisk(source, target);
+    if (failure) ThrowFileError(failure, source);
+    FlushFolder(target.parent_path());
+}
+
+void DiskFileSystem::MoveToOtherDisk(const fs::path& from, const fs::path& to) {
+    Copy(PortablePath(from), PortablePath(to));
+    std::error_code failure;
+    fs::remove(from, failure);
+    if (!failure) return;
+    std::error_code kept;
+    fs::remove(to, kept);
+    ThrowFileError(failure, from,
+                   "The file cannot be taken away from there, so it was not moved." +
+                       (kept ? " A copy lies in " + PortablePath(to) + "." : std::string()));
 }
 
 void DiskFileSystem::Copy(const std::string& from, const std::string& to) {
@@ -267,7 +351,9 @@ void DiskFileSystem::Copy(const std::string& from, const std::string& to) {
 
 void DiskFileSystem::Delete(const std::string& path) {
     const fs::path resolved = Resolved(path);
-    if (std::remove(resolved.string().c_str()) != 0) ThrowFileError(errno, resolved);
+    std::error_code failure;
+    if (fs::remove(resolved, failure)) return;
+    ThrowFileError(failure ? failure : std::make_error_code(std::errc::no_such_file_or_directory), resolved);
 }
 
 void DiskFileSystem::CreateFolder(const std::string& path) {
@@ -292,13 +378,9 @@ std::string DiskFileSystem::ProgramFile(const std::string& name) const {
 }
 
 std::string ExecutableFolder() {
-    std::error_code failure;
-#ifdef _WIN32
-    return AsFolder(PortablePath(fs::path(_wpgmptr).parent_path()));
-#else
-    const fs::path program = fs::read_symlink("/proc/self/exe", failure);
-    return failure ? AsFolder(PortablePath(fs::current_path(failure))) : AsFolder(PortablePath(program.parent_path()));
-#endif
+    const fs::path folder = ExecutablePath().parent_path();
+    std::error_code ignored;
+    return AsFolder(PortablePath(folder.empty() ? fs::current_path(ignored) : folder));
 }
 
 }  // namespace vantor

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <filesystem>
+#include <set>
+
 #include "core/ports/FileSystem.h"
 
 namespace vantor {
@@ -7,8 +10,9 @@ namespace vantor {
 /// The file system of this computer.
 class DiskFileSystem : public FileSystem {
 public:
-    /// `programFolder` holds the settings; where it cannot be written, the user's configuration folder does. The
-    /// environment variable VANTOR_PROGRAM_FOLDER names another program folder.
+    /// `programFolder` holds the settings. Where it cannot be written, or where it is that of an installation, whose
+    /// files lie elsewhere, the user's configuration folder does. The environment variable VANTOR_PROGRAM_FOLDER names
+    /// another program folder.
     explicit DiskFileSystem(const std::string& programFolder);
 
     std::optional<FileInfo> Find(const std::string& path) const override;
@@ -25,8 +29,11 @@ public:
     std::string ProgramFile(const std::string& name) const override;
 
 private:
+    void MoveToOtherDisk(const std::filesystem::path& from, const std::filesystem::path& to);
+
     std::string settingsFolder_;
     std::vector<std::string> programFolders_;  ///< in the order in which they are searched
+    std::set<std::string> cleanedFolders_;     ///< those without leftovers of killed programs
 };
 
 /// The folder of the running executable, with a final separator.

@@ -1,8 +1,10 @@
 #include "platform/NativeFile.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 
 #include "core/RunTimeError.h"
@@ -10,8 +12,13 @@
 #ifdef _WIN32
 #include <io.h>
 #include <process.h>
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
 #else
 #include <fcntl.h>
+#include <signal.h>
 #include <unistd.h>
 #endif
 #include <sys/stat.h>
@@ -42,6 +49,34 @@ ErrorNumber NumberOf(int systemError, const fs::path& path) {
     }
 }
 
+constexpr std::string_view TemporaryPrefix = ".vantor-";
+constexpr std::string_view TemporarySuffix = ".tmp";
+constexpr std::time_t LeftoverAge = 24 * 60 * 60;
+
+/// The process that a temporary name tells; nothing for any other name.
+std::optional<int> WriterOf(std::string_view name) {
+    if (!name.starts_with(TemporaryPrefix) || !name.ends_with(TemporarySuffix)) return std::nullopt;
+    const char* const end = name.data() + name.size() - TemporarySuffix.size();
+    int process = 0;
+    unsigned number = 0;
+    const auto [dash, noProcess] = std::from_chars(name.data() + TemporaryPrefix.size(), end, process);
+    if (noProcess != std::errc() || process <= 0 || dash == end || *dash != '-') return std::nullopt;
+    const auto [last, noNumber] = std::from_chars(dash + 1, end, number);
+    return noNumber == std::errc() && last == end ? std::optional(process) : std::nullopt;
+}
+
+bool IsRunning(int process) {
+#ifdef _WIN32
+    const HANDLE handle = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(process));
+    if (handle == nullptr) return GetLastError() == ERROR_ACCESS_DENIED;
+    const bool isRunning = WaitForSingleObject(handle, 0) == WAIT_TIMEOUT;
+    CloseHandle(handle);
+    return isRunning;
+#else
+    return kill(process, 0) == 0 || errno != ESRCH;
+#endif
+}
+
 }  // namespace
 
 fs::path NativePath(const std::string& utf8) {
@@ -65,11 +100,16 @@ std::optional<NativeInfo> InfoOfNative(const fs::path& path) {
     const bool isFolder = S_ISDIR(status.st_mode);
     const bool isFile = S_ISREG(status.st_mode);
 #endif
-    return NativeInfo{isFolder, isFile, isFile ? static_cast<std::uint64_t>(status.st_size) : 0, status.st_mtime};
+    return NativeInfo{isFolder, isFile, isFile ? static_cast<std::uint64_t>(status.st_size) : 0, status.st_mtime,
+                      std::max(status.st_mtime, status.st_ctime)};
 }
 
-void ThrowFileError(int systemError, const fs::path& path) {
-    throw RunTimeError(NumberOf(systemError, path), PortablePath(path));
+void ThrowFileError(int systemError, const fs::path& path, const std::string& remedy) {
+    throw RunTimeError(NumberOf(systemError, path), PortablePath(path) + (remedy.empty() ? "" : "\n" + remedy));
+}
+
+void ThrowFileError(std::error_code failure, const fs::path& path, const std::string& remedy) {
+    ThrowFileError(failure.default_error_condition().value(), path, remedy);
 }
 
 NativeFile OpenNative(const fs::path& path, const char* mode) {
@@ -105,13 +145,11 @@ void StartFlush([[maybe_unused]] const NativeFile& file) {
 
 void FlushToDisk(const fs::path& path) {
 #ifdef _WIN32
-    if (fs::is_directory(path)) return;
     const NativeFile file = OpenNative(path, "r+b");
     if (_commit(_fileno(file.get())) != 0) ThrowFileError(errno, path);
 #else
-    const int descriptor = open(path.empty() ? "." : path.c_str(), O_RDONLY);
+    const int descriptor = open(path.c_str(), O_RDONLY);
     if (descriptor < 0) ThrowFileError(errno, path);
-    // Some file systems cannot flush a folder; its names are then as safe as they can be.
     const bool failed = fsync(descriptor) != 0 && errno != EINVAL && errno != EROFS;
     const int reason = errno;
     close(descriptor);
@@ -119,10 +157,19 @@ void FlushToDisk(const fs::path& path) {
 #endif
 }
 
-void ReplaceFile(const fs::path& from, const fs::path& to) {
+void FlushFolder([[maybe_unused]] const fs::path& folder) {
+#ifndef _WIN32
+    const int descriptor = open(folder.empty() ? "." : folder.c_str(), O_RDONLY);
+    if (descriptor < 0) return;
+    fsync(descriptor);
+    close(descriptor);
+#endif
+}
+
+void RenameOver(const fs::path& from, const fs::path& to) {
     std::error_code failure;
     fs::rename(from, to, failure);
-    if (failure) ThrowFileError(failure.value(), to);
+    if (failure) ThrowFileError(failure, to);
 }
 
 std::string TemporaryName() {
@@ -132,12 +179,60 @@ std::string TemporaryName() {
 #else
     const int process = getpid();
 #endif
-    return ".vantor-" + std::to_string(process) + "-" + std::to_string(++counter) + ".tmp";
+    return std::string(TemporaryPrefix) + std::to_string(process) + "-" + std::to_string(++counter) +
+           std::string(TemporarySuffix);
+}
+
+TemporaryFile MakeTemporaryFile(const fs::path& folder) {
+    for (;;) {
+        fs::path path = folder / TemporaryName();
+        try {
+            NativeFile file = OpenNative(path, "wbx");
+            return {std::move(path), std::move(file)};
+        } catch (const RunTimeError& error) {
+            if (error.Number() != ErrorNumber::FileAlreadyExists) throw;
+        }
+    }
+}
+
+void RemoveLeftovers(const fs::path& folder) {
+    const std::time_t yesterday = std::time(nullptr) - LeftoverAge;
+    std::error_code ignored;
+    for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, ignored), end; entry != end;
+         entry.increment(ignored)) {
+        const auto writer = WriterOf(PortablePath(entry->path().filename()));
+        if (!writer || IsRunning(*writer)) continue;
+        const auto info = InfoOfNative(entry->path());
+        if (info && info->IsFile && info->Changed < yesterday) fs::remove(entry->path(), ignored);
+    }
+}
+
+fs::path ExecutablePath() {
+#ifdef _WIN32
+    std::wstring path(MAX_PATH, L'\0');
+    // As long as it fills all of the text, the path may be cut.
+    for (;;) {
+        const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+        if (length < path.size()) return path.substr(0, length);
+        path.resize(2 * path.size());
+    }
+#else
+    std::error_code failure;
+    return fs::read_symlink("/proc/self/exe", failure);
+#endif
 }
 
 bool IsWritableFolder(const fs::path& folder) {
 #ifdef _WIN32
-    return _waccess(folder.c_str(), 2) == 0;
+    // What the system tells of a folder is only that it is there.
+    try {
+        const fs::path probe = MakeTemporaryFile(folder).Path;
+        std::error_code ignored;
+        fs::remove(probe, ignored);
+        return true;
+    } catch (const RunTimeError&) {
+        return false;
+    }
 #else
     return access(folder.c_str(), W_OK) == 0;
 #endif

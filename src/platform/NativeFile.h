@@ -8,6 +8,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <system_error>
 
 #include "core/Date.h"
 
@@ -24,6 +25,7 @@ struct NativeInfo {
     bool IsFile = false;  ///< an ordinary file, no pipe or device
     std::uint64_t Size = 0;
     std::time_t Modified = 0;
+    std::time_t Changed = 0;  ///< its contents or, where the system tells of it, its names
 };
 /// Nothing when the path does not exist.
 std::optional<NativeInfo> InfoOfNative(const std::filesystem::path& path);
@@ -33,8 +35,11 @@ struct CloseFile {
 };
 using NativeFile = std::unique_ptr<std::FILE, CloseFile>;
 
-/// The run-time error of a system error number, naming the path: 53, 58, 61, 70, 76 or 75.
-[[noreturn]] void ThrowFileError(int systemError, const std::filesystem::path& path);
+/// The run-time error of a system error number, naming the path: 53, 58, 61, 70, 76 or 75. `remedy` follows on a line
+/// of its own.
+[[noreturn]] void ThrowFileError(int systemError, const std::filesystem::path& path, const std::string& remedy = {});
+[[noreturn]] void ThrowFileError(std::error_code failure, const std::filesystem::path& path,
+                                 const std::string& remedy = {});
 
 NativeFile OpenNative(const std::filesystem::path& path, const char* mode);
 void WriteNative(const NativeFile& file, std::span<const std::byte> bytes, const std::filesystem::path& path);
@@ -44,13 +49,29 @@ void CopyRest(const NativeFile& source, const NativeFile& target, const std::fil
 
 /// Hands a file's data to the disk without waiting, where the system can.
 void StartFlush(const NativeFile& file);
-/// Waits until a file's data, or a folder's names, are on the disk.
+/// Waits until a file's data are on the disk.
 void FlushToDisk(const std::filesystem::path& path);
+/// Waits until a folder's names are on the disk, as far as the system can. No error: the names are as the program was
+/// told, only a power failure may bring the old ones back.
+void FlushFolder(const std::filesystem::path& folder);
 /// Renames over an existing file in one step.
-void ReplaceFile(const std::filesystem::path& from, const std::filesystem::path& to);
+void RenameOver(const std::filesystem::path& from, const std::filesystem::path& to);
 
-/// A name that no other writer uses, hidden from listings by extension.
+/// A name for a file or folder that is there for a moment, hidden from listings by extension. It tells the process;
+/// one like it may be left over from an earlier process of the same number.
 std::string TemporaryName();
+/// A new file open for writing.
+struct TemporaryFile {
+    std::filesystem::path Path;
+    NativeFile File;
+};
+TemporaryFile MakeTemporaryFile(const std::filesystem::path& folder);
+/// Removes the temporary files of programs that were killed: those a day old whose process does not live on this
+/// computer. A program on another one has that day to write and rename its own. Errors are left for a later time.
+void RemoveLeftovers(const std::filesystem::path& folder);
+
+/// The file of the running program.
+std::filesystem::path ExecutablePath();
 bool IsWritableFolder(const std::filesystem::path& folder);
 Date LocalDate(std::time_t time);
 

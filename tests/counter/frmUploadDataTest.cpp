@@ -236,9 +236,8 @@ TEST_F(frmUploadDataTest, AFullDiskLeavesTheRestRenamedAndSelected) {
     Open();
     RenameAs("M", {0, 1});
     Type(*Form, "TxtStudyGroup", "Main");
-    // The first run takes three changes of the disk: two for its copy, one for its deletion.
-    Program.Files.FailChangeAfter(3, ErrorNumber::DiskFull);
-    Program.Messages.Expect("Run-time error '61':\nDisk full\n\n" + Groups + "Main/M-NB-002.rd2");
+    Program.Files.FailChangeAfter(1, ErrorNumber::DiskFull);
+    Program.Messages.Expect("Run-time error '61':\nDisk full\n\n" + Temp + "M-NB-002.rd2");
     Click(*Form, "btnMoveRuns");
     EXPECT_THAT(Listed(), ElementsAre("M-NB-002"));
     EXPECT_THAT(OnDisk(Temp), ElementsAre("M-NB-002 was B"));

@@ -154,8 +154,11 @@ const Operation ConvertsVer1Run{"Ver1RunConverted",
                                 },
                                 [](FaultScene& scene) {
                                     ExpectRunAgrees(scene);
-                                    const bool isOld = scene.Files.Bytes(scene.Group + "M.rdf").has_value();
-                                    EXPECT_NE(isOld, scene.Files.Bytes(scene.Group + "M.rdx").has_value());
+                                    const auto isThere = [&](const char* extension) {
+                                        return scene.Files.Bytes(scene.Group + "M" + extension).has_value();
+                                    };
+                                    EXPECT_EQ(isThere(".rd2"), isThere(".rdx"));
+                                    EXPECT_NE(isThere(".rd2"), isThere(".rdf"));
                                 }};
 
 // Counter files and temporary runs.

@@ -149,6 +149,12 @@ TEST_F(DiskFileSystemTest, SettingsFolderFollowsTheEnvironmentAndPermissions) {
     setenv("VANTOR_PROGRAM_FOLDER", "/portable", 1);
     EXPECT_EQ(DiskFileSystem(folder_).SettingsFolder(), "/portable/");
     unsetenv("VANTOR_PROGRAM_FOLDER");
+    // Whoever may write into the folder of an installed program has settings of his own all the same.
+    for (const char* folder : {"bin", "share/vantor"}) files_.CreateFolder(At(folder));
+    Put("share/vantor/VANTOR.HLP", "");
+    EXPECT_EQ(DiskFileSystem(At("bin/")).SettingsFolder(), folder_ + "vantor/");
+    Put("bin/VANTOR.HLP", "");
+    EXPECT_EQ(DiskFileSystem(At("bin/")).SettingsFolder(), folder_ + "bin/");
 }
 
 TEST_F(DiskFileSystemTest, FindsFilesOfTheProgramWhereverItIsInstalled) {

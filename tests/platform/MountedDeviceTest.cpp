@@ -54,7 +54,7 @@ TEST_F(MountedDeviceTest, WritesInPiecesOverAnOlderFile) {
     EXPECT_TRUE(Device.CeWriteFile(file, BytesOf("new"), written));
     EXPECT_EQ(written, 3u);
     Files.FailChangeAfter(0, ErrorNumber::DiskFull);
-    EXPECT_FALSE(Device.CeWriteFile(file, BytesOf("er"), written));
+    EXPECT_FALSE(Device.CeWriteFile(file, BytesOf("e"), written)) << "a single byte is there or not";
     EXPECT_EQ(written, 0u);
     EXPECT_TRUE(Device.CeWriteFile(file, BytesOf("er"), written));
     Device.CeRapiUninit();

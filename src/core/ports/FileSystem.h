@@ -45,6 +45,9 @@ class WriteBatch {
 public:
     virtual ~WriteBatch() = default;
     virtual void Add(const std::string& path, std::span<const std::byte> bytes, OldTail tail) = 0;
+    /// Once, as the last call. All or nothing: an error leaves every old file and no new one. Only where the program is
+    /// killed in the midst of it, or the disk refuses to take back what was renamed, are some files new and others old;
+    /// each is whole even then.
     virtual void Commit() = 0;
 };
 
@@ -76,7 +79,8 @@ public:
     /// Error 58 when the file exists.
     virtual std::unique_ptr<GrowingFile> Create(const std::string& path) = 0;
 
-    /// Error 58 when `to` exists.
+    /// Gives a file another name, also in another folder or on another disk. Error 58 when `to` exists. After any error
+    /// the file is where it was.
     virtual void Rename(const std::string& from, const std::string& to) = 0;
     /// Writes `to` whole, replacing it. Error 53 when `from` is missing.
     virtual void Copy(const std::string& from, const std::string& to) = 0;

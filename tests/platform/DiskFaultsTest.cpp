@@ -1,0 +1,213 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <map>
+
+#include "core/Paths.h"
+#include "fakes/MemoryFileSystem.h"
+#include "fakes/ThrowsError.h"
+#include "platform/DiskFileSystem.h"
+
+namespace {
+
+/// Which calls of one kind fail, counted from 0, and how.
+struct SystemFault {
+    std::string_view Call;
+    int First = 0;
+    int Count = 1;
+    int Error = EIO;
+};
+std::map<std::string_view, SystemFault> faults;
+std::time_t secondsAhead = 0;
+
+bool Fails(std::string_view call) {
+    const auto fault = faults.find(call);
+    if (fault == faults.end() || fault->second.First-- > 0 || fault->second.Count-- <= 0) return false;
+    errno = fault->second.Error;
+    return true;
+}
+
+}  // namespace
+
+// This program's own calls to the system, in place of the library's.
+extern "C" {
+int rename(const char* from, const char* to) noexcept {
+    return Fails("rename") ? -1 : renameat(AT_FDCWD, from, AT_FDCWD, to);
+}
+int link(const char* from, const char* to) noexcept {
+    return Fails("link") ? -1 : linkat(AT_FDCWD, from, AT_FDCWD, to, 0);
+}
+int remove(const char* path) noexcept {
+    if (Fails("remove")) return -1;
+    return unlinkat(AT_FDCWD, path, 0) == 0 ? 0 : unlinkat(AT_FDCWD, path, errno == EISDIR ? AT_REMOVEDIR : 0);
+}
+int fsync(int descriptor) { return Fails("fsync") ? -1 : static_cast<int>(syscall(SYS_fsync, descriptor)); }
+std::time_t time(std::time_t* into) noexcept {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    if (into != nullptr) *into = now.tv_sec + secondsAhead;
+    return now.tv_sec + secondsAhead;
+}
+}
+
+namespace vantor {
+namespace {
+
+using Texts = std::map<std::string, std::string>;
+
+class DiskFaultsTest : public testing::Test {
+protected:
+    DiskFaultsTest() {
+        char pattern[] = "/tmp/vantor-test-XXXXXX";
+        folder_ = AsFolder(mkdtemp(pattern));
+    }
+    ~DiskFaultsTest() override {
+        faults.clear();
+        secondsAhead = 0;
+        std::filesystem::remove_all(folder_);
+    }
+
+    std::string At(const std::string& name) const { return folder_ + name; }
+    void Put(const std::string& name, std::string_view text) { WriteFile(files_, At(name), BytesOf(text)); }
+    static void Fail(const SystemFault& fault) { faults[fault.Call] = fault; }
+    /// All that lies in the folder, hidden files too.
+    Texts Disk() const {
+        Texts texts;
+        for (const FileInfo& info : files_.List(folder_)) {
+            const auto bytes = ReadFirstBytes(files_, At(info.Name), info.Size);
+            texts[info.Name] = {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+        }
+        return texts;
+    }
+    /// A process that has begun a batch and then does `rest`.
+    template <class Rest>
+    pid_t Writer(Rest rest) {
+        int ready[2];
+        EXPECT_EQ(pipe(ready), 0);
+        const pid_t child = fork();
+        if (child == 0) {
+            const auto batch = files_.BeginWrites();
+            batch->Add(At("a"), BytesOf("half"), OldTail::Dropped);
+            close(ready[1]);
+            rest();
+            std::_Exit(0);
+        }
+        close(ready[1]);
+        char none = 0;
+        EXPECT_EQ(read(ready[0], &none, 1), 0);
+        close(ready[0]);
+        return child;
+    }
+    /// What is left after a program that is started now has written into the folder.
+    std::size_t LeftAfterAWrite() {
+        DiskFileSystem later("/");
+        WriteFile(later, At("b"), BytesOf("b"));
+        std::size_t left = 0;
+        for (const auto& [name, text] : Disk()) left += name.ends_with(".tmp") ? 1 : 0;
+        return left;
+    }
+
+    std::string folder_;
+    DiskFileSystem files_{"/"};
+};
+
+TEST_F(DiskFaultsTest, ABatchIsStoredWholeOrNotAtAll) {
+    for (const bool hasHardLinks : {true, false}) {
+        SCOPED_TRACE(hasHardLinks ? "hard links" : "no hard links");
+        Texts old{{"old1", "first"}, {"old2", "second"}};
+        for (const auto& [name, text] : old) Put(name, text);
+        int failing = 0;
+        for (bool isStored = false; !isStored; ++failing) {
+            ASSERT_LT(failing, 9);
+            if (!hasHardLinks) Fail({"link", 0, 99, EPERM});
+            Fail({"rename", failing});
+            const auto error = ErrorOf([&] {
+                const auto batch = files_.BeginWrites();
+                for (const char* name : {"new1", "old1", "new2", "old2"})
+                    batch->Add(At(name), BytesOf("replaced"), OldTail::Dropped);
+                batch->Commit();
+            });
+            isStored = !error;
+            if (error) {
+                EXPECT_EQ(Disk(), old) << "rename " << failing;
+            }
+        }
+        EXPECT_EQ(failing, 5) << "each of the four renames has failed once";
+        EXPECT_EQ(Disk(),
+                  (Texts{{"new1", "replaced"}, {"new2", "replaced"}, {"old1", "replaced"}, {"old2", "replaced"}}));
+        faults.clear();
+        for (const char* name : {"new1", "new2"}) files_.Delete(At(name));
+    }
+}
+
+TEST_F(DiskFaultsTest, AnErrorMeansThatNothingWasDone) {
+    Put("a", "old");
+    Fail({"fsync", 0});
+    EXPECT_ERROR(DeviceIoError, Put("a", "new"));
+    EXPECT_EQ(Disk(), (Texts{{"a", "old"}}));
+    // The second flush is the folder's; the file is in place by then.
+    Fail({"fsync", 1});
+    Put("a", "new");
+    EXPECT_EQ(Disk(), (Texts{{"a", "new"}}));
+    Fail({"fsync", 0});
+    files_.Rename(At("a"), At("b"));
+    EXPECT_EQ(Disk(), (Texts{{"b", "new"}}));
+    Fail({"rename", 0, 1, EACCES});
+    EXPECT_ERROR(PermissionDenied, files_.Rename(At("b"), At("c")));
+    EXPECT_EQ(Disk(), (Texts{{"b", "new"}}));
+}
+
+TEST_F(DiskFaultsTest, RenamesOntoAnotherDisk) {
+    Put("a", "text");
+    Fail({"rename", 0, 1, EXDEV});
+    files_.Rename(At("a"), At("b"));
+    EXPECT_EQ(Disk(), (Texts{{"b", "text"}}));
+    Fail({"rename", 0, 1, EXDEV});
+    Fail({"remove", 0, 1, EACCES});
+    EXPECT_ERROR(PermissionDenied, files_.Rename(At("b"), At("c")));
+    EXPECT_EQ(Disk(), (Texts{{"b", "text"}}));
+    Fail({"rename", 0, 2, EXDEV});
+    EXPECT_TRUE(ErrorOf([&] { files_.Rename(At("b"), At("c")); })) << "the copy cannot be stored";
+    EXPECT_EQ(Disk(), (Texts{{"b", "text"}}));
+}
+
+TEST_F(DiskFaultsTest, OnlyLeftoversOfProgramsThatEndedAreRemoved) {
+    constexpr std::time_t Day = 24 * 60 * 60;
+    Put(".vantor-notes.tmp", "the user's");
+    const pid_t killed = Writer([] {});
+    waitpid(killed, nullptr, 0);
+    const pid_t writing = Writer([] { pause(); });
+    EXPECT_EQ(LeftAfterAWrite(), 3U) << "a writer on another computer may be alive";
+    secondsAhead = Day + 60;
+    EXPECT_EQ(LeftAfterAWrite(), 2U);
+    kill(writing, SIGKILL);
+    waitpid(writing, nullptr, 0);
+    EXPECT_EQ(LeftAfterAWrite(), 1U);
+    EXPECT_EQ(Disk().count(".vantor-notes.tmp"), 1U);
+}
+
+TEST_F(DiskFaultsTest, ALeftoverIsNotTakenForAFileOfTheBatch) {
+    // The process has had the number of this one.
+    const auto number = [&] {
+        const auto batch = files_.BeginWrites();
+        batch->Add(At("a"), {}, OldTail::Dropped);
+        const std::string name = Disk().begin()->first;
+        return std::stoi(name.substr(name.rfind('-') + 1));
+    }();
+    const std::string leftover = ".vantor-" + std::to_string(getpid()) + "-" + std::to_string(number + 1) + ".tmp";
+    std::FILE* file = std::fopen(At(leftover).c_str(), "w");
+    std::fclose(file);
+    Put("a", "text");
+    EXPECT_EQ(Disk(), (Texts{{leftover, ""}, {"a", "text"}}));
+}
+
+}  // namespace
+}  // namespace vantor
