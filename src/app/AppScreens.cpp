@@ -30,8 +30,12 @@ namespace {
 template <class Form, class... Arguments>
 bool ShowModal(Arguments&&... arguments) {
     Form form(std::forward<Arguments>(arguments)...);
-    if (QWidget* owner = QApplication::activeWindow()) form.setParent(owner, form.windowFlags());
-    return form.exec() == QDialog::Accepted;
+    if (QWidget* active = QApplication::activeWindow()) form.setParent(active, form.windowFlags());
+    QWidget* const owner = form.parentWidget();
+    const bool accepted = form.exec() == QDialog::Accepted;
+    // Where a message box closed just before, a window manager may leave no window active.
+    if (owner != nullptr) owner->activateWindow();
+    return accepted;
 }
 
 }  // namespace

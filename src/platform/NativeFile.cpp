@@ -123,6 +123,7 @@ NativeFile OpenNative(const fs::path& path, const char* mode) {
 }
 
 void WriteNative(const NativeFile& file, std::span<const std::byte> bytes, const fs::path& path) {
+    if (bytes.empty()) return;  // nothing lies at no address
     if (std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) ThrowFileError(errno, path);
 }
 

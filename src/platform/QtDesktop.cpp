@@ -64,7 +64,10 @@ QtDesktop::~QtDesktop() = default;
 
 void QtDesktop::Beep() { QApplication::beep(); }
 
-void QtDesktop::OpenWebPage(const std::string& address) { QDesktopServices::openUrl(QUrl(ToQt(address))); }
+void QtDesktop::OpenWebPage(const std::string& address) {
+    if (!QDesktopServices::openUrl(QUrl(ToQt(address))))
+        throw RunTimeError(ErrorNumber::FileNotFound, address + "\nThe desktop has no web browser.");
+}
 
 void QtDesktop::ViewText(const std::string& path) {
     QStringList command = TextViewerCommand(ToQt(path));

@@ -93,6 +93,23 @@ TEST(DelayScaleTest, PlacesDelaysAndAverages) {
     EXPECT_EQ(DelayScale({0, 100, 300, 0}, SeriesOf({245})).ValueStep(), 25);
 }
 
+/// All texts lie within a canvas of that size, none over another one, and each has room for its words.
+void ExpectTextsApart(const RecordingCanvas& canvas, double width, double height) {
+    EXPECT_FALSE(canvas.Texts.empty());
+    for (std::size_t i = 0; i < canvas.Texts.size(); ++i) {
+        const CanvasBox& one = canvas.Texts[i].Box;
+        EXPECT_TRUE(one.X >= 0 && one.Y >= 0 && one.X + one.Width <= width && one.Y + one.Height <= height)
+            << canvas.Texts[i].Shown;
+        EXPECT_LE(canvas.TextWidth(canvas.Texts[i].Shown, canvas.Texts[i].Style), one.Width) << canvas.Texts[i].Shown;
+        for (std::size_t k = 0; k < i; ++k) {
+            const CanvasBox& other = canvas.Texts[k].Box;
+            const bool isApart = one.X >= other.X + other.Width || other.X >= one.X + one.Width ||
+                                 one.Y >= other.Y + other.Height || other.Y >= one.Y + one.Height;
+            EXPECT_TRUE(isApart) << canvas.Texts[i].Shown << " and " << canvas.Texts[k].Shown;
+        }
+    }
+}
+
 class DelayChartDrawingTest : public testing::Test {
 protected:
     /// With figures of 5 by 12 this box has its plot area from 20 to 320 and from 23 down to 323.
@@ -166,20 +183,20 @@ TEST_F(DelayChartDrawingTest, AxisValuesStandAtTheirStepsAndNeverOverlap) {
         for (const double height : {120.0, 357.0}) {
             SCOPED_TRACE(std::to_string(runs) + " runs, " + std::to_string(height));
             Draw(std::vector<std::int32_t>(static_cast<std::size_t>(runs), 31000), {0, 0, 330, height});
-            EXPECT_FALSE(Canvas.Texts.empty());
-            for (std::size_t i = 0; i < Canvas.Texts.size(); ++i) {
-                const CanvasBox& one = Canvas.Texts[i].Box;
-                EXPECT_TRUE(one.X >= 0 && one.Y >= 0 && one.X + one.Width <= 330 && one.Y + one.Height <= height)
-                    << Canvas.Texts[i].Shown;
-                EXPECT_LE(Canvas.TextWidth(Canvas.Texts[i].Shown, Canvas.Texts[i].Style), one.Width);
-                for (std::size_t k = 0; k < i; ++k) {
-                    const CanvasBox& other = Canvas.Texts[k].Box;
-                    const bool isApart = one.X >= other.X + other.Width || other.X >= one.X + one.Width ||
-                                         one.Y >= other.Y + other.Height || other.Y >= one.Y + one.Height;
-                    EXPECT_TRUE(isApart) << Canvas.Texts[i].Shown << " and " << Canvas.Texts[k].Shown;
-                }
-            }
+            ExpectTextsApart(Canvas, 330, height);
         }
+}
+
+TEST_F(DelayChartDrawingTest, PicturesHaveATitleAndALegend) {
+    const FakeDocumentWriter writer;
+    for (const int delay : {31000, -40}) {
+        DelayChartPicture(writer, SeriesOf(std::vector<std::int32_t>(40, delay)), "AM Peak", PictureFormat::Png);
+        Canvas = writer.Pages.at(0);
+        for (const char* text :
+             {"AM Peak", "Running Avg. of Control Delay", "Control Delay Values", "Control Delay (s)"})
+            EXPECT_TRUE(Shows(text)) << text;
+        ExpectTextsApart(Canvas, DelayPictureSize.Width, DelayPictureSize.Height);
+    }
 }
 
 TEST(DelayChartTest, FindsTheRunOfAPoint) {

@@ -154,5 +154,18 @@ TEST(DelayStatistics, RunningDistancesAddRoundedIncrements) {
     EXPECT_EQ(distances[3], 8);
 }
 
+TEST(DelayStatistics, StoredDistancesLieOnTheFirstSampleThatReachesThem) {
+    const RunRecord run = RunOf({10, 20, 0, 30, 40}, 1000);  // 10, 30, 30, 60, 100 feet
+    for (const auto& [feet, sample] :
+         {std::pair{0, 0}, {1, 1}, {10, 1}, {11, 2}, {30, 2}, {31, 4}, {100, 5}, {101, 5}}) {
+        StudyRunEntry entry;
+        entry.CDStartDist = feet;
+        entry.CDEndDist = feet;
+        const PlotState plot = PlacedBoundaries(run, entry);
+        EXPECT_EQ(plot.CDStartSample, sample) << feet;
+        EXPECT_EQ(plot.CDEndSample, sample) << feet;
+    }
+}
+
 }  // namespace
 }  // namespace vantor

@@ -114,6 +114,8 @@ TEST(RunStatistics, AWholeStopGoesToOneKey) {
         {"nor one behind the node that it stopped over", {Signal, Node, 0, 40, 0, 0}, {{0, 2}, {16, 3}}},
         {"pressed behind the node within the stop", {40, 0, Node, Signal, 40, 0}, {{16, 4}}},
         {"a turn is no cause", {40, Signal, LeftTurn, 0, 40}, {{16, 3}}},
+        {"nor are keys 2, 4 and 6", {40, 2 << 8, 40, 4 << 8, 40, 6 << 8, 40}, {{0, 3}}},
+        {"keys 1, 5 and 9 are", {40, 1 << 8, 40, 5 << 8, 40, 9 << 8, 40}, {{1, 1}, {5, 1}, {9, 1}}},
         {"keys 32 and 33", {40, 32 << 8, Node | 40, 33 << 8, 40}, {{0, 1}, {32, 1}}},
         {"no stop at all", {40, Congestion | 40, 40}, {}},
     };

@@ -67,6 +67,8 @@ TEST(StudyResults, AverageStopDelayOfZeroLeavesTheRatio) {
     ComputeStudyResults(study, {Row("40", " 0"), Row("50", " 1")}, labels);
     EXPECT_EQ(labels.AvgStopDelay, " 0");
     EXPECT_EQ(labels.Ratio, "2.46");
+    ComputeStudyResults(study, {Row("40", " 1")}, labels);
+    EXPECT_EQ(labels.Ratio, "40.");
 }
 
 TEST(StudyResults, SumThatDoesNotFitOverflows) {

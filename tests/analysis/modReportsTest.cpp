@@ -146,6 +146,25 @@ TEST_F(modReportsTest, ProfilesMarkNodesAndBoundaries) {
     EXPECT_NEAR((bottom - trace[0].Y) / (bottom - top->Points[0].Y), 30.0 / 35, 1e-3);
 }
 
+TEST_F(modReportsTest, CaptionsOfCloseBoundariesStandSideBySide) {
+    for (const auto& [start, end] : {std::pair{300, 310}, {1, 2}, {2400, 2410}, {1500, 300}}) {
+        TheStudy.Entries[1].CDStartDist = start;
+        TheStudy.Entries[1].CDEndDist = end;
+        const RecordingCanvas& page = Print(Profiles).at(0);
+        const auto boxOf = [&](const std::string& caption) {
+            for (const auto& text : page.Texts)
+                if (text.Shown == caption) return text.Box;
+            ADD_FAILURE() << caption;
+            return CanvasBox{};
+        };
+        const CanvasBox left = boxOf("Start " + std::to_string(start));
+        const CanvasBox right = boxOf("End " + std::to_string(end));
+        EXPECT_LE(left.X + left.Width, right.X) << start;
+        EXPECT_GE(left.X, 74) << start;
+        EXPECT_LE(right.X + right.Width, 612 - 50) << start;
+    }
+}
+
 TEST_F(modReportsTest, LongProfilesAreReducedWithoutLosingTheirExtremes) {
     RunRecord run;
     run.Header.CalConstant = 1000;

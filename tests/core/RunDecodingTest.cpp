@@ -97,7 +97,7 @@ TEST(RunArithmetic, RoundsTheWidenedProductOnce) {
     EXPECT_EQ(FeetOfPulses(0, 255), 0);
     EXPECT_EQ(FeetOfPulses(-1000, 7), -7);
     const RunArithmetic arithmetic(1000, static_cast<float>(3600.0 / 5280.0));
-    EXPECT_EQ(arithmetic.DistanceIncrement(Node(66)), 66);
+    EXPECT_EQ(arithmetic.DistanceIncrement(Node(255)), 255);
     EXPECT_EQ(arithmetic.Speed(Key(66, 16)), static_cast<float>(3600.0 / 5280.0) * 66.0F);
 }
 

@@ -156,17 +156,6 @@ TEST(RunFile, TruncatedFilesReadAsZero) {
     }
 }
 
-TEST(RunFile, FailingWriteKeepsTheOldRun) {
-    TestProgram program;
-    program.Files.PutText("/g/R.rd2", TwoSampleRun());
-    RunRecord run;
-    for (const int changes : {0, 1}) {
-        program.Files.FailChangeAfter(changes, ErrorNumber::DiskFull);
-        EXPECT_ERROR(DiskFull, WriteRunFile(program.Files, run, "/g/", "R"));
-        EXPECT_EQ(program.Files.Bytes("/g/R.rd2"), BytesOf(TwoSampleRun()));
-    }
-}
-
 /// A version 1 run of two samples with a header of 3840 bytes, or of 3844.
 std::string Ver1Run(std::size_t headerSize) {
     return Layout(headerSize + 4)

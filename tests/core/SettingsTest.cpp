@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "fakes/FakePorts.h"
-#include "fakes/ThrowsError.h"
 
 namespace vantor {
 namespace {
@@ -91,18 +90,6 @@ TEST(Settings, ShortFileReadsAsZero) {
     EXPECT_EQ(state.Paths.StudyGroupRootPath, "");
     EXPECT_EQ(state.Settings.BaudRate, 0);
     EXPECT_EQ(state.Settings.UseStartUpScreen, 0);
-}
-
-TEST(Settings, FailingSaveKeepsTheOldFile) {
-    TestProgram program;
-    SaveSettings(program.State, program.Files);
-    const auto before = program.Files.Bytes(SettingsPath);
-    program.State.Paths.TempRunsPath = "/elsewhere/";
-    for (const int changes : {0, 1}) {
-        program.Files.FailChangeAfter(changes, ErrorNumber::DiskFull);
-        EXPECT_ERROR(DiskFull, SaveSettings(program.State, program.Files));
-        EXPECT_EQ(program.Files.Bytes(SettingsPath), before);
-    }
 }
 
 }  // namespace

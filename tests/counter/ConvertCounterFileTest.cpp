@@ -157,27 +157,6 @@ TEST_F(ConvertCounterFileTest, CalibrationsAbove10000AreNone) {
     }
 }
 
-TEST_F(ConvertCounterFileTest, KeepsTheFirst63SectionsAnd32Events) {
-    std::string nodes;
-    std::string keys;
-    for (int i = 1; i <= 70; ++i) nodes += "0" + std::to_string(i + 10) + " 128\r\n";
-    for (int i = 1; i <= 40; ++i) keys += "010 0" + std::to_string(i < 33 ? 12 : 16) + ",";
-    const RunRecord manyNodes = OnlyRunOf(Record("001", nodes) + EndMark);
-    EXPECT_EQ(manyNodes.Header.NumberOfSections, 64);
-    EXPECT_EQ(manyNodes.Header.SectionDist[1], 11);
-    EXPECT_EQ(manyNodes.Header.SectionDist[63], 73);
-    EXPECT_EQ(manyNodes.Header.SectionDist[64], 0);
-
-    const RunRecord manyKeys = OnlyRunOf(Record("002", keys + "010 033,010 127,") + EndMark);
-    EXPECT_EQ(manyKeys.Header.HeaderWord3, 32);
-    EXPECT_EQ(manyKeys.Header.ButtonLong[31], 310);
-    EXPECT_EQ(manyKeys.Header.ButtonLong[32], 400);  // the last event overwrote the 32nd; keys above 32 are none
-    EXPECT_EQ(manyKeys.Header.ButtonWord2[32], 16);
-    EXPECT_EQ(manyKeys.Header.ButtonLabel[16], "Signal");
-    EXPECT_EQ(manyKeys.Header.ButtonLabel[12], "Delay 1");
-    EXPECT_EQ(manyKeys.Header.ButtonWord[15], 0);
-}
-
 TEST_F(ConvertCounterFileTest, LineEndsAndQuotesMakeNoDifference) {
     const RunRecord plain = OnlyRunOf(Record("001", "012 001,007 128,003 000\r\n") + EndMark);
     const std::vector<std::string> texts = {

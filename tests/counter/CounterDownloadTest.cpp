@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::string FieldData = "/start/Field Data Files/";
+const std::string FieldData = Native("/start/Field Data Files/");
 const std::string First = FieldData + "!Kestrel-03-14-08-1.tdc";
 const std::string EndMark(20, ':');
 
@@ -106,7 +106,7 @@ TEST_F(CounterDownloadTest, LooksAtTheLastThirtyCharacters) {
 }
 
 TEST_F(CounterDownloadTest, HandsTheWholeFileOver) {
-    Program.State.Paths.FieldDataPath = "/start/Field Data Files";
+    Program.State.Paths.FieldDataPath = Native("/start/Field Data Files");
     CounterDownload download = New();
     download.SetPortNumber(1);
     download.SetBaudRate(4800);
@@ -130,7 +130,7 @@ TEST_F(CounterDownloadTest, HandsTheWholeFileOver) {
     Program.Serial.Send("one");
     EXPECT_FALSE(download.Finish()) << "the end mark of the first dump does not end the second";
     download.Cancel();
-    EXPECT_THAT(Program.Files.AllFiles(), ElementsAre(First));
+    EXPECT_THAT(Program.Files.AllFiles(), ElementsAre("/start/Field Data Files/!Kestrel-03-14-08-1.tdc"));
     EXPECT_EQ(Program.State.Settings.CommPort, 1);
 }
 

@@ -130,7 +130,7 @@ TEST_F(frmDeleteTempRunsTest, AnUnreadableRunCanBeDeletedAndAMissingFolderIsEmpt
     Program.Files.Put(Temp + "LONG.rdf", EncodeRecord(header, Ver1RunHeaderFields));
     frmDeleteTempRuns form(Program.Context);
     form.show();
-    EXPECT_THAT(Row(form, "vaSelRuns", 0), ElementsAre("LONG ", "", "", "", ""));
+    EXPECT_THAT(Row(form, "vaSelRuns", 0), ElementsAre("LONG ", "Not readable", "", "", ""));
     EXPECT_TRUE(Find<Table>(form, "vaSelRuns").item(0, 0)->toolTip().startsWith("Run-time error '6':\nOverflow"));
     ClickRow(form, "vaSelRuns", 0);
     Click(form, "btnOk");

@@ -159,7 +159,8 @@ TEST_F(frmEditPulseDataTest, TypedSpeedOfTheActivePoint) {
     EXPECT_EQ(Text("lblReadOut"), "Data point 2 of 7    Time 2 s    Speed 30 MPH    44 pulses    Delay button Delay 1");
     TypeSpeed("fast");  // no number counts as 0
     EXPECT_EQ(Box(), "0");
-    Program.Messages.Expect("Run-time error '6':\nOverflow");
+    Program.Messages.Expect(
+        "Run-time error '6':\nOverflow\n\nEdit Data: 40000\nEnter a whole number up to 32767 and try again.");
     TypeSpeed("40000");
     EXPECT_EQ(Box(), "40000");
     Press("SensorPlot", Qt::Key_Right);

@@ -54,7 +54,7 @@ TEST_F(BattelleLogTest, ReadsTheFieldsBehindTheTime) {
         "$G,x,05/14/03,A,12:00:01,4215.6000,8345.0300,31.5,271.25,1.5,7\r\n"
         "$s\n"
         "$G,05/14/03,12:00:02,4230.0000,8330.0000\r\n"
-        "$G,12:00:03.5,05/14/03,,n/a,,nan,1e999,1e9\r\n");
+        "$G,12:00:03.5,05/14/03,,n/a,,nan,1e999,32768\r\n");
     EXPECT_EQ(log.Folder + log.Name + log.Extension, "/f/Loop.txt");
     EXPECT_EQ(log.StudyDate, Date{LogDay});
     ASSERT_EQ(log.Points.size(), 3U);  // the fix before the first run belongs to none

@@ -90,20 +90,22 @@ TEST_F(DeviceLogTest, GpsFieldsByPosition) {
                                  {"5/14/2003 10:00:17 PM", "42.1001", "83.4", "26.1", "26.6", "0.9", "4", "3", "2"},
                                  {"", "", "", "", "", "", "", "", "-4"},
                                  {"12:00:00 AM", "42", "1.0", "-1", "0", "1e1", "+5", "2.5", "1"},
-                                 {"37755.5", "42", "1.5", "0", "0", "0", "3.5", "0", "1"}});
+                                 {"37755.5", "42", "1.5", "0", "0", "0", "3.5", "0", "1"},
+                                 {"12:30:00 PM", "", "", "", "", "", "", "", "1"}});
     EXPECT_EQ(log.Kind, LogKind::GpsHandheld);
     EXPECT_EQ(log.Folder + "|" + log.Name + "|" + log.Extension, "/f/|GPSData|.mdb");
     EXPECT_EQ(log.GpsHeader.StudyName + log.GpsHeader.BaseName, "GPSDataGPSData");
     EXPECT_FALSE(log.StudyDate);
     EXPECT_EQ(log.Prefix, (LogPrefix{2, 0, 0, Date{37755}, "XX"}));
 
-    ASSERT_EQ(log.Points.size(), 4u) << "run 0 is left out";
+    ASSERT_EQ(log.Points.size(), 5u) << "run 0 is left out";
     EXPECT_EQ(IsoDateTime(log.Points[0].Gps.DateTime), "2003-05-14T22:00:17");
     GpsPoint first{2, 0, 26.1f, 26.6f, log.Points[0].Gps.DateTime, 42.1001, -83.4, 4, 0.9f, 3, -1, -1};
     EXPECT_EQ(log.Points[0].Gps, first);
     EXPECT_EQ(log.Points[1].Gps, (GpsPoint{-4, 0, -1, -1, Date{}, -1, -1, 0, 0, 0, -1, -1})) << "empty fields";
     EXPECT_EQ(log.Points[2].Gps, (GpsPoint{1, 0, -1, 0, Date{}, 42, 1.0, 5, 10, 2, -1, -1})) << "1.0 stays east";
     EXPECT_EQ(log.Points[3].Gps, (GpsPoint{1, 0, 0, 0, Date{37755.5}, 42, -1.5, 4, 0, 0, -1, -1}));
+    EXPECT_EQ(log.Points[4].Gps.DateTime, TimeOf(12, 30));
 }
 
 TEST_F(DeviceLogTest, ObdFieldsByPosition) {

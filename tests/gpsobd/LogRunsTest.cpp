@@ -77,7 +77,7 @@ TEST_F(LogRunsTest, TurnsSpeedsIntoPulses) {
 TEST_F(LogRunsTest, KeepsNodesBeforeDelayNumbers) {
     EXPECT_THAT(Values({{0, 0, 0, 7}, {1, 0, 0, 127}, {2, 0, 0, 128}, {3, 0, 0, 0}, {4, 0, -1, -1}}),
                 ElementsAre(0x700, 0x7F00, 0, 0, 0));
-    EXPECT_THAT(Values({{0, 30, 2, 3}, {0, 30, 0, 5}, {1, 30, 0, 5}, {1, 30, 0, 6}, {1, 30, 0, -1}}),
+    EXPECT_THAT(Values({{0, 30, 2, 3}, {0, 30, 0, 5}, {1, 30, 0, 5}, {1, 30, 0, 6}, {1, 30, 0, 0}}),
                 ElementsAre(0x8000 + 44, 0x600 + 44));
 }
 

@@ -60,6 +60,8 @@ TEST(ReviewGrid, LoadsRowsInOrderAndRepairsTheirTimes) {
         << "by rounded time, then run number, then as in the file";
     EXPECT_THAT(Texts(grid, 5), ElementsAre("12:00:07 AM", "12:00:08 AM", "12:00:09 AM", "12:00:10 AM", "12:00:10 AM",
                                             "12:00:10 AM", "12:00:30 AM", "12:00:31 AM"));
+    EXPECT_THAT(Texts(ReviewGrid(GpsLog({Moment(43199), Moment(43200), Moment(46800)})), 5),
+                ElementsAre("11:59:59 AM", "12:00:00 PM", "1:00:00 PM"));
     EXPECT_THAT(Texts(grid, 4), testing::Each("03/14/08")) << "the row of the next midnight goes by its neighbour";
     EXPECT_EQ(grid.Edited().Points[7].Gps.DateTime, Moment(31));
 

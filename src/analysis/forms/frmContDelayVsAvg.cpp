@@ -8,10 +8,11 @@
 #include "core/Paths.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
+#include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
+#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
-#include "core/modMain.h"
 
 namespace vantor {
 
@@ -21,9 +22,10 @@ frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
     setWindowTitle(QStringLiteral("Control Delays & Running Avg. for Current Study"));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     plot_->setObjectName(QStringLiteral("picDelayChart"));
+    SetAccessibleRole(*plot_, QAccessible::Chart);
     plot_->setAccessibleName(QStringLiteral("Control delay chart"));
     lblReadOut_ = Named<QLabel>(this, "lblReadOut");
-    lblReadOut_->setAccessibleName(QStringLiteral("Values of the chosen run"));
+    SetValueCaption(*lblReadOut_, QStringLiteral("Values of the chosen run"));
     lblReadOut_->setTextFormat(Qt::PlainText);
     lblReadOut_->setWordWrap(true);
     auto* layout = new QVBoxLayout(this);
@@ -59,8 +61,6 @@ QLayout* frmContDelayVsAvg::BuildLegend() {
 }
 
 QLayout* frmContDelayVsAvg::BuildButtons() {
-    auto* cmdHelp = Named<QPushButton>(this, "cmdHelp", QStringLiteral("Help"));
-    cmdHelp->setShortcut(QKeySequence::HelpContents);
     auto* BtnCopyPicture = Named<QPushButton>(this, "BtnCopyPicture", QStringLiteral("Copy &Picture"));
     BtnCopyPicture->setToolTip(QStringLiteral("Copy the chart as a picture."));
     auto* BtnCopyValues = Named<QPushButton>(this, "BtnCopyValues", QStringLiteral("Copy &Values"));
@@ -71,8 +71,6 @@ QLayout* frmContDelayVsAvg::BuildButtons() {
     btnExit->setDefault(true);
 
     MessageBoxes& messages = context_.Messages;
-    Connect(cmdHelp, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::DelayChart); });
     Connect(BtnCopyPicture, &QPushButton::clicked, this, messages, [this] { CopyPicture(); });
     Connect(BtnCopyValues, &QPushButton::clicked, this, messages,
             [this] { context_.DesktopServices.CopyText(TabSeparatedText(DelaySheet(series_))); });
@@ -80,14 +78,13 @@ QLayout* frmContDelayVsAvg::BuildButtons() {
     Connect(btnExit, &QPushButton::clicked, this, messages, [this] { accept(); });
 
     auto* row = new QHBoxLayout;
-    row->addWidget(cmdHelp);
+    row->addWidget(HelpButton(*this, context_, HelpTopic::DelayChart));
     row->addStretch();
     for (QPushButton* button : {BtnCopyPicture, BtnCopyValues, BtnSave}) {
         button->setAutoDefault(false);
         button->setEnabled(series_.RunCount() > 0);
         row->addWidget(button);
     }
-    cmdHelp->setAutoDefault(false);
     row->addWidget(btnExit);
     return row;
 }

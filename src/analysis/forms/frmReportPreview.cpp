@@ -12,11 +12,12 @@
 #include "core/Paths.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
+#include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
+#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
-#include "core/modMain.h"
 
 namespace vantor {
 namespace {
@@ -50,6 +51,7 @@ frmReportPreview::frmReportPreview(AppContext& context)
     setWindowTitle(QStringLiteral("Print Report"));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     picReport_ = Named<ReportPagesView>(this, "picReport");
+    SetAccessibleRole(*picReport_, QAccessible::Document);
     picReport_->setAccessibleName(QStringLiteral("Pages of the report"));
     auto* pages = new QVBoxLayout;
     pages->addLayout(BuildPageBar());
@@ -125,6 +127,7 @@ QToolButton* frmReportPreview::BarButton(const char* name, const char* icon, con
     button->setIcon(LineIcon(QLatin1String(icon)));
     button->setToolButtonStyle(Qt::ToolButtonIconOnly);
     button->setToolTip(caption);
+    button->setAccessibleName(caption.section(QLatin1String(" ("), 0, 0));
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
     return button;
@@ -159,15 +162,13 @@ QLayout* frmReportPreview::BuildPageBar() {
 }
 
 QLayout* frmReportPreview::BuildButtons() {
-    cmdHelp_ = Named<QPushButton>(this, "cmdHelp", QStringLiteral("Help"));
-    cmdHelp_->setShortcut(QKeySequence::HelpContents);
     BtnSavePdf_ = Named<QPushButton>(this, "BtnSavePdf", QStringLiteral("&Save as PDF..."));
     BtnPrint_ = Named<QPushButton>(this, "BtnPrint", QStringLiteral("&Print..."));
     BtnPrint_->setDefault(true);
     BtnClose_ = Named<QPushButton>(this, "BtnClose", QStringLiteral("Close"));
-    for (QPushButton* button : {cmdHelp_, BtnSavePdf_, BtnClose_}) button->setAutoDefault(false);
+    for (QPushButton* button : {BtnSavePdf_, BtnClose_}) button->setAutoDefault(false);
     auto* row = new QHBoxLayout;
-    row->addWidget(cmdHelp_);
+    row->addWidget(HelpButton(*this, context_, HelpTopic::Reports));
     row->addStretch();
     for (QPushButton* button : {BtnSavePdf_, BtnPrint_, BtnClose_}) row->addWidget(button);
     return row;
@@ -190,7 +191,6 @@ void frmReportPreview::ConnectAll() {
     onClick(cmdNext_, [this] { picReport_->Navigate(Qt::Key_PageDown); });
     onClick(cmdZoomOut_, [this] { StepZoom(-1); });
     onClick(cmdZoomIn_, [this] { StepZoom(1); });
-    onClick(cmdHelp_, [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::Reports); });
     onClick(BtnSavePdf_, [this] { SaveAsPdf(); });
     onClick(BtnPrint_, [this] { Print(); });
     onClick(BtnClose_, [this] { reject(); });
@@ -240,7 +240,7 @@ void frmReportPreview::ShowDocument() {
                                         "Close this window, add runs with Add Run, and print then.");
     const bool hasPages = !document_.Pages.empty();
     picReport_->SetEmptyText(empty);
-    picReport_->setAccessibleDescription(hasPages ? QString() : empty);
+    if (!hasPages) picReport_->setAccessibleDescription(empty);
     picReport_->SetDocument(document_);
     for (QWidget* control :
          std::initializer_list<QWidget*>{BtnPrint_, BtnSavePdf_, txtPage_, cmbZoom_, cmdZoomIn_, cmdZoomOut_})
@@ -255,6 +255,7 @@ void frmReportPreview::ShowPage() {
     txtPage_->setRange(std::min(1, count), count);
     txtPage_->setValue(page);
     lblPages_->setText(QStringLiteral("of %1").arg(count));
+    if (count > 0) picReport_->setAccessibleDescription(QStringLiteral("Page %1 of %2").arg(page).arg(count));
     cmdPrevious_->setEnabled(page > 1);
     cmdNext_->setEnabled(page < count);
 }

@@ -63,7 +63,6 @@ private:
     QToolButton* cmdZoomOut_ = nullptr;
     QToolButton* cmdZoomIn_ = nullptr;
     ReportPagesView* picReport_ = nullptr;
-    QPushButton* cmdHelp_ = nullptr;
     QPushButton* BtnSavePdf_ = nullptr;
     QPushButton* BtnPrint_ = nullptr;
     QPushButton* BtnClose_ = nullptr;

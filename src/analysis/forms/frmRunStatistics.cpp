@@ -11,11 +11,12 @@
 #include "core/Csv.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
+#include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
+#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
-#include "core/modMain.h"
 
 namespace vantor {
 namespace {
@@ -84,9 +85,9 @@ QLayout* frmRunStatistics::BuildHead() {
 
 QLayout* frmRunStatistics::BuildFigures() {
     auto* lblContDelay = Named<QLabel>(this, "lblContDelay");
-    lblContDelay->setAccessibleName(QStringLiteral("Control Delay (s)"));
+    SetValueCaption(*lblContDelay, QStringLiteral("Control Delay (s)"));
     lblLOS_ = Named<QLabel>(this, "lblLOS");
-    lblLOS_->setAccessibleName(QStringLiteral("LOS Grade"));
+    SetValueCaption(*lblLOS_, QStringLiteral("LOS Grade"));
 
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(vaRunStatistics_, QStringLiteral("Sec&tions between nodes")), 0, Qt::AlignBottom);
@@ -113,27 +114,23 @@ QLayout* frmRunStatistics::BuildFigures() {
 }
 
 QLayout* frmRunStatistics::BuildButtons() {
-    auto* cmdHelp = Named<QPushButton>(this, "cmdHelp", QStringLiteral("Help"));
-    cmdHelp->setShortcut(QKeySequence::HelpContents);
     auto* BtnCopy = Named<QPushButton>(this, "BtnCopy", QStringLiteral("&Copy"));
     BtnCopy->setToolTip(QStringLiteral("Copy the table, ready to be pasted into a spreadsheet."));
     auto* BtnSaveCsv = Named<QPushButton>(this, "BtnSaveCsv", QStringLiteral("&Save as CSV..."));
     auto* BtnClose = Named<QPushButton>(this, "BtnClose", QStringLiteral("Close"));
     BtnClose->setDefault(true);
-    for (QPushButton* button : {cmdHelp, BtnCopy, BtnSaveCsv}) button->setAutoDefault(false);
+    for (QPushButton* button : {BtnCopy, BtnSaveCsv}) button->setAutoDefault(false);
     const bool hasFigures = !statistics_.Sections.empty();
     BtnCopy->setEnabled(hasFigures);
     BtnSaveCsv->setEnabled(hasFigures);
 
     MessageBoxes& messages = context_.Messages;
-    Connect(cmdHelp, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::RunStatistics); });
     Connect(BtnCopy, &QPushButton::clicked, this, messages, [this] { Copy(); });
     Connect(BtnSaveCsv, &QPushButton::clicked, this, messages, [this] { SaveAsCsv(); });
     Connect(BtnClose, &QPushButton::clicked, this, messages, [this] { accept(); });
 
     auto* row = new QHBoxLayout;
-    row->addWidget(cmdHelp);
+    row->addWidget(HelpButton(*this, context_, HelpTopic::RunStatistics));
     row->addStretch();
     for (QPushButton* button : {BtnCopy, BtnSaveCsv, BtnClose}) row->addWidget(button);
     return row;
@@ -146,7 +143,7 @@ void frmRunStatistics::FillTable() {
     vaRunStatistics_->SetColumns(heads);
     const QString nothing = QStringLiteral("This run has no samples.");
     vaRunStatistics_->SetEmptyText(nothing);
-    if (statistics_.Sections.empty()) return vaRunStatistics_->setAccessibleDescription(nothing);
+    if (statistics_.Sections.empty()) return;
 
     vaRunStatistics_->BeginFilling();
     for (const SheetRow& fields : std::span(rows).subspan(1)) {

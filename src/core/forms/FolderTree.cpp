@@ -1,7 +1,9 @@
 #include "core/forms/FolderTree.h"
 
 #include <QHeaderView>
+#include <QScrollBar>
 #include <QStyle>
+#include <algorithm>
 
 #include "core/Paths.h"
 #include "core/Text.h"
@@ -84,6 +86,16 @@ bool FolderTree::SelectFolder(const std::string& folder) {
     setCurrentItem(item);
     selecting_ = false;
     return true;
+}
+
+void FolderTree::ShowCurrent() {
+    if (currentItem() == nullptr) return;
+    doItemsLayout();
+    scrollToItem(currentItem(), PositionAtCenter);
+    // The column is as wide as its longest name: its middle need not be where this name is.
+    const int begin = visualItemRect(currentItem()).left() + horizontalOffset();
+    const int end = begin + sizeHintForIndex(currentIndex()).width();
+    horizontalScrollBar()->setValue(std::clamp(end - viewport()->width(), 0, begin));
 }
 
 std::string FolderTree::SelectedFolder() const {

@@ -18,6 +18,8 @@ public:
     /// Opens the tree down to a folder below the root and makes it the current one without calling OnChosen.
     /// False when it is not there.
     bool SelectFolder(const std::string& folder);
+    /// Brings the current folder to the middle, its name into sight.
+    void ShowCurrent();
     /// The current folder with a final separator; empty when there is none.
     std::string SelectedFolder() const;
     /// Called when the user makes a folder the current one.

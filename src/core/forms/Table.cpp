@@ -15,6 +15,9 @@ namespace {
 
 constexpr int SortRole = Qt::UserRole + 100;
 
+/// Pixels beside a head's text, for its margins and the arrow of the sorted column.
+constexpr int SortArrowRoom = 32;
+
 /// Sorts by the key where there is one, else by the text.
 class SortedItem : public QTableWidgetItem {
 public:
@@ -26,6 +29,11 @@ public:
         return QString::localeAwareCompare(text(), other.text()) < 0;
     }
 };
+
+/// What stands in an empty table's place is heard, too.
+void SayWhetherEmpty(QTableWidget& table, const QString& emptyText) {
+    table.setAccessibleDescription(table.rowCount() == 0 ? emptyText : QString());
+}
 
 }  // namespace
 
@@ -53,6 +61,7 @@ void Table::SetColumns(const QStringList& heads) {
 
 void Table::SetEmptyText(const QString& text) {
     emptyText_ = text;
+    SayWhetherEmpty(*this, emptyText_);
     viewport()->update();
 }
 
@@ -95,9 +104,12 @@ void Table::BeginFilling() {
 
 void Table::EndFilling() {
     setSortingEnabled(true);
+    SayWhetherEmpty(*this, emptyText_);
     const int last = columnCount() - 1;
     for (int column = 0; column < last; ++column) {
-        const int needed = std::max(sizeHintForColumn(column), horizontalHeader()->sectionSizeHint(column)) + 12;
+        const QString head = horizontalHeaderItem(column)->text();
+        const int headWidth = horizontalHeader()->fontMetrics().size(0, head).width() + SortArrowRoom;
+        const int needed = std::max(sizeHintForColumn(column) + 4, headWidth);
         if (columnWidth(column) < needed) setColumnWidth(column, needed);
     }
 }

@@ -6,6 +6,7 @@
 
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
+#include "core/forms/Accessible.h"
 #include "core/forms/Named.h"
 
 namespace vantor {
@@ -40,7 +41,7 @@ std::vector<ListedCounterFile> ListCounterFiles(const FileSystem& files, const s
 void SetStudyCount(Table& table, int row, int column, const ListedCounterFile& file) {
     const auto count = static_cast<int>(file.Studies.size());
     table.SetNumber(row, column, count, file.Problem.empty() ? QString::number(count) : QString());
-    for (int cell = 0; cell <= column; ++cell) table.item(row, cell)->setToolTip(ToQt(file.Problem));
+    for (int cell = 0; cell <= column; ++cell) SetCellNote(*table.item(row, cell), ToQt(file.Problem));
 }
 
 CounterStudiesFrame::CounterStudiesFrame(QWidget* parent)

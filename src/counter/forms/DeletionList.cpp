@@ -7,8 +7,8 @@
 
 #include "core/Text.h"
 #include "core/forms/Guarded.h"
+#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
-#include "core/modMain.h"
 
 namespace vantor {
 namespace {
@@ -59,19 +59,15 @@ void DeletionList::ShowCount() {
 }
 
 QLayout* DeletionButtons(QDialog& dialog, AppContext& context, HelpTopic topic, DeletionList& list) {
-    auto* help = Named<QPushButton>(&dialog, "cmdHelp", QStringLiteral("Help"));
     auto* ok = Named<QPushButton>(&dialog, "btnOk", QStringLiteral("&OK"));
     auto* cancel = Named<QPushButton>(&dialog, "BtnCancel", QStringLiteral("Cancel"));
-    help->setShortcut(Qt::Key_F1);
-    Connect(help, &QPushButton::clicked, &dialog, context.Messages,
-            [&context, topic] { ShowHelp(context.DesktopServices, context.Files, topic); });
     Connect(ok, &QPushButton::clicked, &dialog, context.Messages, [&dialog, &context, &list] {
         list.DeleteTaken(context.Files, context.Messages);
         dialog.accept();
     });
     Connect(cancel, &QPushButton::clicked, &dialog, context.Messages, [&dialog] { dialog.reject(); });
     auto* row = new QHBoxLayout;
-    row->addWidget(help);
+    row->addWidget(HelpButton(dialog, context, topic));
     row->addStretch();
     row->addWidget(ok);
     row->addWidget(cancel);

@@ -4,6 +4,7 @@
 
 #include "core/Paths.h"
 #include "core/RunFile.h"
+#include "core/forms/Accessible.h"
 #include "core/forms/Named.h"
 
 namespace vantor {
@@ -17,7 +18,9 @@ void ShowRun(Table& table, int row, const FileSystem& files, const std::string& 
     try {
         if (const auto header = ReadRunHeader(files, folder, name)) SetRunRow(table, row, *header, unit);
     } catch (const RunTimeError& error) {
-        table.item(row, 0)->setToolTip(ToQt(error.Message()));
+        const int notes = table.columnCount() - 1;
+        table.SetText(row, notes, ToQt(error.Message()).simplified());
+        for (const int column : {0, notes}) SetCellNote(*table.item(row, column), ToQt(error.Message()));
     }
 }
 

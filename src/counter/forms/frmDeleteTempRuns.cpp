@@ -9,6 +9,7 @@
 #include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
+#include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
@@ -85,7 +86,8 @@ void frmDeleteTempRuns::ShowRun(int row, const std::string& name) {
         runs.SetNumber(row, 4, header.Duration, QString::number(header.Duration));
     } catch (const RunTimeError& error) {
         // A file that cannot be read can still be deleted.
-        runs.item(row, 0)->setToolTip(ToQt(error.Message()));
+        runs.SetText(row, 1, tr("Not readable"));
+        for (const int column : {0, 1}) SetCellNote(*runs.item(row, column), ToQt(error.Message()));
     }
 }
 

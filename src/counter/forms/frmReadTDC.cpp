@@ -7,10 +7,10 @@
 
 #include "core/Numeric.h"
 #include "core/forms/Guarded.h"
+#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
-#include "core/modMain.h"
 
 namespace vantor {
 namespace {
@@ -97,26 +97,25 @@ QFrame* frmReadTDC::BuildCommPort() {
         cmbCommPort_->setItemData(cmbCommPort_->count() - 1, ToQt(context_.Serial.DeviceName(number)), Qt::ToolTipRole);
     }
     Show(*cmbCommPort_, context_.State.Settings.CommPort);
-    ShowPort();
     fraCommPort_ = Named<QFrame>(this, "fraCommPort");
     auto* label = LabelFor(cmbCommPort_, QStringLiteral("&Comm Port"), "lblCommPort");
     auto* hint = Named<QLabel>(this, "lblCommText", QStringLiteral("Choose a port # (only available ports listed)..."));
-    return ChoiceFrame(fraCommPort_, label, cmbCommPort_, hint);
+    ChoiceFrame(fraCommPort_, label, cmbCommPort_, hint);
+    ShowPort();
+    return fraCommPort_;
 }
 
 QLayout* frmReadTDC::BuildButtons() {
     cmdBegin_ = Named<QPushButton>(this, "cmdBegin");
     cmdViewData_ = Named<QPushButton>(this, "cmdViewData", QStringLiteral("&View Data"));
-    cmdHelp_ = Named<QPushButton>(this, "cmdHelp", QStringLiteral("Help"));
-    cmdHelp_->setShortcut(Qt::Key_F1);
     cmdQuit_ = Named<QPushButton>(this, "cmdQuit", QStringLiteral("&Quit"));
     // Enter begins, but it does not throw away what has arrived.
-    for (QPushButton* button : {cmdBegin_, cmdViewData_, cmdHelp_, cmdQuit_}) button->setAutoDefault(false);
+    for (QPushButton* button : {cmdBegin_, cmdViewData_, cmdQuit_}) button->setAutoDefault(false);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(cmdBegin_, 1);
     buttons->addWidget(cmdViewData_);
     buttons->addStretch(1);
-    buttons->addWidget(cmdHelp_);
+    buttons->addWidget(HelpButton(*this, context_, HelpTopic::ReadCounter));
     buttons->addWidget(cmdQuit_);
     return buttons;
 }
@@ -147,8 +146,6 @@ void frmReadTDC::ConnectControls() {
     });
     Connect(cmdBegin_, &QPushButton::clicked, this, messages, [this] { BeginOrCancel(); });
     Connect(cmdViewData_, &QPushButton::clicked, this, messages, [this] { ViewData(); });
-    Connect(cmdHelp_, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::ReadCounter); });
     Connect(cmdQuit_, &QPushButton::clicked, this, messages, [this] { reject(); });
     Connect(tmrUpdate_, &QTimer::timeout, this, messages, [this] { TakeTick(); });
     context_.Serial.OnEvent = [this, &messages](SerialEvent event) {
@@ -199,7 +196,7 @@ void frmReadTDC::ShowPort() {
     QString state = ToQt(context_.Serial.DeviceName(To16(ValueOf(*cmbCommPort_))));
     if (row < 0) state += QStringLiteral("\nThis port cannot be opened.");
     cmbCommPort_->setToolTip(state);
-    cmbCommPort_->lineEdit()->setAccessibleDescription(state);
+    cmbCommPort_->setAccessibleDescription(state);
 }
 
 void frmReadTDC::ShowPrompt() {

@@ -55,7 +55,6 @@ private:
     QPushButton* cmdBegin_ = nullptr;
     QPushButton* cmdQuit_ = nullptr;
     QPushButton* cmdViewData_ = nullptr;
-    QPushButton* cmdHelp_ = nullptr;
     QLabel* lblInstructions_ = nullptr;
     QProgressBar* prgProgress_ = nullptr;
     QTimer* tmrUpdate_ = nullptr;

@@ -13,10 +13,10 @@
 #include "core/RunFile.h"
 #include "core/Text.h"
 #include "core/forms/Guarded.h"
+#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
-#include "core/modMain.h"
 #include "counter/CounterFile.h"
 #include "counter/forms/RunTable.h"
 
@@ -34,6 +34,15 @@ QLineEdit* NarrowField(QWidget* parent, const char* name, int width) {
     field->setMaxLength(width);
     field->setMaximumWidth(field->fontMetrics().averageCharWidth() * (width + 4) + 16);
     return field;
+}
+
+/// What to do where no runs wait, by where they come from.
+QString EmptyText(const ApplicationState& state) {
+    const QString none = QStringLiteral("No runs are waiting here. ");
+    if (state.TemporaryRunsMode)
+        return none + QStringLiteral("Read a counter file, or process a GPS or OBD log first.");
+    return none + (state.GpsObdUpload ? QStringLiteral("Process a GPS or OBD log first.")
+                                      : QStringLiteral("Read a counter file first."));
 }
 
 }  // namespace
@@ -57,7 +66,7 @@ frmUploadData::frmUploadData(AppContext& context) : context_(context) {
     layout->addLayout(BuildButtons());
     // Enter makes a Study Group or nothing: it must not close the window in the middle of the work.
     for (auto* button : findChildren<QPushButton*>()) button->setAutoDefault(false);
-    resize(1180, 600);
+    resize(1240, 600);
     ConnectControls();
 
     const RunNameTemplate defaults;
@@ -111,7 +120,7 @@ QGroupBox* frmUploadData::BuildRunList() {
     vaSelRuns_ = Named<Table>(frame, "vaSelRuns");
     vaSelRuns_->setAccessibleName(tr("Runs in the temporary runs folder"));
     SetRunColumns(*vaSelRuns_, LengthUnit{context_.State.Settings.MetricUnits != 0});
-    vaSelRuns_->SetEmptyText(tr("No runs are waiting here. Read a counter file first."));
+    vaSelRuns_->SetEmptyText(EmptyText(context_.State));
     btnRename_ = ToolButton(frame, "btnRename", QString(), "rename");
     btnRename_->setToolTip(tr("Rename selected file(s)"));
     OfferUndo(false);
@@ -153,13 +162,11 @@ QGroupBox* frmUploadData::BuildStudyGroups() {
 }
 
 QLayout* frmUploadData::BuildButtons() {
-    cmdHelp_ = Named<QPushButton>(this, "cmdHelp", tr("Help"));
-    cmdHelp_->setShortcut(Qt::Key_F1);
     btnUploadOk_ = Named<QPushButton>(this, "btnUploadOk", tr("&OK"));
     btnUploadCancel_ = Named<QPushButton>(this, "btnUploadCancel", tr("Cancel"));
     btnUploadCancel_->setToolTip(tr("Cancel any changes made to this screen and return to the Summary Screen."));
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(cmdHelp_);
+    buttons->addWidget(HelpButton(*this, context_, HelpTopic::ProcessRuns));
     buttons->addStretch();
     buttons->addWidget(btnUploadOk_);
     buttons->addWidget(btnUploadCancel_);
@@ -183,8 +190,6 @@ void frmUploadData::ConnectControls() {
     Connect(btnStudyGroupDetails_, &QPushButton::clicked, this, messages, [this] { ShowGroupDetails(); });
     Connect(btnUploadOk_, &QPushButton::clicked, this, messages, [this] { accept(); });
     Connect(btnUploadCancel_, &QPushButton::clicked, this, messages, [this] { reject(); });
-    Connect(cmdHelp_, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::ProcessRuns); });
 }
 
 std::string frmUploadData::TempFolder() const { return AsFolder(context_.State.Paths.TempRunsPath); }
@@ -245,7 +250,8 @@ RunNameTemplate frmUploadData::Template() const {
 
 void frmUploadData::ShowNextName() {
     const RunNameTemplate parts = Template();
-    lblNextName_->setText(parts.BaseName.empty() ? QString() : tr("Next name: %1").arg(ToQt(RunNameOf(parts))));
+    lblNextName_->setText(parts.BaseName.empty() ? tr("Enter a Base Name to see the next run's name.")
+                                                 : tr("Next name: %1").arg(ToQt(RunNameOf(parts))));
 }
 
 bool frmUploadData::OffersUndo() const { return WithoutAccessKey(btnRename_->text()) != QLatin1String(" Rename "); }

@@ -66,7 +66,6 @@ private:
     QPushButton* btnMoveRuns_ = nullptr;
     QPushButton* btnUploadOk_ = nullptr;
     QPushButton* btnUploadCancel_ = nullptr;
-    QPushButton* cmdHelp_ = nullptr;
 };
 
 }  // namespace vantor

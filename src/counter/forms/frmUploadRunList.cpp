@@ -6,10 +6,10 @@
 #include <QVBoxLayout>
 
 #include "core/forms/Guarded.h"
+#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/Table.h"
 #include "core/forms/WindowLayout.h"
-#include "core/modMain.h"
 #include "counter/forms/RunTable.h"
 #include "counter/modUpload.h"
 
@@ -28,13 +28,10 @@ frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& study
     vaShowRuns->SetEmptyText(tr("There are no runs in this Study Group yet."));
     (new QVBoxLayout(frame))->addWidget(vaShowRuns);
 
-    auto* cmdHelp = Named<QPushButton>(this, "cmdHelp", tr("Help"));
-    cmdHelp->setShortcut(Qt::Key_F1);
-    cmdHelp->setAutoDefault(false);
     auto* BtnUploadOk = Named<QPushButton>(this, "BtnUploadOk", tr("OK"));
     BtnUploadOk->setDefault(true);
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(cmdHelp);
+    buttons->addWidget(HelpButton(*this, context, HelpTopic::RunsInGroup));
     buttons->addStretch();
     buttons->addWidget(BtnUploadOk);
 
@@ -46,8 +43,6 @@ frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& study
     vaShowRuns->setFocus();
 
     Connect(BtnUploadOk, &QPushButton::clicked, this, context.Messages, [this] { accept(); });
-    Connect(cmdHelp, &QPushButton::clicked, this, context.Messages,
-            [&context] { ShowHelp(context.DesktopServices, context.Files, HelpTopic::RunsInGroup); });
     Guarded(context.Messages, [&] {
         ListRunFiles(*vaShowRuns, context.Files, GroupFolder(context.State.Paths.StudyGroupRootPath, studyGroup), unit);
     });

@@ -6,6 +6,7 @@
 
 #include "core/Paths.h"
 #include "core/forms/Guarded.h"
+#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
@@ -72,14 +73,12 @@ QWidget* frmUploadSelectTDC::BuildFiles() {
 }
 
 QLayout* frmUploadSelectTDC::BuildButtons() {
-    cmdHelp_ = Named<QPushButton>(this, "cmdHelp", tr("Help"));
-    cmdHelp_->setShortcut(Qt::Key_F1);
     BtnSelect_ = Named<QPushButton>(this, "BtnSelect", tr("&Select"));
     BtnCancel_ = Named<QPushButton>(this, "BtnCancel", tr("Cancel"));
-    for (QPushButton* button : {cmdHelp_, BtnCancel_}) button->setAutoDefault(false);
+    BtnCancel_->setAutoDefault(false);
     BtnSelect_->setDefault(true);
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(cmdHelp_);
+    buttons->addWidget(HelpButton(*this, context_, HelpTopic::SelectCounterFile));
     buttons->addStretch();
     buttons->addWidget(BtnSelect_);
     buttons->addWidget(BtnCancel_);
@@ -95,8 +94,6 @@ void frmUploadSelectTDC::ConnectControls() {
     Connect(vaSelTDCFile_, &Table::itemDoubleClicked, this, messages, [this] { Select(); });
     Connect(BtnSelect_, &QPushButton::clicked, this, messages, [this] { Select(); });
     Connect(BtnCancel_, &QPushButton::clicked, this, messages, [this] { reject(); });
-    Connect(cmdHelp_, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::SelectCounterFile); });
 }
 
 void frmUploadSelectTDC::OpenFieldDataFolder() {
@@ -154,8 +151,7 @@ void frmUploadSelectTDC::reject() {
 
 void frmUploadSelectTDC::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (QTreeWidgetItem* item = treTDCPath_->currentItem())
-        treTDCPath_->scrollToItem(item, QAbstractItemView::PositionAtCenter);
+    treTDCPath_->ShowCurrent();
 }
 
 }  // namespace vantor

@@ -40,7 +40,6 @@ private:
     CounterStudiesFrame* FrFileDetails_ = nullptr;
     QPushButton* BtnSelect_ = nullptr;
     QPushButton* BtnCancel_ = nullptr;
-    QPushButton* cmdHelp_ = nullptr;
     std::string folder_;
     std::vector<ListedCounterFile> listed_;
 };

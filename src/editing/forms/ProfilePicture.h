@@ -1,29 +1,10 @@
 #pragma once
 
-#include <QColor>
-#include <QFontMetricsF>
-#include <QPainter>
-#include <QPalette>
-
 #include "editing/SpeedProfile.h"
+#include "editing/forms/PlotPainter.h"
 #include "editing/forms/ProfileWords.h"
 
 namespace vantor {
-
-/// The colours of the profile, for a light or a dark palette.
-struct ProfileColours {
-    explicit ProfileColours(const QPalette& palette);
-
-    QColor Background;
-    QColor Text;
-    QColor DimText;
-    QColor Grid;
-    QColor Trace;
-    QColor Node;
-    QColor Key;
-    QColor Boundary;
-    QColor IdealSpeed;
-};
 
 /// The plot area of a widget, its rows for legend, node names and line labels above it and those of the axis below.
 PlotRectangle PlotAreaOf(const QSizeF& size, const QFontMetricsF& metrics);

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "core/Numeric.h"
+#include "core/forms/Accessible.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 
@@ -38,6 +39,7 @@ QPushButton* Button(QWidget* parent, const char* name, const char* caption, cons
 QWidget* Options(QWidget* parent, const char* name, const char* first, const char* second, QRadioButton*& one,
                  QRadioButton*& other) {
     auto* frame = Named<QWidget>(parent, name);
+    SetAccessibleRole(*frame, QAccessible::Grouping);
     one = Named<QRadioButton>(frame, "", QLatin1String(first));
     other = Named<QRadioButton>(frame, "", QLatin1String(second));
     one->setObjectName(QStringLiteral("%1(0)").arg(QLatin1String(name)));
@@ -56,10 +58,15 @@ QLabel* LabelForOptions(QWidget* options, QRadioButton* first, const char* capti
     return label;
 }
 
-QLabel* Figure(QWidget* parent, const char* name, const char* caption) {
-    auto* figure = Named<QLabel>(parent, name);
-    figure->setAccessibleName(QLatin1String(caption));
+/// A figure in a row of the grid, behind its caption.
+QLabel* AddFigure(QGridLayout& grid, const char* name, const QString& caption) {
+    QWidget* frame = grid.parentWidget();
+    auto* figure = Named<QLabel>(frame, name);
+    SetValueCaption(*figure, caption);
     figure->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    const int row = grid.rowCount();
+    grid.addWidget(new QLabel(caption, frame), row, 0);
+    grid.addWidget(figure, row, 1);
     return figure;
 }
 
@@ -84,7 +91,7 @@ QLayout* RunDetailsControls::LayOutHeader() {
     RunDetailsName->setMinimumWidth(RunDetailsName->fontMetrics().averageCharWidth() * 32);
     RunDetailsDate = ShortField(&window_, "RunDetailsDate", "00/00/0000");
     RunDetailsDay = Named<QLabel>(&window_, "RunDetailsDay");
-    RunDetailsDay->setAccessibleName(QStringLiteral("Day"));
+    SetValueCaption(*RunDetailsDay, QStringLiteral("Day"));
     RunDetailsTime = ShortField(&window_, "RunDetailsTime", "00/00/0000");
     RunDetailsCalConst = ShortField(&window_, "RunDetailsCalConst", "00/00/0000");
     RunDetailsCalConst->setAlignment(Qt::AlignRight);
@@ -109,15 +116,10 @@ QLayout* RunDetailsControls::LayOutHeader() {
 
 QWidget* RunDetailsControls::LayOutSummary() {
     auto* frame = Named<QGroupBox>(&window_, "fraRunSummary", QStringLiteral("Run Summary"));
-    RunDetailsNumberOfSections = Figure(frame, "RunDetailsNumberOfSections", "Number of Nodes");
-    RunDetailsDuration = Figure(frame, "RunDetailsDuration", "Run Duration");
-    RunDetailsLength = Figure(frame, "RunDetailsLength", "Course Length");
     auto* grid = new QGridLayout(frame);
-    int row = 0;
-    for (QLabel* figure : {RunDetailsNumberOfSections, RunDetailsDuration, RunDetailsLength}) {
-        grid->addWidget(new QLabel(figure->accessibleName(), frame), row, 0);
-        grid->addWidget(figure, row++, 1);
-    }
+    RunDetailsNumberOfSections = AddFigure(*grid, "RunDetailsNumberOfSections", QStringLiteral("Number of Nodes"));
+    RunDetailsDuration = AddFigure(*grid, "RunDetailsDuration", QStringLiteral("Run Duration"));
+    RunDetailsLength = AddFigure(*grid, "RunDetailsLength", QStringLiteral("Course Length"));
     grid->setColumnStretch(2, 1);
     return frame;
 }

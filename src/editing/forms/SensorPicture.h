@@ -1,10 +1,7 @@
 #pragma once
 
-#include <QFontMetricsF>
-#include <QPainter>
-
 #include "editing/SensorView.h"
-#include "editing/forms/ProfilePicture.h"
+#include "editing/forms/PlotPainter.h"
 
 namespace vantor {
 

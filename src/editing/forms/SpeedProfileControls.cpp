@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "core/forms/Accessible.h"
 #include "core/forms/Named.h"
 
 namespace vantor {
@@ -23,6 +24,7 @@ int WidthOf(const QWidget& widget, const char* text) {
 
 SpeedProfileControls::SpeedProfileControls(QDialog& window, const QString& runName) : window_(window) {
     Plot = Named<SpeedProfilePlot>(&window, "SpeedProfilePlot");
+    SetAccessibleRole(*Plot, QAccessible::Chart);
     Plot->setAccessibleName(QStringLiteral("Speed profile"));
     HScroll1 = Named<QScrollBar>(&window, "HScroll1");
     HScroll1->setOrientation(Qt::Horizontal);
@@ -61,7 +63,7 @@ QLayout* SpeedProfileControls::LayOutHead(const QString& runName) {
 
 QLayout* SpeedProfileControls::LayOutReadOut() {
     lblReadOut = Named<QLabel>(&window_, "lblReadOut");
-    lblReadOut->setAccessibleName(QStringLiteral("Values under the pointer"));
+    SetValueCaption(*lblReadOut, QStringLiteral("Values under the pointer"));
     lblReadOut->setTextFormat(Qt::PlainText);
     lblReadOut->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     // Its text changes with every move of the mouse and must not push the other controls about.
@@ -76,9 +78,9 @@ QLayout* SpeedProfileControls::LayOutReadOut() {
 
 QLayout* SpeedProfileControls::LayOutFigures() {
     lblContDelay = Named<QLabel>(&window_, "lblContDelay");
-    lblContDelay->setAccessibleName(QStringLiteral("Control Delay (s)"));
+    SetValueCaption(*lblContDelay, QStringLiteral("Control Delay (s)"));
     lblLOS = Named<QLabel>(&window_, "lblLOS");
-    lblLOS->setAccessibleName(QStringLiteral("LOS"));
+    SetValueCaption(*lblLOS, QStringLiteral("LOS"));
     lblLOS->setAlignment(Qt::AlignCenter);
     lblLOS->setMargin(4);
     lblLOS->setAutoFillBackground(true);

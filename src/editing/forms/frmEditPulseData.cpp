@@ -10,11 +10,12 @@
 #include "core/Numeric.h"
 #include "core/RunDecoding.h"
 #include "core/Text.h"
+#include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
+#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
-#include "core/modMain.h"
 #include "editing/SaveRun.h"
 
 namespace vantor {
@@ -44,7 +45,15 @@ QString Points(std::size_t count) {
 }
 
 /// The number in a box as a 16-bit whole number; what is no number counts as 0.
-std::int16_t NumberIn(const QLineEdit* box) { return Round16(Val(FromQt(box->text()))); }
+std::int16_t NumberIn(const QLineEdit* box) {
+    const std::string text = FromQt(box->text());
+    try {
+        return Round16(Val(text));
+    } catch (const RunTimeError& error) {
+        throw RunTimeError(error.Number(), FromQt(box->accessibleName()) + ": " + text +
+                                               "\nEnter a whole number up to 32767 and try again.");
+    }
+}
 
 }  // namespace
 
@@ -104,12 +113,13 @@ QLayout* frmEditPulseData::LayOutLegend() {
 
 QLayout* frmEditPulseData::LayOutPlot() {
     plot_->setObjectName(QStringLiteral("SensorPlot"));
+    SetAccessibleRole(*plot_, QAccessible::Chart);
     plot_->setAccessibleName(QStringLiteral("Sensor data"));
     VScroll1_ = Named<QScrollBar>(this, "VScroll1");
     VScroll1_->setAccessibleName(QStringLiteral("Active data point"));
     VScroll1_->setFocusPolicy(Qt::TabFocus);
     lblReadOut_ = Named<QLabel>(this, "lblReadOut");
-    lblReadOut_->setAccessibleName(QStringLiteral("Active data point"));
+    SetValueCaption(*lblReadOut_, QStringLiteral("Active data point"));
     lblReadOut_->setTextFormat(Qt::PlainText);
     // The name of a node or a key must not push the other controls about.
     lblReadOut_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
@@ -140,7 +150,8 @@ QLayout* frmEditPulseData::LayOutRepairs() {
         NumberBox(this, "txtSmoothingFactor", QStringLiteral("A difference in speed, miles per hour"));
     txtSmoothingFactor_->setText(QString::number(FirstSmoothingFactor));
     txtEditDataPoint_ =
-        NumberBox(this, "txtEditDataPoint", QStringLiteral("Type a speed for the active data point and press Enter"));
+        NumberBox(this, "txtEditDataPoint",
+                  QStringLiteral("Type a speed for the active data point, in %1, and press Enter").arg(speedUnit_));
     btnUndo_ = ActionButton(this, "btnUndo", QStringLiteral("&Undo"), "undo", QStringLiteral("Ctrl+Z"));
     btnRedo_ = ActionButton(this, "btnRedo", QStringLiteral("&Redo"), "redo", QStringLiteral("Ctrl+Y"));
 
@@ -161,22 +172,19 @@ QLayout* frmEditPulseData::LayOutRepairs() {
 }
 
 QLayout* frmEditPulseData::LayOutFoot() {
-    cmdHelp_ = Named<QPushButton>(this, "cmdHelp", QStringLiteral("Help"));
-    cmdHelp_->setShortcut(QKeySequence::HelpContents);
     lblStatus_ = Named<QLabel>(this, "lblStatus");
-    lblStatus_->setAccessibleName(QStringLiteral("What was done"));
+    SetValueCaption(*lblStatus_, QStringLiteral("What was done"));
     lblStatus_->setTextFormat(Qt::PlainText);
     lblStatus_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     btnSave_ = Named<QPushButton>(this, "btnSave", QStringLiteral("&Save"));
     btnSave_->setToolTip(QStringLiteral("Ctrl+S"));
     BtnEditSensorDataExit_ = Named<QPushButton>(this, "BtnEditSensorDataExit", QStringLiteral("E&xit"));
     // Enter belongs to the two boxes.
-    for (QPushButton* button :
-         {btnDeSpike_, btnSmoothData_, btnUndo_, btnRedo_, cmdHelp_, btnSave_, BtnEditSensorDataExit_})
+    for (QPushButton* button : {btnDeSpike_, btnSmoothData_, btnUndo_, btnRedo_, btnSave_, BtnEditSensorDataExit_})
         button->setAutoDefault(false);
 
     auto* row = new QHBoxLayout;
-    row->addWidget(cmdHelp_);
+    row->addWidget(HelpButton(*this, context_, HelpTopic::SensorData));
     row->addWidget(lblStatus_, 1);
     row->addWidget(btnSave_);
     row->addWidget(BtnEditSensorDataExit_);
@@ -193,8 +201,6 @@ void frmEditPulseData::ConnectControls() {
     Connect(btnRedo_, &QPushButton::clicked, this, messages, [this] { Redo(); });
     Connect(btnSave_, &QPushButton::clicked, this, messages, [this] { Save(); });
     Connect(BtnEditSensorDataExit_, &QPushButton::clicked, this, messages, [this] { accept(); });
-    Connect(cmdHelp_, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::SensorData); });
     Connect(VScroll1_, &QScrollBar::valueChanged, this, messages, [this](int point) { Choose(point); });
     plot_->OnChosen = [this](std::int32_t point) { Choose(point); };
     plot_->OnZoom = [this](int steps, double x) { Zoom(steps, x); };
@@ -314,7 +320,6 @@ void frmEditPulseData::Zoom(int steps, double anchor) {
 void frmEditPulseData::ShowWords(const QString& status) {
     view_.WordsChanged();
     lblStatus_->setText(status);
-    lblStatus_->setAccessibleDescription(status);
     for (QWidget* control : std::initializer_list<QWidget*>{btnDeSpike_, btnSmoothData_, txtSmoothingFactor_,
                                                             txtEditDataPoint_, VScroll1_})
         control->setEnabled(HasPoints());
@@ -329,7 +334,7 @@ void frmEditPulseData::ShowPoint() {
     const std::int32_t point = view_.ActivePoint();
     txtEditDataPoint_->setText(HasPoints() ? ShownSpeed(run_.SampleValues[point]) : QString());
     lblReadOut_->setText(HasPoints() ? PointInWords(point) : QString());
-    plot_->setAccessibleDescription(lblReadOut_->text());
+    plot_->setAccessibleDescription(HasPoints() ? lblReadOut_->text() : QStringLiteral("This run has no samples."));
     plot_->update();
 }
 

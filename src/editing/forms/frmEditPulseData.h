@@ -75,7 +75,6 @@ private:
     QLineEdit* txtEditDataPoint_;
     QPushButton* btnUndo_;
     QPushButton* btnRedo_;
-    QPushButton* cmdHelp_;
     QPushButton* btnSave_;
     QPushButton* BtnEditSensorDataExit_;
 };

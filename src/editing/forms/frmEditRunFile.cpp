@@ -12,9 +12,9 @@
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/forms/Guarded.h"
+#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
-#include "core/modMain.h"
 #include "editing/SaveRun.h"
 
 namespace vantor {
@@ -195,15 +195,11 @@ QLayout* frmEditRunFile::BuildButtons() {
     save->setDefault(true);
     auto* cancel = Named<QPushButton>(this, "RunDetailsCancel", QStringLiteral("Cancel"));
     cancel->setToolTip(QStringLiteral("Cancel any changes made to this screen and return to the Summary Screen."));
-    auto* help = Named<QPushButton>(this, "cmdHelp", QStringLiteral("Help"));
-    help->setShortcut(QKeySequence::HelpContents);
-    for (QPushButton* button : {cancel, help}) button->setAutoDefault(false);
+    cancel->setAutoDefault(false);
     Connect(save, &QPushButton::clicked, this, context_.Messages, [this] { SaveRunFile(); });
     Connect(cancel, &QPushButton::clicked, this, context_.Messages, [this] { QDialog::reject(); });
-    Connect(help, &QPushButton::clicked, this, context_.Messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::RunFile); });
     auto* row = new QHBoxLayout;
-    row->addWidget(help);
+    row->addWidget(HelpButton(*this, context_, HelpTopic::RunFile));
     row->addStretch();
     row->addWidget(save);
     row->addWidget(cancel);

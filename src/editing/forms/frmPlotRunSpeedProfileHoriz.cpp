@@ -194,7 +194,7 @@ void frmPlotRunSpeedProfileHoriz::ShowReadiness() {
 void frmPlotRunSpeedProfileHoriz::ShowFigures() {
     QLabel* lblContDelay = controls_.lblContDelay;
     lblContDelay->setText(isComputed_ ? ToQt(Str(entry_.ControlDelay)) : QStringLiteral("–"));
-    lblContDelay->setAccessibleDescription(isComputed_ ? lblContDelay->text() : QStringLiteral("not computed yet"));
+    lblContDelay->setAccessibleDescription(isComputed_ ? QString() : QStringLiteral("not computed yet"));
     const QString grade = isComputed_ ? ToQt(Trim(entry_.LOSGrade)) : QString();
     controls_.lblLOS->setText(grade.isEmpty() ? QStringLiteral("–") : grade);
     const ColourPair pair = GradePair(grade, palette());

@@ -9,6 +9,7 @@
 
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
+#include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
@@ -107,9 +108,10 @@ int LogReview::exec() {
 
 QLayout* LogReview::BuildHead() {
     const auto addPair = [this](QHBoxLayout* row, const QString& title, const char* name, const QString& text) {
-        auto* value = Named<QLabel>(this, name, text);
-        value->setAccessibleName(title);
+        auto* value = Named<QLabel>(this, name);
+        SetValueCaption(*value, title);
         value->setTextFormat(Qt::PlainText);
+        value->setText(text);
         QFont font = value->font();
         font.setBold(true);
         value->setFont(font);
@@ -173,7 +175,7 @@ QLayout* LogReview::BuildFoot() {
     cmdHelp_ = AddButton("cmdHelp", QStringLiteral("Help"));
     cmdHelp_->setShortcut(QKeySequence::HelpContents);
     lblStatus_ = Named<QLabel>(this, "lblStatus");
-    lblStatus_->setAccessibleName(QStringLiteral("What was done"));
+    SetValueCaption(*lblStatus_, QStringLiteral("What was done"));
     lblStatus_->setTextFormat(Qt::PlainText);
     lblStatus_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     prgRepair_ = Named<QProgressBar>(this, "prgRepair");
@@ -362,7 +364,6 @@ void LogReview::done(int result) {
 
 void LogReview::ShowState(const QString& status) {
     lblStatus_->setText(status);
-    lblStatus_->setAccessibleDescription(status);
     const bool hasRows = model_.rowCount() > 0 && !isRepairing_;
     for (QWidget* control :
          std::initializer_list<QWidget*>{vaData_, btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_, btnDeleteRow_,

@@ -13,6 +13,7 @@
 #include "core/Paths.h"
 #include "core/Text.h"
 #include "core/forms/Guarded.h"
+#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
@@ -62,7 +63,7 @@ LogSelect::LogSelect(AppContext& context, LogKind kind)
         Named<QLabel>(this, "lblInstructions", tr("Choose the folder of the logs, then the log to process.")));
     layout->addWidget(folders, 1);
     layout->addLayout(BuildButtons());
-    resize(860, 500);
+    resize(940, 500);
 
     ConnectControls();
     grid_->setFocus();
@@ -118,15 +119,13 @@ void LogSelect::SetColumnWidths() {
 }
 
 QLayout* LogSelect::BuildButtons() {
-    cmdHelp_ = Named<QPushButton>(this, "cmdHelp", tr("Help"));
-    cmdHelp_->setShortcut(Qt::Key_F1);
     BtnSelect_ = Named<QPushButton>(this, "BtnSelect", tr("&Select"));
     BtnCancel_ = Named<QPushButton>(this, "BtnCancel", tr("Cancel"));
-    for (QPushButton* button : {cmdHelp_, BtnCancel_}) button->setAutoDefault(false);
+    BtnCancel_->setAutoDefault(false);
     BtnSelect_->setDefault(true);
     lblProgress_ = Named<QLabel>(this, "lblProgress");
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(cmdHelp_);
+    buttons->addWidget(HelpButton(*this, context_, HelpTopic::SelectLog));
     buttons->addWidget(lblProgress_, 1);
     buttons->addWidget(BtnSelect_);
     buttons->addWidget(BtnCancel_);
@@ -150,8 +149,6 @@ void LogSelect::ConnectControls() {
     Connect(grid_, &Table::itemDoubleClicked, this, messages, [this] { Select(); });
     Connect(BtnSelect_, &QPushButton::clicked, this, messages, [this] { Select(); });
     Connect(BtnCancel_, &QPushButton::clicked, this, messages, [this] { reject(); });
-    Connect(cmdHelp_, &QPushButton::clicked, this, messages,
-            [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::SelectLog); });
 }
 
 void LogSelect::showEvent(QShowEvent* event) {
@@ -205,7 +202,7 @@ void LogSelect::OpenFieldDataFolder() {
         ListFolder(folder);
         return;
     }
-    tree_->scrollToItem(tree_->currentItem(), QAbstractItemView::PositionAtCenter);
+    tree_->ShowCurrent();
     ListFolder(tree_->SelectedFolder());  // in the letter case that it is stored in
 }
 

@@ -57,7 +57,6 @@ private:
     QLabel* lblProgress_ = nullptr;
     QPushButton* BtnSelect_ = nullptr;
     QPushButton* BtnCancel_ = nullptr;
-    QPushButton* cmdHelp_ = nullptr;
     QString emptyText_;
     bool isLoaded_ = false;
 };

@@ -37,6 +37,7 @@ void ReviewTable::Show(ReviewModel& model) {
     review_ = &model;
     setModel(&model);
     setSortingEnabled(true);
+    setAccessibleDescription(model.rowCount() == 0 ? emptyText_ : QString());
     FitColumns();
     ShowActive();
 }

@@ -123,6 +123,7 @@ QGroupBox* PrefsDefaultsTab::BuildStudyParameters(const AppSettings& settings) {
     txtStopSpeed_ = Named<QLineEdit>(frame, "txtStopSpeed");
     txtStopSpeed_->setText(QString::number(settings.StopSpeedThreshold));
     txtStopSpeed_->setAlignment(Qt::AlignRight);
+    txtStopSpeed_->setAccessibleDescription(QStringLiteral("MPH"));
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(txtStopSpeed_, QStringLiteral("Stop Speed &Threshold")));
     row->addWidget(txtStopSpeed_);

@@ -6,6 +6,7 @@
 
 #include "core/Numeric.h"
 #include "core/Text.h"
+#include "core/forms/Accessible.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 
@@ -27,14 +28,19 @@ void MakeLarge(QWidget& figure) {
 /// The figure under its caption, with its unit behind it on the same baseline.
 QLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "") {
     MakeLarge(*figure);
-    figure->setAccessibleName(QString::fromLatin1(caption));
-    auto* unitLabel = new QLabel(QString::fromLatin1(unit), figure->parentWidget());
-    unitLabel->setContentsMargins(0, 0, 0,
-                                  FigurePadding + figure->fontMetrics().descent() - unitLabel->fontMetrics().descent());
+    if (auto* label = qobject_cast<QLabel*>(figure))
+        SetValueCaption(*label, QString::fromLatin1(caption));
+    else
+        figure->setAccessibleName(QString::fromLatin1(caption));
     auto* line = new QHBoxLayout;
     line->setSpacing(4);
     line->addWidget(figure);
-    line->addWidget(unitLabel, 0, Qt::AlignBottom);
+    if (*unit != '\0') {
+        auto* unitLabel = new QLabel(QString::fromLatin1(unit), figure->parentWidget());
+        const int toBaseline = figure->fontMetrics().descent() - unitLabel->fontMetrics().descent();
+        unitLabel->setContentsMargins(0, 0, 0, FigurePadding + toBaseline);
+        line->addWidget(unitLabel, 0, Qt::AlignBottom);
+    }
     line->addStretch();
     auto* block = new QVBoxLayout;
     block->setSpacing(4);
@@ -45,7 +51,7 @@ QLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "") 
 
 void ShowFigure(QLabel& label, const std::optional<std::string>& figure) {
     label.setText(ToQt(figure.value_or("")));
-    label.setAccessibleDescription(figure ? label.text().trimmed() : QStringLiteral("not computed yet"));
+    label.setAccessibleDescription(figure ? QString() : QStringLiteral("not computed yet"));
 }
 
 }  // namespace
@@ -74,6 +80,7 @@ QGroupBox* ResultsPanel::BuildStopDelay() {
     frStopDelayStats_ = Named<QGroupBox>(this, "frStopDelayStats", QStringLiteral("Stop Delay Statistics"));
     txtStopSpdThreshold_ = Named<QLineEdit>(frStopDelayStats_, "txtStopSpdThreshold");
     txtStopSpdThreshold_->setReadOnly(true);
+    txtStopSpdThreshold_->setAccessibleDescription(QStringLiteral("MPH"));
     txtStopSpdThreshold_->setFrame(false);
     txtStopSpdThreshold_->setTextMargins(-2, 0, 0, 0);
     QPalette clear = txtStopSpdThreshold_->palette();
@@ -83,7 +90,7 @@ QGroupBox* ResultsPanel::BuildStopDelay() {
     lblControl2StopRatio_ = Named<QLabel>(frStopDelayStats_, "lblControl2StopRatio");
     auto* line = new QHBoxLayout(frStopDelayStats_);
     line->setSpacing(FigureSpacing);
-    line->addLayout(Captioned(txtStopSpdThreshold_, "Stop Speed Threshold", "mph"));
+    line->addLayout(Captioned(txtStopSpdThreshold_, "Stop Speed Threshold", "MPH"));
     line->addLayout(Captioned(lblAvgStopDelay_, "Avg. Stop Delay", "s"));
     line->addLayout(Captioned(lblControl2StopRatio_, "Ratio of Control to Stop Delay"));
     return frStopDelayStats_;

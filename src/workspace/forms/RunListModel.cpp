@@ -94,7 +94,7 @@ QVariant RunListModel::data(const QModelIndex& index, int role) const {
         case Qt::DecorationRole: return index.column() == Name ? LineIcon(QLatin1String(sign.Icon)) : QVariant();
         case Qt::ToolTipRole: return QStringLiteral("%1. %2").arg(QLatin1String(sign.Word), QLatin1String(sign.Tip));
         case Qt::AccessibleTextRole:
-            if (column.Text == nullptr) return TextOf(row, column);
+            if (column.Text == nullptr || (row.*column.Text).empty()) return QString::fromLatin1(sign.Word);
             return QStringLiteral("%1, %2").arg(TextOf(row, column).trimmed(), QLatin1String(sign.Word));
         case SortRole: return SortKey(row, index.column());
         default: return {};

@@ -7,6 +7,9 @@
 namespace vantor {
 namespace {
 
+constexpr const char* EmptyText =
+    "This study has no runs yet.\nAdd runs of its Study Group with Add Run, or open a study with File > Open Existing "
+    "Study.";
 /// Pixels beside a head's text, for its margins and the arrow of the sorted column.
 constexpr int SortArrowRoom = 48;
 
@@ -39,6 +42,7 @@ void RunListView::SetRows(std::vector<RunListRow> rows) {
     model_.SetRows(std::move(rows));
     SetActiveRun(std::clamp(active, 1, std::max(1, model_.rowCount())));
     WidenColumns();
+    setAccessibleDescription(model_.rowCount() == 0 ? QString::fromLatin1(EmptyText) : QString());
 }
 
 void RunListView::ShowStopDelay(bool shown) { setColumnHidden(RunListModel::StopDelay, !shown); }
@@ -66,8 +70,7 @@ void RunListView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap,
-                     QStringLiteral("This study has no runs yet.\nAdd runs of its Study Group with Add Run, or open a "
-                                    "study with File > Open Existing Study."));
+                     QString::fromLatin1(EmptyText));
 }
 
 }  // namespace vantor

@@ -6,6 +6,7 @@
 #include "core/Paths.h"
 #include "core/RunRecords.h"
 #include "core/Text.h"
+#include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
@@ -124,7 +125,7 @@ void StudyBrowser::AddStudyRow(const ListedStudy& study) {
         vaStudies_->item(row, 0)->setIcon(LineIcon(QStringLiteral("missing")));
         vaStudies_->SetText(row, 1, QStringLiteral("Damaged"));
         for (int column : {0, 1})
-            vaStudies_->item(row, column)->setToolTip(ToQt("This study cannot be opened.\n" + study.Problem));
+            SetCellNote(*vaStudies_->item(row, column), ToQt("This study cannot be opened.\n" + study.Problem));
         return;
     }
     const StudyRecord& header = study.Header;

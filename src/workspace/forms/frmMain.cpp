@@ -49,7 +49,6 @@ std::string FullPath(const FileSystem& files, const std::string& path) {
 
 frmMain::frmMain(AppContext& context) : context_(context), recovery_(context) {
     setObjectName(QStringLiteral("frmMain"));
-    setAccessibleName(QStringLiteral("Vantor"));
     resize(1000, 700);
     menu_ = new MainMenu(*this, context_, MenuEntries());
     setCentralWidget(frStudyDetails_ = BuildStudyDetails());

@@ -20,6 +20,7 @@ QScrollArea* Scrolled(QTabWidget* tabs, QWidget* page) {
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
     area->setWidget(page);
+    area->setFocusPolicy(Qt::NoFocus);  // it follows the field that has the focus
     // The background is that of the tab.
     page->setAutoFillBackground(false);
     area->viewport()->setAutoFillBackground(false);

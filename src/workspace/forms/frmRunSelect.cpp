@@ -7,6 +7,7 @@
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
+#include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
@@ -136,12 +137,12 @@ void frmRunSelect::AddRow(const ListedRun& run, LengthUnit unit) {
         if (!run.Problem.empty()) mark->setIcon(LineIcon(QStringLiteral("missing")));
         for (int column = 0; column <= status; ++column) {
             vaSelRuns_->item(row, column)->setFlags(Qt::NoItemFlags);
-            vaSelRuns_->item(row, column)->setToolTip(ToQt(hindrance.Reason));
+            SetCellNote(*vaSelRuns_->item(row, column), ToQt(hindrance.Reason));
         }
     } else if (run.IsVer1) {
         mark->setText(QStringLiteral("Version 1"));
         mark->setIcon(LineIcon(QStringLiteral("refresh")));
-        mark->setToolTip(QStringLiteral("A version 1 run file. It is converted when the run is added."));
+        SetCellNote(*mark, QStringLiteral("A version 1 run file. It is converted when the run is added."));
     }
 }
 

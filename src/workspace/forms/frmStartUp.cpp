@@ -14,7 +14,6 @@
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
-#include "core/modMain.h"
 #include "workspace/StudyWorkspace.h"
 #include "workspace/forms/DialogParts.h"
 
@@ -144,6 +143,7 @@ std::vector<frmStartUp::Card> frmStartUp::StudyCards() const {
 
 QVBoxLayout* frmStartUp::BuildGroup(const char* name, const QString& heading, const std::vector<Card>& cards) {
     auto* group = Named<QFrame>(this, name);
+    group->setAccessibleName(heading);
     group->setFrameShape(QFrame::StyledPanel);
     group->setBackgroundRole(QPalette::Base);
     group->setAutoFillBackground(true);

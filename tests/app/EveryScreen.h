@@ -1,0 +1,182 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "analysis/ReportStudies.h"
+#include "analysis/forms/frmContDelayVsAvg.h"
+#include "analysis/forms/frmReportPreview.h"
+#include "analysis/forms/frmRunStatistics.h"
+#include "counter/forms/frmDeleteTDCFiles.h"
+#include "counter/forms/frmDeleteTempRuns.h"
+#include "counter/forms/frmReadTDC.h"
+#include "counter/forms/frmUploadData.h"
+#include "counter/forms/frmUploadRunList.h"
+#include "counter/forms/frmUploadSelectTDC.h"
+#include "editing/forms/frmEditPulseData.h"
+#include "editing/forms/frmEditRunFile.h"
+#include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
+#include "editing/forms/frmRunDetails.h"
+#include "fakes/FakePorts.h"
+#include "gpsobd/forms/LogReview.h"
+#include "gpsobd/forms/LogSelect.h"
+#include "platform/HelpWindow.h"
+#include "workspace/forms/frmMain.h"
+#include "workspace/forms/frmPrefs.h"
+#include "workspace/forms/frmRunSelect.h"
+#include "workspace/forms/frmStartUp.h"
+#include "workspace/forms/frmStudyOpen.h"
+#include "workspace/forms/frmStudySaveAs.h"
+
+namespace vantor {
+
+/// Answers every question so that nothing happens.
+struct DecliningMessageBoxes : MessageBoxes {
+    MessageAnswer Ask(const Prompt& prompt) override {
+        if (prompt.Buttons == MessageButtons::YesNo) return MessageAnswer::No;
+        return prompt.Buttons == MessageButtons::Ok ? MessageAnswer::Ok : MessageAnswer::Cancel;
+    }
+};
+
+/// A program to open screens in: with nothing on its disk but the folders, or with something to see on every screen.
+struct ShownProgram : TestProgram {
+    const std::string Group = "/start/Study Groups/Main Street/";
+    const std::string Logs = "/start/Field Data Files/";
+    DecliningMessageBoxes Declining;
+    AppContext Program{State,  Files,  Declining, OtherScreens, DesktopServices, Time,     End,
+                       Memory, Serial, Device,    Databases,    Sheets,          Documents};
+
+    explicit ShownProgram(bool isFilled) {
+        State.Settings.UseStartUpScreen = 0;
+        State.Settings.EnableStopDelay = -1;
+        if (isFilled) Fill();
+        SaveSettings(State, Files);
+        State.MainFormLoaded = false;
+    }
+
+    void ChooseLog(const char* extension) {
+        State.SelectedDataFolder = Logs;
+        State.SelectedDataFile = "drive";
+        State.SelectedDataExt = extension;
+    }
+
+private:
+    void Fill() {
+        Files.CreateFolder(Group);
+        Files.CreateFolder("/start/Study Groups/Oak Avenue/");
+        State.CurrentStudy = PutReportedStudy(Files, Group, 4);
+        State.CurrentStudy.Entries[2].CDEndDist = 0;
+        State.CurrentStudy.Entries[3].EntryRunName = "Gone";
+        WriteStudyFile(Files, State.CurrentStudy, Group, "AM Peak");
+        State.Paths.LastStudyGroupPath = Group;
+        State.Paths.LastStudyName = "AM Peak";
+        State.CurrentRun = ReportedRun();
+        State.CurrentRun.Header.RunName = "NB-1";
+        State.CurrentRun.Header.ButtonWord[2] = -1;
+        State.CurrentRun.Header.ButtonLabel[2] = "Congestion";
+        State.GpsObdUpload = true;  // the runs that wait stay as they are
+        RunRecord waiting = ReportedRun();
+        for (const char* name : {"Upload01", "Upload02"}) WriteRunFile(Files, waiting, "/start/Temp/", name);
+        Files.PutText("/start/Temp/OLD.rdf", "too short to be a run");
+        std::ifstream counter(VANTOR_SAMPLES "Corridor.tdc", std::ios::binary);
+        Files.PutText(Logs + "Corridor.tdc", {std::istreambuf_iterator<char>(counter), {}});
+        for (const auto& [kind, extension] :
+             {std::pair(LogKind::GpsLaptop, ".gd2"), {LogKind::ObdLaptop, ".od2"}, {LogKind::GpsObd, ".ddf"}})
+            PutLog(kind, Logs + "drive" + extension);
+    }
+
+    /// Twelve seconds of run 1 with a gap of two.
+    void PutLog(LogKind kind, const std::string& path) {
+        FieldLog log = NewFieldLog(kind, path);
+        for (int second = 0; second < 12; ++second) {
+            auto& point = log.Points.emplace_back();
+            const Date moment{DateOf(2008, 3, 14).Days + TimeOf(7, 5, second).Days};
+            point.Gps.RunNumber = point.Obd.RunNumber = 1;
+            point.Gps.DateTime = point.Obd.DateTime = moment;
+            point.Gps.Speed = point.Obd.Speed = second == 4 || second == 5 ? -1.0F : 30.0F;
+        }
+        WriteFieldLog(Files, log);
+    }
+};
+
+/// A screen and how it is opened; `EnterActs` where the Enter key carries the screen's main action out.
+struct ScreenCase {
+    const char* Name;
+    std::function<std::shared_ptr<QWidget>(ShownProgram&)> Open;
+    bool EnterActs = true;
+};
+inline void PrintTo(const ScreenCase& screen, std::ostream* out) { *out << screen.Name; }
+
+template <class Form, class... Arguments>
+std::function<std::shared_ptr<QWidget>(ShownProgram&)> Opens(Arguments... arguments) {
+    return [=](ShownProgram& program) { return std::make_shared<Form>(program.Program, arguments...); };
+}
+
+/// A screen of the current run.
+template <class Form>
+std::shared_ptr<QWidget> OpenRun(ShownProgram& program) {
+    if (program.State.CurrentStudy.Record.RunCount == 0) AppendRun(program.State.CurrentStudy, "NB-1");
+    return std::make_shared<Form>(program.Program, 1);
+}
+
+inline std::function<std::shared_ptr<QWidget>(ShownProgram&)> Reviews(LogKind kind, const char* extension) {
+    return [=](ShownProgram& program) {
+        program.ChooseLog(extension);
+        return std::make_shared<LogReview>(program.Program, kind);
+    };
+}
+
+/// Every screen of the program.
+inline std::vector<ScreenCase> EveryScreen() {
+    const auto main = [](ShownProgram& program) {
+        auto window = std::make_shared<frmMain>(program.Program);
+        window->Start();
+        return window;
+    };
+    const auto preferences = [](ShownProgram& program) {
+        return std::make_shared<frmPrefs>(
+            program.Program, [](int port) { return port == 3; }, [](int) { return std::string("/dev/ttyS2"); });
+    };
+    const auto help = [](ShownProgram&) {
+        auto window = std::make_shared<HelpWindow>(QStringLiteral(VANTOR_HELP_FILE));
+        window->ShowTopic(static_cast<int>(HelpTopic::MainWindow));
+        return window;
+    };
+    return {
+        {"frmMain", main, false},
+        {"frmStartUp", Opens<frmStartUp>()},
+        {"frmStudyOpen", Opens<frmStudyOpen>()},
+        {"frmStudySaveAs", Opens<frmStudySaveAs>()},
+        {"frmRunSelect", Opens<frmRunSelect>()},
+        {"frmPrefs", preferences},
+        {"frmRunDetails", OpenRun<frmRunDetails>},
+        {"frmPlotRunSpeedProfileHoriz", OpenRun<frmPlotRunSpeedProfileHoriz>},
+        {"frmEditPulseData", OpenRun<frmEditPulseData>, false},
+        {"frmEditRunFile", OpenRun<frmEditRunFile>},
+        {"frmRunStatistics", OpenRun<frmRunStatistics>},
+        {"frmContDelayVsAvg", Opens<frmContDelayVsAvg>()},
+        {"frmReportPreview", Opens<frmReportPreview>()},
+        {"frmReadTDC", Opens<frmReadTDC>()},
+        {"frmUploadSelectTDC", Opens<frmUploadSelectTDC>()},
+        {"frmUploadData", Opens<frmUploadData>(), false},
+        {"frmUploadRunList", Opens<frmUploadRunList>(std::string("Main Street"))},
+        {"frmDeleteTempRuns", Opens<frmDeleteTempRuns>()},
+        {"frmDeleteTDCFiles", Opens<frmDeleteTDCFiles>()},
+        {"SelectGpsLaptop", Opens<LogSelect>(LogKind::GpsLaptop)},
+        {"SelectObdHandheld", Opens<LogSelect>(LogKind::ObdHandheld)},
+        {"SelectBattelle", Opens<LogSelect>(LogKind::Battelle)},
+        {"frmGPSViewData", Reviews(LogKind::GpsLaptop, ".gd2")},
+        {"frmOBDViewData", Reviews(LogKind::ObdLaptop, ".od2")},
+        {"frmGPSOBDViewData", Reviews(LogKind::GpsObd, ".ddf")},
+        {"frmHelp", help, false},
+    };
+}
+
+}  // namespace vantor
