@@ -111,7 +111,7 @@ void ConvertAgainstWriting(benchmark::State& state) {
     state.counters["write_s"] = writing;
     state.counters["ratio"] = converting / writing;
 }
-BENCHMARK(ConvertAgainstWriting)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(ConvertAgainstWriting)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace vantor

@@ -14,4 +14,4 @@ fi
 scripts/install-dependencies.sh --bench
 scripts/build.sh release vantor vantor_bench empty_window
 cd build/release
-exec python3 -B ../../bench/figures.py bin ../../samples "$@"
+exec python3 -B ../../bench/figures.py bin "$@"
