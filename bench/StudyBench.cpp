@@ -72,12 +72,12 @@ void OpenStudyOf1000Runs(benchmark::State& state) {
             ComputeStudyResults(study, MakeRunListRows(study, disk.Files, disk.Folder()), labels);
             benchmark::DoNotOptimize(labels);
         });
-        reading = std::min(reading, SecondsOf([&] {
-                               for (int i = 1; i <= RunsInStudy; ++i)
-                                   benchmark::DoNotOptimize(ReadFirstBytes(
-                                       disk.Files, disk.Folder() + "Main St-NB-" + std::to_string(i) + RunExtension,
-                                       RunHeaderSize));
-                           }));
+        reading = std::min(
+            reading, SecondsOf([&] {
+                for (int i = 1; i <= RunsInStudy; ++i)
+                    benchmark::DoNotOptimize(ReadFirstBytes(
+                        disk.Files, disk.Folder() + "Main St-NB-" + std::to_string(i) + RunExtension, RunHeaderSize));
+            }));
         opening = std::min(opening, seconds);
         state.SetIterationTime(seconds);
     }
