@@ -1,7 +1,6 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <limits>
@@ -9,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bench/SecondsOf.h"
 #include "core/Numeric.h"
 #include "core/RunRecords.h"
 #include "counter/CounterFile.h"
@@ -67,13 +67,6 @@ void WriteCounterFile(FileSystem& files, const std::string& path, std::size_t si
     for (std::size_t record = 0; text.size() < size; ++record) text += RecordText(record, words);
     text += "::::::::::::::::::::\r\n";
     WriteFile(files, path, std::as_bytes(std::span(text)));
-}
-
-template <class Action>
-double SecondsOf(Action action) {
-    const auto start = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
 /// Writes as many files of a run's size as the conversion did, all in one batch.

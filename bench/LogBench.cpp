@@ -1,11 +1,11 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <limits>
 
+#include "bench/SecondsOf.h"
 #include "core/Numeric.h"
 #include "gpsobd/LaptopLog.h"
 #include "platform/DiskFileSystem.h"
@@ -48,13 +48,6 @@ public:
 private:
     fs::path path_;
 };
-
-template <class Action>
-double SecondsOf(Action action) {
-    const auto start = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 std::uint64_t ReadPlainly(const FileSystem& files, const std::string& path) {
     const auto file = files.Open(path);

@@ -2,13 +2,13 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <limits>
 
 #include "analysis/DelayStatistics.h"
 #include "analysis/StudyResults.h"
+#include "bench/SecondsOf.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "platform/DiskFileSystem.h"
@@ -51,13 +51,6 @@ public:
 private:
     std::string folder_;
 };
-
-template <class Action>
-double SecondsOf(Action action) {
-    const auto start = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 /// Reading the study, its run headers and computing its figures, against reading the same headers as plain bytes.
 void OpenStudyOf1000Runs(benchmark::State& state) {

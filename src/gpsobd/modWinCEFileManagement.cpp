@@ -7,6 +7,7 @@
 
 #include "core/Numeric.h"
 #include "core/RunTimeError.h"
+#include "core/modMain.h"
 #include "gpsobd/IFileTransfer.h"
 #include "gpsobd/modWinCERAPIConnectionHandler.h"
 
@@ -34,11 +35,6 @@ private:
     RemoteApi& api_;
     RemoteApi::Handle handle_;
 };
-
-bool FileExists(const FileSystem& files, const std::string& path) {
-    const auto info = files.Find(path);
-    return info && !info->IsFolder;
-}
 
 /// To be asked before a handle is closed or the connection ended: both replace the error.
 std::int32_t DeviceFailure(RemoteApi& api, std::int32_t withoutReportedError) {
