@@ -1,0 +1,64 @@
+#include "core/Backup.h"
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+
+#include "core/Paths.h"
+#include "core/Text.h"
+#include "core/modMain.h"
+
+namespace vantor {
+namespace {
+
+constexpr std::string_view BackupExtension = ".bak";
+
+/// The number of a backup by what follows the name of its file: ".bak" is 1, ".bak2" is 2; 0 for anything else.
+int BackupNumber(std::string_view rest) {
+    if (!rest.starts_with(BackupExtension)) return 0;
+    rest.remove_prefix(BackupExtension.size());
+    if (rest.empty()) return 1;
+    int number = 0;
+    const auto [end, problem] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
+    return problem == std::errc() && end == rest.data() + rest.size() && number > 1 ? number : 0;
+}
+
+/// The backups beside a file, by their numbers.
+std::map<int, std::string> NumberedBackups(const FileSystem& files, const std::string& path) {
+    std::map<int, std::string> backups;
+    const std::string folder = FolderOf(path);
+    if (!FolderExists(files, folder)) return backups;
+    const std::string name = FoldCase(LastComponent(path));
+    for (const FileInfo& info : files.List(folder)) {
+        const std::string folded = FoldCase(info.Name);
+        if (!folded.starts_with(name)) continue;
+        if (const int number = BackupNumber(std::string_view(folded).substr(name.size())); number != 0)
+            backups[number] = folder + info.Name;
+    }
+    return backups;
+}
+
+}  // namespace
+
+std::string FreeBackupPath(const FileSystem& files, const std::string& path) {
+    const auto backups = NumberedBackups(files, path);
+    const int number = backups.empty() ? 1 : backups.rbegin()->first + 1;
+    return path + std::string(BackupExtension) + (number > 1 ? std::to_string(number) : std::string());
+}
+
+std::string AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& path) {
+    const std::string backup = FreeBackupPath(files, path);
+    batch.Add(backup, ReadFirstBytes(files, path, files.Open(path)->Size()), OldTail::Dropped);
+    return backup;
+}
+
+std::vector<std::string> BackupsOf(const FileSystem& files, const std::string& path) {
+    std::vector<std::string> backups;
+    for (const auto& [number, backup] : NumberedBackups(files, path)) backups.push_back(backup);
+    std::ranges::reverse(backups);
+    const std::string olderForm = FolderOf(path) + BaseName(path) + std::string(BackupExtension);
+    if (FileExists(files, olderForm)) backups.push_back(olderForm);
+    return backups;
+}
+
+}  // namespace vantor

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/ports/FileSystem.h"
+
+namespace vantor {
+
+/// The name under which the file at `path` is kept when another takes its place: path + ".bak", then ".bak2", ".bak3"
+/// and so on, one above the highest that is there. A backup is never replaced.
+std::string FreeBackupPath(const FileSystem& files, const std::string& path);
+
+/// Adds a copy of the file as it stands under its FreeBackupPath and returns that path. Error 53 when the file is
+/// missing.
+std::string AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& path);
+
+/// The backups of the file at `path` that exist, the newest number first; of "A.rd2" also the older form "A.bak", last.
+std::vector<std::string> BackupsOf(const FileSystem& files, const std::string& path);
+
+}  // namespace vantor
