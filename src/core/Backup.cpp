@@ -27,9 +27,10 @@ int BackupNumber(std::string_view rest) {
 std::map<int, std::string> NumberedBackups(const FileSystem& files, const std::string& path) {
     std::map<int, std::string> backups;
     const std::string folder = FolderOf(path);
-    if (!FolderExists(files, folder)) return backups;
+    const std::string listed = folder.empty() ? files.CurrentFolder() : folder;
+    if (!FolderExists(files, listed)) return backups;
     const std::string name = FoldCase(LastComponent(path));
-    for (const FileInfo& info : files.List(folder)) {
+    for (const FileInfo& info : files.List(listed)) {
         const std::string folded = FoldCase(info.Name);
         if (!folded.starts_with(name)) continue;
         if (const int number = BackupNumber(std::string_view(folded).substr(name.size())); number != 0)
