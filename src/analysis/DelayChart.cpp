@@ -11,6 +11,8 @@ namespace vantor {
 namespace {
 
 constexpr double DotSize = 6;
+constexpr double RingSize = 13;
+constexpr double RingWidth = 1.5;
 constexpr double AverageWidth = 2;
 constexpr double SampleWidth = 24;
 /// The averages of the first runs are not settled: the points begin here, the line at the run before.
@@ -43,6 +45,15 @@ double ShareAboveBaseline(const DelaySeries& series) {
     return std::max(series.YMax() / (series.YMax() - lowest), 0.5);
 }
 
+std::string LastNumber(const DelaySeries& series) {
+    return std::to_string(series.RunCount() == 0 ? 0 : series.Runs()[series.RunCount()].Number);
+}
+
+void DrawRing(Canvas& canvas, CanvasPoint centre, const DelayChartColours& colours) {
+    canvas.DrawDot(centre, RingSize, colours.DimText);
+    canvas.DrawDot(centre, RingSize - 2 * RingWidth, colours.Background);
+}
+
 class ChartDrawing {
 public:
     ChartDrawing(Canvas& canvas, const CanvasBox& box, const DelaySeries& series, const DelayChartStyle& style)
@@ -72,7 +83,7 @@ public:
         if (series_.RunCount() == 0) {
             TextStyle text = TextOf(style_);
             text.Side = TextSide::Centre;
-            canvas_.DrawText(PlotBox(), "The study has no runs yet.", text);
+            canvas_.DrawText(PlotBox(), "There is no run to show.", text);
         }
         canvas_.DrawInside(box_, [this] {
             DrawDelays();
@@ -106,7 +117,8 @@ private:
     /// Returns where it begins.
     double DrawLegend(double row) {
         double right = edges_.Right;
-        for (const DelayLegend entry : {DelayLegend::Data, DelayLegend::Average}) {
+        for (const DelayLegend entry : {DelayLegend::NotCounted, DelayLegend::Data, DelayLegend::Average}) {
+            if (entry == DelayLegend::NotCounted && !series_.ShowsNotCounted()) continue;
             const double width = canvas_.TextWidth(LegendCaption(entry), TextOf(style_));
             canvas_.DrawText({right - width, row, width, line_}, LegendCaption(entry), TextOf(style_));
             right -= width + space_ + SampleWidth;
@@ -129,14 +141,15 @@ private:
     }
 
     void DrawRunAxis() {
-        const double width = canvas_.TextWidth(std::to_string(series_.RunCount()), Dim(TextSide::Centre)) + space_;
+        const double width = canvas_.TextWidth(LastNumber(series_), Dim(TextSide::Centre)) + space_;
         const double row = box_.Y + box_.Height - space_ - line_;
         const double xStep = scale_.XStep();
         const int labelled = xStep > 0 ? RoundStep(width / xStep) : series_.RunCount() + 1;
         for (int run = labelled; run <= series_.RunCount(); run += labelled) {
             const double x = scale_.XOf(run);
             canvas_.DrawLine({x, double(edges_.Top)}, {x, double(edges_.Bottom)}, {1, colours_.Grid});
-            canvas_.DrawText({x - width / 2, row - line_, width, line_}, std::to_string(run), Dim(TextSide::Centre));
+            canvas_.DrawText({x - width / 2, row - line_, width, line_}, std::to_string(series_.Runs()[run].Number),
+                             Dim(TextSide::Centre));
         }
         TextStyle text = TextOf(style_);
         text.Side = TextSide::Centre;
@@ -144,7 +157,11 @@ private:
     }
 
     void DrawDelays() {
-        for (const CanvasPoint& point : delays_) canvas_.DrawDot(point, DotSize, colours_.Delay);
+        for (int run = 1; run <= series_.RunCount(); ++run) {
+            const CanvasPoint& point = delays_[static_cast<std::size_t>(run - 1)];
+            if (!series_.Runs()[run].IsCounted) DrawRing(canvas_, point, colours_);
+            canvas_.DrawDot(point, DotSize, colours_.Delay);
+        }
     }
 
     void DrawAverage() {
@@ -171,19 +188,27 @@ constexpr CanvasBox PictureBox = {12, 12, DelayPictureSize.Width - 24, DelayPict
 
 }  // namespace
 
-DelaySeries::DelaySeries(const Study& study) {
+DelaySeries::DelaySeries(const Study& study, const std::vector<RunListRow>& rows, DelayRuns shown) {
     for (int run = 1; run <= study.Record.RunCount; ++run) {
         const StudyRunEntry& entry = study.Entries[run];
-        Append(std::string(Trim(entry.EntryRunName)), entry.ControlDelay);
+        const bool isCounted = rows[static_cast<std::size_t>(run - 1)].State == RunState::Counted;
+        if (!isCounted && shown == DelayRuns::Counted) continue;
+        Append({.Name = std::string(Trim(entry.EntryRunName)), .Number = run, .IsCounted = isCounted},
+               entry.ControlDelay);
     }
 }
 
-void DelaySeries::Append(std::string name, std::int32_t controlDelay) {
-    const std::int16_t delay = To16(controlDelay);
-    sum_ = Add32(sum_, delay);
-    highest_ = std::max(highest_, delay);
-    lowest_ = std::min(lowest_, delay);
-    runs_.Append({std::move(name), delay, static_cast<double>(sum_) / (RunCount() + 1)});
+void DelaySeries::Append(DelayRun run, std::int32_t controlDelay) {
+    run.ControlDelay = To16(controlDelay);
+    sum_ = Add32(sum_, run.ControlDelay);
+    highest_ = std::max(highest_, run.ControlDelay);
+    lowest_ = std::min(lowest_, run.ControlDelay);
+    run.RunningAverage = static_cast<double>(sum_) / (RunCount() + 1);
+    runs_.Append(std::move(run));
+}
+
+bool DelaySeries::ShowsNotCounted() const {
+    return !std::ranges::all_of(runs_, [](const DelayRun& run) { return run.IsCounted; });
 }
 
 std::int16_t DelaySeries::YMax() const { return Tens(std::floor(highest_ / 10.0) + 1); }
@@ -209,7 +234,7 @@ DelayPlotEdges DelayPlotEdgesOf(const TextMeasure& measure, const CanvasBox& box
     const double space = Space(style);
     const double line = measure.LineHeight(TextOf(style));
     const double values = measure.TextWidth(std::to_string(series.YMax()), TextOf(style));
-    const double runs = measure.TextWidth(std::to_string(series.RunCount()), TextOf(style)) + space;
+    const double runs = measure.TextWidth(LastNumber(series), TextOf(style)) + space;
     const double title = style.Title.empty() ? 0 : measure.LineHeight(TitleOf(style)) + space;
 
     const double left = std::ceil(box.X + values + 2 * space);
@@ -228,7 +253,12 @@ void DrawDelayChart(Canvas& canvas, const CanvasBox& box, const DelaySeries& ser
 }
 
 const char* LegendCaption(DelayLegend entry) {
-    return entry == DelayLegend::Average ? "Running Avg. of Control Delay" : "Control Delay Values";
+    switch (entry) {
+        case DelayLegend::Average: return "Running Avg. of Control Delay";
+        case DelayLegend::Data: return "Control Delay Values";
+        case DelayLegend::NotCounted: return "Not counted";
+    }
+    return "";
 }
 
 void DrawLegendSample(Canvas& canvas, const CanvasBox& box, DelayLegend entry, const DelayChartColours& colours) {
@@ -236,6 +266,7 @@ void DrawLegendSample(Canvas& canvas, const CanvasBox& box, DelayLegend entry, c
     const bool isAverage = entry == DelayLegend::Average;
     if (isAverage)
         canvas.DrawLine({box.X, middle.Y}, {box.X + box.Width, middle.Y}, {AverageWidth, colours.AverageLine});
+    if (entry == DelayLegend::NotCounted) DrawRing(canvas, middle, colours);
     canvas.DrawDot(middle, DotSize, isAverage ? colours.AveragePoint : colours.Delay);
 }
 
@@ -261,13 +292,14 @@ std::string SecondsText(double seconds) {
 }
 
 std::vector<SheetRow> DelaySheet(const DelaySeries& series) {
-    std::vector<SheetRow> rows = {{{"Run"}, {"Run Name"}, {"Control Delay (s)"}, {"Running Avg. (s)"}}};
+    std::vector<SheetRow> rows = {{{"Run"}, {"Run Name"}, {"Control Delay (s)"}, {"Running Avg. (s)"}, {"Status"}}};
     for (int run = 1; run <= series.RunCount(); ++run) {
         const DelayRun& values = series.Runs()[run];
-        rows.push_back({{std::to_string(run), true},
+        rows.push_back({{std::to_string(values.Number), true},
                         {values.Name},
                         {std::to_string(values.ControlDelay), true},
-                        {SecondsText(values.RunningAverage), true}});
+                        {SecondsText(values.RunningAverage), true},
+                        {StateWord(values.IsCounted ? RunState::Counted : RunState::NotCounted)}});
     }
     return rows;
 }

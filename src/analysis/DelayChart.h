@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/StudyResults.h"
 #include "core/Csv.h"
 #include "core/IndexedArray.h"
 #include "core/StudyRecords.h"
@@ -15,17 +16,25 @@ namespace vantor {
 
 struct DelayRun {
     std::string Name;
+    int Number = 0;                 ///< in the study, from 1
     std::int16_t ControlDelay = 0;  ///< seconds
     double RunningAverage = 0;      ///< of the control delays of this run and those before it, seconds
+    bool IsCounted = true;          ///< in the study's average
 };
+
+enum class DelayRuns { All, Counted };
 
 /// The control delays of a study's runs, in its order, with their running average.
 class DelaySeries {
 public:
     DelaySeries() = default;
-    explicit DelaySeries(const Study& study);
+    /// `rows` are those of the study's run list.
+    DelaySeries(const Study& study, const std::vector<RunListRow>& rows, DelayRuns shown);
     /// Overflow (error 6) for a delay outside 16 bits or a sum outside 32.
-    void Append(std::string name, std::int32_t controlDelay);
+    void Append(DelayRun run, std::int32_t controlDelay);
+
+    /// True when a run is shown that is not counted.
+    bool ShowsNotCounted() const;
 
     /// Runs from 1.
     const OneBased<DelayRun>& Runs() const { return runs_; }
@@ -108,11 +117,11 @@ struct DelayChartStyle {
 DelayPlotEdges DelayPlotEdgesOf(const TextMeasure& measure, const CanvasBox& box, const DelaySeries& series,
                                 const DelayChartStyle& style);
 
-/// Draws the chart into a box: on a window, in a picture, on a page. Errors as of DelayScale, before
-/// anything is drawn.
+/// Draws the chart into a box, runs that are not counted with a grey ring: on a window, in a picture, on a page. Errors
+/// as of DelayScale, before anything is drawn.
 void DrawDelayChart(Canvas& canvas, const CanvasBox& box, const DelaySeries& series, const DelayChartStyle& style);
 
-enum class DelayLegend { Average, Data };
+enum class DelayLegend { Average, Data, NotCounted };
 const char* LegendCaption(DelayLegend entry);
 /// The line or point that stands for a legend's entry, in the middle of a box.
 void DrawLegendSample(Canvas& canvas, const CanvasBox& box, DelayLegend entry, const DelayChartColours& colours);

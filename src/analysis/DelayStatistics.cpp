@@ -107,6 +107,15 @@ IdealSpeed ComputeRunDelay(const RunRecord& run, const AppSettings& settings, Pl
     return ideal;
 }
 
+BoundarySearch SearchBoundaries(const RunRecord& run, const AppSettings& settings, const StudyRunEntry& entry) {
+    BoundarySearch search;
+    if (run.SampleValues.IsEmpty()) return search;
+    BoundaryScan scan(run, settings, {});
+    search.StartReached = scan.Find(0, entry.CDStartDist, nullptr).Found;
+    search.EndReached = scan.Find(0, entry.CDEndDist, &search.StopDelay).Found;
+    return search;
+}
+
 OneBased<std::int32_t> RunningDistances(const RunRecord& run) {
     const RunArithmetic arithmetic(run.Header.CalConstant, 1.0F);
     OneBased<std::int32_t> distances;

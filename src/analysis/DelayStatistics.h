@@ -38,6 +38,14 @@ struct IdealSpeed {
 /// found: its sample in `plot` keeps the value it had.
 IdealSpeed ComputeRunDelay(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry);
 
+/// What the scans of a computation over distance come upon.
+struct BoundarySearch {
+    bool StartReached = false;
+    bool EndReached = false;
+    std::int32_t StopDelay = 0;  ///< seconds, at the stop speed of the settings
+};
+BoundarySearch SearchBoundaries(const RunRecord& run, const AppSettings& settings, const StudyRunEntry& entry);
+
 /// The distance from the run's start after each sample, sample 1 first; feet.
 OneBased<std::int32_t> RunningDistances(const RunRecord& run);
 

@@ -9,37 +9,46 @@
 namespace vantor {
 namespace {
 
-/// Takes what would be told to the user as the reason why a run is missing from the reports.
-class ProblemList : public MessageBoxes {
-public:
-    explicit ProblemList(std::vector<std::string>& problems) : problems_(problems) {}
-    MessageAnswer Ask(const Prompt& prompt) override {
-        problems_.push_back(prompt.Text);
-        return MessageAnswer::Ok;
+const char* ProblemTitle(RunOutcome outcome) {
+    switch (outcome) {
+        case RunOutcome::Missing: return "Missing Run File";
+        case RunOutcome::Unreadable: return "Unreadable Run File";
+        case RunOutcome::Damaged: return "Damaged Run File";
+        case RunOutcome::Run: break;
     }
+    return "";
+}
 
-private:
-    std::vector<std::string>& problems_;
-};
-
-void LoadRun(ReportData& data, ReportRun& run, const FileSystem& files, const std::string& folder,
-             const std::string& name) {
-    ProblemList problems(data.Problems);
+ReportRun LoadRun(ReportData& data, int number, const FileSystem& files, const std::string& folder) {
+    const StudyRunEntry& entry = data.Contents.Entries[number];
+    const std::string name = RunFileName(entry);
+    const RunReading reading = ReadRun(files, folder, name, RunPart::Whole);
+    ReportRun run;
+    run.Number = number;
+    run.Row = MakeRunListRow(entry, FactsOf(reading, entry, data.Settings), data.Settings);
+    run.Problem = ProblemTitle(reading.Outcome);
     try {
-        RunRecord record;
-        if (!ReadRunFile(files, problems, record, folder, name, true)) {
-            run.Problem = "Missing Run File";
-            return;
+        if (reading) {
+            run.Statistics = ComputeRunStatistics(reading.Run, data.Settings);
+            run.Profile = std::make_shared<const ReportProfile>(MakeReportProfile(reading.Run, data.Settings));
         }
-        run.Statistics = ComputeRunStatistics(record, data.Settings);
-        run.Profile = std::make_shared<const ReportProfile>(MakeReportProfile(record, data.Settings));
     } catch (const RunTimeError& error) {
-        run.Problem = "Damaged Run File";
-        problems.Tell(run.Problem + ": " + name + "\n" + error.Message());
+        run.Problem = "Run without Statistics";
+        run.Row.Facts.Problem = error.Message();
     }
+    if (run.Problem.empty()) return run;
+    const bool isMissing = reading.Outcome == RunOutcome::Missing;
+    data.Problems.push_back(run.Problem + ": " + name + (isMissing ? std::string() : "\n" + run.Row.Facts.Problem));
+    return run;
 }
 
 }  // namespace
+
+std::vector<RunListRow> ReportData::Rows() const {
+    std::vector<RunListRow> rows;
+    for (const ReportRun& run : Runs) rows.push_back(run.Row);
+    return rows;
+}
 
 ReportData LoadReportData(const Study& study, const AppSettings& settings, const FileSystem& files,
                           const std::string& folder, Date printed) {
@@ -48,15 +57,12 @@ ReportData LoadReportData(const Study& study, const AppSettings& settings, const
     data.StudyGroup = LastComponent(folder);
     data.Settings = settings;
     data.Printed = printed;
-    const auto rows = MakeRunListRows(study, files, folder);
-    for (int i = 1; i <= study.Record.RunCount; ++i) {
-        ReportRun run;
-        run.Number = i;
-        run.Row = rows[static_cast<std::size_t>(i - 1)];
-        LoadRun(data, run, files, folder, RunFileName(study.Entries[i]));
-        data.Runs.push_back(std::move(run));
-    }
+    for (int i = 1; i <= study.Record.RunCount; ++i) data.Runs.push_back(LoadRun(data, i, files, folder));
+    const std::vector<RunListRow> rows = data.Rows();
     ComputeStudyResults(data.Contents, rows, data.Labels);
+    data.WithoutWarned = AverageWithoutWarned(rows);
+    data.OtherThresholds = OtherThresholds(rows);
+    data.StopDelayNow = AverageStopDelayNow(rows);
     return data;
 }
 
@@ -67,7 +73,7 @@ std::string RunTitle(const ReportData& data, const ReportRun& run, bool withName
 }
 
 std::string RunSummary(const ReportData& data, const ReportRun& run) {
-    if (run.Row.State == RunState::Missing) return {};
+    if (!IsThere(run.Row.State)) return {};
     std::string text = run.Row.RunDate + " " + run.Row.RunTime;
     if (run.Row.State != RunState::Counted) return text + ", not counted";
     const StudyRunEntry& entry = data.Contents.Entries[run.Number];

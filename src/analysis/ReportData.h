@@ -32,6 +32,11 @@ struct ReportData {
     std::vector<ReportRun> Runs;
     /// The runs that could not be read, each with the reason: "Missing Run File: NB-003".
     std::vector<std::string> Problems;
+    std::string WithoutWarned;                 ///< AverageWithoutWarned
+    std::string OtherThresholds;               ///< as the function of that name says it
+    std::optional<std::int32_t> StopDelayNow;  ///< the average at the threshold that is printed
+
+    std::vector<RunListRow> Rows() const;  ///< of the run list
 };
 
 /// Reads the study's runs from `folder`, which ends in a separator, one after the other; of each only what is printed

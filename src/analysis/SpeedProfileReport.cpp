@@ -73,7 +73,7 @@ void AddDelayChart(ReportPages& pages, const ReportData& data) {
     const double height = std::min(pages.Room(), pages.Width() * LargestShare);
     const CanvasBox box{pages.Left(), pages.Take(height), pages.Width(), height};
     try {
-        const DelaySeries series(data.Contents);
+        const DelaySeries series(data.Contents, data.Rows(), DelayRuns::Counted);
         CheckDrawable(series, DelayScale(DelayPlotEdgesOf(pages.Measure(), box, series, {}), series));
         pages.Draw([series, box](Canvas& canvas) { DrawDelayChart(canvas, box, series, {}); });
     } catch (const RunTimeError& error) {

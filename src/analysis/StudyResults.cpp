@@ -1,65 +1,126 @@
 #include "analysis/StudyResults.h"
 
+#include <algorithm>
+
 #include "core/Numeric.h"
-#include "core/RunFile.h"
-#include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/modMain.h"
 
 namespace vantor {
 namespace {
 
-/// The rounded mean of one column over the counted rows; nothing when no row counts.
-std::optional<std::int32_t> AverageOf(const std::vector<RunListRow>& rows, std::string RunListRow::*column) {
+/// The rounded mean of a figure over the counted rows that `takes` accepts; nothing when there is none.
+template <class Figure, class Takes>
+std::optional<std::int32_t> AverageOf(const std::vector<RunListRow>& rows, Figure figure, Takes takes) {
     std::int32_t sum = 0;
     std::int32_t count = 0;
     for (const RunListRow& row : rows) {
-        if (row.State != RunState::Counted) continue;
-        sum = Add32(sum, IntegerOfText(Trim(row.*column)));
+        if (row.State != RunState::Counted || !takes(row)) continue;
+        sum = Add32(sum, figure(row));
         ++count;
     }
     if (count == 0) return std::nullopt;
     return Round32(static_cast<double>(sum) / count);
 }
 
-}  // namespace
+// The averages are made from the texts that are shown.
+std::int32_t ShownControlDelay(const RunListRow& row) { return IntegerOfText(Trim(row.ControlDelay)); }
+std::int32_t ShownStopDelay(const RunListRow& row) { return IntegerOfText(Trim(row.StopDelay)); }
 
-std::optional<RunHeader> HeaderOf(const StudyRunEntry& entry, const FileSystem& files, const std::string& folder) {
-    try {
-        return ReadRunHeader(files, folder, RunFileName(entry));
-    } catch (const RunTimeError&) {
-        return std::nullopt;
+bool TakesAll(const RunListRow&) { return true; }
+bool HasNoWarning(const RunListRow& row) { return row.Warnings.empty(); }
+
+RunState StateOf(const StudyRunEntry& entry, RunOutcome outcome) {
+    switch (outcome) {
+        case RunOutcome::Missing: return RunState::Missing;
+        case RunOutcome::Unreadable: return RunState::Unreadable;
+        case RunOutcome::Damaged: return RunState::Damaged;
+        case RunOutcome::Run: break;
     }
+    return HasBothBoundaries(entry) ? RunState::Counted : RunState::NotCounted;
 }
 
-RunListRow MakeRunListRow(const StudyRunEntry& entry, const std::optional<RunHeader>& header) {
-    RunListRow row;
-    row.RunName = std::string(Trim(entry.EntryRunName)) + " ";
-    if (!header) {
-        row.State = RunState::Missing;
-        return row;
+StopDelayBasis BasisOf(const StudyRunEntry& entry, const AppSettings& settings) {
+    if (!entry.StopDelayThreshold) return StopDelayBasis::Unknown;
+    return *entry.StopDelayThreshold == settings.StopSpeedThreshold ? StopDelayBasis::Present : StopDelayBasis::Other;
+}
+
+std::string RunsText(std::ptrdiff_t count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
+
+}  // namespace
+
+const char* StateWord(RunState state) {
+    switch (state) {
+        case RunState::Counted: return "Counted";
+        case RunState::NotCounted: return "Not counted";
+        case RunState::Missing: return "Missing";
+        case RunState::Unreadable: return "Unreadable";
+        case RunState::Damaged: return "Damaged";
     }
-    row.RunDate = ShortDate(header->RunDate);
-    row.RunTime = ShortTime(header->RunTime);
-    row.RunType = RunTypeText(header->HeaderWord1);
+    return "";
+}
+
+RunListRow MakeRunListRow(const StudyRunEntry& entry, RunFacts runFacts, const AppSettings& settings) {
+    RunListRow row;
+    row.Facts = std::move(runFacts);
+    const RunFacts& facts = row.Facts;
+    row.RunName = std::string(Trim(entry.EntryRunName)) + " ";
+    row.State = StateOf(entry, facts.Outcome);
+    if (!facts.IsRun()) return row;
+    row.RunDate = ShortDate(facts.RunDate);
+    row.RunTime = ShortTime(facts.RunTime);
+    row.RunType = RunTypeText(facts.RunTypeFlag);
     row.ControlDelay = Trim(Str(entry.ControlDelay));
     row.LOSGrade = TrimRight(entry.LOSGrade);
     row.StopDelay = Str(entry.StopDelay);
-    row.State = HasBothBoundaries(entry) ? RunState::Counted : RunState::NotCounted;
+    row.Warnings = RunWarnings(entry, facts);
+    row.Basis = BasisOf(entry, settings);
     return row;
 }
 
-std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& files, const std::string& folder) {
+std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& files, const std::string& folder,
+                                        const AppSettings& settings) {
     std::vector<RunListRow> rows;
     rows.reserve(study.RunNames.size());
     for (int i = 1; i <= study.Record.RunCount; ++i) {
-        rows.push_back(MakeRunListRow(study.Entries[i], HeaderOf(study.Entries[i], files, folder)));
+        const StudyRunEntry& entry = study.Entries[i];
+        rows.push_back(MakeRunListRow(entry, ReadRunFacts(files, folder, entry, settings), settings));
     }
     return rows;
 }
 
+std::string AverageWithoutWarned(const std::vector<RunListRow>& rows) {
+    const auto isCounted = [](const RunListRow& row) { return row.State == RunState::Counted; };
+    const auto counted = std::ranges::count_if(rows, isCounted);
+    const auto warned =
+        std::ranges::count_if(rows, [&](const RunListRow& row) { return isCounted(row) && !HasNoWarning(row); });
+    if (warned == 0) return {};
+    if (warned == counted) return "all counted runs have warnings";
+    const auto average = AverageOf(rows, ShownControlDelay, HasNoWarning);
+    return std::to_string(warned) + " of " + RunsText(counted) + (warned == 1 ? " has" : " have") +
+           " warnings; without them: " + std::to_string(*average);
+}
+
+std::string OtherThresholds(const std::vector<RunListRow>& rows) {
+    const auto counted = [&](StopDelayBasis basis) {
+        return std::ranges::count_if(
+            rows, [&](const RunListRow& row) { return row.State == RunState::Counted && row.Basis == basis; });
+    };
+    std::string text;
+    if (const auto other = counted(StopDelayBasis::Other); other != 0)
+        text = RunsText(other) + " computed with another threshold";
+    if (const auto unknown = counted(StopDelayBasis::Unknown); unknown != 0)
+        text += (text.empty() ? "" : "; ") + RunsText(unknown) + ": threshold not known";
+    return text;
+}
+
+std::optional<std::int32_t> AverageStopDelayNow(const std::vector<RunListRow>& rows) {
+    return AverageOf(
+        rows, [](const RunListRow& row) { return row.Facts.Search.StopDelay; }, TakesAll);
+}
+
 void ComputeStudyResults(Study& study, const std::vector<RunListRow>& rows, ResultLabels& labels) {
-    const auto controlDelay = AverageOf(rows, &RunListRow::ControlDelay);
+    const auto controlDelay = AverageOf(rows, ShownControlDelay, TakesAll);
     if (controlDelay) {
         labels.AvgControlDelay = Str(*controlDelay);
         study.Record.StudyAvgControlDelay = static_cast<float>(*controlDelay);
@@ -67,7 +128,7 @@ void ComputeStudyResults(Study& study, const std::vector<RunListRow>& rows, Resu
         study.Record.StudyLOSGrade = study.Entries[0].LOSGrade;
         labels.LOSGrade = study.Record.StudyLOSGrade;
     }
-    const auto stopDelay = AverageOf(rows, &RunListRow::StopDelay);
+    const auto stopDelay = AverageOf(rows, ShownStopDelay, TakesAll);
     if (!stopDelay) return;
     labels.AvgStopDelay = Str(*stopDelay);
     if (*stopDelay == 0) return;

@@ -5,18 +5,27 @@
 #include <string>
 #include <vector>
 
-#include "core/RunRecords.h"
+#include "analysis/RunFacts.h"
+#include "core/AppSettings.h"
 #include "core/StudyRecords.h"
 #include "core/ports/FileSystem.h"
 
 namespace vantor {
 
-/// Whether a run is part of the study's figures.
+/// Whether a run is part of the study's figures. One that is not there has no figures in its row.
 enum class RunState {
     Counted,     ///< both boundaries are set
     NotCounted,  ///< a boundary is missing
-    Missing,     ///< the run's file cannot be read; the row has no figures
+    Missing,
+    Unreadable,
+    Damaged,
 };
+/// "Counted", "Not counted", "Missing", "Unreadable" or "Damaged".
+const char* StateWord(RunState state);
+inline bool IsThere(RunState state) { return state == RunState::Counted || state == RunState::NotCounted; }
+
+/// The threshold that a stored stop delay was counted with, against the one in force.
+enum class StopDelayBasis { Present, Other, Unknown };
 
 /// One row of the run list, as it is shown; the study's averages are made from these texts.
 struct RunListRow {
@@ -28,6 +37,9 @@ struct RunListRow {
     std::string LOSGrade;
     std::string StopDelay;  ///< with its sign position
     RunState State = RunState::NotCounted;
+    std::vector<std::string> Warnings;  ///< of RunWarnings
+    StopDelayBasis Basis = StopDelayBasis::Present;
+    RunFacts Facts;  ///< what the texts are made of
 };
 
 /// The texts of the results labels; a label that was never set is empty.
@@ -38,18 +50,24 @@ struct ResultLabels {
     std::optional<std::string> Ratio;
 };
 
-/// The header of an entry's run in `folder`. Nothing for a run that cannot be read, whatever the reason: its row has no
-/// figures, the others are shown.
-std::optional<RunHeader> HeaderOf(const StudyRunEntry& entry, const FileSystem& files, const std::string& folder);
+RunListRow MakeRunListRow(const StudyRunEntry& entry, RunFacts facts, const AppSettings& settings);
 
-/// The row of a study's entry; `header` is nothing when the run's file is missing.
-RunListRow MakeRunListRow(const StudyRunEntry& entry, const std::optional<RunHeader>& header);
-
-/// A row for each run of the study, read from the headers of its files in `folder`.
-std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& files, const std::string& folder);
+/// A row for each run of the study, read from its files in `folder`.
+std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& files, const std::string& folder,
+                                        const AppSettings& settings);
 
 /// Averages the counted rows into the study's record and the labels. With no counted row nothing changes; with an
 /// average stop delay of 0 the ratio stays as it was. Error 6 for a sum that does not fit.
 void ComputeStudyResults(Study& study, const std::vector<RunListRow>& rows, ResultLabels& labels);
+
+/// What stands beside the average where counted runs have warnings: "3 of 8 runs have warnings; without them: 68".
+/// Empty where none has.
+std::string AverageWithoutWarned(const std::vector<RunListRow>& rows);
+
+/// What stands beside the stop delays where counted runs were not counted at the threshold in force: "2 runs computed
+/// with another threshold", "8 runs: threshold not known". Empty where all were.
+std::string OtherThresholds(const std::vector<RunListRow>& rows);
+/// The average stop delay of the counted rows at the threshold in force, seconds; nothing when no row counts.
+std::optional<std::int32_t> AverageStopDelayNow(const std::vector<RunListRow>& rows);
 
 }  // namespace vantor

@@ -138,7 +138,7 @@ std::string IdealSpeedText(const ReportData& data, const StudyRunEntry& entry) {
 
 std::string StatusOf(const ReportRun& run) {
     if (!run.Problem.empty()) return run.Problem;
-    return run.Row.State == RunState::Counted ? "Counted" : "Not counted";
+    return StateWord(run.Row.State) + std::string(run.Row.Warnings.empty() ? "" : ", warning");
 }
 
 std::vector<std::string> RunRow(const ReportData& data, const ReportRun& run) {
@@ -194,11 +194,28 @@ ReportTable RunTable(const ReportData& data) {
     return table;
 }
 
+/// What keeps the figures from meaning what they seem to.
+void AddWarnings(ReportPages& pages, const ReportData& data) {
+    std::vector<std::string> lines;
+    for (const ReportRun& run : data.Runs)
+        if (!run.Row.Warnings.empty())
+            lines.push_back(RunTitle(data, run, true) + ": " + Joined(run.Row.Warnings, "; "));
+    if (!data.WithoutWarned.empty()) lines.push_back("Average control delay: " + data.WithoutWarned + ".");
+    if (data.Settings.EnableStopDelay != 0 && !data.OtherThresholds.empty() && data.StopDelayNow)
+        lines.push_back("Stop delay: " + data.OtherThresholds + "; with the one printed above the average is " +
+                        std::to_string(*data.StopDelayNow) + " s.");
+    if (lines.empty()) return;
+    pages.AddHeading("Warnings", 2 * pages.Measure().LineHeight(BodyStyle));
+    for (const std::string& line : lines) pages.AddText(line, BodyStyle);
+    pages.Skip(SectionGap / 2);
+}
+
 void AddRunTable(ReportPages& pages, const ReportData& data) {
     if (data.Runs.empty()) return pages.AddText("This study has no runs.", BodyStyle);
     pages.AddHeading("Runs", 4 * pages.Measure().LineHeight(BodyStyle) + SectionGap);
     AddTable(pages, RunTable(data));
     pages.Skip(SectionGap / 2);
+    AddWarnings(pages, data);
     pages.AddText(
         "A run is counted when both its control delay boundaries, Start and End, are set; they are distances from the "
         "start of the run. Averages are those of the counted runs. * Ideal speed set by the user. LOS: level of "

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "analysis/StudyResults.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/StudyFile.h"
@@ -13,10 +12,10 @@
 namespace vantor {
 namespace {
 
-/// A run of the study, with its header where its file can be read.
+/// A run of the study as the list shows it.
 struct TableRun {
     StudyRunEntry Entry;
-    std::optional<RunHeader> Header;
+    RunListRow Row;
 };
 
 struct TableColumn {
@@ -27,42 +26,36 @@ struct TableColumn {
 constexpr const char* DayFormat = "mm/dd/yy";
 constexpr const char* TimeFormat = "hh:mm";
 
-template <class Value>
-SheetCell OfHeader(const TableRun& run, Value value) {
-    return run.Header ? SheetCell(value(*run.Header)) : SheetCell();
-}
+SheetCell TextOrNothing(const std::string& text) { return text.empty() ? SheetCell() : SheetCell(text); }
 
 template <std::int32_t StudyRunEntry::*Figure>
 SheetCell FigureOf(const TableRun& run) {
-    return run.Header ? SheetCell(static_cast<double>(run.Entry.*Figure)) : SheetCell();
+    return run.Row.Facts.IsRun() ? SheetCell(static_cast<double>(run.Entry.*Figure)) : SheetCell();
 }
 
-SheetCell StateOf(const TableRun& run) {
-    if (!run.Header) return "Missing";
-    return HasBothBoundaries(run.Entry) ? "Counted" : "Not counted";
+template <class Value>
+SheetCell IfThere(const TableRun& run, Value value) {
+    return run.Row.Facts.IsRun() ? SheetCell(std::move(value)) : SheetCell();
 }
 
 const std::array Columns = {
     TableColumn{{"Run Name", "General", 34}, [](const TableRun& run) { return SheetCell(RunFileName(run.Entry)); }},
-    TableColumn{{"Date", DayFormat, 10},
-                [](const TableRun& run) { return OfHeader(run, [](const RunHeader& h) { return h.RunDate; }); }},
-    TableColumn{{"Time", TimeFormat, 8},
-                [](const TableRun& run) { return OfHeader(run, [](const RunHeader& h) { return h.RunTime; }); }},
+    TableColumn{{"Date", DayFormat, 10}, [](const TableRun& run) { return IfThere(run, run.Row.Facts.RunDate); }},
+    TableColumn{{"Time", TimeFormat, 8}, [](const TableRun& run) { return IfThere(run, run.Row.Facts.RunTime); }},
     TableColumn{{"Type", "General", 11},
-                [](const TableRun& run) {
-                    return OfHeader(run, [](const RunHeader& h) { return RunTypeText(h.HeaderWord1); });
-                }},
+                [](const TableRun& run) { return IfThere(run, RunTypeText(run.Row.Facts.RunTypeFlag)); }},
     TableColumn{{"Start Boundary (ft)", "0", 19}, FigureOf<&StudyRunEntry::CDStartDist>},
     TableColumn{{"End Boundary (ft)", "0", 18}, FigureOf<&StudyRunEntry::CDEndDist>},
     TableColumn{{"Ideal Speed (mph)", "0", 18}, FigureOf<&StudyRunEntry::IdealSpeedCalc>},
     TableColumn{{"User Ideal Speed (mph)", "0", 22}, FigureOf<&StudyRunEntry::IdealSpeedUser>},
     TableColumn{{"Control Delay (s)", "0", 17}, FigureOf<&StudyRunEntry::ControlDelay>},
     TableColumn{{"LOS Grade", "General", 11},
-                [](const TableRun& run) {
-                    return run.Header ? SheetCell(std::string(TrimRight(run.Entry.LOSGrade))) : SheetCell();
-                }},
+                [](const TableRun& run) { return IfThere(run, std::string(TrimRight(run.Entry.LOSGrade))); }},
     TableColumn{{"Stop Delay (s)", "0", 15}, FigureOf<&StudyRunEntry::StopDelay>},
-    TableColumn{{"Status", "General", 13}, StateOf},
+    TableColumn{{"Status", "General", 13}, [](const TableRun& run) { return SheetCell(StateWord(run.Row.State)); }},
+    TableColumn{
+        {"Warnings", "General", 40},
+        [](const TableRun& run) { return TextOrNothing(run.Row.Facts.Problem + Joined(run.Row.Warnings, "; ")); }},
 };
 
 template <std::size_t Count>
@@ -73,7 +66,8 @@ SheetCell ItemCell(const std::array<const char*, Count>& items, std::int16_t pos
 
 SheetCell NumberCell(const std::optional<std::string>& label) { return label ? SheetCell(Val(*label)) : SheetCell(); }
 
-Sheet StudySheet(const StudyRecord& record, const std::string& folder, const ResultLabels& labels, int counted) {
+Sheet StudySheet(const StudyRecord& record, const std::string& folder, const ResultLabels& labels, int counted,
+                 const std::string& withoutWarned) {
     return {"Study",
             {{"Field", "General", 24}, {"Value", "General", 44}},
             {{"Study Name", std::string(Trim(record.StudyName))},
@@ -86,6 +80,7 @@ Sheet StudySheet(const StudyRecord& record, const std::string& folder, const Res
              {"Runs", static_cast<double>(record.RunCount)},
              {"Runs Counted", static_cast<double>(counted)},
              {"Avg. Control Delay (s)", NumberCell(labels.AvgControlDelay)},
+             {"Runs with Warnings", TextOrNothing(withoutWarned)},
              {"LOS Grade", labels.LOSGrade ? SheetCell(*labels.LOSGrade) : SheetCell()},
              {"Avg. Stop Delay (s)", NumberCell(labels.AvgStopDelay)},
              {"Ratio of Control to Stop Delay", NumberCell(labels.Ratio)}}};
@@ -102,18 +97,16 @@ SheetField FieldOf(const SheetCell& cell, const SheetColumn& column) {
 
 }  // namespace
 
-OutgoingTable StudyTable(const Study& study, const FileSystem& files, const std::string& folder) {
+OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows, const std::string& folder) {
     std::vector<TableRun> runs;
-    std::vector<RunListRow> rows;
-    for (int i = 1; i <= study.Record.RunCount; ++i) {
-        runs.push_back({study.Entries[i], HeaderOf(study.Entries[i], files, folder)});
-        rows.push_back(MakeRunListRow(runs.back().Entry, runs.back().Header));
-    }
+    for (int i = 1; i <= study.Record.RunCount; ++i)
+        runs.push_back({study.Entries[i], rows[static_cast<std::size_t>(i - 1)]});
     Study computed = study;
     ResultLabels labels;
     ComputeStudyResults(computed, rows, labels);
     const auto counted = std::ranges::count(rows, RunState::Counted, &RunListRow::State);
-    const Sheet studySheet = StudySheet(computed.Record, folder, labels, static_cast<int>(counted));
+    const Sheet studySheet =
+        StudySheet(computed.Record, folder, labels, static_cast<int>(counted), AverageWithoutWarned(rows));
 
     return {[runs, studySheet] {
                 Sheet list{"Runs", {}, {}};

@@ -15,6 +15,7 @@ Json PointsAsJson(const DelaySeries& series, const DelayScale& scale) {
         points.push_back({{"EntryRunName", values.Name},
                           {"ControlDelay", values.ControlDelay},
                           {"RunningAverage", values.RunningAverage},
+                          {"counted", values.IsCounted},
                           {"X", scale.XOf(run)},
                           {"Y", scale.YOfDelay(values.ControlDelay)},
                           {"AverageY", scale.YOfAverage(values.RunningAverage)}});
@@ -37,7 +38,7 @@ Json ChartAsJson(const DelaySeries& series, const DelayScale& scale) {
             {"points", PointsAsJson(series, scale)}};
 }
 
-int DrawChart(CommandContext& context, const std::string& path, const std::string& output) {
+int DrawChart(CommandContext& context, const std::string& path, const std::string& output, DelayRuns shown) {
     const auto format = PictureFormatOf(output);
     if (!format) {
         context.Err << output << "\nA chart is a .png, .svg or .pdf file.\n";
@@ -49,12 +50,14 @@ int DrawChart(CommandContext& context, const std::string& path, const std::strin
         context.Err << "Missing Study File: " << file.Name << '\n';
         return Failed;
     }
-    const DelaySeries series(*study);
+    const auto rows = MakeRunListRows(*study, context.Files, file.Folder, context.State.Settings);
+    const DelaySeries series(*study, rows, shown);
     const std::string title = DelayChartTitle(*study);
     const Json result = ChartAsJson(series, DelayPictureScale(context.Documents, series, title));
     WriteFile(context.Files, output, DelayChartPicture(context.Documents, series, title, *format));
+    const ExitStatus status = context.TellOfRuns(rows);
     context.Print(result);
-    return Done;
+    return status;
 }
 
 }  // namespace
@@ -62,10 +65,14 @@ int DrawChart(CommandContext& context, const std::string& path, const std::strin
 void AddChartCommand(CLI::App& studyGroup, CommandAction& chosen) {
     auto path = std::make_shared<std::string>();
     auto output = std::make_shared<std::string>();
-    CLI::App& chart = AddCommand(studyGroup, chosen, "chart", "Draw the control delays and their running average",
-                                 [=](CommandContext& context) { return DrawChart(context, *path, *output); });
+    auto countedOnly = std::make_shared<bool>(false);
+    CLI::App& chart = AddCommand(
+        studyGroup, chosen, "chart", "Draw the control delays and their running average", [=](CommandContext& context) {
+            return DrawChart(context, *path, *output, *countedOnly ? DelayRuns::Counted : DelayRuns::All);
+        });
     chart.add_option("FILE", *path, "A study file (.ld2)")->required();
     chart.add_option("--output", *output, "The picture: a .png, .svg or .pdf file")->required();
+    chart.add_flag("--counted", *countedOnly, "Leave out the runs that are not in the study's average");
 }
 
 }  // namespace vantor

@@ -70,6 +70,19 @@ void WriteReadable(std::ostream& out, const Json& result) {
 
 }  // namespace
 
+ExitStatus CommandContext::TellOfRuns(const std::vector<RunListRow>& rows) const {
+    ExitStatus status = Done;
+    for (const RunListRow& row : rows) {
+        if (!row.Warnings.empty()) Err << TrimRight(row.RunName) << ": " << Joined(row.Warnings, "; ") << '\n';
+        if (IsThere(row.State)) continue;
+        Err << row.Facts.Problem << '\n';
+        if (row.State != RunState::Missing) status = Failed;
+    }
+    if (const std::string without = AverageWithoutWarned(rows); !without.empty())
+        Err << "Average control delay: " << without << '\n';
+    return status;
+}
+
 void CommandContext::Print(const Json& result) const {
     if (AsJson)
         Out << result.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';

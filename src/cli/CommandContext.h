@@ -3,7 +3,9 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
+#include <vector>
 
+#include "analysis/StudyResults.h"
 #include "core/ApplicationState.h"
 #include "core/ports/ApplicationEnd.h"
 #include "core/ports/Clock.h"
@@ -36,6 +38,9 @@ struct CommandContext {
     std::ostream& Err;
     bool AsJson = false;
 
+    /// Names on Err the runs of a study that are not there, each with the reason, and what makes figures mean something
+    /// else than they seem to. Failed where a file is there that cannot be read as a run.
+    [[nodiscard]] ExitStatus TellOfRuns(const std::vector<RunListRow>& rows) const;
     /// Writes a command's result, as JSON or as lines to read.
     void Print(const Json& result) const;
 };

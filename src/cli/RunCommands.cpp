@@ -1,7 +1,8 @@
 #include <memory>
 
-#include "analysis/DelayStatistics.h"
+#include "analysis/RunFacts.h"
 #include "analysis/RunStatistics.h"
+#include "analysis/StudyEdits.h"
 #include "cli/Commands.h"
 #include "cli/RecordJson.h"
 #include "core/Numeric.h"
@@ -13,15 +14,22 @@ namespace {
 
 std::optional<RunRecord> LoadRun(CommandContext& context, const std::string& path) {
     const NamedFile file = TakeApart(path);
-    RunRecord run;
     if (file.Extension == Ver1RunExtension) {
         if (FileExists(context.Files, path)) return ReadVer1Run(context.Files, file.Folder, file.Name);
         TellMissingRun(context.Messages, file.Name);
         return std::nullopt;
     }
     TakeApart(path, RunExtension, "run file");
-    if (!ReadRunFile(context.Files, context.Messages, run, file.Folder, file.Name, true)) return std::nullopt;
-    return run;
+    RunReading reading = ReadRun(context.Files, path);
+    if (reading.Outcome == RunOutcome::Missing) {
+        TellMissingRun(context.Messages, file.Name);
+        return std::nullopt;
+    }
+    if (!reading) throw *reading.Fault;
+    if (reading.IsCut())
+        context.Err << file.Name << ": " << CutText(reading.SamplesInFile, reading.Run.Header.SampleCount)
+                    << "; the missing ones are read as zero\n";
+    return std::move(reading.Run);
 }
 
 int ShowRun(CommandContext& context, const std::string& path, bool withSamples) {
@@ -56,6 +64,14 @@ struct DelayOptions {
     std::optional<std::int16_t> StopSpeed;
 };
 
+std::vector<std::string> WarningsOf(const RunRecord& run, const StudyRunEntry& entry, const AppSettings& settings) {
+    RunReading reading;
+    reading.Outcome = RunOutcome::Run;
+    reading.Run = run;
+    reading.SamplesInFile = run.Header.SampleCount;
+    return RunWarnings(entry, FactsOf(reading, entry, settings));
+}
+
 int ShowDelay(CommandContext& context, const DelayOptions& options) {
     if (!options.StartDist && !options.StartSample) {
         context.Err << "Give --start-dist and --end-dist, or --start-sample and --end-sample.\n";
@@ -74,12 +90,13 @@ int ShowDelay(CommandContext& context, const DelayOptions& options) {
     } else {
         entry.CDStartDist = *options.StartDist;
         entry.CDEndDist = *options.EndDist;
+        // As a study's run is computed: a boundary that no scan finds keeps the sample where it was placed.
+        plot = PlacedBoundaries(*run, entry);
     }
-    ComputeRunDelay(*run, settings, plot, entry);
-    if (!options.StartSample && plot.CDEndSample == 0)
-        context.Err << "The end boundary lies in the run's last second or beyond, where it is not looked for: "
-                       "CDEndSample stays 0.\n";
+    ComputeEntry(*run, settings, plot, entry);
     Json result = RecordAsJson(entry, StudyRunEntryFields);
+    result["warnings"] = WarningsOf(*run, entry, settings);
+    for (const auto& warning : result["warnings"]) context.Err << warning.get<std::string>() << '\n';
     result["CDStartSample"] = plot.CDStartSample;
     result["CDEndSample"] = plot.CDEndSample;
     context.Print(result);

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "analysis/DelayStatistics.h"
+#include "analysis/StudyEdits.h"
 #include "analysis/StudyResults.h"
 #include "analysis/StudyTable.h"
 #include "cli/Commands.h"
@@ -14,11 +14,17 @@
 namespace vantor {
 namespace {
 
-Json StudyAsJson(const Study& study) {
+/// A study with the warnings of its runs. Runs that are not there, too, are told of there.
+Json StudyAsJson(const Study& study, const std::vector<RunListRow>& rows) {
     Json result = RecordAsJson(study.Record, StudyRecordFields);
     result["entries"] = Json::array();
-    for (int i = 1; i <= study.Record.RunCount; ++i)
-        result["entries"].push_back(RecordAsJson(study.Entries[i], StudyRunEntryFields));
+    for (int i = 1; i <= study.Record.RunCount; ++i) {
+        const RunListRow& row = rows[static_cast<std::size_t>(i - 1)];
+        Json entry = RecordAsJson(study.Entries[i], StudyRunEntryFields);
+        entry["status"] = StateWord(row.State);
+        entry["warnings"] = IsThere(row.State) ? row.Warnings : std::vector{row.Facts.Problem};
+        result["entries"].push_back(std::move(entry));
+    }
     return result;
 }
 
@@ -27,13 +33,27 @@ Json LabelAsJson(const std::optional<std::string>& label) { return label ? Json(
 std::optional<Study> LoadNamedStudy(CommandContext& context, const NamedFile& file) {
     auto study = LoadStudy(context.Files, file.Folder, file.Name);
     if (!study) context.Err << "Missing Study File: " << file.Name << '\n';
+    if (study && study->MissingEntries != 0)
+        context.Err << CutShortText(*study) << '\n' << file.Folder << file.Name << StudyExtension << '\n';
     return study;
 }
 
+/// A study to be written again: one whose file was cut short would lose what can still be saved of it.
+std::optional<Study> LoadStudyToChange(CommandContext& context, const NamedFile& file) {
+    auto study = LoadNamedStudy(context, file);
+    if (!study || study->MissingEntries == 0) return study;
+    context.Err << "The study is not changed. Open it in the window and delete the entries without a name first.\n";
+    return std::nullopt;
+}
+
 int ShowStudy(CommandContext& context, const std::string& path) {
-    const auto study = LoadNamedStudy(context, TakeApart(path, StudyExtension, "study file"));
+    const NamedFile file = TakeApart(path, StudyExtension, "study file");
+    const auto study = LoadNamedStudy(context, file);
     if (!study) return Failed;
-    context.Print(StudyAsJson(*study));
+    const auto rows = MakeRunListRows(*study, context.Files, file.Folder, context.State.Settings);
+    // What a study says of its runs can be shown without their files.
+    static_cast<void>(context.TellOfRuns(rows));
+    context.Print(StudyAsJson(*study, rows));
     return Done;
 }
 
@@ -45,7 +65,8 @@ std::string RunNameOf(const std::string& argument) {
 int MakeStudy(CommandContext& context, const std::string& directory, const std::string& name,
               const std::vector<std::string>& runs) {
     const std::string folder = AsFolder(directory);
-    if (!IsSafeName(name)) throw RunTimeError(ErrorNumber::PathFileAccessError, UnsafeNameMessage(name));
+    if (const std::string problem = NameProblem(name, StudyNameWidth); !problem.empty())
+        throw RunTimeError(ErrorNumber::PathFileAccessError, problem);
     if (FileExists(context.Files, folder + name + StudyExtension))
         throw RunTimeError(ErrorNumber::FileAlreadyExists,
                            folder + name + StudyExtension + "\nGive the study another name.");
@@ -55,8 +76,11 @@ int MakeStudy(CommandContext& context, const std::string& directory, const std::
     bool allThere = true;
     for (const std::string& argument : runs) {
         const std::string run = RunNameOf(argument);
-        if (!ReadRunHeader(context.Files, folder, run)) {
-            TellMissingRun(context.Messages, run);
+        const RunReading reading = ReadRun(context.Files, folder, run, RunPart::Header);
+        if (!reading) {
+            context.Err << (reading.Outcome == RunOutcome::Missing ? "Missing Run File: " + run
+                                                                   : run + ": " + reading.Fault->Message())
+                        << '\n';
             allThere = false;
         } else if (FindRun(study, run) == 0) {
             AppendRun(study, run);
@@ -64,54 +88,35 @@ int MakeStudy(CommandContext& context, const std::string& directory, const std::
     }
     if (!allThere) return Failed;
     WriteStudyFile(context.Files, study, folder, name);
-    context.Print(StudyAsJson(study));
+    context.Print(StudyAsJson(study, MakeRunListRows(study, context.Files, folder, context.State.Settings)));
     return Done;
 }
 
-/// Computes one run of the study from its boundaries. An entry that cannot be computed stays as it was; the run is
-/// named on standard error then and the answer is false.
-bool ComputeEntry(CommandContext& context, const std::string& folder, const StudyRunEntry& wanted,
-                  StudyRunEntry& entry) {
-    const std::string name = RunFileName(entry);
-    try {
-        RunRecord run;
-        if (!ReadRunFile(context.Files, context.Messages, run, folder, name, true)) return false;
-        StudyRunEntry computed = wanted;
-        PlotState plot = PlacedBoundaries(run, computed);
-        ComputeRunDelay(run, context.State.Settings, plot, computed);
-        entry = computed;
-        return true;
-    } catch (const RunTimeError& error) {
-        context.Err << name << ": " << error.Message() << '\n';
-        return false;
-    }
-}
-
 /// Averages the study, writes it and prints it with what the window's labels show.
-void FinishStudy(CommandContext& context, const NamedFile& file, Study& study) {
+int FinishStudy(CommandContext& context, const NamedFile& file, Study& study,
+                const std::vector<RunNotComputed>& failed) {
+    for (const RunNotComputed& run : failed) context.Err << run.Reason << '\n';
     ResultLabels labels;
-    ComputeStudyResults(study, MakeRunListRows(study, context.Files, file.Folder), labels);
+    const auto rows = MakeRunListRows(study, context.Files, file.Folder, context.State.Settings);
+    ComputeStudyResults(study, rows, labels);
     WriteStudyFile(context.Files, study, file.Folder, file.Name);
-    Json result = StudyAsJson(study);
+    Json result = StudyAsJson(study, rows);
     result["AvgControlDelay"] = LabelAsJson(labels.AvgControlDelay);
     result["AvgStopDelay"] = LabelAsJson(labels.AvgStopDelay);
     result["Ratio"] = LabelAsJson(labels.Ratio);
+    result["StopSpeedThreshold"] = context.State.Settings.StopSpeedThreshold;
+    const ExitStatus status = context.TellOfRuns(rows);
     context.Print(result);
+    return failed.empty() ? status : Failed;
 }
 
 int ComputeStudy(CommandContext& context, const std::string& path, std::optional<std::int16_t> stopSpeed) {
     const NamedFile file = TakeApart(path, StudyExtension, "study file");
-    auto study = LoadNamedStudy(context, file);
+    auto study = LoadStudyToChange(context, file);
     if (!study) return Failed;
-    context.State.Settings.StopSpeedThreshold = stopSpeed.value_or(context.State.Settings.StopSpeedThreshold);
-    bool allDone = true;
-    for (int i = 1; i <= study->Record.RunCount; ++i) {
-        StudyRunEntry& entry = study->Entries[i];
-        if (HasBothBoundaries(entry))
-            allDone = ComputeEntry(context, file.Folder, StudyRunEntry(entry), entry) && allDone;
-    }
-    FinishStudy(context, file, *study);
-    return allDone ? Done : Failed;
+    AppSettings& settings = context.State.Settings;
+    settings.StopSpeedThreshold = stopSpeed.value_or(settings.StopSpeedThreshold);
+    return FinishStudy(context, file, *study, ComputeRuns(*study, context.Files, file.Folder, settings));
 }
 
 struct BoundsOptions {
@@ -140,26 +145,19 @@ std::optional<std::vector<int>> ChosenEntries(CommandContext& context, const Stu
     return allFound ? std::optional(chosen) : std::nullopt;
 }
 
-int SetBounds(CommandContext& context, const BoundsOptions& options) {
+int SetBoundsOfRuns(CommandContext& context, const BoundsOptions& options) {
     if (options.Runs.empty() && !options.All) {
         context.Err << "Name a RUN, or give --all.\n";
         return WrongUsage;
     }
     const NamedFile file = TakeApart(options.Path, StudyExtension, "study file");
-    auto study = LoadNamedStudy(context, file);
+    auto study = LoadStudyToChange(context, file);
     if (!study) return Failed;
     const auto chosen = ChosenEntries(context, *study, options);
     if (!chosen) return Failed;
-    bool allDone = true;
-    for (const int index : *chosen) {
-        StudyRunEntry wanted = study->Entries[index];
-        wanted.CDStartDist = options.StartDist;
-        wanted.CDEndDist = options.EndDist;
-        wanted.IdealSpeedUser = options.IdealSpeed.value_or(wanted.IdealSpeedUser);
-        allDone = ComputeEntry(context, file.Folder, wanted, study->Entries[index]) && allDone;
-    }
-    FinishStudy(context, file, *study);
-    return allDone ? Done : Failed;
+    return FinishStudy(context, file, *study,
+                       SetBounds(*study, *chosen, {options.StartDist, options.EndDist, options.IdealSpeed},
+                                 context.Files, file.Folder, context.State.Settings));
 }
 
 int ExportStudy(CommandContext& context, const std::string& path, const std::string& output) {
@@ -171,10 +169,11 @@ int ExportStudy(CommandContext& context, const std::string& path, const std::str
     const NamedFile file = TakeApart(path, StudyExtension, "study file");
     const auto study = LoadNamedStudy(context, file);
     if (!study) return Failed;
-    WriteFile(context.Files, output,
-              EncodeTable(output, StudyTable(*study, context.Files, file.Folder), context.Sheets));
+    const auto rows = MakeRunListRows(*study, context.Files, file.Folder, context.State.Settings);
+    WriteFile(context.Files, output, EncodeTable(output, StudyTable(*study, rows, file.Folder), context.Sheets));
+    const ExitStatus status = context.TellOfRuns(rows);
     context.Print({{"rows", study->Record.RunCount}});
-    return Done;
+    return status;
 }
 
 void AddExportCommand(CLI::App& group, CommandAction& chosen) {
@@ -189,7 +188,7 @@ void AddExportCommand(CLI::App& group, CommandAction& chosen) {
 void AddBoundsCommand(CLI::App& group, CommandAction& chosen) {
     auto options = std::make_shared<BoundsOptions>();
     CLI::App& bounds = AddCommand(group, chosen, "bounds", "Set the boundaries of runs and compute the study",
-                                  [options](CommandContext& context) { return SetBounds(context, *options); });
+                                  [options](CommandContext& context) { return SetBoundsOfRuns(context, *options); });
     bounds.add_option("FILE", options->Path, "A study file (.ld2)")->required();
     bounds.add_option("RUN", options->Runs, "Names of runs of the study");
     bounds.add_option("--start-dist", options->StartDist, "Start boundary, feet")->required();

@@ -1,5 +1,7 @@
 #include "core/RunFile.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <limits>
 
@@ -19,11 +21,31 @@ std::string PathOf(const std::string& folder, const std::string& name, const cha
 std::int32_t CheckedSampleCount(std::int32_t count, const std::string& path) {
     if (count > MostSamples)
         throw RunTimeError(ErrorNumber::Overflow, path + "\nThe file tells of " + std::to_string(count) +
-                                                      " samples; a run holds at most 32767.");
+                                                      " samples; a run holds at most 32767. It is damaged.");
     if (count < 0)
         throw RunTimeError(ErrorNumber::SubscriptOutOfRange,
                            path + "\nThe file tells of " + std::to_string(count) + " samples. It is damaged.");
     return count;
+}
+
+/// Error 62, 6 or 9 for a header that no run has.
+void ReadHeader(InputFile& file, const std::string& path, RunHeader& header) {
+    std::array<std::byte, RunHeaderSize> bytes;
+    if (file.Read(bytes) < bytes.size())
+        throw RunTimeError(ErrorNumber::InputPastEndOfFile, path + "\nThe file is too short for a run. It is damaged.");
+    DecodeRecord(header, RunHeaderFields, bytes);
+    CheckedSampleCount(header.SampleCount, path);
+}
+
+RunOutcome OutcomeOf(ErrorNumber number) {
+    switch (number) {
+        case ErrorNumber::FileNotFound:
+        case ErrorNumber::PathNotFound: return RunOutcome::Missing;
+        case ErrorNumber::InputPastEndOfFile:
+        case ErrorNumber::Overflow:
+        case ErrorNumber::SubscriptOutOfRange: return RunOutcome::Damaged;
+        default: return RunOutcome::Unreadable;
+    }
 }
 
 void DecodeSamplePairs(RunRecord& run, std::span<const std::byte> bytes) {
@@ -108,42 +130,65 @@ void TellMissingRun(MessageBoxes& messages, const std::string& name) {
     messages.Tell("Missing Run File: " + name, MessageIcon::Warning);
 }
 
-std::optional<RunHeader> ReadRunHeader(const FileSystem& files, const std::string& folder, const std::string& name) {
-    const std::string path = PathOf(folder, name, RunExtension);
+std::string CutText(std::int32_t samplesInFile, std::int32_t sampleCount) {
+    return "cut (" + std::to_string(samplesInFile) + " of " + std::to_string(sampleCount) + " samples)";
+}
+
+RunReading ReadRun(const FileSystem& files, const std::string& path, RunPart part) {
+    RunReading reading;
+    const auto failed = [&reading](RunOutcome outcome, const RunTimeError& fault) {
+        reading.Outcome = outcome;
+        reading.Fault = fault;
+        reading.Run = {};
+        return reading;
+    };
+    std::unique_ptr<InputFile> file;
     try {
         // Opening alone tells whether the file is there: asking first would double the calls of a long study's list.
-        const auto bytes = ReadFirstBytes(files, path, RunHeaderSize);
-        std::optional<RunHeader> header(std::in_place);
-        DecodeRecord(*header, RunHeaderFields, bytes);
-        header->RunName = name;
-        return header;
-    } catch (const RunTimeError& error) {
-        if (error.Number() == ErrorNumber::FileNotFound || error.Number() == ErrorNumber::PathNotFound)
-            return std::nullopt;
-        throw;
+        file = files.Open(path);
+        ReadHeader(*file, path, reading.Run.Header);
+    } catch (const RunTimeError& fault) {
+        return failed(OutcomeOf(fault.Number()), fault);
     }
+    reading.Run.Header.RunName = BaseName(path);
+    const std::int32_t count = reading.Run.Header.SampleCount;
+    const std::uint64_t samples = (file->Size() - RunHeaderSize) / SamplePairSize;
+    reading.SamplesInFile = static_cast<std::int32_t>(std::min<std::uint64_t>(samples, std::uint64_t{MostSamples}));
+    if (part == RunPart::Whole) {
+        try {
+            std::vector<std::byte> bytes(static_cast<std::size_t>(count) * SamplePairSize);
+            bytes.resize(file->Read(bytes));
+            reading.Run.SampleValues.ResizeTo(count);
+            reading.Run.RunSamples.ResizeTo(count);
+            DecodeSamplePairs(reading.Run, bytes);
+        } catch (const RunTimeError& fault) {
+            return failed(RunOutcome::Unreadable, fault);
+        }
+    }
+    reading.Outcome = RunOutcome::Run;
+    return reading;
+}
+
+RunReading ReadRun(const FileSystem& files, const std::string& folder, const std::string& name, RunPart part) {
+    if (IsSafeName(name)) return ReadRun(files, folder + name + RunExtension, part);
+    RunReading unreadable;
+    unreadable.Outcome = RunOutcome::Unreadable;
+    unreadable.Fault = RunTimeError(ErrorNumber::PathFileAccessError, UnsafeNameMessage(name));
+    return unreadable;
 }
 
 bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
                  const std::string& name, bool withSamples) {
-    auto header = ReadRunHeader(files, folder, name);
-    if (!header) {
+    RunReading reading = ReadRun(files, folder, name, withSamples ? RunPart::Whole : RunPart::Header);
+    if (reading.Outcome == RunOutcome::Missing) {
         TellMissingRun(messages, name);
         return false;
     }
-    if (!withSamples) {
-        run.Header = std::move(*header);
-        return true;
-    }
-    const std::string path = PathOf(folder, name, RunExtension);
-    const std::int32_t count = CheckedSampleCount(header->SampleCount, path);
-    const auto bytes = ReadFirstBytes(files, path, RunHeaderSize + static_cast<std::size_t>(count) * SamplePairSize);
-    RunRecord read;
-    read.Header = std::move(*header);
-    read.SampleValues.ResizeTo(count);
-    read.RunSamples.ResizeTo(count);
-    DecodeSamplePairs(read, std::span(bytes).subspan(std::min(RunHeaderSize, bytes.size())));
-    run = std::move(read);
+    if (!reading) throw *reading.Fault;
+    if (withSamples)
+        run = std::move(reading.Run);
+    else
+        run.Header = std::move(reading.Run.Header);
     return true;
 }
 

@@ -14,12 +14,40 @@ namespace vantor {
 /// Shows the message that a run's file is missing.
 void TellMissingRun(MessageBoxes& messages, const std::string& name);
 
-/// The header of folder + name + ".rd2" with `name` as its RunName; nothing when there is no such file.
-std::optional<RunHeader> ReadRunHeader(const FileSystem& files, const std::string& folder, const std::string& name);
+/// What came of reading a run's file.
+enum class RunOutcome {
+    Run,
+    Missing,     ///< no file has its name
+    Unreadable,  ///< the system refuses it, or what has its name is no file
+    Damaged,     ///< shorter than its header, or with a sample count that no run has
+};
+
+struct RunReading {
+    RunOutcome Outcome = RunOutcome::Missing;
+    /// Why there is no run: the reason, then the file and the remedy where they are known. Nothing for a run.
+    std::optional<RunTimeError> Fault;
+    RunRecord Run;
+    std::int32_t SamplesInFile = 0;  ///< whole ones; a run with fewer than it tells of is cut, the others read as zero
+
+    explicit operator bool() const { return Outcome == RunOutcome::Run; }
+    bool IsCut() const { return SamplesInFile < Run.Header.SampleCount; }
+};
+
+/// "cut (120 of 300 samples)".
+std::string CutText(std::int32_t samplesInFile, std::int32_t sampleCount);
+
+enum class RunPart { Header, Whole };
+
+/// Reads a run file (".rd2"), its samples or the header alone; the file's name is the RunName. The one way to read a
+/// run: every list, figure and editor has the same outcome. No error of the file is thrown.
+RunReading ReadRun(const FileSystem& files, const std::string& path, RunPart part = RunPart::Whole);
+/// Of a name that would leave the folder: Unreadable.
+RunReading ReadRun(const FileSystem& files, const std::string& folder, const std::string& name, RunPart part);
 
 /// Reads folder + name + ".rd2", with its samples or, without them, both lists left as they are. A missing file is
-/// told to the user and gives false, with `run` untouched. Missing bytes at the end read as zero. More than 32767
-/// samples are error 6, fewer than none error 9; `run` is untouched then too.
+/// told to the user and gives false, with `run` untouched. Missing samples at the end read as zero. A file that is
+/// unreadable or damaged is the fault of ReadRun (6 for more than 32767 samples, 9 for fewer than none, 62 without a
+/// whole header); `run` is untouched then too.
 bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
                  const std::string& name, bool withSamples);
 

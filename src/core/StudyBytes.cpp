@@ -38,6 +38,7 @@ Study DecodeStudy(std::span<const std::byte> file) {
         study.RunNames[i] = TrimRight(entry.EntryRunName);
         entry.EntryRunName = study.RunNames[i];
         study.Entries[i] = std::move(entry);
+        if (bytes.size() < StudyRunEntrySize) ++study.MissingEntries;
     }
     return study;
 }

@@ -1,13 +1,18 @@
 #include "core/StudyFile.h"
 
+#include "core/Backup.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/StudyBytes.h"
+#include "core/StudyCompanion.h"
 #include "core/Text.h"
 #include "core/modMain.h"
 
 namespace vantor {
 namespace {
+
+/// Far above what the entries of a study can need.
+constexpr std::uint64_t LongestCompanion = std::uint64_t{64} << 20;
 
 struct StudyBytes {
     StudyRecord Header;
@@ -15,7 +20,10 @@ struct StudyBytes {
 };
 
 std::optional<StudyBytes> ReadStudyBytes(const FileSystem& files, const std::string& path) {
-    if (!FileExists(files, path)) return std::nullopt;
+    const auto info = files.Find(path);
+    if (!info) return std::nullopt;
+    if (info->IsFolder)
+        throw RunTimeError(ErrorNumber::PathFileAccessError, path + "\nThis is a folder, no study file.");
     constexpr std::size_t LongestStudy = StudyRecordSize + 32767 * StudyRunEntrySize;
     StudyBytes study;
     study.File = ReadFirstBytes(files, path, LongestStudy);
@@ -53,7 +61,11 @@ void NewStudy(ApplicationState& state, const Clock& clock) {
 std::optional<Study> LoadStudy(const FileSystem& files, const std::string& folder, const std::string& name) {
     const auto bytes = ReadStudyBytes(files, folder + name + StudyExtension);
     if (!bytes) return std::nullopt;
-    return DecodeStudy(bytes->File);
+    Study study = DecodeStudy(bytes->File);
+    const std::string companion = folder + name + CompanionExtension;
+    if (FileExists(files, companion))
+        study.HasDamagedCompanion = !DecodeCompanion(ReadFirstBytes(files, companion, LongestCompanion), study);
+    return study;
 }
 
 bool ReadStudyFile(ApplicationState& state, const FileSystem& files, Desktop& desktop, const Clock& clock,
@@ -86,7 +98,22 @@ bool ReadStudyRunNames(const FileSystem& files, Desktop& desktop, const std::str
 
 void WriteStudyFile(FileSystem& files, Study& study, const std::string& folder, const std::string& name) {
     study.Record.StudyFileVersion = 1;
-    WriteFile(files, folder + name + StudyExtension, EncodeStudy(study));
+    const std::string companion = folder + name + CompanionExtension;
+    const auto batch = files.BeginWrites();
+    batch->Add(folder + name + StudyExtension, EncodeStudy(study), OldTail::Dropped);
+    // One that is there tells of the study that stood here before.
+    if (NeedsCompanion(study) || FileExists(files, companion)) {
+        if (study.HasDamagedCompanion) AddBackup(*batch, files, companion);
+        batch->Add(companion, EncodeCompanion(study), OldTail::Dropped);
+    }
+    batch->Commit();
+    study.MissingEntries = 0;
+    study.HasDamagedCompanion = false;
+}
+
+std::string CutShortText(const Study& study) {
+    return std::to_string(study.Record.RunCount - study.MissingEntries) + " of " +
+           std::to_string(study.Record.RunCount) + " entries are there: the study file was cut short.";
 }
 
 void AppendRun(Study& study, const std::string& runName) {

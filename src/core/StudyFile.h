@@ -17,8 +17,8 @@ std::string StudyGroupFolder(const ApplicationState& state);
 /// Makes the current study an empty one, unchanged.
 void NewStudy(ApplicationState& state, const Clock& clock);
 
-/// A study as its file holds it; nothing when there is no such file. Missing bytes at the end read as zero. Error 9
-/// when the file tells of fewer than no runs.
+/// A study as its file and its companion hold it; nothing when there is no such file. Missing bytes at the end read as
+/// zero; a damaged companion is as none. Error 9 when the file tells of fewer than no runs.
 std::optional<Study> LoadStudy(const FileSystem& files, const std::string& folder, const std::string& name);
 
 /// Loads folder + name + ".ld2" as the current study, unchanged. A missing file gives a beep, an empty study and
@@ -31,8 +31,11 @@ bool ReadStudyFile(ApplicationState& state, const FileSystem& files, Desktop& de
 bool ReadStudyRunNames(const FileSystem& files, Desktop& desktop, const std::string& folder, const std::string& name,
                        StudyRecord& header, OneBased<std::string>& names);
 
-/// Writes the study to folder + name + ".ld2", replacing a file of that name wholly.
+/// Writes the study to folder + name + ".ld2" and its companion beside it, replacing files of these names wholly.
 void WriteStudyFile(FileSystem& files, Study& study, const std::string& folder, const std::string& name);
+
+/// "3 of 8 entries are there" of a study whose file is too short for the runs that it tells of.
+std::string CutShortText(const Study& study);
 
 /// Makes a study of run names that are new to it; a name is cut at its field's width.
 void AppendRun(Study& study, const std::string& runName);

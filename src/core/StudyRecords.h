@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <tuple>
 
@@ -49,8 +50,20 @@ inline constexpr auto StudyRecordFields = std::make_tuple(
     Field{239, "StudyValue2", &StudyRecord::StudyValue2}, Field{247, "CritLane", &StudyRecord::CritLane},
     Field{249, "StudyText71", &StudyRecord::StudyText71, 71});
 
+inline constexpr int StudyNameWidth = 32;
 inline constexpr std::size_t StudyRecordSize = 320;
 static_assert(RecordSize(StudyRecordFields) == StudyRecordSize && IsGapless(StudyRecordFields));
+
+/// What the control delay of a run was computed from.
+struct Computation {
+    std::uint64_t Movement = 0;    ///< MovementHash of the run
+    std::int32_t CDStartDist = 0;  ///< the boundaries and the user's ideal speed at that time
+    std::int32_t CDEndDist = 0;
+    std::int32_t IdealSpeedUser = 0;
+    std::string Failure;  ///< why the computation failed; the figures are earlier ones then
+
+    bool operator==(const Computation&) const = default;
+};
 
 /// One run of a study. The first 32 characters of its name are the name of its run file.
 struct StudyRunEntry {
@@ -63,6 +76,11 @@ struct StudyRunEntry {
     std::string LOSGrade;
     std::int32_t StopDelay = 0;  ///< seconds
     std::string EntryText23;
+
+    // What the study file has no room for and its companion keeps; nothing where it is not known.
+    std::optional<Computation> Computed;
+    std::optional<std::int16_t> StopDelayThreshold;  ///< that StopDelay was counted with, mph
+    std::string OtherFacts;  ///< members of a later version, as the text of a JSON object; or empty
 
     bool operator==(const StudyRunEntry&) const = default;
 };
@@ -88,6 +106,10 @@ struct Study {
     StudyRecord Record;
     ZeroBased<StudyRunEntry> Entries{std::vector<StudyRunEntry>(1)};
     OneBased<std::string> RunNames;
+    /// Entries that the file is too short to hold, from the last one; they are blank.
+    std::int16_t MissingEntries = 0;
+    std::string OtherFacts;  ///< of the companion: members of a later version, as the text of a JSON object; or empty
+    bool HasDamagedCompanion = false;
 };
 
 }  // namespace vantor

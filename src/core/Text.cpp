@@ -46,4 +46,13 @@ std::string_view FirstCharacters(std::string_view text, std::size_t count) {
     return text.substr(0, at);
 }
 
+std::string Joined(const std::vector<std::string>& texts, std::string_view separator) {
+    std::string joined;
+    for (const std::string& text : texts) {
+        if (!joined.empty()) joined += separator;
+        joined += text;
+    }
+    return joined;
+}
+
 }  // namespace vantor

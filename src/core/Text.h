@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vantor {
 
@@ -19,6 +20,9 @@ bool EqualIgnoringCase(std::string_view left, std::string_view right);
 
 /// The first `count` characters of a text.
 std::string_view FirstCharacters(std::string_view text, std::size_t count);
+
+/// The texts with the separator between them.
+std::string Joined(const std::vector<std::string>& texts, std::string_view separator);
 
 /// Line breaks as one line feed, the way message boxes and files show them.
 inline constexpr std::string_view LineBreak = "\n";

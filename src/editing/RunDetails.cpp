@@ -91,7 +91,12 @@ std::string StoredText(const std::string& text, std::size_t width) {
 std::optional<RunHeader> ReadHeaderOfRunFile(const FileSystem& files, const std::string& path) {
     const std::string folder = FolderOf(path);
     const std::string name = BaseName(path);
-    if (HasExtension(path, RunExtension)) return ReadRunHeader(files, folder, name);
+    if (HasExtension(path, RunExtension)) {
+        RunReading reading = ReadRun(files, path, RunPart::Header);
+        if (reading) return std::move(reading.Run.Header);
+        if (reading.Outcome == RunOutcome::Missing) return std::nullopt;
+        throw *reading.Fault;
+    }
     if (HasExtension(path, Ver1RunExtension) && FileExists(files, path)) return ReadVer1Run(files, folder, name).Header;
     return std::nullopt;
 }

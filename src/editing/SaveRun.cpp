@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "analysis/DelayStatistics.h"
+#include "analysis/StudyEdits.h"
 #include "core/Paths.h"
 #include "core/RunArithmetic.h"
 #include "core/RunFile.h"
@@ -43,7 +43,7 @@ StudyRunEntry EntryAfter(const ApplicationState& state, const RunRecord& edited,
     MoveBoundaries(entry, save, LengthOf(state.CurrentRun), LengthOf(edited));
     if (!HasBothBoundaries(entry)) return entry;
     PlotState plot = PlacedBoundaries(edited, entry);
-    ComputeRunDelay(edited, state.Settings, plot, entry);
+    ComputeEntry(edited, state.Settings, plot, entry);
     return entry;
 }
 

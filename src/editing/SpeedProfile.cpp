@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "analysis/StudyEdits.h"
 #include "core/Numeric.h"
 
 namespace vantor {
@@ -158,7 +159,7 @@ void SpeedProfile::SetIdealSpeedUser(std::int32_t mph) {
 
 void SpeedProfile::Compute() {
     computedIdealSpeed_.reset();
-    computedIdealSpeed_ = ComputeRunDelay(run_, settings_, plot_, entry_).Speed;
+    computedIdealSpeed_ = ComputeEntry(run_, settings_, plot_, entry_).Speed;
 }
 
 }  // namespace vantor

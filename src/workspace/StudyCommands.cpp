@@ -11,8 +11,6 @@
 namespace vantor {
 namespace {
 
-constexpr std::size_t StudyNameWidth = 32;
-
 bool SaveUnderItsName(AppContext& context) {
     const std::string name(Trim(context.State.CurrentStudy.Record.StudyName));
     const std::string problem = NameProblem(name, StudyNameWidth);
@@ -83,7 +81,8 @@ void ExportRunList(AppContext& context) {
     const std::string path = context.DesktopServices.ChooseFileToSave(
         folder + (IsSafeName(name) ? name : "Run list") + ".xls", "Export to Excel", TableFileKinds());
     if (path.empty()) return;
-    WriteFile(context.Files, path, EncodeTable(path, StudyTable(study, context.Files, folder), context.Sheets));
+    const auto rows = MakeRunListRows(study, context.Files, folder, context.State.Settings);
+    WriteFile(context.Files, path, EncodeTable(path, StudyTable(study, rows, folder), context.Sheets));
     context.Messages.Tell("The run list was exported to:\n" + path);
 }
 

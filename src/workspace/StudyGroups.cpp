@@ -1,7 +1,6 @@
 #include "workspace/StudyGroups.h"
 
 #include <algorithm>
-#include <limits>
 #include <set>
 #include <span>
 
@@ -29,21 +28,18 @@ ListedStudy ReadListedStudy(const FileSystem& files, Desktop& desktop, const std
     return study;
 }
 
-/// The header of a run that can be used; throws for any other.
-RunHeader ReadUsableHeader(const FileSystem& files, const std::string& group, const std::string& name, bool isVer1) {
-    const std::string path = group + name + (isVer1 ? Ver1RunExtension : RunExtension);
-    const auto info = files.Find(path);
-    if (!info) throw RunTimeError(ErrorNumber::FileNotFound, path);
-    if (info->Size < (isVer1 ? Ver1RunHeaderSize : RunHeaderSize))
+/// The header of a version 1 run that can be used; throws for any other.
+RunHeader ReadUsableVer1Header(const FileSystem& files, const std::string& group, const std::string& name) {
+    const std::string path = group + name + Ver1RunExtension;
+    if (files.Open(path)->Size() < Ver1RunHeaderSize)
         throw RunTimeError(ErrorNumber::InputPastEndOfFile, path + "\nThe file is too short for a run. It is damaged.");
-    if (isVer1) return ReadVer1Run(files, group, name).Header;
-    auto header = ReadRunHeader(files, group, name).value();
-    const bool isTooLong = header.SampleCount > std::numeric_limits<std::int16_t>::max();
-    if (isTooLong || header.SampleCount < 0)
-        throw RunTimeError(
-            isTooLong ? ErrorNumber::Overflow : ErrorNumber::SubscriptOutOfRange,
-            path + "\nThe file tells of " + std::to_string(header.SampleCount) + " samples. It is damaged.");
-    return header;
+    return ReadVer1Run(files, group, name).Header;
+}
+
+RunHeader ReadUsableHeader(const FileSystem& files, const std::string& group, const std::string& name) {
+    RunReading reading = ReadRun(files, group, name, RunPart::Header);
+    if (!reading) throw *reading.Fault;
+    return std::move(reading.Run.Header);
 }
 
 ListedRun ReadListedRun(const FileSystem& files, const std::string& group, std::string name, bool isVer1) {
@@ -54,7 +50,7 @@ ListedRun ReadListedRun(const FileSystem& files, const std::string& group, std::
     run.Problem = NameProblem(run.Name, RunNameWidth);
     if (!run.Problem.empty()) return run;
     try {
-        run.Header = ReadUsableHeader(files, group, run.Name, isVer1);
+        run.Header = isVer1 ? ReadUsableVer1Header(files, group, run.Name) : ReadUsableHeader(files, group, run.Name);
     } catch (const RunTimeError& error) {
         run.Problem = ProblemOf(error);
     }

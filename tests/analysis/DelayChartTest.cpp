@@ -8,9 +8,14 @@
 namespace vantor {
 namespace {
 
+void Append(DelaySeries& series, std::int32_t delay) {
+    const int number = series.RunCount() + 1;
+    series.Append({.Name = "NB-" + std::to_string(number), .Number = number}, delay);
+}
+
 DelaySeries SeriesOf(const std::vector<std::int32_t>& delays) {
     DelaySeries series;
-    for (const std::int32_t delay : delays) series.Append("NB-" + std::to_string(series.RunCount() + 1), delay);
+    for (const std::int32_t delay : delays) Append(series, delay);
     return series;
 }
 
@@ -44,17 +49,26 @@ TEST(DelaySeriesTest, AveragesRunsSoFarFromA32BitSum) {
         study.Entries.Append(entry);
     }
     study.Record.RunCount = 3;
-    const DelaySeries series(study);
+    std::vector<RunListRow> rows(3);
+    for (const int counted : {0, 2}) rows[static_cast<std::size_t>(counted)].State = RunState::Counted;
+    const DelaySeries series(study, rows, DelayRuns::All);
     EXPECT_EQ(series.Runs()[3].Name, "NB--6");
     EXPECT_DOUBLE_EQ(series.Runs()[1].RunningAverage, 20);
     EXPECT_DOUBLE_EQ(series.Runs()[2].RunningAverage, 10);
     EXPECT_DOUBLE_EQ(series.Runs()[3].RunningAverage, 14.0 / 3);
+    EXPECT_TRUE(series.ShowsNotCounted());
+
+    const DelaySeries counted(study, rows, DelayRuns::Counted);
+    ASSERT_EQ(counted.RunCount(), 2);
+    EXPECT_FALSE(counted.ShowsNotCounted());
+    EXPECT_EQ(counted.Runs()[2].Number, 3);
+    EXPECT_DOUBLE_EQ(counted.Runs()[2].RunningAverage, 7) << "(20 - 6) / 2, the summary's average";
 
     // 65538 * 32767 = 2147483646
     DelaySeries highest = SeriesOf(std::vector<std::int32_t>(65538, 32767));
     EXPECT_DOUBLE_EQ(highest.Runs()[65538].RunningAverage, 32767);
-    EXPECT_ERROR(Overflow, highest.Append("NB", 2));
-    highest.Append("NB", 1);
+    EXPECT_ERROR(Overflow, Append(highest, 2));
+    Append(highest, 1);
 }
 
 TEST(DelayScaleTest, SpreadsRunsWithAFreeStepAtEachEnd) {
@@ -168,7 +182,7 @@ TEST_F(DelayChartDrawingTest, DrawsDelaysThenTheAverageFromTheSecondRun) {
 
     Draw({});
     EXPECT_EQ(Dots(), "");
-    EXPECT_TRUE(Shows("The study has no runs yet."));
+    EXPECT_TRUE(Shows("There is no run to show."));
 }
 
 TEST_F(DelayChartDrawingTest, AxisValuesStandAtTheirStepsAndNeverOverlap) {
@@ -210,8 +224,8 @@ TEST(DelayChartTest, FindsTheRunOfAPoint) {
 
 TEST(DelayChartTest, WritesValuesAsATable) {
     EXPECT_EQ(TabSeparatedText(DelaySheet(SeriesOf({20, -21, 0}))),
-              "Run\tRun Name\tControl Delay (s)\tRunning Avg. (s)\n"
-              "1\tNB-1\t20\t20.0\n2\tNB-2\t-21\t-0.5\n3\tNB-3\t0\t-0.3\n");
+              "Run\tRun Name\tControl Delay (s)\tRunning Avg. (s)\tStatus\n"
+              "1\tNB-1\t20\t20.0\tCounted\n2\tNB-2\t-21\t-0.5\tCounted\n3\tNB-3\t0\t-0.3\tCounted\n");
     EXPECT_EQ(SecondsText(0.25), "0.2");
     EXPECT_EQ(SecondsText(-0.75), "-0.8");
     EXPECT_EQ(SecondsText(-0.01), "0.0");

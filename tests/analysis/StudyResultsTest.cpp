@@ -71,6 +71,21 @@ TEST(StudyResults, AverageStopDelayOfZeroLeavesTheRatio) {
     EXPECT_EQ(labels.Ratio, "40.");
 }
 
+TEST(StudyResults, WhatTheFiguresHoldUnderIsSaid) {
+    std::vector<RunListRow> rows = {Row("40", " 9"), Row("71", " 9"), Row("-3126", " 0"),
+                                    Row("999", " 0", RunState::NotCounted)};
+    EXPECT_EQ(AverageWithoutWarned(rows), "");
+    EXPECT_EQ(OtherThresholds(rows), "");
+    rows[2].Warnings = {"end not reached"};
+    rows[3].Warnings = {"cut (1 of 2 samples)"};
+    EXPECT_EQ(AverageWithoutWarned(rows), "1 of 3 runs has warnings; without them: 56") << "55.5, halves to even";
+    rows[0].Basis = StopDelayBasis::Other;
+    rows[1].Basis = rows[2].Basis = rows[3].Basis = StopDelayBasis::Unknown;
+    EXPECT_EQ(OtherThresholds(rows), "1 run computed with another threshold; 2 runs: threshold not known");
+    rows[0].Warnings = rows[1].Warnings = rows[2].Warnings;
+    EXPECT_EQ(AverageWithoutWarned(rows), "all counted runs have warnings");
+}
+
 TEST(StudyResults, SumThatDoesNotFitOverflows) {
     Study study;
     ResultLabels labels;
@@ -93,7 +108,7 @@ TEST(StudyResults, RowsShowEntriesAndTheirRunFiles) {
     study.Entries[1].LOSGrade = "A";
     study.Entries[1].StopDelay = 12;
     study.Entries[2].CDEndDist = 7600;
-    const auto rows = MakeRunListRows(study, program.Files, "/start/");
+    const auto rows = MakeRunListRows(study, program.Files, "/start/", program.State.Settings);
     ASSERT_EQ(rows.size(), 4U);
     EXPECT_EQ(rows[0].RunName, "NB-001 ");
     EXPECT_EQ(rows[0].RunDate, "03/11/08");
@@ -108,7 +123,7 @@ TEST(StudyResults, RowsShowEntriesAndTheirRunFiles) {
     EXPECT_EQ(rows[1].RunType, "Primary");
     EXPECT_EQ(rows[2].State, RunState::Missing);
     EXPECT_EQ(rows[2].ControlDelay, "");
-    EXPECT_EQ(rows[3].State, RunState::Missing) << "a name that leaves the folder is never looked up";
+    EXPECT_EQ(rows[3].State, RunState::Unreadable) << "a name that leaves the folder is never looked up";
 }
 
 }  // namespace

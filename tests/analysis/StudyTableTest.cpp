@@ -37,26 +37,41 @@ protected:
         }
     }
 
+    OutgoingTable Table() const { return StudyTable(Contents, MakeRunListRows(Contents, Files, Folder, {}), Folder); }
+
     const std::string Folder = "/start/AM Peak/";
     MemoryFileSystem Files;
     Study Contents;
 };
 
 TEST_F(StudyTableTest, TextsAreThoseOfTheRunList) {
-    EXPECT_EQ(CsvText(StudyTable(Contents, Files, Folder).Rows()),
+    EXPECT_EQ(CsvText(Table().Rows()),
               "\xEF\xBB\xBFRun Name,Date,Time,Type,Start Boundary (ft),End Boundary (ft),Ideal Speed (mph),User Ideal "
-              "Speed (mph),Control Delay (s),LOS Grade,Stop Delay (s),Status\r\n"
-              "NB-1,03/11/08,07:05,Primary,300,7600,35,0,61,E,19,Counted\r\n"
-              "NB-2,03/11/08,07:05,Primary,300,7600,35,0,-4,E,19,Counted\r\n"
-              "NB-3,03/11/08,07:05,Primary,300,0,35,0,61,E,19,Not counted\r\n"
-              "gone,,,,,,,,,,,Missing\r\n");
+              "Speed (mph),Control Delay (s),LOS Grade,Stop Delay (s),Status,Warnings\r\n"
+              "NB-1,03/11/08,07:05,Primary,300,7600,35,0,61,E,19,Counted,start not reached; end not reached\r\n"
+              "NB-2,03/11/08,07:05,Primary,300,7600,35,0,-4,E,19,Counted,start not reached; end not reached; negative "
+              "control delay\r\n"
+              "NB-3,03/11/08,07:05,Primary,300,0,35,0,61,E,19,Not counted,\r\n"
+              "gone,,,,,,,,,,,Missing,\"Missing Run File: gone. Copy the file back into the Study Group, or delete the "
+              "run from the list.\"\r\n");
 }
 
 TEST_F(StudyTableTest, CellsHaveTheirKindsAndTheStudyItsSheet) {
-    const std::vector<Sheet> sheets = StudyTable(Contents, Files, Folder).Sheets();
+    const std::vector<Sheet> sheets = Table().Sheets();
     ASSERT_EQ(sheets.size(), 2U);
-    const std::vector<SheetCell> second{
-        "NB-2", DateOf(2008, 3, 11), TimeOf(7, 5), "Primary", 300., 7600., 35., 0., -4., "E", 19., "Counted"};
+    const std::vector<SheetCell> second{"NB-2",
+                                        DateOf(2008, 3, 11),
+                                        TimeOf(7, 5),
+                                        "Primary",
+                                        300.,
+                                        7600.,
+                                        35.,
+                                        0.,
+                                        -4.,
+                                        "E",
+                                        19.,
+                                        "Counted",
+                                        "start not reached; end not reached; negative control delay"};
     EXPECT_EQ(sheets[0].Rows.at(1), second);
     EXPECT_EQ(sheets[0].Columns.at(1).Format, "mm/dd/yy");
     EXPECT_EQ(sheets[0].Columns.at(2).Format, "hh:mm");
@@ -80,7 +95,7 @@ TEST_F(StudyTableTest, CellsHaveTheirKindsAndTheStudyItsSheet) {
 
 TEST_F(StudyTableTest, AStudyWithoutCountedRunsHasNoAverages) {
     Study empty;
-    const std::vector<Sheet> sheets = StudyTable(empty, Files, Folder).Sheets();
+    const std::vector<Sheet> sheets = StudyTable(empty, {}, Folder).Sheets();
     EXPECT_TRUE(sheets[0].Rows.empty());
     EXPECT_EQ(sheets[1].Rows.at(9).at(1), SheetCell());
 }

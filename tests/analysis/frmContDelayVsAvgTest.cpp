@@ -57,23 +57,24 @@ TEST_F(frmContDelayVsAvgTest, KeysAndMouseReadRunsOut) {
         QTest::keyClick(&Plot(), key);
         return ReadOut();
     };
-    const std::string first = "Run 1, NB <1>: control delay 20 s, running average 20.0 s";
+    const std::string first = "Run 1, NB <1>: control delay 20 s (not counted), running average 20.0 s";
     EXPECT_EQ(press(Qt::Key_Right), first);
-    EXPECT_EQ(press(Qt::Key_Right), "Run 2, NB <2>: control delay 4 s, running average 12.0 s");
-    EXPECT_EQ(press(Qt::Key_End), "Run 3, NB <3>: control delay -6 s, running average 6.0 s");
+    EXPECT_EQ(press(Qt::Key_Right), "Run 2, NB <2>: control delay 4 s (not counted), running average 12.0 s");
+    EXPECT_EQ(press(Qt::Key_End), "Run 3, NB <3>: control delay -6 s (not counted), running average 6.0 s");
     EXPECT_EQ(press(Qt::Key_Right), ReadOut()) << "there is no further run";
     EXPECT_EQ(press(Qt::Key_Home), first);
     EXPECT_EQ(press(Qt::Key_Left), first);
     EXPECT_TRUE(Plot().accessibleDescription().contains(ToQt(first)));
 
     QTest::mouseClick(&Plot(), Qt::LeftButton, {}, PlaceOf(QColor(0x00, 0x80, 0xC0)));
-    EXPECT_EQ(ReadOut(), "Run 3, NB <3>: control delay -6 s, running average 6.0 s") << "the only average's point";
+    EXPECT_EQ(ReadOut(), "Run 3, NB <3>: control delay -6 s (not counted), running average 6.0 s")
+        << "the only average's point";
     const QPoint red = PlaceOf(Qt::red);
     QTest::mouseClick(&Plot(), Qt::LeftButton, {}, red);
     EXPECT_EQ(ReadOut(), first);
     QHelpEvent hover(QEvent::ToolTip, red, Plot().mapToGlobal(red));
     QApplication::sendEvent(&Plot(), &hover);
-    EXPECT_TRUE(QToolTip::text().contains("NB &lt;1&gt;\nControl delay: 20 s\nRunning average: 20.0 s"))
+    EXPECT_TRUE(QToolTip::text().contains("NB &lt;1&gt;\nControl delay: 20 s (not counted)\nRunning average: 20.0 s"))
         << QToolTip::text().toStdString();
     QTest::keyClick(Form.get(), Qt::Key_Return);
     EXPECT_FALSE(Form->isVisible()) << "Exit is the default button";
@@ -83,7 +84,8 @@ TEST_F(frmContDelayVsAvgTest, CopiesAndSavesTheChart) {
     Open({20, 4});
     Click(*Form, "BtnCopyValues");
     EXPECT_EQ(Program.DesktopServices.Copied,
-              "Run\tRun Name\tControl Delay (s)\tRunning Avg. (s)\n1\tNB <1>\t20\t20.0\n2\tNB <2>\t4\t12.0\n");
+              "Run\tRun Name\tControl Delay (s)\tRunning Avg. (s)\tStatus\n1\tNB <1>\t20\t20.0\tNot counted\n"
+              "2\tNB <2>\t4\t12.0\tNot counted\n");
     Click(*Form, "BtnCopyPicture");
     const std::vector<std::byte> png = {std::byte{0x89}, std::byte{'P'}};
     EXPECT_EQ(Program.DesktopServices.CopiedPicture, png);
@@ -123,7 +125,7 @@ TEST_F(frmContDelayVsAvgTest, SaysWhatItCannotShow) {
     Plot().grab();
     QTest::mouseClick(&Plot(), Qt::LeftButton);
     QTest::keyClick(&Plot(), Qt::Key_Right);
-    EXPECT_EQ(ReadOut(), "Run 1, NB <1>: control delay -32000 s, running average -32000.0 s");
+    EXPECT_EQ(ReadOut(), "Run 1, NB <1>: control delay -32000 s (not counted), running average -32000.0 s");
     Program.Messages.Expect("Run-time error '6':\nOverflow");
     Click(*Form, "BtnCopyPicture");
 }

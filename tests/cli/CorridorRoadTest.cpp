@@ -85,7 +85,7 @@ TEST(CorridorRoad, FiguresMatchTheIndependentOnes) {
 
     auto again = runner.Json({"study", "compute", "/group/AM Peak.ld2"});
     EXPECT_EQ(again, study) << "computing a second time changes nothing";
-    for (const char* label : {"AvgControlDelay", "AvgStopDelay", "Ratio"}) again.erase(label);
+    for (const char* label : {"AvgControlDelay", "AvgStopDelay", "Ratio", "StopSpeedThreshold"}) again.erase(label);
     EXPECT_EQ(runner.Json({"study", "show", "/group/AM Peak.ld2"}), again);
 }
 

@@ -147,13 +147,19 @@ TEST(RunFile, TruncatedFilesReadAsZero) {
     TestProgram program;
     for (const std::size_t length : {0U, 1U, 51U, 8447U, 8449U, 8455U, 8448U + 95U}) {
         program.Files.PutText("/g/Cut.rd2", TwoSampleRun().substr(0, length));
-        RunRecord run;
-        ASSERT_TRUE(ReadRunFile(program.Files, program.Messages, run, "/g/", "Cut", true)) << length;
-        EXPECT_EQ(run.SampleValues.LastIndex(), length > 50 ? 2 : 0) << length;
+        const RunReading reading = ReadRun(program.Files, "/g/Cut.rd2");
+        EXPECT_EQ(reading.Outcome, length < 8448 ? RunOutcome::Damaged : RunOutcome::Run) << length;
+        if (!reading) continue;
+        EXPECT_TRUE(reading.IsCut());
+        EXPECT_EQ(reading.SamplesInFile, length < 8448 + 48 ? 0 : 1) << "whole ones";
+        EXPECT_EQ(reading.Run.SampleValues.LastIndex(), 2);
         if (length == 8449) {
-            EXPECT_EQ(run.SampleValues[1], 12);
+            EXPECT_EQ(reading.Run.SampleValues[1], 12);
         }
     }
+    program.Files.CreateFolder("/g/Folder.rd2");
+    EXPECT_EQ(ReadRun(program.Files, "/g/Folder.rd2").Outcome, RunOutcome::Unreadable);
+    EXPECT_EQ(ReadRun(program.Files, "/g/Gone.rd2").Outcome, RunOutcome::Missing);
 }
 
 /// A version 1 run of two samples with a header of 3840 bytes, or of 3844.

@@ -143,7 +143,8 @@ std::vector<FileInfo> MemoryFileSystem::List(const std::string& folder) const {
 
 std::unique_ptr<InputFile> MemoryFileSystem::Open(const std::string& path) const {
     const auto file = files_.find(Resolved(path));
-    if (file == files_.end()) throw RunTimeError(ErrorNumber::FileNotFound, path);
+    if (file == files_.end())
+        throw RunTimeError(Find(path) ? ErrorNumber::PathFileAccessError : ErrorNumber::FileNotFound, path);
     return std::make_unique<MemoryFile>(file->second);
 }
 

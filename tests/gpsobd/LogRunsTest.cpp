@@ -154,7 +154,7 @@ TEST_F(LogRunsTest, LeavesOutARunThatIsTooLong) {
         LogKind::GpsLaptop, {{0, 1, 0, 0, 0, 1}, {32767, 1, 0, 0, 0, 1}, {0, 1, 0, 0, 0, 2}, {32766, 1, 0, 0, 0, 2}});
     EXPECT_ERROR(Overflow, Written(log));
     EXPECT_THAT(Program.Files.AllFiles(), ElementsAre("/start/Temp/Trip-R002.rd2"));
-    EXPECT_EQ(ReadRunHeader(Program.Files, "/start/Temp/", "Trip-R002")->SampleCount, 32767);
+    EXPECT_EQ(ReadRun(Program.Files, "/start/Temp/Trip-R002.rd2").Run.Header.SampleCount, 32767);
 }
 
 TEST_F(LogRunsTest, WritesAllRunsOrNone) {

@@ -33,9 +33,12 @@ struct MainStreet : TestProgram {
         run.Header.RunDate = DateOf(2008, 3, 11);
         run.Header.RunTime = TimeOf(7, 5);
         run.Header.HeaderWord1 = -1;
-        run.Header.SampleCount = 2;
-        run.SampleValues.ResizeTo(2);
-        run.RunSamples.ResizeTo(2);
+        // 8,800 ft at 44 ft a second.
+        run.Header.CalConstant = 1000;
+        run.Header.SampleCount = 200;
+        run.SampleValues.ResizeTo(200);
+        for (std::int16_t& value : run.SampleValues) value = 44;
+        run.RunSamples.ResizeTo(200);
         WriteRunFile(Files, run, Group, name);
     }
 
@@ -44,6 +47,7 @@ struct MainStreet : TestProgram {
         entry.EntryRunName = run.Name;
         entry.CDStartDist = 300;
         entry.CDEndDist = run.EndDist;
+        entry.IdealSpeedCalc = 30;
         entry.ControlDelay = run.ControlDelay;
         entry.LOSGrade = "B";
         entry.StopDelay = run.StopDelay;

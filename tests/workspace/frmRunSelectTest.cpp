@@ -127,7 +127,8 @@ TEST_F(frmRunSelectTest, FilesThatAreNoUsableRunsCannotBeAdded) {
     const std::string reasons[] = {
         "Input past end of file\n/start/Study Groups/Main St/A.rd2\nThe file is too short for a run. It is damaged.",
         "Input past end of file\n/start/Study Groups/Main St/B.rdf\nThe file is too short for a run. It is damaged.",
-        "Overflow\n/start/Study Groups/Main St/C.rd2\nThe file tells of 65536 samples. It is damaged.",
+        "Overflow\n/start/Study Groups/Main St/C.rd2\nThe file tells of 65536 samples; a run holds at most 32767. It "
+        "is damaged.",
         "\"D has a name of thirty-three chars\" cannot be used as a name.\nA name has at most 32 letters, digits and "
         "signs of the Western alphabet and no blank at its ends."};
     for (int row = 0; row < 4; ++row) {

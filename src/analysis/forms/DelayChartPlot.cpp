@@ -26,24 +26,32 @@ QColor Ink(Colour colour) { return {colour.Red, colour.Green, colour.Blue}; }
 
 QString Seconds(double seconds) { return ToQt(SecondsText(seconds)) + QStringLiteral(" s"); }
 
+QString NotCountedText(const DelayRun& run) { return run.IsCounted ? QString() : QStringLiteral(" (not counted)"); }
+
 QString ToolTipOf(const DelayRun& run) {
-    return QStringLiteral("%1\nControl delay: %2 s\nRunning average: %3")
-        .arg(ToQt(run.Name), QString::number(run.ControlDelay), Seconds(run.RunningAverage));
+    return QStringLiteral("%1\nControl delay: %2 s%4\nRunning average: %3")
+        .arg(ToQt(run.Name), QString::number(run.ControlDelay), Seconds(run.RunningAverage), NotCountedText(run));
 }
 
 }  // namespace
 
 QString DelaysInWords(const DelaySeries& series, int run) {
     const DelayRun& values = series.Runs()[run];
-    return QStringLiteral("Run %1, %2: control delay %3 s, running average %4")
-        .arg(QString::number(run), ToQt(values.Name), QString::number(values.ControlDelay),
-             Seconds(values.RunningAverage));
+    return QStringLiteral("Run %1, %2: control delay %3 s%5, running average %4")
+        .arg(QString::number(values.Number), ToQt(values.Name), QString::number(values.ControlDelay),
+             Seconds(values.RunningAverage), NotCountedText(values));
 }
 
-DelayChartPlot::DelayChartPlot(const DelaySeries& series, QWidget* parent) : QWidget(parent), series_(series) {
+DelayChartPlot::DelayChartPlot(QWidget* parent) : QWidget(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+void DelayChartPlot::Show(DelaySeries series) {
+    series_ = std::move(series);
+    chosen_ = 0;
+    update();
 }
 
 QSize DelayChartPlot::sizeHint() const { return {900, 460}; }

@@ -11,8 +11,11 @@ namespace vantor {
 /// tell the values of the points.
 class DelayChartPlot : public QWidget {
 public:
-    /// `series` must outlive the plot.
-    DelayChartPlot(const DelaySeries& series, QWidget* parent);
+    explicit DelayChartPlot(QWidget* parent);
+
+    /// No run is chosen then.
+    void Show(DelaySeries series);
+    const DelaySeries& Series() const { return series_; }
 
     /// The chosen run, from 1; 0 for none.
     int ChosenRun() const { return chosen_; }
@@ -40,7 +43,7 @@ private:
     void Choose(int run);
     void PaintChosen(QPainter& painter) const;
 
-    const DelaySeries& series_;
+    DelaySeries series_;
     int chosen_ = 0;
 };
 

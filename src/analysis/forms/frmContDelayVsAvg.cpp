@@ -15,9 +15,17 @@
 #include "core/forms/WindowLayout.h"
 
 namespace vantor {
+namespace {
+
+constexpr const char* CountedOnlyKey = "frmContDelayVsAvg.countedOnly";
+
+}  // namespace
 
 frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
-    : context_(context), series_(context.State.CurrentStudy), plot_(new DelayChartPlot(series_, this)) {
+    : context_(context),
+      rows_(MakeRunListRows(context.State.CurrentStudy, context.Files, StudyGroupFolder(context.State),
+                            context.State.Settings)),
+      plot_(new DelayChartPlot(this)) {
     setObjectName(QStringLiteral("frmContDelayVsAvg"));
     setWindowTitle(QStringLiteral("Control Delays & Running Avg. for Current Study"));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
@@ -34,7 +42,7 @@ frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
     layout->addLayout(BuildLegend());
     layout->addLayout(BuildButtons());
     plot_->OnChosen = [this] { ShowReadOut(); };
-    ShowReadOut();
+    ShowSeries();
     plot_->setFocus();
     resize(QSize(960, 640).boundedTo(screen()->availableSize()));
     RememberLayout(*this, context.Memory);
@@ -44,19 +52,32 @@ QLayout* frmContDelayVsAvg::BuildLegend() {
     auto* fraLegend = Named<QGroupBox>(this, "fraLegend", QStringLiteral("Legend"));
     auto* samples = new QHBoxLayout(fraLegend);
     const auto add = [&](DelayLegend entry, const char* name, const char* labelName) {
-        auto* sample = new DelayLegendSample(entry, fraLegend);
+        auto* pair = new QWidget(fraLegend);
+        auto* line = new QHBoxLayout(pair);
+        line->setContentsMargins(0, 0, 16, 0);
+        auto* sample = new DelayLegendSample(entry, pair);
         sample->setObjectName(QLatin1String(name));
         sample->setAccessibleName(QLatin1String(LegendCaption(entry)));
-        samples->addWidget(sample);
-        samples->addWidget(Named<QLabel>(fraLegend, labelName, QLatin1String(LegendCaption(entry))));
+        line->addWidget(sample);
+        line->addWidget(Named<QLabel>(pair, labelName, QLatin1String(LegendCaption(entry))));
+        samples->addWidget(pair);
+        return pair;
     };
     add(DelayLegend::Average, "LegendAvg", "lblLegendAvg");
-    samples->addSpacing(16);
     add(DelayLegend::Data, "LegendData", "lblLegendData");
+    legendNotCounted_ = add(DelayLegend::NotCounted, "LegendNotCounted", "lblLegendNotCounted");
 
+    chkCountedOnly_ = Named<QCheckBox>(this, "chkCountedOnly", QStringLiteral("&Counted runs only"));
+    chkCountedOnly_->setToolTip(QStringLiteral("Leaves out the runs that are not in the study's average."));
+    chkCountedOnly_->setChecked(context_.Memory.Recall(CountedOnlyKey) == "1");
+    Connect(chkCountedOnly_, &QCheckBox::toggled, this, context_.Messages, [this](bool isOn) {
+        context_.Memory.Store(CountedOnlyKey, isOn ? "1" : "0");
+        ShowSeries();
+    });
     auto* row = new QHBoxLayout;
     row->addWidget(fraLegend);
     row->addStretch();
+    row->addWidget(chkCountedOnly_);
     return row;
 }
 
@@ -73,7 +94,7 @@ QLayout* frmContDelayVsAvg::BuildButtons() {
     MessageBoxes& messages = context_.Messages;
     Connect(BtnCopyPicture, &QPushButton::clicked, this, messages, [this] { CopyPicture(); });
     Connect(BtnCopyValues, &QPushButton::clicked, this, messages,
-            [this] { context_.DesktopServices.CopyText(TabSeparatedText(DelaySheet(series_))); });
+            [this] { context_.DesktopServices.CopyText(TabSeparatedText(DelaySheet(Series()))); });
     Connect(BtnSave, &QPushButton::clicked, this, messages, [this] { Save(); });
     Connect(btnExit, &QPushButton::clicked, this, messages, [this] { accept(); });
 
@@ -82,30 +103,38 @@ QLayout* frmContDelayVsAvg::BuildButtons() {
     row->addStretch();
     for (QPushButton* button : {BtnCopyPicture, BtnCopyValues, BtnSave}) {
         button->setAutoDefault(false);
-        button->setEnabled(series_.RunCount() > 0);
+        button->setEnabled(!rows_.empty());
         row->addWidget(button);
     }
     row->addWidget(btnExit);
     return row;
 }
 
+void frmContDelayVsAvg::ShowSeries() {
+    const DelayRuns shown = chkCountedOnly_->isChecked() ? DelayRuns::Counted : DelayRuns::All;
+    plot_->Show(DelaySeries(context_.State.CurrentStudy, rows_, shown));
+    legendNotCounted_->setVisible(Series().ShowsNotCounted());
+    ShowReadOut();
+}
+
 void frmContDelayVsAvg::ShowReadOut() {
-    const int count = series_.RunCount();
+    const int count = Series().RunCount();
     if (count == 0) {
-        lblReadOut_->setText(QStringLiteral("Add runs to the study to see their control delays."));
-        return plot_->setAccessibleDescription(QStringLiteral("The study has no runs yet."));
+        lblReadOut_->setText(rows_.empty() ? QStringLiteral("Add runs to the study to see their control delays.")
+                                           : QStringLiteral("No run of the study is counted."));
+        return plot_->setAccessibleDescription(lblReadOut_->text());
     }
     const int run = plot_->ChosenRun();
     lblReadOut_->setText(run == 0 ? QStringLiteral("The arrow keys step through the runs; or point at a run.")
-                                  : DelaysInWords(series_, run));
+                                  : DelaysInWords(Series(), run));
     plot_->setAccessibleDescription(
         QStringLiteral("Runs 1 to %1, control delay from 0 to %2 s. %3")
-            .arg(QString::number(count), QString::number(series_.YMax()), lblReadOut_->text()));
+            .arg(QString::number(count), QString::number(Series().YMax()), lblReadOut_->text()));
 }
 
 void frmContDelayVsAvg::CopyPicture() {
     context_.DesktopServices.CopyPicture(DelayChartPicture(
-        context_.Documents, series_, DelayChartTitle(context_.State.CurrentStudy), PictureFormat::Png));
+        context_.Documents, Series(), DelayChartTitle(context_.State.CurrentStudy), PictureFormat::Png));
 }
 
 void frmContDelayVsAvg::Save() {
@@ -118,7 +147,7 @@ void frmContDelayVsAvg::Save() {
     const auto format = PictureFormatOf(path);
     if (!format)
         return context_.Messages.Tell(path + "\nName a file that ends in .png, .svg or .pdf.", MessageIcon::Warning);
-    WriteFile(context_.Files, path, DelayChartPicture(context_.Documents, series_, DelayChartTitle(study), *format));
+    WriteFile(context_.Files, path, DelayChartPicture(context_.Documents, Series(), DelayChartTitle(study), *format));
 }
 
 }  // namespace vantor

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCheckBox>
 #include <QDialog>
 #include <QLabel>
 
@@ -18,13 +19,17 @@ public:
 private:
     QLayout* BuildLegend();
     QLayout* BuildButtons();
+    const DelaySeries& Series() const { return plot_->Series(); }
+    void ShowSeries();
     void ShowReadOut();
     void CopyPicture();
     void Save();
 
     AppContext& context_;
-    const DelaySeries series_;
+    const std::vector<RunListRow> rows_;
     DelayChartPlot* plot_ = nullptr;
+    QCheckBox* chkCountedOnly_ = nullptr;
+    QWidget* legendNotCounted_ = nullptr;
     QLabel* lblReadOut_ = nullptr;
 };
 

@@ -15,13 +15,12 @@ constexpr int RunIndexRole = Qt::UserRole;
 void ShowRun(Table& table, int row, const FileSystem& files, const std::string& folder, const std::string& name,
              LengthUnit unit) {
     table.SetText(row, 0, ToQt(name));
-    try {
-        if (const auto header = ReadRunHeader(files, folder, name)) SetRunRow(table, row, *header, unit);
-    } catch (const RunTimeError& error) {
-        const int notes = table.columnCount() - 1;
-        table.SetText(row, notes, ToQt(error.Message()).simplified());
-        for (const int column : {0, notes}) SetCellNote(*table.item(row, column), ToQt(error.Message()));
-    }
+    const RunReading reading = ReadRun(files, folder, name, RunPart::Header);
+    if (reading) return SetRunRow(table, row, reading.Run.Header, unit);
+    const int notes = table.columnCount() - 1;
+    const QString problem = ToQt(reading.Fault->Message());
+    table.SetText(row, notes, problem.simplified());
+    for (const int column : {0, notes}) SetCellNote(*table.item(row, column), problem);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "core/Numeric.h"
@@ -62,6 +63,7 @@ ResultsPanel::ResultsPanel(QWidget* parent) : QWidget(parent) {
     line->addWidget(BuildStudyResults(), 1);
     line->addWidget(BuildStopDelay());
     ShowResults({}, {});
+    ShowConditions({}, {});
 }
 
 QGroupBox* ResultsPanel::BuildStudyResults() {
@@ -72,7 +74,11 @@ QGroupBox* ResultsPanel::BuildStudyResults() {
     line->setSpacing(FigureSpacing);
     line->addLayout(Captioned(lblAvgContDelay_, "Avg. Control Delay (sec)"));
     line->addLayout(Captioned(lblLOSGrade_, "LOS Grade"));
-    line->addStretch(1);
+    lblWithoutWarned_ = Named<QLabel>(group, "lblWithoutWarned");
+    SetValueCaption(*lblWithoutWarned_, QStringLiteral("Warnings"));
+    lblWithoutWarned_->setTextFormat(Qt::PlainText);
+    lblWithoutWarned_->setWordWrap(true);
+    line->addWidget(lblWithoutWarned_, 1);
     return group;
 }
 
@@ -88,12 +94,36 @@ QGroupBox* ResultsPanel::BuildStopDelay() {
     txtStopSpdThreshold_->setPalette(clear);
     lblAvgStopDelay_ = Named<QLabel>(frStopDelayStats_, "lblAvgStopDelay");
     lblControl2StopRatio_ = Named<QLabel>(frStopDelayStats_, "lblControl2StopRatio");
-    auto* line = new QHBoxLayout(frStopDelayStats_);
+    auto* column = new QVBoxLayout(frStopDelayStats_);
+    auto* line = new QHBoxLayout;
+    column->addLayout(line);
+    column->addWidget(BuildOtherThresholds());
     line->setSpacing(FigureSpacing);
     line->addLayout(Captioned(txtStopSpdThreshold_, "Stop Speed Threshold", "MPH"));
     line->addLayout(Captioned(lblAvgStopDelay_, "Avg. Stop Delay", "s"));
     line->addLayout(Captioned(lblControl2StopRatio_, "Ratio of Control to Stop Delay"));
     return frStopDelayStats_;
+}
+
+QWidget* ResultsPanel::BuildOtherThresholds() {
+    otherThresholds_ = new QWidget(frStopDelayStats_);
+    lblOtherThresholds_ = Named<QLabel>(otherThresholds_, "lblOtherThresholds");
+    SetValueCaption(*lblOtherThresholds_, QStringLiteral("Thresholds of the stop delays"));
+    lblOtherThresholds_->setTextFormat(Qt::PlainText);
+    auto* button = Named<QPushButton>(otherThresholds_, "btnComputeAnew", QStringLiteral("Compute ane&w"));
+    button->setToolTip(QStringLiteral("Counts the stop delays anew at this threshold; all other figures stay."));
+    connect(button, &QPushButton::clicked, this, [this] { OnComputeAnew(); });
+    auto* line = new QHBoxLayout(otherThresholds_);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->addWidget(lblOtherThresholds_, 1);
+    line->addWidget(button);
+    return otherThresholds_;
+}
+
+void ResultsPanel::ShowConditions(const std::string& withoutWarned, const std::string& otherThresholds) {
+    lblWithoutWarned_->setText(ToQt(withoutWarned));
+    lblOtherThresholds_->setText(ToQt(otherThresholds));
+    otherThresholds_->setVisible(!otherThresholds.empty());
 }
 
 void ResultsPanel::ShowResults(const ResultLabels& labels, const AppSettings& settings) {

@@ -3,6 +3,8 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <functional>
+#include <string>
 
 #include "analysis/StudyResults.h"
 #include "core/AppSettings.h"
@@ -16,6 +18,10 @@ public:
 
     /// A figure that was never computed stays empty. The stop delay figures show only where they are enabled.
     void ShowResults(const ResultLabels& labels, const AppSettings& settings);
+    /// What the figures hold under, as AverageWithoutWarned and OtherThresholds say it; empty where there is nothing.
+    void ShowConditions(const std::string& withoutWarned, const std::string& otherThresholds);
+    /// The stop delays are to be counted anew, at the threshold in force.
+    std::function<void()> OnComputeAnew;
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -23,8 +29,12 @@ protected:
 private:
     QGroupBox* BuildStudyResults();
     QGroupBox* BuildStopDelay();
+    QWidget* BuildOtherThresholds();
     void ShowGrade();
 
+    QLabel* lblWithoutWarned_ = nullptr;
+    QWidget* otherThresholds_ = nullptr;
+    QLabel* lblOtherThresholds_ = nullptr;
     QLabel* lblAvgContDelay_ = nullptr;
     QLabel* lblLOSGrade_ = nullptr;
     QGroupBox* frStopDelayStats_ = nullptr;

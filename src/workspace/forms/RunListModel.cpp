@@ -18,7 +18,7 @@ struct ColumnOfList {
 
     bool IsNumber() const { return Alignment == Qt::AlignRight; }
 };
-/// In the order of RunListModel::Column; the status is no text of the row.
+/// In the order of RunListModel::Column; the status is made of several.
 constexpr std::array<ColumnOfList, RunListModel::ColumnCount> Columns = {
     {{"Run Name", &RunListRow::RunName},
      {"Date", &RunListRow::RunDate},
@@ -30,25 +30,37 @@ constexpr std::array<ColumnOfList, RunListModel::ColumnCount> Columns = {
      {"Status", nullptr}}};
 
 struct StateSign {
-    const char* Word;
     const char* Tip;
     const char* Icon;
     ColourPair (*Colours)(const QPalette&);
 };
 
 const StateSign& SignOf(RunState state) {
-    static constexpr StateSign counted = {"Counted", "Both boundaries are set: the run counts in the study's figures.",
-                                          "counted", GreenPair};
-    static constexpr StateSign notCounted = {
-        "Not counted", "A boundary is missing: set both with Show Details to count the run.", "not-counted", RedPair};
-    static constexpr StateSign missing = {
-        "Missing", "The run's file is not in the Study Group: the run has no figures.", "missing", AmberPair};
+    static constexpr StateSign counted = {"Both boundaries are set: the run counts in the study's figures.", "counted",
+                                          GreenPair};
+    static constexpr StateSign notCounted = {"A boundary is missing: set both with Show Details to count the run.",
+                                             "not-counted", RedPair};
+    static constexpr StateSign notThere = {"The run has no figures and does not count.", "missing", AmberPair};
     if (state == RunState::Counted) return counted;
-    return state == RunState::NotCounted ? notCounted : missing;
+    return state == RunState::NotCounted ? notCounted : notThere;
+}
+
+QString StatusText(const RunListRow& row) {
+    const QString word = QString::fromLatin1(StateWord(row.State));
+    return row.Warnings.empty() ? word : word + QStringLiteral(": ") + ToQt(Joined(row.Warnings, "; "));
+}
+
+/// The word and what it means, then what is wrong with the run, a line each.
+QString TipOf(const RunListRow& row) {
+    QString tip =
+        QStringLiteral("%1. %2").arg(QLatin1String(StateWord(row.State)), QLatin1String(SignOf(row.State).Tip));
+    if (!row.Facts.Problem.empty()) tip += QStringLiteral("\n") + ToQt(row.Facts.Problem);
+    for (const std::string& warning : row.Warnings) tip += QStringLiteral("\nWarning: ") + ToQt(warning);
+    return tip;
 }
 
 QString TextOf(const RunListRow& row, const ColumnOfList& column) {
-    return column.Text == nullptr ? QString::fromLatin1(SignOf(row.State).Word) : ToQt(row.*column.Text);
+    return column.Text == nullptr ? StatusText(row) : ToQt(row.*column.Text);
 }
 
 /// "mm/dd/yy" as year, month and day, so that dates sort by time.
@@ -91,11 +103,13 @@ QVariant RunListModel::data(const QModelIndex& index, int role) const {
         case Qt::TextAlignmentRole: return static_cast<int>(column.Alignment | Qt::AlignVCenter);
         case Qt::BackgroundRole: return sign.Colours(QGuiApplication::palette()).Background;
         case Qt::ForegroundRole: return sign.Colours(QGuiApplication::palette()).Text;
-        case Qt::DecorationRole: return index.column() == Name ? LineIcon(QLatin1String(sign.Icon)) : QVariant();
-        case Qt::ToolTipRole: return QStringLiteral("%1. %2").arg(QLatin1String(sign.Word), QLatin1String(sign.Tip));
+        case Qt::DecorationRole:
+            if (index.column() == Status && !row.Warnings.empty()) return LineIcon(QStringLiteral("missing"));
+            return index.column() == Name ? LineIcon(QLatin1String(sign.Icon)) : QVariant();
+        case Qt::ToolTipRole: return TipOf(row);
         case Qt::AccessibleTextRole:
-            if (column.Text == nullptr || (row.*column.Text).empty()) return QString::fromLatin1(sign.Word);
-            return QStringLiteral("%1, %2").arg(TextOf(row, column).trimmed(), QLatin1String(sign.Word));
+            if (column.Text == nullptr || (row.*column.Text).empty()) return StatusText(row);
+            return QStringLiteral("%1, %2").arg(TextOf(row, column).trimmed(), StatusText(row));
         case SortRole: return SortKey(row, index.column());
         default: return {};
     }

@@ -11,7 +11,6 @@ namespace vantor {
 namespace {
 
 /// Characters that the record keeps of its texts.
-constexpr int StudyNameWidth = 32;
 constexpr int StreetNameWidth = 40;
 constexpr int StudyNotesWidth = 128;
 

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "analysis/StudyEdits.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/Settings.h"
@@ -71,6 +72,7 @@ QWidget* frmMain::BuildStudyDetails() {
     column->addWidget(vaRunList_, 1);
     column->addLayout(BuildRunListButtons(frame));
     column->addWidget(results_ = new ResultsPanel(frame));
+    results_->OnComputeAnew = [this] { Guarded(context_.Messages, [this] { ComputeStopDelaysAnew(); }); };
     return frame;
 }
 
@@ -130,7 +132,9 @@ void frmMain::BuildStatusBar() {
     // A long folder must not keep the window from becoming narrow.
     lblStudyGroup_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     lblSaved_ = Named<QLabel>(statusBar(), "lblSaved");
+    lblCutShort_ = Named<QLabel>(statusBar(), "lblCutShort");
     statusBar()->addWidget(lblStudyGroup_, 1);
+    statusBar()->addPermanentWidget(lblCutShort_);
     statusBar()->addPermanentWidget(lblSaved_);
 }
 
@@ -205,12 +209,14 @@ void frmMain::ShowStudy() {
 void frmMain::RefreshStudyResults() {
     Study& study = context_.State.CurrentStudy;
     std::vector<RunListRow> rows;
-    Guarded(context_.Messages,
-            [&] { rows = MakeRunListRows(study, context_.Files, StudyGroupFolder(context_.State)); });
+    Guarded(context_.Messages, [&] {
+        rows = MakeRunListRows(study, context_.Files, StudyGroupFolder(context_.State), context_.State.Settings);
+    });
     vaRunList_->SetRows(std::move(rows));
     vaRunList_->ShowStopDelay(context_.State.Settings.EnableStopDelay != 0);
     Guarded(context_.Messages, [&] { ComputeStudyResults(study, vaRunList_->Rows(), labels_); });
     results_->ShowResults(labels_, context_.State.Settings);
+    results_->ShowConditions(AverageWithoutWarned(vaRunList_->Rows()), OtherThresholds(vaRunList_->Rows()));
     const bool hasRuns = vaRunList_->ActiveRun() != 0;
     btnDeleteRun_->setEnabled(hasRuns);
     btnShowDetails_->setEnabled(hasRuns);
@@ -224,6 +230,12 @@ void frmMain::RefreshStudyResults() {
     TellMissingRuns();
 }
 
+void frmMain::ComputeStopDelaysAnew() {
+    ComputeStopDelays(context_.State.CurrentStudy, vaRunList_->Rows(), context_.State.Settings);
+    context_.State.StudyUnchanged = false;
+    RefreshStudyResults();
+}
+
 void frmMain::ShowStatus() {
     const ApplicationState& state = context_.State;
     if (state.StudyUnchanged) recovery_.Settle();
@@ -234,6 +246,7 @@ void frmMain::ShowStatus() {
     lblStudyGroup_->setText(QStringLiteral("Study Group: ") + folder);
     lblStudyGroup_->setToolTip(folder);
     const bool isNew = name.isEmpty() && state.CurrentStudy.Record.RunCount == 0;
+    lblCutShort_->setText(state.CurrentStudy.MissingEntries == 0 ? QString() : ToQt(CutShortText(state.CurrentStudy)));
     lblSaved_->setText(!state.StudyUnchanged ? QStringLiteral("Not saved")
                                              : (isNew ? QStringLiteral("New study") : QStringLiteral("Saved")));
 }
@@ -241,8 +254,8 @@ void frmMain::ShowStatus() {
 void frmMain::TellMissingRuns() {
     const std::vector<RunListRow>& rows = vaRunList_->Rows();
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (rows[i].State != RunState::Missing) continue;
         const std::string name = RunFileName(context_.State.CurrentStudy.Entries[static_cast<int>(i) + 1]);
+        if (rows[i].State != RunState::Missing && IsSafeName(name)) continue;
         if (!toldRuns_.insert(FoldCase(name)).second) continue;
         if (IsSafeName(name))
             TellMissingRun(context_.Messages, name);

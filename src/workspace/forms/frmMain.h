@@ -61,6 +61,7 @@ private:
     void ShowStudy();
     void ShowStatus();
     void TellMissingRuns();
+    void ComputeStopDelaysAnew();
 
     void StartNewStudy();
     void OpenExistingStudy();
@@ -98,6 +99,7 @@ private:
     QPushButton* btnShowDetails_ = nullptr;
     QPushButton* btnEditRun_ = nullptr;
     QLabel* lblStudyGroup_ = nullptr;
+    QLabel* lblCutShort_ = nullptr;
     QLabel* lblSaved_ = nullptr;
 };
 

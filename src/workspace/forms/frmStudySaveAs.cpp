@@ -18,8 +18,6 @@
 namespace vantor {
 namespace {
 
-constexpr int StudyNameWidth = 32;
-
 std::string Joined(const std::vector<std::string>& names) {
     constexpr std::size_t MostShown = 8;
     std::string joined;

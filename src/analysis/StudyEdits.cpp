@@ -1,0 +1,91 @@
+#include "analysis/StudyEdits.h"
+
+#include "core/ContentHash.h"
+#include "core/RunFile.h"
+#include "core/StudyFile.h"
+
+namespace vantor {
+namespace {
+
+Computation ComputationOf(const RunRecord& run, const StudyRunEntry& entry) {
+    return {MovementHash(run), entry.CDStartDist, entry.CDEndDist, entry.IdealSpeedUser, {}};
+}
+
+bool HasSameBoundaries(const StudyRunEntry& left, const StudyRunEntry& right) {
+    return left.CDStartDist == right.CDStartDist && left.CDEndDist == right.CDEndDist &&
+           left.IdealSpeedUser == right.IdealSpeedUser;
+}
+
+/// Nothing when the run was computed from the boundaries of `wanted`; else the reason, with the entry as it was.
+std::optional<std::string> Compute(const StudyRunEntry& wanted, StudyRunEntry& entry, const FileSystem& files,
+                                   const std::string& folder, const AppSettings& settings) {
+    const std::string name = RunFileName(entry);
+    const RunReading reading = ReadRun(files, folder, name, RunPart::Whole);
+    if (reading.Outcome == RunOutcome::Missing) return "Missing Run File: " + name;
+    if (!reading) return name + ": " + reading.Fault->Message();
+    StudyRunEntry computed = wanted;
+    try {
+        PlotState plot = PlacedBoundaries(reading.Run, computed);
+        ComputeEntry(reading.Run, settings, plot, computed);
+        entry = std::move(computed);
+        return std::nullopt;
+    } catch (const RunTimeError& error) {
+        // Boundaries that are refused leave figures that still belong to the old ones.
+        if (HasSameBoundaries(wanted, entry)) entry.Computed = computed.Computed;
+        return name + ": " + error.Message();
+    }
+}
+
+}  // namespace
+
+IdealSpeed ComputeEntry(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry) {
+    try {
+        const IdealSpeed ideal = ComputeRunDelay(run, settings, plot, entry);
+        entry.Computed = ComputationOf(run, entry);
+        entry.StopDelayThreshold = settings.StopSpeedThreshold;
+        return ideal;
+    } catch (const RunTimeError& error) {
+        // The stop delay is counted before anything of the control delay can fail.
+        entry.StopDelayThreshold = settings.StopSpeedThreshold;
+        if (!entry.Computed) entry.Computed = ComputationOf(run, entry);
+        entry.Computed->Failure = error.what();
+        throw;
+    }
+}
+
+std::vector<RunNotComputed> SetBounds(Study& study, const std::vector<int>& runs, const Bounds& bounds,
+                                      const FileSystem& files, const std::string& folder, const AppSettings& settings) {
+    std::vector<RunNotComputed> failed;
+    for (const int run : runs) {
+        StudyRunEntry wanted = study.Entries[run];
+        wanted.CDStartDist = bounds.StartDist;
+        wanted.CDEndDist = bounds.EndDist;
+        wanted.IdealSpeedUser = bounds.IdealSpeedUser.value_or(wanted.IdealSpeedUser);
+        if (auto reason = Compute(wanted, study.Entries[run], files, folder, settings))
+            failed.push_back({run, std::move(*reason)});
+    }
+    return failed;
+}
+
+std::vector<RunNotComputed> ComputeRuns(Study& study, const FileSystem& files, const std::string& folder,
+                                        const AppSettings& settings) {
+    std::vector<RunNotComputed> failed;
+    for (int run = 1; run <= study.Record.RunCount; ++run) {
+        StudyRunEntry& entry = study.Entries[run];
+        if (!HasBothBoundaries(entry)) continue;
+        if (auto reason = Compute(StudyRunEntry(entry), entry, files, folder, settings))
+            failed.push_back({run, std::move(*reason)});
+    }
+    return failed;
+}
+
+void ComputeStopDelays(Study& study, const std::vector<RunListRow>& rows, const AppSettings& settings) {
+    for (int run = 1; run <= study.Record.RunCount; ++run) {
+        const RunListRow& row = rows[static_cast<std::size_t>(run - 1)];
+        if (row.State != RunState::Counted) continue;
+        study.Entries[run].StopDelay = row.Facts.Search.StopDelay;
+        study.Entries[run].StopDelayThreshold = settings.StopSpeedThreshold;
+    }
+}
+
+}  // namespace vantor

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/DelayStatistics.h"
+#include "analysis/StudyResults.h"
+#include "core/AppSettings.h"
+#include "core/StudyRecords.h"
+#include "core/ports/FileSystem.h"
+
+namespace vantor {
+
+// What changes the figures of a study. Window and commands make the same change by the same function.
+
+/// As ComputeRunDelay; the entry also keeps what its figures were computed from, or why they could not be.
+IdealSpeed ComputeEntry(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry);
+
+struct Bounds {
+    std::int32_t StartDist = 0;  ///< feet
+    std::int32_t EndDist = 0;
+    std::optional<std::int32_t> IdealSpeedUser;  ///< miles per hour, 0 for none; nothing leaves it as it is
+};
+
+/// A run of the study that could not be computed: its entry is as it was.
+struct RunNotComputed {
+    int Run = 0;  ///< from 1
+    std::string Reason;
+};
+
+/// Gives those runs (from 1) these boundaries and computes them.
+[[nodiscard]] std::vector<RunNotComputed> SetBounds(Study& study, const std::vector<int>& runs, const Bounds& bounds,
+                                                    const FileSystem& files, const std::string& folder,
+                                                    const AppSettings& settings);
+
+/// Computes the runs whose boundaries are set. One whose computation fails keeps its figures, which are earlier ones
+/// then.
+[[nodiscard]] std::vector<RunNotComputed> ComputeRuns(Study& study, const FileSystem& files, const std::string& folder,
+                                                      const AppSettings& settings);
+
+/// Counts the stop delays of the counted runs anew at the stop speed of the settings and leaves all other figures.
+void ComputeStopDelays(Study& study, const std::vector<RunListRow>& rows, const AppSettings& settings);
+
+}  // namespace vantor

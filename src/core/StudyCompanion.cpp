@@ -1,0 +1,131 @@
+#include "core/StudyCompanion.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <unordered_map>
+
+#include "core/StudyFile.h"
+#include "core/Text.h"
+
+namespace vantor {
+namespace {
+
+/// Members keep their order, so that a file stays as it was where nothing changed.
+using Json = nlohmann::ordered_json;
+
+constexpr const char* VersionMember = "version";
+constexpr int Version = 1;
+constexpr const char* RunsMember = "runs";
+constexpr const char* NameMember = "EntryRunName";
+constexpr const char* ComputedMember = "computed";
+constexpr const char* FailureMember = "failure";
+constexpr const char* MovementMember = "movement";
+
+struct NumberMember {
+    const char* Name;
+    std::int32_t Computation::*Number;
+};
+constexpr std::array Numbers = {NumberMember{"CDStartDist", &Computation::CDStartDist},
+                                NumberMember{"CDEndDist", &Computation::CDEndDist},
+                                NumberMember{"IdealSpeedUser", &Computation::IdealSpeedUser}};
+constexpr const char* ThresholdMember = "StopSpeedThreshold";
+
+/// 16 hexadecimal digits: a JSON number holds no 64 bits everywhere.
+std::string HashText(std::uint64_t hash) {
+    constexpr std::string_view Digits = "0123456789abcdef";
+    std::string text(16, '0');
+    for (auto digit = text.rbegin(); digit != text.rend(); ++digit, hash >>= 4) *digit = Digits[hash & 0xF];
+    return text;
+}
+
+Json AsJson(const Computation& computation) {
+    Json json = {{MovementMember, HashText(computation.Movement)}};
+    for (const NumberMember& member : Numbers) json[member.Name] = computation.*member.Number;
+    if (!computation.Failure.empty()) json[FailureMember] = computation.Failure;
+    return json;
+}
+
+/// Throws the library's errors for members that are missing or of another kind.
+Computation ComputationFrom(const Json& json) {
+    Computation computation;
+    computation.Movement = std::stoull(json.at(MovementMember).get<std::string>(), nullptr, 16);
+    for (const NumberMember& member : Numbers) computation.*member.Number = json.at(member.Name).get<std::int32_t>();
+    computation.Failure = json.value(FailureMember, std::string());
+    return computation;
+}
+
+Json FromText(const std::string& object) { return object.empty() ? Json::object() : Json::parse(object); }
+
+std::string TextOfRest(Json object, std::initializer_list<const char*> known) {
+    for (const char* member : known) object.erase(member);
+    return object.empty() ? std::string() : object.dump();
+}
+
+bool HasFacts(const StudyRunEntry& entry) {
+    return entry.Computed || entry.StopDelayThreshold || !entry.OtherFacts.empty();
+}
+
+/// Throws the library's errors for a member of another kind than it should be.
+StudyRunEntry FactsFrom(const Json& run) {
+    StudyRunEntry entry;
+    entry.EntryRunName = run.at(NameMember).get<std::string>();
+    if (const auto computed = run.find(ComputedMember); computed != run.end())
+        entry.Computed = ComputationFrom(*computed);
+    if (const auto threshold = run.find(ThresholdMember); threshold != run.end())
+        entry.StopDelayThreshold = threshold->get<std::int16_t>();
+    entry.OtherFacts = TextOfRest(run, {NameMember, ComputedMember, ThresholdMember});
+    return entry;
+}
+
+std::string KeyOf(const StudyRunEntry& entry) { return FoldCase(RunFileName(entry)); }
+
+}  // namespace
+
+bool NeedsCompanion(const Study& study) {
+    return !study.OtherFacts.empty() || std::any_of(study.Entries.begin(), study.Entries.end(), HasFacts);
+}
+
+std::vector<std::byte> EncodeCompanion(const Study& study) {
+    Json file = {{VersionMember, Version}, {RunsMember, Json::array()}};
+    for (int i = 1; i <= study.Record.RunCount; ++i) {
+        const StudyRunEntry& entry = study.Entries[i];
+        if (!HasFacts(entry)) continue;
+        Json run = {{NameMember, RunFileName(entry)}};
+        if (entry.Computed) run[ComputedMember] = AsJson(*entry.Computed);
+        if (entry.StopDelayThreshold) run[ThresholdMember] = *entry.StopDelayThreshold;
+        run.update(FromText(entry.OtherFacts));
+        file[RunsMember].push_back(std::move(run));
+    }
+    file.update(FromText(study.OtherFacts));
+    const std::string text = file.dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
+    const auto bytes = std::as_bytes(std::span(text));
+    return {bytes.begin(), bytes.end()};
+}
+
+bool DecodeCompanion(std::span<const std::byte> file, Study& study) {
+    try {
+        const auto* text = reinterpret_cast<const char*>(file.data());
+        const Json companion = Json::parse(text, text + file.size());
+        std::unordered_map<std::string, StudyRunEntry> facts;
+        for (const Json& run : companion.at(RunsMember)) {
+            StudyRunEntry entry = FactsFrom(run);
+            facts[KeyOf(entry)] = std::move(entry);
+        }
+        std::string otherFacts = TextOfRest(companion, {VersionMember, RunsMember});
+        for (int i = 1; i <= study.Record.RunCount; ++i) {
+            const auto known = facts.find(KeyOf(study.Entries[i]));
+            if (known == facts.end()) continue;
+            study.Entries[i].Computed = known->second.Computed;
+            study.Entries[i].StopDelayThreshold = known->second.StopDelayThreshold;
+            study.Entries[i].OtherFacts = known->second.OtherFacts;
+        }
+        study.OtherFacts = std::move(otherFacts);
+        return true;
+    } catch (const Json::exception&) {
+        return false;
+    } catch (const std::logic_error&) {
+        return false;  // a hash that is no number
+    }
+}
+
+}  // namespace vantor

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "core/StudyRecords.h"
+
+namespace vantor {
+
+/// Extension of the file beside a study that keeps what the study file has no room for: how the figures of its runs
+/// came about. A missing one means that nothing is known.
+inline constexpr const char* CompanionExtension = ".study.json";
+
+/// The companion of a study as the bytes of its file. Members of later versions are carried through.
+std::vector<std::byte> EncodeCompanion(const Study& study);
+
+/// Takes what the companion tells of a study over into it. False for a file that is no companion: nothing is known
+/// then.
+[[nodiscard]] bool DecodeCompanion(std::span<const std::byte> file, Study& study);
+
+/// True when there is something to keep.
+bool NeedsCompanion(const Study& study);
+
+}  // namespace vantor

@@ -1,0 +1,99 @@
+#include "analysis/RunFacts.h"
+
+#include <gmock/gmock.h>
+
+#include "analysis/StudyEdits.h"
+#include "core/StudyFile.h"
+#include "core/Text.h"
+#include "fakes/FakePorts.h"
+
+namespace vantor {
+namespace {
+
+/// Ten seconds at 44 ft a second (30 mph), with the third and the fourth at rest.
+RunReading StoppedOnce() {
+    RunReading reading;
+    reading.Outcome = RunOutcome::Run;
+    reading.Run.Header.CalConstant = 1000;
+    reading.Run.Header.SampleCount = reading.SamplesInFile = 10;
+    for (const int pulses : {44, 44, 0, 0, 44, 44, 44, 44, 44, 44})
+        reading.Run.SampleValues.Append(static_cast<std::int16_t>(pulses));
+    reading.Run.RunSamples.ResizeTo(10);
+    return reading;
+}
+
+AppSettings EnglishSettings() {
+    AppSettings settings;
+    settings.SpeedFactor = 3600.0F / 5280.0F;
+    return settings;
+}
+
+struct Case {
+    std::int32_t Start;
+    std::int32_t End;
+    std::int32_t IdealSpeed;
+    const char* Warnings;
+    void (*Afterwards)(StudyRunEntry&, RunReading&) = [](StudyRunEntry&, RunReading&) {};
+};
+
+// From 88 ft (second 2, counted twice) to 300 ft (second 8): 6 s for 212 ft, 5 s at 30 mph, delay 1 s.
+TEST(RunWarnings, NameWhatAFigureDoesNotTell) {
+    const Case cases[] = {
+        {88, 300, 0, ""},
+        {88, 0, 0, ""},
+        {88, 5000, 0, "end not reached; negative control delay"},
+        {5000, 6000, 0, "start not reached; end not reached; not computed"},
+        {88, 80, 0, "end before start"},
+        {88, 300, 5, "negative control delay; ideal speed below 10 mph"},
+        {88, 300, 90, "ideal speed above 80 mph"},
+        {88, 300, 0, "boundary moved without a computation",
+         [](StudyRunEntry& entry, RunReading&) { entry.CDEndDist = 310; }},
+        {88, 300, 0, "run changed since it was computed",
+         [](StudyRunEntry&, RunReading& reading) { reading.Run.SampleValues[10] = 43; }},
+        {88, 300, 0, "", [](StudyRunEntry&, RunReading& reading) { reading.Run.SampleValues[9] |= 0x0500; }},
+        {88, 300, 0, "", [](StudyRunEntry& entry, RunReading&) { entry.Computed.reset(); }},
+        {88, 300, 0, "cut (3 of 10 samples)", [](StudyRunEntry&, RunReading& reading) { reading.SamplesInFile = 3; }},
+    };
+    for (const Case& expected : cases) {
+        RunReading reading = StoppedOnce();
+        StudyRunEntry entry;
+        entry.CDStartDist = expected.Start;
+        entry.CDEndDist = expected.End;
+        entry.IdealSpeedUser = expected.IdealSpeed;
+        PlotState plot = PlacedBoundaries(reading.Run, entry);
+        try {
+            if (expected.End != 0) ComputeEntry(reading.Run, EnglishSettings(), plot, entry);
+        } catch (const RunTimeError&) {
+            EXPECT_FALSE(entry.Computed->Failure.empty());
+        }
+        expected.Afterwards(entry, reading);
+        const auto warnings = RunWarnings(entry, FactsOf(reading, entry, EnglishSettings()));
+        EXPECT_EQ(Joined(warnings, "; "), expected.Warnings) << expected.Start << " " << expected.End;
+    }
+}
+
+TEST(ComputeRuns, OneThatFailsKeepsItsFiguresAndSaysSo) {
+    TestProgram program;
+    RunRecord run = StoppedOnce().Run;
+    WriteRunFile(program.Files, run, "/start/", "NB-1");
+    Study study;
+    AppendRun(study, "NB-1");
+    ASSERT_TRUE(SetBounds(study, {1}, {88, 300, {}}, program.Files, "/start/", EnglishSettings()).empty());
+    EXPECT_EQ(study.Entries[1].ControlDelay, 1);
+    EXPECT_EQ(study.Entries[1].StopDelayThreshold, 0);
+
+    std::ranges::fill(run.SampleValues, std::int16_t{0});
+    WriteRunFile(program.Files, run, "/start/", "NB-1");
+    ASSERT_EQ(ComputeRuns(study, program.Files, "/start/", EnglishSettings()).size(), 1U);
+    EXPECT_EQ(study.Entries[1].ControlDelay, 1);
+    const auto rows = MakeRunListRows(study, program.Files, "/start/", EnglishSettings());
+    EXPECT_THAT(rows.front().Warnings, testing::Contains("not computed: the figure is an earlier one"));
+
+    program.Files.Delete("/start/NB-1.rd2");
+    const StudyRunEntry before = study.Entries[1];
+    EXPECT_EQ(ComputeRuns(study, program.Files, "/start/", EnglishSettings()).front().Reason, "Missing Run File: NB-1");
+    EXPECT_EQ(study.Entries[1], before);
+}
+
+}  // namespace
+}  // namespace vantor
