@@ -51,13 +51,19 @@ std::vector<RunListRow> ReportData::Rows() const {
 }
 
 ReportData LoadReportData(const Study& study, const AppSettings& settings, const FileSystem& files,
-                          const std::string& folder, Date printed) {
+                          const std::string& folder, Date printed, const Progress& progress) {
     ReportData data;
     data.Contents = study;
     data.StudyGroup = LastComponent(folder);
     data.Settings = settings;
     data.Printed = printed;
-    for (int i = 1; i <= study.Record.RunCount; ++i) data.Runs.push_back(LoadRun(data, i, files, folder));
+    for (int i = 1; i <= study.Record.RunCount; ++i) {
+        if (!progress(static_cast<std::uint64_t>(i - 1), static_cast<std::uint64_t>(study.Record.RunCount))) {
+            data.Runs.clear();
+            return data;
+        }
+        data.Runs.push_back(LoadRun(data, i, files, folder));
+    }
     const std::vector<RunListRow> rows = data.Rows();
     ComputeStudyResults(data.Contents, rows, data.Labels);
     data.WithoutWarned = AverageWithoutWarned(rows);

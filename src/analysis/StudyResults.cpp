@@ -79,10 +79,11 @@ RunListRow MakeRunListRow(const StudyRunEntry& entry, RunFacts runFacts, const A
 }
 
 std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& files, const std::string& folder,
-                                        const AppSettings& settings) {
+                                        const AppSettings& settings, const Progress& progress) {
     std::vector<RunListRow> rows;
     rows.reserve(study.RunNames.size());
-    for (int i = 1; i <= study.Record.RunCount; ++i) {
+    const auto count = static_cast<std::uint64_t>(study.Record.RunCount);
+    for (int i = 1; i <= study.Record.RunCount && progress(static_cast<std::uint64_t>(i - 1), count); ++i) {
         const StudyRunEntry& entry = study.Entries[i];
         rows.push_back(MakeRunListRow(entry, ReadRunFacts(files, folder, entry, settings), settings));
     }

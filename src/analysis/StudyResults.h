@@ -7,6 +7,7 @@
 
 #include "analysis/RunFacts.h"
 #include "core/AppSettings.h"
+#include "core/Progress.h"
 #include "core/StudyRecords.h"
 #include "core/ports/FileSystem.h"
 
@@ -52,9 +53,9 @@ struct ResultLabels {
 
 RunListRow MakeRunListRow(const StudyRunEntry& entry, RunFacts facts, const AppSettings& settings);
 
-/// A row for each run of the study, read from its files in `folder`.
+/// A row for each run of the study, read from its files in `folder`. Stopped, those of the runs read by then.
 std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& files, const std::string& folder,
-                                        const AppSettings& settings);
+                                        const AppSettings& settings, const Progress& progress = {});
 
 /// Averages the counted rows into the study's record and the labels. With no counted row nothing changes; with an
 /// average stop delay of 0 the ratio stays as it was. Error 6 for a sum that does not fit.

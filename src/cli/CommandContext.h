@@ -7,6 +7,7 @@
 
 #include "analysis/StudyResults.h"
 #include "core/ApplicationState.h"
+#include "core/Progress.h"
 #include "core/ports/ApplicationEnd.h"
 #include "core/ports/Clock.h"
 #include "core/ports/Desktop.h"
@@ -21,7 +22,7 @@ namespace vantor {
 /// Keys keep the order of the records.
 using Json = nlohmann::ordered_json;
 
-enum ExitStatus : int { Done = 0, Failed = 1, WrongUsage = 2, FatalFormat = 3 };
+enum ExitStatus : int { Done = 0, Failed = 1, WrongUsage = 2, FatalFormat = 3, Stopped = 128 };
 
 /// What a command works with. Results go to Out, everything else to Err.
 struct CommandContext {
@@ -37,6 +38,7 @@ struct CommandContext {
     std::ostream& Out;
     std::ostream& Err;
     bool AsJson = false;
+    Progress Work{};
 
     /// Names on Err the runs of a study that are not there, each with the reason, and what makes figures mean something
     /// else than they seem to. Failed where a file is there that cannot be read as a run.

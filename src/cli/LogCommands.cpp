@@ -90,7 +90,9 @@ int ConvertLog(CommandContext& context, const std::string& path, const std::stri
         context.Err << path << "\nThe last record of the log is incomplete: " << log.DroppedBytes
                     << " bytes at the end of the file were left out.\n";
     ArrangeForReview(log);
-    context.Print(WriteLogRuns(context.Files, log, folder, context.State.Settings));
+    const auto names = WriteLogRuns(context.Files, log, folder, context.State.Settings, context.Work);
+    if (names.empty() && !context.Work(1, 1)) return Stopped;
+    context.Print(names);
     return Done;
 }
 

@@ -202,11 +202,16 @@ std::vector<std::string> RunsTooLong(const FieldLog& reviewed) {
 }
 
 std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, const std::string& folder,
-                                      const AppSettings& settings) {
+                                      const AppSettings& settings, const Progress& progress) {
+    constexpr double Written = 0.7;
+    const Progress writing = progress.Part(0, Written);
     const auto batch = files.BeginWrites();
     std::vector<std::string> names;
     std::string tooLong;
-    for (const auto& [number, points] : PointsOfRuns(reviewed)) {
+    const auto runs = PointsOfRuns(reviewed);
+    std::uint64_t done = 0;
+    for (const auto& [number, points] : runs) {
+        if (!writing(done++, runs.size())) return {};
         try {
             RunRecord run = MakeRun(reviewed, points, settings);
             const std::string name = RunFileName(files, AsFolder(folder), reviewed, number);
@@ -217,7 +222,7 @@ std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewe
             tooLong += error.Place() + "\n";
         }
     }
-    batch->Commit();
+    if (!batch->Commit(progress.Part(Written, 1))) return {};
     if (!tooLong.empty())
         throw RunTimeError(ErrorNumber::Overflow,
                            reviewed.Folder + reviewed.Name + reviewed.Extension + "\n" + tooLong +

@@ -26,8 +26,8 @@ std::vector<std::string> RunsTooLong(const FieldLog& reviewed);
 
 /// Writes the runs of a log into a folder and returns their names, base name + "-R" + run number. No run file is
 /// replaced: a name that exists gets a number. All run files appear together (WriteBatch::Commit). A run that is too
-/// long is left out: the others are written, then it is error 6 that names the run.
+/// long is left out: the others are written, then it is error 6 that names the run. Stopped, it has written none.
 std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, const std::string& folder,
-                                      const AppSettings& settings);
+                                      const AppSettings& settings, const Progress& progress = {});
 
 }  // namespace vantor
