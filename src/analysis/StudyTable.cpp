@@ -17,6 +17,7 @@ namespace {
 struct TableRun {
     StudyRunEntry Entry;
     std::optional<RunHeader> Header;
+    Units Shown;
 };
 
 struct TableColumn {
@@ -37,6 +38,16 @@ SheetCell FigureOf(const TableRun& run) {
     return run.Header ? SheetCell(static_cast<double>(run.Entry.*Figure)) : SheetCell();
 }
 
+template <std::int32_t StudyRunEntry::*Feet>
+SheetCell LengthOf(const TableRun& run) {
+    return run.Header ? SheetCell(static_cast<double>(run.Shown.WholeLength(run.Entry.*Feet))) : SheetCell();
+}
+
+template <std::int32_t StudyRunEntry::*Mph>
+SheetCell SpeedOf(const TableRun& run) {
+    return run.Header ? SheetCell(static_cast<double>(run.Shown.WholeSpeed(run.Entry.*Mph))) : SheetCell();
+}
+
 SheetCell StateOf(const TableRun& run) {
     if (!run.Header) return "Missing";
     return HasBothBoundaries(run.Entry) ? "Counted" : "Not counted";
@@ -52,10 +63,10 @@ const std::array Columns = {
                 [](const TableRun& run) {
                     return OfHeader(run, [](const RunHeader& h) { return RunTypeText(h.HeaderWord1); });
                 }},
-    TableColumn{{"Start Boundary (ft)", "0", 19}, FigureOf<&StudyRunEntry::CDStartDist>},
-    TableColumn{{"End Boundary (ft)", "0", 18}, FigureOf<&StudyRunEntry::CDEndDist>},
-    TableColumn{{"Ideal Speed (mph)", "0", 18}, FigureOf<&StudyRunEntry::IdealSpeedCalc>},
-    TableColumn{{"User Ideal Speed (mph)", "0", 22}, FigureOf<&StudyRunEntry::IdealSpeedUser>},
+    TableColumn{{"Start Boundary (ft)", "0", 19}, LengthOf<&StudyRunEntry::CDStartDist>},
+    TableColumn{{"End Boundary (ft)", "0", 18}, LengthOf<&StudyRunEntry::CDEndDist>},
+    TableColumn{{"Ideal Speed (mph)", "0", 18}, SpeedOf<&StudyRunEntry::IdealSpeedCalc>},
+    TableColumn{{"User Ideal Speed (mph)", "0", 22}, SpeedOf<&StudyRunEntry::IdealSpeedUser>},
     TableColumn{{"Control Delay (s)", "0", 17}, FigureOf<&StudyRunEntry::ControlDelay>},
     TableColumn{{"LOS Grade", "General", 11},
                 [](const TableRun& run) {
@@ -64,6 +75,15 @@ const std::array Columns = {
     TableColumn{{"Stop Delay (s)", "0", 15}, FigureOf<&StudyRunEntry::StopDelay>},
     TableColumn{{"Status", "General", 13}, StateOf},
 };
+
+/// A column whose head, written for feet and miles per hour, names the shown unit.
+SheetColumn ColumnIn(const Units& units, SheetColumn column) {
+    if (!units.Metric) return column;
+    for (const auto& [english, metric] : {std::pair{"(ft)", "(m)"}, std::pair{"(mph)", "(kph)"}})
+        if (const std::size_t at = column.Head.find(english); at != std::string::npos)
+            column.Head.replace(at, std::string_view(english).size(), metric);
+    return column;
+}
 
 template <std::size_t Count>
 SheetCell ItemCell(const std::array<const char*, Count>& items, std::int16_t position) {
@@ -102,11 +122,11 @@ SheetField FieldOf(const SheetCell& cell, const SheetColumn& column) {
 
 }  // namespace
 
-OutgoingTable StudyTable(const Study& study, const FileSystem& files, const std::string& folder) {
+OutgoingTable StudyTable(const Study& study, const FileSystem& files, const std::string& folder, const Units& units) {
     std::vector<TableRun> runs;
     std::vector<RunListRow> rows;
     for (int i = 1; i <= study.Record.RunCount; ++i) {
-        runs.push_back({study.Entries[i], HeaderOf(study.Entries[i], files, folder)});
+        runs.push_back({study.Entries[i], HeaderOf(study.Entries[i], files, folder), units});
         rows.push_back(MakeRunListRow(runs.back().Entry, runs.back().Header));
     }
     Study computed = study;
@@ -115,18 +135,18 @@ OutgoingTable StudyTable(const Study& study, const FileSystem& files, const std:
     const auto counted = std::ranges::count(rows, RunState::Counted, &RunListRow::State);
     const Sheet studySheet = StudySheet(computed.Record, folder, labels, static_cast<int>(counted));
 
-    return {[runs, studySheet] {
+    return {[runs, studySheet, units] {
                 Sheet list{"Runs", {}, {}};
-                for (const TableColumn& column : Columns) list.Columns.push_back(column.Sheet);
+                for (const TableColumn& column : Columns) list.Columns.push_back(ColumnIn(units, column.Sheet));
                 for (const TableRun& run : runs) {
                     auto& row = list.Rows.emplace_back();
                     for (const TableColumn& column : Columns) row.push_back(column.Value(run));
                 }
                 return std::vector{list, studySheet};
             },
-            [runs] {
+            [runs, units] {
                 std::vector<SheetRow> texts(1);
-                for (const TableColumn& column : Columns) texts.front().push_back({column.Sheet.Head});
+                for (const TableColumn& column : Columns) texts.front().push_back({ColumnIn(units, column.Sheet).Head});
                 for (const TableRun& run : runs) {
                     SheetRow& row = texts.emplace_back();
                     for (const TableColumn& column : Columns) row.push_back(FieldOf(column.Value(run), column.Sheet));

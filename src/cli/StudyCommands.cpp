@@ -172,7 +172,8 @@ int ExportStudy(CommandContext& context, const std::string& path, const std::str
     const auto study = LoadNamedStudy(context, file);
     if (!study) return Failed;
     WriteFile(context.Files, output,
-              EncodeTable(output, StudyTable(*study, context.Files, file.Folder), context.Sheets));
+              EncodeTable(output, StudyTable(*study, context.Files, file.Folder, UnitsOf(context.State.Settings)),
+                          context.Sheets));
     context.Print({{"rows", study->Record.RunCount}});
     return Done;
 }

@@ -83,7 +83,8 @@ void ExportRunList(AppContext& context) {
     const std::string path = context.DesktopServices.ChooseFileToSave(
         folder + (IsSafeName(name) ? name : "Run list") + ".xls", "Export to Excel", TableFileKinds());
     if (path.empty()) return;
-    WriteFile(context.Files, path, EncodeTable(path, StudyTable(study, context.Files, folder), context.Sheets));
+    const OutgoingTable table = StudyTable(study, context.Files, folder, UnitsOf(context.State.Settings));
+    WriteFile(context.Files, path, EncodeTable(path, table, context.Sheets));
     context.Messages.Tell("The run list was exported to:\n" + path);
 }
 

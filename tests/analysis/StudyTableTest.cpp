@@ -1,6 +1,6 @@
 #include "analysis/StudyTable.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
@@ -8,6 +8,9 @@
 
 namespace vantor {
 namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
 
 /// Two counted runs, one without its end boundary and one whose file is missing.
 class StudyTableTest : public testing::Test {
@@ -50,6 +53,10 @@ TEST_F(StudyTableTest, TextsAreThoseOfTheRunList) {
               "NB-2,03/11/08,07:05,Primary,300,7600,35,0,-4,E,19,Counted\r\n"
               "NB-3,03/11/08,07:05,Primary,300,0,35,0,61,E,19,Not counted\r\n"
               "gone,,,,,,,,,,,Missing\r\n");
+    // 1609 m are 5280 ft: 91.4 m, 2316.0 m, 56.3 km/h.
+    EXPECT_THAT(CsvText(StudyTable(Contents, Files, Folder, {.Metric = true}).Rows()),
+                AllOf(HasSubstr("Boundary (m),Ideal Speed (kph),User Ideal Speed (kph),"),
+                      HasSubstr("Primary,91,2316,56,0,61,E")));
 }
 
 TEST_F(StudyTableTest, CellsHaveTheirKindsAndTheStudyItsSheet) {

@@ -13,10 +13,10 @@ namespace {
 constexpr int RunIndexRole = Qt::UserRole;
 
 void ShowRun(Table& table, int row, const FileSystem& files, const std::string& folder, const std::string& name,
-             LengthUnit unit) {
+             const Units& units) {
     table.SetText(row, 0, ToQt(name));
     try {
-        if (const auto header = ReadRunHeader(files, folder, name)) SetRunRow(table, row, *header, unit);
+        if (const auto header = ReadRunHeader(files, folder, name)) SetRunRow(table, row, *header, units);
     } catch (const RunTimeError& error) {
         const int notes = table.columnCount() - 1;
         table.SetText(row, notes, ToQt(error.Message()).simplified());
@@ -26,19 +26,19 @@ void ShowRun(Table& table, int row, const FileSystem& files, const std::string& 
 
 }  // namespace
 
-void SetRunColumns(Table& table, LengthUnit unit) {
+void SetRunColumns(Table& table, const Units& units) {
     table.horizontalHeader()->setDefaultSectionSize(table.horizontalHeader()->minimumSectionSize());
-    table.SetColumns(RunColumns(unit));
+    table.SetColumns(RunColumns(units));
 }
 
 std::vector<std::string> ListRunFiles(Table& table, const FileSystem& files, const std::string& folder,
-                                      LengthUnit unit) {
+                                      const Units& units) {
     std::vector<std::string> names;
     table.BeginFilling();
     for (const FileInfo& info : FilesWithExtension(files, folder, RunExtension)) {
         const int row = table.AddRow();
         names.push_back(BaseName(info.Name));
-        ShowRun(table, row, files, folder, names.back(), unit);
+        ShowRun(table, row, files, folder, names.back(), units);
         table.item(row, 0)->setData(RunIndexRole, row);
     }
     table.EndFilling();
