@@ -3,19 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/Settings.h"
-
 namespace vantor {
-namespace {
-
-constexpr double FeetPerMetre = FeetPerMile / (1000 * KilometresPerMile);
-
-}  // namespace
-
-double ProfileUnits::LengthOfFeet(double feet) const { return Metric ? feet / FeetPerMetre : feet; }
-double ProfileUnits::FeetOfLength(double length) const { return Metric ? length * FeetPerMetre : length; }
-double ProfileUnits::SpeedOfMph(double mph) const { return Metric ? mph * KilometresPerMile : mph; }
-double ProfileUnits::MphOfSpeed(double speed) const { return Metric ? speed / KilometresPerMile : speed; }
 
 SpeedAxis NiceSpeedAxis(double topSpeed) {
     constexpr double Room = 1.1;

@@ -1,17 +1,10 @@
 #pragma once
 
+#include "core/Units.h"
+
 namespace vantor {
 
-/// How values are shown: feet and miles per hour, or metres and kilometres per hour. Stored values always are feet
-/// and miles per hour.
-struct ProfileUnits {
-    bool Metric = false;
-
-    double LengthOfFeet(double feet) const;
-    double FeetOfLength(double length) const;
-    double SpeedOfMph(double mph) const;
-    double MphOfSpeed(double speed) const;
-};
+using ProfileUnits = Units;
 
 /// The speed axis from 0 to a round maximum, with round grid values; in the shown unit.
 struct SpeedAxis {

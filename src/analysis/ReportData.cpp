@@ -84,8 +84,7 @@ std::string RunSummary(const ReportData& data, const ReportRun& run) {
     if (run.Row.State != RunState::Counted) return text + ", not counted";
     const StudyRunEntry& entry = data.Contents.Entries[run.Number];
     const std::int32_t ideal = entry.IdealSpeedUser != 0 ? entry.IdealSpeedUser : entry.IdealSpeedCalc;
-    const ProfileUnits units{data.Settings.MetricUnits != 0};
-    text += ", ideal speed " + std::to_string(Round32(units.SpeedOfMph(ideal))) + (units.Metric ? " KPH" : " MPH");
+    text += ", ideal speed " + UnitsOf(data.Settings).SpeedText(ideal);
     text += ", control delay " + std::to_string(entry.ControlDelay) + " s";
     const std::string grade(Trim(entry.LOSGrade));
     return grade.empty() ? text : text + ", LOS " + grade;

@@ -65,7 +65,7 @@ private:
                              std::to_string(speed), right);
         }
         canvas_.DrawText({plot_.X - ScaleWidth, plot_.Y - 2 * TextHeight - MarkGap, ScaleWidth - MarkGap, TextHeight},
-                         frame_.Units.Metric ? "KPH" : "MPH", right);
+                         frame_.Units.SpeedLabel(), right);
     }
 
     void DrawDistanceAxis() {
@@ -81,7 +81,7 @@ private:
                              OnSide(ScaleStyle, isLast ? TextSide::Right : TextSide::Centre));
         }
         canvas_.DrawText({plot_.X, top + TextHeight, plot_.Width, TextHeight},
-                         frame_.Units.Metric ? "Distance from start of run (m)" : "Distance from start of run (ft)",
+                         std::string("Distance from start of run (") + frame_.Units.LengthLabel() + ")",
                          OnSide(ScaleStyle, TextSide::Centre));
     }
 
@@ -127,7 +127,7 @@ private:
     /// The captions stand in the upper row above their lines, moved where they would leave the plot or meet.
     void DrawBoundaries() {
         const auto caption = [&](const char* name, std::int32_t feet) {
-            return std::string(name) + " " + std::to_string(Round32(frame_.Units.LengthOfFeet(feet)));
+            return std::string(name) + " " + std::to_string(frame_.Units.WholeLength(feet));
         };
         const StudyRunEntry& entry = frame_.Entry;
         const std::string start = entry.CDStartDist != 0 ? caption("Start", entry.CDStartDist) : "";

@@ -139,33 +139,31 @@ SheetField WithOneDecimal(double value) {
     return {digits.substr(0, digits.size() - 1) + "." + digits.back(), true};
 }
 
-SheetRow RowOf(const SectionStatistics& section, const std::vector<DelayKey>& keys, bool metric) {
-    const double lengthFactor = metric ? 1000 * KilometresPerMile / FeetPerMile : 1;
-    const double speedFactor = metric ? KilometresPerMile : 1;
+SheetRow RowOf(const SectionStatistics& section, const std::vector<DelayKey>& keys, const Units& units) {
     SheetRow row = {{section.FromName},
                     {section.ToName},
-                    Number(Round32(section.Length * lengthFactor)),
+                    Number(units.WholeLength(section.Length)),
                     Number(section.TravelTime),
                     Number(section.RunningTime()),
                     Number(section.StoppedTime),
                     Number(section.Stops),
-                    WithOneDecimal(section.MeanRunningSpeed() * speedFactor)};
+                    WithOneDecimal(units.SpeedOfMph(section.MeanRunningSpeed()))};
     for (const DelayKey& key : keys) row.push_back(Number(section.DelaySeconds[key.Key]));
     row.push_back(Number(section.DelaySeconds[0]));
     row.insert(row.begin(), section.Number == 0 ? SheetField{"Total"} : Number(section.Number));
     return row;
 }
 
-SheetRow HeadsOf(const std::vector<DelayKey>& keys, bool metric) {
+SheetRow HeadsOf(const std::vector<DelayKey>& keys, const Units& units) {
     SheetRow heads = {{"Section"},
                       {"From"},
                       {"To"},
-                      {metric ? "Length (m)" : "Length (ft)"},
+                      {std::string("Length (") + units.LengthLabel() + ")"},
                       {"Travel Time (s)"},
                       {"Running Time (s)"},
                       {"Stopped Time (s)"},
                       {"Stops"},
-                      {metric ? "Mean Running Speed (KPH)" : "Mean Running Speed (MPH)"}};
+                      {std::string("Mean Running Speed (") + units.SpeedLabel() + ")"}};
     for (const DelayKey& key : keys) heads.push_back({key.Label + " (s)"});
     heads.push_back({"No Key (s)"});
     return heads;
@@ -190,11 +188,10 @@ RunStatistics ComputeRunStatistics(const RunRecord& run, const AppSettings& sett
     return statistics;
 }
 
-std::vector<SheetRow> StatisticsSheet(const RunStatistics& statistics, bool metric, const StudyRunEntry* entry) {
-    std::vector<SheetRow> rows = {HeadsOf(statistics.Keys, metric)};
-    for (const SectionStatistics& section : statistics.Sections)
-        rows.push_back(RowOf(section, statistics.Keys, metric));
-    rows.push_back(RowOf(statistics.Total, statistics.Keys, metric));
+std::vector<SheetRow> StatisticsSheet(const RunStatistics& statistics, const Units& units, const StudyRunEntry* entry) {
+    std::vector<SheetRow> rows = {HeadsOf(statistics.Keys, units)};
+    for (const SectionStatistics& section : statistics.Sections) rows.push_back(RowOf(section, statistics.Keys, units));
+    rows.push_back(RowOf(statistics.Total, statistics.Keys, units));
     if (entry == nullptr) return rows;
     for (SheetRow& row : rows) row.insert(row.end(), {{""}, {""}});
     const auto setLast = [](SheetRow& row, SheetField delay, SheetField grade) {

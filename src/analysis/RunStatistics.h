@@ -9,6 +9,7 @@
 #include "core/IndexedArray.h"
 #include "core/RunRecords.h"
 #include "core/StudyRecords.h"
+#include "core/Units.h"
 
 namespace vantor {
 
@@ -56,6 +57,6 @@ RunStatistics ComputeRunStatistics(const RunRecord& run, const AppSettings& sett
 /// The statistics as a table to show or to hand on: the heads, a row for each section, the row of the whole run.
 /// Lengths are whole metres or feet, speeds have one decimal. With an entry, the whole run's row also has the run's
 /// control delay and grade.
-std::vector<SheetRow> StatisticsSheet(const RunStatistics& statistics, bool metric, const StudyRunEntry* entry);
+std::vector<SheetRow> StatisticsSheet(const RunStatistics& statistics, const Units& units, const StudyRunEntry* entry);
 
 }  // namespace vantor

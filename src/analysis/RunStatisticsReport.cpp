@@ -15,8 +15,8 @@ constexpr std::size_t NameColumns = 3;
 /// Where the seconds by key begin.
 constexpr std::size_t FirstKeyColumn = 9;
 
-ReportTable TableOf(const RunStatistics& statistics, bool metric) {
-    const std::vector<SheetRow> sheet = StatisticsSheet(statistics, metric, nullptr);
+ReportTable TableOf(const RunStatistics& statistics, const Units& units) {
+    const std::vector<SheetRow> sheet = StatisticsSheet(statistics, units, nullptr);
     ReportTable table;
     for (const SheetField& head : sheet.front()) {
         const bool isName = table.Columns.size() < NameColumns;
@@ -31,8 +31,8 @@ ReportTable TableOf(const RunStatistics& statistics, bool metric) {
 }
 
 /// The figures of a run in one table; where it is too wide, the seconds by key follow in tables of their own.
-std::vector<ReportTable> TablesOf(const RunStatistics& statistics, bool metric, const ReportPages& pages) {
-    const ReportTable table = TableOf(statistics, metric);
+std::vector<ReportTable> TablesOf(const RunStatistics& statistics, const Units& units, const ReportPages& pages) {
+    const ReportTable table = TableOf(statistics, units);
     auto tables = SplitToWidth(table, pages.Width(), pages.Measure());
     if (tables.size() == 1) return tables;
     std::vector<std::size_t> figures;
@@ -55,7 +55,7 @@ void AddRun(ReportPages& pages, const ReportData& data, const ReportRun& run) {
     }
     std::vector<TableLayout> layouts;
     double height = 0;
-    for (const ReportTable& part : TablesOf(run.Statistics, data.Settings.MetricUnits != 0, pages)) {
+    for (const ReportTable& part : TablesOf(run.Statistics, UnitsOf(data.Settings), pages)) {
         layouts.emplace_back(part, pages.Width(), pages.Measure());
         height += layouts.back().Height() + TableGap;
     }

@@ -45,7 +45,7 @@ void CheckDrawable(const DelaySeries& series, const DelayScale& scale) {
 }  // namespace
 
 void AddSpeedProfiles(ReportPages& pages, const ReportData& data) {
-    const ProfileUnits units{data.Settings.MetricUnits != 0};
+    const Units units = UnitsOf(data.Settings);
     const SpeedAxis speeds = NiceSpeedAxis(units.SpeedOfMph(TopSpeedOf(data)));
     const double heading = RunHeadingHeight(pages);
     double strip = StripHeight(pages.Room());

@@ -34,8 +34,7 @@ int CountedRuns(const ReportData& data) {
 }
 
 std::string SpeedText(const ReportData& data, std::int32_t mph) {
-    const ProfileUnits units{data.Settings.MetricUnits != 0};
-    return std::to_string(Round32(units.SpeedOfMph(mph)));
+    return std::to_string(UnitsOf(data.Settings).WholeSpeed(mph));
 }
 
 /// Facts with their captions in one column of the page; returns where the column ends.
@@ -83,14 +82,13 @@ void AddResults(ReportPages& pages, const ReportData& data) {
     const auto figure = [](const std::optional<std::string>& label, const char* unit) {
         return label ? std::string(Trim(*label)) + unit : std::string(NoFigure);
     };
-    const bool isMetric = data.Settings.MetricUnits != 0;
     std::vector<Fact> figures = {{"Average Control Delay", figure(labels.AvgControlDelay, " s")},
                                  {"LOS Grade", figure(labels.LOSGrade, "")}};
     if (data.Settings.EnableStopDelay != 0) {
         figures.push_back({"Average Stop Delay", figure(labels.AvgStopDelay, " s")});
         figures.push_back({"Ratio of Control to Stop Delay", figure(labels.Ratio, "")});
-        figures.push_back(
-            {"Stop Speed Threshold", SpeedText(data, data.Settings.StopSpeedThreshold) + (isMetric ? " KPH" : " MPH")});
+        const Units units = UnitsOf(data.Settings);
+        figures.push_back({"Stop Speed Threshold", units.SpeedText(data.Settings.StopSpeedThreshold)});
     }
     figures.push_back({"Runs Counted", std::to_string(CountedRuns(data)) + " of " + std::to_string(data.Runs.size())});
 
@@ -126,8 +124,7 @@ void AddResults(ReportPages& pages, const ReportData& data) {
 }
 
 std::string Distance(const ReportData& data, std::int32_t feet) {
-    const ProfileUnits units{data.Settings.MetricUnits != 0};
-    return feet == 0 ? NoFigure : std::to_string(Round32(units.LengthOfFeet(feet)));
+    return feet == 0 ? NoFigure : std::to_string(UnitsOf(data.Settings).WholeLength(feet));
 }
 
 /// A star tells the speeds that the user set.
@@ -171,9 +168,9 @@ std::vector<std::string> AverageRow(const ReportData& data) {
 }
 
 ReportTable RunTable(const ReportData& data) {
-    const bool isMetric = data.Settings.MetricUnits != 0;
-    const std::string length = isMetric ? " (m)" : " (ft)";
-    const std::string speed = isMetric ? " (KPH)" : " (MPH)";
+    const Units units = UnitsOf(data.Settings);
+    const std::string length = std::string(" (") + units.LengthLabel() + ")";
+    const std::string speed = std::string(" (") + units.SpeedLabel() + ")";
     constexpr TextSide Right = TextSide::Right;
     ReportTable table;
     table.Columns = {{"No.", Right},

@@ -16,6 +16,7 @@ namespace {
 struct TableRun {
     StudyRunEntry Entry;
     RunListRow Row;
+    Units Shown;
 };
 
 struct TableColumn {
@@ -38,16 +39,26 @@ SheetCell IfThere(const TableRun& run, Value value) {
     return run.Row.Facts.IsRun() ? SheetCell(std::move(value)) : SheetCell();
 }
 
+template <std::int32_t StudyRunEntry::*Feet>
+SheetCell LengthOf(const TableRun& run) {
+    return IfThere(run, static_cast<double>(run.Shown.WholeLength(run.Entry.*Feet)));
+}
+
+template <std::int32_t StudyRunEntry::*Mph>
+SheetCell SpeedOf(const TableRun& run) {
+    return IfThere(run, static_cast<double>(run.Shown.WholeSpeed(run.Entry.*Mph)));
+}
+
 const std::array Columns = {
     TableColumn{{"Run Name", "General", 34}, [](const TableRun& run) { return SheetCell(RunFileName(run.Entry)); }},
     TableColumn{{"Date", DayFormat, 10}, [](const TableRun& run) { return IfThere(run, run.Row.Facts.RunDate); }},
     TableColumn{{"Time", TimeFormat, 8}, [](const TableRun& run) { return IfThere(run, run.Row.Facts.RunTime); }},
     TableColumn{{"Type", "General", 11},
                 [](const TableRun& run) { return IfThere(run, RunTypeText(run.Row.Facts.RunTypeFlag)); }},
-    TableColumn{{"Start Boundary (ft)", "0", 19}, FigureOf<&StudyRunEntry::CDStartDist>},
-    TableColumn{{"End Boundary (ft)", "0", 18}, FigureOf<&StudyRunEntry::CDEndDist>},
-    TableColumn{{"Ideal Speed (mph)", "0", 18}, FigureOf<&StudyRunEntry::IdealSpeedCalc>},
-    TableColumn{{"User Ideal Speed (mph)", "0", 22}, FigureOf<&StudyRunEntry::IdealSpeedUser>},
+    TableColumn{{"Start Boundary (ft)", "0", 19}, LengthOf<&StudyRunEntry::CDStartDist>},
+    TableColumn{{"End Boundary (ft)", "0", 18}, LengthOf<&StudyRunEntry::CDEndDist>},
+    TableColumn{{"Ideal Speed (mph)", "0", 18}, SpeedOf<&StudyRunEntry::IdealSpeedCalc>},
+    TableColumn{{"User Ideal Speed (mph)", "0", 22}, SpeedOf<&StudyRunEntry::IdealSpeedUser>},
     TableColumn{{"Control Delay (s)", "0", 17}, FigureOf<&StudyRunEntry::ControlDelay>},
     TableColumn{{"LOS Grade", "General", 11},
                 [](const TableRun& run) { return IfThere(run, std::string(TrimRight(run.Entry.LOSGrade))); }},
@@ -57,6 +68,15 @@ const std::array Columns = {
         {"Warnings", "General", 40},
         [](const TableRun& run) { return TextOrNothing(run.Row.Facts.Problem + Joined(run.Row.Warnings, "; ")); }},
 };
+
+/// A column whose head, written for feet and miles per hour, names the shown unit.
+SheetColumn ColumnIn(const Units& units, SheetColumn column) {
+    if (!units.Metric) return column;
+    for (const auto& [english, metric] : {std::pair{"(ft)", "(m)"}, std::pair{"(mph)", "(kph)"}})
+        if (const std::size_t at = column.Head.find(english); at != std::string::npos)
+            column.Head.replace(at, std::string_view(english).size(), metric);
+    return column;
+}
 
 template <std::size_t Count>
 SheetCell ItemCell(const std::array<const char*, Count>& items, std::int16_t position) {
@@ -97,10 +117,11 @@ SheetField FieldOf(const SheetCell& cell, const SheetColumn& column) {
 
 }  // namespace
 
-OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows, const std::string& folder) {
+OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows, const std::string& folder,
+                         const Units& units) {
     std::vector<TableRun> runs;
     for (int i = 1; i <= study.Record.RunCount; ++i)
-        runs.push_back({study.Entries[i], rows[static_cast<std::size_t>(i - 1)]});
+        runs.push_back({study.Entries[i], rows[static_cast<std::size_t>(i - 1)], units});
     Study computed = study;
     ResultLabels labels;
     ComputeStudyResults(computed, rows, labels);
@@ -108,18 +129,18 @@ OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows
     const Sheet studySheet =
         StudySheet(computed.Record, folder, labels, static_cast<int>(counted), AverageWithoutWarned(rows));
 
-    return {[runs, studySheet] {
+    return {[runs, studySheet, units] {
                 Sheet list{"Runs", {}, {}};
-                for (const TableColumn& column : Columns) list.Columns.push_back(column.Sheet);
+                for (const TableColumn& column : Columns) list.Columns.push_back(ColumnIn(units, column.Sheet));
                 for (const TableRun& run : runs) {
                     auto& row = list.Rows.emplace_back();
                     for (const TableColumn& column : Columns) row.push_back(column.Value(run));
                 }
                 return std::vector{list, studySheet};
             },
-            [runs] {
+            [runs, units] {
                 std::vector<SheetRow> texts(1);
-                for (const TableColumn& column : Columns) texts.front().push_back({column.Sheet.Head});
+                for (const TableColumn& column : Columns) texts.front().push_back({ColumnIn(units, column.Sheet).Head});
                 for (const TableRun& run : runs) {
                     SheetRow& row = texts.emplace_back();
                     for (const TableColumn& column : Columns) row.push_back(FieldOf(column.Value(run), column.Sheet));

@@ -6,13 +6,15 @@
 #include "analysis/StudyResults.h"
 #include "core/StudyRecords.h"
 #include "core/TableFile.h"
+#include "core/Units.h"
 
 namespace vantor {
 
 /// The run list of a study as a table: one row a run, in list order, with its boundaries, figures and warnings; what is
 /// no run has no figures, its state and the reason. `rows` are those of the run list, `folder` is its Study Group. As a
-/// workbook it has a second sheet, with the fields and the results of the study. Lengths are feet and speeds miles per
-/// hour, whatever is shown on the screens. Error 6 for averages that do not fit.
-OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows, const std::string& folder);
+/// workbook it has a second sheet, with the fields and the results of the study. Lengths and speeds are whole numbers
+/// in `units`. Error 6 for averages that do not fit.
+OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows, const std::string& folder,
+                         const Units& units = {});
 
 }  // namespace vantor

@@ -11,9 +11,11 @@
 #include "cli/CommandContext.h"
 #include "cli/CommandLine.h"
 #include "core/Paths.h"
+#include "core/StudyFile.h"
 #include "core/forms/Job.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
+#include "core/modMain.h"
 #include "platform/DiskFileSystem.h"
 #include "platform/MdbDatabase.h"
 #include "platform/MountedDevice.h"
@@ -88,10 +90,19 @@ void RemoveOldLeftovers(Job& cleaning, const ApplicationState& state) {
     });
 }
 
-int RunWindow(QApplication& application, const WindowArguments& arguments, FileSystem& files, Clock& clock,
-              const DatabaseEngine& databases, const Spreadsheet& sheets, const DocumentWriter& documents) {
+/// What the program is started with again: the same arguments, with the study that is open in place of the first one.
+std::vector<std::string> ArgumentsAgain(std::vector<std::string> arguments, const ApplicationState& state,
+                                        const FileSystem& files) {
+    std::erase_if(arguments, [](const std::string& word) { return HasExtension(word, StudyExtension); });
+    const std::string study = StudyGroupFolder(state) + state.Paths.LastStudyName + StudyExtension;
+    if (state.CurrentStudy.Record.RunCount > 0 && FileExists(files, study)) arguments.push_back(study);
+    return arguments;
+}
+
+int RunWindow(QApplication& application, const WindowArguments& arguments, ApplicationState& state, FileSystem& files,
+              Clock& clock, const DatabaseEngine& databases, const Spreadsheet& sheets,
+              const DocumentWriter& documents) {
     ApplyTheme(application, arguments.Theme);
-    ApplicationState state;
     QtMessageBoxes messages;
     QtDesktop desktop;
     WindowEnd end;
@@ -149,5 +160,8 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vantor"));
     QApplication::setDesktopFileName(QStringLiteral("vantor"));
-    return vantor::RunWindow(application, *window, files, clock, databases, sheets, documents);
+    vantor::ApplicationState state;
+    const int status = vantor::RunWindow(application, *window, state, files, clock, databases, sheets, documents);
+    if (state.RestartWanted) vantor::StartProgramAgain(vantor::ArgumentsAgain(arguments, state, files));
+    return status;
 }

@@ -31,6 +31,7 @@ public:
     void OpenWebPage(const std::string&) override {}
     void ViewText(const std::string&) override {}
     void OpenHelp(const std::string&, int) override {}
+    std::string DocumentsFolder() const override { return {}; }
     std::string ChooseFolder(const std::string&) override { return {}; }
     std::string ChooseFileToSave(const std::string&, const std::string&, const std::vector<FileKind>&) override {
         return {};

@@ -161,7 +161,7 @@ int ShowStatistics(CommandContext& context, const std::string& path) {
     if (!run) return Failed;
     const RunStatistics statistics = ComputeRunStatistics(*run, context.State.Settings);
     if (!context.AsJson) {
-        context.Print(AsTable(StatisticsSheet(statistics, context.State.Settings.MetricUnits != 0, nullptr)));
+        context.Print(AsTable(StatisticsSheet(statistics, UnitsOf(context.State.Settings), nullptr)));
         return Done;
     }
     Json result = {{"RunName", run->Header.RunName}, {"Sections", Json::array()}};

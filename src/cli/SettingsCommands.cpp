@@ -8,7 +8,13 @@ void AddSettingsCommands(CLI::App& program, CommandAction& chosen) {
     group->fallthrough()->require_subcommand(1);
     AddCommand(*group, chosen, "show", "The settings in force", [](CommandContext& context) {
         const ApplicationState& state = context.State;
-        Json result = RecordAsJson(state.Settings, AppSettingsFields);
+        // As the file holds them.
+        const auto stored = EncodeRecord(state.Settings, AppSettingsFields);
+        Json result = RecordAsJson(DecodeRecord<AppSettings>(AppSettingsFields, stored), AppSettingsFields);
+        result["FoldersInUse"] = {{"TempRunsPath", state.Paths.TempRunsPath},
+                                  {"StudyGroupRootPath", state.Paths.StudyGroupRootPath},
+                                  {"FieldDataPath", state.Paths.FieldDataPath},
+                                  {"LastStudyGroupPath", state.Paths.LastStudyGroupPath}};
         result["SettingsWereMissing"] = state.SettingsWereMissing ? -1 : 0;
         result["SpeedUnitLabel"] = state.SpeedUnitLabel;
         result["LengthUnitLabel"] = state.LengthUnitLabel;

@@ -169,9 +169,11 @@ int ExportStudy(CommandContext& context, const std::string& path, const std::str
     const NamedFile file = TakeApart(path, StudyExtension, "study file");
     const auto study = LoadNamedStudy(context, file);
     if (!study) return Failed;
-    const auto rows = MakeRunListRows(*study, context.Files, file.Folder, context.State.Settings, context.Work);
+    const AppSettings& settings = context.State.Settings;
+    const auto rows = MakeRunListRows(*study, context.Files, file.Folder, settings, context.Work);
     if (!context.Work(1, 1)) return Stopped;
-    WriteFile(context.Files, output, EncodeTable(output, StudyTable(*study, rows, file.Folder), context.Sheets));
+    const OutgoingTable table = StudyTable(*study, rows, file.Folder, UnitsOf(settings));
+    WriteFile(context.Files, output, EncodeTable(output, table, context.Sheets));
     const ExitStatus status = context.TellOfRuns(rows);
     context.Print({{"rows", study->Record.RunCount}});
     return status;

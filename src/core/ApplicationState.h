@@ -5,11 +5,13 @@
 #include "core/AppSettings.h"
 #include "core/RunRecords.h"
 #include "core/StudyRecords.h"
+#include "core/UserChoices.h"
 #include "core/ports/RemoteApi.h"
 
 namespace vantor {
 
-/// Trimmed working copies of the folders of the settings; every screen reads folders from here.
+/// Trimmed working copies of the folders of the settings, each as long as the user gave it; every screen reads folders
+/// from here.
 struct WorkingPaths {
     std::string TempRunsPath;
     std::string StudyGroupRootPath;
@@ -53,11 +55,13 @@ struct HandheldState {
 struct ApplicationState {
     AppSettings Settings;
     WorkingPaths Paths;
+    UserChoices Choices;  ///< as of the last time they were loaded or stored
     std::string SpeedUnitLabel;
     std::string LengthUnitLabel;
     std::string VolumeUnitLabel;
     bool SettingsWereMissing = false;
     bool PrefsChanged = false;
+    bool RestartWanted = false;  ///< the program is to be started again when its window has closed
     bool MainFormLoaded = false;
 
     RunRecord CurrentRun;

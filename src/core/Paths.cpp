@@ -10,11 +10,6 @@
 namespace vantor {
 namespace {
 
-std::string AsStored(std::string_view text, std::size_t width) {
-    const std::string stored = Windows1252FromUtf8(FirstCharacters(text, width));
-    return std::string(Trim(Utf8FromWindows1252(std::as_bytes(std::span(stored)))));
-}
-
 bool IsSeparator(char character) { return character == '/' || character == PathSeparator; }
 
 bool IsForbidden(char character) {
@@ -35,10 +30,21 @@ std::size_t NameStart(std::string_view path) {
 
 }  // namespace
 
+std::string AsStored(std::string_view text, std::size_t width) {
+    const std::string stored = Windows1252FromUtf8(FirstCharacters(text, width));
+    return std::string(Trim(Utf8FromWindows1252(std::as_bytes(std::span(stored)))));
+}
+
 std::string AsFolder(std::string_view folder) {
     std::string result(folder);
     if (!result.empty() && !IsSeparator(result.back())) result += PathSeparator;
     return result;
+}
+
+bool IsAbsolutePath(std::string_view path) {
+    if (path.empty()) return false;
+    const bool hasDrives = PathSeparator == '\\';
+    return IsSeparator(path.front()) || (hasDrives && path.size() > 2 && path[1] == ':' && IsSeparator(path[2]));
 }
 
 std::string LastComponent(std::string_view path) {

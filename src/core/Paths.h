@@ -8,8 +8,14 @@
 
 namespace vantor {
 
+/// The text as it comes back from a stored field of `width` characters: cut, "?" for every character that
+/// Windows-1252 lacks, trimmed.
+std::string AsStored(std::string_view text, std::size_t width);
+
 /// The folder with a final separator, ready for folder + name + extension. An empty folder stays empty.
 std::string AsFolder(std::string_view folder);
+/// True for a path that means the same folder wherever the program was started.
+bool IsAbsolutePath(std::string_view path);
 /// The last component of a path, a final separator ignored.
 std::string LastComponent(std::string_view path);
 /// The folder of a path with its final separator; empty where the path has none.

@@ -32,9 +32,6 @@ AppSettings FirstRunSettings(const FileSystem& files) {
     return settings;
 }
 
-/// A folder as it fits into the record.
-std::string AsStored(std::string_view path) { return std::string(Trim(FirstCharacters(Trim(path), PathWidth))); }
-
 template <class Action>
 void ForEachFolder(AppSettings& settings, WorkingPaths& paths, Action action) {
     action(settings.TempRunsPath, paths.TempRunsPath);
@@ -46,14 +43,41 @@ void ForEachFolder(AppSettings& settings, WorkingPaths& paths, Action action) {
     action(settings.LastStudyName, paths.LastStudyName);
 }
 
+/// The folders whose whole text the user's choices keep, by key.
+template <class Action>
+void ForEachKeptFolder(AppSettings& settings, Action action) {
+    action("TempRunsPath", settings.TempRunsPath);
+    action("StudyGroupRootPath", settings.StudyGroupRootPath);
+    action("FieldDataPath", settings.FieldDataPath);
+    action("LastStudyGroupPath", settings.LastStudyGroupPath);
+}
+
+/// The folders that the record cannot hold whole; an empty text for the others.
+UserChoices WholeFolders(AppSettings& settings) {
+    UserChoices whole;
+    ForEachKeptFolder(settings, [&](const char* key, const std::string& folder) {
+        whole[key] = StoredFolder(folder) == folder ? std::string() : folder;
+    });
+    return whole;
+}
+
+void TakeWholeFolders(AppSettings& settings, const UserChoices& choices) {
+    ForEachKeptFolder(settings, [&](const char* key, std::string& folder) {
+        const std::string whole = ChoiceOf(choices, key);
+        if (!whole.empty() && StoredFolder(whole) == StoredFolder(folder)) folder = whole;
+    });
+}
+
 void SetUnitLabels(ApplicationState& state) {
-    const bool metric = state.Settings.MetricUnits != 0;
-    state.SpeedUnitLabel = metric ? "KPH" : "MPH";
-    state.LengthUnitLabel = metric ? "m" : "ft";
-    state.VolumeUnitLabel = metric ? "l" : "gal";
+    const Units units = UnitsOf(state.Settings);
+    state.SpeedUnitLabel = units.SpeedLabel();
+    state.LengthUnitLabel = units.LengthLabel();
+    state.VolumeUnitLabel = units.VolumeLabel();
 }
 
 }  // namespace
+
+std::string StoredFolder(std::string_view folder) { return AsStored(Trim(folder), PathWidth); }
 
 void LoadSettings(ApplicationState& state, const FileSystem& files) {
     const std::string path = files.SettingsFolder() + SettingsFileName;
@@ -61,18 +85,25 @@ void LoadSettings(ApplicationState& state, const FileSystem& files) {
     state.Settings = state.SettingsWereMissing
                          ? FirstRunSettings(files)
                          : DecodeRecord<AppSettings>(AppSettingsFields, ReadFirstBytes(files, path, AppSettingsSize));
-    const auto takeTrimmed = [](std::string& field, std::string& workingCopy) {
-        field = workingCopy = AsStored(field);
+    const auto takeTrimmed = [](std::string& field, std::string& workingCopy) { field = workingCopy = Trim(field); };
+    const auto takeAll = [&] {
+        ForEachFolder(state.Settings, state.Paths, takeTrimmed);
+        takeTrimmed(state.Settings.StudyGroupRootPath, state.Paths.StudyGroupRootPath);
     };
-    ForEachFolder(state.Settings, state.Paths, takeTrimmed);
-    takeTrimmed(state.Settings.StudyGroupRootPath, state.Paths.StudyGroupRootPath);
+    takeAll();
     SetUnitLabels(state);
+    // The settings are in force even where the choices cannot be read.
+    state.Choices = LoadUserChoices(files);
+    TakeWholeFolders(state.Settings, state.Choices);
+    takeAll();
 }
 
 void SaveSettings(ApplicationState& state, FileSystem& files) {
     AppSettings settings = state.Settings;
     ForEachFolder(settings, state.Paths,
                   [](std::string& field, const std::string& workingCopy) { field = workingCopy; });
+    // First: a whole folder beside a record that does not hold its beginning is passed over.
+    state.Choices = StoreUserChoices(files, WholeFolders(settings));
     files.CreateFolder(files.SettingsFolder());
     WriteFile(files, files.SettingsFolder() + SettingsFileName, EncodeRecord(settings, AppSettingsFields));
     state.Settings = settings;

@@ -73,9 +73,7 @@ private:
                 DetailsField::Distance, static_cast<int>(row)};
     }
 
-    std::string Shown(double feet) const {
-        return std::to_string(Round32(units_.LengthOfFeet(feet))) + (units_.Metric ? " m" : " ft");
-    }
+    std::string Shown(double feet) const { return units_.LengthText(feet); }
 
     RunRecord& run_;
     const NodeRows& rows_;

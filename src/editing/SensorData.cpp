@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 #include "core/Numeric.h"
-#include "core/Settings.h"
+#include "core/Units.h"
 
 namespace vantor {
 namespace {
@@ -65,7 +65,7 @@ WordChanges SensorData::Smooth(const OneBased<std::int16_t>& words, std::int16_t
 std::int16_t SensorData::WithSpeed(std::int16_t word, std::int16_t typed) const {
     // Compared before it is converted, on purpose.
     if (typed == SpeedOf(word)) return word;
-    const std::int16_t mph = isMetric_ ? Round16(typed / KilometresPerMile) : typed;
+    const std::int16_t mph = Round16(Units{isMetric_}.MphOfSpeed(typed));
     const std::int32_t feet =
         Round32(Quotient(mph, speedFactor_, "The speed factor of the settings is 0, so no speed can be set."));
     const std::int32_t pulses = Round32(Quotient(

@@ -10,6 +10,7 @@
 namespace vantor {
 namespace {
 
+constexpr double MostShown = 32767;
 constexpr std::array Boundaries = {ProfileLine::Start, ProfileLine::End};
 
 struct BoundaryPositions {
@@ -91,10 +92,14 @@ std::optional<std::int32_t> SpeedProfile::ShownBoundary(ProfileLine line) const 
     return boundary ? std::optional(Round32(geometry_.AxisValueOf(*boundary))) : std::nullopt;
 }
 
-std::optional<std::int32_t> SpeedProfile::ShownIdealSpeed() const {
+std::optional<std::int32_t> SpeedProfile::WholeIdealSpeed() const {
     const auto speed = IdealSpeed();
-    constexpr double Most = 32767;
-    return speed ? std::optional(Round32(std::clamp(geometry_.Units().SpeedOfMph(*speed), -Most, Most))) : std::nullopt;
+    return speed ? std::optional(Round32(std::clamp(*speed, -MostShown, MostShown))) : std::nullopt;
+}
+
+std::optional<std::int32_t> SpeedProfile::ShownIdealSpeed() const {
+    const auto mph = WholeIdealSpeed();
+    return mph ? std::optional(geometry_.Units().WholeSpeed(*mph)) : std::nullopt;
 }
 
 double SpeedProfile::PixelOf(ProfileLine line) const {

@@ -42,6 +42,8 @@ public:
     /// The two as whole numbers in the shown unit.
     std::optional<std::int32_t> ShownBoundary(ProfileLine line) const;
     std::optional<std::int32_t> ShownIdealSpeed() const;
+    /// The ideal speed in whole miles per hour, whatever the shown unit.
+    std::optional<std::int32_t> WholeIdealSpeed() const;
     bool HasUserIdealSpeed() const { return entry_.IdealSpeedUser != 0; }
     bool HasBothBoundaries() const { return vantor::HasBothBoundaries(entry_); }
 

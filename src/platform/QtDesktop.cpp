@@ -59,6 +59,12 @@ QStringList TextViewerCommand(const QString& file) {
 
 }  // namespace
 
+void StartProgramAgain(const std::vector<std::string>& arguments) {
+    QStringList words;
+    for (const std::string& argument : arguments) words.append(ToQt(argument));
+    QProcess::startDetached(QCoreApplication::applicationFilePath(), words);
+}
+
 QtDesktop::QtDesktop() = default;
 QtDesktop::~QtDesktop() = default;
 
@@ -79,6 +85,10 @@ void QtDesktop::ViewText(const std::string& path) {
 void QtDesktop::OpenHelp(const std::string& helpFile, int context) {
     if (!help_ || help_->File() != ToQt(helpFile)) help_ = std::make_unique<HelpWindow>(ToQt(helpFile));
     help_->ShowTopic(context);
+}
+
+std::string QtDesktop::DocumentsFolder() const {
+    return FromQt(QDir::toNativeSeparators(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)));
 }
 
 std::string QtDesktop::ChooseFolder(const std::string& start) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -20,6 +21,13 @@ struct Preferences {
     AppSettings Settings;
     WorkingPaths Paths;
 };
+
+/// Why a folder is no good choice, to show under its box; empty when there is nothing to say.
+std::string FolderProblem(std::string_view folder);
+
+/// The folders for temporary runs, Study Groups and field data, in this order, below the folder "Vantor" of the user's
+/// documents.
+std::array<std::string, 3> FoldersInDocuments(const std::string& documents);
 
 /// The folders that do not exist, each once, in the order of the record.
 std::vector<std::string> MissingFolders(const FileSystem& files, const Preferences& preferences);

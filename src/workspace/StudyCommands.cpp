@@ -86,7 +86,7 @@ void ExportRunList(AppContext& context) {
                      [&, settings = context.State.Settings](FileSystem& files, const Progress& progress) {
                          const auto rows = MakeRunListRows(copy, files, folder, settings, progress);
                          if (!progress(1, 1)) return;
-                         WriteFile(files, path, EncodeTable(path, StudyTable(copy, rows, folder), context.Sheets));
+                         WriteFile(files, path, EncodeTable(path, StudyTable(copy, rows, folder, UnitsOf(settings)), context.Sheets));
                          isWritten = true;
                      });
     if (isWritten) context.Messages.Tell("The run list was exported to:\n" + path);

@@ -151,7 +151,7 @@ TEST(RunStatistics, SheetHasDisplayUnitsAndTheRunsGrade) {
         for (const SheetField& field : row) line += field.Text + "|";
         return line;
     };
-    const auto english = StatisticsSheet(statistics, false, nullptr);
+    const auto english = StatisticsSheet(statistics, {}, nullptr);
     ASSERT_EQ(english.size(), 4u);
     EXPECT_EQ(texts(english[0]),
               "Section|From|To|Length (ft)|Travel Time (s)|Running Time (s)|Stopped Time (s)|Stops|"
@@ -161,7 +161,7 @@ TEST(RunStatistics, SheetHasDisplayUnitsAndTheRunsGrade) {
     StudyRunEntry entry;
     entry.ControlDelay = -12;
     entry.LOSGrade = "A";
-    const auto metric = StatisticsSheet(statistics, true, &entry);
+    const auto metric = StatisticsSheet(statistics, {.Metric = true}, &entry);
     // 88 feet are 26.8 m and 188 feet 57.3 m; 30 mph are 48.27 km/h, 188 feet in 3 seconds 68.748.
     EXPECT_EQ(texts(metric[1]), "1|[Start]|Node 1|27|3|2|1|1|48.3|1|0|||");
     EXPECT_EQ(texts(metric[3]), "Total|[Start]|[End]|57|4|3|1|1|68.7|1|0|-12|A|");

@@ -1,6 +1,6 @@
 #include "analysis/StudyTable.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
@@ -8,6 +8,9 @@
 
 namespace vantor {
 namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
 
 /// Two counted runs, one without its end boundary and one whose file is missing.
 class StudyTableTest : public testing::Test {
@@ -54,6 +57,10 @@ TEST_F(StudyTableTest, TextsAreThoseOfTheRunList) {
               "NB-3,03/11/08,07:05,Primary,300,0,35,0,61,E,19,Not counted,\r\n"
               "gone,,,,,,,,,,,Missing,\"Missing Run File: gone. Copy the file back into the Study Group, or delete the "
               "run from the list.\"\r\n");
+    // 1609 m are 5280 ft: 91.4 m, 2316.0 m, 56.3 km/h.
+    EXPECT_THAT(CsvText(Table({.Metric = true}).Rows()),
+                AllOf(HasSubstr("Boundary (m),Ideal Speed (kph),User Ideal Speed (kph),"),
+                      HasSubstr("Primary,91,2316,56,0,61,E")));
 }
 
 TEST_F(StudyTableTest, CellsHaveTheirKindsAndTheStudyItsSheet) {

@@ -71,14 +71,41 @@ TEST(Settings, NewStudyGroupRootIsStoredButNotYetInUse) {
     EXPECT_EQ(next.Paths.StudyGroupRootPath, "/new root/");
 }
 
-TEST(Settings, PathsAreTrimmedAndCutAtEightyCharacters) {
+TEST(Settings, FoldersThatTheRecordCannotHoldAreKeptWholeBesideIt) {
+    const std::string tooLong = "/" + std::string(100, 'x');
+    const std::string cut = "/" + std::string(79, 'x');
+    const std::string foreign = "/\u0414\u0430\u043d\u043d\u044b\u0435 2/";
     TestProgram program;
-    program.State.Paths.FieldDataPath = "/" + std::string(100, 'x');
+    program.State.Paths.FieldDataPath = tooLong;
+    program.State.Paths.LastStudyGroupPath = foreign;
     program.State.Paths.TempRunsPath = "/a b/  ";
+    program.State.Settings.StudyGroupRootPath = "/new/" + std::string(90, 'y');
     SaveSettings(program.State, program.Files);
+    const auto record =
+        DecodeRecord<AppSettings>(AppSettingsFields, program.Files.Bytes("/program/VANTOR.bin").value());
+    EXPECT_EQ(record.FieldDataPath, cut);
+    EXPECT_EQ(record.LastStudyGroupPath, "/?????? 2/");
     LoadSettings(program.State, program.Files);
-    EXPECT_EQ(program.State.Paths.FieldDataPath, "/" + std::string(79, 'x'));
+    EXPECT_EQ(program.State.Paths.FieldDataPath, tooLong);
+    EXPECT_EQ(program.State.Paths.LastStudyGroupPath, foreign);
+    EXPECT_EQ(program.State.Paths.StudyGroupRootPath, "/new/" + std::string(90, 'y'));
     EXPECT_EQ(program.State.Paths.TempRunsPath, "/a b/");
+    // Another program wrote another folder into the record: the whole one is of no use, and is not needed later.
+    program.State.Paths.FieldDataPath = "/z/";
+    SaveSettings(program.State, program.Files);
+    EXPECT_EQ(ChoiceOf(LoadUserChoices(program.Files), "FieldDataPath"), "");
+    StoreUserChoices(program.Files, {{"FieldDataPath", tooLong}});
+    LoadSettings(program.State, program.Files);
+    EXPECT_EQ(program.State.Paths.FieldDataPath, "/z/");
+}
+
+TEST(Settings, UserChoicesKeepWhatTheyDoNotKnowAndAnyText) {
+    MemoryFileSystem files;
+    files.PutText("/program/vantor-user.ini", "Later=1=2\r\nno choice\n=x\nPath=/a\\\\n\\nb\n");
+    EXPECT_EQ(LoadUserChoices(files), (UserChoices{{"Later", "1=2"}, {"Path", "/a\\n\nb"}}));
+    StoreUserChoices(files, {{"SignedCoordinates", ChoiceTaken}, {"Path", ""}});
+    EXPECT_EQ(files.Bytes("/program/vantor-user.ini"), BytesOf("Later=1=2\nSignedCoordinates=yes\n"));
+    EXPECT_TRUE(IsTaken(LoadUserChoices(files), "SignedCoordinates"));
 }
 
 TEST(Settings, ShortFileReadsAsZero) {

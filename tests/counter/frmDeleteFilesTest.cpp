@@ -64,8 +64,8 @@ TEST_F(frmDeleteTempRunsTest, ListsTheVersion1RunsWithTheirValues) {
 
     Program.State.Settings.MetricUnits = -1;
     frmDeleteTempRuns metric(Program.Context);
-    EXPECT_EQ(Heads(metric, "vaSelRuns")[3], "Length (m)");
-    EXPECT_EQ(Row(metric, "vaSelRuns", 0)[3], "1609");
+    EXPECT_EQ(Heads(metric, "vaSelRuns")[3], "Length (ft)");
+    EXPECT_EQ(Row(metric, "vaSelRuns", 0)[3], "1609 m");
 }
 
 TEST_F(frmDeleteTempRunsTest, CancelAndEscDeleteNothing) {

@@ -56,7 +56,7 @@ TEST(frmUploadRunList, ShowsMetresAndAnEmptyGroup) {
     program.Files.CreateFolder(Groups + "A");
     WriteRunFile(program.Files, run, Groups + "A/", "X");
     frmUploadRunList form(program.Context, "A");
-    EXPECT_EQ(Row(form, "vaShowRuns", 0)[4], "1609");
+    EXPECT_EQ(Row(form, "vaShowRuns", 0)[4], "1609 m");
     EXPECT_THAT(Column(*std::make_unique<frmUploadRunList>(program.Context, "B"), "vaShowRuns", 0), IsEmpty());
 }
 

@@ -232,7 +232,7 @@ TEST_F(SpeedProfileTest, DamagedEntryIsShownWithoutHarm) {
     Entry.CDEndDist = 2000000000;
     Entry.IdealSpeedUser = 2000000000;
     SpeedProfile& profile = Open(RunWithStop());
-    EXPECT_EQ(profile.ShownIdealSpeed(), 32767);
+    EXPECT_EQ(profile.ShownIdealSpeed(), 52722);  // 32767 mph
     EXPECT_DOUBLE_EQ(profile.PixelOf(Ideal), RoundArea.Top);
     EXPECT_LT(profile.PixelOf(Start), RoundArea.Left);
     EXPECT_GT(profile.PixelOf(End), RoundArea.Right);

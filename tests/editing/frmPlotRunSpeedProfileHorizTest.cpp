@@ -157,16 +157,17 @@ TEST_F(SpeedProfileFormTest, TypedIdealSpeed) {
 
 TEST_F(SpeedProfileFormTest, MetricShowsItsUnitsAndStoresFeetAndMilesPerHour) {
     Program.State.Settings.MetricUnits = -1;
-    Program.State.SpeedUnitLabel = "KPH";
-    Program.State.LengthUnitLabel = "m";
     Open();  // 9000 ft = 2742.6 m, 500 m a step: 5 m a pixel
     EXPECT_EQ(Text("PlotScale"), "Meters");
     EXPECT_EQ(Find<QComboBox>(*Form, "cmbPlotScaleList").currentText(), "500");
     Drag(At(0), {At(100)});
     EXPECT_EQ(Entry().CDStartDist, 1641);  // 500 m = 1640.8 ft
-    TypeIdealSpeed("50");
-    EXPECT_EQ(Entry().IdealSpeedUser, 31);
-    EXPECT_EQ(BoxText("txtIdealSpeed"), "50");
+    TypeIdealSpeed("33");                  // whole miles per hour: 53.1 km/h
+    EXPECT_EQ(Entry().IdealSpeedUser, 33);
+    EXPECT_EQ(BoxText("txtIdealSpeed"), "33");
+    EXPECT_EQ(Text("lblIdealSpeedSource"), "MPH = 53 KPH (set by hand)");
+    EXPECT_THAT(FromQt(Find<QWidget>(*Form, "SpeedProfilePlot").accessibleDescription()),
+                testing::HasSubstr("Ideal speed: 53 KPH"));
 }
 
 TEST_F(SpeedProfileFormTest, TrimRunAsksAndKeepsTheUntrimmedRun) {

@@ -325,7 +325,7 @@ TEST_F(frmRunDetailsTest, OddRunsOpenAndAreUnchanged) {
     State.CurrentRun = RunOf(std::vector<int>(10, 200));
     EXPECT_EQ(Open(0).windowTitle(), "Run Details");
     EXPECT_EQ(Label("RunDetailsLength"), "609 m");
-    EXPECT_THAT(Column(NodeTable::Distance), ElementsAre("0", "609"));
+    EXPECT_THAT(Column(NodeTable::Distance), ElementsAre("0 m", "609 m"));
 }
 
 }  // namespace

@@ -43,6 +43,7 @@ public:
     void OpenHelp(const std::string& helpFile, int context) override {
         Opened.push_back(helpFile + "#" + std::to_string(context));
     }
+    std::string DocumentsFolder() const override { return Native("/home/me/Documents"); }
     std::string ChooseFolder(const std::string& start) override {
         AskedFrom = start;
         return FolderToChoose;

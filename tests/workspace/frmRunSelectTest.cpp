@@ -44,8 +44,13 @@ TEST_F(frmRunSelectTest, ListsRunsWithTheirState) {
 
     State.Settings.MetricUnits = -1;
     Shown<frmRunSelect> metric(Program.Context);
-    EXPECT_EQ(Find<Table>(metric, "vaSelRuns").horizontalHeaderItem(4)->text(), "Length (m)");
-    EXPECT_EQ(Find<Table>(metric, "vaSelRuns").Text(3, 4), "1609");  // a mile
+    // The title keeps the label of the start, so the value, a mile, names its own unit.
+    EXPECT_EQ(Find<Table>(metric, "vaSelRuns").horizontalHeaderItem(4)->text(), "Length (ft)");
+    EXPECT_EQ(Find<Table>(metric, "vaSelRuns").Text(3, 4), "1609 m");
+    State.LengthUnitLabel = "m";
+    Shown<frmRunSelect> next(Program.Context);
+    EXPECT_EQ(Find<Table>(next, "vaSelRuns").horizontalHeaderItem(4)->text(), "Length (m)");
+    EXPECT_EQ(Find<Table>(next, "vaSelRuns").Text(3, 4), "1609");
 }
 
 TEST_F(frmRunSelectTest, AddsByDoubleClickEnterAndButton) {

@@ -50,7 +50,7 @@ void MakeBold(QLabel& label, double factor = 1) {
 frmRunStatistics::frmRunStatistics(AppContext& context, int entryIndex)
     : context_(context),
       runName_(Trim(context.State.CurrentRun.Header.RunName)),
-      metric_(context.State.Settings.MetricUnits != 0),
+      units_(UnitsOf(context.State.Settings)),
       statistics_(ComputeRunStatistics(context.State.CurrentRun, context.State.Settings)),
       entry_(EntryWithBoundaries(context.State.CurrentStudy, entryIndex)) {
     setObjectName(QStringLiteral("frmRunStatistics"));
@@ -137,7 +137,7 @@ QLayout* frmRunStatistics::BuildButtons() {
 }
 
 void frmRunStatistics::FillTable() {
-    const auto rows = StatisticsSheet(statistics_, metric_, nullptr);
+    const auto rows = StatisticsSheet(statistics_, units_, nullptr);
     QStringList heads;
     for (const SheetField& head : rows.front()) heads += InTwoLines(ToQt(head.Text));
     vaRunStatistics_->SetColumns(heads);
@@ -201,7 +201,7 @@ void frmRunStatistics::ShowGrade() {
 }
 
 void frmRunStatistics::Copy() {
-    context_.DesktopServices.CopyText(TabSeparatedText(StatisticsSheet(statistics_, metric_, entry_)));
+    context_.DesktopServices.CopyText(TabSeparatedText(StatisticsSheet(statistics_, units_, entry_)));
 }
 
 void frmRunStatistics::SaveAsCsv() {
@@ -209,7 +209,7 @@ void frmRunStatistics::SaveAsCsv() {
         context_.DesktopServices.ChooseFileToSave(StudyGroupFolder(context_.State) + runName_ + " statistics.csv",
                                                   "Save Run Statistics", {{"Comma-separated values", ".csv"}});
     if (path.empty()) return;
-    const std::string text = CsvText(StatisticsSheet(statistics_, metric_, entry_));
+    const std::string text = CsvText(StatisticsSheet(statistics_, units_, entry_));
     WriteFile(context_.Files, path, std::as_bytes(std::span(text)));
 }
 

@@ -33,7 +33,7 @@ private:
 
     AppContext& context_;
     std::string runName_;
-    bool metric_;
+    Units units_;
     RunStatistics statistics_;
     const StudyRunEntry* entry_ = nullptr;  ///< only with both boundaries
 

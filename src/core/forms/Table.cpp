@@ -122,29 +122,24 @@ void Table::paintEvent(QPaintEvent* event) {
     painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
 }
 
-double LengthUnit::FromFeet(double feet) const {
-    return Metric ? feet * (1000 * KilometresPerMile / FeetPerMile) : feet;
-}
-
-QStringList RunColumns(LengthUnit unit) {
+QStringList RunColumns(const Units& units) {
     return {QStringLiteral("Name"),
             QStringLiteral("Date"),
             QStringLiteral("Time"),
             QStringLiteral("Type"),
-            QStringLiteral("Length (%1)").arg(unit.Label()),
+            QStringLiteral("Length ") + ToQt(units.LengthTitle()),
             QStringLiteral("Duration (s)"),
             QStringLiteral("# of Sections"),
             QStringLiteral("Before/After"),
             QStringLiteral("Notes")};
 }
 
-void SetRunRow(Table& table, int row, const RunHeader& header, LengthUnit unit) {
-    const double length = unit.FromFeet(header.RunLength);
+void SetRunRow(Table& table, int row, const RunHeader& header, const Units& units) {
     table.SetText(row, 0, ToQt(Trim(header.RunName)));
     table.SetSorted(row, 1, ToQt(ShortDate(header.RunDate)), header.RunDate.Days);
     table.SetSorted(row, 2, ToQt(ShortTime(header.RunTime)), header.RunTime.Days);
     table.SetText(row, 3, ToQt(RunTypeText(header.HeaderWord1)));
-    table.SetNumber(row, 4, length, QString::number(Round32(length)));
+    table.SetNumber(row, 4, header.RunLength, ToQt(units.LengthCell(header.RunLength)));
     table.SetNumber(row, 5, header.Duration, QString::number(header.Duration));
     table.SetNumber(row, 6, header.NumberOfSections, QString::number(header.NumberOfSections));
     table.SetText(row, 7, ToQt(BeforeAfterText(header.Before)));

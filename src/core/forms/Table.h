@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/RunRecords.h"
+#include "core/Units.h"
 
 namespace vantor {
 
@@ -42,16 +43,9 @@ private:
     QString emptyText_;
 };
 
-/// How lengths are shown: in feet, or in metres for metric display.
-struct LengthUnit {
-    bool Metric = false;
-    QString Label() const { return Metric ? QStringLiteral("m") : QStringLiteral("ft"); }
-    double FromFeet(double feet) const;
-};
-
 /// Lists of runs share these columns.
-QStringList RunColumns(LengthUnit unit);
+QStringList RunColumns(const Units& units);
 /// Fills a row of a run list: name, date, time, type, length, duration, sections, before/after, notes.
-void SetRunRow(Table& table, int row, const RunHeader& header, LengthUnit unit);
+void SetRunRow(Table& table, int row, const RunHeader& header, const Units& units);
 
 }  // namespace vantor

@@ -26,6 +26,8 @@ public:
     /// The help file in the help window, which stays usable beside modal screens; context is the number of a topic, 0
     /// its contents. Error 53 when the file is missing, 57 when it is damaged.
     virtual void OpenHelp(const std::string& helpFile, int context) = 0;
+    /// The folder of the user's documents; empty where the desktop has none.
+    virtual std::string DocumentsFolder() const = 0;
     /// Lets the user choose an existing folder, beginning at `start`; empty when none was chosen.
     virtual std::string ChooseFolder(const std::string& start) = 0;
     /// Lets the user name a file to write of one of these kinds, beginning at the path `start` and its kind; empty when

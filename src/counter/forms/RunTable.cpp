@@ -13,10 +13,10 @@ namespace {
 constexpr int RunIndexRole = Qt::UserRole;
 
 void ShowRun(Table& table, int row, const FileSystem& files, const std::string& folder, const std::string& name,
-             LengthUnit unit) {
+             const Units& units) {
     table.SetText(row, 0, ToQt(name));
     const RunReading reading = ReadRun(files, folder, name, RunPart::Header);
-    if (reading) return SetRunRow(table, row, reading.Run.Header, unit);
+    if (reading) return SetRunRow(table, row, reading.Run.Header, units);
     const int notes = table.columnCount() - 1;
     const QString problem = ToQt(reading.Fault->Message());
     table.SetText(row, notes, problem.simplified());
@@ -25,19 +25,19 @@ void ShowRun(Table& table, int row, const FileSystem& files, const std::string& 
 
 }  // namespace
 
-void SetRunColumns(Table& table, LengthUnit unit) {
+void SetRunColumns(Table& table, const Units& units) {
     table.horizontalHeader()->setDefaultSectionSize(table.horizontalHeader()->minimumSectionSize());
-    table.SetColumns(RunColumns(unit));
+    table.SetColumns(RunColumns(units));
 }
 
 std::vector<std::string> ListRunFiles(Table& table, const FileSystem& files, const std::string& folder,
-                                      LengthUnit unit) {
+                                      const Units& units) {
     std::vector<std::string> names;
     table.BeginFilling();
     for (const FileInfo& info : FilesWithExtension(files, folder, RunExtension)) {
         const int row = table.AddRow();
         names.push_back(BaseName(info.Name));
-        ShowRun(table, row, files, folder, names.back(), unit);
+        ShowRun(table, row, files, folder, names.back(), units);
         table.item(row, 0)->setData(RunIndexRole, row);
     }
     table.EndFilling();

@@ -23,9 +23,9 @@ frmDeleteTempRuns::frmDeleteTempRuns(AppContext& context)
     setObjectName(QStringLiteral("frmDeleteTempRuns"));
     setWindowTitle(tr("Select Temp Runs To Delete"));
     frRunList_->setObjectName(QStringLiteral("frRunList"));
-    const LengthUnit unit{context_.State.Settings.MetricUnits != 0};
     Table& runs = frRunList_->Files();
-    runs.SetColumns({tr("Name"), tr("Date"), tr("Time"), tr("Length (%1)").arg(unit.Label()), tr("Duration (s)")});
+    runs.SetColumns({tr("Name"), tr("Date"), tr("Time"), tr("Length ") + ToQt(UnitsOf(context_.State).LengthTitle()),
+                     tr("Duration (s)")});
     runs.SetEmptyText(tr("There are no version 1 runs (.rdf) in this folder."));
 
     auto* instructions = Named<QLabel>(this, "lblInstructions",
@@ -78,11 +78,9 @@ void frmDeleteTempRuns::ShowRun(int row, const std::string& name) {
     Table& runs = frRunList_->Files();
     try {
         const RunHeader header = ReadVer1Run(context_.Files, frRunList_->Folder(), name).Header;
-        const LengthUnit unit{context_.State.Settings.MetricUnits != 0};
-        const double length = unit.FromFeet(header.RunLength);
         runs.SetSorted(row, 1, ToQt(ShortDate(header.RunDate)), header.RunDate.Days);
         runs.SetSorted(row, 2, ToQt(ShortTime(header.RunTime)), header.RunTime.Days);
-        runs.SetNumber(row, 3, length, QString::number(Round32(length)));
+        runs.SetNumber(row, 3, header.RunLength, ToQt(UnitsOf(context_.State).LengthCell(header.RunLength)));
         runs.SetNumber(row, 4, header.Duration, QString::number(header.Duration));
     } catch (const RunTimeError& error) {
         // A file that cannot be read can still be deleted.

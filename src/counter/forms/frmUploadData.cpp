@@ -116,7 +116,7 @@ QGroupBox* frmUploadData::BuildRunList() {
     auto* frame = Named<QGroupBox>(this, "fraRunList", tr("2) List of Runs in Uploaded Data"));
     vaSelRuns_ = Named<Table>(frame, "vaSelRuns");
     vaSelRuns_->setAccessibleName(tr("Runs in the temporary runs folder"));
-    SetRunColumns(*vaSelRuns_, LengthUnit{context_.State.Settings.MetricUnits != 0});
+    SetRunColumns(*vaSelRuns_, UnitsOf(context_.State));
     vaSelRuns_->SetEmptyText(EmptyText(context_.State));
     btnRename_ = ToolButton(frame, "btnRename", QString(), "rename");
     btnRename_->setToolTip(tr("Rename selected file(s)"));
@@ -215,7 +215,7 @@ void frmUploadData::ListRuns() {
     std::set<std::string> selected;
     for (const UploadRun* run : SelectedRuns()) selected.insert(run->Name);
     runs_.clear();
-    const LengthUnit unit{context_.State.Settings.MetricUnits != 0};
+    const Units unit = UnitsOf(context_.State);
     for (const std::string& name : ListRunFiles(*vaSelRuns_, context_.Files, TempFolder(), unit))
         runs_.push_back({name, previousNames[name]});
     for (int row = 0; row < vaSelRuns_->rowCount(); ++row)

@@ -18,13 +18,13 @@ namespace vantor {
 frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& studyGroup) {
     setObjectName(QStringLiteral("frmUploadRunList"));
     setWindowTitle(tr("Runs in Selected Study Group"));
-    const LengthUnit unit{context.State.Settings.MetricUnits != 0};
+    const Units units = UnitsOf(context.State);
 
     auto* lblStudyGroup = Named<QLabel>(this, "lblStudyGroup", tr("List of runs in Study Group: ") + ToQt(studyGroup));
     auto* frame = Named<QGroupBox>(this, "fraRunList", tr("List of Runs in ..."));
     auto* vaShowRuns = Named<Table>(frame, "vaShowRuns");
     vaShowRuns->setAccessibleName(tr("Runs in the Study Group"));
-    SetRunColumns(*vaShowRuns, unit);
+    SetRunColumns(*vaShowRuns, units);
     vaShowRuns->SetEmptyText(tr("There are no runs in this Study Group yet."));
     (new QVBoxLayout(frame))->addWidget(vaShowRuns);
 
@@ -44,7 +44,8 @@ frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& study
 
     Connect(BtnUploadOk, &QPushButton::clicked, this, context.Messages, [this] { accept(); });
     Guarded(context.Messages, [&] {
-        ListRunFiles(*vaShowRuns, context.Files, GroupFolder(context.State.Paths.StudyGroupRootPath, studyGroup), unit);
+        ListRunFiles(*vaShowRuns, context.Files, GroupFolder(context.State.Paths.StudyGroupRootPath, studyGroup),
+                     units);
     });
     RememberLayout(*this, context.Memory);
 }

@@ -76,7 +76,7 @@ public:
             case NodeTable::Number: return QStringLiteral("#");
             case NodeTable::Name: return QStringLiteral("Node Name");
             case NodeTable::Second: return QStringLiteral("Time (s)");
-            default: return QStringLiteral("Distance (%1)").arg(UnitLabel());
+            default: return QStringLiteral("Distance ") + ToQt(ShownUnits().LengthTitle());
         }
     }
 
@@ -89,9 +89,9 @@ public:
             case Qt::ForegroundRole:
                 return IsUnlocked(index) ? QVariant(UnlockedPair(view_->palette()).Text) : QVariant();
             case Qt::ToolTipRole:
-                return IsUnlocked(index)
-                           ? QStringLiteral("Type the distance from the start of the run in %1").arg(UnitLabel())
-                           : QVariant();
+                return IsUnlocked(index) ? QStringLiteral("Type the distance from the start of the run in ") +
+                                               QLatin1String(ShownUnits().LengthLabel())
+                                         : QVariant();
             case ColourlessRole: return IsUnlocked(index);
             default: return {};
         }
@@ -118,10 +118,7 @@ private:
     bool IsUnlocked(const QModelIndex& index) const {
         return index.column() == NodeTable::Distance && RowAt(index).IsInserted;
     }
-    QString UnitLabel() const {
-        const bool isMetric = details_ != nullptr && details_->Units().Metric;
-        return isMetric ? QStringLiteral("m") : QStringLiteral("ft");
-    }
+    Units ShownUnits() const { return details_ != nullptr ? details_->Units() : Units(); }
 
     QVariant Background(const QModelIndex& index) const {
         if (IsUnlocked(index)) return UnlockedPair(view_->palette()).Background;
@@ -136,7 +133,7 @@ private:
             case NodeTable::Second: return row.IsInserted ? QString() : QString::number(row.Sample);
             default: break;
         }
-        if (!row.IsInserted) return QString::number(Round32(details_->Units().LengthOfFeet(row.Feet)));
+        if (!row.IsInserted) return ToQt(details_->Units().LengthCell(row.Feet));
         return row.TypedDistance.empty() ? QStringLiteral("type it") : ToQt(row.TypedDistance);
     }
 

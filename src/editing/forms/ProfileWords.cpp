@@ -1,12 +1,8 @@
 #include "editing/forms/ProfileWords.h"
 
-#include "core/Numeric.h"
-
 namespace vantor {
 
-QString LengthUnitInWords(const ProfileGeometry& geometry) {
-    return geometry.Units().Metric ? QStringLiteral("Meters") : QStringLiteral("Feet");
-}
+QString LengthUnitInWords(const ProfileGeometry& geometry) { return QLatin1String(geometry.Units().LengthName()); }
 
 QString AxisUnit(const ProfileGeometry& geometry) {
     return geometry.Axis() == BoundaryAxis::Time ? QStringLiteral("Secs.") : LengthUnitInWords(geometry);
@@ -34,10 +30,10 @@ QString PointInWords(const SpeedProfile& profile, double x, const ProfileLabels&
     const ProfileGeometry& geometry = profile.Geometry();
     const std::int32_t sample = trace.SampleAt(geometry.Axis(), geometry.PlaceOf(geometry.AxisValueAt(x)));
     return QStringLiteral("Distance %1 %2    Time %3 s    Speed %4 %5")
-        .arg(Round32(geometry.Units().LengthOfFeet(trace.DistanceOf(sample))))
+        .arg(geometry.Units().WholeLength(trace.DistanceOf(sample)))
         .arg(LengthUnitInWords(geometry))
         .arg(sample)
-        .arg(Round32(geometry.Units().SpeedOfMph(trace.SpeedOf(sample))))
+        .arg(geometry.Units().WholeSpeed(trace.SpeedOf(sample)))
         .arg(labels.SpeedUnit);
 }
 

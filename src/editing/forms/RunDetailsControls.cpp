@@ -235,11 +235,9 @@ void RunDetailsControls::ShowButtons(const RunHeader& header, const RunDetailTex
 }
 
 void RunDetailsControls::ShowSummary(const RunHeader& header, std::size_t nodes, ProfileUnits units) {
-    const auto length = Round32(units.LengthOfFeet(header.RunLength));
     RunDetailsNumberOfSections->setText(QString::number(nodes));
     RunDetailsDuration->setText(QStringLiteral("%1 s").arg(header.Duration));
-    RunDetailsLength->setText(
-        QStringLiteral("%1 %2").arg(length).arg(units.Metric ? QStringLiteral("m") : QStringLiteral("ft")));
+    RunDetailsLength->setText(ToQt(units.LengthText(header.RunLength)));
 }
 
 void RunDetailsControls::SetTabOrder() {

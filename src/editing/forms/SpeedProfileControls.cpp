@@ -93,7 +93,7 @@ QLayout* SpeedProfileControls::LayOutFigures() {
     txtIdealSpeed->setFixedWidth(WidthOf(*txtIdealSpeed, "0000000"));
     txtIdealSpeed->setToolTip(QStringLiteral("Type an ideal speed and press Enter; 0 or nothing: the computed one"));
     lblIdealSpeedSource = Named<QLabel>(&window_, "lblIdealSpeedSource");
-    lblIdealSpeedSource->setMinimumWidth(WidthOf(*lblIdealSpeedSource, "MPH (set by hand)"));
+    lblIdealSpeedSource->setMinimumWidth(WidthOf(*lblIdealSpeedSource, "MPH = 888 KPH (set by hand)"));
 
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(QStringLiteral("Control Delay (s)"), &window_));

@@ -62,7 +62,7 @@ frmEditPulseData::frmEditPulseData(AppContext& context, int entryIndex)
       entryIndex_(entryIndex),
       run_(context.State.CurrentRun),
       name_(ToQt(TrimRight(run_.Header.RunName))),
-      speedUnit_(context.State.Settings.MetricUnits != 0 ? QStringLiteral("KPH") : QStringLiteral("MPH")),
+      speedUnit_(ToQt(UnitsOf(context.State.Settings).SpeedLabel())),
       data_(run_.Header.CalConstant, context.State.Settings),
       edits_(run_.SampleValues),
       view_(run_, context.State.Settings),
@@ -347,7 +347,7 @@ void frmEditPulseData::ShowScrollBar() {
 
 QString frmEditPulseData::ShownSpeed(std::int16_t word) const {
     try {
-        return QString::number(Round32(view_.Geometry().Units().SpeedOfMph(data_.SpeedOf(word))));
+        return QString::number(view_.Geometry().Units().WholeSpeed(data_.SpeedOf(word)));
     } catch (const RunTimeError&) {
         return {};
     }

@@ -39,7 +39,8 @@ frmPlotRunSpeedProfileHoriz::frmPlotRunSpeedProfileHoriz(AppContext& context, in
     controls_.txtIdealSpeed->installEventFilter(this);
     ConnectControls();
     ConnectPlot();
-    controls_.Plot->SetProfile(&profile_, {ToQt(context.State.SpeedUnitLabel), ToQt(context.State.LengthUnitLabel)},
+    const Units units = UnitsOf(context.State.Settings);
+    controls_.Plot->SetProfile(&profile_, {QLatin1String(units.SpeedLabel()), QLatin1String(units.LengthLabel())},
                                NothingToDraw(profile_.Trace(), run_.Header.CalConstant));
     for (QWidget* control : std::initializer_list<QWidget*>{controls_.cmbPlotScaleList, controls_.btnToggleSpdTime,
                                                             controls_.txtIdealSpeed})
@@ -126,8 +127,7 @@ std::optional<std::int32_t> frmPlotRunSpeedProfileHoriz::TypedIdealSpeed() const
     if (text.isEmpty()) return 0;
     bool isWhole = false;
     const int speed = text.toInt(&isWhole);
-    const double mph = profile_.Geometry().Units().MphOfSpeed(speed);
-    return isWhole && mph >= 0 && mph <= MostIdealSpeed ? std::optional(Round32(mph)) : std::nullopt;
+    return isWhole && speed >= 0 && speed <= MostIdealSpeed ? std::optional(speed) : std::nullopt;
 }
 
 void frmPlotRunSpeedProfileHoriz::TakeIdealSpeed() {
@@ -139,9 +139,8 @@ void frmPlotRunSpeedProfileHoriz::TakeIdealSpeed() {
     }
     ShowFigures();
     controls_.txtIdealSpeed->selectAll();
-    const double most = profile_.Geometry().Units().SpeedOfMph(MostIdealSpeed);
-    context_.Messages.Tell("The ideal speed is a whole number of " + context_.State.SpeedUnitLabel + " from 1 to " +
-                               std::to_string(static_cast<int>(most)) + ".\nEnter 0 or nothing for the computed one.",
+    context_.Messages.Tell("The ideal speed is a whole number of MPH from 1 to " + std::to_string(MostIdealSpeed) +
+                               ".\nEnter 0 or nothing for the computed one.",
                            MessageIcon::Warning);
 }
 
@@ -216,12 +215,13 @@ void frmPlotRunSpeedProfileHoriz::ShowFigures() {
 }
 
 void frmPlotRunSpeedProfileHoriz::ShowIdealSpeed() {
-    const auto speed = profile_.ShownIdealSpeed();
+    const auto speed = profile_.WholeIdealSpeed();
     controls_.txtIdealSpeed->setText(speed ? QString::number(*speed) : QString());
     const QString source = profile_.HasUserIdealSpeed() ? QStringLiteral(" (set by hand)")
                            : speed                      ? QStringLiteral(" (computed)")
                                                         : QString();
-    controls_.lblIdealSpeedSource->setText(ToQt(context_.State.SpeedUnitLabel) + source);
+    const std::string unit = speed ? profile_.Geometry().Units().MphBoxLabel(*speed) : "MPH";
+    controls_.lblIdealSpeedSource->setText(ToQt(unit) + source);
 }
 
 void frmPlotRunSpeedProfileHoriz::ShowReadOut(std::optional<double> x) {

@@ -15,7 +15,7 @@ namespace vantor {
 frmRunDetails::frmRunDetails(AppContext& context, int entryIndex)
     : context_(context),
       entry_(entryIndex),
-      details_(context.State.CurrentRun, {context.State.Settings.MetricUnits != 0}),
+      details_(context.State.CurrentRun, UnitsOf(context.State)),
       controls_(*this) {
     setObjectName(QStringLiteral("frmRunDetails"));
     setWindowTitle(QStringLiteral("Run Details"));

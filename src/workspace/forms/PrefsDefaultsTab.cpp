@@ -11,6 +11,7 @@
 
 #include "core/Numeric.h"
 #include "core/RunTimeError.h"
+#include "core/Units.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "workspace/Preferences.h"
@@ -123,14 +124,30 @@ QGroupBox* PrefsDefaultsTab::BuildStudyParameters(const AppSettings& settings) {
     txtStopSpeed_ = Named<QLineEdit>(frame, "txtStopSpeed");
     txtStopSpeed_->setText(QString::number(settings.StopSpeedThreshold));
     txtStopSpeed_->setAlignment(Qt::AlignRight);
-    txtStopSpeed_->setAccessibleDescription(QStringLiteral("MPH"));
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(txtStopSpeed_, QStringLiteral("Stop Speed &Threshold")));
     row->addWidget(txtStopSpeed_);
-    // The threshold is kept and compared in miles per hour, whatever the units on display.
-    row->addWidget(new QLabel(QStringLiteral("MPH"), frame));
+    row->addWidget(lblStopSpeedUnit_ = Named<QLabel>(frame, "lblStopSpeedUnit"));
     static_cast<QBoxLayout*>(frame->layout())->addLayout(row);
+    connect(txtStopSpeed_, &QLineEdit::textChanged, this, [this] { ShowThreshold(); });
+    connect(optEnglish_, &QRadioButton::toggled, this, [this] {
+        ShowThreshold();
+        if (OnUnitsChanged) OnUnitsChanged();
+    });
+    ShowThreshold();
     return frame;
+}
+
+/// The threshold is kept and compared in miles per hour, whatever the units on display.
+void PrefsDefaultsTab::ShowThreshold() {
+    QString unit = QStringLiteral("MPH");
+    try {
+        unit = ToQt(Units{IsMetric()}.MphBoxLabel(WholePartOf(FromQt(txtStopSpeed_->text()))));
+    } catch (const RunTimeError&) {
+        // What is no number is told on OK.
+    }
+    lblStopSpeedUnit_->setText(unit);
+    txtStopSpeed_->setAccessibleDescription(unit);
 }
 
 QGroupBox* PrefsDefaultsTab::BuildSerialPort(const AppSettings& settings) {

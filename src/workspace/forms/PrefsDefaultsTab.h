@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <functional>
@@ -26,6 +27,10 @@ public:
     /// Error 13 for a field that holds no number, 6 for one too large; the field has the focus then and `settings` are
     /// incomplete.
     void Take(AppSettings& settings) const;
+    bool IsMetric() const { return !optEnglish_->isChecked(); }
+
+    /// Called when other units are chosen.
+    std::function<void()> OnUnitsChanged;
 
 private:
     QGroupBox* BuildStartUp(const AppSettings& settings);
@@ -33,6 +38,7 @@ private:
     QGroupBox* BuildUnits(const AppSettings& settings);
     QGroupBox* BuildStudyParameters(const AppSettings& settings);
     QGroupBox* BuildSerialPort(const AppSettings& settings);
+    void ShowThreshold();
     void FillPorts(int savedPort);
     void ShowPort();
 
@@ -42,6 +48,7 @@ private:
     QRadioButton* optEnglish_ = nullptr;
     QRadioButton* optStopDelay_ = nullptr;
     QLineEdit* txtStopSpeed_ = nullptr;
+    QLabel* lblStopSpeedUnit_ = nullptr;
     QComboBox* cmbCommPort_ = nullptr;
     QComboBox* cmbBaudRate_ = nullptr;
 };

@@ -5,64 +5,115 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "core/Paths.h"
-#include "core/Text.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
-#include "core/forms/Theme.h"
 
 namespace vantor {
 
 PrefsPathTab::PrefsPathTab(QWidget* parent, AppContext& context) : QWidget(parent), context_(context) {
     setObjectName(QStringLiteral("fraPathOptions"));
+    const std::string documents = context.DesktopServices.DocumentsFolder();
+    if (!documents.empty()) inDocuments_ = FoldersInDocuments(documents);
     auto* lower = new QHBoxLayout;
     auto* layout = new QVBoxLayout(this);
+    layout->addWidget(BuildDocumentsBar());
     layout->addLayout(BuildFolders());
     layout->addLayout(lower, 1);
     lower->addLayout(BuildTree(), 1);
     lower->addLayout(BuildDirections(), 1);
 }
 
+QWidget* PrefsPathTab::BuildDocumentsBar() {
+    auto* bar = Named<QFrame>(this, "fraDocuments");
+    bar->setFrameShape(QFrame::StyledPanel);
+    lblDocuments_ =
+        Named<QLabel>(bar, "lblDocuments", QStringLiteral("All in one place, easy to find and to back up:"));
+    lblDocuments_->setWordWrap(true);
+    auto* use = Named<QPushButton>(bar, "cmdUseDocuments", QStringLiteral("Use a &Vantor folder in your documents"));
+    use->setToolTip(ToQt(VantorFolder()));
+    use->setAutoDefault(false);
+    auto* row = new QHBoxLayout(bar);
+    row->addWidget(lblDocuments_, 1);
+    row->addWidget(use);
+    Connect(use, &QPushButton::clicked, this, context_.Messages, [this] { UseDocuments(); });
+    bar->setVisible(!inDocuments_[Temp].empty());
+    return bar;
+}
+
+std::string PrefsPathTab::VantorFolder() const {
+    const std::string& temp = inDocuments_[Temp];
+    return temp.empty() ? temp : FolderOf(temp.substr(0, temp.size() - 1));
+}
+
+void PrefsPathTab::UseDocuments() {
+    Mark(nullptr);
+    for (std::size_t i = 0; i < FieldCount; ++i) {
+        fields_[i]->Put(inDocuments_[i]);
+        fields_[i]->Insist();
+    }
+    usesDocuments_ = true;
+    lblDocuments_->setText(QStringLiteral("Runs, studies and counter files will go to %1. OK makes the folders.")
+                               .arg(ToQt(VantorFolder())));
+}
+
 QLayout* PrefsPathTab::BuildFolders() {
-    const WorkingPaths& paths = context_.State.Paths;
     auto* grid = new QGridLayout;
-    AddFolder(*grid, QStringLiteral("Tempory R&uns Files Path"), paths.TempRunsPath,
-              QStringLiteral("Where temporary runs are kept"));
-    AddFolder(*grid, QStringLiteral("&Study Group Root Path"), paths.StudyGroupRootPath,
+    AddFolder(*grid, Temp, QStringLiteral("Tempory R&uns Files Path"), QStringLiteral("Where temporary runs are kept"));
+    AddFolder(*grid, Root, QStringLiteral("&Study Group Root Path"),
               QStringLiteral("Parent folder of all active Study Groups"));
-    AddFolder(*grid, QStringLiteral("&Field Data Files Path"), paths.FieldDataPath,
+    AddNextRoot(*grid);
+    AddFolder(*grid, FieldData, QStringLiteral("&Field Data Files Path"),
               QStringLiteral("Where counter data files are stored before processing"));
+    const WorkingPaths& paths = context_.State.Paths;
+    fields_[Temp]->Fill(paths.TempRunsPath);
+    fields_[Root]->Fill(paths.StudyGroupRootPath);
+    fields_[FieldData]->Fill(paths.FieldDataPath);
+    ShowNextRoot();
     return grid;
 }
 
-void PrefsPathTab::AddFolder(QGridLayout& grid, const QString& caption, const std::string& folder,
-                             const QString& purpose) {
-    auto* box = new PathBox(this);
-    auto* browse = new QPushButton(QStringLiteral("Browse..."), this);
-    auto* hint = new QLabel(this);
-    boxes_.push_back(box);
-    const auto name = [number = boxes_.size()](const char* role) {
-        return QStringLiteral("%1(%2)").arg(QLatin1String(role)).arg(number);
-    };
-    box->setObjectName(name("txtFilePath"));
-    browse->setObjectName(name("cmdBrowse"));
-    hint->setObjectName(name("lblFilePath"));
-    browse->setAccessibleName(QStringLiteral("Browse for the ") + WithoutAccessKey(caption));
-    browse->setAutoDefault(false);
-
+void PrefsPathTab::AddFolder(QGridLayout& grid, FieldIndex index, const QString& caption, const QString& purpose) {
+    auto* field = new PathField(this, grid, static_cast<int>(index) + 1, caption, purpose);
+    fields_[index] = field;
+    PathBox* box = field->Box;
     box->OnEntered = [this, box] { Mark(box); };
     box->OnAccepted = [this, box] { Guarded(context_.Messages, [&] { AcceptTyped(*box); }); };
-    Connect(box, &QLineEdit::textChanged, this, context_.Messages,
-            [box, hint, purpose] { ShowHint(*box, *hint, purpose); });
-    Connect(browse, &QPushButton::clicked, this, context_.Messages, [this, box] { Browse(*box); });
-    box->setText(ToQt(folder));
+    Connect(field->Browse, &QPushButton::clicked, this, context_.Messages, [this, box] { Browse(*box); });
+    Connect(box, &QLineEdit::textChanged, this, context_.Messages, [this] {
+        ShowNextRoot();
+        if (OnChanged) OnChanged();
+    });
+}
 
+void PrefsPathTab::AddNextRoot(QGridLayout& grid) {
+    lblNextRoot_ = Named<QLabel>(this, "lblNextRoot");
+    lblNextRoot_->setWordWrap(true);
+    cmdTakeNextRoot_ = Named<QPushButton>(this, "cmdTakeNextRoot", QStringLiteral("Put it into the box"));
+    cmdTakeNextRoot_->setAutoDefault(false);
+    Connect(cmdTakeNextRoot_, &QPushButton::clicked, this, context_.Messages, [this] {
+        PutRoot(context_.State.Settings.StudyGroupRootPath);
+        fields_[Root]->Insist();
+        fields_[Root]->Box->setFocus();
+    });
     const int row = grid.rowCount();
-    grid.addWidget(LabelFor(box, caption), row, 0);
-    grid.addWidget(box, row, 1);
-    grid.addWidget(browse, row, 2);
-    grid.addWidget(hint, row + 1, 1, 1, 2);
+    grid.addWidget(lblNextRoot_, row, 1);
+    grid.addWidget(cmdTakeNextRoot_, row, 2, Qt::AlignTop);
+}
+
+void PrefsPathTab::ShowNextRoot() {
+    const ApplicationState& state = context_.State;
+    const std::string& next = state.Settings.StudyGroupRootPath;
+    const bool waits = AsFolder(next) != AsFolder(state.Paths.StudyGroupRootPath) &&
+                       AsFolder(next) != AsFolder(fields_[Root]->Box->Folder());
+    const QString folder = next.empty() ? QStringLiteral("(none)") : ToQt(next);
+    lblNextRoot_->setText(QStringLiteral("From the next start: ") + folder);
+    cmdTakeNextRoot_->setAccessibleName(QStringLiteral("Put %1 into the box").arg(folder));
+    cmdTakeNextRoot_->setToolTip(cmdTakeNextRoot_->accessibleName());
+    lblNextRoot_->setVisible(waits);
+    cmdTakeNextRoot_->setVisible(waits);
 }
 
 QLayout* PrefsPathTab::BuildTree() {
@@ -128,20 +179,37 @@ void PrefsPathTab::AcceptTyped(PathBox& box) {
     Mark(nullptr);
 }
 
-void PrefsPathTab::ShowHint(const PathBox& box, QLabel& hint, const QString& purpose) {
-    const std::string folder = box.Folder();
-    const bool isTooLong = FirstCharacters(folder, PathWidth).size() < folder.size();
-    QPalette colours;
-    if (isTooLong) colours.setColor(QPalette::WindowText, RedText(colours));
-    hint.setPalette(colours);
-    hint.setText(isTooLong ? QStringLiteral("Too long: only the first %1 characters are kept.").arg(PathWidth)
-                           : purpose);
+bool PrefsPathTab::IsAccepted() {
+    for (const PathField* field : fields_) {
+        if (field->IsAccepted()) continue;
+        field->Box->setFocus();
+        return false;
+    }
+    return true;
+}
+
+bool PrefsPathTab::IsToBeMade(const std::string& folder) const {
+    return usesDocuments_ && std::ranges::find(inDocuments_, folder) != inDocuments_.end();
+}
+
+std::string PrefsPathTab::ForgottenRoot() const {
+    return lblNextRoot_->isHidden() || fields_[Root]->IsTouched() ? std::string()
+                                                                  : context_.State.Settings.StudyGroupRootPath;
+}
+
+bool PrefsPathTab::ChangesRootInUse() const {
+    return AsFolder(fields_[Root]->Box->Folder()) != AsFolder(context_.State.Paths.StudyGroupRootPath);
 }
 
 void PrefsPathTab::Take(Preferences& preferences) const {
-    preferences.Paths.TempRunsPath = boxes_[0]->Folder();
-    preferences.Settings.StudyGroupRootPath = boxes_[1]->Folder();
-    preferences.Paths.FieldDataPath = boxes_[2]->Folder();
+    preferences.Paths.TempRunsPath = fields_[Temp]->Box->Folder();
+    preferences.Settings.StudyGroupRootPath = fields_[Root]->Box->Folder();
+    preferences.Paths.FieldDataPath = fields_[FieldData]->Box->Folder();
+    // Without a Study Group so far, the first study begins in the new place, too.
+    const WorkingPaths& inUse = context_.State.Paths;
+    if (usesDocuments_ && preferences.Settings.StudyGroupRootPath == inDocuments_[Root] &&
+        AsFolder(inUse.LastStudyGroupPath) == AsFolder(inUse.StudyGroupRootPath))
+        preferences.Paths.LastStudyGroupPath = inDocuments_[Root];
 }
 
 }  // namespace vantor

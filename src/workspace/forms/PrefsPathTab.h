@@ -3,13 +3,14 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QWidget>
+#include <array>
+#include <functional>
 #include <string>
-#include <vector>
 
 #include "core/AppContext.h"
 #include "core/forms/FolderTree.h"
 #include "workspace/Preferences.h"
-#include "workspace/forms/PathBox.h"
+#include "workspace/forms/PathField.h"
 
 namespace vantor {
 
@@ -19,12 +20,31 @@ class PrefsPathTab : public QWidget {
 public:
     PrefsPathTab(QWidget* parent, AppContext& context);
 
+    /// False when a box holds a folder that the user has to change or to insist on; it has the focus then.
+    bool IsAccepted();
     /// The trimmed folders: a new Study Group root into the record, the others into the working copies.
     void Take(Preferences& preferences) const;
+    /// True for a folder that is to be made without asking: the user chose it by the bar.
+    bool IsToBeMade(const std::string& folder) const;
+
+    /// The root that waits for the next start and that OK would replace by the one in use, though the user touched
+    /// neither; empty when there is none.
+    std::string ForgottenRoot() const;
+    void PutRoot(const std::string& root) { fields_[Root]->Put(root); }
+    bool ChangesRootInUse() const;
+
+    /// Called when a box changes.
+    std::function<void()> OnChanged;
 
 private:
+    enum FieldIndex : std::size_t { Temp, Root, FieldData, FieldCount };
+    QWidget* BuildDocumentsBar();
     QLayout* BuildFolders();
-    void AddFolder(QGridLayout& grid, const QString& caption, const std::string& folder, const QString& purpose);
+    void AddFolder(QGridLayout& grid, FieldIndex index, const QString& caption, const QString& purpose);
+    void AddNextRoot(QGridLayout& grid);
+    std::string VantorFolder() const;
+    void UseDocuments();
+    void ShowNextRoot();
     QLayout* BuildTree();
     QLayout* BuildDirections();
 
@@ -32,11 +52,15 @@ private:
     void TakeFromTree(const std::string& folder);
     void Browse(PathBox& box);
     void AcceptTyped(PathBox& box);
-    static void ShowHint(const PathBox& box, QLabel& hint, const QString& purpose);
 
     AppContext& context_;
-    std::vector<PathBox*> boxes_;  ///< temporary runs, Study Group root, field data
-    PathBox* marked_ = nullptr;    ///< the box being edited, none at first
+    std::array<std::string, FieldCount> inDocuments_;  ///< empty where the desktop has no folder of documents
+    bool usesDocuments_ = false;
+    std::array<PathField*, FieldCount> fields_{};
+    PathBox* marked_ = nullptr;  ///< the box being edited, none at first
+    QLabel* lblDocuments_ = nullptr;
+    QLabel* lblNextRoot_ = nullptr;
+    QPushButton* cmdTakeNextRoot_ = nullptr;
     FolderTree* trePrefs_ = nullptr;
 };
 

@@ -7,6 +7,7 @@
 
 #include "core/Numeric.h"
 #include "core/Text.h"
+#include "core/Units.h"
 #include "core/forms/Accessible.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
@@ -27,7 +28,7 @@ void MakeLarge(QWidget& figure) {
 }
 
 /// The figure under its caption, with its unit behind it on the same baseline.
-QLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "") {
+QLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "", const char* unitName = "") {
     MakeLarge(*figure);
     if (auto* label = qobject_cast<QLabel*>(figure))
         SetValueCaption(*label, QString::fromLatin1(caption));
@@ -38,6 +39,7 @@ QLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "") 
     line->addWidget(figure);
     if (*unit != '\0') {
         auto* unitLabel = new QLabel(QString::fromLatin1(unit), figure->parentWidget());
+        unitLabel->setObjectName(QLatin1String(unitName));
         const int toBaseline = figure->fontMetrics().descent() - unitLabel->fontMetrics().descent();
         unitLabel->setContentsMargins(0, 0, 0, FigurePadding + toBaseline);
         line->addWidget(unitLabel, 0, Qt::AlignBottom);
@@ -86,7 +88,6 @@ QGroupBox* ResultsPanel::BuildStopDelay() {
     frStopDelayStats_ = Named<QGroupBox>(this, "frStopDelayStats", QStringLiteral("Stop Delay Statistics"));
     txtStopSpdThreshold_ = Named<QLineEdit>(frStopDelayStats_, "txtStopSpdThreshold");
     txtStopSpdThreshold_->setReadOnly(true);
-    txtStopSpdThreshold_->setAccessibleDescription(QStringLiteral("MPH"));
     txtStopSpdThreshold_->setFrame(false);
     txtStopSpdThreshold_->setTextMargins(-2, 0, 0, 0);
     QPalette clear = txtStopSpdThreshold_->palette();
@@ -99,7 +100,8 @@ QGroupBox* ResultsPanel::BuildStopDelay() {
     column->addLayout(line);
     column->addWidget(BuildOtherThresholds());
     line->setSpacing(FigureSpacing);
-    line->addLayout(Captioned(txtStopSpdThreshold_, "Stop Speed Threshold", "MPH"));
+    line->addLayout(Captioned(txtStopSpdThreshold_, "Stop Speed Threshold", "MPH", "lblStopSpdUnit"));
+    lblStopSpdUnit_ = frStopDelayStats_->findChild<QLabel*>(QStringLiteral("lblStopSpdUnit"));
     line->addLayout(Captioned(lblAvgStopDelay_, "Avg. Stop Delay", "s"));
     line->addLayout(Captioned(lblControl2StopRatio_, "Ratio of Control to Stop Delay"));
     return frStopDelayStats_;
@@ -134,6 +136,10 @@ void ResultsPanel::ShowResults(const ResultLabels& labels, const AppSettings& se
     const QString threshold = ToQt(Trim(Str(settings.StopSpeedThreshold)));
     txtStopSpdThreshold_->setText(threshold);
     txtStopSpdThreshold_->setFixedWidth(txtStopSpdThreshold_->fontMetrics().horizontalAdvance(threshold) + 8);
+    // The threshold is kept and compared in miles per hour, whatever the units on display.
+    const QString unit = ToQt(UnitsOf(settings).MphBoxLabel(settings.StopSpeedThreshold));
+    lblStopSpdUnit_->setText(unit);
+    txtStopSpdThreshold_->setAccessibleDescription(unit);
     frStopDelayStats_->setVisible(settings.EnableStopDelay != 0);
     ShowGrade();
 }

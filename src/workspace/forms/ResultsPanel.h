@@ -39,6 +39,7 @@ private:
     QLabel* lblLOSGrade_ = nullptr;
     QGroupBox* frStopDelayStats_ = nullptr;
     QLineEdit* txtStopSpdThreshold_ = nullptr;
+    QLabel* lblStopSpdUnit_ = nullptr;
     QLabel* lblAvgStopDelay_ = nullptr;
     QLabel* lblControl2StopRatio_ = nullptr;
 };

@@ -35,12 +35,8 @@ namespace {
 
 constexpr const char* SupportSite = "https://vantor.example/support";
 
-bool IsAbsolute(const std::string& path) {
-    return path.front() == '/' || path.front() == PathSeparator || (path.size() > 1 && path[1] == ':');
-}
-
 std::string FullPath(const FileSystem& files, const std::string& path) {
-    const std::string whole = IsAbsolute(path) ? path : AsFolder(files.CurrentFolder()) + path;
+    const std::string whole = IsAbsolutePath(path) ? path : AsFolder(files.CurrentFolder()) + path;
     const std::string absolute = FromQt(QDir::toNativeSeparators(QDir::cleanPath(ToQt(whole))));
     const std::string asListed = LongPathName(files, absolute);
     return asListed.empty() ? absolute : asListed;
@@ -152,6 +148,7 @@ void frmMain::Start(const std::string& studyPath) {
     Guarded(context_.Messages, [&] { LoadSettings(state, context_.Files); });
     if (state.Paths.LastStudyName.empty()) state.Paths.LastStudyName = NoStudyName;
     if (state.SettingsWereMissing) ShowFirstRun();
+    if (Restarts()) return;
     details_->FillLists();
     ShowStudyAfter([&] { NewStudy(state, context_.Time); });
     Guarded(context_.Messages, [&] { OpenFirstStudy(studyPath); });
@@ -307,7 +304,13 @@ void frmMain::ReadCounter() {
 
 void frmMain::ShowPreferences() {
     context_.OtherScreens.ShowPreferences();
-    RefreshStudyResults();
+    if (!Restarts()) RefreshStudyResults();
+}
+
+bool frmMain::Restarts() {
+    bool& wanted = context_.State.RestartWanted;
+    if (wanted) wanted = close();
+    return wanted;
 }
 
 void frmMain::ProcessTemporaryRuns() {

@@ -74,6 +74,8 @@ private:
     void ProcessTemporaryRuns();
     void ProcessLog(LogKind kind);
     void ShowPreferences();
+    /// Closes the window where the user wants the program started again; false when it stays.
+    bool Restarts();
     void ShowStartUpOptions();
     void CarryOut(StartUpChoice choice);
     void ShowStudyStatistics();

@@ -47,12 +47,42 @@ frmPrefs::frmPrefs(AppContext& context, std::function<bool(int port)> portAvaila
     ok->setDefault(true);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tabPrefs_, 1);
+    layout->addWidget(BuildNextStart());
     layout->addLayout(DialogFoot(*this, context, HelpTopic::Preferences, {ok}, QStringLiteral("Cancel"), "btnCancel"));
-    Connect(ok, &QPushButton::clicked, this, context.Messages, [this] { Save(); });
+    Connect(ok, &QPushButton::clicked, this, context.Messages, [this] { Save(false); });
+    paths_->OnChanged = defaults_->OnUnitsChanged = [this] { ShowNextStart(); };
+    ShowNextStart();
     // No folder box is being edited at first.
     tabPrefs_->tabBar()->setFocus();
     resize(QSize(780, 540).boundedTo(screen()->availableSize()));
     RememberLayout(*this, context.Memory);
+}
+
+QWidget* frmPrefs::BuildNextStart() {
+    fraNextStart_ = Named<QWidget>(this, "fraNextStart");
+    lblNextStart_ = Named<QLabel>(fraNextStart_, "lblNextStart");
+    lblNextStart_->setWordWrap(true);
+    auto* restart = Named<QPushButton>(fraNextStart_, "cmdRestart", QStringLiteral("Restart &now"));
+    restart->setToolTip(QStringLiteral("Saves these preferences and starts the program again"));
+    restart->setAutoDefault(false);
+    Connect(restart, &QPushButton::clicked, this, context_.Messages, [this] { Save(true); });
+    auto* row = new QHBoxLayout(fraNextStart_);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(lblNextStart_, 1);
+    row->addWidget(restart);
+    return fraNextStart_;
+}
+
+void frmPrefs::ShowNextStart() {
+    const bool changesLabels = context_.State.LengthUnitLabel != Units{defaults_->IsMetric()}.LengthLabel();
+    const bool changesRoot = paths_->ChangesRootInUse();
+    QStringList texts;
+    if (changesLabels)
+        texts += QStringLiteral(
+            "Column titles keep their units until the next start; until then values of the new units carry theirs.");
+    if (changesRoot) texts += QStringLiteral("The new Study Group root is in use from the next start.");
+    lblNextStart_->setText(texts.join(QLatin1Char('\n')));
+    fraNextStart_->setVisible(!texts.isEmpty());
 }
 
 Preferences frmPrefs::Chosen() const {
@@ -68,13 +98,28 @@ Preferences frmPrefs::Chosen() const {
     return chosen;
 }
 
+void frmPrefs::RemindOfRoot() {
+    const std::string root = paths_->ForgottenRoot();
+    if (root.empty()) return;
+    if (context_.Messages.Confirm("The Study Group Root Path was to be, from the next start:\n" + root +
+                                  "\n\nKeep that? No stays with:\n" + context_.State.Paths.StudyGroupRootPath))
+        paths_->PutRoot(root);
+}
+
 void frmPrefs::OfferMissingFolders(const Preferences& preferences) {
     for (const std::string& folder : MissingFolders(context_.Files, preferences))
-        if (context_.Messages.Confirm("There is no folder: " + folder + "\nDo you want to create it?"))
+        if (paths_->IsToBeMade(folder) ||
+            context_.Messages.Confirm("There is no folder: " + folder + "\nDo you want to create it?"))
             context_.Files.CreateFolder(folder);
 }
 
-void frmPrefs::Save() {
+void frmPrefs::Save(bool restarts) {
+    if (!paths_->IsAccepted()) {
+        tabPrefs_->setCurrentIndex(0);
+        paths_->IsAccepted();  // the focus goes to a box that is seen
+        return context_.DesktopServices.Beep();
+    }
+    RemindOfRoot();
     const Preferences chosen = Chosen();
     OfferMissingFolders(chosen);
     SavePreferences(context_.State, context_.Files, chosen);
@@ -84,6 +129,7 @@ void frmPrefs::Save() {
             "The Study Group Root Path has been changed. The new path won't go into effect until the next time the "
             "program is run.");
     }
+    context_.State.RestartWanted = restarts;
     accept();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QLabel>
 #include <QTabWidget>
 #include <functional>
 #include <string>
@@ -12,7 +13,8 @@
 
 namespace vantor {
 
-/// Edits the settings and saves them on OK, all or nothing. A new Study Group root takes effect at the next start.
+/// Edits the settings and saves them on OK, all or nothing. A new Study Group root takes effect at the next start, and
+/// so do the unit labels; RestartWanted is set when the user wants that start now.
 class frmPrefs : public QDialog {
 public:
     /// `portAvailable` tries a serial port, 1 to 16; `deviceName` tells which device it is.
@@ -20,15 +22,20 @@ public:
              std::function<std::string(int port)> deviceName);
 
 private:
+    QWidget* BuildNextStart();
+    void ShowNextStart();
     Preferences Chosen() const;
+    void RemindOfRoot();
     void OfferMissingFolders(const Preferences& preferences);
-    void Save();
+    void Save(bool restarts);
 
     AppContext& context_;
     QTabWidget* tabPrefs_;
     PrefsPathTab* paths_;
     PrefsDefaultsTab* defaults_;
     PrefsReportTab* reports_;
+    QWidget* fraNextStart_ = nullptr;
+    QLabel* lblNextStart_ = nullptr;
 };
 
 }  // namespace vantor

@@ -80,10 +80,9 @@ QLayout* frmRunSelect::BuildGroupChooser() {
 }
 
 QLayout* frmRunSelect::BuildRuns() {
-    const LengthUnit unit{context_.State.Settings.MetricUnits != 0};
     // Columns grow to their texts from here.
     vaSelRuns_->horizontalHeader()->setDefaultSectionSize(48);
-    vaSelRuns_->SetColumns(RunColumns(unit) + QStringList{QStringLiteral("Status")});
+    vaSelRuns_->SetColumns(RunColumns(UnitsOf(context_.State)) + QStringList{QStringLiteral("Status")});
     vaSelRuns_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     // The status is read with the name; the notes take the room that is left.
     vaSelRuns_->horizontalHeader()->moveSection(vaSelRuns_->columnCount() - 1, 1);
@@ -105,8 +104,8 @@ void frmRunSelect::ListGroup() {
     } catch (const RunTimeError& error) {
         emptyText = ToQt(error.Message());
     }
-    const LengthUnit unit{context_.State.Settings.MetricUnits != 0};
-    for (const ListedRun& run : runs_) AddRow(run, unit);
+    const Units units = UnitsOf(context_.State);
+    for (const ListedRun& run : runs_) AddRow(run, units);
     EndFilling(*vaSelRuns_, emptyText);
     vaSelRuns_->resizeColumnToContents(vaSelRuns_->columnCount() - 1);
     BtnSelectAll_->setEnabled(std::any_of(runs_.begin(), runs_.end(),
@@ -120,12 +119,12 @@ frmRunSelect::Hindrance frmRunSelect::HindranceOf(const ListedRun& run) const {
     return {};
 }
 
-void frmRunSelect::AddRow(const ListedRun& run, LengthUnit unit) {
+void frmRunSelect::AddRow(const ListedRun& run, const Units& units) {
     const int row = vaSelRuns_->AddRow();
     const int status = vaSelRuns_->columnCount() - 1;
     const Hindrance hindrance = HindranceOf(run);
     if (run.Problem.empty()) {
-        SetRunRow(*vaSelRuns_, row, run.Header, unit);
+        SetRunRow(*vaSelRuns_, row, run.Header, units);
     } else {
         for (int column = 0; column < status; ++column) vaSelRuns_->SetText(row, column, {});
         vaSelRuns_->SetText(row, 0, ToQt(run.Name));

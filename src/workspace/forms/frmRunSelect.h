@@ -22,7 +22,7 @@ private:
     QLayout* BuildGroupChooser();
     QLayout* BuildRuns();
     void ListGroup();
-    void AddRow(const ListedRun& run, LengthUnit unit);
+    void AddRow(const ListedRun& run, const Units& units);
     /// Why the run cannot be added, for its tool tip, and the word for it; both empty when it can.
     struct Hindrance {
         std::string Word;
