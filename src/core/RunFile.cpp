@@ -3,6 +3,7 @@
 #include <bit>
 #include <limits>
 
+#include "core/Backup.h"
 #include "core/Paths.h"
 #include "core/modMain.h"
 
@@ -33,6 +34,18 @@ void DecodeSamplePairs(RunRecord& run, std::span<const std::byte> bytes) {
         codec::Get(run.SampleValues[i], pair.first(std::min<std::size_t>(2, pair.size())), 2);
         if (pair.size() > 2) run.RunSamples[i] = DecodeRecord<RunSample>(RunSampleFields, pair.subspan(2));
     }
+}
+
+/// The run of the file at `path`, whose header is read already.
+RunRecord ReadSamples(const FileSystem& files, const std::string& path, RunHeader header) {
+    const std::int32_t count = CheckedSampleCount(header.SampleCount, path);
+    const auto bytes = ReadFirstBytes(files, path, RunHeaderSize + static_cast<std::size_t>(count) * SamplePairSize);
+    RunRecord run;
+    run.Header = std::move(header);
+    run.SampleValues.ResizeTo(count);
+    run.RunSamples.ResizeTo(count);
+    DecodeSamplePairs(run, std::span(bytes).subspan(std::min(RunHeaderSize, bytes.size())));
+    return run;
 }
 
 std::uint64_t BitsOf(std::int16_t value) { return std::bit_cast<std::uint16_t>(value); }
@@ -135,16 +148,34 @@ bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run
         run.Header = std::move(*header);
         return true;
     }
-    const std::string path = PathOf(folder, name, RunExtension);
-    const std::int32_t count = CheckedSampleCount(header->SampleCount, path);
-    const auto bytes = ReadFirstBytes(files, path, RunHeaderSize + static_cast<std::size_t>(count) * SamplePairSize);
-    RunRecord read;
-    read.Header = std::move(*header);
-    read.SampleValues.ResizeTo(count);
-    read.RunSamples.ResizeTo(count);
-    DecodeSamplePairs(read, std::span(bytes).subspan(std::min(RunHeaderSize, bytes.size())));
-    run = std::move(read);
+    run = ReadSamples(files, PathOf(folder, name, RunExtension), std::move(*header));
     return true;
+}
+
+std::vector<RunBackup> RunBackupsOf(const FileSystem& files, const std::string& folder, const std::string& name) {
+    std::vector<RunBackup> backups;
+    for (const std::string& path : BackupsOf(files, PathOf(folder, name, RunExtension))) {
+        const auto info = files.Find(path);
+        if (!info || info->IsFolder || info->Size < RunHeaderSize) continue;
+        RunBackup backup{path, info->Modified, {}};
+        DecodeRecord(backup.Header, RunHeaderFields, ReadFirstBytes(files, path, RunHeaderSize));
+        backup.Header.RunName = name;
+        const std::int32_t count = backup.Header.SampleCount;
+        if (count >= 0 && count <= MostSamples) backups.push_back(std::move(backup));
+    }
+    return backups;
+}
+
+RunRecord ReadRunBackup(const FileSystem& files, const RunBackup& backup) {
+    return ReadSamples(files, backup.Path, backup.Header);
+}
+
+std::string ReplaceRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name) {
+    const auto batch = files.BeginWrites();
+    const std::string backup = AddBackup(*batch, files, PathOf(folder, name, RunExtension));
+    AddRunFile(*batch, run, folder, name);
+    batch->Commit();
+    return LastComponent(backup);
 }
 
 void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name) {
@@ -211,11 +242,6 @@ bool ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, RunRecord& ru
 void DeleteRunFile(FileSystem& files, const std::string& folder, const std::string& name) {
     const std::string path = PathOf(folder, name, RunExtension);
     if (FileExists(files, path)) files.Delete(path);
-}
-
-void AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& folder, const std::string& name) {
-    const std::string path = PathOf(folder, name, RunExtension);
-    batch.Add(folder + name + ".bak", ReadFirstBytes(files, path, files.Open(path)->Size()), OldTail::Dropped);
 }
 
 }  // namespace vantor

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/RunRecords.h"
+#include "core/forms/TableColumns.h"
 
 namespace vantor {
 
@@ -40,6 +41,7 @@ protected:
 
 private:
     QString emptyText_;
+    TableColumns* columns_;
 };
 
 /// How lengths are shown: in feet, or in metres for metric display.

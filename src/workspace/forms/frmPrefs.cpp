@@ -1,6 +1,5 @@
 #include "workspace/forms/frmPrefs.h"
 
-#include <QScreen>
 #include <QScrollArea>
 #include <QTabBar>
 #include <QVBoxLayout>
@@ -51,7 +50,7 @@ frmPrefs::frmPrefs(AppContext& context, std::function<bool(int port)> portAvaila
     Connect(ok, &QPushButton::clicked, this, context.Messages, [this] { Save(); });
     // No folder box is being edited at first.
     tabPrefs_->tabBar()->setFocus();
-    resize(QSize(780, 540).boundedTo(screen()->availableSize()));
+    resize(780, 540);
     RememberLayout(*this, context.Memory);
 }
 
