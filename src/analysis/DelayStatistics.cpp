@@ -89,6 +89,18 @@ PlotState PlacedBoundaries(const RunRecord& run, const StudyRunEntry& entry) {
     return {BoundaryAxis::Distance, sampleAt(entry.CDStartDist), sampleAt(entry.CDEndDist)};
 }
 
+FoundBoundaries FindBoundaries(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry) {
+    BoundaryScan scan(run, AppSettings(), plot);
+    const auto find = [&scan](std::int32_t sample, std::int32_t distance) {
+        const auto boundary = scan.Find(sample, distance, nullptr);
+        return boundary.Found ? std::optional(boundary.Sample) : std::nullopt;
+    };
+    FoundBoundaries found;
+    found.Start = find(plot.CDStartSample, entry.CDStartDist);
+    found.End = find(plot.CDEndSample, entry.CDEndDist);
+    return found;
+}
+
 IdealSpeed ComputeRunDelay(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry) {
     entry.StopDelay = 0;
     BoundaryScan scan(run, settings, plot);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "core/AppSettings.h"
 #include "core/RunRecords.h"
@@ -22,6 +23,14 @@ struct PlotState {
 /// beyond its end; 0 for a boundary that is not set. A computation that does not find a boundary leaves its sample as
 /// it is, so a study's run must start from here.
 PlotState PlacedBoundaries(const RunRecord& run, const StudyRunEntry& entry);
+
+/// The samples on which a computation finds the boundaries; nothing for one that it never reaches.
+struct FoundBoundaries {
+    std::optional<std::int32_t> Start;
+    std::optional<std::int32_t> End;
+};
+/// A boundary that is not set is found at once. Error 9 for a run too short to look at.
+FoundBoundaries FindBoundaries(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry);
 
 /// The ideal speed that a computation used, miles per hour, and as the whole number that is shown for it.
 struct IdealSpeed {

@@ -28,10 +28,10 @@ NamedFile TakeApartOutput(CommandContext& context, const std::string& path) {
 
 void Write(CommandContext& context, RunRecord& run, const NamedFile& file, bool keepsBackup) {
     DecodeEditedRun(run);
-    const auto batch = context.Files.BeginWrites();
-    if (keepsBackup) AddBackup(*batch, context.Files, file.Folder, file.Name);
-    AddRunFile(*batch, run, file.Folder, file.Name);
-    batch->Commit();
+    if (keepsBackup)
+        ReplaceRunFile(context.Files, run, file.Folder, file.Name);
+    else
+        WriteRunFile(context.Files, run, file.Folder, file.Name);
 }
 
 int RepairRun(CommandContext& context, const RepairOptions& options) {
@@ -43,7 +43,7 @@ int RepairRun(CommandContext& context, const RepairOptions& options) {
     const SensorData data(run.Header.CalConstant, context.State.Settings);
     const WordChanges changes = RepairsOf(data, run, options);
     for (const WordChange& change : changes) run.SampleValues[change.Point] = change.New;
-    // A run without faults stays as it is, and so does its backup.
+    // A run without faults stays as it is, without a backup.
     if (!isInPlace || !changes.empty()) Write(context, run, target, isInPlace);
     context.Print({{"changed", changes.size()}});
     return Done;
@@ -53,7 +53,7 @@ CLI::App& AddRepair(CLI::App& runGroup, CommandAction& chosen, const char* name,
                     const std::shared_ptr<RepairOptions>& options) {
     CLI::App& command = AddCommand(runGroup, chosen, name, description,
                                    [options](CommandContext& context) { return RepairRun(context, *options); });
-    command.add_option("FILE", options->Path, "A run file (.rd2); as it was it stays as .bak")->required();
+    command.add_option("FILE", options->Path, "A run file (.rd2); as it was it stays as .rd2.bak, .bak2 and so on")->required();
     command.add_option("--output", options->Output, "Leave FILE as it is and write the repaired run there (.rd2)");
     return command;
 }

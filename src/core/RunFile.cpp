@@ -5,6 +5,7 @@
 #include <bit>
 #include <limits>
 
+#include "core/Backup.h"
 #include "core/Paths.h"
 #include "core/modMain.h"
 
@@ -192,6 +193,33 @@ bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run
     return true;
 }
 
+std::vector<RunBackup> RunBackupsOf(const FileSystem& files, const std::string& folder, const std::string& name) {
+    std::vector<RunBackup> backups;
+    for (const std::string& path : BackupsOf(files, PathOf(folder, name, RunExtension))) {
+        const auto info = files.Find(path);
+        RunReading reading = ReadRun(files, path, RunPart::Header);
+        if (!info || !reading) continue;
+        reading.Run.Header.RunName = name;
+        backups.push_back({path, info->Modified, std::move(reading.Run.Header)});
+    }
+    return backups;
+}
+
+RunRecord ReadRunBackup(const FileSystem& files, const RunBackup& backup) {
+    RunReading reading = ReadRun(files, backup.Path);
+    if (!reading) throw *reading.Fault;
+    reading.Run.Header.RunName = backup.Header.RunName;
+    return std::move(reading.Run);
+}
+
+std::string ReplaceRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name) {
+    const auto batch = files.BeginWrites();
+    const std::string backup = AddBackup(*batch, files, PathOf(folder, name, RunExtension));
+    AddRunFile(*batch, run, folder, name);
+    batch->Commit();
+    return LastComponent(backup);
+}
+
 void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name) {
     AddRunBytes(batch, RunBytes(run, name), folder, name);
 }
@@ -265,11 +293,6 @@ bool ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, RunRecord& ru
 void DeleteRunFile(FileSystem& files, const std::string& folder, const std::string& name) {
     const std::string path = PathOf(folder, name, RunExtension);
     if (FileExists(files, path)) files.Delete(path);
-}
-
-void AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& folder, const std::string& name) {
-    const std::string path = PathOf(folder, name, RunExtension);
-    batch.Add(folder + name + ".bak", ReadFirstBytes(files, path, files.Open(path)->Size()), OldTail::Dropped);
 }
 
 }  // namespace vantor

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "core/RunRecords.h"
 #include "core/ports/FileSystem.h"
@@ -51,6 +53,17 @@ RunReading ReadRun(const FileSystem& files, const std::string& folder, const std
 bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
                  const std::string& name, bool withSamples);
 
+/// A backup of a run's file.
+struct RunBackup {
+    std::string Path;
+    Date Kept;         ///< when it became one
+    RunHeader Header;  ///< with the name of the run
+};
+/// The backups of folder + name + ".rd2", the newest first; files that cannot be runs are left out.
+std::vector<RunBackup> RunBackupsOf(const FileSystem& files, const std::string& folder, const std::string& name);
+/// The run of a backup. The errors are those of ReadRunFile, 53 when the backup is missing.
+RunRecord ReadRunBackup(const FileSystem& files, const RunBackup& backup);
+
 /// Sets FileVersion and RunName and writes the run to folder + name + ".rd2". A longer file of that name keeps its
 /// old bytes behind the new samples. Error 9 when the lists are shorter than SampleCount.
 void WriteRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name);
@@ -60,6 +73,10 @@ void WriteRunFile(FileSystem& files, RunRecord& run, const std::string& folder, 
 std::vector<std::byte> RunBytes(RunRecord& run, const std::string& name);
 void AddRunBytes(WriteBatch& batch, std::span<const std::byte> bytes, const std::string& folder,
                  const std::string& name);
+/// Writes the run over its file folder + name + ".rd2", which stays as it was as a numbered backup beside it; both or
+/// none. Returns the backup's name. Error 53 when there is no such file.
+std::string ReplaceRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name);
+
 /// As WriteRunFile, the file appearing with the others of the batch.
 void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name);
 
@@ -74,9 +91,5 @@ RunRecord ReadVer1Run(const FileSystem& files, const std::string& folder, const 
 
 /// Deletes folder + name + ".rd2" if it exists.
 void DeleteRunFile(FileSystem& files, const std::string& folder, const std::string& name);
-
-/// Adds a copy of the run's file as it stands, name + ".bak" beside it, so that a run whose samples are changed can be
-/// had back; it replaces an older one. Error 53 when the file is missing.
-void AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& folder, const std::string& name);
 
 }  // namespace vantor

@@ -185,23 +185,22 @@ std::optional<Refusal> RunDetails::TrimEnd(const RunDetailTexts& texts) {
     return std::nullopt;
 }
 
-std::optional<Refusal> RunDetails::Save(ApplicationState& state, FileSystem& files, int entry,
-                                        const RunDetailTexts& texts) {
+DetailsSaved RunDetails::Save(ApplicationState& state, FileSystem& files, int entry, const RunDetailTexts& texts) {
     const std::string name(Trim(texts.Name));
     const bool keepsName = name == Trim(saved_.Header.RunName);
     if (!keepsName) {
         const std::string problem = RunNameProblem(state, files, name);
-        if (!problem.empty()) return Refusal{problem, DetailsField::Name};
+        if (!problem.empty()) return {Refusal{problem, DetailsField::Name}, {}};
     }
     RunRecord edited;
-    if (auto refusal = Complete(texts, edited)) return refusal;
+    if (auto refusal = Complete(texts, edited)) return {refusal, {}};
     RunSave save;
     save.Entry = entry;
-    save.KeepsBackup = keepsName && edited.SampleValues != saved_.SampleValues;
+    save.KeepsBackup = keepsName && !MovesAlike(edited, saved_);
     if (samplesCut_ > 0) save.FeetCutFromStart = RunningDistances(saved_)[samplesCut_];
-    SaveRun(state, files, std::move(edited), save);
+    RunSaved saved = SaveRun(state, files, std::move(edited), save);
     *this = RunDetails(state.CurrentRun, units_);
-    return std::nullopt;
+    return {std::nullopt, std::move(saved.Warning)};
 }
 
 }  // namespace vantor

@@ -33,6 +33,12 @@ std::string StoredText(const std::string& text, std::size_t width);
 /// The header of the run file at `path`, of either version. Nothing when it is missing or no run file.
 std::optional<RunHeader> ReadHeaderOfRunFile(const FileSystem& files, const std::string& path);
 
+/// Why nothing was stored, or what became of the run.
+struct DetailsSaved {
+    std::optional<Refusal> Refused;
+    std::string Warning;  ///< what the user must be told although it was stored; empty for nothing
+};
+
 /// A working copy of the current run, edited node by node. Nothing reaches the current run, its file or the study
 /// before Save. Rows count from 0; a refusal leaves everything as it was.
 class RunDetails {
@@ -65,8 +71,9 @@ public:
     std::optional<Refusal> TrimEnd(const RunDetailTexts& texts);
 
     /// Stores the run under its name and as the study's run `entry` (0: none of the study's), as SaveRun does with its
-    /// guarantee. Where samples were changed and the run keeps its name, its file so far stays as ".bak".
-    std::optional<Refusal> Save(ApplicationState& state, FileSystem& files, int entry, const RunDetailTexts& texts);
+    /// guarantee. Where samples or calibration were changed and the run keeps its name, its file so far stays as a
+    /// numbered backup.
+    DetailsSaved Save(ApplicationState& state, FileSystem& files, int entry, const RunDetailTexts& texts);
 
 private:
     /// The working copy with the texts taken and the inserted nodes placed.

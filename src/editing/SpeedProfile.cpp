@@ -43,16 +43,15 @@ BoundaryPositions Following(BoundaryAxis axis, const RunRecord& run, const AppSe
 
 SpeedProfile::SpeedProfile(const RunRecord& run, const AppSettings& settings, StudyRunEntry& entry)
     : run_(run), settings_(settings), entry_(entry) {
-    RunChanged();
+    RunCut(PlacedBoundaries(run_, entry_));
 }
 
-void SpeedProfile::RunChanged() {
+void SpeedProfile::RunCut(const PlotState& plot) {
     trace_ = ProfileTrace(run_, settings_.SpeedFactor);
     const PlotRectangle rectangle = geometry_.Rectangle();
     geometry_ = ProfileGeometry({settings_.MetricUnits != 0}, trace_.Extent());
     geometry_.SetRectangle(rectangle);
-    plot_ = PlacedBoundaries(run_, entry_);
-    computedIdealSpeed_.reset();
+    plot_ = plot;
     ShowWholeRun();
 }
 

@@ -30,8 +30,8 @@ public:
     const ProfileDrag& Drag() const { return drag_; }
     BoundaryAxis Axis() const { return plot_.Axis; }
 
-    /// Begins anew with run and entry as they are now; the releases stay counted.
-    void RunChanged();
+    /// Shows run and entry as they are now, whole, with the boundaries of `plot`; the releases stay counted.
+    void RunCut(const PlotState& plot);
     /// Changes between distance and time and shows the whole run. The boundaries stay where they are.
     void ToggleAxis();
 

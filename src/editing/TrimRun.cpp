@@ -1,16 +1,15 @@
 #include "editing/TrimRun.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "core/RunArithmetic.h"
 #include "core/RunDecoding.h"
-#include "core/RunFile.h"
-#include "core/StudyFile.h"
 
 namespace vantor {
 namespace {
 
-constexpr double SecondsPerDay = 86400;
+constexpr std::int32_t SecondsPerDay = 86400;
 
 std::int32_t NodesIn(const RunRecord& run, std::int32_t first, std::int32_t last) {
     std::int32_t nodes = 0;
@@ -38,7 +37,16 @@ OneBased<Element> Part(const OneBased<Element>& list, std::int32_t first, std::i
     return OneBased<Element>(std::vector<Element>(list.begin() + (first - 1), list.begin() + last));
 }
 
-std::int32_t FirstKept(const PlotState& plot) { return std::max(plot.CDStartSample, 1); }
+/// A start time is a time of day; one that has a day before it goes on to the next day, too.
+void MoveStart(RunHeader& header, std::int32_t seconds) {
+    if (seconds == 0 || !IsValidDate(header.RunTime)) return;
+    const CivilTime start = CivilOf(header.RunTime);
+    const std::int32_t moved = (start.Hour * 60 + start.Minute) * 60 + start.Second + seconds;
+    const std::int32_t daysOn = moved / SecondsPerDay;
+    const double day = std::trunc(header.RunTime.Days);
+    header.RunTime.Days = day + (day == 0 ? 0 : daysOn) + moved % SecondsPerDay / double{SecondsPerDay};
+    header.RunDate.Days += daysOn;
+}
 
 }  // namespace
 
@@ -51,38 +59,49 @@ RunRecord CutRun(const RunRecord& run, std::int32_t first, std::int32_t last) {
     cut.SampleValues = Part(run.SampleValues, first, last);
     cut.RunSamples = Part(run.RunSamples, first, last);
     cut.Header.SampleCount = last - first + 1;
-    cut.Header.RunTime.Days += (first - 1) / SecondsPerDay;
+    MoveStart(cut.Header, first - 1);
     MoveNames(cut.Header, run, first, last);
     DecodeEditedRun(cut);
     return cut;
 }
 
-std::string TrimProblem(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry) {
-    if (!HasBothBoundaries(entry))
-        return "A boundary is not set yet.\nDrag both blue lines to where the run shall begin and end, then trim it.";
-    const std::int32_t first = FirstKept(plot);
-    if (first > plot.CDEndSample)
-        return "The end boundary lies before the start boundary, so nothing of the run would be left.\n"
-               "Drag the end boundary to the right of the start boundary, then trim the run.";
-    if (CutRun(run, first, plot.CDEndSample).Header.RunLength <= 0)
-        return "The vehicle does not move between the boundaries, so nothing of the run would be left.\n"
-               "Drag the boundaries further apart, then trim the run.";
+std::string BoundaryProblem(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry) {
+    if (!HasBothBoundaries(entry) || run.Header.SampleCount < 1) return {};
+    const bool inTime = plot.Axis == BoundaryAxis::Time;
+    const std::int32_t start = inTime ? plot.CDStartSample : entry.CDStartDist;
+    const std::int32_t end = inTime ? plot.CDEndSample : entry.CDEndDist;
+    if (end < start) return "The end boundary lies before the start boundary.";
+    const FoundBoundaries found = FindBoundaries(run, plot, entry);
+    if (!found.Start) return "The run does not come to the start boundary: it lies in the last second or beyond.";
+    if (!found.End) return "The run does not come to the end boundary: it lies in the last second or beyond.";
+    if (*found.Start == *found.End) return "Both boundaries lie in the same second of the run.";
     return {};
 }
 
-void TrimRun(FileSystem& files, const std::string& folder, RunRecord& run, const PlotState& plot,
-             StudyRunEntry& entry) {
-    RunRecord cut = CutRun(run, FirstKept(plot), plot.CDEndSample);
-    const std::string name = RunFileName(entry);
-    const auto batch = files.BeginWrites();
-    AddBackup(*batch, files, folder, name);
-    AddRunFile(*batch, cut, folder, name);
-    batch->Commit();
-
-    run = std::move(cut);
-    // 0 would stand for a boundary that is not set.
-    entry.CDStartDist = std::max(FeetOfPulses(run.Header.CalConstant, PulsesOf(run.SampleValues[1])), 1);
-    entry.CDEndDist = run.Header.RunLength;
+TrimmedRun TrimToBoundaries(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry) {
+    constexpr const char* Remedy = "\nDrag the blue lines to where the run shall begin and end, then trim it.";
+    TrimmedRun trimmed;
+    trimmed.Problem = HasBothBoundaries(entry) ? BoundaryProblem(run, plot, entry) : "A boundary is not set yet.";
+    if (!trimmed.Problem.empty()) {
+        trimmed.Problem += Remedy;
+        return trimmed;
+    }
+    const FoundBoundaries found = FindBoundaries(run, plot, entry);
+    const RunArithmetic arithmetic(run.Header.CalConstant, 1.0F);
+    std::int32_t first = *found.Start;
+    while (first > 1 && arithmetic.DistanceIncrement(run.SampleValues[first]) <= 0) --first;
+    const std::int32_t last = std::min(*found.End + 1, run.Header.SampleCount);
+    if (first == 1 && last == run.Header.SampleCount) {
+        trimmed.Problem = "The run begins and ends at its boundaries already: there is nothing to cut.";
+        return trimmed;
+    }
+    const std::int32_t feetCut = first == 1 ? 0 : RunningDistances(run)[first - 1];
+    trimmed.Run = CutRun(run, first, last);
+    trimmed.Plot = {plot.Axis, *found.Start - first + 1, *found.End - first + 1};
+    trimmed.Entry = entry;
+    trimmed.Entry.CDStartDist -= feetCut;
+    trimmed.Entry.CDEndDist -= feetCut;
+    return trimmed;
 }
 
 }  // namespace vantor

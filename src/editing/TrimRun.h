@@ -6,23 +6,29 @@
 #include "analysis/DelayStatistics.h"
 #include "core/RunRecords.h"
 #include "core/StudyRecords.h"
-#include "core/ports/FileSystem.h"
 
 namespace vantor {
 
 /// The run cut to its samples `first` to `last`, both kept, with what its header tells of them decoded anew. The
-/// start time moves on by the seconds that are cut from the front. Names stay with their nodes; a start or an end of
-/// the run that is no node any more has none. Error 9 when the run has no such samples.
+/// start moves on by the seconds that are cut from the front, past midnight into the next day. Names stay with their
+/// nodes; a start or an end of the run that is no node any more has none. Error 9 when the run has no such samples.
 RunRecord CutRun(const RunRecord& run, std::int32_t first, std::int32_t last);
 
-/// What keeps a run from being trimmed to its boundaries, as the text to show; empty when nothing does.
-std::string TrimProblem(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry);
+/// What is wrong with boundaries whose figures mean nothing, as a sentence; empty when nothing is, and while one of
+/// them is not set.
+std::string BoundaryProblem(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry);
 
-/// Cuts the run to what lies between its boundary samples and writes it over its file, folder + the entry's run name;
-/// the untrimmed file is kept as ".bak" beside it. The entry's boundaries become those of the shorter run: both stay
-/// set. Its figures are to be computed afterwards, over distance.
-///
-/// Any file error leaves run, entry and the run's file as they were.
-void TrimRun(FileSystem& files, const std::string& folder, RunRecord& run, const PlotState& plot, StudyRunEntry& entry);
+/// A run cut to what lies between its boundaries, and the boundaries in it.
+struct TrimmedRun {
+    std::string Problem;  ///< why the run was not cut, as the text to show; empty when it was
+    RunRecord Run;
+    PlotState Plot;
+    StudyRunEntry Entry;
+};
+
+/// Keeps the samples from the one with which the run comes to the start boundary (in a standstill the last one that
+/// moved) to the one behind that of the end boundary, without which a computation would not find it. The boundaries
+/// move with the samples: a computation along the axis of `plot` gives what it gave before.
+TrimmedRun TrimToBoundaries(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry);
 
 }  // namespace vantor

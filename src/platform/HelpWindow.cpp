@@ -17,6 +17,7 @@
 
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
+#include "core/forms/WindowLayout.h"
 
 namespace vantor {
 
@@ -52,6 +53,7 @@ HelpWindow::HelpWindow(const QString& file) : file_(file), book_(file) {
     BuildToolbar();
     AddKeys();
     resize(1000, 720);
+    FitToScreen(*this);
 
     QObject::connect(txtPage_, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) { Follow(link); });
     QObject::connect(txtPage_, &QTextBrowser::historyChanged, this, [this] { ShowPlaceInContents(); });

@@ -34,13 +34,13 @@ TEST(RepairCommands, RepairInPlaceKeepsTheFileSoFar) {
     EXPECT_EQ(header["NumberOfSections"], 3);
     EXPECT_EQ(header["SectionDist"][1], 44 + 44 + 3 * 45);
     EXPECT_EQ(header["ButtonLong"][0], 88);
-    EXPECT_EQ(runner.Files.Bytes("/g/R1.bak"), before);
+    EXPECT_EQ(runner.Files.Bytes("/g/R1.rd2.bak"), before);
 
     // Nothing is left to repair: neither file is written again.
     const auto repaired = runner.Files.Bytes("/g/R1.rd2");
     EXPECT_EQ(runner.Json({"run", "despike", "/g/R1.rd2"})["changed"], 0);
     EXPECT_EQ(runner.Files.Bytes("/g/R1.rd2"), repaired);
-    EXPECT_EQ(runner.Files.Bytes("/g/R1.bak"), before);
+    EXPECT_EQ(runner.Files.Bytes("/g/R1.rd2.bak"), before);
 }
 
 TEST(RepairCommands, OutputLeavesTheSourceAlone) {

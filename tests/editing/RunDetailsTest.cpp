@@ -80,8 +80,9 @@ protected:
     StudyRunEntry& Entry() { return State.CurrentStudy.Entries[1]; }
     const RunHeader& Stored() const { return State.CurrentRun.Header; }
     std::string Save() {
-        const auto refusal = Details->Save(State, Files, 1, Texts);
-        return refusal ? refusal->Text : "saved";
+        const DetailsSaved saved = Details->Save(State, Files, 1, Texts);
+        Warning = saved.Warning;
+        return saved.Refused ? saved.Refused->Text : "saved";
     }
     RunRecord OnDisk(const std::string& name) {
         RunRecord run;
@@ -107,6 +108,7 @@ protected:
 
     std::optional<RunDetails> Details;
     RunDetailTexts Texts;
+    std::string Warning;
     std::vector<std::byte> Bytes;
 };
 
@@ -118,7 +120,7 @@ TEST_F(RunDetailsTest, AnUntouchedRunKeepsItsValues) {
     EXPECT_EQ(Save(), "saved");
     EXPECT_EQ(State.CurrentRun, run);
     EXPECT_EQ(OnDisk("A"), run);
-    EXPECT_FALSE(Files.Bytes(Group + "A.bak").has_value());
+    EXPECT_FALSE(Files.Bytes(Group + "A.rd2.bak").has_value());
 }
 
 TEST_F(RunDetailsTest, StoresTheFields) {
@@ -158,7 +160,7 @@ TEST_F(RunDetailsTest, WrongInputIsToldAndStoresNothing) {
                           {&RunDetailTexts::CalConstant, "12.5", DetailsField::CalConstant}}) {
         RunDetailTexts texts = Texts;
         texts.*c.Text = c.Typed;
-        const auto refusal = Details->Save(State, Files, 1, texts);
+        const auto refusal = Details->Save(State, Files, 1, texts).Refused;
         ASSERT_TRUE(refusal.has_value()) << c.Typed;
         EXPECT_NE(refusal->Text, "");
         EXPECT_EQ(refusal->Field, c.Field) << c.Typed;
@@ -180,7 +182,7 @@ TEST_F(RunDetailsTest, NodesAreDecodedAnewAndTheOldFileIsKept) {
                                   Stored().SectionDist[4], Stored().SectionDist[5]}),
                 ElementsAre(20, 40, 20, 10, 30));
     EXPECT_EQ(Stored().ButtonLabel[12], "Queue");
-    EXPECT_EQ(Files.Bytes(Group + "A.bak"), Bytes);
+    EXPECT_EQ(Files.Bytes(Group + "A.rd2.bak"), Bytes);
     EXPECT_EQ(OnDisk("A"), State.CurrentRun);
     EXPECT_FALSE(State.StudyUnchanged);
 }
@@ -213,7 +215,7 @@ TEST_F(RunDetailsTest, TrimStartMakesTheFirstNodeTheStart) {
     EXPECT_EQ(CivilOf(Stored().RunTime).Second, 58);
     EXPECT_EQ(Entry().CDStartDist, 20);
     EXPECT_EQ(Entry().CDEndDist, 60);
-    EXPECT_EQ(Files.Bytes(Group + "A.bak"), Bytes);
+    EXPECT_EQ(Files.Bytes(Group + "A.rd2.bak"), Bytes);
 }
 
 TEST_F(RunDetailsTest, TrimsAddUpAndTakeOverWhatWasTyped) {
@@ -242,6 +244,24 @@ TEST_F(RunDetailsTest, TrimEndMakesTheLastNodeTheEnd) {
     EXPECT_EQ(Stored().NumberOfSections, 4);
     EXPECT_THAT(Names(6), ElementsAre("Start St", "Ash", "Birch", "Cedar", "", ""));
     EXPECT_EQ(Entry().CDEndDist, 90);
+    EXPECT_EQ(Warning, "");
+}
+
+TEST_F(RunDetailsTest, ABoundaryThatATrimCutsOffIsNoLongerSet) {
+    Entry().CDStartDist = 30;  // in the node's second, the last one that goes
+    EXPECT_FALSE(Details->TrimStart(Texts).has_value());
+    Texts = DetailsOf(Details->Run().Header);
+    EXPECT_EQ(Save(), "saved");
+    EXPECT_EQ(Entry().CDStartDist, 0);
+    EXPECT_EQ(Entry().CDEndDist, 60);
+    EXPECT_THAT(Warning, HasSubstr("The start boundary of run A has no place"));
+    Entry().CDStartDist = 10;
+    Entry().CDEndDist = 71;  // 9 s become 6, and second 6 is never looked at
+    EXPECT_FALSE(Details->TrimEnd(Texts).has_value());
+    EXPECT_EQ(Save(), "saved");
+    EXPECT_EQ(Entry().CDStartDist, 10);
+    EXPECT_EQ(Entry().CDEndDist, 0);
+    EXPECT_THAT(Warning, HasSubstr("The end boundary"));
 }
 
 TEST_F(RunDetailsTest, TrimsBeepWhereNothingWouldBeLeftToTrim) {
@@ -273,7 +293,7 @@ TEST_F(RunDetailsTest, ANewNameIsANewFile) {
 TEST_F(RunDetailsTest, ARunOfNoStudyIsStoredToo) {
     const StudyRunEntry entry = Entry();
     Texts.Notes = "seen";
-    EXPECT_FALSE(Details->Save(State, Files, 0, Texts).has_value());
+    EXPECT_FALSE(Details->Save(State, Files, 0, Texts).Refused.has_value());
     EXPECT_EQ(OnDisk("A").Header.Notes, "seen");
     EXPECT_EQ(Entry(), entry);
 }
@@ -309,7 +329,7 @@ TEST_F(RunDetailsTest, NamesAreCopiedByPosition) {
     EXPECT_EQ(Details->TakeNames(other), 2);
     EXPECT_EQ(Save(), "saved");
     EXPECT_THAT(Names(5), ElementsAre("One", "Ash", "Three", "Cedar", "End St"));
-    EXPECT_FALSE(Files.Bytes(Group + "A.bak").has_value());
+    EXPECT_FALSE(Files.Bytes(Group + "A.rd2.bak").has_value());
     EXPECT_EQ(Details->TakeNames(RunHeader{}), 0);
 }
 

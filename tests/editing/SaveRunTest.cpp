@@ -5,6 +5,7 @@
 #include "Profiles.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
+#include "editing/TrimRun.h"
 #include "fakes/FakePorts.h"
 #include "fakes/ThrowsError.h"
 
@@ -46,7 +47,7 @@ TEST_F(SaveRunTest, HeaderAloneLeavesTheFigures) {
     EXPECT_EQ(Stored(), State.CurrentRun);
     EXPECT_EQ(Entry().ControlDelay, 77);
     EXPECT_TRUE(State.StudyUnchanged);
-    EXPECT_FALSE(Files.Bytes(Group + "A.bak"));
+    EXPECT_FALSE(Files.Bytes(Group + "A.rd2.bak"));
 }
 
 TEST_F(SaveRunTest, ChangedSamplesMoveBoundariesAndComputeAnew) {
@@ -55,8 +56,9 @@ TEST_F(SaveRunTest, ChangedSamplesMoveBoundariesAndComputeAnew) {
         std::int32_t Cut, Start, End;
     };
     for (const Case& c : {Case{RunOf({10, 10, 10, 10, 10}), 10, 10, 40},
-                          {RunOf({10, 10, 10}), 30, 1, 20},
-                          {RunOf({10, 10, 10, 10}), 0, 20, 40},
+                          {RunOf({10, 10, 10}), 20, 0, 30},  // 20 ft are cut, and the 10 ft of second 1 count twice
+                          {RunOf({10, 10, 10}), 30, 0, 20},
+                          {RunOf({10, 10, 10, 10}), 0, 20, 0},
                           {RunOf({0, 0, 0, 0}), 0, 0, 0}}) {
         Entry().CDStartDist = 20;
         Entry().CDEndDist = 50;
@@ -76,10 +78,40 @@ TEST_F(SaveRunTest, KeepsTheFileThatWasThere) {
     RunRecord edited = State.CurrentRun;
     edited.SampleValues[3] = 40;
     SaveRun(State, Files, edited, {.Entry = 1, .KeepsBackup = true});
-    EXPECT_EQ(*Files.Bytes(Group + "A.bak"), Before);
+    EXPECT_EQ(*Files.Bytes(Group + "A.rd2.bak"), Before);
     EXPECT_EQ(Stored().SampleValues[3], 40);
     // 10 + 10, + 10 + 40: sample 2 to 3 is 1 s; 30 ft at (10 + 40) / 2 ft/s are 1.2 s.
     EXPECT_EQ(Entry().ControlDelay, 0);
+}
+
+TEST_F(SaveRunTest, ARestoredRunHasItsBoundariesAtTheirPlaces) {
+    Files.PutText(Group + "A.bak", "an older run, or anything");
+    State.CurrentRun.Header.RunTime = TimeOf(23, 59, 59);
+    State.CurrentRun.SampleValues[2] = 12;
+    const RunRecord whole = State.CurrentRun;
+    WriteRunFile(Files, State.CurrentRun, Group, "A");
+    Entry().CDStartDist = 30;
+    ASSERT_EQ(SaveRun(State, Files, CutRun(whole, 3, 6), {.Entry = 1, .KeepsBackup = true, .FeetCutFromStart = 22}).Warning,
+              "");
+    EXPECT_EQ(Entry().CDStartDist, 8);
+    EXPECT_EQ(Entry().CDEndDist, 28);
+
+    const auto backups = RunBackupsOf(Files, Group, "A");
+    ASSERT_EQ(backups.size(), 1u);
+    EXPECT_EQ(backups[0].Header.SampleCount, 6);
+    EXPECT_EQ(RestoreRun(State, Files, backups[0], 1).Backup, "A.rd2.bak2");
+    EXPECT_EQ(State.CurrentRun, whole);
+    EXPECT_EQ(Stored(), whole);
+    EXPECT_EQ(Entry().CDStartDist, 30);
+    EXPECT_EQ(Entry().CDEndDist, 50);
+
+    // Of two runs that have nothing in common no boundary can be carried over.
+    State.CurrentRun = RunOf({7, 7, 7, 7});
+    State.CurrentRun.Header.RunName = "A";
+    EXPECT_EQ(RestoreRun(State, Files, backups[0], 1).Warning,
+              "Both boundaries of run A have no place in the samples that are left, so the run does not count any more.\n"
+              "Set them again on the speed profile of the run.");
+    EXPECT_EQ(Entry().CDStartDist + Entry().CDEndDist, 0);
 }
 
 TEST_F(SaveRunTest, NewNameFollowsIntoTheStudy) {
@@ -92,7 +124,7 @@ TEST_F(SaveRunTest, NewNameFollowsIntoTheStudy) {
     EXPECT_EQ(State.CurrentStudy.RunNames[1], "B");
     EXPECT_EQ(*Files.Bytes(Group + "A.rd2"), Before);
     EXPECT_TRUE(Files.Bytes(Group + "B.rd2"));
-    EXPECT_FALSE(Files.Bytes(Group + "B.bak"));
+    EXPECT_FALSE(Files.Bytes(Group + "B.rd2.bak"));
 }
 
 TEST_F(SaveRunTest, AnyErrorLeavesAllAsItWas) {
@@ -102,7 +134,7 @@ TEST_F(SaveRunTest, AnyErrorLeavesAllAsItWas) {
         EXPECT_EQ(State.CurrentRun, run);
         EXPECT_EQ(Entry(), entry);
         EXPECT_EQ(*Files.Bytes(Group + "A.rd2"), Before);
-        EXPECT_FALSE(Files.Bytes(Group + "A.bak"));
+        EXPECT_FALSE(Files.Bytes(Group + "A.rd2.bak"));
         EXPECT_TRUE(State.StudyUnchanged);
     };
     RunRecord edited = run;

@@ -51,6 +51,30 @@ TEST_F(SpeedProfileFormTest, IdealSpeedLineStopsAtTheTop) {
     EXPECT_EQ(Entry().ControlDelay, 5);  // 44 ft/s: 113.6 s
 }
 
+TEST_F(SpeedProfileFormTest, SaysWithWhichBoundariesTheFiguresMeanNothing) {
+    Open();
+    SetBoundaries();
+    EXPECT_EQ(Text("lblWarning"), "");
+    Drag(At(700), {At(1000)});
+    EXPECT_EQ(Text("lblWarning"), "");  // the start's second counts twice, so the last but one goes as far
+    Drag(At(1000), {At(100)});
+    EXPECT_EQ(Text("lblWarning"), "The end boundary lies before the start boundary. The figures mean nothing then.");
+    QTest::mouseMove(&Plot(), At(500));
+    EXPECT_NE(Text("lblWarning"), "");
+}
+
+TEST_F(SpeedProfileFormTest, AHeldLineStaysWhereItIs) {
+    Entry().CDStartDist = 106;  // 11 pixels from the edge
+    Entry().CDEndDist = 7000;
+    Open();
+    QTest::mousePress(&Plot(), Qt::LeftButton, {}, At(14));
+    QWheelEvent wheel(At(14), Plot().mapToGlobal(At(14)), {}, {0, 120}, Qt::LeftButton, {}, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&Plot(), &wheel);
+    QTest::mouseMove(&Plot(), At(14));
+    QTest::mouseRelease(&Plot(), Qt::LeftButton, {}, At(14));
+    EXPECT_EQ(Entry().CDStartDist, 106);
+}
+
 TEST_F(SpeedProfileFormTest, TimeModeMovesTheBoundariesBySamples) {
     Program.State.CurrentRun = RisingRun(10);
     Open();
@@ -79,7 +103,7 @@ TEST_F(SpeedProfileFormTest, AnErrorInADragIsToldAtTheRelease) {
     EXPECT_EQ(Text("lblContDelay"), "-45");  // 75 s; 3000 feet at half of 50 ft/s are 120 s
     QTest::mousePress(&Plot(), Qt::LeftButton, {}, At(900));
     QTest::mouseMove(&Plot(), At(550));
-    EXPECT_THAT(FromQt(Text("lblReadOut")), HasSubstr("Division by zero"));
+    EXPECT_THAT(FromQt(Text("lblWarning")), HasSubstr("Division by zero"));
     EXPECT_TRUE(Program.Messages.IsDone());
     Program.Messages.Expect(
         "Run-time error '11':\nDivision by zero\n\n"

@@ -2,17 +2,16 @@
 
 #include <gmock/gmock.h>
 
+#include <random>
+
 #include "Profiles.h"
-#include "core/RunFile.h"
-#include "fakes/FakePorts.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
 namespace {
 
 using testing::ElementsAreArray;
-
-const std::string Group = "/start/Study Groups/Main/";
+using testing::HasSubstr;
 
 /// 12 seconds; nodes after 3, 6 and 9, between the start and the end of the run. Each event record tells its sample.
 RunRecord NodeRun() {
@@ -71,90 +70,114 @@ TEST(CutRun, RefusesSamplesThatAreNotThere) {
     EXPECT_ERROR(SubscriptOutOfRange, CutRun(withoutEvents, 2, 5));
 }
 
-class TrimRunTest : public testing::Test {
-protected:
-    TrimRunTest() {
-        Program.Files.CreateFolder(Group);
-        Run = NodeRun();
-        WriteRunFile(Program.Files, Run, Group, "Main-1");
-        Entry.EntryRunName = "Main-1";
-        Entry.CDStartDist = 50;
-        Entry.CDEndDist = 90;
-        Plot.CDStartSample = 5;
-        Plot.CDEndSample = 8;
-        Before = *Program.Files.Bytes(Group + "Main-1.rd2");
-    }
+TEST(CutRun, StartsOnTheNextDayPastMidnight) {
+    RunRecord run = NodeRun();
+    run.Header.RunDate = DateOf(2008, 12, 31);
+    run.Header.RunTime = TimeOf(23, 59, 55);
+    EXPECT_EQ(ShortDate(CutRun(run, 5, 12).Header.RunDate), "12/31/08");
+    const RunHeader header = CutRun(run, 6, 12).Header;
+    EXPECT_EQ(ShortDate(header.RunDate) + IsoDateTime(header.RunTime), "01/01/091899-12-30T00:00:00");
+}
 
-    TestProgram Program;
-    RunRecord Run;
-    StudyRunEntry Entry;
-    PlotState Plot;
-    std::vector<std::byte> Before;
+/// What a computation makes of an entry, and in which samples it finds the boundaries.
+struct Figures {
+    std::int32_t TravelTime, Feet, IdealSpeed, ControlDelay, StopDelay;
+    bool operator==(const Figures&) const = default;
 };
-
-TEST_F(TrimRunTest, KeepsWhatLiesBetweenTheBoundariesAndTheOldFile) {
-    TrimRun(Program.Files, Group, Run, Plot, Entry);
-    EXPECT_EQ(Program.Files.Bytes(Group + "Main-1.bak"), Before);
-    EXPECT_EQ(Run.Header.SampleCount, 4);
-    RunRecord written;
-    ASSERT_TRUE(ReadRunFile(Program.Files, Program.Messages, written, Group, "Main-1", true));
-    EXPECT_EQ(written, Run);
-    EXPECT_EQ(Entry.CDStartDist, 10);
-    EXPECT_EQ(Entry.CDEndDist, 40);
-
-    PlotState plot;
-    ComputeRunDelay(Run, EnglishSettings(), plot, Entry);
-    EXPECT_EQ(plot.CDStartSample, 1);
-    EXPECT_EQ(plot.CDEndSample, 3);     // 10 + 10 + 10 + 10
-    EXPECT_EQ(Entry.ControlDelay, -1);  // 2 s; 30 ft at 10 ft/s are 3 s
+void PrintTo(const Figures& f, std::ostream* out) {
+    *out << f.TravelTime << " s " << f.Feet << " ft " << f.IdealSpeed << " mph " << f.ControlDelay << " " << f.StopDelay;
 }
 
-TEST_F(TrimRunTest, BoundaryInAStandstillStaysSet) {
-    Run = RunOf({20, 0, 0, 20, 20});
-    WriteRunFile(Program.Files, Run, Group, "Main-1");
-    Plot.CDStartSample = 2;
-    Plot.CDEndSample = 5;
-    TrimRun(Program.Files, Group, Run, Plot, Entry);
-    EXPECT_EQ(Entry.CDStartDist, 1);
-    EXPECT_EQ(Entry.CDEndDist, 40);
-}
-
-TEST_F(TrimRunTest, AFailingDiskLeavesAllAsItWas) {
-    const RunRecord run = Run;
-    const StudyRunEntry entry = Entry;
-    const auto failsAfter = [&](int changes) {
-        Program.Files.FailChangeAfter(changes, ErrorNumber::DiskFull);
-        return ErrorOf([&] { TrimRun(Program.Files, Group, Run, Plot, Entry); }) == ErrorNumber::DiskFull;
-    };
-    int failures = 0;
-    for (; failsAfter(failures); ++failures) {
-        EXPECT_EQ(Program.Files.Bytes(Group + "Main-1.rd2"), Before) << failures;
-        EXPECT_EQ(Run, run) << failures;
-        EXPECT_EQ(Entry, entry) << failures;
+Figures Compute(const RunRecord& run, PlotState& plot, StudyRunEntry& entry) {
+    try {
+        ComputeRunDelay(run, EnglishSettings(), plot, entry);
+    } catch (const RunTimeError&) {
+        entry.ControlDelay = -99999;  // as it does after the cut, too
     }
-    EXPECT_GE(failures, 2);  // the copy and the run
-    EXPECT_NE(Run, run);
+    return {plot.CDEndSample - plot.CDStartSample, entry.CDEndDist - entry.CDStartDist, entry.IdealSpeedCalc,
+            entry.ControlDelay, entry.StopDelay};
 }
 
-TEST_F(TrimRunTest, ARunWithoutAFileIsNotTrimmed) {
-    const RunRecord run = Run;
-    Program.Files.Delete(Group + "Main-1.rd2");
-    EXPECT_ERROR(FileNotFound, TrimRun(Program.Files, Group, Run, Plot, Entry));
-    EXPECT_EQ(Run, run);
+TEST(TrimToBoundaries, KeepsTheSecondsThatAComputationNeeds) {
+    struct Case {
+        std::vector<int> Values;
+        PlotState Plot;
+        std::int32_t Start, End;  ///< feet
+        std::vector<int> Kept;
+        std::int32_t NewStart, NewEnd;
+    };
+    const auto time = BoundaryAxis::Time;
+    const auto distance = BoundaryAxis::Distance;
+    // Over distance the start is in second 2 (30 ft), whose 20 ft count twice: 30 + 20 + 30 + 40 ft in second 4.
+    for (const Case& c : {Case{{10, 20, 30, 40, 50, 60}, {distance, 0, 0}, 25, 115, {20, 30, 40, 50}, 15, 105},
+                          {{10, 20, 30, 40, 50}, {distance, 0, 0}, 25, 115, {20, 30, 40, 50}, 15, 105},
+                          {{10, 20, 0, 0, 40, 50, 60}, {time, 4, 6}, 30, 120, {20, 0, 0, 40, 50, 60}, 20, 110},
+                          {{0, 0, 10, 20, 30, 0}, {time, 4, 5}, 30, 80, {20, 30, 0}, 20, 70}}) {
+        StudyRunEntry entry;
+        entry.CDStartDist = c.Start;
+        entry.CDEndDist = c.End;
+        TrimmedRun trimmed = TrimToBoundaries(RunOf(c.Values), c.Plot, entry);
+        EXPECT_EQ(trimmed.Problem, "");
+        EXPECT_EQ(trimmed.Run.SampleValues, RunOf(c.Kept).SampleValues);
+        EXPECT_EQ(trimmed.Entry.CDStartDist, c.NewStart);
+        EXPECT_EQ(trimmed.Entry.CDEndDist, c.NewEnd);
+        EXPECT_THAT(TrimToBoundaries(trimmed.Run, trimmed.Plot, trimmed.Entry).Problem, HasSubstr("nothing to cut"));
+    }
 }
 
-TEST_F(TrimRunTest, SaysWhatKeepsARunFromBeingTrimmed) {
-    EXPECT_EQ(TrimProblem(Run, Plot, Entry), "");
-    Plot.CDStartSample = 0;  // a start boundary at the left edge of the time axis
-    EXPECT_EQ(TrimProblem(Run, Plot, Entry), "");
-    Plot.CDStartSample = 9;
-    EXPECT_THAT(TrimProblem(Run, Plot, Entry), testing::HasSubstr("before the start boundary"));
-    Entry.CDEndDist = 0;
-    EXPECT_THAT(TrimProblem(Run, Plot, Entry), testing::HasSubstr("not set"));
-    Entry.CDEndDist = 20;
-    Plot.CDStartSample = 2;
-    Plot.CDEndSample = 3;
-    EXPECT_THAT(TrimProblem(RunOf({20, 0, 0, 20}), Plot, Entry), testing::HasSubstr("does not move"));
+TEST(TrimToBoundaries, NeverChangesAFigure) {
+    std::mt19937 random(1);
+    const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    int cuts = 0;
+    for (int round = 0; round < 4000; ++round) {
+        std::vector<int> values;
+        int speed = below(80);
+        for (int seconds = 2 + below(120); seconds > 0; --seconds) {
+            speed = below(9) == 0 ? 0 : std::clamp(speed + below(25) - 12, 0, 200);
+            values.push_back(below(12) == 0 ? speed | 0x8000 : speed);
+        }
+        const RunRecord run = RunOf(values, static_cast<std::int16_t>(100 + below(2500)));
+        StudyRunEntry entry;
+        const int feet = std::max(run.Header.RunLength, 1);
+        entry.CDStartDist = 1 + below(feet);
+        entry.CDEndDist = 1 + below(feet + feet / 8 + 1);
+        entry.IdealSpeedUser = below(3) == 0 ? 20 + below(40) : 0;
+        PlotState plot = PlacedBoundaries(run, entry);
+        if (below(2) == 0) plot.Axis = BoundaryAxis::Time;
+        const Figures before = Compute(run, plot, entry);
+        TrimmedRun trimmed = TrimToBoundaries(run, plot, entry);
+        if (!trimmed.Problem.empty()) continue;
+        ++cuts;
+        const auto kept = trimmed.Entry;
+        ASSERT_EQ(Compute(trimmed.Run, trimmed.Plot, trimmed.Entry), before) << "round " << round;
+        ASSERT_EQ(trimmed.Entry.CDStartDist, kept.CDStartDist) << "round " << round;
+        // From the study's window and command line it is computed anew, over distance.
+        PlotState placed = PlacedBoundaries(trimmed.Run, kept);
+        const bool isPlaced = plot.Axis == BoundaryAxis::Distance;
+        ASSERT_TRUE(!isPlaced || Compute(trimmed.Run, placed, trimmed.Entry) == before) << "round " << round;
+    }
+    EXPECT_GT(cuts, 1000);
+}
+
+TEST(TrimToBoundaries, SaysWhatKeepsARunFromBeingTrimmed) {
+    const auto problem = [](const PlotState& plot, std::int32_t start, std::int32_t end) {
+        StudyRunEntry entry;
+        entry.CDStartDist = start;
+        entry.CDEndDist = end;
+        return TrimToBoundaries(NodeRun(), plot, entry).Problem;  // 12 s of 10 ft
+    };
+    const auto time = BoundaryAxis::Time;
+    EXPECT_EQ(problem({}, 50, 90), "");
+    EXPECT_THAT(problem({}, 50, 0), HasSubstr("not set"));
+    EXPECT_THAT(problem({}, 90, 50), HasSubstr("before the start boundary"));
+    EXPECT_THAT(problem({}, 50, 50), HasSubstr("same second"));
+    EXPECT_THAT(problem({}, 50, 60), HasSubstr("same second"));  // its 10 ft count twice
+    EXPECT_THAT(problem({}, 111, 115), HasSubstr("come to the start"));
+    EXPECT_EQ(problem({}, 50, 120), "");
+    EXPECT_THAT(problem({}, 50, 121), HasSubstr("come to the end"));
+    EXPECT_THAT(problem({time, 9, 8}, 90, 90), HasSubstr("before the start boundary"));
+    EXPECT_THAT(problem({time, 5, 12}, 50, 120), HasSubstr("come to the end"));
+    EXPECT_EQ(problem({time, 0, 8}, 10, 90), "");  // a start boundary at the left edge of the axis
 }
 
 }  // namespace

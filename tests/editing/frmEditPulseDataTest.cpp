@@ -141,7 +141,7 @@ TEST_F(frmEditPulseDataTest, RepairsAndEditsAreStepsThatAreSavedTogether) {
     EXPECT_EQ(header.RunLength, 2 * 44 + 5 * 45);
     EXPECT_EQ(header.ButtonLong[1], 88);
     EXPECT_EQ(header.ButtonLabel[12], "My own label");
-    EXPECT_EQ(Program.Files.Bytes(Group + "Main-1.bak"), FileBefore);
+    EXPECT_EQ(Program.Files.Bytes(Group + "Main-1.rd2.bak"), FileBefore);
     RunRecord read;
     ASSERT_TRUE(ReadRunFile(Program.Files, Program.Messages, read, Group, "Main-1", true));
     EXPECT_EQ(read.SampleValues, Program.State.CurrentRun.SampleValues);
@@ -253,7 +253,7 @@ TEST_F(frmEditPulseDataTest, FailingDiskLeavesEverythingAsItWas) {
     Click(*Form, "btnDeSpike");
     for (int changes = 0; changes < 2; ++changes) {
         Program.Files.FailChangeAfter(changes, ErrorNumber::DiskFull);
-        const std::string file = changes == 0 ? "Main-1.bak" : "Main-1.rd2";
+        const std::string file = changes == 0 ? "Main-1.rd2.bak" : "Main-1.rd2";
         Program.Messages.Expect("Run-time error '61':\nDisk full\n\n" + Group + file);
         Click(*Form, "btnSave");
         EXPECT_EQ(Program.State.CurrentRun, run);
@@ -266,7 +266,7 @@ TEST_F(frmEditPulseDataTest, FailingDiskLeavesEverythingAsItWas) {
     // Leaving with a save that fails stays, too.
     Program.Files.FailChangeAfter(0, ErrorNumber::DiskFull);
     Program.Messages.Expect(AskToSave, MessageAnswer::Yes);
-    Program.Messages.Expect("Run-time error '61':\nDisk full\n\n" + Group + "Main-1.bak");
+    Program.Messages.Expect("Run-time error '61':\nDisk full\n\n" + Group + "Main-1.rd2.bak");
     Form->close();
     EXPECT_TRUE(Form->isVisible());
     Program.Messages.Expect(AskToSave, MessageAnswer::Yes);

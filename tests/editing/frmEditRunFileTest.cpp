@@ -89,14 +89,14 @@ TEST_F(frmEditRunFileTest, SavesTheTexts) {
     EXPECT_EQ(stored.Header.Notes, "Wet road");
     EXPECT_EQ(stored.Header.RunTime, TimeOf(7, 5, 42)) << "its seconds are not shown, but kept";
     EXPECT_EQ(stored.SampleValues.LastIndex(), 4);
-    EXPECT_EQ(Files.Bytes(Group + "NB-001.bak"), old);
+    EXPECT_EQ(Files.Bytes(Group + "NB-001.rd2.bak"), old);
 
     // The longer run's copy outlives a save that changes no sample.
     Open();
     Type(*Form, "Notes", "Dry road");
     Click(*Form, "RunDetailsSave");
     EXPECT_EQ(Stored("NB-001").Header.Notes, "Dry road");
-    EXPECT_EQ(Files.Bytes(Group + "NB-001.bak"), old);
+    EXPECT_EQ(Files.Bytes(Group + "NB-001.rd2.bak"), old);
 }
 
 TEST_F(frmEditRunFileTest, AWrongTextStoresNothing) {
@@ -116,7 +116,7 @@ TEST_F(frmEditRunFileTest, AWrongTextStoresNothing) {
 
     Type(*Form, "Length", "280");
     Files.FailChangeAfter(0, ErrorNumber::DiskFull);
-    Program.Messages.Expect("Run-time error '61':\nDisk full\n\n" + Group + "NB-001.rd2");
+    Program.Messages.Expect("Run-time error '61':\nDisk full\n\n" + Group + "NB-001.rd2.bak");
     Click(*Form, "RunDetailsSave");
     EXPECT_EQ(State.CurrentRun, before);
     EXPECT_EQ(Files.Bytes(Group + "NB-001.rd2"), file);

@@ -177,7 +177,8 @@ TEST_F(SpeedProfileFormTest, TrimRunAsksAndKeepsTheUntrimmedRun) {
     SetBoundaries();
     const std::string question =
         "Do you want to trim run: Main-1\nto the part between its boundaries?\n\nThe untrimmed run is kept as "
-        "Main-1.bak.";
+        "Main-1.rd2.bak.";
+    const QString delay = Text("lblContDelay");
     Program.Messages.Expect(question, MessageAnswer::No);
     Click(*Form, "btnTrim");
     EXPECT_EQ(Program.State.CurrentRun.Header.SampleCount, 200);
@@ -191,18 +192,20 @@ TEST_F(SpeedProfileFormTest, TrimRunAsksAndKeepsTheUntrimmedRun) {
 
     Program.Messages.Expect(question, MessageAnswer::Yes);
     Click(*Form, "btnTrim");
-    EXPECT_EQ(Program.Files.Bytes(Group + "Main-1.bak"), before);
-    EXPECT_EQ(Program.State.CurrentRun.Header.SampleCount, 120);  // 40 to 159
+    EXPECT_EQ(Program.Files.Bytes(Group + "Main-1.rd2.bak"), before);
+    EXPECT_EQ(Program.State.CurrentRun.Header.SampleCount, 121);  // 40 to 160
     EXPECT_EQ(Entry().CDStartDist, 50);
-    EXPECT_EQ(Entry().CDEndDist, 5000);
-    EXPECT_EQ(Text("lblContDelay"), " 19");  // 118 s; 4950 feet are 99 s
-    EXPECT_EQ(Find<QComboBox>(*Form, "cmbPlotScaleList").currentText(), "500");
+    EXPECT_EQ(Entry().CDEndDist, 5050);
+    EXPECT_EQ(Text("lblContDelay"), delay);
+    EXPECT_EQ(Find<QComboBox>(*Form, "cmbPlotScaleList").currentText(), "750");
     EXPECT_TRUE(IsEnabled("BtnPlotSpeedExit"));
+    Program.Messages.Expect("The run begins and ends at its boundaries already: there is nothing to cut.");
+    Click(*Form, "btnTrim");
+    EXPECT_FALSE(Program.Files.Bytes(Group + "Main-1.rd2.bak2"));
 
-    Drag(At(900), {At(1000)});
-    Drag(At(1000), {At(0)});
+    Drag(At(673), {At(0)});
     Program.Messages.Expect(
-        "A boundary is not set yet.\nDrag both blue lines to where the run shall begin and end, then trim it.");
+        "A boundary is not set yet.\nDrag the blue lines to where the run shall begin and end, then trim it.");
     Click(*Form, "btnTrim");
 }
 

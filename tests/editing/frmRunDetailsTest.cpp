@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QMenu>
 #include <QScrollBar>
 #include <memory>
 
@@ -179,7 +180,7 @@ TEST_F(frmRunDetailsTest, SavesWhatIsTypedByKeyboard) {
     EXPECT_EQ(header.SectionName[1], "Ash - a name that is longer than");
     EXPECT_EQ(header.SectionName[2] + " " + header.SectionName[3], "New Birch");
     EXPECT_TRUE(HasNode(State.CurrentRun.SampleValues[5]));
-    EXPECT_EQ(Files.Bytes(Group + "A.bak"), Bytes);
+    EXPECT_EQ(Files.Bytes(Group + "A.rd2.bak"), Bytes);
 }
 
 TEST_F(frmRunDetailsTest, ARefusedSaveGoesToWhatIsWrong) {
@@ -231,6 +232,29 @@ TEST_F(frmRunDetailsTest, AFailingDiskLeavesTheScreenOpen) {
     EXPECT_TRUE(Form->isVisible());
     EXPECT_EQ(Box("RunDetailsNotes"), "wet");
     EXPECT_TRUE(IsUntouched());
+}
+
+TEST_F(frmRunDetailsTest, RestoreListsWhatIsKeptAndBringsItBack) {
+    Open();
+    QMenu& menu = *Find<QPushButton>(*Form, "btnRestore").menu();
+    const auto listed = [&menu] {
+        emit menu.aboutToShow();
+        return FromQt(menu.actions().constFirst()->text());
+    };
+    EXPECT_EQ(listed(), "No earlier state of this run is kept.");
+    Press("btnTrimEnd");
+    Press("RunDetailsSave");
+    Form->show();
+    EXPECT_THAT(listed(), testing::StartsWith("A.rd2.bak    kept "));
+    EXPECT_THAT(listed(), testing::EndsWith("    9 s, 90 ft"));
+    Messages.Expect(
+        "Do you want to bring back run: A\nas it is kept in A.rd2.bak?\n\nThe run as it is now is kept as A.rd2.bak2.",
+        MessageAnswer::Yes);
+    menu.actions().constFirst()->trigger();
+    EXPECT_EQ(State.CurrentRun.Header.SampleCount, 9);
+    EXPECT_EQ(Grid().model()->rowCount(), 4);
+    EXPECT_EQ(Files.Bytes(Group + "A.rd2.bak"), Bytes);
+    EXPECT_TRUE(Files.Bytes(Group + "A.rd2.bak2"));
 }
 
 TEST_F(frmRunDetailsTest, TrimsShowTheShorterRunAndSaveIt) {

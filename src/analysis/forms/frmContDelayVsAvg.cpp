@@ -2,7 +2,6 @@
 
 #include <QHBoxLayout>
 #include <QPushButton>
-#include <QScreen>
 #include <QVBoxLayout>
 
 #include "core/Paths.h"
@@ -44,7 +43,7 @@ frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
     plot_->OnChosen = [this] { ShowReadOut(); };
     ShowSeries();
     plot_->setFocus();
-    resize(QSize(960, 640).boundedTo(screen()->availableSize()));
+    resize(960, 640);
     RememberLayout(*this, context.Memory);
 }
 

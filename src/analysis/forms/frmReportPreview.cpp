@@ -3,7 +3,6 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -64,7 +63,7 @@ frmReportPreview::frmReportPreview(AppContext& context) : context_(context) {
     ConnectAll();
     ShowDocument();
     picReport_->setFocus();
-    resize(QSize(1120, 820).boundedTo(screen()->availableSize()));
+    resize(1120, 820);
     RememberLayout(*this, context.Memory);
 }
 

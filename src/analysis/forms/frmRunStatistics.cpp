@@ -4,14 +4,13 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
-#include <QScreen>
 #include <QVBoxLayout>
 #include <span>
 
 #include "core/Csv.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
-#include "core/forms/Accessible.h"
+#include "core/forms/FigureLabel.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
@@ -65,7 +64,7 @@ frmRunStatistics::frmRunStatistics(AppContext& context, int entryIndex)
     layout->addLayout(BuildButtons());
     FillTable();
     vaRunStatistics_->setFocus();
-    resize(QSize(1320, 420).boundedTo(screen()->availableSize()));
+    resize(1320, 420);
     RememberLayout(*this, context.Memory);
 }
 
@@ -84,10 +83,8 @@ QLayout* frmRunStatistics::BuildHead() {
 }
 
 QLayout* frmRunStatistics::BuildFigures() {
-    auto* lblContDelay = Named<QLabel>(this, "lblContDelay");
-    SetValueCaption(*lblContDelay, QStringLiteral("Control Delay (s)"));
-    lblLOS_ = Named<QLabel>(this, "lblLOS");
-    SetValueCaption(*lblLOS_, QStringLiteral("LOS Grade"));
+    QLabel* lblContDelay = Figure(this, "lblContDelay", QStringLiteral("Control Delay (s)"));
+    lblLOS_ = Figure(this, "lblLOS", QStringLiteral("LOS Grade"));
 
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(vaRunStatistics_, QStringLiteral("Sec&tions between nodes")), 0, Qt::AlignBottom);

@@ -52,6 +52,7 @@ Table::Table(QWidget* parent) : QTableWidget(parent) {
     setSortingEnabled(true);
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     horizontalHeader()->setSortIndicatorClearable(true);
+    columns_ = new TableColumns(*this);
 }
 
 void Table::SetColumns(const QStringList& heads) {
@@ -110,7 +111,7 @@ void Table::EndFilling() {
         const QString head = horizontalHeaderItem(column)->text();
         const int headWidth = horizontalHeader()->fontMetrics().size(0, head).width() + SortArrowRoom;
         const int needed = std::max(sizeHintForColumn(column) + 4, headWidth);
-        if (columnWidth(column) < needed) setColumnWidth(column, needed);
+        columns_->WidenTo(column, needed);
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include "core/RunRecords.h"
 #include "core/Units.h"
+#include "core/forms/TableColumns.h"
 
 namespace vantor {
 
@@ -41,6 +42,7 @@ protected:
 
 private:
     QString emptyText_;
+    TableColumns* columns_;
 };
 
 /// Lists of runs share these columns.

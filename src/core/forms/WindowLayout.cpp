@@ -1,16 +1,95 @@
 #include "core/forms/WindowLayout.h"
 
+#include <QApplication>
 #include <QEvent>
-#include <QHeaderView>
+#include <QMainWindow>
+#include <QScreen>
 #include <QSplitter>
+#include <QStyle>
+#include <QVBoxLayout>
+#include <QWindow>
 
 #include "core/forms/Named.h"
+#include "core/forms/TableColumns.h"
 
 namespace vantor {
 namespace {
 
 std::string Packed(const QByteArray& bytes) { return bytes.toBase64().toStdString(); }
 QByteArray Unpacked(const std::string& text) { return QByteArray::fromBase64(QByteArray::fromStdString(text)); }
+
+/// Fits a window to its screen when it is about to be shown, and again when its frame is known.
+class ScreenFitter : public QObject {
+public:
+    explicit ScreenFitter(QWidget& window) : QObject(&window), window_(window) { window.installEventFilter(this); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const bool isFirst = event->type() == QEvent::Show && !event->spontaneous();
+        // A layout that is moved into another widget must not be shown yet.
+        if (event->type() == QEvent::Polish) ScrollWhatDoesNotFit();
+        if (isFirst || (event->type() == QEvent::WindowActivate && !knowsFrame_)) Fit();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QScreen* ScreenOfWindow() const {
+        const QWidget* parent = window_.parentWidget();
+        QScreen* under = window_.testAttribute(Qt::WA_Moved) || parent == nullptr
+                             ? QGuiApplication::screenAt(window_.geometry().center())
+                             : parent->screen();
+        return under != nullptr ? under : window_.screen();
+    }
+
+    static QMargins MarginsOf(const QWidget& window) {
+        return window.windowHandle() == nullptr ? QMargins() : window.windowHandle()->frameMargins();
+    }
+
+    /// The frame of this window or, before it has one, of another one; the style's guess for the very first.
+    QMargins Frame() {
+        QMargins frame = MarginsOf(window_);
+        knowsFrame_ = !frame.isNull();
+        for (const QWidget* other : QApplication::topLevelWidgets())
+            if (frame.isNull() && other->isVisible()) frame = MarginsOf(*other);
+        constexpr int Border = 4;
+        const int title = window_.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+        return frame.isNull() ? QMargins(Border, title + Border, Border, Border) : frame;
+    }
+
+    /// Where the window may lie without its frame.
+    QRect Room() { return ScreenOfWindow()->availableGeometry().marginsRemoved(Frame()); }
+
+    void Fit() {
+        if (window_.isMaximized() || window_.isFullScreen()) return;
+        const QRect room = Room();
+        const QSize size = window_.size().boundedTo(room.size());
+        if (size != window_.size()) window_.resize(size);
+        if (!window_.testAttribute(Qt::WA_Moved)) return;  // it is placed by its dialog or by the window manager
+        const QRect place(window_.geometry().topLeft(), size);
+        const QPoint inside(std::clamp(place.left(), room.left(), room.right() + 1 - size.width()),
+                            std::clamp(place.top(), room.top(), room.bottom() + 1 - size.height()));
+        if (inside != place.topLeft()) window_.setGeometry(QRect(inside, size));
+    }
+
+    void ScrollWhatDoesNotFit() {
+        const QSize least = window_.minimumSizeHint();
+        const QSize room = Room().size();
+        if (scrolls_ || (least.width() <= room.width() && least.height() <= room.height())) return;
+        scrolls_ = true;
+        if (auto* main = qobject_cast<QMainWindow*>(&window_)) {
+            if (QWidget* page = main->takeCentralWidget()) main->setCentralWidget(ScrollAreaFor(page, main));
+        } else if (window_.layout() != nullptr) {
+            auto* page = new QWidget;
+            page->setLayout(window_.layout());
+            auto* column = new QVBoxLayout(&window_);
+            column->setContentsMargins(0, 0, 0, 0);
+            column->addWidget(ScrollAreaFor(page, &window_));
+        }
+    }
+
+    QWidget& window_;
+    bool knowsFrame_ = false;
+    bool scrolls_ = false;
+};
 
 /// Stores the layout when the window is hidden or closed.
 class LayoutKeeper : public QObject {
@@ -28,18 +107,23 @@ public:
 private:
     std::string KeyOf(const QString& part) const { return FromQt(window_.objectName() + QLatin1Char('/') + part); }
 
-    template <class Part>
-    static QString NameOf(const Part* part) {
-        return part->objectName().isEmpty() ? part->parentWidget()->objectName() : part->objectName();
+    static QString NameOf(const QSplitter* splitter) {
+        return splitter->objectName().isEmpty() ? splitter->parentWidget()->objectName() : splitter->objectName();
     }
+
+    std::vector<TableColumns*> Tables() const {
+        std::vector<TableColumns*> tables;
+        for (QObject* part : window_.findChildren<QObject*>())
+            if (auto* columns = dynamic_cast<TableColumns*>(part)) tables.push_back(columns);
+        return tables;
+    }
+
+    std::string KeyOf(const TableColumns& table) const { return KeyOf(table.TableName() + QStringLiteral("/dragged")); }
 
     void Restore() {
         const QByteArray geometry = Unpacked(memory_.Recall(KeyOf(QStringLiteral("geometry"))));
         if (!geometry.isEmpty()) window_.restoreGeometry(geometry);
-        for (auto* header : window_.findChildren<QHeaderView*>()) {
-            const QByteArray state = Unpacked(memory_.Recall(KeyOf(PartName(header))));
-            if (!state.isEmpty()) header->restoreState(state);
-        }
+        for (TableColumns* table : Tables()) table->Restore(memory_.Recall(KeyOf(*table)));
         for (auto* splitter : window_.findChildren<QSplitter*>()) {
             const QByteArray state = Unpacked(memory_.Recall(KeyOf(NameOf(splitter))));
             if (!state.isEmpty()) splitter->restoreState(state);
@@ -48,16 +132,9 @@ private:
 
     void Store() {
         memory_.Store(KeyOf(QStringLiteral("geometry")), Packed(window_.saveGeometry()));
-        for (const auto* header : window_.findChildren<QHeaderView*>())
-            memory_.Store(KeyOf(PartName(header)), Packed(header->saveState()));
+        for (const TableColumns* table : Tables()) memory_.Store(KeyOf(*table), table->State());
         for (const auto* splitter : window_.findChildren<QSplitter*>())
             memory_.Store(KeyOf(NameOf(splitter)), Packed(splitter->saveState()));
-    }
-
-    static QString PartName(const QHeaderView* header) {
-        const QString side =
-            header->orientation() == Qt::Horizontal ? QStringLiteral("/columns") : QStringLiteral("/rows");
-        return header->parentWidget()->objectName() + side;
     }
 
     QWidget& window_;
@@ -66,6 +143,26 @@ private:
 
 }  // namespace
 
-void RememberLayout(QWidget& window, WindowMemory& memory) { new LayoutKeeper(window, memory); }
+void FitToScreen(QWidget& window) { new ScreenFitter(window); }
+
+void RememberLayout(QWidget& window, WindowMemory& memory) {
+    new LayoutKeeper(window, memory);
+    FitToScreen(window);
+}
+
+QScrollArea* ScrollAreaFor(QWidget* page, QWidget* parent) {
+    auto* area = new QScrollArea(parent);
+    area->setObjectName(QStringLiteral("scrPage"));
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setWidget(page);
+    page->setAutoFillBackground(false);
+    area->viewport()->setAutoFillBackground(false);
+    area->setFocusPolicy(Qt::NoFocus);
+    QObject::connect(qApp, &QApplication::focusChanged, area, [area, page](QWidget*, QWidget* now) {
+        if (now != nullptr && page->isAncestorOf(now)) area->ensureWidgetVisible(now);
+    });
+    return area;
+}
 
 }  // namespace vantor

@@ -8,6 +8,7 @@
 
 #include "core/Numeric.h"
 #include "core/forms/Named.h"
+#include "core/forms/TableColumns.h"
 #include "core/forms/Theme.h"
 
 namespace vantor {
@@ -158,6 +159,7 @@ NodeTable::NodeTable(QWidget* parent) : QTableView(parent), model_(new NodeModel
     setColumnWidth(Second, 11 * digit);
     setColumnWidth(Distance, 16 * digit);
     horizontalHeader()->setSectionResizeMode(Name, QHeaderView::Stretch);
+    new TableColumns(*this);
 }
 
 void NodeTable::SetDetails(RunDetails& details) {

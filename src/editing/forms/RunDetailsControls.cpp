@@ -3,11 +3,13 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "core/Numeric.h"
 #include "core/forms/Accessible.h"
+#include "core/forms/FigureLabel.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 
@@ -61,8 +63,7 @@ QLabel* LabelForOptions(QWidget* options, QRadioButton* first, const char* capti
 /// A figure in a row of the grid, behind its caption.
 QLabel* AddFigure(QGridLayout& grid, const char* name, const QString& caption) {
     QWidget* frame = grid.parentWidget();
-    auto* figure = Named<QLabel>(frame, name);
-    SetValueCaption(*figure, caption);
+    auto* figure = Figure(frame, name, caption);
     figure->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     const int row = grid.rowCount();
     grid.addWidget(new QLabel(caption, frame), row, 0);
@@ -90,8 +91,7 @@ QLayout* RunDetailsControls::LayOutHeader() {
     RunDetailsName = TextField(&window_, "RunDetailsName", RunNameWidth);
     RunDetailsName->setMinimumWidth(RunDetailsName->fontMetrics().averageCharWidth() * 32);
     RunDetailsDate = ShortField(&window_, "RunDetailsDate", "00/00/0000");
-    RunDetailsDay = Named<QLabel>(&window_, "RunDetailsDay");
-    SetValueCaption(*RunDetailsDay, QStringLiteral("Day"));
+    RunDetailsDay = Figure(&window_, "RunDetailsDay", QStringLiteral("Day"), QStringLiteral("Wednesday"));
     RunDetailsTime = ShortField(&window_, "RunDetailsTime", "00/00/0000");
     RunDetailsCalConst = ShortField(&window_, "RunDetailsCalConst", "00/00/0000");
     RunDetailsCalConst->setAlignment(Qt::AlignRight);
@@ -163,6 +163,8 @@ QWidget* RunDetailsControls::LayOutNodes() {
 QLayout* RunDetailsControls::LayOutFoot() {
     cmdHelp = Button(&window_, "cmdHelp", "Help", "");
     cmdHelp->setShortcut(QKeySequence::HelpContents);
+    btnRestore = Button(&window_, "btnRestore", "Restore...", "Bring back this run as it was before a change.", "undo");
+    btnRestore->setMenu(Named<QMenu>(btnRestore, "mnuRestore"));
     BtnShowPlot = Button(&window_, "BtnShowPlot", "&Plot", "Plot graph of data for this run.", "chart");
     BtnEditRunData = Button(&window_, "BtnEditRunData", "&Edit",
                             "View spd vs time plot and edit data points and/or De-Spike and Smooth data", "edit");
@@ -173,6 +175,7 @@ QLayout* RunDetailsControls::LayOutFoot() {
                               "Cancel any changes made to this screen and return to the Summary Screen.");
     auto* row = new QHBoxLayout;
     row->addWidget(cmdHelp);
+    row->addWidget(btnRestore);
     row->addStretch();
     for (QPushButton* button : {BtnShowPlot, BtnEditRunData, BtnShowStats}) row->addWidget(button);
     row->addSpacing(24);
@@ -248,7 +251,7 @@ void RunDetailsControls::SetTabOrder() {
     };
     for (const auto& [key, label] : ButtonLabels) goOnTo(label);
     for (QWidget* control : std::initializer_list<QWidget*>{vaSectionNames, BtnInsert, BtnDelete, BtnReverse, BtnCopy,
-                                                            btnTrimStart, btnTrimEnd, BtnShowPlot, BtnEditRunData,
+                                                            btnTrimStart, btnTrimEnd, btnRestore, BtnShowPlot, BtnEditRunData,
                                                             BtnShowStats, RunDetailsSave, RunDetailsCancel, cmdHelp})
         goOnTo(control);
 }

@@ -45,6 +45,7 @@ struct RunDetailsControls {
     QPushButton* BtnCopy;
     QPushButton* btnTrimStart;
     QPushButton* btnTrimEnd;
+    QPushButton* btnRestore;
     QPushButton* BtnShowPlot;
     QPushButton* BtnEditRunData;
     QPushButton* BtnShowStats;

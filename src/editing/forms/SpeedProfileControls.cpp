@@ -62,12 +62,10 @@ QLayout* SpeedProfileControls::LayOutHead(const QString& runName) {
 }
 
 QLayout* SpeedProfileControls::LayOutReadOut() {
-    lblReadOut = Named<QLabel>(&window_, "lblReadOut");
-    SetValueCaption(*lblReadOut, QStringLiteral("Values under the pointer"));
-    lblReadOut->setTextFormat(Qt::PlainText);
-    lblReadOut->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     // Its text changes with every move of the mouse and must not push the other controls about.
-    lblReadOut->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    lblReadOut = Figure(&window_, "lblReadOut", QStringLiteral("Values under the pointer"),
+                        QStringLiteral("Distance 000000 Meters    Time 00000 s    Speed 000 MPH"));
+    lblReadOut->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 
     auto* row = new QHBoxLayout;
     row->addWidget(Named<QLabel>(&window_, "lblInstruction",
@@ -77,23 +75,18 @@ QLayout* SpeedProfileControls::LayOutReadOut() {
 }
 
 QLayout* SpeedProfileControls::LayOutFigures() {
-    lblContDelay = Named<QLabel>(&window_, "lblContDelay");
-    SetValueCaption(*lblContDelay, QStringLiteral("Control Delay (s)"));
-    lblLOS = Named<QLabel>(&window_, "lblLOS");
-    SetValueCaption(*lblLOS, QStringLiteral("LOS"));
+    lblContDelay = Figure(&window_, "lblContDelay", QStringLiteral("Control Delay (s)"), QStringLiteral("-000"));
+    lblLOS = Figure(&window_, "lblLOS", QStringLiteral("LOS"), QStringLiteral(" W "));
     lblLOS->setAlignment(Qt::AlignCenter);
     lblLOS->setMargin(4);
     lblLOS->setAutoFillBackground(true);
-    for (QLabel* figure : {lblContDelay, lblLOS}) {
-        figure->setFont(Larger(*figure, 1.6));
-        figure->setMinimumWidth(WidthOf(*figure, " 00"));
-    }
+    for (QLabel* figure : {lblContDelay, lblLOS}) figure->setFont(Larger(*figure, 1.6));
     txtIdealSpeed = Named<QLineEdit>(&window_, "txtIdealSpeed");
     txtIdealSpeed->setAlignment(Qt::AlignRight);
     txtIdealSpeed->setFixedWidth(WidthOf(*txtIdealSpeed, "0000000"));
     txtIdealSpeed->setToolTip(QStringLiteral("Type an ideal speed and press Enter; 0 or nothing: the computed one"));
-    lblIdealSpeedSource = Named<QLabel>(&window_, "lblIdealSpeedSource");
-    lblIdealSpeedSource->setMinimumWidth(WidthOf(*lblIdealSpeedSource, "MPH = 888 KPH (set by hand)"));
+    lblIdealSpeedSource = Named<FigureLabel>(&window_, "lblIdealSpeedSource");
+    lblIdealSpeedSource->SetWidest(QStringLiteral("MPH = 888 KPH (set by hand)"));
 
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(QStringLiteral("Control Delay (s)"), &window_));
@@ -111,8 +104,8 @@ QLayout* SpeedProfileControls::LayOutScale() {
     cmbPlotScaleList = Named<QComboBox>(&window_, "cmbPlotScaleList");
     for (const int step : ScaleSteps) cmbPlotScaleList->addItem(QString::number(step));
     cmbPlotScaleList->setToolTip(QStringLiteral("What one step of the axis stands for (mouse wheel, Ctrl +, Ctrl -)"));
-    PlotScale = Named<QLabel>(&window_, "PlotScale");
-    PlotScale->setMinimumWidth(WidthOf(*PlotScale, "Meters"));
+    PlotScale = Named<FigureLabel>(&window_, "PlotScale");
+    PlotScale->SetWidest(QStringLiteral("Meters"));
     btnToggleSpdTime = Named<QPushButton>(&window_, "btnToggleSpdTime");
     btnToggleSpdTime->setAutoDefault(false);
 
@@ -134,9 +127,13 @@ QLayout* SpeedProfileControls::LayOutButtons() {
     for (QPushButton* button : {cmdHelp, btnTrim, BtnPlotSpeedExit}) button->setAutoDefault(false);
     BtnPlotSpeedExit->setDefault(true);
 
+    lblWarning = Named<QLabel>(&window_, "lblWarning");
+    lblWarning->setTextFormat(Qt::PlainText);
+    lblWarning->setWordWrap(true);
+
     auto* row = new QHBoxLayout;
     row->addWidget(cmdHelp);
-    row->addStretch();
+    row->addWidget(lblWarning, 1);
     row->addWidget(btnTrim);
     row->addWidget(BtnPlotSpeedExit);
     return row;

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 
+#include "core/forms/FigureLabel.h"
 #include "editing/forms/SpeedProfilePlot.h"
 
 namespace vantor {
@@ -17,13 +18,14 @@ struct SpeedProfileControls {
 
     SpeedProfilePlot* Plot;
     QScrollBar* HScroll1;
-    QLabel* lblReadOut;
-    QLabel* lblContDelay;
-    QLabel* lblLOS;
+    FigureLabel* lblReadOut;
+    QLabel* lblWarning;
+    FigureLabel* lblContDelay;
+    FigureLabel* lblLOS;
     QLineEdit* txtIdealSpeed;
-    QLabel* lblIdealSpeedSource;
+    FigureLabel* lblIdealSpeedSource;
     QComboBox* cmbPlotScaleList;
-    QLabel* PlotScale;
+    FigureLabel* PlotScale;
     QPushButton* btnToggleSpdTime;
     QPushButton* btnTrim;
     QPushButton* BtnPlotSpeedExit;

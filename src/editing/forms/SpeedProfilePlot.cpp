@@ -118,6 +118,7 @@ void SpeedProfilePlot::mousePressEvent(QMouseEvent* event) {
     const ProfileLine line = LineUnder(event->position());
     if (line == ProfileLine::None) return;
     profile_->Grab(line);
+    pressedAt_ = event->position().toPoint();
     SetActive(line);
 }
 
@@ -127,13 +128,15 @@ void SpeedProfilePlot::mouseMoveEvent(QMouseEvent* event) {
     if (IsDragging() && heldKey_ == 0) {
         // The button went up where no one told: over a message box, say.
         if (!event->buttons().testFlag(Qt::LeftButton)) return Release();
-        DragTo(pointer_);
+        // A line that is only held stays where it is, whatever happens to the scale.
+        if (pressedAt_ != pointer_.toPoint()) DragTo(pointer_);
     }
     ShowCursor(pointer_);
     if (OnPointer) OnPointer(pointer_.x());
 }
 
 void SpeedProfilePlot::DragTo(QPointF pointer) {
+    pressedAt_.reset();
     profile_->DragTo(pointer.x(), pointer.y());
     if (BeyondEdge() != 0 && !edgeScroll_.isActive()) edgeScroll_.start(EdgeScrollMilliseconds, this);
     if (BeyondEdge() == 0) edgeScroll_.stop();

@@ -11,6 +11,7 @@
 #include "core/RunDecoding.h"
 #include "core/Text.h"
 #include "core/forms/Accessible.h"
+#include "core/forms/FigureLabel.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
@@ -118,11 +119,8 @@ QLayout* frmEditPulseData::LayOutPlot() {
     VScroll1_ = Named<QScrollBar>(this, "VScroll1");
     VScroll1_->setAccessibleName(QStringLiteral("Active data point"));
     VScroll1_->setFocusPolicy(Qt::TabFocus);
-    lblReadOut_ = Named<QLabel>(this, "lblReadOut");
-    SetValueCaption(*lblReadOut_, QStringLiteral("Active data point"));
-    lblReadOut_->setTextFormat(Qt::PlainText);
-    // The name of a node or a key must not push the other controls about.
-    lblReadOut_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    lblReadOut_ = Figure(this, "lblReadOut", QStringLiteral("Active data point"),
+                         QStringLiteral("Data point 00000 of 00000    Time 00000 s    Speed 000 MPH    000 pulses"));
 
     auto* plotAndBar = new QHBoxLayout;
     plotAndBar->addWidget(plot_, 1);
@@ -273,9 +271,12 @@ void frmEditPulseData::Save() {
     if (!edits_.IsUnsaved()) return;
     RunRecord edited = run_;
     DecodeEditedRun(edited);
-    SaveRun(context_.State, context_.Files, std::move(edited), {.Entry = entryIndex_, .KeepsBackup = true});
+    const RunSaved saved =
+        SaveRun(context_.State, context_.Files, std::move(edited), {.Entry = entryIndex_, .KeepsBackup = true});
     edits_.Saved();
-    ShowWords(QStringLiteral("Saved. The run's file so far is kept as %1.bak.").arg(name_));
+    ShowWords(saved.Backup.empty()
+                  ? QStringLiteral("Saved.")
+                  : QStringLiteral("Saved. The run's file so far is kept as %1.").arg(ToQt(saved.Backup)));
 }
 
 bool frmEditPulseData::MayLeave() {

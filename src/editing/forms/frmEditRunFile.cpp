@@ -1,11 +1,8 @@
 #include "editing/forms/frmEditRunFile.h"
 
-#include <QApplication>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QPushButton>
-#include <QScreen>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "core/RunDecoding.h"
@@ -51,21 +48,6 @@ RunRecord Decoded(RunRecord run) {
     return run;
 }
 
-/// The pages side by side, in an area that scrolls and follows the field that has the focus.
-QScrollArea* Scrolled(QDialog& dialog, QWidget* page) {
-    auto* area = Named<QScrollArea>(&dialog, "scrRunFile");
-    area->setFrameShape(QFrame::NoFrame);
-    area->setWidgetResizable(true);
-    area->setWidget(page);
-    page->setAutoFillBackground(false);
-    area->viewport()->setAutoFillBackground(false);
-    area->setFocusPolicy(Qt::NoFocus);
-    QObject::connect(qApp, &QApplication::focusChanged, area, [area, page](QWidget*, QWidget* now) {
-        if (now != nullptr && page->isAncestorOf(now)) area->ensureWidgetVisible(now);
-    });
-    return area;
-}
-
 }  // namespace
 
 frmEditRunFile::frmEditRunFile(AppContext& context, int entryIndex)
@@ -89,14 +71,14 @@ frmEditRunFile::frmEditRunFile(AppContext& context, int entryIndex)
     columns->setContentsMargins(0, 0, 0, 0);
     columns->addLayout(left, 1);
     columns->addLayout(right, 1);
-    auto* area = Scrolled(*this, page);
+    QScrollArea* area = ScrollAreaFor(page, this);
+    area->setObjectName(QStringLiteral("scrRunFile"));
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(area, 1);
     layout->addLayout(BuildNotes());
     layout->addLayout(BuildButtons());
-    const QSize whole = page->sizeHint() + QSize(48, 130);
-    resize(whole.boundedTo(screen()->availableSize() - QSize(0, 40)));
+    resize(page->sizeHint() + QSize(48, 130));
     RememberLayout(*this, context.Memory);
 }
 
@@ -224,9 +206,9 @@ void frmEditRunFile::SaveRunFile() {
             return context_.Messages.Tell(problem, MessageIcon::Warning);
         }
     }
-    // A backup of the same samples would take the place of one with more of them.
-    const bool changesSamples = edited.Header.SampleCount != run_.Header.SampleCount;
-    SaveRun(context_.State, context_.Files, std::move(edited), {entryIndex_, changesSamples});
+    const bool keepsBackup = edited != context_.State.CurrentRun;
+    const RunSaved saved = SaveRun(context_.State, context_.Files, std::move(edited), {entryIndex_, keepsBackup});
+    if (!saved.Warning.empty()) context_.Messages.Tell(saved.Warning, MessageIcon::Warning);
     accept();
 }
 

@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/Backup.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
+#include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/forms/Guarded.h"
@@ -58,7 +60,7 @@ void frmPlotRunSpeedProfileHoriz::ConnectControls() {
     Connect(controls_.cmbPlotScaleList, &QComboBox::currentIndexChanged, this, messages,
             [this](int item) { ChooseScale(item, controls_.Plot->rect().center().x()); });
     Connect(controls_.btnToggleSpdTime, &QPushButton::clicked, this, messages, [this] { Toggle(); });
-    Connect(controls_.btnTrim, &QPushButton::clicked, this, messages, [this] { TrimToBoundaries(); });
+    Connect(controls_.btnTrim, &QPushButton::clicked, this, messages, [this] { CutToBoundaries(); });
     Connect(controls_.BtnPlotSpeedExit, &QPushButton::clicked, this, messages, [this] { accept(); });
     Connect(controls_.cmdHelp, &QPushButton::clicked, this, messages,
             [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::SpeedProfile); });
@@ -89,20 +91,22 @@ void frmPlotRunSpeedProfileHoriz::Toggle() {
     Draw();
 }
 
-void frmPlotRunSpeedProfileHoriz::TrimToBoundaries() {
-    const std::string problem = TrimProblem(run_, profile_.Plot(), entry_);
-    if (!problem.empty()) return context_.Messages.Tell(problem, MessageIcon::Warning);
+void frmPlotRunSpeedProfileHoriz::CutToBoundaries() {
+    TrimmedRun trimmed = TrimToBoundaries(run_, profile_.Plot(), entry_);
+    if (!trimmed.Problem.empty()) return context_.Messages.Tell(trimmed.Problem, MessageIcon::Warning);
+    const std::string folder = StudyGroupFolder(context_.State);
     const std::string name = RunFileName(entry_);
+    const std::string path = folder + name + RunExtension;
     if (!context_.Messages.Confirm("Do you want to trim run: " + name +
-                                   "\nto the part between its boundaries?\n\nThe untrimmed run is kept as " + name +
-                                   ".bak."))
+                                   "\nto the part between its boundaries?\n\nThe untrimmed run is kept as " +
+                                   LastComponent(FreeBackupPath(context_.Files, path)) + "."))
         return;
-    const bool inTime = profile_.Axis() == BoundaryAxis::Time;
-    TrimRun(context_.Files, StudyGroupFolder(context_.State), run_, profile_.Plot(), entry_);
-    profile_.RunChanged();
+    ReplaceRunFile(context_.Files, trimmed.Run, folder, name);
+    run_ = std::move(trimmed.Run);
+    entry_ = entryBefore_ = std::move(trimmed.Entry);
+    context_.State.StudyUnchanged = false;
+    profile_.RunCut(trimmed.Plot);
     Draw();
-    if (inTime) Toggle();
-    if (!problem_.isEmpty()) context_.Messages.Tell(FromQt(problem_), MessageIcon::Critical);
 }
 
 void frmPlotRunSpeedProfileHoriz::ChooseScale(int item, double anchor) {
@@ -202,6 +206,7 @@ void frmPlotRunSpeedProfileHoriz::ShowFigures() {
     badge.setColor(QPalette::WindowText, pair.Text);
     controls_.lblLOS->setPalette(badge);
     ShowIdealSpeed();
+    ShowWarning();
 
     controls_.Plot->UpdateLines();
     const ProfileLabels& labels = controls_.Plot->Labels();
@@ -212,6 +217,15 @@ void frmPlotRunSpeedProfileHoriz::ShowFigures() {
                                                       NameOf(controls_.Plot->ActiveLine()).toLower()));
     ShowReadOut(std::nullopt);
     if (entry_ != entryBefore_) context_.State.StudyUnchanged = false;
+}
+
+void frmPlotRunSpeedProfileHoriz::ShowWarning() {
+    std::string problem = isComputed_ ? BoundaryProblem(run_, profile_.Plot(), entry_) : std::string();
+    if (!problem.empty()) problem += " The figures mean nothing then.";
+    controls_.lblWarning->setText(problem_.isEmpty() ? ToQt(problem) : problem_.simplified());
+    QPalette colours = palette();
+    colours.setColor(QPalette::WindowText, RedText(palette()));
+    controls_.lblWarning->setPalette(colours);
 }
 
 void frmPlotRunSpeedProfileHoriz::ShowIdealSpeed() {
@@ -232,8 +246,7 @@ void frmPlotRunSpeedProfileHoriz::ShowReadOut(std::optional<double> x) {
         text = PlaceInWords(profile_, dragged, controls_.Plot->Labels());
     else if (x)
         text = PointInWords(profile_, *x, controls_.Plot->Labels());
-    const bool hidesProblem = x && dragged == ProfileLine::None;
-    controls_.lblReadOut->setText(problem_.isEmpty() || hidesProblem ? text : problem_.simplified());
+    controls_.lblReadOut->setText(text);
 }
 
 void frmPlotRunSpeedProfileHoriz::Compute() {
@@ -253,7 +266,7 @@ void frmPlotRunSpeedProfileHoriz::ComputeQuietly() {
     try {
         Compute();
     } catch (const RunTimeError&) {
-        // Compute has kept its text for the read-out.
+        // Compute has kept its text.
     }
 }
 

@@ -16,6 +16,10 @@ public:
     /// `entryIndex` from 1 is the current run's entry in the study; any other index is error 9.
     frmPlotRunSpeedProfileHoriz(AppContext& context, int entryIndex);
 
+    /// The run's entry as it was when the screen was opened, or when the run was trimmed last: an older one does not fit
+    /// the run any more.
+    const StudyRunEntry& EntryBefore() const { return entryBefore_; }
+
     /// Every way out: asks when the boundaries have not been dragged, takes over the run's name.
     void done(int result) override;
 
@@ -29,7 +33,7 @@ private:
     void ConnectPlot();
 
     void Toggle();
-    void TrimToBoundaries();
+    void CutToBoundaries();
     void ChooseScale(int item, double anchor);
     void Zoom(int steps, double anchor);
     void Scroll(double axisValues);
@@ -46,19 +50,21 @@ private:
     void ShowAxis();
     void ShowScrollBar();
     void ShowFigures();
+    /// Tells of boundaries with which the figures mean nothing, and of the error of a computation.
+    void ShowWarning();
     void ShowIdealSpeed();
     void ShowReadiness();
     void ShowReadOut(std::optional<double> x);
 
     /// Computes the run; errors pass through after the figures are shown.
     void Compute();
-    /// Computes the run; an error is shown in the read-out only, so that no message box opens under the mouse.
+    /// Computes the run; an error is shown as a warning only, so that no message box opens under the mouse.
     void ComputeQuietly();
 
     AppContext& context_;
     RunRecord& run_;
     StudyRunEntry& entry_;
-    const StudyRunEntry entryBefore_;
+    StudyRunEntry entryBefore_;
     SpeedProfile profile_;
     SpeedProfileControls controls_;
     bool isComputed_ = false;

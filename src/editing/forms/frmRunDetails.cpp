@@ -1,5 +1,9 @@
 #include "editing/forms/frmRunDetails.h"
 
+#include <QMenu>
+
+#include "core/Backup.h"
+#include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
@@ -9,6 +13,7 @@
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
 #include "editing/DateTexts.h"
+#include "editing/SaveRun.h"
 
 namespace vantor {
 
@@ -45,6 +50,7 @@ void frmRunDetails::ConnectControls() {
     });
     onClick(controls_.RunDetailsCancel, [this] { done(Rejected); });
     onClick(controls_.cmdHelp, [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::RunDetails); });
+    Connect(controls_.btnRestore->menu(), &QMenu::aboutToShow, this, context_.Messages, [this] { ListBackups(); });
     Connect(controls_.RunDetailsDate, &QLineEdit::textChanged, this, context_.Messages, [this] { ShowDay(); });
     Connect(controls_.RunDetailsCalConst, &QLineEdit::editingFinished, this, context_.Messages,
             [this] { Calibrate(); });
@@ -142,13 +148,46 @@ void frmRunDetails::TrimRunWith(std::optional<Refusal> (RunDetails::*trim)(const
     ShowRun(DetailsOf(details_.Run().Header));
 }
 
+void frmRunDetails::ListBackups() {
+    QMenu& menu = *controls_.btnRestore->menu();
+    menu.clear();
+    const ProfileUnits units = details_.Units();
+    for (const RunBackup& backup : RunBackupsOf(context_.Files, StudyGroupFolder(context_.State), RunName())) {
+        const QString text = QStringLiteral("%1    kept %2 %3    %4 s, %5 %6")
+                                 .arg(ToQt(LastComponent(backup.Path)).replace(QLatin1Char('&'), QLatin1String("&&")),
+                                      ToQt(ShortDate(backup.Kept)), ToQt(ShortTime(backup.Kept)))
+                                 .arg(backup.Header.SampleCount)
+                                 .arg(Round32(units.LengthOfFeet(backup.Header.RunLength)))
+                                 .arg(units.Metric ? QStringLiteral("m") : QStringLiteral("ft"));
+        Connect(menu.addAction(text), &QAction::triggered, this, context_.Messages, [this, backup] { Restore(backup); });
+    }
+    if (menu.isEmpty()) menu.addAction(QStringLiteral("No earlier state of this run is kept."))->setEnabled(false);
+}
+
+void frmRunDetails::Restore(const RunBackup& backup) {
+    if (!SettleChanges()) return;
+    const std::string path = StudyGroupFolder(context_.State) + RunName() + RunExtension;
+    if (!context_.Messages.Confirm("Do you want to bring back run: " + RunName() + "\nas it is kept in " +
+                                   LastComponent(backup.Path) + "?\n\nThe run as it is now is kept as " +
+                                   LastComponent(FreeBackupPath(context_.Files, path)) + "."))
+        return;
+    const RunSaved saved = RestoreRun(context_.State, context_.Files, backup, entry_);
+    Load();
+    if (!saved.Warning.empty()) context_.Messages.Tell(saved.Warning, MessageIcon::Warning);
+}
+
 void frmRunDetails::OpenScreen(void (Screens::*showScreen)(int)) {
     if (!SettleChanges()) return;
     (context_.OtherScreens.*showScreen)(entry_);
     Load();
 }
 
-bool frmRunDetails::Save() { return !Refused(details_.Save(context_.State, context_.Files, entry_, TypedTexts())); }
+bool frmRunDetails::Save() {
+    const DetailsSaved saved = details_.Save(context_.State, context_.Files, entry_, TypedTexts());
+    if (Refused(saved.Refused)) return false;
+    if (!saved.Warning.empty()) context_.Messages.Tell(saved.Warning, MessageIcon::Warning);
+    return true;
+}
 
 bool frmRunDetails::SettleChanges() {
     if (!details_.HasChanges(TypedTexts())) return true;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "core/AppContext.h"
+#include "core/RunFile.h"
 #include "core/ports/Screens.h"
 #include "editing/RunDetails.h"
 #include "editing/forms/RunDetailsControls.h"
@@ -34,6 +35,9 @@ private:
     void Calibrate();
     void ShowDay();
     void TrimRunWith(std::optional<Refusal> (RunDetails::*trim)(const RunDetailTexts&));
+    /// The backups of the run's file, each a line of the menu.
+    void ListBackups();
+    void Restore(const RunBackup& backup);
     void OpenScreen(void (Screens::*showScreen)(int));
 
     bool Save();

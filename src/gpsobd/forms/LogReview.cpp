@@ -3,13 +3,13 @@
 #include <QApplication>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
 
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
 #include "core/forms/Accessible.h"
+#include "core/forms/FigureLabel.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
@@ -72,7 +72,7 @@ LogReview::LogReview(AppContext& context, LogKind kind)
     ConnectControls();
     vaData_->Show(model_);
     vaData_->setFocus();
-    resize(QSize(1180, 680).boundedTo(screen()->availableSize()));
+    resize(1180, 680);
     RememberLayout(*this, context.Memory);
     // A log opens in the order it is reviewed in, whatever column the one before was sorted by.
     vaData_->sortByColumn(-1, Qt::AscendingOrder);
@@ -108,9 +108,7 @@ int LogReview::exec() {
 
 QLayout* LogReview::BuildHead() {
     const auto addPair = [this](QHBoxLayout* row, const QString& title, const char* name, const QString& text) {
-        auto* value = Named<QLabel>(this, name);
-        SetValueCaption(*value, title);
-        value->setTextFormat(Qt::PlainText);
+        auto* value = Figure(this, name, title);
         value->setText(text);
         QFont font = value->font();
         font.setBold(true);

@@ -31,6 +31,7 @@ ReviewTable::ReviewTable(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSortIndicatorClearable(true);
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    columns_ = new TableColumns(*this);
 }
 
 void ReviewTable::Show(ReviewModel& model) {
@@ -64,7 +65,7 @@ void ReviewTable::FitColumns() {
             const QString text = review_->data(review_->index(row, column), Qt::DisplayRole).toString();
             width = std::max(width, fontMetrics().horizontalAdvance(text) + SymbolRoom);
         }
-        setColumnWidth(column, width);
+        if (!columns_->IsDragged(column)) setColumnWidth(column, width);
     }
 }
 

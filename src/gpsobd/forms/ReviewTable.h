@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QTableView>
-
+#include "core/forms/TableColumns.h"
 #include "gpsobd/forms/ReviewModel.h"
 
 namespace vantor {
@@ -29,6 +28,7 @@ private:
     void FitColumns();
 
     ReviewModel* review_ = nullptr;
+    TableColumns* columns_;
     QString emptyText_;
 };
 

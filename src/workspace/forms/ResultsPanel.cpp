@@ -9,6 +9,7 @@
 #include "core/Text.h"
 #include "core/Units.h"
 #include "core/forms/Accessible.h"
+#include "core/forms/FigureLabel.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 
@@ -30,10 +31,7 @@ void MakeLarge(QWidget& figure) {
 /// The figure under its caption, with its unit behind it on the same baseline.
 QLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "", const char* unitName = "") {
     MakeLarge(*figure);
-    if (auto* label = qobject_cast<QLabel*>(figure))
-        SetValueCaption(*label, QString::fromLatin1(caption));
-    else
-        figure->setAccessibleName(QString::fromLatin1(caption));
+    if (qobject_cast<QLabel*>(figure) == nullptr) figure->setAccessibleName(QString::fromLatin1(caption));
     auto* line = new QHBoxLayout;
     line->setSpacing(4);
     line->addWidget(figure);
@@ -70,8 +68,8 @@ ResultsPanel::ResultsPanel(QWidget* parent) : QWidget(parent) {
 
 QGroupBox* ResultsPanel::BuildStudyResults() {
     auto* group = Named<QGroupBox>(this, "FrStudyResults", QStringLiteral("Study Results"));
-    lblAvgContDelay_ = Named<QLabel>(group, "lblAvgContDelay");
-    lblLOSGrade_ = Named<QLabel>(group, "lblLOSGrade");
+    lblAvgContDelay_ = Figure(group, "lblAvgContDelay", QStringLiteral("Avg. Control Delay (sec)"));
+    lblLOSGrade_ = Figure(group, "lblLOSGrade", QStringLiteral("LOS Grade"));
     auto* line = new QHBoxLayout(group);
     line->setSpacing(FigureSpacing);
     line->addLayout(Captioned(lblAvgContDelay_, "Avg. Control Delay (sec)"));
@@ -93,8 +91,9 @@ QGroupBox* ResultsPanel::BuildStopDelay() {
     QPalette clear = txtStopSpdThreshold_->palette();
     clear.setColor(QPalette::Base, Qt::transparent);
     txtStopSpdThreshold_->setPalette(clear);
-    lblAvgStopDelay_ = Named<QLabel>(frStopDelayStats_, "lblAvgStopDelay");
-    lblControl2StopRatio_ = Named<QLabel>(frStopDelayStats_, "lblControl2StopRatio");
+    lblAvgStopDelay_ = Figure(frStopDelayStats_, "lblAvgStopDelay", QStringLiteral("Avg. Stop Delay"));
+    lblControl2StopRatio_ =
+        Figure(frStopDelayStats_, "lblControl2StopRatio", QStringLiteral("Ratio of Control to Stop Delay"));
     auto* column = new QVBoxLayout(frStopDelayStats_);
     auto* line = new QHBoxLayout;
     column->addLayout(line);

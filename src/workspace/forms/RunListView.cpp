@@ -35,6 +35,7 @@ RunListView::RunListView(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->setSortIndicatorClearable(true);
     sortByColumn(-1, Qt::AscendingOrder);
+    columns_ = new TableColumns(*this);
 }
 
 void RunListView::SetRows(std::vector<RunListRow> rows) {
@@ -60,7 +61,7 @@ void RunListView::WidenColumns() {
         const QString head = sorted_.headerData(column, Qt::Horizontal).toString();
         const int headWidth = horizontalHeader()->fontMetrics().size(0, head).width() + SortArrowRoom;
         const int needed = std::max(sizeHintForColumn(column) + 4, headWidth);
-        if (columnWidth(column) < needed) setColumnWidth(column, needed);
+        columns_->WidenTo(column, needed);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <QSortFilterProxyModel>
 #include <QTableView>
 
+#include "core/forms/TableColumns.h"
 #include "workspace/forms/RunListModel.h"
 
 namespace vantor {
@@ -30,6 +31,7 @@ private:
 
     RunListModel model_;
     QSortFilterProxyModel sorted_;
+    TableColumns* columns_;
 };
 
 }  // namespace vantor

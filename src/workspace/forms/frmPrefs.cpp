@@ -1,6 +1,5 @@
 #include "workspace/forms/frmPrefs.h"
 
-#include <QScreen>
 #include <QScrollArea>
 #include <QTabBar>
 #include <QVBoxLayout>
@@ -54,7 +53,7 @@ frmPrefs::frmPrefs(AppContext& context, std::function<bool(int port)> portAvaila
     ShowNextStart();
     // No folder box is being edited at first.
     tabPrefs_->tabBar()->setFocus();
-    resize(QSize(780, 540).boundedTo(screen()->availableSize()));
+    resize(780, 540);
     RememberLayout(*this, context.Memory);
 }
 

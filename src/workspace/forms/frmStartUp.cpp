@@ -3,6 +3,7 @@
 #include <QCommandLinkButton>
 #include <QFrame>
 #include <QLabel>
+#include <QScreen>
 #include <QShortcut>
 #include <QStyleOptionButton>
 #include <algorithm>
@@ -73,7 +74,18 @@ frmStartUp::frmStartUp(AppContext& context) : context_(context), choices_(new QB
     Connect(choices_, &QButtonGroup::idClicked, this, context.Messages,
             [this](int choice) { Choose(static_cast<StartUpChoice>(choice)); });
     choices_->buttons().constFirst()->setFocus();
+    constexpr int FrameRoom = 40;
+    if (sizeHint().height() > screen()->availableSize().height() - FrameRoom) MakeLow();
     RememberLayout(*this, context.Memory);
+}
+
+void frmStartUp::MakeLow() {
+    for (QAbstractButton* button : choices_->buttons()) {
+        auto* card = static_cast<CardButton*>(button);
+        card->setToolTip(card->description());
+        card->setDescription({});
+        card->setMinimumHeight(card->minimumSizeHint().height());
+    }
 }
 
 QLayout* frmStartUp::BuildHead() {

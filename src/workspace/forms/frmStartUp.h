@@ -24,6 +24,8 @@ private:
     QVBoxLayout* BuildGroup(const char* name, const QString& heading, const std::vector<Card>& cards);
     std::vector<Card> StudyCards() const;
     void AddKey(QVBoxLayout* group, Qt::Key key, StartUpChoice choice, const QString& explanation);
+    /// For a low screen: what the cards explain becomes their tool tips.
+    void MakeLow();
     void Choose(StartUpChoice choice);
 
     AppContext& context_;

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QTableView>
+#include <set>
+#include <string>
+
+namespace vantor {
+
+/// The columns of a table: a width that the user drags stays, also for the next time, and the program leaves it alone;
+/// all others are the program's to fit. A text that does not fit into its cell is shown whole as a tool tip.
+class TableColumns : public QObject {
+public:
+    /// Lives as long as the table. To be made after the table's own connections.
+    explicit TableColumns(QTableView& table);
+
+    bool IsDragged(int column) const { return dragged_.contains(column); }
+    /// Widens a column that nobody dragged.
+    void WidenTo(int column, int width);
+
+    /// The dragged widths and the order of the rows, as a text that Restore takes.
+    std::string State() const;
+    /// A text that is none of State's is passed over.
+    void Restore(const std::string& state);
+    QString TableName() const { return table_.objectName(); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void NoteResize(int column);
+    bool ShowWholeText(const QPoint& place, const QPoint& globalPlace);
+    bool ShowWholeHead(int x, const QPoint& globalPlace);
+
+    QTableView& table_;
+    std::set<int> dragged_;
+    bool isPressed_ = false;
+};
+
+}  // namespace vantor
