@@ -4,6 +4,7 @@
 #include "cli/RecordJson.h"
 #include "core/Paths.h"
 #include "gpsobd/LaptopLog.h"
+#include "gpsobd/LogGaps.h"
 #include "gpsobd/LogPoints.h"
 #include "gpsobd/LogRuns.h"
 #include "gpsobd/PalmDatabase.h"
@@ -55,12 +56,32 @@ Json RowJson(const ReviewLayout& layout, LogKind kind, const LogPoint& point) {
     return row;
 }
 
-Json RowsJson(FieldLog log) {
-    ArrangeForReview(log);
+Json RowsJson(const FieldLog& log) {
     const ReviewLayout layout = ReviewLayoutOf(log.Kind);
     Json rows = Json::array();
     for (const LogPoint& point : log.Points) rows.push_back(RowJson(layout, log.Kind, point));
     return rows;
+}
+
+Json GapsJson(const std::vector<LogGap>& gaps) {
+    const auto nameOf = [](GapFill fill) {
+        switch (fill) {
+            case GapFill::Standing: return "standing";
+            case GapFill::Position: return "position";
+            case GapFill::Speed: break;
+        }
+        return "speed";
+    };
+    Json list = Json::array();
+    for (const LogGap& gap : gaps)
+        list.push_back({{"RunNumber", gap.RunNumber},
+                        {"from", json::Value(DateOfSeconds(gap.From))},
+                        {"to", json::Value(DateOfSeconds(gap.To))},
+                        {"seconds", gap.Seconds()},
+                        {"feetByPosition", gap.FeetByPosition ? Json(*gap.FeetByPosition) : Json(nullptr)},
+                        {"feetBySpeed", gap.FeetBySpeed},
+                        {"filled", nameOf(gap.Filled)}});
+    return list;
 }
 
 int ShowLog(CommandContext& context, const std::string& path, bool withRows) {
@@ -68,6 +89,7 @@ int ShowLog(CommandContext& context, const std::string& path, bool withRows) {
     const LogKind kind = LogKindOf(sources.All, path);
     const LogSummary summary = ReadLogSummary(sources.All, kind, path).value_or(LogSummary{});
     FieldLog log = ReadFieldLog(sources.All, kind, path);
+    ArrangeForReview(log);
     const bool hasObdHeader = HasObdHeader(kind);
     Json result = {{"kind", KindName(kind)},
                    {"StudyName", StudyName(log)},
@@ -77,20 +99,32 @@ int ShowLog(CommandContext& context, const std::string& path, bool withRows) {
                    {"EndTime", DateTimeJson(summary.EndTime)},
                    {"Runs", summary.Runs},
                    {"rowCount", log.Points.size()},
-                   {"droppedBytes", log.DroppedBytes}};
-    if (withRows) result["rows"] = RowsJson(std::move(log));
+                   {"droppedBytes", log.DroppedBytes},
+                   {"gaps", GapsJson(FindGaps(log))}};
+    if (withRows) result["rows"] = RowsJson(log);
     context.Print(result);
     return Done;
 }
 
-int ConvertLog(CommandContext& context, const std::string& path, const std::string& folder) {
+/// What the runs' gaps are taken for, a line a run.
+void NameGaps(std::ostream& out, const std::string& path, const std::vector<LogGap>& gaps) {
+    for (auto gap = gaps.begin(); gap != gaps.end();) {
+        const auto ofRun = GapsOfRun(gaps, gap->RunNumber);
+        out << "run " << gap->RunNumber << ", " << GapNote(ofRun) << ", in " << path << "\n";
+        gap += static_cast<std::ptrdiff_t>(ofRun.size());
+    }
+}
+
+int ConvertLog(CommandContext& context, const std::string& path, const std::string& folder, bool fillsBySpeed) {
     const Sources sources(context);
     FieldLog log = ReadFieldLog(sources.All, LogKindOf(sources.All, path), path);
     if (log.DroppedBytes != 0)
         context.Err << path << "\nThe last record of the log is incomplete: " << log.DroppedBytes
                     << " bytes at the end of the file were left out.\n";
     ArrangeForReview(log);
-    context.Print(WriteLogRuns(context.Files, log, folder, context.State.Settings));
+    const std::vector<LogGap> gaps = fillsBySpeed ? std::vector<LogGap>() : FindGaps(log);
+    NameGaps(context.Err, path, gaps);
+    context.Print(WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings));
     return Done;
 }
 
@@ -109,10 +143,16 @@ void AddLogCommands(CLI::App& program, CommandAction& chosen) {
     show.add_option("FILE", *path, fileHelp)->required();
     show.add_flag("--rows", *withRows, "Its rows too, in order and with their times repaired");
 
-    CLI::App& convert = AddCommand(*group, chosen, "convert", "Make a run file of every run",
-                                   [=](CommandContext& context) { return ConvertLog(context, *path, *folder); });
+    auto gaps = std::make_shared<std::string>();
+    CLI::App& convert =
+        AddCommand(*group, chosen, "convert", "Make a run file of every run",
+                   [=](CommandContext& context) { return ConvertLog(context, *path, *folder, !gaps->empty()); });
     convert.add_option("FILE", *path, fileHelp)->required();
     convert.add_option("--to", *folder, "The folder for the run files")->required();
+    convert
+        .add_option("--gaps", *gaps,
+                    "speed: fill every gap in a line between the speeds beside it, not as standing or by position")
+        ->check(CLI::IsMember({"speed"}, CLI::ignore_case));
 }
 
 }  // namespace vantor

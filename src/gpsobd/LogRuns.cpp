@@ -1,7 +1,6 @@
 #include "gpsobd/LogRuns.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <optional>
 
@@ -18,7 +17,6 @@ namespace {
 
 constexpr std::int64_t MostSeconds = std::numeric_limits<std::int16_t>::max();
 constexpr std::int16_t FeetPer1000Pulses = 1000;
-constexpr float MissingSpeed = -1;
 constexpr std::int16_t LargestDelayNumber = 127;
 
 /// What the points of a second say.
@@ -27,16 +25,6 @@ struct Second {
     bool HasNode = false;
     std::int16_t DelayNumber = 0;
 };
-
-std::int64_t SecondsOf(LogKind kind, const LogPoint& point) {
-    return WithLeadingHalf(kind, point, [](const auto& half) { return WholeSecondsOf(half.DateTime); });
-}
-
-/// The vehicle's own speed where there is one, else that of the GPS receiver.
-float SpeedOf(LogKind kind, const LogPoint& point) {
-    const bool isByVehicle = kind == LogKind::GpsObd ? point.Obd.Speed != MissingSpeed : !HasGps(kind);
-    return isByVehicle ? point.Obd.Speed : point.Gps.Speed;
-}
 
 void AddPoint(LogKind kind, const LogPoint& point, Second& second) {
     second.Last = &point;
@@ -49,13 +37,20 @@ void AddPoint(LogKind kind, const LogPoint& point, Second& second) {
 std::vector<std::optional<double>> LoggedSpeeds(LogKind kind, const std::vector<Second>& seconds) {
     std::vector<std::optional<double>> speeds;
     speeds.reserve(seconds.size());
-    for (const Second& second : seconds) {
-        std::optional<double>& speed = speeds.emplace_back();
-        if (second.Last == nullptr) continue;
-        const float logged = SpeedOf(kind, *second.Last);
-        if (logged != MissingSpeed && std::isfinite(logged)) speed = static_cast<double>(logged);
-    }
+    for (const Second& second : seconds)
+        speeds.push_back(second.Last == nullptr ? std::nullopt : LoggedSpeed(kind, *second.Last));
     return speeds;
+}
+
+/// The seconds inside each gap that is not left to the speeds beside it get a speed.
+void FillGaps(std::span<const LogGap> gaps, std::int64_t first, std::vector<std::optional<double>>& speeds) {
+    for (const LogGap& gap : gaps) {
+        const std::optional<double> speed = MilesPerHourIn(gap);
+        if (!speed) continue;
+        const std::int64_t end = std::min(gap.To - first, static_cast<std::int64_t>(speeds.size()));
+        for (std::int64_t at = std::max<std::int64_t>(gap.From + 1 - first, 0); at < end; ++at)
+            speeds[static_cast<std::size_t>(at)] = *speed;
+    }
 }
 
 /// Each speed that is missing becomes one on the line between its neighbours, the nearest one where it has only one,
@@ -115,8 +110,10 @@ std::string DirectionNote(LogKind kind, const RunPoints& points) {
     return {};
 }
 
-std::int16_t RunNumberOf(LogKind kind, const LogPoint& point) {
-    return WithLeadingHalf(kind, point, [](const auto& half) { return half.RunNumber; });
+std::string NotesOf(LogKind kind, const RunPoints& points, std::span<const LogGap> gaps) {
+    const std::string direction = DirectionNote(kind, points);
+    const std::string note = GapNote(gaps);
+    return direction.empty() || note.empty() ? direction + note : direction + "; " + note;
 }
 
 /// The seconds of a run from its first to its last.
@@ -153,14 +150,8 @@ std::string RunFileName(const FileSystem& files, const std::string& folder, cons
 
 }  // namespace
 
-std::map<std::int16_t, RunPoints> PointsOfRuns(const FieldLog& reviewed) {
-    std::map<std::int16_t, RunPoints> runs;
-    for (const LogPoint& point : reviewed.Points)
-        if (const std::int16_t number = RunNumberOf(reviewed.Kind, point); number >= 1) runs[number].push_back(&point);
-    return runs;
-}
-
-RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, const AppSettings& settings) {
+RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, std::span<const LogGap> gaps,
+                  const AppSettings& settings) {
     if (settings.SpeedFactor == 0.0F)
         throw RunTimeError(ErrorNumber::DivisionByZero, "The speed factor of the settings is 0.");
     const RunSeconds run = SecondsOfRun(reviewed.Kind, points);
@@ -173,12 +164,15 @@ RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, const AppSe
     header.RunTime = TimeOf(civil.Hour, civil.Minute, civil.Second);
     header.RunNumber = RunNumberOf(reviewed.Kind, *points.front());
     header.SiteCode = StudyName(reviewed);
-    header.Notes = DirectionNote(reviewed.Kind, points);
+    gaps = GapsOfRun(gaps, header.RunNumber);
+    header.Notes = NotesOf(reviewed.Kind, points, gaps);
     header.CalConstant = FeetPer1000Pulses;
     header.SampleCount = static_cast<std::int32_t>(run.Seconds.size());
     record.SampleValues.ResizeTo(header.SampleCount);
     record.RunSamples.ResizeTo(header.SampleCount);
-    const std::vector<double> speeds = Interpolated(LoggedSpeeds(reviewed.Kind, run.Seconds));
+    std::vector<std::optional<double>> logged = LoggedSpeeds(reviewed.Kind, run.Seconds);
+    FillGaps(gaps, run.First, logged);
+    const std::vector<double> speeds = Interpolated(logged);
     for (int i = 1; i <= header.SampleCount; ++i) {
         const auto at = static_cast<std::size_t>(i - 1);
         const Second& second = run.Seconds[at];
@@ -201,14 +195,14 @@ std::vector<std::string> RunsTooLong(const FieldLog& reviewed) {
     return problems;
 }
 
-std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, const std::string& folder,
-                                      const AppSettings& settings) {
+std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
+                                      const std::string& folder, const AppSettings& settings) {
     const auto batch = files.BeginWrites();
     std::vector<std::string> names;
     std::string tooLong;
     for (const auto& [number, points] : PointsOfRuns(reviewed)) {
         try {
-            RunRecord run = MakeRun(reviewed, points, settings);
+            RunRecord run = MakeRun(reviewed, points, gaps, settings);
             const std::string name = RunFileName(files, AsFolder(folder), reviewed, number);
             AddRunFile(*batch, run, AsFolder(folder), name);
             names.push_back(name);

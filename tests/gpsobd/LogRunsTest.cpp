@@ -48,7 +48,7 @@ FieldLog LogOf(LogKind kind, const std::vector<Row>& rows) {
 class LogRunsTest : public testing::Test {
 protected:
     RunRecord Made(const FieldLog& log) {
-        return MakeRun(log, PointsOfRuns(log).begin()->second, Program.State.Settings);
+        return MakeRun(log, PointsOfRuns(log).begin()->second, {}, Program.State.Settings);
     }
     static std::vector<int> ValuesOf(const RunRecord& run) {
         std::vector<int> values;
@@ -57,7 +57,7 @@ protected:
     }
     std::vector<int> Values(const std::vector<Row>& rows) { return ValuesOf(Made(LogOf(LogKind::GpsLaptop, rows))); }
     std::vector<std::string> Written(const FieldLog& log) {
-        return WriteLogRuns(Program.Files, log, "/start/Temp", Program.State.Settings);
+        return WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings);
     }
 
     TestProgram Program;

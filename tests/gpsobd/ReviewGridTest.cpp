@@ -59,11 +59,18 @@ TEST(ReviewGrid, LoadsRowsInOrderAndRepairsTheirTimes) {
     EXPECT_THAT(Texts(grid, 13), ElementsAre("6", "4", "8", "3", "7", "5", "1", "2"))
         << "by rounded time, then run number, then as in the file";
     EXPECT_THAT(Texts(grid, 5), ElementsAre("12:00:07 AM", "12:00:08 AM", "12:00:09 AM", "12:00:10 AM", "12:00:10 AM",
-                                            "12:00:10 AM", "12:00:30 AM", "12:00:31 AM"));
+                                            "12:00:10 AM", "12:00:30 AM", "12:00:11 AM"));
     EXPECT_THAT(Texts(ReviewGrid(GpsLog({Moment(43199), Moment(43200), Moment(46800)})), 5),
                 ElementsAre("11:59:59 AM", "12:00:00 PM", "1:00:00 PM"));
-    EXPECT_THAT(Texts(grid, 4), testing::Each("03/14/08")) << "the row of the next midnight goes by its neighbour";
-    EXPECT_EQ(grid.Edited().Points[7].Gps.DateTime, Moment(31));
+    EXPECT_THAT(Texts(grid, 4), testing::Each("03/14/08")) << "the row of the next midnight goes by its run";
+    EXPECT_EQ(grid.Edited().Points[7].Gps.DateTime, Moment(11));
+
+    FieldLog runs = GpsLog({Moment(75600), Moment(86400), Moment(86401), Moment(0), Moment(86400)});
+    for (const std::size_t point : {1, 2}) runs.Points[point].Gps.RunNumber = 2;
+    runs.Points[3].Gps.RunNumber = runs.Points[4].Gps.RunNumber = 3;
+    EXPECT_THAT(Texts(ReviewGrid(runs), 5),
+                ElementsAre("8:59:59 PM", "9:00:00 PM", "12:00:00 AM", "12:00:01 AM", "12:00:01 AM"))
+        << "a run that begins at midnight stays; one without any time goes by its neighbours";
 
     EXPECT_THAT(Texts(ReviewGrid(GpsLog({Day, Date{0}})), 5), ElementsAre("12:00:00 AM", "12:00:00 AM"))
         << "without any time the log stays as it is";

@@ -303,7 +303,8 @@ void LogReview::MakeRuns() {
     if (!MayGoOn(tooLong, runs)) return;
     try {
         const WaitCursor wait;
-        WriteLogRuns(context_.Files, edited, context_.State.Paths.TempRunsPath, context_.State.Settings);
+        WriteLogRuns(context_.Files, edited, FindGaps(edited), context_.State.Paths.TempRunsPath,
+                     context_.State.Settings);
     } catch (const RunTimeError& error) {
         // Runs that are left out end in this error when the others are written; that was agreed to.
         if (tooLong.empty() || error.Number() != ErrorNumber::Overflow) throw;
