@@ -25,10 +25,17 @@ const char* KindName(LogKind kind) {
     return "";
 }
 
+/// What the command line says of a log.
+struct LogArguments {
+    std::string Path;
+    bool HasSignedCoordinates = false;
+};
+
 /// The ways to read a log, for the length of a command.
 struct Sources {
-    explicit Sources(const CommandContext& context)
-        : Palm(context.Files), All{context.Files, context.Databases, Palm, context.Time} {}
+    Sources(const CommandContext& context, const LogArguments& arguments)
+        : Palm(context.Files),
+          All{context.Files, context.Databases, Palm, context.Time, arguments.HasSignedCoordinates} {}
 
     PalmDatabase Palm;
     LogSources All;
@@ -84,11 +91,18 @@ Json GapsJson(const std::vector<LogGap>& gaps) {
     return list;
 }
 
-int ShowLog(CommandContext& context, const std::string& path, bool withRows) {
-    const Sources sources(context);
+void NameCut(std::ostream& out, const FieldLog& log) {
+    const std::string text = CutText(log.DroppedBytes, log.MissingRecords);
+    if (!text.empty()) out << text << "\n" << log.Folder << log.Name << log.Extension << "\n";
+}
+
+int ShowLog(CommandContext& context, const LogArguments& arguments, bool withRows) {
+    const Sources sources(context, arguments);
+    const std::string& path = arguments.Path;
     const LogKind kind = LogKindOf(sources.All, path);
     const LogSummary summary = ReadLogSummary(sources.All, kind, path).value_or(LogSummary{});
     FieldLog log = ReadFieldLog(sources.All, kind, path);
+    NameCut(context.Err, log);
     ArrangeForReview(log);
     const bool hasObdHeader = HasObdHeader(kind);
     Json result = {{"kind", KindName(kind)},
@@ -115,12 +129,11 @@ void NameGaps(std::ostream& out, const std::string& path, const std::vector<LogG
     }
 }
 
-int ConvertLog(CommandContext& context, const std::string& path, const std::string& folder, bool fillsBySpeed) {
-    const Sources sources(context);
+int ConvertLog(CommandContext& context, const LogArguments& arguments, const std::string& folder, bool fillsBySpeed) {
+    const Sources sources(context, arguments);
+    const std::string& path = arguments.Path;
     FieldLog log = ReadFieldLog(sources.All, LogKindOf(sources.All, path), path);
-    if (log.DroppedBytes != 0)
-        context.Err << path << "\nThe last record of the log is incomplete: " << log.DroppedBytes
-                    << " bytes at the end of the file were left out.\n";
+    NameCut(context.Err, log);
     ArrangeForReview(log);
     const std::vector<LogGap> gaps = fillsBySpeed ? std::vector<LogGap>() : FindGaps(log);
     NameGaps(context.Err, path, gaps);
@@ -134,20 +147,25 @@ void AddLogCommands(CLI::App& program, CommandAction& chosen) {
     CLI::App* group = program.add_subcommand("log", "The log of a GPS or OBD logger");
     group->fallthrough()->require_subcommand(1);
 
-    const char* const fileHelp = "A log (.gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb, .pdb)";
-    auto path = std::make_shared<std::string>();
+    auto arguments = std::make_shared<LogArguments>();
     auto folder = std::make_shared<std::string>();
     auto withRows = std::make_shared<bool>(false);
+    auto gaps = std::make_shared<std::string>();
+    const auto addArguments = [&](CLI::App& command) {
+        command.add_option("FILE", arguments->Path, "A log (.gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb, .pdb)")
+            ->required();
+        command.add_flag("--signed", arguments->HasSignedCoordinates,
+                         "The logger writes signs: positions stay as read, longitudes are not taken for western ones");
+    };
     CLI::App& show = AddCommand(*group, chosen, "show", "What a log holds",
-                                [=](CommandContext& context) { return ShowLog(context, *path, *withRows); });
-    show.add_option("FILE", *path, fileHelp)->required();
+                                [=](CommandContext& context) { return ShowLog(context, *arguments, *withRows); });
+    addArguments(show);
     show.add_flag("--rows", *withRows, "Its rows too, in order and with their times repaired");
 
-    auto gaps = std::make_shared<std::string>();
     CLI::App& convert =
         AddCommand(*group, chosen, "convert", "Make a run file of every run",
-                   [=](CommandContext& context) { return ConvertLog(context, *path, *folder, !gaps->empty()); });
-    convert.add_option("FILE", *path, fileHelp)->required();
+                   [=](CommandContext& context) { return ConvertLog(context, *arguments, *folder, !gaps->empty()); });
+    addArguments(convert);
     convert.add_option("--to", *folder, "The folder for the run files")->required();
     convert
         .add_option("--gaps", *gaps,

@@ -19,7 +19,8 @@ std::optional<LogSummary> ReadDeviceSummary(const LogSources& sources, LogKind k
 /// for study and base name and the day of its first record. Errors as of ReadDeviceSummary.
 FieldLog ReadDeviceLog(const LogSources& sources, LogKind kind, const std::string& path);
 
-/// The kind whose table the database has; nothing when it has neither or is no database. Error 53 for a missing file.
+/// The kind whose table the database has; nothing when it has neither. Errors as of ReadDeviceSummary for one that
+/// cannot be read.
 std::optional<LogKind> DeviceLogKind(const LogSources& sources, const std::string& path);
 
 }  // namespace vantor

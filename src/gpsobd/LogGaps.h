@@ -28,6 +28,7 @@ struct LogGap {
     GapFill Filled = GapFill::Speed;
 
     std::int64_t Seconds() const { return To - From; }
+    bool operator==(const LogGap&) const = default;
 };
 
 /// The gaps of a log's runs in order of run and time, whatever the order of the rows. A gap with a position on either

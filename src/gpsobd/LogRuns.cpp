@@ -4,6 +4,7 @@
 #include <limits>
 #include <optional>
 
+#include "core/Backup.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/RunDecoding.h"
@@ -138,14 +139,34 @@ RunSeconds SecondsOfRun(LogKind kind, const RunPoints& points) {
     return run;
 }
 
-/// The name of a run's file, of characters that the name of a file can hold.
-std::string RunFileName(const FileSystem& files, const std::string& folder, const FieldLog& log, std::int16_t number) {
+/// The name of a run's file, of characters that the name of a file can hold: of those that exist the first one that
+/// `isTaken` takes, else one that does not exist.
+template <class Test>
+std::string RunFileName(const FileSystem& files, const std::string& folder, const FieldLog& log, std::int16_t number,
+                        Test isTaken) {
     std::string name = WithSafeCharacters(BaseName(log) + "-R" + ZeroPadded(number, 3));
     // Two dots in a row would be taken for a way out of the folder.
     for (std::size_t at = name.find(".."); at != std::string::npos; at = name.find("..")) name.replace(at, 2, "__");
-    if (FileExists(files, folder + name + RunExtension)) name += "-1";
-    while (FileExists(files, folder + name + RunExtension)) name = NextName(name);
+    for (bool isFirst = true; FileExists(files, folder + name + RunExtension) && !isTaken(name); isFirst = false)
+        name = isFirst ? name + "-1" : NextName(name);
     return name;
+}
+
+/// The name of the file that a run was written to before; empty where there is none.
+std::string MadeBeforeAs(const FileSystem& files, const std::string& folder, const FieldLog& log, std::int16_t number,
+                         const RunPoints& points) {
+    const auto secondOf = [&](const LogPoint* point) { return SecondsOf(log.Kind, *point); };
+    const std::int64_t first = secondOf(*std::ranges::min_element(points, {}, secondOf));
+    const std::int64_t last = secondOf(*std::ranges::max_element(points, {}, secondOf));
+    bool isFound = false;
+    std::string name = RunFileName(files, folder, log, number, [&](const std::string& there) {
+        const auto header = ReadRunHeader(files, folder, there);
+        if (!header) return false;
+        const std::int64_t start = WholeSecondsOf({header->RunDate.Days + header->RunTime.Days});
+        isFound = start <= last && start + header->SampleCount > first;
+        return isFound;
+    });
+    return isFound ? name : std::string();
 }
 
 }  // namespace
@@ -195,15 +216,28 @@ std::vector<std::string> RunsTooLong(const FieldLog& reviewed) {
     return problems;
 }
 
+std::vector<std::string> RunsMadeBefore(const FileSystem& files, const FieldLog& reviewed, const std::string& folder) {
+    std::vector<std::string> names;
+    for (const auto& [number, points] : PointsOfRuns(reviewed))
+        if (std::string name = MadeBeforeAs(files, AsFolder(folder), reviewed, number, points); !name.empty())
+            names.push_back(std::move(name));
+    return names;
+}
+
 std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
-                                      const std::string& folder, const AppSettings& settings) {
+                                      const std::string& folder, const AppSettings& settings, MadeBefore before) {
     const auto batch = files.BeginWrites();
     std::vector<std::string> names;
     std::string tooLong;
     for (const auto& [number, points] : PointsOfRuns(reviewed)) {
         try {
             RunRecord run = MakeRun(reviewed, points, gaps, settings);
-            const std::string name = RunFileName(files, AsFolder(folder), reviewed, number);
+            std::string name;
+            if (before == MadeBefore::Replaced) name = MadeBeforeAs(files, AsFolder(folder), reviewed, number, points);
+            if (!name.empty())
+                AddBackup(*batch, files, AsFolder(folder) + name + RunExtension);
+            else
+                name = RunFileName(files, AsFolder(folder), reviewed, number, [](const auto&) { return false; });
             AddRunFile(*batch, run, AsFolder(folder), name);
             names.push_back(name);
         } catch (const RunTimeError& error) {
@@ -214,10 +248,11 @@ std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewe
     batch->Commit();
     if (!tooLong.empty())
         throw RunTimeError(ErrorNumber::Overflow,
-                           reviewed.Folder + reviewed.Name + reviewed.Extension + "\n" + tooLong +
-                               (names.empty() ? "Correct the times of its rows, or delete those that are wrong."
+                           tooLong +
+                               (names.empty() ? "Correct the times of its rows, or delete those that are wrong.\n"
                                               : "The other runs were written. Correct the times of its rows, or delete "
-                                                "those that are wrong."));
+                                                "those that are wrong.\n") +
+                               reviewed.Folder + reviewed.Name + reviewed.Extension);
     return names;
 }
 

@@ -19,11 +19,22 @@ RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, std::span<c
 /// The runs of a log that are longer than 32767 seconds: for each a text with its number and its times.
 std::vector<std::string> RunsTooLong(const FieldLog& reviewed);
 
+/// Run files of a log's runs that lie in a folder already: of their name, with or without a number behind it, and of a
+/// time that overlaps theirs. Their names in order of the runs.
+std::vector<std::string> RunsMadeBefore(const FileSystem& files, const FieldLog& reviewed, const std::string& folder);
+
+/// What becomes of the run files that RunsMadeBefore tells of.
+enum class MadeBefore {
+    Kept,
+    Replaced,  ///< each kept as a numbered backup
+};
+
 /// Writes the runs of a log into a folder and returns their names, base name + "-R" + run number. Gaps are filled as
-/// `gaps` says, which FindGaps found; those that are not in it, by the speeds beside them, and are not noted. No run
-/// file is replaced: a name that exists gets a number. All run files appear together (WriteBatch::Commit). A run that
-/// is too long is left out: the others are written, then it is error 6 that names the run.
+/// `gaps` says, which FindGaps found; those that are not in it, by the speeds beside them, and are not noted. No other
+/// run file is replaced: a name that exists gets a number. All run files appear together (WriteBatch::Commit). A run
+/// that is too long is left out: the others are written, then it is error 6 that names the run.
 std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
-                                      const std::string& folder, const AppSettings& settings);
+                                      const std::string& folder, const AppSettings& settings,
+                                      MadeBefore before = MadeBefore::Kept);
 
 }  // namespace vantor
