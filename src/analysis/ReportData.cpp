@@ -42,7 +42,7 @@ void LoadRun(ReportData& data, ReportRun& run, const FileSystem& files, const st
 }  // namespace
 
 ReportData LoadReportData(const Study& study, const AppSettings& settings, const FileSystem& files,
-                          const std::string& folder, Date printed) {
+                          const std::string& folder, Date printed, const Progress& progress) {
     ReportData data;
     data.Contents = study;
     data.StudyGroup = LastComponent(folder);
@@ -50,6 +50,10 @@ ReportData LoadReportData(const Study& study, const AppSettings& settings, const
     data.Printed = printed;
     const auto rows = MakeRunListRows(study, files, folder);
     for (int i = 1; i <= study.Record.RunCount; ++i) {
+        if (!progress(static_cast<std::uint64_t>(i - 1), static_cast<std::uint64_t>(study.Record.RunCount))) {
+            data.Runs.clear();
+            return data;
+        }
         ReportRun run;
         run.Number = i;
         run.Row = rows[static_cast<std::size_t>(i - 1)];

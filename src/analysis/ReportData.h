@@ -8,6 +8,7 @@
 #include "analysis/RunStatistics.h"
 #include "analysis/StudyResults.h"
 #include "core/AppSettings.h"
+#include "core/Progress.h"
 #include "core/StudyRecords.h"
 #include "core/ports/Clock.h"
 
@@ -36,9 +37,9 @@ struct ReportData {
 
 /// Reads the study's runs from `folder`, which ends in a separator, one after the other; of each only what is printed
 /// is kept. A run that cannot be read is among the problems and the others are read. Error 6 for averages that do not
-/// fit.
+/// fit. Stopped, it has no runs.
 ReportData LoadReportData(const Study& study, const AppSettings& settings, const FileSystem& files,
-                          const std::string& folder, Date printed);
+                          const std::string& folder, Date printed, const Progress& progress = {});
 
 /// "Run 3", with its name where the settings show it on the statistics.
 std::string RunTitle(const ReportData& data, const ReportRun& run, bool withName);

@@ -102,10 +102,12 @@ SheetField FieldOf(const SheetCell& cell, const SheetColumn& column) {
 
 }  // namespace
 
-OutgoingTable StudyTable(const Study& study, const FileSystem& files, const std::string& folder) {
+OutgoingTable StudyTable(const Study& study, const FileSystem& files, const std::string& folder,
+                         const Progress& progress) {
     std::vector<TableRun> runs;
     std::vector<RunListRow> rows;
-    for (int i = 1; i <= study.Record.RunCount; ++i) {
+    const auto count = static_cast<std::uint64_t>(study.Record.RunCount);
+    for (int i = 1; i <= study.Record.RunCount && progress(static_cast<std::uint64_t>(i - 1), count); ++i) {
         runs.push_back({study.Entries[i], HeaderOf(study.Entries[i], files, folder)});
         rows.push_back(MakeRunListRow(runs.back().Entry, runs.back().Header));
     }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/ApplicationState.h"
+#include "core/Progress.h"
 #include "core/ports/ApplicationEnd.h"
 #include "core/ports/Clock.h"
 #include "core/ports/Desktop.h"
@@ -19,7 +20,7 @@ namespace vantor {
 /// Keys keep the order of the records.
 using Json = nlohmann::ordered_json;
 
-enum ExitStatus : int { Done = 0, Failed = 1, WrongUsage = 2, FatalFormat = 3 };
+enum ExitStatus : int { Done = 0, Failed = 1, WrongUsage = 2, FatalFormat = 3, Stopped = 128 };
 
 /// What a command works with. Results go to Out, everything else to Err.
 struct CommandContext {
@@ -35,6 +36,7 @@ struct CommandContext {
     std::ostream& Out;
     std::ostream& Err;
     bool AsJson = false;
+    Progress Work{};
 
     /// Writes a command's result, as JSON or as lines to read.
     void Print(const Json& result) const;

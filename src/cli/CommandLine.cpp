@@ -1,6 +1,7 @@
 #include "cli/CommandLine.h"
 
 #include <algorithm>
+#include <new>
 #include <ostream>
 
 #include "cli/Commands.h"
@@ -74,6 +75,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const CommandPorts
     PrintedEnd end(err);
     CommandContext context{{},           ports.Files,     messages, desktop, ports.Time, ports.Databases,
                            ports.Sheets, ports.Documents, end,      out,     err};
+    context.Work = ports.Work;
 
     CLI::App program(
         "Vantor: delay and level of service from instrumented runs.\n"
@@ -100,6 +102,9 @@ int RunCommandLine(const std::vector<std::string>& arguments, const CommandPorts
         return chosen(context);
     } catch (const RunTimeError& error) {
         err << error.Message() << '\n';
+        return Failed;
+    } catch (const std::bad_alloc&) {
+        err << OutOfMemoryError().Message() << '\n';
         return Failed;
     } catch (const CommandEnded&) {
         return FatalFormat;

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "core/Progress.h"
 #include "core/ports/Clock.h"
 #include "core/ports/DocumentWriter.h"
 #include "core/ports/FileSystem.h"
@@ -19,10 +20,11 @@ struct CommandPorts {
     const DatabaseEngine& Databases;
     const Spreadsheet& Sheets;
     const DocumentWriter& Documents;
+    Progress Work{};  ///< of long commands
 };
 
 /// Runs one command, for example {"study", "show", "AM.ld2", "--json"}, and returns the exit status: 0 done,
-/// 1 failed, 2 wrong usage, 3 fatal format error. Results go to `out`, messages to `err`.
+/// 1 failed, 2 wrong usage, 3 fatal format error, 128 stopped by its progress. Results go to `out`, messages to `err`.
 int RunCommandLine(const std::vector<std::string>& arguments, const CommandPorts& ports, std::ostream& out,
                    std::ostream& err);
 

@@ -22,7 +22,10 @@ int ShowStudies(CommandContext& context, const std::string& path) {
 
 int ConvertFile(CommandContext& context, const std::string& path, const std::string& folder) {
     TakeApart(path, CounterFileExtension, "counter file");
-    context.Print(ConvertCounterFile(context.Files, path, AsFolder(folder), context.State.CurrentRun));
+    const auto names =
+        ConvertCounterFile(context.Files, path, AsFolder(folder), context.State.CurrentRun, context.Work);
+    if (names.empty() && !context.Work(1, 1)) return Stopped;
+    context.Print(names);
     return Done;
 }
 

@@ -137,7 +137,10 @@ int ConvertLog(CommandContext& context, const LogArguments& arguments, const std
     ArrangeForReview(log);
     const std::vector<LogGap> gaps = fillsBySpeed ? std::vector<LogGap>() : FindGaps(log);
     NameGaps(context.Err, path, gaps);
-    context.Print(WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings));
+    const auto names =
+        WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings, MadeBefore::Kept, context.Work);
+    if (names.empty() && !context.Work(1, 1)) return Stopped;
+    context.Print(names);
     return Done;
 }
 

@@ -10,6 +10,8 @@ namespace vantor {
 namespace {
 
 constexpr const char* PdfExtension = ".pdf";
+/// The part of the work that reading the runs is.
+constexpr double Loaded = 0.3;
 
 struct ReportOptions {
     std::string Path;
@@ -41,10 +43,13 @@ int PrintReport(CommandContext& context, const ReportOptions& options) {
         context.Err << "Missing Study File: " << file.Name << '\n';
         return Failed;
     }
-    const ReportData data =
-        LoadReportData(*study, context.State.Settings, context.Files, file.Folder, context.Time.Now());
+    const ReportData data = LoadReportData(*study, context.State.Settings, context.Files, file.Folder,
+                                           context.Time.Now(), context.Work.Part(0, Loaded));
+    if (!context.Work.Part(Loaded, 1)(0, 1)) return Stopped;
     const PagedDocument document = MakeReport(data, ChoiceOf(options), context.Documents.Measure());
-    WriteFile(context.Files, options.Output, context.Documents.Pdf(document));
+    const auto bytes = context.Documents.Pdf(document, context.Work.Part(Loaded, 1));
+    if (!context.Work(1, 1)) return Stopped;
+    WriteFile(context.Files, options.Output, bytes);
     for (const std::string& problem : data.Problems) context.Err << problem << '\n';
     context.Print({{"pages", document.Pages.size()}});
     return data.Problems.empty() ? Done : Failed;

@@ -171,8 +171,10 @@ int ExportStudy(CommandContext& context, const std::string& path, const std::str
     const NamedFile file = TakeApart(path, StudyExtension, "study file");
     const auto study = LoadNamedStudy(context, file);
     if (!study) return Failed;
-    WriteFile(context.Files, output,
-              EncodeTable(output, StudyTable(*study, context.Files, file.Folder), context.Sheets));
+    const auto bytes =
+        EncodeTable(output, StudyTable(*study, context.Files, file.Folder, context.Work), context.Sheets);
+    if (!context.Work(1, 1)) return Stopped;
+    WriteFile(context.Files, output, bytes);
     context.Print({{"rows", study->Record.RunCount}});
     return Done;
 }

@@ -6,6 +6,7 @@
 #include "core/ports/Desktop.h"
 #include "core/ports/DocumentWriter.h"
 #include "core/ports/FileSystem.h"
+#include "core/ports/LongWork.h"
 #include "core/ports/MessageBoxes.h"
 #include "core/ports/RecordSet.h"
 #include "core/ports/RemoteApi.h"
@@ -31,6 +32,7 @@ struct AppContext {
     const DatabaseEngine& Databases;
     const Spreadsheet& Sheets;
     const DocumentWriter& Documents;
+    LongWork& Work;
 };
 
 }  // namespace vantor

@@ -148,8 +148,17 @@ bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run
 }
 
 void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name) {
+    AddRunBytes(batch, RunBytes(run, name), folder, name);
+}
+
+std::vector<std::byte> RunBytes(RunRecord& run, const std::string& name) {
     SetWrittenHeader(run.Header, name);
-    batch.Add(PathOf(folder, name, RunExtension), EncodeRun(run), OldTail::Kept);
+    return EncodeRun(run);
+}
+
+void AddRunBytes(WriteBatch& batch, std::span<const std::byte> bytes, const std::string& folder,
+                 const std::string& name) {
+    batch.Add(PathOf(folder, name, RunExtension), bytes, OldTail::Kept);
 }
 
 void WriteRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name) {

@@ -27,6 +27,11 @@ bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run
 /// old bytes behind the new samples. Error 9 when the lists are shorter than SampleCount.
 void WriteRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name);
 
+/// Sets FileVersion and RunName and gives the bytes of the run's file; to be added to a batch by AddRunBytes. Error 9
+/// as of WriteRunFile.
+std::vector<std::byte> RunBytes(RunRecord& run, const std::string& name);
+void AddRunBytes(WriteBatch& batch, std::span<const std::byte> bytes, const std::string& folder,
+                 const std::string& name);
 /// As WriteRunFile, the file appearing with the others of the batch.
 void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name);
 

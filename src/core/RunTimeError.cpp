@@ -29,6 +29,12 @@ std::string ErrorText(ErrorNumber number) {
 RunTimeError::RunTimeError(ErrorNumber number, std::string place)
     : std::runtime_error(ErrorText(number)), number_(number), place_(std::move(place)) {}
 
+RunTimeError OutOfMemoryError() {
+    return RunTimeError(
+        ErrorNumber::OutOfMemory,
+        "There is not enough memory for this. Close other programs, or take a smaller file, and try again.");
+}
+
 std::string RunTimeError::Message() const {
     std::string message = "Run-time error '" + std::to_string(static_cast<int>(number_)) + "':\n" + what();
     if (!place_.empty()) message += "\n\n" + place_;

@@ -46,4 +46,7 @@ private:
     std::string place_;
 };
 
+/// What memory that does not suffice is told as.
+RunTimeError OutOfMemoryError();
+
 }  // namespace vantor

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "core/ports/FileSystem.h"
+#include "core/ports/LongWork.h"
 #include "core/ports/MessageBoxes.h"
 
 namespace vantor {
@@ -20,8 +20,8 @@ public:
     void Take(const std::string& name) { names_.push_back(name); }
 
     /// Deletes the files and empties the list. Those that cannot be deleted are told to the user in one message and
-    /// do not keep the others.
-    void DeleteAll(FileSystem& files, MessageBoxes& messages);
+    /// do not keep the others. A stop leaves the rest.
+    void DeleteAll(LongWork& work, MessageBoxes& messages);
 
 private:
     std::string folder_;

@@ -1,7 +1,9 @@
 #include "counter/CounterFile.h"
 
 #include <algorithm>
+#include <future>
 #include <limits>
+#include <system_error>
 #include <unordered_set>
 
 #include "core/Numeric.h"
@@ -10,6 +12,7 @@
 #include "core/RunFile.h"
 #include "core/Text.h"
 #include "counter/DelimitedReader.h"
+#include "counter/Handover.h"
 
 namespace vantor {
 namespace {
@@ -190,57 +193,112 @@ RunTimeError FaultIn(const std::string& path, int record, const RunTimeError& fa
     return RunTimeError(fault.Number(), place + "\n" + RemedyOf(fault.Number()) + kept);
 }
 
-/// The conversion of one file, record by record.
+/// A run on its way to its file.
+struct DecodedRun {
+    std::string Name;
+    std::vector<std::byte> Bytes;
+    std::uint64_t Position = 0;  ///< of the counter file, behind its record
+};
+
+/// Makes the runs of one counter file, record by record, on a thread of its own.
+class RunMaker {
+public:
+    RunMaker(FileSystem& files, const std::string& path, const std::string& folder, RunRecord& run)
+        : fields_(files.Open(path)), names_(files, folder), run_(run) {
+        run_.RunSamples.Clear();
+    }
+
+    std::uint64_t FileSize() const { return fields_.Size(); }
+
+    /// To the end of the file, the first fault, which is returned, or until no run is taken any more.
+    std::optional<RunTimeError> MakeAll(Handover<DecodedRun>& made) {
+        try {
+            while (MakeNext(made)) {
+            }
+        } catch (const RunTimeError& fault) {
+            return fault;
+        }
+        return std::nullopt;
+    }
+
+private:
+    bool MakeNext(Handover<DecodedRun>& made) {
+        const DelimitedField start = fields_.Next();
+        if (IsEndMark(start)) return false;
+        const RecordHeader header = ReadHeader(fields_, start);
+        const std::int32_t trailer = ReadWords(fields_, words_);
+        BuildRun(run_, header, words_, trailer);
+        DecodedRun run;
+        run.Name = names_.NewNameFor(header);
+        run.Bytes = RunBytes(run_, run.Name);
+        run.Position = fields_.Position();
+        return made.Put(std::move(run));
+    }
+
+    DelimitedReader fields_;
+    RunNames names_;
+    RunRecord& run_;
+    std::vector<std::int16_t> words_;
+};
+
+/// The conversion of one file: its runs are made beside the writing of those before.
 class Conversion {
 public:
     Conversion(FileSystem& files, const std::string& path, const std::string& toFolder, RunRecord& run)
         : path_(path),
           folder_(AsFolder(toFolder)),
-          fields_(files.Open(path)),
-          names_(files, folder_),
+          maker_(files, path, folder_, run),
           batch_(files.BeginWrites()),
-          run_(run) {
-        run_.RunSamples.Clear();
-    }
+          making_(Begin()) {}
+    ~Conversion() { made_.Close(); }
+    Conversion(const Conversion&) = delete;
+    Conversion& operator=(const Conversion&) = delete;
 
-    std::vector<std::string> ConvertAll(const ConversionProgress& progress) {
-        while (BuildNext()) {
-            const std::string name = names_.NewNameFor(header_);
-            AddRunFile(*batch_, run_, folder_, name);
-            runNames_.push_back(name);
-            const double size = static_cast<double>(std::max<std::uint64_t>(fields_.Size(), 1));
-            if (progress && !progress(static_cast<double>(fields_.Position()) / size)) return {};
+    std::vector<std::string> ConvertAll(const Progress& progress) {
+        constexpr double Written = 0.7;
+        const Progress writing = progress.Part(0, Written);
+        if (!writing(0, 1)) return {};
+        while (const auto run = made_.Take()) {
+            AddRunBytes(*batch_, run->Bytes, folder_, run->Name);
+            runNames_.push_back(run->Name);
+            if (!writing(run->Position, maker_.FileSize())) return {};
         }
-        batch_->Commit();
+        // Whatever is wrong in the file, the runs before it are stored first.
+        const std::optional<RunTimeError> fault = making_.get();
+        if (!batch_->Commit(progress.Part(Written, 1))) return {};
+        if (fault)
+            throw FaultIn(path_, static_cast<int>(runNames_.size()) + 1, *fault,
+                          runNames_.empty() ? "" : " The runs before this record were kept.");
         return std::move(runNames_);
     }
 
 private:
-    /// False at the end mark. Whatever is wrong in the file, the runs before it are stored first.
-    bool BuildNext() {
+    std::future<std::optional<RunTimeError>> Begin() {
         try {
-            const DelimitedField start = fields_.Next();
-            if (IsEndMark(start)) return false;
-            header_ = ReadHeader(fields_, start);
-            const std::int32_t trailer = ReadWords(fields_, words_);
-            BuildRun(run_, header_, words_, trailer);
-            return true;
-        } catch (const RunTimeError& fault) {
-            batch_->Commit();
-            throw FaultIn(path_, static_cast<int>(runNames_.size()) + 1, fault,
-                          runNames_.empty() ? "" : " The runs before this record were kept.");
+            return std::async(std::launch::async, [this] {
+                const Closing closing{made_};
+                return maker_.MakeAll(made_);
+            });
+        } catch (const std::system_error&) {
+            throw OutOfMemoryError();
         }
     }
 
+    struct Closing {
+        Handover<DecodedRun>& Made;
+        ~Closing() { Made.Close(); }
+    };
+
+    /// Enough for both threads to have something to do.
+    static constexpr std::size_t RunsUnderWay = 8;
+
     std::string path_;
     std::string folder_;
-    DelimitedReader fields_;
-    RunNames names_;
+    RunMaker maker_;
     std::unique_ptr<WriteBatch> batch_;
-    RunRecord& run_;
-    RecordHeader header_;
-    std::vector<std::int16_t> words_;
+    Handover<DecodedRun> made_{RunsUnderWay};
     std::vector<std::string> runNames_;
+    std::future<std::optional<RunTimeError>> making_;  ///< last: it waits for the thread before the rest goes
 };
 
 CounterStudy StudyOf(const RecordHeader& header) {
@@ -279,7 +337,7 @@ std::vector<CounterStudy> CounterStudies(const FileSystem& files, const std::str
 }
 
 std::vector<std::string> ConvertCounterFile(FileSystem& files, const std::string& path, const std::string& toFolder,
-                                            RunRecord& currentRun, const ConversionProgress& progress) {
+                                            RunRecord& currentRun, const Progress& progress) {
     return Conversion(files, path, toFolder, currentRun).ConvertAll(progress);
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
+#include "core/Progress.h"
 #include "core/RunRecords.h"
 #include "core/ports/ApplicationEnd.h"
 #include "core/ports/FileSystem.h"
@@ -28,9 +28,6 @@ struct CounterStudy {
 /// mark is error 62; errors name the file and the record.
 std::vector<CounterStudy> CounterStudies(const FileSystem& files, const std::string& path, ApplicationEnd& end);
 
-/// Told after each record which part of the file (0 to 1) is done; false stops the conversion.
-using ConversionProgress = std::function<bool(double done)>;
-
 /// Makes a run file in `toFolder` of every record of a counter file and returns the runs' names in order. No run file
 /// is replaced: a name that exists gets the next number. All run files appear together (WriteBatch::Commit); when one
 /// cannot be written, or the conversion is stopped (the list is empty then), none does. A fault in the file (error 62
@@ -38,6 +35,6 @@ using ConversionProgress = std::function<bool(double done)>;
 /// the runs before the faulty record and names that record. `currentRun` is the run worked on last; memory does not
 /// depend on the file's length.
 std::vector<std::string> ConvertCounterFile(FileSystem& files, const std::string& path, const std::string& toFolder,
-                                            RunRecord& currentRun, const ConversionProgress& progress = {});
+                                            RunRecord& currentRun, const Progress& progress = {});
 
 }  // namespace vantor

@@ -1,7 +1,10 @@
 #include "counter/modUpload.h"
 
+#include <utility>
+
 #include "core/Numeric.h"
 #include "core/Paths.h"
+#include "core/RunFile.h"
 #include "core/RunRecords.h"
 #include "core/Text.h"
 #include "core/Windows1252.h"
@@ -27,6 +30,16 @@ bool AcceptName(MessageBoxes& messages, const std::string& name) {
     return true;
 }
 
+std::string CountOfRuns(std::size_t count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
+
+/// `doing` is what the user reads meanwhile, "Moving". False when it was stopped.
+bool MoveAll(LongWork& work, const std::string& doing, const std::vector<FileMove>& moves) {
+    bool isDone = false;
+    work.Run(doing + " " + CountOfRuns(moves.size()),
+             [&](FileSystem& files, const Progress& progress) { isDone = files.RenameAll(moves, progress); });
+    return isDone;
+}
+
 }  // namespace
 
 std::string RunNameOf(const RunNameTemplate& parts) {
@@ -38,27 +51,42 @@ std::string NextRunNumber(const std::string& runNumber) {
     return digits.substr(digits.size() - 3);
 }
 
-bool RenameRuns(FileSystem& files, MessageBoxes& messages, const std::string& folder,
-                const std::vector<UploadRun*>& runs, RunNameTemplate& parts) {
+bool RenameRuns(LongWork& work, MessageBoxes& messages, const std::string& folder, const std::vector<UploadRun*>& runs,
+                RunNameTemplate& parts) {
     if (!AcceptName(messages, RunNameOf(parts))) return false;
-    for (UploadRun* run : runs) {
-        const std::string name = RunNameOf(parts);
-        const std::string nextNumber = NextRunNumber(parts.RunNumber);
-        files.Rename(RunPath(folder, run->Name), RunPath(folder, name));
-        run->PreviousName = run->Name;
-        run->Name = name;
-        parts.RunNumber = nextNumber;
+    RunNameTemplate next = parts;
+    std::vector<std::string> names;
+    std::vector<FileMove> moves;
+    for (const UploadRun* run : runs) {
+        names.push_back(RunNameOf(next));
+        moves.push_back({RunPath(folder, run->Name), RunPath(folder, names.back())});
+        next.RunNumber = NextRunNumber(next.RunNumber);
     }
+    if (!MoveAll(work, "Renaming", moves)) return false;
+    for (std::size_t i = 0; i < runs.size(); ++i)
+        runs[i]->PreviousName = std::exchange(runs[i]->Name, std::move(names[i]));
+    parts = next;
     return true;
 }
 
-void UndoRename(FileSystem& files, const std::string& folder, const std::vector<UploadRun*>& runs) {
+bool UndoRename(LongWork& work, const std::string& folder, const std::vector<UploadRun*>& runs) {
+    std::vector<UploadRun*> renamed;
+    std::vector<FileMove> moves;
     for (UploadRun* run : runs) {
         if (run->PreviousName.empty()) continue;
-        files.Rename(RunPath(folder, run->Name), RunPath(folder, run->PreviousName));
-        run->Name = run->PreviousName;
-        run->PreviousName.clear();
+        renamed.push_back(run);
+        moves.push_back({RunPath(folder, run->Name), RunPath(folder, run->PreviousName)});
     }
+    if (!MoveAll(work, "Renaming", moves)) return false;
+    for (UploadRun* run : renamed) run->Name = std::exchange(run->PreviousName, std::string());
+    return true;
+}
+
+void DeleteRuns(LongWork& work, const std::string& folder, const std::vector<std::string>& names) {
+    work.Run("Deleting " + CountOfRuns(names.size()), [&](FileSystem& files, const Progress& progress) {
+        for (std::size_t i = 0; i < names.size() && progress(i, names.size()); ++i)
+            DeleteRunFile(files, folder, names[i]);
+    });
 }
 
 std::string GroupFolder(const std::string& groupRoot, const std::string& name) {
@@ -84,18 +112,20 @@ bool MakeStudyGroup(FileSystem& files, MessageBoxes& messages, const std::string
     return true;
 }
 
-void MoveRuns(ApplicationState& state, FileSystem& files, MessageBoxes& messages, const std::string& groupFolder,
-              const std::vector<std::string>& names) {
+bool MoveRuns(ApplicationState& state, const FileSystem& files, LongWork& work, MessageBoxes& messages,
+              const std::string& groupFolder, const std::vector<std::string>& names) {
     const std::string fromFolder = AsFolder(state.Paths.TempRunsPath);
+    std::vector<FileMove> moves;
     for (const std::string& name : names) {
         const std::string target = RunPath(groupFolder, std::string(Trim(name)));
-        if (FileExists(files, target)) {
+        if (FileExists(files, target))
             messages.Tell("Run " + name + " exists in the selected Study Group.", MessageIcon::Warning);
-            continue;
-        }
-        files.Rename(RunPath(fromFolder, name), target);
-        if (state.CurrentStudy.RunNames.IsEmpty()) state.Paths.LastStudyGroupPath = groupFolder;
+        else
+            moves.push_back({RunPath(fromFolder, name), target});
     }
+    if (!MoveAll(work, "Moving", moves)) return false;
+    if (!moves.empty() && state.CurrentStudy.RunNames.IsEmpty()) state.Paths.LastStudyGroupPath = groupFolder;
+    return true;
 }
 
 }  // namespace vantor

@@ -5,6 +5,7 @@
 
 #include "core/ApplicationState.h"
 #include "core/ports/FileSystem.h"
+#include "core/ports/LongWork.h"
 #include "core/ports/MessageBoxes.h"
 
 namespace vantor {
@@ -29,13 +30,16 @@ struct UploadRun {
     std::string PreviousName;  ///< before its renaming; empty when it was not renamed
 };
 
-/// Renames run files by the template in the order given, and moves the template on. A name that cannot be a file's is
-/// told to the user before any file is touched and gives false. A file of the new name is error 58; the runs renamed
-/// before an error, and the template, then stand as they are on the disk.
-bool RenameRuns(FileSystem& files, MessageBoxes& messages, const std::string& folder,
-                const std::vector<UploadRun*>& runs, RunNameTemplate& parts);
-/// Gives those of the runs that were renamed their previous names back. Errors as RenameRuns.
-void UndoRename(FileSystem& files, const std::string& folder, const std::vector<UploadRun*>& runs);
+/// Renames run files by the template in the order given, all or none, and moves the template on. A name that cannot be
+/// a file's is told to the user before any file is touched and gives false, as a stop does. A file of the new name is
+/// error 58.
+bool RenameRuns(LongWork& work, MessageBoxes& messages, const std::string& folder, const std::vector<UploadRun*>& runs,
+                RunNameTemplate& parts);
+/// Gives those of the runs that were renamed their previous names back, all or none. False when it was stopped.
+bool UndoRename(LongWork& work, const std::string& folder, const std::vector<UploadRun*>& runs);
+/// Deletes run files one after the other; those that are gone already are passed over. An error or a stop leaves its
+/// run and those after it.
+void DeleteRuns(LongWork& work, const std::string& folder, const std::vector<std::string>& names);
 
 /// The folder of a Study Group, blanks around its name ignored.
 std::string GroupFolder(const std::string& groupRoot, const std::string& name);
@@ -48,9 +52,9 @@ bool MakeStudyGroup(FileSystem& files, MessageBoxes& messages, const std::string
                     const std::string& currentGroup);
 
 /// Moves run files from the temporary runs folder into a Study Group's folder. A run that exists there is told to the
-/// user and stays. An error leaves its run and those after it where they were; every run is in one of the two folders.
+/// user and stays; of the others all are moved or, after an error or a stop, none, which gives false.
 /// When the current study has no runs yet, the group becomes the last one used, so that its runs are found.
-void MoveRuns(ApplicationState& state, FileSystem& files, MessageBoxes& messages, const std::string& groupFolder,
-              const std::vector<std::string>& names);
+bool MoveRuns(ApplicationState& state, const FileSystem& files, LongWork& work, MessageBoxes& messages,
+              const std::string& groupFolder, const std::vector<std::string>& names);
 
 }  // namespace vantor

@@ -172,14 +172,17 @@ std::optional<LogSummary> ReadBattelleSummary(const FileSystem& files, const std
     return summary;
 }
 
-FieldLog ReadBattelleLog(const FileSystem& files, const std::string& path, bool isSigned) {
+FieldLog ReadBattelleLog(const FileSystem& files, const std::string& path, bool isSigned, const Progress& progress) {
     FieldLog log = NewFieldLog(LogKind::Battelle, path);
     std::int64_t run = 0;
     std::uint64_t lines = 0;
     bool isBattelle = false;
     const auto file = files.Open(path);
-    ForEachLine(*file, {}, [&](std::string_view line) {
+    std::uint64_t done = 0;
+    const auto goOn = [&] { return progress(done, file->Size()); };
+    ForEachLine(*file, goOn, [&](std::string_view line) {
         ++lines;
+        done += line.size() + 1;
         isBattelle = isBattelle || StartsRun(line) || IsFix(line);
         if (StartsRun(line) && ++run > std::numeric_limits<std::int16_t>::max())
             throw RunTimeError(ErrorNumber::Overflow, "The file has more than 32767 runs. Divide it.\n" + path +

@@ -19,6 +19,7 @@ std::optional<LogSummary> ReadBattelleSummary(const FileSystem& files, const std
 
 /// A log whole, without the fixes before its first run; its positions with their signs where it `isSigned`. Errors as
 /// of ReadFieldLog.
-FieldLog ReadBattelleLog(const FileSystem& files, const std::string& path, bool isSigned = false);
+FieldLog ReadBattelleLog(const FileSystem& files, const std::string& path, bool isSigned = false,
+                         const Progress& progress = {});
 
 }  // namespace vantor

@@ -200,10 +200,11 @@ std::optional<LogSummary> ReadDeviceSummary(const LogSources& sources, LogKind k
     return summary;
 }
 
-FieldLog ReadDeviceLog(const LogSources& sources, LogKind kind, const std::string& path) {
+FieldLog ReadDeviceLog(const LogSources& sources, LogKind kind, const std::string& path, const Progress& progress) {
     FieldLog log = NewFieldLog(kind, path);
     DeviceRecords record(sources, kind, path);
-    while (record.Next()) {
+    // How many records there are is not known before the last one.
+    while (record.Next() && progress(0, 1)) {
         LogPoint point;
         if (kind == LogKind::GpsHandheld)
             point.Gps = GpsPointOf(record, sources.HasSignedCoordinates);

@@ -63,12 +63,12 @@ std::optional<LogSummary> ReadLogSummary(const LogSources& sources, LogKind kind
     }
 }
 
-FieldLog ReadFieldLog(const LogSources& sources, LogKind kind, const std::string& path) {
+FieldLog ReadFieldLog(const LogSources& sources, LogKind kind, const std::string& path, const Progress& progress) {
     switch (kind) {
         case LogKind::GpsHandheld:
-        case LogKind::ObdHandheld: return ReadDeviceLog(sources, kind, path);
-        case LogKind::Battelle: return ReadBattelleLog(sources.Files, path, sources.HasSignedCoordinates);
-        default: return ReadLaptopLog(sources.Files, sources.Time, kind, path, sources.HasSignedCoordinates);
+        case LogKind::ObdHandheld: return ReadDeviceLog(sources, kind, path, progress);
+        case LogKind::Battelle: return ReadBattelleLog(sources.Files, path, sources.HasSignedCoordinates, progress);
+        default: return ReadLaptopLog(sources.Files, sources.Time, kind, path, sources.HasSignedCoordinates, progress);
     }
 }
 

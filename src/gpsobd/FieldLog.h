@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/LogKind.h"
+#include "core/Progress.h"
 #include "core/ports/Clock.h"
 #include "core/ports/FileSystem.h"
 #include "core/ports/RecordSet.h"
@@ -32,6 +33,7 @@ struct FieldLog {
     GpsLogHeader GpsHeader;  ///< GPS logs; of a source without one an empty one with the file's name as its names
     ObdLogHeader ObdHeader;  ///< OBD and combined logs
     std::vector<LogPoint> Points;
+    bool IsArranged = false;  ///< in the order of the review (ArrangeForReview)
     std::uint64_t DroppedBytes = 0;  ///< of an incomplete last record
     std::size_t MissingRecords = 0;  ///< that a handheld's database tells of and does not hold whole
 };
@@ -80,8 +82,8 @@ std::optional<LogSummary> ReadLogSummary(const LogSources& sources, LogKind kind
                                          const LogProgress& progress = {});
 
 /// Reads a log whole. Errors as of ReadLogSummary; 13 also for a text with lines but none of a Battelle log, 6 for one
-/// with more than 32767 runs.
-FieldLog ReadFieldLog(const LogSources& sources, LogKind kind, const std::string& path);
+/// with more than 32767 runs. Stopped, it returns a log that is good for nothing.
+FieldLog ReadFieldLog(const LogSources& sources, LogKind kind, const std::string& path, const Progress& progress = {});
 
 /// The kind of a log by its extension; a ".mdb" or ".pdb" is looked into for its table. Error 13 for any other file.
 LogKind LogKindOf(const LogSources& sources, const std::string& path);

@@ -204,7 +204,7 @@ std::optional<LogSummary> ReadLaptopSummary(const FileSystem& files, const Clock
 }
 
 FieldLog ReadLaptopLog(const FileSystem& files, const Clock& clock, LogKind kind, const std::string& path,
-                       bool isSigned) {
+                       bool isSigned, const Progress& progress) {
     OpenLog file = OpenLaptopLog(files, kind, path);
     FieldLog log = NewFieldLog(kind, path);
     log.Prefix = file.Prefix;
@@ -214,11 +214,13 @@ FieldLog ReadLaptopLog(const FileSystem& files, const Clock& clock, LogKind kind
     else
         log.GpsHeader = DecodeRecord<GpsLogHeader>(GpsLogHeaderFields, file.Header);
     const std::size_t size = file.Layout.Size;
+    std::uint64_t done = 0;
     log.DroppedBytes = ReadRecords(file, [&](std::span<const std::byte> piece) {
+        done += piece.size();
         for (; !piece.empty(); piece = piece.subspan(size))
             if (RunNumberOf(piece.data()) != 0)
                 log.Points.push_back(PointOf(kind, log.Prefix, piece.first(size), isSigned));
-        return true;
+        return progress(done, file.File->Size());
     });
     return log;
 }

@@ -121,6 +121,7 @@ Date DateOfSeconds(std::int64_t seconds) {
 }
 
 void ArrangeForReview(FieldLog& log) {
+    if (std::exchange(log.IsArranged, true)) return;
     std::vector<Place> places = SortedPlaces(log);
     const bool hasTimes = FillTimes(places);
     std::vector<LogPoint> arranged;

@@ -40,6 +40,7 @@ Date DateOfSeconds(std::int64_t seconds);
 /// by time and run number (ties keep the order of the file), then points without a time of day get one from their own
 /// run: a second after its point before them or, without one, before its first timed point. Points of a run without any
 /// time go by their neighbours in the same way. Midnight counts as no time. A log without any time keeps its times.
+/// A log that is arranged stays as it is.
 void ArrangeForReview(FieldLog& log);
 
 }  // namespace vantor

@@ -225,11 +225,17 @@ std::vector<std::string> RunsMadeBefore(const FileSystem& files, const FieldLog&
 }
 
 std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
-                                      const std::string& folder, const AppSettings& settings, MadeBefore before) {
+                                      const std::string& folder, const AppSettings& settings, MadeBefore before,
+                                      const Progress& progress) {
+    constexpr double Written = 0.7;
+    const Progress writing = progress.Part(0, Written);
     const auto batch = files.BeginWrites();
     std::vector<std::string> names;
     std::string tooLong;
-    for (const auto& [number, points] : PointsOfRuns(reviewed)) {
+    const auto runs = PointsOfRuns(reviewed);
+    std::uint64_t done = 0;
+    for (const auto& [number, points] : runs) {
+        if (!writing(done++, runs.size())) return {};
         try {
             RunRecord run = MakeRun(reviewed, points, gaps, settings);
             std::string name;
@@ -245,7 +251,7 @@ std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewe
             tooLong += error.Place() + "\n";
         }
     }
-    batch->Commit();
+    if (!batch->Commit(progress.Part(Written, 1))) return {};
     if (!tooLong.empty())
         throw RunTimeError(ErrorNumber::Overflow,
                            tooLong +

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/AppSettings.h"
+#include "core/Progress.h"
 #include "core/RunRecords.h"
 #include "gpsobd/LogGaps.h"
 
@@ -32,9 +33,10 @@ enum class MadeBefore {
 /// Writes the runs of a log into a folder and returns their names, base name + "-R" + run number. Gaps are filled as
 /// `gaps` says, which FindGaps found; those that are not in it, by the speeds beside them, and are not noted. No other
 /// run file is replaced: a name that exists gets a number. All run files appear together (WriteBatch::Commit). A run
-/// that is too long is left out: the others are written, then it is error 6 that names the run.
+/// that is too long is left out: the others are written, then it is error 6 that names the run. Stopped, it has written
+/// none.
 std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
                                       const std::string& folder, const AppSettings& settings,
-                                      MadeBefore before = MadeBefore::Kept);
+                                      MadeBefore before = MadeBefore::Kept, const Progress& progress = {});
 
 }  // namespace vantor

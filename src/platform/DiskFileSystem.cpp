@@ -8,6 +8,7 @@
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
 #include "core/Text.h"
+#include "platform/FlushFiles.h"
 #include "platform/NativeFile.h"
 
 namespace vantor {
@@ -88,32 +89,23 @@ public:
         pending_.push_back({temporary.native(), target.native(), {}, fs::exists(old), false});
         WriteNative(file, bytes, target);
         if (tail == OldTail::Kept) AppendTail(file, target, bytes.size());
-        // Starts the disk's work early; the flush that counts is the commit's.
         if (std::fflush(file.get()) != 0) ThrowFileError(errno, target);
-        StartFlush(file);
         if (fs::exists(old)) fs::permissions(temporary, old.permissions(), ignored);
     }
 
-    void Commit() override {
-        for (const Pending& file : pending_) NamingTarget(file.Target, [&] { FlushToDisk(file.Temporary); });
+    bool Commit(const Progress& progress) override {
+        constexpr double Flushed = 0.9;
+        if (!FlushPending(progress.Part(0, Flushed))) {
+            RemoveTemporaries();
+            return false;
+        }
         // One file alone is replaced in one step.
         if (pending_.size() > 1)
             for (Pending& file : pending_)
                 if (file.Replaces) KeepOld(file);
-        std::set<fs::path> folders;
-        try {
-            for (Pending& file : pending_) {
-                RenameOver(file.Temporary, file.Target);
-                file.IsPlaced = true;
-                folders.insert(fs::path(file.Target).parent_path());
-            }
-        } catch (const RunTimeError&) {
-            TakeBack();
-            FlushFolders(folders);
-            throw;
-        }
-        FlushFolders(folders);
+        const bool isDone = PlacePending(progress.Part(Flushed, 1));
         RemoveTemporaries();
+        return isDone;
     }
 
 private:
@@ -125,6 +117,43 @@ private:
         bool Replaces = false;
         bool IsPlaced = false;
     };
+
+    bool FlushPending(const Progress& progress) const {
+        std::vector<fs::path::string_type> temporaries;
+        temporaries.reserve(pending_.size());
+        for (const Pending& file : pending_) temporaries.push_back(file.Temporary);
+        try {
+            return FlushFiles(temporaries, progress);
+        } catch (const RunTimeError& error) {
+            // An error with a temporary file is one with the file that was to be written.
+            for (const Pending& file : pending_)
+                if (error.Place() == PortablePath(file.Temporary))
+                    throw RunTimeError(error.Number(), PortablePath(file.Target));
+            throw;
+        }
+    }
+
+    bool PlacePending(const Progress& progress) {
+        std::set<fs::path> folders;
+        std::uint64_t placed = 0;
+        bool goesOn = true;
+        try {
+            for (Pending& file : pending_) {
+                goesOn = progress(placed++, pending_.size());
+                if (!goesOn) break;
+                RenameOver(file.Temporary, file.Target);
+                file.IsPlaced = true;
+                folders.insert(fs::path(file.Target).parent_path());
+            }
+        } catch (const RunTimeError&) {
+            TakeBack();
+            FlushFolders(folders);
+            throw;
+        }
+        if (!goesOn) TakeBack();
+        FlushFolders(folders);
+        return goesOn;
+    }
 
     /// Under its own name the old file stays until the new one takes its place: whenever the program is killed, there
     /// is one of the two.
@@ -318,6 +347,45 @@ std::unique_ptr<GrowingFile> DiskFileSystem::Create(const std::string& path) {
 }
 
 void DiskFileSystem::Rename(const std::string& from, const std::string& to) {
+    Place(from, to);
+    FlushFolder(NativePath(to).parent_path());
+}
+
+bool DiskFileSystem::RenameAll(const std::vector<FileMove>& moves, const Progress& progress) {
+    std::set<fs::path> folders;
+    std::size_t done = 0;
+    const auto flushFolders = [&] {
+        for (const fs::path& folder : folders) FlushFolder(folder);
+    };
+    const auto takeBack = [&] {
+        while (done-- > 0) {
+            try {
+                Place(moves[done].To, moves[done].From);
+            } catch (const RunTimeError&) {
+                // It keeps its new name: there is nothing else to do about it.
+            }
+        }
+        flushFolders();
+    };
+    try {
+        for (; done < moves.size(); ++done) {
+            if (!progress(done, moves.size())) {
+                takeBack();
+                return false;
+            }
+            Place(moves[done].From, moves[done].To);
+            folders.insert(NativePath(moves[done].To).parent_path());
+            folders.insert(NativePath(moves[done].From).parent_path());
+        }
+    } catch (const RunTimeError&) {
+        takeBack();
+        throw;
+    }
+    flushFolders();
+    return true;
+}
+
+void DiskFileSystem::Place(const std::string& from, const std::string& to) {
     const fs::path source = Resolved(from);
     const fs::path target = NativePath(to);
     std::error_code ignored;
@@ -327,7 +395,6 @@ void DiskFileSystem::Rename(const std::string& from, const std::string& to) {
     fs::rename(source, target, failure);
     if (failure == std::errc::cross_device_link) return MoveToOtherDisk(source, target);
     if (failure) ThrowFileError(failure, source);
-    FlushFolder(target.parent_path());
 }
 
 void DiskFileSystem::MoveToOtherDisk(const fs::path& from, const fs::path& to) {

@@ -21,6 +21,7 @@ public:
     std::unique_ptr<WriteBatch> BeginWrites() override;
     std::unique_ptr<GrowingFile> Create(const std::string& path) override;
     void Rename(const std::string& from, const std::string& to) override;
+    bool RenameAll(const std::vector<FileMove>& moves, const Progress& progress) override;
     void Copy(const std::string& from, const std::string& to) override;
     void Delete(const std::string& path) override;
     void CreateFolder(const std::string& path) override;
@@ -29,6 +30,8 @@ public:
     std::string ProgramFile(const std::string& name) const override;
 
 private:
+    /// Rename, without the flush of the folder.
+    void Place(const std::string& from, const std::string& to);
     void MoveToOtherDisk(const std::filesystem::path& from, const std::filesystem::path& to);
 
     std::string settingsFolder_;

@@ -5,7 +5,10 @@
 #include <atomic>
 #include <cerrno>
 #include <charconv>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include "core/RunTimeError.h"
 
@@ -53,16 +56,75 @@ constexpr std::string_view TemporaryPrefix = ".vantor-";
 constexpr std::string_view TemporarySuffix = ".tmp";
 constexpr std::time_t LeftoverAge = 24 * 60 * 60;
 
-/// The process that a temporary name tells; nothing for any other name.
-std::optional<int> WriterOf(std::string_view name) {
+/// This computer as long as it runs: numbers of processes say nothing outside of it.
+std::string NameOfComputer() {
+#ifdef _WIN32
+    const char* name = std::getenv("COMPUTERNAME");
+    return name != nullptr ? name : "";
+#else
+    std::array<char, 256> host{};
+    gethostname(host.data(), host.size() - 1);
+    std::string name = host.data();
+#ifdef __linux__
+    if (std::FILE* file = std::fopen("/proc/sys/kernel/random/boot_id", "r")) {
+        std::array<char, 64> start{};
+        if (std::fgets(start.data(), start.size(), file) != nullptr) name += start.data();
+        std::fclose(file);
+    }
+    std::error_code ignored;
+    name += fs::read_symlink("/proc/self/ns/pid", ignored).native();
+#endif
+    return name;
+#endif
+}
+
+/// Eight digits of base 16.
+const std::string& ComputerMark() {
+    static const std::string mark = [] {
+        std::uint32_t hash = 2166136261U;  // FNV-1a
+        for (const char character : NameOfComputer()) hash = (hash ^ static_cast<unsigned char>(character)) * 16777619U;
+        std::array<char, 9> digits{};
+        std::snprintf(digits.data(), digits.size(), "%08x", hash);
+        return std::string(digits.data());
+    }();
+    return mark;
+}
+
+int ThisProcess() {
+#ifdef _WIN32
+    return _getpid();
+#else
+    return getpid();
+#endif
+}
+
+/// What a temporary name tells of its writer.
+struct Writer {
+    std::string_view Computer;
+    int Process = 0;
+};
+
+std::optional<int> NumberIn(std::string_view text) {
+    int number = 0;
+    const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return failure == std::errc() && end == text.data() + text.size() && number > 0 ? std::optional(number)
+                                                                                    : std::nullopt;
+}
+
+/// Nothing for any other name.
+std::optional<Writer> WriterOf(std::string_view name) {
     if (!name.starts_with(TemporaryPrefix) || !name.ends_with(TemporarySuffix)) return std::nullopt;
-    const char* const end = name.data() + name.size() - TemporarySuffix.size();
-    int process = 0;
-    unsigned number = 0;
-    const auto [dash, noProcess] = std::from_chars(name.data() + TemporaryPrefix.size(), end, process);
-    if (noProcess != std::errc() || process <= 0 || dash == end || *dash != '-') return std::nullopt;
-    const auto [last, noNumber] = std::from_chars(dash + 1, end, number);
-    return noNumber == std::errc() && last == end ? std::optional(process) : std::nullopt;
+    name.remove_prefix(TemporaryPrefix.size());
+    name.remove_suffix(TemporarySuffix.size());
+    const std::size_t last = name.rfind('-');
+    if (last == std::string_view::npos || !NumberIn(name.substr(last + 1))) return std::nullopt;
+    name = name.substr(0, last);
+    // Names of earlier versions do not tell the computer.
+    const std::size_t first = name.rfind('-');
+    const bool tellsComputer = first != std::string_view::npos;
+    const auto process = NumberIn(tellsComputer ? name.substr(first + 1) : name);
+    if (!process) return std::nullopt;
+    return Writer{tellsComputer ? name.substr(0, first) : std::string_view(), *process};
 }
 
 bool IsRunning(int process) {
@@ -138,12 +200,6 @@ void CopyRest(const NativeFile& source, const NativeFile& target, const fs::path
     if (std::ferror(source.get()) != 0) ThrowFileError(errno, path);
 }
 
-void StartFlush([[maybe_unused]] const NativeFile& file) {
-#ifdef __linux__
-    sync_file_range(fileno(file.get()), 0, 0, SYNC_FILE_RANGE_WRITE);
-#endif
-}
-
 void FlushToDisk(const fs::path& path) {
 #ifdef _WIN32
     const NativeFile file = OpenNative(path, "r+b");
@@ -175,13 +231,8 @@ void RenameOver(const fs::path& from, const fs::path& to) {
 
 std::string TemporaryName() {
     static std::atomic<unsigned> counter{0};
-#ifdef _WIN32
-    const int process = _getpid();
-#else
-    const int process = getpid();
-#endif
-    return std::string(TemporaryPrefix) + std::to_string(process) + "-" + std::to_string(++counter) +
-           std::string(TemporarySuffix);
+    return std::string(TemporaryPrefix) + ComputerMark() + "-" + std::to_string(ThisProcess()) + "-" +
+           std::to_string(++counter) + std::string(TemporarySuffix);
 }
 
 TemporaryFile MakeTemporaryFile(const fs::path& folder) {
@@ -198,14 +249,26 @@ TemporaryFile MakeTemporaryFile(const fs::path& folder) {
 
 void RemoveLeftovers(const fs::path& folder) {
     const std::time_t yesterday = std::time(nullptr) - LeftoverAge;
+    std::vector<fs::path> leftovers;
     std::error_code ignored;
     for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, ignored), end; entry != end;
          entry.increment(ignored)) {
-        const auto writer = WriterOf(PortablePath(entry->path().filename()));
-        if (!writer || IsRunning(*writer)) continue;
+        const std::string name = PortablePath(entry->path().filename());
+        const auto writer = WriterOf(name);
+        if (!writer) continue;
+        const bool isOfThisComputer = writer->Computer == ComputerMark();
+        if (isOfThisComputer && IsRunning(writer->Process)) continue;
         const auto info = InfoOfNative(entry->path());
-        if (info && info->IsFile && info->Changed < yesterday) fs::remove(entry->path(), ignored);
+        if (info && (info->IsFile || info->IsFolder) && (isOfThisComputer || info->Changed < yesterday))
+            leftovers.push_back(entry->path());
     }
+    for (const fs::path& leftover : leftovers) fs::remove_all(leftover, ignored);
+}
+
+void RemoveExportFolders() {
+    std::error_code failure;
+    const fs::path folder = fs::temp_directory_path(failure);
+    if (!failure) RemoveLeftovers(folder);
 }
 
 fs::path ExecutablePath() {

@@ -47,8 +47,6 @@ void SeekNative(const NativeFile& file, std::size_t offset, const std::filesyste
 /// Copies what is left of `source` to the end of `target`.
 void CopyRest(const NativeFile& source, const NativeFile& target, const std::filesystem::path& path);
 
-/// Hands a file's data to the disk without waiting, where the system can.
-void StartFlush(const NativeFile& file);
 /// Waits until a file's data are on the disk.
 void FlushToDisk(const std::filesystem::path& path);
 /// Waits until a folder's names are on the disk, as far as the system can. No error: the names are as the program was
@@ -57,8 +55,8 @@ void FlushFolder(const std::filesystem::path& folder);
 /// Renames over an existing file in one step.
 void RenameOver(const std::filesystem::path& from, const std::filesystem::path& to);
 
-/// A name for a file or folder that is there for a moment, hidden from listings by extension. It tells the process;
-/// one like it may be left over from an earlier process of the same number.
+/// A name for a file or folder that is there for a moment, hidden from listings by extension. It tells the computer and
+/// the process; one like it may be left over from an earlier process of the same number.
 std::string TemporaryName();
 /// A new file open for writing.
 struct TemporaryFile {
@@ -66,9 +64,12 @@ struct TemporaryFile {
     NativeFile File;
 };
 TemporaryFile MakeTemporaryFile(const std::filesystem::path& folder);
-/// Removes the temporary files of programs that were killed: those a day old whose process does not live on this
-/// computer. A program on another one has that day to write and rename its own. Errors are left for a later time.
+/// Removes the temporary files and folders of programs that were killed: those of this computer whose process does not
+/// live any more, and those of others that are a day old, for a program that runs there may still be at work on them.
+/// Errors are left for a later time.
 void RemoveLeftovers(const std::filesystem::path& folder);
+/// The same in the folder where the system keeps what is there for a moment.
+void RemoveExportFolders();
 
 /// The file of the running program.
 std::filesystem::path ExecutablePath();

@@ -75,7 +75,7 @@ const TextMeasure& QtDocumentWriter::Measure() const {
     return measure_;
 }
 
-std::vector<std::byte> QtDocumentWriter::Pdf(const PagedDocument& document) const {
+std::vector<std::byte> QtDocumentWriter::Pdf(const PagedDocument& document, const Progress& progress) const {
     NeedFonts();
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -85,9 +85,9 @@ std::vector<std::byte> QtDocumentWriter::Pdf(const PagedDocument& document) cons
     writer.setResolution(PdfResolution);
     writer.setPageLayout(PageLayoutOf(document.Page));
     QPainter painter(&writer);
-    DrawPages(painter, writer, document);
+    const bool isWhole = DrawPages(painter, writer, document, progress);
     painter.end();
-    return BytesOf(buffer.data());
+    return isWhole ? BytesOf(buffer.data()) : std::vector<std::byte>();
 }
 
 std::vector<std::byte> QtDocumentWriter::Picture(CanvasSize size, const Drawing& drawing, PictureFormat format) const {
@@ -107,15 +107,17 @@ QPageLayout PageLayoutOf(CanvasSize page) {
             QMarginsF(0, 0, 0, 0), QPageLayout::Point};
 }
 
-void DrawPages(QPainter& painter, QPagedPaintDevice& device, const PagedDocument& document) {
+bool DrawPages(QPainter& painter, QPagedPaintDevice& device, const PagedDocument& document, const Progress& progress) {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     const double scale = device.logicalDpiX() / PointsPerInch;
     painter.scale(scale, scale);
     PainterCanvas canvas(painter);
     for (std::size_t page = 0; page < document.Pages.size(); ++page) {
+        if (!progress(page, document.Pages.size())) return false;
         if (page > 0) device.newPage();
         document.Pages[page](canvas);
     }
+    return true;
 }
 
 }  // namespace vantor

@@ -15,7 +15,8 @@ namespace vantor {
 class QtDocumentWriter : public DocumentWriter {
 public:
     const TextMeasure& Measure() const override;
-    std::vector<std::byte> Pdf(const PagedDocument& document) const override;
+    using DocumentWriter::Pdf;
+    std::vector<std::byte> Pdf(const PagedDocument& document, const Progress& progress) const override;
     std::vector<std::byte> Picture(CanvasSize size, const Drawing& drawing, PictureFormat format) const override;
 
 private:
@@ -28,7 +29,8 @@ private:
 /// A page of that size without margins; a wide one is a turned sheet.
 QPageLayout PageLayoutOf(CanvasSize page);
 
-/// Draws the pages on a paged device, whose page is as large as the document's.
-void DrawPages(QPainter& painter, QPagedPaintDevice& device, const PagedDocument& document);
+/// Draws the pages on a paged device, whose page is as large as the document's. False when it was stopped.
+bool DrawPages(QPainter& painter, QPagedPaintDevice& device, const PagedDocument& document,
+               const Progress& progress = {});
 
 }  // namespace vantor

@@ -76,15 +76,22 @@ void ImportLog(AppContext& context, LogKind kind) {
 }
 
 void ExportRunList(AppContext& context) {
-    const Study& study = context.State.CurrentStudy;
-    if (study.Record.RunCount == 0) return context.Messages.Tell(StudyProblem(study));
+    const Study copy = context.State.CurrentStudy;
+    if (copy.Record.RunCount == 0) return context.Messages.Tell(StudyProblem(copy));
     const std::string folder = StudyGroupFolder(context.State);
-    const std::string name(Trim(study.Record.StudyName));
+    const std::string name(Trim(copy.Record.StudyName));
     const std::string path = context.DesktopServices.ChooseFileToSave(
         folder + (IsSafeName(name) ? name : "Run list") + ".xls", "Export to Excel", TableFileKinds());
     if (path.empty()) return;
-    WriteFile(context.Files, path, EncodeTable(path, StudyTable(study, context.Files, folder), context.Sheets));
-    context.Messages.Tell("The run list was exported to:\n" + path);
+    bool isWritten = false;
+    context.Work.Run(
+        "Exporting the run list to " + LastComponent(path), [&](FileSystem& files, const Progress& progress) {
+            const auto bytes = EncodeTable(path, StudyTable(copy, files, folder, progress), context.Sheets);
+            if (!progress(1, 1)) return;
+            WriteFile(files, path, bytes);
+            isWritten = true;
+        });
+    if (isWritten) context.Messages.Tell("The run list was exported to:\n" + path);
 }
 
 void ShowRun(AppContext& context, int index, void (Screens::*screen)(int entryIndex)) {

@@ -13,8 +13,9 @@ namespace vantor {
 namespace {
 
 constexpr const char* NewStudyName = "New study";
-/// Changes of a running program are kept anew every minute.
-constexpr double RecentDays = 2.0 / (24 * 60);
+/// Changes of a running program are kept anew every minute, whether there are further ones or not.
+constexpr double MinuteDays = 1.0 / (24 * 60);
+constexpr double RecentDays = 2 * MinuteDays;
 
 std::string FreePath(const FileSystem& files, const std::string& folder, const std::string& studyName) {
     for (int number = 1;; ++number) {
@@ -35,23 +36,42 @@ bool IsWholeStudy(const std::vector<std::byte>& bytes) {
 
 }  // namespace
 
-bool StudyRecovery::Keep() {
-    if (context_.State.StudyUnchanged) {
-        Settle();
-        return true;
-    }
+void StudyRecovery::Keep() {
+    if (context_.Work.IsBusy()) return;
+    if (!context_.Work.Finish()) kept_.clear();
+    if (context_.State.StudyUnchanged) return Settle();
     try {
-        const std::string folder = FolderForKeeping();
-        const std::string name = studyName_.empty() ? NewStudyName : studyName_;
-        const bool staysThere = !path_.empty() && IsSameFolder(FolderOf(path_), folder);
-        const std::string path = staysThere ? path_ : FreePath(context_.Files, folder, name);
-        WriteFile(context_.Files, path, EncodeStudy(context_.State.CurrentStudy));
-        if (!staysThere) Discard();
-        path_ = path;
-        return true;
+        std::vector<std::byte> study = EncodeStudy(context_.State.CurrentStudy);
+        if (!IsKept(study)) BeginToKeep(std::move(study));
     } catch (const RunTimeError&) {
-        return false;
+        // It is tried again soon.
     }
+}
+
+bool StudyRecovery::KeepNow() {
+    context_.Work.Finish();
+    kept_.clear();
+    Keep();
+    return context_.Work.Finish() && (context_.State.StudyUnchanged || !kept_.empty());
+}
+
+bool StudyRecovery::IsKept(const std::vector<std::byte>& study) const {
+    return study == kept_ && context_.Time.Now().Days - keptAt_.Days < MinuteDays &&
+           IsSameFolder(FolderOf(path_), FolderForKeeping()) && FileExists(context_.Files, path_);
+}
+
+void StudyRecovery::BeginToKeep(std::vector<std::byte> study) {
+    const std::string folder = FolderForKeeping();
+    const std::string name = studyName_.empty() ? NewStudyName : studyName_;
+    const bool staysThere = !path_.empty() && IsSameFolder(FolderOf(path_), folder);
+    const std::string old = staysThere ? std::string() : path_;
+    if (!staysThere) path_ = FreePath(context_.Files, folder, name);
+    kept_ = study;
+    keptAt_ = context_.Time.Now();
+    context_.Work.Begin([path = path_, old, study = std::move(study)](FileSystem& files, const Progress&) {
+        WriteFile(files, path, study);
+        if (!old.empty() && FileExists(files, old)) files.Delete(old);
+    });
 }
 
 void StudyRecovery::Settle() {
@@ -62,8 +82,12 @@ void StudyRecovery::Settle() {
 }
 
 void StudyRecovery::Discard() {
-    if (!path_.empty()) Remove(path_);
+    if (path_.empty()) return;
+    // What is being written would come back.
+    context_.Work.Finish();
+    Remove(path_);
     path_.clear();
+    kept_.clear();
 }
 
 void StudyRecovery::OfferAll() {
@@ -134,7 +158,7 @@ void StudyRecovery::Restore(const Kept& kept) {
     state.StudyFieldsEdited = true;
     studyName_ = hasFile ? kept.StudyName : std::string();
     // Under a number of this program's own, for the other program may be running still.
-    if (Keep()) Remove(kept.Path);
+    if (KeepNow()) Remove(kept.Path);
 }
 
 void StudyRecovery::Remove(const std::string& path) {

@@ -124,8 +124,8 @@ TEST_F(frmReportPreviewTest, StaysWhenPrintingFails) {
         bool Print(const PagedDocument&) override { throw RunTimeError(ErrorNumber::PrinterError, "Paper jam"); }
     } printer;
     TestProgram& p = Program;
-    AppContext context{p.State,  p.Files,  p.Messages, p.OtherScreens, printer,  p.Time,     p.End,
-                       p.Memory, p.Serial, p.Device,   p.Databases,    p.Sheets, p.Documents};
+    AppContext context{p.State,  p.Files,  p.Messages, p.OtherScreens, printer,  p.Time,      p.End,
+                       p.Memory, p.Serial, p.Device,   p.Databases,    p.Sheets, p.Documents, p.Work};
     frmReportPreview form(context);
     form.show();
     Program.Messages.Expect("Run-time error '482':\nPrinter error\n\nPaper jam");

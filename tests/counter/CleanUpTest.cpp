@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "fakes/FakeLongWork.h"
 #include "fakes/MemoryFileSystem.h"
 #include "fakes/ScriptedMessageBoxes.h"
 
@@ -19,16 +20,17 @@ protected:
 
     const std::string Temp = "/start/Temp/";
     MemoryFileSystem Files;
+    FakeLongWork Work{Files};
     ScriptedMessageBoxes Messages;
     PendingDeletions Pending{Temp, ".rdf"};
 };
 
 TEST_F(CleanUpTest, DeletesWhatWasTakenAndOnlyOnce) {
     for (const char* name : {"C", " A", "B"}) Pending.Take(name);
-    Pending.DeleteAll(Files, Messages);
+    Pending.DeleteAll(Work, Messages);
     EXPECT_THAT(Files.AllFiles(), ElementsAre(Temp + "A.rdf", Temp + "B.rd2"));
     EXPECT_THAT(Pending.Names(), IsEmpty());
-    Pending.DeleteAll(Files, Messages);
+    Pending.DeleteAll(Work, Messages);
 }
 
 TEST_F(CleanUpTest, NamesWhatCannotBeDeletedAndDeletesTheOthers) {
@@ -36,8 +38,15 @@ TEST_F(CleanUpTest, NamesWhatCannotBeDeletedAndDeletesTheOthers) {
     Files.FailChangeAfter(1, ErrorNumber::PermissionDenied);
     Messages.Expect("These files could not be deleted:\n" + Temp + "B.rdf: Permission denied\n" + Temp +
                     "gone.rdf: File not found");
-    Pending.DeleteAll(Files, Messages);
+    Pending.DeleteAll(Work, Messages);
     EXPECT_THAT(Files.AllFiles(), ElementsAre(Temp + " A.rdf", Temp + "B.rd2", Temp + "B.rdf"));
+}
+
+TEST_F(CleanUpTest, AStopLeavesTheRest) {
+    for (const char* name : {"A", "B", "C"}) Pending.Take(name);
+    Work.AsksBeforeStop = 2;
+    Pending.DeleteAll(Work, Messages);
+    EXPECT_THAT(Files.AllFiles(), ElementsAre(Temp + " A.rdf", Temp + "B.rd2", Temp + "C.RDF"));
 }
 
 TEST_F(CleanUpTest, AMessageStaysReadable) {
@@ -49,7 +58,7 @@ TEST_F(CleanUpTest, AMessageStaysReadable) {
             if (i <= 8) told += "\n" + Temp + name + ".rdf: File not found";
         }
         Messages.Expect(told + (count == 10 ? "\nand 2 more" : ""));
-        Pending.DeleteAll(Files, Messages);
+        Pending.DeleteAll(Work, Messages);
     }
 }
 

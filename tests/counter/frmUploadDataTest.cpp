@@ -161,14 +161,13 @@ TEST_F(frmUploadDataTest, AsksForWhatRenamingNeeds) {
     EXPECT_THAT(OnDisk(Temp), ElementsAre("A was A"));
 }
 
-TEST_F(frmUploadDataTest, ShowsTheRenamingsDoneBeforeAFault) {
+TEST_F(frmUploadDataTest, AClashRenamesNone) {
     PutRuns(Temp, {"A", "B", "C", "Main-NB-002"});
     Open();
     Program.Messages.Expect("Run-time error '58':\nFile already exists\n\n/start/Temp/Main-NB-002.rd2");
     RenameAs("Main", {0, 1, 2});
-    EXPECT_THAT(Listed(), ElementsAre("Main-NB-001", "B", "C", "Main-NB-002"));
-    EXPECT_THAT(OnDisk(Temp), ElementsAre("B was B", "C was C", "Main-NB-001 was A", "Main-NB-002 was Main-NB-002"));
-    EXPECT_EQ(Text("txtTemplateRunNumber"), "002");
+    EXPECT_THAT(Listed(), ElementsAre("A", "B", "C", "Main-NB-002"));
+    EXPECT_EQ(Text("txtTemplateRunNumber"), "001");
     EXPECT_EQ(Caption(), " Rename ");
 }
 
@@ -230,7 +229,7 @@ TEST_F(frmUploadDataTest, AStudyWithRunsKeepsItsGroup) {
     EXPECT_EQ(Program.State.Paths.LastStudyGroupPath, Groups + "Elm/");
 }
 
-TEST_F(frmUploadDataTest, AFullDiskLeavesTheRestRenamedAndSelected) {
+TEST_F(frmUploadDataTest, AFullDiskMovesNoneAndLeavesAllRenamedAndSelected) {
     PutRuns(Temp, {"A", "B"});
     Program.Files.CreateFolder(Groups + "Main");
     Open();
@@ -239,8 +238,7 @@ TEST_F(frmUploadDataTest, AFullDiskLeavesTheRestRenamedAndSelected) {
     Program.Files.FailChangeAfter(1, ErrorNumber::DiskFull);
     Program.Messages.Expect("Run-time error '61':\nDisk full\n\n" + Temp + "M-NB-002.rd2");
     Click(*Form, "btnMoveRuns");
-    EXPECT_THAT(Listed(), ElementsAre("M-NB-002"));
-    EXPECT_THAT(OnDisk(Temp), ElementsAre("M-NB-002 was B"));
+    EXPECT_THAT(OnDisk(Temp), ElementsAre("M-NB-001 was A", "M-NB-002 was B"));
     EXPECT_EQ(Caption(), "  Undo  ");
     Click(*Form, "btnMoveRuns");
     EXPECT_THAT(OnDisk(Groups + "Main/"), ElementsAre("M-NB-001 was A", "M-NB-002 was B"));

@@ -19,7 +19,7 @@ protected:
         for (const char* name : {"A", "B", "C"}) Program.Files.PutText(Temp + name + ".rd2", name);
     }
 
-    bool Rename(RunNameTemplate& parts) { return RenameRuns(Program.Files, Program.Messages, Temp, {&A, &C}, parts); }
+    bool Rename(RunNameTemplate& parts) { return RenameRuns(Program.Work, Program.Messages, Temp, {&A, &C}, parts); }
     /// The run files of a folder with what stands in them: "A=A".
     std::vector<std::string> FilesIn(const std::string& folder) {
         std::vector<std::string> found;
@@ -52,20 +52,22 @@ TEST_F(modUploadTest, RenamesInOrderAndUndoes) {
     EXPECT_EQ(parts.RunNumber, "001");
     EXPECT_EQ(A.PreviousName, "A");
     UploadRun notRenamed{"B", ""};
-    UndoRename(Program.Files, Temp, {&A, &notRenamed, &C});
+    UndoRename(Program.Work, Temp, {&A, &notRenamed, &C});
     EXPECT_THAT(FilesIn(Temp), ElementsAre("A=A", "B=B", "C=C"));
     EXPECT_EQ(A.Name, "A");
     EXPECT_EQ(A.PreviousName, "");
 }
 
-TEST_F(modUploadTest, ANameThatExistsStopsTheRenamingThere) {
-    Program.Files.PutText(Temp + "main-nb-002.rd2", "other");
+TEST_F(modUploadTest, AClashOrAStopRenamesNone) {
     RunNameTemplate parts{"Main", "NB", "001"};
+    Program.Work.AsksBeforeStop = 1;
+    EXPECT_FALSE(Rename(parts));
+    Program.Work.AsksBeforeStop = 100;
+    Program.Files.PutText(Temp + "main-nb-002.rd2", "other");
     EXPECT_ERROR(FileAlreadyExists, Rename(parts));
-    EXPECT_THAT(FilesIn(Temp), ElementsAre("B=B", "C=C", "Main-NB-001=A", "main-nb-002=other"));
-    EXPECT_EQ(A.Name, "Main-NB-001");
-    EXPECT_EQ(C.Name, "C");
-    EXPECT_EQ(parts.RunNumber, "002");
+    EXPECT_THAT(FilesIn(Temp), ElementsAre("A=A", "B=B", "C=C", "main-nb-002=other"));
+    EXPECT_EQ(A.Name + C.Name + A.PreviousName, "AC");
+    EXPECT_EQ(parts.RunNumber, "001");
 }
 
 TEST_F(modUploadTest, RefusesNamesThatCannotBeStored) {
@@ -105,14 +107,20 @@ TEST_F(modUploadTest, MakesAStudyGroupOnce) {
     EXPECT_FALSE(make("  ", ""));
 }
 
-TEST_F(modUploadTest, AnErrorStopsTheMovingAtItsRun) {
+TEST_F(modUploadTest, AnErrorOrAStopMovesNone) {
+    const auto move = [&] {
+        return MoveRuns(Program.State, Program.Files, Program.Work, Program.Messages, Groups + "Main/",
+                        {"A", "B", "C"});
+    };
     Program.Files.CreateFolder(Groups + "Main/");
+    const std::string groupBefore = Program.State.Paths.LastStudyGroupPath;
     Program.Files.FailChangeAfter(1, ErrorNumber::PermissionDenied);
-    EXPECT_ERROR(PermissionDenied,
-                 MoveRuns(Program.State, Program.Files, Program.Messages, Groups + "Main/", {"A", "B", "C"}));
-    EXPECT_THAT(FilesIn(Temp), ElementsAre("B=B", "C=C"));
-    EXPECT_THAT(FilesIn(Groups + "Main/"), ElementsAre("A=A"));
-    EXPECT_EQ(Program.State.Paths.LastStudyGroupPath, Groups + "Main/");
+    EXPECT_ERROR(PermissionDenied, move());
+    Program.Work.AsksBeforeStop = 2;
+    EXPECT_FALSE(move());
+    EXPECT_THAT(FilesIn(Temp), ElementsAre("A=A", "B=B", "C=C"));
+    EXPECT_THAT(FilesIn(Groups + "Main/"), ElementsAre());
+    EXPECT_EQ(Program.State.Paths.LastStudyGroupPath, groupBefore);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "core/Settings.h"
 #include "core/ports/Spreadsheet.h"
 #include "fakes/FakeDatabases.h"
+#include "fakes/FakeLongWork.h"
 #include "fakes/FakeRemoteApi.h"
 #include "fakes/FakeSerialPort.h"
 #include "fakes/MemoryFileSystem.h"
@@ -161,8 +162,9 @@ struct TestProgram {
     FakeDatabases Databases;
     FakeSpreadsheet Sheets;
     FakeDocumentWriter Documents;
-    AppContext Context{State,  Files,  Messages, OtherScreens, DesktopServices, Time,     End,
-                       Memory, Serial, Device,   Databases,    Sheets,          Documents};
+    FakeLongWork Work{Files};
+    AppContext Context{State,  Files,  Messages, OtherScreens, DesktopServices, Time,      End,
+                       Memory, Serial, Device,   Databases,    Sheets,          Documents, Work};
 
     TestProgram() {
         for (const char* folder : {"/start/Temp", "/start/Study Groups", "/start/Field Data Files"})

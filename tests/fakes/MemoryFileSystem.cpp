@@ -57,10 +57,15 @@ public:
         pending_.emplace_back(target, std::move(whole));
     }
 
-    void Commit() override {
-        for (const auto& [path, bytes] : pending_) files_.CountChange(path);
+    bool Commit(const Progress& progress) override {
+        std::uint64_t done = 0;
+        for (const auto& [path, bytes] : pending_) {
+            if (!progress(done++, pending_.size())) return false;
+            files_.CountChange(path);
+        }
         for (auto& [path, bytes] : pending_) files_.files_[path] = std::move(bytes);
         pending_.clear();
+        return true;
     }
 
 private:
@@ -166,6 +171,24 @@ void MemoryFileSystem::Rename(const std::string& from, const std::string& to) {
     auto node = files_.extract(source);
     node.key() = Stored(AsFolder(Resolved(FolderOf(to))) + LastComponent(to));
     files_.insert(std::move(node));
+}
+
+bool MemoryFileSystem::RenameAll(const std::vector<FileMove>& moves, const Progress& progress) {
+    const auto before = files_;
+    std::uint64_t done = 0;
+    try {
+        for (const FileMove& move : moves) {
+            if (!progress(done++, moves.size())) {
+                files_ = before;
+                return false;
+            }
+            Rename(move.From, move.To);
+        }
+    } catch (const RunTimeError&) {
+        files_ = before;
+        throw;
+    }
+    return true;
 }
 
 void MemoryFileSystem::Copy(const std::string& from, const std::string& to) {

@@ -25,6 +25,7 @@ public:
     std::unique_ptr<WriteBatch> BeginWrites() override;
     std::unique_ptr<GrowingFile> Create(const std::string& path) override;
     void Rename(const std::string& from, const std::string& to) override;
+    bool RenameAll(const std::vector<FileMove>& moves, const Progress& progress) override;
     void Copy(const std::string& from, const std::string& to) override;
     void Delete(const std::string& path) override;
     void CreateFolder(const std::string& path) override;

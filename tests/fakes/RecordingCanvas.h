@@ -71,7 +71,8 @@ public:
     mutable PictureFormat Format = PictureFormat::Pdf;
 
     const TextMeasure& Measure() const override { return measure_; }
-    std::vector<std::byte> Pdf(const PagedDocument& document) const override {
+    using DocumentWriter::Pdf;
+    std::vector<std::byte> Pdf(const PagedDocument& document, const Progress&) const override {
         Keep(document);
         return {std::byte{'%'}, std::byte{'P'}};
     }

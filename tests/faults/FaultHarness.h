@@ -35,15 +35,15 @@ struct FaultScene : TestProgram {
     const std::string Group = "/start/Study Groups/Main/";
     const std::string Temp = "/start/Temp/";
     AgreeingMessageBoxes Told;
-    AppContext Program{State,  Files,  Told,   OtherScreens, DesktopServices, Time,     End,
-                       Memory, Serial, Device, Databases,    Sheets,          Documents};
+    AppContext Program{State,  Files,  Told,   OtherScreens, DesktopServices, Time,      End,
+                       Memory, Serial, Device, Databases,    Sheets,          Documents, Work};
     /// What an operation works on besides the state of the program; it lives until its checks are done.
-    std::shared_ptr<void> Work;
+    std::shared_ptr<void> Object;
 
     FaultScene();
     template <class Type>
     Type& As() {
-        return *static_cast<Type*>(Work.get());
+        return *static_cast<Type*>(Object.get());
     }
     RunRecord StoredRun(const std::string& folder, const std::string& name);
 };

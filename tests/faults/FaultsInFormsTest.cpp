@@ -25,7 +25,7 @@ std::function<void(FaultScene&)> Opens(Arguments... arguments) {
             delete shown;
         });
         form->show();
-        scene.Work = std::shared_ptr<QWidget>(form);
+        scene.Object = std::shared_ptr<QWidget>(form);
     };
 }
 

@@ -64,7 +64,7 @@ const Operation OpensStudy{"StudyOpened",
 
 const Operation KeepsChanges{"ChangesKept",
                              [](FaultScene& scene) {
-                                 scene.Work = std::make_shared<StudyRecovery>(scene.Program);
+                                 scene.Object = std::make_shared<StudyRecovery>(scene.Program);
                                  scene.As<StudyRecovery>().Settle();
                                  ChangeStudy(scene);
                                  scene.As<StudyRecovery>().Keep();
@@ -131,7 +131,7 @@ const Operation RenamesRunOfStudy{"RunOfStudyRenamed", Nothing,
 
 const Operation TrimsRun{
     "RunTrimmed",
-    [](FaultScene& scene) { scene.Work = std::make_shared<StudyRunEntry>(scene.State.CurrentStudy.Entries[1]); },
+    [](FaultScene& scene) { scene.Object = std::make_shared<StudyRunEntry>(scene.State.CurrentStudy.Entries[1]); },
     [](FaultScene& scene) {
         const PlotState plot = PlacedBoundaries(scene.State.CurrentRun, scene.As<StudyRunEntry>());
         TrimRun(scene.Files, scene.Group, scene.State.CurrentRun, plot, scene.As<StudyRunEntry>());
@@ -191,7 +191,7 @@ const Operation CleansUp{"CleanedUp", Nothing,
                              PendingDeletions deletions(scene.Temp, RunExtension);
                              deletions.Take("TR1");
                              deletions.Take("TR2");
-                             deletions.DeleteAll(scene.Files, scene.Told);
+                             deletions.DeleteAll(scene.Work, scene.Told);
                          },
                          Nothing, true};
 

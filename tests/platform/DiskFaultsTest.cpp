@@ -182,10 +182,13 @@ TEST_F(DiskFaultsTest, RenamesOntoAnotherDisk) {
 TEST_F(DiskFaultsTest, OnlyLeftoversOfProgramsThatEndedAreRemoved) {
     constexpr std::time_t Day = 24 * 60 * 60;
     Put(".vantor-notes.tmp", "the user's");
+    const std::string ofOtherComputer = ".vantor-0badcafe-999999-1.tmp";
+    Put(ofOtherComputer, "being written");
     const pid_t killed = Writer([] {});
     waitpid(killed, nullptr, 0);
     const pid_t writing = Writer([] { pause(); });
-    EXPECT_EQ(LeftAfterAWrite(), 3U) << "a writer on another computer may be alive";
+    EXPECT_EQ(LeftAfterAWrite(), 3U) << "of the one that was killed nothing is left";
+    EXPECT_EQ(Disk().count(ofOtherComputer), 1U) << "a writer on another computer may be alive";
     secondsAhead = Day + 60;
     EXPECT_EQ(LeftAfterAWrite(), 2U);
     kill(writing, SIGKILL);
@@ -196,13 +199,13 @@ TEST_F(DiskFaultsTest, OnlyLeftoversOfProgramsThatEndedAreRemoved) {
 
 TEST_F(DiskFaultsTest, ALeftoverIsNotTakenForAFileOfTheBatch) {
     // The process has had the number of this one.
-    const auto number = [&] {
+    const auto first = [&] {
         const auto batch = files_.BeginWrites();
         batch->Add(At("a"), {}, OldTail::Dropped);
-        const std::string name = Disk().begin()->first;
-        return std::stoi(name.substr(name.rfind('-') + 1));
+        return Disk().begin()->first;
     }();
-    const std::string leftover = ".vantor-" + std::to_string(getpid()) + "-" + std::to_string(number + 1) + ".tmp";
+    const int number = std::stoi(first.substr(first.rfind('-') + 1));
+    const std::string leftover = first.substr(0, first.rfind('-') + 1) + std::to_string(number + 1) + ".tmp";
     std::FILE* file = std::fopen(At(leftover).c_str(), "w");
     std::fclose(file);
     Put("a", "text");

@@ -86,7 +86,8 @@ protected:
                        Program.Device,
                        Program.Databases,
                        Program.Sheets,
-                       Program.Documents};
+                       Program.Documents,
+                       Program.Work};
     PseudoTerminal Line{2};
     std::unique_ptr<frmReadTDC> Form;
 };

@@ -16,9 +16,9 @@ using testing::IsEmpty;
 /// A program of its own on the disk of the first one.
 struct OtherProgram {
     explicit OtherProgram(MainStreet& first)
-        : Context{State,           first.Files,  Messages,       first.OtherScreens, first.DesktopServices,
-                  first.Time,      first.End,    first.Memory,   first.Serial,       first.Device,
-                  first.Databases, first.Sheets, first.Documents} {
+        : Context{State,           first.Files,  Messages,        first.OtherScreens, first.DesktopServices,
+                  first.Time,      first.End,    first.Memory,    first.Serial,       first.Device,
+                  first.Databases, first.Sheets, first.Documents, first.Work} {
         LoadSettings(State, first.Files);
         NewStudy(State, first.Time);
     }
@@ -54,14 +54,14 @@ struct Recovery : MainStreet, testing::Test {
     const std::string AtEleven = ". Its changes were kept on 03/14/08 at 11:05.";
     /// The first program ends at once; its changes were kept an hour ago.
     void KeepAndCrash() {
-        EXPECT_TRUE(Kept.Keep());
+        EXPECT_TRUE(Kept.KeepNow());
         for (const std::string& path : FilesKept())
             Files.Modified[path] = {DateOf(2008, 3, 14).Days + TimeOf(11, 5).Days};
     }
 };
 
 TEST_F(Recovery, KeepsChangesUntilTheStudyIsSavedOrLeft) {
-    EXPECT_TRUE(Kept.Keep());
+    EXPECT_TRUE(Kept.KeepNow());
     EXPECT_THAT(FilesKept(), IsEmpty()) << "nothing was changed";
     const auto saved = Files.Bytes(Group + "AM.ld2");
     AddRuns(State, {"R3"});
@@ -184,7 +184,7 @@ TEST_F(Recovery, AFolderThatCannotBeWrittenDisturbsNothing) {
     AddRuns(State, {"R3"});
     for (const int changes : {0, 1}) {
         Files.FailChangeAfter(changes, ErrorNumber::PermissionDenied);
-        EXPECT_FALSE(Kept.Keep());
+        EXPECT_FALSE(Kept.KeepNow());
         EXPECT_THAT(FilesKept(), IsEmpty());
         EXPECT_FALSE(State.StudyUnchanged);
     }

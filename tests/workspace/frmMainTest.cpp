@@ -26,8 +26,8 @@ struct LookingMessageBoxes : ScriptedMessageBoxes {
 
 TEST_F(Starting, TheFirstRunTellsOfThePreferencesAndOpensThem) {
     LookingMessageBoxes looking;
-    AppContext context{State,  Files,  looking, OtherScreens, DesktopServices, Time,     End,
-                       Memory, Serial, Device,  Databases,    Sheets,          Documents};
+    AppContext context{State,  Files,  looking, OtherScreens, DesktopServices, Time,      End,
+                       Memory, Serial, Device,  Databases,    Sheets,          Documents, Work};
     looking.Expect(
         "The Preferences screen will now be loaded so you can check the settings.\n"
         "This is the only time you will have to do this.");

@@ -43,10 +43,8 @@ constexpr const char* ChoiceKey = "frmReportPreview.choice";
 
 }  // namespace
 
-frmReportPreview::frmReportPreview(AppContext& context)
-    : context_(context),
-      data_(LoadReportData(context.State.CurrentStudy, context.State.Settings, context.Files,
-                           StudyGroupFolder(context.State), context.Time.Now())) {
+frmReportPreview::frmReportPreview(AppContext& context) : context_(context) {
+    LoadData();
     setObjectName(QStringLiteral("frmReportPreview"));
     setWindowTitle(QStringLiteral("Print Report"));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
@@ -68,6 +66,17 @@ frmReportPreview::frmReportPreview(AppContext& context)
     picReport_->setFocus();
     resize(QSize(1120, 820).boundedTo(screen()->availableSize()));
     RememberLayout(*this, context.Memory);
+}
+
+void frmReportPreview::LoadData() {
+    const bool isWhole = context_.Work.Run(
+        "Reading the runs of the study", [&data = data_, study = context_.State.CurrentStudy,
+                                          settings = context_.State.Settings, folder = StudyGroupFolder(context_.State),
+                                          now = context_.Time.Now()](FileSystem& files, const Progress& progress) {
+            data = LoadReportData(study, settings, files, folder, now, progress);
+        });
+    // A report on a part of the runs would be taken for one on all.
+    if (!isWhole) QMetaObject::invokeMethod(this, &QDialog::reject, Qt::QueuedConnection);
 }
 
 QLayout* frmReportPreview::BuildChoices() {
@@ -233,7 +242,11 @@ void frmReportPreview::ChoiceChanged() {
 
 void frmReportPreview::ShowDocument() {
     const bool hasRuns = !data_.Runs.empty();
-    document_ = hasRuns ? MakeReport(data_, Choice(), context_.Documents.Measure()) : PagedDocument{};
+    document_ = {};
+    if (hasRuns)
+        context_.Work.Run("Laying out the report", [this, choice = Choice()](FileSystem&, const Progress&) {
+            document_ = MakeReport(data_, choice, context_.Documents.Measure());
+        });
     const QString empty = hasRuns ? QStringLiteral("Choose one or more reports on the left.")
                                   : QStringLiteral(
                                         "This study has no runs.\n"
@@ -283,7 +296,11 @@ void frmReportPreview::SaveAsPdf() {
     const std::string name = study.empty() ? "Report" : WithSafeCharacters(study);
     const std::string path = context_.DesktopServices.ChooseFileToSave(StudyGroupFolder(context_.State) + name + ".pdf",
                                                                        "Save Report", {{"PDF documents", ".pdf"}});
-    if (!path.empty()) WriteFile(context_.Files, path, context_.Documents.Pdf(document_));
+    if (path.empty()) return;
+    context_.Work.Run("Writing " + LastComponent(path), [this, path](FileSystem& files, const Progress& progress) {
+        const auto bytes = context_.Documents.Pdf(document_, progress);
+        if (progress(1, 1)) WriteFile(files, path, bytes);
+    });
 }
 
 void frmReportPreview::keyPressEvent(QKeyEvent* event) {

@@ -27,6 +27,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void LoadData();
     QLayout* BuildChoices();
     QGroupBox* BuildReports();
     QGroupBox* BuildPaper();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <new>
 #include <type_traits>
 #include <utility>
 
@@ -9,14 +10,16 @@
 
 namespace vantor {
 
-/// The one boundary around what a user starts: a run-time error is shown in a message box, the operation is
-/// abandoned and the program goes on.
+/// The one boundary around what a user starts: a run-time error, or memory that does not suffice, is shown in a message
+/// box, the operation is abandoned and the program goes on.
 template <class Action>
 void Guarded(MessageBoxes& messages, Action&& action) {
     try {
         std::forward<Action>(action)();
     } catch (const RunTimeError& error) {
         messages.Tell(error.Message(), MessageIcon::Critical);
+    } catch (const std::bad_alloc&) {
+        messages.Tell(OutOfMemoryError().Message(), MessageIcon::Critical);
     }
 }
 

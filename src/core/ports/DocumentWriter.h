@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/Progress.h"
 #include "core/ports/Canvas.h"
 
 namespace vantor {
@@ -33,8 +34,9 @@ public:
     virtual ~DocumentWriter() = default;
     /// The measures of the fonts that documents are drawn with.
     virtual const TextMeasure& Measure() const = 0;
-    /// The bytes of a PDF file.
-    virtual std::vector<std::byte> Pdf(const PagedDocument& document) const = 0;
+    /// The bytes of a PDF file; none when it was stopped.
+    virtual std::vector<std::byte> Pdf(const PagedDocument& document, const Progress& progress) const = 0;
+    std::vector<std::byte> Pdf(const PagedDocument& document) const { return Pdf(document, Progress()); }
     /// The bytes of a picture on white; a PNG has 192 pixels to the inch.
     virtual std::vector<std::byte> Picture(CanvasSize size, const Drawing& drawing, PictureFormat format) const = 0;
 };

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/Date.h"
+#include "core/Progress.h"
 
 namespace vantor {
 
@@ -48,7 +49,15 @@ public:
     /// Once, as the last call. All or nothing: an error leaves every old file and no new one. Only where the program is
     /// killed in the midst of it, or the disk refuses to take back what was renamed, are some files new and others old;
     /// each is whole even then.
-    virtual void Commit() = 0;
+    void Commit() { Commit(Progress()); }
+    /// As Commit, and tells its progress. False when it was stopped: every old file is there and no new one then.
+    virtual bool Commit(const Progress& progress) = 0;
+};
+
+/// A file and the name it gets.
+struct FileMove {
+    std::string From;
+    std::string To;
 };
 
 /// A new file that grows in place. What is appended stands in the file at once, for other programs, too; an append that
@@ -82,6 +91,10 @@ public:
     /// Gives a file another name, also in another folder or on another disk. Error 58 when `to` exists. After any error
     /// the file is where it was.
     virtual void Rename(const std::string& from, const std::string& to) = 0;
+    /// Renames one file after the other as Rename does, all or none, and flushes once. False when it was stopped. After
+    /// an error or a stop every file is where it was; only where the program is killed, or the disk refuses to take a
+    /// name back, some files have their new names.
+    virtual bool RenameAll(const std::vector<FileMove>& moves, const Progress& progress) = 0;
     /// Writes `to` whole, replacing it. Error 53 when `from` is missing.
     virtual void Copy(const std::string& from, const std::string& to) = 0;
     virtual void Delete(const std::string& path) = 0;

@@ -46,9 +46,9 @@ void DeletionList::TakeOff(const std::vector<int>& rows) {
     ShowCount();
 }
 
-void DeletionList::DeleteTaken(FileSystem& files, MessageBoxes& messages) {
+void DeletionList::DeleteTaken(LongWork& work, MessageBoxes& messages) {
     TakeOff(table_->SelectedRows());
-    pending_.DeleteAll(files, messages);
+    pending_.DeleteAll(work, messages);
 }
 
 void DeletionList::ShowCount() {
@@ -62,7 +62,7 @@ QLayout* DeletionButtons(QDialog& dialog, AppContext& context, HelpTopic topic, 
     auto* ok = Named<QPushButton>(&dialog, "btnOk", QStringLiteral("&OK"));
     auto* cancel = Named<QPushButton>(&dialog, "BtnCancel", QStringLiteral("Cancel"));
     Connect(ok, &QPushButton::clicked, &dialog, context.Messages, [&dialog, &context, &list] {
-        list.DeleteTaken(context.Files, context.Messages);
+        list.DeleteTaken(context.Work, context.Messages);
         dialog.accept();
     });
     Connect(cancel, &QPushButton::clicked, &dialog, context.Messages, [&dialog] { dialog.reject(); });

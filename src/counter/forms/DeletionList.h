@@ -32,7 +32,7 @@ public:
     /// Takes rows, from top to bottom, off the list. Their files wait for DeleteTaken.
     void TakeOff(const std::vector<int>& rows);
     /// Takes the rows that are still selected off, too, and deletes all files that were taken off.
-    void DeleteTaken(FileSystem& files, MessageBoxes& messages);
+    void DeleteTaken(LongWork& work, MessageBoxes& messages);
 
 private:
     void ShowCount();

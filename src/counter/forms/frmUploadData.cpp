@@ -1,16 +1,13 @@
 #include "counter/forms/frmUploadData.h"
 
-#include <QApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QProgressDialog>
 #include <QSplitter>
 #include <QVBoxLayout>
 #include <map>
 #include <set>
 
 #include "core/Paths.h"
-#include "core/RunFile.h"
 #include "core/Text.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/HelpButton.h"
@@ -200,18 +197,16 @@ void frmUploadData::ConvertChosenFile() {
     ApplicationState& state = context_.State;
     if (state.GpsObdUpload || !state.CounterFileChosen) return;
     state.CounterFileChosen = false;
-    QProgressDialog progress(tr("Converting counter file %1...").arg(ToQt(state.ChosenCounterFileName)), tr("Stop"), 0,
-                             1000, QApplication::activeWindow());
-    progress.setWindowModality(Qt::ApplicationModal);
-    progress.setMinimumDuration(500);
-    const auto goOn = [&progress](double done) {
-        // The last step is left for writing to the disk.
-        progress.setValue(static_cast<int>(done * 999));
-        return !progress.wasCanceled();
-    };
-    ConvertCounterFile(context_.Files,
-                       AsFolder(state.ChosenCounterFileFolder) + state.ChosenCounterFileName + CounterFileExtension,
-                       TempFolder(), state.CurrentRun, goOn);
+    const std::string path =
+        AsFolder(state.ChosenCounterFileFolder) + state.ChosenCounterFileName + CounterFileExtension;
+    RunRecord last;
+    Guarded(context_.Messages, [&] {
+        context_.Work.Run("Converting counter file " + state.ChosenCounterFileName,
+                          [&last, path, folder = TempFolder()](FileSystem& files, const Progress& progress) {
+                              ConvertCounterFile(files, path, folder, last, progress);
+                          });
+    });
+    state.CurrentRun = std::move(last);
 }
 
 void frmUploadData::ListRuns() {
@@ -241,6 +236,12 @@ std::vector<UploadRun*> frmUploadData::SelectedRuns() {
     std::vector<UploadRun*> selected;
     for (const int row : vaSelRuns_->SelectedRows()) selected.push_back(&runs_[RunIndexOf(*vaSelRuns_, row)]);
     return selected;
+}
+
+std::vector<std::string> frmUploadData::SelectedNames() {
+    std::vector<std::string> names;
+    for (const UploadRun* run : SelectedRuns()) names.push_back(run->Name);
+    return names;
 }
 
 RunNameTemplate frmUploadData::Template() const {
@@ -275,7 +276,7 @@ void frmUploadData::Rename() {
         return;
     }
     Guarded(context_.Messages, [&] {
-        if (RenameRuns(context_.Files, context_.Messages, TempFolder(), selected, parts)) OfferUndo(true);
+        if (RenameRuns(context_.Work, context_.Messages, TempFolder(), selected, parts)) OfferUndo(true);
     });
     ShowNames();
     txtTemplateRunNumber_->setText(ToQt(parts.RunNumber));
@@ -283,27 +284,23 @@ void frmUploadData::Rename() {
 
 void frmUploadData::Undo() {
     Guarded(context_.Messages, [&] {
-        UndoRename(context_.Files, TempFolder(), SelectedRuns());
-        OfferUndo(false);
+        if (UndoRename(context_.Work, TempFolder(), SelectedRuns())) OfferUndo(false);
     });
     ShowNames();
 }
 
 void frmUploadData::DeleteSelected() {
-    const auto selected = SelectedRuns();
-    if (selected.empty()) {
+    const std::vector<std::string> names = SelectedNames();
+    if (names.empty()) {
         context_.DesktopServices.Beep();
         return;
     }
-    Guarded(context_.Messages, [&] {
-        for (const UploadRun* run : selected) DeleteRunFile(context_.Files, TempFolder(), run->Name);
-    });
+    Guarded(context_.Messages, [&] { DeleteRuns(context_.Work, TempFolder(), names); });
     ListRuns();
 }
 
 void frmUploadData::MoveSelected() {
-    std::vector<std::string> names;
-    for (const UploadRun* run : SelectedRuns()) names.push_back(run->Name);
+    const std::vector<std::string> names = SelectedNames();
     if (names.empty()) {
         context_.Messages.Tell("You must select some runs before you click Move.", MessageIcon::Warning);
         return;
@@ -315,7 +312,9 @@ void frmUploadData::MoveSelected() {
     const std::string& root = context_.State.Paths.StudyGroupRootPath;
     if (!CheckStudyGroup(context_.Files, context_.Messages, root, GroupName())) return;
     Guarded(context_.Messages, [&] {
-        MoveRuns(context_.State, context_.Files, context_.Messages, GroupFolder(root, GroupName()), names);
+        if (!MoveRuns(context_.State, context_.Files, context_.Work, context_.Messages, GroupFolder(root, GroupName()),
+                      names))
+            return;
         OfferUndo(false);
         vaSelRuns_->clearSelection();
         for (UploadRun& run : runs_) run.PreviousName.clear();

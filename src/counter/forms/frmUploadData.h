@@ -33,6 +33,7 @@ private:
     void ListRuns();
     void ShowNames();
     std::vector<UploadRun*> SelectedRuns();
+    std::vector<std::string> SelectedNames();
     RunNameTemplate Template() const;
     void ShowNextName();
 

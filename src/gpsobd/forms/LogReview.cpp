@@ -95,11 +95,14 @@ FieldLog LogReview::LoadLog() {
     isLoaded_ = logPath_.empty();
     if (isLoaded_) return log;
     Guarded(context_.Messages, [&] {
-        const WaitCursor wait;
-        const PalmDatabase palm(context_.Files);
-        log = ReadFieldLog({context_.Files, context_.Databases, palm, context_.Time}, kind_, logPath_);
-        isLoaded_ = true;
+        const auto load = [&](FileSystem& files, const Progress& progress) {
+            const PalmDatabase palm(files);
+            log = ReadFieldLog({files, context_.Databases, palm, context_.Time}, kind_, logPath_, progress);
+            ArrangeForReview(log);
+        };
+        isLoaded_ = context_.Work.Run("Reading log " + LastComponent(logPath_), load);
     });
+    if (!isLoaded_) return NewFieldLog(kind_, logPath_);
     if (const std::string cut = CutText(log.DroppedBytes, log.MissingRecords); !cut.empty())
         context_.Messages.Tell(cut + "\n" + logPath_, MessageIcon::Warning);
     studyName_ = ToQt(StudyName(log));

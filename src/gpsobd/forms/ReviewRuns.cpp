@@ -7,7 +7,6 @@
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
 #include "gpsobd/LogRuns.h"
-#include "gpsobd/forms/WaitCursor.h"
 
 namespace vantor {
 namespace {
@@ -48,8 +47,9 @@ void WriteLogBack(AppContext& context, const FieldLog& edited, std::size_t runs)
     while (answer == MessageAnswer::Retry) {
         std::string problem;
         try {
-            const WaitCursor wait;
-            return WriteFieldLog(context.Files, edited);
+            context.Work.Run("Writing log " + edited.Name,
+                             [&](FileSystem& files, const Progress&) { WriteFieldLog(files, edited); });
+            return;
         } catch (const RunTimeError& error) {
             problem = error.Message();
         }
@@ -72,9 +72,12 @@ bool WriteReview(AppContext& context, const FieldLog& edited, const std::vector<
     if (!MayGoOn(context.Messages, tooLong, runs)) return false;
     const std::optional<MadeBefore> before = AskAboutRunsMadeBefore(context, edited);
     if (!before) return false;
+    const auto make = [&, settings = context.State.Settings, folder = context.State.Paths.TempRunsPath](
+                          FileSystem& files, const Progress& progress) {
+        WriteLogRuns(files, edited, gaps, folder, settings, *before, progress);
+    };
     try {
-        const WaitCursor wait;
-        WriteLogRuns(context.Files, edited, gaps, context.State.Paths.TempRunsPath, context.State.Settings, *before);
+        if (!context.Work.Run("Making the runs of log " + edited.Name, make)) return false;
     } catch (const RunTimeError& error) {
         // Runs that are left out end in this error when the others are written; that was agreed to.
         if (tooLong.empty() || error.Number() != ErrorNumber::Overflow) throw;

@@ -54,7 +54,7 @@ frmMain::frmMain(AppContext& context) : context_(context), recovery_(context) {
     setCentralWidget(frStudyDetails_ = BuildStudyDetails());
     AddRunListKeys();
     BuildStatusBar();
-    KeepChangesEveryMinute();
+    KeepChangesOften();
     RememberLayout(*this, context_.Memory);
 }
 
@@ -134,10 +134,12 @@ void frmMain::BuildStatusBar() {
     statusBar()->addPermanentWidget(lblSaved_);
 }
 
-void frmMain::KeepChangesEveryMinute() {
+void frmMain::KeepChanges() { recovery_.KeepNow(); }
+
+void frmMain::KeepChangesOften() {
     auto* timer = Named<QTimer>(this, "tmrRecovery");
     Connect(timer, &QTimer::timeout, this, context_.Messages, [this] { recovery_.Keep(); });
-    timer->start(std::chrono::minutes(1));
+    timer->start(std::chrono::seconds(2));
 }
 
 void frmMain::Start(const std::string& studyPath) {

@@ -31,6 +31,8 @@ public:
     /// at `studyPath` (a ".ld2" file; relative to the current folder), or shows the start-up screen or opens the last
     /// study, as the settings say. A second call does nothing.
     void Start(const std::string& studyPath = {});
+    /// Keeps what is not saved and returns when it is on the disk; for the end of the program.
+    void KeepChanges();
 
     /// A click on button `index` of the toolbar, from 1, separators counted.
     void ToolbarButtonClick(int index);
@@ -51,7 +53,7 @@ private:
     QLayout* BuildRunListButtons(QWidget* parent);
     void AddRunListKeys();
     void BuildStatusBar();
-    void KeepChangesEveryMinute();
+    void KeepChangesOften();
 
     void ShowFirstRun();
     void OpenFirstStudy(const std::string& studyPath);

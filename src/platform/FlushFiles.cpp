@@ -1,0 +1,102 @@
+#include "platform/FlushFiles.h"
+
+#include "platform/NativeFile.h"
+
+#ifdef __linux__
+#include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <deque>
+#include <map>
+#include <memory>
+#endif
+
+namespace vantor {
+namespace {
+
+namespace fs = std::filesystem;
+using Paths = std::vector<fs::path::string_type>;
+
+bool FlushOneByOne(const Paths& paths, const Progress& progress) {
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        if (!progress(i, paths.size())) return false;
+        FlushToDisk(paths[i]);
+    }
+    return progress(1, 1);
+}
+
+#ifdef __linux__
+
+/// Below that, a flush of the whole file system costs more than it saves.
+constexpr std::size_t ManyFiles = 16;
+/// Files whose data are on their way to the disk at the same time.
+constexpr std::size_t UnderWay = 64;
+
+class Descriptor {
+public:
+    explicit Descriptor(const fs::path& path) : number_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+        if (number_ < 0) ThrowFileError(errno, path);
+    }
+    ~Descriptor() { close(number_); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int Number() const { return number_; }
+
+private:
+    int number_;
+};
+
+/// Only where it is known that one flush of the file system covers data, names and the disk's own buffer.
+bool HasWholeFlush(const fs::path& folder) {
+    constexpr unsigned long Xfs = 0x58465342;
+    constexpr unsigned long Known[] = {EXT4_SUPER_MAGIC, Xfs, BTRFS_SUPER_MAGIC, F2FS_SUPER_MAGIC, TMPFS_MAGIC};
+    struct statfs status {};
+    if (statfs(folder.empty() ? "." : folder.c_str(), &status) != 0) return false;
+    return std::ranges::find(Known, static_cast<unsigned long>(status.f_type)) != std::end(Known);
+}
+
+void Sync(const Descriptor& file, unsigned flags, const fs::path& path) {
+    if (sync_file_range(file.Number(), 0, 0, flags) != 0) ThrowFileError(errno, path);
+}
+
+/// The data of many files are on their way at once; what is left, their names and places, one flush brings behind them.
+bool FlushTogether(const Paths& paths, const Progress& progress) {
+    std::map<dev_t, std::unique_ptr<Descriptor>> disks;
+    std::deque<std::unique_ptr<Descriptor>> underWay;
+    for (std::size_t begun = 0, done = 0; done < paths.size(); ++done) {
+        for (; begun < std::min(done + UnderWay, paths.size()); ++begun) {
+            underWay.push_back(std::make_unique<Descriptor>(paths[begun]));
+            Sync(*underWay.back(), SYNC_FILE_RANGE_WRITE, paths[begun]);
+        }
+        if (!progress(done, paths.size())) return false;
+        Sync(*underWay.front(), SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER,
+             paths[done]);
+        struct stat status {};
+        if (fstat(underWay.front()->Number(), &status) != 0) ThrowFileError(errno, paths[done]);
+        disks.try_emplace(status.st_dev, std::move(underWay.front()));
+        underWay.pop_front();
+    }
+    for (const auto& [number, file] : disks)
+        if (syncfs(file->Number()) != 0) ThrowFileError(errno, paths.front());
+    return progress(1, 1);
+}
+
+#endif
+
+}  // namespace
+
+bool FlushFiles(const Paths& paths, const Progress& progress) {
+#ifdef __linux__
+    const auto hasWholeFlush = [](const fs::path& path) { return HasWholeFlush(path.parent_path()); };
+    if (paths.size() >= ManyFiles && hasWholeFlush(paths.front()) && hasWholeFlush(paths.back()))
+        return FlushTogether(paths, progress);
+#endif
+    return FlushOneByOne(paths, progress);
+}
+
+}  // namespace vantor

@@ -1,0 +1,115 @@
+#include "core/forms/Job.h"
+
+#include <gmock/gmock.h>
+
+#include <QDialog>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimer>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "fakes/Clicks.h"
+#include "fakes/FakePorts.h"
+#include "fakes/ThrowsError.h"
+
+namespace vantor {
+namespace {
+
+using namespace std::chrono_literals;
+
+class JobTest : public testing::Test {
+protected:
+    /// Acts in the job's window as soon as it is shown.
+    void InWindow(std::function<void(QDialog&)> act) {
+        auto* timer = new QTimer(&Owner);
+        QObject::connect(timer, &QTimer::timeout, [timer, act] {
+            for (QWidget* window : QApplication::topLevelWidgets())
+                if (window->objectName() == "frmJob" && window->isVisible()) {
+                    timer->stop();
+                    act(*static_cast<QDialog*>(window));
+                    return;
+                }
+        });
+        timer->start(5ms);
+    }
+    /// Goes on until it is stopped.
+    static void WorkOn(const Progress& progress) {
+        for (std::uint64_t done = 0; progress(done, 1000); done = std::min<std::uint64_t>(done + 1, 999))
+            std::this_thread::sleep_for(1ms);
+    }
+
+    ScriptedMessageBoxes Messages;
+    QObject Owner;
+    Job Work{Messages, [] { return std::make_unique<MemoryFileSystem>(); }};
+};
+
+TEST_F(JobTest, RunsBesideTheWindowAndGivesItsErrorsBack) {
+    std::thread::id worker;
+    EXPECT_TRUE(Work.Run("short", [&](FileSystem&, const Progress&) { worker = std::this_thread::get_id(); }));
+    EXPECT_NE(worker, std::this_thread::get_id());
+    EXPECT_ERROR(DiskFull,
+                 Work.Run("", [](FileSystem&, const Progress&) { throw RunTimeError(ErrorNumber::DiskFull); }));
+    EXPECT_THROW(Work.Run("", [](FileSystem&, const Progress&) { throw std::bad_alloc(); }), std::bad_alloc);
+}
+
+TEST_F(JobTest, AWaitUnderHalfASecondShowsNothingAndTheWindowLives) {
+    int ticks = 0;
+    QTimer painting;
+    QObject::connect(&painting, &QTimer::timeout, [&] { ++ticks; });
+    painting.start(10ms);
+    bool isShown = false;
+    InWindow([&](QDialog&) { isShown = true; });
+    Work.Run("300 ms", [](FileSystem&, const Progress&) { std::this_thread::sleep_for(300ms); });
+    EXPECT_FALSE(isShown);
+    EXPECT_GT(ticks, 5);
+}
+
+TEST_F(JobTest, TheWindowShowsTheProgressAndStops) {
+    QString text;
+    int most = 0;
+    InWindow([&](QDialog& window) {
+        text = Find<QLabel>(window, "lblWork").text();
+        most = Find<QProgressBar>(window, "prgWork").value();
+        Click(window, "BtnStop");
+    });
+    EXPECT_FALSE(Work.Run("Converting A & B", [](FileSystem&, const Progress& progress) { WorkOn(progress); }));
+    EXPECT_EQ(text, "Converting A & B");
+    EXPECT_GT(most, 100);
+}
+
+TEST_F(JobTest, EscAndClosingAskFirst) {
+    const std::string question = "Do you want to stop this?\nNothing of it will be kept.";
+    Messages.Expect(question, MessageAnswer::No);
+    Messages.Expect(question, MessageAnswer::Yes);
+    InWindow([&](QDialog& window) {
+        QTest::keyClick(&window, Qt::Key_Escape);
+        EXPECT_TRUE(window.isVisible());
+        EXPECT_TRUE(Find<QPushButton>(window, "BtnStop").isEnabled());
+        window.close();
+    });
+    EXPECT_FALSE(Work.Run("", [](FileSystem&, const Progress& progress) { WorkOn(progress); }));
+}
+
+TEST_F(JobTest, AProgramThatEndsStopsTheWork) {
+    QTimer::singleShot(150ms, [] { QApplication::exit(); });
+    EXPECT_FALSE(Work.Run("", [](FileSystem&, const Progress& progress) { WorkOn(progress); }));
+}
+
+TEST_F(JobTest, BegunWorkIsWaitedFor) {
+    std::atomic<bool> mayEnd = false;
+    Work.Begin([&](FileSystem&, const Progress&) {
+        while (!mayEnd) std::this_thread::sleep_for(1ms);
+    });
+    EXPECT_TRUE(Work.IsBusy());
+    mayEnd = true;
+    EXPECT_TRUE(Work.Finish());
+    Work.Begin([](FileSystem&, const Progress&) { throw RunTimeError(ErrorNumber::DiskFull); });
+    EXPECT_FALSE(Work.Finish());
+    EXPECT_FALSE(Work.IsBusy());
+}
+
+}  // namespace
+}  // namespace vantor
