@@ -4,6 +4,7 @@
 #include "cli/RecordJson.h"
 #include "core/Paths.h"
 #include "gpsobd/LaptopLog.h"
+#include "gpsobd/LogGaps.h"
 #include "gpsobd/LogPoints.h"
 #include "gpsobd/LogRuns.h"
 #include "gpsobd/PalmDatabase.h"
@@ -24,10 +25,17 @@ const char* KindName(LogKind kind) {
     return "";
 }
 
+/// What the command line says of a log.
+struct LogArguments {
+    std::string Path;
+    bool HasSignedCoordinates = false;
+};
+
 /// The ways to read a log, for the length of a command.
 struct Sources {
-    explicit Sources(const CommandContext& context)
-        : Palm(context.Files), All{context.Files, context.Databases, Palm, context.Time} {}
+    Sources(const CommandContext& context, const LogArguments& arguments)
+        : Palm(context.Files),
+          All{context.Files, context.Databases, Palm, context.Time, arguments.HasSignedCoordinates} {}
 
     PalmDatabase Palm;
     LogSources All;
@@ -55,19 +63,47 @@ Json RowJson(const ReviewLayout& layout, LogKind kind, const LogPoint& point) {
     return row;
 }
 
-Json RowsJson(FieldLog log) {
-    ArrangeForReview(log);
+Json RowsJson(const FieldLog& log) {
     const ReviewLayout layout = ReviewLayoutOf(log.Kind);
     Json rows = Json::array();
     for (const LogPoint& point : log.Points) rows.push_back(RowJson(layout, log.Kind, point));
     return rows;
 }
 
-int ShowLog(CommandContext& context, const std::string& path, bool withRows) {
-    const Sources sources(context);
+Json GapsJson(const std::vector<LogGap>& gaps) {
+    const auto nameOf = [](GapFill fill) {
+        switch (fill) {
+            case GapFill::Standing: return "standing";
+            case GapFill::Position: return "position";
+            case GapFill::Speed: break;
+        }
+        return "speed";
+    };
+    Json list = Json::array();
+    for (const LogGap& gap : gaps)
+        list.push_back({{"RunNumber", gap.RunNumber},
+                        {"from", json::Value(DateOfSeconds(gap.From))},
+                        {"to", json::Value(DateOfSeconds(gap.To))},
+                        {"seconds", gap.Seconds()},
+                        {"feetByPosition", gap.FeetByPosition ? Json(*gap.FeetByPosition) : Json(nullptr)},
+                        {"feetBySpeed", gap.FeetBySpeed},
+                        {"filled", nameOf(gap.Filled)}});
+    return list;
+}
+
+void NameCut(std::ostream& out, const FieldLog& log) {
+    const std::string text = CutText(log.DroppedBytes, log.MissingRecords);
+    if (!text.empty()) out << text << "\n" << log.Folder << log.Name << log.Extension << "\n";
+}
+
+int ShowLog(CommandContext& context, const LogArguments& arguments, bool withRows) {
+    const Sources sources(context, arguments);
+    const std::string& path = arguments.Path;
     const LogKind kind = LogKindOf(sources.All, path);
     const LogSummary summary = ReadLogSummary(sources.All, kind, path).value_or(LogSummary{});
     FieldLog log = ReadFieldLog(sources.All, kind, path);
+    NameCut(context.Err, log);
+    ArrangeForReview(log);
     const bool hasObdHeader = HasObdHeader(kind);
     Json result = {{"kind", KindName(kind)},
                    {"StudyName", StudyName(log)},
@@ -77,20 +113,32 @@ int ShowLog(CommandContext& context, const std::string& path, bool withRows) {
                    {"EndTime", DateTimeJson(summary.EndTime)},
                    {"Runs", summary.Runs},
                    {"rowCount", log.Points.size()},
-                   {"droppedBytes", log.DroppedBytes}};
-    if (withRows) result["rows"] = RowsJson(std::move(log));
+                   {"droppedBytes", log.DroppedBytes},
+                   {"gaps", GapsJson(FindGaps(log))}};
+    if (withRows) result["rows"] = RowsJson(log);
     context.Print(result);
     return Done;
 }
 
-int ConvertLog(CommandContext& context, const std::string& path, const std::string& folder) {
-    const Sources sources(context);
+/// What the runs' gaps are taken for, a line a run.
+void NameGaps(std::ostream& out, const std::string& path, const std::vector<LogGap>& gaps) {
+    for (auto gap = gaps.begin(); gap != gaps.end();) {
+        const auto ofRun = GapsOfRun(gaps, gap->RunNumber);
+        out << "run " << gap->RunNumber << ", " << GapNote(ofRun) << ", in " << path << "\n";
+        gap += static_cast<std::ptrdiff_t>(ofRun.size());
+    }
+}
+
+int ConvertLog(CommandContext& context, const LogArguments& arguments, const std::string& folder, bool fillsBySpeed) {
+    const Sources sources(context, arguments);
+    const std::string& path = arguments.Path;
     FieldLog log = ReadFieldLog(sources.All, LogKindOf(sources.All, path), path);
-    if (log.DroppedBytes != 0)
-        context.Err << path << "\nThe last record of the log is incomplete: " << log.DroppedBytes
-                    << " bytes at the end of the file were left out.\n";
+    NameCut(context.Err, log);
     ArrangeForReview(log);
-    const auto names = WriteLogRuns(context.Files, log, folder, context.State.Settings, context.Work);
+    const std::vector<LogGap> gaps = fillsBySpeed ? std::vector<LogGap>() : FindGaps(log);
+    NameGaps(context.Err, path, gaps);
+    const auto names =
+        WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings, MadeBefore::Kept, context.Work);
     if (names.empty() && !context.Work(1, 1)) return Stopped;
     context.Print(names);
     return Done;
@@ -102,19 +150,30 @@ void AddLogCommands(CLI::App& program, CommandAction& chosen) {
     CLI::App* group = program.add_subcommand("log", "The log of a GPS or OBD logger");
     group->fallthrough()->require_subcommand(1);
 
-    const char* const fileHelp = "A log (.gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb, .pdb)";
-    auto path = std::make_shared<std::string>();
+    auto arguments = std::make_shared<LogArguments>();
     auto folder = std::make_shared<std::string>();
     auto withRows = std::make_shared<bool>(false);
+    auto gaps = std::make_shared<std::string>();
+    const auto addArguments = [&](CLI::App& command) {
+        command.add_option("FILE", arguments->Path, "A log (.gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb, .pdb)")
+            ->required();
+        command.add_flag("--signed", arguments->HasSignedCoordinates,
+                         "The logger writes signs: positions stay as read, longitudes are not taken for western ones");
+    };
     CLI::App& show = AddCommand(*group, chosen, "show", "What a log holds",
-                                [=](CommandContext& context) { return ShowLog(context, *path, *withRows); });
-    show.add_option("FILE", *path, fileHelp)->required();
+                                [=](CommandContext& context) { return ShowLog(context, *arguments, *withRows); });
+    addArguments(show);
     show.add_flag("--rows", *withRows, "Its rows too, in order and with their times repaired");
 
-    CLI::App& convert = AddCommand(*group, chosen, "convert", "Make a run file of every run",
-                                   [=](CommandContext& context) { return ConvertLog(context, *path, *folder); });
-    convert.add_option("FILE", *path, fileHelp)->required();
+    CLI::App& convert =
+        AddCommand(*group, chosen, "convert", "Make a run file of every run",
+                   [=](CommandContext& context) { return ConvertLog(context, *arguments, *folder, !gaps->empty()); });
+    addArguments(convert);
     convert.add_option("--to", *folder, "The folder for the run files")->required();
+    convert
+        .add_option("--gaps", *gaps,
+                    "speed: fill every gap in a line between the speeds beside it, not as standing or by position")
+        ->check(CLI::IsMember({"speed"}, CLI::ignore_case));
 }
 
 }  // namespace vantor

@@ -53,6 +53,16 @@ std::string AddBackup(WriteBatch& batch, const FileSystem& files, const std::str
     return backup;
 }
 
+void WriteKeepingOld(FileSystem& files, const std::string& path, std::span<const std::byte> bytes) {
+    const auto batch = files.BeginWrites();
+    if (FileExists(files, path)) {
+        if (std::ranges::equal(ReadFirstBytes(files, path, bytes.size() + 1), bytes)) return;
+        AddBackup(*batch, files, path);
+    }
+    batch->Add(path, bytes, OldTail::Dropped);
+    batch->Commit();
+}
+
 std::vector<std::string> BackupsOf(const FileSystem& files, const std::string& path) {
     std::vector<std::string> backups;
     for (const auto& [number, backup] : NumberedBackups(files, path)) backups.push_back(backup);

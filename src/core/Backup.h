@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,10 @@ std::string FreeBackupPath(const FileSystem& files, const std::string& path);
 /// Adds a copy of the file as it stands under its FreeBackupPath and returns that path. Error 53 when the file is
 /// missing.
 std::string AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& path);
+
+/// Writes a file whole. One that is there already is kept as a backup, unless it holds these bytes: then it is left
+/// alone.
+void WriteKeepingOld(FileSystem& files, const std::string& path, std::span<const std::byte> bytes);
 
 /// The backups of the file at `path` that exist, the newest number first; of "A.rd2" also the older form "A.bak", last.
 std::vector<std::string> BackupsOf(const FileSystem& files, const std::string& path);

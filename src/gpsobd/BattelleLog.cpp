@@ -128,19 +128,22 @@ std::optional<double> NumberIn(std::string_view field) {
     return isKept ? std::optional(number) : std::nullopt;
 }
 
-GpsPoint PointOf(const Fix& fix, std::int16_t runNumber) {
+GpsPoint PointOf(const Fix& fix, std::int16_t runNumber, bool isSigned) {
     GpsPoint point = MissingGpsPoint();
     point.RunNumber = runNumber;
     point.DateTime = fix.DateTime;
     const auto& [latitude, longitude, speed, heading, hdop, satellites] = fix.Values;
-    if (const auto value = NumberIn(latitude)) point.Latitude = DecimalDegrees(*value);
-    if (const auto value = NumberIn(longitude)) point.Longitude = WesternDegrees(*value);
+    if (const auto value = NumberIn(latitude)) point.Latitude = LatitudeOf(*value, isSigned);
+    if (const auto value = NumberIn(longitude)) point.Longitude = LongitudeOf(*value, isSigned);
     if (const auto value = NumberIn(speed)) point.Speed = static_cast<float>(*value);
     if (const auto value = NumberIn(heading)) point.Heading = static_cast<float>(*value);
     if (const auto value = NumberIn(hdop)) point.HDOP = static_cast<float>(*value);
     if (const auto value = NumberIn(satellites); value && std::fabs(*value) <= 32767) point.SatUsed = Round16(*value);
     return point;
 }
+
+constexpr const char* NoBattelleFile =
+    "The file is no Battelle GPS file: none of its lines begins with \"$s\" or \"$G\". Choose another file.";
 
 bool StartsRun(std::string_view line) { return line.starts_with("$s"); }
 bool IsFix(std::string_view line) { return line.starts_with("$G"); }
@@ -150,8 +153,12 @@ bool IsFix(std::string_view line) { return line.starts_with("$G"); }
 std::optional<LogSummary> ReadBattelleSummary(const FileSystem& files, const std::string& path,
                                               const LogProgress& progress) {
     LogSummary summary;
+    bool hasLines = false;
+    bool isBattelle = false;
     const auto file = files.Open(path);
     const bool finished = ForEachLine(*file, progress, [&](std::string_view line) {
+        hasLines = true;
+        isBattelle = isBattelle || StartsRun(line) || IsFix(line);
         if (StartsRun(line)) ++summary.Runs;
         if (!IsFix(line)) return;
         const auto fix = FixIn(line);
@@ -160,33 +167,35 @@ std::optional<LogSummary> ReadBattelleSummary(const FileSystem& files, const std
         summary.EndTime = fix->DateTime;
     });
     if (!finished) return std::nullopt;
+    if (hasLines && !isBattelle) summary.Problem = NoBattelleFile;
     if (summary.StartTime) summary.StudyDate = Date{std::floor(summary.StartTime->Days)};
     return summary;
 }
 
-FieldLog ReadBattelleLog(const FileSystem& files, const std::string& path) {
+FieldLog ReadBattelleLog(const FileSystem& files, const std::string& path, bool isSigned, const Progress& progress) {
     FieldLog log = NewFieldLog(LogKind::Battelle, path);
     std::int64_t run = 0;
     std::uint64_t lines = 0;
     bool isBattelle = false;
     const auto file = files.Open(path);
-    ForEachLine(*file, {}, [&](std::string_view line) {
+    std::uint64_t done = 0;
+    const auto goOn = [&] { return progress(done, file->Size()); };
+    ForEachLine(*file, goOn, [&](std::string_view line) {
         ++lines;
+        done += line.size() + 1;
         isBattelle = isBattelle || StartsRun(line) || IsFix(line);
         if (StartsRun(line) && ++run > std::numeric_limits<std::int16_t>::max())
-            throw RunTimeError(ErrorNumber::Overflow, path + ", line " + std::to_string(lines) +
-                                                          "\nThe file has more than 32767 runs. Divide it.");
+            throw RunTimeError(ErrorNumber::Overflow, "The file has more than 32767 runs. Divide it.\n" + path +
+                                                          ", line " + std::to_string(lines));
         if (!IsFix(line)) return;
         const auto fix = FixIn(line);
         if (!fix) return;
         if (!log.StudyDate) log.StudyDate = Date{std::floor(fix->DateTime.Days)};
-        if (run != 0) log.Points.push_back({PointOf(*fix, static_cast<std::int16_t>(run)), {}});
+        if (run != 0) log.Points.push_back({PointOf(*fix, static_cast<std::int16_t>(run), isSigned), {}});
     });
     if (lines > 0 && !isBattelle)
         throw RunTimeError(ErrorNumber::TypeMismatch,
-                           path + ", line 1 to " + std::to_string(lines) +
-                               "\nThe file is no Battelle GPS file: none of its lines begins with \"$s\" or \"$G\". "
-                               "Choose another file.");
+                           std::string(NoBattelleFile) + "\n" + path + ", line 1 to " + std::to_string(lines));
     if (log.StudyDate) log.Prefix.LogDate = *log.StudyDate;
     return log;
 }

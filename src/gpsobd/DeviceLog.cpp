@@ -25,8 +25,8 @@ std::unique_ptr<RecordSet> OpenLog(const LogSources& sources, LogKind kind, cons
     auto records = HasExtension(path, ".pdb") ? sources.DeviceDatabases.Open(path, TableOf(kind))
                                               : sources.Databases.OpenTable(path, TableOf(kind));
     if (records->FieldCount() < FieldsOfTable)
-        throw RunTimeError(ErrorNumber::TypeMismatch, path + "\nThe table \"" + TableOf(kind) + "\" has only " +
-                                                          std::to_string(records->FieldCount()) + " fields.");
+        throw RunTimeError(ErrorNumber::TypeMismatch, "The table \"" + TableOf(kind) + "\" has only " +
+                                                          std::to_string(records->FieldCount()) + " fields.\n" + path);
     return records;
 }
 
@@ -119,6 +119,8 @@ public:
         });
     }
 
+    const RecordSet& Records() const { return *records_; }
+
 private:
     template <class Value, class Convert>
     Value Converted(int position, Value none, Convert convert) const {
@@ -128,10 +130,9 @@ private:
         try {
             return convert(trimmed);
         } catch (const RunTimeError&) {
-            throw RunTimeError(ErrorNumber::TypeMismatch, path_ + "\nRecord " + std::to_string(number_) + ", field " +
-                                                              std::to_string(position + 1) + ": \"" +
-                                                              std::string(FirstCharacters(trimmed, 32)) +
-                                                              "\" cannot be converted.");
+            throw RunTimeError(ErrorNumber::TypeMismatch,
+                               "\"" + std::string(FirstCharacters(trimmed, 32)) + "\" cannot be converted.\n" + path_ +
+                                   ", record " + std::to_string(number_) + ", field " + std::to_string(position + 1));
         }
     }
 
@@ -142,14 +143,13 @@ private:
 
 constexpr float None = -1;
 
-GpsPoint GpsPointOf(const DeviceRecords& record) {
+GpsPoint GpsPointOf(const DeviceRecords& record, bool isSigned) {
     GpsPoint point;
     point.RunNumber = record.RunNumber();
     point.DateTime = record.DateTime();
     point.Latitude = record.Double(1, None);
     point.Longitude = record.Double(2, None);
-    // Turns western longitudes that are stored positive, and leaves those near the prime meridian alone.
-    if (point.Longitude > 1.0) point.Longitude *= -1;
+    if (!isSigned) point.Longitude = WesternLongitude(point.Longitude);
     point.Speed = record.Single(3, None);
     point.Heading = record.Single(4, None);
     point.HDOP = record.Single(5, 0);
@@ -195,28 +195,25 @@ std::optional<LogSummary> ReadDeviceSummary(const LogSources& sources, LogKind k
         if (!summary.EndTime || time.Days > summary.EndTime->Days) summary.EndTime = time;
         summary.Runs = std::max(summary.Runs, int{record.RunNumber()});
     }
+    summary.DroppedBytes = record.Records().DroppedBytes();
+    summary.MissingRecords = record.Records().MissingRecords();
     return summary;
 }
 
-FieldLog ReadDeviceLog(const LogSources& sources, LogKind kind, const std::string& path) {
-    FieldLog log;
-    log.Kind = kind;
-    log.Folder = FolderOf(path);
-    log.Name = BaseName(path);
-    log.Extension = HasExtension(path, ".pdb") ? ".pdb" : ".mdb";
-    log.Prefix.FormatNumber = 2;
-    log.Prefix.Tag = "XX";
-    log.GpsHeader.StudyName = log.GpsHeader.BaseName = log.Name;
-    log.ObdHeader.StudyName = log.ObdHeader.BaseName = log.Name;
+FieldLog ReadDeviceLog(const LogSources& sources, LogKind kind, const std::string& path, const Progress& progress) {
+    FieldLog log = NewFieldLog(kind, path);
     DeviceRecords record(sources, kind, path);
-    while (record.Next()) {
+    // How many records there are is not known before the last one.
+    while (record.Next() && progress(0, 1)) {
         LogPoint point;
         if (kind == LogKind::GpsHandheld)
-            point.Gps = GpsPointOf(record);
+            point.Gps = GpsPointOf(record, sources.HasSignedCoordinates);
         else
             point.Obd = ObdPointOf(record);
         if (record.RunNumber() != 0) log.Points.push_back(std::move(point));
     }
+    log.DroppedBytes = record.Records().DroppedBytes();
+    log.MissingRecords = record.Records().MissingRecords();
     // A rewritten log without a date would be listed under the day of whoever looks at it.
     if (!log.Points.empty()) log.Prefix.LogDate.Days = std::floor(TimeOfPoint(kind, log.Points.front()).Days);
     return log;
@@ -227,8 +224,9 @@ std::optional<LogKind> DeviceLogKind(const LogSources& sources, const std::strin
         try {
             OpenLog(sources, kind, path);
             return kind;
-        } catch (const RunTimeError& error) {
-            if (error.Number() != ErrorNumber::TypeMismatch) throw;
+        } catch (const NoSuchTable&) {
+            // Of the other kind, perhaps.
+            continue;
         }
     }
     return std::nullopt;

@@ -17,9 +17,10 @@ std::optional<LogSummary> ReadDeviceSummary(const LogSources& sources, LogKind k
 
 /// A handheld log whole, records of run number 0 left out. No study date; as it would be written it has the file's name
 /// for study and base name and the day of its first record. Errors as of ReadDeviceSummary.
-FieldLog ReadDeviceLog(const LogSources& sources, LogKind kind, const std::string& path);
+FieldLog ReadDeviceLog(const LogSources& sources, LogKind kind, const std::string& path, const Progress& progress = {});
 
-/// The kind whose table the database has; nothing when it has neither or is no database. Error 53 for a missing file.
+/// The kind whose table the database has; nothing when it has neither. Errors as of ReadDeviceSummary for one that
+/// cannot be read.
 std::optional<LogKind> DeviceLogKind(const LogSources& sources, const std::string& path);
 
 }  // namespace vantor

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 
+#include "core/Backup.h"
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
 #include "core/Text.h"
@@ -34,7 +35,7 @@ const char* WrittenExtension(LogKind kind) {
 }  // namespace
 
 std::string StudyName(const FieldLog& log) {
-    return std::string(Trim(HasObdHeader(log.Kind) ? log.ObdHeader.StudyName : log.GpsHeader.StudyName));
+    return std::string(TrimRight(HasObdHeader(log.Kind) ? log.ObdHeader.StudyName : log.GpsHeader.StudyName));
 }
 
 std::string BaseName(const FieldLog& log) {
@@ -62,12 +63,12 @@ std::optional<LogSummary> ReadLogSummary(const LogSources& sources, LogKind kind
     }
 }
 
-FieldLog ReadFieldLog(const LogSources& sources, LogKind kind, const std::string& path) {
+FieldLog ReadFieldLog(const LogSources& sources, LogKind kind, const std::string& path, const Progress& progress) {
     switch (kind) {
         case LogKind::GpsHandheld:
-        case LogKind::ObdHandheld: return ReadDeviceLog(sources, kind, path);
-        case LogKind::Battelle: return ReadBattelleLog(sources.Files, path);
-        default: return ReadLaptopLog(sources.Files, sources.Time, kind, path);
+        case LogKind::ObdHandheld: return ReadDeviceLog(sources, kind, path, progress);
+        case LogKind::Battelle: return ReadBattelleLog(sources.Files, path, sources.HasSignedCoordinates, progress);
+        default: return ReadLaptopLog(sources.Files, sources.Time, kind, path, sources.HasSignedCoordinates, progress);
     }
 }
 
@@ -76,25 +77,19 @@ LogKind LogKindOf(const LogSources& sources, const std::string& path) {
         if (HasExtension(path, log.Extension)) return log.Kind;
     if (HasExtension(path, ".mdb") || HasExtension(path, ".pdb")) {
         if (const auto kind = DeviceLogKind(sources, path)) return *kind;
-        throw RunTimeError(ErrorNumber::TypeMismatch,
-                           path +
-                               "\nThe file has neither a table \"GPSData\" nor \"OBDData\", or is no database of a "
-                               "handheld. Copy it from the handheld again, or choose another file.");
+        throw NoSuchTable(
+            "The file has neither a table \"GPSData\" nor \"OBDData\", or is no database of a handheld. Copy it from "
+            "the "
+            "handheld again, or choose another file.\n" +
+            path);
     }
-    throw RunTimeError(ErrorNumber::TypeMismatch,
-                       path +
-                           "\nThe name is none of a log. Logs end in .gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb or "
-                           ".pdb.");
+    throw RunTimeError(
+        ErrorNumber::TypeMismatch,
+        "The name is none of a log. Logs end in .gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb or .pdb.\n" + path);
 }
 
 void WriteFieldLog(FileSystem& files, const FieldLog& log) {
-    const std::string path = log.Folder + log.Name + WrittenExtension(log.Kind);
-    const std::string backup = log.Folder + log.Name + ".bak";
-    const auto batch = files.BeginWrites();
-    if (FileExists(files, path) && !files.Find(backup))
-        batch->Add(backup, ReadFirstBytes(files, path, files.Open(path)->Size()), OldTail::Dropped);
-    batch->Add(path, EncodeLaptopLog(log), OldTail::Dropped);
-    batch->Commit();
+    WriteKeepingOld(files, log.Folder + log.Name + WrittenExtension(log.Kind), EncodeLaptopLog(log));
 }
 
 FieldLog NewFieldLog(LogKind kind, const std::string& path) {
@@ -122,13 +117,34 @@ GpsPoint MissingGpsPoint() {
 
 double WesternLongitude(double longitude) { return longitude > 1.0 ? -longitude : longitude; }
 
+namespace {
 double DecimalDegrees(double degreesAndMinutes) {
     const double value = std::fabs(degreesAndMinutes);
     const double degrees = std::trunc(value / 100);
     return degrees + (value - 100 * degrees) / 60;
 }
 
-// The difference, unlike a changed sign, makes no negative zero.
-double WesternDegrees(double degreesAndMinutes) { return 0.0 - DecimalDegrees(degreesAndMinutes); }
+}  // namespace
+
+double LatitudeOf(double degreesAndMinutes, bool isSigned) {
+    const double degrees = DecimalDegrees(degreesAndMinutes);
+    return isSigned ? std::copysign(degrees, degreesAndMinutes) : degrees;
+}
+
+double LongitudeOf(double degreesAndMinutes, bool isSigned) {
+    // The difference, unlike a changed sign, makes no negative zero.
+    return isSigned ? LatitudeOf(degreesAndMinutes, true) : 0.0 - DecimalDegrees(degreesAndMinutes);
+}
+
+std::string CutText(std::uint64_t droppedBytes, std::size_t missingRecords) {
+    const std::string bytes = std::to_string(droppedBytes) + (droppedBytes == 1 ? " byte" : " bytes");
+    if (missingRecords == 0)
+        return droppedBytes == 0
+                   ? std::string()
+                   : "The last record of the log is incomplete: " + bytes + " at the end of the file are left out.";
+    return "The log is cut short: its last " +
+           (missingRecords == 1 ? "record is missing" : std::to_string(missingRecords) + " records are missing") +
+           (droppedBytes == 0 ? "." : "; " + bytes + " at the end of the file are left out.");
+}
 
 }  // namespace vantor

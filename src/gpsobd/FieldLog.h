@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/LogKind.h"
+#include "core/Progress.h"
 #include "core/ports/Clock.h"
 #include "core/ports/FileSystem.h"
 #include "core/ports/RecordSet.h"
@@ -32,10 +33,12 @@ struct FieldLog {
     GpsLogHeader GpsHeader;  ///< GPS logs; of a source without one an empty one with the file's name as its names
     ObdLogHeader ObdHeader;  ///< OBD and combined logs
     std::vector<LogPoint> Points;
+    bool IsArranged = false;  ///< in the order of the review (ArrangeForReview)
     std::uint64_t DroppedBytes = 0;  ///< of an incomplete last record
+    std::size_t MissingRecords = 0;  ///< that a handheld's database tells of and does not hold whole
 };
 
-/// The study name of a log's header, without the blanks at its ends.
+/// The study name of a log's header, without the blanks behind it.
 std::string StudyName(const FieldLog& log);
 /// What the runs of a log are named after: the base name of its header, else the name of its file.
 std::string BaseName(const FieldLog& log);
@@ -51,7 +54,12 @@ struct LogSummary {
     int Runs = 0;
     bool IsFirstFormat = false;  ///< of a laptop log: its format number is 0 or 1
     std::uint64_t DroppedBytes = 0;
+    std::size_t MissingRecords = 0;
+    std::string Problem;  ///< why the log will be refused when it is read; mostly empty
 };
+
+/// What a log that was cut short lacks, as a sentence; empty for a whole one.
+std::string CutText(std::uint64_t droppedBytes, std::size_t missingRecords);
 
 /// Ways to the outside that reading a log takes.
 struct LogSources {
@@ -59,6 +67,8 @@ struct LogSources {
     const DatabaseEngine& Databases;
     const DeviceDatabase& DeviceDatabases;
     const Clock& Time;  ///< for logs without a date
+    /// Positions keep their signs as read; otherwise longitudes are taken for western ones.
+    bool HasSignedCoordinates = false;
 };
 
 /// Asked now and then while a log is read (of a plain file once a piece); false stops the reading.
@@ -72,16 +82,16 @@ std::optional<LogSummary> ReadLogSummary(const LogSources& sources, LogKind kind
                                          const LogProgress& progress = {});
 
 /// Reads a log whole. Errors as of ReadLogSummary; 13 also for a text with lines but none of a Battelle log, 6 for one
-/// with more than 32767 runs.
-FieldLog ReadFieldLog(const LogSources& sources, LogKind kind, const std::string& path);
+/// with more than 32767 runs. Stopped, it returns a log that is good for nothing.
+FieldLog ReadFieldLog(const LogSources& sources, LogKind kind, const std::string& path, const Progress& progress = {});
 
 /// The kind of a log by its extension; a ".mdb" or ".pdb" is looked into for its table. Error 13 for any other file.
 LogKind LogKindOf(const LogSources& sources, const std::string& path);
 
 /// Writes a log in its current form beside its source: GPS, Battelle and handheld GPS logs as ".gd2", OBD logs as
-/// ".od2", combined logs as ".ddf"; format number 2, headers as they were. A file of that name is kept as the log's
-/// name + ".bak", unless that exists: it is the older original then. Points outside any run were left out when the log
-/// was read, so they are not in the written one.
+/// ".od2", combined logs as ".ddf"; format number 2, headers as they were. A file of that name is kept as a numbered
+/// backup; one that holds these bytes already is left alone. Points outside any run were left out when the log was
+/// read, so they are not in the written one.
 void WriteFieldLog(FileSystem& files, const FieldLog& log);
 
 // What holds for every source of a log, for the readers.
@@ -99,9 +109,9 @@ GpsPoint MissingGpsPoint();
 /// purpose.
 double WesternLongitude(double longitude);
 
-/// Decimal degrees of degrees and minutes written as dddmm.mmmm; the sign is dropped.
-double DecimalDegrees(double degreesAndMinutes);
-/// The same of a longitude, which is a western one.
-double WesternDegrees(double degreesAndMinutes);
+/// Decimal degrees of degrees and minutes written as dddmm.mmmm; the sign is dropped unless `isSigned`.
+double LatitudeOf(double degreesAndMinutes, bool isSigned);
+/// The same of a longitude, which is a western one unless `isSigned`.
+double LongitudeOf(double degreesAndMinutes, bool isSigned);
 
 }  // namespace vantor

@@ -78,14 +78,15 @@ OpenLog OpenLaptopLog(const FileSystem& files, LogKind kind, const std::string& 
     const auto prefixBytes = std::span(start).first(std::min(count, LogPrefixSize));
     log.Prefix = DecodeRecord<LogPrefix>(LogPrefixFields, prefixBytes);
     if (prefixBytes.size() == LogPrefixSize && IsForeign(prefixBytes, log.Prefix))
-        throw RunTimeError(ErrorNumber::TypeMismatch, path + ", bytes 1 to 16\nThe file is not " + NameOf(kind) +
+        throw RunTimeError(ErrorNumber::TypeMismatch, std::string("The file is not ") + NameOf(kind) +
                                                           ", or its header is damaged. Copy it from the laptop again, "
-                                                          "or choose another file.");
+                                                          "or choose another file.\n" +
+                                                          path + ", bytes 1 to 16");
     if (count < start.size())
-        throw RunTimeError(ErrorNumber::InputPastEndOfFile, path + ", byte " + std::to_string(count) +
-                                                                "\nThe file ends within its header: " + NameOf(kind) +
-                                                                " has at least " + std::to_string(start.size()) +
-                                                                " bytes. Copy it from the laptop again.");
+        throw RunTimeError(ErrorNumber::InputPastEndOfFile,
+                           std::string("The file ends within its header: ") + NameOf(kind) + " has at least " +
+                               std::to_string(start.size()) + " bytes. Copy it from the laptop again.\n" + path +
+                               ", byte " + std::to_string(count));
     log.Header.assign(start.begin() + LogPrefixSize, start.end());
     log.Layout = LayoutOf(kind, log.Prefix);
     return log;
@@ -148,31 +149,31 @@ std::optional<Date> RepairedDate(Date logDate, const Clock& clock) {
     return isEmpty ? Date{std::floor(clock.Now().Days)} : logDate;
 }
 
-GpsPoint SecondFormatOf(const Ver1GpsPoint& old) {
+GpsPoint SecondFormatOf(const Ver1GpsPoint& old, bool isSigned) {
     GpsPoint point = MissingGpsPoint();
     point.RunNumber = old.RunNumber;
     point.FixQuality = old.FixQuality;
     point.Speed = old.Speed;
     point.DateTime = old.DateTime;
-    point.Latitude = DecimalDegrees(old.Latitude);
-    point.Longitude = WesternDegrees(old.Longitude);
+    point.Latitude = LatitudeOf(old.Latitude, isSigned);
+    point.Longitude = LongitudeOf(old.Longitude, isSigned);
     point.SatUsed = old.SatUsed;
     point.HDOP = old.HDOP;
     point.Node = old.Node;
     return point;
 }
 
-LogPoint PointOf(LogKind kind, const LogPrefix& prefix, std::span<const std::byte> record) {
+LogPoint PointOf(LogKind kind, const LogPrefix& prefix, std::span<const std::byte> record, bool isSigned) {
     LogPoint point;
     if (kind == LogKind::ObdLaptop) {
         point.Obd = DecodeRecord<ObdPoint>(ObdPointFields, record);
         return point;
     }
     if (kind == LogKind::GpsLaptop && IsFirstFormat(prefix))
-        point.Gps = SecondFormatOf(DecodeRecord<Ver1GpsPoint>(Ver1GpsPointFields, record));
+        point.Gps = SecondFormatOf(DecodeRecord<Ver1GpsPoint>(Ver1GpsPointFields, record), isSigned);
     else
         point.Gps = DecodeRecord<GpsPoint>(GpsPointFields, record);
-    point.Gps.Longitude = WesternLongitude(point.Gps.Longitude);
+    if (!isSigned) point.Gps.Longitude = WesternLongitude(point.Gps.Longitude);
     if (kind == LogKind::GpsObd) point.Obd = DecodeRecord<ObdPoint>(ObdPointFields, record.subspan(GpsPointSize));
     return point;
 }
@@ -202,7 +203,8 @@ std::optional<LogSummary> ReadLaptopSummary(const FileSystem& files, const Clock
     return stopped ? std::nullopt : std::optional(summary);
 }
 
-FieldLog ReadLaptopLog(const FileSystem& files, const Clock& clock, LogKind kind, const std::string& path) {
+FieldLog ReadLaptopLog(const FileSystem& files, const Clock& clock, LogKind kind, const std::string& path,
+                       bool isSigned, const Progress& progress) {
     OpenLog file = OpenLaptopLog(files, kind, path);
     FieldLog log = NewFieldLog(kind, path);
     log.Prefix = file.Prefix;
@@ -212,10 +214,13 @@ FieldLog ReadLaptopLog(const FileSystem& files, const Clock& clock, LogKind kind
     else
         log.GpsHeader = DecodeRecord<GpsLogHeader>(GpsLogHeaderFields, file.Header);
     const std::size_t size = file.Layout.Size;
+    std::uint64_t done = 0;
     log.DroppedBytes = ReadRecords(file, [&](std::span<const std::byte> piece) {
+        done += piece.size();
         for (; !piece.empty(); piece = piece.subspan(size))
-            if (RunNumberOf(piece.data()) != 0) log.Points.push_back(PointOf(kind, log.Prefix, piece.first(size)));
-        return true;
+            if (RunNumberOf(piece.data()) != 0)
+                log.Points.push_back(PointOf(kind, log.Prefix, piece.first(size), isSigned));
+        return progress(done, file.File->Size());
     });
     return log;
 }

@@ -17,8 +17,9 @@ namespace vantor {
 std::optional<LogSummary> ReadLaptopSummary(const FileSystem& files, const Clock& clock, LogKind kind,
                                             const std::string& path, const LogProgress& progress = {});
 
-/// A log whole. Errors as of ReadLogSummary.
-FieldLog ReadLaptopLog(const FileSystem& files, const Clock& clock, LogKind kind, const std::string& path);
+/// A log whole, its positions with their signs where it `isSigned`. Errors as of ReadLogSummary.
+FieldLog ReadLaptopLog(const FileSystem& files, const Clock& clock, LogKind kind, const std::string& path,
+                       bool isSigned = false, const Progress& progress = {});
 
 /// The bytes of a log of any kind in its current form: second-format GPS records, OBD records, or one behind the other.
 std::vector<std::byte> EncodeLaptopLog(const FieldLog& log);

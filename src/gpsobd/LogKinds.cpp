@@ -14,8 +14,13 @@ constexpr LogColumnHead StartTime{"Start Time", LogColumn::StartTime};
 constexpr LogColumnHead EndTime{"End Time", LogColumn::EndTime};
 constexpr LogColumnHead Runs{"# Runs", LogColumn::Runs};
 
-constexpr std::array LaptopColumns = {FileName, StudyDate, StartTime,
-                                      EndTime,  Runs,      LogColumnHead{"Format", LogColumn::FileType}};
+constexpr std::array LaptopColumns = {FileName,
+                                      StudyDate,
+                                      StartTime,
+                                      EndTime,
+                                      Runs,
+                                      LogColumnHead{"Format", LogColumn::FileType},
+                                      LogColumnHead{"Extension", LogColumn::Extension}};
 constexpr std::array HandheldColumns = {FileName, StartTime, EndTime, Runs, LogColumnHead{"Type", LogColumn::FileType}};
 constexpr std::array CombinedColumns = {FileName, StartTime, EndTime, Runs};
 constexpr std::array BattelleColumns = {FileName, StudyDate, LogColumnHead{"Start", LogColumn::StartTime}, Runs};
@@ -32,9 +37,9 @@ constexpr LogDevice Revpad{"Revpad", "OBDData.pdb"};
 
 constexpr std::array Screens = {
     LogScreen{LogKind::GpsLaptop, "frmGPSLaptopSelect", "Select GPS Data", "treGPSPath", "vaSelGPSFile", LaptopColumns,
-              true, GpsLaptopFiles, LogTimeLook::Seconds, "laptop GPS logs (.gdf, .gd2)", nullptr},
+              true, GpsLaptopFiles, LogTimeLook::SecondsOfADay, "laptop GPS logs (.gdf, .gd2)", nullptr},
     LogScreen{LogKind::ObdLaptop, "frmOBDLaptopSelect", "Select OBD Data", "treOBDPath", "vaSelOBDFile", LaptopColumns,
-              true, ObdLaptopFiles, LogTimeLook::Seconds, "laptop OBD logs (.odf, .od2)", nullptr},
+              true, ObdLaptopFiles, LogTimeLook::SecondsOfADay, "laptop OBD logs (.odf, .od2)", nullptr},
     LogScreen{LogKind::GpsHandheld, "frmGPSPDASelect", "Select GPS Database to Process", "treGPSPath", "vaSelGPSFile",
               HandheldColumns, false, HandheldFiles, LogTimeLook::DateAndSeconds, "handheld GPS databases (.mdb, .pdb)",
               &Roampad},
@@ -69,13 +74,16 @@ std::vector<std::string> LogFilesIn(const FileSystem& files, const std::string& 
     return names;
 }
 
-std::string TimeText(LogTimeLook look, Date time) {
+std::string TimeText(LogTimeLook look, Date time, bool isOverDays) {
     const std::string iso = IsoDateTime(time);
     if (iso.empty()) return {};
     const std::string clock = iso.substr(iso.find('T') + 1);
     switch (look) {
         case LogTimeLook::Minutes: return clock.substr(0, 5);
         case LogTimeLook::Seconds: return clock;
+        case LogTimeLook::SecondsOfADay:
+            if (!isOverDays) return clock;
+            break;
         case LogTimeLook::DateAndSeconds: break;
     }
     return ShortDate(time) + " " + clock;

@@ -10,7 +10,7 @@
 namespace vantor {
 
 /// What a column of a selection screen shows.
-enum class LogColumn { FileName, StudyDate, StartTime, EndTime, Runs, FileType };
+enum class LogColumn { FileName, StudyDate, StartTime, EndTime, Runs, FileType, Extension };
 
 struct LogColumnHead {
     const char* Caption;
@@ -28,6 +28,7 @@ enum class LogTimeLook {
     Minutes,         ///< "hh:mm"
     Seconds,         ///< "hh:mm:ss"
     DateAndSeconds,  ///< "MM/DD/YY hh:mm:ss"
+    SecondsOfADay,   ///< as Seconds, of a log that goes over several days as DateAndSeconds
 };
 
 /// Where the program of a handheld keeps its log.
@@ -59,6 +60,6 @@ const LogFileType& FileTypeOf(const LogScreen& screen, const std::string& fileNa
 std::vector<std::string> LogFilesIn(const FileSystem& files, const std::string& folder, const LogScreen& screen);
 
 /// Empty for no valid date.
-std::string TimeText(LogTimeLook look, Date time);
+std::string TimeText(LogTimeLook look, Date time, bool isOverDays);
 
 }  // namespace vantor

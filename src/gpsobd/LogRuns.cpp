@@ -1,10 +1,10 @@
 #include "gpsobd/LogRuns.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <optional>
 
+#include "core/Backup.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/RunDecoding.h"
@@ -18,7 +18,6 @@ namespace {
 
 constexpr std::int64_t MostSeconds = std::numeric_limits<std::int16_t>::max();
 constexpr std::int16_t FeetPer1000Pulses = 1000;
-constexpr float MissingSpeed = -1;
 constexpr std::int16_t LargestDelayNumber = 127;
 
 /// What the points of a second say.
@@ -27,16 +26,6 @@ struct Second {
     bool HasNode = false;
     std::int16_t DelayNumber = 0;
 };
-
-std::int64_t SecondsOf(LogKind kind, const LogPoint& point) {
-    return WithLeadingHalf(kind, point, [](const auto& half) { return WholeSecondsOf(half.DateTime); });
-}
-
-/// The vehicle's own speed where there is one, else that of the GPS receiver.
-float SpeedOf(LogKind kind, const LogPoint& point) {
-    const bool isByVehicle = kind == LogKind::GpsObd ? point.Obd.Speed != MissingSpeed : !HasGps(kind);
-    return isByVehicle ? point.Obd.Speed : point.Gps.Speed;
-}
 
 void AddPoint(LogKind kind, const LogPoint& point, Second& second) {
     second.Last = &point;
@@ -49,13 +38,20 @@ void AddPoint(LogKind kind, const LogPoint& point, Second& second) {
 std::vector<std::optional<double>> LoggedSpeeds(LogKind kind, const std::vector<Second>& seconds) {
     std::vector<std::optional<double>> speeds;
     speeds.reserve(seconds.size());
-    for (const Second& second : seconds) {
-        std::optional<double>& speed = speeds.emplace_back();
-        if (second.Last == nullptr) continue;
-        const float logged = SpeedOf(kind, *second.Last);
-        if (logged != MissingSpeed && std::isfinite(logged)) speed = static_cast<double>(logged);
-    }
+    for (const Second& second : seconds)
+        speeds.push_back(second.Last == nullptr ? std::nullopt : LoggedSpeed(kind, *second.Last));
     return speeds;
+}
+
+/// The seconds inside each gap that is not left to the speeds beside it get a speed.
+void FillGaps(std::span<const LogGap> gaps, std::int64_t first, std::vector<std::optional<double>>& speeds) {
+    for (const LogGap& gap : gaps) {
+        const std::optional<double> speed = MilesPerHourIn(gap);
+        if (!speed) continue;
+        const std::int64_t end = std::min(gap.To - first, static_cast<std::int64_t>(speeds.size()));
+        for (std::int64_t at = std::max<std::int64_t>(gap.From + 1 - first, 0); at < end; ++at)
+            speeds[static_cast<std::size_t>(at)] = *speed;
+    }
 }
 
 /// Each speed that is missing becomes one on the line between its neighbours, the nearest one where it has only one,
@@ -115,8 +111,10 @@ std::string DirectionNote(LogKind kind, const RunPoints& points) {
     return {};
 }
 
-std::int16_t RunNumberOf(LogKind kind, const LogPoint& point) {
-    return WithLeadingHalf(kind, point, [](const auto& half) { return half.RunNumber; });
+std::string NotesOf(LogKind kind, const RunPoints& points, std::span<const LogGap> gaps) {
+    const std::string direction = DirectionNote(kind, points);
+    const std::string note = GapNote(gaps);
+    return direction.empty() || note.empty() ? direction + note : direction + "; " + note;
 }
 
 /// The seconds of a run from its first to its last.
@@ -141,26 +139,40 @@ RunSeconds SecondsOfRun(LogKind kind, const RunPoints& points) {
     return run;
 }
 
-/// The name of a run's file, of characters that the name of a file can hold.
-std::string RunFileName(const FileSystem& files, const std::string& folder, const FieldLog& log, std::int16_t number) {
+/// The name of a run's file, of characters that the name of a file can hold: of those that exist the first one that
+/// `isTaken` takes, else one that does not exist.
+template <class Test>
+std::string RunFileName(const FileSystem& files, const std::string& folder, const FieldLog& log, std::int16_t number,
+                        Test isTaken) {
     std::string name = WithSafeCharacters(BaseName(log) + "-R" + ZeroPadded(number, 3));
     // Two dots in a row would be taken for a way out of the folder.
     for (std::size_t at = name.find(".."); at != std::string::npos; at = name.find("..")) name.replace(at, 2, "__");
-    if (FileExists(files, folder + name + RunExtension)) name += "-1";
-    while (FileExists(files, folder + name + RunExtension)) name = NextName(name);
+    for (bool isFirst = true; FileExists(files, folder + name + RunExtension) && !isTaken(name); isFirst = false)
+        name = isFirst ? name + "-1" : NextName(name);
     return name;
+}
+
+/// The name of the file that a run was written to before; empty where there is none.
+std::string MadeBeforeAs(const FileSystem& files, const std::string& folder, const FieldLog& log, std::int16_t number,
+                         const RunPoints& points) {
+    const auto secondOf = [&](const LogPoint* point) { return SecondsOf(log.Kind, *point); };
+    const std::int64_t first = secondOf(*std::ranges::min_element(points, {}, secondOf));
+    const std::int64_t last = secondOf(*std::ranges::max_element(points, {}, secondOf));
+    bool isFound = false;
+    std::string name = RunFileName(files, folder, log, number, [&](const std::string& there) {
+        const auto header = ReadRunHeader(files, folder, there);
+        if (!header) return false;
+        const std::int64_t start = WholeSecondsOf({header->RunDate.Days + header->RunTime.Days});
+        isFound = start <= last && start + header->SampleCount > first;
+        return isFound;
+    });
+    return isFound ? name : std::string();
 }
 
 }  // namespace
 
-std::map<std::int16_t, RunPoints> PointsOfRuns(const FieldLog& reviewed) {
-    std::map<std::int16_t, RunPoints> runs;
-    for (const LogPoint& point : reviewed.Points)
-        if (const std::int16_t number = RunNumberOf(reviewed.Kind, point); number >= 1) runs[number].push_back(&point);
-    return runs;
-}
-
-RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, const AppSettings& settings) {
+RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, std::span<const LogGap> gaps,
+                  const AppSettings& settings) {
     if (settings.SpeedFactor == 0.0F)
         throw RunTimeError(ErrorNumber::DivisionByZero, "The speed factor of the settings is 0.");
     const RunSeconds run = SecondsOfRun(reviewed.Kind, points);
@@ -173,12 +185,15 @@ RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, const AppSe
     header.RunTime = TimeOf(civil.Hour, civil.Minute, civil.Second);
     header.RunNumber = RunNumberOf(reviewed.Kind, *points.front());
     header.SiteCode = StudyName(reviewed);
-    header.Notes = DirectionNote(reviewed.Kind, points);
+    gaps = GapsOfRun(gaps, header.RunNumber);
+    header.Notes = NotesOf(reviewed.Kind, points, gaps);
     header.CalConstant = FeetPer1000Pulses;
     header.SampleCount = static_cast<std::int32_t>(run.Seconds.size());
     record.SampleValues.ResizeTo(header.SampleCount);
     record.RunSamples.ResizeTo(header.SampleCount);
-    const std::vector<double> speeds = Interpolated(LoggedSpeeds(reviewed.Kind, run.Seconds));
+    std::vector<std::optional<double>> logged = LoggedSpeeds(reviewed.Kind, run.Seconds);
+    FillGaps(gaps, run.First, logged);
+    const std::vector<double> speeds = Interpolated(logged);
     for (int i = 1; i <= header.SampleCount; ++i) {
         const auto at = static_cast<std::size_t>(i - 1);
         const Second& second = run.Seconds[at];
@@ -201,8 +216,17 @@ std::vector<std::string> RunsTooLong(const FieldLog& reviewed) {
     return problems;
 }
 
-std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, const std::string& folder,
-                                      const AppSettings& settings, const Progress& progress) {
+std::vector<std::string> RunsMadeBefore(const FileSystem& files, const FieldLog& reviewed, const std::string& folder) {
+    std::vector<std::string> names;
+    for (const auto& [number, points] : PointsOfRuns(reviewed))
+        if (std::string name = MadeBeforeAs(files, AsFolder(folder), reviewed, number, points); !name.empty())
+            names.push_back(std::move(name));
+    return names;
+}
+
+std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
+                                      const std::string& folder, const AppSettings& settings, MadeBefore before,
+                                      const Progress& progress) {
     constexpr double Written = 0.7;
     const Progress writing = progress.Part(0, Written);
     const auto batch = files.BeginWrites();
@@ -213,8 +237,13 @@ std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewe
     for (const auto& [number, points] : runs) {
         if (!writing(done++, runs.size())) return {};
         try {
-            RunRecord run = MakeRun(reviewed, points, settings);
-            const std::string name = RunFileName(files, AsFolder(folder), reviewed, number);
+            RunRecord run = MakeRun(reviewed, points, gaps, settings);
+            std::string name;
+            if (before == MadeBefore::Replaced) name = MadeBeforeAs(files, AsFolder(folder), reviewed, number, points);
+            if (!name.empty())
+                AddBackup(*batch, files, AsFolder(folder) + name + RunExtension);
+            else
+                name = RunFileName(files, AsFolder(folder), reviewed, number, [](const auto&) { return false; });
             AddRunFile(*batch, run, AsFolder(folder), name);
             names.push_back(name);
         } catch (const RunTimeError& error) {
@@ -225,10 +254,11 @@ std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewe
     if (!batch->Commit(progress.Part(Written, 1))) return {};
     if (!tooLong.empty())
         throw RunTimeError(ErrorNumber::Overflow,
-                           reviewed.Folder + reviewed.Name + reviewed.Extension + "\n" + tooLong +
-                               (names.empty() ? "Correct the times of its rows, or delete those that are wrong."
+                           tooLong +
+                               (names.empty() ? "Correct the times of its rows, or delete those that are wrong.\n"
                                               : "The other runs were written. Correct the times of its rows, or delete "
-                                                "those that are wrong."));
+                                                "those that are wrong.\n") +
+                               reviewed.Folder + reviewed.Name + reviewed.Extension);
     return names;
 }
 

@@ -1,33 +1,42 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
 #include "core/AppSettings.h"
+#include "core/Progress.h"
 #include "core/RunRecords.h"
-#include "gpsobd/FieldLog.h"
+#include "gpsobd/LogGaps.h"
 
 namespace vantor {
 
-/// The points of one run, in the order of the log.
-using RunPoints = std::vector<const LogPoint*>;
-/// The runs of a log by their number, which is 1 or more. The points stay the log's.
-std::map<std::int16_t, RunPoints> PointsOfRuns(const FieldLog& reviewed);
-
 /// Makes a run of its points: one sample a second from the first to the last second, one pulse a foot. The last point
-/// of a second counts; seconds without a speed are interpolated between those nearest to them. `settings` turn speeds
-/// into feet. The run has no name yet, texts are as long as the log has them. Error 6 for a run of more than 32767
-/// seconds, 11 for a speed factor of 0.
-RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, const AppSettings& settings);
+/// of a second counts. `gaps` of the run are filled as they say; other seconds without a speed are interpolated between
+/// those nearest to them. `settings` turn speeds into feet. The run has no name yet, texts are as long as the log has
+/// them. Error 6 for a run of more than 32767 seconds, 11 for a speed factor of 0.
+RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, std::span<const LogGap> gaps,
+                  const AppSettings& settings);
 
 /// The runs of a log that are longer than 32767 seconds: for each a text with its number and its times.
 std::vector<std::string> RunsTooLong(const FieldLog& reviewed);
 
-/// Writes the runs of a log into a folder and returns their names, base name + "-R" + run number. No run file is
-/// replaced: a name that exists gets a number. All run files appear together (WriteBatch::Commit). A run that is too
-/// long is left out: the others are written, then it is error 6 that names the run. Stopped, it has written none.
-std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, const std::string& folder,
-                                      const AppSettings& settings, const Progress& progress = {});
+/// Run files of a log's runs that lie in a folder already: of their name, with or without a number behind it, and of a
+/// time that overlaps theirs. Their names in order of the runs.
+std::vector<std::string> RunsMadeBefore(const FileSystem& files, const FieldLog& reviewed, const std::string& folder);
+
+/// What becomes of the run files that RunsMadeBefore tells of.
+enum class MadeBefore {
+    Kept,
+    Replaced,  ///< each kept as a numbered backup
+};
+
+/// Writes the runs of a log into a folder and returns their names, base name + "-R" + run number. Gaps are filled as
+/// `gaps` says, which FindGaps found; those that are not in it, by the speeds beside them, and are not noted. No other
+/// run file is replaced: a name that exists gets a number. All run files appear together (WriteBatch::Commit). A run
+/// that is too long is left out: the others are written, then it is error 6 that names the run. Stopped, it has written
+/// none.
+std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
+                                      const std::string& folder, const AppSettings& settings,
+                                      MadeBefore before = MadeBefore::Kept, const Progress& progress = {});
 
 }  // namespace vantor

@@ -25,7 +25,7 @@ constexpr std::uint64_t LongestRecord = 0xFFFF;
 constexpr std::size_t FieldsOfRecord = 9;
 
 [[noreturn]] void Refuse(const std::string& path, const std::string& reason) {
-    throw RunTimeError(ErrorNumber::TypeMismatch, path + "\n" + reason);
+    throw RunTimeError(ErrorNumber::TypeMismatch, reason + "\n" + path);
 }
 
 /// `width` bytes as a whole number, the most significant first.
@@ -49,7 +49,8 @@ struct Extent {
 
 void CheckHeader(std::span<const std::byte> header, const std::string& path, const std::string& name) {
     const std::string stored = Utf8FromWindows1252(header.first(NameWidth));
-    if (stored.substr(0, stored.find('\0')) != name) Refuse(path, "The file is no database \"" + name + "\".");
+    if (stored.substr(0, stored.find('\0')) != name)
+        throw NoSuchTable("The file is no database \"" + name + "\".\n" + path);
     if ((BigEndian(header, AttributesAt, 2) & ResourceDatabase) != 0)
         Refuse(path, "The file holds resources in place of records.");
     if (BigEndian(header, NextListAt, 4) != 0) Refuse(path, "The list of records goes on elsewhere.");
@@ -64,11 +65,12 @@ std::vector<Extent> ReadExtents(InputFile& file, std::span<const std::byte> head
     const std::vector<std::byte> entries = ReadWhole(file, count * EntrySize, path);
     std::uint64_t last = HeaderSize + entries.size();
     const auto check = [&](std::uint64_t place, const std::string& what) {
-        if (place < last || place > size) Refuse(path, what + " does not lie where it can.");
+        if (place < last) Refuse(path, what + " does not lie where it can.");
         last = place;
     };
     for (const std::size_t at : {ApplicationInfoAt, SortInfoAt})
         if (const std::uint32_t place = BigEndian(header, at, 4); place != 0) check(place, "A block of information");
+    if (last > size) Refuse(path, "The file is cut short.");
     std::vector<Extent> extents(count);
     for (std::size_t i = 0; i < count; ++i) {
         extents[i].Start = BigEndian(entries, i * EntrySize, 4);
@@ -76,7 +78,8 @@ std::vector<Extent> ReadExtents(InputFile& file, std::span<const std::byte> head
         check(extents[i].Start, "Record " + std::to_string(i + 1));
         if (i > 0) extents[i - 1].End = extents[i].Start;
     }
-    if (count > 0) extents.back().End = size;
+    // Where the last one begins behind the end of the file, its length is not known.
+    if (count > 0) extents.back().End = std::max(size, extents.back().Start + 1);
     for (std::size_t i = 0; i < count; ++i)
         if (extents[i].End - extents[i].Start > LongestRecord)
             Refuse(path, "Record " + std::to_string(i + 1) + " is longer than a record can be.");
@@ -91,9 +94,14 @@ public:
         CheckHeader(header, path_, name);
         extents_ = ReadExtents(*file_, header, path_);
         at_ = HeaderSize + extents_.size() * EntrySize;
+        const auto cut =
+            std::ranges::find_if(extents_, [&](const Extent& extent) { return extent.End > file_->Size(); });
+        LeaveOut(static_cast<std::size_t>(cut - extents_.begin()));
     }
 
     int FieldCount() const override { return static_cast<int>(FieldsOfRecord); }
+    std::uint64_t DroppedBytes() const override { return dropped_; }
+    std::size_t MissingRecords() const override { return missing_; }
 
     bool Next() override {
         while (next_ < extents_.size() && extents_[next_].IsDeleted) ++next_;
@@ -101,9 +109,13 @@ public:
         const Extent& extent = extents_[next_++];
         PassTo(extent.Start);
         const auto size = static_cast<std::size_t>(extent.End - extent.Start);
-        SplitRecord(ReadWhole(*file_, size, path_));
+        const bool isWhole = SplitRecord(ReadWhole(*file_, size, path_));
         at_ = extent.End;
-        return true;
+        // Only of the last one it cannot be told from where it lies whether it is whole.
+        if (!isWhole && extent.End != file_->Size())
+            Refuse(path_, "Record " + std::to_string(next_) + " has too few fields.");
+        if (!isWhole) LeaveOut(next_ - 1);
+        return isWhole;
     }
 
     std::string Text(int position) const override {
@@ -122,17 +134,30 @@ private:
         }
     }
 
-    void SplitRecord(std::span<const std::byte> record) {
+    /// False for a record with too few fields.
+    bool SplitRecord(std::span<const std::byte> record) {
         std::size_t start = 0;
         for (std::string& text : texts_) {
             const auto rest = record.subspan(start);
             const auto end = std::find(rest.begin(), rest.end(), std::byte{0});
-            if (end == rest.end()) Refuse(path_, "Record " + std::to_string(next_) + " has too few fields.");
+            if (end == rest.end()) return false;
             const auto length = static_cast<std::size_t>(end - rest.begin());
             text = Utf8FromWindows1252(rest.first(length));
             start += length + 1;
         }
         if (start != record.size()) Refuse(path_, "Record " + std::to_string(next_) + " has too many fields.");
+        return true;
+    }
+
+    /// Takes the records from that one on for cut off.
+    void LeaveOut(std::size_t first) {
+        if (first == extents_.size()) return;
+        if (first == 0) Refuse(path_, "The file is cut short: it holds none of its records whole.");
+        dropped_ = file_->Size() - std::min(file_->Size(), extents_[first].Start);
+        missing_ += static_cast<std::size_t>(std::count_if(extents_.begin() + static_cast<std::ptrdiff_t>(first),
+                                                           extents_.end(),
+                                                           [](const Extent& extent) { return !extent.IsDeleted; }));
+        extents_.resize(first);
     }
 
     std::unique_ptr<InputFile> file_;
@@ -140,6 +165,8 @@ private:
     std::vector<Extent> extents_;
     std::size_t next_ = 0;
     std::uint64_t at_ = 0;
+    std::uint64_t dropped_ = 0;
+    std::size_t missing_ = 0;
     std::array<std::string, FieldsOfRecord> texts_;
 };
 

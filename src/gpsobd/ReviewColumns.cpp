@@ -22,7 +22,7 @@ std::vector<ReviewColumn> GpsColumns() {
             {"Node", "Node", ColumnLook::Whole, &GpsPoint::Node},
             {"Date", "DateTime", ColumnLook::Day, &GpsPoint::DateTime},
             {"Time", "DateTime", ColumnLook::Time, &GpsPoint::DateTime},
-            {"Speed", "Speed", ColumnLook::Number, &GpsPoint::Speed},
+            {"Speed", "Speed", ColumnLook::Speed, &GpsPoint::Speed},
             {"Heading", "Heading", ColumnLook::OneDecimal, &GpsPoint::Heading},
             {"Delay #", "DelayNumber", ColumnLook::Whole, &GpsPoint::DelayNumber},
             {"Latitude", "Latitude", ColumnLook::SixDecimals, &GpsPoint::Latitude},
@@ -38,7 +38,7 @@ std::vector<ReviewColumn> ObdColumns() {
             {"Node", "Node", ColumnLook::Whole, &ObdPoint::Node},
             {"Date", "DateTime", ColumnLook::Day, &ObdPoint::DateTime},
             {"Time", "DateTime", ColumnLook::Time, &ObdPoint::DateTime},
-            {"Speed (mph)", "Speed", ColumnLook::Number, &ObdPoint::Speed},
+            {"Speed (mph)", "Speed", ColumnLook::Speed, &ObdPoint::Speed},
             {"Engine Speed (rpm)", "Rpm", ColumnLook::Number, &ObdPoint::Rpm},
             {"Load (%)", "Load", ColumnLook::Number, &ObdPoint::Load},
             {"Throttle (%)", "Throttle", ColumnLook::Number, &ObdPoint::Throttle},
@@ -76,24 +76,13 @@ std::string DecimalsText(double value, int decimals) {
     return {text, static_cast<std::size_t>(length)};
 }
 
-std::string TimeText(Date time) {
-    if (!IsValidDate(time)) return {};
-    const CivilTime civil = CivilOf(time);
-    char text[64];
-    const int length = std::snprintf(text, sizeof text, "%d:%02d:%02d %s", civil.Hour % 12 == 0 ? 12 : civil.Hour % 12,
-                                     civil.Minute, civil.Second, civil.Hour < 12 ? "AM" : "PM");
-    return {text, static_cast<std::size_t>(length)};
-}
-
 std::string TextOf(ColumnLook look, std::int16_t value) {
     return look == ColumnLook::Direction ? DirectionText(value) : std::to_string(value);
 }
-std::string TextOf(ColumnLook look, double value) {
-    if (look == ColumnLook::OneDecimal) return DecimalsText(value, 1);
-    if (look == ColumnLook::SixDecimals) return DecimalsText(value, 6);
-    return NumberText(value, SingleDigits);
+std::string TextOf(ColumnLook look, double value) { return ShownNumber(look, value, SingleDigits); }
+std::string TextOf(ColumnLook look, Date value) {
+    return look == ColumnLook::Day ? ShortDate(value) : ClockText(value);
 }
-std::string TextOf(ColumnLook look, Date value) { return look == ColumnLook::Day ? ShortDate(value) : TimeText(value); }
 std::string TextOf(ColumnLook, const std::string& value) { return std::string(TrimRight(value)); }
 
 SheetCell ValueOf(ColumnLook look, std::int16_t value) {
@@ -136,8 +125,29 @@ std::string NumberText(double value, int digits) {
     return {text, end.ptr};
 }
 
+std::string ClockText(Date time) {
+    if (!IsValidDate(time)) return {};
+    const CivilTime civil = CivilOf(time);
+    char text[64];
+    const int length = std::snprintf(text, sizeof text, "%d:%02d:%02d %s", civil.Hour % 12 == 0 ? 12 : civil.Hour % 12,
+                                     civil.Minute, civil.Second, civil.Hour < 12 ? "AM" : "PM");
+    return {text, static_cast<std::size_t>(length)};
+}
+
 std::string CellText(const ReviewColumn& column, const LogPoint& point) {
     return WithField(column.Field, point, [&](const auto& value) { return TextOf(column.Look, value); });
+}
+
+std::string FullCellText(const ReviewColumn& column, const LogPoint& point) {
+    const ColumnLook look = column.Look == ColumnLook::Speed ? ColumnLook::Number : column.Look;
+    return WithField(column.Field, point, [&](const auto& value) { return TextOf(look, value); });
+}
+
+std::string ShownNumber(ColumnLook look, double value, int digits) {
+    if (look == ColumnLook::OneDecimal || (look == ColumnLook::Speed && value != MissingValue))
+        return DecimalsText(value, 1);
+    if (look == ColumnLook::SixDecimals) return DecimalsText(value, 6);
+    return NumberText(value, digits);
 }
 
 SheetCell CellValue(const ReviewColumn& column, const LogPoint& point) {

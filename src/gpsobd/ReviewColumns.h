@@ -17,6 +17,7 @@ enum class ColumnLook {
     Day,          ///< "mm/dd/yy"
     Time,         ///< "h:mm:ss AM/PM"
     Number,       ///< up to seven significant digits
+    Speed,        ///< as OneDecimal, but "-1" where it is missing
     OneDecimal,   ///< "0.0", exact halves away from zero as in the next one
     SixDecimals,  ///< "0.000000"
     Text,
@@ -59,10 +60,20 @@ decltype(auto) WithField(const PointField& field, Point& point, Use use) {
 
 /// A cell as it is shown; empty for a value that is none.
 std::string CellText(const ReviewColumn& column, const LogPoint& point);
+/// The same with all the digits of a speed.
+std::string FullCellText(const ReviewColumn& column, const LogPoint& point);
+/// A number as a cell with that look shows it.
+std::string ShownNumber(ColumnLook look, double value, int digits);
 /// A cell with its type, for spreadsheets.
 SheetCell CellValue(const ReviewColumn& column, const LogPoint& point);
 /// The look of a column in a spreadsheet.
 SheetColumn SheetColumnOf(const ReviewColumn& column);
+
+/// A value that is missing.
+inline constexpr double MissingValue = -1;
+
+/// The time of day as "h:mm:ss AM/PM"; empty for no valid date.
+std::string ClockText(Date time);
 
 /// A number with up to `digits` significant digits; empty for one that is not finite.
 std::string NumberText(double value, int digits);

@@ -1,6 +1,7 @@
 #include "gpsobd/ReviewGrid.h"
 
 #include <algorithm>
+#include <deque>
 #include <limits>
 #include <numeric>
 
@@ -67,8 +68,15 @@ const double* ReviewGrid::FilledValue(int row, int column) const {
 std::string ReviewGrid::Text(int row, int column) const {
     const ReviewColumn& shown = Column(column);
     if (const double* filled = FilledValue(row, column))
-        return NumberText(*filled, IsSingle(shown.Field) ? SingleDigits : DoubleDigits);
+        return ShownNumber(shown.Look, *filled, IsSingle(shown.Field) ? SingleDigits : DoubleDigits);
     return CellText(shown, log_.Points[PointOf(row)]);
+}
+
+std::string ReviewGrid::FullText(int row, int column) const {
+    const ReviewColumn& shown = Column(column);
+    if (const double* filled = FilledValue(row, column))
+        return NumberText(*filled, IsSingle(shown.Field) ? SingleDigits : DoubleDigits);
+    return FullCellText(shown, log_.Points[PointOf(row)]);
 }
 
 SheetCell ReviewGrid::Value(int row, int column) const {
@@ -77,7 +85,7 @@ SheetCell ReviewGrid::Value(int row, int column) const {
     return CellValue(shown, log_.Points[PointOf(row)]);
 }
 
-double ReviewGrid::Number(int row, int column) const { return Val(Text(row, column)); }
+double ReviewGrid::Number(int row, int column) const { return Val(FullText(row, column)); }
 
 bool ReviewGrid::IsComputed(int row, int column) const { return FilledValue(row, column) != nullptr; }
 
@@ -102,21 +110,23 @@ void ReviewGrid::SetActive(int row, int column) {
 
 void ReviewGrid::ActivateRow(int row) { activeRow_ = std::clamp(row, std::min(1, RowCount()), RowCount()); }
 
-void ReviewGrid::SearchFrom(int row) {
-    if (row > std::numeric_limits<std::int16_t>::max())
-        throw RunTimeError(
-            ErrorNumber::Overflow,
-            "The search for missing values goes as far as row 32767. Select a row behind it to calculate "
-            "its value, or delete rows that you do not need.");
+void ReviewGrid::SearchFrom(int row, Search search) {
+    const bool isReached = row <= std::numeric_limits<std::int16_t>::max();
+    if (search == Search::OnFromThere || !isReached) unreachedRow_ = row;
+    if (search == Search::OnFromThere) return;
+    if (!isReached)
+        throw RunTimeError(ErrorNumber::Overflow,
+                           "The search for missing values goes as far as row 32767. Choose Go On From There to search "
+                           "the rows behind it.");
     searchRow_ = To16(row);
 }
 
-bool ReviewGrid::FindNextMissing() {
-    int row = searchRow_;
+bool ReviewGrid::FindNextMissing(Search search) {
+    int row = search == Search::OnFromThere ? unreachedRow_ : searchRow_;
     while (row <= RowCount() && !IsMissing(row)) ++row;
     if (row > RowCount()) return false;
     const int top = row > RowsAbove ? row - RowsAbove : row;
-    SearchFrom(top);
+    SearchFrom(top, search);
     topRow_ = top;
     SetActive(row, layout_.RepairColumn);
     return true;
@@ -147,17 +157,17 @@ void ReviewGrid::CalculateSpeed() {
     EndStep();
 }
 
-bool ReviewGrid::FindAndFixAll(const std::function<bool()>& goOn) {
+bool ReviewGrid::FindAndFixAll(const std::function<bool()>& goOn, Search search) {
     const AtEnd restored{[this] {
         searchRow_ = 1;
         EndStep();
     }};
-    while (FindNextMissing()) {
+    while (FindNextMissing(search)) {
         if (!goOn()) return false;
         const int behind = FillGap(MaximumGap);
         if (!goOn()) return false;
         if (behind > RowCount()) break;
-        SearchFrom(behind);
+        SearchFrom(behind, search);
     }
     return true;
 }
@@ -186,8 +196,56 @@ void ReviewGrid::SetFilled(const CellChange& change, const std::optional<double>
         filled_.erase(key);
 }
 
+void ReviewGrid::SetGapFill(const GapPlace& gap, std::optional<GapFill> fill) {
+    if (fill)
+        gapFills_[gap] = *fill;
+    else
+        gapFills_.erase(gap);
+}
+
+std::vector<LogGap> ReviewGrid::Gaps() const {
+    std::map<std::int16_t, RunPoints> runs;
+    std::deque<LogPoint> withFilledSpeeds;
+    for (const PointIndex index : rows_) {
+        const LogPoint* point = &log_.Points[index];
+        const std::int16_t number = RunNumberOf(log_.Kind, *point);
+        if (number < 1) continue;
+        const auto filled = filled_.find(CellKey(index, layout_.RepairColumn));
+        if (filled != filled_.end()) {
+            LogPoint& copy = withFilledSpeeds.emplace_back(*point);
+            WithField(Column(layout_.RepairColumn).Field, copy, [&](auto& held) { TakeOver(held, filled->second); });
+            point = &copy;
+        }
+        runs[number].push_back(point);
+    }
+    std::vector<LogGap> gaps = FindGaps(log_.Kind, runs);
+    for (LogGap& gap : gaps)
+        if (const auto fill = gapFills_.find({gap.RunNumber, gap.From, gap.To}); fill != gapFills_.end())
+            gap.Filled = fill->second;
+    return gaps;
+}
+
+void ReviewGrid::FillGapsAs(std::span<const LogGap> gaps, GapFill fill) {
+    for (const LogGap& gap : gaps) {
+        if (gap.Filled == fill || (fill == GapFill::Position && !gap.FeetByPosition)) continue;
+        GapChange change{{gap.RunNumber, gap.From, gap.To}, std::nullopt, fill};
+        if (const auto before = gapFills_.find(change.Gap); before != gapFills_.end()) change.Before = before->second;
+        SetGapFill(change.Gap, change.After);
+        underWay_.Gaps.push_back(change);
+    }
+    EndStep();
+}
+
+int ReviewGrid::RowBefore(const LogGap& gap) const {
+    const auto row = std::ranges::find_if(rows_, [&](PointIndex index) {
+        const LogPoint& point = log_.Points[index];
+        return RunNumberOf(log_.Kind, point) == gap.RunNumber && SecondsOf(log_.Kind, point) == gap.From;
+    });
+    return row == rows_.end() ? 0 : static_cast<int>(row - rows_.begin()) + 1;
+}
+
 void ReviewGrid::EndStep() {
-    if (underWay_.Cells.empty() && !underWay_.Deleted) return;
+    if (underWay_.Cells.empty() && underWay_.Gaps.empty() && !underWay_.Deleted) return;
     steps_.resize(done_);
     underWay_.Cells.shrink_to_fit();
     steps_.push_back(std::exchange(underWay_, Step{}));
@@ -198,6 +256,7 @@ void ReviewGrid::Undo() {
     if (!CanUndo()) return;
     const Step& step = steps_[--done_];
     for (auto change = step.Cells.rbegin(); change != step.Cells.rend(); ++change) SetFilled(*change, change->Before);
+    for (const GapChange& change : step.Gaps) SetGapFill(change.Gap, change.Before);
     if (step.Deleted) rows_.insert(rows_.begin() + (step.Deleted->first - 1), step.Deleted->second);
     ActivateRow(FirstRowOf(step));
 }
@@ -206,12 +265,14 @@ void ReviewGrid::Redo() {
     if (!CanRedo()) return;
     const Step& step = steps_[done_++];
     for (const CellChange& change : step.Cells) SetFilled(change, change.After);
+    for (const GapChange& change : step.Gaps) SetGapFill(change.Gap, change.After);
     if (step.Deleted) rows_.erase(rows_.begin() + (step.Deleted->first - 1));
     ActivateRow(FirstRowOf(step));
 }
 
 int ReviewGrid::FirstRowOf(const Step& step) const {
     if (step.Deleted) return step.Deleted->first;
+    if (step.Cells.empty()) return activeRow_;
     const auto place = std::lower_bound(rows_.begin(), rows_.end(), step.Cells.front().Point);
     return static_cast<int>(place - rows_.begin()) + 1;
 }

@@ -2,12 +2,16 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
+#include <span>
 #include <string>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
+#include "gpsobd/LogGaps.h"
 #include "gpsobd/ReviewColumns.h"
 
 namespace vantor {
@@ -17,8 +21,7 @@ namespace vantor {
 /// counted by it.
 class ReviewGrid {
 public:
-    /// A value that is missing.
-    static constexpr double Missing = -1;
+    static constexpr double Missing = MissingValue;
     /// Rows of the longest gap that FindAndFixAll fills.
     static constexpr int MaximumGap = 10;
 
@@ -31,8 +34,10 @@ public:
     // Of a row or a column that is none: error 9.
     const ReviewColumn& Column(int column) const;
     std::string Text(int row, int column) const;
+    /// The same with all the digits of a speed.
+    std::string FullText(int row, int column) const;
     SheetCell Value(int row, int column) const;
-    /// The numeric value of the cell's text, the value that the repair goes by.
+    /// The numeric value of the cell's full text, the value that the repair goes by.
     double Number(int row, int column) const;
     /// True for a cell whose value was filled in.
     bool IsComputed(int row, int column) const;
@@ -48,10 +53,15 @@ public:
     /// Where the next search starts.
     int SearchRow() const { return searchRow_; }
 
+    /// Rows are numbered in 16 bits here: a search that would go on behind row 32767 is error 6. OnFromThere goes on
+    /// where that happened last, to the end of the log.
+    enum class Search { FromSearchRow, OnFromThere };
+    /// The row that a search in 16 bits did not reach; 0 where none stopped so.
+    int UnreachedRow() const { return unreachedRow_; }
+
     /// Looks for a missing value from the search row on and makes it the active cell, with up to three rows above it in
-    /// view; the search row becomes the topmost of these. False when there is none. Rows are numbered in 16 bits here:
-    /// error 6 for a search that would go on behind row 32767.
-    bool FindNextMissing();
+    /// view; the search row becomes the topmost of these. False when there is none.
+    bool FindNextMissing(Search search = Search::FromSearchRow);
     /// Fills the gap that begins in the active row, of any length, along a straight line from the value before it
     /// (0 where that is negative or missing) to the one after it (0 where there is none). Does nothing where no value
     /// is missing.
@@ -59,9 +69,16 @@ public:
     /// Finds and fills every gap of up to MaximumGap rows from the search row on, as one step to undo. `goOn` is called
     /// between the steps; it may let events run but must leave the grid alone. When it returns false the repair stops
     /// with what is filled so far, and so does this. The search row is 1 afterwards.
-    bool FindAndFixAll(const std::function<bool()>& goOn);
+    bool FindAndFixAll(const std::function<bool()>& goOn, Search search = Search::FromSearchRow);
     /// Deletes the active row; the one that takes its place is active then.
     void DeleteRow();
+
+    /// The gaps between the rows as they stand now, filled by the rule of FindGaps or as FillGapsAs said.
+    std::vector<LogGap> Gaps() const;
+    /// Fills these gaps so, those without positions not by position; one step to undo.
+    void FillGapsAs(std::span<const LogGap> gaps, GapFill fill);
+    /// The row before a gap; 0 where there is none.
+    int RowBefore(const LogGap& gap) const;
 
     bool CanUndo() const { return done_ > 0; }
     bool CanRedo() const { return done_ < steps_.size(); }
@@ -82,8 +99,16 @@ private:
         std::optional<double> Before;
         std::optional<double> After;
     };
+    /// Run number, first and last second. A gap that a deletion makes longer is another gap, filled by the rule.
+    using GapPlace = std::tuple<std::int16_t, std::int64_t, std::int64_t>;
+    struct GapChange {
+        GapPlace Gap;
+        std::optional<GapFill> Before;
+        std::optional<GapFill> After;
+    };
     struct Step {
         std::vector<CellChange> Cells;
+        std::vector<GapChange> Gaps;
         std::optional<std::pair<int, PointIndex>> Deleted;  ///< the row and what stood in it
     };
 
@@ -91,11 +116,12 @@ private:
     PointIndex PointOf(int row) const;
     const double* FilledValue(int row, int column) const;
     bool IsMissing(int row) const { return Number(row, layout_.RepairColumn) == Missing; }
-    void SearchFrom(int row);
+    void SearchFrom(int row, Search search);
     /// Fills the gap that begins in the active row unless it is longer; returns the first row behind it.
     int FillGap(int longest);
     void Fill(int row, int column, double value);
     void SetFilled(const CellChange& change, const std::optional<double>& value);
+    void SetGapFill(const GapPlace& gap, std::optional<GapFill> fill);
     void EndStep();
     int FirstRowOf(const Step& step) const;
     void ActivateRow(int row);
@@ -104,6 +130,7 @@ private:
     ReviewLayout layout_;
     std::vector<PointIndex> rows_;                      ///< points in the order of the rows; always ascending
     std::unordered_map<std::uint64_t, double> filled_;  ///< by CellKey
+    std::map<GapPlace, GapFill> gapFills_;
     std::vector<Step> steps_;
     std::size_t done_ = 0;  ///< steps that are in force
     Step underWay_;
@@ -111,6 +138,7 @@ private:
     int activeColumn_ = 1;
     int topRow_ = 1;
     std::int16_t searchRow_ = 1;
+    int unreachedRow_ = 0;
 };
 
 }  // namespace vantor

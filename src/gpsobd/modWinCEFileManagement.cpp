@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "core/Backup.h"
 #include "core/Numeric.h"
 #include "core/RunTimeError.h"
 #include "core/modMain.h"
@@ -53,7 +54,7 @@ std::optional<std::vector<std::byte>> ReadDeviceFile(RemoteApi& api, const OpenH
 
 bool WriteDesktopFile(FileSystem& files, const std::string& path, std::span<const std::byte> bytes) {
     try {
-        WriteFile(files, path, bytes);
+        WriteKeepingOld(files, path, bytes);
         return true;
     } catch (const RunTimeError&) {
         return false;

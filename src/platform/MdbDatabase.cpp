@@ -71,14 +71,17 @@ using Handle = std::unique_ptr<MdbHandle, CloseHandle>;
 using TableDefinition = std::unique_ptr<MdbTableDef, FreeTable>;
 
 [[noreturn]] void Refuse(const std::string& path, const std::string& reason) {
-    throw RunTimeError(ErrorNumber::TypeMismatch, path + "\n" + reason);
+    throw RunTimeError(ErrorNumber::TypeMismatch, reason + "\n" + path);
 }
 
 // Positions in the first page of a database, the same in both formats.
 constexpr std::string_view Signature{"\0\1\0\0Standard Jet DB\0", 20};
+constexpr std::string_view LaterSignature{"\0\1\0\0Standard ACE DB\0", 20};
 constexpr std::size_t VersionAt = 20;
 constexpr std::array<std::uint64_t, 2> PageSizes{2048, 4096};  // of Jet 3 and Jet 4, by version
 constexpr unsigned long CataloguePage = 2;
+// A sign and 16 bytes.
+constexpr std::size_t NumericSize = 17;
 // libmdb keeps a row's fields in an array of 256.
 constexpr int MostColumns = 255;
 // The kind of the map of a table's pages and its first page.
@@ -88,8 +91,15 @@ constexpr std::size_t ShortestPageMap = 5;
 void CheckContainer(const FileSystem& files, const std::string& path) {
     const std::uint64_t size = files.Open(path)->Size();
     const std::vector<std::byte> start = ReadFirstBytes(files, path, VersionAt + 1);
-    if (start.size() <= VersionAt || std::memcmp(start.data(), Signature.data(), Signature.size()) != 0)
-        Refuse(path, "The file is no database.");
+    const auto begins = [&](std::string_view signature) {
+        return start.size() > VersionAt && std::memcmp(start.data(), signature.data(), signature.size()) == 0;
+    };
+    if (begins(LaterSignature))
+        Refuse(
+            path,
+            "The file is a database of Access 2007 or later, whatever its name says. Save it in Access as a database "
+            "of Access 2002-2003.");
+    if (!begins(Signature)) Refuse(path, "The file is no database.");
     const auto version = std::to_integer<std::size_t>(start[VersionAt]);
     if (version >= PageSizes.size()) Refuse(path, "The database's format is neither Jet 3 nor Jet 4.");
     if (size % PageSizes[version] != 0 || size / PageSizes[version] <= CataloguePage)
@@ -140,6 +150,12 @@ std::optional<std::string> Formatted(std::optional<Value> value, Format format) 
     return value ? std::optional<std::string>(format(*value)) : std::nullopt;
 }
 
+/// A text of libmdb, which is freed.
+std::optional<std::string> TakenOver(char* text) {
+    const std::unique_ptr<char, decltype(&g_free)> owner(text, g_free);
+    return text == nullptr ? std::nullopt : std::optional<std::string>(text);
+}
+
 /// A value as text, whatever the language of the computer; nothing for a value that does not fit its type.
 std::optional<std::string> ValueText(MdbHandle& handle, const MdbColumn& column, std::span<const std::byte> bytes) {
     const auto whole = [](auto value) { return std::to_string(value); };
@@ -156,12 +172,12 @@ std::optional<std::string> ValueText(MdbHandle& handle, const MdbColumn& column,
             return Formatted(Stored<double, std::uint64_t>(bytes), [](double value) { return NumberText(value, 17); });
         case MDB_DATETIME:
             return Formatted(Stored<double, std::uint64_t>(bytes), [](double value) { return DateText({value}); });
-        case MDB_TEXT: {
-            const std::unique_ptr<char, decltype(&g_free)> text(
-                mdb_col_to_string(&handle, handle.pg_buf, column.cur_value_start, MDB_TEXT, column.cur_value_len),
-                g_free);
-            return text ? std::optional<std::string>(text.get()) : std::nullopt;
-        }
+        case MDB_NUMERIC:
+            if (bytes.size() < NumericSize) return std::nullopt;
+            return TakenOver(mdb_numeric_to_string(&handle, column.cur_value_start, column.col_scale, column.col_prec));
+        case MDB_TEXT:
+            return TakenOver(
+                mdb_col_to_string(&handle, handle.pg_buf, column.cur_value_start, MDB_TEXT, column.cur_value_len));
         default: return std::nullopt;
     }
 }
@@ -264,7 +280,7 @@ std::unique_ptr<RecordSet> MdbDatabase::OpenTable(const std::string& path, const
     if (!handle) Refuse(path, "The file is no database that can be read.");
     const std::uint64_t pages = file->Size / static_cast<std::uint64_t>(handle->fmt->pg_size);
     MdbCatalogEntry* entry = FindTable(*handle, table, pages, path);
-    if (entry == nullptr) Refuse(path, "The database has no table \"" + table + "\".");
+    if (entry == nullptr) throw NoSuchTable("The database has no table \"" + table + "\".\n" + path);
     TableDefinition definition = ReadDefinition(*entry, pages, path);
     if (mdb_read_columns(definition.get()) == nullptr || mdb_rewind_table(definition.get()) != 0)
         Refuse(path, "The database is damaged: the columns of \"" + table + "\" cannot be read.");

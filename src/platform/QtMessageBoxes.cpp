@@ -1,6 +1,7 @@
 #include "platform/QtMessageBoxes.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QMessageBox>
 
 #include "core/forms/Named.h"
@@ -62,7 +63,12 @@ MessageAnswer QtMessageBoxes::Ask(const Prompt& prompt) {
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(buttons.Default);
     box.setEscapeButton(buttons.Escape);
-    return AnswerOf(box.exec());
+    if (!prompt.Details.empty()) box.setDetailedText(ToQt(prompt.Details));
+    // The box owns it.
+    auto* tick = prompt.Tick.empty() ? nullptr : new QCheckBox(ToQt(prompt.Tick));
+    if (tick != nullptr) box.setCheckBox(tick);
+    const MessageAnswer answer = AnswerOf(box.exec());
+    return answer == MessageAnswer::Ok && tick != nullptr && tick->isChecked() ? MessageAnswer::OkForAll : answer;
 }
 
 }  // namespace vantor

@@ -15,6 +15,14 @@ std::vector<std::byte> BytesOfHex(const std::string& digits) {
     return bytes;
 }
 
+/// Seconds of 14 March 2008.
+std::string MomentOf(int seconds) {
+    char time[32];
+    std::snprintf(time, sizeof time, "2008-03-%02dT%02d:%02d:%02d", 14 + seconds / 86400, seconds / 3600 % 24,
+                  seconds / 60 % 60, seconds % 60);
+    return time;
+}
+
 class LogCommandsTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -59,22 +67,28 @@ TEST_F(LogCommandsTest, ShowsLogsWithTheirRowsInOrder) {
         EXPECT_EQ(log["StudyName"], "Main Street 2008");
         EXPECT_EQ(log["BaseName"], "Main/NB");
         EXPECT_EQ(log["StudyDate"], "2008-03-14");
-        EXPECT_EQ(log["StartTime"], "2008-03-14T23:58:50");
+        EXPECT_EQ(log["StartTime"], MomentOf(Figures[extension]["start"]));
         EXPECT_EQ(log["Runs"], 7);
         EXPECT_EQ(log["droppedBytes"], 0);
         const auto& times = Figures[extension]["times"];
         ASSERT_EQ(log["rows"].size(), times.size());
         EXPECT_EQ(log["rowCount"], times.size());
-        for (std::size_t i = 0; i < times.size(); ++i) {
-            char time[32];
-            const int seconds = times[i];
-            std::snprintf(time, sizeof time, "2008-03-%02dT%02d:%02d:%02d", 14 + seconds / 86400, seconds / 3600 % 24,
-                          seconds / 60 % 60, seconds % 60);
-            EXPECT_EQ(log["rows"][i]["DateTime"], time);
-        }
+        for (std::size_t i = 0; i < times.size(); ++i) EXPECT_EQ(log["rows"][i]["DateTime"], MomentOf(times[i]));
     }
     EXPECT_EQ(Runner.Run({"log", "show", "/logs/Night.gd2", "--rows"}), 0);
     EXPECT_NE(Runner.Out.find("kind: gps-laptop\n"), std::string::npos) << Runner.Out;
+}
+
+TEST_F(LogCommandsTest, TellsGapsAndFillsThemBySpeedOnDemand) {
+    const auto gap = Runner.Json({"log", "show", "/logs/Night.od2"})["gaps"][0];
+    EXPECT_EQ(gap["RunNumber"], 1);
+    EXPECT_TRUE(gap["feetByPosition"].is_null());
+    EXPECT_EQ(gap["filled"], "speed");
+    ASSERT_EQ(Runner.Run({"log", "convert", "/logs/Night.od2", "--to", "/runs"}), 0);
+    EXPECT_EQ(Runner.Err,
+              "run 1, gaps: 1 by speed 5 s, in /logs/Night.od2\nrun 7, gaps: 3 by speed 10 s, in /logs/Night.od2\n");
+    Runner.Json({"log", "convert", "/logs/Night.gd2", "--to", "/runs", "--gaps", "Speed"});
+    EXPECT_EQ(Runner.Json({"run", "show", "/runs/Main_NB-R001-1.rd2"})["Notes"], "Direction WB");
 }
 
 TEST_F(LogCommandsTest, RowsHaveTheKeysOfTheirKind) {

@@ -7,6 +7,7 @@ Each log holds points outside any run, a night drive of runs with seconds that a
 of order and without a time of day. "samples" are the bytes of a run file behind its header.
 """
 import json
+import math
 import random
 import struct
 
@@ -32,9 +33,9 @@ def drive(rng):
     start = 86400 - 70
     for run in (0, 1, 2, -3, 7):
         speed = 0.0
-        for second in range(start, start + 16):
+        for second in range(start, start + 24):
             speed = max(0.0, speed + rng.uniform(-9, 12))
-            if rng.random() < 0.15:
+            if rng.random() < 0.35:
                 continue
             for copy in range(2 if rng.random() < 0.2 else 1):
                 seconds = second + rng.choice([0, 0, 0.2, -0.3])
@@ -45,7 +46,7 @@ def drive(rng):
                     "node": rng.choice([0, 0, 0, 0, 1, 4]), "delay": rng.choice([-1, -1, 0, 3, 40, 127, 128, 300]),
                     "side": rng.choice([0, 0, 2, 3]), "fix": rng.randint(0, 2), "sats": rng.randint(3, 11),
                     "heading": single(rng.uniform(0, 360)), "hdop": single(rng.uniform(0.8, 4)),
-                    "lat": rng.uniform(42, 43), "lon": rng.uniform(-84, -83)})
+                    "lat": 42 + second / 1e6 + rng.uniform(0, 3e-4), "lon": -83 - rng.uniform(0, 3e-4)})
         start += 30
     # Neighbours change places, so that the file is out of order.
     for i in range(3, len(points), 7):
@@ -80,12 +81,14 @@ def log_bytes(kind, points):
 def reviewed(points):
     rows = [dict(p, seconds=round(p["seconds"])) for p in points if p["run"] != 0]
     rows.sort(key=lambda p: (p["seconds"], p["run"]))
-    first = next(i for i, p in enumerate(rows) if p["seconds"] % 86400 != 0)
-    for i, p in enumerate(rows):
-        if i < first:
-            p["seconds"] = rows[first]["seconds"] - (first - i)
-        elif p["seconds"] % 86400 == 0:
-            p["seconds"] = rows[i - 1]["seconds"] + 1
+    timed = [i for i, p in enumerate(rows) if p["seconds"] % 86400 != 0]
+    logged = [p["seconds"] for p in rows]
+    for i in (i for i in range(len(rows)) if i not in timed):
+        own = [k for k in timed if rows[k]["run"] == rows[i]["run"]] or timed
+        alike = [k for k in range(len(rows)) if own is timed or rows[k]["run"] == rows[i]["run"]]
+        before = [k for k in own if k < i]
+        near = before[-1] if before else own[0]
+        rows[i]["seconds"] = logged[near] + alike.index(i) - alike.index(near)
     return rows
 
 
@@ -105,10 +108,41 @@ def interpolated(known, second):
     return known[before] + (known[after] - known[before]) * (second - before) / (after - before)
 
 
+def feet_between(p, q):
+    """By vectors, unlike the haversine formula."""
+    def unit(r):
+        lat, lon = math.radians(r["lat"]), math.radians(r["lon"])
+        return math.cos(lat) * math.cos(lon), math.cos(lat) * math.sin(lon), math.sin(lat)
+    a, b = unit(p), unit(q)
+    cross = (a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0])
+    angle = math.atan2(math.hypot(*cross), sum(x * y for x, y in zip(a, b)))
+    return angle * 6371008.8 / 0.3048
+
+
+def fill_gaps(kind, by_second, known):
+    """Puts the speeds of gaps that do not go by the speeds beside them into `known`; the note on all."""
+    kinds = {"standing": [], "by position": [], "by speed": []}
+    seconds = [s for s, points in by_second.items() if points]
+    for a, b in zip(seconds, seconds[1:]):
+        if b - a < 3:
+            continue
+        filled, speed = "by speed", None
+        if kind != "od2":
+            feet = feet_between(by_second[a][-1], by_second[b][-1])
+            speeds = [speed_of(kind, by_second[s][-1]) for s in (a, b)]
+            stands = feet < 100 and any(v < 15 for v in speeds if v != NO_SPEED)
+            filled, speed = ("standing", 0) if stands else ("by position", feet / (b - a) * 3600 / 5280)
+            known.update({s: speed for s in range(a + 1, b)})
+        kinds[filled].append(b - a)
+    parts = [f"{len(each)} {name} {sum(each)} s" for name, each in kinds.items() if each]
+    return "gaps: " + ", ".join(parts) if parts else ""
+
+
 def run_of(kind, number, rows):
     start, end = min(p["seconds"] for p in rows), max(p["seconds"] for p in rows)
     by_second = {s: [p for p in rows if p["seconds"] == s] for s in range(start, end + 1)}
     known = {s: speed_of(kind, ps[-1]) for s, ps in by_second.items() if ps and speed_of(kind, ps[-1]) != NO_SPEED}
+    note = fill_gaps(kind, by_second, known)
     samples, feet, sections = b"", 0, 2
     for second, points in by_second.items():
         pulses = min(255, max(0, round(interpolated(known, second) / FACTOR)))
@@ -135,7 +169,7 @@ def run_of(kind, number, rows):
             "SampleCount": len(by_second), "RunNumber": number, "CountNumber": 0, "SiteCode": "Main Street 2008",
             "CalConstant": 1000, "HeaderWord1": -1 if sections >= 3 else 0, "Before": -1, "RunLength": feet,
             "Duration": len(by_second), "NumberOfSections": sections,
-            "Notes": "Direction " + sides[0] if sides else "", "samples": samples.hex()}
+            "Notes": "; ".join((["Direction " + sides[0]] if sides else []) + ([note] if note else [])), "samples": samples.hex()}
 
 
 def main():
@@ -145,7 +179,8 @@ def main():
         points = drive(rng)
         rows = reviewed(points)
         assert any(p["seconds"] % 86400 == 0 and p["run"] for p in points)
-        figures[kind] = {"log": log_bytes(kind, points).hex(), "times": [p["seconds"] for p in rows],
+        figures[kind] = {"log": log_bytes(kind, points).hex(), "start": round(points[0]["seconds"]),
+                         "times": [p["seconds"] for p in rows],
                          "runs": [run_of(kind, r, [p for p in rows if p["run"] == r]) for r in (1, 2, 7)]}
     print(json.dumps(figures, indent=1))
 

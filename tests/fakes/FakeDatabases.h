@@ -17,7 +17,7 @@ public:
     std::vector<std::vector<std::string>> Records;
 
     std::unique_ptr<RecordSet> OpenTable(const std::string& path, const std::string& table) const override {
-        if (path != Path || table != Table) throw RunTimeError(ErrorNumber::TypeMismatch, path);
+        if (path != Path || table != Table) throw NoSuchTable(path);
         return std::make_unique<Reader>(Records);
     }
 

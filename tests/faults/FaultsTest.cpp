@@ -225,7 +225,8 @@ FieldLog LogOfTwoRuns() {
 
 const Operation WritesLogRuns{
     "LogRunsWritten", Nothing,
-    [](FaultScene& scene) { WriteLogRuns(scene.Files, LogOfTwoRuns(), scene.Temp, scene.State.Settings); }, Nothing};
+    [](FaultScene& scene) { WriteLogRuns(scene.Files, LogOfTwoRuns(), {}, scene.Temp, scene.State.Settings); },
+    Nothing};
 
 const Operation WritesLogBack{
     "LogWrittenBack",

@@ -114,6 +114,12 @@ TEST_F(BattelleLogTest, LinesOfAnyLengthAnywhereInThePieces) {
 TEST_F(BattelleLogTest, OtherTextsAndTooManyRuns) {
     EXPECT_ERROR(TypeMismatch, Whole("Minutes of the meeting\nItem 1\n"));
     EXPECT_EQ(Summary("Minutes of the meeting\nItem 1\n").StartTime, std::nullopt);
+    EXPECT_FALSE(Summary("Minutes of the meeting").Problem.empty());
+    EXPECT_EQ(Summary("").Problem + Summary("x\n$s").Problem, "");
+    Files.PutText("/f/Loop.txt", "$s\n$G,05/14/03,12:00:00,-3352.8000,15112.0000\n");
+    const GpsPoint sydney = ReadBattelleLog(Files, "/f/Loop.txt", true).Points[0].Gps;
+    EXPECT_NEAR(sydney.Latitude, -33.88, 1e-9);
+    EXPECT_NEAR(sydney.Longitude, 151.2, 1e-9);
     EXPECT_TRUE(Whole("").Points.empty());
     EXPECT_EQ(Whole("$s\n").StudyDate, std::nullopt);
     EXPECT_ERROR(FileNotFound, ReadBattelleLog(Files, "/f/None.txt"));

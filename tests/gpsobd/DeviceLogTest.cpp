@@ -28,7 +28,7 @@ public:
     std::map<std::string, Rows> Tables;
     std::unique_ptr<RecordSet> OpenTable(const std::string&, const std::string& table) const override {
         const auto found = Tables.find(table);
-        if (found == Tables.end()) throw RunTimeError(ErrorNumber::TypeMismatch, "no table");
+        if (found == Tables.end()) throw NoSuchTable("no table");
         return std::make_unique<FakeRecords>(found->second);
     }
 };
@@ -142,8 +142,8 @@ TEST_F(DeviceLogTest, AFieldThatDoesNotConvertNamesFileAndRecord) {
                                                           {6, "32768"},
                                                           {8, "one"}}) {
         const std::string place = ErrorPlace(with(position, text));
-        EXPECT_NE(place.find("/f/GPSData.mdb\nRecord 2, field " + std::to_string(position + 1)), std::string::npos)
-            << text << " gave " << place;
+        EXPECT_EQ(place, "\"" + text + "\" cannot be converted.\n/f/GPSData.mdb, record 2, field " +
+                             std::to_string(position + 1));
     }
     EXPECT_NE(ErrorPlace({{"05/14/2003", "42.1"}}).find("only 2 fields"), std::string::npos);
 }
@@ -178,6 +178,8 @@ TEST_F(DeviceLogTest, DeviceDatabasesInTheirContainer) {
     ASSERT_EQ(log.Points.size(), 1u);
     EXPECT_EQ(log.Points[0].Gps, (GpsPoint{2, 0, 12, 90, log.Points[0].Gps.DateTime, 42.5, -83.5, 7, 1.5, 1, -1, -1}));
     EXPECT_EQ(log.Name + log.Extension, "Any.pdb");
+    Sources.HasSignedCoordinates = true;
+    EXPECT_EQ(ReadDeviceLog(Sources, LogKind::GpsHandheld, "/f/Any.PDB").Points[0].Gps.Longitude, 83.5);
 
     Files.PutText("/f/Empty.pdb", Palm("GPSData", {}));
     EXPECT_TRUE(ReadDeviceLog(Sources, LogKind::GpsHandheld, "/f/Empty.pdb").Points.empty());
@@ -194,8 +196,16 @@ TEST_F(DeviceLogTest, DamagedContainersAreRefused) {
         return ErrorOf([&] { ReadDeviceLog(Sources, LogKind::GpsHandheld, "/f/G.pdb"); });
     };
     EXPECT_FALSE(refused(whole));
-    for (std::size_t length = 0; length < whole.size(); ++length)
+    const std::size_t second = whole.size() - (Record('\0', Second).size() - 1);  // where the second record begins
+    for (std::size_t length = 0; length < second; ++length)
         EXPECT_EQ(refused(whole.substr(0, length)), ErrorNumber::TypeMismatch) << length << " bytes";
+    for (std::size_t length = second; length < whole.size(); ++length) {
+        Files.PutText("/f/G.pdb", whole.substr(0, length));
+        const auto log = ReadDeviceSummary(Sources, LogKind::GpsHandheld, "/f/G.pdb", {});
+        EXPECT_EQ(IsoDateTime(*log->EndTime), "2003-05-14T22:00:00") << length << " bytes: the first record is whole";
+        EXPECT_EQ(log->DroppedBytes, length - second);
+        EXPECT_EQ(log->MissingRecords, 1U);
+    }
     const auto with = [&](std::size_t at, const std::string& bytes) {
         return std::string(whole).replace(at, bytes.size(), bytes);
     };
@@ -213,6 +223,8 @@ TEST_F(DeviceLogTest, KindByTheTableItHas) {
     Files.PutText("/f/X.pdb", Palm("Contacts", {}));
     EXPECT_EQ(DeviceLogKind(Sources, "/f/O.pdb"), LogKind::ObdHandheld);
     EXPECT_EQ(DeviceLogKind(Sources, "/f/X.pdb"), std::nullopt);
+    Files.PutText("/f/O.pdb", Palm("OBDData", {std::string(1, '\0')}));
+    EXPECT_ERROR(TypeMismatch, DeviceLogKind(Sources, "/f/O.pdb")) << "damaged";
     EXPECT_ERROR(FileNotFound, DeviceLogKind(Sources, "/f/None.pdb"));
     EXPECT_EQ(DeviceLogKind(Sources, "/f/L.mdb"), std::nullopt);
     Database.Tables["GPSData"] = {};

@@ -28,7 +28,7 @@ TEST_F(LogReviewOutputTest, ExportsTheRowsToTheFileOfTheLogsName) {
     Program.Files.FailChangeAfter(0, ErrorNumber::DiskFull);
     Program.Messages.Expect("Problem Exporting File. Contact Technical Support.");
     Click(*Form, "btnExport2Excel");
-    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("30", "-1", "-1", "-1", "50"));
+    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("30.0", "-1", "-1", "-1", "50.0"));
 }
 
 TEST_F(LogReviewOutputTest, ExportsToAFileThatTheUserNames) {
@@ -89,7 +89,7 @@ TEST_F(LogReviewOutputTest, OkMakesTheRunsAndWritesTheLogBack) {
     EXPECT_EQ(run.Header.SampleCount, 5);
     EXPECT_EQ(run.RunSamples[2].Speed, 35);
     EXPECT_EQ(Written().Points[1].Obd.Speed, 35);
-    EXPECT_EQ(Program.Files.Bytes(Folder + "drive.bak"), Before);
+    EXPECT_EQ(Program.Files.Bytes(Folder + "drive.od2.bak"), Before);
 }
 
 TEST_F(LogReviewOutputTest, WhenTheLogCannotBeWrittenTheRunsStand) {
@@ -99,7 +99,7 @@ TEST_F(LogReviewOutputTest, WhenTheLogCannotBeWrittenTheRunsStand) {
         "), but the reviewed log could not be written back. It stands as it was before the review.\n\n"
         "Run-time error '61':\nDisk full\n\n" +
         Folder +
-        "drive.bak\n\n"
+        "drive.od2.bak\n\n"
         "Choose Retry to write the log again, or Cancel to go on with the runs alone.";
     ChooseRow(2);
     Click(*Form, "btnCalcSpeed");
@@ -112,11 +112,21 @@ TEST_F(LogReviewOutputTest, WhenTheLogCannotBeWrittenTheRunsStand) {
 
     Program.Files.Delete(Folder + "drive.od2");
     OpenObd(WithGap);
+    ChooseRow(2);
+    Click(*Form, "btnCalcSpeed");
     Program.Files.FailChangeAfter(2, ErrorNumber::DiskFull);
+    const std::string again =
+        "These runs are in Temp already: drive-R001.\n\nDo you want to replace them?\nYes keeps the old "
+        "files as .bak. No keeps both, the new ones with a number behind the name.\n\n" +
+        Temp;
+    Program.Messages.Expect(again, MessageAnswer::Cancel);
+    Click(*Form, "BtnOk");
+    EXPECT_TRUE(Form->isVisible());
+    Program.Messages.Expect(again, MessageAnswer::No);
     Program.Messages.Expect(problem, MessageAnswer::Retry);
     Click(*Form, "BtnOk");
     EXPECT_EQ(Form->result(), QDialog::Accepted);
-    EXPECT_EQ(Program.Files.Bytes(Folder + "drive.bak"), Before);
+    EXPECT_EQ(Program.Files.Bytes(Folder + "drive.od2.bak"), Before);
     EXPECT_TRUE(Program.Files.Bytes(Temp + "drive-R001-1.rd2")) << "no run is made twice by a retry";
     EXPECT_FALSE(Program.Files.Bytes(Temp + "drive-R001-2.rd2"));
 }
@@ -170,7 +180,7 @@ TEST_F(LogReviewOutputTest, CancelAsksBeforeChangesAreLostAndWritesNothing) {
     EXPECT_FALSE(Form->isVisible());
     EXPECT_FALSE(Program.State.DataFileSelected);
     EXPECT_TRUE(IsLogAsBefore());
-    EXPECT_THAT(Program.Files.AllFiles(), Not(Contains(Folder + "drive.bak")));
+    EXPECT_THAT(Program.Files.AllFiles(), Not(Contains(Folder + "drive.od2.bak")));
 
     OpenObd(WithGap);
     Click(*Form, "btnDeleteRow");
@@ -184,7 +194,7 @@ TEST_F(LogReviewOutputTest, OpensInTheOrderOfTheLogWhateverWasRemembered) {
     ClickHead(SpeedColumn);
     Form->close();
     OpenObd({3, 2, 1, 0});
-    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("3", "2", "1", "0"));
+    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("3.0", "2.0", "1.0", "0.0"));
     EXPECT_EQ(Grid().verticalHeader()->count(), 4);
     EXPECT_EQ(Grid().rowHeight(3), Grid().rowHeight(0));
 }

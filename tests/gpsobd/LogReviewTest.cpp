@@ -36,7 +36,7 @@ TEST_F(LogReviewTest, EachKindHasItsScreen) {
     Open(LogKind::GpsObd, ".ddf");
     EXPECT_EQ(Form->objectName(), "frmGPSOBDViewData");
     EXPECT_EQ(Grid().objectName(), "vaGPSOBDData");
-    EXPECT_EQ(Find<QLabel>(*Form, "lblStudyName").text(), "Elm Ave");
+    EXPECT_EQ(Find<QLabel>(*Form, "lblStudyName").text(), "  Elm Ave");
 
     OpenObd({30});
     EXPECT_EQ(Form->objectName(), "frmOBDViewData");
@@ -84,9 +84,8 @@ TEST_F(LogReviewTest, WithoutAChosenLogThereIsNothingToDo) {
 TEST_F(LogReviewTest, TellsHowManyBytesOfALogWereDropped) {
     const LogBytes cut = PrefixBytes(2).Add(GpsHeaderBytes()).Add(GpsRecord(1, LogDay + 0.5)).Raw("12345");
     Program.Files.PutText(Folder + "drive.gd2", cut.Bytes());
-    Program.Messages.Expect(Folder +
-                            "drive.gd2\nThe last record of the log is incomplete: 5 bytes at the end of the file were "
-                            "left out.");
+    Program.Messages.Expect("The last record of the log is incomplete: 5 bytes at the end of the file are left out.\n" +
+                            Folder + "drive.gd2");
     Open(LogKind::GpsLaptop, ".gd2");
     EXPECT_EQ(Grid().model()->rowCount(), 1);
 }
@@ -97,18 +96,18 @@ TEST_F(LogReviewTest, FindsAGapAndFillsIt) {
     EXPECT_EQ(Grid().currentIndex().row(), 1);
     EXPECT_EQ(Grid().currentIndex().column(), SpeedColumn - 1);
     Click(*Form, "btnCalcSpeed");
-    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("30", "35", "40", "45", "50"));
+    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("30.0", "35.0", "40.0", "45.0", "50.0"));
     const QModelIndex computed = Grid().currentIndex();
     EXPECT_EQ(computed.data(Qt::BackgroundRole).value<QColor>(), QColor(0xc0, 0xff, 0xc0));
-    EXPECT_EQ(computed.data(Qt::AccessibleTextRole), "35, computed");
+    EXPECT_EQ(computed.data(Qt::AccessibleTextRole), "35.0, computed");
     EXPECT_FALSE(computed.data(Qt::ToolTipRole).toString().isEmpty());
     EXPECT_FALSE(computed.siblingAtRow(0).data(Qt::BackgroundRole).isValid());
 
     QTest::keyClick(&Grid(), Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("30", "-1", "-1", "-1", "50"));
+    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("30.0", "-1", "-1", "-1", "50.0"));
     EXPECT_FALSE(computed.data(Qt::BackgroundRole).isValid());
     QTest::keyClick(&Grid(), Qt::Key_Y, Qt::ControlModifier);
-    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("30", "35", "40", "45", "50"));
+    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("30.0", "35.0", "40.0", "45.0", "50.0"));
     Click(*Form, "btnFindMissingData");
     EXPECT_EQ(Status(), "From row 2 on no row has -1 in column Speed (mph).");
 }
@@ -131,7 +130,7 @@ TEST_F(LogReviewTest, DeletesTheActiveRowAndPutsItBack) {
     OpenObd({10, 20, 30});
     ChooseRow(2, 3);
     QTest::keyClick(&Grid(), Qt::Key_Delete);
-    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("10", "30"));
+    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("10.0", "30.0"));
     EXPECT_EQ(Grid().currentIndex(), Grid().model()->index(1, 2));
     Click(*Form, "btnDeleteRow");
     EXPECT_EQ(Grid().currentIndex().row(), 0) << "the last row was deleted";
@@ -139,7 +138,7 @@ TEST_F(LogReviewTest, DeletesTheActiveRowAndPutsItBack) {
     EXPECT_FALSE(Find<QWidget>(*Form, "btnDeleteRow").isEnabled());
     QTest::keyClick(&Grid(), Qt::Key_Delete);
     for (int i = 0; i < 3; ++i) Click(*Form, "btnUndo");
-    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("10", "20", "30"));
+    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("10.0", "20.0", "30.0"));
     EXPECT_EQ(Grid().currentIndex().row(), 1);
 }
 
@@ -148,26 +147,26 @@ TEST_F(LogReviewTest, SortsByValueAndBackToTheOrderOfTheLog) {
     log.Points[3].Obd.RunNumber = 2;
     OpenObd(log);
     ClickHead(SpeedColumn);
-    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("9", "9", "30", "100")) << "as numbers, not as texts";
+    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("9.0", "9.0", "30.0", "100.0")) << "as numbers, not as texts";
     EXPECT_THAT(Texts(RunColumn), ElementsAre("1", "2", "1", "1"));
     ClickHead(SpeedColumn);
-    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("100", "30", "9", "9"));
+    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("100.0", "30.0", "9.0", "9.0"));
     EXPECT_THAT(Texts(RunColumn), ElementsAre("1", "1", "1", "2")) << "equal ones in the order of the log";
     ClickHead(SpeedColumn);
-    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("9", "100", "30", "9"));
+    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("9.0", "100.0", "30.0", "9.0"));
 }
 
 TEST_F(LogReviewTest, WhatIsDoneInASortedGridGoesByTheOrderOfTheLog) {
     OpenObd({50, 40, -1, 30, 20});
     ClickHead(SpeedColumn);
-    ASSERT_THAT(Texts(SpeedColumn), ElementsAre("-1", "20", "30", "40", "50"));
+    ASSERT_THAT(Texts(SpeedColumn), ElementsAre("-1", "20.0", "30.0", "40.0", "50.0"));
     ChooseRow(1);
     Click(*Form, "btnCalcSpeed");
-    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("20", "30", "35", "40", "50")) << "between 40 and 30";
+    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("20.0", "30.0", "35.0", "40.0", "50.0")) << "between 40 and 30";
     EXPECT_EQ(Grid().currentIndex().row(), 2) << "the filled row stays the active one";
     ChooseRow(1);
     Click(*Form, "btnDeleteRow");
-    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("30", "35", "40", "50"));
+    EXPECT_THAT(Texts(SpeedColumn), ElementsAre("30.0", "35.0", "40.0", "50.0"));
     Click(*Form, "BtnOk");
     std::vector<float> speeds;
     for (const LogPoint& point : Written().Points) speeds.push_back(point.Obd.Speed);
@@ -186,7 +185,7 @@ std::vector<float> ShortAndLongGap() {
 TEST_F(LogReviewTest, FixesAllShortGapsInOneStep) {
     OpenObd(ShortAndLongGap());
     Click(*Form, "btnFindAndFixAll");
-    EXPECT_EQ(Texts(SpeedColumn)[10], "10");
+    EXPECT_EQ(Texts(SpeedColumn)[10], "10.0");
     EXPECT_EQ(Texts(SpeedColumn)[12], "-1");
     EXPECT_FALSE(Find<QWidget>(*Form, "btnStop").isVisible());
     EXPECT_TRUE(Grid().hasFocus());

@@ -48,7 +48,7 @@ FieldLog LogOf(LogKind kind, const std::vector<Row>& rows) {
 class LogRunsTest : public testing::Test {
 protected:
     RunRecord Made(const FieldLog& log) {
-        return MakeRun(log, PointsOfRuns(log).begin()->second, Program.State.Settings);
+        return MakeRun(log, PointsOfRuns(log).begin()->second, {}, Program.State.Settings);
     }
     static std::vector<int> ValuesOf(const RunRecord& run) {
         std::vector<int> values;
@@ -57,7 +57,7 @@ protected:
     }
     std::vector<int> Values(const std::vector<Row>& rows) { return ValuesOf(Made(LogOf(LogKind::GpsLaptop, rows))); }
     std::vector<std::string> Written(const FieldLog& log) {
-        return WriteLogRuns(Program.Files, log, "/start/Temp", Program.State.Settings);
+        return WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings);
     }
 
     TestProgram Program;
@@ -147,6 +147,25 @@ TEST_F(LogRunsTest, WritesARunFileForEveryRunNumber) {
     EXPECT_THAT(Written(log), ElementsAre("A_B__a name that is longer than the field-R002"));
     log.Points.clear();
     EXPECT_TRUE(Written(log).empty());
+}
+
+TEST_F(LogRunsTest, ReplacesRunsMadeBeforeOnDemand) {
+    FieldLog log = LogOf(LogKind::ObdLaptop, {{0, 30, 0, -1, 0, 1}, {9, 30, 0, -1, 0, 1}, {20, 30, 0, -1, 0, 2}});
+    const auto before = [&] { return RunsMadeBefore(Program.Files, log, "/start/Temp"); };
+    EXPECT_TRUE(before().empty());
+    Written(log);
+    const auto old = Program.Files.Bytes("/start/Temp/Trip-R001.rd2");
+    log.Points.erase(log.Points.begin());
+    EXPECT_THAT(before(), ElementsAre("Trip-R001", "Trip-R002")) << "of a drive that was made shorter since";
+    EXPECT_THAT(WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings, MadeBefore::Replaced),
+                ElementsAre("Trip-R001", "Trip-R002"));
+    EXPECT_EQ(Program.Files.Bytes("/start/Temp/Trip-R001.rd2.bak"), old);
+    EXPECT_EQ(ReadRunHeader(Program.Files, "/start/Temp/", "Trip-R001")->SampleCount, 1);
+
+    for (LogPoint& point : log.Points) point.Obd.DateTime.Days += 1;
+    EXPECT_TRUE(before().empty()) << "another day's drives of the same name";
+    EXPECT_THAT(Written(log), ElementsAre("Trip-R001-1", "Trip-R002-1"));
+    EXPECT_THAT(before(), ElementsAre("Trip-R001-1", "Trip-R002-1"));
 }
 
 TEST_F(LogRunsTest, LeavesOutARunThatIsTooLong) {

@@ -94,7 +94,7 @@ protected:
     AppContext With(MessageBoxes& messages, const DatabaseEngine& databases) {
         const AppContext& all = Program.Context;
         return {all.State,  all.Files,  messages,   all.OtherScreens, all.DesktopServices, all.Time,     all.End,
-                all.Memory, all.Serial, all.Device, databases,        all.Sheets,          all.Documents};
+                all.Memory, all.Serial, all.Device, databases,        all.Sheets,          all.Documents, all.Work};
     }
 
     TestProgram Program;
@@ -106,7 +106,8 @@ TEST_F(LogSelectTest, EachKindHasItsScreen) {
         const char *Form, *Caption, *Tree, *Grid, *Extension, *Program;
         std::vector<std::string> Heads;
     };
-    const std::vector<std::string> laptop{"File Name", "Date", "Start Time", "End Time", "# Runs", "Format"};
+    const std::vector<std::string> laptop{"File Name", "Date",   "Start Time", "End Time",
+                                          "# Runs",    "Format", "Extension"};
     const std::vector<std::string> handheld{"File Name", "Start Time", "End Time", "# Runs", "Type"};
     const std::vector<Expected> screens{
         {LogKind::GpsLaptop, "frmGPSLaptopSelect", "Select GPS Data", "treGPSPath", "vaSelGPSFile", ".gd2", "", laptop},
@@ -142,8 +143,7 @@ TEST_F(LogSelectTest, EachKindHasItsScreen) {
         EXPECT_EQ(form.windowTitle(), screen.Caption);
         EXPECT_EQ(Find<FolderTree>(form, screen.Tree).SelectedFolder(), FieldData);
         EXPECT_EQ(Heads(form, screen.Grid), screen.Heads);
-        EXPECT_EQ(Find<Table>(form, screen.Grid).isColumnHidden(static_cast<int>(screen.Heads.size()) - 1),
-                  screen.Heads == laptop);
+        EXPECT_EQ(Find<Table>(form, screen.Grid).isColumnHidden(5), screen.Heads == laptop);
         EXPECT_TRUE(Program.Messages.IsDone());
         QTest::keyClick(&form, Qt::Key_F1);
         // A button that is pressed by its key stays down for a moment.
@@ -164,7 +164,11 @@ TEST_F(LogSelectTest, ListsLaptopLogs) {
                      .Add(GpsRecord(3, LogDay + 0.75))
                      .Add(GpsRecord(2, LogDay + 0.625)));
     Put("A.GDF", PrefixBytes(1, 0).Add(GpsHeaderBytes()).Add(Ver1GpsRecord(1, LogDay + 0.25, 4230, 8330)));
-    Put("c.gd2", PrefixBytes(2).Add(GpsHeaderBytes()).Add(GpsRecord(1, LogDay + 0.5)).Raw("cut off"));
+    Put("c.gd2", PrefixBytes(2)
+                     .Add(GpsHeaderBytes())
+                     .Add(GpsRecord(1, LogDay + 0.5))
+                     .Add(GpsRecord(1, LogDay + 1.25))
+                     .Raw("cut off"));
     Put("d.gd2", LogBytes().Raw("This is no log, but a letter."));
     Put("a.txt", LogBytes().Raw("$s\n"));
     LogSelect form(Program.Context, LogKind::GpsLaptop);
@@ -172,10 +176,12 @@ TEST_F(LogSelectTest, ListsLaptopLogs) {
     auto& grid = Find<Table>(form, "vaSelGPSFile");
     ASSERT_EQ(grid.rowCount(), 4);
     // The log without a date is listed under today's.
-    EXPECT_THAT(Row(form, "vaSelGPSFile", 0), ElementsAre("A", "03/14/08", "06:00:00", "06:00:00", "1", "1"));
-    EXPECT_THAT(Row(form, "vaSelGPSFile", 1), ElementsAre("b", "05/14/03", "12:00:00", "18:00:00", "3", "2"));
-    EXPECT_THAT(Row(form, "vaSelGPSFile", 2), ElementsAre("c", "05/14/03", "12:00:00", "12:00:00", "1", "2"));
-    EXPECT_THAT(Row(form, "vaSelGPSFile", 3), ElementsAre("d", "", "", "", "", "2"));
+    EXPECT_THAT(Row(form, "vaSelGPSFile", 0), ElementsAre("A", "03/14/08", "06:00:00", "06:00:00", "1", "1", ".GDF"));
+    EXPECT_THAT(Row(form, "vaSelGPSFile", 1), ElementsAre("b", "05/14/03", "12:00:00", "18:00:00", "3", "2", ".gd2"));
+    EXPECT_THAT(Row(form, "vaSelGPSFile", 2),
+                ElementsAre("c", "05/14/03", "05/14/03 12:00:00", "05/15/03 06:00:00", "1", "2", ".gd2"))
+        << "over two days";
+    EXPECT_THAT(Row(form, "vaSelGPSFile", 3), ElementsAre("d", "", "", "", "", "2", ".gd2"));
     auto& note = Find<QLabel>(form, "lblNote");
     EXPECT_TRUE(note.isHidden());
     ClickRow(form, "vaSelGPSFile", 2);
@@ -239,10 +245,12 @@ TEST_F(LogSelectTest, ListsHandheldDatabases) {
 
     Program.Databases.Table = "OBDData";
     ExpectOffer("Revpad");
-    for (const char* name : {"broken.mdb", "GPSData.pdb", "other.pdb"})
-        Program.Messages.Expect(std::string("unable to open ") + name);
+    Program.Messages.Expect("unable to open broken.mdb", MessageAnswer::OkForAll);  // and not for the other one
     LogSelect obd(Program.Context, LogKind::ObdHandheld);
     Open(obd);
+    EXPECT_EQ(Find<Table>(obd, "vaSelOBDFile").item(1, 1)->toolTip(), "05/14/03 22:00:17");
+    EXPECT_EQ(Find<Table>(obd, "vaSelOBDFile").item(2, 0)->toolTip(),
+              "This is a GPS database. Open it with File > Process Roampad Data.");
     EXPECT_THAT(Row(obd, "vaSelOBDFile", 1), ElementsAre("GPSData", "22:00:17", "00:01:02", "2", "MDB"));
 }
 
@@ -252,9 +260,13 @@ TEST_F(LogSelectTest, ListsCombinedAndBattelleLogs) {
     LogSelect combined(Program.Context, LogKind::GpsObd);
     Open(combined);
     EXPECT_THAT(Row(combined, "vaSelGPSOBDFile", 0), ElementsAre("x", "05/14/03 12:00:00", "05/14/03 12:00:00", "1"));
+    Put("z.txt", LogBytes().Raw("Minutes of the meeting"));
     LogSelect battelle(Program.Context, LogKind::Battelle);
     Open(battelle);
     EXPECT_THAT(Row(battelle, "vaBatelleGPSFile", 0), ElementsAre("y", "05/14/03", "21:07", "2"));
+    EXPECT_TRUE(Find<Table>(battelle, "vaBatelleGPSFile").item(0, 0)->icon().isNull());
+    EXPECT_THAT(Row(battelle, "vaBatelleGPSFile", 1), ElementsAre("z", "", "", "0"));
+    EXPECT_FALSE(Find<Table>(battelle, "vaBatelleGPSFile").item(1, 0)->icon().isNull());
 }
 
 TEST_F(LogSelectTest, CopiesTheDatabaseOfTheHandheldFirst) {
@@ -294,6 +306,8 @@ TEST_F(LogSelectTest, CopiesTheDatabaseOfTheHandheldFirst) {
         EXPECT_THAT(open(), ElementsAre("OBDData"));
         EXPECT_EQ(messages.Prompts.size(), 1U);
         EXPECT_FALSE(Program.State.Handheld.ConnectionOpen);
+        EXPECT_EQ(Program.Files.Bytes(FieldData + "OBDData.pdb.bak"), BytesOf("an old one"));
+        EXPECT_FALSE(Program.Files.Bytes(FieldData + "OBDData.pdb.bak2")) << "the second copy brought nothing new";
         EXPECT_GT((Program.Time.Moment.Days - begin.Days) * 86400, 1);
     }
 }

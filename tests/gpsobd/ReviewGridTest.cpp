@@ -59,11 +59,18 @@ TEST(ReviewGrid, LoadsRowsInOrderAndRepairsTheirTimes) {
     EXPECT_THAT(Texts(grid, 13), ElementsAre("6", "4", "8", "3", "7", "5", "1", "2"))
         << "by rounded time, then run number, then as in the file";
     EXPECT_THAT(Texts(grid, 5), ElementsAre("12:00:07 AM", "12:00:08 AM", "12:00:09 AM", "12:00:10 AM", "12:00:10 AM",
-                                            "12:00:10 AM", "12:00:30 AM", "12:00:31 AM"));
+                                            "12:00:10 AM", "12:00:30 AM", "12:00:11 AM"));
     EXPECT_THAT(Texts(ReviewGrid(GpsLog({Moment(43199), Moment(43200), Moment(46800)})), 5),
                 ElementsAre("11:59:59 AM", "12:00:00 PM", "1:00:00 PM"));
-    EXPECT_THAT(Texts(grid, 4), testing::Each("03/14/08")) << "the row of the next midnight goes by its neighbour";
-    EXPECT_EQ(grid.Edited().Points[7].Gps.DateTime, Moment(31));
+    EXPECT_THAT(Texts(grid, 4), testing::Each("03/14/08")) << "the row of the next midnight goes by its run";
+    EXPECT_EQ(grid.Edited().Points[7].Gps.DateTime, Moment(11));
+
+    FieldLog runs = GpsLog({Moment(75600), Moment(86400), Moment(86401), Moment(0), Moment(86400)});
+    for (const std::size_t point : {1, 2}) runs.Points[point].Gps.RunNumber = 2;
+    runs.Points[3].Gps.RunNumber = runs.Points[4].Gps.RunNumber = 3;
+    EXPECT_THAT(Texts(ReviewGrid(runs), 5),
+                ElementsAre("8:59:59 PM", "9:00:00 PM", "12:00:00 AM", "12:00:01 AM", "12:00:01 AM"))
+        << "a run that begins at midnight stays; one without any time goes by its neighbours";
 
     EXPECT_THAT(Texts(ReviewGrid(GpsLog({Day, Date{0}})), 5), ElementsAre("12:00:00 AM", "12:00:00 AM"))
         << "without any time the log stays as it is";
@@ -110,13 +117,13 @@ TEST(ReviewGrid, CalculatesTheSpeedsOfAGap) {
         std::vector<std::string> Filled;
     };
     const std::vector<Case> cases = {
-        {{30, -1, -1, -1, 50}, 2, {"30", "35", "40", "45", "50"}},
-        {{30, -1, -1, -1, 50}, 3, {"30", "-1", "16.66667", "33.33333", "50"}},
-        {{-1, -1, 30}, 1, {"10", "20", "30"}},
-        {{-2, -1, 8}, 2, {"-2", "4", "8"}},
-        {{9, -1, -1}, 2, {"9", "6", "3"}},
-        {{0, -1, -2}, 2, {"0", "-1", "-2"}},
-        {{30, 40}, 1, {"30", "40"}},
+        {{30, -1, -1, -1, 50}, 2, {"30.0", "35.0", "40.0", "45.0", "50.0"}},
+        {{30, -1, -1, -1, 50}, 3, {"30.0", "-1", "16.7", "33.3", "50.0"}},
+        {{-1, -1, 30}, 1, {"10.0", "20.0", "30.0"}},
+        {{-2, -1, 8}, 2, {"-2.0", "4.0", "8.0"}},
+        {{9, -1, -1}, 2, {"9.0", "6.0", "3.0"}},
+        {{0, -1, -2}, 2, {"0.0", "-1", "-2.0"}},
+        {{30, 40}, 1, {"30.0", "40.0"}},
         {{}, 0, {}},
     };
     for (const Case& gap : cases) {
@@ -134,7 +141,7 @@ TEST(ReviewGrid, CalculatesTheSpeedsOfAGap) {
     ReviewGrid grid(ObdLog(longGap));
     grid.SetActive(2, Speed);
     grid.CalculateSpeed();
-    EXPECT_EQ(grid.Text(12, Speed), "110") << "a gap of eleven rows, too";
+    EXPECT_EQ(grid.Text(12, Speed), "110.0") << "a gap of eleven rows, too";
     EXPECT_EQ(grid.Edited().Points[11].Obd.Speed, 110.0F);
 }
 
@@ -220,6 +227,16 @@ TEST(ReviewGrid, FindsMissingSpeedsAndScrollsToThem) {
     ReviewGrid behind(ObdLog(farAway));
     EXPECT_ERROR(Overflow, behind.FindNextMissing());
     EXPECT_EQ(behind.SearchRow(), 1);
+    EXPECT_TRUE(behind.FindNextMissing(ReviewGrid::Search::OnFromThere));
+    EXPECT_EQ(behind.ActiveRow(), 32771);
+
+    farAway.assign(80000, 5);
+    for (std::size_t i = 1; i < farAway.size(); i += 2) farAway[i] = -1;
+    ReviewGrid day(ObdLog(farAway));
+    EXPECT_ERROR(Overflow, day.FindAndFixAll(GoOn));
+    EXPECT_EQ(day.Text(32768, Speed) + day.Text(32770, Speed), "5.0-1");
+    EXPECT_TRUE(day.FindAndFixAll(GoOn, ReviewGrid::Search::OnFromThere));
+    EXPECT_EQ(day.Text(32770, Speed) + day.Text(79998, Speed), "5.05.0");
 }
 
 TEST(ReviewGrid, FixesAllGapsOfUpToTenRows) {
@@ -234,8 +251,8 @@ TEST(ReviewGrid, FixesAllGapsOfUpToTenRows) {
     int steps = 0;
     EXPECT_TRUE(grid.FindAndFixAll([&] { return ++steps > 0; }));
     EXPECT_EQ(steps, 8);
-    EXPECT_EQ(grid.Text(2, Speed), "15");
-    EXPECT_EQ(grid.Text(13, Speed), "120");
+    EXPECT_EQ(grid.Text(2, Speed), "15.0");
+    EXPECT_EQ(grid.Text(13, Speed), "120.0");
     EXPECT_EQ(grid.Text(15, Speed), "-1");
     EXPECT_EQ(grid.Text(25, Speed), "-1");
     EXPECT_EQ(grid.Text(27, Speed), "3.5");
@@ -248,14 +265,41 @@ TEST(ReviewGrid, FixesAllGapsOfUpToTenRows) {
         ReviewGrid stopped(ObdLog(speeds));
         steps = 0;
         EXPECT_FALSE(stopped.FindAndFixAll([&] { return ++steps < asked; }));
-        EXPECT_EQ(stopped.Text(2, Speed), asked == 1 ? "-1" : "15");
+        EXPECT_EQ(stopped.Text(2, Speed), asked == 1 ? "-1" : "15.0");
         EXPECT_EQ(stopped.Text(4, Speed), "-1");
         EXPECT_EQ(stopped.SearchRow(), 1);
         EXPECT_EQ(stopped.CanUndo(), asked > 1);
     }
     ReviewGrid stays(ObdLog({0, -1, -2, -1, 6}));
     EXPECT_TRUE(stays.FindAndFixAll(GoOn)) << "a computed -1 is not looked for again";
-    EXPECT_THAT(Texts(stays, Speed), ElementsAre("0", "-1", "-2", "3", "6"));
+    EXPECT_THAT(Texts(stays, Speed), ElementsAre("0.0", "-1", "-2.0", "3.0", "6.0"));
+}
+
+TEST(ReviewGrid, FillsGapsAsTheUserSays) {
+    FieldLog log = GpsLog({Moment(100), Moment(110), Moment(114)});
+    for (LogPoint& point : log.Points) point.Gps.Latitude = point.Gps.Longitude = 42;
+    ReviewGrid grid(log);
+    const auto fills = [&] {
+        std::vector<GapFill> all;
+        for (const LogGap& gap : grid.Gaps()) all.push_back(gap.Filled);
+        return all;
+    };
+    EXPECT_THAT(fills(), ElementsAre(GapFill::Standing, GapFill::Standing));
+    EXPECT_EQ(grid.RowBefore(grid.Gaps()[1]), 2);
+    grid.FillGapsAs(std::vector{grid.Gaps()[1]}, GapFill::Speed);
+    EXPECT_THAT(fills(), ElementsAre(GapFill::Standing, GapFill::Speed));
+    grid.SetActive(2, 1);
+    grid.DeleteRow();
+    EXPECT_THAT(fills(), ElementsAre(GapFill::Standing)) << "another gap";
+    grid.Undo();
+    EXPECT_THAT(fills(), ElementsAre(GapFill::Standing, GapFill::Speed));
+    grid.Undo();
+    EXPECT_THAT(fills(), ElementsAre(GapFill::Standing, GapFill::Standing));
+    grid.Redo();
+    EXPECT_THAT(fills(), ElementsAre(GapFill::Standing, GapFill::Speed));
+
+    ReviewGrid obd(ObdLog({30, 30}));
+    EXPECT_TRUE(obd.Gaps().empty());
 }
 
 TEST(ReviewGrid, TakesEveryStepBackAndDoesItAgain) {
@@ -267,7 +311,7 @@ TEST(ReviewGrid, TakesEveryStepBackAndDoesItAgain) {
     didStep();
     grid.DeleteRow();
     didStep();
-    EXPECT_THAT(states.back(), ElementsAre("10", "30", "40"));
+    EXPECT_THAT(states.back(), ElementsAre("10.0", "30.0", "40.0"));
     EXPECT_EQ(grid.ActiveRow(), 2);
     EXPECT_EQ(grid.Edited().Points.size(), 3U) << "the fill of a deleted row goes with it";
     grid.SetActive(3, Speed);
@@ -297,7 +341,7 @@ TEST(ReviewGrid, TakesEveryStepBackAndDoesItAgain) {
     grid.DeleteRow();
     EXPECT_FALSE(grid.FindNextMissing());
     grid.Undo();
-    EXPECT_THAT(Texts(grid, Speed), ElementsAre("10"));
+    EXPECT_THAT(Texts(grid, Speed), ElementsAre("10.0"));
     EXPECT_EQ(grid.ActiveRow(), 1);
 }
 

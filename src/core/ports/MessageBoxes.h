@@ -6,13 +6,16 @@ namespace vantor {
 
 enum class MessageButtons { Ok, YesNo, YesNoCancel, RetryCancel };
 enum class MessageIcon { None, Information, Question, Warning, Critical };
-enum class MessageAnswer { Ok, Yes, No, Retry, Cancel };
+/// OkForAll: Ok, and the same for the others that the tick tells of.
+enum class MessageAnswer { Ok, Yes, No, Retry, Cancel, OkForAll };
 
 struct Prompt {
     std::string Text;  ///< lines separated by "\n"
     MessageButtons Buttons = MessageButtons::Ok;
     MessageIcon Icon = MessageIcon::Information;
     std::string Title = "Vantor";
+    std::string Tick{};     ///< beside an Ok that can be OkForAll: "Not for the other 3"; empty for none
+    std::string Details{};  ///< shown on demand; empty for none
 };
 
 /// Modal message boxes. Esc answers with the harmless button: Ok, No or Cancel.

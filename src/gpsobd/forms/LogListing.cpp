@@ -14,10 +14,23 @@ namespace {
 constexpr int LongestWithoutEvents = 15;
 constexpr int Noticeable = 100;
 
-std::string NoteOn(std::uint64_t droppedBytes) {
-    if (droppedBytes == 0) return {};
-    return "The last record of the log is incomplete: " + std::to_string(droppedBytes) +
-           (droppedBytes == 1 ? " byte" : " bytes") + " at the end of the file will be left out.";
+std::string NoteOn(const LogSummary& summary) {
+    return summary.Problem.empty() ? CutText(summary.DroppedBytes, summary.MissingRecords) : summary.Problem;
+}
+
+/// The kind of a database; nothing where it has none that is known.
+std::optional<LogKind> KindOf(const LogSources& sources, const std::string& path) {
+    try {
+        return LogKindOf(sources, path);
+    } catch (const RunTimeError&) {
+        return std::nullopt;
+    }
+}
+
+/// What is to be done with a database of the handheld's other logger.
+std::string OtherKindText(LogKind kind) {
+    return kind == LogKind::GpsHandheld ? "This is a GPS database. Open it with File > Process Roampad Data."
+                                        : "This is an OBD database. Open it with File > Process Revpad Data.";
 }
 
 }  // namespace
@@ -88,7 +101,11 @@ ListedLog LogListing::Read(const std::shared_ptr<Listing>& listing, const std::s
     ListedLog log{fileName, {}, {}};
     try {
         log.Summary = ReadLogSummary(sources, kind_, listing->Folder + fileName, goOn);
-        if (log.Summary) log.Note = NoteOn(log.Summary->DroppedBytes);
+        if (log.Summary) log.Note = NoteOn(*log.Summary);
+    } catch (const NoSuchTable& error) {
+        const auto kind = KindOf(sources, listing->Folder + fileName);
+        log.IsOfOtherKind = kind.has_value();
+        log.Note = kind ? OtherKindText(*kind) : error.Message();
     } catch (const RunTimeError& error) {
         log.Note = error.Message();
     }

@@ -19,6 +19,7 @@ struct ListedLog {
     std::string FileName;
     std::optional<LogSummary> Summary;  ///< nothing where the log could not be read
     std::string Note;                   ///< why, or what was left out; otherwise empty
+    bool IsOfOtherKind = false;         ///< a sound database of the handheld's other logger
 };
 
 /// Reads the summaries of logs one after another while events run, so that a window stays alive over hundreds of logs

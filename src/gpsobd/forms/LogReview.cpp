@@ -4,6 +4,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QShortcut>
+#include <QSplitter>
 #include <QVBoxLayout>
 
 #include "core/Paths.h"
@@ -16,8 +17,8 @@
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
 #include "gpsobd/LogPoints.h"
-#include "gpsobd/LogRuns.h"
 #include "gpsobd/PalmDatabase.h"
+#include "gpsobd/forms/ReviewRuns.h"
 #include "gpsobd/forms/WaitCursor.h"
 
 namespace vantor {
@@ -66,7 +67,14 @@ LogReview::LogReview(AppContext& context, LogKind kind)
     vaData_->SetEmptyText(logPath_.empty() ? QStringLiteral("No log was chosen.")
                                            : QStringLiteral("This log has no points in a run."));
     column->addLayout(BuildHead());
-    column->addWidget(vaData_, 1);
+    auto* lists = Named<QSplitter>(this, "splGaps");
+    lists->setOrientation(Qt::Vertical);
+    gaps_ = new GapList(lists, context.Messages, LengthUnit{context.State.Settings.MetricUnits != 0});
+    for (QWidget* list : std::initializer_list<QWidget*>{vaData_, gaps_}) lists->addWidget(list);
+    lists->setStretchFactor(0, 3);
+    lists->setStretchFactor(1, 1);
+    lists->setChildrenCollapsible(false);
+    column->addWidget(lists, 1);
     column->addLayout(BuildActions());
     column->addLayout(BuildFoot());
     ConnectControls();
@@ -76,6 +84,7 @@ LogReview::LogReview(AppContext& context, LogKind kind)
     RememberLayout(*this, context.Memory);
     // A log opens in the order it is reviewed in, whatever column the one before was sorted by.
     vaData_->sortByColumn(-1, Qt::AscendingOrder);
+    gaps_->Show(model_.Grid().Gaps());
     ShowState(QStringLiteral("%1 rows.").arg(model_.rowCount()));
 }
 
@@ -86,15 +95,16 @@ FieldLog LogReview::LoadLog() {
     isLoaded_ = logPath_.empty();
     if (isLoaded_) return log;
     Guarded(context_.Messages, [&] {
-        const WaitCursor wait;
-        const PalmDatabase palm(context_.Files);
-        log = ReadFieldLog({context_.Files, context_.Databases, palm, context_.Time}, kind_, logPath_);
-        isLoaded_ = true;
+        const auto load = [&](FileSystem& files, const Progress& progress) {
+            const PalmDatabase palm(files);
+            log = ReadFieldLog({files, context_.Databases, palm, context_.Time}, kind_, logPath_, progress);
+            ArrangeForReview(log);
+        };
+        isLoaded_ = context_.Work.Run("Reading log " + LastComponent(logPath_), load);
     });
-    if (log.DroppedBytes != 0)
-        context_.Messages.Tell(logPath_ + "\nThe last record of the log is incomplete: " +
-                                   std::to_string(log.DroppedBytes) + " bytes at the end of the file were left out.",
-                               MessageIcon::Warning);
+    if (!isLoaded_) return NewFieldLog(kind_, logPath_);
+    if (const std::string cut = CutText(log.DroppedBytes, log.MissingRecords); !cut.empty())
+        context_.Messages.Tell(cut + "\n" + logPath_, MessageIcon::Warning);
     studyName_ = ToQt(StudyName(log));
     if (log.StudyDate) studyDate_ = ToQt(ShortDate(*log.StudyDate));
     return log;
@@ -181,8 +191,9 @@ QLayout* LogReview::BuildFoot() {
     prgRepair_->setTextVisible(false);
     btnStop_ = AddButton("btnStop", QStringLiteral("&Stop"), "stop",
                          QStringLiteral("Stop and leave this screen; nothing is written (Esc)"));
-    prgRepair_->hide();
-    btnStop_->hide();
+    btnGoOn_ = AddButton("btnGoOn", QStringLiteral("G&o On From There"), nullptr,
+                         QStringLiteral("Search the rows behind row 32767, too"));
+    for (QWidget* control : std::initializer_list<QWidget*>{prgRepair_, btnStop_, btnGoOn_}) control->hide();
     BtnOk_ = AddButton("BtnOk", QStringLiteral("OK"), nullptr,
                        QStringLiteral("Make runs of the rows and write the log back"));
     BtnOk_->setDefault(true);
@@ -191,7 +202,7 @@ QLayout* LogReview::BuildFoot() {
     auto* row = new QHBoxLayout;
     row->addWidget(cmdHelp_);
     row->addWidget(lblStatus_, 1);
-    for (QWidget* control : std::initializer_list<QWidget*>{prgRepair_, btnStop_, BtnOk_, BtnCancel_})
+    for (QWidget* control : std::initializer_list<QWidget*>{btnGoOn_, prgRepair_, btnStop_, BtnOk_, BtnCancel_})
         row->addWidget(control);
     return row;
 }
@@ -201,9 +212,10 @@ void LogReview::ConnectControls() {
     const auto onClick = [&](QPushButton* button, auto action) {
         Connect(button, &QPushButton::clicked, this, messages, action);
     };
-    onClick(btnFindMissingData_, [this] { FindMissing(); });
+    onClick(btnFindMissingData_, [this] { FindMissing(ReviewGrid::Search::FromSearchRow); });
     onClick(btnCalcSpeed_, [this] { CalculateSpeed(); });
-    onClick(btnFindAndFixAll_, [this] { FindAndFixAll(); });
+    onClick(btnFindAndFixAll_, [this] { FindAndFixAll(ReviewGrid::Search::FromSearchRow); });
+    onClick(btnGoOn_, [this] { GoOnFromThere(); });
     onClick(btnStop_, [this] { stopRequested_ = true; });
     onClick(btnDeleteRow_, [this] { DeleteRow(); });
     onClick(btnUndo_, [this] { Undo(); });
@@ -217,6 +229,9 @@ void LogReview::ConnectControls() {
     onClick(BtnOk_, [this] { MakeRuns(); });
     onClick(BtnCancel_, [this] { reject(); });
 
+    gaps_->OnChosen = [this](const LogGap& gap) { ShowGap(gap); };
+    gaps_->OnFill = [this](const std::vector<LogGap>& gaps, GapFill fill) { FillGaps(gaps, fill); };
+
     const auto onKeys = [&](QShortcut* keys, auto action) {
         Connect(keys, &QShortcut::activated, this, messages, action);
     };
@@ -225,9 +240,14 @@ void LogReview::ConnectControls() {
     onKeys(new QShortcut(Qt::Key_Delete, vaData_, nullptr, nullptr, Qt::WidgetShortcut), [this] { DeleteRow(); });
 }
 
-void LogReview::FindMissing() {
-    const int from = model_.Grid().SearchRow();
-    if (!model_.FindNextMissing())
+void LogReview::FindMissing(ReviewGrid::Search search) {
+    isGoingOnFixing_ = false;
+    const bool isOn = search == ReviewGrid::Search::OnFromThere;
+    const int from = isOn ? model_.Grid().UnreachedRow() : int{model_.Grid().SearchRow()};
+    std::optional<bool> isFound;
+    Guarded(context_.Messages, [&] { isFound = model_.FindNextMissing(search); });
+    if (!isFound) return OfferToGoOn();
+    if (!*isFound)
         return ShowState(QStringLiteral("From row %1 on no row has -1 in column %2.").arg(from).arg(RepairColumn()));
     vaData_->ShowFound();
     ShowState(QStringLiteral("Row %1 has -1 in column %2.").arg(model_.Grid().ActiveRow()).arg(RepairColumn()));
@@ -242,20 +262,51 @@ void LogReview::CalculateSpeed() {
            QStringLiteral("The gap that begins in row %1 is filled.").arg(row));
 }
 
-void LogReview::FindAndFixAll() {
+void LogReview::FindAndFixAll(ReviewGrid::Search search) {
+    isGoingOnFixing_ = true;
     SetRepairing(true);
     bool isDone = false;
     Guarded(context_.Messages, [&] {
-        model_.Change([&](ReviewGrid& grid) { isDone = grid.FindAndFixAll([this] { return GoesOnAfterEvents(); }); });
+        model_.Change(
+            [&](ReviewGrid& grid) { isDone = grid.FindAndFixAll([this] { return GoesOnAfterEvents(); }, search); });
     });
     SetRepairing(false);
     if (stopRequested_) return reject();
+    gaps_->Show(model_.Grid().Gaps());
     vaData_->ShowActive();
     vaData_->setFocus();
-    ShowState(isDone ? QStringLiteral("No gap of up to %1 rows is left in column %2.")
-                           .arg(ReviewGrid::MaximumGap)
-                           .arg(RepairColumn())
-                     : QStringLiteral("Not all gaps are filled."));
+    if (!isDone) return OfferToGoOn();
+    ShowState(QStringLiteral("No gap of up to %1 rows is left in column %2.")
+                  .arg(ReviewGrid::MaximumGap)
+                  .arg(RepairColumn()));
+}
+
+/// A search that went as far as 16 bits reach can be had for the rest.
+void LogReview::OfferToGoOn() {
+    const int row = model_.Grid().UnreachedRow();
+    ShowState(QStringLiteral("Searched as far as row 32767."));
+    btnGoOn_->setVisible(row != 0);
+    if (row != 0) btnGoOn_->setFocus();
+}
+
+void LogReview::GoOnFromThere() {
+    if (isGoingOnFixing_)
+        FindAndFixAll(ReviewGrid::Search::OnFromThere);
+    else
+        FindMissing(ReviewGrid::Search::OnFromThere);
+}
+
+void LogReview::ShowGap(const LogGap& gap) {
+    const int row = model_.Grid().RowBefore(gap);
+    if (row == 0) return;
+    model_.SetActiveRow(row);
+    vaData_->ShowActive();
+}
+
+void LogReview::FillGaps(const std::vector<LogGap>& gaps, GapFill fill) {
+    Change([&](ReviewGrid& grid) { grid.FillGapsAs(gaps, fill); },
+           gaps.size() == 1 ? QStringLiteral("The gap is filled otherwise.")
+                            : QStringLiteral("%1 gaps are filled otherwise.").arg(gaps.size()));
 }
 
 bool LogReview::GoesOnAfterEvents() {
@@ -291,58 +342,14 @@ void LogReview::Redo() {
 void LogReview::Change(const std::function<void(ReviewGrid&)>& change, const QString& status) {
     model_.Change(change);
     vaData_->ShowActive();
+    gaps_->Show(model_.Grid().Gaps());
     ShowState(status);
 }
 
 void LogReview::MakeRuns() {
-    const FieldLog edited = model_.Grid().Edited();
-    const std::vector<std::string> tooLong = RunsTooLong(edited);
-    const std::size_t runs = PointsOfRuns(edited).size() - tooLong.size();
-    if (!MayGoOn(tooLong, runs)) return;
-    try {
-        const WaitCursor wait;
-        WriteLogRuns(context_.Files, edited, context_.State.Paths.TempRunsPath, context_.State.Settings);
-    } catch (const RunTimeError& error) {
-        // Runs that are left out end in this error when the others are written; that was agreed to.
-        if (tooLong.empty() || error.Number() != ErrorNumber::Overflow) throw;
-    }
-    WriteLogBack(edited, runs);
+    if (!WriteReview(context_, model_.Grid().Edited(), model_.Grid().Gaps())) return;
     context_.State.DataFileSelected = true;
     accept();
-}
-
-bool LogReview::MayGoOn(const std::vector<std::string>& tooLong, std::size_t runs) {
-    std::string text;
-    for (const std::string& line : tooLong) text += line + "\n";
-    if (runs == 0) {
-        text += tooLong.empty() ? "There is no run to make: no row has a run number of 1 or more."
-                                : "Delete the rows whose times are wrong.";
-        context_.Messages.Tell(text, MessageIcon::Warning);
-        return false;
-    }
-    return tooLong.empty() ||
-           context_.Messages.Confirm(text + "Do you want to make the other runs, without what is too long?");
-}
-
-void LogReview::WriteLogBack(const FieldLog& edited, std::size_t runs) {
-    MessageAnswer answer = MessageAnswer::Retry;
-    while (answer == MessageAnswer::Retry) {
-        std::string problem;
-        try {
-            const WaitCursor wait;
-            return WriteFieldLog(context_.Files, edited);
-        } catch (const RunTimeError& error) {
-            problem = error.Message();
-        }
-        answer = context_.Messages.Ask({"The runs were made (" + std::to_string(runs) + ", in " +
-                                            AsFolder(context_.State.Paths.TempRunsPath) +
-                                            "), but the reviewed log could not be written back. It stands as it was "
-                                            "before the review.\n\n" +
-                                            problem +
-                                            "\n\nChoose Retry to write the log again, or Cancel to go on with the "
-                                            "runs alone.",
-                                        MessageButtons::RetryCancel, MessageIcon::Warning});
-    }
 }
 
 void LogReview::done(int result) {
@@ -362,6 +369,8 @@ void LogReview::done(int result) {
 
 void LogReview::ShowState(const QString& status) {
     lblStatus_->setText(status);
+    btnGoOn_->hide();
+    gaps_->setEnabled(!isRepairing_);
     const bool hasRows = model_.rowCount() > 0 && !isRepairing_;
     for (QWidget* control :
          std::initializer_list<QWidget*>{vaData_, btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_, btnDeleteRow_,

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/AppContext.h"
+#include "gpsobd/forms/GapList.h"
 #include "gpsobd/forms/ReviewExport.h"
 #include "gpsobd/forms/ReviewTable.h"
 
@@ -37,9 +38,13 @@ private:
                            const QString& toolTip = {});
     void ConnectControls();
 
-    void FindMissing();
+    void FindMissing(ReviewGrid::Search search);
     void CalculateSpeed();
-    void FindAndFixAll();
+    void FindAndFixAll(ReviewGrid::Search search);
+    void OfferToGoOn();
+    void GoOnFromThere();
+    void ShowGap(const LogGap& gap);
+    void FillGaps(const std::vector<LogGap>& gaps, GapFill fill);
     bool GoesOnAfterEvents();
     void SetRepairing(bool isRepairing);
     void DeleteRow();
@@ -48,8 +53,6 @@ private:
     void Change(const std::function<void(ReviewGrid&)>& change, const QString& status);
 
     void MakeRuns();
-    bool MayGoOn(const std::vector<std::string>& tooLong, std::size_t runs);
-    void WriteLogBack(const FieldLog& edited, std::size_t runs);
 
     void ShowState(const QString& status);
     QString RepairColumn() const;
@@ -59,6 +62,7 @@ private:
     bool isLoaded_ = false;
     bool isRepairing_ = false;
     bool stopRequested_ = false;
+    bool isGoingOnFixing_ = false;  ///< what "Go On From There" does: fix all, or find the next
     QString studyName_;
     QString studyDate_;
     std::string logPath_;  ///< empty when no log was chosen
@@ -67,7 +71,9 @@ private:
     ReviewTable* vaData_ = nullptr;
     QLabel* lblStatus_ = nullptr;
     QProgressBar* prgRepair_ = nullptr;
+    GapList* gaps_ = nullptr;
     QPushButton* btnStop_ = nullptr;
+    QPushButton* btnGoOn_ = nullptr;
     QPushButton* btnFindMissingData_ = nullptr;
     QPushButton* btnCalcSpeed_ = nullptr;
     QPushButton* btnFindAndFixAll_ = nullptr;

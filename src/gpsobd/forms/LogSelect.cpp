@@ -87,7 +87,7 @@ QWidget* LogSelect::BuildLogs() {
     for (const LogColumnHead& column : screen_.Columns) heads += QLatin1String(column.Caption);
     grid_->SetColumns(heads);
     grid_->setSelectionMode(QAbstractItemView::SingleSelection);
-    if (screen_.IsFileTypeHidden) grid_->hideColumn(grid_->columnCount() - 1);
+    if (screen_.IsFileTypeHidden) grid_->hideColumn(ColumnOf(LogColumn::FileType));
     SetColumnWidths();
     grid_->BeginFilling();
     lblNote_ = Named<QLabel>(side, "lblNote");
@@ -114,7 +114,7 @@ void LogSelect::SetColumnWidths() {
         const LogColumn shows = ColumnAt(column);
         if (shows == LogColumn::FileName) fit(column, QStringLiteral("Main Street AM 01"));
         if (shows == LogColumn::StartTime || shows == LogColumn::EndTime)
-            fit(column, ToQt(TimeText(screen_.Times, Date{})));
+            fit(column, ToQt(TimeText(screen_.Times, Date{}, false)));
     }
 }
 
@@ -144,6 +144,7 @@ void LogSelect::ConnectControls() {
         lblProgress_->clear();
         grid_->SetEmptyText(emptyText_);
         grid_->EndFilling();
+        TellUnreadable();
     };
     Connect(grid_, &Table::itemSelectionChanged, this, messages, [this] { ShowNote(); });
     Connect(grid_, &Table::itemDoubleClicked, this, messages, [this] { Select(); });
@@ -213,6 +214,7 @@ void LogSelect::ListFolder(const std::string& folder) {
     grid_->SetEmptyText({});
     grid_->BeginFilling();
     ShowNote();
+    unreadable_.clear();
     emptyText_ = tr("There are no %1 in this folder.").arg(QLatin1String(screen_.FilesListed));
     std::vector<std::string> fileNames;
     try {
@@ -232,6 +234,7 @@ void LogSelect::AddLog(const std::string& fileName) {
         std::string text;
         if (shows == LogColumn::FileName) text = BaseName(fileName);
         if (shows == LogColumn::FileType) text = FileTypeOf(screen_, fileName).Mark;
+        if (shows == LogColumn::Extension) text = fileName.substr(BaseName(fileName).size());
         grid_->SetText(row, column, ToQt(text));
     }
     if (row == 0) grid_->selectRow(row);
@@ -241,22 +244,41 @@ void LogSelect::ShowLog(const ListedLog& log) {
     const int row = grid_->rowCount() - 1;
     if (log.Summary) SetSummary(row, *log.Summary);
     if (!log.Note.empty()) SetNote(row, ToQt(log.Note));
-    if (!log.Summary && screen_.Device != nullptr)
-        context_.Messages.Tell("unable to open " + log.FileName, MessageIcon::Warning);
+    if (!log.Summary && !log.IsOfOtherKind && screen_.Device != nullptr) unreadable_.push_back(log.FileName);
+}
+
+/// One message a database until the user has enough of them.
+void LogSelect::TellUnreadable() {
+    const QPointer<LogSelect> self(this);
+    AppContext& context = context_;
+    const std::vector<std::string> all = std::exchange(unreadable_, {});
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        Prompt prompt{"unable to open " + all[i], MessageButtons::Ok, MessageIcon::Warning};
+        const std::size_t others = all.size() - i - 1;
+        if (others > 0) prompt.Tick = "Not for the other " + std::to_string(others);
+        for (std::size_t other = i + 1; other < all.size(); ++other) prompt.Details += all[other] + "\n";
+        if (context.Messages.Ask(prompt) == MessageAnswer::OkForAll || !self) return;
+    }
 }
 
 void LogSelect::SetSummary(int row, const LogSummary& summary) {
     const auto set = [&](int column, const std::optional<Date>& moment, const auto& textOf) {
         if (moment) grid_->SetSorted(row, column, ToQt(textOf(*moment)), moment->Days);
     };
-    const auto timeText = [this](Date time) { return TimeText(screen_.Times, time); };
+    const bool isOverDays = summary.StartTime && summary.EndTime &&
+                            std::floor(summary.StartTime->Days) != std::floor(summary.EndTime->Days);
+    const auto setTime = [&](int column, const std::optional<Date>& moment) {
+        set(column, moment, [&](Date time) { return TimeText(screen_.Times, time, isOverDays); });
+        if (moment) grid_->item(row, column)->setToolTip(ToQt(TimeText(LogTimeLook::DateAndSeconds, *moment, true)));
+    };
     for (int column = 0; column < grid_->columnCount(); ++column) switch (ColumnAt(column)) {
             case LogColumn::StudyDate: set(column, summary.StudyDate, ShortDate); break;
-            case LogColumn::StartTime: set(column, summary.StartTime, timeText); break;
-            case LogColumn::EndTime: set(column, summary.EndTime, timeText); break;
+            case LogColumn::StartTime: setTime(column, summary.StartTime); break;
+            case LogColumn::EndTime: setTime(column, summary.EndTime); break;
             case LogColumn::Runs: grid_->SetNumber(row, column, summary.Runs, QString::number(summary.Runs)); break;
             case LogColumn::FileName:
-            case LogColumn::FileType: break;
+            case LogColumn::FileType:
+            case LogColumn::Extension: break;
         }
 }
 
@@ -275,13 +297,20 @@ void LogSelect::ShowNote() {
 
 LogColumn LogSelect::ColumnAt(int column) const { return screen_.Columns[static_cast<std::size_t>(column)].Shows; }
 
+/// -1 for one that the screen does not have.
+int LogSelect::ColumnOf(LogColumn shows) const {
+    const auto head = std::ranges::find(screen_.Columns, shows, &LogColumnHead::Shows);
+    return head == screen_.Columns.end() ? -1 : static_cast<int>(head - screen_.Columns.begin());
+}
+
 int LogSelect::SelectedRow() const {
     const auto rows = grid_->SelectedRows();
     return rows.empty() ? -1 : rows.front();
 }
 
 const LogFileType& LogSelect::FileTypeAt(int row) const {
-    const std::string mark = FromQt(grid_->Text(row, grid_->columnCount() - 1));
+    const int column = ColumnOf(LogColumn::FileType);
+    const std::string mark = column < 0 ? std::string() : FromQt(grid_->Text(row, column));
     for (const LogFileType& type : screen_.FileTypes)
         if (mark == type.Mark) return type;
     return screen_.FileTypes.front();

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <string>
+#include <vector>
 
 #include "core/AppContext.h"
 #include "core/forms/FolderTree.h"
@@ -42,8 +43,10 @@ private:
     void ShowLog(const ListedLog& log);
     void SetSummary(int row, const LogSummary& summary);
     void SetNote(int row, const QString& note);
+    void TellUnreadable();
     void ShowNote();
     LogColumn ColumnAt(int column) const;
+    int ColumnOf(LogColumn shows) const;
     int SelectedRow() const;
     const LogFileType& FileTypeAt(int row) const;
     void Select();
@@ -58,6 +61,7 @@ private:
     QPushButton* BtnSelect_ = nullptr;
     QPushButton* BtnCancel_ = nullptr;
     QString emptyText_;
+    std::vector<std::string> unreadable_;  ///< databases of the folder, in the order they were read
     bool isLoaded_ = false;
 };
 

@@ -17,7 +17,7 @@ std::vector<SheetRow> CsvRows(const ReviewGrid& grid) {
     for (int row = 1; row <= grid.RowCount(); ++row) {
         SheetRow& fields = rows.emplace_back();
         for (int column = 1; column <= grid.ColumnCount(); ++column)
-            fields.push_back({grid.Text(row, column), std::holds_alternative<double>(grid.Value(row, column))});
+            fields.push_back({grid.FullText(row, column), std::holds_alternative<double>(grid.Value(row, column))});
     }
     return rows;
 }

@@ -18,7 +18,8 @@ public:
     const ReviewGrid& Grid() const { return grid_; }
     /// Changes the grid, then shows it as it stands, sorted anew, even where the change ended with an error.
     void Change(const std::function<void(ReviewGrid&)>& change);
-    bool FindNextMissing() { return grid_.FindNextMissing(); }
+    bool FindNextMissing(ReviewGrid::Search search) { return grid_.FindNextMissing(search); }
+    void SetActiveRow(int row) { grid_.SetActive(row, grid_.ActiveColumn()); }
 
     /// Where the active cell of the grid is shown; invalid when there is no row.
     QModelIndex ActiveIndex() const;
