@@ -160,10 +160,11 @@ std::string MadeBeforeAs(const FileSystem& files, const std::string& folder, con
     const std::int64_t last = secondOf(*std::ranges::max_element(points, {}, secondOf));
     bool isFound = false;
     std::string name = RunFileName(files, folder, log, number, [&](const std::string& there) {
-        const auto header = ReadRunHeader(files, folder, there);
-        if (!header) return false;
-        const std::int64_t start = WholeSecondsOf({header->RunDate.Days + header->RunTime.Days});
-        isFound = start <= last && start + header->SampleCount > first;
+        const RunReading reading = ReadRun(files, folder, there, RunPart::Header);
+        if (!reading) return false;
+        const RunHeader& header = reading.Run.Header;
+        const std::int64_t start = WholeSecondsOf({header.RunDate.Days + header.RunTime.Days});
+        isFound = start <= last && start + header.SampleCount > first;
         return isFound;
     });
     return isFound ? name : std::string();

@@ -27,11 +27,11 @@ bool IsSamePlace(const LogGap& left, const LogGap& right) {
 
 }  // namespace
 
-GapList::GapList(QWidget* parent, MessageBoxes& messages, LengthUnit unit) : QWidget(parent), unit_(unit) {
+GapList::GapList(QWidget* parent, MessageBoxes& messages, const Units& units) : QWidget(parent), units_(units) {
     setObjectName(QStringLiteral("fraGaps"));
     vaGaps_ = Named<Table>(this, "vaGaps");
     vaGaps_->setAccessibleName(QStringLiteral("Gaps"));
-    const QString length = unit_.Label();
+    const QLatin1String length(units_.LengthLabel());
     vaGaps_->SetColumns({QStringLiteral("Run #"), QStringLiteral("From"), QStringLiteral("To"),
                          QStringLiteral("Seconds"), QStringLiteral("By position (%1)").arg(length),
                          QStringLiteral("By speeds (%1)").arg(length), QStringLiteral("Filled")});
@@ -98,8 +98,8 @@ void GapList::Fill() {
         setTime(2, gap.To);
         setNumber(3, static_cast<double>(gap.Seconds()));
         vaGaps_->SetText(row, 4, {});
-        if (gap.FeetByPosition) setNumber(4, unit_.FromFeet(*gap.FeetByPosition));
-        setNumber(5, unit_.FromFeet(gap.FeetBySpeed));
+        if (gap.FeetByPosition) setNumber(4, units_.LengthOfFeet(*gap.FeetByPosition));
+        setNumber(5, units_.LengthOfFeet(gap.FeetBySpeed));
         vaGaps_->SetText(row, 6, QLatin1String(Fills.at(static_cast<std::size_t>(IndexOf(gap.Filled))).Name));
     }
     vaGaps_->EndFilling();

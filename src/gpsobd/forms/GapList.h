@@ -6,6 +6,7 @@
 #include <functional>
 #include <vector>
 
+#include "core/Units.h"
 #include "core/forms/Table.h"
 #include "core/ports/MessageBoxes.h"
 #include "gpsobd/LogGaps.h"
@@ -15,7 +16,7 @@ namespace vantor {
 /// The gaps of a log under its review, with what they are filled as. Hidden while there are none.
 class GapList : public QWidget {
 public:
-    GapList(QWidget* parent, MessageBoxes& messages, LengthUnit unit);
+    GapList(QWidget* parent, MessageBoxes& messages, const Units& units);
 
     /// Shows these; those that were selected stay selected as far as they are still there.
     void Show(const std::vector<LogGap>& gaps);
@@ -30,7 +31,7 @@ private:
     void ShowChoice();
     std::vector<LogGap> Selected() const;
 
-    LengthUnit unit_;
+    Units units_;
     std::vector<LogGap> gaps_;
     QLabel* lblGaps_ = nullptr;
     Table* vaGaps_ = nullptr;
