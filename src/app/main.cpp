@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QTimer>
 #include <cstdlib>
+#include <functional>
 #include <iostream>
 #include <optional>
 
@@ -59,10 +60,15 @@ bool HasDisplay() {
 #endif
 }
 
-/// Lost data and files that cannot be counter files end the window at once, without a message.
+/// Lost data and files that cannot be counter files end the window at once, without a message; what the next start
+/// needs is kept.
 class WindowEnd : public ApplicationEnd {
 public:
-    [[noreturn]] void EndAtOnce(const FatalFormatFault&) override { std::_Exit(3); }
+    std::function<void(const FatalFormatFault&)> BeforeEnd;
+    [[noreturn]] void EndAtOnce(const FatalFormatFault& fault) override {
+        if (BeforeEnd) BeforeEnd(fault);
+        std::_Exit(3);
+    }
 };
 
 /// What the program is started with again: the same arguments, with the study that is open in place of the first one.
@@ -90,6 +96,7 @@ int RunWindow(QApplication& application, const WindowArguments& arguments, Appli
     screens.Use(context);
 
     frmMain window(context);
+    end.BeforeEnd = [&window](const FatalFormatFault& fault) { window.KeepBeforeEnd(fault); };
     window.show();
     QTimer::singleShot(0, &window, [&] { window.Start(arguments.StudyPath); });
     return QApplication::exec();

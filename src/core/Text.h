@@ -20,6 +20,9 @@ bool EqualIgnoringCase(std::string_view left, std::string_view right);
 /// The first `count` characters of a text.
 std::string_view FirstCharacters(std::string_view text, std::size_t count);
 
+/// The text with control characters as "\x1b", those of line feeds aside: what a file holds must not steer a terminal.
+std::string Printable(std::string_view text);
+
 /// Line breaks as one line feed, the way message boxes and files show them.
 inline constexpr std::string_view LineBreak = "\n";
 

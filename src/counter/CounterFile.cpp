@@ -14,7 +14,6 @@
 namespace vantor {
 namespace {
 
-constexpr std::string_view EndMark = "::::::::::::::::::::";
 constexpr std::size_t WordLength = 7;
 constexpr std::size_t MostWords = std::numeric_limits<std::int16_t>::max();
 /// The high part of a data word that flags a node; larger ones count as it.
@@ -40,7 +39,11 @@ std::string FixedWidth(const DelimitedField& field, std::size_t width) {
 
 std::string Utf8Of(std::string_view stored) { return Utf8FromWindows1252(std::as_bytes(std::span(stored))); }
 
-bool IsEndMark(const DelimitedField& field) { return field.Length == EndMark.size() && field.Text == EndMark; }
+bool IsEndMark(const DelimitedField& field) {
+    return field.Length == CounterEndMark.size() && field.Text == CounterEndMark;
+}
+
+bool MayBegin(const DelimitedField& start) { return start.Text.starts_with('T') || start.Text.starts_with(':'); }
 
 RecordHeader ReadHeader(DelimitedReader& fields, const DelimitedField& start) {
     RecordHeader header;
@@ -264,8 +267,7 @@ std::vector<CounterStudy> CounterStudies(const FileSystem& files, const std::str
         try {
             const DelimitedField start = fields.Next();
             if (IsEndMark(start)) return studies;
-            if (!start.Text.starts_with('T') && !start.Text.starts_with(':'))
-                end.EndAtOnce({path, record, "a record that begins with \"T\" or \":\""});
+            if (!MayBegin(start)) end.EndAtOnce({path, record, "a record that begins with \"T\" or \":\""});
             const RecordHeader header = ReadHeader(fields, start);
             const std::int16_t number = Round16(Val(header.Study));
             if (header.BeginsStudy && number != previousNumber) studies.push_back(StudyOf(header));
@@ -276,6 +278,19 @@ std::vector<CounterStudy> CounterStudies(const FileSystem& files, const std::str
             throw FaultIn(path, record, fault, "");
         }
     }
+}
+
+bool PassCounterRecord(DelimitedReader& fields, RunRecord& scratch) {
+    const DelimitedField start = fields.Next();
+    if (IsEndMark(start)) return false;
+    if (!MayBegin(start))
+        throw RunTimeError(ErrorNumber::TypeMismatch,
+                           "It begins with \"" + Utf8Of(start.Text) + "\" and not with \"T\" or \":\".");
+    const RecordHeader header = ReadHeader(fields, start);
+    std::vector<std::int16_t> words;
+    const std::int32_t trailer = ReadWords(fields, words);
+    BuildRun(scratch, header, words, trailer);
+    return true;
 }
 
 std::vector<std::string> ConvertCounterFile(FileSystem& files, const std::string& path, const std::string& toFolder,

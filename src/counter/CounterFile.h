@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/RunRecords.h"
@@ -11,6 +12,8 @@
 namespace vantor {
 
 inline constexpr const char* CounterFileExtension = ".tdc";
+/// The record start that ends a counter file.
+inline constexpr std::string_view CounterEndMark = "::::::::::::::::::::";
 
 /// One study of a counter file: what its first record tells, and the number of its runs.
 struct CounterStudy {
@@ -27,6 +30,11 @@ struct CounterStudy {
 /// before it begins a study. A record that begins with neither "T" nor ":" ends the application. A file without its end
 /// mark is error 62; errors name the file and the record.
 std::vector<CounterStudy> CounterStudies(const FileSystem& files, const std::string& path, ApplicationEnd& end);
+
+class DelimitedReader;
+/// Passes over one record of a counter file, which is made into `scratch` as a run; false at the end mark. Error 13 for
+/// a record that begins with neither "T" nor ":", and the errors of ConvertCounterFile.
+bool PassCounterRecord(DelimitedReader& fields, RunRecord& scratch);
 
 /// Told after each record which part of the file (0 to 1) is done; false stops the conversion.
 using ConversionProgress = std::function<bool(double done)>;

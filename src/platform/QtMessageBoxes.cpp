@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
@@ -60,6 +61,12 @@ MessageAnswer QtMessageBoxes::Ask(const Prompt& prompt) {
     if (const QString icon = IconNameOf(prompt.Icon); !icon.isEmpty())
         box.setIconPixmap(LineIcon(icon).pixmap(QSize(IconSize, IconSize), box.devicePixelRatio()));
     box.setTextFormat(Qt::PlainText);
+    const QMessageBox::StandardButton order[] = {QMessageBox::Ok, QMessageBox::Yes, QMessageBox::Retry, QMessageBox::No,
+                                                 QMessageBox::Cancel};
+    auto caption = prompt.Captions.begin();
+    for (const auto button : order)
+        if (buttons.All.testFlag(button) && caption != prompt.Captions.end())
+            box.button(button)->setText(ToQt(*caption++));
     box.setDefaultButton(buttons.Default);
     box.setEscapeButton(buttons.Escape);
     return AnswerOf(box.exec());

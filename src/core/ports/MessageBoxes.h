@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace vantor {
 
@@ -13,6 +14,8 @@ struct Prompt {
     MessageButtons Buttons = MessageButtons::Ok;
     MessageIcon Icon = MessageIcon::Information;
     std::string Title = "Vantor";
+    /// What the buttons say in place of their usual words, in the order of their names: Yes, No, Cancel. None: those.
+    std::vector<std::string> Captions = {};
 };
 
 /// Modal message boxes. Esc answers with the harmless button: Ok, No or Cancel.

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "core/DamagedFile.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/Settings.h"
@@ -145,7 +146,18 @@ void frmMain::Start(const std::string& studyPath) {
     if (Restarts()) return;
     details_->FillLists();
     ShowStudyAfter([&] { NewStudy(state, context_.Time); });
+    if (NotedDamagedFile(state.Choices))
+        Guarded(context_.Messages, [&] { context_.OtherScreens.ShowDamagedCounterFile(); });
     Guarded(context_.Messages, [&] { OpenFirstStudy(studyPath); });
+}
+
+void frmMain::KeepBeforeEnd(const FatalFormatFault& fault) {
+    recovery_.Keep();
+    try {
+        NoteDamagedFile(context_.Files, fault);
+    } catch (const RunTimeError&) {
+        // The program ends anyway.
+    }
 }
 
 void frmMain::ShowFirstRun() {

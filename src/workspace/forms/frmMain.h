@@ -32,6 +32,9 @@ public:
     /// study, as the settings say. A second call does nothing.
     void Start(const std::string& studyPath = {});
 
+    /// To be called before the program ends at once: keeps the unsaved changes and names the file for the next start.
+    void KeepBeforeEnd(const FatalFormatFault& fault);
+
     /// A click on button `index` of the toolbar, from 1, separators counted.
     void ToolbarButtonClick(int index);
 

@@ -54,7 +54,7 @@ frmPrefs::frmPrefs(AppContext& context, std::function<bool(int port)> portAvaila
     ShowNextStart();
     // No folder box is being edited at first.
     tabPrefs_->tabBar()->setFocus();
-    resize(QSize(780, 540).boundedTo(screen()->availableSize()));
+    resize(QSize(780, 600).boundedTo(screen()->availableSize()));
     RememberLayout(*this, context.Memory);
 }
 
