@@ -1,9 +1,11 @@
 #include "counter/CounterCheck.h"
 
 #include <span>
+#include <utility>
 
 #include "core/Backup.h"
 #include "core/RunTimeError.h"
+#include "core/Text.h"
 #include "counter/CounterFile.h"
 #include "counter/DelimitedReader.h"
 
@@ -26,16 +28,29 @@ std::string ReasonOf(const RunTimeError& fault) {
 CounterCheck CheckCounterFile(const FileSystem& files, const std::string& path) {
     DelimitedReader fields(files.Open(path));
     RunRecord scratch;
+    std::string start;
     CounterCheck check;
+    std::uint64_t lastBegin = 0;
     try {
-        while (PassCounterRecord(fields, scratch)) {
+        CounterRecord read = CounterRecord::Whole;
+        while ((read = ReadCounterRecord(fields, scratch, start)) == CounterRecord::Whole) {
             ++check.Runs;
-            check.WholeBytes = fields.Position();
+            lastBegin = std::exchange(check.WholeBytes, fields.Position());
         }
+        if (read == CounterRecord::EndMark) return check;
     } catch (const RunTimeError& fault) {
         if (!IsOfContents(fault.Number())) throw;
         check.Fault = {check.Runs + 1, ReasonOf(fault)};
+        return check;
     }
+    if (check.Runs == 0 || !IsDigit(start.empty() ? ' ' : start.front())) {
+        check.Fault = {check.Runs + 1, "It begins with \"" + start + "\" and not with \"T\" or \":\"."};
+        return check;
+    }
+    // A short field among the data words was taken for the trailer: what follows belongs to the same record.
+    check.Fault = {check.Runs, "Its data words break off before \"" + start + "\"."};
+    --check.Runs;
+    check.WholeBytes = lastBegin;
     return check;
 }
 

@@ -23,7 +23,8 @@ struct CounterCheck {
 
 /// Reads a counter file as listing and conversion do, and reports what would end the one or the other: a record that
 /// begins with neither "T" nor ":", an impossible date or time, a number too large, too many data words, a missing end
-/// mark. Errors are those of the file system alone.
+/// mark. The fault is in the record that is hurt: one whose data words break off would otherwise pass as a shorter run.
+/// Errors are those of the file system alone.
 CounterCheck CheckCounterFile(const FileSystem& files, const std::string& path);
 
 /// Gives a counter file the name of a backup, where no list finds it, and returns that path.

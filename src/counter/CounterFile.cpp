@@ -280,17 +280,18 @@ std::vector<CounterStudy> CounterStudies(const FileSystem& files, const std::str
     }
 }
 
-bool PassCounterRecord(DelimitedReader& fields, RunRecord& scratch) {
-    const DelimitedField start = fields.Next();
-    if (IsEndMark(start)) return false;
-    if (!MayBegin(start))
-        throw RunTimeError(ErrorNumber::TypeMismatch,
-                           "It begins with \"" + Utf8Of(start.Text) + "\" and not with \"T\" or \":\".");
-    const RecordHeader header = ReadHeader(fields, start);
+CounterRecord ReadCounterRecord(DelimitedReader& fields, RunRecord& scratch, std::string& start) {
+    const DelimitedField first = fields.Next();
+    if (IsEndMark(first)) return CounterRecord::EndMark;
+    if (!MayBegin(first)) {
+        start = Utf8Of(first.Text);
+        return CounterRecord::NoRecord;
+    }
+    const RecordHeader header = ReadHeader(fields, first);
     std::vector<std::int16_t> words;
     const std::int32_t trailer = ReadWords(fields, words);
     BuildRun(scratch, header, words, trailer);
-    return true;
+    return CounterRecord::Whole;
 }
 
 std::vector<std::string> ConvertCounterFile(FileSystem& files, const std::string& path, const std::string& toFolder,

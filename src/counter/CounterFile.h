@@ -32,9 +32,11 @@ struct CounterStudy {
 std::vector<CounterStudy> CounterStudies(const FileSystem& files, const std::string& path, ApplicationEnd& end);
 
 class DelimitedReader;
-/// Passes over one record of a counter file, which is made into `scratch` as a run; false at the end mark. Error 13 for
-/// a record that begins with neither "T" nor ":", and the errors of ConvertCounterFile.
-bool PassCounterRecord(DelimitedReader& fields, RunRecord& scratch);
+/// How the reading of one record ended.
+enum class CounterRecord { Whole, EndMark, NoRecord };
+/// Reads one record of a counter file into `scratch`, as a run. A record that begins with neither "T" nor ":" is none,
+/// and its first field goes into `start`. The errors are those of ConvertCounterFile.
+CounterRecord ReadCounterRecord(DelimitedReader& fields, RunRecord& scratch, std::string& start);
 
 /// Told after each record which part of the file (0 to 1) is done; false stops the conversion.
 using ConversionProgress = std::function<bool(double done)>;

@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Writes counter_faults.json: a small counter dump, and for each of its bytes how many whole runs stand before the
-fault, and in which record it is, when that byte is lost. Shares no code with the program.
+one that the byte is lost from, and which that is, where the loss can be seen. Shares no code with the program.
 
     python3 tests/data/make_counter_faults.py > tests/data/counter_faults.json
 """
 
 import datetime
 import json
+import re
 
 END = ":" * 20
 DUMP = (
@@ -38,26 +39,31 @@ def is_real(date, time):
         return False
 
 
-def check(text):
-    """Whole runs, and the record of the fault or None."""
+def is_readable(text):
+    """True when every record reads as one up to the end mark, though a figure in it may be another."""
     rest = fields_of(text)
-    runs = 0
-    while True:
-        if not rest:
-            return runs, runs + 1
-        if rest[0] == END:
-            return runs, None
-        if rest[0][:1] not in ("T", ":") or len(rest) < 8:
-            return runs, runs + 1
-        time, date = rest[4], rest[5]
+    while rest and rest[0] != END:
+        if rest[0][:1] not in ("T", ":") or len(rest) < 8 or not is_real(rest[5][:6], rest[4][:4]):
+            return False
         rest = rest[7:]
         while rest and len(rest[0]) >= 7:
             rest.pop(0)
-        if not rest or not is_real(date[:6], time[:4]):
-            return runs, runs + 1
+        if not rest:
+            return False
         rest.pop(0)
-        runs += 1
+    return bool(rest)
 
 
-cases = [check(DUMP[:i] + DUMP[i + 1 :]) for i in range(len(DUMP))]
-print(json.dumps({"dump": DUMP, "whole": check(DUMP), "lost": cases}).replace(', "lost"', ',\n "lost"'))
+starts = [match.start() for match in re.finditer("(?m)^[T:],", DUMP)] + [DUMP.index(END)]
+
+
+def without(lost):
+    """The whole runs and the record that is hurt: the one that the byte was lost from."""
+    record = sum(start <= lost for start in starts)
+    if is_readable(DUMP[:lost] + DUMP[lost + 1 :]):
+        return len(starts) - 1, None
+    return record - 1, record
+
+
+cases = [without(lost) for lost in range(len(DUMP))]
+print(json.dumps({"dump": DUMP, "lost": cases}).replace(', "lost"', ',\n "lost"'))
