@@ -1,10 +1,12 @@
 #include "FuzzInput.h"
+#include "counter/CounterCheck.h"
 #include "counter/CounterFile.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace vantor;
     FuzzFile(data, size, "/g/C.tdc", [](MemoryFileSystem& files) {
         ThrowingEnd end;
+        CheckCounterFile(files, "/g/C.tdc");
         try {
             CounterStudies(files, "/g/C.tdc", end);
         } catch (const RunTimeError&) {

@@ -5,6 +5,7 @@
 #include "analysis/forms/frmContDelayVsAvg.h"
 #include "analysis/forms/frmReportPreview.h"
 #include "analysis/forms/frmRunStatistics.h"
+#include "counter/DamagedCounterFile.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
 #include "counter/forms/frmDeleteTempRuns.h"
 #include "counter/forms/frmReadTDC.h"
@@ -74,6 +75,7 @@ bool AppScreens::ShowUploadSelect() {
 bool AppScreens::ShowLogSelect(LogKind kind) { return ShowModal<LogSelect>(*context_, kind); }
 bool AppScreens::ShowLogReview(LogKind kind) { return ShowModal<LogReview>(*context_, kind); }
 
+void AppScreens::ShowDamagedCounterFile() { OfferDamagedCounterFile(*context_); }
 void AppScreens::ShowUploadData() { ShowModal<frmUploadData>(*context_); }
 void AppScreens::ShowDeleteTempRuns() { ShowModal<frmDeleteTempRuns>(*context_); }
 void AppScreens::ShowDeleteTDCFiles() { ShowModal<frmDeleteTDCFiles>(*context_); }

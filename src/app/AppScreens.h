@@ -27,6 +27,7 @@ public:
     bool ShowLogSelect(LogKind kind) override;
     bool ShowLogReview(LogKind kind) override;
     void ShowUploadData() override;
+    void ShowDamagedCounterFile() override;
     void ShowUploadRunList(const std::string& studyGroup) override;
     void ShowDeleteTempRuns() override;
     void ShowDeleteTDCFiles() override;

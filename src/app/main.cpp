@@ -67,13 +67,13 @@ bool HasDisplay() {
 #endif
 }
 
-/// Lost data and files that cannot be counter files end the window at once, without a message; unsaved changes are
-/// kept.
+/// Lost data and files that cannot be counter files end the window at once, without a message; unsaved changes and what
+/// the next start needs are kept.
 class WindowEnd : public ApplicationEnd {
 public:
-    std::function<void()> BeforeEnd;
-    [[noreturn]] void EndAtOnce(const FatalFormatFault&) override {
-        if (BeforeEnd) BeforeEnd();
+    std::function<void(const FatalFormatFault&)> BeforeEnd;
+    [[noreturn]] void EndAtOnce(const FatalFormatFault& fault) override {
+        if (BeforeEnd) BeforeEnd(fault);
         std::_Exit(3);
     }
 };
@@ -117,8 +117,8 @@ int RunWindow(QApplication& application, const WindowArguments& arguments, Appli
     screens.Use(context);
 
     frmMain window(context);
+    end.BeforeEnd = [&window](const FatalFormatFault& fault) { window.KeepBeforeEnd(fault); };
     const auto keepChanges = [&window] { window.KeepChanges(); };
-    end.BeforeEnd = keepChanges;
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, keepChanges, Qt::DirectConnection);
     const EndSignals endSignals([&](int number) {
         keepChanges();

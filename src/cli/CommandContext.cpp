@@ -11,7 +11,7 @@ namespace vantor {
 namespace {
 
 std::string Shown(const Json& value) {
-    if (value.is_string()) return value.get<std::string>();
+    if (value.is_string()) return Printable(value.get<std::string>());
     return value.is_null() ? "" : value.dump();
 }
 
@@ -62,6 +62,8 @@ void WriteReadable(std::ostream& out, const Json& result) {
             WriteTable(out, value);
         } else if (value.is_array()) {
             WriteList(out, key, value);
+        } else if (value.is_object()) {
+            for (const auto& [part, text] : value.items()) out << key << '.' << part << ": " << Shown(text) << '\n';
         } else if (!Shown(value).empty()) {
             out << key << ": " << TrimLeft(Shown(value)) << '\n';
         }

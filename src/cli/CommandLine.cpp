@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "cli/Commands.h"
+#include "cli/PrintableStream.h"
 #include "core/RunTimeError.h"
 #include "core/Settings.h"
 
@@ -70,7 +71,9 @@ CLI::App& AddCommand(CLI::App& parent, CommandAction& chosen, const std::string&
 }
 
 int RunCommandLine(const std::vector<std::string>& arguments, const CommandPorts& ports, std::ostream& out,
-                   std::ostream& err) {
+                   std::ostream& rawErr) {
+    PrintableBuffer printable(rawErr);
+    std::ostream err(&printable);
     PrintedMessages messages(err);
     NoDesktop desktop;
     PrintedEnd end(err);

@@ -2,6 +2,7 @@
 
 #include "cli/Commands.h"
 #include "core/Paths.h"
+#include "counter/CounterCheck.h"
 #include "counter/CounterFile.h"
 
 namespace vantor {
@@ -16,6 +17,15 @@ int ShowStudies(CommandContext& context, const std::string& path) {
                           {"Date", study.Date},
                           {"Time", study.Time},
                           {"Runs", study.Runs}});
+    context.Print(result);
+    return Done;
+}
+
+int CheckFile(CommandContext& context, const std::string& path) {
+    TakeApart(path, CounterFileExtension, "counter file");
+    const CounterCheck check = CheckCounterFile(context.Files, path);
+    Json result = {{"runs", check.Runs}, {"fault", nullptr}};
+    if (check.Fault) result["fault"] = {{"record", check.Fault->Record}, {"reason", check.Fault->Reason}};
     context.Print(result);
     return Done;
 }
@@ -40,6 +50,10 @@ void AddCounterCommands(CLI::App& program, CommandAction& chosen) {
     CLI::App& studies = AddCommand(*group, chosen, "studies", "The studies of a counter file",
                                    [=](CommandContext& context) { return ShowStudies(context, *path); });
     studies.add_option("FILE", *path, "A counter file (.tdc)")->required();
+
+    CLI::App& check = AddCommand(*group, chosen, "check", "The whole runs of a counter file, and what is hurt in it",
+                                 [=](CommandContext& context) { return CheckFile(context, *path); });
+    check.add_option("FILE", *path, "A counter file (.tdc)")->required();
 
     CLI::App& convert = AddCommand(*group, chosen, "convert", "Make a run file of every record",
                                    [=](CommandContext& context) { return ConvertFile(context, *path, *folder); });

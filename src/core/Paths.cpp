@@ -1,5 +1,6 @@
 #include "core/Paths.h"
 
+#include <algorithm>
 #include <span>
 
 #include "core/Numeric.h"
@@ -15,6 +16,15 @@ bool IsSeparator(char character) { return character == '/' || character == PathS
 bool IsForbidden(char character) {
     return static_cast<unsigned char>(character) < 32 || character == 127 ||
            std::string_view("/\\:*?\"<>|").find(character) != std::string_view::npos;
+}
+
+/// True for a name that stands for a device on Windows, whatever follows its first dot.
+bool IsDeviceName(std::string_view name) {
+    const std::string base = FoldCase(TrimRight(name.substr(0, name.find('.'))));
+    for (const char* device : {"con", "prn", "aux", "nul"})
+        if (base == device) return true;
+    return base.size() == 4 && (base.starts_with("com") || base.starts_with("lpt")) && IsDigit(base[3]) &&
+           base[3] != '0';
 }
 
 std::string_view WithoutFinalSeparator(std::string_view path) {
@@ -66,7 +76,8 @@ bool HasExtension(std::string_view name, std::string_view extension) {
 
 bool IsSafeName(std::string_view name) {
     const std::string_view trimmed = Trim(name);
-    if (trimmed.empty() || trimmed == "." || trimmed.find("..") != std::string_view::npos) return false;
+    if (trimmed.empty() || trimmed.front() == '.' || trimmed.find("..") != std::string_view::npos) return false;
+    if (IsDeviceName(trimmed)) return false;
     for (const char character : trimmed)
         if (IsForbidden(character)) return false;
     return true;
@@ -74,8 +85,14 @@ bool IsSafeName(std::string_view name) {
 
 std::string UnsafeNameMessage(std::string_view name) {
     if (Trim(name).empty()) return "The name is empty.\nEnter a name and try again.";
-    return "\"" + WithSafeCharacters(Trim(name)) +
-           "\" cannot be used as a name.\nLeave out \"..\" and the characters / \\ : * ? \" < > | and try again.";
+    const std::string_view trimmed = Trim(name);
+    const std::string refused = "\"" + Printable(trimmed) + "\" cannot be used as a name.\n";
+    if (trimmed.find("..") == std::string_view::npos && std::ranges::none_of(trimmed, IsForbidden))
+        return refused +
+               (trimmed.front() == '.' ? "A name that begins with a dot is hidden. Leave the dot out"
+                                       : "Windows keeps it for a device. Choose another name") +
+               " and try again.";
+    return refused + "Leave out \"..\" and the characters / \\ : * ? \" < > | and try again.";
 }
 
 std::string NameProblem(std::string_view name, std::size_t width) {
@@ -89,7 +106,8 @@ std::string WithSafeCharacters(std::string_view name) {
     std::string safe(name);
     for (char& character : safe)
         if (IsForbidden(character)) character = '_';
-    return safe;
+    if (safe.starts_with('.')) safe.front() = '_';
+    return IsDeviceName(safe) ? "_" + safe : safe;
 }
 
 std::string NextName(const std::string& name) {

@@ -25,15 +25,17 @@ std::string BaseName(std::string_view path);
 /// True when the name ends in the extension (".rd2"), letter case ignored, and is more than it.
 bool HasExtension(std::string_view name, std::string_view extension);
 
-/// True for a name that stays in its folder: not blank, no separator, drive, "..", control character, and none of
-/// the characters that a file name cannot hold.
+/// True for a name that stays in its folder and is seen there: not blank, no separator, drive, "..", control character,
+/// and none of the characters that a file name cannot hold; no dot at its start and no name of a device (CON, NUL,
+/// COM1), which Windows keeps for itself.
 bool IsSafeName(std::string_view name);
 /// The rule that IsSafeName checks, for messages.
 std::string UnsafeNameMessage(std::string_view name);
 /// What keeps a name from being stored in `width` characters and found again as the name of a file, to show; empty
 /// when nothing does. Stored texts are Windows-1252 and lose the blanks at their ends.
 std::string NameProblem(std::string_view name, std::size_t width);
-/// The name with "_" in place of every character that a file name cannot hold.
+/// The name with "_" in place of every character that a file name cannot hold and of a dot at its start, and before
+/// the name of a device.
 std::string WithSafeCharacters(std::string_view name);
 
 /// Makes a unique name by incrementing only its last character as a number: -1 to -9, -10, -11 to -19, -110.

@@ -55,4 +55,23 @@ std::string Joined(const std::vector<std::string>& texts, std::string_view separ
     return joined;
 }
 
+std::string Printable(std::string_view text) {
+    constexpr std::string_view Digits = "0123456789abcdef";
+    // U+0080 to U+009F are control characters, too: two bytes, of which the second is the number.
+    const auto isHighControl = [&](std::size_t at) {
+        return text[at] == '\xC2' && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0;
+    };
+    std::string printable;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const bool isHigh = isHighControl(at);
+        if (isHigh) ++at;
+        const auto byte = static_cast<unsigned char>(text[at]);
+        if (isHigh || byte == 127 || (byte < 32 && byte != '\n'))
+            printable += {'\\', 'x', Digits[byte >> 4U], Digits[byte & 15U]};
+        else
+            printable += text[at];
+    }
+    return printable;
+}
+
 }  // namespace vantor

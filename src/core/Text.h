@@ -24,6 +24,9 @@ std::string_view FirstCharacters(std::string_view text, std::size_t count);
 /// The texts with the separator between them.
 std::string Joined(const std::vector<std::string>& texts, std::string_view separator);
 
+/// The text with control characters as "\x1b", those of line feeds aside: what a file holds must not steer a terminal.
+std::string Printable(std::string_view text);
+
 /// Line breaks as one line feed, the way message boxes and files show them.
 inline constexpr std::string_view LineBreak = "\n";
 

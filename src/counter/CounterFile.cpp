@@ -17,7 +17,6 @@
 namespace vantor {
 namespace {
 
-constexpr std::string_view EndMark = "::::::::::::::::::::";
 constexpr std::size_t WordLength = 7;
 constexpr std::size_t MostWords = std::numeric_limits<std::int16_t>::max();
 /// The high part of a data word that flags a node; larger ones count as it.
@@ -43,7 +42,11 @@ std::string FixedWidth(const DelimitedField& field, std::size_t width) {
 
 std::string Utf8Of(std::string_view stored) { return Utf8FromWindows1252(std::as_bytes(std::span(stored))); }
 
-bool IsEndMark(const DelimitedField& field) { return field.Length == EndMark.size() && field.Text == EndMark; }
+bool IsEndMark(const DelimitedField& field) {
+    return field.Length == CounterEndMark.size() && field.Text == CounterEndMark;
+}
+
+bool MayBegin(const DelimitedField& start) { return start.Text.starts_with('T') || start.Text.starts_with(':'); }
 
 RecordHeader ReadHeader(DelimitedReader& fields, const DelimitedField& start) {
     RecordHeader header;
@@ -322,8 +325,7 @@ std::vector<CounterStudy> CounterStudies(const FileSystem& files, const std::str
         try {
             const DelimitedField start = fields.Next();
             if (IsEndMark(start)) return studies;
-            if (!start.Text.starts_with('T') && !start.Text.starts_with(':'))
-                end.EndAtOnce({path, record, "a record that begins with \"T\" or \":\""});
+            if (!MayBegin(start)) end.EndAtOnce({path, record, "a record that begins with \"T\" or \":\""});
             const RecordHeader header = ReadHeader(fields, start);
             const std::int16_t number = Round16(Val(header.Study));
             if (header.BeginsStudy && number != previousNumber) studies.push_back(StudyOf(header));
@@ -334,6 +336,20 @@ std::vector<CounterStudy> CounterStudies(const FileSystem& files, const std::str
             throw FaultIn(path, record, fault, "");
         }
     }
+}
+
+CounterRecord ReadCounterRecord(DelimitedReader& fields, RunRecord& scratch, std::string& start) {
+    const DelimitedField first = fields.Next();
+    if (IsEndMark(first)) return CounterRecord::EndMark;
+    if (!MayBegin(first)) {
+        start = Utf8Of(first.Text);
+        return CounterRecord::NoRecord;
+    }
+    const RecordHeader header = ReadHeader(fields, first);
+    std::vector<std::int16_t> words;
+    const std::int32_t trailer = ReadWords(fields, words);
+    BuildRun(scratch, header, words, trailer);
+    return CounterRecord::Whole;
 }
 
 std::vector<std::string> ConvertCounterFile(FileSystem& files, const std::string& path, const std::string& toFolder,

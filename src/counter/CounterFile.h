@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/Progress.h"
@@ -11,6 +12,8 @@
 namespace vantor {
 
 inline constexpr const char* CounterFileExtension = ".tdc";
+/// The record start that ends a counter file.
+inline constexpr std::string_view CounterEndMark = "::::::::::::::::::::";
 
 /// One study of a counter file: what its first record tells, and the number of its runs.
 struct CounterStudy {
@@ -27,6 +30,13 @@ struct CounterStudy {
 /// before it begins a study. A record that begins with neither "T" nor ":" ends the application. A file without its end
 /// mark is error 62; errors name the file and the record.
 std::vector<CounterStudy> CounterStudies(const FileSystem& files, const std::string& path, ApplicationEnd& end);
+
+class DelimitedReader;
+/// How the reading of one record ended.
+enum class CounterRecord { Whole, EndMark, NoRecord };
+/// Reads one record of a counter file into `scratch`, as a run. A record that begins with neither "T" nor ":" is none,
+/// and its first field goes into `start`. The errors are those of ConvertCounterFile.
+CounterRecord ReadCounterRecord(DelimitedReader& fields, RunRecord& scratch, std::string& start);
 
 /// Makes a run file in `toFolder` of every record of a counter file and returns the runs' names in order. No run file
 /// is replaced: a name that exists gets the next number. All run files appear together (WriteBatch::Commit); when one

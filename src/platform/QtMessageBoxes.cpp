@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
@@ -61,6 +62,12 @@ MessageAnswer QtMessageBoxes::Ask(const Prompt& prompt) {
     if (const QString icon = IconNameOf(prompt.Icon); !icon.isEmpty())
         box.setIconPixmap(LineIcon(icon).pixmap(QSize(IconSize, IconSize), box.devicePixelRatio()));
     box.setTextFormat(Qt::PlainText);
+    const QMessageBox::StandardButton order[] = {QMessageBox::Ok, QMessageBox::Yes, QMessageBox::Retry, QMessageBox::No,
+                                                 QMessageBox::Cancel};
+    auto caption = prompt.Captions.begin();
+    for (const auto button : order)
+        if (buttons.All.testFlag(button) && caption != prompt.Captions.end())
+            box.button(button)->setText(ToQt(*caption++));
     box.setDefaultButton(buttons.Default);
     box.setEscapeButton(buttons.Escape);
     if (!prompt.Details.empty()) box.setDetailedText(ToQt(prompt.Details));

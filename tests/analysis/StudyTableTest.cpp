@@ -40,7 +40,9 @@ protected:
         }
     }
 
-    OutgoingTable Table() const { return StudyTable(Contents, MakeRunListRows(Contents, Files, Folder, {}), Folder); }
+    OutgoingTable Table(const Units& units = {}) const {
+        return StudyTable(Contents, MakeRunListRows(Contents, Files, Folder, {}), Folder, units);
+    }
 
     const std::string Folder = "/start/AM Peak/";
     MemoryFileSystem Files;

@@ -15,12 +15,13 @@ TEST(Paths, IncrementsOnlyTheLastCharacter) {
 }
 
 TEST(Paths, RefusesNamesThatLeaveTheirFolder) {
-    for (const char* name :
-         {"", "  ", ".", "..", "a/b", "a\\b", "C:x", "../x", "a..b", "a\nb", "a*", "a?", "a|b", "\"a\""})
+    for (const char* name : {"", "  ", ".", "..", "a/b", "a\\b", "C:x", "../x", "a..b", "a\nb", "a*", "a?", "a|b",
+                             "\"a\"", ".5", ".hidden", "con", "NUL.x", "Lpt9 .a"})
         EXPECT_FALSE(IsSafeName(name)) << name;
-    for (const char* name : {"Main St-NB-001", "S001R001-SITE    -1", "a.b", "\u00c9cole", ".5"})
+    for (const char* name : {"Main St-NB-001", "S001R001-SITE    -1", "a.b", "\u00c9cole", "Console", "COM0", "a.con"})
         EXPECT_TRUE(IsSafeName(name)) << name;
-    EXPECT_EQ(WithSafeCharacters("S001-A/B:C"), "S001-A_B_C");
+    for (const auto& [name, safe] : {std::pair{"S001-A/B:C", "S001-A_B_C"}, {".5", "_5"}, {"Nul.x", "_Nul.x"}})
+        EXPECT_EQ(WithSafeCharacters(name), safe);
 }
 
 TEST(Paths, NamesMustBeStoredWhole) {

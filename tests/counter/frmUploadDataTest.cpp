@@ -154,7 +154,7 @@ TEST_F(frmUploadDataTest, AsksForWhatRenamingNeeds) {
     RenameAs("Main", {});
     EXPECT_EQ(Program.DesktopServices.Beeps, 1);
     Program.Messages.Expect(
-        "\"a_b-NB-001\" cannot be used as a name.\n"
+        "\"a/b-NB-001\" cannot be used as a name.\n"
         "Leave out \"..\" and the characters / \\ : * ? \" < > | and try again.");
     RenameAs("a/b", {0});
     EXPECT_EQ(Caption(), " Rename ");

@@ -73,10 +73,10 @@ TEST_F(modUploadTest, AClashOrAStopRenamesNone) {
 TEST_F(modUploadTest, RefusesNamesThatCannotBeStored) {
     const std::vector<std::pair<RunNameTemplate, std::string>> refused = {
         {{"../Main", "NB", "001"},
-         "\".._Main-NB-001\" cannot be used as a name.\n"
+         "\"../Main-NB-001\" cannot be used as a name.\n"
          "Leave out \"..\" and the characters / \\ : * ? \" < > | and try again."},
         {{"Main", "N/", "001"},
-         "\"Main-N_-001\" cannot be used as a name.\n"
+         "\"Main-N/-001\" cannot be used as a name.\n"
          "Leave out \"..\" and the characters / \\ : * ? \" < > | and try again."},
         {{"Main \u8DEF", "NB", "001"},
          "\"Main \u8DEF-NB-001\" has letters that cannot be stored.\nUse other letters and try again."}};
@@ -100,7 +100,7 @@ TEST_F(modUploadTest, MakesAStudyGroupOnce) {
     EXPECT_FALSE(make("ELM", "Elm"));
     EXPECT_FALSE(Program.Files.Find(Groups + "Elm"));
     Program.Messages.Expect(
-        "\".._x\" cannot be used as a name.\nLeave out \"..\" and the characters "
+        "\"../x\" cannot be used as a name.\nLeave out \"..\" and the characters "
         "/ \\ : * ? \" < > | and try again.");
     EXPECT_FALSE(make("../x", ""));
     Program.Messages.Expect("The name is empty.\nEnter a name and try again.");

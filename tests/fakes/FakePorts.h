@@ -101,6 +101,7 @@ public:
     bool ShowLogSelect(LogKind kind) override { return Show("select " + std::string(NameOf(kind))); }
     bool ShowLogReview(LogKind kind) override { return Show("review " + std::string(NameOf(kind))); }
     void ShowUploadData() override { Show("frmUploadData"); }
+    void ShowDamagedCounterFile() override { Show("damaged counter file"); }
     void ShowUploadRunList(const std::string&) override { Show("frmUploadRunList"); }
     void ShowDeleteTempRuns() override { Show("frmDeleteTempRuns"); }
     void ShowDeleteTDCFiles() override { Show("frmDeleteTDCFiles"); }

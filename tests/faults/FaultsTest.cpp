@@ -134,7 +134,10 @@ const Operation TrimsRun{
     [](FaultScene& scene) { scene.Object = std::make_shared<StudyRunEntry>(scene.State.CurrentStudy.Entries[1]); },
     [](FaultScene& scene) {
         const PlotState plot = PlacedBoundaries(scene.State.CurrentRun, scene.As<StudyRunEntry>());
-        TrimRun(scene.Files, scene.Group, scene.State.CurrentRun, plot, scene.As<StudyRunEntry>());
+        TrimmedRun trimmed = TrimToBoundaries(scene.State.CurrentRun, plot, scene.As<StudyRunEntry>());
+        ReplaceRunFile(scene.Files, trimmed.Run, scene.Group, "R1");
+        scene.State.CurrentRun = trimmed.Run;
+        scene.As<StudyRunEntry>() = trimmed.Entry;
     },
     [](FaultScene& scene) {
         ExpectRunAgrees(scene);

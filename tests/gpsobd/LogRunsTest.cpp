@@ -160,7 +160,7 @@ TEST_F(LogRunsTest, ReplacesRunsMadeBeforeOnDemand) {
     EXPECT_THAT(WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings, MadeBefore::Replaced),
                 ElementsAre("Trip-R001", "Trip-R002"));
     EXPECT_EQ(Program.Files.Bytes("/start/Temp/Trip-R001.rd2.bak"), old);
-    EXPECT_EQ(ReadRunHeader(Program.Files, "/start/Temp/", "Trip-R001")->SampleCount, 1);
+    EXPECT_EQ(ReadRun(Program.Files, "/start/Temp/Trip-R001.rd2").Run.Header.SampleCount, 1);
 
     for (LogPoint& point : log.Points) point.Obd.DateTime.Days += 1;
     EXPECT_TRUE(before().empty()) << "another day's drives of the same name";

@@ -1,5 +1,7 @@
 #include <QTimer>
 
+#include "core/DamagedFile.h"
+#include "core/Paths.h"
 #include "workspace/MainWindow.h"
 #include "workspace/StudyWorkspace.h"
 
@@ -44,6 +46,33 @@ TEST_F(CrashedWindow, OffersTheChangesAtTheNextStartInPlaceOfTheStartUpScreen) {
     EXPECT_TRUE(Window->close());
     EXPECT_FALSE(Files.Bytes(Kept)) << "the user left without the changes";
     EXPECT_EQ(Saved("AM").Record.RunCount, 2);
+}
+
+TEST_F(CrashedWindow, WhatEndsTheProgramAtOnceKeepsTheChangesAndIsNamed) {
+    StartWith({{"R1", 12}, {"R2", 13}});
+    Press("BtnDeleteRun");
+    Window->KeepBeforeEnd({"/f/Day.tdc", 3, "a record"});
+    EXPECT_TRUE(Files.Bytes(Kept));
+    Messages.Expect(Question, Yes);
+    StartAgain();
+    EXPECT_EQ(OtherScreens.Shown, Names{"damaged counter file"});
+    EXPECT_EQ(NotedDamagedFile(State.Choices)->Record, 3);
+    EXPECT_EQ(List().model()->rowCount(), 1);
+}
+
+TEST_F(CrashedWindow, TheProgramStartsAgainOnlyWhenTheStudyMayBeLeft) {
+    StartWith({{"R1", 12}});
+    Type(*Window, "txtStudyName", "..");
+    OtherScreens.OnShow["frmPrefs"] = [this] { return State.RestartWanted = true; };
+    Messages.Expect("This study has not been saved yet.\n  Do you want to save the study?", Yes);
+    Messages.Expect(UnsafeNameMessage(".."));
+    Choose("mnuFilePrefs");
+    EXPECT_TRUE(Window->isVisible());
+    EXPECT_FALSE(State.RestartWanted);
+    Messages.Expect("This study has not been saved yet.\n  Do you want to save the study?", No);
+    Choose("mnuFilePrefs");
+    EXPECT_FALSE(Window->isVisible());
+    EXPECT_TRUE(State.RestartWanted);
 }
 
 TEST_F(CrashedWindow, OffersTheChangesWhenThatStudyIsOpened) {

@@ -22,6 +22,10 @@ const char* const Temp = "txtFilePath(1)";
 const char* const GroupRoot = "txtFilePath(2)";
 const char* const FieldData = "txtFilePath(3)";
 
+const char* const RootTold =
+    "The Study Group Root Path has been changed. The new path won't go into effect until the next time the program is "
+    "run.";
+
 class frmPrefsTest : public testing::Test {
 protected:
     frmPrefsTest() {
@@ -214,13 +218,10 @@ TEST_F(frmPrefsTest, BrowsingChoosesAnyFolder) {
 }
 
 TEST_F(frmPrefsTest, ANewRootIsToldOnceAndWaitsForTheNextStart) {
-    const std::string told =
-        "The Study Group Root Path has been changed. The new path won't go into effect until the next time the "
-        "program is run.";
     Program.Files.CreateFolder("/other");
     frmPrefs& form = Open();
     Type(form, GroupRoot, " /other ");
-    Program.Messages.Expect(told);
+    Program.Messages.Expect(RootTold);
     ExpectSaved();
     EXPECT_EQ(Program.DesktopServices.Beeps, 1);
     EXPECT_EQ(State.Settings.StudyGroupRootPath, "/other");
@@ -228,7 +229,7 @@ TEST_F(frmPrefsTest, ANewRootIsToldOnceAndWaitsForTheNextStart) {
 
     Open();
     EXPECT_EQ(Text(GroupRoot), Root);
-    Type(*Form, GroupRoot, "/start/Study Groups");  // the same folder
+    Type(*Form, GroupRoot, "/start/Study Groups");  // the folder in use
     ExpectSaved();
 }
 
@@ -244,12 +245,85 @@ TEST_F(frmPrefsTest, OffersToCreateMissingFolders) {
     EXPECT_EQ(State.Paths.FieldDataPath, "/unplugged");
 }
 
-TEST_F(frmPrefsTest, WarnsOfAPathThatIsCut) {
+TEST_F(frmPrefsTest, AFolderThatIsNoGoodIsTakenOnlyWhenTheUserInsists) {
+    struct Case {
+        QString Folder;
+        const char* Reason;
+    };
+    for (const Case& c : {Case{" ", "No folder"}, Case{"runs", "Not a whole path"}, Case{"~/runs", "\"~\""},
+                          Case{"/" + QString(80, 'x'), "Longer than the 80"},
+                          Case{"/" + QString(3, QChar(0x0416)), "no room for some of its letters"}}) {
+        frmPrefs& form = Open(1);
+        Find<QLineEdit>(form, FieldData).setText(c.Folder);
+        EXPECT_THAT(FromQt(Find<QLabel>(form, "lblFilePath(3)").text()), testing::HasSubstr(c.Reason));
+        Click(form, "btnOk");
+        EXPECT_TRUE(form.isVisible()) << c.Reason;
+        EXPECT_EQ(form.focusWidget(), &Find<QWidget>(form, FieldData));
+        if (c.Folder.startsWith("/" + QString(80, 'x'))) {
+            Click(form, "cmdUseAnyway(3)");
+            Program.Messages.Expect("There is no folder: " + FromQt(c.Folder) + "\nDo you want to create it?",
+                                    MessageAnswer::No);
+            Click(form, "btnOk");
+            EXPECT_EQ(State.Paths.FieldDataPath, FromQt(c.Folder));
+            EXPECT_EQ(Saved()->FieldDataPath, FromQt(c.Folder).substr(0, 80));
+        }
+    }
+    // What is in use already is told and stays.
+    State.Paths.TempRunsPath = "runs";
+    Program.Files.CreateFolder("/start/runs");
+    Open();
+    EXPECT_TRUE(Find<QWidget>(*Form, "cmdUseAnyway(1)").isHidden());
+    Type(*Form, Temp, "/" + QString(79, 'x'));
+    EXPECT_EQ(Find<QLabel>(*Form, "lblFilePath(1)").text(), "Where temporary runs are kept");
+}
+
+TEST_F(frmPrefsTest, TheBarFillsTheBoxesAndMakesItsFolders) {
     frmPrefs& form = Open();
-    Type(form, Temp, "/" + QString(80, 'x'));
-    EXPECT_EQ(Find<QLabel>(form, "lblFilePath(1)").text(), "Too long: only the first 80 characters are kept.");
-    Type(form, Temp, "/" + QString(79, 'x'));
-    EXPECT_EQ(Find<QLabel>(form, "lblFilePath(1)").text(), "Where temporary runs are kept");
+    Click(form, "cmdUseDocuments");
+    EXPECT_THAT(FromQt(Find<QLabel>(form, "lblDocuments").text()), testing::HasSubstr("/home/me/Documents/Vantor"));
+    EXPECT_EQ(Text(GroupRoot), "/home/me/Documents/Vantor/Study Groups/");
+    Program.Messages.Expect(RootTold);
+    ExpectSaved();
+    for (const char* folder : {"Temp", "Study Groups", "Field Data Files"})
+        EXPECT_TRUE(Program.Files.Find(std::string("/home/me/Documents/Vantor/") + folder)) << folder;
+    EXPECT_EQ(State.Paths.LastStudyGroupPath, "/home/me/Documents/Vantor/Study Groups/");
+}
+
+TEST_F(frmPrefsTest, ARootThatWaitsIsShownAndNotForgotten) {
+    Program.Files.CreateFolder("/other");
+    State.Settings.StudyGroupRootPath = "/other";
+    const std::string question =
+        "The Study Group Root Path was to be, from the next start:\n/other\n\nKeep that? No stays with:\n" + Root;
+    EXPECT_EQ(Find<QLabel>(Open(), "lblNextRoot").text(), "From the next start: /other");
+    Program.Messages.Expect(question, MessageAnswer::Yes);
+    Program.Messages.Expect(RootTold);
+    ExpectSaved();
+    EXPECT_EQ(State.Settings.StudyGroupRootPath, "/other");
+    Open();
+    Click(*Form, "cmdTakeNextRoot");
+    EXPECT_EQ(Text(GroupRoot), "/other");
+    Click(*Form, "btnCancel");
+    Open();
+    Program.Messages.Expect(question, MessageAnswer::No);
+    ExpectSaved();
+    EXPECT_EQ(State.Settings.StudyGroupRootPath, Root);
+}
+
+TEST_F(frmPrefsTest, RestartIsOfferedForWhatWaitsForTheNextStart) {
+    frmPrefs& form = Open(1);
+    auto& offer = Find<QWidget>(form, "fraNextStart");
+    EXPECT_TRUE(offer.isHidden());
+    Type(form, "txtStopSpeed", "5");
+    Click(form, "optUnits(1)");
+    EXPECT_FALSE(offer.isHidden());
+    EXPECT_EQ(Find<QLabel>(form, "lblStopSpeedUnit").text(), "MPH = 8 KPH");
+    Click(form, "optUnits(0)");
+    EXPECT_TRUE(offer.isHidden());
+    Click(form, "optUnits(1)");
+    Click(form, "cmdRestart");
+    EXPECT_EQ(form.result(), QDialog::Accepted);
+    EXPECT_TRUE(State.RestartWanted);
+    EXPECT_EQ(Saved()->MetricUnits, -1);
 }
 
 TEST_F(frmPrefsTest, AWrongNumberTakesNothingOver) {

@@ -82,12 +82,12 @@ TEST_F(frmStudySaveAsTest, RefusesNamesThatCannotBeFiles) {
     const std::string rest = "\nLeave out \"..\" and the characters / \\ : * ? \" < > | and try again.";
     const Case cases[] = {
         {"  ", "Main St", "The name is empty.\nEnter a name and try again."},
-        {"a/b", "Main St", "\"a_b\" cannot be used as a name." + rest},
+        {"a/b", "Main St", "\"a/b\" cannot be used as a name." + rest},
         {"Ωmega", "Main St",
          "\"Ωmega\" cannot be used as a name.\nA name has at most 32 letters, digits and signs of the Western alphabet "
          "and no blank at its ends."},
         {"Fine", " ", "The name is empty.\nEnter a name and try again."},
-        {"Fine", "../Temp", "\".._Temp\" cannot be used as a name." + rest},
+        {"Fine", "../Temp", "\"../Temp\" cannot be used as a name." + rest},
     };
     for (const Case& given : cases) {
         Shown<frmStudySaveAs> form(Program.Context);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace vantor {
 
@@ -16,6 +17,8 @@ struct Prompt {
     std::string Title = "Vantor";
     std::string Tick{};     ///< beside an Ok that can be OkForAll: "Not for the other 3"; empty for none
     std::string Details{};  ///< shown on demand; empty for none
+    /// What the buttons say in place of their usual words, in the order of their names: Yes, No, Cancel. None: those.
+    std::vector<std::string> Captions = {};
 };
 
 /// Modal message boxes. Esc answers with the harmless button: Ok, No or Cancel.

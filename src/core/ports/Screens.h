@@ -42,6 +42,8 @@ public:
     /// The review of the chosen log; true when its runs were made.
     virtual bool ShowLogReview(LogKind kind) = 0;
     virtual void ShowUploadData() = 0;
+    /// What can be done about the counter file that ended the program the last time.
+    virtual void ShowDamagedCounterFile() = 0;
     /// The runs that lie in a Study Group.
     virtual void ShowUploadRunList(const std::string& studyGroup) = 0;
     virtual void ShowDeleteTempRuns() = 0;

@@ -13,6 +13,7 @@
 #include <chrono>
 
 #include "analysis/StudyEdits.h"
+#include "core/DamagedFile.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/Settings.h"
@@ -151,7 +152,18 @@ void frmMain::Start(const std::string& studyPath) {
     if (Restarts()) return;
     details_->FillLists();
     ShowStudyAfter([&] { NewStudy(state, context_.Time); });
+    if (NotedDamagedFile(state.Choices))
+        Guarded(context_.Messages, [&] { context_.OtherScreens.ShowDamagedCounterFile(); });
     Guarded(context_.Messages, [&] { OpenFirstStudy(studyPath); });
+}
+
+void frmMain::KeepBeforeEnd(const FatalFormatFault& fault) {
+    KeepChanges();
+    try {
+        NoteDamagedFile(context_.Files, fault);
+    } catch (const RunTimeError&) {
+        // The program ends anyway.
+    }
 }
 
 void frmMain::ShowFirstRun() {

@@ -34,6 +34,9 @@ public:
     /// Keeps what is not saved and returns when it is on the disk; for the end of the program.
     void KeepChanges();
 
+    /// To be called before the program ends at once: keeps the unsaved changes and names the file for the next start.
+    void KeepBeforeEnd(const FatalFormatFault& fault);
+
     /// A click on button `index` of the toolbar, from 1, separators counted.
     void ToolbarButtonClick(int index);
 

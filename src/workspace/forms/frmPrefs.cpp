@@ -53,7 +53,7 @@ frmPrefs::frmPrefs(AppContext& context, std::function<bool(int port)> portAvaila
     ShowNextStart();
     // No folder box is being edited at first.
     tabPrefs_->tabBar()->setFocus();
-    resize(780, 540);
+    resize(780, 600);
     RememberLayout(*this, context.Memory);
 }
 

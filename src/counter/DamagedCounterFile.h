@@ -1,0 +1,12 @@
+#pragma once
+
+#include "core/AppContext.h"
+
+namespace vantor {
+
+/// Names the counter file that ended the program the last time and offers to set it aside or to go on with the whole
+/// runs before its fault, which opens the upload screen. A file that is gone or sound by now is passed over; one that
+/// the user leaves as it is is named again at the next start.
+void OfferDamagedCounterFile(AppContext& context);
+
+}  // namespace vantor
