@@ -87,9 +87,10 @@ public:
         std::error_code ignored;
         const fs::file_status old = fs::status(target, ignored);
         pending_.push_back({temporary.native(), target.native(), {}, fs::exists(old), false});
+        // A file is given whole: a buffer of the stream would only cut off its end.
+        std::setvbuf(file.get(), nullptr, _IONBF, 0);
         WriteNative(file, bytes, target);
         if (tail == OldTail::Kept) AppendTail(file, target, bytes.size());
-        if (std::fflush(file.get()) != 0) ThrowFileError(errno, target);
         if (fs::exists(old)) fs::permissions(temporary, old.permissions(), ignored);
     }
 

@@ -11,9 +11,15 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <deque>
+#include <future>
 #include <map>
 #include <memory>
+#include <system_error>
+#include <thread>
+
+#include "core/RunTimeError.h"
 #endif
 
 namespace vantor {
@@ -64,13 +70,28 @@ void Sync(const Descriptor& file, unsigned flags, const fs::path& path) {
     if (sync_file_range(file.Number(), 0, 0, flags) != 0) ThrowFileError(errno, path);
 }
 
+/// Also waits for what other programs have written to that disk, so a stop leaves it alone with its work.
+bool FlushWhole(const std::shared_ptr<Descriptor>& disk, const fs::path& path, const Progress& progress) {
+    const auto end = std::make_shared<std::promise<int>>();
+    std::future<int> error = end->get_future();
+    try {
+        std::thread([disk, end] { end->set_value(syncfs(disk->Number()) == 0 ? 0 : errno); }).detach();
+    } catch (const std::system_error&) {
+        throw OutOfMemoryError();
+    }
+    while (error.wait_for(std::chrono::milliseconds(20)) != std::future_status::ready)
+        if (!progress(1, 1)) return false;
+    if (const int reason = error.get(); reason != 0) ThrowFileError(reason, path);
+    return true;
+}
+
 /// The data of many files are on their way at once; what is left, their names and places, one flush brings behind them.
 bool FlushTogether(const Paths& paths, const Progress& progress) {
-    std::map<dev_t, std::unique_ptr<Descriptor>> disks;
-    std::deque<std::unique_ptr<Descriptor>> underWay;
+    std::map<dev_t, std::shared_ptr<Descriptor>> disks;
+    std::deque<std::shared_ptr<Descriptor>> underWay;
     for (std::size_t begun = 0, done = 0; done < paths.size(); ++done) {
         for (; begun < std::min(done + UnderWay, paths.size()); ++begun) {
-            underWay.push_back(std::make_unique<Descriptor>(paths[begun]));
+            underWay.push_back(std::make_shared<Descriptor>(paths[begun]));
             Sync(*underWay.back(), SYNC_FILE_RANGE_WRITE, paths[begun]);
         }
         if (!progress(done, paths.size())) return false;
@@ -82,7 +103,7 @@ bool FlushTogether(const Paths& paths, const Progress& progress) {
         underWay.pop_front();
     }
     for (const auto& [number, file] : disks)
-        if (syncfs(file->Number()) != 0) ThrowFileError(errno, paths.front());
+        if (!FlushWhole(file, paths.front(), progress)) return false;
     return progress(1, 1);
 }
 
