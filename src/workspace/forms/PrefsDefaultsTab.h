@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLineEdit>
@@ -27,12 +28,16 @@ public:
     /// incomplete.
     void Take(AppSettings& settings) const;
 
+    /// Not in the settings record: the user's own choice.
+    QCheckBox* SignedCoordinates() const { return chkSignedCoordinates_; }
+
 private:
     QGroupBox* BuildStartUp(const AppSettings& settings);
     QGroupBox* BuildVer1(const AppSettings& settings);
     QGroupBox* BuildUnits(const AppSettings& settings);
     QGroupBox* BuildStudyParameters(const AppSettings& settings);
     QGroupBox* BuildSerialPort(const AppSettings& settings);
+    QGroupBox* BuildLoggers();
     void FillPorts(int savedPort);
     void ShowPort();
 
@@ -42,6 +47,7 @@ private:
     QRadioButton* optEnglish_ = nullptr;
     QRadioButton* optStopDelay_ = nullptr;
     QLineEdit* txtStopSpeed_ = nullptr;
+    QCheckBox* chkSignedCoordinates_ = nullptr;
     QComboBox* cmbCommPort_ = nullptr;
     QComboBox* cmbBaudRate_ = nullptr;
 };
