@@ -33,7 +33,7 @@ struct FieldLog {
     GpsLogHeader GpsHeader;  ///< GPS logs; of a source without one an empty one with the file's name as its names
     ObdLogHeader ObdHeader;  ///< OBD and combined logs
     std::vector<LogPoint> Points;
-    bool IsArranged = false;  ///< in the order of the review (ArrangeForReview)
+    bool IsArranged = false;         ///< in the order of the review (ArrangeForReview)
     std::uint64_t DroppedBytes = 0;  ///< of an incomplete last record
     std::size_t MissingRecords = 0;  ///< that a handheld's database tells of and does not hold whole
 };

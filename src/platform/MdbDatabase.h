@@ -6,7 +6,7 @@
 namespace vantor {
 
 /// Databases of Jet 3 and Jet 4, read through libmdb. Columns of yes/no (-1 or 0), byte, integer, long, currency,
-/// single (9 significant digits), double (17), date and text convert; one of another type fails with error 13 when it
+/// decimal, single (9 significant digits), double (17), date and text convert; one of another type fails with error 13 when it
 /// holds a value. A file is checked before libmdb sees it, and a table that yields fewer records than it counts ends
 /// with error 13: damage is reported, not passed over.
 class MdbDatabase : public DatabaseEngine {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -74,7 +75,29 @@ TEST_F(MdbDatabaseTest, ReadsJet3WithTextsAndBytes) {
                                    "1.59", "0", "3"}));
 }
 
+TEST_F(MdbDatabaseTest, ReadsDecimals) {
+    // The latitudes are made decimals of 18 digits, 4 of them behind the point; the first of them is -42.1.
+    std::string bytes = BytesOfFile(GpsPath);
+    const auto at = std::ranges::find_if(bytes, [](const char& column) {  // the second one, a double of 8 bytes
+        return column == 7 && (&column)[5] == 1 && (&column)[23] == 8 && (&column)[24] == 0;
+    });
+    ASSERT_NE(at, bytes.end());
+    at[0] = '\x10';
+    at[11] = 18;
+    at[12] = 4;
+    at[23] = 17;
+    const double latitude = 42.1;
+    const std::string stored(reinterpret_cast<const char*>(&latitude), sizeof latitude);
+    bytes.replace(bytes.find(stored), 17, std::string("\x80\0\0\0\0\0\0\0\0\0\0\0\0\x88\x6C\x06\0", 17));
+    const auto records = Database.OpenTable(Stored(bytes), "GPSData");
+    ASSERT_TRUE(records->Next());
+    EXPECT_EQ(std::stod(records->Text(1)), -42.1);
+}
+
 TEST_F(MdbDatabaseTest, RefusesWhatItCannotRead) {
+    std::string later = BytesOfFile(GpsPath);
+    later.replace(4, 15, "Standard ACE DB");
+    EXPECT_ERROR(TypeMismatch, Database.OpenTable(Stored(later), "GPSData"));
     EXPECT_ERROR(FileNotFound, Database.OpenTable(Folder + "none.mdb", "GPSData"));
     EXPECT_ERROR(TypeMismatch, Database.OpenTable(GpsPath, "OBDData"));
     EXPECT_ERROR(TypeMismatch, Database.OpenTable(GpsPath, "Tables")) << "an entry that is no table";

@@ -152,6 +152,7 @@ TEST_F(frmPrefsTest, TakesEveryChoice) {
         Click(form, option);
     Type(form, "txtStopSpeed", " 5.9 ");
     Find<QComboBox>(form, "cmbBaudRate").setCurrentText("57600");
+    Click(form, "chkSignedCoordinates");
     Find<QTabWidget>(form, "tabPrefs").setCurrentIndex(2);
     Type(form, "txtReportHeading(2)", QString(70, 'x'));
     for (const char* option : {"chkRepOpt(0)", "chkRepOpt(3)", "chkRepOpt(6)"}) Click(form, option);
@@ -166,6 +167,7 @@ TEST_F(frmPrefsTest, TakesEveryChoice) {
     expected.ShowRunNamesOnStats = expected.ShowPageNumbers = 0;
     EXPECT_EQ(State.Settings, expected);
     EXPECT_EQ(State.SpeedUnitLabel, "MPH");  // the labels change at the next start
+    EXPECT_TRUE(Find<QCheckBox>(Open(1), "chkSignedCoordinates").isChecked());
     Open(2);
     EXPECT_FALSE(IsChecked("chkRepOpt(3)"));
 }

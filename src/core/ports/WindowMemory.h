@@ -4,7 +4,7 @@
 
 namespace vantor {
 
-/// Keeps sizes, positions and column widths of screens between starts. Values are opaque to everyone but the screen
+/// Keeps sizes, positions and column widths of screens, and a user's own choices, between starts. Values are opaque to everyone but the screen
 /// that stored them.
 class WindowMemory {
 public:

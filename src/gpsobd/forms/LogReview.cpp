@@ -7,6 +7,7 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 
+#include "core/LoggerChoices.h"
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
 #include "core/forms/Accessible.h"
@@ -95,9 +96,10 @@ FieldLog LogReview::LoadLog() {
     isLoaded_ = logPath_.empty();
     if (isLoaded_) return log;
     Guarded(context_.Messages, [&] {
+        const bool isSigned = HasSignedCoordinates(context_.Memory);
         const auto load = [&](FileSystem& files, const Progress& progress) {
             const PalmDatabase palm(files);
-            log = ReadFieldLog({files, context_.Databases, palm, context_.Time}, kind_, logPath_, progress);
+            log = ReadFieldLog({files, context_.Databases, palm, context_.Time, isSigned}, kind_, logPath_, progress);
             ArrangeForReview(log);
         };
         isLoaded_ = context_.Work.Run("Reading log " + LastComponent(logPath_), load);

@@ -81,7 +81,8 @@ PrefsDefaultsTab::PrefsDefaultsTab(QWidget* parent, const AppSettings& settings,
     : QWidget(parent), ports_(std::move(ports)) {
     setObjectName(QStringLiteral("fraDefaultValues"));
     auto* left = new QVBoxLayout;
-    for (QGroupBox* frame : {BuildStartUp(settings), BuildVer1(settings), BuildUnits(settings)}) left->addWidget(frame);
+    for (QGroupBox* frame : {BuildStartUp(settings), BuildVer1(settings), BuildUnits(settings), BuildLoggers()})
+        left->addWidget(frame);
     auto* right = new QVBoxLayout;
     for (QGroupBox* frame : {BuildStudyParameters(settings), BuildSerialPort(settings)}) right->addWidget(frame);
     auto* columns = new QHBoxLayout(this);
@@ -165,6 +166,16 @@ QGroupBox* PrefsDefaultsTab::BuildSerialPort(const AppSettings& settings) {
     FillPorts(settings.CommPort);
     for (const int rate : BaudRates) cmbBaudRate_->addItem(QString::number(rate));
     Show(*cmbBaudRate_, settings.BaudRate);
+    return frame;
+}
+
+QGroupBox* PrefsDefaultsTab::BuildLoggers() {
+    QGroupBox* frame = Frame(this, "fraLoggers", QStringLiteral("GPS Loggers"));
+    chkSignedCoordinates_ =
+        Named<QCheckBox>(frame, "chkSignedCoordinates", QStringLiteral("Loggers write si&gned coordinates"));
+    chkSignedCoordinates_->setToolTip(
+        QStringLiteral("Positions of logs stay as they are read. Otherwise longitudes are taken for western ones."));
+    frame->layout()->addWidget(chkSignedCoordinates_);
     return frame;
 }
 

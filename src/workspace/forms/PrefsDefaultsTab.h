@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -32,6 +33,9 @@ public:
     /// Called when other units are chosen.
     std::function<void()> OnUnitsChanged;
 
+    /// Not in the settings record: the user's own choice.
+    QCheckBox* SignedCoordinates() const { return chkSignedCoordinates_; }
+
 private:
     QGroupBox* BuildStartUp(const AppSettings& settings);
     QGroupBox* BuildVer1(const AppSettings& settings);
@@ -39,6 +43,7 @@ private:
     QGroupBox* BuildStudyParameters(const AppSettings& settings);
     QGroupBox* BuildSerialPort(const AppSettings& settings);
     void ShowThreshold();
+    QGroupBox* BuildLoggers();
     void FillPorts(int savedPort);
     void ShowPort();
 
@@ -49,6 +54,7 @@ private:
     QRadioButton* optStopDelay_ = nullptr;
     QLineEdit* txtStopSpeed_ = nullptr;
     QLabel* lblStopSpeedUnit_ = nullptr;
+    QCheckBox* chkSignedCoordinates_ = nullptr;
     QComboBox* cmbCommPort_ = nullptr;
     QComboBox* cmbBaudRate_ = nullptr;
 };

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "core/LoggerChoices.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
@@ -37,6 +38,7 @@ frmPrefs::frmPrefs(AppContext& context, std::function<bool(int port)> portAvaila
           new PrefsDefaultsTab(tabPrefs_, context.State.Settings, {std::move(portAvailable), std::move(deviceName)})),
       reports_(new PrefsReportTab(tabPrefs_, context.State.Settings)) {
     setObjectName(QStringLiteral("frmPrefs"));
+    defaults_->SignedCoordinates()->setChecked(HasSignedCoordinates(context.Memory));
     setWindowTitle(QStringLiteral("Vantor Preferences"));
     tabPrefs_->setAccessibleName(QStringLiteral("Preferences"));
     tabPrefs_->addTab(Scrolled(tabPrefs_, paths_), QStringLiteral("Pat&h Options"));
@@ -122,6 +124,7 @@ void frmPrefs::Save(bool restarts) {
     const Preferences chosen = Chosen();
     OfferMissingFolders(chosen);
     SavePreferences(context_.State, context_.Files, chosen);
+    StoreSignedCoordinates(context_.Memory, defaults_->SignedCoordinates()->isChecked());
     if (ChangesRoot(chosen)) {
         context_.DesktopServices.Beep();
         context_.Messages.Tell(
