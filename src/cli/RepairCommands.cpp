@@ -53,7 +53,8 @@ CLI::App& AddRepair(CLI::App& runGroup, CommandAction& chosen, const char* name,
                     const std::shared_ptr<RepairOptions>& options) {
     CLI::App& command = AddCommand(runGroup, chosen, name, description,
                                    [options](CommandContext& context) { return RepairRun(context, *options); });
-    command.add_option("FILE", options->Path, "A run file (.rd2); as it was it stays as .rd2.bak, .bak2 and so on")->required();
+    command.add_option("FILE", options->Path, "A run file (.rd2); as it was it stays as .rd2.bak, .bak2 and so on")
+        ->required();
     command.add_option("--output", options->Output, "Leave FILE as it is and write the repaired run there (.rd2)");
     return command;
 }

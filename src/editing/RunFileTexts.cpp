@@ -164,4 +164,13 @@ RunRecord WithTexts(const RunRecord& run, const RunFileTexts& texts) {
     return edited;
 }
 
+std::vector<std::string> DifferingFields(const RunHeader& left, const RunHeader& right) {
+    std::vector<std::string> names;
+    const auto compare = [&](const auto& field) {
+        if (left.*field.Pointer != right.*field.Pointer) names.emplace_back(field.Name);
+    };
+    std::apply([&](const auto&... field) { (compare(field), ...); }, RunHeaderFields);
+    return names;
+}
+
 }  // namespace vantor

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "core/IndexedArray.h"
 #include "core/RunRecords.h"
@@ -52,5 +53,8 @@ RunFileTexts TextsOf(const RunHeader& header);
 /// The first text that cannot be converted is an error whose place names the field: 13 for no date, time or number,
 /// 6 for a number that does not fit (Duration: at most 32767), 9 for a Duration below 0.
 RunRecord WithTexts(const RunRecord& run, const RunFileTexts& texts);
+
+/// The names of the fields in which two headers differ, in the order of the file.
+std::vector<std::string> DifferingFields(const RunHeader& left, const RunHeader& right);
 
 }  // namespace vantor

@@ -66,6 +66,7 @@ TEST_P(ScreenLayoutTest, IsWholeAtEveryStart) {
     ShownProgram program(true);
     program.State.CurrentStudy.Entries[1].ControlDelay = -1234;
     for (const char* start : {"first", "second", "after a larger screen"}) {
+        program.State.MainFormLoaded = false;
         const auto window = GetParam().Open(program);
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
@@ -89,6 +90,7 @@ TEST(TableColumns, OnlyDraggedWidthsAreRemembered) {
     constexpr int Name = 0, Date = 1, Time = 2;
     ShownProgram program(true);
     const auto open = [&] {
+        program.State.MainFormLoaded = false;
         auto window = std::make_unique<frmMain>(program.Program);
         window->Start();
         window->show();

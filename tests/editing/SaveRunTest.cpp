@@ -91,8 +91,9 @@ TEST_F(SaveRunTest, ARestoredRunHasItsBoundariesAtTheirPlaces) {
     const RunRecord whole = State.CurrentRun;
     WriteRunFile(Files, State.CurrentRun, Group, "A");
     Entry().CDStartDist = 30;
-    ASSERT_EQ(SaveRun(State, Files, CutRun(whole, 3, 6), {.Entry = 1, .KeepsBackup = true, .FeetCutFromStart = 22}).Warning,
-              "");
+    ASSERT_EQ(
+        SaveRun(State, Files, CutRun(whole, 3, 6), {.Entry = 1, .KeepsBackup = true, .FeetCutFromStart = 22}).Warning,
+        "");
     EXPECT_EQ(Entry().CDStartDist, 8);
     EXPECT_EQ(Entry().CDEndDist, 28);
 
@@ -108,9 +109,10 @@ TEST_F(SaveRunTest, ARestoredRunHasItsBoundariesAtTheirPlaces) {
     // Of two runs that have nothing in common no boundary can be carried over.
     State.CurrentRun = RunOf({7, 7, 7, 7});
     State.CurrentRun.Header.RunName = "A";
-    EXPECT_EQ(RestoreRun(State, Files, backups[0], 1).Warning,
-              "Both boundaries of run A have no place in the samples that are left, so the run does not count any more.\n"
-              "Set them again on the speed profile of the run.");
+    EXPECT_EQ(
+        RestoreRun(State, Files, backups[0], 1).Warning,
+        "Both boundaries of run A have no place in the samples that are left, so the run does not count any more.\n"
+        "Set them again on the speed profile of the run.");
     EXPECT_EQ(Entry().CDStartDist + Entry().CDEndDist, 0);
 }
 

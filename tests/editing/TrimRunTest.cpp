@@ -85,7 +85,8 @@ struct Figures {
     bool operator==(const Figures&) const = default;
 };
 void PrintTo(const Figures& f, std::ostream* out) {
-    *out << f.TravelTime << " s " << f.Feet << " ft " << f.IdealSpeed << " mph " << f.ControlDelay << " " << f.StopDelay;
+    *out << f.TravelTime << " s " << f.Feet << " ft " << f.IdealSpeed << " mph " << f.ControlDelay << " "
+         << f.StopDelay;
 }
 
 Figures Compute(const RunRecord& run, PlotState& plot, StudyRunEntry& entry) {

@@ -78,6 +78,8 @@ TEST_F(frmEditRunFileTest, SavesTheTexts) {
     Type(*Form, "SectionName(1)", "Oak St");
     Type(*Form, "Notes", "Wet road");
     Type(*Form, "Duration", "4");
+    EXPECT_EQ(Find<QLabel>(*Form, "lblChanges").text(),
+              "Save changes SampleCount, CalConstant, Before, After, Duration, ButtonLabel, SectionName, Notes.");
     const auto old = Files.Bytes(Group + "NB-001.rd2");
     QTest::keyClick(&Find<QWidget>(*Form, "Notes"), Qt::Key_Return);
     EXPECT_FALSE(Form->isVisible());

@@ -108,7 +108,7 @@ const Operation ExportsRunList{"RunListExported",
 RunRecord Shortened(const FaultScene& scene) { return CutRun(scene.State.CurrentRun, 5, 25); }
 
 Operation SavesRun(const std::string& name, const std::string& runName, bool keepsBackup) {
-    return {name, [](FaultScene& scene) { scene.Files.PutText(scene.Group + "R1.bak", "an older copy"); },
+    return {name, [](FaultScene& scene) { scene.Files.PutText(scene.Group + "R1.rd2.bak", "an older copy"); },
             [=](FaultScene& scene) {
                 RunRecord edited = Shortened(scene);
                 edited.Header.RunName = runName;
@@ -133,11 +133,13 @@ const Operation TrimsRun{
     "RunTrimmed",
     [](FaultScene& scene) { scene.Object = std::make_shared<StudyRunEntry>(scene.State.CurrentStudy.Entries[1]); },
     [](FaultScene& scene) {
-        const PlotState plot = PlacedBoundaries(scene.State.CurrentRun, scene.As<StudyRunEntry>());
-        TrimmedRun trimmed = TrimToBoundaries(scene.State.CurrentRun, plot, scene.As<StudyRunEntry>());
-        ReplaceRunFile(scene.Files, trimmed.Run, scene.Group, "R1");
-        scene.State.CurrentRun = trimmed.Run;
-        scene.As<StudyRunEntry>() = trimmed.Entry;
+        auto& entry = scene.As<StudyRunEntry>();
+        RunRecord& run = scene.State.CurrentRun;
+        TrimmedRun trimmed = TrimToBoundaries(run, PlacedBoundaries(run, entry), entry);
+        ASSERT_EQ(trimmed.Problem, "");
+        ReplaceRunFile(scene.Files, trimmed.Run, scene.Group, RunFileName(entry));
+        run = std::move(trimmed.Run);
+        entry = std::move(trimmed.Entry);
     },
     [](FaultScene& scene) {
         ExpectRunAgrees(scene);

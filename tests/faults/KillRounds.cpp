@@ -150,17 +150,25 @@ std::optional<int> GenerationOf(const RunRecord& saved) {
     return isWhole ? std::optional(generation) : std::nullopt;
 }
 
-/// The kept copy is read under a run's name.
-std::optional<int> GenerationOfRun(Scene& scene, const std::string& file) {
+bool IsWholeRunFile(const Scene& scene, const std::string& path) {
+    const auto info = scene.Files.Find(path);
+    return info && info->Size == RunHeaderSize + Samples * SamplePairSize;
+}
+
+std::optional<int> GenerationOfRun(Scene& scene) {
     SilentMessages messages;
     RunRecord run;
-    const std::string name = file.ends_with(".bak") ? "Copy" : "R1";
-    if (name == "Copy") scene.Files.Copy(scene.Group + file, scene.Group + "Copy.rd2");
-    const auto info = scene.Files.Find(scene.Group + name + ".rd2");
-    if (!info || info->Size != RunHeaderSize + Samples * SamplePairSize) return std::nullopt;
-    if (!ReadRunFile(scene.Files, messages, run, scene.Group, name, true)) return std::nullopt;
-    if (name == "Copy") scene.Files.Delete(scene.Group + "Copy.rd2");
+    if (!IsWholeRunFile(scene, scene.Group + "R1.rd2")) return std::nullopt;
+    if (!ReadRunFile(scene.Files, messages, run, scene.Group, "R1", true)) return std::nullopt;
     return GenerationOf(run);
+}
+
+/// That of the latest backup; the others are deleted.
+std::optional<int> GenerationOfBackup(Scene& scene) {
+    const auto backups = RunBackupsOf(scene.Files, scene.Group, "R1");
+    if (backups.empty() || !IsWholeRunFile(scene, backups.front().Path)) return std::nullopt;
+    for (std::size_t older = 1; older < backups.size(); ++older) scene.Files.Delete(backups[older].Path);
+    return GenerationOf(ReadRunBackup(scene.Files, backups.front()));
 }
 
 void CheckStudyAndRun(Scene& scene, int generation, Counts& counts) {
@@ -169,9 +177,9 @@ void CheckStudyAndRun(Scene& scene, int generation, Counts& counts) {
     const auto ofStudy = saved ? GenerationOf(scene, *saved) : std::nullopt;
     Expect(isThisOrNext(ofStudy), "AM.ld2", counts);
     if (ofStudy == generation + 1) ++counts.New;
-    Expect(isThisOrNext(GenerationOfRun(scene, "R1.rd2")), "R1.rd2", counts);
-    const auto ofBackup = GenerationOfRun(scene, "R1.bak");
-    Expect(ofBackup == generation - 1 || isThisOrNext(ofBackup), "R1.bak", counts);
+    Expect(isThisOrNext(GenerationOfRun(scene)), "R1.rd2", counts);
+    const auto ofBackup = GenerationOfBackup(scene);
+    Expect(ofBackup == generation - 1 || isThisOrNext(ofBackup), "backup of R1", counts);
 }
 
 /// Runs of the conversion that was killed stay; the next one must not meet them.

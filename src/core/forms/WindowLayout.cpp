@@ -21,11 +21,14 @@ QByteArray Unpacked(const std::string& text) { return QByteArray::fromBase64(QBy
 /// Fits a window to its screen when it is about to be shown, and again when its frame is known.
 class ScreenFitter : public QObject {
 public:
-    explicit ScreenFitter(QWidget& window) : QObject(&window), window_(window) { window.installEventFilter(this); }
+    explicit ScreenFitter(QWidget& window) : QObject(&window), window_(window) {
+        ScrollWhatDoesNotFit();
+        window.installEventFilter(this);
+    }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         const bool isFirst = event->type() == QEvent::Show && !event->spontaneous();
-        // A layout that is moved into another widget must not be shown yet.
+        // The window may have got another screen, and fonts; a layout that is moved must not be shown yet.
         if (event->type() == QEvent::Polish) ScrollWhatDoesNotFit();
         if (isFirst || (event->type() == QEvent::WindowActivate && !knowsFrame_)) Fit();
         return QObject::eventFilter(watched, event);
@@ -71,10 +74,13 @@ private:
     }
 
     void ScrollWhatDoesNotFit() {
+        // What has changed since the layouts were measured.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
         const QSize least = window_.minimumSizeHint();
         const QSize room = Room().size();
         if (scrolls_ || (least.width() <= room.width() && least.height() <= room.height())) return;
         scrolls_ = true;
+        const QSize wanted = window_.testAttribute(Qt::WA_Resized) ? window_.size() : window_.sizeHint();
         if (auto* main = qobject_cast<QMainWindow*>(&window_)) {
             if (QWidget* page = main->takeCentralWidget()) main->setCentralWidget(ScrollAreaFor(page, main));
         } else if (window_.layout() != nullptr) {
@@ -84,6 +90,7 @@ private:
             column->setContentsMargins(0, 0, 0, 0);
             column->addWidget(ScrollAreaFor(page, &window_));
         }
+        window_.resize(wanted.boundedTo(room));
     }
 
     QWidget& window_;

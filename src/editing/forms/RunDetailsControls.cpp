@@ -250,9 +250,9 @@ void RunDetailsControls::SetTabOrder() {
         before = control;
     };
     for (const auto& [key, label] : ButtonLabels) goOnTo(label);
-    for (QWidget* control : std::initializer_list<QWidget*>{vaSectionNames, BtnInsert, BtnDelete, BtnReverse, BtnCopy,
-                                                            btnTrimStart, btnTrimEnd, btnRestore, BtnShowPlot, BtnEditRunData,
-                                                            BtnShowStats, RunDetailsSave, RunDetailsCancel, cmdHelp})
+    for (QWidget* control : std::initializer_list<QWidget*>{
+             vaSectionNames, BtnInsert, BtnDelete, BtnReverse, BtnCopy, btnTrimStart, btnTrimEnd, btnRestore,
+             BtnShowPlot, BtnEditRunData, BtnShowStats, RunDetailsSave, RunDetailsCancel, cmdHelp})
         goOnTo(control);
 }
 

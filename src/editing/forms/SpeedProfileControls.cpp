@@ -130,6 +130,9 @@ QLayout* SpeedProfileControls::LayOutButtons() {
     lblWarning = Named<QLabel>(&window_, "lblWarning");
     lblWarning->setTextFormat(Qt::PlainText);
     lblWarning->setWordWrap(true);
+    // It comes and goes while a line is dragged and must not push the plot about.
+    lblWarning->setFixedHeight(2 * lblWarning->fontMetrics().lineSpacing());
+    lblWarning->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 
     auto* row = new QHBoxLayout;
     row->addWidget(cmdHelp);

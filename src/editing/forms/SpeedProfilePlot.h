@@ -84,7 +84,7 @@ private:
     ProfileLine active_ = ProfileLine::Start;
     QPointF pointer_;
     std::optional<QPoint> pressedAt_;  ///< where a line was grabbed, until the pointer goes on from there
-    int heldKey_ = 0;  ///< the arrow key that moves a line while it is down
+    int heldKey_ = 0;                  ///< the arrow key that moves a line while it is down
     int wheelAngle_ = 0;
     QBasicTimer edgeScroll_;
 };

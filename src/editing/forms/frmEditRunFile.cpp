@@ -78,6 +78,7 @@ frmEditRunFile::frmEditRunFile(AppContext& context, int entryIndex)
     layout->addWidget(area, 1);
     layout->addLayout(BuildNotes());
     layout->addLayout(BuildButtons());
+    ShowChanges();
     resize(page->sizeHint() + QSize(48, 130));
     RememberLayout(*this, context.Memory);
 }
@@ -88,8 +89,10 @@ QLineEdit* frmEditRunFile::AddField(QWidget* parent, const QString& name, std::s
     field->setMaxLength(static_cast<int>(width));
     field->setText(ToQt(text));
     field->setCursorPosition(0);
-    Connect(field, &QLineEdit::textChanged, this, context_.Messages,
-            [&text](const QString& typed) { text = FromQt(typed); });
+    Connect(field, &QLineEdit::textChanged, this, context_.Messages, [this, &text](const QString& typed) {
+        text = FromQt(typed);
+        ShowChanges();
+    });
     return field;
 }
 
@@ -181,11 +184,28 @@ QLayout* frmEditRunFile::BuildButtons() {
     Connect(save, &QPushButton::clicked, this, context_.Messages, [this] { SaveRunFile(); });
     Connect(cancel, &QPushButton::clicked, this, context_.Messages, [this] { QDialog::reject(); });
     auto* row = new QHBoxLayout;
+    lblChanges_ = Named<QLabel>(this, "lblChanges");
+    lblChanges_->setWordWrap(true);
     row->addWidget(HelpButton(*this, context_, HelpTopic::RunFile));
-    row->addStretch();
+    row->addWidget(lblChanges_, 1);
     row->addWidget(save);
     row->addWidget(cancel);
     return row;
+}
+
+void frmEditRunFile::ShowChanges() {
+    QString text;
+    try {
+        QStringList names;
+        const RunRecord edited = WithTexts(run_, texts_);
+        for (const std::string& name : DifferingFields(context_.State.CurrentRun.Header, edited.Header))
+            names += ToQt(name);
+        text = names.isEmpty() ? QStringLiteral("Save changes nothing.")
+                               : QStringLiteral("Save changes %1.").arg(names.join(QStringLiteral(", ")));
+    } catch (const RunTimeError& error) {
+        text = ToQt(error.Place()).section(QLatin1Char('\n'), 0, 0);
+    }
+    lblChanges_->setText(text);
 }
 
 void frmEditRunFile::SaveRunFile() {

@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <QGridLayout>
+#include <QLabel>
 #include <QLineEdit>
 
 #include "core/AppContext.h"
@@ -27,12 +28,15 @@ private:
     /// A field that shows `text` and keeps it up to date.
     QLineEdit* AddField(QWidget* parent, const QString& name, std::string& text, std::size_t width);
     void SaveRunFile();
+    /// Says which values of the stored run a save would change: some are not typed but follow from the samples.
+    void ShowChanges();
 
     AppContext& context_;
     int entryIndex_;
     RunRecord run_;       ///< as its samples say
     RunFileTexts shown_;  ///< when the screen was opened
     RunFileTexts texts_;  ///< in the fields
+    QLabel* lblChanges_ = nullptr;
 };
 
 }  // namespace vantor

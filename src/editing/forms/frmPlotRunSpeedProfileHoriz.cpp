@@ -223,6 +223,7 @@ void frmPlotRunSpeedProfileHoriz::ShowWarning() {
     std::string problem = isComputed_ ? BoundaryProblem(run_, profile_.Plot(), entry_) : std::string();
     if (!problem.empty()) problem += " The figures mean nothing then.";
     controls_.lblWarning->setText(problem_.isEmpty() ? ToQt(problem) : problem_.simplified());
+    controls_.lblWarning->setToolTip(controls_.lblWarning->text());
     QPalette colours = palette();
     colours.setColor(QPalette::WindowText, RedText(palette()));
     controls_.lblWarning->setPalette(colours);

@@ -16,8 +16,8 @@ public:
     /// `entryIndex` from 1 is the current run's entry in the study; any other index is error 9.
     frmPlotRunSpeedProfileHoriz(AppContext& context, int entryIndex);
 
-    /// The run's entry as it was when the screen was opened, or when the run was trimmed last: an older one does not fit
-    /// the run any more.
+    /// The run's entry as it was when the screen was opened, or when the run was trimmed last: an older one does not
+    /// fit the run any more.
     const StudyRunEntry& EntryBefore() const { return entryBefore_; }
 
     /// Every way out: asks when the boundaries have not been dragged, takes over the run's name.

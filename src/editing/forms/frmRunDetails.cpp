@@ -159,7 +159,8 @@ void frmRunDetails::ListBackups() {
                                  .arg(backup.Header.SampleCount)
                                  .arg(Round32(units.LengthOfFeet(backup.Header.RunLength)))
                                  .arg(units.Metric ? QStringLiteral("m") : QStringLiteral("ft"));
-        Connect(menu.addAction(text), &QAction::triggered, this, context_.Messages, [this, backup] { Restore(backup); });
+        Connect(menu.addAction(text), &QAction::triggered, this, context_.Messages,
+                [this, backup] { Restore(backup); });
     }
     if (menu.isEmpty()) menu.addAction(QStringLiteral("No earlier state of this run is kept."))->setEnabled(false);
 }

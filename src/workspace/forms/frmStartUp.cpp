@@ -7,6 +7,7 @@
 #include <QShortcut>
 #include <QStyleOptionButton>
 #include <algorithm>
+#include <array>
 
 #include "core/Paths.h"
 #include "core/StudyFile.h"
@@ -84,7 +85,7 @@ void frmStartUp::MakeLow() {
         auto* card = static_cast<CardButton*>(button);
         card->setToolTip(card->description());
         card->setDescription({});
-        card->setMinimumHeight(card->minimumSizeHint().height());
+        card->setFixedHeight(card->minimumSizeHint().height());
     }
 }
 
@@ -104,20 +105,20 @@ QLayout* frmStartUp::BuildHead() {
 
 QLayout* frmStartUp::BuildChoices() {
     using enum StartUpChoice;
-    auto* grid = new QGridLayout;
-    for (const int column : {0, 1}) grid->setColumnStretch(column, 1);
-    const auto add = [&](int row, int column, QVBoxLayout* group) {
-        grid->addWidget(group->parentWidget(), row, column);
+    auto* halves = new QHBoxLayout;
+    std::array<QVBoxLayout*, 2> columns;
+    for (QVBoxLayout*& column : columns) halves->addLayout(column = new QVBoxLayout, 1);
+    const auto add = [&](std::size_t column, QVBoxLayout* group) {
+        columns[column]->addWidget(group->parentWidget(), 1);
     };
-    add(0, 0, BuildGroup("frStudy", QStringLiteral("Study"), StudyCards()));
-    add(1, 0,
-        BuildGroup("frCounter", QStringLiteral("Counter Runs"),
-                   {{ReadCounter, "ReadTDCBut", QStringLiteral("&Read TDC Counter"), "read-counter",
-                     QStringLiteral("Download a counter's memory over a serial port.")},
-                    {ProcessTdcData, "BtnProcessTDC", QStringLiteral("Process &TDC Data"), "counter-file",
-                     QStringLiteral("Convert a counter file into runs for a Study Group.")},
-                    {ProcessTempRuns, "BtnProcessTemp", QStringLiteral("Process Runs in Temp &Folder"), "process-runs",
-                     QStringLiteral("Name the runs waiting there for a Study Group.")}}));
+    add(0, BuildGroup("frStudy", QStringLiteral("Study"), StudyCards()));
+    add(0, BuildGroup("frCounter", QStringLiteral("Counter Runs"),
+                      {{ReadCounter, "ReadTDCBut", QStringLiteral("&Read TDC Counter"), "read-counter",
+                        QStringLiteral("Download a counter's memory over a serial port.")},
+                       {ProcessTdcData, "BtnProcessTDC", QStringLiteral("Process &TDC Data"), "counter-file",
+                        QStringLiteral("Convert a counter file into runs for a Study Group.")},
+                       {ProcessTempRuns, "BtnProcessTemp", QStringLiteral("Process Runs in Temp &Folder"),
+                        "process-runs", QStringLiteral("Name the runs waiting there for a Study Group.")}}));
     QVBoxLayout* logs = BuildGroup("frLogs", QStringLiteral("GPS and OBD Runs"),
                                    {{ProcessRoamlap, "BtnProcessRoamlap", QStringLiteral("Process Roam&lap Data"),
                                      "gps-log", QStringLiteral("GPS logs of a laptop.")},
@@ -129,13 +130,12 @@ QLayout* frmStartUp::BuildChoices() {
                                      "handheld-obd", QStringLiteral("OBD logs of a handheld.")}});
     AddKey(logs, Qt::Key_P, ProcessCombined, QStringLiteral("Key P: combined GPS and OBD logs."));
     AddKey(logs, Qt::Key_B, ProcessBattelle, QStringLiteral("Key B: Battelle GPS files."));
-    add(0, 1, logs);
-    add(1, 1,
-        BuildGroup("frProgram", QStringLiteral("Program"),
-                   {{Preferences, "BtnPreferences", QStringLiteral("Preference&s"), "preferences",
-                     QStringLiteral("Folders, units, serial port and report headings.")},
-                    {Exit, "BtnExit", QStringLiteral("E&xit"), "exit", QStringLiteral("End the program.")}}));
-    return grid;
+    add(1, logs);
+    add(1, BuildGroup("frProgram", QStringLiteral("Program"),
+                      {{Preferences, "BtnPreferences", QStringLiteral("Preference&s"), "preferences",
+                        QStringLiteral("Folders, units, serial port and report headings.")},
+                       {Exit, "BtnExit", QStringLiteral("E&xit"), "exit", QStringLiteral("End the program.")}}));
+    return halves;
 }
 
 std::vector<frmStartUp::Card> frmStartUp::StudyCards() const {
