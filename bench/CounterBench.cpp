@@ -77,7 +77,7 @@ void WriteCounterFile(FileSystem& files, const std::string& path, std::size_t si
     text.reserve(size + 20 * words);
     for (std::size_t record = 0; text.size() < size; ++record) text += RecordText(record, words);
     text += "::::::::::::::::::::\r\n";
-    WriteFile(files, path, std::as_bytes(std::span(text)));
+    WriteFile(files, path, std::as_bytes(std::span(text)), AsItStands(files, path));
 }
 
 /// Seconds in which a plain C program writes the same run files with the same promise.

@@ -44,7 +44,7 @@ void ReportOn200Runs(benchmark::State& state) {
     const auto batch = files.BeginWrites();
     for (int i = 1; i <= RunsInStudy; ++i) {
         const std::string name = "Main St-NB-" + std::to_string(i);
-        AddRunFile(*batch, run, folder, name);
+        AddRunFile(*batch, run, folder, name, Expected::Nothing());
         AppendRun(study, name);
         study.Entries[i].CDStartDist = 300;
         study.Entries[i].CDEndDist = 20000;

@@ -32,7 +32,7 @@ public:
         run.RunSamples.ResizeTo(300);
         for (int i = 1; i <= RunsInStudy; ++i) {
             const std::string name = "Main St-NB-" + std::to_string(i);
-            AddRunFile(*batch, run, folder_, name);
+            AddRunFile(*batch, run, folder_, name, Expected::Nothing());
             AppendRun(study, name);
             study.Entries[i].CDStartDist = 300;
             study.Entries[i].CDEndDist = 7600;

@@ -19,7 +19,7 @@ _vantor() {
         ' ') commands='settings run counter log study' options='--theme --version' files='ld2' ;;
         'settings ') commands='show' ;;
         'run ') commands='show convert delay stats despike smooth' ;;
-        'counter ') commands='studies convert' ;;
+        'counter ') commands='studies convert check' ;;
         'log ') commands='show convert' ;;
         'study ') commands='new show compute bounds export chart report' ;;
         'settings show') ;;
@@ -33,14 +33,15 @@ _vantor() {
         'run smooth') options='--factor --output' files='rd2' output='rd2' ;;
         'counter studies') files='tdc' ;;
         'counter convert') options='--to' files='tdc' ;;
-        'log show') options='--rows' files='@(gdf|gd2|odf|od2|ddf|txt|mdb|pdb)' ;;
-        'log convert') options='--to' files='@(gdf|gd2|odf|od2|ddf|txt|mdb|pdb)' ;;
+        'counter check') files='tdc' ;;
+        'log show') options='--rows --signed' files='@(gdf|gd2|odf|od2|ddf|txt|mdb|pdb)' ;;
+        'log convert') options='--to --gaps --signed' files='@(gdf|gd2|odf|od2|ddf|txt|mdb|pdb)' ;;
         'study new') files='-d' ;;
         'study show') files='ld2' ;;
         'study compute') options='--stop-speed' files='ld2' ;;
         'study bounds') options='--start-dist --end-dist --ideal-speed --all' files='ld2' ;;
         'study export') options='--output' files='ld2' output='@(xls|xlsx|csv)' ;;
-        'study chart') options='--output' files='ld2' output='@(png|svg|pdf)' ;;
+        'study chart') options='--output --counted' files='ld2' output='@(png|svg|pdf)' ;;
         'study report') options='--output --paper --landscape --only' files='ld2' output='pdf' ;;
         *) options='--theme' files='ld2' ;;
     esac
@@ -53,6 +54,7 @@ _vantor() {
             return
             ;;
         --theme) values='light dark' ;;
+        --gaps) values='speed' ;;
         --paper) values='letter a4' ;;
         --only) values='summary statistics profiles chart' ;;
         --factor | --start-dist | --end-dist | --start-sample | --end-sample | --ideal-speed | --stop-speed) return ;;

@@ -89,15 +89,16 @@ PlotState PlacedBoundaries(const RunRecord& run, const StudyRunEntry& entry) {
     return {BoundaryAxis::Distance, sampleAt(entry.CDStartDist), sampleAt(entry.CDEndDist)};
 }
 
-FoundBoundaries FindBoundaries(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry) {
-    BoundaryScan scan(run, AppSettings(), plot);
-    const auto find = [&scan](std::int32_t sample, std::int32_t distance) {
-        const auto boundary = scan.Find(sample, distance, nullptr);
+FoundBoundaries FindBoundaries(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry,
+                               const AppSettings& settings) {
+    BoundaryScan scan(run, settings, plot);
+    const auto find = [&scan](std::int32_t sample, std::int32_t distance, std::int32_t* stopDelay) {
+        const auto boundary = scan.Find(sample, distance, stopDelay);
         return boundary.Found ? std::optional(boundary.Sample) : std::nullopt;
     };
     FoundBoundaries found;
-    found.Start = find(plot.CDStartSample, entry.CDStartDist);
-    found.End = find(plot.CDEndSample, entry.CDEndDist);
+    found.Start = find(plot.CDStartSample, entry.CDStartDist, nullptr);
+    found.End = find(plot.CDEndSample, entry.CDEndDist, &found.StopDelay);
     return found;
 }
 
@@ -117,15 +118,6 @@ IdealSpeed ComputeRunDelay(const RunRecord& run, const AppSettings& settings, Pl
     entry.ControlDelay = Subtract32(travelTime, IdealTravelTime(feet, ideal.Speed));
     entry.LOSGrade = LOSGradeOf(entry.ControlDelay);
     return ideal;
-}
-
-BoundarySearch SearchBoundaries(const RunRecord& run, const AppSettings& settings, const StudyRunEntry& entry) {
-    BoundarySearch search;
-    if (run.SampleValues.IsEmpty()) return search;
-    BoundaryScan scan(run, settings, {});
-    search.StartReached = scan.Find(0, entry.CDStartDist, nullptr).Found;
-    search.EndReached = scan.Find(0, entry.CDEndDist, &search.StopDelay).Found;
-    return search;
 }
 
 OneBased<std::int32_t> RunningDistances(const RunRecord& run) {

@@ -28,9 +28,11 @@ PlotState PlacedBoundaries(const RunRecord& run, const StudyRunEntry& entry);
 struct FoundBoundaries {
     std::optional<std::int32_t> Start;
     std::optional<std::int32_t> End;
+    std::int32_t StopDelay = 0;  ///< between them, seconds at or below the stop speed of the settings
 };
 /// A boundary that is not set is found at once. Error 9 for a run too short to look at.
-FoundBoundaries FindBoundaries(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry);
+FoundBoundaries FindBoundaries(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry,
+                               const AppSettings& settings = {});
 
 /// The ideal speed that a computation used, miles per hour, and as the whole number that is shown for it.
 struct IdealSpeed {
@@ -46,14 +48,6 @@ struct IdealSpeed {
 /// written to `entry` and `plot` before the error stays. A boundary that lies in the run's last second or beyond is not
 /// found: its sample in `plot` keeps the value it had.
 IdealSpeed ComputeRunDelay(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry);
-
-/// What the scans of a computation over distance come upon.
-struct BoundarySearch {
-    bool StartReached = false;
-    bool EndReached = false;
-    std::int32_t StopDelay = 0;  ///< seconds, at the stop speed of the settings
-};
-BoundarySearch SearchBoundaries(const RunRecord& run, const AppSettings& settings, const StudyRunEntry& entry);
 
 /// The distance from the run's start after each sample, sample 1 first; feet.
 OneBased<std::int32_t> RunningDistances(const RunRecord& run);

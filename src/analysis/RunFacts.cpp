@@ -21,8 +21,7 @@ std::string ReasonThenPlace(const RunTimeError& fault) {
 
 std::string ProblemOf(const RunReading& reading, const std::string& name) {
     if (reading.Outcome == RunOutcome::Missing)
-        return "Missing Run File: " + name +
-               ". Copy the file back into the Study Group, or delete the run from the list.";
+        return MissingRunText(name) + ". Copy the file back into the Study Group, or delete the run from the list.";
     return reading.Fault ? ReasonThenPlace(*reading.Fault) : std::string();
 }
 
@@ -32,8 +31,8 @@ bool IsComputedFrom(const Computation& computed, const StudyRunEntry& entry) {
 }
 
 void AddBoundaryWarnings(const StudyRunEntry& entry, const RunFacts& facts, std::vector<std::string>& warnings) {
-    if (!facts.Search.StartReached) warnings.emplace_back("start not reached");
-    if (!facts.Search.EndReached) warnings.emplace_back("end not reached");
+    if (!facts.Found.Start) warnings.emplace_back("start not reached");
+    if (!facts.Found.End) warnings.emplace_back("end not reached");
     if (entry.CDEndDist <= entry.CDStartDist) warnings.emplace_back("end before start");
 }
 
@@ -69,7 +68,7 @@ RunFacts FactsOf(const RunReading& reading, const StudyRunEntry& entry, const Ap
     facts.SampleCount = header.SampleCount;
     facts.SamplesInFile = reading.SamplesInFile;
     facts.Movement = MovementHash(reading.Run);
-    facts.Search = SearchBoundaries(reading.Run, settings, entry);
+    if (!reading.Run.SampleValues.IsEmpty()) facts.Found = FindBoundaries(reading.Run, {}, entry, settings);
     return facts;
 }
 

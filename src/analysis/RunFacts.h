@@ -22,7 +22,7 @@ struct RunFacts {
     std::int32_t SampleCount = 0;
     std::int32_t SamplesInFile = 0;
     std::uint64_t Movement = 0;  ///< MovementHash
-    BoundarySearch Search;       ///< of the entry's boundaries
+    FoundBoundaries Found;       ///< over distance; nothing for a run without samples
 
     bool IsRun() const { return Outcome == RunOutcome::Run; }
 };

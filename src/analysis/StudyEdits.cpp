@@ -21,7 +21,7 @@ std::optional<std::string> Compute(const StudyRunEntry& wanted, StudyRunEntry& e
                                    const std::string& folder, const AppSettings& settings) {
     const std::string name = RunFileName(entry);
     const RunReading reading = ReadRun(files, folder, name, RunPart::Whole);
-    if (reading.Outcome == RunOutcome::Missing) return "Missing Run File: " + name;
+    if (reading.Outcome == RunOutcome::Missing) return MissingRunText(name);
     if (!reading) return name + ": " + reading.Fault->Message();
     StudyRunEntry computed = wanted;
     try {
@@ -83,7 +83,7 @@ void ComputeStopDelays(Study& study, const std::vector<RunListRow>& rows, const 
     for (int run = 1; run <= study.Record.RunCount; ++run) {
         const RunListRow& row = rows[static_cast<std::size_t>(run - 1)];
         if (row.State != RunState::Counted) continue;
-        study.Entries[run].StopDelay = row.Facts.Search.StopDelay;
+        study.Entries[run].StopDelay = row.Facts.Found.StopDelay;
         study.Entries[run].StopDelayThreshold = settings.StopSpeedThreshold;
     }
 }

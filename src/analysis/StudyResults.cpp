@@ -117,7 +117,7 @@ std::string OtherThresholds(const std::vector<RunListRow>& rows) {
 
 std::optional<std::int32_t> AverageStopDelayNow(const std::vector<RunListRow>& rows) {
     return AverageOf(
-        rows, [](const RunListRow& row) { return row.Facts.Search.StopDelay; }, TakesAll);
+        rows, [](const RunListRow& row) { return row.Facts.Found.StopDelay; }, TakesAll);
 }
 
 void ComputeStudyResults(Study& study, const std::vector<RunListRow>& rows, ResultLabels& labels) {

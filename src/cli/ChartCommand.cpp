@@ -54,7 +54,8 @@ int DrawChart(CommandContext& context, const std::string& path, const std::strin
     const DelaySeries series(*study, rows, shown);
     const std::string title = DelayChartTitle(*study);
     const Json result = ChartAsJson(series, DelayPictureScale(context.Documents, series, title));
-    WriteFile(context.Files, output, DelayChartPicture(context.Documents, series, title, *format));
+    WriteFile(context.Files, output, DelayChartPicture(context.Documents, series, title, *format),
+              AsItStands(context.Files, output));
     const ExitStatus status = context.TellOfRuns(rows);
     context.Print(result);
     return status;

@@ -26,25 +26,26 @@ NamedFile TakeApartOutput(CommandContext& context, const std::string& path) {
     return file;
 }
 
-void Write(CommandContext& context, RunRecord& run, const NamedFile& file, bool keepsBackup) {
+void Write(CommandContext& context, RunRecord& run, const NamedFile& file, const Expected& expected) {
     DecodeEditedRun(run);
-    if (keepsBackup)
-        ReplaceRunFile(context.Files, run, file.Folder, file.Name);
+    if (expected.File)
+        ReplaceRunFile(context.Files, run, file.Folder, file.Name, expected);
     else
-        WriteRunFile(context.Files, run, file.Folder, file.Name);
+        WriteRunFile(context.Files, run, file.Folder, file.Name, expected);
 }
 
 int RepairRun(CommandContext& context, const RepairOptions& options) {
     const NamedFile source = TakeApart(options.Path, RunExtension, "run file");
     const bool isInPlace = !options.Output;
     const NamedFile target = isInPlace ? source : TakeApartOutput(context, *options.Output);
+    const Expected there = isInPlace ? AsItStands(context.Files, options.Path) : Expected::Nothing();
     RunRecord run;
     if (!ReadRunFile(context.Files, context.Messages, run, source.Folder, source.Name, true)) return Failed;
     const SensorData data(run.Header.CalConstant, context.State.Settings);
     const WordChanges changes = RepairsOf(data, run, options);
     for (const WordChange& change : changes) run.SampleValues[change.Point] = change.New;
     // A run without faults stays as it is, without a backup.
-    if (!isInPlace || !changes.empty()) Write(context, run, target, isInPlace);
+    if (!isInPlace || !changes.empty()) Write(context, run, target, there);
     context.Print({{"changed", changes.size()}});
     return Done;
 }

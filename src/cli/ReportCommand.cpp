@@ -49,7 +49,7 @@ int PrintReport(CommandContext& context, const ReportOptions& options) {
     const PagedDocument document = MakeReport(data, ChoiceOf(options), context.Documents.Measure());
     const auto bytes = context.Documents.Pdf(document, context.Work.Part(Loaded, 1));
     if (!context.Work(1, 1)) return Stopped;
-    WriteFile(context.Files, options.Output, bytes);
+    WriteFile(context.Files, options.Output, bytes, AsItStands(context.Files, options.Output));
     for (const std::string& problem : data.Problems) context.Err << problem << '\n';
     context.Print({{"pages", document.Pages.size()}});
     return data.Problems.empty() ? Done : Failed;

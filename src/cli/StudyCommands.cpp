@@ -78,7 +78,7 @@ int MakeStudy(CommandContext& context, const std::string& directory, const std::
         const std::string run = RunNameOf(argument);
         const RunReading reading = ReadRun(context.Files, folder, run, RunPart::Header);
         if (!reading) {
-            context.Err << (reading.Outcome == RunOutcome::Missing ? "Missing Run File: " + run
+            context.Err << (reading.Outcome == RunOutcome::Missing ? MissingRunText(run)
                                                                    : run + ": " + reading.Fault->Message())
                         << '\n';
             allThere = false;
@@ -87,7 +87,7 @@ int MakeStudy(CommandContext& context, const std::string& directory, const std::
         }
     }
     if (!allThere) return Failed;
-    WriteStudyFile(context.Files, study, folder, name);
+    WriteStudyFile(context.Files, study, folder, name, Replacing::OwnFile);
     context.Print(StudyAsJson(study, MakeRunListRows(study, context.Files, folder, context.State.Settings)));
     return Done;
 }
@@ -99,7 +99,7 @@ int FinishStudy(CommandContext& context, const NamedFile& file, Study& study,
     ResultLabels labels;
     const auto rows = MakeRunListRows(study, context.Files, file.Folder, context.State.Settings);
     ComputeStudyResults(study, rows, labels);
-    WriteStudyFile(context.Files, study, file.Folder, file.Name);
+    WriteStudyFile(context.Files, study, file.Folder, file.Name, Replacing::OwnFile);
     Json result = StudyAsJson(study, rows);
     result["AvgControlDelay"] = LabelAsJson(labels.AvgControlDelay);
     result["AvgStopDelay"] = LabelAsJson(labels.AvgStopDelay);
@@ -112,6 +112,7 @@ int FinishStudy(CommandContext& context, const NamedFile& file, Study& study,
 
 int ComputeStudy(CommandContext& context, const std::string& path, std::optional<std::int16_t> stopSpeed) {
     const NamedFile file = TakeApart(path, StudyExtension, "study file");
+    const auto lock = context.Files.Lock(file.Folder);
     auto study = LoadStudyToChange(context, file);
     if (!study) return Failed;
     AppSettings& settings = context.State.Settings;
@@ -151,6 +152,7 @@ int SetBoundsOfRuns(CommandContext& context, const BoundsOptions& options) {
         return WrongUsage;
     }
     const NamedFile file = TakeApart(options.Path, StudyExtension, "study file");
+    const auto lock = context.Files.Lock(file.Folder);
     auto study = LoadStudyToChange(context, file);
     if (!study) return Failed;
     const auto chosen = ChosenEntries(context, *study, options);
@@ -173,7 +175,7 @@ int ExportStudy(CommandContext& context, const std::string& path, const std::str
     const auto rows = MakeRunListRows(*study, context.Files, file.Folder, settings, context.Work);
     if (!context.Work(1, 1)) return Stopped;
     const OutgoingTable table = StudyTable(*study, rows, file.Folder, UnitsOf(settings));
-    WriteFile(context.Files, output, EncodeTable(output, table, context.Sheets));
+    WriteFile(context.Files, output, EncodeTable(output, table, context.Sheets), AsItStands(context.Files, output));
     const ExitStatus status = context.TellOfRuns(rows);
     context.Print({{"rows", study->Record.RunCount}});
     return status;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "core/AppSettings.h"
@@ -65,12 +66,14 @@ struct ApplicationState {
     bool MainFormLoaded = false;
 
     RunRecord CurrentRun;
+    std::optional<FileStamp> CurrentRunStamp;  ///< of the file that CurrentRun was read from or written to
     Study CurrentStudy;
     bool StudyLoaded = false;
     /// Nothing was changed since the study was loaded, begun or saved.
     bool StudyUnchanged = true;
     /// The study's fields were typed into since then.
     bool StudyFieldsEdited = false;
+    ReplacedStudy Replaced;  ///< by the last save of the current study
 
     // Hand-over between screens.
     bool CounterFileChosen = false;

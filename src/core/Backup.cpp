@@ -49,17 +49,16 @@ std::string FreeBackupPath(const FileSystem& files, const std::string& path) {
 
 std::string AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& path) {
     const std::string backup = FreeBackupPath(files, path);
-    batch.Add(backup, ReadFirstBytes(files, path, files.Open(path)->Size()), OldTail::Dropped);
+    batch.Add(backup, ReadWholeFile(files, path), Expected::Nothing());
     return backup;
 }
 
 void WriteKeepingOld(FileSystem& files, const std::string& path, std::span<const std::byte> bytes) {
     const auto batch = files.BeginWrites();
-    if (FileExists(files, path)) {
-        if (std::ranges::equal(ReadFirstBytes(files, path, bytes.size() + 1), bytes)) return;
-        AddBackup(*batch, files, path);
-    }
-    batch->Add(path, bytes, OldTail::Dropped);
+    const Expected there = AsItStands(files, path);
+    if (there.File == StampOf(bytes)) return;
+    if (there.File) AddBackup(*batch, files, path);
+    batch->Add(path, bytes, there);
     batch->Commit();
 }
 

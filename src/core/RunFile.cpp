@@ -127,8 +127,10 @@ void TakeVer1Header(RunHeader& header, const Ver1RunHeader& old) {
 
 }  // namespace
 
+std::string MissingRunText(const std::string& name) { return "Missing Run File: " + name; }
+
 void TellMissingRun(MessageBoxes& messages, const std::string& name) {
-    messages.Tell("Missing Run File: " + name, MessageIcon::Warning);
+    messages.Tell(MissingRunText(name), MessageIcon::Warning);
 }
 
 std::string CutText(std::int32_t samplesInFile, std::int32_t sampleCount) {
@@ -212,16 +214,19 @@ RunRecord ReadRunBackup(const FileSystem& files, const RunBackup& backup) {
     return std::move(reading.Run);
 }
 
-std::string ReplaceRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name) {
+std::string ReplaceRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name,
+                           const Expected& expected) {
+    const auto lock = files.Lock(folder);
     const auto batch = files.BeginWrites();
     const std::string backup = AddBackup(*batch, files, PathOf(folder, name, RunExtension));
-    AddRunFile(*batch, run, folder, name);
+    AddRunFile(*batch, run, folder, name, expected);
     batch->Commit();
     return LastComponent(backup);
 }
 
-void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name) {
-    AddRunBytes(batch, RunBytes(run, name), folder, name);
+void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name,
+                const Expected& expected) {
+    AddRunBytes(batch, RunBytes(run, name), folder, name, expected);
 }
 
 std::vector<std::byte> RunBytes(RunRecord& run, const std::string& name) {
@@ -230,13 +235,14 @@ std::vector<std::byte> RunBytes(RunRecord& run, const std::string& name) {
 }
 
 void AddRunBytes(WriteBatch& batch, std::span<const std::byte> bytes, const std::string& folder,
-                 const std::string& name) {
-    batch.Add(PathOf(folder, name, RunExtension), bytes, OldTail::Kept);
+                 const std::string& name, const Expected& expected) {
+    batch.Add(PathOf(folder, name, RunExtension), bytes, expected, OldTail::Kept);
 }
 
-void WriteRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name) {
+void WriteRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name,
+                  const Expected& expected) {
     const auto batch = files.BeginWrites();
-    AddRunFile(*batch, run, folder, name);
+    AddRunFile(*batch, run, folder, name, expected);
     batch->Commit();
 }
 
@@ -273,19 +279,27 @@ bool ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, RunRecord& ru
         throw RunTimeError(ErrorNumber::FileAlreadyExists,
                            path + ConvertedRunExtension + "\nThe run was converted before. Move that file away first.");
     RunRecord converted = ReadVer1Run(files, folder, name);
+    const std::string written = path + RunExtension;
+    const auto lock = files.Lock(folder);
     std::optional<std::vector<std::byte>> replaced;
-    if (FileExists(files, path + RunExtension))
-        replaced = ReadFirstBytes(files, path + RunExtension, files.Open(path + RunExtension)->Size());
-    WriteRunFile(files, converted, folder, name);
+    if (FileExists(files, written)) replaced = ReadWholeFile(files, written);
+    std::string backup;
+    if (replaced)
+        backup = ReplaceRunFile(files, converted, folder, name, Expected::Unchanged(StampOf(*replaced)));
+    else
+        WriteRunFile(files, converted, folder, name, Expected::Nothing());
     try {
         files.Rename(path + Ver1RunExtension, path + ConvertedRunExtension);
     } catch (const RunTimeError&) {
-        if (replaced)
-            WriteFile(files, path + RunExtension, *replaced);
-        else
-            files.Delete(path + RunExtension);
+        if (replaced) {
+            WriteFile(files, written, *replaced, AsItStands(files, written));
+            files.Delete(folder + backup);
+        } else {
+            files.Delete(written);
+        }
         throw;
     }
+    if (replaced) messages.Tell("The run " + name + RunExtension + " that was there is kept as " + backup + ".");
     run = std::move(converted);
     return true;
 }

@@ -13,6 +13,8 @@ namespace vantor {
 // In all of these `folder` ends in a separator and `name` has no extension. A name that would leave its folder is
 // error 75 before any file is touched.
 
+/// "Missing Run File: NB-001".
+std::string MissingRunText(const std::string& name);
 /// Shows the message that a run's file is missing.
 void TellMissingRun(MessageBoxes& messages, const std::string& name);
 
@@ -66,22 +68,27 @@ RunRecord ReadRunBackup(const FileSystem& files, const RunBackup& backup);
 
 /// Sets FileVersion and RunName and writes the run to folder + name + ".rd2". A longer file of that name keeps its
 /// old bytes behind the new samples. Error 9 when the lists are shorter than SampleCount.
-void WriteRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name);
+void WriteRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name,
+                  const Expected& expected);
 
 /// Sets FileVersion and RunName and gives the bytes of the run's file; to be added to a batch by AddRunBytes. Error 9
 /// as of WriteRunFile.
 std::vector<std::byte> RunBytes(RunRecord& run, const std::string& name);
 void AddRunBytes(WriteBatch& batch, std::span<const std::byte> bytes, const std::string& folder,
-                 const std::string& name);
+                 const std::string& name, const Expected& expected);
+
 /// Writes the run over its file folder + name + ".rd2", which stays as it was as a numbered backup beside it; both or
 /// none. Returns the backup's name. Error 53 when there is no such file.
-std::string ReplaceRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name);
+std::string ReplaceRunFile(FileSystem& files, RunRecord& run, const std::string& folder, const std::string& name,
+                           const Expected& expected);
 
 /// As WriteRunFile, the file appearing with the others of the batch.
-void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name);
+void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name,
+                const Expected& expected);
 
 /// Fills `run` from folder + name + ".rdf", writes it as ".rd2" and renames the old file to ".rdx". A missing file
-/// is told to the user and gives false. Error 58 before anything is written when the ".rdx" exists. After an error all
+/// is told to the user and gives false. Error 58 before anything is written when the ".rdx" exists. A ".rd2" that is
+/// replaced is kept as a numbered backup, which is told to the user. After an error all
 /// files are as they were; where the disk refuses that too, ".rdf" and ".rd2" lie side by side, both whole.
 bool ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
                         const std::string& name);

@@ -105,7 +105,9 @@ void SaveSettings(ApplicationState& state, FileSystem& files) {
     // First: a whole folder beside a record that does not hold its beginning is passed over.
     state.Choices = StoreUserChoices(files, WholeFolders(settings));
     files.CreateFolder(files.SettingsFolder());
-    WriteFile(files, files.SettingsFolder() + SettingsFileName, EncodeRecord(settings, AppSettingsFields));
+    // Of several windows the one that saves last is right.
+    const std::string path = files.SettingsFolder() + SettingsFileName;
+    WriteFile(files, path, EncodeRecord(settings, AppSettingsFields), AsItStands(files, path));
     state.Settings = settings;
 }
 

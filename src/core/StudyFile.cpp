@@ -11,9 +11,6 @@
 namespace vantor {
 namespace {
 
-/// Far above what the entries of a study can need.
-constexpr std::uint64_t LongestCompanion = std::uint64_t{64} << 20;
-
 struct StudyBytes {
     StudyRecord Header;
     std::vector<std::byte> File;
@@ -24,9 +21,8 @@ std::optional<StudyBytes> ReadStudyBytes(const FileSystem& files, const std::str
     if (!info) return std::nullopt;
     if (info->IsFolder)
         throw RunTimeError(ErrorNumber::PathFileAccessError, path + "\nThis is a folder, no study file.");
-    constexpr std::size_t LongestStudy = StudyRecordSize + 32767 * StudyRunEntrySize;
     StudyBytes study;
-    study.File = ReadFirstBytes(files, path, LongestStudy);
+    study.File = ReadWholeFile(files, path);
     study.Header = DecodeRecord<StudyRecord>(StudyRecordFields, study.File);
     if (study.Header.RunCount < 0)
         throw RunTimeError(ErrorNumber::SubscriptOutOfRange, path + "\nThe file tells of " +
@@ -39,6 +35,7 @@ void MarkUnchanged(ApplicationState& state) {
     state.StudyLoaded = true;
     state.StudyUnchanged = true;
     state.StudyFieldsEdited = false;
+    state.Replaced = {};
 }
 
 }  // namespace
@@ -62,9 +59,13 @@ std::optional<Study> LoadStudy(const FileSystem& files, const std::string& folde
     const auto bytes = ReadStudyBytes(files, folder + name + StudyExtension);
     if (!bytes) return std::nullopt;
     Study study = DecodeStudy(bytes->File);
+    study.Stored = StoredStudy{folder + name + StudyExtension, StampOf(bytes->File), std::nullopt};
     const std::string companion = folder + name + CompanionExtension;
-    if (FileExists(files, companion))
-        study.HasDamagedCompanion = !DecodeCompanion(ReadFirstBytes(files, companion, LongestCompanion), study);
+    if (FileExists(files, companion)) {
+        const std::vector<std::byte> beside = ReadWholeFile(files, companion);
+        study.Stored->Companion = StampOf(beside);
+        study.HasDamagedCompanion = !DecodeCompanion(beside, study);
+    }
     return study;
 }
 
@@ -96,19 +97,51 @@ bool ReadStudyRunNames(const FileSystem& files, Desktop& desktop, const std::str
     return true;
 }
 
-void WriteStudyFile(FileSystem& files, Study& study, const std::string& folder, const std::string& name) {
-    study.Record.StudyFileVersion = 1;
+StudyTarget TargetOfStudy(const FileSystem& files, const Study& study, const std::string& folder,
+                          const std::string& name) {
+    const std::string path = folder + name + StudyExtension;
     const std::string companion = folder + name + CompanionExtension;
+    if (!files.Find(path)) return StudyTarget::New;
+    if (!study.Stored || !EqualIgnoringCase(study.Stored->Path, path)) return StudyTarget::Other;
+    const bool isOwn = AsItStands(files, path).File == study.Stored->Stamp &&
+                       AsItStands(files, companion).File == study.Stored->Companion;
+    return isOwn ? StudyTarget::Own : StudyTarget::Changed;
+}
+
+ReplacedStudy WriteStudyFile(FileSystem& files, Study& study, const std::string& folder, const std::string& name,
+                             Replacing replacing) {
+    const std::string path = folder + name + StudyExtension;
+    const std::string companion = folder + name + CompanionExtension;
+    const auto lock = files.Lock(folder);
     const auto batch = files.BeginWrites();
-    batch->Add(folder + name + StudyExtension, EncodeStudy(study), OldTail::Dropped);
-    // One that is there tells of the study that stood here before.
-    if (NeedsCompanion(study) || FileExists(files, companion)) {
-        if (study.HasDamagedCompanion) AddBackup(*batch, files, companion);
-        batch->Add(companion, EncodeCompanion(study), OldTail::Dropped);
+    const bool isOwn = study.Stored && EqualIgnoringCase(study.Stored->Path, path);
+    Expected expected{isOwn ? std::optional(study.Stored->Stamp) : std::nullopt};
+    Expected expectedBeside{isOwn ? study.Stored->Companion : std::nullopt};
+    // What the file holds is more than was read of it, or less.
+    const bool isHurt = study.MissingEntries != 0;
+    ReplacedStudy replaced;
+    const bool keepsOld = replacing == Replacing::AnyFile && files.Find(path) &&
+                          TargetOfStudy(files, study, folder, name) != StudyTarget::Own;
+    if (keepsOld || isHurt) {
+        replaced.Path = AddBackup(*batch, files, path);
+        expected = AsItStands(files, path);
     }
+    if ((keepsOld || study.HasDamagedCompanion) && files.Find(companion))
+        replaced.Companion = AddBackup(*batch, files, companion);
+    // One that lies beside no study tells of nothing.
+    if (keepsOld || (!isOwn && !files.Find(path))) expectedBeside = AsItStands(files, companion);
+
+    study.Record.StudyFileVersion = 1;
+    const std::vector<std::byte> bytes = EncodeStudy(study);
+    const std::vector<std::byte> bytesBeside = EncodeCompanion(study);
+    const bool hasCompanion = NeedsCompanion(study) || expectedBeside.File;
+    batch->Add(path, bytes, expected);
+    if (hasCompanion) batch->Add(companion, bytesBeside, expectedBeside);
     batch->Commit();
     study.MissingEntries = 0;
     study.HasDamagedCompanion = false;
+    study.Stored = StoredStudy{path, StampOf(bytes), hasCompanion ? std::optional(StampOf(bytesBeside)) : std::nullopt};
+    return replaced;
 }
 
 std::string CutShortText(const Study& study) {

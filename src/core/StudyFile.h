@@ -31,8 +31,23 @@ bool ReadStudyFile(ApplicationState& state, const FileSystem& files, Desktop& de
 bool ReadStudyRunNames(const FileSystem& files, Desktop& desktop, const std::string& folder, const std::string& name,
                        StudyRecord& header, OneBased<std::string>& names);
 
-/// Writes the study to folder + name + ".ld2" and its companion beside it, replacing files of these names wholly.
-void WriteStudyFile(FileSystem& files, Study& study, const std::string& folder, const std::string& name);
+/// How the file that a study would be written to stands to it.
+enum class StudyTarget {
+    New,      ///< there is none
+    Own,      ///< the one that the study was read from or written to last
+    Other,    ///< that of another study
+    Changed,  ///< its own, which another program has changed since
+};
+StudyTarget TargetOfStudy(const FileSystem& files, const Study& study, const std::string& folder,
+                          const std::string& name);
+
+enum class Replacing { OwnFile, AnyFile };
+
+/// Writes the study to folder + name + ".ld2" and its companion beside it. Its own file is replaced wholly. Another
+/// one, or its own that was changed since, is error 58 or 75 where only the own may be replaced; where any may be, it
+/// is kept as a numbered backup, which is returned.
+ReplacedStudy WriteStudyFile(FileSystem& files, Study& study, const std::string& folder, const std::string& name,
+                             Replacing replacing);
 
 /// "3 of 8 entries are there" of a study whose file is too short for the runs that it tells of.
 std::string CutShortText(const Study& study);

@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "core/Date.h"
+#include "core/FileStamp.h"
 #include "core/IndexedArray.h"
 #include "core/RecordCodec.h"
 
@@ -101,6 +102,19 @@ static_assert(RecordSize(StudyRunEntryFields) == StudyRunEntrySize && IsGapless(
 /// True when both boundaries of the run are set, so that it counts in the study's averages.
 inline bool HasBothBoundaries(const StudyRunEntry& entry) { return entry.CDStartDist != 0 && entry.CDEndDist != 0; }
 
+/// The file that a study was read from or written to last.
+struct StoredStudy {
+    std::string Path;
+    FileStamp Stamp;
+    std::optional<FileStamp> Companion;  ///< nothing where there was none
+};
+
+/// The backups of a study whose file another has taken; empty for none.
+struct ReplacedStudy {
+    std::string Path;
+    std::string Companion;
+};
+
 /// A study in memory. Entry 0 is no run; entries and names 1 to RunCount are the runs in list order.
 struct Study {
     StudyRecord Record;
@@ -110,6 +124,7 @@ struct Study {
     std::int16_t MissingEntries = 0;
     std::string OtherFacts;  ///< of the companion: members of a later version, as the text of a JSON object; or empty
     bool HasDamagedCompanion = false;
+    std::optional<StoredStudy> Stored;  ///< nothing for a study that was never stored
 };
 
 }  // namespace vantor

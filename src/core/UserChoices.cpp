@@ -88,7 +88,7 @@ UserChoices StoreUserChoices(FileSystem& files, const UserChoices& changes) {
     if (choices == before) return choices;
     const std::string text = EncodeUserChoices(choices);
     files.CreateFolder(files.SettingsFolder());
-    WriteFile(files, PathOf(files), std::as_bytes(std::span(text)));
+    WriteFile(files, PathOf(files), std::as_bytes(std::span(text)), AsItStands(files, PathOf(files)));
     return choices;
 }
 

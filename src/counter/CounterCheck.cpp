@@ -67,7 +67,7 @@ std::string KeepWholeRuns(FileSystem& files, const std::string& path, const Coun
     whole.insert(whole.end(), endBytes.begin(), endBytes.end());
     std::string aside = SetAside(files, path);
     try {
-        WriteFile(files, path, whole);
+        WriteFile(files, path, whole, Expected::Nothing());
     } catch (const RunTimeError&) {
         files.Rename(aside, path);
         throw;

@@ -262,7 +262,7 @@ public:
         const Progress writing = progress.Part(0, Written);
         if (!writing(0, 1)) return {};
         while (const auto run = made_.Take()) {
-            AddRunBytes(*batch_, run->Bytes, folder_, run->Name);
+            AddRunBytes(*batch_, run->Bytes, folder_, run->Name, Expected::Nothing());
             runNames_.push_back(run->Name);
             if (!writing(run->Position, maker_.FileSize())) return {};
         }
@@ -354,7 +354,15 @@ CounterRecord ReadCounterRecord(DelimitedReader& fields, RunRecord& scratch, std
 
 std::vector<std::string> ConvertCounterFile(FileSystem& files, const std::string& path, const std::string& toFolder,
                                             RunRecord& currentRun, const Progress& progress) {
-    return Conversion(files, path, toFolder, currentRun).ConvertAll(progress);
+    for (int attempt = 1;; ++attempt) {
+        try {
+            return Conversion(files, path, toFolder, currentRun).ConvertAll(progress);
+        } catch (const RunTimeError& error) {
+            // Another program has taken a name since the folder was listed: the names move on.
+            constexpr int MostAttempts = 20;
+            if (error.Number() != ErrorNumber::FileAlreadyExists || attempt == MostAttempts) throw;
+        }
+    }
 }
 
 }  // namespace vantor

@@ -100,6 +100,15 @@ std::optional<std::int32_t> FeetCutFromStart(const RunRecord& from, const RunRec
     return seconds < 0 ? -feet : feet;
 }
 
+Expected ExpectedFile(const ApplicationState& state, const FileSystem& files, const std::string& folder,
+                      const std::string& name) {
+    const bool isItsOwn = EqualIgnoringCase(Trim(state.CurrentRun.Header.RunName), name);
+    if (!isItsOwn) return Expected::Nothing();
+    // A run that came from no file of its own.
+    if (!state.CurrentRunStamp) return AsItStands(files, folder + name + RunExtension);
+    return Expected::Unchanged(*state.CurrentRunStamp);
+}
+
 }  // namespace
 
 RunSaved SaveRun(ApplicationState& state, FileSystem& files, RunRecord edited, const RunSave& save) {
@@ -110,12 +119,14 @@ RunSaved SaveRun(ApplicationState& state, FileSystem& files, RunRecord edited, c
 
     const std::string folder = StudyGroupFolder(state);
     RunSaved saved;
-    if (save.KeepsBackup && FileExists(files, folder + name + RunExtension))
-        saved.Backup = ReplaceRunFile(files, edited, folder, name);
+    const Expected expected = ExpectedFile(state, files, folder, name);
+    if (save.KeepsBackup && expected.File)
+        saved.Backup = ReplaceRunFile(files, edited, folder, name, expected);
     else
-        WriteRunFile(files, edited, folder, name);
+        WriteRunFile(files, edited, folder, name, expected);
 
     state.CurrentRun = std::move(edited);
+    state.CurrentRunStamp = AsItStands(files, folder + name + RunExtension).File;
     if (save.Entry == 0) return saved;
     StudyRunEntry& stored = state.CurrentStudy.Entries[save.Entry];
     if (stored == entry) return saved;

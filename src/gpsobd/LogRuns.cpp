@@ -241,11 +241,13 @@ std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewe
             RunRecord run = MakeRun(reviewed, points, gaps, settings);
             std::string name;
             if (before == MadeBefore::Replaced) name = MadeBeforeAs(files, AsFolder(folder), reviewed, number, points);
-            if (!name.empty())
+            const bool replaces = !name.empty();
+            if (replaces)
                 AddBackup(*batch, files, AsFolder(folder) + name + RunExtension);
             else
                 name = RunFileName(files, AsFolder(folder), reviewed, number, [](const auto&) { return false; });
-            AddRunFile(*batch, run, AsFolder(folder), name);
+            AddRunFile(*batch, run, AsFolder(folder), name,
+                       replaces ? AsItStands(files, AsFolder(folder) + name + RunExtension) : Expected::Nothing());
             names.push_back(name);
         } catch (const RunTimeError& error) {
             if (error.Number() != ErrorNumber::Overflow) throw;

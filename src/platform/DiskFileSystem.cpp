@@ -9,6 +9,7 @@
 #include "core/RunTimeError.h"
 #include "core/Text.h"
 #include "platform/FlushFiles.h"
+#include "platform/FolderLocks.h"
 #include "platform/NativeFile.h"
 
 namespace vantor {
@@ -74,19 +75,21 @@ auto NamingTarget(const fs::path& target, Action action) {
 
 class DiskWriteBatch : public WriteBatch {
 public:
-    explicit DiskWriteBatch(std::set<std::string>& cleanedFolders) : cleanedFolders_(cleanedFolders) {}
+    DiskWriteBatch(std::set<std::string>& cleanedFolders, FolderLocks& locks)
+        : cleanedFolders_(cleanedFolders), locks_(locks) {}
     DiskWriteBatch(const DiskWriteBatch&) = delete;
     DiskWriteBatch& operator=(const DiskWriteBatch&) = delete;
     ~DiskWriteBatch() override { RemoveTemporaries(); }
 
-    void Add(const std::string& path, std::span<const std::byte> bytes, OldTail tail) override {
+    void Add(const std::string& path, std::span<const std::byte> bytes, const Expected& expected,
+             OldTail tail) override {
         const fs::path target = FollowedLink(TargetOf(path));
         const fs::path folder = target.parent_path();
         if (cleanedFolders_.insert(PortablePath(folder)).second) RemoveLeftovers(folder);
         const auto [temporary, file] = NamingTarget(target, [&] { return MakeTemporaryFile(folder); });
         std::error_code ignored;
         const fs::file_status old = fs::status(target, ignored);
-        pending_.push_back({temporary.native(), target.native(), {}, fs::exists(old), false});
+        pending_.push_back({temporary.native(), target.native(), {}, expected});
         // A file is given whole: a buffer of the stream would only cut off its end.
         std::setvbuf(file.get(), nullptr, _IONBF, 0);
         WriteNative(file, bytes, target);
@@ -100,10 +103,12 @@ public:
             RemoveTemporaries();
             return false;
         }
+        const auto locks = LockFolders();
+        for (const Pending& file : pending_) CheckExpected(file);
         // One file alone is replaced in one step.
         if (pending_.size() > 1)
             for (Pending& file : pending_)
-                if (file.Replaces) KeepOld(file);
+                if (file.Expects.File) KeepOld(file);
         const bool isDone = PlacePending(progress.Part(Flushed, 1));
         RemoveTemporaries();
         return isDone;
@@ -115,9 +120,37 @@ private:
         fs::path::string_type Temporary;
         fs::path::string_type Target;
         fs::path::string_type Old;  ///< a second name of the file replaced, or a copy; empty for a new file
-        bool Replaces = false;
+        Expected Expects;
         bool IsPlaced = false;
     };
+
+    /// In one order for all programs, so that no two wait for each other.
+    std::vector<std::shared_ptr<FolderLock>> LockFolders() {
+        std::set<fs::path> folders;
+        for (const Pending& file : pending_) folders.insert(fs::path(file.Target).parent_path());
+        std::vector<std::shared_ptr<FolderLock>> locks;
+        for (const fs::path& folder : folders) locks.push_back(locks_.Take(folder));
+        return locks;
+    }
+
+    /// That a new file has no other in its way shows when it is placed.
+    static void CheckExpected(const Pending& file) {
+        if (!file.Expects.File) return;
+        constexpr const char* Remedy =
+            "Another program has changed the file since it was read, so it is not written over. Read it again and "
+            "repeat what you did.";
+        const fs::path target = file.Target;
+        const auto info = InfoOfNative(target);
+        if (!info || !info->IsFile || info->Size != file.Expects.File->Size) ThrowChanged(target, Remedy);
+        DiskFile there(target, info->Size);
+        std::vector<std::byte> bytes(static_cast<std::size_t>(info->Size));
+        bytes.resize(there.Read(bytes));
+        if (StampOf(bytes) != *file.Expects.File) ThrowChanged(target, Remedy);
+    }
+
+    [[noreturn]] static void ThrowChanged(const fs::path& target, const std::string& remedy) {
+        throw RunTimeError(ErrorNumber::PathFileAccessError, PortablePath(target) + "\n" + remedy);
+    }
 
     bool FlushPending(const Progress& progress) const {
         std::vector<fs::path::string_type> temporaries;
@@ -142,7 +175,10 @@ private:
             for (Pending& file : pending_) {
                 goesOn = progress(placed++, pending_.size());
                 if (!goesOn) break;
-                RenameOver(file.Temporary, file.Target);
+                if (file.Expects.File)
+                    RenameOver(file.Temporary, file.Target);
+                else
+                    RenameToNew(file.Temporary, file.Target);
                 file.IsPlaced = true;
                 folders.insert(fs::path(file.Target).parent_path());
             }
@@ -242,6 +278,7 @@ private:
     }
 
     std::set<std::string>& cleanedFolders_;
+    FolderLocks& locks_;
     std::vector<Pending> pending_;
     std::unordered_map<std::string, Folder> folders_;
 };
@@ -341,7 +378,11 @@ std::unique_ptr<InputFile> DiskFileSystem::Open(const std::string& path) const {
     return std::make_unique<DiskFile>(resolved, native ? native->Size : 0);
 }
 
-std::unique_ptr<WriteBatch> DiskFileSystem::BeginWrites() { return std::make_unique<DiskWriteBatch>(cleanedFolders_); }
+std::unique_ptr<WriteBatch> DiskFileSystem::BeginWrites() {
+    return std::make_unique<DiskWriteBatch>(cleanedFolders_, locks_);
+}
+
+std::shared_ptr<FolderLock> DiskFileSystem::Lock(const std::string& folder) { return locks_.Take(Resolved(folder)); }
 
 std::unique_ptr<GrowingFile> DiskFileSystem::Create(const std::string& path) {
     return std::make_unique<DiskGrowingFile>(Resolved(path));
@@ -392,14 +433,14 @@ void DiskFileSystem::Place(const std::string& from, const std::string& to) {
     std::error_code ignored;
     const bool onlyCaseDiffers = fs::equivalent(source, Resolved(to), ignored);
     if (!onlyCaseDiffers && Find(to)) throw RunTimeError(ErrorNumber::FileAlreadyExists, to);
-    std::error_code failure;
-    fs::rename(source, target, failure);
+    const std::error_code failure = onlyCaseDiffers ? RenamedOver(source, target) : RenamedToNew(source, target);
     if (failure == std::errc::cross_device_link) return MoveToOtherDisk(source, target);
+    if (failure == std::errc::file_exists) throw RunTimeError(ErrorNumber::FileAlreadyExists, to);
     if (failure) ThrowFileError(failure, source);
 }
 
 void DiskFileSystem::MoveToOtherDisk(const fs::path& from, const fs::path& to) {
-    Copy(PortablePath(from), PortablePath(to));
+    WriteFile(*this, PortablePath(to), ReadWholeFile(*this, PortablePath(from)), Expected::Nothing());
     std::error_code failure;
     fs::remove(from, failure);
     if (!failure) return;
@@ -408,13 +449,6 @@ void DiskFileSystem::MoveToOtherDisk(const fs::path& from, const fs::path& to) {
     ThrowFileError(failure, from,
                    "The file cannot be taken away from there, so it was not moved." +
                        (kept ? " A copy lies in " + PortablePath(to) + "." : std::string()));
-}
-
-void DiskFileSystem::Copy(const std::string& from, const std::string& to) {
-    const auto source = Open(from);
-    std::vector<std::byte> bytes(static_cast<std::size_t>(source->Size()));
-    bytes.resize(source->Read(bytes));
-    WriteFile(*this, to, bytes);
 }
 
 void DiskFileSystem::Delete(const std::string& path) {

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "core/ports/FileSystem.h"
+#include "platform/FolderLocks.h"
 
 namespace vantor {
 
@@ -20,9 +21,9 @@ public:
     std::unique_ptr<InputFile> Open(const std::string& path) const override;
     std::unique_ptr<WriteBatch> BeginWrites() override;
     std::unique_ptr<GrowingFile> Create(const std::string& path) override;
+    std::shared_ptr<FolderLock> Lock(const std::string& folder) override;
     void Rename(const std::string& from, const std::string& to) override;
     bool RenameAll(const std::vector<FileMove>& moves, const Progress& progress) override;
-    void Copy(const std::string& from, const std::string& to) override;
     void Delete(const std::string& path) override;
     void CreateFolder(const std::string& path) override;
     std::string CurrentFolder() const override;
@@ -36,7 +37,8 @@ private:
 
     std::string settingsFolder_;
     std::vector<std::string> programFolders_;  ///< in the order in which they are searched
-    std::set<std::string> cleanedFolders_;     ///< those without leftovers of killed programs
+    FolderLocks locks_;
+    std::set<std::string> cleanedFolders_;  ///< those without leftovers of killed programs
 };
 
 /// The folder of the running executable, with a final separator.

@@ -223,10 +223,41 @@ void FlushFolder([[maybe_unused]] const fs::path& folder) {
 #endif
 }
 
-void RenameOver(const fs::path& from, const fs::path& to) {
+std::error_code RenamedOver(const fs::path& from, const fs::path& to) {
     std::error_code failure;
     fs::rename(from, to, failure);
-    if (failure) ThrowFileError(failure, to);
+    return failure;
+}
+
+std::error_code RenamedToNew(const fs::path& from, const fs::path& to) {
+#ifdef _WIN32
+    if (MoveFileExW(from.c_str(), to.c_str(), 0)) return {};
+    return {static_cast<int>(GetLastError()), std::system_category()};
+#else
+#ifdef __linux__
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return {};
+    const bool isUnknown = errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
+    if (!isUnknown) return {errno, std::generic_category()};
+#endif
+    // A second name is refused where there is a file; not every file system knows them.
+    std::error_code failure;
+    fs::create_hard_link(from, to, failure);
+    if (!failure) {
+        fs::remove(from, failure);
+        return failure;
+    }
+    if (failure == std::errc::file_exists || fs::exists(fs::symlink_status(to)))
+        return std::make_error_code(std::errc::file_exists);
+    return RenamedOver(from, to);
+#endif
+}
+
+void RenameOver(const fs::path& from, const fs::path& to) {
+    if (const std::error_code failure = RenamedOver(from, to)) ThrowFileError(failure, to);
+}
+
+void RenameToNew(const fs::path& from, const fs::path& to) {
+    if (const std::error_code failure = RenamedToNew(from, to)) ThrowFileError(failure, to);
 }
 
 std::string TemporaryName() {

@@ -54,6 +54,10 @@ void FlushToDisk(const std::filesystem::path& path);
 void FlushFolder(const std::filesystem::path& folder);
 /// Renames over an existing file in one step.
 void RenameOver(const std::filesystem::path& from, const std::filesystem::path& to);
+std::error_code RenamedOver(const std::filesystem::path& from, const std::filesystem::path& to);
+/// Renames to a name that no file has: in one step where the system can. Error 58, `file_exists`, when one has it.
+void RenameToNew(const std::filesystem::path& from, const std::filesystem::path& to);
+std::error_code RenamedToNew(const std::filesystem::path& from, const std::filesystem::path& to);
 
 /// A name for a file or folder that is there for a moment, hidden from listings by extension. It tells the computer and
 /// the process; one like it may be left over from an earlier process of the same number.

@@ -1,6 +1,7 @@
 #include "workspace/StudyCommands.h"
 
 #include "analysis/StudyTable.h"
+#include "core/Backup.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
@@ -11,14 +12,38 @@
 namespace vantor {
 namespace {
 
-bool SaveUnderItsName(AppContext& context) {
-    const std::string name(Trim(context.State.CurrentStudy.Record.StudyName));
-    const std::string problem = NameProblem(name, StudyNameWidth);
+std::string NameOfStudy(const ApplicationState& state) {
+    return std::string(Trim(state.CurrentStudy.Record.StudyName));
+}
+
+/// The study under its name, where it would be saved.
+StudyTarget TargetUnderItsName(const AppContext& context) {
+    const ApplicationState& state = context.State;
+    const std::string name = NameOfStudy(state);
+    if (!IsSafeName(name)) return StudyTarget::New;
+    return TargetOfStudy(context.Files, state.CurrentStudy, StudyGroupFolder(state), name);
+}
+
+/// A second paragraph for the question whether to save, where that would replace more than the study's own file.
+std::string WhatIsReplaced(const AppContext& context, StudyTarget target) {
+    if (target != StudyTarget::Other && target != StudyTarget::Changed) return {};
+    const ApplicationState& state = context.State;
+    const std::string path = StudyGroupFolder(state) + NameOfStudy(state) + StudyExtension;
+    return std::string("\n\n") +
+           (target == StudyTarget::Other ? "A study of that name exists already."
+                                         : "It has been changed since it was opened.") +
+           " It will be kept as " + LastComponent(FreeBackupPath(context.Files, path)) + ".";
+}
+
+bool SaveUnderItsName(AppContext& context, StudyTarget target) {
+    const std::string problem = NameProblem(NameOfStudy(context.State), StudyNameWidth);
     if (!problem.empty()) {
         context.Messages.Tell(problem, MessageIcon::Warning);
         return false;
     }
-    SaveStudy(context.State, context.Files);
+    // What was asked about may be replaced; what has come since may not.
+    const bool mayReplace = target == StudyTarget::Other || target == StudyTarget::Changed;
+    SaveStudy(context.State, context.Files, mayReplace ? Replacing::AnyFile : Replacing::OwnFile);
     return true;
 }
 
@@ -27,27 +52,35 @@ bool ReadRunOfStudy(AppContext& context, const std::string& name) {
         context.Messages.Tell(UnsafeNameMessage(name), MessageIcon::Warning);
         return false;
     }
-    return ReadRunFile(context.Files, context.Messages, context.State.CurrentRun, StudyGroupFolder(context.State), name,
-                       true);
+    ApplicationState& state = context.State;
+    const std::string folder = StudyGroupFolder(state);
+    // The stamp first: what another program writes in between is not written over then.
+    const auto stamp = AsItStands(context.Files, folder + name + RunExtension).File;
+    if (!ReadRunFile(context.Files, context.Messages, state.CurrentRun, folder, name, true)) return false;
+    state.CurrentRunStamp = stamp;
+    return true;
 }
 
 }  // namespace
 
 bool SaveStudyNow(AppContext& context) {
-    const std::string name(Trim(context.State.CurrentStudy.Record.StudyName));
+    const StudyTarget target = TargetUnderItsName(context);
     const std::string group = LastComponent(StudyGroupFolder(context.State));
-    return context.Messages.Confirm("Do you want to save study: " + name + "\n in Study Group: " + group + " ?") &&
-           SaveUnderItsName(context);
+    return context.Messages.Confirm("Do you want to save study: " + NameOfStudy(context.State) +
+                                    "\n in Study Group: " + group + " ?" + WhatIsReplaced(context, target)) &&
+           SaveUnderItsName(context, target);
 }
 
 bool MayLeaveStudy(AppContext& context) {
     const SavePrompt prompt = SavePromptNeeded(context.State, context.Files);
     if (prompt == SavePrompt::None) return true;
-    const bool saves = context.Messages.Confirm(
+    const StudyTarget target = TargetUnderItsName(context);
+    const std::string question =
         prompt == SavePrompt::NotSavedYet
             ? "This study has not been saved yet.\n  Do you want to save the study?"
-            : "One or more study parameters have changed.\n     Do you want to save the study?");
-    return !saves || SaveUnderItsName(context);
+            : "One or more study parameters have changed.\n     Do you want to save the study?";
+    const MessageAnswer answer = context.Messages.AskToSave(question + WhatIsReplaced(context, target));
+    return answer == MessageAnswer::No || (answer == MessageAnswer::Yes && SaveUnderItsName(context, target));
 }
 
 void DownloadAndProcess(AppContext& context) {
@@ -86,7 +119,8 @@ void ExportRunList(AppContext& context) {
                      [&, settings = context.State.Settings](FileSystem& files, const Progress& progress) {
                          const auto rows = MakeRunListRows(copy, files, folder, settings, progress);
                          if (!progress(1, 1)) return;
-                         WriteFile(files, path, EncodeTable(path, StudyTable(copy, rows, folder, UnitsOf(settings)), context.Sheets));
+                         const OutgoingTable table = StudyTable(copy, rows, folder, UnitsOf(settings));
+                         WriteFile(files, path, EncodeTable(path, table, context.Sheets), AsItStands(files, path));
                          isWritten = true;
                      });
     if (isWritten) context.Messages.Tell("The run list was exported to:\n" + path);

@@ -10,7 +10,7 @@ namespace vantor {
 bool SaveStudyNow(AppContext& context);
 
 /// To be asked before another study takes the current one's place and before the program ends: offers to save what
-/// was changed. False when the user wanted it saved and its name does not allow it; the study must stay then.
+/// was changed. False when the user stays, or wanted it saved and its name does not allow it; the study must stay then.
 bool MayLeaveStudy(AppContext& context);
 
 /// Downloads a counter, then lets the user process the runs of its dump. Nothing is processed when none came whole.

@@ -57,10 +57,6 @@ ListedRun ReadListedRun(const FileSystem& files, const std::string& group, std::
     return run;
 }
 
-std::vector<std::byte> WholeFile(const FileSystem& files, const std::string& path) {
-    return ReadFirstBytes(files, path, files.Open(path)->Size());
-}
-
 }  // namespace
 
 bool IsSameFolder(std::string_view left, std::string_view right) {
@@ -112,7 +108,7 @@ RunsElsewhere CompareRuns(const FileSystem& files, const Study& study, const std
         if (!IsSafeName(name) || !FileExists(files, from + name + RunExtension)) continue;
         if (!FileExists(files, to + name + RunExtension))
             runs.Missing.push_back(name);
-        else if (WholeFile(files, from + name + RunExtension) != WholeFile(files, to + name + RunExtension))
+        else if (ReadWholeFile(files, from + name + RunExtension) != ReadWholeFile(files, to + name + RunExtension))
             runs.Different.push_back(name);
     }
     return runs;
@@ -122,7 +118,7 @@ void CopyRuns(FileSystem& files, const std::vector<std::string>& names, const st
               const std::string& to) {
     const auto batch = files.BeginWrites();
     for (const std::string& name : names)
-        batch->Add(to + name + RunExtension, WholeFile(files, from + name + RunExtension), OldTail::Dropped);
+        batch->Add(to + name + RunExtension, ReadWholeFile(files, from + name + RunExtension), Expected::Nothing());
     batch->Commit();
 }
 

@@ -24,10 +24,6 @@ std::string FreePath(const FileSystem& files, const std::string& folder, const s
     }
 }
 
-std::vector<std::byte> WholeFile(const FileSystem& files, const std::string& path) {
-    return ReadFirstBytes(files, path, files.Open(path)->Size());
-}
-
 bool IsWholeStudy(const std::vector<std::byte>& bytes) {
     if (bytes.size() < StudyRecordSize) return false;
     const int runs = DecodeRecord<StudyRecord>(StudyRecordFields, bytes).RunCount;
@@ -69,7 +65,7 @@ void StudyRecovery::BeginToKeep(std::vector<std::byte> study) {
     kept_ = study;
     keptAt_ = context_.Time.Now();
     context_.Work.Begin([path = path_, old, study = std::move(study)](FileSystem& files, const Progress&) {
-        WriteFile(files, path, study);
+        WriteFile(files, path, study, AsItStands(files, path));
         if (!old.empty() && FileExists(files, old)) files.Delete(old);
     });
 }
@@ -119,7 +115,7 @@ std::vector<StudyRecovery::Kept> StudyRecovery::KeptIn(const std::string& folder
     try {
         for (const FileInfo& info : FilesWithExtension(context_.Files, folder, RecoveryExtension)) {
             const std::string path = folder + info.Name;
-            const std::vector<std::byte> bytes = WholeFile(context_.Files, path);
+            const std::vector<std::byte> bytes = ReadWholeFile(context_.Files, path);
             if (IsWholeStudy(bytes))
                 found.push_back({path, BaseName(BaseName(info.Name)), info.Modified, DecodeStudy(bytes)});
         }

@@ -1,8 +1,10 @@
 #include "workspace/StudyWorkspace.h"
 
+#include "core/Backup.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/Settings.h"
+#include "core/StudyCompanion.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/modMain.h"
@@ -70,18 +72,39 @@ bool OpenStudy(ApplicationState& state, FileSystem& files, Desktop& desktop, con
     return true;
 }
 
-void SaveStudy(ApplicationState& state, FileSystem& files) {
-    SaveStudyAs(state, files, StudyGroupFolder(state), std::string(Trim(state.CurrentStudy.Record.StudyName)));
+void SaveStudy(ApplicationState& state, FileSystem& files, Replacing replacing) {
+    SaveStudyAs(state, files, StudyGroupFolder(state), std::string(Trim(state.CurrentStudy.Record.StudyName)),
+                replacing);
 }
 
-void SaveStudyAs(ApplicationState& state, FileSystem& files, const std::string& folder, const std::string& name) {
+void SaveStudyAs(ApplicationState& state, FileSystem& files, const std::string& folder, const std::string& name,
+                 Replacing replacing) {
     if (!IsSafeName(name)) throw RunTimeError(ErrorNumber::PathFileAccessError, UnsafeNameMessage(name));
     Study study = state.CurrentStudy;
     study.Record.StudyName = name;
-    WriteStudyFile(files, study, folder, name);
+    state.Replaced = WriteStudyFile(files, study, folder, name, replacing);
     state.CurrentStudy = std::move(study);
     MarkSaved(state, folder, name);
     SaveSettings(state, files);
+}
+
+void PutReplacedStudyBack(ApplicationState& state, FileSystem& files) {
+    const std::string& path = state.CurrentStudy.Stored->Path;
+    const std::string companion = FolderOf(path) + BaseName(path) + CompanionExtension;
+    const auto lock = files.Lock(FolderOf(path));
+    const auto batch = files.BeginWrites();
+    AddBackup(*batch, files, path);
+    batch->Add(path, ReadWholeFile(files, state.Replaced.Path), AsItStands(files, path));
+    const bool hadCompanion = !state.Replaced.Companion.empty();
+    if (FileExists(files, companion)) AddBackup(*batch, files, companion);
+    if (hadCompanion || FileExists(files, companion))
+        batch->Add(companion, hadCompanion ? ReadWholeFile(files, state.Replaced.Companion) : EncodeCompanion(Study()),
+                   AsItStands(files, companion));
+    batch->Commit();
+    state.Replaced = {};
+    state.CurrentStudy.Stored.reset();
+    state.StudyUnchanged = false;
+    state.StudyFieldsEdited = true;
 }
 
 int AddRuns(ApplicationState& state, const std::vector<std::string>& runNames) {
@@ -103,7 +126,7 @@ void DeleteRun(ApplicationState& state, int index) {
 std::string RenameCurrentRun(ApplicationState& state, FileSystem& files, int index, const std::string& newName) {
     std::string problem = RunNameProblem(state, files, newName);
     if (!problem.empty()) return problem;
-    WriteRunFile(files, state.CurrentRun, StudyGroupFolder(state), newName);
+    WriteRunFile(files, state.CurrentRun, StudyGroupFolder(state), newName, Expected::Nothing());
     state.CurrentStudy.Entries[index].EntryRunName = newName;
     state.CurrentStudy.RunNames[index] = newName;
     state.StudyUnchanged = false;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/ApplicationState.h"
+#include "core/StudyFile.h"
 #include "core/ports/Clock.h"
 #include "core/ports/Desktop.h"
 #include "core/ports/FileSystem.h"
@@ -27,11 +28,16 @@ bool OpenStudy(ApplicationState& state, FileSystem& files, Desktop& desktop, con
                const std::string& folder, const std::string& name);
 
 /// Writes the current study under its name into its Study Group, which becomes the last study; it is unchanged then.
-/// Error 75 for a name that cannot be a file's.
-void SaveStudy(ApplicationState& state, FileSystem& files);
-/// As SaveStudy, under another name and in another Study Group. On an error the study keeps its old ones. The runs
-/// are looked for in the group of the study.
-void SaveStudyAs(ApplicationState& state, FileSystem& files, const std::string& folder, const std::string& name);
+/// `replacing` as of WriteStudyFile; the backup that was kept is the state's Replaced. Error 75 for a name that
+/// cannot be a file's.
+void SaveStudy(ApplicationState& state, FileSystem& files, Replacing replacing = Replacing::OwnFile);
+/// As SaveStudy, under another name and in another Study Group, whatever is there. On an error the study keeps its old
+/// ones. The runs are looked for in the group of the study.
+void SaveStudyAs(ApplicationState& state, FileSystem& files, const std::string& folder, const std::string& name,
+                 Replacing replacing = Replacing::AnyFile);
+/// Puts the study that the last save replaced back into its place; what was saved there is kept as the next backup. The
+/// current study stays as it is, and is not saved then.
+void PutReplacedStudyBack(ApplicationState& state, FileSystem& files);
 
 /// Appends the runs that the study does not have yet and returns their number; the study is changed then.
 int AddRuns(ApplicationState& state, const std::vector<std::string>& runNames);

@@ -6,6 +6,7 @@
 #include "core/RunDecoding.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 
@@ -38,7 +39,7 @@ inline Study PutReportedStudy(FileSystem& files, const std::string& folder, int 
     RunRecord run = ReportedRun();
     for (int i = 1; i <= runs; ++i) {
         const std::string name = "NB-" + std::to_string(i);
-        WriteRunFile(files, run, folder, name);
+        PutRunFile(files, run, folder, name);
         AppendRun(study, name);
         StudyRunEntry& entry = study.Entries[i];
         entry.CDStartDist = 300;
@@ -48,7 +49,7 @@ inline Study PutReportedStudy(FileSystem& files, const std::string& folder, int 
         entry.StopDelay = 5;
         entry.LOSGrade = "C";
     }
-    WriteStudyFile(files, study, folder, "AM Peak");
+    PutStudyFile(files, study, folder, "AM Peak");
     return study;
 }
 

@@ -6,6 +6,7 @@
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
@@ -75,7 +76,7 @@ TEST(RunWarnings, NameWhatAFigureDoesNotTell) {
 TEST(ComputeRuns, OneThatFailsKeepsItsFiguresAndSaysSo) {
     TestProgram program;
     RunRecord run = StoppedOnce().Run;
-    WriteRunFile(program.Files, run, "/start/", "NB-1");
+    PutRunFile(program.Files, run, "/start/", "NB-1");
     Study study;
     AppendRun(study, "NB-1");
     ASSERT_TRUE(SetBounds(study, {1}, {88, 300, {}}, program.Files, "/start/", EnglishSettings()).empty());
@@ -83,7 +84,7 @@ TEST(ComputeRuns, OneThatFailsKeepsItsFiguresAndSaysSo) {
     EXPECT_EQ(study.Entries[1].StopDelayThreshold, 0);
 
     std::ranges::fill(run.SampleValues, std::int16_t{0});
-    WriteRunFile(program.Files, run, "/start/", "NB-1");
+    PutRunFile(program.Files, run, "/start/", "NB-1");
     ASSERT_EQ(ComputeRuns(study, program.Files, "/start/", EnglishSettings()).size(), 1U);
     EXPECT_EQ(study.Entries[1].ControlDelay, 1);
     const auto rows = MakeRunListRows(study, program.Files, "/start/", EnglishSettings());

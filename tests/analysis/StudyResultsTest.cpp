@@ -5,6 +5,7 @@
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -99,8 +100,8 @@ TEST(StudyResults, RowsShowEntriesAndTheirRunFiles) {
     run.Header.RunDate = DateOf(2008, 3, 11);
     run.Header.RunTime = TimeOf(7, 5);
     run.Header.HeaderWord1 = -1;
-    WriteRunFile(program.Files, run, "/start/", "NB-001");
-    WriteRunFile(program.Files, run, "/start/", "NB-002");
+    PutRunFile(program.Files, run, "/start/", "NB-001");
+    PutRunFile(program.Files, run, "/start/", "NB-002");
     for (const char* name : {"NB-001", "nb-002", "Gone", "../start/NB-001"}) AppendRun(study, name);
     study.Entries[1].CDStartDist = 300;
     study.Entries[1].CDEndDist = 7600;

@@ -5,6 +5,7 @@
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
@@ -36,7 +37,7 @@ protected:
             run.Header.RunDate = DateOf(2008, 3, 11);
             run.Header.RunTime = TimeOf(7, 5);
             run.Header.HeaderWord1 = -1;
-            WriteRunFile(Files, run, Folder, name);
+            PutRunFile(Files, run, Folder, name);
         }
     }
 

@@ -8,6 +8,7 @@
 #include "analysis/ReportStudies.h"
 #include "core/Settings.h"
 #include "fakes/MemoryFileSystem.h"
+#include "fakes/PutFiles.h"
 #include "fakes/RecordingCanvas.h"
 
 namespace vantor {
@@ -225,7 +226,7 @@ void MakeItHard(Study& study, AppSettings& settings, FileSystem& files) {
     for (int key = 1; key <= KeySlots; ++key)
         run.Header.ButtonLabel[key] = "Waiting for the bus no. " + std::to_string(key);
     for (const int i : {1, 20, 40}) {
-        WriteRunFile(files, run, Folder, longName.substr(1) + std::to_string(i % 10));
+        PutRunFile(files, run, Folder, longName.substr(1) + std::to_string(i % 10));
         study.Entries[i].EntryRunName = longName.substr(1) + std::to_string(i % 10);
         study.Entries[i].ControlDelay = -2000000;
         study.Entries[i].StopDelay = 2000000;

@@ -25,6 +25,7 @@
 #include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
 #include "editing/forms/frmRunDetails.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 #include "gpsobd/forms/LogReview.h"
 #include "gpsobd/forms/LogSelect.h"
 #include "platform/HelpWindow.h"
@@ -74,7 +75,7 @@ private:
         State.CurrentStudy = PutReportedStudy(Files, Group, 4);
         State.CurrentStudy.Entries[2].CDEndDist = 0;
         State.CurrentStudy.Entries[3].EntryRunName = "Gone";
-        WriteStudyFile(Files, State.CurrentStudy, Group, "AM Peak");
+        PutStudyFile(Files, State.CurrentStudy, Group, "AM Peak");
         State.Paths.LastStudyGroupPath = Group;
         State.Paths.LastStudyName = "AM Peak";
         State.CurrentRun = ReportedRun();
@@ -83,7 +84,7 @@ private:
         State.CurrentRun.Header.ButtonLabel[2] = "Congestion";
         State.GpsObdUpload = true;  // the runs that wait stay as they are
         RunRecord waiting = ReportedRun();
-        for (const char* name : {"Upload01", "Upload02"}) WriteRunFile(Files, waiting, "/start/Temp/", name);
+        for (const char* name : {"Upload01", "Upload02"}) PutRunFile(Files, waiting, "/start/Temp/", name);
         Files.PutText("/start/Temp/OLD.rdf", "too short to be a run");
         std::ifstream counter(VANTOR_SAMPLES "Corridor.tdc", std::ios::binary);
         Files.PutText(Logs + "Corridor.tdc", {std::istreambuf_iterator<char>(counter), {}});

@@ -11,6 +11,7 @@
 
 #include "EveryScreen.h"
 #include "core/forms/Named.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
@@ -108,7 +109,7 @@ TEST(TableColumns, OnlyDraggedWidthsAreRemembered) {
     const std::string longName = "!Kestrel-11-Mockingbird-AM-2026";
     program.State.CurrentStudy.Entries[1].EntryRunName = longName;
     program.State.CurrentStudy.RunNames[1] = longName;
-    WriteStudyFile(program.Files, program.State.CurrentStudy, program.Group, "AM Peak");
+    PutStudyFile(program.Files, program.State.CurrentStudy, program.Group, "AM Peak");
     window = open();
     list = window->findChild<QTableView*>(QStringLiteral("vaRunList"));
     EXPECT_GT(list->columnWidth(Name), fitted);

@@ -2,6 +2,7 @@
 
 #include "cli/CommandRunner.h"
 #include "core/StudyFile.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
@@ -15,7 +16,7 @@ protected:
             AppendRun(study, "NB-" + std::to_string(study.Record.RunCount + 1));
             study.Entries[study.Record.RunCount].ControlDelay = delay;
         }
-        WriteStudyFile(Program.Files, study, "/", "AM");
+        PutStudyFile(Program.Files, study, "/", "AM");
     }
 
     int Chart(const std::string& output) { return Program.Run({"study", "chart", "/AM.ld2", "--output", output}); }

@@ -5,6 +5,7 @@
 #include "cli/CommandRunner.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
@@ -19,7 +20,7 @@ void PutRun(CommandRunner& runner, const std::string& name, std::vector<std::int
     run.Header.RunTime = TimeOf(7, 5);
     run.RunSamples.ResizeTo(run.Header.SampleCount);
     run.SampleValues = OneBased<std::int16_t>(std::move(pulses));
-    WriteRunFile(runner.Files, run, "/g/", name);
+    PutRunFile(runner.Files, run, "/g/", name);
 }
 
 TEST(CommandLine, ShowsFirstRunSettingsAndWritesNothing) {

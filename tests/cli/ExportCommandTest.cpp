@@ -2,6 +2,7 @@
 
 #include "cli/CommandRunner.h"
 #include "core/StudyFile.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
@@ -11,7 +12,7 @@ TEST(ExportCommandTest, LeavesNoHalfFileAndNamesWhatIsWrong) {
     program.Files.CreateFolder("/out");
     Study study;
     AppendRun(study, "NB-1");
-    WriteStudyFile(program.Files, study, "/", "AM");
+    PutStudyFile(program.Files, study, "/", "AM");
     const auto exportTo = [&](const std::string& output) {
         return program.Run({"study", "export", "/AM.ld2", "--output", output});
     };

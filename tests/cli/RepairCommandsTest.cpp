@@ -2,6 +2,7 @@
 
 #include "cli/CommandRunner.h"
 #include "core/RunFile.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
@@ -16,7 +17,7 @@ std::vector<std::byte> PutRun(CommandRunner& runner, const std::string& name, st
     run.Header.SampleCount = static_cast<std::int32_t>(words.size());
     run.RunSamples.ResizeTo(run.Header.SampleCount);
     run.SampleValues = OneBased<std::int16_t>(std::move(words));
-    WriteRunFile(runner.Files, run, "/g/", name);
+    PutRunFile(runner.Files, run, "/g/", name);
     return *runner.Files.Bytes("/g/" + name + ".rd2");
 }
 

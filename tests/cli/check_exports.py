@@ -67,7 +67,7 @@ with tempfile.TemporaryDirectory() as folder:
         assert vantor("study", "export", study, "--output", output) == {"rows": len(rows)}
         (listed, fields), names = read(output)
         assert names == ["Runs", "Study"], names
-        assert listed[0][0] == "Run Name" and len(listed[0]) == 12, listed[0]
+        assert listed[0][0] == "Run Name" and len(listed[0]) == 13, listed[0]
         for found, wanted in zip(listed[1:], rows, strict=True):
             assert found == wanted, (extension, found, wanted)
         values = {row[0]: row[1] for row in fields[1:]}

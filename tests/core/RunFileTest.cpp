@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -75,7 +76,7 @@ TEST(RunFile, WritesTheSameBytesUnderTheNewName) {
     RunRecord run;
     ReadRunFile(program.Files, program.Messages, run, "/g/", "Run 1", true);
     run.Header.FileVersion = 2;
-    WriteRunFile(program.Files, run, "/g/", "Copy");
+    PutRunFile(program.Files, run, "/g/", "Copy");
     EXPECT_EQ(program.Files.Bytes("/g/Copy.rd2"), BytesOf(TwoSampleRun().replace(2, 8, "Copy    ")));
     EXPECT_EQ(run.Header.RunName, "Copy");
 }
@@ -86,9 +87,9 @@ TEST(RunFile, ShorterRunLeavesTheOldTail) {
     RunRecord run;
     ReadRunFile(program.Files, program.Messages, run, "/g/", "R", true);
     run.Header.SampleCount = 0;
-    WriteRunFile(program.Files, run, "/g/", "Fresh");
+    PutRunFile(program.Files, run, "/g/", "Fresh");
     EXPECT_EQ(program.Files.Bytes("/g/Fresh.rd2")->size(), 8448U);
-    WriteRunFile(program.Files, run, "/g/", "R");
+    PutRunFile(program.Files, run, "/g/", "R");
     const auto bytes = program.Files.Bytes("/g/R.rd2").value();
     ASSERT_EQ(bytes.size(), 8448U + 96U);
     EXPECT_EQ(std::vector(bytes.begin() + 8448, bytes.begin() + 8458), BytesOf(SampleOne));
@@ -101,7 +102,7 @@ TEST(RunFile, LongestRunReadsAndWritesWhole) {
     run.SampleValues.ResizeTo(32767);
     run.RunSamples.ResizeTo(32767);
     run.SampleValues[32767] = 77;
-    WriteRunFile(program.Files, run, "/start/", "Long");
+    PutRunFile(program.Files, run, "/start/", "Long");
     RunRecord read;
     ASSERT_TRUE(ReadRunFile(program.Files, program.Messages, read, "/start/", "Long", true));
     EXPECT_EQ(read, run);

@@ -5,6 +5,7 @@
 #include "core/ContentHash.h"
 #include "core/StudyFile.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
@@ -36,7 +37,7 @@ TEST(StudyCompanion, IsReadKeptAndWrittenAgain) {
     MemoryFileSystem files;
     Study study;
     for (const char* name : {"NB-002", "nb-001"}) AppendRun(study, name);
-    WriteStudyFile(files, study, "/start/", "AM");
+    PutStudyFile(files, study, "/start/", "AM");
     EXPECT_FALSE(files.Bytes("/start/AM.study.json")) << "there is nothing to keep";
 
     files.PutText("/start/AM.study.json", Companion);
@@ -44,13 +45,13 @@ TEST(StudyCompanion, IsReadKeptAndWrittenAgain) {
     EXPECT_FALSE(read.Entries[1].Computed);
     EXPECT_EQ(read.Entries[2].Computed, (Computation{0xFF, 300, 7600, 35, "Overflow"}));
     EXPECT_EQ(read.Entries[2].StopDelayThreshold, 5);
-    WriteStudyFile(files, read, "/start/", "PM");
+    PutStudyFile(files, read, "/start/", "PM");
     std::string expected = Companion;
     expected.replace(expected.find("NB-001"), 6, "nb-001");
     EXPECT_EQ(files.Bytes("/start/PM.study.json"), BytesOf(expected));
 
     RemoveRun(read, 2);
-    WriteStudyFile(files, read, "/start/", "PM");
+    PutStudyFile(files, read, "/start/", "PM");
     EXPECT_FALSE(LoadStudy(files, "/start/", "PM")->OtherFacts.empty());
 }
 
@@ -60,11 +61,11 @@ TEST(StudyCompanion, ADamagedOneIsKeptWhenTheStudyIsWritten) {
         MemoryFileSystem files;
         Study study;
         AppendRun(study, "A");
-        WriteStudyFile(files, study, "/start/", "AM");
+        PutStudyFile(files, study, "/start/", "AM");
         files.PutText("/start/AM.study.json", damaged);
         Study read = LoadStudy(files, "/start/", "AM").value();
         EXPECT_FALSE(read.Entries[1].Computed) << damaged;
-        WriteStudyFile(files, read, "/start/", "AM");
+        PutStudyFile(files, read, "/start/", "AM");
         EXPECT_EQ(files.Bytes("/start/AM.study.json.bak"), BytesOf(damaged));
     }
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -65,10 +66,10 @@ TEST(StudyFile, WritesTheSameBytesAndReplacesWholly) {
     program.Files.PutText("/g/AM Peak.ld2", OneRunStudy() + std::string(1000, 'x'));
     Study study = LoadStudy(program.Files, "/g/", "AM Peak").value();
     study.Record.StudyFileVersion = 9;
-    WriteStudyFile(program.Files, study, "/g/", "AM Peak");
+    PutStudyFile(program.Files, study, "/g/", "AM Peak");
     EXPECT_EQ(program.Files.Bytes("/g/AM Peak.ld2"), BytesOf(OneRunStudy()));
     RemoveRun(study, 1);
-    WriteStudyFile(program.Files, study, "/g/", "AM Peak");
+    PutStudyFile(program.Files, study, "/g/", "AM Peak");
     EXPECT_EQ(program.Files.Bytes("/g/AM Peak.ld2")->size(), 320U);
 }
 
@@ -124,7 +125,7 @@ TEST(StudyFile, LargestStudyReadsAndWritesWhole) {
     for (int i = 1; i <= 32767; ++i) AppendRun(study, "Run " + std::to_string(i));
     EXPECT_ERROR(Overflow, AppendRun(study, "One too many"));
     EXPECT_EQ(study.Entries.LastIndex(), 32767);
-    WriteStudyFile(program.Files, study, "/start/", "All");
+    PutStudyFile(program.Files, study, "/start/", "All");
     EXPECT_EQ(program.Files.Bytes("/start/All.ld2")->size(), 320U + 32767U * 128U);
     const Study read = LoadStudy(program.Files, "/start/", "All").value();
     EXPECT_EQ(read.RunNames[32767], "Run 32767");

@@ -7,6 +7,7 @@
 #include "TableClicks.h"
 #include "core/RunFile.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
@@ -27,7 +28,7 @@ TEST(frmUploadRunList, ListsTheRunsOfTheGroup) {
     run.Header.Duration = 95;
     run.Header.NumberOfSections = 7;
     run.Header.Notes = "Dry";
-    WriteRunFile(program.Files, run, Groups + "Main St/", "Main-NB-001");
+    PutRunFile(program.Files, run, Groups + "Main St/", "Main-NB-001");
     program.Files.PutText(Groups + "Main St/Morning.ld2", "no run");
     program.Files.PutText(Groups + "Main St/odd..name.rd2", "");
 
@@ -54,7 +55,7 @@ TEST(frmUploadRunList, ShowsMetresAndAnEmptyGroup) {
     RunRecord run;
     run.Header.RunLength = 5280;
     program.Files.CreateFolder(Groups + "A");
-    WriteRunFile(program.Files, run, Groups + "A/", "X");
+    PutRunFile(program.Files, run, Groups + "A/", "X");
     frmUploadRunList form(program.Context, "A");
     EXPECT_EQ(Row(form, "vaShowRuns", 0)[4], "1609 m");
     EXPECT_THAT(Column(*std::make_unique<frmUploadRunList>(program.Context, "B"), "vaShowRuns", 0), IsEmpty());

@@ -7,6 +7,7 @@
 #include "core/StudyFile.h"
 #include "editing/DateTexts.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -64,7 +65,7 @@ protected:
         run.Header.RunDate = DateOf(2008, 3, 14);
         run.Header.RunTime = TimeOf(7, 59, 55);
         run.Header.ButtonLabel[12] = "Queue";
-        WriteRunFile(Files, run, Group, "A");
+        PutRunFile(Files, run, Group, "A");
         Bytes = *Files.Bytes(Group + "A.rd2");
         AppendRun(State.CurrentStudy, "A");
         Entry().CDStartDist = 50;

@@ -7,6 +7,7 @@
 #include "core/StudyFile.h"
 #include "editing/TrimRun.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -21,7 +22,7 @@ protected:
         Files.CreateFolder(Group);
         State.Paths.LastStudyGroupPath = Group;
         State.CurrentRun = RunOf({10, 10, 10, 10, 10, 10});
-        WriteRunFile(Files, State.CurrentRun, Group, "A");
+        PutRunFile(Files, State.CurrentRun, Group, "A");
         Before = *Files.Bytes(Group + "A.rd2");
         AppendRun(State.CurrentStudy, "A");
         Entry().CDStartDist = 20;
@@ -89,7 +90,7 @@ TEST_F(SaveRunTest, ARestoredRunHasItsBoundariesAtTheirPlaces) {
     State.CurrentRun.Header.RunTime = TimeOf(23, 59, 59);
     State.CurrentRun.SampleValues[2] = 12;
     const RunRecord whole = State.CurrentRun;
-    WriteRunFile(Files, State.CurrentRun, Group, "A");
+    PutRunFile(Files, State.CurrentRun, Group, "A");
     Entry().CDStartDist = 30;
     ASSERT_EQ(
         SaveRun(State, Files, CutRun(whole, 3, 6), {.Entry = 1, .KeepsBackup = true, .FeetCutFromStart = 22}).Warning,

@@ -12,6 +12,7 @@
 #include "core/forms/Named.h"
 #include "fakes/Clicks.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -44,7 +45,7 @@ protected:
 
     void UseRun(RunRecord run) {
         Program.State.CurrentRun = std::move(run);
-        WriteRunFile(Program.Files, Program.State.CurrentRun, Group, "Main-1");
+        PutRunFile(Program.Files, Program.State.CurrentRun, Group, "Main-1");
         FileBefore = *Program.Files.Bytes(Group + "Main-1.rd2");
     }
     frmEditPulseData& Open(int entry = 1) {

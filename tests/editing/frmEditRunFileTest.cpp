@@ -10,6 +10,7 @@
 #include "core/forms/Named.h"
 #include "fakes/Clicks.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
@@ -26,7 +27,7 @@ protected:
         run.Header.RunTime = TimeOf(7, 5, 42);
         run.Header.ButtonLabel[16] = "Red light";
         run.Header.Before = -1;
-        WriteRunFile(Files, run, Group, "NB-001");
+        PutRunFile(Files, run, Group, "NB-001");
         State.CurrentRun = run;
         AppendRun(State.CurrentStudy, "NB-001");
         AppendRun(State.CurrentStudy, "NB-002");

@@ -5,6 +5,7 @@
 #include "SpeedProfileForm.h"
 #include "core/RunFile.h"
 #include "core/forms/Named.h"
+#include "fakes/PutFiles.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -171,7 +172,7 @@ TEST_F(SpeedProfileFormTest, MetricShowsItsUnitsAndStoresFeetAndMilesPerHour) {
 }
 
 TEST_F(SpeedProfileFormTest, TrimRunAsksAndKeepsTheUntrimmedRun) {
-    WriteRunFile(Program.Files, Program.State.CurrentRun, Group, "Main-1");
+    PutRunFile(Program.Files, Program.State.CurrentRun, Group, "Main-1");
     const auto before = Program.Files.Bytes(Group + "Main-1.rd2");
     Open();
     SetBoundaries();

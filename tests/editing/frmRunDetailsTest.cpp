@@ -12,6 +12,7 @@
 #include "core/forms/Named.h"
 #include "fakes/Clicks.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
@@ -37,7 +38,7 @@ protected:
         run.Header.RunDate = DateOf(2008, 3, 14);
         run.Header.RunTime = TimeOf(7, 45, 12);
         run.Header.Before = -1;
-        WriteRunFile(Files, run, Group, "A");
+        PutRunFile(Files, run, Group, "A");
         AppendRun(State.CurrentStudy, "A");
         State.StudyUnchanged = true;
         Bytes = *Files.Bytes(Group + "A.rd2");
@@ -279,8 +280,8 @@ TEST_F(frmRunDetailsTest, TrimsShowTheShorterRunAndSaveIt) {
 TEST_F(frmRunDetailsTest, CopiesAndReversesNames) {
     RunRecord other = RunOf({10, Node | 10, 10});
     other.Header.SectionName[1] = "Middle";
-    WriteRunFile(Files, other, Group, "Other");
-    WriteRunFile(Files, other = RunOf({10}), Group, "Nameless");
+    PutRunFile(Files, other, Group, "Other");
+    PutRunFile(Files, other = RunOf({10}), Group, "Nameless");
     Open();
     Press("BtnCopy");  // nothing is chosen
     EXPECT_EQ(DesktopServices.AskedFrom, Group);

@@ -45,7 +45,8 @@ class MemoryWriteBatch : public WriteBatch {
 public:
     explicit MemoryWriteBatch(MemoryFileSystem& files) : files_(files) {}
 
-    void Add(const std::string& path, std::span<const std::byte> bytes, OldTail tail) override {
+    void Add(const std::string& path, std::span<const std::byte> bytes, const Expected& expected,
+             OldTail tail) override {
         const std::string target = files_.Resolved(path);
         if (files_.folders_.count(Stored(FolderOf(target))) == 0) throw RunTimeError(ErrorNumber::PathNotFound, path);
         files_.CountChange(path);
@@ -54,23 +55,34 @@ public:
         if (tail == OldTail::Kept && old != files_.files_.end() && old->second.size() > whole.size())
             whole.insert(whole.end(), old->second.begin() + static_cast<std::ptrdiff_t>(whole.size()),
                          old->second.end());
-        pending_.emplace_back(target, std::move(whole));
+        pending_.push_back({target, std::move(whole), expected});
     }
 
     bool Commit(const Progress& progress) override {
+        if (files_.BeforeCommit) files_.BeforeCommit();
         std::uint64_t done = 0;
-        for (const auto& [path, bytes] : pending_) {
+        for (const Pending& file : pending_) {
             if (!progress(done++, pending_.size())) return false;
-            files_.CountChange(path);
+            files_.CountChange(file.Path);
+            const auto there = files_.files_.find(file.Path);
+            if (there == files_.files_.end() ? file.Expects.File.has_value()
+                                             : file.Expects.File != StampOf(there->second))
+                throw RunTimeError(
+                    file.Expects.File ? ErrorNumber::PathFileAccessError : ErrorNumber::FileAlreadyExists, file.Path);
         }
-        for (auto& [path, bytes] : pending_) files_.files_[path] = std::move(bytes);
+        for (Pending& file : pending_) files_.files_[file.Path] = std::move(file.Bytes);
         pending_.clear();
         return true;
     }
 
 private:
+    struct Pending {
+        std::string Path;
+        std::vector<std::byte> Bytes;
+        Expected Expects;
+    };
     MemoryFileSystem& files_;
-    std::vector<std::pair<std::string, std::vector<std::byte>>> pending_;
+    std::vector<Pending> pending_;
 };
 
 class MemoryGrowingFile : public GrowingFile {
@@ -190,12 +202,6 @@ bool MemoryFileSystem::RenameAll(const std::vector<FileMove>& moves, const Progr
         throw;
     }
     return true;
-}
-
-void MemoryFileSystem::Copy(const std::string& from, const std::string& to) {
-    const auto source = files_.find(Resolved(from));
-    if (source == files_.end()) throw RunTimeError(ErrorNumber::FileNotFound, from);
-    WriteFile(*this, to, source->second);
 }
 
 void MemoryFileSystem::Delete(const std::string& path) {

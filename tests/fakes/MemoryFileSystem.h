@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -23,10 +24,10 @@ public:
     std::vector<FileInfo> List(const std::string& folder) const override;
     std::unique_ptr<InputFile> Open(const std::string& path) const override;
     std::unique_ptr<WriteBatch> BeginWrites() override;
+    std::shared_ptr<FolderLock> Lock(const std::string&) override { return std::make_shared<FolderLock>(); }
     std::unique_ptr<GrowingFile> Create(const std::string& path) override;
     void Rename(const std::string& from, const std::string& to) override;
     bool RenameAll(const std::vector<FileMove>& moves, const Progress& progress) override;
-    void Copy(const std::string& from, const std::string& to) override;
     void Delete(const std::string& path) override;
     void CreateFolder(const std::string& path) override;
     std::string CurrentFolder() const override { return Current; }
@@ -45,6 +46,8 @@ public:
     /// Copies a file of the real disk (test data) into this one.
     void PutCopyOf(const std::string& diskPath, const std::string& path);
 
+    /// What another program does in the last moment.
+    std::function<void()> BeforeCommit;
     std::string Current = "/start";
     std::string Settings = "/program/";
     /// When a file was changed last, by path; day 0 where nothing stands here.

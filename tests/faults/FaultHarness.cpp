@@ -2,6 +2,7 @@
 
 #include "core/Paths.h"
 #include "core/RunDecoding.h"
+#include "fakes/PutFiles.h"
 #include "fakes/ThrowsError.h"
 #include "workspace/StudyWorkspace.h"
 
@@ -87,13 +88,13 @@ FaultScene::FaultScene() {
     int samples = 30;
     for (const std::string name : {"R1", "R2"}) {
         RunRecord run = RunOfFeet(samples++);
-        WriteRunFile(Files, run, Group, name);
-        WriteRunFile(Files, run, Temp, "T" + name);
+        PutRunFile(Files, run, Group, name);
+        PutRunFile(Files, run, Temp, "T" + name);
         AppendRun(study, name);
         study.Entries[study.Record.RunCount].CDStartDist = 100;
         study.Entries[study.Record.RunCount].CDEndDist = 900;
     }
-    WriteStudyFile(Files, study, Group, "AM");
+    PutStudyFile(Files, study, Group, "AM");
     OpenStudy(State, Files, DesktopServices, Time, Group, "AM");
     State.CurrentRun = StoredRun(Group, "R1");
 }

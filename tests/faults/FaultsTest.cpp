@@ -8,6 +8,7 @@
 #include "counter/modUpload.h"
 #include "editing/SaveRun.h"
 #include "editing/TrimRun.h"
+#include "fakes/PutFiles.h"
 #include "faults/FaultHarness.h"
 #include "gpsobd/DeviceCopy.h"
 #include "gpsobd/LogPoints.h"
@@ -51,7 +52,7 @@ const Operation OpensStudy{"StudyOpened",
                            [](FaultScene& scene) {
                                Study study = scene.State.CurrentStudy;
                                study.Record.StudyName = "PM";
-                               WriteStudyFile(scene.Files, study, scene.Group, "PM");
+                               PutStudyFile(scene.Files, study, scene.Group, "PM");
                            },
                            [](FaultScene& scene) {
                                OpenStudy(scene.State, scene.Files, scene.DesktopServices, scene.Time, scene.Group,
@@ -137,7 +138,8 @@ const Operation TrimsRun{
         RunRecord& run = scene.State.CurrentRun;
         TrimmedRun trimmed = TrimToBoundaries(run, PlacedBoundaries(run, entry), entry);
         ASSERT_EQ(trimmed.Problem, "");
-        ReplaceRunFile(scene.Files, trimmed.Run, scene.Group, RunFileName(entry));
+        ReplaceRunFile(scene.Files, trimmed.Run, scene.Group, RunFileName(entry),
+                       AsItStands(scene.Files, scene.Group + RunFileName(entry) + RunExtension));
         run = std::move(trimmed.Run);
         entry = std::move(trimmed.Entry);
     },

@@ -24,6 +24,7 @@
 #include "core/Text.h"
 #include "counter/CounterFile.h"
 #include "editing/SaveRun.h"
+#include "fakes/PutFiles.h"
 #include "platform/DiskFileSystem.h"
 
 namespace vantor {
@@ -80,7 +81,7 @@ struct Scene {
     const std::function<void()> stores[] = {
         [&] {
             Study study = Scene::StudyOf(generation);
-            WriteStudyFile(scene.Files, study, scene.Group, "AM");
+            PutStudyFile(scene.Files, study, scene.Group, "AM");
         },
         [&] { SaveRun(state, scene.Files, Scene::RunOf(generation), {.KeepsBackup = true}); },
         [&] {
@@ -210,11 +211,12 @@ void RemoveLeftovers(Scene& scene, Counts& counts) {
 
 void Prepare(Scene& scene) {
     for (const std::string& folder : {scene.Group, scene.Temp}) scene.Files.CreateFolder(folder);
-    scene.Files.Copy(VANTOR_SAMPLES "Corridor.tdc", scene.Counter);
+    WriteFile(scene.Files, scene.Counter, ReadWholeFile(scene.Files, VANTOR_SAMPLES "Corridor.tdc"),
+              AsItStands(scene.Files, scene.Counter));
     ApplicationState state;
     state.Paths.LastStudyGroupPath = scene.Group;
     Study study = Scene::StudyOf(1);
-    WriteStudyFile(scene.Files, study, scene.Group, "AM");
+    PutStudyFile(scene.Files, study, scene.Group, "AM");
     for (const int generation : {0, 1}) SaveRun(state, scene.Files, Scene::RunOf(generation), {.KeepsBackup = true});
     SilentMessages messages;
     for (const std::string& name : ConvertCounterFile(scene.Files, scene.Counter, scene.Temp, state.CurrentRun)) {
@@ -244,7 +246,7 @@ int RunRounds(const std::string& root, int rounds) {
         ApplicationState state;
         state.Paths.LastStudyGroupPath = scene.Group;
         Study study = Scene::StudyOf(generation);
-        WriteStudyFile(scene.Files, study, scene.Group, "AM");
+        PutStudyFile(scene.Files, study, scene.Group, "AM");
         SaveRun(state, scene.Files, Scene::RunOf(generation), {.KeepsBackup = true});
     }
     std::cout << rounds << " rounds, " << generation - 1 << " times all files stored; files not whole: " << counts.Mixed

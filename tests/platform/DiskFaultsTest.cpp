@@ -42,6 +42,9 @@ extern "C" {
 int rename(const char* from, const char* to) noexcept {
     return Fails("rename") ? -1 : renameat(AT_FDCWD, from, AT_FDCWD, to);
 }
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept {
+    return Fails("rename") ? -1 : static_cast<int>(syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags));
+}
 int link(const char* from, const char* to) noexcept {
     return Fails("link") ? -1 : linkat(AT_FDCWD, from, AT_FDCWD, to, 0);
 }
@@ -76,7 +79,9 @@ protected:
     }
 
     std::string At(const std::string& name) const { return folder_ + name; }
-    void Put(const std::string& name, std::string_view text) { WriteFile(files_, At(name), BytesOf(text)); }
+    void Put(const std::string& name, std::string_view text) {
+        WriteFile(files_, At(name), BytesOf(text), AsItStands(files_, At(name)));
+    }
     static void Fail(const SystemFault& fault) { faults[fault.Call] = fault; }
     /// All that lies in the folder, hidden files too.
     Texts Disk() const {
@@ -95,7 +100,7 @@ protected:
         const pid_t child = fork();
         if (child == 0) {
             const auto batch = files_.BeginWrites();
-            batch->Add(At("a"), BytesOf("half"), OldTail::Dropped);
+            batch->Add(At("a"), BytesOf("half"), Expected::Nothing());
             close(ready[1]);
             rest();
             std::_Exit(0);
@@ -109,7 +114,7 @@ protected:
     /// What is left after a program that is started now has written into the folder.
     std::size_t LeftAfterAWrite() {
         DiskFileSystem later("/");
-        WriteFile(later, At("b"), BytesOf("b"));
+        WriteFile(later, At("b"), BytesOf("b"), AsItStands(later, At("b")));
         std::size_t left = 0;
         for (const auto& [name, text] : Disk()) left += name.ends_with(".tmp") ? 1 : 0;
         return left;
@@ -132,7 +137,7 @@ TEST_F(DiskFaultsTest, ABatchIsStoredWholeOrNotAtAll) {
             const auto error = ErrorOf([&] {
                 const auto batch = files_.BeginWrites();
                 for (const char* name : {"new1", "old1", "new2", "old2"})
-                    batch->Add(At(name), BytesOf("replaced"), OldTail::Dropped);
+                    batch->Add(At(name), BytesOf("replaced"), AsItStands(files_, At(name)));
                 batch->Commit();
             });
             isStored = !error;
@@ -163,6 +168,21 @@ TEST_F(DiskFaultsTest, AnErrorMeansThatNothingWasDone) {
     Fail({"rename", 0, 1, EACCES});
     EXPECT_ERROR(PermissionDenied, files_.Rename(At("b"), At("c")));
     EXPECT_EQ(Disk(), (Texts{{"b", "new"}}));
+}
+
+TEST_F(DiskFaultsTest, ADiskThatCannotRenameWithoutReplacingReplacesNothing) {
+    for (const bool hasHardLinks : {true, false}) {
+        Put("a", "text");
+        if (!hasHardLinks) Fail({"link", 0, 99, EPERM});
+        Fail({"rename", 0, 1, EINVAL});
+        files_.Rename(At("a"), At("b"));
+        Put("a", "new");
+        Fail({"rename", 0, 1, EINVAL});
+        EXPECT_ERROR(FileAlreadyExists, WriteFile(files_, At("b"), BytesOf("mine"), Expected::Nothing()));
+        EXPECT_EQ(Disk(), (Texts{{"a", "new"}, {"b", "text"}}));
+        faults.clear();
+        files_.Delete(At("b"));
+    }
 }
 
 TEST_F(DiskFaultsTest, RenamesOntoAnotherDisk) {
@@ -201,7 +221,7 @@ TEST_F(DiskFaultsTest, ALeftoverIsNotTakenForAFileOfTheBatch) {
     // The process has had the number of this one.
     const auto first = [&] {
         const auto batch = files_.BeginWrites();
-        batch->Add(At("a"), {}, OldTail::Dropped);
+        batch->Add(At("a"), {}, Expected::Nothing());
         return Disk().begin()->first;
     }();
     const int number = std::stoi(first.substr(first.rfind('-') + 1));

@@ -26,7 +26,7 @@ protected:
 
     std::string At(const std::string& name) const { return folder_ + name; }
     void Put(const std::string& name, std::string_view text, OldTail tail = OldTail::Dropped) {
-        WriteFile(files_, At(name), BytesOf(text), tail);
+        WriteFile(files_, At(name), BytesOf(text), AsItStands(files_, At(name)), tail);
     }
     std::vector<std::byte> Whole(const std::string& name) const { return ReadFirstBytes(files_, At(name), 1 << 20); }
     std::vector<std::string> Names() const {
@@ -54,8 +54,8 @@ TEST_F(DiskFileSystemTest, BatchThatIsNotCommittedLeavesEverything) {
     Put("a", "old");
     {
         const auto batch = files_.BeginWrites();
-        batch->Add(At("a"), BytesOf("new"), OldTail::Dropped);
-        batch->Add(At("b"), BytesOf("new"), OldTail::Dropped);
+        batch->Add(At("a"), BytesOf("new"), AsItStands(files_, At("a")));
+        batch->Add(At("b"), BytesOf("new"), Expected::Nothing());
     }
     EXPECT_EQ(Whole("a"), BytesOf("old"));
     EXPECT_EQ(Names(), std::vector<std::string>{"a"});
@@ -64,7 +64,7 @@ TEST_F(DiskFileSystemTest, BatchThatIsNotCommittedLeavesEverything) {
 
 TEST_F(DiskFileSystemTest, LooksNamesUpWithoutLetterCase) {
     files_.CreateFolder(At("Study Groups/Main"));
-    WriteFile(files_, At("Study Groups/Main/S001R001.RD2"), BytesOf("run"));
+    Put("Study Groups/Main/S001R001.RD2", "run");
     EXPECT_EQ(ReadFirstBytes(files_, At("STUDY groups/main/s001r001.rd2"), 9), BytesOf("run"));
     EXPECT_EQ(files_.Find(At("study groups/main/s001r001.rd2"))->Name, "S001R001.RD2");
     Put("study groups/MAIN/s001r001.rd2", "new");
@@ -76,14 +76,30 @@ TEST_F(DiskFileSystemTest, LooksNamesUpWithoutLetterCase) {
     EXPECT_EQ(Whole("EXACT"), BytesOf("upper"));
 }
 
-TEST_F(DiskFileSystemTest, RenamesCopiesAndDeletes) {
+TEST_F(DiskFileSystemTest, WritesOnlyOverWhatIsExpected) {
+    Put("a", "old");
+    const Expected asRead = AsItStands(files_, At("a"));
+    Put("a", "OLD");
+    EXPECT_ERROR(PathFileAccessError, WriteFile(files_, At("a"), BytesOf("mine"), asRead));
+    EXPECT_ERROR(FileAlreadyExists, WriteFile(files_, At("A"), BytesOf("mine"), Expected::Nothing()));
+    files_.Delete(At("a"));
+    EXPECT_ERROR(PathFileAccessError, WriteFile(files_, At("a"), BytesOf("mine"), asRead));
+    EXPECT_TRUE(Names().empty());
+
+    // A backup that is a link is not written through.
+    Put("outside", "safe");
+    std::filesystem::create_symlink("nowhere", At("b"));
+    EXPECT_ERROR(FileAlreadyExists, WriteFile(files_, At("b"), BytesOf("mine"), Expected::Nothing()));
+    EXPECT_FALSE(std::filesystem::exists(At("nowhere")));
+}
+
+TEST_F(DiskFileSystemTest, RenamesAndDeletes) {
     Put("a", "1");
     Put("b", "2");
     EXPECT_ERROR(FileAlreadyExists, files_.Rename(At("a"), At("B")));
     files_.Rename(At("A"), At("c"));
     files_.Rename(At("c"), At("C"));
-    files_.Copy(At("C"), At("b"));
-    EXPECT_EQ(Whole("b"), BytesOf("1"));
+    EXPECT_EQ(Whole("C"), BytesOf("1"));
     EXPECT_EQ(Names(), (std::vector<std::string>{"b", "C"}));
     files_.Delete(At("c"));
     EXPECT_ERROR(FileNotFound, files_.Delete(At("c")));
@@ -165,7 +181,7 @@ TEST_F(DiskFileSystemTest, FindsFilesOfTheProgramWhereverItIsInstalled) {
     for (const char* place : {"bin/../share/vantor/", "bin/", "own/"}) {
         files.CreateFolder(folder_ + "bin");
         files.CreateFolder(folder_ + place);
-        WriteFile(files, folder_ + place + "VANTOR.HLP", {});
+        WriteFile(files, folder_ + place + "VANTOR.HLP", {}, Expected::Nothing());
         EXPECT_EQ(files.ProgramFile("VANTOR.HLP"), folder_ + place + "VANTOR.HLP");
     }
 }

@@ -59,7 +59,7 @@ protected:
     /// What an independent reader finds in the workbook; tests/platform/read_workbook.py tells its shape.
     json Read(const std::vector<Sheet>& sheets, WorkbookFormat format) {
         const std::string file = folder_ + (format == WorkbookFormat::Xls ? "a.xls" : "a.xlsx");
-        WriteFile(files_, file, writer_.Encode(sheets, format));
+        WriteFile(files_, file, writer_.Encode(sheets, format), AsItStands(files_, file));
         // The system's own Python has the system's packages; another one may stand before it in the path.
         const std::string command =
             "for python in /usr/bin/python3 python3; do"

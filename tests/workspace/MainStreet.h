@@ -7,6 +7,7 @@
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 
@@ -39,7 +40,7 @@ struct MainStreet : TestProgram {
         run.SampleValues.ResizeTo(200);
         for (std::int16_t& value : run.SampleValues) value = 44;
         run.RunSamples.ResizeTo(200);
-        WriteRunFile(Files, run, Group, name);
+        PutRunFile(Files, run, Group, name);
     }
 
     static StudyRunEntry EntryOf(const RunOfStudy& run) {
@@ -63,7 +64,7 @@ struct MainStreet : TestProgram {
             AppendRun(study, run.Name);
             study.Entries[study.Record.RunCount] = EntryOf(run);
         }
-        WriteStudyFile(Files, study, Group, name);
+        PutStudyFile(Files, study, Group, name);
     }
 
     bool HasFile(const std::string& name) const { return Files.Bytes(Group + name).has_value(); }

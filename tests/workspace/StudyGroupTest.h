@@ -11,6 +11,7 @@
 #include "core/forms/Table.h"
 #include "fakes/Clicks.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 
@@ -44,7 +45,7 @@ protected:
         run.Header.HeaderWord1 = run.Header.Before = -1;
         run.Header.RunLength = 5280;
         run.Header.Notes = notes;
-        WriteRunFile(Files, run, group, name);
+        PutRunFile(Files, run, group, name);
     }
 
     static Study StudyOf(const std::string& name, const std::vector<std::string>& runs) {
@@ -55,9 +56,7 @@ protected:
         return study;
     }
 
-    void PutStudy(const std::string& group, Study study) {
-        WriteStudyFile(Files, study, group, study.Record.StudyName);
-    }
+    void PutStudy(const std::string& group, Study study) { PutStudyFile(Files, study, group, study.Record.StudyName); }
 
     static std::vector<std::string> RunsOf(const Study& study) {
         return {study.RunNames.begin(), study.RunNames.end()};

@@ -146,7 +146,8 @@ void frmContDelayVsAvg::Save() {
     const auto format = PictureFormatOf(path);
     if (!format)
         return context_.Messages.Tell(path + "\nName a file that ends in .png, .svg or .pdf.", MessageIcon::Warning);
-    WriteFile(context_.Files, path, DelayChartPicture(context_.Documents, Series(), DelayChartTitle(study), *format));
+    WriteFile(context_.Files, path, DelayChartPicture(context_.Documents, Series(), DelayChartTitle(study), *format),
+              AsItStands(context_.Files, path));
 }
 
 }  // namespace vantor

@@ -298,7 +298,7 @@ void frmReportPreview::SaveAsPdf() {
     if (path.empty()) return;
     context_.Work.Run("Writing " + LastComponent(path), [this, path](FileSystem& files, const Progress& progress) {
         const auto bytes = context_.Documents.Pdf(document_, progress);
-        if (progress(1, 1)) WriteFile(files, path, bytes);
+        if (progress(1, 1)) WriteFile(files, path, bytes, AsItStands(files, path));
     });
 }
 

@@ -207,7 +207,7 @@ void frmRunStatistics::SaveAsCsv() {
                                                   "Save Run Statistics", {{"Comma-separated values", ".csv"}});
     if (path.empty()) return;
     const std::string text = CsvText(StatisticsSheet(statistics_, units_, entry_));
-    WriteFile(context_.Files, path, std::as_bytes(std::span(text)));
+    WriteFile(context_.Files, path, std::as_bytes(std::span(text)), AsItStands(context_.Files, path));
 }
 
 void frmRunStatistics::changeEvent(QEvent* event) {

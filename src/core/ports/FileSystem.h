@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/Date.h"
+#include "core/FileStamp.h"
 #include "core/Progress.h"
 
 namespace vantor {
@@ -37,6 +38,16 @@ public:
     virtual std::uint64_t Size() const = 0;
 };
 
+/// What a write expects to find under its path. There is no default: every write says it.
+struct Expected {
+    std::optional<FileStamp> File;  ///< nothing: no file is there
+
+    /// A new file. One that has appeared meanwhile is error 58.
+    static Expected Nothing() { return {}; }
+    /// The file as it was read. One that was changed or taken away since is error 75.
+    static Expected Unchanged(const FileStamp& stamp) { return {stamp}; }
+};
+
 /// What becomes of the bytes of an older, longer file behind those that are written.
 enum class OldTail { Dropped, Kept };
 
@@ -45,8 +56,10 @@ enum class OldTail { Dropped, Kept };
 class WriteBatch {
 public:
     virtual ~WriteBatch() = default;
-    virtual void Add(const std::string& path, std::span<const std::byte> bytes, OldTail tail) = 0;
-    /// Once, as the last call. All or nothing: an error leaves every old file and no new one. Only where the program is
+    virtual void Add(const std::string& path, std::span<const std::byte> bytes, const Expected& expected,
+                     OldTail tail = OldTail::Dropped) = 0;
+    /// Once, as the last call. Under a lock of the folders it looks whether each file is what its write expects, then
+    /// renames. All or nothing: an error leaves every old file and no new one. Only where the program is
     /// killed in the midst of it, or the disk refuses to take back what was renamed, are some files new and others old;
     /// each is whole even then.
     void Commit() { Commit(Progress()); }
@@ -71,6 +84,12 @@ public:
     virtual void Close() = 0;
 };
 
+/// A folder that no other Vantor writes to for as long as this lives.
+class FolderLock {
+public:
+    virtual ~FolderLock() = default;
+};
+
 /// The disk. Paths are UTF-8; look-ups ignore letter case, an exact match wins over one in another case; new files
 /// get exactly the name asked for. Failures are RunTimeErrors that name the path: 53 or 76 missing, 58 exists,
 /// 61 disk full, 70 permission denied, 75 anything else.
@@ -88,6 +107,11 @@ public:
     /// Error 58 when the file exists.
     virtual std::unique_ptr<GrowingFile> Create(const std::string& path) = 0;
 
+    /// Locks a folder for a reading, a change and a writing that belong together; this file system's own writes go on.
+    /// Waits for another program that has it; error 70 after some seconds. A lock ends with its program. It is advice
+    /// that other programs need not take, and some file systems know none: what is written is compared all the same.
+    virtual std::shared_ptr<FolderLock> Lock(const std::string& folder) = 0;
+
     /// Gives a file another name, also in another folder or on another disk. Error 58 when `to` exists. After any error
     /// the file is where it was.
     virtual void Rename(const std::string& from, const std::string& to) = 0;
@@ -95,8 +119,6 @@ public:
     /// an error or a stop every file is where it was; only where the program is killed, or the disk refuses to take a
     /// name back, some files have their new names.
     virtual bool RenameAll(const std::vector<FileMove>& moves, const Progress& progress) = 0;
-    /// Writes `to` whole, replacing it. Error 53 when `from` is missing.
-    virtual void Copy(const std::string& from, const std::string& to) = 0;
     virtual void Delete(const std::string& path) = 0;
     /// Makes the folder and those above it; nothing when it exists.
     virtual void CreateFolder(const std::string& path) = 0;
@@ -113,8 +135,14 @@ public:
 /// The first `count` bytes of a file, fewer when it is shorter.
 std::vector<std::byte> ReadFirstBytes(const FileSystem& files, const std::string& path, std::uint64_t count);
 
+std::vector<std::byte> ReadWholeFile(const FileSystem& files, const std::string& path);
+
+/// To replace what stands under a path at this moment, whatever it is: for files that the user or the command has just
+/// named to be replaced, and for those of which the last writer is right.
+Expected AsItStands(const FileSystem& files, const std::string& path);
+
 /// Writes one file whole.
-void WriteFile(FileSystem& files, const std::string& path, std::span<const std::byte> bytes,
+void WriteFile(FileSystem& files, const std::string& path, std::span<const std::byte> bytes, const Expected& expected,
                OldTail tail = OldTail::Dropped);
 
 }  // namespace vantor

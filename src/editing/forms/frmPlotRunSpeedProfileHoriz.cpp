@@ -101,7 +101,10 @@ void frmPlotRunSpeedProfileHoriz::CutToBoundaries() {
                                    "\nto the part between its boundaries?\n\nThe untrimmed run is kept as " +
                                    LastComponent(FreeBackupPath(context_.Files, path)) + "."))
         return;
-    ReplaceRunFile(context_.Files, trimmed.Run, folder, name);
+    const auto stamp = context_.State.CurrentRunStamp;
+    ReplaceRunFile(context_.Files, trimmed.Run, folder, name,
+                   stamp ? Expected::Unchanged(*stamp) : AsItStands(context_.Files, path));
+    context_.State.CurrentRunStamp = AsItStands(context_.Files, path).File;
     run_ = std::move(trimmed.Run);
     entry_ = entryBefore_ = std::move(trimmed.Entry);
     context_.State.StudyUnchanged = false;

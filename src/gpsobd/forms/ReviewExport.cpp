@@ -54,7 +54,7 @@ std::string ReviewExport::PathWith(const char* extension) const {
 void ReviewExport::Write(const std::string& path) const {
     const WaitCursor wait;
     const OutgoingTable table{[this] { return std::vector{grid_.AsSheet()}; }, [this] { return CsvRows(grid_); }};
-    WriteFile(context_.Files, path, EncodeTable(path, table, context_.Sheets));
+    WriteFile(context_.Files, path, EncodeTable(path, table, context_.Sheets), AsItStands(context_.Files, path));
 }
 
 }  // namespace vantor

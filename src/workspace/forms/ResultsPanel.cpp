@@ -111,7 +111,7 @@ QWidget* ResultsPanel::BuildOtherThresholds() {
     lblOtherThresholds_ = Named<QLabel>(otherThresholds_, "lblOtherThresholds");
     SetValueCaption(*lblOtherThresholds_, QStringLiteral("Thresholds of the stop delays"));
     lblOtherThresholds_->setTextFormat(Qt::PlainText);
-    auto* button = Named<QPushButton>(otherThresholds_, "btnComputeAnew", QStringLiteral("Compute ane&w"));
+    auto* button = Named<QPushButton>(otherThresholds_, "btnComputeAnew", QStringLiteral("Compute anew"));
     button->setToolTip(QStringLiteral("Counts the stop delays anew at this threshold; all other figures stay."));
     connect(button, &QPushButton::clicked, this, [this] { OnComputeAnew(); });
     auto* line = new QHBoxLayout(otherThresholds_);

@@ -49,6 +49,7 @@ frmMain::frmMain(AppContext& context) : context_(context), recovery_(context) {
     setObjectName(QStringLiteral("frmMain"));
     resize(1000, 700);
     menu_ = new MainMenu(*this, context_, MenuEntries());
+    mnuRunUndo_ = findChild<QAction*>(QStringLiteral("mnuRunUndo"));
     setCentralWidget(frStudyDetails_ = BuildStudyDetails());
     AddRunListKeys();
     BuildStatusBar();
@@ -129,9 +130,14 @@ void frmMain::BuildStatusBar() {
     // A long folder must not keep the window from becoming narrow.
     lblStudyGroup_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     lblSaved_ = Named<QLabel>(statusBar(), "lblSaved");
-    lblCutShort_ = Named<QLabel>(statusBar(), "lblCutShort");
+    lblNotice_ = Named<QLabel>(statusBar(), "lblNotice");
+    lblNotice_->setTextFormat(Qt::PlainText);
+    btnNotice_ = Named<QPushButton>(statusBar(), "btnNotice");
+    btnNotice_->setFlat(true);
+    Connect(btnNotice_, &QPushButton::clicked, this, context_.Messages, [this] { CarryOutNotice(); });
     statusBar()->addWidget(lblStudyGroup_, 1);
-    statusBar()->addPermanentWidget(lblCutShort_);
+    statusBar()->addPermanentWidget(lblNotice_);
+    statusBar()->addPermanentWidget(btnNotice_);
     statusBar()->addPermanentWidget(lblSaved_);
 }
 
@@ -213,6 +219,7 @@ void frmMain::ShowStudyAfter(const std::function<void()>& action) {
 void frmMain::ShowStudy() {
     labels_ = {};
     toldRuns_.clear();
+    OfferUndo(std::nullopt);
     details_->ShowStudy();
     RefreshStudyResults();
 }
@@ -233,6 +240,7 @@ void frmMain::RefreshStudyResults() {
     btnShowDetails_->setEnabled(hasRuns);
     btnEditRun_->setEnabled(hasRuns);
     for (QAction* command : menu_->CommandsOf(RunMenu)) command->setEnabled(hasRuns);
+    mnuRunUndo_->setEnabled(undo_.has_value());
     menu_->SetToolbarButtonEnabled(ShowDetailsButton, hasRuns);
     const bool hasCounted =
         std::ranges::any_of(vaRunList_->Rows(), [](const RunListRow& row) { return row.State == RunState::Counted; });
@@ -257,21 +265,87 @@ void frmMain::ShowStatus() {
     lblStudyGroup_->setText(QStringLiteral("Study Group: ") + folder);
     lblStudyGroup_->setToolTip(folder);
     const bool isNew = name.isEmpty() && state.CurrentStudy.Record.RunCount == 0;
-    lblCutShort_->setText(state.CurrentStudy.MissingEntries == 0 ? QString() : ToQt(CutShortText(state.CurrentStudy)));
+    ShowNotice();
     lblSaved_->setText(!state.StudyUnchanged ? QStringLiteral("Not saved")
                                              : (isNew ? QStringLiteral("New study") : QStringLiteral("Saved")));
 }
 
+frmMain::Notice frmMain::CurrentNotice() {
+    ApplicationState& state = context_.State;
+    const Study& study = state.CurrentStudy;
+    if (study.MissingEntries != 0) return {ToQt(CutShortText(study)), {}, {}};
+    if (!state.Replaced.Path.empty())
+        return {QStringLiteral("The study that was there is kept as %1.").arg(ToQt(LastComponent(state.Replaced.Path))),
+                QStringLiteral("Put back"), [this, &state] { PutReplacedStudyBack(state, context_.Files); }};
+    if (!study.Stored) return {};
+    const std::string file = BaseName(study.Stored->Path);
+    if (EqualIgnoringCase(file, Trim(study.Record.StudyName))) return {};
+    return {QStringLiteral("File %1, study name %2")
+                .arg(ToQt(LastComponent(study.Stored->Path)), ToQt(Trim(study.Record.StudyName))),
+            QStringLiteral("Use %1").arg(ToQt(file)), [this, &state, file] {
+                state.CurrentStudy.Record.StudyName = file;
+                state.StudyUnchanged = false;
+                state.StudyFieldsEdited = true;
+                details_->ShowStudy();
+            }};
+}
+
+void frmMain::ShowNotice() {
+    const Notice notice = CurrentNotice();
+    lblNotice_->setText(notice.Text);
+    lblNotice_->setToolTip(notice.Text);
+    btnNotice_->setText(notice.Caption);
+    btnNotice_->setVisible(!notice.Caption.isEmpty());
+}
+
+void frmMain::CarryOutNotice() {
+    const Notice notice = CurrentNotice();
+    if (notice.Action) notice.Action();
+    ShowStatus();
+}
+
+void frmMain::KeepForUndo(const QString& what, int run, const std::function<void()>& change) {
+    const Study& study = context_.State.CurrentStudy;
+    const StudyRunEntry before = study.Entries[run];
+    Guarded(context_.Messages, change);
+    if (study.Entries[run] != before)
+        OfferUndo(EntryUndo{QStringLiteral("%1 of run %2").arg(what, ToQt(RunFileName(before))), run, before});
+}
+
+void frmMain::OfferUndo(std::optional<EntryUndo> undo) {
+    undo_ = std::move(undo);
+    mnuRunUndo_->setText(undo_ ? QStringLiteral("&Undo ") + undo_->Text : QStringLiteral("&Undo"));
+    mnuRunUndo_->setEnabled(undo_.has_value());
+}
+
+void frmMain::Undo() {
+    if (!undo_) return context_.DesktopServices.Beep();
+    Study& study = context_.State.CurrentStudy;
+    study.Entries[undo_->Run] = undo_->Before;
+    study.RunNames[undo_->Run] = undo_->Before.EntryRunName;
+    context_.State.StudyUnchanged = false;
+    OfferUndo(std::nullopt);
+    RefreshStudyResults();
+}
+
 void frmMain::TellMissingRuns() {
     const std::vector<RunListRow>& rows = vaRunList_->Rows();
+    std::vector<std::string> missing;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const std::string name = RunFileName(context_.State.CurrentStudy.Entries[static_cast<int>(i) + 1]);
-        if (rows[i].State != RunState::Missing && IsSafeName(name)) continue;
-        if (!toldRuns_.insert(FoldCase(name)).second) continue;
-        if (IsSafeName(name))
-            TellMissingRun(context_.Messages, name);
-        else
-            context_.Messages.Tell(UnsafeNameMessage(name), MessageIcon::Warning);
+        // A study that was cut short has entries without a name: the status bar tells of them.
+        if (name.empty() || (rows[i].State != RunState::Missing && IsSafeName(name))) continue;
+        if (toldRuns_.insert(FoldCase(name)).second) missing.push_back(name);
+    }
+    for (std::size_t i = 0; i < missing.size(); ++i) {
+        const std::size_t others = missing.size() - i - 1;
+        Prompt prompt{IsSafeName(missing[i]) ? MissingRunText(missing[i]) : UnsafeNameMessage(missing[i]),
+                      MessageButtons::Ok, MessageIcon::Warning};
+        if (others > 0) {
+            prompt.Tick = "Not for the other " + std::to_string(others);
+            prompt.Details = Joined({missing.begin() + static_cast<std::ptrdiff_t>(i), missing.end()}, "\n");
+        }
+        if (context_.Messages.Ask(prompt) == MessageAnswer::OkForAll) return;
     }
 }
 
@@ -390,20 +464,21 @@ void frmMain::DeleteActiveRun() {
     const int run = vaRunList_->ActiveRun();
     if (run == 0) return context_.DesktopServices.Beep();
     DeleteRun(context_.State, run);
+    OfferUndo(std::nullopt);
     RefreshStudyResults();
 }
 
 void frmMain::ShowDetails() {
     const int run = vaRunList_->ActiveRun();
     if (run == 0) return context_.DesktopServices.Beep();
-    Guarded(context_.Messages, [&] { ShowRunDetails(context_, run); });
+    KeepForUndo(QStringLiteral("Profile"), run, [&] { ShowRunDetails(context_, run); });
     RefreshStudyResults();
 }
 
 void frmMain::ShowActiveRun(void (Screens::*open)(int)) {
     const int run = vaRunList_->ActiveRun();
     if (run == 0) return context_.DesktopServices.Beep();
-    Guarded(context_.Messages, [&] { ShowRun(context_, run, open); });
+    KeepForUndo(QStringLiteral("Details"), run, [&] { ShowRun(context_, run, open); });
     RefreshStudyResults();
 }
 

@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -68,6 +69,27 @@ private:
     void TellMissingRuns();
     void ComputeStopDelaysAnew();
 
+    /// What the status bar says of the study, with what can be done about it; both may be empty.
+    struct Notice {
+        QString Text;
+        QString Caption;
+        std::function<void()> Action;
+    };
+    Notice CurrentNotice();
+    void ShowNotice();
+    void CarryOutNotice();
+
+    /// A run of the study as it was before its last change.
+    struct EntryUndo {
+        QString Text;  ///< "Profile of run NB-001"
+        int Run = 0;
+        StudyRunEntry Before;
+    };
+    /// Does what may change the entry of a run, and offers to take that back.
+    void KeepForUndo(const QString& what, int run, const std::function<void()>& change);
+    void OfferUndo(std::optional<EntryUndo> undo);
+    void Undo();
+
     void StartNewStudy();
     void OpenExistingStudy();
     void OpenLastStudy();
@@ -96,7 +118,10 @@ private:
     ResultLabels labels_;
     std::set<std::string> toldRuns_;
 
+    std::optional<EntryUndo> undo_;
+
     MainMenu* menu_ = nullptr;
+    QAction* mnuRunUndo_ = nullptr;
     QWidget* frStudyDetails_ = nullptr;
     StudyDetailsPanel* details_ = nullptr;
     RunListView* vaRunList_ = nullptr;
@@ -106,7 +131,8 @@ private:
     QPushButton* btnShowDetails_ = nullptr;
     QPushButton* btnEditRun_ = nullptr;
     QLabel* lblStudyGroup_ = nullptr;
-    QLabel* lblCutShort_ = nullptr;
+    QLabel* lblNotice_ = nullptr;
+    QPushButton* btnNotice_ = nullptr;
     QLabel* lblSaved_ = nullptr;
 };
 

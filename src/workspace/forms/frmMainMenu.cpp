@@ -48,6 +48,7 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
         {"&File", "", "", ""},
         {"&File", "mnuFileExit", "E&xit", "exit", Keys("Ctrl+Q"), 0, "", [this] { close(); }},
         {"&View", "mnuViewStatistics", "Study Statistics", "statistics", {}, 0, "", to(&frmMain::ShowStudyStatistics)},
+        {RunMenu, "mnuRunUndo", "&Undo", "undo", Keys("Ctrl+Z"), 0, "", to(&frmMain::Undo)},
         {RunMenu, "mnuRunShow", "Show &Details", "show-details", {}, 0, "", to(&frmMain::ShowDetails)},
         {RunMenu, "mnuRunDetails", "&Run Details", "edit", {}, 0, "", onRun(&Screens::ShowRunEditor)},
         {RunMenu, "mnuRunSensorData", "Edit &Sensor Data", "de-spike", {}, 0, "", onRun(&Screens::ShowSensorData)},
