@@ -120,18 +120,9 @@ private:
     };
 
     bool FlushPending(const Progress& progress) const {
-        std::vector<fs::path::string_type> temporaries;
-        temporaries.reserve(pending_.size());
-        for (const Pending& file : pending_) temporaries.push_back(file.Temporary);
-        try {
-            return FlushFiles(temporaries, progress);
-        } catch (const RunTimeError& error) {
-            // An error with a temporary file is one with the file that was to be written.
-            for (const Pending& file : pending_)
-                if (error.Place() == PortablePath(file.Temporary))
-                    throw RunTimeError(error.Number(), PortablePath(file.Target));
-            throw;
-        }
+        std::vector<FileToFlush> files;
+        for (const Pending& file : pending_) files.push_back({file.Temporary, file.Target});
+        return FlushFiles(files, progress);
     }
 
     bool PlacePending(const Progress& progress) {
