@@ -83,7 +83,7 @@ public:
         const fs::path target = FollowedLink(TargetOf(path));
         const fs::path folder = target.parent_path();
         if (cleanedFolders_.insert(PortablePath(folder)).second) RemoveLeftovers(folder);
-        const auto [temporary, file] = NamingTarget(target, [&] { return MakeTemporaryFile(folder); });
+        auto [temporary, file] = NamingTarget(target, [&] { return MakeTemporaryFile(folder); });
         std::error_code ignored;
         const fs::file_status old = fs::status(target, ignored);
         pending_.push_back({temporary.native(), target.native(), {}, fs::exists(old), false});
@@ -92,6 +92,8 @@ public:
         WriteNative(file, bytes, target);
         if (tail == OldTail::Kept) AppendTail(file, target, bytes.size());
         if (fs::exists(old)) fs::permissions(temporary, old.permissions(), ignored);
+        file.reset();
+        early_.Add(pending_.back().Temporary);
     }
 
     bool Commit(const Progress& progress) override {
@@ -234,6 +236,7 @@ private:
 
     std::set<std::string>& cleanedFolders_;
     std::vector<Pending> pending_;
+    EarlyFlush early_;
     std::unordered_map<std::string, Folder> folders_;
 };
 

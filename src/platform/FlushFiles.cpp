@@ -13,12 +13,15 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <condition_variable>
 #include <deque>
 #include <future>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <system_error>
 #include <thread>
+#include <utility>
 #endif
 
 namespace vantor {
@@ -113,6 +116,68 @@ bool FlushTogether(const Files& files, const Progress& progress) {
 #endif
 
 }  // namespace
+
+#ifdef __linux__
+
+struct EarlyFlush::Worker {
+    std::mutex Mutex;
+    std::condition_variable Changed;
+    std::deque<fs::path::string_type> Waiting;
+    bool IsEnding = false;
+    std::thread Thread;
+
+    Worker() : Thread([this] { Work(); }) {}
+    ~Worker() {
+        {
+            const std::lock_guard lock(Mutex);
+            IsEnding = true;
+        }
+        Changed.notify_one();
+        Thread.join();
+    }
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+
+    void Work() {
+        std::unique_lock lock(Mutex);
+        for (;;) {
+            Changed.wait(lock, [this] { return IsEnding || !Waiting.empty(); });
+            if (IsEnding) return;
+            const fs::path::string_type path = std::move(Waiting.front());
+            Waiting.pop_front();
+            lock.unlock();
+            if (const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC); file >= 0) {
+                sync_file_range(file, 0, 0, SYNC_FILE_RANGE_WRITE);
+                close(file);
+            }
+            lock.lock();
+        }
+    }
+};
+
+void EarlyFlush::Add(const fs::path::string_type& path) {
+    if (++added_ < ManyFiles) return;
+    try {
+        if (!worker_) worker_ = std::make_unique<Worker>();
+    } catch (const std::system_error&) {
+        return;
+    }
+    {
+        const std::lock_guard lock(worker_->Mutex);
+        worker_->Waiting.push_back(path);
+    }
+    worker_->Changed.notify_one();
+}
+
+#else
+
+struct EarlyFlush::Worker {};
+void EarlyFlush::Add(const fs::path::string_type&) { ++added_; }
+
+#endif
+
+EarlyFlush::EarlyFlush() = default;
+EarlyFlush::~EarlyFlush() = default;
 
 bool FlushFiles(const Files& files, const Progress& progress) {
 #ifdef __linux__
