@@ -33,8 +33,8 @@ _vantor() {
         'run smooth') options='--factor --output' files='rd2' output='rd2' ;;
         'counter studies') files='tdc' ;;
         'counter convert') options='--to' files='tdc' ;;
-        'log show') options='--rows' files='@(gdf|gd2|odf|od2|ddf|txt|mdb|pdb)' ;;
-        'log convert') options='--to' files='@(gdf|gd2|odf|od2|ddf|txt|mdb|pdb)' ;;
+        'log show') options='--rows --signed' files='@(gdf|gd2|odf|od2|ddf|txt|mdb|pdb)' ;;
+        'log convert') options='--to --gaps --signed' files='@(gdf|gd2|odf|od2|ddf|txt|mdb|pdb)' ;;
         'study new') files='-d' ;;
         'study show') files='ld2' ;;
         'study compute') options='--stop-speed' files='ld2' ;;
