@@ -108,8 +108,8 @@ def row(what, measured, goal, holds):
 with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
     os.environ["VANTOR_PROGRAM_FOLDER"] = folder
     run = bench(["ConvertAgainstWriting"], COUNTER_MB)["ConvertAgainstWriting"]
-    row(f"conversion of a {COUNTER_MB} MB counter file / writing its runs",
-        f"{run['ratio']:.2f} ({run['convert_s']:.1f} s / {run['write_s']:.1f} s)", "at most 1.5", run["ratio"] <= 1.5)
+    row(f"conversion of a {COUNTER_MB} MB counter file / a plain C program that writes its runs",
+        f"{run['ratio']:.2f} ({run['convert_s']:.1f} s / {run['write_s']:.1f} s)", "at most 1.1", run["ratio"] <= 1.1)
     run = bench(["LogSummaryAgainstReading"], LOG_MB)["LogSummaryAgainstReading"]
     row(f"summary of a log of {run['points'] / 1e6:.0f} million points / reading the file",
         f"{run['ratio']:.2f} ({run['summary_s']:.2f} s / {run['read_s']:.2f} s)", "at most 1.5", run["ratio"] <= 1.5)

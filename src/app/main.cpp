@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QTimer>
+#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
@@ -119,10 +120,9 @@ int RunWindow(QApplication& application, const WindowArguments& arguments, FileS
 #endif
     window.show();
     Job cleaning(messages, makeFiles);
-    QTimer::singleShot(0, &window, [&] {
-        window.Start(arguments.StudyPath);
-        RemoveOldLeftovers(cleaning, state);
-    });
+    QTimer::singleShot(0, &window, [&] { window.Start(arguments.StudyPath); });
+    // By then the settings are loaded, whatever the start asks the user.
+    QTimer::singleShot(std::chrono::seconds(1), &window, [&] { RemoveOldLeftovers(cleaning, state); });
     return QApplication::exec();
 }
 

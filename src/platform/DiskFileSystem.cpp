@@ -83,14 +83,17 @@ public:
         const fs::path target = FollowedLink(TargetOf(path));
         const fs::path folder = target.parent_path();
         if (cleanedFolders_.insert(PortablePath(folder)).second) RemoveLeftovers(folder);
-        const auto [temporary, file] = NamingTarget(target, [&] { return MakeTemporaryFile(folder); });
+        auto [temporary, file] = NamingTarget(target, [&] { return MakeTemporaryFile(folder); });
         std::error_code ignored;
         const fs::file_status old = fs::status(target, ignored);
         pending_.push_back({temporary.native(), target.native(), {}, fs::exists(old), false});
+        // A file is given whole: a buffer of the stream would only cut off its end.
+        std::setvbuf(file.get(), nullptr, _IONBF, 0);
         WriteNative(file, bytes, target);
         if (tail == OldTail::Kept) AppendTail(file, target, bytes.size());
-        if (std::fflush(file.get()) != 0) ThrowFileError(errno, target);
         if (fs::exists(old)) fs::permissions(temporary, old.permissions(), ignored);
+        file.reset();
+        early_.Add(pending_.back().Temporary);
     }
 
     bool Commit(const Progress& progress) override {
@@ -119,18 +122,9 @@ private:
     };
 
     bool FlushPending(const Progress& progress) const {
-        std::vector<fs::path::string_type> temporaries;
-        temporaries.reserve(pending_.size());
-        for (const Pending& file : pending_) temporaries.push_back(file.Temporary);
-        try {
-            return FlushFiles(temporaries, progress);
-        } catch (const RunTimeError& error) {
-            // An error with a temporary file is one with the file that was to be written.
-            for (const Pending& file : pending_)
-                if (error.Place() == PortablePath(file.Temporary))
-                    throw RunTimeError(error.Number(), PortablePath(file.Target));
-            throw;
-        }
+        std::vector<FileToFlush> files;
+        for (const Pending& file : pending_) files.push_back({file.Temporary, file.Target});
+        return FlushFiles(files, progress);
     }
 
     bool PlacePending(const Progress& progress) {
@@ -242,6 +236,7 @@ private:
 
     std::set<std::string>& cleanedFolders_;
     std::vector<Pending> pending_;
+    EarlyFlush early_;
     std::unordered_map<std::string, Folder> folders_;
 };
 

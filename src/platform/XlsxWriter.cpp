@@ -3,6 +3,10 @@
 #include <gsf/gsf-infile-zip.h>
 #include <gsf/gsf-input-memory.h>
 #include <xlsxwriter.h>
+#ifdef __linux__
+#include <sys/mman.h>
+#include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <cctype>
@@ -23,30 +27,52 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A folder that only this user can enter, gone with all that is in it at the end.
-class TemporaryFolder {
+/// Where the finished workbook lies until it is read: in memory where the system has files there, else in a folder that
+/// only this user can enter. Gone at the end, in memory also when the program is killed.
+class WorkbookPlace {
 public:
-    TemporaryFolder() {
+    WorkbookPlace() {
+#ifdef __linux__
+        memory_ = memfd_create("workbook.xlsx", MFD_CLOEXEC);
+        if (memory_ >= 0) {
+            path_ = "/proc/self/fd/" + std::to_string(memory_);
+            return;
+        }
+#endif
         std::error_code failure;
-        const fs::path parent = fs::temp_directory_path(failure);
-        if (failure) throw RunTimeError(ErrorNumber::PathNotFound, "The system has no folder for temporary files.");
         // A name may be left over from a process that was stopped.
-        do path_ = parent / TemporaryName();
-        while (!fs::create_directory(path_, failure) && !failure);
-        if (failure) ThrowFileError(failure.value(), path_);
-        fs::permissions(path_, fs::perms::owner_all, failure);
+        do folder_ = TemporaryParent() / TemporaryName();
+        while (!fs::create_directory(folder_, failure) && !failure);
+        if (failure) ThrowFileError(failure.value(), folder_);
+        fs::permissions(folder_, fs::perms::owner_all, failure);
+        path_ = folder_ / "workbook.xlsx";
     }
-    ~TemporaryFolder() {
+    ~WorkbookPlace() {
         std::error_code ignored;
-        fs::remove_all(path_, ignored);
+        if (!folder_.empty()) fs::remove_all(folder_, ignored);
+#ifdef __linux__
+        if (memory_ >= 0) close(memory_);
+#endif
     }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    WorkbookPlace(const WorkbookPlace&) = delete;
+    WorkbookPlace& operator=(const WorkbookPlace&) = delete;
 
     const fs::path& Path() const { return path_; }
 
+    /// Where the library keeps parts of the workbook, in files that have no name any more once they are open.
+    static fs::path TemporaryParent() {
+        std::error_code failure;
+        fs::path parent = fs::temp_directory_path(failure);
+        if (failure) throw RunTimeError(ErrorNumber::PathNotFound, "The system has no folder for temporary files.");
+        return parent;
+    }
+
 private:
     fs::path path_;
+    fs::path folder_;
+#ifdef __linux__
+    int memory_ = -1;
+#endif
 };
 
 /// While it lives, the library writes numbers with a point whatever the user's language.
@@ -105,7 +131,7 @@ std::string Escaped(std::string text) {
 /// A workbook that is written row by row into a folder.
 class XlsxBook {
 public:
-    explicit XlsxBook(const fs::path& folder) : path_(folder / "workbook.xlsx"), folder_(folder.string()) {
+    explicit XlsxBook(const fs::path& path) : path_(path), folder_(WorkbookPlace::TemporaryParent().string()) {
         lxw_workbook_options options{};
         options.constant_memory = LXW_TRUE;
         options.tmpdir = folder_.data();
@@ -119,7 +145,7 @@ public:
     std::size_t Add(const Sheet& sheet, const std::string& name) {
         errno = 0;
         lxw_worksheet* worksheet = workbook_add_worksheet(workbook_.get(), name.c_str());
-        if (worksheet == nullptr) ThrowFileError(errno, path_);
+        if (worksheet == nullptr) ThrowFileError(errno, folder_);
         cells_ = 0;
         std::vector<lxw_format*> looks;
         for (const SheetColumn& column : sheet.Columns) {
@@ -150,7 +176,7 @@ public:
         Check(workbook_close(workbook_.release()));
         const NativeFile file = OpenNative(path_, "rb");
         std::vector<std::byte> bytes(fs::file_size(path_));
-        if (std::fread(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) ThrowFileError(errno, path_);
+        if (std::fread(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) ThrowFileError(errno, folder_);
         return bytes;
     }
 
@@ -172,8 +198,8 @@ private:
 
     void Check(lxw_error error) const {
         if (error == LXW_NO_ERROR) return;
-        if (errno != 0) ThrowFileError(errno, path_);
-        throw RunTimeError(ErrorNumber::PathFileAccessError, PortablePath(path_) + "\n" + lxw_strerror(error));
+        if (errno != 0) ThrowFileError(errno, folder_);
+        throw RunTimeError(ErrorNumber::PathFileAccessError, folder_ + "\n" + lxw_strerror(error));
     }
 
     fs::path path_;
@@ -206,28 +232,69 @@ bool HasCells(GsfInfile* file, std::size_t sheet, std::size_t cells) {
     return found == cells && text.ends_with(End);
 }
 
-/// The library does not notice when its temporary files are cut short, so what it made is counted.
-void CheckCells(const std::vector<std::byte>& bytes, const std::vector<std::size_t>& cells, const fs::path& folder) {
+/// Whether a part of text is there to the end of its outermost element.
+bool IsWholePart(GsfInput* part) {
+    constexpr gsf_off_t Begin = 4096;
+    const auto first = static_cast<std::size_t>(std::min(gsf_input_size(part), Begin));
+    const auto* bytes = reinterpret_cast<const char*>(gsf_input_read(part, first, nullptr));
+    if (bytes == nullptr) return false;
+    const std::string begin(bytes, first);
+    // Behind the line that says it is XML comes the element.
+    const std::size_t line = begin.find("?>");
+    const std::size_t open = begin.find('<', line == std::string::npos ? 0 : line);
+    if (open == std::string::npos) return false;
+    const std::string name = begin.substr(open + 1, begin.find_first_of(" >/", open + 1) - open - 1);
+    const std::string end = "</" + name + ">";
+    // One part has a line end behind it.
+    const auto last = static_cast<std::size_t>(std::min(gsf_input_size(part), static_cast<gsf_off_t>(end.size() + 1)));
+    if (gsf_input_seek(part, -static_cast<gsf_off_t>(last), G_SEEK_END)) return false;
+    bytes = reinterpret_cast<const char*>(gsf_input_read(part, last, nullptr));
+    return bytes != nullptr && std::string_view(bytes, last).find(end) != std::string_view::npos;
+}
+
+/// All parts of a folder of the workbook and of those below it.
+bool AreWholeParts(GsfInfile* folder) {
+    for (int i = 0; i < gsf_infile_num_children(folder); ++i) {
+        const GObjectPointer<GsfInput> child(gsf_infile_child_by_index(folder, i));
+        if (!child) return false;
+        const bool isFolder = GSF_IS_INFILE(child.get()) && gsf_infile_num_children(GSF_INFILE(child.get())) >= 0;
+        if (isFolder ? !AreWholeParts(GSF_INFILE(child.get())) : !IsWholePart(child.get())) return false;
+    }
+    return true;
+}
+
+bool HasPart(GsfInfile* folder, const char* first, const char* second) {
+    return GObjectPointer<GsfInput>(gsf_infile_child_by_vname(folder, first, second, nullptr)) != nullptr;
+}
+
+bool IsWholeWorkbook(GsfInfile* file, const std::vector<std::size_t>& cells) {
+    for (std::size_t i = 0; i < cells.size(); ++i)
+        if (!HasCells(file, i, cells[i])) return false;
+    return HasPart(file, "[Content_Types].xml", nullptr) && HasPart(file, "_rels", ".rels") &&
+           HasPart(file, "xl", "workbook.xml") && HasPart(file, "xl", "styles.xml") && AreWholeParts(file);
+}
+
+/// The library does not notice when its temporary files are cut short, so what it made is looked at, part by part.
+void CheckWorkbook(const std::vector<std::byte>& bytes, const std::vector<std::size_t>& cells) {
     const GObjectPointer<GsfInput> input(gsf_input_memory_new(reinterpret_cast<const guint8*>(bytes.data()),
                                                               static_cast<gsf_off_t>(bytes.size()), FALSE));
     const GObjectPointer<GsfInfile> file(gsf_infile_zip_new(input.get(), nullptr));
-    for (std::size_t i = 0; i < cells.size(); ++i)
-        if (!file || !HasCells(file.get(), i, cells[i]))
-            throw RunTimeError(ErrorNumber::DiskFull, PortablePath(folder.parent_path()) +
-                                                          "\nMake room in this folder for temporary files, or choose "
-                                                          "another format.");
+    if (!file || !IsWholeWorkbook(file.get(), cells))
+        throw RunTimeError(ErrorNumber::DiskFull, PortablePath(WorkbookPlace::TemporaryParent()) +
+                                                      "\nMake room in this folder for temporary files, or choose "
+                                                      "another format.");
 }
 
 }  // namespace
 
 std::vector<std::byte> EncodeXlsx(const std::vector<Sheet>& sheets, const std::vector<std::string>& names) {
-    const TemporaryFolder folder;
+    const WorkbookPlace place;
     const PointInNumbers locale;
-    XlsxBook book(folder.Path());
+    XlsxBook book(place.Path());
     std::vector<std::size_t> cells;
     for (std::size_t i = 0; i < sheets.size(); ++i) cells.push_back(book.Add(sheets[i], names[i]));
     std::vector<std::byte> bytes = book.Finish();
-    CheckCells(bytes, cells, folder.Path());
+    CheckWorkbook(bytes, cells);
     return bytes;
 }
 

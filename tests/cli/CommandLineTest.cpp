@@ -212,6 +212,25 @@ TEST(CommandLine, EndBoundaryAtTheRunsEndCountsItsLastSecond) {
     EXPECT_NE(runner.Err.find("CDEndSample stays 0"), std::string::npos);
 }
 
+TEST(CommandLine, WorkThatIsStoppedWritesNothing) {
+    CommandRunner runner;
+    PutRun(runner, "A", {10, 20, 30, 40});
+    PutRun(runner, "B", {10, 20, 30, 40});
+    runner.Json({"study", "new", "/g", "S", "A", "B"});
+    runner.Files.PutText("/g/C.tdc", "T,1,1,S,0653,031108,1000\r\n1\r\n::::::::::::::::::::\r\n");
+    const auto before = runner.Files.AllFiles();
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"counter", "convert", "/g/C.tdc", "--to", "/g"},
+          {"study", "report", "/g/S.ld2", "--output", "/g/S.pdf"},
+          {"study", "export", "/g/S.ld2", "--output", "/g/S.xlsx"}})
+        for (const int asks : {0, 1}) {
+            runner.AsksBeforeStop = asks;
+            EXPECT_EQ(runner.Run(command), 128) << command[1] << " after " << asks;
+            EXPECT_EQ(runner.Out, "");
+            EXPECT_EQ(runner.Files.AllFiles(), before);
+        }
+}
+
 TEST(CommandLine, LabelsThatWereNeverSetAreNull) {
     CommandRunner runner;
     PutRun(runner, "A", {10, 20, 30, 40});

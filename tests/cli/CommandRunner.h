@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -19,13 +20,18 @@ struct CommandRunner {
     FakeDatabases Databases;
     FakeSpreadsheet Sheets;
     FakeDocumentWriter Documents;
+    /// How often a command may ask whether to go on.
+    int AsksBeforeStop = std::numeric_limits<int>::max();
     std::string Out;
     std::string Err;
 
     int Run(const std::vector<std::string>& arguments) {
         std::ostringstream out;
         std::ostringstream err;
-        const int status = RunCommandLine(arguments, {Files, Time, Databases, Sheets, Documents}, out, err);
+        const int status = RunCommandLine(
+            arguments,
+            {Files, Time, Databases, Sheets, Documents, Progress([&](double) { return AsksBeforeStop-- > 0; })}, out,
+            err);
         Out = out.str();
         Err = err.str();
         return status;

@@ -85,6 +85,29 @@ TEST_F(Recovery, KeepsChangesUntilTheStudyIsSavedOrLeft) {
     EXPECT_THAT(FilesKept(), IsEmpty());
 }
 
+TEST_F(Recovery, WritesWhatIsNewAtOnceAndTheSameOnceAMinute) {
+    AddRuns(State, {"R3"});
+    Kept.Keep();
+    const std::string path = Group + "AM.1.ldr";
+    const auto writes = [&] {
+        Files.PutText(path, "");
+        Kept.Keep();
+        return !Files.Bytes(path)->empty();
+    };
+    EXPECT_FALSE(writes());
+    State.CurrentStudy.Record.StudyNotes = "rain";
+    EXPECT_TRUE(writes());
+    Time.Moment.Days += 59 / 86400.0;
+    EXPECT_FALSE(writes());
+    Time.Moment.Days += 2 / 86400.0;
+    EXPECT_TRUE(writes()) << "another window tells by it that this one lives";
+
+    State.CurrentStudy.Record.StudyNotes = "snow";
+    Files.FailChangeAfter(0, ErrorNumber::DiskFull);
+    EXPECT_FALSE(writes());
+    EXPECT_TRUE(writes()) << "what failed is tried again";
+}
+
 TEST_F(Recovery, TheNextProgramRestoresTheChangesAsChanges) {
     AddRuns(State, {"R3"});
     State.CurrentStudy.Record.StudyNotes = "rain";

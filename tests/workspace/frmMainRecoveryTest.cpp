@@ -13,9 +13,9 @@ struct CrashedWindow : MainWindow {
         "Study \"AM\" in Study Group: Main Street\nwas not closed properly. Its changes were kept on 03/14/08 at 11:05."
         "\n\nDo you want to restore the changes?\nNo deletes them, Cancel leaves them for another time.";
 
-    void PassAMinute() {
+    void PassTwoSeconds() {
         auto& timer = Find<QTimer>(*Window, "tmrRecovery");
-        EXPECT_EQ(timer.interval(), 60000);
+        EXPECT_EQ(timer.interval(), 2000);
         EXPECT_TRUE(timer.isActive());
         QMetaObject::invokeMethod(&timer, "timeout");
     }
@@ -31,7 +31,7 @@ TEST_F(CrashedWindow, OffersTheChangesAtTheNextStartInPlaceOfTheStartUpScreen) {
     StartWith({{"R1", 12}, {"R2", 13}});
     Press("BtnDeleteRun");
     Type(*Window, "StudyNotes", "rain");
-    PassAMinute();
+    PassTwoSeconds();
     EXPECT_TRUE(Files.Bytes(Kept));
     State.Settings.UseStartUpScreen = -1;
     Messages.Expect(Question, Yes);
@@ -50,7 +50,7 @@ TEST_F(CrashedWindow, OffersTheChangesWhenThatStudyIsOpened) {
     StartWith({{"R1", 12}, {"R2", 13}});
     PutStudy("PM", {});
     Press("BtnDeleteRun");
-    PassAMinute();
+    PassTwoSeconds();
     Messages.Expect(Question, MessageAnswer::Cancel);
     StartAgain();
     EXPECT_EQ(Label("lblSaved"), "Saved") << "another time";
@@ -68,7 +68,7 @@ TEST_F(CrashedWindow, NothingIsLeftOfAStudyThatWasSavedOrLeft) {
     StartWith({{"R1", 12}});
     const auto change = [this] {
         Type(*Window, "StudyNotes", "rain");
-        PassAMinute();
+        PassTwoSeconds();
         EXPECT_TRUE(Files.Bytes(Kept));
     };
     change();
@@ -80,7 +80,7 @@ TEST_F(CrashedWindow, NothingIsLeftOfAStudyThatWasSavedOrLeft) {
     Choose("mnuFileNew");
     EXPECT_FALSE(Files.Bytes(Kept)) << "another study took its place";
     EXPECT_EQ(Label("lblSaved"), "New study");
-    PassAMinute();
+    PassTwoSeconds();
     Choose("mnuFileExit");
     for (const std::string& path : Files.AllFiles()) EXPECT_FALSE(path.ends_with(".ldr")) << path;
 }
@@ -89,7 +89,7 @@ TEST_F(CrashedWindow, AStudyInAFolderThatCannotBeWrittenIsWorkedOnUndisturbed) {
     StartWith({{"R1", 12}});
     Type(*Window, "StudyNotes", "rain");
     Files.FailChangeAfter(0, ErrorNumber::PermissionDenied);
-    PassAMinute();
+    PassTwoSeconds();
     EXPECT_EQ(Label("lblSaved"), "Not saved");
     Messages.Expect(AsksAboutChanges, Yes);
     EXPECT_TRUE(Window->close());

@@ -1,8 +1,8 @@
 #include "counter/forms/CounterFiles.h"
 
-#include <QApplication>
 #include <QHeaderView>
 #include <QVBoxLayout>
+#include <optional>
 
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
@@ -12,29 +12,50 @@
 namespace vantor {
 namespace {
 
-class WaitCursor {
+/// Takes the end of the program out of the work: it is the window's to end.
+class NotedEnd : public ApplicationEnd {
 public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
+    std::optional<FatalFormatFault> Fault;
+    struct Reached {};
+    [[noreturn]] void EndAtOnce(const FatalFormatFault& fault) override {
+        Fault = fault;
+        throw Reached{};
+    }
 };
+
+ListedCounterFile Counted(const FileSystem& files, const std::string& folder, const FileInfo& info,
+                          ApplicationEnd& end) {
+    ListedCounterFile file{BaseName(info.Name), info.Modified, {}, {}};
+    try {
+        file.Studies = CounterStudies(files, folder + file.Name + CounterFileExtension, end);
+    } catch (const RunTimeError& error) {
+        file.Problem = error.Message();
+    }
+    return file;
+}
 
 }  // namespace
 
-std::vector<ListedCounterFile> ListCounterFiles(const FileSystem& files, const std::string& folder,
-                                                ApplicationEnd& end) {
-    const WaitCursor waiting;
+std::vector<ListedCounterFile> ListCounterFiles(LongWork& work, const std::string& folder, ApplicationEnd& end) {
     std::vector<ListedCounterFile> listed;
-    for (const FileInfo& info : FilesWithExtension(files, folder, CounterFileExtension)) {
-        ListedCounterFile file{BaseName(info.Name), info.Modified, {}, {}};
-        try {
-            file.Studies = CounterStudies(files, folder + file.Name + CounterFileExtension, end);
-        } catch (const RunTimeError& error) {
-            file.Problem = error.Message();
+    NotedEnd noted;
+    work.Run("Counting the studies of the counter files", [&](FileSystem& files, const Progress& progress) {
+        const auto found = FilesWithExtension(files, folder, CounterFileExtension);
+        bool goesOn = true;
+        for (const FileInfo& info : found) {
+            goesOn = goesOn && progress(listed.size(), found.size());
+            if (!goesOn) {
+                listed.push_back({BaseName(info.Name), info.Modified, {}, "Not counted: it was stopped."});
+                continue;
+            }
+            try {
+                listed.push_back(Counted(files, folder, info, noted));
+            } catch (const NotedEnd::Reached&) {
+                return;
+            }
         }
-        listed.push_back(std::move(file));
-    }
+    });
+    if (noted.Fault) end.EndAtOnce(*noted.Fault);
     return listed;
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/forms/Table.h"
+#include "core/ports/LongWork.h"
 #include "counter/CounterFile.h"
 
 namespace vantor {
@@ -18,9 +19,9 @@ struct ListedCounterFile {
     std::string Problem;  ///< why the file could not be counted; empty when it was
 };
 
-/// The counter files of a folder, which ends in a separator, in directory order; under the wait cursor.
-std::vector<ListedCounterFile> ListCounterFiles(const FileSystem& files, const std::string& folder,
-                                                ApplicationEnd& end);
+/// The counter files of a folder, which ends in a separator, in directory order. A file that cannot be a counter file
+/// ends the application; those not counted because the user stopped it say so as their problem.
+std::vector<ListedCounterFile> ListCounterFiles(LongWork& work, const std::string& folder, ApplicationEnd& end);
 
 /// Shows the number of a file's studies in a cell, empty for a file that could not be counted.
 void SetStudyCount(Table& table, int row, int column, const ListedCounterFile& file);

@@ -74,7 +74,7 @@ QWidget* frmDeleteTDCFiles::BuildDetails() {
 }
 
 void frmDeleteTDCFiles::ListFiles() {
-    listed_ = ListCounterFiles(context_.Files, frTDCFiles_->Folder(), context_.End);
+    listed_ = ListCounterFiles(context_.Work, frTDCFiles_->Folder(), context_.End);
     Table& files = frTDCFiles_->Files();
     files.BeginFilling();
     for (const ListedCounterFile& file : listed_) {

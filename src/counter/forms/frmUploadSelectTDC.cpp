@@ -111,7 +111,7 @@ void frmUploadSelectTDC::ListFolder(const std::string& folder) {
     folder_ = folder;
     vaSelTDCFile_->BeginFilling();
     listed_ = {};
-    listed_ = ListCounterFiles(context_.Files, folder, context_.End);
+    listed_ = ListCounterFiles(context_.Work, folder, context_.End);
     for (std::size_t index = 0; index < listed_.size(); ++index) {
         const int row = vaSelTDCFile_->AddRow();
         vaSelTDCFile_->SetText(row, 0, ToQt(listed_[index].Name + " "));
