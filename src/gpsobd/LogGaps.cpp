@@ -105,8 +105,9 @@ std::vector<LogGap> FindGaps(LogKind kind, const std::map<std::int16_t, RunPoint
 std::vector<LogGap> FindGaps(const FieldLog& reviewed) { return FindGaps(reviewed.Kind, PointsOfRuns(reviewed)); }
 
 std::span<const LogGap> GapsOfRun(std::span<const LogGap> gaps, std::int16_t runNumber) {
-    const auto range = std::ranges::equal_range(gaps, runNumber, {}, &LogGap::RunNumber);
-    return {range.begin(), range.end()};
+    const auto first = std::ranges::lower_bound(gaps, runNumber, {}, &LogGap::RunNumber);
+    const auto end = std::ranges::upper_bound(gaps, runNumber, {}, &LogGap::RunNumber);
+    return {first, end};
 }
 
 std::optional<double> MilesPerHourIn(const LogGap& gap) {

@@ -4,8 +4,8 @@
 
 namespace vantor {
 
-/// Keeps sizes, positions and column widths of screens, and a user's own choices, between starts. Values are opaque to everyone but the screen
-/// that stored them.
+/// Keeps sizes, positions and column widths of screens, and a user's own choices, between starts. Values are opaque to
+/// everyone but the screen that stored them.
 class WindowMemory {
 public:
     virtual ~WindowMemory() = default;

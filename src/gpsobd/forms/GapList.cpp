@@ -27,6 +27,8 @@ bool IsSamePlace(const LogGap& left, const LogGap& right) {
 
 }  // namespace
 
+QString GapFillText(GapFill fill) { return QLatin1String(Fills.at(static_cast<std::size_t>(IndexOf(fill))).Name); }
+
 GapList::GapList(QWidget* parent, MessageBoxes& messages, const Units& units) : QWidget(parent), units_(units) {
     setObjectName(QStringLiteral("fraGaps"));
     vaGaps_ = Named<Table>(this, "vaGaps");
@@ -100,7 +102,7 @@ void GapList::Fill() {
         vaGaps_->SetText(row, 4, {});
         if (gap.FeetByPosition) setNumber(4, units_.LengthOfFeet(*gap.FeetByPosition));
         setNumber(5, units_.LengthOfFeet(gap.FeetBySpeed));
-        vaGaps_->SetText(row, 6, QLatin1String(Fills.at(static_cast<std::size_t>(IndexOf(gap.Filled))).Name));
+        vaGaps_->SetText(row, 6, GapFillText(gap.Filled));
     }
     vaGaps_->EndFilling();
 }

@@ -13,6 +13,9 @@
 
 namespace vantor {
 
+/// "as standing", "by position" or "by the speeds beside it".
+QString GapFillText(GapFill fill);
+
 /// The gaps of a log under its review, with what they are filled as. Hidden while there are none.
 class GapList : public QWidget {
 public:

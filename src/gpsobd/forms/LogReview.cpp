@@ -303,12 +303,13 @@ void LogReview::ShowGap(const LogGap& gap) {
     if (row == 0) return;
     model_.SetActiveRow(row);
     vaData_->ShowActive();
+    vaData_->scrollTo(vaData_->currentIndex(), QAbstractItemView::PositionAtCenter);
 }
 
 void LogReview::FillGaps(const std::vector<LogGap>& gaps, GapFill fill) {
     Change([&](ReviewGrid& grid) { grid.FillGapsAs(gaps, fill); },
-           gaps.size() == 1 ? QStringLiteral("The gap is filled otherwise.")
-                            : QStringLiteral("%1 gaps are filled otherwise.").arg(gaps.size()));
+           (gaps.size() == 1 ? QStringLiteral("The gap is filled ") : QStringLiteral("The gaps are filled ")) +
+               GapFillText(fill) + QLatin1Char('.'));
 }
 
 bool LogReview::GoesOnAfterEvents() {

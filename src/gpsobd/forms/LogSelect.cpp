@@ -2,6 +2,7 @@
 
 #include <QEventLoop>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QPointer>
 #include <QSplitter>
 #include <QTimer>
@@ -86,6 +87,8 @@ QWidget* LogSelect::BuildLogs() {
     QStringList heads;
     for (const LogColumnHead& column : screen_.Columns) heads += QLatin1String(column.Caption);
     grid_->SetColumns(heads);
+    constexpr int NarrowestColumn = 64;
+    grid_->horizontalHeader()->setDefaultSectionSize(NarrowestColumn);
     grid_->setSelectionMode(QAbstractItemView::SingleSelection);
     if (screen_.IsFileTypeHidden) grid_->hideColumn(ColumnOf(LogColumn::FileType));
     SetColumnWidths();
