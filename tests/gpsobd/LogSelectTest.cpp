@@ -93,8 +93,8 @@ protected:
     }
     AppContext With(MessageBoxes& messages, const DatabaseEngine& databases) {
         const AppContext& all = Program.Context;
-        return {all.State,  all.Files,  messages,   all.OtherScreens, all.DesktopServices, all.Time,     all.End,
-                all.Memory, all.Serial, all.Device, databases,        all.Sheets,          all.Documents};
+        return {all.State,  all.Files,  messages,   all.OtherScreens, all.DesktopServices, all.Time,      all.End,
+                all.Memory, all.Serial, all.Device, databases,        all.Sheets,          all.Documents, all.Work};
     }
 
     TestProgram Program;
