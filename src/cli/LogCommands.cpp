@@ -2,6 +2,7 @@
 
 #include "cli/Commands.h"
 #include "cli/RecordJson.h"
+#include "core/LoggerChoices.h"
 #include "core/Paths.h"
 #include "gpsobd/LaptopLog.h"
 #include "gpsobd/LogGaps.h"
@@ -35,7 +36,8 @@ struct LogArguments {
 struct Sources {
     Sources(const CommandContext& context, const LogArguments& arguments)
         : Palm(context.Files),
-          All{context.Files, context.Databases, Palm, context.Time, arguments.HasSignedCoordinates} {}
+          All{context.Files, context.Databases, Palm, context.Time,
+              arguments.HasSignedCoordinates || HasSignedCoordinates(context.State.Choices)} {}
 
     PalmDatabase Palm;
     LogSources All;

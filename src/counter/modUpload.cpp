@@ -1,5 +1,6 @@
 #include "counter/modUpload.h"
 
+#include <set>
 #include <utility>
 
 #include "core/Numeric.h"
@@ -115,10 +116,13 @@ bool MakeStudyGroup(FileSystem& files, MessageBoxes& messages, const std::string
 bool MoveRuns(ApplicationState& state, const FileSystem& files, LongWork& work, MessageBoxes& messages,
               const std::string& groupFolder, const std::vector<std::string>& names) {
     const std::string fromFolder = AsFolder(state.Paths.TempRunsPath);
+    // Listed once: looking each name up would list the folder for every run.
+    std::set<std::string> taken;
+    for (const FileInfo& info : files.List(groupFolder)) taken.insert(FoldCase(info.Name));
     std::vector<FileMove> moves;
     for (const std::string& name : names) {
         const std::string target = RunPath(groupFolder, std::string(Trim(name)));
-        if (FileExists(files, target))
+        if (taken.contains(FoldCase(LastComponent(target))))
             messages.Tell("Run " + name + " exists in the selected Study Group.", MessageIcon::Warning);
         else
             moves.push_back({RunPath(fromFolder, name), target});

@@ -387,46 +387,12 @@ void DiskFileSystem::Rename(const std::string& from, const std::string& to) {
     FlushFolder(NativePath(to).parent_path());
 }
 
-bool DiskFileSystem::RenameAll(const std::vector<FileMove>& moves, const Progress& progress) {
-    std::set<fs::path> folders;
-    std::size_t done = 0;
-    const auto flushFolders = [&] {
-        for (const fs::path& folder : folders) FlushFolder(folder);
-    };
-    const auto takeBack = [&] {
-        while (done-- > 0) {
-            try {
-                Place(moves[done].To, moves[done].From);
-            } catch (const RunTimeError&) {
-                // It keeps its new name: there is nothing else to do about it.
-            }
-        }
-        flushFolders();
-    };
-    try {
-        for (; done < moves.size(); ++done) {
-            if (!progress(done, moves.size())) {
-                takeBack();
-                return false;
-            }
-            Place(moves[done].From, moves[done].To);
-            folders.insert(NativePath(moves[done].To).parent_path());
-            folders.insert(NativePath(moves[done].From).parent_path());
-        }
-    } catch (const RunTimeError&) {
-        takeBack();
-        throw;
-    }
-    flushFolders();
-    return true;
-}
-
-void DiskFileSystem::Place(const std::string& from, const std::string& to) {
+void DiskFileSystem::Place(const std::string& from, const std::string& to, bool isFree) {
     const fs::path source = Resolved(from);
     const fs::path target = NativePath(to);
     std::error_code ignored;
-    const bool onlyCaseDiffers = fs::equivalent(source, Resolved(to), ignored);
-    if (!onlyCaseDiffers && Find(to)) throw RunTimeError(ErrorNumber::FileAlreadyExists, to);
+    const bool onlyCaseDiffers = !isFree && fs::equivalent(source, Resolved(to), ignored);
+    if (!isFree && !onlyCaseDiffers && Find(to)) throw RunTimeError(ErrorNumber::FileAlreadyExists, to);
     const std::error_code failure = onlyCaseDiffers ? RenamedOver(source, target) : RenamedToNew(source, target);
     if (failure == std::errc::cross_device_link) return MoveToOtherDisk(source, target);
     if (failure == std::errc::file_exists) throw RunTimeError(ErrorNumber::FileAlreadyExists, to);

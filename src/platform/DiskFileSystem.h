@@ -31,8 +31,8 @@ public:
     std::string ProgramFile(const std::string& name) const override;
 
 private:
-    /// Rename, without the flush of the folder.
-    void Place(const std::string& from, const std::string& to);
+    /// Rename, without the flush of the folder; `isFree` where it is known that there is no file of the new name.
+    void Place(const std::string& from, const std::string& to, bool isFree = false);
     void MoveToOtherDisk(const std::filesystem::path& from, const std::filesystem::path& to);
 
     std::string settingsFolder_;

@@ -199,6 +199,24 @@ TEST_F(DiskFaultsTest, RenamesOntoAnotherDisk) {
     EXPECT_EQ(Disk(), (Texts{{"b", "text"}}));
 }
 
+TEST_F(DiskFaultsTest, FilesAreRenamedAllOrNone) {
+    const Texts old{{"a", "first"}, {"b", "second"}, {"c", "third"}};
+    for (const auto& [name, text] : old) Put(name, text);
+    const auto rename = [&](const std::vector<std::pair<const char*, const char*>>& names, std::uint64_t asks = 99) {
+        std::vector<FileMove> moves;
+        for (const auto& [from, to] : names) moves.push_back({At(from), At(to)});
+        return files_.RenameAll(moves, Progress([&](double) { return asks-- > 0; }));
+    };
+    EXPECT_ERROR(FileAlreadyExists, rename({{"a", "x"}, {"b", "C"}}));
+    EXPECT_ERROR(FileAlreadyExists, rename({{"a", "x"}, {"b", "X"}}));
+    Fail({"rename", 1, 1, EACCES});
+    EXPECT_ERROR(PermissionDenied, rename({{"a", "x"}, {"b", "y"}}));
+    EXPECT_FALSE(rename({{"a", "x"}, {"b", "y"}}, 1));
+    EXPECT_EQ(Disk(), old);
+    EXPECT_TRUE(rename({{"a", "A"}, {"b", "x"}, {"c", "b"}}));
+    EXPECT_EQ(Disk(), (Texts{{"A", "first"}, {"b", "third"}, {"x", "second"}}));
+}
+
 TEST_F(DiskFaultsTest, OnlyLeftoversOfProgramsThatEndedAreRemoved) {
     constexpr std::time_t Day = 24 * 60 * 60;
     Put(".vantor-notes.tmp", "the user's");

@@ -96,7 +96,7 @@ FieldLog LogReview::LoadLog() {
     isLoaded_ = logPath_.empty();
     if (isLoaded_) return log;
     Guarded(context_.Messages, [&] {
-        const bool isSigned = HasSignedCoordinates(context_.Memory);
+        const bool isSigned = HasSignedCoordinates(context_.State.Choices);
         const auto load = [&](FileSystem& files, const Progress& progress) {
             const PalmDatabase palm(files);
             log = ReadFieldLog({files, context_.Databases, palm, context_.Time, isSigned}, kind_, logPath_, progress);

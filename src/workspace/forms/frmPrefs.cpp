@@ -38,7 +38,7 @@ frmPrefs::frmPrefs(AppContext& context, std::function<bool(int port)> portAvaila
           new PrefsDefaultsTab(tabPrefs_, context.State.Settings, {std::move(portAvailable), std::move(deviceName)})),
       reports_(new PrefsReportTab(tabPrefs_, context.State.Settings)) {
     setObjectName(QStringLiteral("frmPrefs"));
-    defaults_->SignedCoordinates()->setChecked(HasSignedCoordinates(context.Memory));
+    defaults_->SignedCoordinates()->setChecked(HasSignedCoordinates(context.State.Choices));
     setWindowTitle(QStringLiteral("Vantor Preferences"));
     tabPrefs_->setAccessibleName(QStringLiteral("Preferences"));
     tabPrefs_->addTab(Scrolled(tabPrefs_, paths_), QStringLiteral("Pat&h Options"));
@@ -124,7 +124,8 @@ void frmPrefs::Save(bool restarts) {
     const Preferences chosen = Chosen();
     OfferMissingFolders(chosen);
     SavePreferences(context_.State, context_.Files, chosen);
-    StoreSignedCoordinates(context_.Memory, defaults_->SignedCoordinates()->isChecked());
+    context_.State.Choices = StoreUserChoices(
+        context_.Files, {{SignedCoordinatesKey, defaults_->SignedCoordinates()->isChecked() ? ChoiceTaken : ""}});
     if (ChangesRoot(chosen)) {
         context_.DesktopServices.Beep();
         context_.Messages.Tell(
