@@ -39,7 +39,7 @@ public:
             study.Entries[i].ControlDelay = i % 90;
         }
         batch->Commit();
-        WriteStudyFile(Files, study, folder_, "All");
+        WriteStudyFile(Files, study, folder_, "All", Replacing::OwnFile);
     }
     StudyOnDisk(const StudyOnDisk&) = delete;
     StudyOnDisk& operator=(const StudyOnDisk&) = delete;

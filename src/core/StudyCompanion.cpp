@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <unordered_map>
 
+#include "core/StudyBytes.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
 
@@ -79,13 +80,7 @@ StudyRunEntry FactsFrom(const Json& run) {
 
 std::string KeyOf(const StudyRunEntry& entry) { return FoldCase(RunFileName(entry)); }
 
-}  // namespace
-
-bool NeedsCompanion(const Study& study) {
-    return !study.OtherFacts.empty() || std::any_of(study.Entries.begin(), study.Entries.end(), HasFacts);
-}
-
-std::vector<std::byte> EncodeCompanion(const Study& study) {
+Json CompanionJson(const Study& study) {
     Json file = {{VersionMember, Version}, {RunsMember, Json::array()}};
     for (int i = 1; i <= study.Record.RunCount; ++i) {
         const StudyRunEntry& entry = study.Entries[i];
@@ -97,9 +92,73 @@ std::vector<std::byte> EncodeCompanion(const Study& study) {
         file[RunsMember].push_back(std::move(run));
     }
     file.update(FromText(study.OtherFacts));
+    return file;
+}
+
+std::vector<std::byte> BytesOf(const Json& file) {
     const std::string text = file.dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
     const auto bytes = std::as_bytes(std::span(text));
     return {bytes.begin(), bytes.end()};
+}
+
+constexpr const char* StoredMember = "stored";
+constexpr const char* PathMember = "path";
+constexpr const char* SizeMember = "size";
+constexpr const char* HashMember = "hash";
+
+Json AsJson(const FileStamp& stamp) { return {{SizeMember, stamp.Size}, {HashMember, HashText(stamp.Hash)}}; }
+
+FileStamp StampFrom(const Json& json) {
+    return {json.at(SizeMember).get<std::uint64_t>(), std::stoull(json.at(HashMember).get<std::string>(), nullptr, 16)};
+}
+
+StoredStudy StoredFrom(const Json& json) {
+    StoredStudy stored{json.at(PathMember).get<std::string>(), StampFrom(json), std::nullopt};
+    if (const auto companion = json.find("companion"); companion != json.end())
+        stored.Companion = StampFrom(*companion);
+    return stored;
+}
+
+}  // namespace
+
+bool NeedsCompanion(const Study& study) {
+    return !study.OtherFacts.empty() || std::any_of(study.Entries.begin(), study.Entries.end(), HasFacts);
+}
+
+std::vector<std::byte> EncodeCompanion(const Study& study) { return BytesOf(CompanionJson(study)); }
+
+std::vector<std::byte> EncodeWholeStudy(const Study& study) {
+    std::vector<std::byte> bytes = EncodeStudy(study);
+    Json companion = CompanionJson(study);
+    if (study.Stored) {
+        Json& stored = companion[StoredMember] = AsJson(study.Stored->Stamp);
+        stored[PathMember] = study.Stored->Path;
+        if (study.Stored->Companion) stored["companion"] = AsJson(*study.Stored->Companion);
+    }
+    const std::vector<std::byte> beside = BytesOf(companion);
+    bytes.insert(bytes.end(), beside.begin(), beside.end());
+    return bytes;
+}
+
+std::optional<Study> DecodeWholeStudy(std::span<const std::byte> file) {
+    if (file.size() < StudyRecordSize) return std::nullopt;
+    const int runs = DecodeRecord<StudyRecord>(StudyRecordFields, file).RunCount;
+    const std::size_t size = StudyRecordSize + static_cast<std::size_t>(std::max(runs, 0)) * StudyRunEntrySize;
+    if (runs < 0 || file.size() < size) return std::nullopt;
+    Study study = DecodeStudy(file.first(size));
+    const auto beside = file.subspan(size);
+    if (beside.empty()) return study;
+    if (!DecodeCompanion(beside, study)) return std::nullopt;
+    try {
+        Json rest = FromText(study.OtherFacts);
+        if (const auto stored = rest.find(StoredMember); stored != rest.end()) study.Stored = StoredFrom(*stored);
+        study.OtherFacts = TextOfRest(std::move(rest), {StoredMember});
+        return study;
+    } catch (const Json::exception&) {
+        return std::nullopt;
+    } catch (const std::logic_error&) {
+        return std::nullopt;
+    }
 }
 
 bool DecodeCompanion(std::span<const std::byte> file, Study& study) {

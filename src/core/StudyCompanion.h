@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -22,5 +23,11 @@ std::vector<std::byte> EncodeCompanion(const Study& study);
 
 /// True when there is something to keep.
 bool NeedsCompanion(const Study& study);
+
+/// A study with all that is known of it in one file: the bytes of the study file, then the companion's, which also
+/// tells the file that the study was read from.
+std::vector<std::byte> EncodeWholeStudy(const Study& study);
+/// Nothing for a file that is damaged. One of an earlier version ends with the study file's bytes.
+std::optional<Study> DecodeWholeStudy(std::span<const std::byte> file);
 
 }  // namespace vantor

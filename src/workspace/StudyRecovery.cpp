@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "core/Paths.h"
-#include "core/StudyBytes.h"
+#include "core/StudyCompanion.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/modMain.h"
@@ -24,12 +24,6 @@ std::string FreePath(const FileSystem& files, const std::string& folder, const s
     }
 }
 
-bool IsWholeStudy(const std::vector<std::byte>& bytes) {
-    if (bytes.size() < StudyRecordSize) return false;
-    const int runs = DecodeRecord<StudyRecord>(StudyRecordFields, bytes).RunCount;
-    return runs >= 0 && bytes.size() == StudyRecordSize + static_cast<std::size_t>(runs) * StudyRunEntrySize;
-}
-
 }  // namespace
 
 void StudyRecovery::Keep() {
@@ -37,7 +31,7 @@ void StudyRecovery::Keep() {
     if (!context_.Work.Finish()) kept_.clear();
     if (context_.State.StudyUnchanged) return Settle();
     try {
-        std::vector<std::byte> study = EncodeStudy(context_.State.CurrentStudy);
+        std::vector<std::byte> study = EncodeWholeStudy(context_.State.CurrentStudy);
         if (!IsKept(study)) BeginToKeep(std::move(study));
     } catch (const RunTimeError&) {
         // It is tried again soon.
@@ -115,9 +109,8 @@ std::vector<StudyRecovery::Kept> StudyRecovery::KeptIn(const std::string& folder
     try {
         for (const FileInfo& info : FilesWithExtension(context_.Files, folder, RecoveryExtension)) {
             const std::string path = folder + info.Name;
-            const std::vector<std::byte> bytes = ReadWholeFile(context_.Files, path);
-            if (IsWholeStudy(bytes))
-                found.push_back({path, BaseName(BaseName(info.Name)), info.Modified, DecodeStudy(bytes)});
+            if (auto study = DecodeWholeStudy(ReadWholeFile(context_.Files, path)))
+                found.push_back({path, BaseName(BaseName(info.Name)), info.Modified, std::move(*study)});
         }
     } catch (const RunTimeError&) {
         // What cannot be read now is offered another time.

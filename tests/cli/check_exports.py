@@ -30,7 +30,7 @@ def expected(entry, folder):
     kind = "Primary" if run["HeaderWord1"] == -1 else "Secondary"
     counted = "Counted" if entry["CDStartDist"] and entry["CDEndDist"] else "Not counted"
     return [entry["EntryRunName"], day, time, kind, entry["CDStartDist"], entry["CDEndDist"], entry["IdealSpeedCalc"],
-            entry["IdealSpeedUser"], entry["ControlDelay"], entry["LOSGrade"], entry["StopDelay"], counted]
+            entry["IdealSpeedUser"], entry["ControlDelay"], entry["LOSGrade"], entry["StopDelay"], counted, "; ".join(entry["warnings"])]
 
 
 def xls_rows(path):

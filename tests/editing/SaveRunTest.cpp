@@ -64,6 +64,7 @@ TEST_F(SaveRunTest, ChangedSamplesMoveBoundariesAndComputeAnew) {
         Entry().CDStartDist = 20;
         Entry().CDEndDist = 50;
         State.CurrentRun = RunOf({10, 10, 10, 10, 10, 10});
+        State.CurrentRun.Header.RunName = "A";
         RunRecord edited = c.Edited;
         edited.Header.RunName = "A";
         edited.Header.RunLength = 60;  // as it may be typed

@@ -24,7 +24,6 @@
 #include "core/Text.h"
 #include "counter/CounterFile.h"
 #include "editing/SaveRun.h"
-#include "fakes/PutFiles.h"
 #include "platform/DiskFileSystem.h"
 
 namespace vantor {
@@ -73,16 +72,21 @@ struct Scene {
     }
 };
 
+/// Over the study that is there.
+void StoreStudy(Scene& scene, int generation) {
+    Study study = Scene::StudyOf(generation);
+    if (const auto there = LoadStudy(scene.Files, scene.Group, "AM")) study.Stored = there->Stored;
+    WriteStudyFile(scene.Files, study, scene.Group, "AM", Replacing::OwnFile);
+}
+
 /// The program that is killed. It stores a study, a run and a converted counter file, beginning with a different one
 /// each round, and tells each generation that was stored whole.
 [[noreturn]] void StoreForEver(Scene& scene, int generation, int first, int told) {
     ApplicationState state;
     state.Paths.LastStudyGroupPath = scene.Group;
+    state.CurrentRun.Header.RunName = "R1";
     const std::function<void()> stores[] = {
-        [&] {
-            Study study = Scene::StudyOf(generation);
-            PutStudyFile(scene.Files, study, scene.Group, "AM");
-        },
+        [&] { StoreStudy(scene, generation); },
         [&] { SaveRun(state, scene.Files, Scene::RunOf(generation), {.KeepsBackup = true}); },
         [&] {
             RunRecord last;
@@ -215,8 +219,8 @@ void Prepare(Scene& scene) {
               AsItStands(scene.Files, scene.Counter));
     ApplicationState state;
     state.Paths.LastStudyGroupPath = scene.Group;
-    Study study = Scene::StudyOf(1);
-    PutStudyFile(scene.Files, study, scene.Group, "AM");
+    state.CurrentRun.Header.RunName = "R1";
+    StoreStudy(scene, 1);
     for (const int generation : {0, 1}) SaveRun(state, scene.Files, Scene::RunOf(generation), {.KeepsBackup = true});
     SilentMessages messages;
     for (const std::string& name : ConvertCounterFile(scene.Files, scene.Counter, scene.Temp, state.CurrentRun)) {
@@ -245,8 +249,8 @@ int RunRounds(const std::string& root, int rounds) {
         generation = *reached;
         ApplicationState state;
         state.Paths.LastStudyGroupPath = scene.Group;
-        Study study = Scene::StudyOf(generation);
-        PutStudyFile(scene.Files, study, scene.Group, "AM");
+        state.CurrentRun.Header.RunName = "R1";
+        StoreStudy(scene, generation);
         SaveRun(state, scene.Files, Scene::RunOf(generation), {.KeepsBackup = true});
     }
     std::cout << rounds << " rounds, " << generation - 1 << " times all files stored; files not whole: " << counts.Mixed

@@ -206,7 +206,7 @@ TEST_F(LogReviewTest, ListsGapsAndFillsThemOtherwise) {
     EXPECT_THAT(row(1), ElementsAre("1", "12:00:11 PM", "12:00:15 PM", "4", "0", "185", "as standing"));
     EXPECT_EQ(gaps.SelectedRows(), std::vector{1});
     Click(*Form, "BtnOk");
-    EXPECT_EQ(ReadRunHeader(Program.Files, Temp, "Main-R001")->Notes,
+    EXPECT_EQ(ReadRun(Program.Files, Temp + "Main-R001.rd2").Run.Header.Notes,
               "Direction EB; gaps: 1 standing 4 s, 1 by position 10 s");
 
     OpenObd({30});

@@ -192,8 +192,8 @@ TEST_F(Recovery, AFileThatIsDamagedIsNotOffered) {
     auto negative = whole;
     negative[42] = negative[43] = std::byte{0xFF};
     auto longer = whole;
-    longer.push_back({});
-    for (const auto& damaged : {std::vector<std::byte>{}, {whole.begin(), whole.end() - 1}, longer, negative}) {
+    longer.push_back(std::byte{'x'});
+    for (const auto& damaged : {std::vector<std::byte>{}, {whole.begin(), whole.end() - 2}, longer, negative}) {
         Files.Put(path, damaged);
         OtherProgram next(*this);
         next.Recovery.OfferAll();

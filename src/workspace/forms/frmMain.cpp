@@ -30,6 +30,7 @@
 #include "workspace/forms/ResultsPanel.h"
 #include "workspace/forms/RunListView.h"
 #include "workspace/forms/StudyDetailsPanel.h"
+#include "workspace/forms/StudyNotice.h"
 
 namespace vantor {
 namespace {
@@ -130,14 +131,13 @@ void frmMain::BuildStatusBar() {
     // A long folder must not keep the window from becoming narrow.
     lblStudyGroup_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     lblSaved_ = Named<QLabel>(statusBar(), "lblSaved");
-    lblNotice_ = Named<QLabel>(statusBar(), "lblNotice");
-    lblNotice_->setTextFormat(Qt::PlainText);
-    btnNotice_ = Named<QPushButton>(statusBar(), "btnNotice");
-    btnNotice_->setFlat(true);
-    Connect(btnNotice_, &QPushButton::clicked, this, context_.Messages, [this] { CarryOutNotice(); });
+    notice_ = new StudyNotice(context_, statusBar());
+    notice_->OnChanged = [this] {
+        details_->ShowStudy();
+        ShowStatus();
+    };
     statusBar()->addWidget(lblStudyGroup_, 1);
-    statusBar()->addPermanentWidget(lblNotice_);
-    statusBar()->addPermanentWidget(btnNotice_);
+    statusBar()->addPermanentWidget(notice_);
     statusBar()->addPermanentWidget(lblSaved_);
 }
 
@@ -265,43 +265,9 @@ void frmMain::ShowStatus() {
     lblStudyGroup_->setText(QStringLiteral("Study Group: ") + folder);
     lblStudyGroup_->setToolTip(folder);
     const bool isNew = name.isEmpty() && state.CurrentStudy.Record.RunCount == 0;
-    ShowNotice();
+    notice_->ShowStudy();
     lblSaved_->setText(!state.StudyUnchanged ? QStringLiteral("Not saved")
                                              : (isNew ? QStringLiteral("New study") : QStringLiteral("Saved")));
-}
-
-frmMain::Notice frmMain::CurrentNotice() {
-    ApplicationState& state = context_.State;
-    const Study& study = state.CurrentStudy;
-    if (study.MissingEntries != 0) return {ToQt(CutShortText(study)), {}, {}};
-    if (!state.Replaced.Path.empty())
-        return {QStringLiteral("The study that was there is kept as %1.").arg(ToQt(LastComponent(state.Replaced.Path))),
-                QStringLiteral("Put back"), [this, &state] { PutReplacedStudyBack(state, context_.Files); }};
-    if (!study.Stored) return {};
-    const std::string file = BaseName(study.Stored->Path);
-    if (EqualIgnoringCase(file, Trim(study.Record.StudyName))) return {};
-    return {QStringLiteral("File %1, study name %2")
-                .arg(ToQt(LastComponent(study.Stored->Path)), ToQt(Trim(study.Record.StudyName))),
-            QStringLiteral("Use %1").arg(ToQt(file)), [this, &state, file] {
-                state.CurrentStudy.Record.StudyName = file;
-                state.StudyUnchanged = false;
-                state.StudyFieldsEdited = true;
-                details_->ShowStudy();
-            }};
-}
-
-void frmMain::ShowNotice() {
-    const Notice notice = CurrentNotice();
-    lblNotice_->setText(notice.Text);
-    lblNotice_->setToolTip(notice.Text);
-    btnNotice_->setText(notice.Caption);
-    btnNotice_->setVisible(!notice.Caption.isEmpty());
-}
-
-void frmMain::CarryOutNotice() {
-    const Notice notice = CurrentNotice();
-    if (notice.Action) notice.Action();
-    ShowStatus();
 }
 
 void frmMain::KeepForUndo(const QString& what, int run, const std::function<void()>& change) {
@@ -416,26 +382,6 @@ void frmMain::ShowStartUpOptions() {
     state.ChosenAtStartUp = StartUpChoice::None;
     context_.OtherScreens.ShowStartUp();
     CarryOut(state.ChosenAtStartUp);
-}
-
-void frmMain::CarryOut(StartUpChoice choice) {
-    switch (choice) {
-        case StartUpChoice::None: return RefreshStudyResults();
-        case StartUpChoice::NewStudy: return StartNewStudy();
-        case StartUpChoice::OpenStudy: return OpenExistingStudy();
-        case StartUpChoice::LastStudy: return OpenLastStudy();
-        case StartUpChoice::ProcessTdcData:
-        case StartUpChoice::ProcessTempRuns: return ProcessTemporaryRuns();
-        case StartUpChoice::ReadCounter: return ReadCounter();
-        case StartUpChoice::Preferences: return ShowPreferences();
-        case StartUpChoice::Exit: close(); return;
-        case StartUpChoice::ProcessRoamlap: return ProcessLog(LogKind::GpsLaptop);
-        case StartUpChoice::ProcessRoampad: return ProcessLog(LogKind::GpsHandheld);
-        case StartUpChoice::ProcessRevlap: return ProcessLog(LogKind::ObdLaptop);
-        case StartUpChoice::ProcessRevpad: return ProcessLog(LogKind::ObdHandheld);
-        case StartUpChoice::ProcessCombined: return ProcessLog(LogKind::GpsObd);
-        case StartUpChoice::ProcessBattelle: return ProcessLog(LogKind::Battelle);
-    }
 }
 
 void frmMain::ShowStudyStatistics() {

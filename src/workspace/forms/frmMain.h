@@ -21,6 +21,7 @@ struct MenuEntry;
 class ResultsPanel;
 class RunListView;
 class StudyDetailsPanel;
+class StudyNotice;
 
 /// The main window: the current study with its runs and results, and the way to every other screen. Closing it ends
 /// the program.
@@ -68,16 +69,6 @@ private:
     void ShowStatus();
     void TellMissingRuns();
     void ComputeStopDelaysAnew();
-
-    /// What the status bar says of the study, with what can be done about it; both may be empty.
-    struct Notice {
-        QString Text;
-        QString Caption;
-        std::function<void()> Action;
-    };
-    Notice CurrentNotice();
-    void ShowNotice();
-    void CarryOutNotice();
 
     /// A run of the study as it was before its last change.
     struct EntryUndo {
@@ -131,8 +122,7 @@ private:
     QPushButton* btnShowDetails_ = nullptr;
     QPushButton* btnEditRun_ = nullptr;
     QLabel* lblStudyGroup_ = nullptr;
-    QLabel* lblNotice_ = nullptr;
-    QPushButton* btnNotice_ = nullptr;
+    StudyNotice* notice_ = nullptr;
     QLabel* lblSaved_ = nullptr;
 };
 

@@ -84,4 +84,24 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
     };
 }
 
+void frmMain::CarryOut(StartUpChoice choice) {
+    switch (choice) {
+        case StartUpChoice::None: return RefreshStudyResults();
+        case StartUpChoice::NewStudy: return StartNewStudy();
+        case StartUpChoice::OpenStudy: return OpenExistingStudy();
+        case StartUpChoice::LastStudy: return OpenLastStudy();
+        case StartUpChoice::ProcessTdcData:
+        case StartUpChoice::ProcessTempRuns: return ProcessTemporaryRuns();
+        case StartUpChoice::ReadCounter: return ReadCounter();
+        case StartUpChoice::Preferences: return ShowPreferences();
+        case StartUpChoice::Exit: close(); return;
+        case StartUpChoice::ProcessRoamlap: return ProcessLog(LogKind::GpsLaptop);
+        case StartUpChoice::ProcessRoampad: return ProcessLog(LogKind::GpsHandheld);
+        case StartUpChoice::ProcessRevlap: return ProcessLog(LogKind::ObdLaptop);
+        case StartUpChoice::ProcessRevpad: return ProcessLog(LogKind::ObdHandheld);
+        case StartUpChoice::ProcessCombined: return ProcessLog(LogKind::GpsObd);
+        case StartUpChoice::ProcessBattelle: return ProcessLog(LogKind::Battelle);
+    }
+}
+
 }  // namespace vantor
