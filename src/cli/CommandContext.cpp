@@ -86,7 +86,9 @@ ExitStatus CommandContext::TellOfRuns(const std::vector<RunListRow>& rows) const
 }
 
 void CommandContext::Print(const Json& result) const {
-    if (AsJson)
+    if (Collected != nullptr)
+        *Collected = result;
+    else if (AsJson)
         Out << result.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
     else
         WriteReadable(Out, result);

@@ -43,6 +43,9 @@ struct CommandContext {
     /// Names on Err the runs of a study that are not there, each with the reason, and what makes figures mean something
     /// else than they seem to. Failed where a file is there that cannot be read as a run.
     [[nodiscard]] ExitStatus TellOfRuns(const std::vector<RunListRow>& rows) const;
+    /// Gets what is printed in place of Out, where it is there.
+    Json* Collected = nullptr;
+
     /// Writes a command's result, as JSON or as lines to read.
     void Print(const Json& result) const;
 };

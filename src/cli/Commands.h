@@ -14,6 +14,14 @@ using CommandAction = std::function<int(CommandContext&)>;
 CLI::App& AddCommand(CLI::App& parent, CommandAction& chosen, const std::string& name, const std::string& description,
                      CommandAction action);
 
+/// For options that are whole numbers: decimal ones, leading zeros allowed ("0300" is 300).
+const CLI::Validator& WholeNumber();
+
+/// Does `show` for each file. What it prints of one file is the result, of several a list in their order, with nothing
+/// in place of a file that fails; the others are shown all the same. The status is the worst one.
+int ShowEach(CommandContext& context, const std::vector<std::string>& paths,
+             const std::function<int(CommandContext&, const std::string& path)>& show);
+
 // Each adds its group of commands to the program.
 void AddSettingsCommands(CLI::App& program, CommandAction& chosen);
 void AddRunCommands(CLI::App& program, CommandAction& chosen);

@@ -46,14 +46,15 @@ void AddCounterCommands(CLI::App& program, CommandAction& chosen) {
     group->fallthrough()->require_subcommand(1);
 
     auto path = std::make_shared<std::string>();
+    auto paths = std::make_shared<std::vector<std::string>>();
     auto folder = std::make_shared<std::string>();
     CLI::App& studies = AddCommand(*group, chosen, "studies", "The studies of a counter file",
-                                   [=](CommandContext& context) { return ShowStudies(context, *path); });
-    studies.add_option("FILE", *path, "A counter file (.tdc)")->required();
+                                   [=](CommandContext& context) { return ShowEach(context, *paths, ShowStudies); });
+    studies.add_option("FILE", *paths, "Counter files (.tdc)")->required();
 
     CLI::App& check = AddCommand(*group, chosen, "check", "The whole runs of a counter file, and what is hurt in it",
-                                 [=](CommandContext& context) { return CheckFile(context, *path); });
-    check.add_option("FILE", *path, "A counter file (.tdc)")->required();
+                                 [=](CommandContext& context) { return ShowEach(context, *paths, CheckFile); });
+    check.add_option("FILE", *paths, "Counter files (.tdc)")->required();
 
     CLI::App& convert = AddCommand(*group, chosen, "convert", "Make a run file of every record",
                                    [=](CommandContext& context) { return ConvertFile(context, *path, *folder); });

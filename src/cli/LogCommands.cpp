@@ -156,21 +156,26 @@ void AddLogCommands(CLI::App& program, CommandAction& chosen) {
     auto folder = std::make_shared<std::string>();
     auto withRows = std::make_shared<bool>(false);
     auto gaps = std::make_shared<std::string>();
-    const auto addArguments = [&](CLI::App& command) {
-        command.add_option("FILE", arguments->Path, "A log (.gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb, .pdb)")
-            ->required();
+    auto paths = std::make_shared<std::vector<std::string>>();
+    const char* const fileHelp = "A log (.gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb, .pdb)";
+    const auto addSigned = [&](CLI::App& command) {
         command.add_flag("--signed", arguments->HasSignedCoordinates,
                          "The logger writes signs: positions stay as read, longitudes are not taken for western ones");
     };
-    CLI::App& show = AddCommand(*group, chosen, "show", "What a log holds",
-                                [=](CommandContext& context) { return ShowLog(context, *arguments, *withRows); });
-    addArguments(show);
+    CLI::App& show = AddCommand(*group, chosen, "show", "What a log holds", [=](CommandContext& context) {
+        return ShowEach(context, *paths, [&](CommandContext& each, const std::string& file) {
+            return ShowLog(each, {file, arguments->HasSignedCoordinates}, *withRows);
+        });
+    });
+    show.add_option("FILE", *paths, fileHelp)->required();
+    addSigned(show);
     show.add_flag("--rows", *withRows, "Its rows too, in order and with their times repaired");
 
     CLI::App& convert =
         AddCommand(*group, chosen, "convert", "Make a run file of every run",
                    [=](CommandContext& context) { return ConvertLog(context, *arguments, *folder, !gaps->empty()); });
-    addArguments(convert);
+    convert.add_option("FILE", arguments->Path, fileHelp)->required();
+    addSigned(convert);
     convert.add_option("--to", *folder, "The folder for the run files")->required();
     convert
         .add_option("--gaps", *gaps,

@@ -68,6 +68,7 @@ void AddRepairCommands(CLI::App& runGroup, CommandAction& chosen) {
     const auto options = std::make_shared<RepairOptions>();
     AddRepair(runGroup, chosen, "smooth", "Replace the samples whose speed differs from the one before", options)
         .add_option("--factor", options->SmoothFactor, "The difference from which a sample is replaced, miles per hour")
+        ->transform(WholeNumber())
         ->required();
 }
 

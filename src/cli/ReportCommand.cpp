@@ -63,13 +63,14 @@ void AddReportCommand(CLI::App& studyGroup, CommandAction& chosen) {
                                   [options](CommandContext& context) { return PrintReport(context, *options); });
     report.add_option("FILE", options->Path, "A study file (.ld2)")->required();
     report.add_option("--output", options->Output, "The report to write (.pdf)")->required();
-    report.add_option("--paper", options->PaperName, "letter or a4")->check(CLI::IsMember({"letter", "a4"}));
+    report.add_option("--paper", options->PaperName, "letter or a4")
+        ->transform(CLI::IsMember({"letter", "a4"}, CLI::ignore_case));
     report.add_flag("--landscape", options->IsLandscape, "Wide pages");
     std::vector<std::string> words;
     words.reserve(ReportNames.size());
     for (const ReportName& name : ReportNames) words.emplace_back(name.Word);
     report.add_option("--only", options->Only, "Only this report; may be given again for further ones")
-        ->check(CLI::IsMember(words))
+        ->transform(CLI::IsMember(words, CLI::ignore_case))
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }

@@ -25,7 +25,7 @@ std::optional<RunRecord> LoadRun(CommandContext& context, const std::string& pat
         TellMissingRun(context.Messages, file.Name);
         return std::nullopt;
     }
-    if (!reading) throw *reading.Fault;
+    if (!reading) throw RunTimeError(*reading.Fault);
     if (reading.IsCut())
         context.Err << file.Name << ": " << CutText(reading.SamplesInFile, reading.Run.Header.SampleCount)
                     << "; the missing ones are read as zero\n";
@@ -109,18 +109,24 @@ void AddDelayCommand(CLI::App& group, CommandAction& chosen) {
                                  [options](CommandContext& context) { return ShowDelay(context, *options); });
     delay.add_option("FILE", options->Path, "A run file (.rd2 or .rdf)")->required();
     auto* distances = delay.add_option_group("distances");
-    auto* startDist = distances->add_option("--start-dist", options->StartDist, "Start boundary, feet");
-    auto* endDist = distances->add_option("--end-dist", options->EndDist, "End boundary, feet");
+    auto* startDist =
+        distances->add_option("--start-dist", options->StartDist, "Start boundary, feet")->transform(WholeNumber());
+    auto* endDist =
+        distances->add_option("--end-dist", options->EndDist, "End boundary, feet")->transform(WholeNumber());
     startDist->needs(endDist);
     endDist->needs(startDist);
     auto* samples = delay.add_option_group("samples");
-    auto* startSample = samples->add_option("--start-sample", options->StartSample, "Start boundary, sample from 1");
-    auto* endSample = samples->add_option("--end-sample", options->EndSample, "End boundary, sample from 1");
+    auto* startSample = samples->add_option("--start-sample", options->StartSample, "Start boundary, sample from 1")
+                            ->transform(WholeNumber());
+    auto* endSample = samples->add_option("--end-sample", options->EndSample, "End boundary, sample from 1")
+                          ->transform(WholeNumber());
     startSample->needs(endSample);
     endSample->needs(startSample);
     startDist->excludes(startSample);
-    delay.add_option("--ideal-speed", options->IdealSpeed, "Ideal speed, miles per hour; 0 computes it");
-    delay.add_option("--stop-speed", options->StopSpeed, "Stop speed threshold, miles per hour");
+    delay.add_option("--ideal-speed", options->IdealSpeed, "Ideal speed, miles per hour; 0 computes it")
+        ->transform(WholeNumber());
+    delay.add_option("--stop-speed", options->StopSpeed, "Stop speed threshold, miles per hour")
+        ->transform(WholeNumber());
 }
 
 Json AsJson(const SectionStatistics& section, const std::vector<DelayKey>& keys) {
@@ -179,10 +185,14 @@ void AddRunCommands(CLI::App& program, CommandAction& chosen) {
     group->fallthrough()->require_subcommand(1);
 
     auto path = std::make_shared<std::string>();
+    auto paths = std::make_shared<std::vector<std::string>>();
     auto withSamples = std::make_shared<bool>(false);
-    CLI::App& show = AddCommand(*group, chosen, "show", "The header of a run file",
-                                [=](CommandContext& context) { return ShowRun(context, *path, *withSamples); });
-    show.add_option("FILE", *path, "A run file (.rd2 or .rdf)")->required();
+    CLI::App& show = AddCommand(*group, chosen, "show", "The header of a run file", [=](CommandContext& context) {
+        return ShowEach(context, *paths, [&](CommandContext& each, const std::string& file) {
+            return ShowRun(each, file, *withSamples);
+        });
+    });
+    show.add_option("FILE", *paths, "Run files (.rd2 or .rdf)")->required();
     show.add_flag("--samples", *withSamples, "The sample values too");
 
     CLI::App& convert = AddCommand(*group, chosen, "convert", "Make a version 2 run of a version 1 file",
@@ -192,8 +202,8 @@ void AddRunCommands(CLI::App& program, CommandAction& chosen) {
     AddDelayCommand(*group, chosen);
 
     CLI::App& stats = AddCommand(*group, chosen, "stats", "Travel time, stops and delay by section and in all",
-                                 [=](CommandContext& context) { return ShowStatistics(context, *path); });
-    stats.add_option("FILE", *path, "A run file (.rd2 or .rdf)")->required();
+                                 [=](CommandContext& context) { return ShowEach(context, *paths, ShowStatistics); });
+    stats.add_option("FILE", *paths, "Run files (.rd2 or .rdf)")->required();
     AddRepairCommands(*group, chosen);
 }
 

@@ -196,9 +196,10 @@ void AddBoundsCommand(CLI::App& group, CommandAction& chosen) {
                                   [options](CommandContext& context) { return SetBoundsOfRuns(context, *options); });
     bounds.add_option("FILE", options->Path, "A study file (.ld2)")->required();
     bounds.add_option("RUN", options->Runs, "Names of runs of the study");
-    bounds.add_option("--start-dist", options->StartDist, "Start boundary, feet")->required();
-    bounds.add_option("--end-dist", options->EndDist, "End boundary, feet")->required();
-    bounds.add_option("--ideal-speed", options->IdealSpeed, "Ideal speed, miles per hour; 0 computes it");
+    bounds.add_option("--start-dist", options->StartDist, "Start boundary, feet")->transform(WholeNumber())->required();
+    bounds.add_option("--end-dist", options->EndDist, "End boundary, feet")->transform(WholeNumber())->required();
+    bounds.add_option("--ideal-speed", options->IdealSpeed, "Ideal speed, miles per hour; 0 computes it")
+        ->transform(WholeNumber());
     bounds.add_flag("--all", options->All, "All runs of the study");
 }
 
@@ -209,6 +210,7 @@ void AddStudyCommands(CLI::App& program, CommandAction& chosen) {
     group->fallthrough()->require_subcommand(1);
 
     auto path = std::make_shared<std::string>();
+    auto paths = std::make_shared<std::vector<std::string>>();
     auto name = std::make_shared<std::string>();
     auto runs = std::make_shared<std::vector<std::string>>();
     CLI::App& create = AddCommand(*group, chosen, "new", "Make a study of runs of a Study Group",
@@ -218,14 +220,14 @@ void AddStudyCommands(CLI::App& program, CommandAction& chosen) {
     create.add_option("RUN", *runs, "Names of its runs");
 
     CLI::App& show = AddCommand(*group, chosen, "show", "A study and its runs",
-                                [=](CommandContext& context) { return ShowStudy(context, *path); });
-    show.add_option("FILE", *path, "A study file (.ld2)")->required();
+                                [=](CommandContext& context) { return ShowEach(context, *paths, ShowStudy); });
+    show.add_option("FILE", *paths, "Study files (.ld2)")->required();
 
     auto stopSpeed = std::make_shared<std::optional<std::int16_t>>();
     CLI::App& compute = AddCommand(*group, chosen, "compute", "Compute the runs whose boundaries are set and the study",
                                    [=](CommandContext& context) { return ComputeStudy(context, *path, *stopSpeed); });
     compute.add_option("FILE", *path, "A study file (.ld2)")->required();
-    compute.add_option("--stop-speed", *stopSpeed, "Stop speed threshold, miles per hour");
+    compute.add_option("--stop-speed", *stopSpeed, "Stop speed threshold, miles per hour")->transform(WholeNumber());
 
     AddBoundsCommand(*group, chosen);
     AddExportCommand(*group, chosen);

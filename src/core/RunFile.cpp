@@ -187,7 +187,7 @@ bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run
         TellMissingRun(messages, name);
         return false;
     }
-    if (!reading) throw *reading.Fault;
+    if (!reading) throw RunTimeError(*reading.Fault);
     if (withSamples)
         run = std::move(reading.Run);
     else
@@ -209,7 +209,7 @@ std::vector<RunBackup> RunBackupsOf(const FileSystem& files, const std::string& 
 
 RunRecord ReadRunBackup(const FileSystem& files, const RunBackup& backup) {
     RunReading reading = ReadRun(files, backup.Path);
-    if (!reading) throw *reading.Fault;
+    if (!reading) throw RunTimeError(*reading.Fault);
     reading.Run.Header.RunName = backup.Header.RunName;
     return std::move(reading.Run);
 }

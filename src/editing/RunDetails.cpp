@@ -95,7 +95,7 @@ std::optional<RunHeader> ReadHeaderOfRunFile(const FileSystem& files, const std:
         RunReading reading = ReadRun(files, path, RunPart::Header);
         if (reading) return std::move(reading.Run.Header);
         if (reading.Outcome == RunOutcome::Missing) return std::nullopt;
-        throw *reading.Fault;
+        throw RunTimeError(*reading.Fault);
     }
     if (HasExtension(path, Ver1RunExtension) && FileExists(files, path)) return ReadVer1Run(files, folder, name).Header;
     return std::nullopt;

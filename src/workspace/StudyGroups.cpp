@@ -38,7 +38,7 @@ RunHeader ReadUsableVer1Header(const FileSystem& files, const std::string& group
 
 RunHeader ReadUsableHeader(const FileSystem& files, const std::string& group, const std::string& name) {
     RunReading reading = ReadRun(files, group, name, RunPart::Header);
-    if (!reading) throw *reading.Fault;
+    if (!reading) throw RunTimeError(*reading.Fault);
     return std::move(reading.Run.Header);
 }
 
