@@ -6,6 +6,7 @@
 #   scripts/install-dependencies.sh --fuzz    what the fuzzers need, too
 #   scripts/install-dependencies.sh --bench   what measuring needs, too
 #   scripts/install-dependencies.sh --coverage what the coverage figures need, too
+#   scripts/install-dependencies.sh --faults  what failing every call to the system needs, too
 #   scripts/install-dependencies.sh --package what building, packing and looking at the package need
 #   scripts/install-dependencies.sh --windows what compiling and testing the parts without Qt for Windows needs
 set -euo pipefail
@@ -23,6 +24,7 @@ check=(clang-format clang-tidy python3 python3-xlrd python3-openpyxl)
 fuzz=(clang libclang-rt-14-dev)
 bench=(python3 xvfb x11-utils)
 coverage=(gcovr)
+faults=(python3 strace)
 package=(dpkg-dev desktop-file-utils appstream mandoc lintian)
 windows=(cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine wine64)
 
@@ -32,10 +34,11 @@ case "${1-}" in
 --fuzz) wanted=("${build[@]}" "${check[@]}" "${fuzz[@]}") ;;
 --bench) wanted=("${build[@]}" "${bench[@]}") ;;
 --coverage) wanted=("${build[@]}" "${coverage[@]}") ;;
+--faults) wanted=("${build[@]}" "${faults[@]}") ;;
 --package) wanted=("${build[@]}" "${package[@]}") ;;
 --windows) wanted=("${windows[@]}") ;;
 *)
-    echo "usage: ${0##*/} [--build | --fuzz | --bench | --coverage | --package | --windows]" >&2
+    echo "usage: ${0##*/} [--build | --fuzz | --bench | --coverage | --faults | --package | --windows]" >&2
     exit 2
     ;;
 esac

@@ -17,12 +17,13 @@ bool HasSameBoundaries(const StudyRunEntry& left, const StudyRunEntry& right) {
 }
 
 /// Nothing when the run was computed from the boundaries of `wanted`; else the reason, with the entry as it was.
-std::optional<std::string> Compute(const StudyRunEntry& wanted, StudyRunEntry& entry, const FileSystem& files,
-                                   const std::string& folder, const AppSettings& settings) {
+std::optional<RunNotComputed> Compute(const StudyRunEntry& wanted, Study& study, int run, const FileSystem& files,
+                                      const std::string& folder, const AppSettings& settings) {
+    StudyRunEntry& entry = study.Entries[run];
     const std::string name = RunFileName(entry);
     const RunReading reading = ReadRun(files, folder, name, RunPart::Whole);
-    if (reading.Outcome == RunOutcome::Missing) return MissingRunText(name);
-    if (!reading) return name + ": " + reading.Fault->Message();
+    if (reading.Outcome == RunOutcome::Missing) return RunNotComputed{run, reading.Outcome, MissingRunText(name)};
+    if (!reading) return RunNotComputed{run, reading.Outcome, name + ": " + reading.Fault->Message()};
     StudyRunEntry computed = wanted;
     try {
         PlotState plot = PlacedBoundaries(reading.Run, computed);
@@ -32,7 +33,7 @@ std::optional<std::string> Compute(const StudyRunEntry& wanted, StudyRunEntry& e
     } catch (const RunTimeError& error) {
         // Boundaries that are refused leave figures that still belong to the old ones.
         if (HasSameBoundaries(wanted, entry)) entry.Computed = computed.Computed;
-        return name + ": " + error.Message();
+        return RunNotComputed{run, RunOutcome::Run, name + ": " + error.Message()};
     }
 }
 
@@ -61,8 +62,7 @@ std::vector<RunNotComputed> SetBounds(Study& study, const std::vector<int>& runs
         wanted.CDStartDist = bounds.StartDist;
         wanted.CDEndDist = bounds.EndDist;
         wanted.IdealSpeedUser = bounds.IdealSpeedUser.value_or(wanted.IdealSpeedUser);
-        if (auto reason = Compute(wanted, study.Entries[run], files, folder, settings))
-            failed.push_back({run, std::move(*reason)});
+        if (auto problem = Compute(wanted, study, run, files, folder, settings)) failed.push_back(std::move(*problem));
     }
     return failed;
 }
@@ -71,10 +71,9 @@ std::vector<RunNotComputed> ComputeRuns(Study& study, const FileSystem& files, c
                                         const AppSettings& settings) {
     std::vector<RunNotComputed> failed;
     for (int run = 1; run <= study.Record.RunCount; ++run) {
-        StudyRunEntry& entry = study.Entries[run];
+        const StudyRunEntry entry = study.Entries[run];
         if (!HasBothBoundaries(entry)) continue;
-        if (auto reason = Compute(StudyRunEntry(entry), entry, files, folder, settings))
-            failed.push_back({run, std::move(*reason)});
+        if (auto problem = Compute(entry, study, run, files, folder, settings)) failed.push_back(std::move(*problem));
     }
     return failed;
 }

@@ -26,7 +26,8 @@ struct Bounds {
 
 /// A run of the study that could not be computed: its entry is as it was.
 struct RunNotComputed {
-    int Run = 0;  ///< from 1
+    int Run = 0;                           ///< from 1
+    RunOutcome Outcome = RunOutcome::Run;  ///< of its reading; Run where the computation failed
     std::string Reason;
 };
 

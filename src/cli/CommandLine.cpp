@@ -176,6 +176,9 @@ int RunCommandLine(const std::vector<std::string>& arguments, const CommandPorts
         return Failed;
     } catch (const CommandEnded&) {
         return FatalFormat;
+    } catch (const std::exception& error) {
+        err << "The command was abandoned: " << error.what() << '\n';
+        return Failed;
     }
 }
 

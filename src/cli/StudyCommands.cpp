@@ -92,12 +92,25 @@ int MakeStudy(CommandContext& context, const std::string& directory, const std::
     return Done;
 }
 
+/// A run that is there and cannot be read may be there again the next moment.
+bool IsUnsure(const std::vector<RunNotComputed>& failed, const std::vector<RunListRow>& rows) {
+    return std::ranges::count(failed, RunOutcome::Unreadable, &RunNotComputed::Outcome) +
+               std::ranges::count(rows, RunState::Unreadable, &RunListRow::State) >
+           0;
+}
+
 /// Averages the study, writes it and prints it with what the window's labels show.
 int FinishStudy(CommandContext& context, const NamedFile& file, Study& study,
                 const std::vector<RunNotComputed>& failed) {
     for (const RunNotComputed& run : failed) context.Err << run.Reason << '\n';
     ResultLabels labels;
     const auto rows = MakeRunListRows(study, context.Files, file.Folder, context.State.Settings);
+    if (IsUnsure(failed, rows)) {
+        static_cast<void>(context.TellOfRuns(rows));
+        context.Err << "The study was not saved, because the system refuses a run of it: its average would lack that "
+                       "run. Try again, or take the run out of the study.\n";
+        return Failed;
+    }
     ComputeStudyResults(study, rows, labels);
     WriteStudyFile(context.Files, study, file.Folder, file.Name, Replacing::OwnFile);
     Json result = StudyAsJson(study, rows);

@@ -45,7 +45,8 @@ FileInfo InfoFrom(const fs::path& path, const NativeInfo& native) {
 
 class DiskFile : public InputFile {
 public:
-    DiskFile(const fs::path& path, std::uint64_t size) : path_(path), file_(OpenNative(path, "rb")), size_(size) {
+    explicit DiskFile(const fs::path& path)
+        : path_(path), file_(OpenNative(path, "rb")), size_(InfoOfNative(file_, path).Size) {
         // Readers ask for whole pieces: a buffer of the stream would only copy their ends once more.
         std::setvbuf(file_.get(), nullptr, _IONBF, 0);
     }
@@ -144,8 +145,8 @@ private:
         const fs::path target = file.Target;
         const auto info = InfoOfNative(target);
         if (!info || !info->IsFile || info->Size != file.Expects.File->Size) ThrowChanged(target, Remedy);
-        DiskFile there(target, info->Size);
-        std::vector<std::byte> bytes(static_cast<std::size_t>(info->Size));
+        DiskFile there(target);
+        std::vector<std::byte> bytes(static_cast<std::size_t>(there.Size()));
         bytes.resize(there.Read(bytes));
         if (StampOf(bytes) != *file.Expects.File) ThrowChanged(target, Remedy);
     }
@@ -247,12 +248,16 @@ private:
 
     static Folder ListedFolder(const fs::path& path) {
         Folder folder{path, {}};
-        std::error_code ignored;
-        for (fs::directory_iterator entry(path.empty() ? fs::path(".") : path, ignored), end; entry != end;
-             entry.increment(ignored)) {
+        std::error_code failure;
+        for (fs::directory_iterator entry(path.empty() ? fs::path(".") : path, failure), end; !failure && entry != end;
+             entry.increment(failure)) {
             const std::string name = PortablePath(entry->path().filename());
             folder.Names.emplace(FoldCase(name), name);
         }
+        // A folder that may be written to but not read has the names that are given.
+        const bool isUnknown = failure == std::errc::no_such_file_or_directory ||
+                               failure == std::errc::not_a_directory || failure == std::errc::permission_denied;
+        if (failure && !isUnknown) ThrowFileError(failure, path);
         return folder;
     }
 
@@ -263,8 +268,8 @@ private:
     }
 
     static void AppendTail(const NativeFile& file, const fs::path& old, std::size_t offset) {
-        std::error_code missing;
-        if (fs::file_size(old, missing) <= offset || missing) return;
+        const auto info = InfoOfNative(old);
+        if (!info || info->Size <= offset) return;
         const NativeFile source = OpenNative(old, "rb");
         SeekNative(source, offset, old);
         CopyRest(source, file, old);
@@ -348,7 +353,7 @@ std::vector<FileInfo> DiskFileSystem::List(const std::string& folder) const {
     std::vector<std::pair<std::string, FileInfo>> found;
     fs::directory_iterator entry(Resolved(folder), failure);
     for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
-        const auto native = InfoOfNative(entry->path());
+        const auto native = InfoOfListed(entry->path());
         if (!native) continue;  // a link to nowhere
         FileInfo info = InfoFrom(entry->path(), *native);
         found.emplace_back(FoldCase(info.Name), std::move(info));
@@ -369,7 +374,7 @@ std::unique_ptr<InputFile> DiskFileSystem::Open(const std::string& path) const {
     const auto native = InfoOfNative(resolved);
     // A folder, a pipe or a device is no file to read from.
     if (native && !native->IsFile) throw RunTimeError(ErrorNumber::PathFileAccessError, path);
-    return std::make_unique<DiskFile>(resolved, native ? native->Size : 0);
+    return std::make_unique<DiskFile>(resolved);
 }
 
 std::unique_ptr<WriteBatch> DiskFileSystem::BeginWrites() {

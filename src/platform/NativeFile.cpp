@@ -150,20 +150,55 @@ std::string PortablePath(const fs::path& path) {
     return {reinterpret_cast<const char*>(utf8.data()), utf8.size()};
 }
 
-std::optional<NativeInfo> InfoOfNative(const fs::path& path) {
+namespace {
+
 #ifdef _WIN32
-    struct _stat64 status {};
-    if (_wstat64(path.c_str(), &status) != 0) return std::nullopt;
-    const bool isFolder = (status.st_mode & _S_IFDIR) != 0;
-    const bool isFile = (status.st_mode & _S_IFREG) != 0;
+using Status = struct _stat64;
+int StatusOf(const fs::path& path, Status& status) { return _wstat64(path.c_str(), &status); }
+int StatusOf(std::FILE* file, Status& status) { return _fstat64(_fileno(file), &status); }
+bool IsFolder(const Status& status) { return (status.st_mode & _S_IFDIR) != 0; }
+bool IsFile(const Status& status) { return (status.st_mode & _S_IFREG) != 0; }
 #else
-    struct stat status {};
-    if (stat(path.c_str(), &status) != 0) return std::nullopt;
-    const bool isFolder = S_ISDIR(status.st_mode);
-    const bool isFile = S_ISREG(status.st_mode);
+using Status = struct stat;
+int StatusOf(const fs::path& path, Status& status) { return stat(path.c_str(), &status); }
+int StatusOf(std::FILE* file, Status& status) { return fstat(fileno(file), &status); }
+bool IsFolder(const Status& status) { return S_ISDIR(status.st_mode); }
+bool IsFile(const Status& status) { return S_ISREG(status.st_mode); }
 #endif
-    return NativeInfo{isFolder, isFile, isFile ? static_cast<std::uint64_t>(status.st_size) : 0, status.st_mtime,
-                      std::max(status.st_mtime, status.st_ctime)};
+
+NativeInfo InfoFrom(const Status& status) {
+    const bool isFile = IsFile(status);
+    return {IsFolder(status), isFile, isFile ? static_cast<std::uint64_t>(status.st_size) : 0, status.st_mtime,
+            std::max(status.st_mtime, status.st_ctime)};
+}
+
+/// Errors by which a path has nothing; by all others nobody knows.
+bool MeansNothingThere(int systemError) {
+    return systemError == ENOENT || systemError == ENOTDIR || systemError == ELOOP || systemError == ENAMETOOLONG ||
+           systemError == EINVAL;
+}
+
+}  // namespace
+
+std::optional<NativeInfo> InfoOfNative(const fs::path& path) {
+    Status status{};
+    if (StatusOf(path, status) == 0) return InfoFrom(status);
+    if (!MeansNothingThere(errno)) ThrowFileError(errno, path);
+    return std::nullopt;
+}
+
+std::optional<NativeInfo> InfoOfListed(const fs::path& path) {
+    try {
+        return InfoOfNative(path);
+    } catch (const RunTimeError&) {
+        return NativeInfo();
+    }
+}
+
+NativeInfo InfoOfNative(const NativeFile& file, const fs::path& path) {
+    Status status{};
+    if (StatusOf(file.get(), status) != 0) ThrowFileError(errno, path);
+    return InfoFrom(status);
 }
 
 void ThrowFileError(int systemError, const fs::path& path, const std::string& remedy) {
@@ -289,7 +324,7 @@ void RemoveLeftovers(const fs::path& folder) {
         if (!writer) continue;
         const bool isOfThisComputer = writer->Computer == ComputerMark();
         if (isOfThisComputer && IsRunning(writer->Process)) continue;
-        const auto info = InfoOfNative(entry->path());
+        const auto info = InfoOfListed(entry->path());
         if (info && (info->IsFile || info->IsFolder) && (isOfThisComputer || info->Changed < yesterday))
             leftovers.push_back(entry->path());
     }

@@ -27,7 +27,7 @@ struct NativeInfo {
     std::time_t Modified = 0;
     std::time_t Changed = 0;  ///< its contents or, where the system tells of it, its names
 };
-/// Nothing when the path does not exist.
+/// Nothing when the path does not exist; an error when the system cannot tell.
 std::optional<NativeInfo> InfoOfNative(const std::filesystem::path& path);
 
 struct CloseFile {
@@ -41,6 +41,11 @@ using NativeFile = std::unique_ptr<std::FILE, CloseFile>;
 [[noreturn]] void ThrowFileError(std::error_code failure, const std::filesystem::path& path,
                                  const std::string& remedy = {});
 
+/// Of a name in a listing: where the system cannot tell, something that is neither file nor folder, so that it does not
+/// hide the others. Who reads it gets the error.
+std::optional<NativeInfo> InfoOfListed(const std::filesystem::path& path);
+/// Of a file that is open.
+NativeInfo InfoOfNative(const NativeFile& file, const std::filesystem::path& path);
 NativeFile OpenNative(const std::filesystem::path& path, const char* mode);
 void WriteNative(const NativeFile& file, std::span<const std::byte> bytes, const std::filesystem::path& path);
 void SeekNative(const NativeFile& file, std::size_t offset, const std::filesystem::path& path);

@@ -175,7 +175,10 @@ public:
         errno = 0;
         Check(workbook_close(workbook_.release()));
         const NativeFile file = OpenNative(path_, "rb");
-        std::vector<std::byte> bytes(fs::file_size(path_));
+        std::error_code failure;
+        const auto size = fs::file_size(path_, failure);
+        if (failure) ThrowFileError(failure, path_);
+        std::vector<std::byte> bytes(size);
         if (std::fread(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) ThrowFileError(errno, folder_);
         return bytes;
     }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QObject>
+#include <exception>
 #include <new>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -20,6 +22,8 @@ void Guarded(MessageBoxes& messages, Action&& action) {
         messages.Tell(error.Message(), MessageIcon::Critical);
     } catch (const std::bad_alloc&) {
         messages.Tell(OutOfMemoryError().Message(), MessageIcon::Critical);
+    } catch (const std::exception& error) {
+        messages.Tell(std::string("This was abandoned: ") + error.what(), MessageIcon::Critical);
     }
 }
 
