@@ -47,6 +47,7 @@ QLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "", 
     block->setSpacing(4);
     block->addWidget(new QLabel(QString::fromLatin1(caption), figure->parentWidget()));
     block->addLayout(line);
+    block->addStretch();
     return block;
 }
 

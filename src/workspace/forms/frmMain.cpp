@@ -138,6 +138,7 @@ void frmMain::BuildStatusBar() {
     };
     statusBar()->addWidget(lblStudyGroup_, 1);
     statusBar()->addPermanentWidget(notice_);
+    notice_->ShowStudy();
     statusBar()->addPermanentWidget(lblSaved_);
 }
 
