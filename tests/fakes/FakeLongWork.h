@@ -35,6 +35,7 @@ public:
     }
     bool IsBusy() const override { return false; }
     bool Finish() override { return wentWell_; }
+    std::unique_ptr<LongWork> Another() const override { return std::make_unique<FakeLongWork>(files_); }
 
 private:
     FileSystem& files_;

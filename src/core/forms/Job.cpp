@@ -170,6 +170,8 @@ bool Job::IsBusy() const { return begun_.valid() && begun_.wait_for(0s) != std::
 
 bool Job::Finish() { return !begun_.valid() || begun_.get(); }
 
+std::unique_ptr<LongWork> Job::Another() const { return std::make_unique<Job>(messages_, makeFiles_); }
+
 void Job::StopAll() {
     isEnding_ = true;
     if (running_ != nullptr) {

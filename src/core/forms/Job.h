@@ -25,6 +25,7 @@ public:
     void Begin(Action work) override;
     bool IsBusy() const override;
     bool Finish() override;
+    std::unique_ptr<LongWork> Another() const override;
 
     /// Stops what is under way and returns when it has come to its end; for the end of the program.
     void StopAll();

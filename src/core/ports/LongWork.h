@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "core/Progress.h"
@@ -27,6 +28,9 @@ public:
     virtual bool IsBusy() const = 0;
     /// Waits for the work begun last; true when it went well, or there was none.
     virtual bool Finish() = 0;
+
+    /// One more of its kind, for works that are begun and go on beside those of this one.
+    virtual std::unique_ptr<LongWork> Another() const = 0;
 };
 
 }  // namespace vantor

@@ -1,7 +1,5 @@
 #include "gpsobd/forms/LogListing.h"
 
-#include <QCoreApplication>
-#include <QPointer>
 #include <utility>
 
 #include "core/forms/Guarded.h"
@@ -11,7 +9,7 @@ namespace vantor {
 namespace {
 
 // In milliseconds.
-constexpr int LongestWithoutEvents = 15;
+constexpr int BetweenLooks = 15;
 constexpr int Noticeable = 100;
 
 std::string NoteOn(const LogSummary& summary) {
@@ -33,10 +31,27 @@ std::string OtherKindText(LogKind kind) {
                                         : "This is an OBD database. Open it with File > Process Revpad Data.";
 }
 
+ListedLog ReadListed(const LogSources& sources, LogKind kind, const std::string& folder, const std::string& fileName,
+                     const LogProgress& goesOn) {
+    ListedLog log{fileName, {}, {}};
+    try {
+        log.Summary = ReadLogSummary(sources, kind, folder + fileName, goesOn);
+        if (log.Summary) log.Note = NoteOn(*log.Summary);
+    } catch (const NoSuchTable& error) {
+        const auto other = KindOf(sources, folder + fileName);
+        log.IsOfOtherKind = other.has_value();
+        log.Note = other ? OtherKindText(*other) : error.Message();
+    } catch (const RunTimeError& error) {
+        log.Note = error.Message();
+    }
+    return log;
+}
+
 }  // namespace
 
-LogListing::LogListing(AppContext& context, LogKind kind) : context_(context), kind_(kind) {
-    Connect(&timer_, &QTimer::timeout, this, context_.Messages, [this] { ReadForAWhile(); });
+LogListing::LogListing(AppContext& context, LogKind kind)
+    : context_(context), kind_(kind), work_(context.Work.Another()) {
+    Connect(&timer_, &QTimer::timeout, this, context_.Messages, [this] { TellWhatIsNew(); });
 }
 
 LogListing::~LogListing() { Stop(); }
@@ -46,74 +61,71 @@ void LogListing::Start(const std::string& folder, std::vector<std::string> fileN
     listing_ = std::make_shared<Listing>();
     listing_->Folder = folder;
     listing_->FileNames = std::move(fileNames);
-    listing_->Age.start();
+    isBegun_ = false;
+    age_.start();
     timer_.start(0);
 }
 
 void LogListing::Stop() {
     timer_.stop();
-    if (listing_) listing_->Stopped = true;
+    if (listing_) listing_->IsStopped = true;
     listing_.reset();
 }
 
-void LogListing::ReadForAWhile() {
-    // A listing begun while another one is reading waits until that has come to its end.
-    if (reading_) return;
-    reading_ = true;
-    const QPointer<LogListing> self(this);
-    QElapsedTimer turn;
-    turn.start();
-    while (ReadNext() && turn.elapsed() < LongestWithoutEvents) {
-    }
-    if (self) reading_ = false;
-}
-
-/// False when the listing was stopped or is at its end. Every call out may stop it, or destroy this object.
-bool LogListing::ReadNext() {
-    const std::shared_ptr<Listing> listing = listing_;
-    if (!listing) return false;
-    if (listing->Begun == listing->FileNames.size()) {
-        Stop();
-        OnEnd();
-        return false;
-    }
-    const std::string& fileName = listing->FileNames[listing->Begun++];
-    ShowProgress(*listing);
-    OnBegun(fileName);
-    const ListedLog log = Read(listing, fileName);
-    if (!listing->Stopped) OnRead(log);
-    return !listing->Stopped;
-}
-
-ListedLog LogListing::Read(const std::shared_ptr<Listing>& listing, const std::string& fileName) {
-    QElapsedTimer sinceEvents;
-    sinceEvents.start();
-    const auto goOn = [&] {
-        if (!listing->Stopped && sinceEvents.elapsed() >= LongestWithoutEvents) {
-            ShowProgress(*listing);
-            QCoreApplication::processEvents();
-            sinceEvents.restart();
+void LogListing::BeginReading() {
+    // The listing before this one comes to its end at the next piece of its log.
+    if (work_->IsBusy()) return;
+    isBegun_ = true;
+    timer_.setInterval(BetweenLooks);
+    const auto read = [listing = listing_, kind = kind_, &databases = context_.Databases, &time = context_.Time](
+                          FileSystem& files, const Progress& progress) {
+        const PalmDatabase deviceDatabases(files);
+        const LogSources sources{files, databases, deviceDatabases, time};
+        const auto goesOn = [&] { return !listing->IsStopped && progress(listing->Begun, listing->FileNames.size()); };
+        for (const std::string& fileName : listing->FileNames) {
+            ++listing->Begun;
+            ListedLog log = ReadListed(sources, kind, listing->Folder, fileName, goesOn);
+            if (!goesOn()) return;
+            const std::lock_guard guard(listing->Guard);
+            listing->Read.push_back(std::move(log));
         }
-        return !listing->Stopped;
+        listing->IsAtEnd = true;
     };
-    const PalmDatabase deviceDatabases(context_.Files);
-    const LogSources sources{context_.Files, context_.Databases, deviceDatabases, context_.Time};
-    ListedLog log{fileName, {}, {}};
-    try {
-        log.Summary = ReadLogSummary(sources, kind_, listing->Folder + fileName, goOn);
-        if (log.Summary) log.Note = NoteOn(*log.Summary);
-    } catch (const NoSuchTable& error) {
-        const auto kind = KindOf(sources, listing->Folder + fileName);
-        log.IsOfOtherKind = kind.has_value();
-        log.Note = kind ? OtherKindText(*kind) : error.Message();
-    } catch (const RunTimeError& error) {
-        log.Note = error.Message();
-    }
+    work_->Begin(read);
+}
+
+std::optional<ListedLog> LogListing::Listing::TakeRead() {
+    const std::lock_guard guard(Guard);
+    if (Read.empty()) return std::nullopt;
+    ListedLog log = std::move(Read.front());
+    Read.pop_front();
     return log;
 }
 
-void LogListing::ShowProgress(const Listing& listing) const {
-    if (listing.Age.elapsed() >= Noticeable) OnProgress(listing.Begun, listing.FileNames.size());
+/// Every call out may stop the listing, or destroy this object.
+void LogListing::TellWhatIsNew() {
+    if (!isBegun_) BeginReading();
+    if (!isBegun_) return;
+    const std::shared_ptr<Listing> listing = listing_;
+    const std::size_t begun = listing->Begun;
+    if (age_.elapsed() >= Noticeable && begun > 0) OnProgress(begun, listing->FileNames.size());
+    while (!listing->IsStopped && TellNext(listing)) {
+    }
+}
+
+bool LogListing::TellNext(const std::shared_ptr<Listing>& listing) {
+    // Its end, too, is only told when all that was read before is.
+    const bool isAtEnd = listing->IsAtEnd;
+    if (auto log = listing->TakeRead()) {
+        OnBegun(log->FileName);
+        if (!listing->IsStopped) OnRead(*log);
+        return true;
+    }
+    if (!isAtEnd && work_->IsBusy()) return false;
+    if (!isAtEnd && !listing->IsAtEnd) work_->Finish();  // abandoned for want of memory: what was read is told
+    Stop();
+    OnEnd();
+    return false;
 }
 
 }  // namespace vantor

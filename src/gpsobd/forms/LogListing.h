@@ -3,8 +3,11 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
+#include <atomic>
+#include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,8 +25,8 @@ struct ListedLog {
     bool IsOfOtherKind = false;         ///< a sound database of the handheld's other logger
 };
 
-/// Reads the summaries of logs one after another while events run, so that a window stays alive over hundreds of logs
-/// and over a long one. It may be stopped, started anew and destroyed in every event and in every call of its own.
+/// Reads the summaries of logs one after another beside the window, which stays alive over hundreds of logs and over a
+/// long one. It may be stopped, started anew and destroyed at any time and in every call of its own.
 class LogListing : public QObject {
 public:
     LogListing(AppContext& context, LogKind kind);
@@ -42,25 +45,31 @@ public:
     std::function<void()> OnEnd;
 
 private:
-    /// Outlives a listing that is stopped while it reads.
+    /// What was read and is not told yet. Outlives a listing that is stopped while it reads.
     struct Listing {
         std::string Folder;
         std::vector<std::string> FileNames;
-        std::size_t Begun = 0;
-        QElapsedTimer Age;
-        bool Stopped = false;
+        std::atomic<std::size_t> Begun = 0;
+        std::atomic<bool> IsStopped = false;
+        std::atomic<bool> IsAtEnd = false;
+        std::mutex Guard;
+        std::deque<ListedLog> Read;  ///< under Guard
+
+        std::optional<ListedLog> TakeRead();
     };
 
-    void ReadForAWhile();
-    bool ReadNext();
-    ListedLog Read(const std::shared_ptr<Listing>& listing, const std::string& fileName);
-    void ShowProgress(const Listing& listing) const;
+    void BeginReading();
+    void TellWhatIsNew();
+    /// False when there was nothing to tell.
+    bool TellNext(const std::shared_ptr<Listing>& listing);
 
     AppContext& context_;
     LogKind kind_;
     QTimer timer_;
+    std::unique_ptr<LongWork> work_;
     std::shared_ptr<Listing> listing_;
-    bool reading_ = false;
+    QElapsedTimer age_;
+    bool isBegun_ = false;
 };
 
 }  // namespace vantor
