@@ -2,8 +2,6 @@
 
 #include "app/BlockedWatch.h"
 
-#include <QAbstractEventDispatcher>
-#include <QThread>
 #include <chrono>
 #include <cstdio>
 
@@ -22,6 +20,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr long LongestBusy = 50;  // milliseconds
+constexpr auto BeatInterval = 10ms;
 
 long Now() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
@@ -56,26 +55,25 @@ void PrintCallsOfWatched() {}
 
 }  // namespace
 
+// A timer and not the dispatcher's signals: the one over GLib handles the events between "about to block" and "awake".
 BlockedWatch::BlockedWatch() {
     BeginToPrintCalls();
-    QAbstractEventDispatcher* const events = QThread::currentThread()->eventDispatcher();
-    QObject::connect(events, &QAbstractEventDispatcher::awake, events, [this] { busySince_ = Now(); });
-    QObject::connect(events, &QAbstractEventDispatcher::aboutToBlock, events, [this] { busySince_ = 0; });
+    QObject::connect(&beat_, &QTimer::timeout, &beat_, [this] { lastBeat_ = Now(); });
+    beat_.start(BeatInterval);
     watcher_ = std::thread([this] { Watch(); });
 }
 
 BlockedWatch::~BlockedWatch() {
     isEnding_ = true;
     watcher_.join();
-    QThread::currentThread()->eventDispatcher()->disconnect();
 }
 
 void BlockedWatch::Watch() {
-    for (long told = 0; !isEnding_; std::this_thread::sleep_for(10ms)) {
-        const long since = busySince_;
-        if (since == 0 || since == told || Now() - since <= LongestBusy) continue;
-        told = since;
-        std::fprintf(stderr, "The window's thread has been busy for %ld ms:\n", Now() - since);
+    for (long told = 0; !isEnding_; std::this_thread::sleep_for(BeatInterval)) {
+        const long last = lastBeat_;
+        if (last == told || Now() - last <= LongestBusy + BeatInterval.count()) continue;
+        told = last;
+        std::fprintf(stderr, "The window's thread has been busy for %ld ms:\n", Now() - last);
         PrintCallsOfWatched();
     }
 }

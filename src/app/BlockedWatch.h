@@ -2,6 +2,7 @@
 
 #ifndef NDEBUG
 
+#include <QTimer>
 #include <atomic>
 #include <thread>
 
@@ -19,7 +20,8 @@ public:
 private:
     void Watch();
 
-    std::atomic<long> busySince_{0};  ///< milliseconds of a steady clock; 0 while waiting for events
+    QTimer beat_;
+    std::atomic<long> lastBeat_{0};  ///< milliseconds of a steady clock; 0 before the first events
     std::atomic<bool> isEnding_{false};
     std::thread watcher_;
 };

@@ -104,6 +104,7 @@ private:
         std::set<fs::path> folders;
         for (const Pending& file : pending_) folders.insert(fs::path(file.Target).parent_path());
         std::vector<std::shared_ptr<FolderLock>> locks;
+        locks.reserve(folders.size());
         for (const fs::path& folder : folders) locks.push_back(locks_.Take(folder));
         return locks;
     }

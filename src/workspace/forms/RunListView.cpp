@@ -12,6 +12,8 @@ constexpr const char* EmptyText =
     "Study.";
 /// Pixels beside a head's text, for its margins and the arrow of the sorted column.
 constexpr int SortArrowRoom = 48;
+/// The list does not scroll for the rest of a longer status: its tip shows it whole.
+constexpr int MostStatusLetters = 24;
 
 }  // namespace
 
@@ -36,6 +38,9 @@ RunListView::RunListView(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->setSortIndicatorClearable(true);
     sortByColumn(-1, Qt::AscendingOrder);
     columns_ = new TableColumns(*this);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
+        if (column != RunListModel::Status) FitStatus();
+    });
 }
 
 void RunListView::SetRows(std::vector<RunListRow> rows) {
@@ -56,13 +61,29 @@ void RunListView::SetActiveRun(int run) {
 }
 
 void RunListView::WidenColumns() {
-    for (int column = 0; column < RunListModel::ColumnCount - 1; ++column) {
-        if (isColumnHidden(column)) continue;
-        const QString head = sorted_.headerData(column, Qt::Horizontal).toString();
-        const int headWidth = horizontalHeader()->fontMetrics().size(0, head).width() + SortArrowRoom;
-        const int needed = std::max(sizeHintForColumn(column) + 4, headWidth);
-        columns_->WidenTo(column, needed);
-    }
+    for (int column = 0; column < RunListModel::Status; ++column)
+        if (!isColumnHidden(column)) columns_->WidenTo(column, WidthNeeded(column));
+    FitStatus();
+}
+
+int RunListView::WidthNeeded(int column) const {
+    const QString head = sorted_.headerData(column, Qt::Horizontal).toString();
+    const int headWidth = horizontalHeader()->fontMetrics().size(0, head).width() + SortArrowRoom;
+    return std::max(sizeHintForColumn(column) + 4, headWidth);
+}
+
+void RunListView::FitStatus() {
+    QHeaderView* header = horizontalHeader();
+    const int left = viewport()->width() - header->sectionPosition(RunListModel::Status);
+    const int needed =
+        std::min(WidthNeeded(RunListModel::Status), MostStatusLetters * fontMetrics().averageCharWidth());
+    header->setStretchLastSection(left >= needed);
+    if (left < needed) setColumnWidth(RunListModel::Status, needed);
+}
+
+void RunListView::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    FitStatus();
 }
 
 void RunListView::paintEvent(QPaintEvent* event) {

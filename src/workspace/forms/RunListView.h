@@ -25,9 +25,13 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void WidenColumns();
+    /// The status fills what the other columns leave; where that is too little, the list scrolls sideways.
+    void FitStatus();
+    int WidthNeeded(int column) const;
 
     RunListModel model_;
     QSortFilterProxyModel sorted_;
