@@ -9,6 +9,7 @@
 #include "app/AppScreens.h"
 #include "app/BlockedWatch.h"
 #include "app/EndSignals.h"
+#include "app/MemoryReserve.h"
 #include "cli/CommandContext.h"
 #include "cli/CommandLine.h"
 #include "core/Paths.h"
@@ -141,6 +142,7 @@ int RunWindow(QApplication& application, const WindowArguments& arguments, Appli
 }  // namespace vantor
 
 int main(int argc, char** argv) {
+    const vantor::MemoryReserve reserve;
     vantor::DiskFileSystem files(vantor::ExecutableFolder());
     vantor::SystemClock clock;
     vantor::MdbDatabase databases(files);
