@@ -25,11 +25,6 @@ std::string ProblemOf(const RunReading& reading, const std::string& name) {
     return reading.Fault ? ReasonThenPlace(*reading.Fault) : std::string();
 }
 
-bool IsComputedFrom(const Computation& computed, const StudyRunEntry& entry) {
-    return computed.CDStartDist == entry.CDStartDist && computed.CDEndDist == entry.CDEndDist &&
-           computed.IdealSpeedUser == entry.IdealSpeedUser;
-}
-
 void AddBoundaryWarnings(const StudyRunEntry& entry, const RunFacts& facts, std::vector<std::string>& warnings) {
     if (!facts.Found.Start) warnings.emplace_back("start not reached");
     if (!facts.Found.End) warnings.emplace_back("end not reached");
@@ -42,7 +37,7 @@ void AddFigureWarnings(const StudyRunEntry& entry, const RunFacts& facts, std::v
         warnings.emplace_back("not computed");
     else if (entry.Computed && !entry.Computed->Failure.empty())
         warnings.emplace_back("not computed: the figure is an earlier one");
-    else if (entry.Computed && !IsComputedFrom(*entry.Computed, entry))
+    else if (entry.Computed && !HasSameBoundaries(*entry.Computed, entry))
         warnings.emplace_back("boundary moved without a computation");
     if (entry.Computed && entry.Computed->Movement != facts.Movement)
         warnings.emplace_back("run changed since it was computed");

@@ -11,11 +11,6 @@ Computation ComputationOf(const RunRecord& run, const StudyRunEntry& entry) {
     return {MovementHash(run), entry.CDStartDist, entry.CDEndDist, entry.IdealSpeedUser, {}};
 }
 
-bool HasSameBoundaries(const StudyRunEntry& left, const StudyRunEntry& right) {
-    return left.CDStartDist == right.CDStartDist && left.CDEndDist == right.CDEndDist &&
-           left.IdealSpeedUser == right.IdealSpeedUser;
-}
-
 /// Nothing when the run was computed from the boundaries of `wanted`; else the reason, with the entry as it was.
 std::optional<RunNotComputed> Compute(const StudyRunEntry& wanted, Study& study, int run, const FileSystem& files,
                                       const std::string& folder, const AppSettings& settings) {

@@ -149,4 +149,14 @@ OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows
             }};
 }
 
+std::optional<std::vector<RunListRow>> ExportStudy(FileSystem& files, const Study& study, const std::string& folder,
+                                                   const AppSettings& settings, const std::string& path,
+                                                   const Spreadsheet& sheets, const Progress& progress) {
+    std::vector<RunListRow> rows = MakeRunListRows(study, files, folder, settings, progress);
+    if (!progress(1, 1)) return std::nullopt;
+    const OutgoingTable table = StudyTable(study, rows, folder, UnitsOf(settings));
+    WriteFile(files, path, EncodeTable(path, table, sheets), AsItStands(files, path));
+    return rows;
+}
+
 }  // namespace vantor

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,5 +17,11 @@ namespace vantor {
 /// in `units`. Error 6 for averages that do not fit.
 OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows, const std::string& folder,
                          const Units& units = {});
+
+/// Reads the runs and writes that table to a file of the kind that its extension says, in place of what is there.
+/// Returns the rows; nothing when the work was stopped, which writes nothing. Error 13 as EncodeTable.
+std::optional<std::vector<RunListRow>> ExportStudy(FileSystem& files, const Study& study, const std::string& folder,
+                                                   const AppSettings& settings, const std::string& path,
+                                                   const Spreadsheet& sheets, const Progress& progress = {});
 
 }  // namespace vantor

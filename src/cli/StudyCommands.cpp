@@ -175,7 +175,7 @@ int SetBoundsOfRuns(CommandContext& context, const BoundsOptions& options) {
                                  context.Files, file.Folder, context.State.Settings));
 }
 
-int ExportStudy(CommandContext& context, const std::string& path, const std::string& output) {
+int ExportStudyTo(CommandContext& context, const std::string& path, const std::string& output) {
     const auto kinds = TableFileKinds();
     if (std::ranges::none_of(kinds, [&](const FileKind& kind) { return HasExtension(output, kind.Extension); })) {
         context.Err << output << "\nA run list is an .xls, .xlsx or .csv file.\n";
@@ -184,12 +184,10 @@ int ExportStudy(CommandContext& context, const std::string& path, const std::str
     const NamedFile file = TakeApart(path, StudyExtension, "study file");
     const auto study = LoadNamedStudy(context, file);
     if (!study) return Failed;
-    const AppSettings& settings = context.State.Settings;
-    const auto rows = MakeRunListRows(*study, context.Files, file.Folder, settings, context.Work);
-    if (!context.Work(1, 1)) return Stopped;
-    const OutgoingTable table = StudyTable(*study, rows, file.Folder, UnitsOf(settings));
-    WriteFile(context.Files, output, EncodeTable(output, table, context.Sheets), AsItStands(context.Files, output));
-    const ExitStatus status = context.TellOfRuns(rows);
+    const auto rows =
+        ExportStudy(context.Files, *study, file.Folder, context.State.Settings, output, context.Sheets, context.Work);
+    if (!rows) return Stopped;
+    const ExitStatus status = context.TellOfRuns(*rows);
     context.Print({{"rows", study->Record.RunCount}});
     return status;
 }
@@ -198,7 +196,7 @@ void AddExportCommand(CLI::App& group, CommandAction& chosen) {
     auto path = std::make_shared<std::string>();
     auto output = std::make_shared<std::string>();
     CLI::App& command = AddCommand(group, chosen, "export", "Write the run list to a workbook or a CSV file",
-                                   [=](CommandContext& context) { return ExportStudy(context, *path, *output); });
+                                   [=](CommandContext& context) { return ExportStudyTo(context, *path, *output); });
     command.add_option("FILE", *path, "A study file (.ld2)")->required();
     command.add_option("--output", *output, "The table: an .xls, .xlsx or .csv file")->required();
 }

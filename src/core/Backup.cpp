@@ -47,17 +47,19 @@ std::string FreeBackupPath(const FileSystem& files, const std::string& path) {
     return path + std::string(BackupExtension) + (number > 1 ? std::to_string(number) : std::string());
 }
 
-std::string AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& path) {
-    const std::string backup = FreeBackupPath(files, path);
-    batch.Add(backup, ReadWholeFile(files, path), Expected::Nothing());
-    return backup;
+KeptFile AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& path) {
+    KeptFile kept{FreeBackupPath(files, path), {}};
+    const std::vector<std::byte> bytes = ReadWholeFile(files, path);
+    kept.Original = Expected::Unchanged(StampOf(bytes));
+    batch.Add(kept.Backup, bytes, Expected::Nothing());
+    return kept;
 }
 
 void WriteKeepingOld(FileSystem& files, const std::string& path, std::span<const std::byte> bytes) {
     const auto batch = files.BeginWrites();
-    const Expected there = AsItStands(files, path);
+    Expected there = AsItStands(files, path);
     if (there.File == StampOf(bytes)) return;
-    if (there.File) AddBackup(*batch, files, path);
+    if (there.File) there = AddBackup(*batch, files, path).Original;
     batch->Add(path, bytes, there);
     batch->Commit();
 }

@@ -12,9 +12,13 @@ namespace vantor {
 /// and so on, one above the highest that is there. A backup is never replaced.
 std::string FreeBackupPath(const FileSystem& files, const std::string& path);
 
-/// Adds a copy of the file as it stands under its FreeBackupPath and returns that path. Error 53 when the file is
-/// missing.
-std::string AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& path);
+struct KeptFile {
+    std::string Backup;  ///< path
+    Expected Original;   ///< the file that the backup is a copy of: what may take its place may replace no other
+};
+
+/// Adds a copy of the file as it stands under its FreeBackupPath. Error 53 when the file is missing.
+KeptFile AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& path);
 
 /// Writes a file whole. One that is there already is kept as a backup, unless it holds these bytes: then it is left
 /// alone.

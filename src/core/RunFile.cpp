@@ -218,7 +218,7 @@ std::string ReplaceRunFile(FileSystem& files, RunRecord& run, const std::string&
                            const Expected& expected) {
     const auto lock = files.Lock(folder);
     const auto batch = files.BeginWrites();
-    const std::string backup = AddBackup(*batch, files, PathOf(folder, name, RunExtension));
+    const std::string backup = AddBackup(*batch, files, PathOf(folder, name, RunExtension)).Backup;
     AddRunFile(*batch, run, folder, name, expected);
     batch->Commit();
     return LastComponent(backup);

@@ -102,6 +102,7 @@ std::vector<std::byte> BytesOf(const Json& file) {
 }
 
 constexpr const char* StoredMember = "stored";
+constexpr const char* CompanionMember = "companion";
 constexpr const char* PathMember = "path";
 constexpr const char* SizeMember = "size";
 constexpr const char* HashMember = "hash";
@@ -114,7 +115,7 @@ FileStamp StampFrom(const Json& json) {
 
 StoredStudy StoredFrom(const Json& json) {
     StoredStudy stored{json.at(PathMember).get<std::string>(), StampFrom(json), std::nullopt};
-    if (const auto companion = json.find("companion"); companion != json.end())
+    if (const auto companion = json.find(CompanionMember); companion != json.end())
         stored.Companion = StampFrom(*companion);
     return stored;
 }
@@ -133,7 +134,7 @@ std::vector<std::byte> EncodeWholeStudy(const Study& study) {
     if (study.Stored) {
         Json& stored = companion[StoredMember] = AsJson(study.Stored->Stamp);
         stored[PathMember] = study.Stored->Path;
-        if (study.Stored->Companion) stored["companion"] = AsJson(*study.Stored->Companion);
+        if (study.Stored->Companion) stored[CompanionMember] = AsJson(*study.Stored->Companion);
     }
     const std::vector<std::byte> beside = BytesOf(companion);
     bytes.insert(bytes.end(), beside.begin(), beside.end());

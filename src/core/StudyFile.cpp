@@ -123,13 +123,17 @@ ReplacedStudy WriteStudyFile(FileSystem& files, Study& study, const std::string&
     const bool keepsOld = replacing == Replacing::AnyFile && files.Find(path) &&
                           TargetOfStudy(files, study, folder, name) != StudyTarget::Own;
     if (keepsOld || isHurt) {
-        replaced.Path = AddBackup(*batch, files, path);
-        expected = AsItStands(files, path);
+        const KeptFile kept = AddBackup(*batch, files, path);
+        replaced.Path = kept.Backup;
+        expected = kept.Original;
     }
-    if ((keepsOld || study.HasDamagedCompanion) && files.Find(companion))
-        replaced.Companion = AddBackup(*batch, files, companion);
     // One that lies beside no study tells of nothing.
     if (keepsOld || (!isOwn && !files.Find(path))) expectedBeside = AsItStands(files, companion);
+    if ((keepsOld || study.HasDamagedCompanion) && files.Find(companion)) {
+        const KeptFile kept = AddBackup(*batch, files, companion);
+        replaced.Companion = kept.Backup;
+        if (keepsOld) expectedBeside = kept.Original;
+    }
 
     study.Record.StudyFileVersion = 1;
     const std::vector<std::byte> bytes = EncodeStudy(study);

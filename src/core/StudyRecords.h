@@ -86,6 +86,13 @@ struct StudyRunEntry {
     bool operator==(const StudyRunEntry&) const = default;
 };
 
+/// Boundaries and the user's ideal speed, of entries and of what they were computed from.
+template <class Left, class Right>
+bool HasSameBoundaries(const Left& left, const Right& right) {
+    return left.CDStartDist == right.CDStartDist && left.CDEndDist == right.CDEndDist &&
+           left.IdealSpeedUser == right.IdealSpeedUser;
+}
+
 inline constexpr std::size_t EntryNameWidth = 80;
 
 inline constexpr auto StudyRunEntryFields = std::make_tuple(

@@ -77,7 +77,7 @@ std::string EncodeUserChoices(const UserChoices& choices) {
 UserChoices LoadUserChoices(const FileSystem& files) {
     const std::string path = PathOf(files);
     if (!FileExists(files, path)) return {};
-    const auto bytes = ReadFirstBytes(files, path, files.Open(path)->Size());
+    const auto bytes = ReadWholeFile(files, path);
     return DecodeUserChoices({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
 }
 

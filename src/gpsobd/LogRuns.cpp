@@ -230,6 +230,7 @@ std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewe
                                       const Progress& progress) {
     constexpr double Written = 0.7;
     const Progress writing = progress.Part(0, Written);
+    const std::string there = AsFolder(folder);
     const auto batch = files.BeginWrites();
     std::vector<std::string> names;
     std::string tooLong;
@@ -240,14 +241,14 @@ std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewe
         try {
             RunRecord run = MakeRun(reviewed, points, gaps, settings);
             std::string name;
-            if (before == MadeBefore::Replaced) name = MadeBeforeAs(files, AsFolder(folder), reviewed, number, points);
-            const bool replaces = !name.empty();
-            if (replaces)
-                AddBackup(*batch, files, AsFolder(folder) + name + RunExtension);
-            else
-                name = RunFileName(files, AsFolder(folder), reviewed, number, [](const auto&) { return false; });
-            AddRunFile(*batch, run, AsFolder(folder), name,
-                       replaces ? AsItStands(files, AsFolder(folder) + name + RunExtension) : Expected::Nothing());
+            if (before == MadeBefore::Replaced) name = MadeBeforeAs(files, there, reviewed, number, points);
+            Expected expected = Expected::Nothing();
+            if (name.empty()) {
+                name = RunFileName(files, there, reviewed, number, [](const auto&) { return false; });
+            } else {
+                expected = AddBackup(*batch, files, there + name + RunExtension).Original;
+            }
+            AddRunFile(*batch, run, there, name, expected);
             names.push_back(name);
         } catch (const RunTimeError& error) {
             if (error.Number() != ErrorNumber::Overflow) throw;

@@ -112,20 +112,20 @@ private:
     /// That a new file has no other in its way shows when it is placed.
     static void CheckExpected(const Pending& file) {
         if (!file.Expects.File) return;
-        constexpr const char* Remedy =
-            "Another program has changed the file since it was read, so it is not written over. Read it again and "
-            "repeat what you did.";
         const fs::path target = file.Target;
         const auto info = InfoOfNative(target);
-        if (!info || !info->IsFile || info->Size != file.Expects.File->Size) ThrowChanged(target, Remedy);
+        if (!info || !info->IsFile || info->Size != file.Expects.File->Size) ThrowChanged(target);
         DiskFile there(target);
         std::vector<std::byte> bytes(static_cast<std::size_t>(there.Size()));
         bytes.resize(there.Read(bytes));
-        if (StampOf(bytes) != *file.Expects.File) ThrowChanged(target, Remedy);
+        if (StampOf(bytes) != *file.Expects.File) ThrowChanged(target);
     }
 
-    [[noreturn]] static void ThrowChanged(const fs::path& target, const std::string& remedy) {
-        throw RunTimeError(ErrorNumber::PathFileAccessError, PortablePath(target) + "\n" + remedy);
+    [[noreturn]] static void ThrowChanged(const fs::path& target) {
+        throw RunTimeError(ErrorNumber::PathFileAccessError,
+                           PortablePath(target) +
+                               "\nAnother program has changed the file since it was read, so it is not written over. "
+                               "Read it again and repeat what you did.");
     }
 
     bool FlushPending(const Progress& progress) const {

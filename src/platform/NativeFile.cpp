@@ -10,6 +10,7 @@
 #include <cstring>
 #include <vector>
 
+#include "core/ContentHash.h"
 #include "core/RunTimeError.h"
 
 #ifdef _WIN32
@@ -81,8 +82,8 @@ std::string NameOfComputer() {
 /// Eight digits of base 16.
 const std::string& ComputerMark() {
     static const std::string mark = [] {
-        std::uint32_t hash = 2166136261U;  // FNV-1a
-        for (const char character : NameOfComputer()) hash = (hash ^ static_cast<unsigned char>(character)) * 16777619U;
+        const std::string name = NameOfComputer();
+        const auto hash = static_cast<std::uint32_t>(ContentHash(std::as_bytes(std::span(name))));
         std::array<char, 9> digits{};
         std::snprintf(digits.data(), digits.size(), "%08x", hash);
         return std::string(digits.data());

@@ -24,9 +24,12 @@ StudyTarget TargetUnderItsName(const AppContext& context) {
     return TargetOfStudy(context.Files, state.CurrentStudy, StudyGroupFolder(state), name);
 }
 
+/// Where more than the study's own file as it was read would be replaced.
+bool ReplacesMore(StudyTarget target) { return target == StudyTarget::Other || target == StudyTarget::Changed; }
+
 /// A second paragraph for the question whether to save, where that would replace more than the study's own file.
 std::string WhatIsReplaced(const AppContext& context, StudyTarget target) {
-    if (target != StudyTarget::Other && target != StudyTarget::Changed) return {};
+    if (!ReplacesMore(target)) return {};
     const ApplicationState& state = context.State;
     const std::string path = StudyGroupFolder(state) + NameOfStudy(state) + StudyExtension;
     return std::string("\n\n") +
@@ -42,8 +45,7 @@ bool SaveUnderItsName(AppContext& context, StudyTarget target) {
         return false;
     }
     // What was asked about may be replaced; what has come since may not.
-    const bool mayReplace = target == StudyTarget::Other || target == StudyTarget::Changed;
-    SaveStudy(context.State, context.Files, mayReplace ? Replacing::AnyFile : Replacing::OwnFile);
+    SaveStudy(context.State, context.Files, ReplacesMore(target) ? Replacing::AnyFile : Replacing::OwnFile);
     return true;
 }
 
@@ -117,11 +119,8 @@ void ExportRunList(AppContext& context) {
     bool isWritten = false;
     context.Work.Run("Exporting the run list to " + LastComponent(path),
                      [&, settings = context.State.Settings](FileSystem& files, const Progress& progress) {
-                         const auto rows = MakeRunListRows(copy, files, folder, settings, progress);
-                         if (!progress(1, 1)) return;
-                         const OutgoingTable table = StudyTable(copy, rows, folder, UnitsOf(settings));
-                         WriteFile(files, path, EncodeTable(path, table, context.Sheets), AsItStands(files, path));
-                         isWritten = true;
+                         isWritten =
+                             ExportStudy(files, copy, folder, settings, path, context.Sheets, progress).has_value();
                      });
     if (isWritten) context.Messages.Tell("The run list was exported to:\n" + path);
 }

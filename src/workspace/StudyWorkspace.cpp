@@ -93,13 +93,12 @@ void PutReplacedStudyBack(ApplicationState& state, FileSystem& files) {
     const std::string companion = FolderOf(path) + BaseName(path) + CompanionExtension;
     const auto lock = files.Lock(FolderOf(path));
     const auto batch = files.BeginWrites();
-    AddBackup(*batch, files, path);
-    batch->Add(path, ReadWholeFile(files, state.Replaced.Path), AsItStands(files, path));
+    batch->Add(path, ReadWholeFile(files, state.Replaced.Path), AddBackup(*batch, files, path).Original);
     const bool hadCompanion = !state.Replaced.Companion.empty();
-    if (FileExists(files, companion)) AddBackup(*batch, files, companion);
-    if (hadCompanion || FileExists(files, companion))
+    const bool hasCompanion = FileExists(files, companion);
+    if (hadCompanion || hasCompanion)
         batch->Add(companion, hadCompanion ? ReadWholeFile(files, state.Replaced.Companion) : EncodeCompanion(Study()),
-                   AsItStands(files, companion));
+                   hasCompanion ? AddBackup(*batch, files, companion).Original : Expected::Nothing());
     batch->Commit();
     state.Replaced = {};
     state.CurrentStudy.Stored.reset();

@@ -17,13 +17,15 @@
 #include "core/RunTimeError.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
+#include "core/forms/WaitCursor.h"
 
 namespace vantor {
 namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto Unnoticed = 100ms;
+/// The window takes no events for that long, so that short works show no cursor.
+constexpr auto Unnoticed = 40ms;
 constexpr auto UntilShown = 500ms;
 constexpr auto BetweenLooks = 20ms;
 constexpr int Steps = 1000;
@@ -75,14 +77,6 @@ private:
     QLabel* lblWork_;
     QProgressBar* prgWork_;
     QPushButton* BtnStop_;
-};
-
-class WaitCursor {
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
 };
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,12 @@ struct Prompt {
     std::vector<std::string> Captions = {};
 };
 
+/// A text about one of several things.
+struct NamedText {
+    std::string Name;
+    std::string Text;
+};
+
 /// Modal message boxes. Esc answers with the harmless button: Ok, No or Cancel.
 class MessageBoxes {
 public:
@@ -33,6 +40,8 @@ public:
     bool Confirm(const std::string& question) {
         return Ask({question, MessageButtons::YesNo, MessageIcon::Question}) == MessageAnswer::Yes;
     }
+    /// One warning after another, until the user has enough of them or, asked after each, `goesOn` says no.
+    void WarnOfEach(const std::vector<NamedText>& texts, const std::function<bool()>& goesOn);
     /// Whether to save what was changed before a screen is left: Yes, No, or Cancel to stay.
     MessageAnswer AskToSave(const std::string& question) {
         return Ask({question, MessageButtons::YesNoCancel, MessageIcon::Question});

@@ -117,8 +117,7 @@ bool LogListing::TellNext(const std::shared_ptr<Listing>& listing) {
     // Its end, too, is only told when all that was read before is.
     const bool isAtEnd = listing->IsAtEnd;
     if (auto log = listing->TakeRead()) {
-        OnBegun(log->FileName);
-        if (!listing->IsStopped) OnRead(*log);
+        OnRead(*log);
         return true;
     }
     if (!isAtEnd && work_->IsBusy()) return false;

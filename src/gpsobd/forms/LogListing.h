@@ -36,7 +36,6 @@ public:
     void Start(const std::string& folder, std::vector<std::string> fileNames);
     void Stop();
 
-    std::function<void(const std::string& fileName)> OnBegun;
     std::function<void(const ListedLog& log)> OnRead;
     /// Called now and then while log `number`, from 1, of `count` is read, once the listing takes long enough to be
     /// noticed.

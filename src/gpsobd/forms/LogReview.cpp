@@ -20,7 +20,6 @@
 #include "gpsobd/LogPoints.h"
 #include "gpsobd/PalmDatabase.h"
 #include "gpsobd/forms/ReviewRuns.h"
-#include "gpsobd/forms/WaitCursor.h"
 
 namespace vantor {
 namespace {

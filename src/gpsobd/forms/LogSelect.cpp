@@ -138,8 +138,10 @@ QLayout* LogSelect::BuildButtons() {
 void LogSelect::ConnectControls() {
     MessageBoxes& messages = context_.Messages;
     tree_->OnChosen = [this, &messages](const std::string& folder) { Guarded(messages, [&] { ListFolder(folder); }); };
-    listing_.OnBegun = [this](const std::string& fileName) { AddLog(fileName); };
-    listing_.OnRead = [this](const ListedLog& log) { ShowLog(log); };
+    listing_.OnRead = [this](const ListedLog& log) {
+        AddRow(log.FileName);
+        ShowLog(log);
+    };
     listing_.OnProgress = [this](std::size_t number, std::size_t count) {
         lblProgress_->setText(tr("Reading %1 of %2...").arg(number).arg(count));
     };
@@ -230,7 +232,7 @@ void LogSelect::ListFolder(const std::string& folder) {
     listing_.Start(folder, std::move(fileNames));
 }
 
-void LogSelect::AddLog(const std::string& fileName) {
+void LogSelect::AddRow(const std::string& fileName) {
     const int row = grid_->AddRow();
     for (int column = 0; column < grid_->columnCount(); ++column) {
         const LogColumn shows = ColumnAt(column);
@@ -247,21 +249,13 @@ void LogSelect::ShowLog(const ListedLog& log) {
     const int row = grid_->rowCount() - 1;
     if (log.Summary) SetSummary(row, *log.Summary);
     if (!log.Note.empty()) SetNote(row, ToQt(log.Note));
-    if (!log.Summary && !log.IsOfOtherKind && screen_.Device != nullptr) unreadable_.push_back(log.FileName);
+    if (!log.Summary && !log.IsOfOtherKind && screen_.Device != nullptr)
+        unreadable_.push_back({log.FileName, "unable to open " + log.FileName});
 }
 
-/// One message a database until the user has enough of them.
 void LogSelect::TellUnreadable() {
     const QPointer<LogSelect> self(this);
-    AppContext& context = context_;
-    const std::vector<std::string> all = std::exchange(unreadable_, {});
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        Prompt prompt{"unable to open " + all[i], MessageButtons::Ok, MessageIcon::Warning};
-        const std::size_t others = all.size() - i - 1;
-        if (others > 0) prompt.Tick = "Not for the other " + std::to_string(others);
-        for (std::size_t other = i + 1; other < all.size(); ++other) prompt.Details += all[other] + "\n";
-        if (context.Messages.Ask(prompt) == MessageAnswer::OkForAll || !self) return;
-    }
+    context_.Messages.WarnOfEach(std::exchange(unreadable_, {}), [self] { return !self.isNull(); });
 }
 
 void LogSelect::SetSummary(int row, const LogSummary& summary) {

@@ -39,7 +39,7 @@ private:
     void DelayXMsec(std::int16_t milliseconds);
     void OpenFieldDataFolder();
     void ListFolder(const std::string& folder);
-    void AddLog(const std::string& fileName);
+    void AddRow(const std::string& fileName);
     void ShowLog(const ListedLog& log);
     void SetSummary(int row, const LogSummary& summary);
     void SetNote(int row, const QString& note);
@@ -61,7 +61,7 @@ private:
     QPushButton* BtnSelect_ = nullptr;
     QPushButton* BtnCancel_ = nullptr;
     QString emptyText_;
-    std::vector<std::string> unreadable_;  ///< databases of the folder, in the order they were read
+    std::vector<NamedText> unreadable_;  ///< databases of the folder, in the order they were read
     bool isLoaded_ = false;
 };
 

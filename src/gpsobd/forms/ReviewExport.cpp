@@ -3,7 +3,7 @@
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
 #include "core/TableFile.h"
-#include "gpsobd/forms/WaitCursor.h"
+#include "core/forms/WaitCursor.h"
 
 namespace vantor {
 namespace {

@@ -297,23 +297,15 @@ void frmMain::Undo() {
 
 void frmMain::TellMissingRuns() {
     const std::vector<RunListRow>& rows = vaRunList_->Rows();
-    std::vector<std::string> missing;
+    std::vector<NamedText> missing;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const std::string name = RunFileName(context_.State.CurrentStudy.Entries[static_cast<int>(i) + 1]);
         // A study that was cut short has entries without a name: the status bar tells of them.
         if (name.empty() || (rows[i].State != RunState::Missing && IsSafeName(name))) continue;
-        if (toldRuns_.insert(FoldCase(name)).second) missing.push_back(name);
+        if (toldRuns_.insert(FoldCase(name)).second)
+            missing.push_back({name, IsSafeName(name) ? MissingRunText(name) : UnsafeNameMessage(name)});
     }
-    for (std::size_t i = 0; i < missing.size(); ++i) {
-        const std::size_t others = missing.size() - i - 1;
-        Prompt prompt{IsSafeName(missing[i]) ? MissingRunText(missing[i]) : UnsafeNameMessage(missing[i]),
-                      MessageButtons::Ok, MessageIcon::Warning};
-        if (others > 0) {
-            prompt.Tick = "Not for the other " + std::to_string(others);
-            prompt.Details = Joined({missing.begin() + static_cast<std::ptrdiff_t>(i), missing.end()}, "\n");
-        }
-        if (context_.Messages.Ask(prompt) == MessageAnswer::OkForAll) return;
-    }
+    context_.Messages.WarnOfEach(missing, [] { return true; });
 }
 
 void frmMain::ToolbarButtonClick(int index) {
