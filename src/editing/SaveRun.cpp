@@ -118,6 +118,8 @@ RunSaved SaveRun(ApplicationState& state, FileSystem& files, RunRecord edited, c
     if (save.Entry != 0) entry = EntryAfter(state, edited, save);
 
     const std::string folder = StudyGroupFolder(state);
+    // Held until the stamp is taken, which would else be that of what came in between.
+    const auto lock = files.Lock(folder);
     RunSaved saved;
     const Expected expected = ExpectedFile(state, files, folder, name);
     if (save.KeepsBackup && expected.File)

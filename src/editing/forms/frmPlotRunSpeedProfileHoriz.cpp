@@ -101,6 +101,8 @@ void frmPlotRunSpeedProfileHoriz::CutToBoundaries() {
                                    "\nto the part between its boundaries?\n\nThe untrimmed run is kept as " +
                                    LastComponent(FreeBackupPath(context_.Files, path)) + "."))
         return;
+    // Held until the stamp is taken, which would else be that of what came in between.
+    const auto lock = context_.Files.Lock(folder);
     const auto stamp = context_.State.CurrentRunStamp;
     ReplaceRunFile(context_.Files, trimmed.Run, folder, name,
                    stamp ? Expected::Unchanged(*stamp) : AsItStands(context_.Files, path));

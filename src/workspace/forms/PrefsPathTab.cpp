@@ -179,13 +179,11 @@ void PrefsPathTab::AcceptTyped(PathBox& box) {
     Mark(nullptr);
 }
 
-bool PrefsPathTab::IsAccepted() {
-    for (const PathField* field : fields_) {
-        if (field->IsAccepted()) continue;
-        field->Box->setFocus();
-        return false;
-    }
-    return true;
+bool PrefsPathTab::IsAccepted() const { return std::ranges::all_of(fields_, &PathField::IsAccepted); }
+
+void PrefsPathTab::FocusRefused() {
+    const auto refused = std::ranges::find_if_not(fields_, &PathField::IsAccepted);
+    if (refused != fields_.end()) (*refused)->Box->setFocus();
 }
 
 bool PrefsPathTab::IsToBeMade(const std::string& folder) const {

@@ -20,8 +20,10 @@ class PrefsPathTab : public QWidget {
 public:
     PrefsPathTab(QWidget* parent, AppContext& context);
 
-    /// False when a box holds a folder that the user has to change or to insist on; it has the focus then.
-    bool IsAccepted();
+    /// False when a box holds a folder that the user has to change or to insist on.
+    bool IsAccepted() const;
+    /// Puts the focus into the first such box.
+    void FocusRefused();
     /// The trimmed folders: a new Study Group root into the record, the others into the working copies.
     void Take(Preferences& preferences) const;
     /// True for a folder that is to be made without asking: the user chose it by the bar.

@@ -117,7 +117,7 @@ void frmPrefs::OfferMissingFolders(const Preferences& preferences) {
 void frmPrefs::Save(bool restarts) {
     if (!paths_->IsAccepted()) {
         tabPrefs_->setCurrentIndex(0);
-        paths_->IsAccepted();  // the focus goes to a box that is seen
+        paths_->FocusRefused();
         return context_.DesktopServices.Beep();
     }
     RemindOfRoot();
