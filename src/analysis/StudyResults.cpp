@@ -45,6 +45,13 @@ StopDelayBasis BasisOf(const StudyRunEntry& entry, const AppSettings& settings) 
     return *entry.StopDelayThreshold == settings.StopSpeedThreshold ? StopDelayBasis::Present : StopDelayBasis::Other;
 }
 
+RunFacts NotReadFacts() {
+    RunFacts facts;
+    facts.Outcome = RunOutcome::Unreadable;
+    facts.Problem = "The reading of the runs was stopped. View > Study Statistics reads them again.";
+    return facts;
+}
+
 std::string RunsText(std::ptrdiff_t count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
 
 }  // namespace
@@ -83,11 +90,23 @@ std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& fi
     std::vector<RunListRow> rows;
     rows.reserve(study.RunNames.size());
     const auto count = static_cast<std::uint64_t>(study.Record.RunCount);
-    for (int i = 1; i <= study.Record.RunCount && progress(static_cast<std::uint64_t>(i - 1), count); ++i) {
+    bool goesOn = true;
+    for (int i = 1; i <= study.Record.RunCount; ++i) {
         const StudyRunEntry& entry = study.Entries[i];
-        rows.push_back(MakeRunListRow(entry, ReadRunFacts(files, folder, entry, settings), settings));
+        goesOn = goesOn && progress(static_cast<std::uint64_t>(i - 1), count);
+        rows.push_back(
+            MakeRunListRow(entry, goesOn ? ReadRunFacts(files, folder, entry, settings) : NotReadFacts(), settings));
     }
     return rows;
+}
+
+RunList ReadRunList(LongWork& work, const Study& study, const std::string& folder, const AppSettings& settings) {
+    RunList list;
+    list.IsWhole = work.Run("Reading the runs of the study",
+                            [&rows = list.Rows, study, folder, settings](FileSystem& files, const Progress& progress) {
+                                rows = MakeRunListRows(study, files, folder, settings, progress);
+                            });
+    return list;
 }
 
 std::string AverageWithoutWarned(const std::vector<RunListRow>& rows) {

@@ -10,6 +10,7 @@
 #include "core/Progress.h"
 #include "core/StudyRecords.h"
 #include "core/ports/FileSystem.h"
+#include "core/ports/LongWork.h"
 
 namespace vantor {
 
@@ -53,9 +54,16 @@ struct ResultLabels {
 
 RunListRow MakeRunListRow(const StudyRunEntry& entry, RunFacts facts, const AppSettings& settings);
 
-/// A row for each run of the study, read from its files in `folder`. Stopped, those of the runs read by then.
+/// A row for each run of the study, read from its files in `folder`. Stopped, the runs not read by then are Unreadable.
 std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& files, const std::string& folder,
                                         const AppSettings& settings, const Progress& progress = {});
+
+struct RunList {
+    std::vector<RunListRow> Rows;  ///< one for each run of the study
+    bool IsWhole = true;           ///< false when the user stopped the reading: averages of the rows mean nothing
+};
+/// MakeRunListRows as long work.
+RunList ReadRunList(LongWork& work, const Study& study, const std::string& folder, const AppSettings& settings);
 
 /// Averages the counted rows into the study's record and the labels. With no counted row nothing changes; with an
 /// average stop delay of 0 the ratio stays as it was. Error 6 for a sum that does not fit.

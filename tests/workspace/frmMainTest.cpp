@@ -102,6 +102,20 @@ TEST_F(Starting, AGivenStudyIsOpenedInPlaceOfTheStartUpScreen) {
     EXPECT_EQ(Current().Record.RunCount, 0);
 }
 
+TEST_F(MainWindow, AReadingOfRunsThatWasStoppedGivesNoFigures) {
+    StartWith({{"R1", 15}, {"R2", 25}});
+    EXPECT_EQ(Label("lblAvgContDelay"), " 20");
+    Work.AsksBeforeStop = 1;
+    Choose("mnuViewStatistics");
+    EXPECT_EQ(Cell(0, 7), "Counted");
+    EXPECT_EQ(Cell(1, 7), "Unreadable");
+    EXPECT_EQ(Label("lblAvgContDelay"), "");
+    EXPECT_EQ(Current().Record.StudyAvgControlDelay, 20);
+    Work.AsksBeforeStop = 100;
+    Choose("mnuViewStatistics");
+    EXPECT_EQ(Label("lblAvgContDelay"), " 20");
+}
+
 TEST_F(MainWindow, CarriesOutWhatIsChosenOnTheStartUpScreen) {
     StartWith({{"R1", 15}});
     Press("BtnDeleteRun");

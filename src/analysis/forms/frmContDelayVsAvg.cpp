@@ -22,8 +22,8 @@ constexpr const char* CountedOnlyKey = "frmContDelayVsAvg.countedOnly";
 
 frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
     : context_(context),
-      rows_(MakeRunListRows(context.State.CurrentStudy, context.Files, StudyGroupFolder(context.State),
-                            context.State.Settings)),
+      runs_(ReadRunList(context.Work, context.State.CurrentStudy, StudyGroupFolder(context.State),
+                        context.State.Settings)),
       plot_(new DelayChartPlot(this)) {
     setObjectName(QStringLiteral("frmContDelayVsAvg"));
     setWindowTitle(QStringLiteral("Control Delays & Running Avg. for Current Study"));
@@ -45,6 +45,8 @@ frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
     plot_->setFocus();
     resize(960, 640);
     RememberLayout(*this, context.Memory);
+    // A running average over a part of the runs would be taken for one over all.
+    if (!runs_.IsWhole) QMetaObject::invokeMethod(this, &QDialog::reject, Qt::QueuedConnection);
 }
 
 QLayout* frmContDelayVsAvg::BuildLegend() {
@@ -102,7 +104,7 @@ QLayout* frmContDelayVsAvg::BuildButtons() {
     row->addStretch();
     for (QPushButton* button : {BtnCopyPicture, BtnCopyValues, BtnSave}) {
         button->setAutoDefault(false);
-        button->setEnabled(!rows_.empty());
+        button->setEnabled(!runs_.Rows.empty());
         row->addWidget(button);
     }
     row->addWidget(btnExit);
@@ -111,7 +113,7 @@ QLayout* frmContDelayVsAvg::BuildButtons() {
 
 void frmContDelayVsAvg::ShowSeries() {
     const DelayRuns shown = chkCountedOnly_->isChecked() ? DelayRuns::Counted : DelayRuns::All;
-    plot_->Show(DelaySeries(context_.State.CurrentStudy, rows_, shown));
+    plot_->Show(DelaySeries(context_.State.CurrentStudy, runs_.Rows, shown));
     legendNotCounted_->setVisible(Series().ShowsNotCounted());
     ShowReadOut();
 }
@@ -119,7 +121,7 @@ void frmContDelayVsAvg::ShowSeries() {
 void frmContDelayVsAvg::ShowReadOut() {
     const int count = Series().RunCount();
     if (count == 0) {
-        lblReadOut_->setText(rows_.empty() ? QStringLiteral("Add runs to the study to see their control delays.")
+        lblReadOut_->setText(runs_.Rows.empty() ? QStringLiteral("Add runs to the study to see their control delays.")
                                            : QStringLiteral("No run of the study is counted."));
         return plot_->setAccessibleDescription(lblReadOut_->text());
     }

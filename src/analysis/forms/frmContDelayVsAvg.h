@@ -26,7 +26,7 @@ private:
     void Save();
 
     AppContext& context_;
-    const std::vector<RunListRow> rows_;
+    const RunList runs_;
     DelayChartPlot* plot_ = nullptr;
     QCheckBox* chkCountedOnly_ = nullptr;
     QWidget* legendNotCounted_ = nullptr;

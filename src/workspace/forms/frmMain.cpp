@@ -222,20 +222,34 @@ void frmMain::ShowStudy() {
     toldRuns_.clear();
     OfferUndo(std::nullopt);
     details_->ShowStudy();
+    // While the runs are read, those of the study before do not stand under this one's name.
+    ShowRunList({});
     RefreshStudyResults();
 }
 
 void frmMain::RefreshStudyResults() {
-    Study& study = context_.State.CurrentStudy;
-    std::vector<RunListRow> rows;
+    const ApplicationState& state = context_.State;
+    RunList list;
     Guarded(context_.Messages, [&] {
-        rows = MakeRunListRows(study, context_.Files, StudyGroupFolder(context_.State), context_.State.Settings);
+        list = ReadRunList(context_.Work, state.CurrentStudy, StudyGroupFolder(state), state.Settings);
     });
-    vaRunList_->SetRows(std::move(rows));
-    vaRunList_->ShowStopDelay(context_.State.Settings.EnableStopDelay != 0);
-    Guarded(context_.Messages, [&] { ComputeStudyResults(study, vaRunList_->Rows(), labels_); });
-    results_->ShowResults(labels_, context_.State.Settings);
-    results_->ShowConditions(AverageWithoutWarned(vaRunList_->Rows()), OtherThresholds(vaRunList_->Rows()));
+    ShowRunList(std::move(list));
+    TellMissingRuns();
+}
+
+void frmMain::ShowRunList(RunList list) {
+    const AppSettings& settings = context_.State.Settings;
+    vaRunList_->SetRows(std::move(list.Rows));
+    vaRunList_->ShowStopDelay(settings.EnableStopDelay != 0);
+    const std::vector<RunListRow>& rows = vaRunList_->Rows();
+    if (list.IsWhole) {
+        Guarded(context_.Messages, [&] { ComputeStudyResults(context_.State.CurrentStudy, rows, labels_); });
+        results_->ShowConditions(AverageWithoutWarned(rows), OtherThresholds(rows));
+    } else {
+        labels_ = {};
+        results_->ShowConditions("not all runs were read", {});
+    }
+    results_->ShowResults(labels_, settings);
     const bool hasRuns = vaRunList_->ActiveRun() != 0;
     btnDeleteRun_->setEnabled(hasRuns);
     btnShowDetails_->setEnabled(hasRuns);
@@ -244,10 +258,9 @@ void frmMain::RefreshStudyResults() {
     mnuRunUndo_->setEnabled(undo_.has_value());
     menu_->SetToolbarButtonEnabled(ShowDetailsButton, hasRuns);
     const bool hasCounted =
-        std::ranges::any_of(vaRunList_->Rows(), [](const RunListRow& row) { return row.State == RunState::Counted; });
+        std::ranges::any_of(rows, [](const RunListRow& row) { return row.State == RunState::Counted; });
     lblNoneCounted_->setVisible(hasRuns && !hasCounted);
     ShowStatus();
-    TellMissingRuns();
 }
 
 void frmMain::ComputeStopDelaysAnew() {

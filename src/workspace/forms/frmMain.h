@@ -42,7 +42,7 @@ public:
     /// A click on button `index` of the toolbar, from 1, separators counted.
     void ToolbarButtonClick(int index);
 
-    /// Fills the run list from the run files and computes the study's figures. A run file that is missing is told of
+    /// Fills the run list from the run files and computes the figures of the study. A run file that is missing is told of
     /// once for each study that is loaded.
     void RefreshStudyResults();
 
@@ -66,6 +66,7 @@ private:
     /// Does what may put another study in the current one's place, and shows that one.
     void ShowStudyAfter(const std::function<void()>& action);
     void ShowStudy();
+    void ShowRunList(RunList list);
     void ShowStatus();
     void TellMissingRuns();
     void ComputeStopDelaysAnew();
