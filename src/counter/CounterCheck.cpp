@@ -25,7 +25,7 @@ std::string ReasonOf(const RunTimeError& fault) {
 
 }  // namespace
 
-CounterCheck CheckCounterFile(const FileSystem& files, const std::string& path) {
+CounterCheck CheckCounterFile(const FileSystem& files, const std::string& path, const Progress& progress) {
     DelimitedReader fields(files.Open(path));
     RunRecord scratch;
     std::string start;
@@ -36,6 +36,7 @@ CounterCheck CheckCounterFile(const FileSystem& files, const std::string& path) 
         while ((read = ReadCounterRecord(fields, scratch, start)) == CounterRecord::Whole) {
             ++check.Runs;
             lastBegin = std::exchange(check.WholeBytes, fields.Position());
+            if (!progress(fields.Position(), fields.Size())) return check;
         }
         if (read == CounterRecord::EndMark) return check;
     } catch (const RunTimeError& fault) {
@@ -60,18 +61,23 @@ std::string SetAside(FileSystem& files, const std::string& path) {
     return aside;
 }
 
-std::string KeepWholeRuns(FileSystem& files, const std::string& path, const CounterCheck& check) {
+std::string KeepWholeRuns(FileSystem& files, const std::string& path, const CounterCheck& check,
+                          const Progress& progress) {
     std::vector<std::byte> whole = ReadFirstBytes(files, path, check.WholeBytes);
     const std::string end = std::string(CounterEndMark) + "\r\n";
     const auto endBytes = std::as_bytes(std::span(end));
     whole.insert(whole.end(), endBytes.begin(), endBytes.end());
     std::string aside = SetAside(files, path);
+    bool isWritten = false;
     try {
-        WriteFile(files, path, whole, Expected::Nothing());
+        const auto writes = files.BeginWrites();
+        writes->Add(path, whole, Expected::Nothing());
+        isWritten = writes->Commit(progress);
     } catch (const RunTimeError&) {
         files.Rename(aside, path);
         throw;
     }
+    if (!isWritten) files.Rename(std::exchange(aside, {}), path);
     return aside;
 }
 

@@ -35,7 +35,12 @@ Prompt QuestionOn(const std::string& path, const CounterCheck& check) {
 }
 
 void ConvertWholeRuns(AppContext& context, const std::string& path, const CounterCheck& check) {
-    KeepWholeRuns(context.Files, path, check);
+    std::string aside;
+    context.Work.Run("Keeping the whole runs of counter file " + BaseName(path),
+                     [&](FileSystem& files, const Progress& progress) {
+                         aside = KeepWholeRuns(files, path, check, progress);
+                     });
+    if (aside.empty()) return;
     context.State.Choices = ForgetDamagedFile(context.Files);
     ApplicationState& state = context.State;
     state.GpsObdUpload = false;
@@ -46,7 +51,11 @@ void ConvertWholeRuns(AppContext& context, const std::string& path, const Counte
 }
 
 void Offer(AppContext& context, const std::string& path) {
-    const CounterCheck check = CheckCounterFile(context.Files, path);
+    CounterCheck check;
+    const bool isChecked = context.Work.Run(
+        "Checking counter file " + BaseName(path),
+        [&](FileSystem& files, const Progress& progress) { check = CheckCounterFile(files, path, progress); });
+    if (!isChecked) return;
     if (!check.Fault) {
         context.State.Choices = ForgetDamagedFile(context.Files);
         return;

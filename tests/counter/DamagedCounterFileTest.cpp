@@ -51,6 +51,12 @@ TEST_F(DamagedCounterFile, GoesOnWithTheWholeRunsBeforeTheFault) {
     Program.Files.FailChangeAfter(1, ErrorNumber::DiskFull);
     EXPECT_THROW(OfferDamagedCounterFile(Program.Context), RunTimeError);
     EXPECT_EQ(Program.Files.Bytes(Path), BytesOf(Whole + "X,001")) << "back where it was";
+
+    Program.Messages.Expect(Question("3", "2 whole runs stand before it.", Converting), MessageAnswer::Yes);
+    Program.Work.AsksBeforeStop = 2;
+    OfferDamagedCounterFile(Program.Context);
+    EXPECT_EQ(Program.Files.Bytes(Path), BytesOf(Whole + "X,001")) << "stopped after the check";
+    EXPECT_TRUE(IsNoted());
 }
 
 TEST_F(DamagedCounterFile, IsSetAsideOrLeftAsTheUserWants) {
