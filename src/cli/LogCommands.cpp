@@ -140,7 +140,7 @@ int ConvertLog(CommandContext& context, const LogArguments& arguments, const std
     const std::vector<LogGap> gaps = fillsBySpeed ? std::vector<LogGap>() : FindGaps(log);
     NameGaps(context.Err, path, gaps);
     const auto names =
-        WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings, MadeBefore::Kept, context.Work);
+        WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings, {}, context.Work);
     if (names.empty() && !context.Work(1, 1)) return Stopped;
     context.Print(names);
     return Done;

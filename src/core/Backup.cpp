@@ -55,13 +55,14 @@ KeptFile AddBackup(WriteBatch& batch, const FileSystem& files, const std::string
     return kept;
 }
 
-void WriteKeepingOld(FileSystem& files, const std::string& path, std::span<const std::byte> bytes) {
+bool WriteKeepingOld(FileSystem& files, const std::string& path, std::span<const std::byte> bytes,
+                     const Progress& progress) {
     const auto batch = files.BeginWrites();
     Expected there = AsItStands(files, path);
-    if (there.File == StampOf(bytes)) return;
+    if (there.File == StampOf(bytes)) return true;
     if (there.File) there = AddBackup(*batch, files, path).Original;
     batch->Add(path, bytes, there);
-    batch->Commit();
+    return batch->Commit(progress);
 }
 
 std::vector<std::string> BackupsOf(const FileSystem& files, const std::string& path) {

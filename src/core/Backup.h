@@ -21,8 +21,9 @@ struct KeptFile {
 KeptFile AddBackup(WriteBatch& batch, const FileSystem& files, const std::string& path);
 
 /// Writes a file whole. One that is there already is kept as a backup, unless it holds these bytes: then it is left
-/// alone.
-void WriteKeepingOld(FileSystem& files, const std::string& path, std::span<const std::byte> bytes);
+/// alone. False when it was stopped: nothing is written then.
+bool WriteKeepingOld(FileSystem& files, const std::string& path, std::span<const std::byte> bytes,
+                     const Progress& progress = {});
 
 /// The backups of the file at `path` that exist, the newest number first; of "A.rd2" also the older form "A.bak", last.
 std::vector<std::string> BackupsOf(const FileSystem& files, const std::string& path);

@@ -88,8 +88,8 @@ LogKind LogKindOf(const LogSources& sources, const std::string& path) {
         "The name is none of a log. Logs end in .gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb or .pdb.\n" + path);
 }
 
-void WriteFieldLog(FileSystem& files, const FieldLog& log) {
-    WriteKeepingOld(files, log.Folder + log.Name + WrittenExtension(log.Kind), EncodeLaptopLog(log));
+bool WriteFieldLog(FileSystem& files, const FieldLog& log, const Progress& progress) {
+    return WriteKeepingOld(files, log.Folder + log.Name + WrittenExtension(log.Kind), EncodeLaptopLog(log), progress);
 }
 
 FieldLog NewFieldLog(LogKind kind, const std::string& path) {

@@ -91,8 +91,8 @@ LogKind LogKindOf(const LogSources& sources, const std::string& path);
 /// Writes a log in its current form beside its source: GPS, Battelle and handheld GPS logs as ".gd2", OBD logs as
 /// ".od2", combined logs as ".ddf"; format number 2, headers as they were. A file of that name is kept as a numbered
 /// backup; one that holds these bytes already is left alone. Points outside any run were left out when the log was
-/// read, so they are not in the written one.
-void WriteFieldLog(FileSystem& files, const FieldLog& log);
+/// read, so they are not in the written one. False when it was stopped: nothing is written then.
+bool WriteFieldLog(FileSystem& files, const FieldLog& log, const Progress& progress = {});
 
 // What holds for every source of a log, for the readers.
 

@@ -139,35 +139,43 @@ RunSeconds SecondsOfRun(LogKind kind, const RunPoints& points) {
     return run;
 }
 
-/// The name of a run's file, of characters that the name of a file can hold: of those that exist the first one that
-/// `isTaken` takes, else one that does not exist.
-template <class Test>
-std::string RunFileName(const FileSystem& files, const std::string& folder, const FieldLog& log, std::int16_t number,
-                        Test isTaken) {
-    std::string name = WithSafeCharacters(BaseName(log) + "-R" + ZeroPadded(number, 3));
-    // Two dots in a row would be taken for a way out of the folder.
-    for (std::size_t at = name.find(".."); at != std::string::npos; at = name.find("..")) name.replace(at, 2, "__");
-    for (bool isFirst = true; FileExists(files, folder + name + RunExtension) && !isTaken(name); isFirst = false)
-        name = isFirst ? name + "-1" : NextName(name);
-    return name;
+/// The names that the file of a run can have, of characters that the name of a file can hold.
+class RunFileNames {
+public:
+    RunFileNames(const FieldLog& log, std::int16_t number)
+        : first_(WithSafeCharacters(BaseName(log) + "-R" + ZeroPadded(number, 3))) {
+        // Two dots in a row would be taken for a way out of the folder.
+        for (std::size_t at = first_.find(".."); at != std::string::npos; at = first_.find(".."))
+            first_.replace(at, 2, "__");
+    }
+    /// "Log-R001", then "Log-R001-1", "Log-R001-2".
+    std::string operator[](int index) const { return index == 0 ? first_ : first_ + "-" + std::to_string(index); }
+
+private:
+    std::string first_;
+};
+
+bool Exists(const FileSystem& files, const std::string& folder, const std::string& name) {
+    return FileExists(files, folder + name + RunExtension);
 }
 
-/// The name of the file that a run was written to before; empty where there is none.
-std::string MadeBeforeAs(const FileSystem& files, const std::string& folder, const FieldLog& log, std::int16_t number,
-                         const RunPoints& points) {
-    const auto secondOf = [&](const LogPoint* point) { return SecondsOf(log.Kind, *point); };
-    const std::int64_t first = secondOf(*std::ranges::min_element(points, {}, secondOf));
-    const std::int64_t last = secondOf(*std::ranges::max_element(points, {}, secondOf));
-    bool isFound = false;
-    std::string name = RunFileName(files, folder, log, number, [&](const std::string& there) {
-        const RunReading reading = ReadRun(files, folder, there, RunPart::Header);
-        if (!reading) return false;
-        const RunHeader& header = reading.Run.Header;
-        const std::int64_t start = WholeSecondsOf({header.RunDate.Days + header.RunTime.Days});
-        isFound = start <= last && start + header.SampleCount > first;
-        return isFound;
-    });
-    return isFound ? name : std::string();
+/// The seconds from the first to the last point of a run.
+struct TimeSpan {
+    std::int64_t First = 0;
+    std::int64_t Last = 0;
+};
+
+TimeSpan TimeSpanOf(LogKind kind, const RunPoints& points) {
+    const auto secondOf = [&](const LogPoint* point) { return SecondsOf(kind, *point); };
+    const auto [first, last] = std::ranges::minmax_element(points, {}, secondOf);
+    return {secondOf(*first), secondOf(*last)};
+}
+
+bool IsOfTime(const RunReading& reading, const TimeSpan& time) {
+    if (!reading) return false;
+    const RunHeader& header = reading.Run.Header;
+    const std::int64_t start = WholeSecondsOf({header.RunDate.Days + header.RunTime.Days});
+    return start <= time.Last && start + header.SampleCount > time.First;
 }
 
 }  // namespace
@@ -217,17 +225,21 @@ std::vector<std::string> RunsTooLong(const FieldLog& reviewed) {
     return problems;
 }
 
-std::vector<std::string> RunsMadeBefore(const FileSystem& files, const FieldLog& reviewed, const std::string& folder) {
-    std::vector<std::string> names;
-    for (const auto& [number, points] : PointsOfRuns(reviewed))
-        if (std::string name = MadeBeforeAs(files, AsFolder(folder), reviewed, number, points); !name.empty())
-            names.push_back(std::move(name));
-    return names;
+NamesOfRuns RunsMadeBefore(const FileSystem& files, const FieldLog& reviewed, const std::string& folder) {
+    const std::string there = AsFolder(folder);
+    NamesOfRuns found;
+    for (const auto& [number, points] : PointsOfRuns(reviewed)) {
+        const RunFileNames names(reviewed, number);
+        const TimeSpan time = TimeSpanOf(reviewed.Kind, points);
+        for (int i = 0; Exists(files, there, names[i]) && !found.contains(number); ++i)
+            if (IsOfTime(ReadRun(files, there, names[i], RunPart::Header), time)) found[number] = names[i];
+    }
+    return found;
 }
 
 std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
-                                      const std::string& folder, const AppSettings& settings, MadeBefore before,
-                                      const Progress& progress) {
+                                      const std::string& folder, const AppSettings& settings,
+                                      const NamesOfRuns& replaced, const Progress& progress) {
     constexpr double Written = 0.7;
     const Progress writing = progress.Part(0, Written);
     const std::string there = AsFolder(folder);
@@ -241,12 +253,15 @@ std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewe
         try {
             RunRecord run = MakeRun(reviewed, points, gaps, settings);
             std::string name;
-            if (before == MadeBefore::Replaced) name = MadeBeforeAs(files, there, reviewed, number, points);
             Expected expected = Expected::Nothing();
-            if (name.empty()) {
-                name = RunFileName(files, there, reviewed, number, [](const auto&) { return false; });
-            } else {
+            if (const auto before = replaced.find(number); before != replaced.end()) {
+                name = before->second;
                 expected = AddBackup(*batch, files, there + name + RunExtension).Original;
+            } else {
+                const RunFileNames candidates(reviewed, number);
+                int i = 0;
+                while (Exists(files, there, candidates[i])) ++i;
+                name = candidates[i];
             }
             AddRunFile(*batch, run, there, name, expected);
             names.push_back(name);

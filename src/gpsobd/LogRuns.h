@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -20,23 +23,19 @@ RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, std::span<c
 /// The runs of a log that are longer than 32767 seconds: for each a text with its number and its times.
 std::vector<std::string> RunsTooLong(const FieldLog& reviewed);
 
+/// Names of run files by the number of the run in its log.
+using NamesOfRuns = std::map<std::int16_t, std::string>;
 /// Run files of a log's runs that lie in a folder already: of their name, with or without a number behind it, and of a
-/// time that overlaps theirs. Their names in order of the runs.
-std::vector<std::string> RunsMadeBefore(const FileSystem& files, const FieldLog& reviewed, const std::string& folder);
-
-/// What becomes of the run files that RunsMadeBefore tells of.
-enum class MadeBefore {
-    Kept,
-    Replaced,  ///< each kept as a numbered backup
-};
+/// time that overlaps theirs.
+NamesOfRuns RunsMadeBefore(const FileSystem& files, const FieldLog& reviewed, const std::string& folder);
 
 /// Writes the runs of a log into a folder and returns their names, base name + "-R" + run number. Gaps are filled as
-/// `gaps` says, which FindGaps found; those that are not in it, by the speeds beside them, and are not noted. No other
-/// run file is replaced: a name that exists gets a number. All run files appear together (WriteBatch::Commit). A run
-/// that is too long is left out: the others are written, then it is error 6 that names the run. Stopped, it has written
-/// none.
+/// `gaps` says, which FindGaps found; those that are not in it, by the speeds beside them, and are not noted. A run file
+/// of `replaced` is replaced and kept as a numbered backup; of all others a name that exists gets a number. All run
+/// files appear together (WriteBatch::Commit). A run that is too long is left out: the others are written, then it is
+/// error 6 that names the run. Stopped, it has written none.
 std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
                                       const std::string& folder, const AppSettings& settings,
-                                      MadeBefore before = MadeBefore::Kept, const Progress& progress = {});
+                                      const NamesOfRuns& replaced = {}, const Progress& progress = {});
 
 }  // namespace vantor

@@ -12,6 +12,7 @@ namespace vantor {
 namespace {
 
 using testing::ElementsAre;
+using testing::Pair;
 
 struct Row {
     int Second;
@@ -156,8 +157,9 @@ TEST_F(LogRunsTest, ReplacesRunsMadeBeforeOnDemand) {
     Written(log);
     const auto old = Program.Files.Bytes("/start/Temp/Trip-R001.rd2");
     log.Points.erase(log.Points.begin());
-    EXPECT_THAT(before(), ElementsAre("Trip-R001", "Trip-R002")) << "of a drive that was made shorter since";
-    EXPECT_THAT(WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings, MadeBefore::Replaced),
+    EXPECT_THAT(before(), ElementsAre(Pair(1, "Trip-R001"), Pair(2, "Trip-R002")))
+        << "of a drive that was made shorter since";
+    EXPECT_THAT(WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings, before()),
                 ElementsAre("Trip-R001", "Trip-R002"));
     EXPECT_EQ(Program.Files.Bytes("/start/Temp/Trip-R001.rd2.bak"), old);
     EXPECT_EQ(ReadRun(Program.Files, "/start/Temp/Trip-R001.rd2").Run.Header.SampleCount, 1);
@@ -165,7 +167,7 @@ TEST_F(LogRunsTest, ReplacesRunsMadeBeforeOnDemand) {
     for (LogPoint& point : log.Points) point.Obd.DateTime.Days += 1;
     EXPECT_TRUE(before().empty()) << "another day's drives of the same name";
     EXPECT_THAT(Written(log), ElementsAre("Trip-R001-1", "Trip-R002-1"));
-    EXPECT_THAT(before(), ElementsAre("Trip-R001-1", "Trip-R002-1"));
+    EXPECT_THAT(before(), ElementsAre(Pair(1, "Trip-R001-1"), Pair(2, "Trip-R002-1")));
 }
 
 TEST_F(LogRunsTest, LeavesOutARunThatIsTooLong) {

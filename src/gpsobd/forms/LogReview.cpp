@@ -349,7 +349,7 @@ void LogReview::Change(const std::function<void(ReviewGrid&)>& change, const QSt
 }
 
 void LogReview::MakeRuns() {
-    if (!WriteReview(context_, model_.Grid().Edited(), model_.Grid().Gaps())) return;
+    if (!WriteReview(context_, model_.Grid())) return;
     context_.State.DataFileSelected = true;
     accept();
 }

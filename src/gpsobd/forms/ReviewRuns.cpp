@@ -1,6 +1,5 @@
 #include "gpsobd/forms/ReviewRuns.h"
 
-#include <algorithm>
 #include <optional>
 #include <string>
 
@@ -11,49 +10,69 @@
 namespace vantor {
 namespace {
 
-bool MayGoOn(MessageBoxes& messages, const std::vector<std::string>& tooLong, std::size_t runs) {
+/// What is to be written, and what is asked about before.
+struct ReviewedRuns {
+    FieldLog Log;
+    std::vector<LogGap> Gaps;
+    std::vector<std::string> TooLong;
+    std::size_t Count = 0;  ///< without those that are too long
+    NamesOfRuns MadeBefore;
+};
+
+ReviewedRuns RunsOf(const ReviewGrid& grid, const FileSystem& files, const std::string& folder) {
+    ReviewedRuns runs{grid.Edited(), grid.Gaps(), {}, 0, {}};
+    runs.TooLong = RunsTooLong(runs.Log);
+    runs.Count = PointsOfRuns(runs.Log).size() - runs.TooLong.size();
+    runs.MadeBefore = RunsMadeBefore(files, runs.Log, folder);
+    return runs;
+}
+
+bool MayGoOn(MessageBoxes& messages, const ReviewedRuns& runs) {
     std::string text;
-    for (const std::string& line : tooLong) text += line + "\n";
-    if (runs == 0) {
-        text += tooLong.empty() ? "There is no run to make: no row has a run number of 1 or more."
-                                : "Delete the rows whose times are wrong.";
+    for (const std::string& line : runs.TooLong) text += line + "\n";
+    if (runs.Count == 0) {
+        text += runs.TooLong.empty() ? "There is no run to make: no row has a run number of 1 or more."
+                                     : "Delete the rows whose times are wrong.";
         messages.Tell(text, MessageIcon::Warning);
         return false;
     }
-    return tooLong.empty() || messages.Confirm(text + "Do you want to make the other runs, without what is too long?");
+    return runs.TooLong.empty() ||
+           messages.Confirm(text + "Do you want to make the other runs, without what is too long?");
 }
 
-/// Nothing where the user wants to stay.
-std::optional<MadeBefore> AskAboutRunsMadeBefore(AppContext& context, const FieldLog& edited) {
-    const std::string& folder = context.State.Paths.TempRunsPath;
-    const std::vector<std::string> there = RunsMadeBefore(context.Files, edited, folder);
-    if (there.empty()) return MadeBefore::Kept;
+/// The run files to be replaced. Nothing where the user wants to stay.
+std::optional<NamesOfRuns> AskAboutRunsMadeBefore(AppContext& context, const NamesOfRuns& there) {
+    if (there.empty()) return there;
     constexpr std::size_t mostNames = 5;
     std::string names;
-    for (std::size_t i = 0; i < std::min(there.size(), mostNames); ++i) names += (i == 0 ? "" : ", ") + there[i];
+    std::size_t named = 0;
+    for (const auto& [number, name] : there)
+        if (named++ < mostNames) names += (names.empty() ? "" : ", ") + name;
     if (there.size() > mostNames) names += " and " + std::to_string(there.size() - mostNames) + " more";
     const MessageAnswer answer = context.Messages.Ask(
         {"These runs are in Temp already: " + names +
              ".\n\nDo you want to replace them?\nYes keeps the old files as .bak. No keeps both, the "
              "new ones with a number behind the name.\n\n" +
-             AsFolder(folder),
+             AsFolder(context.State.Paths.TempRunsPath),
          MessageButtons::YesNoCancel, MessageIcon::Question});
     if (answer == MessageAnswer::Cancel) return std::nullopt;
-    return answer == MessageAnswer::Yes ? MadeBefore::Replaced : MadeBefore::Kept;
+    return answer == MessageAnswer::Yes ? there : NamesOfRuns();
 }
 
-void WriteLogBack(AppContext& context, const FieldLog& edited, std::size_t runs) {
+void WriteLogBack(AppContext& context, const ReviewedRuns& runs) {
     MessageAnswer answer = MessageAnswer::Retry;
     while (answer == MessageAnswer::Retry) {
-        std::string problem;
+        bool isWritten = false;
+        std::string problem = "The writing was stopped.";
         try {
-            context.Work.Run("Writing log " + edited.Name,
-                             [&](FileSystem& files, const Progress&) { WriteFieldLog(files, edited); });
-            return;
+            context.Work.Run("Writing log " + runs.Log.Name, [&](FileSystem& files, const Progress& progress) {
+                isWritten = WriteFieldLog(files, runs.Log, progress);
+            });
         } catch (const RunTimeError& error) {
             problem = error.Message();
         }
-        answer = context.Messages.Ask({"The runs were made (" + std::to_string(runs) + ", in " +
+        if (isWritten) return;
+        answer = context.Messages.Ask({"The runs were made (" + std::to_string(runs.Count) + ", in " +
                                            AsFolder(context.State.Paths.TempRunsPath) +
                                            "), but the reviewed log could not be written back. It stands as it was "
                                            "before the review.\n\n" +
@@ -66,23 +85,28 @@ void WriteLogBack(AppContext& context, const FieldLog& edited, std::size_t runs)
 
 }  // namespace
 
-bool WriteReview(AppContext& context, const FieldLog& edited, const std::vector<LogGap>& gaps) {
-    const std::vector<std::string> tooLong = RunsTooLong(edited);
-    const std::size_t runs = PointsOfRuns(edited).size() - tooLong.size();
-    if (!MayGoOn(context.Messages, tooLong, runs)) return false;
-    const std::optional<MadeBefore> before = AskAboutRunsMadeBefore(context, edited);
-    if (!before) return false;
-    const auto make = [&, settings = context.State.Settings, folder = context.State.Paths.TempRunsPath](
-                          FileSystem& files, const Progress& progress) {
-        WriteLogRuns(files, edited, gaps, folder, settings, *before, progress);
+bool WriteReview(AppContext& context, const ReviewGrid& grid) {
+    const std::string& folder = context.State.Paths.TempRunsPath;
+    ReviewedRuns runs;
+    const bool isWhole =
+        context.Work.Run("Looking at the runs of the log", [&, folder](FileSystem& files, const Progress&) {
+            runs = RunsOf(grid, files, folder);
+        });
+    if (!isWhole || !MayGoOn(context.Messages, runs)) return false;
+    const std::optional<NamesOfRuns> replaced = AskAboutRunsMadeBefore(context, runs.MadeBefore);
+    if (!replaced) return false;
+    bool isMade = true;
+    const auto make = [&, settings = context.State.Settings, folder](FileSystem& files, const Progress& progress) {
+        isMade = !WriteLogRuns(files, runs.Log, runs.Gaps, folder, settings, *replaced, progress).empty();
     };
     try {
-        if (!context.Work.Run("Making the runs of log " + edited.Name, make)) return false;
+        context.Work.Run("Making the runs of log " + runs.Log.Name, make);
     } catch (const RunTimeError& error) {
         // Runs that are left out end in this error when the others are written; that was agreed to.
-        if (tooLong.empty() || error.Number() != ErrorNumber::Overflow) throw;
+        if (runs.TooLong.empty() || error.Number() != ErrorNumber::Overflow) throw;
     }
-    WriteLogBack(context, edited, runs);
+    if (!isMade) return false;
+    WriteLogBack(context, runs);
     return true;
 }
 
