@@ -129,7 +129,7 @@ OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows
     const Sheet studySheet =
         StudySheet(computed.Record, folder, labels, static_cast<int>(counted), AverageWithoutWarned(rows));
 
-    return {[runs, studySheet, units] {
+    return {[runs, studySheet, units](const Progress&) {
                 Sheet list{"Runs", {}, {}};
                 for (const TableColumn& column : Columns) list.Columns.push_back(ColumnIn(units, column.Sheet));
                 for (const TableRun& run : runs) {
@@ -138,7 +138,7 @@ OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows
                 }
                 return std::vector{list, studySheet};
             },
-            [runs, units] {
+            [runs, units](const Progress&) {
                 std::vector<SheetRow> texts(1);
                 for (const TableColumn& column : Columns) texts.front().push_back({ColumnIn(units, column.Sheet).Head});
                 for (const TableRun& run : runs) {
@@ -152,10 +152,11 @@ OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows
 std::optional<std::vector<RunListRow>> ExportStudy(FileSystem& files, const Study& study, const std::string& folder,
                                                    const AppSettings& settings, const std::string& path,
                                                    const Spreadsheet& sheets, const Progress& progress) {
-    std::vector<RunListRow> rows = MakeRunListRows(study, files, folder, settings, progress);
-    if (!progress(1, 1)) return std::nullopt;
+    constexpr double Read = 0.8;
+    std::vector<RunListRow> rows = MakeRunListRows(study, files, folder, settings, progress.Part(0, Read));
+    if (!progress.Part(0, Read)(1, 1)) return std::nullopt;
     const OutgoingTable table = StudyTable(study, rows, folder, UnitsOf(settings));
-    WriteFile(files, path, EncodeTable(path, table, sheets), AsItStands(files, path));
+    if (!WriteTable(files, path, table, sheets, progress.Part(Read, 1))) return std::nullopt;
     return rows;
 }
 

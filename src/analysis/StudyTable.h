@@ -19,7 +19,7 @@ OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows
                          const Units& units = {});
 
 /// Reads the runs and writes that table to a file of the kind that its extension says, in place of what is there.
-/// Returns the rows; nothing when the work was stopped, which writes nothing. Error 13 as EncodeTable.
+/// Returns the rows; nothing when the work was stopped, which writes nothing. Error 13 as WriteTable.
 std::optional<std::vector<RunListRow>> ExportStudy(FileSystem& files, const Study& study, const std::string& folder,
                                                    const AppSettings& settings, const std::string& path,
                                                    const Spreadsheet& sheets, const Progress& progress = {});

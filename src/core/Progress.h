@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <utility>
@@ -29,6 +30,12 @@ public:
         part.from_ = from_ + (to_ - from_) * from;
         part.to_ = from_ + (to_ - from_) * to;
         return part;
+    }
+
+    /// The progress of part `index`, from 0, of `count` parts of one size.
+    Progress PartOf(std::size_t index, std::size_t count) const {
+        return Part(static_cast<double>(index) / static_cast<double>(count),
+                    static_cast<double>(index + 1) / static_cast<double>(count));
     }
 
 private:

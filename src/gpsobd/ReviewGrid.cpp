@@ -1,9 +1,11 @@
 #include "gpsobd/ReviewGrid.h"
 
 #include <algorithm>
+#include <cmath>
 #include <deque>
 #include <limits>
 #include <numeric>
+#include <type_traits>
 
 #include "core/Numeric.h"
 #include "core/RunTimeError.h"
@@ -89,11 +91,11 @@ double ReviewGrid::Number(int row, int column) const { return Val(FullText(row, 
 
 bool ReviewGrid::IsComputed(int row, int column) const { return FilledValue(row, column) != nullptr; }
 
-Sheet ReviewGrid::AsSheet() const {
+Sheet ReviewGrid::AsSheet(const Progress& progress) const {
     Sheet sheet;
     for (const ReviewColumn& column : layout_.Columns) sheet.Columns.push_back(SheetColumnOf(column));
     sheet.Rows.reserve(rows_.size());
-    for (int row = 1; row <= RowCount(); ++row) {
+    for (int row = 1; row <= RowCount() && progress(sheet.Rows.size(), rows_.size()); ++row) {
         std::vector<SheetCell>& cells = sheet.Rows.emplace_back();
         cells.reserve(layout_.Columns.size());
         for (int column = 1; column <= ColumnCount(); ++column) cells.push_back(Value(row, column));
@@ -109,6 +111,21 @@ void ReviewGrid::SetActive(int row, int column) {
 }
 
 void ReviewGrid::ActivateRow(int row) { activeRow_ = std::clamp(row, std::min(1, RowCount()), RowCount()); }
+
+bool ReviewGrid::IsMissing(int row) const {
+    // The text decides; it is made only for values that are near.
+    constexpr double near = 0.001;
+    const auto isNear = [](const auto& held) {
+        if constexpr (std::is_arithmetic_v<std::decay_t<decltype(held)>>)
+            return std::fabs(static_cast<double>(held) - Missing) < near;
+        else
+            return true;
+    };
+    if (FilledValue(row, layout_.RepairColumn) == nullptr &&
+        !WithField(Column(layout_.RepairColumn).Field, log_.Points[PointOf(row)], isNear))
+        return false;
+    return Number(row, layout_.RepairColumn) == Missing;
+}
 
 void ReviewGrid::SearchFrom(int row, Search search) {
     const bool isReached = row <= std::numeric_limits<std::int16_t>::max();

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/Progress.h"
 #include "gpsobd/LogGaps.h"
 #include "gpsobd/ReviewColumns.h"
 
@@ -41,8 +42,8 @@ public:
     double Number(int row, int column) const;
     /// True for a cell whose value was filled in.
     bool IsComputed(int row, int column) const;
-    /// All of the grid; the sheet has no name.
-    Sheet AsSheet() const;
+    /// All of the grid; the sheet has no name. Stopped, it is not whole.
+    Sheet AsSheet(const Progress& progress = {}) const;
 
     /// The active cell; row 0 of an empty grid.
     int ActiveRow() const { return activeRow_; }
@@ -115,7 +116,7 @@ private:
     static std::uint64_t CellKey(PointIndex point, int column);
     PointIndex PointOf(int row) const;
     const double* FilledValue(int row, int column) const;
-    bool IsMissing(int row) const { return Number(row, layout_.RepairColumn) == Missing; }
+    bool IsMissing(int row) const;
     void SearchFrom(int row, Search search);
     /// Fills the gap that begins in the active row unless it is longer; returns the first row behind it.
     int FillGap(int longest);

@@ -42,12 +42,14 @@ void CheckSize(const Sheet& sheet, const std::string& name, const FormatLimits& 
 
 }  // namespace
 
-std::vector<std::byte> SpreadsheetWriter::Encode(const std::vector<Sheet>& sheets, WorkbookFormat format) const {
+std::vector<std::byte> SpreadsheetWriter::Encode(const std::vector<Sheet>& sheets, WorkbookFormat format,
+                                                 const Progress& progress) const {
     // No spreadsheet opens a workbook without a sheet.
-    if (sheets.empty()) return Encode({Sheet{}}, format);
+    if (sheets.empty()) return Encode({Sheet{}}, format, progress);
     const std::vector<std::string> names = SheetNames(sheets);
     for (std::size_t i = 0; i < sheets.size(); ++i) CheckSize(sheets[i], names[i], LimitsOf(format));
-    return format == WorkbookFormat::Xls ? EncodeXls(sheets, names) : EncodeXlsx(sheets, names);
+    return format == WorkbookFormat::Xls ? EncodeXls(sheets, names, progress)
+                                         : EncodeXlsx(sheets, names, progress);
 }
 
 }  // namespace vantor

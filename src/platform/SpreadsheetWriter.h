@@ -14,7 +14,9 @@ public:
     /// Error 6, too, where a sheet has more columns than the format holds (256 or 16,384), error 9 where a row has more
     /// cells than the sheet has columns. ".xlsx" needs the system's folder for temporary files; its failures are those
     /// of the file system.
-    std::vector<std::byte> Encode(const std::vector<Sheet>& sheets, WorkbookFormat format) const override;
+    std::vector<std::byte> Encode(const std::vector<Sheet>& sheets, WorkbookFormat format,
+                                  const Progress& progress) const override;
+    using Spreadsheet::Encode;
 };
 
 }  // namespace vantor

@@ -173,14 +173,15 @@ public:
         for (const SheetColumn& column : sheet.Columns) xfs_.push_back(formats.XfOf(column.Format));
     }
 
-    void Write(bool isInFront) {
+    /// Stopped, not all rows are there.
+    void Write(bool isInFront, const Progress& progress) {
         WriteBegin(out_, Substream::Sheet);
         WriteColumns();
         const auto rows = static_cast<U32>(1 + sheet_.Rows.size());
         out_.Record(Biff::Dimensions, U32{0}, rows, U16{0}, ColumnCount(), U16{0});
         // Rows come in blocks: first their frames, then their cells.
         constexpr U32 Block = 32;
-        for (U32 first = 0; first < rows; first += Block) {
+        for (U32 first = 0; first < rows && progress(first, rows); first += Block) {
             const U32 end = std::min(first + Block, rows);
             for (U32 row = first; row < end; ++row) WriteRowFrame(static_cast<U16>(row));
             for (U32 row = first; row < end; ++row) WriteCells(static_cast<U16>(row));
@@ -266,15 +267,18 @@ std::vector<std::byte> InCompoundFile(const BiffStream& globals, const BiffStrea
 
 }  // namespace
 
-std::vector<std::byte> EncodeXls(const std::vector<Sheet>& sheets, const std::vector<std::string>& names) {
+std::vector<std::byte> EncodeXls(const std::vector<Sheet>& sheets, const std::vector<std::string>& names,
+                                 const Progress& progress) {
     BiffStream out;
     SharedTexts texts;
     Formats formats;
     std::vector<std::size_t> starts;
     for (const Sheet& sheet : sheets) {
         starts.push_back(out.Size());
-        SheetStream(out, sheet, texts, formats).Write(starts.size() == 1);
+        SheetStream(out, sheet, texts, formats)
+            .Write(starts.size() == 1, progress.PartOf(starts.size() - 1, sheets.size()));
     }
+    if (!progress(1, 1)) return {};
     return InCompoundFile(Globals(names, starts, texts, formats), out);
 }
 

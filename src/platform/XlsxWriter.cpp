@@ -141,8 +141,8 @@ public:
         format_set_bold(headLook_);
     }
 
-    /// Returns how many cells it has written.
-    std::size_t Add(const Sheet& sheet, const std::string& name) {
+    /// Returns how many cells it has written; stopped, they are not all.
+    std::size_t Add(const Sheet& sheet, const std::string& name, const Progress& progress) {
         errno = 0;
         lxw_worksheet* worksheet = workbook_add_worksheet(workbook_.get(), name.c_str());
         if (worksheet == nullptr) ThrowFileError(errno, folder_);
@@ -155,7 +155,7 @@ public:
             if (!column.Head.empty()) PutText(worksheet, 0, at, column.Head, headLook_);
         }
         worksheet_freeze_panes(worksheet, 1, 0);
-        for (std::size_t row = 0; row < sheet.Rows.size(); ++row) {
+        for (std::size_t row = 0; row < sheet.Rows.size() && progress(row, sheet.Rows.size()); ++row) {
             const auto line = static_cast<lxw_row_t>(row + 1);
             for (std::size_t i = 0; i < sheet.Rows[row].size(); ++i) {
                 const auto column = static_cast<lxw_col_t>(i);
@@ -290,12 +290,17 @@ void CheckWorkbook(const std::vector<std::byte>& bytes, const std::vector<std::s
 
 }  // namespace
 
-std::vector<std::byte> EncodeXlsx(const std::vector<Sheet>& sheets, const std::vector<std::string>& names) {
+std::vector<std::byte> EncodeXlsx(const std::vector<Sheet>& sheets, const std::vector<std::string>& names,
+                                  const Progress& progress) {
     const WorkbookPlace place;
     const PointInNumbers locale;
     XlsxBook book(place.Path());
     std::vector<std::size_t> cells;
-    for (std::size_t i = 0; i < sheets.size(); ++i) cells.push_back(book.Add(sheets[i], names[i]));
+    // The library packs the rows when all are there, and tells nothing of it.
+    constexpr double Packed = 0.5;
+    for (std::size_t i = 0; i < sheets.size(); ++i)
+        cells.push_back(book.Add(sheets[i], names[i], progress.Part(0, Packed).PartOf(i, sheets.size())));
+    if (!progress.Part(0, Packed)(1, 1)) return {};
     std::vector<std::byte> bytes = book.Finish();
     CheckWorkbook(bytes, cells);
     return bytes;

@@ -51,7 +51,7 @@ protected:
 };
 
 TEST_F(StudyTableTest, TextsAreThoseOfTheRunList) {
-    EXPECT_EQ(CsvText(Table().Rows()),
+    EXPECT_EQ(CsvText(Table().Rows({})),
               "\xEF\xBB\xBFRun Name,Date,Time,Type,Start Boundary (ft),End Boundary (ft),Ideal Speed (mph),User Ideal "
               "Speed (mph),Control Delay (s),LOS Grade,Stop Delay (s),Status,Warnings\r\n"
               "NB-1,03/11/08,07:05,Primary,300,7600,35,0,61,E,19,Counted,start not reached; end not reached\r\n"
@@ -61,13 +61,13 @@ TEST_F(StudyTableTest, TextsAreThoseOfTheRunList) {
               "gone,,,,,,,,,,,Missing,\"Missing Run File: gone. Copy the file back into the Study Group, or delete the "
               "run from the list.\"\r\n");
     // 1609 m are 5280 ft: 91.4 m, 2316.0 m, 56.3 km/h.
-    EXPECT_THAT(CsvText(Table({.Metric = true}).Rows()),
+    EXPECT_THAT(CsvText(Table({.Metric = true}).Rows({})),
                 AllOf(HasSubstr("Boundary (m),Ideal Speed (kph),User Ideal Speed (kph),"),
                       HasSubstr("Primary,91,2316,56,0,61,E")));
 }
 
 TEST_F(StudyTableTest, CellsHaveTheirKindsAndTheStudyItsSheet) {
-    const std::vector<Sheet> sheets = Table().Sheets();
+    const std::vector<Sheet> sheets = Table().Sheets({});
     ASSERT_EQ(sheets.size(), 2U);
     const std::vector<SheetCell> second{"NB-2",
                                         DateOf(2008, 3, 11),
@@ -105,7 +105,7 @@ TEST_F(StudyTableTest, CellsHaveTheirKindsAndTheStudyItsSheet) {
 
 TEST_F(StudyTableTest, AStudyWithoutCountedRunsHasNoAverages) {
     Study empty;
-    const std::vector<Sheet> sheets = StudyTable(empty, {}, Folder).Sheets();
+    const std::vector<Sheet> sheets = StudyTable(empty, {}, Folder).Sheets({});
     EXPECT_TRUE(sheets[0].Rows.empty());
     EXPECT_EQ(sheets[1].Rows.at(9).at(1), SheetCell());
 }

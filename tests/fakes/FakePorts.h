@@ -141,7 +141,8 @@ public:
     mutable std::vector<Sheet> Sheets;
     mutable WorkbookFormat Format = WorkbookFormat::Xls;
     bool Fails = false;
-    std::vector<std::byte> Encode(const std::vector<Sheet>& sheets, WorkbookFormat format) const override {
+    std::vector<std::byte> Encode(const std::vector<Sheet>& sheets, WorkbookFormat format,
+                                  const Progress&) const override {
         if (Fails) throw RunTimeError(ErrorNumber::Overflow, "too many rows");
         Sheets = sheets;
         Format = format;

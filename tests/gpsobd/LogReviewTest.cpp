@@ -189,22 +189,28 @@ TEST_F(LogReviewTest, ListsGapsAndFillsThemOtherwise) {
     for (const int second : {0, 10, 11, 15}) gps.Add(GpsRecord(1, LogDay + 0.5 + second / 86400.0));
     Program.Files.PutText(Folder + "drive.gd2", gps.Bytes());
     Open(LogKind::GpsLaptop, ".gd2");
-    auto& gaps = Find<Table>(*Form, "vaGaps");
+    auto& gaps = Find<QTableView>(*Form, "vaGaps");
     const auto row = [&](int number) {
         std::vector<std::string> texts;
-        for (int column = 0; column < gaps.columnCount(); ++column) texts.push_back(FromQt(gaps.Text(number, column)));
+        for (int column = 0; column < gaps.model()->columnCount(); ++column)
+            texts.push_back(FromQt(gaps.model()->index(number, column).data().toString()));
         return texts;
     };
     // 31.5 mph are 46.2 feet a second; the positions are the same.
     EXPECT_THAT(row(0), ElementsAre("1", "12:00:00 PM", "12:00:10 PM", "10", "0", "462", "by position"));
     auto& fill = Find<QComboBox>(*Form, "cmbGapFill");
     EXPECT_FALSE(fill.isEnabled());
-    QTest::mouseClick(gaps.viewport(), Qt::LeftButton, {}, gaps.visualItemRect(gaps.item(1, 0)).center());
+    QTest::mouseClick(gaps.viewport(), Qt::LeftButton, {}, gaps.visualRect(gaps.model()->index(1, 0)).center());
     EXPECT_EQ(Grid().currentIndex().row(), 2) << "the row before the gap";
     EXPECT_EQ(fill.currentText(), "by position");
     QTest::keyClick(&fill, Qt::Key_Up);
     EXPECT_THAT(row(1), ElementsAre("1", "12:00:11 PM", "12:00:15 PM", "4", "0", "185", "as standing"));
-    EXPECT_EQ(gaps.SelectedRows(), std::vector{1});
+    EXPECT_TRUE(gaps.selectionModel()->isRowSelected(1));
+    EXPECT_FALSE(gaps.selectionModel()->isRowSelected(0));
+    QTest::mouseClick(gaps.horizontalHeader()->viewport(), Qt::LeftButton, {},
+                      {gaps.columnViewportPosition(3) + 5, 5});
+    EXPECT_EQ(row(0)[3], "4") << "sorted by their seconds";
+    EXPECT_TRUE(gaps.selectionModel()->isRowSelected(0));
     Click(*Form, "BtnOk");
     EXPECT_EQ(ReadRun(Program.Files, Temp + "Main-R001.rd2").Run.Header.Notes,
               "Direction EB; gaps: 1 standing 4 s, 1 by position 10 s");

@@ -17,7 +17,6 @@
 #include "core/RunTimeError.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
-#include "core/forms/WaitCursor.h"
 
 namespace vantor {
 namespace {
@@ -29,6 +28,15 @@ constexpr auto Unnoticed = 40ms;
 constexpr auto UntilShown = 500ms;
 constexpr auto BetweenLooks = 20ms;
 constexpr int Steps = 1000;
+
+/// The pointer of a wait, for as long as this lives.
+class WaitCursor {
+public:
+    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
 
 /// Tells how much of a work is done and takes the wish to stop it.
 class JobDialog : public QDialog {

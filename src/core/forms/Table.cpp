@@ -38,20 +38,9 @@ void SayWhetherEmpty(QTableWidget& table, const QString& emptyText) {
 }  // namespace
 
 Table::Table(QWidget* parent) : QTableWidget(parent) {
-    setSelectionBehavior(QAbstractItemView::SelectRows);
-    setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setShowGrid(false);
+    LookLikeAList(*this);
     setAlternatingRowColors(true);
-    setWordWrap(false);
-    setTabKeyNavigation(false);
-    verticalHeader()->hide();
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
-    horizontalHeader()->setHighlightSections(false);
-    horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    setSortingEnabled(true);
-    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-    horizontalHeader()->setSortIndicatorClearable(true);
     columns_ = new TableColumns(*this);
 }
 

@@ -15,6 +15,21 @@ QString Plain(const QString& text) { return Qt::mightBeRichText(text) ? text.toH
 
 }  // namespace
 
+void LookLikeAList(QTableView& table) {
+    table.setSelectionBehavior(QAbstractItemView::SelectRows);
+    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table.setShowGrid(false);
+    table.setWordWrap(false);
+    table.setTabKeyNavigation(false);
+    table.verticalHeader()->hide();
+    table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + 8);
+    table.horizontalHeader()->setHighlightSections(false);
+    table.horizontalHeader()->setStretchLastSection(true);
+    table.horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    table.horizontalHeader()->setSortIndicatorClearable(true);
+    table.setSortingEnabled(true);
+}
+
 TableColumns::TableColumns(QTableView& table) : QObject(&table), table_(table) {
     QHeaderView* header = table.horizontalHeader();
     header->viewport()->installEventFilter(this);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/Date.h"
+#include "core/Progress.h"
 
 namespace vantor {
 
@@ -35,8 +36,12 @@ class Spreadsheet {
 public:
     virtual ~Spreadsheet() = default;
     /// The bytes of the file. Error 6 where a sheet has more rows than the format holds, with how many it may have and
-    /// what to do instead.
-    virtual std::vector<std::byte> Encode(const std::vector<Sheet>& sheets, WorkbookFormat format) const = 0;
+    /// what to do instead. Stopped, there are no bytes.
+    std::vector<std::byte> Encode(const std::vector<Sheet>& sheets, WorkbookFormat format) const {
+        return Encode(sheets, format, Progress());
+    }
+    virtual std::vector<std::byte> Encode(const std::vector<Sheet>& sheets, WorkbookFormat format,
+                                          const Progress& progress) const = 0;
 };
 
 }  // namespace vantor

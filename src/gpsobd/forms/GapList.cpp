@@ -1,45 +1,39 @@
 #include "gpsobd/forms/GapList.h"
 
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
+#include <set>
+#include <tuple>
 
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
-#include "gpsobd/ReviewColumns.h"
 
 namespace vantor {
 namespace {
 
-struct FillName {
-    GapFill Fill;
-    const char* Name;
-};
-constexpr std::array Fills = {FillName{GapFill::Standing, "as standing"}, FillName{GapFill::Position, "by position"},
-                              FillName{GapFill::Speed, "by the speeds beside it"}};
+/// Pixels beside a head's text, for its margins and the arrow of the sorted column.
+constexpr int SortArrowRoom = 32;
 
-int IndexOf(GapFill fill) { return static_cast<int>(std::ranges::find(Fills, fill, &FillName::Fill) - Fills.begin()); }
+constexpr std::array Fills = {GapFill::Standing, GapFill::Position, GapFill::Speed};
 
-bool IsSamePlace(const LogGap& left, const LogGap& right) {
-    return left.RunNumber == right.RunNumber && left.From == right.From && left.To == right.To;
-}
+auto PlaceOf(const LogGap& gap) { return std::tuple(gap.RunNumber, gap.From, gap.To); }
 
 }  // namespace
 
-QString GapFillText(GapFill fill) { return QLatin1String(Fills.at(static_cast<std::size_t>(IndexOf(fill))).Name); }
-
-GapList::GapList(QWidget* parent, MessageBoxes& messages, const Units& units) : QWidget(parent), units_(units) {
+GapList::GapList(QWidget* parent, MessageBoxes& messages, const Units& units) : QWidget(parent), model_(units) {
     setObjectName(QStringLiteral("fraGaps"));
-    vaGaps_ = Named<Table>(this, "vaGaps");
+    vaGaps_ = Named<QTableView>(this, "vaGaps");
     vaGaps_->setAccessibleName(QStringLiteral("Gaps"));
-    const QLatin1String length(units_.LengthLabel());
-    vaGaps_->SetColumns({QStringLiteral("Run #"), QStringLiteral("From"), QStringLiteral("To"),
-                         QStringLiteral("Seconds"), QStringLiteral("By position (%1)").arg(length),
-                         QStringLiteral("By speeds (%1)").arg(length), QStringLiteral("Filled")});
+    vaGaps_->setModel(&model_);
+    LookLikeAList(*vaGaps_);
+    vaGaps_->setAlternatingRowColors(true);
     vaGaps_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    columns_ = new TableColumns(*vaGaps_);
     cmbGapFill_ = Named<QComboBox>(this, "cmbGapFill");
-    for (const FillName& fill : Fills) cmbGapFill_->addItem(QLatin1String(fill.Name));
+    for (const GapFill fill : Fills) cmbGapFill_->addItem(GapFillText(fill));
     lblGaps_ = LabelFor(vaGaps_, QStringLiteral("&Gaps"));
 
     auto* head = new QHBoxLayout;
@@ -52,73 +46,71 @@ GapList::GapList(QWidget* parent, MessageBoxes& messages, const Units& units) : 
     column->addWidget(vaGaps_, 1);
     hide();
 
-    Connect(vaGaps_, &Table::itemSelectionChanged, this, messages, [this] {
+    Connect(vaGaps_->selectionModel(), &QItemSelectionModel::selectionChanged, this, messages, [this] {
         if (isFilling_) return;
         ShowChoice();
         if (const std::vector<LogGap> selected = Selected(); !selected.empty()) OnChosen(selected.front());
     });
     Connect(cmbGapFill_, &QComboBox::activated, this, messages,
-            [this](int index) { OnFill(Selected(), Fills.at(static_cast<std::size_t>(index)).Fill); });
+            [this](int index) { OnFill(Selected(), Fills.at(static_cast<std::size_t>(index))); });
 }
 
-void GapList::Show(const std::vector<LogGap>& gaps) {
-    if (gaps == gaps_) return;
+void GapList::Show(std::vector<LogGap> gaps) {
+    if (gaps == model_.Gaps()) return;
     const std::vector<LogGap> selected = Selected();
-    gaps_ = gaps;
     isFilling_ = true;
-    Fill();
-    vaGaps_->clearSelection();
-    for (int row = 0; row < vaGaps_->rowCount(); ++row) {
-        const LogGap& gap = gaps_[static_cast<std::size_t>(vaGaps_->item(row, 0)->data(Qt::UserRole + 1).toInt())];
-        if (std::ranges::none_of(selected, [&](const LogGap& before) { return IsSamePlace(before, gap); })) continue;
-        for (int column = 0; column < vaGaps_->columnCount(); ++column) vaGaps_->item(row, column)->setSelected(true);
-    }
+    model_.SetGaps(std::move(gaps));
+    SelectAgain(selected);
     isFilling_ = false;
-    QString note = ToQt(GapNote(gaps_));
+    WidenColumns();
+    QString note = ToQt(GapNote(model_.Gaps()));
     if (!note.isEmpty()) note.replace(0, 1, QStringLiteral("&G"));
     lblGaps_->setText(note);
-    setVisible(!gaps_.empty());
+    setVisible(!model_.Gaps().empty());
     ShowChoice();
 }
 
-void GapList::Fill() {
-    vaGaps_->BeginFilling();
-    for (std::size_t i = 0; i < gaps_.size(); ++i) {
-        const LogGap& gap = gaps_[i];
-        const int row = vaGaps_->AddRow();
-        const auto setNumber = [&](int column, double value) {
-            vaGaps_->SetNumber(row, column, value, QString::number(value, 'f', 0));
-        };
-        const auto setTime = [&](int column, std::int64_t second) {
-            const Date time = DateOfSeconds(second);
-            vaGaps_->SetSorted(row, column, ToQt(ClockText(time)), time.Days);
-            vaGaps_->item(row, column)->setToolTip(ToQt(ShortDate(time)));
-        };
-        setNumber(0, gap.RunNumber);
-        vaGaps_->item(row, 0)->setData(Qt::UserRole + 1, static_cast<int>(i));
-        setTime(1, gap.From);
-        setTime(2, gap.To);
-        setNumber(3, static_cast<double>(gap.Seconds()));
-        vaGaps_->SetText(row, 4, {});
-        if (gap.FeetByPosition) setNumber(4, units_.LengthOfFeet(*gap.FeetByPosition));
-        setNumber(5, units_.LengthOfFeet(gap.FeetBySpeed));
-        vaGaps_->SetText(row, 6, GapFillText(gap.Filled));
+void GapList::SelectAgain(const std::vector<LogGap>& selected) {
+    std::set<decltype(PlaceOf({}))> places;
+    for (const LogGap& gap : selected) places.insert(PlaceOf(gap));
+    const auto isSelected = [&](int row) { return places.contains(PlaceOf(model_.GapIn(row))); };
+    QItemSelection rows;
+    const int count = places.empty() ? 0 : model_.rowCount();
+    for (int first = 0; first < count; ++first) {
+        if (!isSelected(first)) continue;
+        int last = first;
+        while (last + 1 < count && isSelected(last + 1)) ++last;
+        rows.select(model_.index(first, 0), model_.index(last, model_.columnCount() - 1));
+        first = last;
     }
-    vaGaps_->EndFilling();
+    if (rows.isEmpty()) return;
+    vaGaps_->selectionModel()->setCurrentIndex(rows.first().topLeft(), QItemSelectionModel::NoUpdate);
+    vaGaps_->selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect);
+}
+
+void GapList::WidenColumns() {
+    for (int column = 0; column + 1 < model_.columnCount(); ++column) {
+        const QString head = model_.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        const int headWidth = fontMetrics().horizontalAdvance(head) + SortArrowRoom;
+        columns_->WidenTo(column, std::max(vaGaps_->sizeHintForIndex(model_.index(0, column)).width() + 4, headWidth));
+    }
 }
 
 void GapList::ShowChoice() {
     const std::vector<LogGap> selected = Selected();
     const auto isFilledAlike = [&](const LogGap& gap) { return gap.Filled == selected.front().Filled; };
+    const bool hasOne = !selected.empty() && std::ranges::all_of(selected, isFilledAlike);
     cmbGapFill_->setEnabled(!selected.empty());
     cmbGapFill_->setCurrentIndex(
-        !selected.empty() && std::ranges::all_of(selected, isFilledAlike) ? IndexOf(selected.front().Filled) : -1);
+        hasOne ? static_cast<int>(std::ranges::find(Fills, selected.front().Filled) - Fills.begin()) : -1);
 }
 
 std::vector<LogGap> GapList::Selected() const {
+    std::vector<int> rows;
+    for (const QModelIndex& cell : vaGaps_->selectionModel()->selectedRows()) rows.push_back(cell.row());
+    std::ranges::sort(rows);
     std::vector<LogGap> selected;
-    for (const int row : vaGaps_->SelectedRows())
-        selected.push_back(gaps_[static_cast<std::size_t>(vaGaps_->item(row, 0)->data(Qt::UserRole + 1).toInt())]);
+    for (const int row : rows) selected.push_back(model_.GapIn(row));
     return selected;
 }
 

@@ -56,7 +56,7 @@ std::string ChosenLog(const ApplicationState& state, LogKind kind) {
 }  // namespace
 
 LogReview::LogReview(AppContext& context, LogKind kind)
-    : context_(context), kind_(kind), model_(LoadLog(), nullptr), export_(context, model_.Grid()) {
+    : context_(context), kind_(kind), model_(LoadLog(), context.Work), export_(context, model_.Grid()) {
     const ScreenOfKind& screenOfKind = ScreenOf(kind);
     setObjectName(QLatin1String(screenOfKind.Form));
     setWindowTitle(QLatin1String(screenOfKind.Caption));
@@ -84,7 +84,7 @@ LogReview::LogReview(AppContext& context, LogKind kind)
     RememberLayout(*this, context.Memory);
     // A log opens in the order it is reviewed in, whatever column the one before was sorted by.
     vaData_->sortByColumn(-1, Qt::AscendingOrder);
-    gaps_->Show(model_.Grid().Gaps());
+    ShowGaps();
     ShowState(QStringLiteral("%1 rows.").arg(model_.rowCount()));
 }
 
@@ -273,7 +273,7 @@ void LogReview::FindAndFixAll(ReviewGrid::Search search) {
     });
     SetRepairing(false);
     if (stopRequested_) return reject();
-    gaps_->Show(model_.Grid().Gaps());
+    ShowGaps();
     vaData_->ShowActive();
     vaData_->setFocus();
     if (!isDone) return OfferToGoOn();
@@ -295,6 +295,12 @@ void LogReview::GoOnFromThere() {
         FindAndFixAll(ReviewGrid::Search::OnFromThere);
     else
         FindMissing(ReviewGrid::Search::OnFromThere);
+}
+
+void LogReview::ShowGaps() {
+    std::vector<LogGap> gaps;
+    context_.Work.Run("Looking for gaps", [&](FileSystem&, const Progress&) { gaps = model_.Grid().Gaps(); });
+    gaps_->Show(std::move(gaps));
 }
 
 void LogReview::ShowGap(const LogGap& gap) {
@@ -344,7 +350,7 @@ void LogReview::Redo() {
 void LogReview::Change(const std::function<void(ReviewGrid&)>& change, const QString& status) {
     model_.Change(change);
     vaData_->ShowActive();
-    gaps_->Show(model_.Grid().Gaps());
+    ShowGaps();
     ShowState(status);
 }
 

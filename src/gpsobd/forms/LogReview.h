@@ -43,6 +43,7 @@ private:
     void FindAndFixAll(ReviewGrid::Search search);
     void OfferToGoOn();
     void GoOnFromThere();
+    void ShowGaps();
     void ShowGap(const LogGap& gap);
     void FillGaps(const std::vector<LogGap>& gaps, GapFill fill);
     bool GoesOnAfterEvents();

@@ -3,7 +3,6 @@
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
 #include "core/TableFile.h"
-#include "core/forms/WaitCursor.h"
 
 namespace vantor {
 namespace {
@@ -11,10 +10,11 @@ namespace {
 /// Rows below the heads that an .xls file holds.
 constexpr int MostXlsRows = 65535;
 
-std::vector<SheetRow> CsvRows(const ReviewGrid& grid) {
+std::vector<SheetRow> CsvRows(const ReviewGrid& grid, const Progress& progress) {
     std::vector<SheetRow> rows(1);
     for (int column = 1; column <= grid.ColumnCount(); ++column) rows.front().push_back({grid.Column(column).Caption});
-    for (int row = 1; row <= grid.RowCount(); ++row) {
+    const auto count = static_cast<std::uint64_t>(grid.RowCount());
+    for (int row = 1; row <= grid.RowCount() && progress(rows.size(), count); ++row) {
         SheetRow& fields = rows.emplace_back();
         for (int column = 1; column <= grid.ColumnCount(); ++column)
             fields.push_back({grid.FullText(row, column), std::holds_alternative<double>(grid.Value(row, column))});
@@ -33,28 +33,33 @@ void ReviewExport::ToXls() const {
                                        ".\nDo you want to export it to this file instead?\n" + path))
             return;
     }
+    bool isWritten = false;
     try {
-        Write(path);
+        isWritten = Write(path);
     } catch (const RunTimeError&) {
         return context_.Messages.Tell("Problem Exporting File. Contact Technical Support.", MessageIcon::Critical);
     }
-    context_.Messages.Tell("Excel File Successfully Exported.");
+    if (isWritten) context_.Messages.Tell("Excel File Successfully Exported.");
 }
 
 std::string ReviewExport::ToNamedFile() const {
     const std::string path = context_.DesktopServices.ChooseFileToSave(PathWith(".xlsx"), "Export", TableFileKinds());
-    if (!path.empty()) Write(path);
-    return path;
+    return !path.empty() && Write(path) ? path : std::string();
 }
 
 std::string ReviewExport::PathWith(const char* extension) const {
     return AsFolder(context_.State.SelectedDataFolder) + context_.State.SelectedDataFile + extension;
 }
 
-void ReviewExport::Write(const std::string& path) const {
-    const WaitCursor wait;
-    const OutgoingTable table{[this] { return std::vector{grid_.AsSheet()}; }, [this] { return CsvRows(grid_); }};
-    WriteFile(context_.Files, path, EncodeTable(path, table, context_.Sheets), AsItStands(context_.Files, path));
+bool ReviewExport::Write(const std::string& path) const {
+    const OutgoingTable table{[this](const Progress& progress) { return std::vector{grid_.AsSheet(progress)}; },
+                              [this](const Progress& progress) { return CsvRows(grid_, progress); }};
+    bool isWritten = false;
+    context_.Work.Run("Exporting the log to " + LastComponent(path),
+                      [&, path](FileSystem& files, const Progress& progress) {
+                          isWritten = WriteTable(files, path, table, context_.Sheets, progress);
+                      });
+    return isWritten;
 }
 
 }  // namespace vantor

@@ -14,12 +14,13 @@ public:
 
     /// To an .xls file of the log's name; tells how it ended. Offers an .xlsx file for more rows than one holds.
     void ToXls() const;
-    /// To a workbook or a CSV file that the user names; its path, empty where none is named.
+    /// To a workbook or a CSV file that the user names; its path, empty where none is named or it was stopped.
     std::string ToNamedFile() const;
 
 private:
     std::string PathWith(const char* extension) const;
-    void Write(const std::string& path) const;
+    /// False when it was stopped.
+    bool Write(const std::string& path) const;
 
     AppContext& context_;
     const ReviewGrid& grid_;

@@ -1,12 +1,12 @@
 #include "gpsobd/forms/ReviewModel.h"
 
 #include <QGuiApplication>
-#include <algorithm>
 #include <limits>
 #include <numeric>
 
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
+#include "gpsobd/forms/SortByKey.h"
 
 namespace vantor {
 namespace {
@@ -31,30 +31,16 @@ std::string TextKey(const SheetCell& cell) {
     return text == nullptr ? std::string() : *text;
 }
 
-/// Sorts rows, which count from 1, by their keys.
-template <class KeyOf>
-void SortByKey(std::vector<int>& rows, Qt::SortOrder order, KeyOf keyOf) {
-    std::vector<decltype(keyOf(0))> keys;
-    keys.reserve(rows.size());
-    for (const int row : rows) keys.push_back(keyOf(row));
-    const auto key = [&](int row) -> const auto& { return keys[static_cast<std::size_t>(row - 1)]; };
-    if (order == Qt::AscendingOrder)
-        std::stable_sort(rows.begin(), rows.end(), [&](int left, int right) { return key(left) < key(right); });
-    else
-        std::stable_sort(rows.begin(), rows.end(), [&](int left, int right) { return key(right) < key(left); });
-}
-
 }  // namespace
 
-ReviewModel::ReviewModel(FieldLog log, QObject* parent) : QAbstractTableModel(parent), grid_(std::move(log)) {
-    Arrange();
-}
+ReviewModel::ReviewModel(FieldLog log, LongWork& work) : work_(work), grid_(std::move(log)) { rows_ = ArrangedRows(); }
 
 void ReviewModel::Change(const std::function<void(ReviewGrid&)>& change) {
     const auto show = [this] {
         if (IsSorted() || grid_.RowCount() != rowCount()) {
+            std::vector<int> rows = ArrangedRows();
             beginResetModel();
-            Arrange();
+            rows_ = std::move(rows);
             endResetModel();
         } else if (!rows_.empty()) {
             emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
@@ -85,7 +71,7 @@ int ReviewModel::rowCount(const QModelIndex& parent) const {
 int ReviewModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : grid_.ColumnCount(); }
 
 QVariant ReviewModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid()) return {};
+    if (!index.isValid() || isArranging_) return {};
     const int row = GridRow(index.row());
     const int column = index.column() + 1;
     if (role == Qt::DisplayRole) return ToQt(grid_.Text(row, column));
@@ -110,13 +96,14 @@ QVariant ReviewModel::headerData(int section, Qt::Orientation orientation, int r
 }
 
 void ReviewModel::sort(int column, Qt::SortOrder order) {
+    sortColumn_ = column;
+    sortOrder_ = order;
+    std::vector<int> rows = ArrangedRows();
     const QModelIndexList before = persistentIndexList();
     emit layoutAboutToBeChanged({}, VerticalSortHint);
     std::vector<int> gridRows;
     for (const QModelIndex& cell : before) gridRows.push_back(GridRow(cell.row()));
-    sortColumn_ = column;
-    sortOrder_ = order;
-    Arrange();
+    rows_ = std::move(rows);
     QModelIndexList after;
     for (qsizetype i = 0; i < before.size(); ++i) {
         const auto row = std::find(rows_.begin(), rows_.end(), gridRows[static_cast<std::size_t>(i)]);
@@ -126,15 +113,20 @@ void ReviewModel::sort(int column, Qt::SortOrder order) {
     emit layoutChanged({}, VerticalSortHint);
 }
 
-void ReviewModel::Arrange() {
-    rows_.resize(static_cast<std::size_t>(grid_.RowCount()));
-    std::iota(rows_.begin(), rows_.end(), 1);
-    if (!IsSorted()) return;
+std::vector<int> ReviewModel::ArrangedRows() {
+    std::vector<int> rows(static_cast<std::size_t>(grid_.RowCount()));
+    std::iota(rows.begin(), rows.end(), 1);
+    if (!IsSorted()) return rows;
     const int column = sortColumn_ + 1;
-    if (IsText(grid_.Column(column).Look))
-        SortByKey(rows_, sortOrder_, [&](int row) { return TextKey(grid_.Value(row, column)); });
-    else
-        SortByKey(rows_, sortOrder_, [&](int row) { return NumberKey(grid_.Value(row, column)); });
+    isArranging_ = true;
+    work_.Run("Sorting the rows", [&](FileSystem&, const Progress&) {
+        if (IsText(grid_.Column(column).Look))
+            SortByKey(rows, sortOrder_, [&](int row) { return TextKey(grid_.Value(row, column)); });
+        else
+            SortByKey(rows, sortOrder_, [&](int row) { return NumberKey(grid_.Value(row, column)); });
+    });
+    isArranging_ = false;
+    return rows;
 }
 
 }  // namespace vantor

@@ -4,6 +4,7 @@
 #include <functional>
 #include <vector>
 
+#include "core/ports/LongWork.h"
 #include "gpsobd/ReviewGrid.h"
 
 namespace vantor {
@@ -13,7 +14,7 @@ namespace vantor {
 /// assistive technology.
 class ReviewModel : public QAbstractTableModel {
 public:
-    ReviewModel(FieldLog log, QObject* parent);
+    ReviewModel(FieldLog log, LongWork& work);
 
     const ReviewGrid& Grid() const { return grid_; }
     /// Changes the grid, then shows it as it stands, sorted anew, even where the change ended with an error.
@@ -36,10 +37,14 @@ public:
     void sort(int column, Qt::SortOrder order) override;
 
 private:
-    void Arrange();
+    /// The rows of the grid in the order they are to be shown. They are sorted beside the window; no cell has a text
+    /// meanwhile.
+    std::vector<int> ArrangedRows();
     int GridRow(int row) const { return rows_.at(static_cast<std::size_t>(row)); }
 
+    LongWork& work_;
     ReviewGrid grid_;
+    bool isArranging_ = false;
     std::vector<int> rows_;  ///< of the grid, in the order they are shown
     int sortColumn_ = -1;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;

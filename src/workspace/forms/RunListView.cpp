@@ -23,20 +23,9 @@ RunListView::RunListView(QWidget* parent) : QTableView(parent) {
     sorted_.setSortLocaleAware(true);
     sorted_.setSortCaseSensitivity(Qt::CaseInsensitive);
     setModel(&sorted_);
-    setSelectionBehavior(QAbstractItemView::SelectRows);
+    LookLikeAList(*this);
     setSelectionMode(QAbstractItemView::SingleSelection);
-    setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setShowGrid(false);
-    setWordWrap(false);
-    setTabKeyNavigation(false);
-    setSortingEnabled(true);
-    verticalHeader()->hide();
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
     horizontalHeader()->setDefaultSectionSize(horizontalHeader()->minimumSectionSize());
-    horizontalHeader()->setHighlightSections(false);
-    horizontalHeader()->setStretchLastSection(true);
-    horizontalHeader()->setSortIndicatorClearable(true);
-    sortByColumn(-1, Qt::AscendingOrder);
     columns_ = new TableColumns(*this);
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
         if (column != RunListModel::Status) FitStatus();
