@@ -232,4 +232,11 @@ std::optional<LogKind> DeviceLogKind(const LogSources& sources, const std::strin
     return std::nullopt;
 }
 
+std::string OtherLoggerText(const LogSources& sources, const std::string& path) {
+    const std::optional<LogKind> kind = DeviceLogKind(sources, path);
+    if (!kind) return {};
+    return *kind == LogKind::GpsHandheld ? "This is a GPS database. Open it with File > Process Roampad Data."
+                                         : "This is an OBD database. Open it with File > Process Revpad Data.";
+}
+
 }  // namespace vantor

@@ -23,4 +23,7 @@ FieldLog ReadDeviceLog(const LogSources& sources, LogKind kind, const std::strin
 /// cannot be read.
 std::optional<LogKind> DeviceLogKind(const LogSources& sources, const std::string& path);
 
+/// What is to be done with a database of the handheld's other logger; empty for one of neither.
+std::string OtherLoggerText(const LogSources& sources, const std::string& path);
+
 }  // namespace vantor

@@ -104,6 +104,8 @@ std::vector<LogGap> FindGaps(LogKind kind, const std::map<std::int16_t, RunPoint
 
 std::vector<LogGap> FindGaps(const FieldLog& reviewed) { return FindGaps(reviewed.Kind, PointsOfRuns(reviewed)); }
 
+bool CanBeFilled(const LogGap& gap, GapFill fill) { return fill != GapFill::Position || gap.FeetByPosition; }
+
 std::span<const LogGap> GapsOfRun(std::span<const LogGap> gaps, std::int16_t runNumber) {
     const auto first = std::ranges::lower_bound(gaps, runNumber, {}, &LogGap::RunNumber);
     const auto end = std::ranges::upper_bound(gaps, runNumber, {}, &LogGap::RunNumber);

@@ -37,6 +37,9 @@ struct LogGap {
 std::vector<LogGap> FindGaps(LogKind kind, const std::map<std::int16_t, RunPoints>& runs);
 std::vector<LogGap> FindGaps(const FieldLog& reviewed);
 
+/// A gap without positions cannot be filled by position.
+bool CanBeFilled(const LogGap& gap, GapFill fill);
+
 /// The gaps of one run among those of all, which are in order.
 std::span<const LogGap> GapsOfRun(std::span<const LogGap> gaps, std::int16_t runNumber);
 

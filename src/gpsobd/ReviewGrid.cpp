@@ -244,7 +244,7 @@ std::vector<LogGap> ReviewGrid::Gaps() const {
 
 void ReviewGrid::FillGapsAs(std::span<const LogGap> gaps, GapFill fill) {
     for (const LogGap& gap : gaps) {
-        if (gap.Filled == fill || (fill == GapFill::Position && !gap.FeetByPosition)) continue;
+        if (gap.Filled == fill || !CanBeFilled(gap, fill)) continue;
         GapChange change{{gap.RunNumber, gap.From, gap.To}, std::nullopt, fill};
         if (const auto before = gapFills_.find(change.Gap); before != gapFills_.end()) change.Before = before->second;
         SetGapFill(change.Gap, change.After);

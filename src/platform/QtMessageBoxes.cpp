@@ -68,7 +68,7 @@ MessageAnswer QtMessageBoxes::Ask(const Prompt& prompt) {
     for (const auto button : order)
         if (buttons.All.testFlag(button) && caption != prompt.Captions.end())
             box.button(button)->setText(ToQt(*caption++));
-    box.setDefaultButton(buttons.Default);
+    box.setDefaultButton(prompt.LosesSomething ? buttons.Escape : buttons.Default);
     box.setEscapeButton(buttons.Escape);
     if (!prompt.Details.empty()) box.setDetailedText(ToQt(prompt.Details));
     // The box owns it.

@@ -198,12 +198,10 @@ TEST_F(LogReviewTest, ListsGapsAndFillsThemOtherwise) {
     };
     // 31.5 mph are 46.2 feet a second; the positions are the same.
     EXPECT_THAT(row(0), ElementsAre("1", "12:00:00 PM", "12:00:10 PM", "10", "0", "462", "by position"));
-    auto& fill = Find<QComboBox>(*Form, "cmbGapFill");
-    EXPECT_FALSE(fill.isEnabled());
+    EXPECT_FALSE(Find<QWidget>(*Form, "btnFillStanding").isEnabled());
     QTest::mouseClick(gaps.viewport(), Qt::LeftButton, {}, gaps.visualRect(gaps.model()->index(1, 0)).center());
     EXPECT_EQ(Grid().currentIndex().row(), 2) << "the row before the gap";
-    EXPECT_EQ(fill.currentText(), "by position");
-    QTest::keyClick(&fill, Qt::Key_Up);
+    Click(*Form, "btnFillStanding");
     EXPECT_THAT(row(1), ElementsAre("1", "12:00:11 PM", "12:00:15 PM", "4", "0", "185", "as standing"));
     EXPECT_TRUE(gaps.selectionModel()->isRowSelected(1));
     EXPECT_FALSE(gaps.selectionModel()->isRowSelected(0));

@@ -69,7 +69,7 @@ public:
 
     /// Esc and the window's close button come here.
     void reject() override {
-        if (BtnStop_->isEnabled() && messages_.Confirm("Do you want to stop this?\nNothing of it will be kept."))
+        if (BtnStop_->isEnabled() && messages_.ConfirmLoss("Do you want to stop this?\nNothing of it will be kept."))
             Stop();
     }
 

@@ -118,6 +118,13 @@ private:
         return splitter->objectName().isEmpty() ? splitter->parentWidget()->objectName() : splitter->objectName();
     }
 
+    /// The sizes are those of all its parts: none is hidden.
+    static bool IsWhole(const QSplitter& splitter) {
+        for (int i = 0; i < splitter.count(); ++i)
+            if (splitter.widget(i)->isHidden()) return false;
+        return true;
+    }
+
     std::vector<TableColumns*> Tables() const {
         std::vector<TableColumns*> tables;
         for (QObject* part : window_.findChildren<QObject*>())
@@ -141,7 +148,7 @@ private:
         memory_.Store(KeyOf(QStringLiteral("geometry")), Packed(window_.saveGeometry()));
         for (const TableColumns* table : Tables()) memory_.Store(KeyOf(*table), table->State());
         for (const auto* splitter : window_.findChildren<QSplitter*>())
-            memory_.Store(KeyOf(NameOf(splitter)), Packed(splitter->saveState()));
+            if (IsWhole(*splitter)) memory_.Store(KeyOf(NameOf(splitter)), Packed(splitter->saveState()));
     }
 
     QWidget& window_;

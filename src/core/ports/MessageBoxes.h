@@ -20,6 +20,8 @@ struct Prompt {
     std::string Details{};  ///< shown on demand; empty for none
     /// What the buttons say in place of their usual words, in the order of their names: Yes, No, Cancel. None: those.
     std::vector<std::string> Captions = {};
+    /// Yes loses something: Enter, too, answers with the harmless button.
+    bool LosesSomething = false;
 };
 
 /// A text about one of several things.
@@ -39,6 +41,11 @@ public:
     }
     bool Confirm(const std::string& question) {
         return Ask({question, MessageButtons::YesNo, MessageIcon::Question}) == MessageAnswer::Yes;
+    }
+    /// The same where Yes loses something.
+    bool ConfirmLoss(const std::string& question) {
+        return Ask({.Text = question, .Buttons = MessageButtons::YesNo, .Icon = MessageIcon::Warning,
+                    .LosesSomething = true}) == MessageAnswer::Yes;
     }
     /// One warning after another, until the user has enough of them or, asked after each, `goesOn` says no.
     void WarnOfEach(const std::vector<NamedText>& texts, const std::function<bool()>& goesOn);

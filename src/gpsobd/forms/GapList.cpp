@@ -17,7 +17,14 @@ namespace {
 /// Pixels beside a head's text, for its margins and the arrow of the sorted column.
 constexpr int SortArrowRoom = 32;
 
-constexpr std::array Fills = {GapFill::Standing, GapFill::Position, GapFill::Speed};
+struct FillButton {
+    GapFill Fill;
+    const char* Name;
+    const char* Caption;
+};
+constexpr std::array FillButtons = {FillButton{GapFill::Standing, "btnFillStanding", "As Sta&nding"},
+                                    FillButton{GapFill::Position, "btnFillPosition", "By &Position"},
+                                    FillButton{GapFill::Speed, "btnFillSpeed", "&By the Speeds Beside It"}};
 
 auto PlaceOf(const LogGap& gap) { return std::tuple(gap.RunNumber, gap.From, gap.To); }
 
@@ -32,14 +39,18 @@ GapList::GapList(QWidget* parent, MessageBoxes& messages, const Units& units) : 
     vaGaps_->setAlternatingRowColors(true);
     vaGaps_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     columns_ = new TableColumns(*vaGaps_);
-    cmbGapFill_ = Named<QComboBox>(this, "cmbGapFill");
-    for (const GapFill fill : Fills) cmbGapFill_->addItem(GapFillText(fill));
     lblGaps_ = LabelFor(vaGaps_, QStringLiteral("&Gaps"));
 
     auto* head = new QHBoxLayout;
     head->addWidget(lblGaps_, 1);
-    head->addWidget(LabelFor(cmbGapFill_, QStringLiteral("F&ill the selected gaps")));
-    head->addWidget(cmbGapFill_);
+    head->addWidget(Named<QLabel>(this, "lblFill", QStringLiteral("Fill the selected gaps")));
+    for (std::size_t i = 0; i < fills_.size(); ++i) {
+        const FillButton& button = FillButtons.at(i);
+        fills_.at(i) = Named<QPushButton>(this, button.Name, QLatin1String(button.Caption));
+        fills_.at(i)->setAutoDefault(false);
+        Connect(fills_.at(i), &QPushButton::clicked, this, messages, [this, &button] { OnFill(Selected(), button.Fill); });
+        head->addWidget(fills_.at(i));
+    }
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addLayout(head);
@@ -51,8 +62,6 @@ GapList::GapList(QWidget* parent, MessageBoxes& messages, const Units& units) : 
         ShowChoice();
         if (const std::vector<LogGap> selected = Selected(); !selected.empty()) OnChosen(selected.front());
     });
-    Connect(cmbGapFill_, &QComboBox::activated, this, messages,
-            [this](int index) { OnFill(Selected(), Fills.at(static_cast<std::size_t>(index))); });
 }
 
 void GapList::Show(std::vector<LogGap> gaps) {
@@ -98,11 +107,9 @@ void GapList::WidenColumns() {
 
 void GapList::ShowChoice() {
     const std::vector<LogGap> selected = Selected();
-    const auto isFilledAlike = [&](const LogGap& gap) { return gap.Filled == selected.front().Filled; };
-    const bool hasOne = !selected.empty() && std::ranges::all_of(selected, isFilledAlike);
-    cmbGapFill_->setEnabled(!selected.empty());
-    cmbGapFill_->setCurrentIndex(
-        hasOne ? static_cast<int>(std::ranges::find(Fills, selected.front().Filled) - Fills.begin()) : -1);
+    for (std::size_t i = 0; i < fills_.size(); ++i)
+        fills_.at(i)->setEnabled(std::ranges::any_of(
+            selected, [&](const LogGap& gap) { return CanBeFilled(gap, FillButtons.at(i).Fill); }));
 }
 
 std::vector<LogGap> GapList::Selected() const {

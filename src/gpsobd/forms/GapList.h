@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QComboBox>
 #include <QLabel>
+#include <QPushButton>
 #include <QTableView>
+#include <array>
 #include <functional>
 #include <vector>
 
@@ -36,7 +37,7 @@ private:
     QLabel* lblGaps_ = nullptr;
     QTableView* vaGaps_ = nullptr;
     TableColumns* columns_ = nullptr;
-    QComboBox* cmbGapFill_ = nullptr;
+    std::array<QPushButton*, 3> fills_{};
     bool isFilling_ = false;
 };
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/forms/Guarded.h"
+#include "gpsobd/DeviceLog.h"
 #include "gpsobd/PalmDatabase.h"
 
 namespace vantor {
@@ -16,21 +17,6 @@ std::string NoteOn(const LogSummary& summary) {
     return summary.Problem.empty() ? CutText(summary.DroppedBytes, summary.MissingRecords) : summary.Problem;
 }
 
-/// The kind of a database; nothing where it has none that is known.
-std::optional<LogKind> KindOf(const LogSources& sources, const std::string& path) {
-    try {
-        return LogKindOf(sources, path);
-    } catch (const RunTimeError&) {
-        return std::nullopt;
-    }
-}
-
-/// What is to be done with a database of the handheld's other logger.
-std::string OtherKindText(LogKind kind) {
-    return kind == LogKind::GpsHandheld ? "This is a GPS database. Open it with File > Process Roampad Data."
-                                        : "This is an OBD database. Open it with File > Process Revpad Data.";
-}
-
 ListedLog ReadListed(const LogSources& sources, LogKind kind, const std::string& folder, const std::string& fileName,
                      const LogProgress& goesOn) {
     ListedLog log{fileName, {}, {}};
@@ -38,9 +24,9 @@ ListedLog ReadListed(const LogSources& sources, LogKind kind, const std::string&
         log.Summary = ReadLogSummary(sources, kind, folder + fileName, goesOn);
         if (log.Summary) log.Note = NoteOn(*log.Summary);
     } catch (const NoSuchTable& error) {
-        const auto other = KindOf(sources, folder + fileName);
-        log.IsOfOtherKind = other.has_value();
-        log.Note = other ? OtherKindText(*other) : error.Message();
+        const std::string advice = OtherLoggerText(sources, folder + fileName);
+        log.IsOfOtherKind = !advice.empty();
+        log.Note = log.IsOfOtherKind ? advice : error.Message();
     } catch (const RunTimeError& error) {
         log.Note = error.Message();
     }

@@ -17,6 +17,7 @@
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
+#include "gpsobd/DeviceLog.h"
 #include "gpsobd/LogPoints.h"
 #include "gpsobd/PalmDatabase.h"
 #include "gpsobd/forms/ReviewRuns.h"
@@ -98,7 +99,13 @@ FieldLog LogReview::LoadLog() {
         const bool isSigned = HasSignedCoordinates(context_.State.Choices);
         const auto load = [&](FileSystem& files, const Progress& progress) {
             const PalmDatabase palm(files);
-            log = ReadFieldLog({files, context_.Databases, palm, context_.Time, isSigned}, kind_, logPath_, progress);
+            const LogSources sources{files, context_.Databases, palm, context_.Time, isSigned};
+            try {
+                log = ReadFieldLog(sources, kind_, logPath_, progress);
+            } catch (const NoSuchTable& error) {
+                const std::string advice = OtherLoggerText(sources, logPath_);
+                throw RunTimeError(error.Number(), advice.empty() ? error.Place() : advice + "\n" + logPath_);
+            }
             ArrangeForReview(log);
         };
         isLoaded_ = context_.Work.Run("Reading log " + LastComponent(logPath_), load);
@@ -195,6 +202,8 @@ QLayout* LogReview::BuildFoot() {
     btnGoOn_ = AddButton("btnGoOn", QStringLiteral("G&o On From There"), nullptr,
                          QStringLiteral("Search the rows behind row 32767, too"));
     for (QWidget* control : std::initializer_list<QWidget*>{prgRepair_, btnStop_, btnGoOn_}) control->hide();
+    // It has the focus when it is offered, and Enter is for it then.
+    btnGoOn_->setAutoDefault(true);
     BtnOk_ = AddButton("BtnOk", QStringLiteral("OK"), nullptr,
                        QStringLiteral("Make runs of the rows and write the log back"));
     BtnOk_->setDefault(true);
@@ -265,6 +274,7 @@ void LogReview::CalculateSpeed() {
 
 void LogReview::FindAndFixAll(ReviewGrid::Search search) {
     isGoingOnFixing_ = true;
+    const bool hadChanges = model_.Grid().CanUndo();
     SetRepairing(true);
     bool isDone = false;
     Guarded(context_.Messages, [&] {
@@ -272,7 +282,11 @@ void LogReview::FindAndFixAll(ReviewGrid::Search search) {
             [&](ReviewGrid& grid) { isDone = grid.FindAndFixAll([this] { return GoesOnAfterEvents(); }, search); });
     });
     SetRepairing(false);
-    if (stopRequested_) return reject();
+    // Of what the repair did nothing is asked, of what was changed before it is.
+    if (std::exchange(stopRequested_, false) && MayDiscard(hadChanges)) {
+        context_.State.DataFileSelected = false;
+        return QDialog::done(Rejected);
+    }
     ShowGaps();
     vaData_->ShowActive();
     vaData_->setFocus();
@@ -312,9 +326,11 @@ void LogReview::ShowGap(const LogGap& gap) {
 }
 
 void LogReview::FillGaps(const std::vector<LogGap>& gaps, GapFill fill) {
-    Change([&](ReviewGrid& grid) { grid.FillGapsAs(gaps, fill); },
-           (gaps.size() == 1 ? QStringLiteral("The gap is filled ") : QStringLiteral("The gaps are filled ")) +
-               GapFillText(fill) + QLatin1Char('.'));
+    const auto left = std::ranges::count_if(gaps, [&](const LogGap& gap) { return !CanBeFilled(gap, fill); });
+    QString status = (gaps.size() == 1 ? QStringLiteral("The gap is filled ") : QStringLiteral("The gaps are filled ")) +
+                     GapFillText(fill) + QLatin1Char('.');
+    if (left != 0) status += QStringLiteral(" %1 without positions stayed as before.").arg(left);
+    Change([&](ReviewGrid& grid) { grid.FillGapsAs(gaps, fill); }, status);
 }
 
 bool LogReview::GoesOnAfterEvents() {
@@ -366,13 +382,15 @@ void LogReview::done(int result) {
         return;
     }
     if (result == Rejected) {
-        const bool losesChanges = !stopRequested_ && model_.Grid().CanUndo();
-        if (losesChanges && !context_.Messages.Confirm("The rows of log: " + logPath_ +
-                                                       "\nhave changed. Do you want to discard the changes?"))
-            return;
+        if (!MayDiscard(model_.Grid().CanUndo())) return;
         context_.State.DataFileSelected = false;
     }
     QDialog::done(result);
+}
+
+bool LogReview::MayDiscard(bool hasChanges) {
+    return !hasChanges || context_.Messages.ConfirmLoss("The rows of log: " + logPath_ +
+                                                        "\nhave changed. Do you want to discard the changes?");
 }
 
 void LogReview::ShowState(const QString& status) {

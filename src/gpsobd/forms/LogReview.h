@@ -54,6 +54,7 @@ private:
     void Change(const std::function<void(ReviewGrid&)>& change, const QString& status);
 
     void MakeRuns();
+    bool MayDiscard(bool hasChanges);
 
     void ShowState(const QString& status);
     QString RepairColumn() const;

@@ -8,9 +8,11 @@ namespace vantor {
 namespace {
 
 /// Pixels beside a head's text, for its margins and the arrow of the sorted column.
-constexpr int SortArrowRoom = 32;
+constexpr int SortArrowRoom = 44;
 /// Pixels beside a cell's text, for its margins and the symbol of a computed one.
 constexpr int SymbolRoom = 36;
+/// A wrong number may have three hundred digits: the tip shows it whole.
+constexpr int MostLetters = 32;
 /// Rows whose texts the columns are made wide enough for.
 constexpr int SampleRows = 100;
 
@@ -65,6 +67,7 @@ void ReviewTable::FitColumns() {
             const QString text = review_->data(review_->index(row, column), Qt::DisplayRole).toString();
             width = std::max(width, fontMetrics().horizontalAdvance(text) + SymbolRoom);
         }
+        width = std::min(width, MostLetters * fontMetrics().averageCharWidth());
         if (!columns_->IsDragged(column)) setColumnWidth(column, width);
     }
 }
