@@ -73,6 +73,10 @@ void ComputeStudyResults(Study& study, const std::vector<RunListRow>& rows, Resu
 /// Empty where none has.
 std::string AverageWithoutWarned(const std::vector<RunListRow>& rows);
 
+/// AverageWithoutWarned, and on a line before it how many runs are not there: "4 of 8 runs cannot be read and do not
+/// count".
+std::string ConditionsOfAverage(const std::vector<RunListRow>& rows);
+
 /// What stands beside the stop delays where counted runs were not counted at the threshold in force: "2 runs computed
 /// with another threshold", "8 runs: threshold not known". Empty where all were.
 std::string OtherThresholds(const std::vector<RunListRow>& rows);

@@ -121,7 +121,9 @@ int RunWindow(QApplication& application, const WindowArguments& arguments, Appli
     frmMain window(context);
     end.BeforeEnd = [&window](const FatalFormatFault& fault) { window.KeepBeforeEnd(fault); };
     const auto keepChanges = [&window] { window.KeepChanges(); };
-    QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, keepChanges, Qt::DirectConnection);
+    QObject::connect(
+        &application, &QGuiApplication::commitDataRequest, &window, [&window] { window.KeepForEndOfSession(); },
+        Qt::DirectConnection);
     const EndSignals endSignals([&](int number) {
         keepChanges();
         work.StopAll();

@@ -161,6 +161,13 @@ void AppendRun(Study& study, const std::string& runName) {
     study.Entries.Append(std::move(entry));
 }
 
+void InsertRun(Study& study, int index, const StudyRunEntry& entry) {
+    if (index < 1 || index > study.Record.RunCount + 1) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+    study.Record.RunCount = Add16(study.Record.RunCount, 1);
+    study.RunNames.Insert(index, entry.EntryRunName);
+    study.Entries.Insert(index, entry);
+}
+
 void RemoveRun(Study& study, int index) {
     if (index < 1) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
     study.Entries.Remove(index);

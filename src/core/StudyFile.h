@@ -54,6 +54,8 @@ std::string CutShortText(const Study& study);
 
 /// Makes a study of run names that are new to it; a name is cut at its field's width.
 void AppendRun(Study& study, const std::string& runName);
+/// Puts a run that was removed back as run `index` (from 1).
+void InsertRun(Study& study, int index, const StudyRunEntry& entry);
 /// Removes run `index` (from 1) from the study; its file stays.
 void RemoveRun(Study& study, int index);
 /// The run of that name, from 1; 0 when the study has none. Letter case is ignored, as for files.

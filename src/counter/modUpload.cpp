@@ -120,13 +120,15 @@ bool MoveRuns(ApplicationState& state, const FileSystem& files, LongWork& work, 
     std::set<std::string> taken;
     for (const FileInfo& info : files.List(groupFolder)) taken.insert(FoldCase(info.Name));
     std::vector<FileMove> moves;
+    std::vector<NamedText> staying;
     for (const std::string& name : names) {
         const std::string target = RunPath(groupFolder, std::string(Trim(name)));
         if (taken.contains(FoldCase(LastComponent(target))))
-            messages.Tell("Run " + name + " exists in the selected Study Group.", MessageIcon::Warning);
+            staying.push_back({name, "Run " + name + " exists in the selected Study Group."});
         else
             moves.push_back({RunPath(fromFolder, name), target});
     }
+    messages.WarnOfEach(staying, [] { return true; });
     if (!MoveAll(work, "Moving", moves)) return false;
     if (!moves.empty() && state.CurrentStudy.RunNames.IsEmpty()) state.Paths.LastStudyGroupPath = groupFolder;
     return true;

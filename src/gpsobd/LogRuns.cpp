@@ -159,6 +159,12 @@ bool Exists(const FileSystem& files, const std::string& folder, const std::strin
     return FileExists(files, folder + name + RunExtension);
 }
 
+std::string FreeName(const FileSystem& files, const std::string& folder, const RunFileNames& names) {
+    int i = 0;
+    while (Exists(files, folder, names[i])) ++i;
+    return names[i];
+}
+
 /// The seconds from the first to the last point of a run.
 struct TimeSpan {
     std::int64_t First = 0;
@@ -252,19 +258,14 @@ std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewe
         if (!writing(done++, runs.size())) return {};
         try {
             RunRecord run = MakeRun(reviewed, points, gaps, settings);
-            std::string name;
-            Expected expected = Expected::Nothing();
-            if (const auto before = replaced.find(number); before != replaced.end()) {
-                name = before->second;
-                expected = AddBackup(*batch, files, there + name + RunExtension).Original;
-            } else {
-                const RunFileNames candidates(reviewed, number);
-                int i = 0;
-                while (Exists(files, there, candidates[i])) ++i;
-                name = candidates[i];
-            }
-            AddRunFile(*batch, run, there, name, expected);
-            names.push_back(name);
+            const auto before = replaced.find(number);
+            const bool replaces = before != replaced.end();
+            names.push_back(replaces ? before->second : FreeName(files, there, RunFileNames(reviewed, number)));
+            const std::string path = there + names.back() + RunExtension;
+            const std::vector<std::byte> bytes = RunBytes(run, names.back());
+            if (replaces && AsItStands(files, path).File == StampOf(bytes)) continue;
+            const Expected expected = replaces ? AddBackup(*batch, files, path).Original : Expected::Nothing();
+            AddRunBytes(*batch, bytes, there, names.back(), expected);
         } catch (const RunTimeError& error) {
             if (error.Number() != ErrorNumber::Overflow) throw;
             tooLong += error.Place() + "\n";

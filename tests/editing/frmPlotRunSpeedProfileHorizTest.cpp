@@ -83,6 +83,15 @@ TEST_F(SpeedProfileFormTest, OpensWithTheFiguresOfARunThatWasDone) {
     EXPECT_EQ(Entry(), computed);
     Program.Messages.Expect(EarlyClose, MessageAnswer::Cancel);
     Form->close();
+
+    Entry().StopDelay = 99;  // at another threshold
+    const StudyRunEntry stored = Entry();
+    Program.State.StudyUnchanged = true;
+    Open();
+    Program.Messages.Expect(EarlyClose, MessageAnswer::Cancel);
+    Form->close();
+    EXPECT_EQ(Entry(), stored) << "a look changes no figure";
+    EXPECT_TRUE(Program.State.StudyUnchanged);
 }
 
 TEST_F(SpeedProfileFormTest, EveryWayOutAsksBeforeTwoReleases) {

@@ -250,6 +250,14 @@ TEST_F(LogReviewTest, StopsAndLeavesWithoutASelection) {
     stopWith([&] { Click(*Form, "btnStop"); });
     stopWith([&] { QTest::keyClick(&*Form, Qt::Key_Escape); });
     stopWith([&] { Form->close(); });
+
+    OpenObd(ShortAndLongGap());
+    Click(*Form, "btnDeleteRow");
+    QTimer::singleShot(0, &*Form, [&] { Click(*Form, "btnStop"); });
+    Program.Messages.Expect(Discard, MessageAnswer::No);
+    Click(*Form, "btnFindAndFixAll");
+    EXPECT_TRUE(Form->isVisible()) << "a row was deleted before";
+    EXPECT_TRUE(Find<QWidget>(*Form, "BtnOk").isEnabled());
 }
 
 }  // namespace

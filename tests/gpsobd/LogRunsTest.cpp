@@ -162,6 +162,7 @@ TEST_F(LogRunsTest, ReplacesRunsMadeBeforeOnDemand) {
     EXPECT_THAT(WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings, before()),
                 ElementsAre("Trip-R001", "Trip-R002"));
     EXPECT_EQ(Program.Files.Bytes("/start/Temp/Trip-R001.rd2.bak"), old);
+    EXPECT_FALSE(Program.Files.Bytes("/start/Temp/Trip-R002.rd2.bak")) << "it is as it was";
     EXPECT_EQ(ReadRun(Program.Files, "/start/Temp/Trip-R001.rd2").Run.Header.SampleCount, 1);
 
     for (LogPoint& point : log.Points) point.Obd.DateTime.Days += 1;

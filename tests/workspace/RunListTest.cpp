@@ -172,6 +172,35 @@ TEST_F(MainWindow, DetailsBringBackBoundariesAndANewName) {
     EXPECT_TRUE(Cell(1, 7).startsWith("Counted"));
     EXPECT_EQ(Label("lblAvgContDelay"), " 14");
     EXPECT_FALSE(State.StudyUnchanged);
+    Choose("mnuRunUndo");
+    EXPECT_EQ(Current().Entries[2].CDEndDist, 0);
+}
+
+TEST_F(MainWindow, TakesBackADeletedRunButNoEntryThatFitsTheRunNoMore) {
+    StartWith({{"R1", 12}, {"R2", 50}, {"R3", 20}});
+    PressKey(Qt::Key_Down);
+    const Study before = Current();
+    PressKey(Qt::Key_Delete);
+    EXPECT_EQ(Current().Record.RunCount, 2);
+    Choose("mnuRunUndo");
+    EXPECT_EQ(Current().Entries, before.Entries);
+    EXPECT_EQ(Current().RunNames, before.RunNames);
+    EXPECT_EQ(Current().Record.RunCount, 3);
+
+    OtherScreens.OnShow["frmRunDetails"] = [&] {
+        RunRecord run = ReadRun(Files, Group + "R2.rd2").Run;
+        run.SampleValues[1] = 0;
+        PutRunFile(Files, run, Group, "R2");
+        Current().Entries[2].CDStartDist = 256;
+        return true;
+    };
+    Press("BtnEditRun");
+    EXPECT_FALSE(Find<QAction>(*Window, "mnuRunUndo").isEnabled()) << "its samples have changed, too";
+
+    Files.Delete(Group + "R1.rd2");
+    Messages.Expect("Missing Run File: R1");
+    Choose("mnuViewStatistics");
+    EXPECT_EQ(Label("lblWithoutWarned"), "1 of 3 runs cannot be read and does not count");
 }
 
 }  // namespace

@@ -114,6 +114,21 @@ TEST_F(CrashedWindow, NothingIsLeftOfAStudyThatWasSavedOrLeft) {
     for (const std::string& path : Files.AllFiles()) EXPECT_FALSE(path.ends_with(".ldr")) << path;
 }
 
+TEST_F(CrashedWindow, TheEndOfTheSessionKeepsTheChangesWithoutAQuestion) {
+    StartWith({{"R1", 12}});
+    Type(*Window, "StudyNotes", "rain");
+    Window->KeepForEndOfSession();
+    EXPECT_TRUE(Window->close());
+    Messages.Expect(Question, Yes);
+    StartAgain();
+    EXPECT_EQ(Current().Record.StudyNotes, "rain");
+
+    Window->KeepForEndOfSession();
+    Type(*Window, "StudyNotes", "fog");
+    Messages.Expect(AsksAboutChanges, MessageAnswer::Cancel);
+    EXPECT_FALSE(Window->close()) << "the session went on";
+}
+
 TEST_F(CrashedWindow, AStudyInAFolderThatCannotBeWrittenIsWorkedOnUndisturbed) {
     StartWith({{"R1", 12}});
     Type(*Window, "StudyNotes", "rain");

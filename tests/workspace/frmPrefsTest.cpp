@@ -306,6 +306,10 @@ TEST_F(frmPrefsTest, ARootThatWaitsIsShownAndNotForgotten) {
     EXPECT_EQ(Text(GroupRoot), "/other");
     Click(*Form, "btnCancel");
     Open();
+    Program.Messages.Expect(question, MessageAnswer::Cancel);
+    Click(*Form, "btnOk");
+    EXPECT_TRUE(Form->isVisible());
+    EXPECT_EQ(State.Settings.StudyGroupRootPath, "/other");
     Program.Messages.Expect(question, MessageAnswer::No);
     ExpectSaved();
     EXPECT_EQ(State.Settings.StudyGroupRootPath, Root);

@@ -221,7 +221,13 @@ void frmPlotRunSpeedProfileHoriz::ShowFigures() {
                                                       PlaceInWords(profile_, ProfileLine::IdealSpeed, labels),
                                                       NameOf(controls_.Plot->ActiveLine()).toLower()));
     ShowReadOut(std::nullopt);
-    if (entry_ != entryBefore_) context_.State.StudyUnchanged = false;
+    if (entry_ != entryBefore_ && !IsOnlyLookedAt()) context_.State.StudyUnchanged = false;
+}
+
+/// The figures were computed anew, at the threshold in force now, and nothing else was done.
+bool frmPlotRunSpeedProfileHoriz::IsOnlyLookedAt() const {
+    const bool wasComputed = !Trim(entryBefore_.LOSGrade).empty();
+    return wasComputed && HasSameBoundaries(entryBefore_, entry_);
 }
 
 void frmPlotRunSpeedProfileHoriz::ShowWarning() {
@@ -288,6 +294,7 @@ void frmPlotRunSpeedProfileHoriz::done(int result) {
     Guarded(context_.Messages, [&] { closes = MayClose(); });
     if (!closes) return;
     LeaveIdealSpeed();
+    if (result == Rejected && IsOnlyLookedAt()) entry_ = entryBefore_;
     const std::string name = FromQt(controls_.txtEditRunName->text());
     if (!name.empty()) run_.Header.RunName = FirstCharacters(name, RunNameWidth);
     QDialog::done(result);

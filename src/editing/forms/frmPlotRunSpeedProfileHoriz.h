@@ -44,6 +44,7 @@ private:
     void LeaveIdealSpeed();
     bool ComputesOnInput() const { return profile_.Drag().IsReady() || profile_.HasBothBoundaries(); }
     bool MayClose();
+    bool IsOnlyLookedAt() const;
 
     /// Shows the profile along its axis as it is now and, where both boundaries are set, computes the run.
     void Draw();

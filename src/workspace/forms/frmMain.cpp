@@ -144,6 +144,8 @@ void frmMain::BuildStatusBar() {
 
 void frmMain::KeepChanges() { recovery_.KeepNow(); }
 
+void frmMain::KeepForEndOfSession() { endsWithSession_ = recovery_.KeepNow(); }
+
 void frmMain::KeepChangesOften() {
     auto* timer = Named<QTimer>(this, "tmrRecovery");
     Connect(timer, &QTimer::timeout, this, context_.Messages, [this] { recovery_.Keep(); });
@@ -244,7 +246,7 @@ void frmMain::ShowRunList(RunList list) {
     const std::vector<RunListRow>& rows = vaRunList_->Rows();
     if (list.IsWhole) {
         Guarded(context_.Messages, [&] { ComputeStudyResults(context_.State.CurrentStudy, rows, labels_); });
-        results_->ShowConditions(AverageWithoutWarned(rows), OtherThresholds(rows));
+        results_->ShowConditions(ConditionsOfAverage(rows), OtherThresholds(rows));
     } else {
         labels_ = {};
         results_->ShowConditions("not all runs were read", {});
@@ -271,6 +273,8 @@ void frmMain::ComputeStopDelaysAnew() {
 
 void frmMain::ShowStatus() {
     const ApplicationState& state = context_.State;
+    // Where the user goes on, the session has not ended.
+    endsWithSession_ = false;
     if (state.StudyUnchanged) recovery_.Settle();
     const QString name = ToQt(Trim(state.CurrentStudy.Record.StudyName));
     setWindowTitle(name.isEmpty() ? QStringLiteral("Vantor[*]") : name + QStringLiteral("[*] - Vantor"));
@@ -284,11 +288,21 @@ void frmMain::ShowStatus() {
                                              : (isNew ? QStringLiteral("New study") : QStringLiteral("Saved")));
 }
 
-void frmMain::KeepForUndo(const QString& what, int run, const std::function<void()>& change) {
+void frmMain::ChangeRun(const QString& what, int run, const std::function<void()>& change) {
     const Study& study = context_.State.CurrentStudy;
     const StudyRunEntry before = study.Entries[run];
+    const auto movement = [&] {
+        const auto& rows = vaRunList_->Rows();
+        const auto row = static_cast<std::size_t>(run - 1);
+        return row < rows.size() ? rows[row].Facts.Movement : std::uint64_t{0};
+    };
+    const std::uint64_t movementBefore = movement();
     Guarded(context_.Messages, change);
-    if (study.Entries[run] != before)
+    RefreshStudyResults();
+    vaRunList_->setFocus();
+    if (movement() != movementBefore)
+        OfferUndo(std::nullopt);
+    else if (study.Entries[run] != before)
         OfferUndo(EntryUndo{QStringLiteral("%1 of run %2").arg(what, ToQt(RunFileName(before))), run, before});
 }
 
@@ -301,8 +315,12 @@ void frmMain::OfferUndo(std::optional<EntryUndo> undo) {
 void frmMain::Undo() {
     if (!undo_) return context_.DesktopServices.Beep();
     Study& study = context_.State.CurrentStudy;
-    study.Entries[undo_->Run] = undo_->Before;
-    study.RunNames[undo_->Run] = undo_->Before.EntryRunName;
+    if (undo_->WasDeleted) {
+        InsertRun(study, undo_->Run, undo_->Before);
+    } else {
+        study.Entries[undo_->Run] = undo_->Before;
+        study.RunNames[undo_->Run] = undo_->Before.EntryRunName;
+    }
     context_.State.StudyUnchanged = false;
     OfferUndo(std::nullopt);
     RefreshStudyResults();
@@ -415,26 +433,27 @@ void frmMain::AddRuns() {
 void frmMain::DeleteActiveRun() {
     const int run = vaRunList_->ActiveRun();
     if (run == 0) return context_.DesktopServices.Beep();
+    const StudyRunEntry deleted = context_.State.CurrentStudy.Entries[run];
     DeleteRun(context_.State, run);
-    OfferUndo(std::nullopt);
+    OfferUndo(EntryUndo{QStringLiteral("Delete of run ") + ToQt(RunFileName(deleted)), run, deleted, true});
     RefreshStudyResults();
 }
 
 void frmMain::ShowDetails() {
     const int run = vaRunList_->ActiveRun();
     if (run == 0) return context_.DesktopServices.Beep();
-    KeepForUndo(QStringLiteral("Profile"), run, [&] { ShowRunDetails(context_, run); });
-    RefreshStudyResults();
+    ChangeRun(QStringLiteral("Profile"), run, [&] { ShowRunDetails(context_, run); });
 }
 
 void frmMain::ShowActiveRun(void (Screens::*open)(int)) {
     const int run = vaRunList_->ActiveRun();
     if (run == 0) return context_.DesktopServices.Beep();
-    KeepForUndo(QStringLiteral("Details"), run, [&] { ShowRun(context_, run, open); });
-    RefreshStudyResults();
+    ChangeRun(QStringLiteral("Details"), run, [&] { ShowRun(context_, run, open); });
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
+    // Changes are kept then, and the next start offers them.
+    if (endsWithSession_) return event->accept();
     event->ignore();
     Guarded(context_.Messages, [&] { event->setAccepted(MayLeaveStudy(context_)); });
     if (event->isAccepted()) recovery_.Discard();

@@ -35,6 +35,8 @@ public:
     void Start(const std::string& studyPath = {});
     /// Keeps what is not saved and returns when it is on the disk; for the end of the program.
     void KeepChanges();
+    /// The same when the session ends: the window closes without a question then. What could not be kept is asked about.
+    void KeepForEndOfSession();
 
     /// To be called before the program ends at once: keeps the unsaved changes and names the file for the next start.
     void KeepBeforeEnd(const FatalFormatFault& fault);
@@ -76,9 +78,11 @@ private:
         QString Text;  ///< "Profile of run NB-001"
         int Run = 0;
         StudyRunEntry Before;
+        bool WasDeleted = false;
     };
-    /// Does what may change the entry of a run, and offers to take that back.
-    void KeepForUndo(const QString& what, int run, const std::function<void()>& change);
+    /// Does what may change a run, shows the study and offers to take back what its entry has changed. Of a run whose
+    /// samples have changed, too, the entry from before would fit no more: its backup is the way back.
+    void ChangeRun(const QString& what, int run, const std::function<void()>& change);
     void OfferUndo(std::optional<EntryUndo> undo);
     void Undo();
 
@@ -111,6 +115,7 @@ private:
     std::set<std::string> toldRuns_;
 
     std::optional<EntryUndo> undo_;
+    bool endsWithSession_ = false;
 
     MainMenu* menu_ = nullptr;
     QAction* mnuRunUndo_ = nullptr;

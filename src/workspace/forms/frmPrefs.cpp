@@ -63,7 +63,7 @@ QWidget* frmPrefs::BuildNextStart() {
     fraNextStart_ = Named<QWidget>(this, "fraNextStart");
     lblNextStart_ = Named<QLabel>(fraNextStart_, "lblNextStart");
     lblNextStart_->setWordWrap(true);
-    auto* restart = Named<QPushButton>(fraNextStart_, "cmdRestart", QStringLiteral("Restart &now"));
+    auto* restart = Named<QPushButton>(fraNextStart_, "cmdRestart", QStringLiteral("Restart no&w"));
     restart->setToolTip(QStringLiteral("Saves these preferences and starts the program again"));
     restart->setAutoDefault(false);
     Connect(restart, &QPushButton::clicked, this, context_.Messages, [this] { Save(true); });
@@ -99,19 +99,39 @@ Preferences frmPrefs::Chosen() const {
     return chosen;
 }
 
-void frmPrefs::RemindOfRoot() {
+bool frmPrefs::RemindOfRoot() {
     const std::string root = paths_->ForgottenRoot();
-    if (root.empty()) return;
-    if (context_.Messages.Confirm("The Study Group Root Path was to be, from the next start:\n" + root +
-                                  "\n\nKeep that? No stays with:\n" + context_.State.Paths.StudyGroupRootPath))
-        paths_->PutRoot(root);
+    if (root.empty()) return true;
+    const MessageAnswer answer = context_.Messages.Ask(
+        {"The Study Group Root Path was to be, from the next start:\n" + root + "\n\nKeep that? No stays with:\n" +
+             context_.State.Paths.StudyGroupRootPath,
+         MessageButtons::YesNoCancel, MessageIcon::Question});
+    if (answer == MessageAnswer::Yes) paths_->PutRoot(root);
+    return answer != MessageAnswer::Cancel;
 }
 
-void frmPrefs::OfferMissingFolders(const Preferences& preferences) {
-    for (const std::string& folder : MissingFolders(context_.Files, preferences))
-        if (paths_->IsToBeMade(folder) ||
-            context_.Messages.Confirm("There is no folder: " + folder + "\nDo you want to create it?"))
-            context_.Files.CreateFolder(folder);
+bool frmPrefs::OfferMissingFolders(const Preferences& preferences) {
+    for (const std::string& folder : MissingFolders(context_.Files, preferences)) {
+        const MessageAnswer answer =
+            paths_->IsToBeMade(folder)
+                ? MessageAnswer::Yes
+                : context_.Messages.Ask({"There is no folder: " + folder + "\nDo you want to create it?",
+                                         MessageButtons::YesNoCancel, MessageIcon::Question});
+        if (answer == MessageAnswer::Cancel) return false;
+        if (answer == MessageAnswer::Yes && !MakesFolder(folder)) return false;
+    }
+    return true;
+}
+
+bool frmPrefs::MakesFolder(const std::string& folder) {
+    try {
+        context_.Files.CreateFolder(folder);
+        return true;
+    } catch (const RunTimeError& error) {
+        context_.Messages.Tell("This folder cannot be made. Choose another one.\n" + folder + "\n\n" + error.Message(),
+                               MessageIcon::Warning);
+        return false;
+    }
 }
 
 void frmPrefs::Save(bool restarts) {
@@ -120,13 +140,13 @@ void frmPrefs::Save(bool restarts) {
         paths_->FocusRefused();
         return context_.DesktopServices.Beep();
     }
-    RemindOfRoot();
+    if (!RemindOfRoot()) return;
     const Preferences chosen = Chosen();
-    OfferMissingFolders(chosen);
+    if (!OfferMissingFolders(chosen)) return;
     SavePreferences(context_.State, context_.Files, chosen);
     context_.State.Choices = StoreUserChoices(
         context_.Files, {{SignedCoordinatesKey, defaults_->SignedCoordinates()->isChecked() ? ChoiceTaken : ""}});
-    if (ChangesRoot(chosen)) {
+    if (ChangesRoot(chosen) && !restarts) {
         context_.DesktopServices.Beep();
         context_.Messages.Tell(
             "The Study Group Root Path has been changed. The new path won't go into effect until the next time the "

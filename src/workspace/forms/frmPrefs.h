@@ -25,8 +25,10 @@ private:
     QWidget* BuildNextStart();
     void ShowNextStart();
     Preferences Chosen() const;
-    void RemindOfRoot();
-    void OfferMissingFolders(const Preferences& preferences);
+    // False where the user stays.
+    bool RemindOfRoot();
+    bool OfferMissingFolders(const Preferences& preferences);
+    bool MakesFolder(const std::string& folder);
     void Save(bool restarts);
 
     AppContext& context_;

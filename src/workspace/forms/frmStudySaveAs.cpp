@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "core/Backup.h"
 #include "core/Paths.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
@@ -93,9 +94,11 @@ bool frmStudySaveAs::CheckNames() {
 
 bool frmStudySaveAs::MayReplace() {
     const std::string group = browser_->Group();
-    return !FileExists(context_.Files, group + Name() + StudyExtension) ||
+    const std::string path = group + Name() + StudyExtension;
+    return !FileExists(context_.Files, path) ||
            context_.Messages.Confirm("Study: " + Name() + "\n exists already in Study Group: " + LastComponent(group) +
-                                     "\nDo you want to replace it?");
+                                     "\nDo you want to replace it?\n\nIt will be kept as " +
+                                     LastComponent(FreeBackupPath(context_.Files, path)) + ".");
 }
 
 bool frmStudySaveAs::MayCopyRuns(const RunsElsewhere& runs) {
