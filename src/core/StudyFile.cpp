@@ -82,12 +82,11 @@ bool ReadStudyFile(ApplicationState& state, const FileSystem& files, Desktop& de
     return true;
 }
 
-bool ReadStudyRunNames(const FileSystem& files, Desktop& desktop, const std::string& folder, const std::string& name,
-                       StudyRecord& header, OneBased<std::string>& names) {
+bool ReadStudyRunNames(const FileSystem& files, const std::string& folder, const std::string& name, StudyRecord& header,
+                       OneBased<std::string>& names) {
     const auto bytes = ReadStudyBytes(files, folder + name + StudyExtension);
     names.Clear();
     if (!bytes) {
-        desktop.Beep();
         header = {};
         return false;
     }

@@ -26,10 +26,10 @@ std::optional<Study> LoadStudy(const FileSystem& files, const std::string& folde
 bool ReadStudyFile(ApplicationState& state, const FileSystem& files, Desktop& desktop, const Clock& clock,
                    const std::string& folder, const std::string& name);
 
-/// Reads only the header and the run names of a study. Names are cut at 32 characters. A missing file beeps, gives
-/// an empty header and list, and false.
-bool ReadStudyRunNames(const FileSystem& files, Desktop& desktop, const std::string& folder, const std::string& name,
-                       StudyRecord& header, OneBased<std::string>& names);
+/// Reads only the header and the run names of a study. Names are cut at 32 characters. A missing file gives an empty
+/// header and list, and false, at which the caller beeps.
+bool ReadStudyRunNames(const FileSystem& files, const std::string& folder, const std::string& name, StudyRecord& header,
+                       OneBased<std::string>& names);
 
 /// How the file that a study would be written to stands to it.
 enum class StudyTarget {

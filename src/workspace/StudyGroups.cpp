@@ -16,16 +16,15 @@ namespace {
 
 std::string ProblemOf(const RunTimeError& error) { return std::string(error.what()) + "\n" + error.Place(); }
 
-ListedStudy ReadListedStudy(const FileSystem& files, Desktop& desktop, const std::string& group, std::string name) {
-    ListedStudy study;
-    study.Name = std::move(name);
+constexpr const char* NotRead = "It was not read: the listing was stopped.";
+
+void ReadListedStudy(const FileSystem& files, const std::string& group, ListedStudy& study) {
     try {
-        if (!ReadStudyRunNames(files, desktop, group, study.Name, study.Header, study.RunNames))
+        if (!ReadStudyRunNames(files, group, study.Name, study.Header, study.RunNames))
             study.Problem = "The file is missing.";
     } catch (const RunTimeError& error) {
         study.Problem = ProblemOf(error);
     }
-    return study;
 }
 
 /// The header of a version 1 run that can be used; throws for any other.
@@ -42,19 +41,13 @@ RunHeader ReadUsableHeader(const FileSystem& files, const std::string& group, co
     return std::move(reading.Run.Header);
 }
 
-ListedRun ReadListedRun(const FileSystem& files, const std::string& group, std::string name, bool isVer1) {
-    ListedRun run;
-    run.Name = std::move(name);
-    run.IsVer1 = isVer1;
-    run.Header.RunName = run.Name;
-    run.Problem = NameProblem(run.Name, RunNameWidth);
-    if (!run.Problem.empty()) return run;
+void ReadListedRun(const FileSystem& files, const std::string& group, ListedRun& run) {
     try {
-        run.Header = isVer1 ? ReadUsableVer1Header(files, group, run.Name) : ReadUsableHeader(files, group, run.Name);
+        run.Header =
+            run.IsVer1 ? ReadUsableVer1Header(files, group, run.Name) : ReadUsableHeader(files, group, run.Name);
     } catch (const RunTimeError& error) {
         run.Problem = ProblemOf(error);
     }
-    return run;
 }
 
 }  // namespace
@@ -79,31 +72,49 @@ std::vector<std::string> ListStudyGroups(const FileSystem& files, const std::str
     return groups;
 }
 
-std::vector<ListedStudy> ListStudies(const FileSystem& files, Desktop& desktop, const std::string& group) {
+std::vector<ListedStudy> ListStudies(const FileSystem& files, const std::string& group, const Progress& progress) {
     std::vector<ListedStudy> studies;
     for (const FileInfo& info : FilesWithExtension(files, group, StudyExtension))
-        studies.push_back(ReadListedStudy(files, desktop, group, BaseName(info.Name)));
+        studies.emplace_back().Name = BaseName(info.Name);
+    bool goesOn = true;
+    for (std::size_t i = 0; i < studies.size(); ++i) {
+        goesOn = goesOn && progress(i, studies.size());
+        if (goesOn)
+            ReadListedStudy(files, group, studies[i]);
+        else
+            studies[i].Problem = NotRead;
+    }
     return studies;
 }
 
-std::vector<ListedRun> ListRuns(const FileSystem& files, const std::string& group) {
+std::vector<ListedRun> ListRuns(const FileSystem& files, const std::string& group, const Progress& progress) {
     std::vector<ListedRun> runs;
     std::set<std::string> known;
     for (const bool isVer1 : {false, true}) {
         for (const FileInfo& info : FilesWithExtension(files, group, isVer1 ? Ver1RunExtension : RunExtension)) {
             const std::string name = BaseName(info.Name);
-            if (known.insert(FoldCase(name)).second) runs.push_back(ReadListedRun(files, group, name, isVer1));
+            if (!known.insert(FoldCase(name)).second) continue;
+            ListedRun& run = runs.emplace_back();
+            run.Name = run.Header.RunName = name;
+            run.IsVer1 = isVer1;
         }
     }
-    std::stable_sort(runs.begin(), runs.end(), [](const ListedRun& left, const ListedRun& right) {
-        return FoldCase(left.Name) < FoldCase(right.Name);
-    });
+    bool goesOn = true;
+    for (std::size_t i = 0; i < runs.size(); ++i) {
+        goesOn = goesOn && progress(i, runs.size());
+        ListedRun& run = runs[i];
+        run.Problem = goesOn ? NameProblem(run.Name, RunNameWidth) : NotRead;
+        if (run.Problem.empty()) ReadListedRun(files, group, run);
+    }
+    std::ranges::stable_sort(runs, {}, [](const ListedRun& run) { return FoldCase(run.Name); });
     return runs;
 }
 
-RunsElsewhere CompareRuns(const FileSystem& files, const Study& study, const std::string& from, const std::string& to) {
+RunsElsewhere CompareRuns(const FileSystem& files, const Study& study, const std::string& from, const std::string& to,
+                          const Progress& progress) {
     RunsElsewhere runs;
-    for (int i = 1; i <= study.Record.RunCount; ++i) {
+    const auto count = static_cast<std::uint64_t>(study.Record.RunCount);
+    for (int i = 1; i <= study.Record.RunCount && progress(static_cast<std::uint64_t>(i - 1), count); ++i) {
         const std::string name = RunFileName(study.Entries[i]);
         if (!IsSafeName(name) || !FileExists(files, from + name + RunExtension)) continue;
         if (!FileExists(files, to + name + RunExtension))
@@ -114,12 +125,16 @@ RunsElsewhere CompareRuns(const FileSystem& files, const Study& study, const std
     return runs;
 }
 
-void CopyRuns(FileSystem& files, const std::vector<std::string>& names, const std::string& from,
-              const std::string& to) {
+bool CopyRuns(FileSystem& files, const std::vector<std::string>& names, const std::string& from, const std::string& to,
+              const Progress& progress) {
+    constexpr double Read = 0.5;
     const auto batch = files.BeginWrites();
-    for (const std::string& name : names)
-        batch->Add(to + name + RunExtension, ReadWholeFile(files, from + name + RunExtension), Expected::Nothing());
-    batch->Commit();
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (!progress.Part(0, Read)(i, names.size())) return false;
+        const std::string file = names[i] + RunExtension;
+        batch->Add(to + file, ReadWholeFile(files, from + file), Expected::Nothing());
+    }
+    return batch->Commit(progress.Part(Read, 1));
 }
 
 }  // namespace vantor

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "core/ApplicationState.h"
+#include "core/Progress.h"
 #include "core/RunRecords.h"
 #include "core/StudyRecords.h"
-#include "core/ports/Desktop.h"
 #include "core/ports/FileSystem.h"
 
 namespace vantor {
@@ -30,8 +30,9 @@ struct ListedStudy {
     OneBased<std::string> RunNames;
     std::string Problem;  ///< why it cannot be opened; empty when it can
 };
-/// The studies of a group by name. An error of the listing itself is thrown.
-std::vector<ListedStudy> ListStudies(const FileSystem& files, Desktop& desktop, const std::string& group);
+/// The studies of a group by name. An error of the listing itself is thrown. Stopped, those that were not read say so
+/// as their problem.
+std::vector<ListedStudy> ListStudies(const FileSystem& files, const std::string& group, const Progress& progress = {});
 
 /// A run file as its header describes it.
 struct ListedRun {
@@ -41,18 +42,20 @@ struct ListedRun {
     std::string Problem;  ///< why it cannot be used; empty when it can
 };
 /// The runs of a group by name. A version 1 file that has a version 2 file beside it is left out. An error of the
-/// listing itself is thrown.
-std::vector<ListedRun> ListRuns(const FileSystem& files, const std::string& group);
+/// listing itself is thrown. Stopped, those that were not read say so as their problem.
+std::vector<ListedRun> ListRuns(const FileSystem& files, const std::string& group, const Progress& progress = {});
 
 /// How the run files of a study stand in another group.
 struct RunsElsewhere {
     std::vector<std::string> Missing;    ///< in the study's group only
     std::vector<std::string> Different;  ///< in both, with other contents
 };
-/// Runs without a file in the study's own group are left out.
-RunsElsewhere CompareRuns(const FileSystem& files, const Study& study, const std::string& from, const std::string& to);
+/// Runs without a file in the study's own group are left out. Stopped, it is not whole.
+RunsElsewhere CompareRuns(const FileSystem& files, const Study& study, const std::string& from, const std::string& to,
+                          const Progress& progress = {});
 
-/// Copies run files between groups, all or none.
-void CopyRuns(FileSystem& files, const std::vector<std::string>& names, const std::string& from, const std::string& to);
+/// Copies run files between groups, all or none. False when it was stopped: then none.
+bool CopyRuns(FileSystem& files, const std::vector<std::string>& names, const std::string& from, const std::string& to,
+              const Progress& progress = {});
 
 }  // namespace vantor

@@ -72,7 +72,7 @@ TEST_F(Recovery, KeepsChangesUntilTheStudyIsSavedOrLeft) {
     EXPECT_EQ(DecodeStudy(*Files.Bytes(Group + "AM.1.ldr")).RunNames[4], "R4");
     EXPECT_EQ(Files.Bytes(Group + "AM.ld2"), saved);
     EXPECT_FALSE(State.StudyUnchanged);
-    EXPECT_EQ(ListStudies(Files, DesktopServices, Group).size(), 1U);
+    EXPECT_EQ(ListStudies(Files, Group).size(), 1U);
 
     State.CurrentStudy.Record.StudyName = "PM";
     SaveStudy(State, Files);

@@ -15,6 +15,48 @@
 #include "core/forms/WindowLayout.h"
 
 namespace vantor {
+namespace {
+
+/// A version 1 run file as its header describes it.
+struct Ver1RunInFile {
+    std::string Name;
+    RunHeader Header;
+    std::string Problem;  ///< why it cannot be read; empty when it can
+};
+
+std::vector<Ver1RunInFile> ReadVer1Runs(const FileSystem& files, const std::string& folder, const Progress& progress) {
+    std::vector<Ver1RunInFile> runs;
+    const auto found = FilesWithExtension(files, folder, Ver1RunExtension);
+    bool goesOn = true;
+    for (const FileInfo& info : found) {
+        goesOn = goesOn && progress(runs.size(), found.size());
+        Ver1RunInFile& run = runs.emplace_back();
+        run.Name = BaseName(info.Name);
+        if (!goesOn) run.Problem = "It was not read: the listing was stopped.";
+        try {
+            if (goesOn) run.Header = ReadVer1Run(files, folder, run.Name).Header;
+        } catch (const RunTimeError& error) {
+            run.Problem = error.Message();
+        }
+    }
+    return runs;
+}
+
+void ShowRun(Table& runs, int row, const Ver1RunInFile& run, const Units& units) {
+    if (run.Problem.empty()) {
+        const RunHeader& header = run.Header;
+        runs.SetSorted(row, 1, ToQt(ShortDate(header.RunDate)), header.RunDate.Days);
+        runs.SetSorted(row, 2, ToQt(ShortTime(header.RunTime)), header.RunTime.Days);
+        runs.SetNumber(row, 3, header.RunLength, ToQt(units.LengthCell(header.RunLength)));
+        runs.SetNumber(row, 4, header.Duration, QString::number(header.Duration));
+        return;
+    }
+    // A file that cannot be read can still be deleted.
+    runs.SetText(row, 1, QStringLiteral("Not readable"));
+    for (const int column : {0, 1}) SetCellNote(*runs.item(row, column), ToQt(run.Problem));
+}
+
+}  // namespace
 
 frmDeleteTempRuns::frmDeleteTempRuns(AppContext& context)
     : context_(context),
@@ -66,27 +108,15 @@ QLayout* frmDeleteTempRuns::BuildListButtons() {
 }
 
 void frmDeleteTempRuns::ListRuns() {
+    std::vector<Ver1RunInFile> runs;
+    context_.Work.Run("Reading the runs",
+                      [&runs, folder = frRunList_->Folder()](FileSystem& files, const Progress& progress) {
+                          runs = ReadVer1Runs(files, folder, progress);
+                      });
     frRunList_->Files().BeginFilling();
-    for (const FileInfo& info : FilesWithExtension(context_.Files, frRunList_->Folder(), Ver1RunExtension)) {
-        const std::string name = BaseName(info.Name);
-        ShowRun(frRunList_->AddFile(name), name);
-    }
+    for (const Ver1RunInFile& run : runs)
+        ShowRun(frRunList_->Files(), frRunList_->AddFile(run.Name), run, UnitsOf(context_.State));
     frRunList_->EndFilling();
-}
-
-void frmDeleteTempRuns::ShowRun(int row, const std::string& name) {
-    Table& runs = frRunList_->Files();
-    try {
-        const RunHeader header = ReadVer1Run(context_.Files, frRunList_->Folder(), name).Header;
-        runs.SetSorted(row, 1, ToQt(ShortDate(header.RunDate)), header.RunDate.Days);
-        runs.SetSorted(row, 2, ToQt(ShortTime(header.RunTime)), header.RunTime.Days);
-        runs.SetNumber(row, 3, header.RunLength, ToQt(UnitsOf(context_.State).LengthCell(header.RunLength)));
-        runs.SetNumber(row, 4, header.Duration, QString::number(header.Duration));
-    } catch (const RunTimeError& error) {
-        // A file that cannot be read can still be deleted.
-        runs.SetText(row, 1, tr("Not readable"));
-        for (const int column : {0, 1}) SetCellNote(*runs.item(row, column), ToQt(error.Message()));
-    }
 }
 
 }  // namespace vantor

@@ -16,7 +16,6 @@ public:
 private:
     QLayout* BuildListButtons();
     void ListRuns();
-    void ShowRun(int row, const std::string& name);
 
     AppContext& context_;
     DeletionList* frRunList_;

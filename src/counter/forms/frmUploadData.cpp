@@ -216,7 +216,7 @@ void frmUploadData::ListRuns() {
     for (const UploadRun* run : SelectedRuns()) selected.insert(run->Name);
     runs_.clear();
     const Units unit = UnitsOf(context_.State);
-    for (const std::string& name : ListRunFiles(*vaSelRuns_, context_.Files, TempFolder(), unit))
+    for (const std::string& name : ListRunFiles(*vaSelRuns_, context_.Work, TempFolder(), unit))
         runs_.push_back({name, previousNames[name]});
     for (int row = 0; row < vaSelRuns_->rowCount(); ++row)
         if (selected.contains(runs_[RunIndexOf(*vaSelRuns_, row)].Name))

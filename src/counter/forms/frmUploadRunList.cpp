@@ -44,7 +44,7 @@ frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& study
 
     Connect(BtnUploadOk, &QPushButton::clicked, this, context.Messages, [this] { accept(); });
     Guarded(context.Messages, [&] {
-        ListRunFiles(*vaShowRuns, context.Files, GroupFolder(context.State.Paths.StudyGroupRootPath, studyGroup),
+        ListRunFiles(*vaShowRuns, context.Work, GroupFolder(context.State.Paths.StudyGroupRootPath, studyGroup),
                      units);
     });
     RememberLayout(*this, context.Memory);

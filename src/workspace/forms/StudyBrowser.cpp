@@ -97,13 +97,17 @@ void StudyBrowser::ShowGroup(const std::string& folder) {
 
 void StudyBrowser::ListGroup() {
     QString emptyText = QStringLiteral("There are no studies in this Study Group.");
-    vaStudies_->BeginFilling();
-    studies_.clear();
+    std::vector<ListedStudy> studies;
     try {
-        studies_ = ListStudies(context_.Files, context_.DesktopServices, group_);
+        context_.Work.Run("Reading the studies of the Study Group",
+                          [&studies, group = group_](FileSystem& files, const Progress& progress) {
+                              studies = ListStudies(files, group, progress);
+                          });
     } catch (const RunTimeError& error) {
         emptyText = ToQt(error.Message());
     }
+    vaStudies_->BeginFilling();
+    studies_ = std::move(studies);
     if (group_.empty())
         emptyText = QStringLiteral("Choose a Study Group.");
     else if (!FolderExists(context_.Files, group_))

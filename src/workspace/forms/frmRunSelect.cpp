@@ -97,13 +97,17 @@ std::string frmRunSelect::Group() const { return FromQt(cmbStudyGroup_->currentD
 void frmRunSelect::ListGroup() {
     QString emptyText = QStringLiteral(
         "There are no runs in this Study Group.\nProcess the runs in the temp folder first and move them here.");
-    vaSelRuns_->BeginFilling();
-    runs_.clear();
+    std::vector<ListedRun> runs;
     try {
-        runs_ = ListRuns(context_.Files, Group());
+        context_.Work.Run("Reading the runs of the Study Group",
+                          [&runs, group = Group()](FileSystem& files, const Progress& progress) {
+                              runs = ListRuns(files, group, progress);
+                          });
     } catch (const RunTimeError& error) {
         emptyText = ToQt(error.Message());
     }
+    runs_ = std::move(runs);
+    vaSelRuns_->BeginFilling();
     const Units units = UnitsOf(context_.State);
     for (const ListedRun& run : runs_) AddRow(run, units);
     EndFilling(*vaSelRuns_, emptyText);

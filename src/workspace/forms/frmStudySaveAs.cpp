@@ -117,15 +117,30 @@ bool frmStudySaveAs::MayCopyRuns(const RunsElsewhere& runs) {
     return false;
 }
 
+/// False where the user stays.
+bool frmStudySaveAs::BringRuns(const std::string& from, const std::string& to) {
+    RunsElsewhere runs;
+    const bool isWhole = context_.Work.Run(
+        "Comparing the runs with those of the Study Group",
+        [&, study = context_.State.CurrentStudy](FileSystem& files, const Progress& progress) {
+            runs = CompareRuns(files, study, from, to, progress);
+        });
+    if (!isWhole || !MayCopyRuns(runs)) return false;
+    bool isDone = true;
+    if (!runs.Missing.empty())
+        context_.Work.Run("Copying the runs", [&](FileSystem& files, const Progress& progress) {
+            files.CreateFolder(to);
+            isDone = CopyRuns(files, runs.Missing, from, to, progress);
+        });
+    return isDone;
+}
+
 void frmStudySaveAs::Save() {
     if (!CheckNames() || !MayReplace()) return;
     const std::string from = StudyGroupFolder(context_.State);
     const std::string to = browser_->Group();
-    RunsElsewhere runs;
-    if (!IsSameFolder(from, to)) runs = CompareRuns(context_.Files, context_.State.CurrentStudy, from, to);
-    if (!MayCopyRuns(runs)) return;
+    if (!IsSameFolder(from, to) && !BringRuns(from, to)) return;
     context_.Files.CreateFolder(to);
-    CopyRuns(context_.Files, runs.Missing, from, to);
     // The study is saved even where only the settings could not be.
     Guarded(context_.Messages, [&] { SaveStudyAs(context_.State, context_.Files, to, Name()); });
     if (IsCurrentStudy(context_.State, to, Name())) accept();

@@ -20,6 +20,7 @@ private:
     bool CheckNames();
     bool MayReplace();
     bool MayCopyRuns(const RunsElsewhere& runs);
+    bool BringRuns(const std::string& from, const std::string& to);
     void Save();
     std::string Name() const;
 
