@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <memory>
+#include <set>
 
 #include "analysis/StudyEdits.h"
 #include "analysis/StudyResults.h"
@@ -74,6 +75,7 @@ int MakeStudy(CommandContext& context, const std::string& directory, const std::
     Study& study = context.State.CurrentStudy;
     study.Record.StudyName = name;
     bool allThere = true;
+    auto known = RunsByKey(study);
     for (const std::string& argument : runs) {
         const std::string run = RunNameOf(argument);
         const RunReading reading = ReadRun(context.Files, folder, run, RunPart::Header);
@@ -82,7 +84,7 @@ int MakeStudy(CommandContext& context, const std::string& directory, const std::
                                                                    : run + ": " + reading.Fault->Message())
                         << '\n';
             allThere = false;
-        } else if (FindRun(study, run) == 0) {
+        } else if (known.try_emplace(RunKey(run), 0).second) {
             AppendRun(study, run);
         }
     }
@@ -147,13 +149,15 @@ std::optional<std::vector<int>> ChosenEntries(CommandContext& context, const Stu
     std::vector<int> chosen;
     for (int i = 1; options.All && i <= study.Record.RunCount; ++i) chosen.push_back(i);
     bool allFound = true;
+    const auto runs = RunsByKey(study);
+    std::set<int> known(chosen.begin(), chosen.end());
     for (const std::string& argument : options.Runs) {
-        const int index = FindRun(study, RunNameOf(argument));
-        if (index == 0) {
+        const auto run = runs.find(RunKey(RunNameOf(argument)));
+        if (run == runs.end()) {
             context.Err << "The study has no run \"" << argument << "\".\n";
             allFound = false;
-        } else if (std::find(chosen.begin(), chosen.end(), index) == chosen.end()) {
-            chosen.push_back(index);
+        } else if (known.insert(run->second).second) {
+            chosen.push_back(run->second);
         }
     }
     return allFound ? std::optional(chosen) : std::nullopt;

@@ -175,10 +175,18 @@ void RemoveRun(Study& study, int index) {
 }
 
 int FindRun(const Study& study, std::string_view runName) {
-    const std::string wanted = FoldCase(Trim(runName));
+    const std::string wanted = RunKey(runName);
     for (int i = 1; i <= study.RunNames.LastIndex(); ++i)
-        if (FoldCase(Trim(study.RunNames[i])) == wanted) return i;
+        if (RunKey(study.RunNames[i]) == wanted) return i;
     return 0;
+}
+
+std::string RunKey(std::string_view runName) { return FoldCase(Trim(runName)); }
+
+std::unordered_map<std::string, int> RunsByKey(const Study& study) {
+    std::unordered_map<std::string, int> runs;
+    for (int i = 1; i <= study.RunNames.LastIndex(); ++i) runs.try_emplace(RunKey(study.RunNames[i]), i);
+    return runs;
 }
 
 std::string RunNameProblem(const ApplicationState& state, const FileSystem& files, const std::string& name) {

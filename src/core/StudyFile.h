@@ -1,6 +1,8 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <unordered_map>
 
 #include "core/ApplicationState.h"
 #include "core/ports/Clock.h"
@@ -60,6 +62,11 @@ void InsertRun(Study& study, int index, const StudyRunEntry& entry);
 void RemoveRun(Study& study, int index);
 /// The run of that name, from 1; 0 when the study has none. Letter case is ignored, as for files.
 int FindRun(const Study& study, std::string_view runName);
+
+/// What the names of one run have in common: letter case and blanks around it are ignored.
+std::string RunKey(std::string_view runName);
+/// The runs of a study, from 1, by the keys of their names, to look many up.
+std::unordered_map<std::string, int> RunsByKey(const Study& study);
 
 /// What keeps a run of the study from taking a new name, as the text to show; empty when nothing does. The name must be
 /// free in the study and in its Study Group.

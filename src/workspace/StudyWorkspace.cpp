@@ -108,8 +108,9 @@ void PutReplacedStudyBack(ApplicationState& state, FileSystem& files) {
 
 int AddRuns(ApplicationState& state, const std::vector<std::string>& runNames) {
     int added = 0;
+    auto known = RunsByKey(state.CurrentStudy);
     for (const std::string& name : runNames) {
-        if (FindRun(state.CurrentStudy, name) != 0) continue;
+        if (!known.try_emplace(RunKey(name), 0).second) continue;
         AppendRun(state.CurrentStudy, name);
         ++added;
     }

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 #include <atomic>
 #include <chrono>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -23,8 +24,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The window takes no events for that long, so that short works show no cursor.
-constexpr auto Unnoticed = 40ms;
+/// The window takes no events for that long, so that what short works make is painted once.
+constexpr auto Unnoticed = 20ms;
+constexpr auto UntilCursor = 100ms;
 constexpr auto UntilShown = 500ms;
 constexpr auto BetweenLooks = 20ms;
 constexpr int Steps = 1000;
@@ -129,16 +131,16 @@ void Job::WaitFor(Running& running, const std::string& text) {
     QElapsedTimer waited;
     waited.start();
     bool isShown = false;
+    std::optional<WaitCursor> cursor;
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, &loop, [&] {
         dialog.Show(running.Done);
-        if (running.HasEnded() || (!isShown && waited.elapsed() >= (UntilShown - Unnoticed).count())) loop.quit();
+        if (running.HasEnded() || (!isShown && waited.hasExpired(UntilShown.count()))) loop.quit();
+        if (!isShown && !cursor && waited.hasExpired(UntilCursor.count())) cursor.emplace();
     });
     look.start(BetweenLooks);
-    {
-        const WaitCursor cursor;
-        loop.exec(QEventLoop::ExcludeUserInputEvents);
-    }
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+    cursor.reset();
     if (running.HasEnded()) return;
     isShown = true;
     dialog.show();

@@ -107,6 +107,7 @@ void frmRunSelect::ListGroup() {
         emptyText = ToQt(error.Message());
     }
     runs_ = std::move(runs);
+    inStudy_ = RunsByKey(context_.State.CurrentStudy);
     vaSelRuns_->BeginFilling();
     const Units units = UnitsOf(context_.State);
     for (const ListedRun& run : runs_) AddRow(run, units);
@@ -118,7 +119,7 @@ void frmRunSelect::ListGroup() {
 }
 
 frmRunSelect::Hindrance frmRunSelect::HindranceOf(const ListedRun& run) const {
-    if (FindRun(context_.State.CurrentStudy, run.Name) != 0) return {"In study", "This run is in the study already."};
+    if (inStudy_.contains(RunKey(run.Name))) return {"In study", "This run is in the study already."};
     if (!run.Problem.empty()) return {"Not usable", "This run cannot be added.\n" + run.Problem};
     return {};
 }

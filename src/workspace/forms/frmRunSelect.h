@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QPushButton>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "core/AppContext.h"
@@ -41,6 +42,7 @@ private:
     QPushButton* BtnAdd_;
     QPushButton* BtnSelectAll_;
     std::vector<ListedRun> runs_;
+    std::unordered_map<std::string, int> inStudy_;  ///< RunsByKey of the study
 };
 
 }  // namespace vantor
