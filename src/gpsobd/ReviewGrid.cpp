@@ -116,10 +116,11 @@ bool ReviewGrid::IsMissing(int row) const {
     // The text decides; it is made only for values that are near.
     constexpr double near = 0.001;
     const auto isNear = [](const auto& held) {
-        if constexpr (std::is_arithmetic_v<std::decay_t<decltype(held)>>)
+        using Held = std::decay_t<decltype(held)>;
+        if constexpr (std::is_arithmetic_v<Held>)
             return std::fabs(static_cast<double>(held) - Missing) < near;
         else
-            return true;
+            return !std::is_same_v<Held, Date>;  // that of a date begins with its month
     };
     if (FilledValue(row, layout_.RepairColumn) == nullptr &&
         !WithField(Column(layout_.RepairColumn).Field, log_.Points[PointOf(row)], isNear))
@@ -138,10 +139,17 @@ void ReviewGrid::SearchFrom(int row, Search search) {
     searchRow_ = To16(row);
 }
 
-bool ReviewGrid::FindNextMissing(Search search) {
-    int row = search == Search::OnFromThere ? unreachedRow_ : searchRow_;
-    while (row <= RowCount() && !IsMissing(row)) ++row;
-    if (row > RowCount()) return false;
+int ReviewGrid::NextMissing(Search search, const std::function<bool()>& goOn) const {
+    constexpr int rowsBetween = 8192;
+    for (int row = search == Search::OnFromThere ? unreachedRow_ : searchRow_; row <= RowCount(); ++row) {
+        if (IsMissing(row)) return row;
+        if (row % rowsBetween == 0 && !goOn()) break;
+    }
+    return 0;
+}
+
+bool ReviewGrid::GoToMissing(int row, Search search) {
+    if (row == 0) return false;
     const int top = row > RowsAbove ? row - RowsAbove : row;
     SearchFrom(top, search);
     topRow_ = top;
@@ -179,14 +187,19 @@ bool ReviewGrid::FindAndFixAll(const std::function<bool()>& goOn, Search search)
         searchRow_ = 1;
         EndStep();
     }};
-    while (FindNextMissing(search)) {
-        if (!goOn()) return false;
+    bool isStopped = false;
+    const auto goesOn = [&] {
+        isStopped = isStopped || !goOn();
+        return !isStopped;
+    };
+    while (GoToMissing(NextMissing(search, goesOn), search)) {
+        if (!goesOn()) return false;
         const int behind = FillGap(MaximumGap);
-        if (!goOn()) return false;
+        if (!goesOn()) return false;
         if (behind > RowCount()) break;
         SearchFrom(behind, search);
     }
-    return true;
+    return !isStopped;
 }
 
 void ReviewGrid::DeleteRow() {

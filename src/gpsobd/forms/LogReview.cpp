@@ -85,7 +85,7 @@ LogReview::LogReview(AppContext& context, LogKind kind)
     RememberLayout(*this, context.Memory);
     // A log opens in the order it is reviewed in, whatever column the one before was sorted by.
     vaData_->sortByColumn(-1, Qt::AscendingOrder);
-    ShowGaps();
+    gaps_->Show(std::exchange(gapsAsLoaded_, {}));
     ShowState(QStringLiteral("%1 rows.").arg(model_.rowCount()));
 }
 
@@ -107,6 +107,7 @@ FieldLog LogReview::LoadLog() {
                 throw RunTimeError(error.Number(), advice.empty() ? error.Place() : advice + "\n" + logPath_);
             }
             ArrangeForReview(log);
+            gapsAsLoaded_ = FindGaps(log);
         };
         isLoaded_ = context_.Work.Run("Reading log " + LastComponent(logPath_), load);
     });
@@ -255,7 +256,11 @@ void LogReview::FindMissing(ReviewGrid::Search search) {
     const bool isOn = search == ReviewGrid::Search::OnFromThere;
     const int from = isOn ? model_.Grid().UnreachedRow() : int{model_.Grid().SearchRow()};
     std::optional<bool> isFound;
-    Guarded(context_.Messages, [&] { isFound = model_.FindNextMissing(search); });
+    Guarded(context_.Messages, [&] {
+        int row = 0;
+        context_.Work.Run("Searching", [&](FileSystem&, const Progress&) { row = model_.Grid().NextMissing(search); });
+        isFound = model_.GoToMissing(row, search);
+    });
     if (!isFound) return OfferToGoOn();
     if (!*isFound)
         return ShowState(QStringLiteral("From row %1 on no row has -1 in column %2.").arg(from).arg(RepairColumn()));

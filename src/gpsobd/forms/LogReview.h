@@ -68,6 +68,7 @@ private:
     QString studyName_;
     QString studyDate_;
     std::string logPath_;  ///< empty when no log was chosen
+    std::vector<LogGap> gapsAsLoaded_;
     ReviewModel model_;
     ReviewExport export_;
     ReviewTable* vaData_ = nullptr;

@@ -19,7 +19,7 @@ public:
     const ReviewGrid& Grid() const { return grid_; }
     /// Changes the grid, then shows it as it stands, sorted anew, even where the change ended with an error.
     void Change(const std::function<void(ReviewGrid&)>& change);
-    bool FindNextMissing(ReviewGrid::Search search) { return grid_.FindNextMissing(search); }
+    bool GoToMissing(int row, ReviewGrid::Search search) { return grid_.GoToMissing(row, search); }
     void SetActiveRow(int row) { grid_.SetActive(row, grid_.ActiveColumn()); }
 
     /// Where the active cell of the grid is shown; invalid when there is no row.
