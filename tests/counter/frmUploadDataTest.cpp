@@ -28,7 +28,7 @@ protected:
         return *Form;
     }
     void SelectRows(const std::vector<int>& rows) {
-        Find<Table>(*Form, "vaSelRuns").clearSelection();
+        Find<LongList>(*Form, "vaSelRuns").clearSelection();
         for (const int row : rows) ClickRow(*Form, "vaSelRuns", row, Qt::ControlModifier);
     }
     void RenameAs(const QString& baseName, const std::vector<int>& rows) {
@@ -136,7 +136,7 @@ TEST_F(frmUploadDataTest, RenamesInTheOrderShown) {
     PutRuns(Temp, {"A", "B", "C"});
     Open();
     Type(*Form, "txtTemplateRunNumber", "999");
-    Find<Table>(*Form, "vaSelRuns").sortByColumn(0, Qt::DescendingOrder);
+    Find<LongList>(*Form, "vaSelRuns").sortByColumn(0, Qt::DescendingOrder);
     RenameAs("M", {0, 1});  // C, B: the names sort the other way round than the runs
     EXPECT_THAT(OnDisk(Temp), ElementsAre("A was A", "M-NB-000 was B", "M-NB-999 was C"));
     EXPECT_THAT(Listed(), ElementsAre("M-NB-999", "M-NB-000", "A"));
@@ -211,7 +211,7 @@ TEST_F(frmUploadDataTest, MovesRenamedRunsAndReportsThoseThatExist) {
     EXPECT_THAT(OnDisk(Groups + "Main/"), ElementsAre("M-NB-001 was A", "m-nb-002 was m-nb-002", "M-NB-003 was C"));
     EXPECT_THAT(OnDisk(Temp), ElementsAre("D was D", "M-NB-002 was B"));
     EXPECT_THAT(Listed(), ElementsAre("D", "M-NB-002"));
-    EXPECT_TRUE(Find<Table>(*Form, "vaSelRuns").SelectedRows().empty());
+    EXPECT_TRUE(Find<LongList>(*Form, "vaSelRuns").SelectedRows().empty());
     EXPECT_EQ(Caption(), " Rename ");
     EXPECT_EQ(Program.State.Paths.LastStudyGroupPath, Groups + "Main/");
 }

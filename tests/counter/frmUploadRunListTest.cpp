@@ -42,7 +42,7 @@ TEST(frmUploadRunList, ListsTheRunsOfTheGroup) {
                 ElementsAre("Main-NB-001", "03/11/08", "06:53", "Primary", "5280", "95", "7", "After", "Dry"));
     // A run that no name of the program reaches is listed all the same.
     EXPECT_THAT(Column(form, "vaShowRuns", 0), ElementsAre("Main-NB-001", "odd..name"));
-    EXPECT_FALSE(Find<Table>(form, "vaShowRuns").item(1, 0)->toolTip().isEmpty());
+    EXPECT_FALSE(Find<QTableView>(form, "vaShowRuns").model()->index(1, 0).data(Qt::ToolTipRole).toString().isEmpty());
     Click(form, "cmdHelp");
     EXPECT_THAT(program.DesktopServices.Opened, ElementsAre("/program/VANTOR.HLP#42"));
     Click(form, "BtnUploadOk");

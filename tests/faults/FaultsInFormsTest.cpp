@@ -42,7 +42,7 @@ void ExpectListAgrees(FaultScene& scene) {
     EXPECT_EQ(shown, onDisk);
 }
 
-void SelectAllRuns(FaultScene& scene) { Find<Table>(FormOf(scene), "vaSelRuns").selectAll(); }
+void SelectAllRuns(FaultScene& scene) { Find<QTableView>(FormOf(scene), "vaSelRuns").selectAll(); }
 
 void RenameAll(FaultScene& scene) {
     Type(FormOf(scene), "txtTemplateBaseName", "Main");

@@ -67,12 +67,21 @@ void SetStudyCount(Table& table, int row, int column, const ListedCounterFile& f
 
 CounterStudiesFrame::CounterStudiesFrame(QWidget* parent)
     : QGroupBox(parent),
-      vaStudyInfo_(Named<Table>(this, "vaStudyInfo")),
+      vaStudyInfo_(Named<LongList>(this, "vaStudyInfo")),
       lblProblem_(Named<QLabel>(this, "lblProblem")) {
     vaStudyInfo_->setAccessibleName(tr("Studies in the selected file"));
-    // No wider than they need to be.
-    vaStudyInfo_->horizontalHeader()->setDefaultSectionSize(vaStudyInfo_->horizontalHeader()->minimumSectionSize());
-    vaStudyInfo_->SetColumns({tr("Study"), tr("Site Code"), tr("Date / Time"), tr("Runs")});
+    const auto column = [this](const QString& head, auto textOf) {
+        return LongList::Column{
+            head, [this, textOf](int row) { return ToQt(textOf(studies_[static_cast<std::size_t>(row)])); }};
+    };
+    std::vector<LongList::Column> columns = {
+        column(tr("Study"), [](const CounterStudy& study) { return study.Study; }),
+        column(tr("Site Code"), [](const CounterStudy& study) { return study.SiteCode; }),
+        column(tr("Date / Time"), [](const CounterStudy& study) { return study.Date + "  " + study.Time; }),
+        column(tr("Runs"), [](const CounterStudy& study) { return std::to_string(study.Runs); })};
+    columns.back().IsNumber = true;
+    columns.back().Key = [this](int row) { return double(studies_[static_cast<std::size_t>(row)].Runs); };
+    vaStudyInfo_->SetColumns(std::move(columns));
     lblProblem_->setWordWrap(true);
     lblProblem_->setTextFormat(Qt::PlainText);
     lblProblem_->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -87,16 +96,9 @@ void CounterStudiesFrame::ShowFile(const ListedCounterFile* file) {
     lblProblem_->setVisible(!lblProblem_->text().isEmpty());
     vaStudyInfo_->SetEmptyText(file == nullptr ? tr("Choose a counter file to see its studies.")
                                                : tr("No study could be counted in this file."));
-    vaStudyInfo_->BeginFilling();
-    if (file != nullptr)
-        for (const CounterStudy& study : file->Studies) {
-            const int row = vaStudyInfo_->AddRow();
-            vaStudyInfo_->SetText(row, 0, ToQt(study.Study));
-            vaStudyInfo_->SetText(row, 1, ToQt(study.SiteCode));
-            vaStudyInfo_->SetText(row, 2, ToQt(study.Date + "  " + study.Time));
-            vaStudyInfo_->SetNumber(row, 3, study.Runs, QString::number(study.Runs));
-        }
-    vaStudyInfo_->EndFilling();
+    vaStudyInfo_->Show(0);
+    studies_ = file == nullptr ? std::vector<CounterStudy>() : file->Studies;
+    vaStudyInfo_->Show(static_cast<int>(studies_.size()));
 }
 
 }  // namespace vantor

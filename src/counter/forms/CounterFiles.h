@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/forms/LongList.h"
 #include "core/forms/Table.h"
 #include "core/ports/LongWork.h"
 #include "counter/CounterFile.h"
@@ -34,7 +35,8 @@ public:
     void ShowFile(const ListedCounterFile* file);
 
 private:
-    Table* vaStudyInfo_;
+    LongList* vaStudyInfo_;
+    std::vector<CounterStudy> studies_;
     QLabel* lblProblem_;
 };
 

@@ -1,66 +1,95 @@
 #include "counter/forms/RunTable.h"
 
-#include <QHeaderView>
-
 #include "core/Paths.h"
 #include "core/RunFile.h"
-#include "core/forms/Accessible.h"
+#include "core/Text.h"
 #include "core/forms/Named.h"
+#include "core/forms/Table.h"
+#include "core/modMain.h"
 
 namespace vantor {
-namespace {
 
-constexpr int RunIndexRole = Qt::UserRole;
-
-/// A run file as its header describes it.
-struct RunInFile {
-    std::string Name;
-    RunReading Reading;
-};
-
-void ShowRun(Table& table, int row, const RunInFile& run, const Units& units) {
-    table.SetText(row, 0, ToQt(run.Name));
-    if (run.Reading) return SetRunRow(table, row, run.Reading.Run.Header, units);
-    const int notes = table.columnCount() - 1;
-    const QString problem = run.Reading.Fault ? ToQt(run.Reading.Fault->Message())
-                                              : QStringLiteral("It was not read: the listing was stopped.");
-    table.SetText(row, notes, problem.simplified());
-    for (const int column : {0, notes}) SetCellNote(*table.item(row, column), problem);
+RunTable::RunTable(LongList& list, LongWork& work, const Units& units) : list_(list), work_(work) {
+    const auto text = [this](auto textOf) {
+        return [this, textOf](int row) { return At(row).Problem.empty() ? ToQt(textOf(At(row))) : QString(); };
+    };
+    const auto number = [this](auto member) { return [this, member](int row) { return double(At(row).*member); }; };
+    const auto digits = [](auto member) { return [member](const Row& row) { return std::to_string(row.*member); }; };
+    const QStringList heads = RunColumns(units);
+    list_.SetColumns({
+        {heads[0], [this](int row) { return ToQt(Trim(At(row).Name)); }},
+        {heads[1], text([](const Row& row) { return ShortDate(row.RunDate); }),
+         [this](int row) { return At(row).RunDate.Days; }},
+        {heads[2], text([](const Row& row) { return ShortTime(row.RunTime); }),
+         [this](int row) { return At(row).RunTime.Days; }},
+        {heads[3], text([](const Row& row) { return std::string(RunTypeText(row.TypeFlag)); })},
+        {heads[4], text([units](const Row& row) { return units.LengthCell(row.Length); }), number(&Row::Length), true},
+        {heads[5], text(digits(&Row::Duration)), number(&Row::Duration), true},
+        {heads[6], text(digits(&Row::Sections)), number(&Row::Sections), true},
+        {heads[7], text([](const Row& row) { return std::string(BeforeAfterText(row.Before)); })},
+        {heads[8],
+         [this](int row) {
+             const Row& run = At(row);
+             return run.Problem.empty() ? ToQt(run.Notes) : ToQt(run.Problem).simplified();
+         }},
+    });
+    const int notes = static_cast<int>(heads.size()) - 1;
+    list_.SetNotes([this, notes](int row, int column) {
+        return column == 0 || column == notes ? ToQt(At(row).Problem) : QString();
+    });
+    list_.SortIn(work);
 }
 
-}  // namespace
-
-void SetRunColumns(Table& table, const Units& units) {
-    table.horizontalHeader()->setDefaultSectionSize(table.horizontalHeader()->minimumSectionSize());
-    table.SetColumns(RunColumns(units));
+RunTable::Row RunTable::ReadRow(const FileSystem& files, const std::string& folder, const std::string& name) {
+    Row row;
+    row.Name = name;
+    const RunReading reading = ReadRun(files, folder, name, RunPart::Header);
+    if (!reading) {
+        row.Problem = reading.Fault->Message();
+        return row;
+    }
+    const RunHeader& header = reading.Run.Header;
+    row.RunDate = header.RunDate;
+    row.RunTime = header.RunTime;
+    row.TypeFlag = header.HeaderWord1;
+    row.Length = header.RunLength;
+    row.Duration = header.Duration;
+    row.Sections = header.NumberOfSections;
+    row.Before = header.Before;
+    row.Notes = TrimRight(header.Notes);
+    return row;
 }
 
-std::vector<std::string> ListRunFiles(Table& table, LongWork& work, const std::string& folder, const Units& units) {
-    std::vector<RunInFile> runs;
-    work.Run("Reading the runs", [&runs, folder](FileSystem& files, const Progress& progress) {
+void RunTable::ShowFolder(const std::string& folder) {
+    std::vector<Row> rows;
+    work_.Run("Reading the runs", [&rows, folder](FileSystem& files, const Progress& progress) {
         const auto found = FilesWithExtension(files, folder, RunExtension);
         bool goesOn = true;
         for (const FileInfo& info : found) {
-            goesOn = goesOn && progress(runs.size(), found.size());
-            RunInFile& run = runs.emplace_back();
-            run.Name = BaseName(info.Name);
-            if (goesOn) run.Reading = ReadRun(files, folder, run.Name, RunPart::Header);
+            goesOn = goesOn && progress(rows.size(), found.size());
+            if (goesOn) {
+                rows.push_back(ReadRow(files, folder, BaseName(info.Name)));
+            } else {
+                rows.emplace_back().Name = BaseName(info.Name);
+                rows.back().Problem = "It was not read: the listing was stopped.";
+            }
         }
     });
+    list_.Show(0);
+    rows_ = std::move(rows);
+    list_.Show(static_cast<int>(rows_.size()));
+}
+
+std::vector<std::string> RunTable::Names() const {
     std::vector<std::string> names;
-    table.BeginFilling();
-    for (const RunInFile& run : runs) {
-        const int row = table.AddRow();
-        ShowRun(table, row, run, units);
-        table.item(row, 0)->setData(RunIndexRole, row);
-        names.push_back(run.Name);
-    }
-    table.EndFilling();
+    names.reserve(rows_.size());
+    for (const Row& row : rows_) names.push_back(row.Name);
     return names;
 }
 
-std::size_t RunIndexOf(const Table& table, int row) {
-    return static_cast<std::size_t>(table.item(row, 0)->data(RunIndexRole).toInt());
+void RunTable::ShowNames(const std::vector<std::string>& names) {
+    for (std::size_t i = 0; i < rows_.size(); ++i) rows_[i].Name = names[i];
+    list_.Refresh();
 }
 
 }  // namespace vantor

@@ -3,19 +3,48 @@
 #include <string>
 #include <vector>
 
-#include "core/forms/Table.h"
-#include "core/ports/LongWork.h"
+#include "core/RunRecords.h"
+#include "core/Units.h"
+#include "core/forms/LongList.h"
 
 namespace vantor {
 
-/// Gives a table the columns of runs, no wider than they need to be.
-void SetRunColumns(Table& table, const Units& units);
+/// The run files (".rd2") of a folder in a list, in the order of the folder's listing. A run that cannot be read has
+/// only its name and says why.
+class RunTable {
+public:
+    /// The list lives as long as this.
+    RunTable(LongList& list, LongWork& work, const Units& units);
+    RunTable(const RunTable&) = delete;
+    RunTable& operator=(const RunTable&) = delete;
 
-/// Fills a table of runs with the run files (".rd2") of a folder, which ends in a separator, and
-/// returns their names in directory order. A run that cannot be read has only its name and says why in a tool tip.
-std::vector<std::string> ListRunFiles(Table& table, LongWork& work, const std::string& folder, const Units& units);
+    /// Reads and shows the runs of a folder, which ends in a separator; none is selected then.
+    void ShowFolder(const std::string& folder);
+    /// Their names, without extension; the list's rows count from 0.
+    std::vector<std::string> Names() const;
+    /// Shows another name for each; in the same order.
+    void ShowNames(const std::vector<std::string>& names);
 
-/// Which of the names that ListRunFiles returned a row shows, whatever the table is sorted by.
-std::size_t RunIndexOf(const Table& table, int row);
+private:
+    /// What the list shows of a run: of the 200 MB dump of a counter there are more than a hundred thousand.
+    struct Row {
+        std::string Name;
+        Date RunDate;
+        Date RunTime;
+        std::int16_t TypeFlag = 0;
+        std::int32_t Length = 0;  ///< feet
+        std::int16_t Duration = 0;
+        std::int16_t Sections = 0;
+        std::int16_t Before = 0;
+        std::string Notes;
+        std::string Problem;  ///< why it cannot be read; empty when it can
+    };
+    static Row ReadRow(const FileSystem& files, const std::string& folder, const std::string& name);
+    const Row& At(int row) const { return rows_[static_cast<std::size_t>(row)]; }
+
+    LongList& list_;
+    LongWork& work_;
+    std::vector<Row> rows_;
+};
 
 }  // namespace vantor

@@ -114,9 +114,9 @@ QGroupBox* frmUploadData::BuildTemplate() {
 
 QGroupBox* frmUploadData::BuildRunList() {
     auto* frame = Named<QGroupBox>(this, "fraRunList", tr("2) List of Runs in Uploaded Data"));
-    vaSelRuns_ = Named<Table>(frame, "vaSelRuns");
+    vaSelRuns_ = Named<LongList>(frame, "vaSelRuns");
     vaSelRuns_->setAccessibleName(tr("Runs in the temporary runs folder"));
-    SetRunColumns(*vaSelRuns_, UnitsOf(context_.State));
+    shownRuns_.emplace(*vaSelRuns_, context_.Work, UnitsOf(context_.State));
     vaSelRuns_->SetEmptyText(EmptyText(context_.State));
     btnRename_ = ToolButton(frame, "btnRename", QString(), "rename");
     btnRename_->setToolTip(tr("Rename selected file(s)"));
@@ -211,30 +211,31 @@ void frmUploadData::ConvertChosenFile() {
 
 void frmUploadData::ListRuns() {
     std::map<std::string, std::string> previousNames;
-    for (const UploadRun& run : runs_) previousNames[run.Name] = run.PreviousName;
+    for (const UploadRun& run : runs_)
+        if (!run.PreviousName.empty()) previousNames[run.Name] = run.PreviousName;
     std::set<std::string> selected;
     for (const UploadRun* run : SelectedRuns()) selected.insert(run->Name);
+    shownRuns_->ShowFolder(TempFolder());
     runs_.clear();
-    const Units unit = UnitsOf(context_.State);
-    for (const std::string& name : ListRunFiles(*vaSelRuns_, context_.Work, TempFolder(), unit))
-        runs_.push_back({name, previousNames[name]});
-    for (int row = 0; row < vaSelRuns_->rowCount(); ++row)
-        if (selected.contains(runs_[RunIndexOf(*vaSelRuns_, row)].Name))
-            vaSelRuns_->selectionModel()->select(vaSelRuns_->model()->index(row, 0),
-                                                 QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    for (std::string& name : shownRuns_->Names()) runs_.push_back({std::move(name), {}});
+    std::vector<int> rows;
+    for (std::size_t i = 0; i < runs_.size(); ++i) {
+        if (const auto previous = previousNames.find(runs_[i].Name); previous != previousNames.end())
+            runs_[i].PreviousName = previous->second;
+        if (selected.contains(runs_[i].Name)) rows.push_back(static_cast<int>(i));
+    }
+    vaSelRuns_->SelectRows(rows);
 }
 
 void frmUploadData::ShowNames() {
-    // A new name must not move its row while the others are still to come.
-    vaSelRuns_->setSortingEnabled(false);
-    for (int row = 0; row < vaSelRuns_->rowCount(); ++row)
-        vaSelRuns_->item(row, 0)->setText(ToQt(runs_[RunIndexOf(*vaSelRuns_, row)].Name));
-    vaSelRuns_->setSortingEnabled(true);
+    std::vector<std::string> names;
+    for (const UploadRun& run : runs_) names.push_back(run.Name);
+    shownRuns_->ShowNames(names);
 }
 
 std::vector<UploadRun*> frmUploadData::SelectedRuns() {
     std::vector<UploadRun*> selected;
-    for (const int row : vaSelRuns_->SelectedRows()) selected.push_back(&runs_[RunIndexOf(*vaSelRuns_, row)]);
+    for (const int row : vaSelRuns_->SelectedRows()) selected.push_back(&runs_[static_cast<std::size_t>(row)]);
     return selected;
 }
 

@@ -5,12 +5,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "core/AppContext.h"
 #include "core/forms/FolderTree.h"
-#include "core/forms/Table.h"
+#include "core/forms/LongList.h"
+#include "counter/forms/RunTable.h"
 #include "counter/modUpload.h"
 
 namespace vantor {
@@ -58,7 +60,8 @@ private:
     QLineEdit* txtTemplateRunNumber_ = nullptr;
     QLabel* lblNextName_ = nullptr;
     QPushButton* BtnEditTemplate_ = nullptr;
-    Table* vaSelRuns_ = nullptr;
+    LongList* vaSelRuns_ = nullptr;
+    std::optional<RunTable> shownRuns_;
     QPushButton* btnRename_ = nullptr;
     QPushButton* BtnDelete_ = nullptr;
     FolderTree* treSDFPath_ = nullptr;

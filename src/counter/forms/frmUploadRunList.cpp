@@ -18,13 +18,12 @@ namespace vantor {
 frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& studyGroup) {
     setObjectName(QStringLiteral("frmUploadRunList"));
     setWindowTitle(tr("Runs in Selected Study Group"));
-    const Units units = UnitsOf(context.State);
 
     auto* lblStudyGroup = Named<QLabel>(this, "lblStudyGroup", tr("List of runs in Study Group: ") + ToQt(studyGroup));
     auto* frame = Named<QGroupBox>(this, "fraRunList", tr("List of Runs in ..."));
-    auto* vaShowRuns = Named<Table>(frame, "vaShowRuns");
+    auto* vaShowRuns = Named<LongList>(frame, "vaShowRuns");
     vaShowRuns->setAccessibleName(tr("Runs in the Study Group"));
-    SetRunColumns(*vaShowRuns, units);
+    runs_.emplace(*vaShowRuns, context.Work, UnitsOf(context.State));
     vaShowRuns->SetEmptyText(tr("There are no runs in this Study Group yet."));
     (new QVBoxLayout(frame))->addWidget(vaShowRuns);
 
@@ -43,10 +42,8 @@ frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& study
     vaShowRuns->setFocus();
 
     Connect(BtnUploadOk, &QPushButton::clicked, this, context.Messages, [this] { accept(); });
-    Guarded(context.Messages, [&] {
-        ListRunFiles(*vaShowRuns, context.Work, GroupFolder(context.State.Paths.StudyGroupRootPath, studyGroup),
-                     units);
-    });
+    Guarded(context.Messages,
+            [&] { runs_->ShowFolder(GroupFolder(context.State.Paths.StudyGroupRootPath, studyGroup)); });
     RememberLayout(*this, context.Memory);
 }
 

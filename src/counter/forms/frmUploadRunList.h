@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QDialog>
+#include <optional>
 #include <string>
 
 #include "core/AppContext.h"
+#include "counter/forms/RunTable.h"
 
 namespace vantor {
 
@@ -11,6 +13,9 @@ namespace vantor {
 class frmUploadRunList : public QDialog {
 public:
     frmUploadRunList(AppContext& context, const std::string& studyGroup);
+
+private:
+    std::optional<RunTable> runs_;
 };
 
 }  // namespace vantor

@@ -1,21 +1,19 @@
 #include "gpsobd/forms/GapList.h"
 
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <set>
 #include <tuple>
 
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
+#include "gpsobd/ReviewColumns.h"
 
 namespace vantor {
 namespace {
-
-/// Pixels beside a head's text, for its margins and the arrow of the sorted column.
-constexpr int SortArrowRoom = 32;
 
 struct FillButton {
     GapFill Fill;
@@ -30,15 +28,25 @@ auto PlaceOf(const LogGap& gap) { return std::tuple(gap.RunNumber, gap.From, gap
 
 }  // namespace
 
-GapList::GapList(QWidget* parent, MessageBoxes& messages, const Units& units) : QWidget(parent), model_(units) {
+QString GapFillText(GapFill fill) {
+    switch (fill) {
+        case GapFill::Standing: return QStringLiteral("as standing");
+        case GapFill::Position: return QStringLiteral("by position");
+        case GapFill::Speed: break;
+    }
+    return QStringLiteral("by the speeds beside it");
+}
+
+GapList::GapList(QWidget* parent, MessageBoxes& messages, LongWork& work, const Units& units) : QWidget(parent) {
     setObjectName(QStringLiteral("fraGaps"));
-    vaGaps_ = Named<QTableView>(this, "vaGaps");
+    vaGaps_ = Named<LongList>(this, "vaGaps");
     vaGaps_->setAccessibleName(QStringLiteral("Gaps"));
-    vaGaps_->setModel(&model_);
-    LookLikeAList(*vaGaps_);
-    vaGaps_->setAlternatingRowColors(true);
-    vaGaps_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    columns_ = new TableColumns(*vaGaps_);
+    vaGaps_->SetColumns(Columns(units));
+    vaGaps_->SetNotes([this](int row, int column) {
+        const LogGap& gap = At(row);
+        return column == 1 || column == 2 ? ToQt(ShortDate(DateOfSeconds(column == 1 ? gap.From : gap.To))) : QString();
+    });
+    vaGaps_->SortIn(work);
     lblGaps_ = LabelFor(vaGaps_, QStringLiteral("&Gaps"));
 
     auto* head = new QHBoxLayout;
@@ -48,7 +56,8 @@ GapList::GapList(QWidget* parent, MessageBoxes& messages, const Units& units) : 
         const FillButton& button = FillButtons.at(i);
         fills_.at(i) = Named<QPushButton>(this, button.Name, QLatin1String(button.Caption));
         fills_.at(i)->setAutoDefault(false);
-        Connect(fills_.at(i), &QPushButton::clicked, this, messages, [this, &button] { OnFill(Selected(), button.Fill); });
+        Connect(fills_.at(i), &QPushButton::clicked, this, messages,
+                [this, &button] { OnFill(Selected(), button.Fill); });
         head->addWidget(fills_.at(i));
     }
     auto* column = new QVBoxLayout(this);
@@ -64,60 +73,66 @@ GapList::GapList(QWidget* parent, MessageBoxes& messages, const Units& units) : 
     });
 }
 
+std::vector<LongList::Column> GapList::Columns(const Units& units) const {
+    const auto time = [this](auto member) {
+        return [=, this](int row) { return ToQt(ClockText(DateOfSeconds(At(row).*member))); };
+    };
+    const auto key = [this](auto keyOf) { return [=, this](int row) { return double(keyOf(At(row))); }; };
+    const auto length = [units](double feet) { return QString::number(units.LengthOfFeet(feet), 'f', 0); };
+    const QLatin1String unit(units.LengthLabel());
+    return {
+        {QStringLiteral("Run #"), [this](int row) { return QString::number(At(row).RunNumber); },
+         key([](const LogGap& gap) { return gap.RunNumber; }), true},
+        {QStringLiteral("From"), time(&LogGap::From), key([](const LogGap& gap) { return gap.From; })},
+        {QStringLiteral("To"), time(&LogGap::To), key([](const LogGap& gap) { return gap.To; })},
+        {QStringLiteral("Seconds"), [this](int row) { return QString::number(At(row).Seconds()); },
+         key([](const LogGap& gap) { return gap.Seconds(); }), true},
+        {QStringLiteral("By position (%1)").arg(unit),
+         [this, length](int row) { return At(row).FeetByPosition ? length(*At(row).FeetByPosition) : QString(); },
+         key([](const LogGap& gap) { return gap.FeetByPosition.value_or(-std::numeric_limits<double>::infinity()); }),
+         true},
+        {QStringLiteral("By speeds (%1)").arg(unit), [this, length](int row) { return length(At(row).FeetBySpeed); },
+         key([](const LogGap& gap) { return gap.FeetBySpeed; }), true},
+        {QStringLiteral("Filled"), [this](int row) { return GapFillText(At(row).Filled); },
+         key([](const LogGap& gap) { return static_cast<int>(gap.Filled); })},
+    };
+}
+
 void GapList::Show(std::vector<LogGap> gaps) {
-    if (gaps == model_.Gaps()) return;
+    if (gaps == gaps_) return;
     const std::vector<LogGap> selected = Selected();
     isFilling_ = true;
-    model_.SetGaps(std::move(gaps));
+    vaGaps_->Show(0);
+    gaps_ = std::move(gaps);
+    vaGaps_->Show(static_cast<int>(gaps_.size()));
     SelectAgain(selected);
     isFilling_ = false;
-    WidenColumns();
-    QString note = ToQt(GapNote(model_.Gaps()));
+    QString note = ToQt(GapNote(gaps_));
     if (!note.isEmpty()) note.replace(0, 1, QStringLiteral("&G"));
     lblGaps_->setText(note);
-    setVisible(!model_.Gaps().empty());
+    setVisible(!gaps_.empty());
     ShowChoice();
 }
 
 void GapList::SelectAgain(const std::vector<LogGap>& selected) {
     std::set<decltype(PlaceOf({}))> places;
     for (const LogGap& gap : selected) places.insert(PlaceOf(gap));
-    const auto isSelected = [&](int row) { return places.contains(PlaceOf(model_.GapIn(row))); };
-    QItemSelection rows;
-    const int count = places.empty() ? 0 : model_.rowCount();
-    for (int first = 0; first < count; ++first) {
-        if (!isSelected(first)) continue;
-        int last = first;
-        while (last + 1 < count && isSelected(last + 1)) ++last;
-        rows.select(model_.index(first, 0), model_.index(last, model_.columnCount() - 1));
-        first = last;
-    }
-    if (rows.isEmpty()) return;
-    vaGaps_->selectionModel()->setCurrentIndex(rows.first().topLeft(), QItemSelectionModel::NoUpdate);
-    vaGaps_->selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect);
-}
-
-void GapList::WidenColumns() {
-    for (int column = 0; column + 1 < model_.columnCount(); ++column) {
-        const QString head = model_.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-        const int headWidth = fontMetrics().horizontalAdvance(head) + SortArrowRoom;
-        columns_->WidenTo(column, std::max(vaGaps_->sizeHintForIndex(model_.index(0, column)).width() + 4, headWidth));
-    }
+    std::vector<int> rows;
+    for (std::size_t i = 0; i < gaps_.size() && !places.empty(); ++i)
+        if (places.contains(PlaceOf(gaps_[i]))) rows.push_back(static_cast<int>(i));
+    if (!rows.empty()) vaGaps_->SelectRows(rows);
 }
 
 void GapList::ShowChoice() {
     const std::vector<LogGap> selected = Selected();
     for (std::size_t i = 0; i < fills_.size(); ++i)
-        fills_.at(i)->setEnabled(std::ranges::any_of(
-            selected, [&](const LogGap& gap) { return CanBeFilled(gap, FillButtons.at(i).Fill); }));
+        fills_.at(i)->setEnabled(
+            std::ranges::any_of(selected, [&](const LogGap& gap) { return CanBeFilled(gap, FillButtons.at(i).Fill); }));
 }
 
 std::vector<LogGap> GapList::Selected() const {
-    std::vector<int> rows;
-    for (const QModelIndex& cell : vaGaps_->selectionModel()->selectedRows()) rows.push_back(cell.row());
-    std::ranges::sort(rows);
     std::vector<LogGap> selected;
-    for (const int row : rows) selected.push_back(model_.GapIn(row));
+    for (const int row : vaGaps_->SelectedRows()) selected.push_back(At(row));
     return selected;
 }
 

@@ -2,22 +2,24 @@
 
 #include <QLabel>
 #include <QPushButton>
-#include <QTableView>
 #include <array>
 #include <functional>
 #include <vector>
 
 #include "core/Units.h"
-#include "core/forms/TableColumns.h"
+#include "core/forms/LongList.h"
 #include "core/ports/MessageBoxes.h"
-#include "gpsobd/forms/GapModel.h"
+#include "gpsobd/LogGaps.h"
 
 namespace vantor {
+
+/// "as standing", "by position" or "by the speeds beside it".
+QString GapFillText(GapFill fill);
 
 /// The gaps of a log under its review, with what they are filled as. Hidden while there are none.
 class GapList : public QWidget {
 public:
-    GapList(QWidget* parent, MessageBoxes& messages, const Units& units);
+    GapList(QWidget* parent, MessageBoxes& messages, LongWork& work, const Units& units);
 
     /// Shows these; those that were selected stay selected as far as they are still there.
     void Show(std::vector<LogGap> gaps);
@@ -28,15 +30,15 @@ public:
     std::function<void(const std::vector<LogGap>& gaps, GapFill fill)> OnFill;
 
 private:
-    void WidenColumns();
+    std::vector<LongList::Column> Columns(const Units& units) const;
     void SelectAgain(const std::vector<LogGap>& selected);
     void ShowChoice();
     std::vector<LogGap> Selected() const;
+    const LogGap& At(int row) const { return gaps_[static_cast<std::size_t>(row)]; }
 
-    GapModel model_;
+    std::vector<LogGap> gaps_;  ///< one a row
     QLabel* lblGaps_ = nullptr;
-    QTableView* vaGaps_ = nullptr;
-    TableColumns* columns_ = nullptr;
+    LongList* vaGaps_ = nullptr;
     std::array<QPushButton*, 3> fills_{};
     bool isFilling_ = false;
 };

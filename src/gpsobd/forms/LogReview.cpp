@@ -70,7 +70,7 @@ LogReview::LogReview(AppContext& context, LogKind kind)
     column->addLayout(BuildHead());
     auto* lists = Named<QSplitter>(this, "splGaps");
     lists->setOrientation(Qt::Vertical);
-    gaps_ = new GapList(lists, context.Messages, UnitsOf(context.State.Settings));
+    gaps_ = new GapList(lists, context.Messages, context.Work, UnitsOf(context.State.Settings));
     for (QWidget* list : std::initializer_list<QWidget*>{vaData_, gaps_}) lists->addWidget(list);
     lists->setStretchFactor(0, 3);
     lists->setStretchFactor(1, 1);

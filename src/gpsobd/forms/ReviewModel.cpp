@@ -1,12 +1,12 @@
 #include "gpsobd/forms/ReviewModel.h"
 
 #include <QGuiApplication>
+#include <algorithm>
 #include <limits>
 #include <numeric>
 
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
-#include "gpsobd/forms/SortByKey.h"
 
 namespace vantor {
 namespace {
@@ -29,6 +29,19 @@ double NumberKey(const SheetCell& cell) {
 std::string TextKey(const SheetCell& cell) {
     const std::string* text = std::get_if<std::string>(&cell);
     return text == nullptr ? std::string() : *text;
+}
+
+/// Sorts rows, which count from 1, by their keys.
+template <class KeyOf>
+void SortByKey(std::vector<int>& rows, Qt::SortOrder order, KeyOf keyOf) {
+    std::vector<decltype(keyOf(0))> keys;
+    keys.reserve(rows.size());
+    for (const int row : rows) keys.push_back(keyOf(row));
+    const auto key = [&](int row) -> const auto& { return keys[static_cast<std::size_t>(row - 1)]; };
+    if (order == Qt::AscendingOrder)
+        std::stable_sort(rows.begin(), rows.end(), [&](int left, int right) { return key(left) < key(right); });
+    else
+        std::stable_sort(rows.begin(), rows.end(), [&](int left, int right) { return key(right) < key(left); });
 }
 
 }  // namespace

@@ -1,0 +1,222 @@
+#include "core/forms/LongList.h"
+
+#include <QAbstractTableModel>
+#include <QCollator>
+#include <QHeaderView>
+#include <QPainter>
+#include <algorithm>
+#include <numeric>
+
+namespace vantor {
+namespace {
+
+/// Pixels beside a head's text, for its margins and the arrow of the sorted column.
+constexpr int SortArrowRoom = 32;
+/// Rows whose texts the columns are made wide enough for.
+constexpr int SampleRows = 100;
+
+template <class Key>
+void SortByKey(std::vector<int>& rows, Qt::SortOrder order, const std::vector<Key>& keys) {
+    const auto key = [&](int row) -> const Key& { return keys[static_cast<std::size_t>(row)]; };
+    if (order == Qt::AscendingOrder)
+        std::stable_sort(rows.begin(), rows.end(), [&](int left, int right) { return key(left) < key(right); });
+    else
+        std::stable_sort(rows.begin(), rows.end(), [&](int left, int right) { return key(right) < key(left); });
+}
+
+}  // namespace
+
+class LongList::Model : public QAbstractTableModel {
+public:
+    std::vector<Column> Columns;
+    std::function<QString(int row, int column)> NoteOf;
+    LongWork* Work = nullptr;
+
+    void SetColumns(std::vector<Column> columns) {
+        beginResetModel();
+        Columns = std::move(columns);
+        endResetModel();
+    }
+    void SetCount(int count) {
+        std::vector<int> rows = Arranged(count);
+        beginResetModel();
+        rows_ = std::move(rows);
+        endResetModel();
+    }
+    int RowAt(int shown) const { return rows_.at(static_cast<std::size_t>(shown)); }
+    /// Where each row is shown.
+    std::vector<int> Places() const {
+        std::vector<int> places(rows_.size());
+        for (std::size_t shown = 0; shown < rows_.size(); ++shown)
+            places[static_cast<std::size_t>(rows_[shown])] = static_cast<int>(shown);
+        return places;
+    }
+    void Refresh() { sort(sortColumn_, sortOrder_); }
+
+    int rowCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+    }
+    int columnCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : static_cast<int>(Columns.size());
+    }
+    QVariant data(const QModelIndex& index, int role) const override {
+        if (!index.isValid() || isArranging_) return {};
+        const int row = RowAt(index.row());
+        switch (role) {
+            case Qt::DisplayRole: return ColumnAt(index.column()).Text(row);
+            case Qt::TextAlignmentRole: return headerData(index.column(), Qt::Horizontal, role);
+            case Qt::ToolTipRole:
+            case Qt::AccessibleDescriptionRole: {
+                const QString note = NoteOf ? NoteOf(row, index.column()) : QString();
+                return note.isEmpty() ? QVariant() : note;
+            }
+            default: return {};
+        }
+    }
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+        if (orientation == Qt::Vertical) return {};
+        const Column& column = ColumnAt(section);
+        if (role == Qt::DisplayRole) return column.Head;
+        if (role != Qt::TextAlignmentRole) return {};
+        return static_cast<int>((column.IsNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    }
+    void sort(int column, Qt::SortOrder order) override {
+        sortColumn_ = column;
+        sortOrder_ = order;
+        std::vector<int> rows = Arranged(rowCount());
+        emit layoutAboutToBeChanged({}, VerticalSortHint);
+        const QModelIndexList before = persistentIndexList();
+        std::vector<int> rowsBefore;
+        for (const QModelIndex& cell : before) rowsBefore.push_back(RowAt(cell.row()));
+        rows_ = std::move(rows);
+        const std::vector<int> places = Places();
+        QModelIndexList after;
+        for (qsizetype i = 0; i < before.size(); ++i)
+            after +=
+                index(places[static_cast<std::size_t>(rowsBefore[static_cast<std::size_t>(i)])], before[i].column());
+        changePersistentIndexList(before, after);
+        emit layoutChanged({}, VerticalSortHint);
+    }
+
+private:
+    const Column& ColumnAt(int column) const { return Columns[static_cast<std::size_t>(column)]; }
+
+    std::vector<int> Arranged(int count) {
+        std::vector<int> rows(static_cast<std::size_t>(count));
+        std::iota(rows.begin(), rows.end(), 0);
+        if (sortColumn_ < 0 || sortColumn_ >= columnCount()) return rows;
+        const auto arrange = [&] { SortRows(rows, ColumnAt(sortColumn_)); };
+        if (Work == nullptr) {
+            arrange();
+            return rows;
+        }
+        isArranging_ = true;
+        Work->Run("Sorting the list", [&](FileSystem&, const Progress&) { arrange(); });
+        isArranging_ = false;
+        return rows;
+    }
+
+    void SortRows(std::vector<int>& rows, const Column& column) const {
+        if (column.Key) {
+            std::vector<double> keys;
+            keys.reserve(rows.size());
+            for (const int row : rows) keys.push_back(column.Key(row));
+            return SortByKey(rows, sortOrder_, keys);
+        }
+        const QCollator collator;
+        std::vector<QCollatorSortKey> keys;
+        keys.reserve(rows.size());
+        for (const int row : rows) keys.push_back(collator.sortKey(column.Text(row)));
+        SortByKey(rows, sortOrder_, keys);
+    }
+
+    std::vector<int> rows_;  ///< in the order they are shown
+    int sortColumn_ = -1;
+    Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
+    bool isArranging_ = false;
+};
+
+LongList::LongList(QWidget* parent) : QTableView(parent), model_(std::make_unique<Model>()) {
+    setModel(model_.get());
+    LookLikeAList(*this);
+    setAlternatingRowColors(true);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setDefaultSectionSize(horizontalHeader()->minimumSectionSize());
+    columns_ = new TableColumns(*this);
+}
+
+LongList::~LongList() = default;
+
+void LongList::SetColumns(std::vector<Column> columns) { model_->SetColumns(std::move(columns)); }
+
+void LongList::SetNotes(std::function<QString(int row, int column)> noteOf) { model_->NoteOf = std::move(noteOf); }
+
+void LongList::SetEmptyText(const QString& text) {
+    emptyText_ = text;
+    setAccessibleDescription(RowCount() == 0 ? emptyText_ : QString());
+    viewport()->update();
+}
+
+void LongList::SortIn(LongWork& work) { model_->Work = &work; }
+
+void LongList::Show(int count) {
+    model_->SetCount(count);
+    SetEmptyText(emptyText_);
+    WidenColumns();
+}
+
+void LongList::Refresh() {
+    model_->Refresh();
+    WidenColumns();
+}
+
+int LongList::RowCount() const { return model_->rowCount(); }
+
+std::vector<int> LongList::SelectedRows() const {
+    std::vector<int> shown;
+    for (const QItemSelectionRange& range : selectionModel()->selection())
+        for (int row = range.top(); row <= range.bottom(); ++row) shown.push_back(row);
+    std::ranges::sort(shown);
+    shown.erase(std::unique(shown.begin(), shown.end()), shown.end());
+    std::ranges::transform(shown, shown.begin(), [this](int row) { return model_->RowAt(row); });
+    return shown;
+}
+
+void LongList::SelectRows(const std::vector<int>& rows) {
+    const std::vector<int> places = model_->Places();
+    std::vector<int> shown;
+    for (const int row : rows) shown.push_back(places.at(static_cast<std::size_t>(row)));
+    std::ranges::sort(shown);
+    QItemSelection selection;
+    for (std::size_t first = 0; first < shown.size();) {
+        std::size_t next = first + 1;
+        while (next < shown.size() && shown[next] == shown[next - 1] + 1) ++next;
+        selection.select(model_->index(shown[first], 0), model_->index(shown[next - 1], model_->columnCount() - 1));
+        first = next;
+    }
+    if (!shown.empty())
+        selectionModel()->setCurrentIndex(model_->index(shown.front(), 0), QItemSelectionModel::NoUpdate);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+}
+
+void LongList::WidenColumns() {
+    const int step = std::max(1, RowCount() / SampleRows);
+    for (int column = 0; column + 1 < model_->columnCount(); ++column) {
+        const QString head = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        int width = horizontalHeader()->fontMetrics().size(0, head).width() + SortArrowRoom;
+        for (int row = 0; row < RowCount(); row += step)
+            width = std::max(width, sizeHintForIndex(model_->index(row, column)).width() + 4);
+        columns_->WidenTo(column, width);
+    }
+}
+
+void LongList::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (RowCount() > 0 || emptyText_.isEmpty()) return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
+}
+
+}  // namespace vantor
