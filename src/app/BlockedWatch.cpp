@@ -58,7 +58,12 @@ void PrintCallsOfWatched() {}
 // A timer and not the dispatcher's signals: the one over GLib handles the events between "about to block" and "awake".
 BlockedWatch::BlockedWatch() {
     BeginToPrintCalls();
-    QObject::connect(&beat_, &QTimer::timeout, &beat_, [this] { lastBeat_ = Now(); });
+    QObject::connect(&beat_, &QTimer::timeout, &beat_, [this] {
+        const long last = lastBeat_.exchange(Now());
+        const long busy = last == 0 ? 0 : Now() - last;
+        if (busy > LongestBusy + BeatInterval.count())
+            std::fprintf(stderr, "The window's thread was busy for %ld ms in all.\n", busy);
+    });
     beat_.start(BeatInterval);
     watcher_ = std::thread([this] { Watch(); });
 }

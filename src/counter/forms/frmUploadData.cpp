@@ -216,8 +216,11 @@ void frmUploadData::ListRuns() {
     std::set<std::string> selected;
     for (const UploadRun* run : SelectedRuns()) selected.insert(run->Name);
     shownRuns_->ShowFolder(TempFolder());
+    std::vector<std::string> names = shownRuns_->Names();
     runs_.clear();
-    for (std::string& name : shownRuns_->Names()) runs_.push_back({std::move(name), {}});
+    runs_.reserve(names.size());
+    for (std::string& name : names) runs_.emplace_back().Name = std::move(name);
+    if (previousNames.empty() && selected.empty()) return;
     std::vector<int> rows;
     for (std::size_t i = 0; i < runs_.size(); ++i) {
         if (const auto previous = previousNames.find(runs_[i].Name); previous != previousNames.end())
