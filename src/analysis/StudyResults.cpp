@@ -125,8 +125,9 @@ std::string ConditionsOfAverage(const std::vector<RunListRow>& rows) {
     std::string text = AverageWithoutWarned(rows);
     const auto count = std::ranges::count_if(rows, [](const RunListRow& row) { return !IsThere(row.State); });
     if (count == 0) return text;
-    const std::string notThere = std::to_string(count) + " of " + RunsText(std::ssize(rows)) +
-                                 (count == 1 ? " cannot be read and does not count" : " cannot be read and do not count");
+    const std::string notThere =
+        std::to_string(count) + " of " + RunsText(std::ssize(rows)) +
+        (count == 1 ? " cannot be read and does not count" : " cannot be read and do not count");
     return text.empty() ? notThere : notThere + "\n" + text;
 }
 

@@ -139,8 +139,7 @@ int ConvertLog(CommandContext& context, const LogArguments& arguments, const std
     ArrangeForReview(log);
     const std::vector<LogGap> gaps = fillsBySpeed ? std::vector<LogGap>() : FindGaps(log);
     NameGaps(context.Err, path, gaps);
-    const auto names =
-        WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings, {}, context.Work);
+    const auto names = WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings, {}, context.Work);
     if (names.empty() && !context.Work(1, 1)) return Stopped;
     context.Print(names);
     return Done;

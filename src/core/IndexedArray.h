@@ -45,9 +45,7 @@ public:
     /// New elements are empty ones; elements behind the new last index are dropped.
     void ResizeTo(int lastIndex) { elements_.resize(static_cast<std::size_t>(lastIndex) + 1 - First); }
     void Append(Element element) { elements_.push_back(std::move(element)); }
-    void Insert(int index, Element element) {
-        elements_.insert(elements_.begin() + index - First, std::move(element));
-    }
+    void Insert(int index, Element element) { elements_.insert(elements_.begin() + index - First, std::move(element)); }
     void Remove(int index) { elements_.erase(elements_.begin() + static_cast<std::ptrdiff_t>(Checked(index))); }
 
     Element& operator[](int index) { return elements_[Checked(index)]; }

@@ -36,10 +36,9 @@ Prompt QuestionOn(const std::string& path, const CounterCheck& check) {
 
 void ConvertWholeRuns(AppContext& context, const std::string& path, const CounterCheck& check) {
     std::string aside;
-    context.Work.Run("Keeping the whole runs of counter file " + BaseName(path),
-                     [&](FileSystem& files, const Progress& progress) {
-                         aside = KeepWholeRuns(files, path, check, progress);
-                     });
+    context.Work.Run(
+        "Keeping the whole runs of counter file " + BaseName(path),
+        [&](FileSystem& files, const Progress& progress) { aside = KeepWholeRuns(files, path, check, progress); });
     if (aside.empty()) return;
     context.State.Choices = ForgetDamagedFile(context.Files);
     ApplicationState& state = context.State;

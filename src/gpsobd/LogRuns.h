@@ -30,10 +30,10 @@ using NamesOfRuns = std::map<std::int16_t, std::string>;
 NamesOfRuns RunsMadeBefore(const FileSystem& files, const FieldLog& reviewed, const std::string& folder);
 
 /// Writes the runs of a log into a folder and returns their names, base name + "-R" + run number. Gaps are filled as
-/// `gaps` says, which FindGaps found; those that are not in it, by the speeds beside them, and are not noted. A run file
-/// of `replaced` is replaced and kept as a numbered backup, or left alone where it holds these bytes already; of all
-/// others a name that exists gets a number. All run files appear together (WriteBatch::Commit). A run that is too long
-/// is left out: the others are written, then it is error 6 that names the run. Stopped, it has written none.
+/// `gaps` says, which FindGaps found; those that are not in it, by the speeds beside them, and are not noted. A run
+/// file of `replaced` is replaced and kept as a numbered backup, or left alone where it holds these bytes already; of
+/// all others a name that exists gets a number. All run files appear together (WriteBatch::Commit). A run that is too
+/// long is left out: the others are written, then it is error 6 that names the run. Stopped, it has written none.
 std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
                                       const std::string& folder, const AppSettings& settings,
                                       const NamesOfRuns& replaced = {}, const Progress& progress = {});

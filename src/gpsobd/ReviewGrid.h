@@ -64,7 +64,8 @@ public:
     /// view; the search row becomes the topmost of these. False when there is none.
     bool FindNextMissing(Search search = Search::FromSearchRow) { return GoToMissing(NextMissing(search), search); }
     /// Its two parts, of which the first may take its time. Row 0 for none. `goOn` as of FindAndFixAll.
-    int NextMissing(Search search, const std::function<bool()>& goOn = [] { return true; }) const;
+    int NextMissing(
+        Search search, const std::function<bool()>& goOn = [] { return true; }) const;
     bool GoToMissing(int row, Search search);
     /// Fills the gap that begins in the active row, of any length, along a straight line from the value before it
     /// (0 where that is negative or missing) to the one after it (0 where there is none). Does nothing where no value

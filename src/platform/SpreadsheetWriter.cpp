@@ -48,8 +48,7 @@ std::vector<std::byte> SpreadsheetWriter::Encode(const std::vector<Sheet>& sheet
     if (sheets.empty()) return Encode({Sheet{}}, format, progress);
     const std::vector<std::string> names = SheetNames(sheets);
     for (std::size_t i = 0; i < sheets.size(); ++i) CheckSize(sheets[i], names[i], LimitsOf(format));
-    return format == WorkbookFormat::Xls ? EncodeXls(sheets, names, progress)
-                                         : EncodeXlsx(sheets, names, progress);
+    return format == WorkbookFormat::Xls ? EncodeXls(sheets, names, progress) : EncodeXlsx(sheets, names, progress);
 }
 
 }  // namespace vantor

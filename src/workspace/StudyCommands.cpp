@@ -125,6 +125,18 @@ void ExportRunList(AppContext& context) {
     if (isWritten) context.Messages.Tell("The run list was exported to:\n" + path);
 }
 
+void TellMissingRuns(AppContext& context, const std::vector<RunListRow>& rows, std::set<std::string>& told) {
+    std::vector<NamedText> missing;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const std::string name = RunFileName(context.State.CurrentStudy.Entries[static_cast<int>(i) + 1]);
+        // A study that was cut short has entries without a name: the status bar tells of them.
+        if (name.empty() || (rows[i].State != RunState::Missing && IsSafeName(name))) continue;
+        if (told.insert(FoldCase(name)).second)
+            missing.push_back({name, IsSafeName(name) ? MissingRunText(name) : UnsafeNameMessage(name)});
+    }
+    context.Messages.WarnOfEach(missing, [] { return true; });
+}
+
 void ShowRun(AppContext& context, int index, void (Screens::*screen)(int entryIndex)) {
     if (ReadRunOfStudy(context, RunFileName(context.State.CurrentStudy.Entries[index])))
         (context.OtherScreens.*screen)(index);

@@ -1,5 +1,10 @@
 #pragma once
 
+#include <set>
+#include <string>
+#include <vector>
+
+#include "analysis/StudyResults.h"
 #include "core/AppContext.h"
 
 namespace vantor {
@@ -26,6 +31,9 @@ void ImportLog(AppContext& context, LogKind kind);
 
 /// Lets the user name a workbook or a CSV file and writes the run list to it. A study without runs has none to write.
 void ExportRunList(AppContext& context);
+
+/// Tells of the missing runs of the study whose names are not in `told` yet, one after the other, and notes them there.
+void TellMissingRuns(AppContext& context, const std::vector<RunListRow>& rows, std::set<std::string>& told);
 
 /// Shows the speed profile of run `index` (from 1) of the study and takes over what the user changed there: the
 /// boundaries, and the run's name where a new one was given. A run that cannot be read is told to the user.

@@ -123,6 +123,17 @@ void DeleteRun(ApplicationState& state, int index) {
     state.StudyUnchanged = false;
 }
 
+void TakeBack(ApplicationState& state, const RunUndo& undo) {
+    Study& study = state.CurrentStudy;
+    if (undo.WasDeleted) {
+        InsertRun(study, undo.Run, undo.Before);
+    } else {
+        study.Entries[undo.Run] = undo.Before;
+        study.RunNames[undo.Run] = undo.Before.EntryRunName;
+    }
+    state.StudyUnchanged = false;
+}
+
 std::string RenameCurrentRun(ApplicationState& state, FileSystem& files, int index, const std::string& newName) {
     std::string problem = RunNameProblem(state, files, newName);
     if (!problem.empty()) return problem;

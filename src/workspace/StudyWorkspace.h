@@ -43,6 +43,15 @@ void PutReplacedStudyBack(ApplicationState& state, FileSystem& files);
 int AddRuns(ApplicationState& state, const std::vector<std::string>& runNames);
 /// Removes run `index` (from 1) from the study, not from the disk.
 void DeleteRun(ApplicationState& state, int index);
+/// A change of one run of the study that can be taken back.
+struct RunUndo {
+    std::string Text;  ///< "Profile of run NB-001"
+    int Run = 0;       ///< from 1
+    StudyRunEntry Before;
+    bool WasDeleted = false;
+};
+/// Makes the run as it was; the study is changed then.
+void TakeBack(ApplicationState& state, const RunUndo& undo);
 /// Writes the current run, which is run `index` of the study, under a new name into the Study Group and makes it the
 /// name of that run; the study is changed then. The old file stays, for other studies may use it. Returns what keeps
 /// the run from taking the name, as the text to show, with nothing done; empty when nothing does.

@@ -205,8 +205,7 @@ TEST_F(LogReviewTest, ListsGapsAndFillsThemOtherwise) {
     EXPECT_THAT(row(1), ElementsAre("1", "12:00:11 PM", "12:00:15 PM", "4", "0", "185", "as standing"));
     EXPECT_TRUE(gaps.selectionModel()->isRowSelected(1));
     EXPECT_FALSE(gaps.selectionModel()->isRowSelected(0));
-    QTest::mouseClick(gaps.horizontalHeader()->viewport(), Qt::LeftButton, {},
-                      {gaps.columnViewportPosition(3) + 5, 5});
+    QTest::mouseClick(gaps.horizontalHeader()->viewport(), Qt::LeftButton, {}, {gaps.columnViewportPosition(3) + 5, 5});
     EXPECT_EQ(row(0)[3], "4") << "sorted by their seconds";
     EXPECT_TRUE(gaps.selectionModel()->isRowSelected(0));
     Click(*Form, "BtnOk");

@@ -62,7 +62,8 @@ TEST_F(frmStudySaveAsTest, AsksBeforeItReplacesAStudy) {
     PutStudy(MainSt, StudyOf("PM Peak", {}));
     Shown<frmStudySaveAs> form(Program.Context);
     ClickRow(form, "vaStudies", 1);
-    const std::string question = "Study: PM Peak\n exists already in Study Group: Main St\nDo you want to replace it?\n\n"
+    const std::string question =
+        "Study: PM Peak\n exists already in Study Group: Main St\nDo you want to replace it?\n\n"
         "It will be kept as PM Peak.ld2.bak.";
     Program.Messages.Expect(question, MessageAnswer::No);
     Click(form, "BtnSave");

@@ -122,7 +122,7 @@ void frmContDelayVsAvg::ShowReadOut() {
     const int count = Series().RunCount();
     if (count == 0) {
         lblReadOut_->setText(runs_.Rows.empty() ? QStringLiteral("Add runs to the study to see their control delays.")
-                                           : QStringLiteral("No run of the study is counted."));
+                                                : QStringLiteral("No run of the study is counted."));
         return plot_->setAccessibleDescription(lblReadOut_->text());
     }
     const int run = plot_->ChosenRun();

@@ -10,8 +10,9 @@
 
 namespace vantor {
 
-/// Long work on a thread of its own. A wait under a tenth of a second shows nothing, then the pointer tells of it; after
-/// half a second a window shows how much is done and has a Stop button. Esc and closing that window ask whether to stop.
+/// Long work on a thread of its own. A wait under a tenth of a second shows nothing, then the pointer tells of it;
+/// after half a second a window shows how much is done and has a Stop button. Esc and closing that window ask whether
+/// to stop.
 class Job : public LongWork {
 public:
     using MakeFiles = std::function<std::unique_ptr<FileSystem>()>;

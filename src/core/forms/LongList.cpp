@@ -185,8 +185,8 @@ std::vector<int> LongList::SelectedRows() const {
 
 void LongList::SelectRows(const std::vector<int>& rows) {
     const std::vector<int> places = model_->Places();
-    std::vector<int> shown;
-    for (const int row : rows) shown.push_back(places.at(static_cast<std::size_t>(row)));
+    std::vector<int> shown(rows.size());
+    std::ranges::transform(rows, shown.begin(), [&](int row) { return places.at(static_cast<std::size_t>(row)); });
     std::ranges::sort(shown);
     QItemSelection selection;
     for (std::size_t first = 0; first < shown.size();) {

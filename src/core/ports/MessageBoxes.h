@@ -44,7 +44,9 @@ public:
     }
     /// The same where Yes loses something.
     bool ConfirmLoss(const std::string& question) {
-        return Ask({.Text = question, .Buttons = MessageButtons::YesNo, .Icon = MessageIcon::Warning,
+        return Ask({.Text = question,
+                    .Buttons = MessageButtons::YesNo,
+                    .Icon = MessageIcon::Warning,
                     .LosesSomething = true}) == MessageAnswer::Yes;
     }
     /// One warning after another, until the user has enough of them or, asked after each, `goesOn` says no.

@@ -332,8 +332,9 @@ void LogReview::ShowGap(const LogGap& gap) {
 
 void LogReview::FillGaps(const std::vector<LogGap>& gaps, GapFill fill) {
     const auto left = std::ranges::count_if(gaps, [&](const LogGap& gap) { return !CanBeFilled(gap, fill); });
-    QString status = (gaps.size() == 1 ? QStringLiteral("The gap is filled ") : QStringLiteral("The gaps are filled ")) +
-                     GapFillText(fill) + QLatin1Char('.');
+    QString status =
+        (gaps.size() == 1 ? QStringLiteral("The gap is filled ") : QStringLiteral("The gaps are filled ")) +
+        GapFillText(fill) + QLatin1Char('.');
     if (left != 0) status += QStringLiteral(" %1 without positions stayed as before.").arg(left);
     Change([&](ReviewGrid& grid) { grid.FillGapsAs(gaps, fill); }, status);
 }

@@ -89,9 +89,8 @@ bool WriteReview(AppContext& context, const ReviewGrid& grid) {
     const std::string& folder = context.State.Paths.TempRunsPath;
     ReviewedRuns runs;
     const bool isWhole =
-        context.Work.Run("Looking at the runs of the log", [&, folder](FileSystem& files, const Progress&) {
-            runs = RunsOf(grid, files, folder);
-        });
+        context.Work.Run("Looking at the runs of the log",
+                         [&, folder](FileSystem& files, const Progress&) { runs = RunsOf(grid, files, folder); });
     if (!isWhole || !MayGoOn(context.Messages, runs)) return false;
     const std::optional<NamesOfRuns> replaced = AskAboutRunsMadeBefore(context, runs.MadeBefore);
     if (!replaced) return false;

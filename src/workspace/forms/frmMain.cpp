@@ -232,11 +232,10 @@ void frmMain::ShowStudy() {
 void frmMain::RefreshStudyResults() {
     const ApplicationState& state = context_.State;
     RunList list;
-    Guarded(context_.Messages, [&] {
-        list = ReadRunList(context_.Work, state.CurrentStudy, StudyGroupFolder(state), state.Settings);
-    });
+    Guarded(context_.Messages,
+            [&] { list = ReadRunList(context_.Work, state.CurrentStudy, StudyGroupFolder(state), state.Settings); });
     ShowRunList(std::move(list));
-    TellMissingRuns();
+    TellMissingRuns(context_, vaRunList_->Rows(), toldRuns_);
 }
 
 void frmMain::ShowRunList(RunList list) {
@@ -288,7 +287,7 @@ void frmMain::ShowStatus() {
                                              : (isNew ? QStringLiteral("New study") : QStringLiteral("Saved")));
 }
 
-void frmMain::ChangeRun(const QString& what, int run, const std::function<void()>& change) {
+void frmMain::ChangeRun(const std::string& what, int run, const std::function<void()>& change) {
     const Study& study = context_.State.CurrentStudy;
     const StudyRunEntry before = study.Entries[run];
     const auto movement = [&] {
@@ -303,40 +302,20 @@ void frmMain::ChangeRun(const QString& what, int run, const std::function<void()
     if (movement() != movementBefore)
         OfferUndo(std::nullopt);
     else if (study.Entries[run] != before)
-        OfferUndo(EntryUndo{QStringLiteral("%1 of run %2").arg(what, ToQt(RunFileName(before))), run, before});
+        OfferUndo(RunUndo{what + " of run " + RunFileName(before), run, before});
 }
 
-void frmMain::OfferUndo(std::optional<EntryUndo> undo) {
+void frmMain::OfferUndo(std::optional<RunUndo> undo) {
     undo_ = std::move(undo);
-    mnuRunUndo_->setText(undo_ ? QStringLiteral("&Undo ") + undo_->Text : QStringLiteral("&Undo"));
+    mnuRunUndo_->setText(undo_ ? QStringLiteral("&Undo ") + ToQt(undo_->Text) : QStringLiteral("&Undo"));
     mnuRunUndo_->setEnabled(undo_.has_value());
 }
 
 void frmMain::Undo() {
     if (!undo_) return context_.DesktopServices.Beep();
-    Study& study = context_.State.CurrentStudy;
-    if (undo_->WasDeleted) {
-        InsertRun(study, undo_->Run, undo_->Before);
-    } else {
-        study.Entries[undo_->Run] = undo_->Before;
-        study.RunNames[undo_->Run] = undo_->Before.EntryRunName;
-    }
-    context_.State.StudyUnchanged = false;
+    TakeBack(context_.State, *undo_);
     OfferUndo(std::nullopt);
     RefreshStudyResults();
-}
-
-void frmMain::TellMissingRuns() {
-    const std::vector<RunListRow>& rows = vaRunList_->Rows();
-    std::vector<NamedText> missing;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const std::string name = RunFileName(context_.State.CurrentStudy.Entries[static_cast<int>(i) + 1]);
-        // A study that was cut short has entries without a name: the status bar tells of them.
-        if (name.empty() || (rows[i].State != RunState::Missing && IsSafeName(name))) continue;
-        if (toldRuns_.insert(FoldCase(name)).second)
-            missing.push_back({name, IsSafeName(name) ? MissingRunText(name) : UnsafeNameMessage(name)});
-    }
-    context_.Messages.WarnOfEach(missing, [] { return true; });
 }
 
 void frmMain::ToolbarButtonClick(int index) {
@@ -435,20 +414,20 @@ void frmMain::DeleteActiveRun() {
     if (run == 0) return context_.DesktopServices.Beep();
     const StudyRunEntry deleted = context_.State.CurrentStudy.Entries[run];
     DeleteRun(context_.State, run);
-    OfferUndo(EntryUndo{QStringLiteral("Delete of run ") + ToQt(RunFileName(deleted)), run, deleted, true});
+    OfferUndo(RunUndo{"Delete of run " + RunFileName(deleted), run, deleted, true});
     RefreshStudyResults();
 }
 
 void frmMain::ShowDetails() {
     const int run = vaRunList_->ActiveRun();
     if (run == 0) return context_.DesktopServices.Beep();
-    ChangeRun(QStringLiteral("Profile"), run, [&] { ShowRunDetails(context_, run); });
+    ChangeRun("Profile", run, [&] { ShowRunDetails(context_, run); });
 }
 
 void frmMain::ShowActiveRun(void (Screens::*open)(int)) {
     const int run = vaRunList_->ActiveRun();
     if (run == 0) return context_.DesktopServices.Beep();
-    ChangeRun(QStringLiteral("Details"), run, [&] { ShowRun(context_, run, open); });
+    ChangeRun("Details", run, [&] { ShowRun(context_, run, open); });
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {

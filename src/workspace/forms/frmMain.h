@@ -10,6 +10,7 @@
 #include "analysis/StudyResults.h"
 #include "core/AppContext.h"
 #include "workspace/StudyRecovery.h"
+#include "workspace/StudyWorkspace.h"
 
 class QLabel;
 class QPushButton;
@@ -35,7 +36,8 @@ public:
     void Start(const std::string& studyPath = {});
     /// Keeps what is not saved and returns when it is on the disk; for the end of the program.
     void KeepChanges();
-    /// The same when the session ends: the window closes without a question then. What could not be kept is asked about.
+    /// The same when the session ends: the window closes without a question then. What could not be kept is asked
+    /// about.
     void KeepForEndOfSession();
 
     /// To be called before the program ends at once: keeps the unsaved changes and names the file for the next start.
@@ -44,8 +46,8 @@ public:
     /// A click on button `index` of the toolbar, from 1, separators counted.
     void ToolbarButtonClick(int index);
 
-    /// Fills the run list from the run files and computes the figures of the study. A run file that is missing is told of
-    /// once for each study that is loaded.
+    /// Fills the run list from the run files and computes the figures of the study. A run file that is missing is told
+    /// of once for each study that is loaded.
     void RefreshStudyResults();
 
 protected:
@@ -70,20 +72,12 @@ private:
     void ShowStudy();
     void ShowRunList(RunList list);
     void ShowStatus();
-    void TellMissingRuns();
     void ComputeStopDelaysAnew();
 
-    /// A run of the study as it was before its last change.
-    struct EntryUndo {
-        QString Text;  ///< "Profile of run NB-001"
-        int Run = 0;
-        StudyRunEntry Before;
-        bool WasDeleted = false;
-    };
     /// Does what may change a run, shows the study and offers to take back what its entry has changed. Of a run whose
     /// samples have changed, too, the entry from before would fit no more: its backup is the way back.
-    void ChangeRun(const QString& what, int run, const std::function<void()>& change);
-    void OfferUndo(std::optional<EntryUndo> undo);
+    void ChangeRun(const std::string& what, int run, const std::function<void()>& change);
+    void OfferUndo(std::optional<RunUndo> undo);
     void Undo();
 
     void StartNewStudy();
@@ -114,7 +108,7 @@ private:
     ResultLabels labels_;
     std::set<std::string> toldRuns_;
 
-    std::optional<EntryUndo> undo_;
+    std::optional<RunUndo> undo_;
     bool endsWithSession_ = false;
 
     MainMenu* menu_ = nullptr;

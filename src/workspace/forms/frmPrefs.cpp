@@ -102,10 +102,10 @@ Preferences frmPrefs::Chosen() const {
 bool frmPrefs::RemindOfRoot() {
     const std::string root = paths_->ForgottenRoot();
     if (root.empty()) return true;
-    const MessageAnswer answer = context_.Messages.Ask(
-        {"The Study Group Root Path was to be, from the next start:\n" + root + "\n\nKeep that? No stays with:\n" +
-             context_.State.Paths.StudyGroupRootPath,
-         MessageButtons::YesNoCancel, MessageIcon::Question});
+    const MessageAnswer answer =
+        context_.Messages.Ask({"The Study Group Root Path was to be, from the next start:\n" + root +
+                                   "\n\nKeep that? No stays with:\n" + context_.State.Paths.StudyGroupRootPath,
+                               MessageButtons::YesNoCancel, MessageIcon::Question});
     if (answer == MessageAnswer::Yes) paths_->PutRoot(root);
     return answer != MessageAnswer::Cancel;
 }

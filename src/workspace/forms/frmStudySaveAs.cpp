@@ -120,11 +120,11 @@ bool frmStudySaveAs::MayCopyRuns(const RunsElsewhere& runs) {
 /// False where the user stays.
 bool frmStudySaveAs::BringRuns(const std::string& from, const std::string& to) {
     RunsElsewhere runs;
-    const bool isWhole = context_.Work.Run(
-        "Comparing the runs with those of the Study Group",
-        [&, study = context_.State.CurrentStudy](FileSystem& files, const Progress& progress) {
-            runs = CompareRuns(files, study, from, to, progress);
-        });
+    const bool isWhole =
+        context_.Work.Run("Comparing the runs with those of the Study Group",
+                          [&, study = context_.State.CurrentStudy](FileSystem& files, const Progress& progress) {
+                              runs = CompareRuns(files, study, from, to, progress);
+                          });
     if (!isWhole || !MayCopyRuns(runs)) return false;
     bool isDone = true;
     if (!runs.Missing.empty())
