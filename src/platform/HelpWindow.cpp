@@ -33,19 +33,19 @@ QVariant HelpPage::loadResource(int, const QUrl& name) { return book_.Data(book_
 
 HelpWindow::HelpWindow(const QString& file) : file_(file), book_(file) {
     setObjectName(QStringLiteral("frmHelp"));
-    setWindowTitle(tr("Vantor Help"));
+    setWindowTitle(QStringLiteral("Vantor Help"));
     // The program ends with its main window, also while the manual is open.
     setAttribute(Qt::WA_QuitOnClose, false);
 
     auto* halves = Named<QSplitter>(this, "splHelp");
     tabHelp_ = Named<QTabWidget>(halves, "tabHelp");
-    tabHelp_->setAccessibleName(tr("Contents, index and search"));
+    tabHelp_->setAccessibleName(QStringLiteral("Contents, index and search"));
     txtPage_ = new HelpPage(halves, book_);
     txtPage_->setObjectName(QStringLiteral("txtPage"));
-    txtPage_->setAccessibleName(tr("Page"));
-    tabHelp_->addTab(BuildContents(), tr("&Contents"));
-    tabHelp_->addTab(BuildIndex(), tr("&Index"));
-    tabHelp_->addTab(BuildSearch(), tr("&Search"));
+    txtPage_->setAccessibleName(QStringLiteral("Page"));
+    tabHelp_->addTab(BuildContents(), QStringLiteral("&Contents"));
+    tabHelp_->addTab(BuildIndex(), QStringLiteral("&Index"));
+    tabHelp_->addTab(BuildSearch(), QStringLiteral("&Search"));
     halves->setStretchFactor(1, 1);
     halves->setSizes({280, 720});
     halves->setChildrenCollapsible(false);
@@ -60,7 +60,7 @@ HelpWindow::HelpWindow(const QString& file) : file_(file), book_(file) {
 }
 
 void HelpWindow::BuildToolbar() {
-    auto* toolbar = new QToolBar(tr("Toolbar"), this);
+    auto* toolbar = new QToolBar(QStringLiteral("Toolbar"), this);
     toolbar->setObjectName(QStringLiteral("tbrHelp"));
     toolbar->setMovable(false);
     toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
@@ -75,12 +75,12 @@ void HelpWindow::BuildToolbar() {
         return added;
     };
     HelpPage* page = txtPage_;
-    QAction* back = add("back", tr("Back"), Qt::ALT | Qt::Key_Left, [page] { page->backward(); });
-    QAction* forward = add("forward", tr("Forward"), Qt::ALT | Qt::Key_Right, [page] { page->forward(); });
-    add("help", tr("Start"), Qt::ALT | Qt::Key_Home, [this] { Open(book_.StartPage()); });
+    QAction* back = add("back", QStringLiteral("Back"), Qt::ALT | Qt::Key_Left, [page] { page->backward(); });
+    QAction* forward = add("forward", QStringLiteral("Forward"), Qt::ALT | Qt::Key_Right, [page] { page->forward(); });
+    add("help", QStringLiteral("Start"), Qt::ALT | Qt::Key_Home, [this] { Open(book_.StartPage()); });
     toolbar->addSeparator();
-    add("zoom-out", tr("Smaller"), QKeySequence::ZoomOut, [page] { page->zoomOut(); });
-    add("zoom-in", tr("Larger"), QKeySequence::ZoomIn, [page] { page->zoomIn(); });
+    add("zoom-out", QStringLiteral("Smaller"), QKeySequence::ZoomOut, [page] { page->zoomOut(); });
+    add("zoom-in", QStringLiteral("Larger"), QKeySequence::ZoomIn, [page] { page->zoomIn(); });
     back->setEnabled(false);
     forward->setEnabled(false);
     QObject::connect(page, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
@@ -90,7 +90,7 @@ void HelpWindow::BuildToolbar() {
 QWidget* HelpWindow::BuildContents() {
     QHelpContentWidget* contents = book_.Engine().contentWidget();
     contents->setObjectName(QStringLiteral("treContents"));
-    contents->setAccessibleName(tr("Contents"));
+    contents->setAccessibleName(QStringLiteral("Contents"));
     QObject::connect(contents, &QHelpContentWidget::linkActivated, this, [this](const QUrl& page) { Open(page); });
     QObject::connect(book_.Engine().contentModel(), &QHelpContentModel::contentsCreated, this, [this, contents] {
         contents->expandAll();
@@ -105,9 +105,9 @@ QWidget* HelpWindow::BuildIndex() {
     keyword->setClearButtonEnabled(true);
     QHelpIndexWidget* index = book_.Engine().indexWidget();
     index->setObjectName(QStringLiteral("lstIndex"));
-    index->setAccessibleName(tr("Index"));
+    index->setAccessibleName(QStringLiteral("Index"));
     auto* layout = new QVBoxLayout(side);
-    layout->addWidget(LabelFor(keyword, tr("&Look for")));
+    layout->addWidget(LabelFor(keyword, QStringLiteral("&Look for")));
     layout->addWidget(keyword);
     layout->addWidget(index, 1);
     QObject::connect(keyword, &QLineEdit::textChanged, index,
@@ -126,23 +126,23 @@ QWidget* HelpWindow::BuildSearch() {
     txtSearch_ = Named<QLineEdit>(side, "txtSearch");
     txtSearch_->setClearButtonEnabled(true);
     lstFound_ = Named<QListWidget>(side, "lstFound");
-    auto* found = Named<QLabel>(side, "lblFound", tr("Type one or more words."));
+    auto* found = Named<QLabel>(side, "lblFound", QStringLiteral("Type one or more words."));
     found->setBuddy(lstFound_);
     auto* layout = new QVBoxLayout(side);
-    layout->addWidget(LabelFor(txtSearch_, tr("&Words on the page")));
+    layout->addWidget(LabelFor(txtSearch_, QStringLiteral("&Words on the page")));
     layout->addWidget(txtSearch_);
     layout->addWidget(found);
     layout->addWidget(lstFound_, 1);
-    lstFound_->setAccessibleName(tr("Pages found"));
+    lstFound_->setAccessibleName(QStringLiteral("Pages found"));
     QObject::connect(txtSearch_, &QLineEdit::textChanged, this, [this, found](const QString& words) {
         Search(words);
         const int count = lstFound_->count();
         if (words.trimmed().isEmpty())
-            found->setText(tr("Type one or more words."));
+            found->setText(QStringLiteral("Type one or more words."));
         else if (count == 0)
-            found->setText(tr("No page has all these words."));
+            found->setText(QStringLiteral("No page has all these words."));
         else
-            found->setText(count == 1 ? tr("1 page") : tr("%1 pages").arg(count));
+            found->setText(count == 1 ? QStringLiteral("1 page") : QStringLiteral("%1 pages").arg(count));
     });
     QObject::connect(txtSearch_, &QLineEdit::returnPressed, this, [this] { OpenFound(lstFound_->currentItem()); });
     for (const auto signal : {&QListWidget::itemActivated, &QListWidget::itemClicked})

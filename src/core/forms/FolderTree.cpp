@@ -62,7 +62,7 @@ void FolderTree::Fill(QTreeWidgetItem* item) {
     try {
         entries = files_->List(folder);
     } catch (const RunTimeError&) {
-        item->setToolTip(0, tr("This folder cannot be read."));
+        item->setToolTip(0, QStringLiteral("This folder cannot be read."));
     }
     for (const FileInfo& info : entries)
         if (info.IsFolder && !info.IsHidden) AddFolder(item, AsFolder(folder + info.Name), info.Name);

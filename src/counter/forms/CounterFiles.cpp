@@ -69,16 +69,16 @@ CounterStudiesFrame::CounterStudiesFrame(QWidget* parent)
     : QGroupBox(parent),
       vaStudyInfo_(Named<LongList>(this, "vaStudyInfo")),
       lblProblem_(Named<QLabel>(this, "lblProblem")) {
-    vaStudyInfo_->setAccessibleName(tr("Studies in the selected file"));
+    vaStudyInfo_->setAccessibleName(QStringLiteral("Studies in the selected file"));
     const auto column = [this](const QString& head, auto textOf) {
         return LongList::Column{
             head, [this, textOf](int row) { return ToQt(textOf(studies_[static_cast<std::size_t>(row)])); }};
     };
     std::vector<LongList::Column> columns = {
-        column(tr("Study"), [](const CounterStudy& study) { return study.Study; }),
-        column(tr("Site Code"), [](const CounterStudy& study) { return study.SiteCode; }),
-        column(tr("Date / Time"), [](const CounterStudy& study) { return study.Date + "  " + study.Time; }),
-        column(tr("Runs"), [](const CounterStudy& study) { return std::to_string(study.Runs); })};
+        column(QStringLiteral("Study"), [](const CounterStudy& study) { return study.Study; }),
+        column(QStringLiteral("Site Code"), [](const CounterStudy& study) { return study.SiteCode; }),
+        column(QStringLiteral("Date / Time"), [](const CounterStudy& study) { return study.Date + "  " + study.Time; }),
+        column(QStringLiteral("Runs"), [](const CounterStudy& study) { return std::to_string(study.Runs); })};
     columns.back().IsNumber = true;
     columns.back().Key = [this](int row) { return double(studies_[static_cast<std::size_t>(row)].Runs); };
     vaStudyInfo_->SetColumns(std::move(columns));
@@ -94,8 +94,8 @@ CounterStudiesFrame::CounterStudiesFrame(QWidget* parent)
 void CounterStudiesFrame::ShowFile(const ListedCounterFile* file) {
     lblProblem_->setText(file == nullptr ? QString() : ToQt(file->Problem));
     lblProblem_->setVisible(!lblProblem_->text().isEmpty());
-    vaStudyInfo_->SetEmptyText(file == nullptr ? tr("Choose a counter file to see its studies.")
-                                               : tr("No study could be counted in this file."));
+    vaStudyInfo_->SetEmptyText(file == nullptr ? QStringLiteral("Choose a counter file to see its studies.")
+                                               : QStringLiteral("No study could be counted in this file."));
     vaStudyInfo_->Show(0);
     studies_ = file == nullptr ? std::vector<CounterStudy>() : file->Studies;
     vaStudyInfo_->Show(static_cast<int>(studies_.size()));

@@ -42,7 +42,7 @@ void DeletionList::TakeOff(const std::vector<int>& rows) {
     for (const int row : rows) pending_.Take(NameAt(row));
     for (auto row = rows.rbegin(); row != rows.rend(); ++row) table_->removeRow(*row);
     table_->clearSelection();
-    table_->SetEmptyText(tr("All files are taken off the list. OK deletes them, Cancel keeps them."));
+    table_->SetEmptyText(QStringLiteral("All files are taken off the list. OK deletes them, Cancel keeps them."));
     ShowCount();
 }
 

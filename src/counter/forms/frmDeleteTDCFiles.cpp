@@ -16,10 +16,11 @@ namespace vantor {
 
 frmDeleteTDCFiles::frmDeleteTDCFiles(AppContext& context) : context_(context) {
     setObjectName(QStringLiteral("frmDeleteTDCFiles"));
-    setWindowTitle(tr("Select TDC Data Files To Delete"));
-    auto* instructions = Named<QLabel>(this, "lblInstructions",
-                                       tr("Files that you take off the list, and one still selected, are deleted when "
-                                          "you click OK. Cancel deletes nothing."));
+    setWindowTitle(QStringLiteral("Select TDC Data Files To Delete"));
+    auto* instructions =
+        Named<QLabel>(this, "lblInstructions",
+                      QStringLiteral("Files that you take off the list, and one still selected, are deleted when "
+                                     "you click OK. Cancel deletes nothing."));
     instructions->setWordWrap(true);
     auto* work = Named<QSplitter>(this, "splFiles");
     work->addWidget(BuildList());
@@ -42,17 +43,17 @@ frmDeleteTDCFiles::frmDeleteTDCFiles(AppContext& context) : context_(context) {
 
 QWidget* frmDeleteTDCFiles::BuildList() {
     auto* side = new QWidget(this);
-    frTDCFiles_ = new DeletionList(side, "vaSelTDCFile", tr(" Files in Field Data Path: "),
+    frTDCFiles_ = new DeletionList(side, "vaSelTDCFile", QStringLiteral(" Files in Field Data Path: "),
                                    {AsFolder(context_.State.Paths.FieldDataPath), CounterFileExtension});
     frTDCFiles_->setObjectName(QStringLiteral("frTDCFiles"));
-    frTDCFiles_->setTitle(tr("TDC Data Files"));
+    frTDCFiles_->setTitle(QStringLiteral("TDC Data Files"));
     Table& files = frTDCFiles_->Files();
-    files.SetColumns({tr("File Name"), tr("Date"), tr("Studies")});
-    files.SetEmptyText(tr("There are no counter files (.tdc) in this folder."));
+    files.SetColumns({QStringLiteral("File Name"), QStringLiteral("Date"), QStringLiteral("Studies")});
+    files.SetEmptyText(QStringLiteral("There are no counter files (.tdc) in this folder."));
     files.setSelectionMode(QAbstractItemView::SingleSelection);
 
     // Enter in the list takes the file off, which Cancel still undoes.
-    btnDeleteSelected_ = Named<QPushButton>(side, "btnDeleteSelected", tr("&Delete Selected File"));
+    btnDeleteSelected_ = Named<QPushButton>(side, "btnDeleteSelected", QStringLiteral("&Delete Selected File"));
     btnDeleteSelected_->setDefault(true);
     auto* key = new QShortcut(QKeySequence(Qt::Key_Delete), &files);
     key->setContext(Qt::WidgetShortcut);
@@ -66,7 +67,7 @@ QWidget* frmDeleteTDCFiles::BuildList() {
 }
 
 QWidget* frmDeleteTDCFiles::BuildDetails() {
-    FrFileDetails_ = Named<CounterStudiesFrame>(this, "FrFileDetails", tr("TDC Data File Details"));
+    FrFileDetails_ = Named<CounterStudiesFrame>(this, "FrFileDetails", QStringLiteral("TDC Data File Details"));
     lblActiveFile_ = Named<QLabel>(FrFileDetails_, "lblActiveFile");
     lblActiveFile_->setTextFormat(Qt::PlainText);
     static_cast<QVBoxLayout*>(FrFileDetails_->layout())->insertWidget(0, lblActiveFile_);
@@ -107,7 +108,7 @@ void frmDeleteTDCFiles::ShowStudies() {
     const auto file = std::find_if(listed_.begin(), listed_.end(),
                                    [&](const ListedCounterFile& listed) { return row >= 0 && listed.Name == name; });
     FrFileDetails_->ShowFile(file == listed_.end() ? nullptr : &*file);
-    lblActiveFile_->setText(tr("File: %1").arg(ToQt(name)));
+    lblActiveFile_->setText(QStringLiteral("File: %1").arg(ToQt(name)));
     lblActiveFile_->setVisible(row >= 0);
 }
 

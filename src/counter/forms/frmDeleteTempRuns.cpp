@@ -60,19 +60,21 @@ void ShowRun(Table& runs, int row, const Ver1RunInFile& run, const Units& units)
 
 frmDeleteTempRuns::frmDeleteTempRuns(AppContext& context)
     : context_(context),
-      frRunList_(new DeletionList(this, "vaSelRuns", tr(" Runs in Temp Path: "),
+      frRunList_(new DeletionList(this, "vaSelRuns", QStringLiteral(" Runs in Temp Path: "),
                                   {AsFolder(context.State.Paths.TempRunsPath), Ver1RunExtension})) {
     setObjectName(QStringLiteral("frmDeleteTempRuns"));
-    setWindowTitle(tr("Select Temp Runs To Delete"));
+    setWindowTitle(QStringLiteral("Select Temp Runs To Delete"));
     frRunList_->setObjectName(QStringLiteral("frRunList"));
     Table& runs = frRunList_->Files();
-    runs.SetColumns({tr("Name"), tr("Date"), tr("Time"), tr("Length ") + ToQt(UnitsOf(context_.State).LengthTitle()),
-                     tr("Duration (s)")});
-    runs.SetEmptyText(tr("There are no version 1 runs (.rdf) in this folder."));
+    runs.SetColumns({QStringLiteral("Name"), QStringLiteral("Date"), QStringLiteral("Time"),
+                     QStringLiteral("Length ") + ToQt(UnitsOf(context_.State).LengthTitle()),
+                     QStringLiteral("Duration (s)")});
+    runs.SetEmptyText(QStringLiteral("There are no version 1 runs (.rdf) in this folder."));
 
-    auto* instructions = Named<QLabel>(this, "lblInstructions",
-                                       tr("Runs that you take off the list, and those still selected, are deleted "
-                                          "when you click OK. Cancel deletes nothing."));
+    auto* instructions =
+        Named<QLabel>(this, "lblInstructions",
+                      QStringLiteral("Runs that you take off the list, and those still selected, are deleted "
+                                     "when you click OK. Cancel deletes nothing."));
     instructions->setWordWrap(true);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(instructions);
@@ -86,9 +88,9 @@ frmDeleteTempRuns::frmDeleteTempRuns(AppContext& context)
 }
 
 QLayout* frmDeleteTempRuns::BuildListButtons() {
-    auto* selectAll = Named<QPushButton>(this, "btnSelectAll", tr("Select &All"));
+    auto* selectAll = Named<QPushButton>(this, "btnSelectAll", QStringLiteral("Select &All"));
     // Enter in the list takes runs off, which Cancel still undoes.
-    auto* takeOff = Named<QPushButton>(this, "BtnDelete", tr("&Delete Selected Runs"));
+    auto* takeOff = Named<QPushButton>(this, "BtnDelete", QStringLiteral("&Delete Selected Runs"));
     takeOff->setDefault(true);
     Table* runs = &frRunList_->Files();
     auto* key = new QShortcut(QKeySequence(Qt::Key_Delete), runs);

@@ -46,7 +46,7 @@ QString EmptyText(const ApplicationState& state) {
 
 frmUploadData::frmUploadData(AppContext& context) : context_(context) {
     setObjectName(QStringLiteral("frmUploadData"));
-    setWindowTitle(tr("Process Runs in Temp Folder"));
+    setWindowTitle(QStringLiteral("Process Runs in Temp Folder"));
 
     auto* top = new QHBoxLayout;
     top->addWidget(BuildDirections());
@@ -77,31 +77,31 @@ frmUploadData::frmUploadData(AppContext& context) : context_(context) {
 }
 
 QGroupBox* frmUploadData::BuildDirections() {
-    auto* frame = Named<QGroupBox>(this, "fraQuickDirections", tr("Quick Directions"));
+    auto* frame = Named<QGroupBox>(this, "fraQuickDirections", QStringLiteral("Quick Directions"));
     auto* TxtQuickDirections = Named<QLabel>(frame, "TxtQuickDirections",
-                                             tr("1- Enter Base Name in Template\n"
-                                                "2- Select runs then click Rename\n"
-                                                "3- Select Study Group or Enter new \n"
-                                                "name\n"
-                                                "4- Click Move Runs"));
+                                             QStringLiteral("1- Enter Base Name in Template\n"
+                                                            "2- Select runs then click Rename\n"
+                                                            "3- Select Study Group or Enter new \n"
+                                                            "name\n"
+                                                            "4- Click Move Runs"));
     (new QVBoxLayout(frame))->addWidget(TxtQuickDirections);
     return frame;
 }
 
 QGroupBox* frmUploadData::BuildTemplate() {
-    auto* frame = Named<QGroupBox>(this, "fraTemplate", tr("1) Run NameTemplate"));
+    auto* frame = Named<QGroupBox>(this, "fraTemplate", QStringLiteral("1) Run NameTemplate"));
     txtTemplateBaseName_ = Named<QLineEdit>(frame, "txtTemplateBaseName");
     txtTemplateBaseName_->setMaxLength(20);
     txtTemplateDir_ = NarrowField(frame, "txtTemplateDir", 2);
     txtTemplateRunNumber_ = NarrowField(frame, "txtTemplateRunNumber", 3);
     lblNextName_ = Named<QLabel>(frame, "lblNextName");
     lblNextName_->setTextFormat(Qt::PlainText);
-    BtnEditTemplate_ = ToolButton(frame, "BtnEditTemplate", tr("&Edit"), "edit");
+    BtnEditTemplate_ = ToolButton(frame, "BtnEditTemplate", QStringLiteral("&Edit"), "edit");
 
     auto* layout = new QGridLayout(frame);
-    layout->addWidget(LabelFor(txtTemplateBaseName_, tr("&Base Name")), 0, 0);
-    layout->addWidget(LabelFor(txtTemplateDir_, tr("D&irection")), 0, 1);
-    layout->addWidget(LabelFor(txtTemplateRunNumber_, tr("Ru&n #")), 0, 2);
+    layout->addWidget(LabelFor(txtTemplateBaseName_, QStringLiteral("&Base Name")), 0, 0);
+    layout->addWidget(LabelFor(txtTemplateDir_, QStringLiteral("D&irection")), 0, 1);
+    layout->addWidget(LabelFor(txtTemplateRunNumber_, QStringLiteral("Ru&n #")), 0, 2);
     layout->addWidget(txtTemplateBaseName_, 1, 0);
     layout->addWidget(txtTemplateDir_, 1, 1);
     layout->addWidget(txtTemplateRunNumber_, 1, 2);
@@ -113,15 +113,15 @@ QGroupBox* frmUploadData::BuildTemplate() {
 }
 
 QGroupBox* frmUploadData::BuildRunList() {
-    auto* frame = Named<QGroupBox>(this, "fraRunList", tr("2) List of Runs in Uploaded Data"));
+    auto* frame = Named<QGroupBox>(this, "fraRunList", QStringLiteral("2) List of Runs in Uploaded Data"));
     vaSelRuns_ = Named<LongList>(frame, "vaSelRuns");
-    vaSelRuns_->setAccessibleName(tr("Runs in the temporary runs folder"));
+    vaSelRuns_->setAccessibleName(QStringLiteral("Runs in the temporary runs folder"));
     shownRuns_.emplace(*vaSelRuns_, context_.Work, UnitsOf(context_.State));
     vaSelRuns_->SetEmptyText(EmptyText(context_.State));
     btnRename_ = ToolButton(frame, "btnRename", QString(), "rename");
-    btnRename_->setToolTip(tr("Rename selected file(s)"));
+    btnRename_->setToolTip(QStringLiteral("Rename selected file(s)"));
     OfferUndo(false);
-    BtnDelete_ = ToolButton(frame, "BtnDelete", tr("&Delete"), "delete-runs");
+    BtnDelete_ = ToolButton(frame, "BtnDelete", QStringLiteral("&Delete"), "delete-runs");
 
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(btnRename_);
@@ -134,18 +134,18 @@ QGroupBox* frmUploadData::BuildRunList() {
 }
 
 QGroupBox* frmUploadData::BuildStudyGroups() {
-    auto* frame = Named<QGroupBox>(this, "fraStudyGroups", tr("3) List of Study Groups"));
+    auto* frame = Named<QGroupBox>(this, "fraStudyGroups", QStringLiteral("3) List of Study Groups"));
     treSDFPath_ = Named<FolderTree>(frame, "treSDFPath");
-    treSDFPath_->setAccessibleName(tr("Study Groups"));
+    treSDFPath_->setAccessibleName(QStringLiteral("Study Groups"));
 
-    auto* current = Named<QGroupBox>(frame, "fraCurrentStudyGroup", tr("Current Study Group"));
+    auto* current = Named<QGroupBox>(frame, "fraCurrentStudyGroup", QStringLiteral("Current Study Group"));
     TxtStudyGroup_ = Named<QLineEdit>(current, "TxtStudyGroup");
-    TxtStudyGroup_->setAccessibleName(tr("Current Study Group"));
-    TxtStudyGroup_->setPlaceholderText(tr("New name, then Enter"));
+    TxtStudyGroup_->setAccessibleName(QStringLiteral("Current Study Group"));
+    TxtStudyGroup_->setPlaceholderText(QStringLiteral("New name, then Enter"));
     (new QVBoxLayout(current))->addWidget(TxtStudyGroup_);
 
-    btnMoveRuns_ = ToolButton(frame, "btnMoveRuns", tr("&Move\nRuns"), "move-runs");
-    btnStudyGroupDetails_ = ToolButton(frame, "btnStudyGroupDetails", tr("De&tails"), "show-details");
+    btnMoveRuns_ = ToolButton(frame, "btnMoveRuns", QStringLiteral("&Move\nRuns"), "move-runs");
+    btnStudyGroupDetails_ = ToolButton(frame, "btnStudyGroupDetails", QStringLiteral("De&tails"), "show-details");
     auto* buttons = new QHBoxLayout;
     for (QPushButton* button : {btnMoveRuns_, btnStudyGroupDetails_}) {
         button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
@@ -159,9 +159,10 @@ QGroupBox* frmUploadData::BuildStudyGroups() {
 }
 
 QLayout* frmUploadData::BuildButtons() {
-    btnUploadOk_ = Named<QPushButton>(this, "btnUploadOk", tr("&OK"));
-    btnUploadCancel_ = Named<QPushButton>(this, "btnUploadCancel", tr("Cancel"));
-    btnUploadCancel_->setToolTip(tr("Cancel any changes made to this screen and return to the Summary Screen."));
+    btnUploadOk_ = Named<QPushButton>(this, "btnUploadOk", QStringLiteral("&OK"));
+    btnUploadCancel_ = Named<QPushButton>(this, "btnUploadCancel", QStringLiteral("Cancel"));
+    btnUploadCancel_->setToolTip(
+        QStringLiteral("Cancel any changes made to this screen and return to the Summary Screen."));
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(HelpButton(*this, context_, HelpTopic::ProcessRuns));
     buttons->addStretch();
@@ -255,14 +256,14 @@ RunNameTemplate frmUploadData::Template() const {
 
 void frmUploadData::ShowNextName() {
     const RunNameTemplate parts = Template();
-    lblNextName_->setText(parts.BaseName.empty() ? tr("Enter a Base Name to see the next run's name.")
-                                                 : tr("Next name: %1").arg(ToQt(RunNameOf(parts))));
+    lblNextName_->setText(parts.BaseName.empty() ? QStringLiteral("Enter a Base Name to see the next run's name.")
+                                                 : QStringLiteral("Next name: %1").arg(ToQt(RunNameOf(parts))));
 }
 
 bool frmUploadData::OffersUndo() const { return WithoutAccessKey(btnRename_->text()) != QLatin1String(" Rename "); }
 
 void frmUploadData::OfferUndo(bool undo) {
-    const QString caption = undo ? tr("  &Undo  ") : tr(" &Rename ");
+    const QString caption = undo ? QStringLiteral("  &Undo  ") : QStringLiteral(" &Rename ");
     btnRename_->setText(caption);
     btnRename_->setAccessibleName(WithoutAccessKey(caption).simplified());
     btnRename_->setIcon(LineIcon(undo ? QStringLiteral("undo") : QStringLiteral("rename")));

@@ -17,17 +17,18 @@ namespace vantor {
 
 frmUploadRunList::frmUploadRunList(AppContext& context, const std::string& studyGroup) {
     setObjectName(QStringLiteral("frmUploadRunList"));
-    setWindowTitle(tr("Runs in Selected Study Group"));
+    setWindowTitle(QStringLiteral("Runs in Selected Study Group"));
 
-    auto* lblStudyGroup = Named<QLabel>(this, "lblStudyGroup", tr("List of runs in Study Group: ") + ToQt(studyGroup));
-    auto* frame = Named<QGroupBox>(this, "fraRunList", tr("List of Runs in ..."));
+    auto* lblStudyGroup =
+        Named<QLabel>(this, "lblStudyGroup", QStringLiteral("List of runs in Study Group: ") + ToQt(studyGroup));
+    auto* frame = Named<QGroupBox>(this, "fraRunList", QStringLiteral("List of Runs in ..."));
     auto* vaShowRuns = Named<LongList>(frame, "vaShowRuns");
-    vaShowRuns->setAccessibleName(tr("Runs in the Study Group"));
+    vaShowRuns->setAccessibleName(QStringLiteral("Runs in the Study Group"));
     runs_.emplace(*vaShowRuns, context.Work, UnitsOf(context.State));
-    vaShowRuns->SetEmptyText(tr("There are no runs in this Study Group yet."));
+    vaShowRuns->SetEmptyText(QStringLiteral("There are no runs in this Study Group yet."));
     (new QVBoxLayout(frame))->addWidget(vaShowRuns);
 
-    auto* BtnUploadOk = Named<QPushButton>(this, "BtnUploadOk", tr("OK"));
+    auto* BtnUploadOk = Named<QPushButton>(this, "BtnUploadOk", QStringLiteral("OK"));
     BtnUploadOk->setDefault(true);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(HelpButton(*this, context, HelpTopic::RunsInGroup));

@@ -23,22 +23,22 @@ std::string RootOf(const std::string& path) { return path.substr(0, path.find(Pa
 
 frmUploadSelectTDC::frmUploadSelectTDC(AppContext& context) : context_(context) {
     setObjectName(QStringLiteral("frmUploadSelectTDC"));
-    setWindowTitle(tr("Select TDC Data"));
+    setWindowTitle(QStringLiteral("Select TDC Data"));
 
     auto* folders = Named<QSplitter>(this, "splFolders");
     folders->addWidget(BuildFolders());
     auto* files = Named<QSplitter>(folders, "splFiles");
     files->setOrientation(Qt::Vertical);
     files->addWidget(BuildFiles());
-    FrFileDetails_ = Named<CounterStudiesFrame>(files, "FrFileDetails", tr("File Details"));
+    FrFileDetails_ = Named<CounterStudiesFrame>(files, "FrFileDetails", QStringLiteral("File Details"));
     files->addWidget(FrFileDetails_);
     folders->setStretchFactor(0, 2);
     folders->setStretchFactor(1, 3);
     for (QSplitter* splitter : {files, folders}) splitter->setChildrenCollapsible(false);
 
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(Named<QLabel>(this, "lblInstructions",
-                                    tr("Choose the folder of the counter files, then the file to process.")));
+    layout->addWidget(Named<QLabel>(
+        this, "lblInstructions", QStringLiteral("Choose the folder of the counter files, then the file to process.")));
     layout->addWidget(folders, 1);
     layout->addLayout(BuildButtons());
     resize(820, 500);
@@ -54,7 +54,7 @@ QWidget* frmUploadSelectTDC::BuildFolders() {
     treTDCPath_ = Named<FolderTree>(side, "treTDCPath");
     auto* layout = new QVBoxLayout(side);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(LabelFor(treTDCPath_, tr("F&older")));
+    layout->addWidget(LabelFor(treTDCPath_, QStringLiteral("F&older")));
     layout->addWidget(treTDCPath_);
     return side;
 }
@@ -62,19 +62,19 @@ QWidget* frmUploadSelectTDC::BuildFolders() {
 QWidget* frmUploadSelectTDC::BuildFiles() {
     auto* side = new QWidget(this);
     vaSelTDCFile_ = Named<Table>(side, "vaSelTDCFile");
-    vaSelTDCFile_->SetColumns({tr("File Name"), tr("Studies")});
-    vaSelTDCFile_->SetEmptyText(tr("There are no counter files (.tdc) in this folder."));
+    vaSelTDCFile_->SetColumns({QStringLiteral("File Name"), QStringLiteral("Studies")});
+    vaSelTDCFile_->SetEmptyText(QStringLiteral("There are no counter files (.tdc) in this folder."));
     vaSelTDCFile_->setSelectionMode(QAbstractItemView::SingleSelection);
     auto* layout = new QVBoxLayout(side);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(LabelFor(vaSelTDCFile_, tr("Counter &files")));
+    layout->addWidget(LabelFor(vaSelTDCFile_, QStringLiteral("Counter &files")));
     layout->addWidget(vaSelTDCFile_);
     return side;
 }
 
 QLayout* frmUploadSelectTDC::BuildButtons() {
-    BtnSelect_ = Named<QPushButton>(this, "BtnSelect", tr("&Select"));
-    BtnCancel_ = Named<QPushButton>(this, "BtnCancel", tr("Cancel"));
+    BtnSelect_ = Named<QPushButton>(this, "BtnSelect", QStringLiteral("&Select"));
+    BtnCancel_ = Named<QPushButton>(this, "BtnCancel", QStringLiteral("Cancel"));
     BtnCancel_->setAutoDefault(false);
     BtnSelect_->setDefault(true);
     auto* buttons = new QHBoxLayout;

@@ -60,8 +60,8 @@ LogSelect::LogSelect(AppContext& context, LogKind kind)
     folders->setChildrenCollapsible(false);
 
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(
-        Named<QLabel>(this, "lblInstructions", tr("Choose the folder of the logs, then the log to process.")));
+    layout->addWidget(Named<QLabel>(this, "lblInstructions",
+                                    QStringLiteral("Choose the folder of the logs, then the log to process.")));
     layout->addWidget(folders, 1);
     layout->addLayout(BuildButtons());
     resize(940, 500);
@@ -76,7 +76,7 @@ QWidget* LogSelect::BuildFolders() {
     tree_ = Named<FolderTree>(side, screen_.TreeName);
     auto* layout = new QVBoxLayout(side);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(LabelFor(tree_, tr("F&older")));
+    layout->addWidget(LabelFor(tree_, QStringLiteral("F&older")));
     layout->addWidget(tree_);
     return side;
 }
@@ -101,7 +101,7 @@ QWidget* LogSelect::BuildLogs() {
 
     auto* layout = new QVBoxLayout(side);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(LabelFor(grid_, tr("&Logs")));
+    layout->addWidget(LabelFor(grid_, QStringLiteral("&Logs")));
     layout->addWidget(grid_, 1);
     layout->addWidget(lblNote_);
     return side;
@@ -122,8 +122,8 @@ void LogSelect::SetColumnWidths() {
 }
 
 QLayout* LogSelect::BuildButtons() {
-    BtnSelect_ = Named<QPushButton>(this, "BtnSelect", tr("&Select"));
-    BtnCancel_ = Named<QPushButton>(this, "BtnCancel", tr("Cancel"));
+    BtnSelect_ = Named<QPushButton>(this, "BtnSelect", QStringLiteral("&Select"));
+    BtnCancel_ = Named<QPushButton>(this, "BtnCancel", QStringLiteral("Cancel"));
     BtnCancel_->setAutoDefault(false);
     BtnSelect_->setDefault(true);
     lblProgress_ = Named<QLabel>(this, "lblProgress");
@@ -143,7 +143,7 @@ void LogSelect::ConnectControls() {
         ShowLog(log);
     };
     listing_.OnProgress = [this](std::size_t number, std::size_t count) {
-        lblProgress_->setText(tr("Reading %1 of %2...").arg(number).arg(count));
+        lblProgress_->setText(QStringLiteral("Reading %1 of %2...").arg(number).arg(count));
     };
     listing_.OnEnd = [this] {
         lblProgress_->clear();
@@ -177,7 +177,7 @@ void LogSelect::OfferCopy() {
     AppContext& context = context_;
     const LogDevice& device = *screen_.Device;
     if (!WantsDeviceCopy(context.Messages, device) || !self) return;
-    lblProgress_->setText(tr("Copying from the handheld..."));
+    lblProgress_->setText(QStringLiteral("Copying from the handheld..."));
     lblProgress_->repaint();
     CopyFromDevice(context, device, std::string(context.State.SelectedDataFolder), [self](std::int16_t milliseconds) {
         if (self) self->DelayXMsec(milliseconds);
@@ -220,14 +220,15 @@ void LogSelect::ListFolder(const std::string& folder) {
     grid_->BeginFilling();
     ShowNote();
     unreadable_.clear();
-    emptyText_ = tr("There are no %1 in this folder.").arg(QLatin1String(screen_.FilesListed));
+    emptyText_ = QStringLiteral("There are no %1 in this folder.").arg(QLatin1String(screen_.FilesListed));
     std::vector<std::string> fileNames;
     try {
         fileNames = LogFilesIn(context_.Files, folder, screen_);
     } catch (const RunTimeError&) {
-        const QString problem = FolderExists(context_.Files, folder) ? tr("This folder cannot be read:")
-                                                                     : tr("This folder does not exist:");
-        emptyText_ = problem + QLatin1Char('\n') + ToQt(folder) + QLatin1Char('\n') + tr("Choose another folder.");
+        const QString problem = FolderExists(context_.Files, folder) ? QStringLiteral("This folder cannot be read:")
+                                                                     : QStringLiteral("This folder does not exist:");
+        emptyText_ =
+            problem + QLatin1Char('\n') + ToQt(folder) + QLatin1Char('\n') + QStringLiteral("Choose another folder.");
     }
     listing_.Start(folder, std::move(fileNames));
 }
