@@ -90,10 +90,9 @@ std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& fi
     std::vector<RunListRow> rows;
     rows.reserve(study.RunNames.size());
     const auto count = static_cast<std::uint64_t>(study.Record.RunCount);
-    bool goesOn = true;
     for (int i = 1; i <= study.Record.RunCount; ++i) {
         const StudyRunEntry& entry = study.Entries[i];
-        goesOn = goesOn && progress(static_cast<std::uint64_t>(i - 1), count);
+        const bool goesOn = progress(static_cast<std::uint64_t>(i - 1), count);
         rows.push_back(
             MakeRunListRow(entry, goesOn ? ReadRunFacts(files, folder, entry, settings) : NotReadFacts(), settings));
     }

@@ -11,7 +11,7 @@ namespace vantor {
 /// leaves nothing half done. One without a sink tells nobody and never stops.
 class Progress {
 public:
-    /// Gets the part done, 0 to 1; false stops the work. Called on the thread that does the work.
+    /// Gets the part done, 0 to 1; false stops the work and stays false. Called on the thread that does the work.
     using Sink = std::function<bool(double done)>;
 
     Progress() = default;

@@ -76,10 +76,8 @@ std::vector<ListedStudy> ListStudies(const FileSystem& files, const std::string&
     std::vector<ListedStudy> studies;
     for (const FileInfo& info : FilesWithExtension(files, group, StudyExtension))
         studies.emplace_back().Name = BaseName(info.Name);
-    bool goesOn = true;
     for (std::size_t i = 0; i < studies.size(); ++i) {
-        goesOn = goesOn && progress(i, studies.size());
-        if (goesOn)
+        if (progress(i, studies.size()))
             ReadListedStudy(files, group, studies[i]);
         else
             studies[i].Problem = NotRead;
@@ -99,11 +97,9 @@ std::vector<ListedRun> ListRuns(const FileSystem& files, const std::string& grou
             run.IsVer1 = isVer1;
         }
     }
-    bool goesOn = true;
     for (std::size_t i = 0; i < runs.size(); ++i) {
-        goesOn = goesOn && progress(i, runs.size());
         ListedRun& run = runs[i];
-        run.Problem = goesOn ? NameProblem(run.Name, RunNameWidth) : NotRead;
+        run.Problem = progress(i, runs.size()) ? NameProblem(run.Name, RunNameWidth) : NotRead;
         if (run.Problem.empty()) ReadListedRun(files, group, run);
     }
     std::ranges::stable_sort(runs, {}, [](const ListedRun& run) { return FoldCase(run.Name); });

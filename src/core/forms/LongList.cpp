@@ -4,6 +4,7 @@
 #include <QCollator>
 #include <QHeaderView>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <algorithm>
 #include <numeric>
 
@@ -110,9 +111,8 @@ private:
             arrange();
             return rows;
         }
-        isArranging_ = true;
+        const QScopedValueRollback arranging(isArranging_, true);
         Work->Run("Sorting the list", [&](FileSystem&, const Progress&) { arrange(); });
-        isArranging_ = false;
         return rows;
     }
 

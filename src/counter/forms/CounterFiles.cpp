@@ -41,10 +41,8 @@ std::vector<ListedCounterFile> ListCounterFiles(LongWork& work, const std::strin
     NotedEnd noted;
     work.Run("Counting the studies of the counter files", [&](FileSystem& files, const Progress& progress) {
         const auto found = FilesWithExtension(files, folder, CounterFileExtension);
-        bool goesOn = true;
         for (const FileInfo& info : found) {
-            goesOn = goesOn && progress(listed.size(), found.size());
-            if (!goesOn) {
+            if (!progress(listed.size(), found.size())) {
                 listed.push_back({BaseName(info.Name), info.Modified, {}, "Not counted: it was stopped."});
                 continue;
             }

@@ -64,10 +64,8 @@ void RunTable::ShowFolder(const std::string& folder) {
     std::vector<Row> rows;
     work_.Run("Reading the runs", [&rows, folder](FileSystem& files, const Progress& progress) {
         const auto found = FilesWithExtension(files, folder, RunExtension);
-        bool goesOn = true;
         for (const FileInfo& info : found) {
-            goesOn = goesOn && progress(rows.size(), found.size());
-            if (goesOn) {
+            if (progress(rows.size(), found.size())) {
                 rows.push_back(ReadRow(files, folder, BaseName(info.Name)));
             } else {
                 rows.emplace_back().Name = BaseName(info.Name);

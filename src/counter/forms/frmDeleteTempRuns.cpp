@@ -27,9 +27,8 @@ struct Ver1RunInFile {
 std::vector<Ver1RunInFile> ReadVer1Runs(const FileSystem& files, const std::string& folder, const Progress& progress) {
     std::vector<Ver1RunInFile> runs;
     const auto found = FilesWithExtension(files, folder, Ver1RunExtension);
-    bool goesOn = true;
     for (const FileInfo& info : found) {
-        goesOn = goesOn && progress(runs.size(), found.size());
+        const bool goesOn = progress(runs.size(), found.size());
         Ver1RunInFile& run = runs.emplace_back();
         run.Name = BaseName(info.Name);
         if (!goesOn) run.Problem = "It was not read: the listing was stopped.";

@@ -1,6 +1,7 @@
 #include "gpsobd/forms/ReviewModel.h"
 
 #include <QGuiApplication>
+#include <QScopedValueRollback>
 #include <algorithm>
 #include <limits>
 #include <numeric>
@@ -131,14 +132,13 @@ std::vector<int> ReviewModel::ArrangedRows() {
     std::iota(rows.begin(), rows.end(), 1);
     if (!IsSorted()) return rows;
     const int column = sortColumn_ + 1;
-    isArranging_ = true;
+    const QScopedValueRollback arranging(isArranging_, true);
     work_.Run("Sorting the rows", [&](FileSystem&, const Progress&) {
         if (IsText(grid_.Column(column).Look))
             SortByKey(rows, sortOrder_, [&](int row) { return TextKey(grid_.Value(row, column)); });
         else
             SortByKey(rows, sortOrder_, [&](int row) { return NumberKey(grid_.Value(row, column)); });
     });
-    isArranging_ = false;
     return rows;
 }
 
