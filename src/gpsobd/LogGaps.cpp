@@ -8,7 +8,6 @@
 namespace vantor {
 namespace {
 
-constexpr std::int64_t ShortestGap = 3;       // seconds
 constexpr double FarthestStanding = 100;      // feet
 constexpr double FastestBesideStanding = 15;  // mph
 constexpr double FeetPerSecondOfMph = 5280.0 / 3600.0;

@@ -18,6 +18,9 @@ enum class GapFill {
     Speed,     ///< along the line between the speeds beside the gap
 };
 
+/// Seconds.
+inline constexpr std::int64_t ShortestGap = 3;
+
 /// Two rows of one run, one behind the other, with nothing logged for three seconds or more between them.
 struct LogGap {
     std::int16_t RunNumber = 0;

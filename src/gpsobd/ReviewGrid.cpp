@@ -204,6 +204,7 @@ bool ReviewGrid::FindAndFixAll(const std::function<bool()>& goOn, Search search)
 
 void ReviewGrid::DeleteRow() {
     if (activeRow_ == 0) return;
+    JoinGapsAt(activeRow_);
     underWay_.Deleted = {activeRow_, PointOf(activeRow_)};
     rows_.erase(rows_.begin() + (activeRow_ - 1));
     ActivateRow(activeRow_);
@@ -258,12 +259,46 @@ std::vector<LogGap> ReviewGrid::Gaps() const {
 void ReviewGrid::FillGapsAs(std::span<const LogGap> gaps, GapFill fill) {
     for (const LogGap& gap : gaps) {
         if (gap.Filled == fill || !CanBeFilled(gap, fill)) continue;
-        GapChange change{{gap.RunNumber, gap.From, gap.To}, std::nullopt, fill};
-        if (const auto before = gapFills_.find(change.Gap); before != gapFills_.end()) change.Before = before->second;
-        SetGapFill(change.Gap, change.After);
-        underWay_.Gaps.push_back(change);
+        ChangeGapFill({gap.RunNumber, gap.From, gap.To}, fill);
     }
     EndStep();
+}
+
+void ReviewGrid::ChangeGapFill(const GapPlace& gap, std::optional<GapFill> fill) {
+    GapChange change{gap, std::nullopt, fill};
+    if (const auto before = gapFills_.find(gap); before != gapFills_.end()) change.Before = before->second;
+    SetGapFill(gap, fill);
+    underWay_.Gaps.push_back(change);
+}
+
+void ReviewGrid::JoinGapsAt(int row) {
+    const LogPoint& point = log_.Points[PointOf(row)];
+    const std::int16_t run = RunNumberOf(log_.Kind, point);
+    const std::int64_t second = SecondsOf(log_.Kind, point);
+    const auto before = SecondBeside(row, -1);
+    const auto behind = SecondBeside(row, 1);
+    // Another row of the second, or the end of the run: no gap becomes longer.
+    if (!before || !behind || *before == second || *behind == second) return;
+    const auto takeFill = [&](std::int64_t from, std::int64_t to) {
+        const auto filled = gapFills_.find({run, from, to});
+        const auto fill = filled == gapFills_.end() ? std::nullopt : std::optional(filled->second);
+        if (fill) ChangeGapFill({run, from, to}, std::nullopt);
+        return fill;
+    };
+    const auto left = takeFill(*before, second);
+    const auto right = takeFill(second, *behind);
+    const bool isOneGap = second - *before < ShortestGap || *behind - second < ShortestGap;
+    if (isOneGap || left == right)
+        if (const auto fill = left ? left : right) ChangeGapFill({run, *before, *behind}, fill);
+}
+
+std::optional<std::int64_t> ReviewGrid::SecondBeside(int row, int direction) const {
+    const std::int16_t run = RunNumberOf(log_.Kind, log_.Points[PointOf(row)]);
+    for (int other = row + direction; other >= 1 && other <= RowCount(); other += direction) {
+        const LogPoint& point = log_.Points[PointOf(other)];
+        if (RunNumberOf(log_.Kind, point) == run) return SecondsOf(log_.Kind, point);
+    }
+    return std::nullopt;
 }
 
 int ReviewGrid::RowBefore(const LogGap& gap) const {

@@ -75,7 +75,9 @@ public:
     /// between the steps; it may let events run but must leave the grid alone. When it returns false the repair stops
     /// with what is filled so far, and so does this. The search row is 1 afterwards.
     bool FindAndFixAll(const std::function<bool()>& goOn, Search search = Search::FromSearchRow);
-    /// Deletes the active row; the one that takes its place is active then.
+    /// Deletes the active row; the one that takes its place is active then. A gap beside it that FillGapsAs filled is
+    /// filled so as the longer gap that it becomes, too. Of two gaps that become one only what both were filled as
+    /// stays.
     void DeleteRow();
 
     /// The gaps between the rows as they stand now, filled by the rule of FindGaps or as FillGapsAs said.
@@ -104,7 +106,7 @@ private:
         std::optional<double> Before;
         std::optional<double> After;
     };
-    /// Run number, first and last second. A gap that a deletion makes longer is another gap, filled by the rule.
+    /// Run number, first and last second.
     using GapPlace = std::tuple<std::int16_t, std::int64_t, std::int64_t>;
     struct GapChange {
         GapPlace Gap;
@@ -127,6 +129,10 @@ private:
     void Fill(int row, int column, double value);
     void SetFilled(const CellChange& change, const std::optional<double>& value);
     void SetGapFill(const GapPlace& gap, std::optional<GapFill> fill);
+    void ChangeGapFill(const GapPlace& gap, std::optional<GapFill> fill);
+    void JoinGapsAt(int row);
+    /// The second of the next row of the same run in that direction, 1 or -1; nothing where it is the last one.
+    std::optional<std::int64_t> SecondBeside(int row, int direction) const;
     void EndStep();
     int FirstRowOf(const Step& step) const;
     void ActivateRow(int row);

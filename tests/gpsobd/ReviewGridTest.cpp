@@ -298,6 +298,22 @@ TEST(ReviewGrid, FillsGapsAsTheUserSays) {
     grid.Redo();
     EXPECT_THAT(fills(), ElementsAre(GapFill::Standing, GapFill::Speed));
 
+    log = GpsLog({Moment(98), Moment(100), Moment(110), Moment(111)});
+    for (LogPoint& point : log.Points) point.Gps.Latitude = point.Gps.Longitude = 42;
+    ReviewGrid beside(log);
+    beside.FillGapsAs(beside.Gaps(), GapFill::Position);
+    for (int i = 0; i < 2; ++i) {
+        beside.SetActive(2, 1);
+        beside.DeleteRow();
+        ASSERT_EQ(beside.Gaps().size(), 1U);
+        EXPECT_EQ(beside.Gaps()[0].Filled, GapFill::Position) << "the row at an end of the gap is deleted";
+    }
+    EXPECT_EQ(beside.Gaps()[0].Seconds(), 13);
+    beside.Undo();
+    beside.Undo();
+    EXPECT_EQ(beside.Gaps()[0].Seconds(), 10);
+    EXPECT_EQ(beside.Gaps()[0].Filled, GapFill::Position);
+
     ReviewGrid obd(ObdLog({30, 30}));
     EXPECT_TRUE(obd.Gaps().empty());
 }
