@@ -78,8 +78,8 @@ def programs_of(path):
     parts = Path(path).parts
     listed = (ROOT / "tests" / parts[1] / "CMakeLists.txt").read_text()
     programs = re.findall(r"^vantor_test\((\w+)( FORMS)?", listed, re.MULTILINE)
-    isScreen = "forms" in parts
-    return [name for name, forms in programs if forms or not isScreen]
+    is_screen = "forms" in parts
+    return [name for name, forms in programs if forms or not is_screen]
 
 
 def run(command, **options):

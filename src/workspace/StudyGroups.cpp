@@ -20,8 +20,8 @@ constexpr const char* NotRead = "It was not read: the listing was stopped.";
 
 void ReadListedStudy(const FileSystem& files, const std::string& group, ListedStudy& study) {
     try {
-        if (!ReadStudyRunNames(files, group, study.Name, study.Header, study.RunNames))
-            study.Problem = "The file is missing.";
+        study.IsMissing = !ReadStudyRunNames(files, group, study.Name, study.Header, study.RunNames);
+        if (study.IsMissing) study.Problem = "The file is missing.";
     } catch (const RunTimeError& error) {
         study.Problem = ProblemOf(error);
     }

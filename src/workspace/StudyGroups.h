@@ -28,7 +28,8 @@ struct ListedStudy {
     std::string Name;  ///< of the file, without extension
     StudyRecord Header;
     OneBased<std::string> RunNames;
-    std::string Problem;  ///< why it cannot be opened; empty when it can
+    std::string Problem;     ///< why it cannot be opened; empty when it can
+    bool IsMissing = false;  ///< it was listed, and is gone
 };
 /// The studies of a group by name. An error of the listing itself is thrown. Stopped, those that were not read say so
 /// as their problem.

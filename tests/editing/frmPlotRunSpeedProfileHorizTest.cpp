@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "SpeedProfileForm.h"
+#include "core/ContentHash.h"
 #include "core/RunFile.h"
 #include "core/forms/Named.h"
 #include "fakes/PutFiles.h"
@@ -212,6 +213,11 @@ TEST_F(SpeedProfileFormTest, TrimRunAsksAndKeepsTheUntrimmedRun) {
     Program.Messages.Expect("The run begins and ends at its boundaries already: there is nothing to cut.");
     Click(*Form, "btnTrim");
     EXPECT_FALSE(Program.Files.Bytes(Group + "Main-1.rd2.bak2"));
+    Form->reject();
+    ASSERT_TRUE(Entry().Computed);
+    EXPECT_EQ(Entry().Computed->Movement, MovementHash(Program.State.CurrentRun))
+        << "the figures are the trimmed run's";
+    Form->show();
 
     Drag(At(673), {At(0)});
     Program.Messages.Expect(

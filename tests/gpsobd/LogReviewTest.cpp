@@ -257,6 +257,7 @@ TEST_F(LogReviewTest, StopsAndLeavesWithoutASelection) {
     Click(*Form, "btnFindAndFixAll");
     EXPECT_TRUE(Form->isVisible()) << "a row was deleted before";
     EXPECT_TRUE(Find<QWidget>(*Form, "BtnOk").isEnabled());
+    EXPECT_FALSE(Find<QWidget>(*Form, "btnGoOn").isVisible());
 }
 
 }  // namespace

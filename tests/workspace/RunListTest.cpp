@@ -186,6 +186,13 @@ TEST_F(MainWindow, TakesBackADeletedRunButNoEntryThatFitsTheRunNoMore) {
     EXPECT_EQ(Current().Entries, before.Entries);
     EXPECT_EQ(Current().RunNames, before.RunNames);
     EXPECT_EQ(Current().Record.RunCount, 3);
+    PressKey(Qt::Key_Delete);
+    OtherScreens.OnShow["frmRunSelect"] = [] { return true; };
+    Press("BtnAddRun");
+    EXPECT_FALSE(Find<QAction>(*Window, "mnuRunUndo").isEnabled()) << "it may have been added again";
+    Current() = before;
+    Choose("mnuViewStatistics");
+    PressKey(Qt::Key_Down);
 
     OtherScreens.OnShow["frmRunDetails"] = [&] {
         RunRecord run = ReadRun(Files, Group + "R2.rd2").Run;

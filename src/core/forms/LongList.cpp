@@ -3,7 +3,6 @@
 #include <QAbstractTableModel>
 #include <QCollator>
 #include <QHeaderView>
-#include <QPainter>
 #include <QScopedValueRollback>
 #include <algorithm>
 #include <numeric>
@@ -213,10 +212,7 @@ void LongList::WidenColumns() {
 
 void LongList::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
-    if (RowCount() > 0 || emptyText_.isEmpty()) return;
-    QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
+    PaintEmptyText(*this, emptyText_);
 }
 
 }  // namespace vantor

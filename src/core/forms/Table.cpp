@@ -1,7 +1,6 @@
 #include "core/forms/Table.h"
 
 #include <QHeaderView>
-#include <QPainter>
 #include <algorithm>
 
 #include "core/Numeric.h"
@@ -106,10 +105,7 @@ void Table::EndFilling() {
 
 void Table::paintEvent(QPaintEvent* event) {
     QTableWidget::paintEvent(event);
-    if (rowCount() > 0 || emptyText_.isEmpty()) return;
-    QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
+    PaintEmptyText(*this, emptyText_);
 }
 
 QStringList RunColumns(const Units& units) {

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QToolTip>
 
 #include "core/forms/Named.h"
@@ -28,6 +29,13 @@ void LookLikeAList(QTableView& table) {
     table.horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     table.horizontalHeader()->setSortIndicatorClearable(true);
     table.setSortingEnabled(true);
+}
+
+void PaintEmptyText(QTableView& table, const QString& text) {
+    if (text.isEmpty() || table.model() == nullptr || table.model()->rowCount() > 0) return;
+    QPainter painter(table.viewport());
+    painter.setPen(table.palette().color(QPalette::PlaceholderText));
+    painter.drawText(table.viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap, text);
 }
 
 TableColumns::TableColumns(QTableView& table) : QObject(&table), table_(table) {

@@ -9,6 +9,9 @@ namespace vantor {
 /// The look of a read-only list of whole rows that its heads sort.
 void LookLikeAList(QTableView& table);
 
+/// Paints what stands in the place of a list's rows where it has none; for the end of its paint event.
+void PaintEmptyText(QTableView& table, const QString& text);
+
 /// The columns of a table: a width that the user drags stays, also for the next time, and the program leaves it alone;
 /// all others are the program's to fit. A text that does not fit into its cell is shown whole as a tool tip.
 class TableColumns : public QObject {

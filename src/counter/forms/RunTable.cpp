@@ -60,7 +60,7 @@ RunTable::Row RunTable::ReadRow(const FileSystem& files, const std::string& fold
     return row;
 }
 
-void RunTable::ShowFolder(const std::string& folder) {
+std::vector<std::string> RunTable::ShowFolder(const std::string& folder) {
     std::vector<Row> rows;
     work_.Run("Reading the runs", [&rows, folder](FileSystem& files, const Progress& progress) {
         const auto found = FilesWithExtension(files, folder, RunExtension);
@@ -76,9 +76,6 @@ void RunTable::ShowFolder(const std::string& folder) {
     list_.Show(0);
     rows_ = std::move(rows);
     list_.Show(static_cast<int>(rows_.size()));
-}
-
-std::vector<std::string> RunTable::Names() const {
     std::vector<std::string> names;
     names.reserve(rows_.size());
     for (const Row& row : rows_) names.push_back(row.Name);

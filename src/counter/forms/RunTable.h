@@ -18,10 +18,9 @@ public:
     RunTable(const RunTable&) = delete;
     RunTable& operator=(const RunTable&) = delete;
 
-    /// Reads and shows the runs of a folder, which ends in a separator; none is selected then.
-    void ShowFolder(const std::string& folder);
-    /// Their names, without extension; the list's rows count from 0.
-    std::vector<std::string> Names() const;
+    /// Reads and shows the runs of a folder, which ends in a separator; none is selected then. Returns their names,
+    /// without extension; the list's rows count from 0.
+    std::vector<std::string> ShowFolder(const std::string& folder);
     /// Shows another name for each; in the same order.
     void ShowNames(const std::vector<std::string>& names);
 

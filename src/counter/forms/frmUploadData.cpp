@@ -216,8 +216,7 @@ void frmUploadData::ListRuns() {
         if (!run.PreviousName.empty()) previousNames[run.Name] = run.PreviousName;
     std::set<std::string> selected;
     for (const UploadRun* run : SelectedRuns()) selected.insert(run->Name);
-    shownRuns_->ShowFolder(TempFolder());
-    std::vector<std::string> names = shownRuns_->Names();
+    std::vector<std::string> names = shownRuns_->ShowFolder(TempFolder());
     runs_.clear();
     runs_.reserve(names.size());
     for (std::string& name : names) runs_.emplace_back().Name = std::move(name);

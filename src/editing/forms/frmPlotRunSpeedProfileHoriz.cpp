@@ -108,10 +108,12 @@ void frmPlotRunSpeedProfileHoriz::CutToBoundaries() {
                    stamp ? Expected::Unchanged(*stamp) : AsItStands(context_.Files, path));
     context_.State.CurrentRunStamp = AsItStands(context_.Files, path).File;
     run_ = std::move(trimmed.Run);
-    entry_ = entryBefore_ = std::move(trimmed.Entry);
+    entry_ = std::move(trimmed.Entry);
     context_.State.StudyUnchanged = false;
     profile_.RunCut(trimmed.Plot);
     Draw();
+    // The figures are those of the run as it is now: a look at it goes on from here.
+    entryBefore_ = entry_;
 }
 
 void frmPlotRunSpeedProfileHoriz::ChooseScale(int item, double anchor) {

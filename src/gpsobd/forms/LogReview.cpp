@@ -288,13 +288,15 @@ void LogReview::FindAndFixAll(ReviewGrid::Search search) {
     });
     SetRepairing(false);
     // Of what the repair did nothing is asked, of what was changed before it is.
-    if (std::exchange(stopRequested_, false) && MayDiscard(hadChanges)) {
+    const bool wasStopped = std::exchange(stopRequested_, false);
+    if (wasStopped && MayDiscard(hadChanges)) {
         context_.State.DataFileSelected = false;
         return QDialog::done(Rejected);
     }
     ShowGaps();
     vaData_->ShowActive();
     vaData_->setFocus();
+    if (wasStopped) return ShowState(QStringLiteral("Stopped. Undo takes back what was filled."));
     if (!isDone) return OfferToGoOn();
     ShowState(QStringLiteral("No gap of up to %1 rows is left in column %2.")
                   .arg(ReviewGrid::MaximumGap)

@@ -1,7 +1,6 @@
 #include "gpsobd/forms/ReviewTable.h"
 
 #include <QHeaderView>
-#include <QPainter>
 #include <algorithm>
 
 namespace vantor {
@@ -74,10 +73,7 @@ void ReviewTable::FitColumns() {
 
 void ReviewTable::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
-    if (review_ == nullptr || review_->rowCount() > 0) return;
-    QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
+    PaintEmptyText(*this, emptyText_);
 }
 
 void ReviewTable::currentChanged(const QModelIndex& current, const QModelIndex& previous) {

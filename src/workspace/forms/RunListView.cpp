@@ -1,7 +1,6 @@
 #include "workspace/forms/RunListView.h"
 
 #include <QHeaderView>
-#include <QPainter>
 #include <algorithm>
 
 namespace vantor {
@@ -77,11 +76,7 @@ void RunListView::resizeEvent(QResizeEvent* event) {
 
 void RunListView::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
-    if (model_.rowCount() > 0) return;
-    QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap,
-                     QString::fromLatin1(EmptyText));
+    PaintEmptyText(*this, QString::fromLatin1(EmptyText));
 }
 
 }  // namespace vantor

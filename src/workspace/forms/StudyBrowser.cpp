@@ -108,6 +108,7 @@ void StudyBrowser::ListGroup() {
     }
     vaStudies_->BeginFilling();
     studies_ = std::move(studies);
+    if (std::ranges::any_of(studies_, &ListedStudy::IsMissing)) context_.DesktopServices.Beep();
     if (group_.empty())
         emptyText = QStringLiteral("Choose a Study Group.");
     else if (!FolderExists(context_.Files, group_))

@@ -231,7 +231,7 @@ void frmMain::ShowStudy() {
 
 void frmMain::RefreshStudyResults() {
     const ApplicationState& state = context_.State;
-    RunList list;
+    RunList list{{}, false};
     Guarded(context_.Messages,
             [&] { list = ReadRunList(context_.Work, state.CurrentStudy, StudyGroupFolder(state), state.Settings); });
     ShowRunList(std::move(list));
@@ -405,7 +405,8 @@ void frmMain::ShowAbout() {
 }
 
 void frmMain::AddRuns() {
-    context_.OtherScreens.ShowRunSelect();
+    // A run that was deleted before may be one of them.
+    if (context_.OtherScreens.ShowRunSelect()) OfferUndo(std::nullopt);
     RefreshStudyResults();
 }
 

@@ -117,30 +117,30 @@ bool frmStudySaveAs::MayCopyRuns(const RunsElsewhere& runs) {
     return false;
 }
 
-/// False where the user stays.
-bool frmStudySaveAs::BringRuns(const std::string& from, const std::string& to) {
+/// The runs to be copied. Nothing where the user stays.
+std::optional<std::vector<std::string>> frmStudySaveAs::RunsToCopy(const std::string& from, const std::string& to) {
+    if (IsSameFolder(from, to)) return std::vector<std::string>();
     RunsElsewhere runs;
     const bool isWhole =
         context_.Work.Run("Comparing the runs with those of the Study Group",
                           [&, study = context_.State.CurrentStudy](FileSystem& files, const Progress& progress) {
                               runs = CompareRuns(files, study, from, to, progress);
                           });
-    if (!isWhole || !MayCopyRuns(runs)) return false;
-    bool isDone = true;
-    if (!runs.Missing.empty())
-        context_.Work.Run("Copying the runs", [&](FileSystem& files, const Progress& progress) {
-            files.CreateFolder(to);
-            isDone = CopyRuns(files, runs.Missing, from, to, progress);
-        });
-    return isDone;
+    return isWhole && MayCopyRuns(runs) ? std::optional(runs.Missing) : std::nullopt;
 }
 
 void frmStudySaveAs::Save() {
     if (!CheckNames() || !MayReplace()) return;
     const std::string from = StudyGroupFolder(context_.State);
     const std::string to = browser_->Group();
-    if (!IsSameFolder(from, to) && !BringRuns(from, to)) return;
+    const auto runs = RunsToCopy(from, to);
+    if (!runs) return;
     context_.Files.CreateFolder(to);
+    bool isCopied = false;
+    context_.Work.Run("Copying the runs", [&](FileSystem& files, const Progress& progress) {
+        isCopied = CopyRuns(files, *runs, from, to, progress);
+    });
+    if (!isCopied) return;
     // The study is saved even where only the settings could not be.
     Guarded(context_.Messages, [&] { SaveStudyAs(context_.State, context_.Files, to, Name()); });
     if (IsCurrentStudy(context_.State, to, Name())) accept();

@@ -20,7 +20,7 @@ private:
     bool CheckNames();
     bool MayReplace();
     bool MayCopyRuns(const RunsElsewhere& runs);
-    bool BringRuns(const std::string& from, const std::string& to);
+    std::optional<std::vector<std::string>> RunsToCopy(const std::string& from, const std::string& to);
     void Save();
     std::string Name() const;
 
