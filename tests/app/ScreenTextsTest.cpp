@@ -1,0 +1,172 @@
+#include <gmock/gmock.h>
+
+#include <QAbstractSpinBox>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTextBrowser>
+#include <QTextEdit>
+#include <QTreeWidget>
+#include <cstdlib>
+
+#include "EveryScreen.h"
+#include "core/forms/Named.h"
+
+namespace vantor {
+namespace {
+
+QString OneLine(QString text) { return text.replace(QLatin1Char('\n'), QStringLiteral("\\n")); }
+QString Quoted(const QString& text) { return QLatin1Char('"') + OneLine(text) + QLatin1Char('"'); }
+
+/// A screen as text, a line a control with what it shows when it is opened:
+///   "caption" name = value; what is not as usual; tip: what the mouse shows
+class ScreenText {
+public:
+    explicit ScreenText(QWidget& window) {
+        Lines += QLatin1String("screen ") + window.objectName() + QLatin1Char(' ') + Quoted(window.windowTitle());
+        for (const QAction* action : window.findChildren<QAction*>())
+            if (!action->objectName().isEmpty()) AddAction(*action);
+        AddChildren(window);
+    }
+    QStringList Lines;
+
+private:
+    static bool HoldsPartsOfItsOwn(const QWidget& widget) {
+        return widget.inherits("QComboBox") || widget.inherits("QAbstractSpinBox") ||
+               widget.inherits("QAbstractScrollArea") || widget.inherits("QMenuBar") || widget.inherits("QTabBar");
+    }
+
+    void AddChildren(const QWidget& parent) {
+        for (QObject* child : parent.children()) {
+            auto* widget = qobject_cast<QWidget*>(child);
+            if (widget == nullptr || widget->isWindow()) continue;
+            AddWidget(*widget);
+            if (!HoldsPartsOfItsOwn(*widget) || widget->inherits("QScrollArea")) AddChildren(*widget);
+        }
+    }
+
+    void AddAction(const QAction& action) {
+        QString line = QLatin1String("action ") + Quoted(action.text()) + QLatin1Char(' ') + action.objectName();
+        if (!action.shortcut().isEmpty()) line += QLatin1String("; ") + action.shortcut().toString();
+        if (action.isCheckable()) line += action.isChecked() ? QLatin1String("; on") : QLatin1String("; off");
+        Finish(line, action.isEnabled(), !action.isVisible(),
+               action.toolTip() == action.iconText() ? QString() : action.toolTip());
+    }
+
+    void AddWidget(QWidget& widget) {
+        const QString name = widget.objectName();
+        auto* label = qobject_cast<QLabel*>(&widget);
+        if (label != nullptr && label->buddy() != nullptr) return;  // stands in its field's line
+        const bool isText = label != nullptr && !label->text().isEmpty();
+        if (!isText && (name.isEmpty() || name.startsWith(QLatin1String("qt_")))) return;
+        const QString caption = CaptionOf(widget);
+        const QString value = ValueOf(widget);
+        if (caption.isNull() && value.isNull() && !widget.inherits("QAbstractButton")) return;  // a mere frame
+        QString line = caption.isNull() ? name : Quoted(caption) + QLatin1Char(' ') + name;
+        if (!value.isNull()) line += QLatin1String(" = ") + value;
+        Finish(line.trimmed(), widget.isEnabledTo(widget.parentWidget()), widget.isHidden(), widget.toolTip());
+        if (auto* table = qobject_cast<QTableView*>(&widget)) AddRows(*table);
+    }
+
+    void Finish(QString line, bool isEnabled, bool isHidden, const QString& tip) {
+        if (!isEnabled) line += QLatin1String("; disabled");
+        if (isHidden) line += QLatin1String("; hidden");
+        if (!tip.isEmpty()) line += QLatin1String("; tip: ") + OneLine(tip);
+        Lines += line;
+    }
+
+    static QString CaptionOf(QWidget& widget) {
+        for (const auto* label : widget.window()->findChildren<QLabel*>())
+            if (label->buddy() == &widget) return label->text();
+        if (const auto* button = qobject_cast<QAbstractButton*>(&widget)) return button->text();
+        if (const auto* group = qobject_cast<QGroupBox*>(&widget)) return group->title();
+        return {};
+    }
+
+    static QString ValueOf(QWidget& widget) {
+        if (const auto* label = qobject_cast<QLabel*>(&widget)) return Quoted(label->text());
+        if (const auto* field = qobject_cast<QLineEdit*>(&widget))
+            return Quoted(field->text()) + (field->isReadOnly() ? QLatin1String("; read only") : QString());
+        if (const auto* button = qobject_cast<QAbstractButton*>(&widget); button != nullptr && button->isCheckable())
+            return button->isChecked() ? QStringLiteral("on") : QStringLiteral("off");
+        if (const auto* list = qobject_cast<QComboBox*>(&widget)) {
+            QStringList items;
+            for (int i = 0; i < list->count(); ++i) items += list->itemText(i);
+            return Quoted(list->currentText()) + QLatin1String(" of ") + items.join(QLatin1String(", "));
+        }
+        if (const auto* text = qobject_cast<QTextEdit*>(&widget)) return Quoted(text->toPlainText().left(80));
+        if (const auto* bar = qobject_cast<QProgressBar*>(&widget)) return QString::number(bar->value());
+        if (const auto* tabs = qobject_cast<QTabWidget*>(&widget)) {
+            QStringList captions;
+            for (int i = 0; i < tabs->count(); ++i) captions += tabs->tabText(i);
+            return captions.join(QLatin1String(" | "));
+        }
+        if (const auto* table = qobject_cast<QTableView*>(&widget)) {
+            QStringList heads;
+            for (int i = 0; i < table->model()->columnCount(); ++i)
+                if (!table->isColumnHidden(i)) heads += table->model()->headerData(i, Qt::Horizontal).toString();
+            return OneLine(heads.join(QLatin1String(" | "))) + QLatin1String("; ") +
+                   Quoted(table->accessibleDescription());
+        }
+        if (const auto* tree = qobject_cast<QTreeWidget*>(&widget)) {
+            QStringList folders;
+            for (const auto* item : tree->findItems(QStringLiteral("*"), Qt::MatchWildcard | Qt::MatchRecursive))
+                folders += item->text(0);
+            return folders.join(QLatin1String(" | "));
+        }
+        return {};
+    }
+
+    void AddRows(const QTableView& table) {
+        constexpr int MostRows = 4;
+        for (int row = 0; row < std::min(table.model()->rowCount(), MostRows); ++row) {
+            QStringList texts;
+            for (int i = 0; i < table.model()->columnCount(); ++i)
+                if (!table.isColumnHidden(i)) texts += table.model()->index(row, i).data().toString();
+            Lines += QLatin1String("  ") + texts.join(QLatin1String(" | "));
+        }
+    }
+};
+
+std::string Joined(const QStringList& lines) { return FromQt(lines.join(QLatin1Char('\n'))) + "\n"; }
+
+QStringList TextOfOpened(const ScreenCase& screen, bool isFilled, QString* help) {
+    ShownProgram program(isFilled);
+    const auto window = screen.Open(program);
+    window->show();
+    QCoreApplication::processEvents();
+    QStringList lines = ScreenText(*window).Lines;
+    if (auto* button = window->findChild<QAbstractButton*>(QStringLiteral("cmdHelp"))) button->click();
+    for (const std::string& page : program.DesktopServices.Opened) *help = ToQt(page.substr(page.find('#')));
+    window->hide();
+    return lines;
+}
+
+class ScreenTextsTest : public testing::TestWithParam<ScreenCase> {};
+
+/// data/screens has each screen as it opens with nothing on the disk, then the lines that are others where there is
+/// something to show. VANTOR_WRITE_SCREENS=1 writes the pages anew; read them line by line before they are committed.
+TEST_P(ScreenTextsTest, SaysWhatItsPageSays) {
+    QString help;
+    QStringList lines = TextOfOpened(GetParam(), false, &help);
+    QStringList others;
+    for (const QString& line : TextOfOpened(GetParam(), true, &help))
+        if (!lines.contains(line)) others += line;
+    if (!help.isEmpty()) lines.front() += QLatin1String("; help ") + help;
+    const std::string text = Joined(lines) + "\nwith something to show:\n" + Joined(others);
+    const std::string path = std::string(VANTOR_TEST_DATA "screens/") + GetParam().Name + ".txt";
+    if (std::getenv("VANTOR_WRITE_SCREENS") != nullptr) std::ofstream(path) << text;
+    std::ifstream page(path);
+    EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(page), {})) << path;
+}
+
+INSTANTIATE_TEST_SUITE_P(Screens, ScreenTextsTest, testing::ValuesIn(EveryScreen()),
+                         [](const testing::TestParamInfo<ScreenCase>& test) { return std::string(test.param.Name); });
+
+}  // namespace
+}  // namespace vantor
