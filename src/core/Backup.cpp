@@ -1,9 +1,10 @@
 #include "core/Backup.h"
 
 #include <algorithm>
-#include <charconv>
+#include <limits>
 #include <map>
 
+#include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/Text.h"
 #include "core/modMain.h"
@@ -18,9 +19,8 @@ int BackupNumber(std::string_view rest) {
     if (!rest.starts_with(BackupExtension)) return 0;
     rest.remove_prefix(BackupExtension.size());
     if (rest.empty()) return 1;
-    int number = 0;
-    const auto [end, problem] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
-    return problem == std::errc() && end == rest.data() + rest.size() && number > 1 ? number : 0;
+    const int number = CountOfText(rest, std::numeric_limits<int>::max()).value_or(0);
+    return number > 1 ? number : 0;
 }
 
 /// The backups beside a file, by their numbers.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -33,6 +34,14 @@ Date TimeOf(int hour, int minute, int second = 0);
 /// Two-digit years 00 to 29 are 20xx, 30 to 99 are 19xx.
 int FullYear(int twoDigits);
 
+/// The day of a "mm/dd/yy" or "mm/dd/yyyy", its numbers parted by one of `separators`; nothing when there is no such
+/// day. Blanks around it are passed over.
+std::optional<Date> DayOfText(std::string_view text, std::string_view separators = "/-.");
+/// The time of day of a "hh:mm" or "hh:mm:ss"; nothing when there is no such time. Blanks around it are passed over.
+std::optional<Date> ClockOfText(std::string_view text);
+
+/// "Monday"; empty for no valid date.
+std::string WeekdayName(Date date);
 /// "mm/dd/yy", "hh:mm" and "mm-dd-yy"; empty for no valid date.
 std::string ShortDate(Date date);
 std::string ShortTime(Date date);

@@ -1,5 +1,6 @@
 #include "core/Numeric.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -76,6 +77,27 @@ std::int32_t IntegerOfText(std::string_view text) {
     const LeadingNumber number = ReadLeadingNumber(trimmed);
     if (number.Length == 0 || number.Length != trimmed.size()) throw RunTimeError(ErrorNumber::TypeMismatch);
     return Round32(number.Value);
+}
+
+std::optional<double> NumberOfText(std::string_view text, bool mayHaveExponent) {
+    std::string_view number = Trim(text);
+    if (number.starts_with('+')) number.remove_prefix(1);
+    const std::size_t first = number.starts_with('-') ? 1 : 0;
+    // from_chars alone would also read "inf" and "nan".
+    if (first >= number.size() || (!IsDigit(number[first]) && number[first] != '.')) return std::nullopt;
+    const auto format = mayHaveExponent ? std::chars_format::general : std::chars_format::fixed;
+    const char* last = number.data() + number.size();
+    double value = 0;
+    const auto [end, error] = std::from_chars(number.data(), last, value, format);
+    return error == std::errc() && end == last && std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
+std::optional<std::int32_t> CountOfText(std::string_view text, std::int32_t most) {
+    const std::string_view digits = Trim(text);
+    if (digits.empty() || !std::ranges::all_of(digits, IsDigit)) return std::nullopt;
+    std::int32_t value = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    return error == std::errc() && value <= most ? std::optional(value) : std::nullopt;
 }
 
 std::string FormatRatio(double value) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,13 @@ double Val(std::string_view text);
 /// The whole number that a text is, halves to even. Type mismatch (error 13) when the text, trimmed, is no
 /// number as a whole; Overflow (error 6) outside 32 bits.
 std::int32_t IntegerOfText(std::string_view text);
+
+/// The number that a text, trimmed, is as a whole: digits with at most one decimal point, a sign before it or none, an
+/// exponent behind it where `mayHaveExponent`. Nothing for any other text and for one that is not finite.
+std::optional<double> NumberOfText(std::string_view text, bool mayHaveExponent = false);
+
+/// The whole number from 0 to `most` that a text, trimmed, is: digits alone. Nothing for any other text.
+std::optional<std::int32_t> CountOfText(std::string_view text, std::int32_t most);
 
 /// Pattern "###.##": at most two decimals, no forced zeros (2.456 gives "2.46", 0.5 gives ".5", 3 gives "3.").
 /// The value is taken with its 15 significant decimal digits, exact halves are rounded away from zero.

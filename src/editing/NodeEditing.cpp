@@ -19,15 +19,6 @@ std::optional<std::int32_t> FlaggedNear(const RunRecord& run, std::int32_t sampl
     return std::nullopt;
 }
 
-/// A text of digits with at most one decimal point; nothing for any other.
-std::optional<double> NumberOf(std::string_view typed) {
-    const std::string_view text = Trim(typed);
-    const auto digits = std::count_if(text.begin(), text.end(), IsDigit);
-    const auto points = std::count(text.begin(), text.end(), '.');
-    const bool isNumber = digits > 0 && points <= 1 && digits + points == std::ssize(text);
-    return isNumber ? std::optional(Val(text)) : std::nullopt;
-}
-
 /// Where the next row whose distance is known lies.
 std::int32_t FeetAfter(const NodeRows& rows, std::size_t row) {
     while (rows[row].IsInserted) ++row;
@@ -54,7 +45,7 @@ private:
     /// Flags the row's sample and moves `previous` on to it.
     std::optional<Refusal> PlaceRow(std::size_t row, double& previous) {
         const double next = FeetAfter(rows_, row);
-        const auto typed = NumberOf(rows_[row].TypedDistance);
+        const auto typed = NumberOfText(rows_[row].TypedDistance);
         const double feet = typed ? units_.FeetOfLength(*typed) : 0;
         if (!typed || feet <= previous || feet >= next)
             return RefusalAt(row, "the distance of an inserted node must be a number between " + Shown(previous) +

@@ -1,9 +1,11 @@
 #include "editing/RunDetails.h"
 
 #include <algorithm>
+#include <limits>
 #include <span>
 
 #include "analysis/DelayStatistics.h"
+#include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/RunDecoding.h"
 #include "core/RunFile.h"
@@ -11,7 +13,6 @@
 #include "core/Text.h"
 #include "core/Windows1252.h"
 #include "core/modMain.h"
-#include "editing/DateTexts.h"
 #include "editing/SaveRun.h"
 #include "editing/TrimRun.h"
 
@@ -19,12 +20,8 @@ namespace vantor {
 namespace {
 
 std::optional<std::int16_t> CalConstantOf(std::string_view typed) {
-    constexpr std::size_t MostDigits = 5;
-    constexpr int Most = 32767;
-    const std::string text(Trim(typed));
-    const bool isWhole = !text.empty() && text.size() <= MostDigits && std::all_of(text.begin(), text.end(), IsDigit);
-    const int value = isWhole ? std::stoi(text) : Most + 1;
-    return value <= Most ? std::optional(static_cast<std::int16_t>(value)) : std::nullopt;
+    const auto feet = CountOfText(typed, std::numeric_limits<std::int16_t>::max());
+    return feet ? std::optional(To16(*feet)) : std::nullopt;
 }
 
 /// What did not change on the screen keeps its stored value: a start time has seconds that are not shown.

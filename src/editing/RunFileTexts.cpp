@@ -17,38 +17,10 @@ std::string ShownName(const RunHeader& header, int node) {
     return node == header.NumberOfSections ? "[End]" : "";
 }
 
-/// The whole numbers of a text of digits and separators: "7:05" gives 7 and 5. Nothing for any other text.
-std::optional<std::vector<int>> SeparatedNumbers(std::string_view text, std::string_view separators) {
-    std::vector<int> numbers;
-    bool inNumber = false;
-    for (const char character : Trim(text)) {
-        constexpr int MostThatMatters = 9999;
-        if (IsDigit(character)) {
-            if (!inNumber) numbers.push_back(0);
-            if (numbers.back() > MostThatMatters) return std::nullopt;
-            numbers.back() = 10 * numbers.back() + (character - '0');
-        } else if (!inNumber || separators.find(character) == std::string_view::npos) {
-            return std::nullopt;
-        }
-        inNumber = IsDigit(character);
-    }
-    return inNumber ? std::optional(numbers) : std::nullopt;
-}
-
-Date DateOfText(const std::string& text) {
-    const auto numbers = SeparatedNumbers(text, "/-.");
-    if (!numbers || numbers->size() != 3) throw RunTimeError(ErrorNumber::TypeMismatch);
-    const int year = (*numbers)[2];
-    const Date date = DateOf(year < 100 ? FullYear(year) : year, (*numbers)[0], (*numbers)[1]);
-    if (!IsValidDate(date)) throw RunTimeError(ErrorNumber::TypeMismatch);
-    return date;
-}
-
-Date TimeOfText(const std::string& text) {
-    auto numbers = SeparatedNumbers(text, ":");
-    if (!numbers || numbers->size() < 2 || numbers->size() > 3) throw RunTimeError(ErrorNumber::TypeMismatch);
-    numbers->resize(3);
-    return TimeOf((*numbers)[0], (*numbers)[1], (*numbers)[2]);
+/// What a reader of texts found; type mismatch (error 13) where it found nothing.
+Date Found(const std::optional<Date>& date) {
+    if (!date) throw RunTimeError(ErrorNumber::TypeMismatch);
+    return *date;
 }
 
 std::int16_t Integer16OfText(const std::string& text) { return To16(IntegerOfText(text)); }
@@ -139,8 +111,8 @@ RunRecord WithTexts(const RunRecord& run, const RunFileTexts& texts) {
     RunHeader& header = edited.Header;
     TextTaker taker(header, texts);
     taker.TakeText(&RunFileTexts::RunName, RunNameWidth, header.RunName);
-    taker.Take("RunDate", &RunFileTexts::RunDate, DateOfText, header.RunDate, "Enter a date as mm/dd/yy.");
-    taker.Take("RunTime", &RunFileTexts::RunTime, TimeOfText, header.RunTime, "Enter a time as hh:mm.");
+    taker.Take("RunDate", &RunFileTexts::RunDate, [](const std::string& text) { return Found(DayOfText(text)); }, header.RunDate, "Enter a date as mm/dd/yy.");
+    taker.Take("RunTime", &RunFileTexts::RunTime, [](const std::string& text) { return Found(ClockOfText(text)); }, header.RunTime, "Enter a time as hh:mm.");
     taker.Take16("CountNumber", &RunFileTexts::CountNumber, header.CountNumber);
     taker.Take16("RunNumber", &RunFileTexts::RunNumber, header.RunNumber);
     taker.TakeText(&RunFileTexts::SiteCode, RunTextWidth, header.SiteCode);

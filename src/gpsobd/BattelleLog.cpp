@@ -59,35 +59,12 @@ std::string_view WithoutBlanks(std::string_view text) {
     return TrimLeft(text);
 }
 
-/// The whole text as a number without a sign; nothing for any other text.
-template <class Number>
-std::optional<Number> Unsigned(std::string_view text) {
-    Number number{};
-    const char* last = text.data() + text.size();
-    const auto [end, error] = std::from_chars(text.data(), last, number);
-    const bool isNumber = error == std::errc{} && end == last && IsDigit(text.front());
-    return isNumber ? std::optional(number) : std::nullopt;
-}
-
-std::optional<Date> DateIn(std::string_view text) {
-    const auto month = Unsigned<int>(TakeUpTo('/', text));
-    const auto day = Unsigned<int>(TakeUpTo('/', text));
-    const auto year = Unsigned<int>(text);
-    if (!month || !day || !year || *year > 9999) return std::nullopt;
-    try {
-        const Date date = DateOf(*year < 100 ? FullYear(*year) : *year, *month, *day);
-        return IsValidDate(date) ? std::optional(date) : std::nullopt;
-    } catch (const RunTimeError&) {
-        return std::nullopt;
-    }
-}
-
 /// HH:MM or HH:MM:SS, seconds with decimals where there are some, as a part of a day.
 std::optional<double> TimeIn(std::string_view text) {
-    const auto hour = Unsigned<int>(TakeUpTo(':', text));
-    const auto minute = Unsigned<int>(TakeUpTo(':', text));
-    const auto second = text.empty() ? std::optional(0.0) : Unsigned<double>(text);
-    if (!hour || !minute || !second || *hour > 23 || *minute > 59 || *second >= 60) return std::nullopt;
+    const auto hour = CountOfText(TakeUpTo(':', text), 23);
+    const auto minute = CountOfText(TakeUpTo(':', text), 59);
+    const auto second = text.empty() ? std::optional(0.0) : NumberOfText(text);
+    if (!hour || !minute || !second || *second < 0 || *second >= 60) return std::nullopt;
     return (*hour * 3600 + *minute * 60 + *second) / SecondsPerDay;
 }
 
@@ -106,7 +83,7 @@ std::optional<Fix> FixIn(std::string_view line) {
     while (!line.empty()) {
         const std::string_view field = WithoutBlanks(TakeUpTo(',', line));
         if (!day && field.find('/') != std::string_view::npos) {
-            day = DateIn(field);
+            day = DayOfText(field, "/");
             if (!day) return std::nullopt;
         } else if (!time && field.find(':') != std::string_view::npos) {
             time = TimeIn(field);

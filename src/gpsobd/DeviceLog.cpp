@@ -1,7 +1,6 @@
 #include "gpsobd/DeviceLog.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -34,61 +33,46 @@ std::unique_ptr<RecordSet> OpenLog(const LogSources& sources, LogKind kind, cons
 
 /// The number that a text is as a whole.
 double NumberOf(std::string_view text) {
-    if (text.starts_with('+')) text.remove_prefix(1);
-    double value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) DoesNotConvert();
-    return value;
+    const auto number = NumberOfText(text, true);
+    if (!number) DoesNotConvert();
+    return *number;
 }
 
-/// Takes whole numbers with `separator` between them from the front of a text, as many as there are, and what ends
-/// them: "10:20:30 PM" leaves " PM".
-template <std::size_t Most>
-std::pair<std::array<int, Most>, std::size_t> TakeNumbers(std::string_view& text, char separator) {
-    std::array<int, Most> numbers{};
-    std::size_t count = 0;
-    while (count < Most) {
-        const char* last = text.data() + text.size();
-        const auto [end, error] = std::from_chars(text.data(), last, numbers[count]);
-        if (error != std::errc() || numbers[count] < 0) DoesNotConvert();
-        ++count;
-        text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-        if (count == Most || !text.starts_with(separator)) break;
-        text.remove_prefix(1);
-    }
-    return {numbers, count};
+/// Takes the digits and separators that a text begins with.
+std::string_view TakeNumbers(std::string_view& text, char separator) {
+    const auto isOther = [&](char character) { return !IsDigit(character) && character != separator; };
+    const std::string_view numbers(text.begin(), std::ranges::find_if(text, isOther));
+    text.remove_prefix(numbers.size());
+    return numbers;
 }
 
-Date TakeDate(std::string_view& text) {
-    const auto [numbers, count] = TakeNumbers<3>(text, '/');
-    if (count != 3 || numbers[2] > 9999) DoesNotConvert();
-    const int year = numbers[2] < 100 ? FullYear(numbers[2]) : numbers[2];
-    return DateOf(year, numbers[0], numbers[1]);
-}
-
-Date TakeTime(std::string_view& text) {
-    const auto [numbers, count] = TakeNumbers<3>(text, ':');
-    if (count < 2) DoesNotConvert();
+Date TimeIn(std::string_view text) {
+    const auto time = ClockOfText(TakeNumbers(text, ':'));
+    if (!time) DoesNotConvert();
     const std::string half = FoldCase(TrimLeft(text));
-    text = {};
-    if (half.empty()) return TimeOf(numbers[0], numbers[1], numbers[2]);
+    if (half.empty()) return *time;
+    const CivilTime civil = CivilOf(*time);
     const bool isAfternoon = half == FoldCase("PM");
-    if ((!isAfternoon && half != FoldCase("AM")) || numbers[0] < 1 || numbers[0] > 12) DoesNotConvert();
-    return TimeOf(numbers[0] % 12 + (isAfternoon ? 12 : 0), numbers[1], numbers[2]);
+    if ((!isAfternoon && half != FoldCase("AM")) || civil.Hour < 1 || civil.Hour > 12) DoesNotConvert();
+    return TimeOf(civil.Hour % 12 + (isAfternoon ? 12 : 0), civil.Minute, civil.Second);
 }
 
 /// "MM/DD/YYYY HH:MM:SS", also with one of the two alone or hours to 12 with AM or PM, or a number of days.
 Date MomentOf(std::string_view text) {
-    const std::size_t slash = text.find('/');
-    if (slash == std::string_view::npos && text.find(':') == std::string_view::npos) {
+    const bool hasDay = text.find('/') != std::string_view::npos;
+    if (!hasDay && text.find(':') == std::string_view::npos) {
         const Date date{NumberOf(text)};
         if (!IsValidDate(date)) DoesNotConvert();
         return date;
     }
     Date moment;
-    if (slash != std::string_view::npos) moment = TakeDate(text);
+    if (hasDay) {
+        const auto day = DayOfText(TakeNumbers(text, '/'), "/");
+        if (!day) DoesNotConvert();
+        moment = *day;
+    }
     text = TrimLeft(text);
-    if (!text.empty()) moment.Days += TakeTime(text).Days;
+    if (!text.empty()) moment.Days += TimeIn(text).Days;
     return moment;
 }
 

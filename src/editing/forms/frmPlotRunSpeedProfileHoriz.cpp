@@ -135,10 +135,7 @@ void frmPlotRunSpeedProfileHoriz::Scroll(double axisValues) {
 
 std::optional<std::int32_t> frmPlotRunSpeedProfileHoriz::TypedIdealSpeed() const {
     const QString text = controls_.txtIdealSpeed->text().trimmed();
-    if (text.isEmpty()) return 0;
-    bool isWhole = false;
-    const int speed = text.toInt(&isWhole);
-    return isWhole && speed >= 0 && speed <= MostIdealSpeed ? std::optional(speed) : std::nullopt;
+    return text.isEmpty() ? std::optional(0) : CountOfText(FromQt(text), MostIdealSpeed);
 }
 
 void frmPlotRunSpeedProfileHoriz::TakeIdealSpeed() {

@@ -12,7 +12,6 @@
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
-#include "editing/DateTexts.h"
 #include "editing/SaveRun.h"
 
 namespace vantor {

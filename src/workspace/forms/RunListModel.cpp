@@ -63,20 +63,14 @@ QString TextOf(const RunListRow& row, const ColumnOfList& column) {
     return column.Text == nullptr ? StatusText(row) : ToQt(row.*column.Text);
 }
 
-/// "mm/dd/yy" as year, month and day, so that dates sort by time.
-int DateKey(const std::string& text) {
-    if (text.size() != 8) return 0;
-    const auto part = [&](std::size_t at) { return static_cast<int>(Val(text.substr(at, 2))); };
-    return (FullYear(part(6)) * 100 + part(0)) * 100 + part(3);
-}
-
 QVariant SortKey(const RunListRow& row, int column) {
     const ColumnOfList& shown = Columns[static_cast<std::size_t>(column)];
-    if (column == RunListModel::Date) return DateKey(row.RunDate);
+    // Rows without a date or a figure stand before all others.
+    constexpr double beforeAll = -1e300;
+    if (column == RunListModel::Date) return DayOfText(row.RunDate).value_or(vantor::Date{beforeAll}).Days;
     if (!shown.IsNumber()) return TextOf(row, shown);
-    // Rows without figures stand before all others.
     const std::string& text = row.*shown.Text;
-    return text.empty() ? -1e300 : Val(text);
+    return text.empty() ? beforeAll : Val(text);
 }
 
 }  // namespace
