@@ -20,8 +20,8 @@ constexpr int FirstAverage = 3;
 
 constexpr const char* DelayTitle = "Control Delay (s)";
 
-TextStyle TextOf(const DelayChartStyle& style) { return {style.TextSize, false, style.Colours.Text}; }
-TextStyle TitleOf(const DelayChartStyle& style) { return {style.TextSize * 1.25, true, style.Colours.Text}; }
+TextStyle TextOf(const DelayChartStyle& style) { return {style.TextSize, false, style.Inks.Text}; }
+TextStyle TitleOf(const DelayChartStyle& style) { return {style.TextSize * 1.25, true, style.Inks.Text}; }
 double Space(const DelayChartStyle& style) { return style.TextSize / 2; }
 
 std::int16_t Tens(double seconds) { return Round16(seconds * 10); }
@@ -49,9 +49,9 @@ std::string LastNumber(const DelaySeries& series) {
     return std::to_string(series.RunCount() == 0 ? 0 : series.Runs()[series.RunCount()].Number);
 }
 
-void DrawRing(Canvas& canvas, CanvasPoint centre, const DelayChartColours& colours) {
+void DrawRing(Canvas& canvas, CanvasPoint centre, const Colours& colours) {
     canvas.DrawDot(centre, RingSize, colours.DimText);
-    canvas.DrawDot(centre, RingSize - 2 * RingWidth, colours.Background);
+    canvas.DrawDot(centre, RingSize - 2 * RingWidth, colours.Base);
 }
 
 class ChartDrawing {
@@ -61,7 +61,7 @@ public:
           box_(box),
           series_(series),
           style_(style),
-          colours_(style.Colours),
+          colours_(style.Inks),
           scale_(DelayPlotEdgesOf(canvas, box, series, style), series),
           edges_(scale_.Edges()),
           line_(canvas.LineHeight(TextOf(style))),
@@ -75,7 +75,7 @@ public:
     }
 
     void Draw() {
-        canvas_.FillBox(box_, colours_.Background);
+        canvas_.FillBox(box_, colours_.Base);
         DrawHead();
         DrawDelayAxis();
         DrawRunAxis();
@@ -166,7 +166,7 @@ private:
 
     void DrawAverage() {
         for (std::size_t i = 1; i < averages_.size(); ++i)
-            canvas_.DrawLine(averages_[i - 1], averages_[i], {AverageWidth, colours_.AverageLine});
+            canvas_.DrawLine(averages_[i - 1], averages_[i], {AverageWidth, colours_.Average});
         for (std::size_t i = 1; i < averages_.size(); ++i)
             canvas_.DrawDot(averages_[i], DotSize, colours_.AveragePoint);
     }
@@ -175,7 +175,7 @@ private:
     const CanvasBox& box_;
     const DelaySeries& series_;
     const DelayChartStyle& style_;
-    const DelayChartColours& colours_;
+    const Colours& colours_;
     const DelayScale scale_;
     const DelayPlotEdges& edges_;
     const double line_;
@@ -261,11 +261,11 @@ const char* LegendCaption(DelayLegend entry) {
     return "";
 }
 
-void DrawLegendSample(Canvas& canvas, const CanvasBox& box, DelayLegend entry, const DelayChartColours& colours) {
+void DrawLegendSample(Canvas& canvas, const CanvasBox& box, DelayLegend entry, const Colours& colours) {
     const CanvasPoint middle = {box.X + box.Width / 2, box.Y + box.Height / 2};
     const bool isAverage = entry == DelayLegend::Average;
     if (isAverage)
-        canvas.DrawLine({box.X, middle.Y}, {box.X + box.Width, middle.Y}, {AverageWidth, colours.AverageLine});
+        canvas.DrawLine({box.X, middle.Y}, {box.X + box.Width, middle.Y}, {AverageWidth, colours.Average});
     if (entry == DelayLegend::NotCounted) DrawRing(canvas, middle, colours);
     canvas.DrawDot(middle, DotSize, isAverage ? colours.AveragePoint : colours.Delay);
 }
@@ -311,12 +311,12 @@ std::string DelayChartTitle(const Study& study) {
 
 std::vector<std::byte> DelayChartPicture(const DocumentWriter& documents, const DelaySeries& series,
                                          const std::string& title, PictureFormat format) {
-    const auto draw = [&](Canvas& canvas) { DrawDelayChart(canvas, PictureBox, series, {LightDelayChart, 9, title}); };
+    const auto draw = [&](Canvas& canvas) { DrawDelayChart(canvas, PictureBox, series, {LightColours, 9, title}); };
     return documents.Picture(DelayPictureSize, draw, format);
 }
 
 DelayScale DelayPictureScale(const DocumentWriter& documents, const DelaySeries& series, const std::string& title) {
-    return {DelayPlotEdgesOf(documents.Measure(), PictureBox, series, {LightDelayChart, 9, title}), series};
+    return {DelayPlotEdgesOf(documents.Measure(), PictureBox, series, {LightColours, 9, title}), series};
 }
 
 std::optional<PictureFormat> PictureFormatOf(const std::string& path) {

@@ -88,26 +88,9 @@ private:
     std::int16_t windowStep_;
 };
 
-struct DelayChartColours {
-    Colour Background;
-    Colour Text;
-    Colour DimText;
-    Colour Grid;
-    Colour Delay;
-    Colour AverageLine;
-    Colour AveragePoint;
-};
-
-inline constexpr DelayChartColours LightDelayChart = {{0xFF, 0xFF, 0xFF}, {0x1C, 0x1E, 0x21}, {0x5A, 0x5E, 0x64},
-                                                      {0xE0, 0xE3, 0xE7}, {0xFF, 0x00, 0x00}, {0x00, 0x00, 0x00},
-                                                      {0x00, 0x80, 0xC0}};
-inline constexpr DelayChartColours DarkDelayChart = {{0x1F, 0x21, 0x24}, {0xE6, 0xE6, 0xE6}, {0xA8, 0xAC, 0xB1},
-                                                     {0x3A, 0x3D, 0x41}, {0xFF, 0x5A, 0x5A}, {0xF2, 0xF2, 0xF2},
-                                                     {0x38, 0xA8, 0xE8}};
-
 /// How a chart is drawn; lengths in the units of its canvas.
 struct DelayChartStyle {
-    DelayChartColours Colours = LightDelayChart;
+    Colours Inks = LightColours;
     double TextSize = 9;
     std::string Title;  ///< above the chart; none where it is empty
     bool HasLegend = true;
@@ -124,7 +107,7 @@ void DrawDelayChart(Canvas& canvas, const CanvasBox& box, const DelaySeries& ser
 enum class DelayLegend { Average, Data, NotCounted };
 const char* LegendCaption(DelayLegend entry);
 /// The line or point that stands for a legend's entry, in the middle of a box.
-void DrawLegendSample(Canvas& canvas, const CanvasBox& box, DelayLegend entry, const DelayChartColours& colours);
+void DrawLegendSample(Canvas& canvas, const CanvasBox& box, DelayLegend entry, const Colours& colours);
 
 /// The run (from 1) whose delay or average is drawn nearest to a place and within reach of it; 0 where there is none.
 int DelayRunNear(const DelaySeries& series, const DelayScale& scale, CanvasPoint place, double reach);

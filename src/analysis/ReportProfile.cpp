@@ -12,13 +12,8 @@ namespace {
 /// More columns than a printed profile can show apart.
 constexpr int MostColumns = 800;
 
-constexpr Colour TraceInk{0x1F, 0x4E, 0x8C};
-constexpr Colour StartInk{0x1B, 0x7A, 0x3D};
-constexpr Colour EndInk{0xB0, 0x2A, 0x2A};
-constexpr Colour BetweenInk{0xF3, 0xF5, 0xF8};
-constexpr Colour NodeInk{0x8A, 0x8A, 0x8A};
-constexpr TextStyle ScaleStyle{7, false, ReportDimInk};
-constexpr TextStyle MarkStyle{7, false, ReportInk};
+constexpr TextStyle ScaleStyle{7, false, PaperColours.DimText};
+constexpr TextStyle MarkStyle{7, false, PaperColours.Text};
 constexpr double TextHeight = 9;
 constexpr double ScaleWidth = 24;
 constexpr double MarkGap = 3;
@@ -40,7 +35,7 @@ public:
         DrawIdealSpeed();
         DrawTrace();
         DrawBoundaries();
-        canvas_.DrawFrame(plot_, {0.6, ReportRuleInk});
+        canvas_.DrawFrame(plot_, {0.6, PaperColours.Rule});
     }
 
 private:
@@ -53,7 +48,7 @@ private:
         if (!HasBothBoundaries(frame_.Entry)) return;
         const double start = XOfFeet(frame_.Entry.CDStartDist);
         const double end = XOfFeet(frame_.Entry.CDEndDist);
-        if (end > start) canvas_.FillBox({start, plot_.Y, end - start, plot_.Height}, BetweenInk);
+        if (end > start) canvas_.FillBox({start, plot_.Y, end - start, plot_.Height}, PaperColours.Between);
     }
 
     void DrawSpeedAxis() {
@@ -74,7 +69,7 @@ private:
         const double top = Bottom() + MarkGap;
         for (std::int64_t place = 0; static_cast<double>(place) <= length_; place += step) {
             const double x = plot_.X + static_cast<double>(place) / length_ * plot_.Width;
-            canvas_.DrawLine({x, Bottom()}, {x, Bottom() + MarkGap}, {0.6, ReportRuleInk});
+            canvas_.DrawLine({x, Bottom()}, {x, Bottom() + MarkGap}, {0.6, PaperColours.Rule});
             const double left = std::min(x - LeastStepWidth / 2, Right() - LeastStepWidth);
             const bool isLast = left < x - LeastStepWidth / 2;
             canvas_.DrawText({left, top, LeastStepWidth, TextHeight}, std::to_string(place),
@@ -90,7 +85,7 @@ private:
         const std::int32_t mph = entry.IdealSpeedUser != 0 ? entry.IdealSpeedUser : entry.IdealSpeedCalc;
         if (!HasBothBoundaries(entry) || mph <= 0) return;
         const double y = YOfSpeed(std::min<double>(frame_.Units.SpeedOfMph(mph), frame_.Speeds.Maximum));
-        canvas_.DrawLine({XOfFeet(entry.CDStartDist), y}, {XOfFeet(entry.CDEndDist), y}, {0.7, TraceInk, true});
+        canvas_.DrawLine({XOfFeet(entry.CDStartDist), y}, {XOfFeet(entry.CDEndDist), y}, {0.7, PaperColours.Trace, true});
     }
 
     void DrawTrace() {
@@ -98,7 +93,7 @@ private:
         line.reserve(profile_.Points.size());
         for (const TracePoint& point : profile_.Points)
             line.push_back({XOfFeet(point.X), YOfSpeed(frame_.Units.SpeedOfMph(point.Speed))});
-        canvas_.DrawInside(plot_, [&] { canvas_.DrawPolyline(line, {1, TraceInk}); });
+        canvas_.DrawInside(plot_, [&] { canvas_.DrawPolyline(line, {1, PaperColours.Trace}); });
     }
 
     /// The names stand in a row above the plot, each right of its line as far as the next one lets it, or left of it
@@ -110,7 +105,7 @@ private:
         for (std::size_t i = 0; i < profile_.Nodes.size(); ++i) {
             const std::string& name = profile_.Nodes[i].Name;
             const double x = XOfFeet(profile_.Nodes[i].Feet);
-            canvas_.DrawLine({x, plot_.Y - MarkGap}, {x, Bottom()}, {0.6, NodeInk, true});
+            canvas_.DrawLine({x, plot_.Y - MarkGap}, {x, Bottom()}, {0.6, PaperColours.Node, true});
             const double next = i + 1 < profile_.Nodes.size() ? XOfFeet(profile_.Nodes[i + 1].Feet) : Right();
             const double wanted = canvas_.TextWidth(name, ScaleStyle) + 1;
             const double behind = next - x - MarkGap;
@@ -140,8 +135,8 @@ private:
             endLeft = std::min(startLeft + startWidth + MarkGap, Right() - endWidth);
             startLeft = std::min(startLeft, endLeft - startWidth - MarkGap);
         }
-        if (!start.empty()) DrawBoundary(entry.CDStartDist, start, startLeft, startWidth, StartInk);
-        if (!end.empty()) DrawBoundary(entry.CDEndDist, end, endLeft, endWidth, EndInk);
+        if (!start.empty()) DrawBoundary(entry.CDStartDist, start, startLeft, startWidth, PaperColours.Start);
+        if (!end.empty()) DrawBoundary(entry.CDEndDist, end, endLeft, endWidth, PaperColours.End);
     }
 
     void DrawBoundary(std::int32_t feet, const std::string& caption, double left, double width, Colour ink) {

@@ -42,7 +42,7 @@ double DrawFacts(ReportPages& pages, const CanvasBox& column, const std::vector<
     const double line = pages.Measure().LineHeight(BodyStyle) + 1;
     double y = column.Y;
     TextStyle caption = BodyStyle;
-    caption.Ink = ReportDimInk;
+    caption.Ink = PaperColours.DimText;
     for (const Fact& fact : facts) {
         pages.DrawText({column.X, y, CaptionWidth, line}, fact.Caption, caption);
         const double width = column.Width - CaptionWidth;

@@ -55,12 +55,7 @@ void AppScreens::ShowRunStatistics(int entryIndex) { ShowModal<frmRunStatistics>
 void AppScreens::ShowDelayChart() { ShowModal<frmContDelayVsAvg>(*context_); }
 void AppScreens::ShowReportPreview() { ShowModal<frmReportPreview>(*context_); }
 
-void AppScreens::ShowPreferences() {
-    SerialPort& serial = context_->Serial;
-    ShowModal<frmPrefs>(
-        *context_, [&serial](int number) { return serial.IsAvailable(static_cast<std::int16_t>(number)); },
-        [&serial](int number) { return serial.DeviceName(static_cast<std::int16_t>(number)); });
-}
+void AppScreens::ShowPreferences() { ShowModal<frmPrefs>(*context_); }
 
 bool AppScreens::ShowReadTDC() {
     ShowModal<frmReadTDC>(*context_);

@@ -139,9 +139,14 @@ int ConvertLog(CommandContext& context, const LogArguments& arguments, const std
     ArrangeForReview(log);
     const std::vector<LogGap> gaps = fillsBySpeed ? std::vector<LogGap>() : FindGaps(log);
     NameGaps(context.Err, path, gaps);
-    const auto names = WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings, {}, context.Work);
-    if (names.empty() && !context.Work(1, 1)) return Stopped;
-    context.Print(names);
+    const auto written = WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings, {}, context.Work);
+    if (!written) return Stopped;
+    if (!written->LeftOut.empty())
+        throw RunTimeError(ErrorNumber::Overflow,
+                           Joined(written->LeftOut, LineBreak) + "\n" +
+                               (written->Names.empty() ? "" : "The other runs were written. ") +
+                               "Correct the times of its rows, or delete those that are wrong.\n" + path);
+    context.Print(written->Names);
     return Done;
 }
 

@@ -55,6 +55,13 @@ std::string Joined(const std::vector<std::string>& texts, std::string_view separ
     return joined;
 }
 
+std::string FirstOf(const std::vector<std::string>& texts, std::size_t most, std::string_view separator) {
+    if (texts.size() <= most) return Joined(texts, separator);
+    const std::vector<std::string> first(texts.begin(), texts.begin() + static_cast<std::ptrdiff_t>(most));
+    const std::string_view last = separator.ends_with('\n') ? separator : " ";
+    return Joined(first, separator) + std::string(last) + "and " + std::to_string(texts.size() - most) + " more";
+}
+
 std::string Printable(std::string_view text) {
     constexpr std::string_view Digits = "0123456789abcdef";
     // U+0080 to U+009F are control characters, too: two bytes, of which the second is the number.

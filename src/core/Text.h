@@ -24,6 +24,9 @@ std::string_view FirstCharacters(std::string_view text, std::size_t count);
 /// The texts with the separator between them.
 std::string Joined(const std::vector<std::string>& texts, std::string_view separator);
 
+/// At most `most` of the texts, parted by `separator`, and how many more there are: "a, b and 3 more".
+std::string FirstOf(const std::vector<std::string>& texts, std::size_t most, std::string_view separator = ", ");
+
 /// The text with control characters as "\x1b", those of line feeds aside: what a file holds must not steer a terminal.
 std::string Printable(std::string_view text);
 

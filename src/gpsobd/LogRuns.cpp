@@ -117,6 +117,29 @@ std::string NotesOf(LogKind kind, const RunPoints& points, std::span<const LogGa
     return direction.empty() || note.empty() ? direction + note : direction + "; " + note;
 }
 
+/// The seconds from the first to the last point of a run.
+struct TimeSpan {
+    std::int64_t First = 0;
+    std::int64_t Last = 0;
+
+    std::int64_t Seconds() const { return Last - First + 1; }
+};
+
+TimeSpan TimeSpanOf(LogKind kind, const RunPoints& points) {
+    const auto secondOf = [&](const LogPoint* point) { return SecondsOf(kind, *point); };
+    const auto [first, last] = std::ranges::minmax_element(points, {}, secondOf);
+    return {secondOf(*first), secondOf(*last)};
+}
+
+/// Why a run cannot be made; nothing for one that can.
+std::optional<std::string> TooLongText(LogKind kind, const RunPoints& points) {
+    const TimeSpan time = TimeSpanOf(kind, points);
+    if (time.Seconds() <= MostSeconds) return std::nullopt;
+    return "Run " + std::to_string(RunNumberOf(kind, *points.front())) + " goes from " +
+           IsoDateTime(DateOfSeconds(time.First)) + " to " + IsoDateTime(DateOfSeconds(time.Last)) +
+           "; a run holds at most 32767 seconds.";
+}
+
 /// The seconds of a run from its first to its last.
 struct RunSeconds {
     std::int64_t First = 0;
@@ -124,18 +147,11 @@ struct RunSeconds {
 };
 
 RunSeconds SecondsOfRun(LogKind kind, const RunPoints& points) {
-    std::vector<std::int64_t> times;
-    times.reserve(points.size());
-    for (const LogPoint* point : points) times.push_back(SecondsOf(kind, *point));
-    const auto [first, last] = std::minmax_element(times.begin(), times.end());
-    if (*last - *first + 1 > MostSeconds)
-        throw RunTimeError(ErrorNumber::Overflow, "Run " + std::to_string(RunNumberOf(kind, *points.front())) +
-                                                      " goes from " + IsoDateTime(DateOfSeconds(*first)) + " to " +
-                                                      IsoDateTime(DateOfSeconds(*last)) +
-                                                      "; a run holds at most 32767 seconds.");
-    RunSeconds run{*first, std::vector<Second>(static_cast<std::size_t>(*last - *first + 1))};
-    for (std::size_t i = 0; i < points.size(); ++i)
-        AddPoint(kind, *points[i], run.Seconds[static_cast<std::size_t>(times[i] - run.First)]);
+    if (const auto problem = TooLongText(kind, points)) throw RunTimeError(ErrorNumber::Overflow, *problem);
+    const TimeSpan time = TimeSpanOf(kind, points);
+    RunSeconds run{time.First, std::vector<Second>(static_cast<std::size_t>(time.Seconds()))};
+    for (const LogPoint* point : points)
+        AddPoint(kind, *point, run.Seconds[static_cast<std::size_t>(SecondsOf(kind, *point) - run.First)]);
     return run;
 }
 
@@ -163,18 +179,6 @@ std::string FreeName(const FileSystem& files, const std::string& folder, const R
     int i = 0;
     while (Exists(files, folder, names[i])) ++i;
     return names[i];
-}
-
-/// The seconds from the first to the last point of a run.
-struct TimeSpan {
-    std::int64_t First = 0;
-    std::int64_t Last = 0;
-};
-
-TimeSpan TimeSpanOf(LogKind kind, const RunPoints& points) {
-    const auto secondOf = [&](const LogPoint* point) { return SecondsOf(kind, *point); };
-    const auto [first, last] = std::ranges::minmax_element(points, {}, secondOf);
-    return {secondOf(*first), secondOf(*last)};
 }
 
 bool IsOfTime(const RunReading& reading, const TimeSpan& time) {
@@ -221,13 +225,8 @@ RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, std::span<c
 
 std::vector<std::string> RunsTooLong(const FieldLog& reviewed) {
     std::vector<std::string> problems;
-    for (const auto& [number, points] : PointsOfRuns(reviewed)) {
-        try {
-            SecondsOfRun(reviewed.Kind, points);
-        } catch (const RunTimeError& error) {
-            problems.push_back(error.Place());
-        }
-    }
+    for (const auto& [number, points] : PointsOfRuns(reviewed))
+        if (const auto problem = TooLongText(reviewed.Kind, points)) problems.push_back(*problem);
     return problems;
 }
 
@@ -243,43 +242,36 @@ NamesOfRuns RunsMadeBefore(const FileSystem& files, const FieldLog& reviewed, co
     return found;
 }
 
-std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
-                                      const std::string& folder, const AppSettings& settings,
-                                      const NamesOfRuns& replaced, const Progress& progress) {
-    constexpr double Written = 0.7;
-    const Progress writing = progress.Part(0, Written);
+std::optional<LogRunsWritten> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
+                                           const std::string& folder, const AppSettings& settings,
+                                           const NamesOfRuns& replaced, const Progress& progress) {
+    constexpr double partOfMaking = 0.7;
+    const Progress making = progress.Part(0, partOfMaking);
     const std::string there = AsFolder(folder);
     const auto batch = files.BeginWrites();
-    std::vector<std::string> names;
-    std::string tooLong;
+    LogRunsWritten written;
     const auto runs = PointsOfRuns(reviewed);
     std::uint64_t done = 0;
     for (const auto& [number, points] : runs) {
-        if (!writing(done++, runs.size())) return {};
-        try {
-            RunRecord run = MakeRun(reviewed, points, gaps, settings);
-            const auto before = replaced.find(number);
-            const bool replaces = before != replaced.end();
-            names.push_back(replaces ? before->second : FreeName(files, there, RunFileNames(reviewed, number)));
-            const std::string path = there + names.back() + RunExtension;
-            const std::vector<std::byte> bytes = RunBytes(run, names.back());
-            if (replaces && AsItStands(files, path).File == StampOf(bytes)) continue;
-            const Expected expected = replaces ? AddBackup(*batch, files, path).Original : Expected::Nothing();
-            AddRunBytes(*batch, bytes, there, names.back(), expected);
-        } catch (const RunTimeError& error) {
-            if (error.Number() != ErrorNumber::Overflow) throw;
-            tooLong += error.Place() + "\n";
+        if (!making(done++, runs.size())) return std::nullopt;
+        if (const auto problem = TooLongText(reviewed.Kind, points)) {
+            written.LeftOut.push_back(*problem);
+            continue;
         }
+        RunRecord run = MakeRun(reviewed, points, gaps, settings);
+        const auto before = replaced.find(number);
+        const bool replaces = before != replaced.end();
+        const std::string name =
+            replaces ? before->second : FreeName(files, there, RunFileNames(reviewed, number));
+        written.Names.push_back(name);
+        const std::string path = there + name + RunExtension;
+        const std::vector<std::byte> bytes = RunBytes(run, name);
+        if (replaces && AsItStands(files, path).File == StampOf(bytes)) continue;
+        const Expected expected = replaces ? AddBackup(*batch, files, path).Original : Expected::Nothing();
+        AddRunBytes(*batch, bytes, there, name, expected);
     }
-    if (!batch->Commit(progress.Part(Written, 1))) return {};
-    if (!tooLong.empty())
-        throw RunTimeError(ErrorNumber::Overflow,
-                           tooLong +
-                               (names.empty() ? "Correct the times of its rows, or delete those that are wrong.\n"
-                                              : "The other runs were written. Correct the times of its rows, or delete "
-                                                "those that are wrong.\n") +
-                               reviewed.Folder + reviewed.Name + reviewed.Extension);
-    return names;
+    if (!batch->Commit(progress.Part(partOfMaking, 1))) return std::nullopt;
+    return written;
 }
 
 }  // namespace vantor

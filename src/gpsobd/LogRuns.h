@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -29,13 +30,20 @@ using NamesOfRuns = std::map<std::int16_t, std::string>;
 /// time that overlaps theirs.
 NamesOfRuns RunsMadeBefore(const FileSystem& files, const FieldLog& reviewed, const std::string& folder);
 
-/// Writes the runs of a log into a folder and returns their names, base name + "-R" + run number. Gaps are filled as
-/// `gaps` says, which FindGaps found; those that are not in it, by the speeds beside them, and are not noted. A run
-/// file of `replaced` is replaced and kept as a numbered backup, or left alone where it holds these bytes already; of
-/// all others a name that exists gets a number. All run files appear together (WriteBatch::Commit). A run that is too
-/// long is left out: the others are written, then it is error 6 that names the run. Stopped, it has written none.
-std::vector<std::string> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
-                                      const std::string& folder, const AppSettings& settings,
-                                      const NamesOfRuns& replaced = {}, const Progress& progress = {});
+/// What became of the runs of a log.
+struct LogRunsWritten {
+    std::vector<std::string> Names;    ///< base name + "-R" + run number, in the order of the numbers
+    std::vector<std::string> LeftOut;  ///< the texts of RunsTooLong
+};
+
+/// Writes the runs of a log into a folder. Gaps are filled as `gaps` says, which FindGaps found; those that are not in
+/// it, by the speeds beside them, and are not noted. A run file of `replaced` is replaced and kept as a numbered backup,
+/// or left alone where it holds these bytes already; of all others a name that exists gets a number. All run files
+/// appear together (WriteBatch::Commit). A run that is too long is left out. Stopped, it has written none and is
+/// nothing.
+[[nodiscard]] std::optional<LogRunsWritten> WriteLogRuns(FileSystem& files, const FieldLog& reviewed,
+                                                         std::span<const LogGap> gaps, const std::string& folder,
+                                                         const AppSettings& settings, const NamesOfRuns& replaced = {},
+                                                         const Progress& progress = {});
 
 }  // namespace vantor

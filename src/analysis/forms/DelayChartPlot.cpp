@@ -18,12 +18,6 @@ constexpr double Reach = 8;
 /// Lines stand on pixel centres.
 constexpr double PixelCentre = 0.5;
 
-const DelayChartColours& ColoursOf(const QPalette& palette) {
-    return IsDark(palette) ? DarkDelayChart : LightDelayChart;
-}
-
-QColor Ink(Colour colour) { return {colour.Red, colour.Green, colour.Blue}; }
-
 QString Seconds(double seconds) { return ToQt(SecondsText(seconds)) + QStringLiteral(" s"); }
 
 QString NotCountedText(const DelayRun& run) { return run.IsCounted ? QString() : QStringLiteral(" (not counted)"); }
@@ -92,9 +86,9 @@ bool DelayChartPlot::event(QEvent* event) {
 }
 
 void DelayChartPlot::paintEvent(QPaintEvent*) {
-    const DelayChartColours& colours = ColoursOf(palette());
+    const Colours& colours = ColoursOf(palette());
     QPainter painter(this);
-    painter.fillRect(rect(), Ink(colours.Background));
+    painter.fillRect(rect(), Ink(colours.Base));
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(PixelCentre, PixelCentre);

@@ -129,14 +129,14 @@ void ReportPagesView::PaintPage(QPainter& painter, int page, const QRectF& box) 
     PainterCanvas canvas(painter);
     document_.Pages[static_cast<std::size_t>(page)](canvas);
     painter.restore();
-    painter.setPen(isDark ? QColor(0x10, 0x10, 0x10) : QColor(0xb8, 0xbb, 0xc0));
+    painter.setPen(Ink(ColoursOf(palette()).PageEdge));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(box);
 }
 
 void ReportPagesView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
-    painter.fillRect(event->rect(), IsDark(palette()) ? QColor(0x3a, 0x3d, 0x41) : QColor(0xdf, 0xe1, 0xe4));
+    painter.fillRect(event->rect(), Ink(ColoursOf(palette()).Desk));
     if (document_.Pages.empty()) {
         painter.setPen(palette().color(QPalette::WindowText));
         painter.drawText(viewport()->rect().adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap, emptyText_);

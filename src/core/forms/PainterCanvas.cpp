@@ -6,6 +6,7 @@
 
 #include "core/Numeric.h"
 #include "core/forms/Named.h"
+#include "core/forms/Theme.h"
 
 namespace vantor {
 namespace {
@@ -24,7 +25,6 @@ QFont EnlargedFont(const TextStyle& style) {
 
 QRectF Rectangle(const CanvasBox& box) { return {box.X, box.Y, box.Width, box.Height}; }
 QPointF Position(CanvasPoint point) { return {point.X, point.Y}; }
-QColor Ink(Colour colour) { return {colour.Red, colour.Green, colour.Blue}; }
 
 QPen Pen(const LineStyle& style) {
     QPen pen(Ink(style.Ink), style.Width);

@@ -18,45 +18,22 @@ constexpr int Margin = 12;
 constexpr int Spacing = 8;
 constexpr int CellMargin = 6;
 
-QPalette DarkPalette() {
-    QPalette palette;
-    const QColor window(0x2b, 0x2d, 0x30);
-    const QColor base(0x1f, 0x21, 0x24);
-    const QColor text(0xe6, 0xe6, 0xe6);
-    const QColor dim(0x8a, 0x8d, 0x91);
-    palette.setColor(QPalette::Window, window);
-    palette.setColor(QPalette::WindowText, text);
-    palette.setColor(QPalette::Base, base);
-    palette.setColor(QPalette::AlternateBase, QColor(0x26, 0x28, 0x2b));
-    palette.setColor(QPalette::Text, text);
-    palette.setColor(QPalette::Button, QColor(0x3a, 0x3d, 0x41));
-    palette.setColor(QPalette::ButtonText, text);
-    palette.setColor(QPalette::BrightText, Qt::white);
-    palette.setColor(QPalette::ToolTipBase, QColor(0x3a, 0x3d, 0x41));
-    palette.setColor(QPalette::ToolTipText, text);
-    palette.setColor(QPalette::PlaceholderText, dim);
-    palette.setColor(QPalette::Link, QColor(0x6c, 0xb2, 0xff));
-    palette.setColor(QPalette::Highlight, QColor(0x2f, 0x6f, 0xb5));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, dim);
-    return palette;
-}
-
-QPalette LightPalette() {
-    QPalette palette(QColor(0xf3, 0xf4, 0xf6));
-    palette.setColor(QPalette::Window, QColor(0xf3, 0xf4, 0xf6));
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::AlternateBase, QColor(0xf7, 0xf8, 0xfa));
-    palette.setColor(QPalette::Button, QColor(0xf0, 0xf1, 0xf3));
-    const QColor text(0x1c, 0x1e, 0x21);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) palette.setColor(role, text);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, QColor(0x8a, 0x8d, 0x91));
-    palette.setColor(QPalette::Highlight, QColor(0x1f, 0x6f, 0xc4));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::ToolTipBase, QColor(0xff, 0xff, 0xf0));
-    palette.setColor(QPalette::ToolTipText, text);
+QPalette PaletteOf(const Colours& colours) {
+    QPalette palette(Ink(colours.Window));
+    palette.setColor(QPalette::Window, Ink(colours.Window));
+    palette.setColor(QPalette::Base, Ink(colours.Base));
+    palette.setColor(QPalette::AlternateBase, Ink(colours.AlternateBase));
+    palette.setColor(QPalette::Button, Ink(colours.Button));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(role, Ink(colours.Text));
+        palette.setColor(QPalette::Disabled, role, Ink(colours.DisabledText));
+    }
+    palette.setColor(QPalette::PlaceholderText, Ink(colours.DisabledText));
+    palette.setColor(QPalette::Link, Ink(colours.Link));
+    palette.setColor(QPalette::Highlight, Ink(colours.Highlight));
+    palette.setColor(QPalette::HighlightedText, Ink(colours.HighlightedText));
+    palette.setColor(QPalette::ToolTipBase, Ink(colours.ToolTip));
+    palette.setColor(QPalette::ToolTipText, Ink(colours.Text));
     return palette;
 }
 
@@ -122,36 +99,14 @@ void ApplyTheme(QApplication& application, ThemeChoice choice) {
     const QString platformStyle = QApplication::style()->name();
     const bool platformHasOwn = platformStyle.compare(QLatin1String("windows"), Qt::CaseInsensitive) != 0;
     QApplication::setStyle(new HouseStyle(QStyleFactory::create(platformHasOwn ? platformStyle : "fusion")));
-    if (choice == ThemeChoice::Dark) QApplication::setPalette(DarkPalette());
-    if (choice == ThemeChoice::Light) QApplication::setPalette(LightPalette());
+    if (choice == ThemeChoice::Dark) QApplication::setPalette(PaletteOf(DarkColours));
+    if (choice == ThemeChoice::Light) QApplication::setPalette(PaletteOf(LightColours));
     application.setWindowIcon(LineIcon(QStringLiteral("vantor")));
 }
 
 bool IsDark(const QPalette& palette) { return palette.color(QPalette::Base).lightness() < 128; }
 
-ColourPair GreenPair(const QPalette& palette) {
-    if (IsDark(palette)) return {QColor(0x1e, 0x4d, 0x2b), QColor(0xe3, 0xff, 0xe3)};
-    return {QColor(0xc0, 0xff, 0xc0), QColor(0x10, 0x2a, 0x10)};
-}
-
-ColourPair RedPair(const QPalette& palette) {
-    if (IsDark(palette)) return {QColor(0x5a, 0x26, 0x26), QColor(0xff, 0xe6, 0xe6)};
-    return {QColor(0xff, 0xc0, 0xc0), QColor(0x3a, 0x0c, 0x0c)};
-}
-
-ColourPair AmberPair(const QPalette& palette) {
-    if (IsDark(palette)) return {QColor(0x57, 0x45, 0x14), QColor(0xff, 0xf4, 0xd6)};
-    return {QColor(0xff, 0xea, 0xb8), QColor(0x3d, 0x2b, 0x00)};
-}
-
-ColourPair YellowPair(const QPalette& palette) {
-    if (IsDark(palette)) return {QColor(0x5c, 0x57, 0x00), QColor(0xff, 0xff, 0xe0)};
-    return {QColor(0xff, 0xff, 0x80), QColor(0x2b, 0x2a, 0x00)};
-}
-
-QColor RedText(const QPalette& palette) {
-    return IsDark(palette) ? QColor(0xff, 0xa8, 0xa8) : QColor(0xb0, 0x10, 0x10);
-}
+const Colours& ColoursOf(const QPalette& palette) { return IsDark(palette) ? DarkColours : LightColours; }
 
 ColourPair GradePair(const QString& grade, const QPalette& palette) {
     if (grade == QLatin1String("A") || grade == QLatin1String("B")) return GreenPair(palette);

@@ -6,6 +6,8 @@
 #include <QProxyStyle>
 #include <QString>
 
+#include "core/Colours.h"
+
 class QApplication;
 
 namespace vantor {
@@ -26,20 +28,21 @@ void ApplyTheme(QApplication& application, ThemeChoice choice);
 
 bool IsDark(const QPalette& palette);
 
-/// A background and the text on it, contrast 4.5 : 1 or more.
+/// The program's colours for a palette.
+const Colours& ColoursOf(const QPalette& palette);
+inline QColor Ink(Colour colour) { return {colour.Red, colour.Green, colour.Blue}; }
+
+/// A background and the text on it.
 struct ColourPair {
     QColor Background;
     QColor Text;
 };
-/// The light green of a counted run or a ready button, the light red of its opposite, and a neutral pair for a
-/// warning; each with its pair for a dark palette.
-ColourPair GreenPair(const QPalette& palette);
-ColourPair RedPair(const QPalette& palette);
-ColourPair AmberPair(const QPalette& palette);
-/// The yellow of the field that is being edited.
-ColourPair YellowPair(const QPalette& palette);
-/// Red letters on a field's own background, contrast 4.5 : 1 or more.
-QColor RedText(const QPalette& palette);
+inline ColourPair PairOf(const Face& face) { return {Ink(face.Background), Ink(face.Text)}; }
+inline ColourPair GreenPair(const QPalette& palette) { return PairOf(ColoursOf(palette).Green); }
+inline ColourPair RedPair(const QPalette& palette) { return PairOf(ColoursOf(palette).Red); }
+inline ColourPair AmberPair(const QPalette& palette) { return PairOf(ColoursOf(palette).Amber); }
+inline ColourPair YellowPair(const QPalette& palette) { return PairOf(ColoursOf(palette).Yellow); }
+inline QColor RedText(const QPalette& palette) { return Ink(ColoursOf(palette).Warning); }
 
 /// The background of a grade badge, green for "A" to red for "F", with the text on it.
 ColourPair GradePair(const QString& grade, const QPalette& palette);

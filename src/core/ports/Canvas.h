@@ -5,6 +5,8 @@
 #include <span>
 #include <string>
 
+#include "core/Colours.h"
+
 namespace vantor {
 
 /// Lengths on a canvas are points, 72 to the inch; x counts to the right and y downwards from the upper left corner.
@@ -18,14 +20,6 @@ struct CanvasBox {
     double Y = 0;
     double Width = 0;
     double Height = 0;
-};
-
-struct Colour {
-    std::uint8_t Red = 0;
-    std::uint8_t Green = 0;
-    std::uint8_t Blue = 0;
-
-    bool operator==(const Colour&) const = default;
 };
 
 enum class TextSide { Left, Centre, Right };

@@ -9,6 +9,7 @@
 #include "core/forms/Guarded.h"
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
+#include "core/forms/PortList.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
 
@@ -28,12 +29,6 @@ QComboBox* ChoiceList(QWidget* parent, const char* name) {
     list->lineEdit()->setReadOnly(true);
     list->lineEdit()->setCursor(Qt::ArrowCursor);
     return list;
-}
-
-void Show(QComboBox& list, int value) {
-    const QString text = QString::number(value);
-    list.setCurrentIndex(list.findText(text));
-    list.setEditText(text);
 }
 
 std::int32_t ValueOf(const QComboBox& list) { return IntegerOfText(FromQt(list.currentText())); }
@@ -81,8 +76,8 @@ frmReadTDC::~frmReadTDC() {
 
 QFrame* frmReadTDC::BuildBaudRate() {
     cmbBaudRate_ = ChoiceList(this, "cmbBaudRate");
-    for (const std::int32_t rate : SerialPort::BaudRates) cmbBaudRate_->addItem(QString::number(rate));
-    Show(*cmbBaudRate_, context_.State.Settings.BaudRate);
+    FillBaudRates(*cmbBaudRate_);
+    ShowNumber(*cmbBaudRate_, context_.State.Settings.BaudRate);
     fraBaudRate_ = Named<QFrame>(this, "fraBaudRate");
     auto* label = LabelFor(cmbBaudRate_, QStringLiteral("Baud &Rate"), "lblBaudRate");
     auto* hint = Named<QLabel>(this, "lblBaudText", QStringLiteral("Choose a connection speed (in bps)..."));
@@ -91,17 +86,13 @@ QFrame* frmReadTDC::BuildBaudRate() {
 
 QFrame* frmReadTDC::BuildCommPort() {
     cmbCommPort_ = ChoiceList(this, "cmbCommPort");
-    for (std::int16_t number = SerialPort::FirstNumber; number <= SerialPort::LastNumber; ++number) {
-        if (!context_.Serial.IsAvailable(number)) continue;
-        cmbCommPort_->addItem(QString::number(number));
-        cmbCommPort_->setItemData(cmbCommPort_->count() - 1, ToQt(context_.Serial.DeviceName(number)), Qt::ToolTipRole);
-    }
-    Show(*cmbCommPort_, context_.State.Settings.CommPort);
+    FillPorts(*cmbCommPort_, context_.Serial);
+    ShowNumber(*cmbCommPort_, context_.State.Settings.CommPort);
     fraCommPort_ = Named<QFrame>(this, "fraCommPort");
     auto* label = LabelFor(cmbCommPort_, QStringLiteral("&Comm Port"), "lblCommPort");
     auto* hint = Named<QLabel>(this, "lblCommText", QStringLiteral("Choose a port # (only available ports listed)..."));
     ChoiceFrame(fraCommPort_, label, cmbCommPort_, hint);
-    ShowPort();
+    TellPort(*cmbCommPort_, context_.Serial);
     return fraCommPort_;
 }
 
@@ -141,7 +132,7 @@ void frmReadTDC::ConnectControls() {
     });
     Connect(cmbCommPort_, &QComboBox::currentIndexChanged, this, messages, [this] {
         download_.SetPortNumber(To16(ValueOf(*cmbCommPort_)));
-        ShowPort();
+        TellPort(*cmbCommPort_, context_.Serial);
         ShowPrompt();
     });
     Connect(cmdBegin_, &QPushButton::clicked, this, messages, [this] { BeginOrCancel(); });
@@ -186,17 +177,6 @@ void frmReadTDC::TakeTick() {
     bool isWhole = false;
     Run([&] { isWhole = download_.Finish(); });
     if (isWhole) accept();
-}
-
-void frmReadTDC::ShowPort() {
-    const int row = cmbCommPort_->findText(cmbCommPort_->currentText());
-    QPalette colours = palette();
-    if (row < 0) colours.setColor(QPalette::Text, IsDark(colours) ? RedText(colours) : QColor(Qt::red));
-    cmbCommPort_->setPalette(colours);
-    QString state = ToQt(context_.Serial.DeviceName(To16(ValueOf(*cmbCommPort_))));
-    if (row < 0) state += QStringLiteral("\nThis port cannot be opened.");
-    cmbCommPort_->setToolTip(state);
-    cmbCommPort_->setAccessibleDescription(state);
 }
 
 void frmReadTDC::ShowPrompt() {

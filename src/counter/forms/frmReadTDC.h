@@ -39,7 +39,6 @@ private:
     void BeginOrCancel();
     void ViewData();
     void TakeTick();
-    void ShowPort();
     void ShowPrompt();
     void ShowStage();
     void ShowActivity(bool isReceiving);

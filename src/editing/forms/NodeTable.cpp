@@ -16,12 +16,6 @@ namespace {
 
 constexpr int ColourlessRole = Qt::UserRole;  ///< true for a cell that keeps its own colours when it is active
 
-/// The face of a distance that can be typed: white, and a light grey on a dark screen.
-ColourPair UnlockedPair(const QPalette& palette) {
-    if (IsDark(palette)) return {QColor(0xd8, 0xda, 0xdd), QColor(0x14, 0x16, 0x18)};
-    return {Qt::white, QColor(0x1c, 0x1e, 0x21)};
-}
-
 /// The editor of a cell: no more characters than are kept.
 class NodeDelegate : public QStyledItemDelegate {
 public:
@@ -88,7 +82,7 @@ public:
             case Qt::TextAlignmentRole: return AlignmentOf(index.column());
             case Qt::BackgroundRole: return Background(index);
             case Qt::ForegroundRole:
-                return IsUnlocked(index) ? QVariant(UnlockedPair(view_->palette()).Text) : QVariant();
+                return IsUnlocked(index) ? QVariant(Ink(ColoursOf(view_->palette()).Unlocked.Text)) : QVariant();
             case Qt::ToolTipRole:
                 return IsUnlocked(index) ? QStringLiteral("Type the distance from the start of the run in ") +
                                                QLatin1String(ShownUnits().LengthLabel())
@@ -122,7 +116,7 @@ private:
     Units ShownUnits() const { return details_ != nullptr ? details_->Units() : Units(); }
 
     QVariant Background(const QModelIndex& index) const {
-        if (IsUnlocked(index)) return UnlockedPair(view_->palette()).Background;
+        if (IsUnlocked(index)) return Ink(ColoursOf(view_->palette()).Unlocked.Background);
         return index.column() == NodeTable::Name ? QVariant() : QVariant(view_->palette().color(QPalette::Window));
     }
 

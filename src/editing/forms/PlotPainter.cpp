@@ -6,16 +6,18 @@
 
 namespace vantor {
 
-ProfileColours::ProfileColours(const QPalette& palette)
+ProfileColours::ProfileColours(const QPalette& palette) : ProfileColours(palette, ColoursOf(palette)) {}
+
+ProfileColours::ProfileColours(const QPalette& palette, const Colours& colours)
     : Background(palette.color(QPalette::Base)),
       Text(palette.color(QPalette::Text)),
-      DimText(IsDark(palette) ? QColor(0xa8, 0xad, 0xb3) : QColor(0x5c, 0x63, 0x6b)),
-      Grid(IsDark(palette) ? QColor(0x33, 0x37, 0x3c) : QColor(0xe6, 0xe8, 0xec)),
-      Trace(IsDark(palette) ? QColor(0x4f, 0xd1, 0xc5) : QColor(0x0b, 0x7a, 0x75)),
-      Node(0x8a, 0x90, 0x98),
-      Key(IsDark(palette) ? QColor(0xf4, 0x8f, 0xc0) : QColor(0xa8, 0x1b, 0x5c)),
-      Boundary(IsDark(palette) ? QColor(0x6c, 0xa8, 0xff) : QColor(0x1d, 0x4e, 0xd8)),
-      IdealSpeed(IsDark(palette) ? QColor(0xf5, 0xb0, 0x41) : QColor(0xb4, 0x53, 0x09)) {}
+      DimText(Ink(colours.DimText)),
+      Grid(Ink(colours.Grid)),
+      Trace(Ink(colours.Trace)),
+      Node(Ink(colours.Node)),
+      Key(Ink(colours.Key)),
+      Boundary(Ink(colours.Start)),
+      IdealSpeed(Ink(colours.IdealSpeed)) {}
 
 PlotPainter::PlotPainter(QPainter& painter, const QSizeF& size, const ProfileGeometry& geometry,
                          const ProfileColours& colours)

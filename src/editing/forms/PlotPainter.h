@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "analysis/ProfileTrace.h"
+#include "core/Colours.h"
 #include "editing/ProfileGeometry.h"
 
 namespace vantor {
@@ -28,6 +29,9 @@ struct ProfileColours {
     QColor Key;
     QColor Boundary;
     QColor IdealSpeed;
+
+private:
+    ProfileColours(const QPalette& palette, const Colours& colours);
 };
 
 /// What the pictures of a run's speeds share: background, grid and trace.

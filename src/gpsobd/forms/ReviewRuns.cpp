@@ -5,6 +5,7 @@
 
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
+#include "core/Text.h"
 #include "gpsobd/LogRuns.h"
 
 namespace vantor {
@@ -44,13 +45,10 @@ bool MayGoOn(MessageBoxes& messages, const ReviewedRuns& runs) {
 std::optional<NamesOfRuns> AskAboutRunsMadeBefore(AppContext& context, const NamesOfRuns& there) {
     if (there.empty()) return there;
     constexpr std::size_t mostNames = 5;
-    std::string names;
-    std::size_t named = 0;
-    for (const auto& [number, name] : there)
-        if (named++ < mostNames) names += (names.empty() ? "" : ", ") + name;
-    if (there.size() > mostNames) names += " and " + std::to_string(there.size() - mostNames) + " more";
+    std::vector<std::string> names;
+    for (const auto& [number, name] : there) names.push_back(name);
     const MessageAnswer answer = context.Messages.Ask(
-        {"These runs are in Temp already: " + names +
+        {"These runs are in Temp already: " + FirstOf(names, mostNames) +
              ".\n\nDo you want to replace them?\nYes keeps the old files as .bak. No keeps both, the "
              "new ones with a number behind the name.\n\n" +
              AsFolder(context.State.Paths.TempRunsPath),
@@ -94,17 +92,12 @@ bool WriteReview(AppContext& context, const ReviewGrid& grid) {
     if (!isWhole || !MayGoOn(context.Messages, runs)) return false;
     const std::optional<NamesOfRuns> replaced = AskAboutRunsMadeBefore(context, runs.MadeBefore);
     if (!replaced) return false;
-    bool isMade = true;
-    const auto make = [&, settings = context.State.Settings, folder](FileSystem& files, const Progress& progress) {
-        isMade = !WriteLogRuns(files, runs.Log, runs.Gaps, folder, settings, *replaced, progress).empty();
-    };
-    try {
-        context.Work.Run("Making the runs of log " + runs.Log.Name, make);
-    } catch (const RunTimeError& error) {
-        // Runs that are left out end in this error when the others are written; that was agreed to.
-        if (runs.TooLong.empty() || error.Number() != ErrorNumber::Overflow) throw;
-    }
-    if (!isMade) return false;
+    std::optional<LogRunsWritten> made;
+    context.Work.Run("Making the runs of log " + runs.Log.Name,
+                     [&, settings = context.State.Settings, folder](FileSystem& files, const Progress& progress) {
+                         made = WriteLogRuns(files, runs.Log, runs.Gaps, folder, settings, *replaced, progress);
+                     });
+    if (!made) return false;
     WriteLogBack(context, runs);
     return true;
 }

@@ -7,20 +7,17 @@
 #include <QVBoxLayout>
 #include <array>
 #include <limits>
-#include <utility>
 
 #include "core/Numeric.h"
 #include "core/RunTimeError.h"
 #include "core/Units.h"
 #include "core/forms/Named.h"
+#include "core/forms/PortList.h"
 #include "core/forms/Theme.h"
 #include "workspace/Preferences.h"
 
 namespace vantor {
 namespace {
-
-constexpr int LastPort = 16;
-constexpr std::array BaudRates = {4800, 9600, 14400, 19200, 28800, 38400, 57600, 115200};
 
 std::int16_t FlagOf(bool set) { return set ? -1 : 0; }
 
@@ -56,13 +53,6 @@ QComboBox* NumberList(QWidget* parent, const char* name, int largest) {
     return list;
 }
 
-/// Shows a number, which need not be in the list.
-void Show(QComboBox& list, int number) {
-    const QString text = QString::number(number);
-    list.setCurrentIndex(list.findText(text));
-    list.setEditText(text);
-}
-
 /// Reads a field by `read`. An error names the field, which gets the focus.
 template <class Read>
 auto NumberIn(QWidget& field, const QString& text, Read read) {
@@ -77,14 +67,14 @@ auto NumberIn(QWidget& field, const QString& text, Read read) {
 
 }  // namespace
 
-PrefsDefaultsTab::PrefsDefaultsTab(QWidget* parent, const AppSettings& settings, PortProbe ports)
-    : QWidget(parent), ports_(std::move(ports)) {
+PrefsDefaultsTab::PrefsDefaultsTab(QWidget* parent, const AppSettings& settings, SerialPort& ports)
+    : QWidget(parent) {
     setObjectName(QStringLiteral("fraDefaultValues"));
     auto* left = new QVBoxLayout;
     for (QGroupBox* frame : {BuildStartUp(settings), BuildVer1(settings), BuildUnits(settings), BuildLoggers()})
         left->addWidget(frame);
     auto* right = new QVBoxLayout;
-    for (QGroupBox* frame : {BuildStudyParameters(settings), BuildSerialPort(settings)}) right->addWidget(frame);
+    for (QGroupBox* frame : {BuildStudyParameters(settings), BuildSerialPort(settings, ports)}) right->addWidget(frame);
     auto* columns = new QHBoxLayout(this);
     for (QVBoxLayout* column : {left, right}) {
         column->addStretch();
@@ -151,9 +141,9 @@ void PrefsDefaultsTab::ShowThreshold() {
     txtStopSpeed_->setAccessibleDescription(unit);
 }
 
-QGroupBox* PrefsDefaultsTab::BuildSerialPort(const AppSettings& settings) {
+QGroupBox* PrefsDefaultsTab::BuildSerialPort(const AppSettings& settings, SerialPort& ports) {
     QGroupBox* frame = Frame(this, "fraSerialPort", QStringLiteral("Serial Port Options"));
-    cmbCommPort_ = NumberList(frame, "cmbCommPort", LastPort);
+    cmbCommPort_ = NumberList(frame, "cmbCommPort", SerialPort::LastNumber);
     cmbBaudRate_ = NumberList(frame, "cmbBaudRate", std::numeric_limits<std::int32_t>::max());
     auto* form = new QFormLayout;
     form->addRow(LabelFor(cmbCommPort_, QStringLiteral("Comm &Port")), cmbCommPort_);
@@ -163,9 +153,12 @@ QGroupBox* PrefsDefaultsTab::BuildSerialPort(const AppSettings& settings) {
     form->addRow(Named<QLabel>(frame, "lblBaudText", QStringLiteral("Choose a connection speed (in bps)...")));
     static_cast<QBoxLayout*>(frame->layout())->addLayout(form);
 
-    FillPorts(settings.CommPort);
-    for (const int rate : BaudRates) cmbBaudRate_->addItem(QString::number(rate));
-    Show(*cmbBaudRate_, settings.BaudRate);
+    FillPorts(*cmbCommPort_, ports);
+    connect(cmbCommPort_, &QComboBox::editTextChanged, this, [this, &ports] { TellPort(*cmbCommPort_, ports); });
+    ShowNumber(*cmbCommPort_, settings.CommPort);
+    TellPort(*cmbCommPort_, ports);
+    FillBaudRates(*cmbBaudRate_);
+    ShowNumber(*cmbBaudRate_, settings.BaudRate);
     return frame;
 }
 
@@ -177,28 +170,6 @@ QGroupBox* PrefsDefaultsTab::BuildLoggers() {
         QStringLiteral("Positions of logs stay as they are read. Otherwise longitudes are taken for western ones."));
     frame->layout()->addWidget(chkSignedCoordinates_);
     return frame;
-}
-
-void PrefsDefaultsTab::FillPorts(int savedPort) {
-    for (int port = 1; port <= LastPort; ++port) {
-        if (!ports_.IsAvailable(port)) continue;
-        cmbCommPort_->addItem(QString::number(port));
-        cmbCommPort_->setItemData(cmbCommPort_->count() - 1, ToQt(ports_.DeviceName(port)), Qt::ToolTipRole);
-    }
-    connect(cmbCommPort_, &QComboBox::editTextChanged, this, [this] { ShowPort(); });
-    Show(*cmbCommPort_, savedPort);
-    ShowPort();
-}
-
-void PrefsDefaultsTab::ShowPort() {
-    const int row = cmbCommPort_->findText(cmbCommPort_->currentText());
-    QPalette colours;
-    if (row < 0) colours.setColor(QPalette::Text, RedText(colours));
-    cmbCommPort_->lineEdit()->setPalette(colours);
-    const QString state = row < 0 ? QStringLiteral("This port cannot be opened.")
-                                  : cmbCommPort_->itemData(row, Qt::ToolTipRole).toString();
-    cmbCommPort_->setToolTip(state);
-    cmbCommPort_->setAccessibleDescription(state);
 }
 
 void PrefsDefaultsTab::Take(AppSettings& settings) const {

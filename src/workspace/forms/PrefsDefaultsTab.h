@@ -7,23 +7,17 @@
 #include <QLineEdit>
 #include <QRadioButton>
 #include <functional>
-#include <string>
 
 #include "core/AppSettings.h"
+#include "core/ports/SerialPort.h"
 
 namespace vantor {
-
-/// The serial ports of the machine, by number 1 to 16.
-struct PortProbe {
-    std::function<bool(int port)> IsAvailable;
-    std::function<std::string(int port)> DeviceName;
-};
 
 /// The default values of the preferences: start-up screen, version 1 runs, units, stop delay and serial port.
 class PrefsDefaultsTab : public QWidget {
 public:
     /// Tries every port once.
-    PrefsDefaultsTab(QWidget* parent, const AppSettings& settings, PortProbe ports);
+    PrefsDefaultsTab(QWidget* parent, const AppSettings& settings, SerialPort& ports);
 
     /// Error 13 for a field that holds no number, 6 for one too large; the field has the focus then and `settings` are
     /// incomplete.
@@ -41,13 +35,10 @@ private:
     QGroupBox* BuildVer1(const AppSettings& settings);
     QGroupBox* BuildUnits(const AppSettings& settings);
     QGroupBox* BuildStudyParameters(const AppSettings& settings);
-    QGroupBox* BuildSerialPort(const AppSettings& settings);
+    QGroupBox* BuildSerialPort(const AppSettings& settings, SerialPort& ports);
     void ShowThreshold();
     QGroupBox* BuildLoggers();
-    void FillPorts(int savedPort);
-    void ShowPort();
 
-    PortProbe ports_;
     QRadioButton* optUseStartUp_ = nullptr;
     QRadioButton* optConvertVer1_ = nullptr;
     QRadioButton* optEnglish_ = nullptr;

@@ -29,13 +29,11 @@ QScrollArea* Scrolled(QTabWidget* tabs, QWidget* page) {
 
 }  // namespace
 
-frmPrefs::frmPrefs(AppContext& context, std::function<bool(int port)> portAvailable,
-                   std::function<std::string(int port)> deviceName)
+frmPrefs::frmPrefs(AppContext& context)
     : context_(context),
       tabPrefs_(Named<QTabWidget>(this, "tabPrefs")),
       paths_(new PrefsPathTab(tabPrefs_, context)),
-      defaults_(
-          new PrefsDefaultsTab(tabPrefs_, context.State.Settings, {std::move(portAvailable), std::move(deviceName)})),
+      defaults_(new PrefsDefaultsTab(tabPrefs_, context.State.Settings, context.Serial)),
       reports_(new PrefsReportTab(tabPrefs_, context.State.Settings)) {
     setObjectName(QStringLiteral("frmPrefs"));
     defaults_->SignedCoordinates()->setChecked(HasSignedCoordinates(context.State.Choices));

@@ -3,8 +3,6 @@
 #include <QDialog>
 #include <QLabel>
 #include <QTabWidget>
-#include <functional>
-#include <string>
 
 #include "core/AppContext.h"
 #include "workspace/forms/PrefsDefaultsTab.h"
@@ -17,9 +15,7 @@ namespace vantor {
 /// so do the unit labels; RestartWanted is set when the user wants that start now.
 class frmPrefs : public QDialog {
 public:
-    /// `portAvailable` tries a serial port, 1 to 16; `deviceName` tells which device it is.
-    frmPrefs(AppContext& context, std::function<bool(int port)> portAvailable,
-             std::function<std::string(int port)> deviceName);
+    explicit frmPrefs(AppContext& context);
 
 private:
     QWidget* BuildNextStart();

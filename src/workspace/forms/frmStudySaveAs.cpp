@@ -19,13 +19,7 @@
 namespace vantor {
 namespace {
 
-std::string Joined(const std::vector<std::string>& names) {
-    constexpr std::size_t MostShown = 8;
-    std::string joined;
-    for (std::size_t i = 0; i < std::min(names.size(), MostShown); ++i) joined += (i == 0 ? "" : ", ") + names[i];
-    if (names.size() > MostShown) joined += " and " + std::to_string(names.size() - MostShown) + " more";
-    return joined;
-}
+constexpr std::size_t MostNamed = 8;
 
 }  // namespace
 
@@ -107,11 +101,11 @@ bool frmStudySaveAs::MayCopyRuns(const RunsElsewhere& runs) {
     std::string question = "A study uses the runs of its own Study Group.";
     if (!runs.Different.empty())
         question += "\nThere are other runs of the same names in Study Group: " + group +
-                    "\nThey stay as they are, and the study will use them: " + Joined(runs.Different);
+                    "\nThey stay as they are, and the study will use them: " + FirstOf(runs.Different, MostNamed);
     if (runs.Missing.empty())
         question += "\nDo you want to save the study there?";
     else
-        question += "\nDo you want to copy these runs to Study Group: " + group + " ?\n" + Joined(runs.Missing);
+        question += "\nDo you want to copy these runs to Study Group: " + group + " ?\n" + FirstOf(runs.Missing, MostNamed);
     if (context_.Messages.Confirm(question)) return true;
     context_.Messages.Tell("The study was not saved, because its runs are not in Study Group: " + group);
     return false;
