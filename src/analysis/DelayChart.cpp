@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/Axis.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/Text.h"
@@ -25,16 +26,6 @@ TextStyle TitleOf(const DelayChartStyle& style) { return {style.TextSize * 1.25,
 double Space(const DelayChartStyle& style) { return style.TextSize / 2; }
 
 std::int16_t Tens(double seconds) { return Round16(seconds * 10); }
-
-/// The smallest of 1, 2, 5, 10, 20, ... that is at least `least`.
-int RoundStep(double least) {
-    int decade = 1;
-    while (true) {
-        for (const int factor : {1, 2, 5})
-            if (factor * decade >= least) return factor * decade;
-        decade *= 10;
-    }
-}
 
 /// Averages below 0 need room below the baseline; they get half of the height at most.
 double ShareAboveBaseline(const DelaySeries& series) {
@@ -285,12 +276,6 @@ int DelayRunNear(const DelaySeries& series, const DelayScale& scale, CanvasPoint
     return nearest;
 }
 
-std::string SecondsText(double seconds) {
-    const std::int32_t tenths = Round32(seconds * 10);
-    const std::string digits = ZeroPadded(std::abs(tenths), 2);
-    return (tenths < 0 ? "-" : "") + digits.substr(0, digits.size() - 1) + "." + digits.back();
-}
-
 std::vector<SheetRow> DelaySheet(const DelaySeries& series) {
     std::vector<SheetRow> rows = {{{"Run"}, {"Run Name"}, {"Control Delay (s)"}, {"Running Avg. (s)"}, {"Status"}}};
     for (int run = 1; run <= series.RunCount(); ++run) {
@@ -298,7 +283,7 @@ std::vector<SheetRow> DelaySheet(const DelaySeries& series) {
         rows.push_back({{std::to_string(values.Number), true},
                         {values.Name},
                         {std::to_string(values.ControlDelay), true},
-                        {SecondsText(values.RunningAverage), true},
+                        {OneDecimal(values.RunningAverage), true},
                         {StateWord(values.IsCounted ? RunState::Counted : RunState::NotCounted)}});
     }
     return rows;

@@ -112,9 +112,6 @@ void DrawLegendSample(Canvas& canvas, const CanvasBox& box, DelayLegend entry, c
 /// The run (from 1) whose delay or average is drawn nearest to a place and within reach of it; 0 where there is none.
 int DelayRunNear(const DelaySeries& series, const DelayScale& scale, CanvasPoint place, double reach);
 
-/// Seconds with one decimal.
-std::string SecondsText(double seconds);
-
 /// The values as a table: heads, then a row for each run.
 std::vector<SheetRow> DelaySheet(const DelaySeries& series);
 

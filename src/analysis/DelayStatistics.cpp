@@ -4,6 +4,7 @@
 
 #include "core/Numeric.h"
 #include "core/RunArithmetic.h"
+#include "core/Units.h"
 #include "core/modMain.h"
 
 namespace vantor {
@@ -28,6 +29,8 @@ public:
     /// Scans on from the current sample. The end scan begins on the sample at which the start scan stopped and adds
     /// its distance a second time: this double count is part of the result, so that figures match earlier studies.
     Boundary Find(std::int32_t boundarySample, std::int32_t boundaryDistance, std::int32_t* stopDelay) {
+        // A run of a single sample has none left for the end scan.
+        if (sample_ > 1 && sample_ > run_.SampleValues.LastIndex()) return {};
         do {
             const std::int16_t value = run_.SampleValues[sample_];
             distance_ = Add32(distance_, arithmetic_.DistanceIncrement(value));
@@ -37,7 +40,7 @@ public:
                 axis_ == BoundaryAxis::Time ? sample_ >= boundarySample : distance_ >= boundaryDistance;
             if (reached) return {true, sample_, distance_, speed};
             ++sample_;
-            // A boundary is never found on the last sample.
+            // A boundary is never found on the last sample, but where the start scan ended there.
         } while (sample_ < run_.Header.SampleCount);
         return {};
     }
@@ -74,7 +77,7 @@ std::int32_t IdealTravelTime(std::int32_t feet, float idealSpeed) {
                            "The ideal speed is 0. Move the boundaries to where the vehicle is driving, or set an "
                            "ideal speed.");
     // Feet per second with the fixed constants, whatever the speed factor of the settings is.
-    return Round32(feet / (5280.0 / 3600.0 * static_cast<double>(idealSpeed)));
+    return Round32(feet / (FeetPerSecondOfMph * static_cast<double>(idealSpeed)));
 }
 
 }  // namespace

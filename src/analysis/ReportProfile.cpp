@@ -65,7 +65,7 @@ private:
 
     void DrawDistanceAxis() {
         constexpr double LeastStepWidth = 45;
-        const int step = RoundStep(length_, std::max(1, static_cast<int>(plot_.Width / LeastStepWidth)));
+        const int step = RoundStep(length_ / std::max(1, static_cast<int>(plot_.Width / LeastStepWidth)));
         const double top = Bottom() + MarkGap;
         for (std::int64_t place = 0; static_cast<double>(place) <= length_; place += step) {
             const double x = plot_.X + static_cast<double>(place) / length_ * plot_.Width;
@@ -181,15 +181,6 @@ ReportProfile MakeReportProfile(const RunRecord& run, const AppSettings& setting
 
 void DrawReportProfile(Canvas& canvas, const CanvasBox& box, const ReportProfile& profile, const ProfileFrame& frame) {
     ProfileDrawing(canvas, box, profile, frame).Draw();
-}
-
-int RoundStep(double length, int most) {
-    int step = 1;
-    while (true) {
-        for (const int factor : {1, 2, 5})
-            if (length <= static_cast<double>(step) * factor * most) return step * factor;
-        step *= 10;
-    }
 }
 
 }  // namespace vantor

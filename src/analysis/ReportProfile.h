@@ -4,7 +4,8 @@
 #include <vector>
 
 #include "analysis/ProfileTrace.h"
-#include "analysis/ProfileUnits.h"
+#include "core/Axis.h"
+#include "core/Units.h"
 #include "core/AppSettings.h"
 #include "core/StudyRecords.h"
 #include "core/ports/Canvas.h"
@@ -29,15 +30,12 @@ ReportProfile MakeReportProfile(const RunRecord& run, const AppSettings& setting
 
 /// The axes of a picture in the shown unit, and the boundaries and the ideal speed of the entry.
 struct ProfileFrame {
-    ProfileUnits Units;
+    vantor::Units Units;
     SpeedAxis Speeds;
     StudyRunEntry Entry;
 };
 
 /// Draws speed against distance into the box, with the axes, the nodes and the boundaries.
 void DrawReportProfile(Canvas& canvas, const CanvasBox& box, const ReportProfile& profile, const ProfileFrame& frame);
-
-/// A round step that divides an axis of that length into at most `most` parts: 1, 2 or 5 times a power of ten.
-int RoundStep(double length, int most);
 
 }  // namespace vantor

@@ -11,7 +11,6 @@
 namespace vantor {
 namespace {
 
-constexpr double SecondsPerHour = 3600;
 
 bool IsDelayKey(int key) {
     const bool isManoeuvre = (key >= 2 && key <= 4) || (key >= 6 && key <= 8);
@@ -133,12 +132,6 @@ std::vector<DelayKey> PressedKeys(const RunRecord& run) {
 
 SheetField Number(std::int64_t value) { return {std::to_string(value), true}; }
 
-SheetField WithOneDecimal(double value) {
-    const std::int32_t tenths = Round32(value * 10);
-    const std::string digits = ZeroPadded(tenths, 2);
-    return {digits.substr(0, digits.size() - 1) + "." + digits.back(), true};
-}
-
 SheetRow RowOf(const SectionStatistics& section, const std::vector<DelayKey>& keys, const Units& units) {
     SheetRow row = {{section.FromName},
                     {section.ToName},
@@ -147,7 +140,7 @@ SheetRow RowOf(const SectionStatistics& section, const std::vector<DelayKey>& ke
                     Number(section.RunningTime()),
                     Number(section.StoppedTime),
                     Number(section.Stops),
-                    WithOneDecimal(units.SpeedOfMph(section.MeanRunningSpeed()))};
+                    {OneDecimal(units.SpeedOfMph(section.MeanRunningSpeed())), true}};
     for (const DelayKey& key : keys) row.push_back(Number(section.DelaySeconds[key.Key]));
     row.push_back(Number(section.DelaySeconds[0]));
     row.insert(row.begin(), section.Number == 0 ? SheetField{"Total"} : Number(section.Number));

@@ -28,9 +28,7 @@ namespace vantor {
 namespace {
 
 /// Shows a form over the active window until it is closed; true when it was accepted.
-template <class Form, class... Arguments>
-bool ShowModal(Arguments&&... arguments) {
-    Form form(std::forward<Arguments>(arguments)...);
+bool Run(QDialog& form) {
     if (QWidget* active = QApplication::activeWindow()) form.setParent(active, form.windowFlags());
     QWidget* const owner = form.parentWidget();
     const bool accepted = form.exec() == QDialog::Accepted;
@@ -39,9 +37,22 @@ bool ShowModal(Arguments&&... arguments) {
     return accepted;
 }
 
+template <class Form, class... Arguments>
+bool ShowModal(Arguments&&... arguments) {
+    Form form(std::forward<Arguments>(arguments)...);
+    return Run(form);
+}
+
+/// What is chosen in a form that is accepted.
+template <class Form, class... Arguments>
+auto ChosenIn(Arguments&&... arguments) {
+    Form form(std::forward<Arguments>(arguments)...);
+    return Run(form) ? std::optional(form.Choice()) : std::nullopt;
+}
+
 }  // namespace
 
-void AppScreens::ShowStartUp() { ShowModal<frmStartUp>(*context_); }
+StartUpChoice AppScreens::ShowStartUp() { return ChosenIn<frmStartUp>(*context_).value_or(StartUpChoice::None); }
 bool AppScreens::ShowStudyOpen() { return ShowModal<frmStudyOpen>(*context_); }
 bool AppScreens::ShowStudySaveAs() { return ShowModal<frmStudySaveAs>(*context_); }
 bool AppScreens::ShowRunSelect() { return ShowModal<frmRunSelect>(*context_); }
@@ -57,21 +68,39 @@ void AppScreens::ShowReportPreview() { ShowModal<frmReportPreview>(*context_); }
 
 void AppScreens::ShowPreferences() { ShowModal<frmPrefs>(*context_); }
 
-bool AppScreens::ShowReadTDC() {
-    ShowModal<frmReadTDC>(*context_);
-    return context_->State.CounterFileChosen;
+std::optional<CounterFileChoice> AppScreens::HandOver(const std::optional<CounterFileChoice>& choice) {
+    ApplicationState& state = context_->State;
+    state.CounterFileChosen = choice.has_value();
+    if (choice) {
+        state.ChosenCounterFileFolder = choice->Folder;
+        state.ChosenCounterFileName = choice->Name;
+    }
+    return choice;
 }
 
-bool AppScreens::ShowUploadSelect() {
-    ShowModal<frmUploadSelectTDC>(*context_);
-    return context_->State.CounterFileChosen;
+std::optional<CounterFileChoice> AppScreens::ShowReadTDC() { return HandOver(ChosenIn<frmReadTDC>(*context_)); }
+std::optional<CounterFileChoice> AppScreens::ShowUploadSelect() {
+    return HandOver(ChosenIn<frmUploadSelectTDC>(*context_));
 }
 
-bool AppScreens::ShowLogSelect(LogKind kind) { return ShowModal<LogSelect>(*context_, kind); }
-bool AppScreens::ShowLogReview(LogKind kind) { return ShowModal<LogReview>(*context_, kind); }
+std::optional<LogChoice> AppScreens::ShowLogSelect(LogKind kind) {
+    const auto choice = ChosenIn<LogSelect>(*context_, kind);
+    ApplicationState& state = context_->State;
+    state.DataFileSelected = choice.has_value();
+    if (choice) {
+        state.SelectedDataFolder = choice->Folder;
+        state.SelectedDataFile = choice->File;
+        state.SelectedDataExt = choice->Extension;
+    }
+    return choice;
+}
+
+bool AppScreens::ShowLogReview(LogKind kind, const LogChoice& log) {
+    return context_->State.DataFileSelected = ShowModal<LogReview>(*context_, kind, log);
+}
 
 void AppScreens::ShowDamagedCounterFile() { OfferDamagedCounterFile(*context_); }
-void AppScreens::ShowUploadData() { ShowModal<frmUploadData>(*context_); }
+void AppScreens::ShowUploadData(const Upload& upload) { ShowModal<frmUploadData>(*context_, upload); }
 void AppScreens::ShowDeleteTempRuns() { ShowModal<frmDeleteTempRuns>(*context_); }
 void AppScreens::ShowDeleteTDCFiles() { ShowModal<frmDeleteTDCFiles>(*context_); }
 

@@ -4,13 +4,14 @@
 
 namespace vantor {
 
-/// Opens the program's screens: the one place that knows every form.
+/// Opens the program's screens: the one place that knows every form, and that notes in the state what one screen hands
+/// over to the next.
 class AppScreens : public Screens {
 public:
     /// The context holds this object, so it is given afterwards.
     void Use(AppContext& context) { context_ = &context; }
 
-    void ShowStartUp() override;
+    StartUpChoice ShowStartUp() override;
     bool ShowStudyOpen() override;
     bool ShowStudySaveAs() override;
     bool ShowRunSelect() override;
@@ -22,17 +23,20 @@ public:
     void ShowDelayChart() override;
     void ShowReportPreview() override;
     void ShowPreferences() override;
-    bool ShowReadTDC() override;
-    bool ShowUploadSelect() override;
-    bool ShowLogSelect(LogKind kind) override;
-    bool ShowLogReview(LogKind kind) override;
-    void ShowUploadData() override;
+    std::optional<CounterFileChoice> ShowReadTDC() override;
+    std::optional<CounterFileChoice> ShowUploadSelect() override;
+    std::optional<LogChoice> ShowLogSelect(LogKind kind) override;
+    bool ShowLogReview(LogKind kind, const LogChoice& log) override;
+    void ShowUploadData(const Upload& upload) override;
     void ShowDamagedCounterFile() override;
     void ShowUploadRunList(const std::string& studyGroup) override;
     void ShowDeleteTempRuns() override;
     void ShowDeleteTDCFiles() override;
 
 private:
+    /// Notes the choice in the state.
+    std::optional<CounterFileChoice> HandOver(const std::optional<CounterFileChoice>& choice);
+
     AppContext* context_ = nullptr;
 };
 

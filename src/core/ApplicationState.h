@@ -24,25 +24,6 @@ struct WorkingPaths {
     std::string LastStudyName;
 };
 
-/// What the user chose on the start-up screen. The screen only says so; the main window carries it out.
-enum class StartUpChoice {
-    None,  ///< the screen was left: on to the main window
-    NewStudy,
-    OpenStudy,
-    LastStudy,  ///< the study named by LastStudyGroupPath and LastStudyName, whose file is there
-    ReadCounter,
-    ProcessTdcData,
-    ProcessTempRuns,  ///< TemporaryRunsMode is set then
-    ProcessRoamlap,
-    ProcessRoampad,
-    ProcessRevlap,
-    ProcessRevpad,
-    ProcessCombined,  ///< combined GPS and OBD logs, the key P
-    ProcessBattelle,  ///< the key B
-    Preferences,
-    Exit,
-};
-
 /// The connection to a handheld and what came of its last use.
 struct HandheldState {
     bool ConnectionOpen = false;      ///< set and cleared by the connection handler alone
@@ -68,27 +49,21 @@ struct ApplicationState {
     RunRecord CurrentRun;
     std::optional<FileStamp> CurrentRunStamp;  ///< of the file that CurrentRun was read from or written to
     Study CurrentStudy;
-    bool StudyLoaded = false;
     /// Nothing was changed since the study was loaded, begun or saved.
     bool StudyUnchanged = true;
     /// The study's fields were typed into since then.
     bool StudyFieldsEdited = false;
     ReplacedStudy Replaced;  ///< by the last save of the current study
 
-    // Hand-over between screens.
+    // What was handed over last from one screen to the next, which gets it as a value; see app/AppScreens.
     bool CounterFileChosen = false;
     std::string ChosenCounterFileFolder;  ///< with a final separator
     std::string ChosenCounterFileName;    ///< without folder and extension
     std::string SelectedDataFolder;       ///< of GPS and OBD logs, with a final separator
     std::string SelectedDataFile;         ///< the chosen log's name without extension
     std::string SelectedDataExt;          ///< with its point
-    bool SelectedDataIsPdb = false;       ///< the "Type" of the chosen handheld log is "PDB"
     bool DataFileSelected = false;
     HandheldState Handheld;
-    bool GpsObdUpload = false;
-    bool TemporaryRunsMode = false;
-    bool StartUpDone = false;  ///< the start-up screen was left
-    StartUpChoice ChosenAtStartUp = StartUpChoice::None;
 };
 
 }  // namespace vantor

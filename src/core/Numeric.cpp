@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 
 #include "core/RunTimeError.h"
@@ -129,6 +130,12 @@ std::string FormatRatio(double value) {
     while (!decimals.empty() && decimals.back() == '0') decimals.pop_back();
     const bool vanished = whole.empty() && decimals.empty();
     return (value < 0 && !vanished ? "-" : "") + whole + "." + decimals;
+}
+
+std::string OneDecimal(double value) {
+    const std::int32_t tenths = Round32(value * 10);
+    const std::string digits = ZeroPadded(std::abs(tenths), 2);
+    return (tenths < 0 ? "-" : "") + digits.substr(0, digits.size() - 1) + "." + digits.back();
 }
 
 std::string ZeroPadded(std::int64_t value, int width) {

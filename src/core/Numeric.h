@@ -41,6 +41,9 @@ std::optional<std::int32_t> CountOfText(std::string_view text, std::int32_t most
 /// The value is taken with its 15 significant decimal digits, exact halves are rounded away from zero.
 std::string FormatRatio(double value);
 
+/// A number with one decimal: "0.5", "-12.0". Halves to even; Overflow (error 6) past 32 bits of tenths.
+std::string OneDecimal(double value);
+
 /// A whole number with leading zeros up to `width` digits: the patterns "00" and "000".
 std::string ZeroPadded(std::int64_t value, int width);
 

@@ -34,6 +34,19 @@ struct Field {
 template <class Record, class Member>
 Field(std::size_t, const char*, Member Record::*, std::size_t = 0) -> Field<Record, Member>;
 
+/// A field that holds only a part of an indexed array: its elements First to Last.
+template <class Record, class Member>
+struct ArrayPart {
+    std::size_t Offset;
+    const char* Name;
+    Member Record::*Pointer;
+    int First;
+    int Last;
+    std::size_t Width = 0;
+};
+template <class Record, class Member>
+ArrayPart(std::size_t, const char*, Member Record::*, int, int, std::size_t = 0) -> ArrayPart<Record, Member>;
+
 /// A field that lies in the file but in no record: blanks when written, passed over when read.
 struct Gap {
     std::size_t Offset;
@@ -143,6 +156,12 @@ constexpr std::size_t SizeOf(const Field<Record, Member>& field) {
         return StoredSize<Member>(field.Width);
 }
 
+template <class Record, class Member>
+constexpr std::size_t SizeOf(const ArrayPart<Record, Member>& part) {
+    return StoredSize<std::remove_cvref_t<decltype(std::declval<Member>()[0])>>(part.Width) *
+           static_cast<std::size_t>(part.Last - part.First + 1);
+}
+
 constexpr std::size_t SizeOf(const Gap& gap) { return gap.Width; }
 
 /// Calls `action(element, offset, size)` for the field, or for each element of an array.
@@ -161,13 +180,21 @@ void ForEachElement(Record& record, const Field<std::remove_const_t<Record>, Mem
     }
 }
 
+template <class Record, class Member, class Action>
+void ForEachElement(Record& record, const ArrayPart<std::remove_const_t<Record>, Member>& part, Action action) {
+    const std::size_t size = SizeOf(part) / static_cast<std::size_t>(part.Last - part.First + 1);
+    std::size_t offset = part.Offset;
+    for (int index = part.First; index <= part.Last; ++index, offset += size)
+        action((record.*part.Pointer)[index], offset, size);
+}
+
 template <class Record>
 void EncodeField(const Record&, const Gap& gap, std::byte* out) {
     std::fill_n(out + gap.Offset, gap.Width, std::byte{' '});
 }
 
-template <class Record, class Member>
-void EncodeField(const Record& record, const Field<Record, Member>& field, std::byte* out) {
+template <class Record, class FieldOrPart>
+void EncodeField(const Record& record, const FieldOrPart& field, std::byte* out) {
     ForEachElement(record, field, [&](const auto& element, std::size_t offset, std::size_t size) {
         Put(element, size, out + offset);
     });
@@ -176,8 +203,8 @@ void EncodeField(const Record& record, const Field<Record, Member>& field, std::
 template <class Record>
 void DecodeField(Record&, const Gap&, std::span<const std::byte>) {}
 
-template <class Record, class Member>
-void DecodeField(Record& record, const Field<Record, Member>& field, std::span<const std::byte> in) {
+template <class Record, class FieldOrPart>
+void DecodeField(Record& record, const FieldOrPart& field, std::span<const std::byte> in) {
     ForEachElement(record, field, [&](auto& element, std::size_t offset, std::size_t size) {
         const std::size_t from = std::min(offset, in.size());
         Get(element, in.subspan(from, std::min(size, in.size() - from)), size);

@@ -96,35 +96,6 @@ std::size_t Ver1HeaderSizeOf(std::size_t fileSize, std::int32_t sampleCount) {
     return fileSize == samples + Ver1LongHeaderSize ? Ver1LongHeaderSize : Ver1RunHeaderSize;
 }
 
-void TakeVer1Header(RunHeader& header, const Ver1RunHeader& old) {
-    header.RunDate = old.RunDate;
-    header.RunTime = old.RunTime;
-    header.SampleCount = old.SampleCount;
-    header.CountNumber = old.CountNumber;
-    header.RunNumber = old.RunNumber;
-    header.SiteCode = old.SiteCode;
-    header.CalConstant = old.CalConstant;
-    header.HeaderWord1 = old.HeaderWord1;
-    header.HeaderWord2 = old.HeaderWord2;
-    header.Before = old.Before;
-    header.After = old.After;
-    header.RunLength = old.RunLength;
-    header.Duration = old.Duration;
-    header.NumberOfSections = old.NumberOfSections;
-    header.HeaderLong = old.HeaderLong;
-    header.HeaderWord3 = old.HeaderWord3;
-    header.HeaderWord4 = 0;
-    header.ButtonLabel = old.ButtonLabel;
-    header.ButtonWord = old.ButtonWord;
-    header.ButtonLong = old.ButtonLong;
-    header.ButtonWord2 = old.ButtonWord2;
-    for (int section = 1; section <= 64; ++section) {
-        header.SectionName[section] = old.SectionName[section];
-        header.SectionDist[section] = old.SectionDist[section];
-    }
-    header.Notes = old.Notes;
-}
-
 }  // namespace
 
 std::string MissingRunText(const std::string& name) { return "Missing Run File: " + name; }
@@ -250,14 +221,11 @@ RunRecord ReadVer1Run(const FileSystem& files, const std::string& folder, const 
     const std::string path = PathOf(folder, name, Ver1RunExtension);
     // The longest run that can be kept bounds what is read, whatever the file's length.
     const auto bytes = ReadFirstBytes(files, path, Ver1LongHeaderSize + 2 * std::size_t{MostSamples});
-    const auto old = DecodeRecord<Ver1RunHeader>(Ver1RunHeaderFields, bytes);
-    const std::int32_t count = CheckedSampleCount(old.SampleCount, path);
-    const auto fileSize = static_cast<std::size_t>(files.Open(path)->Size());
-
     RunRecord run;
-    run.Header.FileVersion = old.Version;
+    DecodeRecord(run.Header, Ver1RunHeaderFields, bytes);
     run.Header.RunName = name;
-    TakeVer1Header(run.Header, old);
+    const std::int32_t count = CheckedSampleCount(run.Header.SampleCount, path);
+    const auto fileSize = static_cast<std::size_t>(files.Open(path)->Size());
     run.SampleValues.ResizeTo(count);
     run.RunSamples.ResizeTo(count);
     const std::size_t start = Ver1HeaderSizeOf(fileSize, count);

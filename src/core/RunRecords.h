@@ -121,50 +121,23 @@ struct RunRecord {
 };
 
 /// The header of a version 1 run file, read only. Its 3840 bytes may be followed by four unused ones.
-struct Ver1RunHeader {
-    std::int16_t Version = 0;
-    std::string RunName;
-    Date RunDate;
-    Date RunTime;
-    std::int32_t SampleCount = 0;
-    std::int16_t CountNumber = 0;
-    std::int16_t RunNumber = 0;
-    std::string SiteCode;
-    std::int16_t CalConstant = 0;
-    std::int16_t HeaderWord1 = 0;
-    std::int16_t HeaderWord2 = 0;
-    std::int16_t Before = 0;
-    std::int16_t After = 0;
-    std::int32_t RunLength = 0;
-    std::int16_t Duration = 0;
-    std::int16_t NumberOfSections = 0;
-    std::int32_t HeaderLong = 0;
-    std::int16_t HeaderWord3 = 0;
-    IndexedArray<std::string, 1, KeySlots> ButtonLabel;
-    IndexedArray<std::int16_t, 1, KeySlots> ButtonWord;
-    IndexedArray<std::int32_t, 1, KeySlots> ButtonLong;
-    IndexedArray<std::int16_t, 1, KeySlots> ButtonWord2;
-    IndexedArray<std::string, 1, 64> SectionName;
-    IndexedArray<std::int32_t, 1, 64> SectionDist;
-    std::string Notes;
-};
-
+inline constexpr int Ver1Sections = 64;
 inline constexpr auto Ver1RunHeaderFields = std::make_tuple(
-    Field{0, "FileVersion", &Ver1RunHeader::Version}, Field{2, "RunName", &Ver1RunHeader::RunName, RunNameWidth},
-    Field{34, "RunDate", &Ver1RunHeader::RunDate}, Field{42, "RunTime", &Ver1RunHeader::RunTime},
-    Field{50, "SampleCount", &Ver1RunHeader::SampleCount}, Gap{54, 6},
-    Field{60, "CountNumber", &Ver1RunHeader::CountNumber}, Field{62, "RunNumber", &Ver1RunHeader::RunNumber},
-    Field{64, "SiteCode", &Ver1RunHeader::SiteCode, 32}, Field{96, "CalConstant", &Ver1RunHeader::CalConstant},
-    Field{98, "HeaderWord1", &Ver1RunHeader::HeaderWord1}, Field{100, "HeaderWord2", &Ver1RunHeader::HeaderWord2},
-    Field{102, "Before", &Ver1RunHeader::Before}, Field{104, "After", &Ver1RunHeader::After},
-    Field{106, "RunLength", &Ver1RunHeader::RunLength}, Field{110, "Duration", &Ver1RunHeader::Duration},
-    Field{112, "NumberOfSections", &Ver1RunHeader::NumberOfSections},
-    Field{114, "HeaderLong", &Ver1RunHeader::HeaderLong}, Gap{118, 8},
-    Field{126, "HeaderWord3", &Ver1RunHeader::HeaderWord3}, Field{128, "ButtonLabel", &Ver1RunHeader::ButtonLabel, 32},
-    Field{1152, "ButtonWord", &Ver1RunHeader::ButtonWord}, Field{1216, "ButtonLong", &Ver1RunHeader::ButtonLong},
-    Field{1344, "ButtonWord2", &Ver1RunHeader::ButtonWord2},
-    Field{1408, "SectionName", &Ver1RunHeader::SectionName, 32},
-    Field{3456, "SectionDist", &Ver1RunHeader::SectionDist}, Field{3712, "Notes", &Ver1RunHeader::Notes, 128});
+    Field{0, "FileVersion", &RunHeader::FileVersion}, Field{2, "RunName", &RunHeader::RunName, RunNameWidth},
+    Field{34, "RunDate", &RunHeader::RunDate}, Field{42, "RunTime", &RunHeader::RunTime},
+    Field{50, "SampleCount", &RunHeader::SampleCount}, Gap{54, 6},
+    Field{60, "CountNumber", &RunHeader::CountNumber}, Field{62, "RunNumber", &RunHeader::RunNumber},
+    Field{64, "SiteCode", &RunHeader::SiteCode, 32}, Field{96, "CalConstant", &RunHeader::CalConstant},
+    Field{98, "HeaderWord1", &RunHeader::HeaderWord1}, Field{100, "HeaderWord2", &RunHeader::HeaderWord2},
+    Field{102, "Before", &RunHeader::Before}, Field{104, "After", &RunHeader::After},
+    Field{106, "RunLength", &RunHeader::RunLength}, Field{110, "Duration", &RunHeader::Duration},
+    Field{112, "NumberOfSections", &RunHeader::NumberOfSections},
+    Field{114, "HeaderLong", &RunHeader::HeaderLong}, Gap{118, 8},
+    Field{126, "HeaderWord3", &RunHeader::HeaderWord3}, Field{128, "ButtonLabel", &RunHeader::ButtonLabel, 32},
+    Field{1152, "ButtonWord", &RunHeader::ButtonWord}, Field{1216, "ButtonLong", &RunHeader::ButtonLong},
+    Field{1344, "ButtonWord2", &RunHeader::ButtonWord2},
+    ArrayPart{1408, "SectionName", &RunHeader::SectionName, 1, Ver1Sections, 32},
+    ArrayPart{3456, "SectionDist", &RunHeader::SectionDist, 1, Ver1Sections}, Field{3712, "Notes", &RunHeader::Notes, 128});
 
 inline constexpr std::size_t Ver1RunHeaderSize = 3840;
 inline constexpr std::size_t Ver1LongHeaderSize = 3844;

@@ -32,7 +32,6 @@ std::optional<StudyBytes> ReadStudyBytes(const FileSystem& files, const std::str
 }
 
 void MarkUnchanged(ApplicationState& state) {
-    state.StudyLoaded = true;
     state.StudyUnchanged = true;
     state.StudyFieldsEdited = false;
     state.Replaced = {};

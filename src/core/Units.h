@@ -10,6 +10,9 @@ namespace vantor {
 /// Kilometres in a mile: the factor of metric display.
 inline constexpr double KilometresPerMile = 1.609;
 inline constexpr double FeetPerMile = 5280;
+inline constexpr double SecondsPerHour = 3600;
+/// Feet a second that a mile an hour is.
+inline constexpr double FeetPerSecondOfMph = FeetPerMile / SecondsPerHour;
 
 /// How lengths and speeds are shown: in feet and miles per hour, or in metres and kilometres per hour. Stored values
 /// always are feet and miles per hour. A value is converted once, from what is stored, and rounded once, halves to

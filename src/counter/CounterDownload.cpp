@@ -113,8 +113,8 @@ void CounterDownload::Append(const std::string& received) {
 
 bool CounterDownload::HasEndMark() const { return tail_.find(EndMark) != std::string::npos; }
 
-bool CounterDownload::Finish() {
-    if (stage_ != DownloadStage::Receiving || !HasEndMark()) return false;
+std::optional<CounterFileChoice> CounterDownload::Finish() {
+    if (stage_ != DownloadStage::Receiving || !HasEndMark()) return std::nullopt;
     try {
         file_->Close();
     } catch (const RunTimeError&) {
@@ -124,12 +124,9 @@ bool CounterDownload::Finish() {
     file_.reset();
     port_.Close();
     stage_ = DownloadStage::Closed;
-    state_.CounterFileChosen = true;
-    state_.ChosenCounterFileFolder = AsFolder(state_.Paths.FieldDataPath);
-    state_.ChosenCounterFileName = baseName_;
     state_.Settings.BaudRate = baudRate_;
     state_.Settings.CommPort = portNumber_;
-    return true;
+    return CounterFileChoice{AsFolder(state_.Paths.FieldDataPath), baseName_};
 }
 
 }  // namespace vantor

@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/ApplicationState.h"
+#include "core/Choices.h"
 #include "core/ports/ApplicationEnd.h"
 #include "core/ports/Clock.h"
 #include "core/ports/FileSystem.h"
@@ -46,9 +48,9 @@ public:
     /// Takes what the port tells. Lost data deletes the file and ends the application; any error, such as a device that
     /// is gone or a full disk, cancels the download.
     void TakeEvent(SerialEvent event);
-    /// True once the end mark has arrived: the file is whole and closed, the state holds it as the chosen counter file,
-    /// and the settings hold baud rate and port number. To be asked about every 100 ms, not for every character.
-    bool Finish();
+    /// The counter file once the end mark has arrived: it is whole and closed, and the settings hold baud rate and port
+    /// number. To be asked about every 100 ms, not for every character.
+    [[nodiscard]] std::optional<CounterFileChoice> Finish();
 
 private:
     void Append(const std::string& received);

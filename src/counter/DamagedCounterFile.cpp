@@ -41,12 +41,7 @@ void ConvertWholeRuns(AppContext& context, const std::string& path, const Counte
         [&](FileSystem& files, const Progress& progress) { aside = KeepWholeRuns(files, path, check, progress); });
     if (aside.empty()) return;
     context.State.Choices = ForgetDamagedFile(context.Files);
-    ApplicationState& state = context.State;
-    state.GpsObdUpload = false;
-    state.CounterFileChosen = true;
-    state.ChosenCounterFileFolder = FolderOf(path);
-    state.ChosenCounterFileName = BaseName(path);
-    context.OtherScreens.ShowUploadData();
+    context.OtherScreens.ShowUploadData({UploadOf::CounterFile, CounterFileChoice{FolderOf(path), BaseName(path)}});
 }
 
 void Offer(AppContext& context, const std::string& path) {

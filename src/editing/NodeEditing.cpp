@@ -27,7 +27,7 @@ std::int32_t FeetAfter(const NodeRows& rows, std::size_t row) {
 
 class NodePlacer {
 public:
-    NodePlacer(RunRecord& run, const NodeRows& rows, ProfileUnits units) : run_(run), rows_(rows), units_(units) {}
+    NodePlacer(RunRecord& run, const NodeRows& rows, Units units) : run_(run), rows_(rows), units_(units) {}
 
     std::optional<Refusal> Place() {
         double previous = 0;
@@ -68,7 +68,7 @@ private:
 
     RunRecord& run_;
     const NodeRows& rows_;
-    ProfileUnits units_;
+    Units units_;
 };
 
 }  // namespace
@@ -130,7 +130,7 @@ std::optional<Refusal> DeleteRow(RunRecord& run, NodeRows& rows, int active) {
     return std::nullopt;
 }
 
-std::optional<Refusal> PlaceNodes(RunRecord& run, const NodeRows& rows, ProfileUnits units) {
+std::optional<Refusal> PlaceNodes(RunRecord& run, const NodeRows& rows, Units units) {
     if (auto refusal = NodePlacer(run, rows, units).Place()) return refusal;
     const int nodes = std::min(static_cast<int>(rows.size()), MostNamedNodes);
     for (int node = 0; node < nodes; ++node) run.Header.SectionName[node] = rows[static_cast<std::size_t>(node)].Name;

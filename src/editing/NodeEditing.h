@@ -60,7 +60,7 @@ std::optional<Refusal> DeleteRow(RunRecord& run, NodeRows& rows, int active);
 
 /// Flags the sample of every inserted row and puts the rows' names into the header, node by node. A refusal leaves the
 /// run half done: give a copy.
-std::optional<Refusal> PlaceNodes(RunRecord& run, const NodeRows& rows, ProfileUnits units);
+std::optional<Refusal> PlaceNodes(RunRecord& run, const NodeRows& rows, Units units);
 
 void ClearNode(RunRecord& run, std::int32_t sample);
 

@@ -6,7 +6,8 @@
 #include <optional>
 
 #include "analysis/ProfileTrace.h"
-#include "analysis/ProfileUnits.h"
+#include "core/Axis.h"
+#include "core/Units.h"
 
 namespace vantor {
 
@@ -32,9 +33,9 @@ struct PlotRectangle {
 class ProfileGeometry {
 public:
     ProfileGeometry() = default;
-    ProfileGeometry(ProfileUnits units, const RunExtent& extent) : units_(units), extent_(extent) {}
+    ProfileGeometry(vantor::Units units, const RunExtent& extent) : units_(units), extent_(extent) {}
 
-    ProfileUnits Units() const { return units_; }
+    vantor::Units Units() const { return units_; }
     BoundaryAxis Axis() const { return axis_; }
     int ScaleStep() const { return scaleStep_; }
     const PlotRectangle& Rectangle() const { return rectangle_; }
@@ -78,7 +79,7 @@ public:
     std::optional<std::int32_t> IdealSpeedAt(double y) const;
 
 private:
-    ProfileUnits units_;
+    vantor::Units units_;
     RunExtent extent_;
     BoundaryAxis axis_ = BoundaryAxis::Distance;
     PlotRectangle rectangle_;

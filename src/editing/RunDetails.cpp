@@ -98,7 +98,7 @@ std::optional<RunHeader> ReadHeaderOfRunFile(const FileSystem& files, const std:
     return std::nullopt;
 }
 
-RunDetails::RunDetails(const RunRecord& saved, ProfileUnits units)
+RunDetails::RunDetails(const RunRecord& saved, vantor::Units units)
     : saved_(saved), run_(saved), rows_(RowsOf(saved)), units_(units) {}
 
 bool RunDetails::HasChanges(const RunDetailTexts& texts) const {

@@ -43,11 +43,11 @@ struct DetailsSaved {
 /// before Save. Rows count from 0; a refusal leaves everything as it was.
 class RunDetails {
 public:
-    RunDetails(const RunRecord& saved, ProfileUnits units);
+    RunDetails(const RunRecord& saved, vantor::Units units);
 
     const RunRecord& Run() const { return run_; }
     const NodeRows& Rows() const { return rows_; }
-    ProfileUnits Units() const { return units_; }
+    vantor::Units Units() const { return units_; }
     /// True when a Save would store something else than the run was loaded with.
     bool HasChanges(const RunDetailTexts& texts) const;
 
@@ -84,7 +84,7 @@ private:
     RunRecord run_;
     NodeRows rows_;
     std::int32_t samplesCut_ = 0;  ///< from the front of the saved run
-    ProfileUnits units_;
+    vantor::Units units_;
 };
 
 }  // namespace vantor

@@ -134,7 +134,7 @@ void SpeedProfile::DragTo(double x, double y) {
 void SpeedProfile::MoveBy(double units) {
     const ProfileLine line = drag_.DragLine();
     if (line == ProfileLine::None) return;
-    const ProfileUnits shown = geometry_.Units();
+    const Units shown = geometry_.Units();
     if (line == ProfileLine::IdealSpeed) {
         const double speed = IdealSpeed() ? shown.SpeedOfMph(*IdealSpeed()) : geometry_.Speeds().Maximum;
         SetIdealSpeedUser(Round32(std::clamp(shown.MphOfSpeed(speed + units), 0.0, double{MostIdealSpeed})));

@@ -4,13 +4,13 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include "core/Units.h"
 
 namespace vantor {
 namespace {
 
 constexpr double FarthestStanding = 100;      // feet
 constexpr double FastestBesideStanding = 15;  // mph
-constexpr double FeetPerSecondOfMph = 5280.0 / 3600.0;
 constexpr double EarthRadius = 6371008.8 / 0.3048;  // mean radius, feet
 
 /// What is known of a second that has rows.

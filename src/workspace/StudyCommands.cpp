@@ -86,26 +86,19 @@ bool MayLeaveStudy(AppContext& context) {
 }
 
 void DownloadAndProcess(AppContext& context) {
-    context.State.GpsObdUpload = false;
-    context.State.CounterFileChosen = false;
-    if (context.OtherScreens.ShowReadTDC()) context.OtherScreens.ShowUploadData();
+    if (auto file = context.OtherScreens.ShowReadTDC())
+        context.OtherScreens.ShowUploadData({UploadOf::CounterFile, std::move(file)});
 }
 
-void ProcessRuns(AppContext& context) {
-    ApplicationState& state = context.State;
-    struct ModeEnds {
-        bool& Mode;
-        ~ModeEnds() { Mode = false; }
-    } const modeEnds{state.TemporaryRunsMode};
-
-    state.CounterFileChosen = !state.TemporaryRunsMode && context.OtherScreens.ShowUploadSelect();
-    if (state.TemporaryRunsMode || state.CounterFileChosen) context.OtherScreens.ShowUploadData();
+void ProcessCounterFile(AppContext& context) {
+    if (auto file = context.OtherScreens.ShowUploadSelect())
+        context.OtherScreens.ShowUploadData({UploadOf::CounterFile, std::move(file)});
 }
 
 void ImportLog(AppContext& context, LogKind kind) {
-    context.State.GpsObdUpload = true;
-    if (context.OtherScreens.ShowLogSelect(kind) && context.OtherScreens.ShowLogReview(kind))
-        context.OtherScreens.ShowUploadData();
+    const auto log = context.OtherScreens.ShowLogSelect(kind);
+    if (log && context.OtherScreens.ShowLogReview(kind, *log))
+        context.OtherScreens.ShowUploadData({UploadOf::Log, std::nullopt});
 }
 
 void ExportRunList(AppContext& context) {

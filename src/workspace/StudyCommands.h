@@ -21,9 +21,9 @@ bool MayLeaveStudy(AppContext& context);
 /// Downloads a counter, then lets the user process the runs of its dump. Nothing is processed when none came whole.
 void DownloadAndProcess(AppContext& context);
 
-/// Lets the user choose a counter file, unless the temporary-runs mode is set, then process the runs in the
-/// temporary folder. Nothing is processed when no file was chosen. The mode is off afterwards.
-void ProcessRuns(AppContext& context);
+/// Lets the user choose a counter file, then process the runs in the temporary folder. Nothing is processed when no file
+/// was chosen.
+void ProcessCounterFile(AppContext& context);
 
 /// Lets the user choose a log of that kind, review it, and then process the runs made of it. Nothing is processed when
 /// no log was chosen or its review was cancelled.

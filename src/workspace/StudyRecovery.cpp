@@ -80,7 +80,7 @@ void StudyRecovery::Discard() {
     kept_.clear();
 }
 
-void StudyRecovery::OfferAll() {
+bool StudyRecovery::OfferAll() {
     const WorkingPaths& paths = context_.State.Paths;
     const std::string current = StudyGroupFolder(context_.State);
     std::vector<std::string> folders = {current};
@@ -89,7 +89,8 @@ void StudyRecovery::OfferAll() {
     folders.push_back(AsFolder(paths.TempRunsPath));
     for (const std::string& folder : folders)
         for (const Kept& kept : KeptIn(folder))
-            if (Offer(kept)) return;
+            if (Offer(kept)) return true;
+    return false;
 }
 
 void StudyRecovery::OfferForOpened() {
@@ -142,7 +143,6 @@ void StudyRecovery::Restore(const Kept& kept) {
     if (!IsSameFolder(folder, state.Paths.TempRunsPath)) state.Paths.LastStudyGroupPath = folder;
     if (hasFile) state.Paths.LastStudyName = kept.StudyName;
     state.CurrentStudy = kept.Changed;
-    state.StudyLoaded = true;
     state.StudyUnchanged = false;
     state.StudyFieldsEdited = true;
     studyName_ = hasFile ? kept.StudyName : std::string();

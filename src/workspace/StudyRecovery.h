@@ -30,8 +30,8 @@ public:
     void Discard();
 
     /// Asks about all changes left in the Study Groups and in the temporary runs folder until one is restored. A
-    /// restored study is the current one, changed. A file that is damaged is passed over and stays.
-    void OfferAll();
+    /// restored study is the current one, changed; true then. A file that is damaged is passed over and stays.
+    bool OfferAll();
     /// Asks about the changes left of the study that was opened just now; restored they take its place.
     void OfferForOpened();
 

@@ -7,6 +7,7 @@
 #include <QToolTip>
 #include <algorithm>
 
+#include "core/Numeric.h"
 #include "core/forms/Named.h"
 #include "core/forms/PainterCanvas.h"
 #include "core/forms/Theme.h"
@@ -18,7 +19,7 @@ constexpr double Reach = 8;
 /// Lines stand on pixel centres.
 constexpr double PixelCentre = 0.5;
 
-QString Seconds(double seconds) { return ToQt(SecondsText(seconds)) + QStringLiteral(" s"); }
+QString Seconds(double seconds) { return ToQt(OneDecimal(seconds)) + QStringLiteral(" s"); }
 
 QString NotCountedText(const DelayRun& run) { return run.IsCounted ? QString() : QStringLiteral(" (not counted)"); }
 

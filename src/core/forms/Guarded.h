@@ -13,11 +13,12 @@
 namespace vantor {
 
 /// The one boundary around what a user starts: a run-time error, or memory that does not suffice, is shown in a message
-/// box, the operation is abandoned and the program goes on.
+/// box, the operation is abandoned and the program goes on. True where nothing had to be shown.
 template <class Action>
-void Guarded(MessageBoxes& messages, Action&& action) {
+bool Guarded(MessageBoxes& messages, Action&& action) {
     try {
         std::forward<Action>(action)();
+        return true;
     } catch (const RunTimeError& error) {
         messages.Tell(error.Message(), MessageIcon::Critical);
     } catch (const std::bad_alloc&) {
@@ -25,6 +26,7 @@ void Guarded(MessageBoxes& messages, Action&& action) {
     } catch (const std::exception& error) {
         messages.Tell(std::string("This was abandoned: ") + error.what(), MessageIcon::Critical);
     }
+    return false;
 }
 
 /// Calls an action with a signal's arguments, or without them where it takes none.

@@ -1,24 +1,26 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "core/Choices.h"
 #include "core/LogKind.h"
 
 namespace vantor {
 
-/// Opens the other screens of the program, modally. Each returns when its screen is closed; what the user chose
-/// stands in the ApplicationState afterwards.
+/// Opens the other screens of the program, modally. Each returns what the user chose when its screen is closed, nothing
+/// where it was left by another way.
 class Screens {
 public:
     virtual ~Screens() = default;
 
-    virtual void ShowStartUp() = 0;
-    /// True when a study was opened; it is the current one then.
-    virtual bool ShowStudyOpen() = 0;
+    [[nodiscard]] virtual StartUpChoice ShowStartUp() = 0;
+    /// True when a study took the current one's place.
+    [[nodiscard]] virtual bool ShowStudyOpen() = 0;
     /// True when the study was written under the chosen name and group.
-    virtual bool ShowStudySaveAs() = 0;
+    [[nodiscard]] virtual bool ShowStudySaveAs() = 0;
     /// True when runs were added to the current study.
-    virtual bool ShowRunSelect() = 0;
+    [[nodiscard]] virtual bool ShowRunSelect() = 0;
     /// The speed profile of the current run, which is run `entryIndex` of the study.
     virtual void ShowSpeedProfile(int entryIndex) = 0;
     // The editors of the current run, whose samples are loaded; it is run `entryIndex` of the study. A run that they
@@ -33,15 +35,13 @@ public:
     /// The reports on the current study.
     virtual void ShowReportPreview() = 0;
     virtual void ShowPreferences() = 0;
-    /// True when a whole dump was received; its file is the chosen counter file.
-    virtual bool ShowReadTDC() = 0;
-    /// True when a counter file was chosen.
-    virtual bool ShowUploadSelect() = 0;
-    /// True when a log of that kind was chosen.
-    virtual bool ShowLogSelect(LogKind kind) = 0;
-    /// The review of the chosen log; true when its runs were made.
-    virtual bool ShowLogReview(LogKind kind) = 0;
-    virtual void ShowUploadData() = 0;
+    /// The file of a whole dump.
+    [[nodiscard]] virtual std::optional<CounterFileChoice> ShowReadTDC() = 0;
+    [[nodiscard]] virtual std::optional<CounterFileChoice> ShowUploadSelect() = 0;
+    [[nodiscard]] virtual std::optional<LogChoice> ShowLogSelect(LogKind kind) = 0;
+    /// The review of a log; true when its runs were made.
+    [[nodiscard]] virtual bool ShowLogReview(LogKind kind, const LogChoice& log) = 0;
+    virtual void ShowUploadData(const Upload& upload) = 0;
     /// What can be done about the counter file that ended the program the last time.
     virtual void ShowDamagedCounterFile() = 0;
     /// The runs that lie in a Study Group.

@@ -174,9 +174,11 @@ void frmReadTDC::ViewData() {
 
 void frmReadTDC::TakeTick() {
     prgProgress_->setValue(prgProgress_->value() % prgProgress_->maximum() + 1);
-    bool isWhole = false;
-    Run([&] { isWhole = download_.Finish(); });
-    if (isWhole) accept();
+    std::optional<CounterFileChoice> received;
+    Run([&] { received = download_.Finish(); });
+    if (!received) return;
+    choice_ = *received;
+    accept();
 }
 
 void frmReadTDC::ShowPrompt() {
@@ -208,11 +210,6 @@ void frmReadTDC::ShowActivity(bool isReceiving) {
         tmrUpdate_->start();
     else
         tmrUpdate_->stop();
-}
-
-void frmReadTDC::reject() {
-    context_.State.CounterFileChosen = false;
-    QDialog::reject();
 }
 
 void frmReadTDC::done(int result) {

@@ -14,15 +14,16 @@
 
 namespace vantor {
 
-/// Downloads a counter over a serial port. A whole dump closes the window and leaves its file as the chosen counter
-/// file in the state, as frmUploadSelectTDC does; any other way out deletes the unfinished file and clears
-/// CounterFileChosen.
+/// Downloads a counter over a serial port. A whole dump closes the window; any other way out deletes the unfinished
+/// file.
 class frmReadTDC : public QDialog {
 public:
     explicit frmReadTDC(AppContext& context);
     ~frmReadTDC() override;
 
-    void reject() override;
+    /// The file of the dump, when it was accepted.
+    const CounterFileChoice& Choice() const { return choice_; }
+
     void done(int result) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -45,6 +46,7 @@ private:
 
     AppContext& context_;
     CounterDownload download_;
+    CounterFileChoice choice_;
     std::optional<DownloadStage> shown_;
 
     QFrame* fraBaudRate_ = nullptr;

@@ -34,17 +34,20 @@ QLineEdit* NarrowField(QWidget* parent, const char* name, int width) {
 }
 
 /// What to do where no runs wait, by where they come from.
-QString EmptyText(const ApplicationState& state) {
+QString EmptyText(UploadOf of) {
     const QString none = QStringLiteral("No runs are waiting here. ");
-    if (state.TemporaryRunsMode)
-        return none + QStringLiteral("Read a counter file, or process a GPS or OBD log first.");
-    return none + (state.GpsObdUpload ? QStringLiteral("Process a GPS or OBD log first.")
-                                      : QStringLiteral("Read a counter file first."));
+    switch (of) {
+        case UploadOf::TemporaryRuns:
+            return none + QStringLiteral("Read a counter file, or process a GPS or OBD log first.");
+        case UploadOf::Log: return none + QStringLiteral("Process a GPS or OBD log first.");
+        case UploadOf::CounterFile: break;
+    }
+    return none + QStringLiteral("Read a counter file first.");
 }
 
 }  // namespace
 
-frmUploadData::frmUploadData(AppContext& context) : context_(context) {
+frmUploadData::frmUploadData(AppContext& context, const Upload& upload) : context_(context), uploadOf_(upload.Of) {
     setObjectName(QStringLiteral("frmUploadData"));
     setWindowTitle(QStringLiteral("Process Runs in Temp Folder"));
 
@@ -71,7 +74,7 @@ frmUploadData::frmUploadData(AppContext& context) : context_(context) {
     txtTemplateRunNumber_->setText(ToQt(defaults.RunNumber));
     txtTemplateBaseName_->setFocus();
     treSDFPath_->SetRoot(context_.Files, context_.State.Paths.StudyGroupRootPath);
-    Guarded(context_.Messages, [this] { ConvertChosenFile(); });
+    if (upload.ToConvert) Convert(*upload.ToConvert);
     Guarded(context_.Messages, [this] { ListRuns(); });
     RememberLayout(*this, context_.Memory);
 }
@@ -117,7 +120,7 @@ QGroupBox* frmUploadData::BuildRunList() {
     vaSelRuns_ = Named<LongList>(frame, "vaSelRuns");
     vaSelRuns_->setAccessibleName(QStringLiteral("Runs in the temporary runs folder"));
     shownRuns_.emplace(*vaSelRuns_, context_.Work, UnitsOf(context_.State));
-    vaSelRuns_->SetEmptyText(EmptyText(context_.State));
+    vaSelRuns_->SetEmptyText(EmptyText(uploadOf_));
     btnRename_ = ToolButton(frame, "btnRename", QString(), "rename");
     btnRename_->setToolTip(QStringLiteral("Rename selected file(s)"));
     OfferUndo(false);
@@ -194,20 +197,16 @@ std::string frmUploadData::TempFolder() const { return AsFolder(context_.State.P
 
 std::string frmUploadData::GroupName() const { return std::string(Trim(FromQt(TxtStudyGroup_->text()))); }
 
-void frmUploadData::ConvertChosenFile() {
-    ApplicationState& state = context_.State;
-    if (state.GpsObdUpload || !state.CounterFileChosen) return;
-    state.CounterFileChosen = false;
-    const std::string path =
-        AsFolder(state.ChosenCounterFileFolder) + state.ChosenCounterFileName + CounterFileExtension;
+void frmUploadData::Convert(const CounterFileChoice& file) {
+    const std::string path = AsFolder(file.Folder) + file.Name + CounterFileExtension;
     RunRecord last;
     Guarded(context_.Messages, [&] {
-        context_.Work.Run("Converting counter file " + state.ChosenCounterFileName,
+        context_.Work.Run("Converting counter file " + file.Name,
                           [&last, path, folder = TempFolder()](FileSystem& files, const Progress& progress) {
                               ConvertCounterFile(files, path, folder, last, progress);
                           });
     });
-    state.CurrentRun = std::move(last);
+    context_.State.CurrentRun = std::move(last);
 }
 
 void frmUploadData::ListRuns() {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/AppContext.h"
+#include "core/Choices.h"
 #include "core/forms/FolderTree.h"
 #include "core/forms/LongList.h"
 #include "counter/forms/RunTable.h"
@@ -17,11 +18,11 @@
 
 namespace vantor {
 
-/// Gives the runs of the temporary runs folder their names and moves them into Study Groups. When a counter file is
-/// chosen in the state, it is converted into that folder first, once.
+/// Gives the runs of the temporary runs folder their names and moves them into Study Groups. A counter file to convert
+/// is converted into that folder first, once.
 class frmUploadData : public QDialog {
 public:
-    explicit frmUploadData(AppContext& context);
+    explicit frmUploadData(AppContext& context, const Upload& upload = {});
 
 private:
     QGroupBox* BuildDirections();
@@ -31,7 +32,7 @@ private:
     QLayout* BuildButtons();
     void ConnectControls();
 
-    void ConvertChosenFile();
+    void Convert(const CounterFileChoice& file);
     void ListRuns();
     void ShowNames();
     std::vector<UploadRun*> SelectedRuns();
@@ -52,6 +53,7 @@ private:
     std::string GroupName() const;
 
     AppContext& context_;
+    const UploadOf uploadOf_;
     std::vector<UploadRun> runs_;  ///< in the order of the listing; rows refer to them by index
     std::string currentGroup_;     ///< the Study Group chosen or made last
 

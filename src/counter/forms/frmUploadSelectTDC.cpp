@@ -138,15 +138,8 @@ void frmUploadSelectTDC::ShowStudies() {
 void frmUploadSelectTDC::Select() {
     const ListedCounterFile* file = SelectedFile();
     if (file == nullptr) return;
-    context_.State.ChosenCounterFileFolder = folder_;
-    context_.State.ChosenCounterFileName = file->Name;
-    context_.State.CounterFileChosen = true;
+    choice_ = {folder_, file->Name};
     accept();
-}
-
-void frmUploadSelectTDC::reject() {
-    context_.State.CounterFileChosen = false;
-    QDialog::reject();
 }
 
 void frmUploadSelectTDC::showEvent(QShowEvent* event) {

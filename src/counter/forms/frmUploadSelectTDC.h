@@ -6,18 +6,19 @@
 #include <vector>
 
 #include "core/AppContext.h"
+#include "core/Choices.h"
 #include "core/forms/FolderTree.h"
 #include "core/forms/Table.h"
 #include "counter/forms/CounterFiles.h"
 
 namespace vantor {
 
-/// Chooses the counter file to convert. The choice stands in the state: CounterFileChosen with the file's folder and
-/// name. Any way out but Select clears CounterFileChosen.
+/// Chooses the counter file to convert.
 class frmUploadSelectTDC : public QDialog {
 public:
     explicit frmUploadSelectTDC(AppContext& context);
-    void reject() override;
+    /// When it was accepted.
+    const CounterFileChoice& Choice() const { return choice_; }
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -40,6 +41,7 @@ private:
     CounterStudiesFrame* FrFileDetails_ = nullptr;
     QPushButton* BtnSelect_ = nullptr;
     QPushButton* BtnCancel_ = nullptr;
+    CounterFileChoice choice_;
     std::string folder_;
     std::vector<ListedCounterFile> listed_;
 };

@@ -237,7 +237,7 @@ void RunDetailsControls::ShowButtons(const RunHeader& header, const RunDetailTex
     SetTabOrder();
 }
 
-void RunDetailsControls::ShowSummary(const RunHeader& header, std::size_t nodes, ProfileUnits units) {
+void RunDetailsControls::ShowSummary(const RunHeader& header, std::size_t nodes, Units units) {
     RunDetailsNumberOfSections->setText(QString::number(nodes));
     RunDetailsDuration->setText(QStringLiteral("%1 s").arg(header.Duration));
     RunDetailsLength->setText(ToQt(units.LengthText(header.RunLength)));

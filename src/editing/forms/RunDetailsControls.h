@@ -21,7 +21,7 @@ struct RunDetailsControls {
     RunDetailTexts TypedTexts() const;
     /// A row for each key that was used, with the labels of `texts`.
     void ShowButtons(const RunHeader& header, const RunDetailTexts& texts);
-    void ShowSummary(const RunHeader& header, std::size_t nodes, ProfileUnits units);
+    void ShowSummary(const RunHeader& header, std::size_t nodes, Units units);
 
     QLineEdit* RunDetailsName;
     QLineEdit* RunDetailsDate;

@@ -150,14 +150,13 @@ void frmRunDetails::TrimRunWith(std::optional<Refusal> (RunDetails::*trim)(const
 void frmRunDetails::ListBackups() {
     QMenu& menu = *controls_.btnRestore->menu();
     menu.clear();
-    const ProfileUnits units = details_.Units();
+    const Units units = details_.Units();
     for (const RunBackup& backup : RunBackupsOf(context_.Files, StudyGroupFolder(context_.State), RunName())) {
-        const QString text = QStringLiteral("%1    kept %2 %3    %4 s, %5 %6")
+        const QString text = QStringLiteral("%1    kept %2 %3    %4 s, %5")
                                  .arg(ToQt(LastComponent(backup.Path)).replace(QLatin1Char('&'), QLatin1String("&&")),
                                       ToQt(ShortDate(backup.Kept)), ToQt(ShortTime(backup.Kept)))
                                  .arg(backup.Header.SampleCount)
-                                 .arg(Round32(units.LengthOfFeet(backup.Header.RunLength)))
-                                 .arg(units.Metric ? QStringLiteral("m") : QStringLiteral("ft"));
+                                 .arg(ToQt(units.LengthText(backup.Header.RunLength)));
         Connect(menu.addAction(text), &QAction::triggered, this, context_.Messages,
                 [this, backup] { Restore(backup); });
     }

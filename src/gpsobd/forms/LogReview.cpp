@@ -44,20 +44,14 @@ const ScreenOfKind& ScreenOf(LogKind kind) {
     return HasGps(kind) ? gps : obd;
 }
 
-bool IsHandheld(LogKind kind) { return kind == LogKind::GpsHandheld || kind == LogKind::ObdHandheld; }
-
-/// The chosen log; empty when there is none.
-std::string ChosenLog(const ApplicationState& state, LogKind kind) {
-    if (state.SelectedDataFile.empty()) return {};
-    const std::string extension =
-        IsHandheld(kind) ? (state.SelectedDataIsPdb ? ".pdb" : ".mdb") : state.SelectedDataExt;
-    return AsFolder(state.SelectedDataFolder) + state.SelectedDataFile + extension;
-}
-
 }  // namespace
 
-LogReview::LogReview(AppContext& context, LogKind kind)
-    : context_(context), kind_(kind), model_(LoadLog(), context.Work), export_(context, model_.Grid()) {
+LogReview::LogReview(AppContext& context, LogKind kind, const LogChoice& log)
+    : context_(context),
+      kind_(kind),
+      logPath_(log.File.empty() ? std::string() : AsFolder(log.Folder) + log.File + log.Extension),
+      model_(LoadLog(), context.Work),
+      export_(context, AsFolder(log.Folder) + log.File, model_.Grid()) {
     const ScreenOfKind& screenOfKind = ScreenOf(kind);
     setObjectName(QLatin1String(screenOfKind.Form));
     setWindowTitle(QLatin1String(screenOfKind.Caption));
@@ -92,7 +86,6 @@ LogReview::LogReview(AppContext& context, LogKind kind)
 FieldLog LogReview::LoadLog() {
     FieldLog log;
     log.Kind = kind_;
-    logPath_ = ChosenLog(context_.State, kind_);
     isLoaded_ = logPath_.empty();
     if (isLoaded_) return log;
     Guarded(context_.Messages, [&] {
@@ -119,11 +112,7 @@ FieldLog LogReview::LoadLog() {
     return log;
 }
 
-int LogReview::exec() {
-    if (isLoaded_) return QDialog::exec();
-    context_.State.DataFileSelected = false;
-    return Rejected;
-}
+int LogReview::exec() { return isLoaded_ ? QDialog::exec() : int{Rejected}; }
 
 QLayout* LogReview::BuildHead() {
     const auto addPair = [this](QHBoxLayout* row, const QString& title, const char* name, const QString& text) {
@@ -289,10 +278,7 @@ void LogReview::FindAndFixAll(ReviewGrid::Search search) {
     SetRepairing(false);
     // Of what the repair did nothing is asked, of what was changed before it is.
     const bool wasStopped = std::exchange(stopRequested_, false);
-    if (wasStopped && MayDiscard(hadChanges)) {
-        context_.State.DataFileSelected = false;
-        return QDialog::done(Rejected);
-    }
+    if (wasStopped && MayDiscard(hadChanges)) return QDialog::done(Rejected);
     ShowGaps();
     vaData_->ShowActive();
     vaData_->setFocus();
@@ -379,9 +365,7 @@ void LogReview::Change(const std::function<void(ReviewGrid&)>& change, const QSt
 }
 
 void LogReview::MakeRuns() {
-    if (!WriteReview(context_, model_.Grid())) return;
-    context_.State.DataFileSelected = true;
-    accept();
+    if (WriteReview(context_, model_.Grid())) accept();
 }
 
 void LogReview::done(int result) {
@@ -389,10 +373,7 @@ void LogReview::done(int result) {
         stopRequested_ = true;
         return;
     }
-    if (result == Rejected) {
-        if (!MayDiscard(model_.Grid().CanUndo())) return;
-        context_.State.DataFileSelected = false;
-    }
+    if (result == Rejected && !MayDiscard(model_.Grid().CanUndo())) return;
     QDialog::done(result);
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/AppContext.h"
+#include "core/Choices.h"
 #include "gpsobd/forms/GapList.h"
 #include "gpsobd/forms/ReviewExport.h"
 #include "gpsobd/forms/ReviewTable.h"
@@ -16,15 +17,14 @@ class QLayout;
 
 namespace vantor {
 
-/// The review of the chosen log: frmGPSViewData, frmOBDViewData or frmGPSOBDViewData by the log's kind. Shows every
+/// The review of a log: frmGPSViewData, frmOBDViewData or frmGPSOBDViewData by the log's kind. Shows every
 /// point, repairs missing values, deletes rows, exports the rows and, on OK, makes runs of them in the folder of
-/// temporary runs and writes the log back. DataFileSelected says afterwards whether that was done; it is false, too,
-/// after a log that could not be read, which was told then.
+/// temporary runs and writes the log back; it is accepted then.
 class LogReview : public QDialog {
 public:
-    LogReview(AppContext& context, LogKind kind);
+    LogReview(AppContext& context, LogKind kind, const LogChoice& log);
 
-    /// Rejected at once, without being shown, when the log could not be read.
+    /// Rejected at once, without being shown, when the log could not be read, which was told then.
     int exec() override;
     /// Asks before changes are lost. While "Find and Fix All" runs it only requests the stop.
     void done(int result) override;
@@ -61,13 +61,13 @@ private:
 
     AppContext& context_;
     LogKind kind_;
+    const std::string logPath_;  ///< empty when no log was chosen
     bool isLoaded_ = false;
     bool isRepairing_ = false;
     bool stopRequested_ = false;
     bool isGoingOnFixing_ = false;  ///< what "Go On From There" does: fix all, or find the next
     QString studyName_;
     QString studyDate_;
-    std::string logPath_;  ///< empty when no log was chosen
     std::vector<LogGap> gapsAsLoaded_;
     ReviewModel model_;
     ReviewExport export_;

@@ -50,7 +50,7 @@ LogSelect::LogSelect(AppContext& context, LogKind kind)
     : context_(context), screen_(ScreenOf(kind)), listing_(context, kind) {
     setObjectName(QLatin1String(screen_.FormName));
     setWindowTitle(QLatin1String(screen_.Caption));
-    context_.State.SelectedDataFolder = AsFolder(context_.State.Paths.FieldDataPath);
+    choice_.Folder = AsFolder(context_.State.Paths.FieldDataPath);
 
     auto* folders = Named<QSplitter>(this, "splFolders");
     folders->addWidget(BuildFolders());
@@ -179,7 +179,7 @@ void LogSelect::OfferCopy() {
     if (!WantsDeviceCopy(context.Messages, device) || !self) return;
     lblProgress_->setText(QStringLiteral("Copying from the handheld..."));
     lblProgress_->repaint();
-    CopyFromDevice(context, device, std::string(context.State.SelectedDataFolder), [self](std::int16_t milliseconds) {
+    CopyFromDevice(context, device, std::string(choice_.Folder), [self](std::int16_t milliseconds) {
         if (self) self->DelayXMsec(milliseconds);
     });
     if (self) lblProgress_->clear();
@@ -215,7 +215,7 @@ void LogSelect::OpenFieldDataFolder() {
 void LogSelect::ListFolder(const std::string& folder) {
     listing_.Stop();
     lblProgress_->clear();
-    context_.State.SelectedDataFolder = folder;
+    choice_.Folder = folder;
     grid_->SetEmptyText({});
     grid_->BeginFilling();
     ShowNote();
@@ -317,16 +317,9 @@ const LogFileType& LogSelect::FileTypeAt(int row) const {
 void LogSelect::Select() {
     const int row = SelectedRow();
     const LogFileType& type = FileTypeAt(row);
-    context_.State.SelectedDataFile = TrimLeft(FromQt(grid_->Text(row, 0)));
-    context_.State.SelectedDataExt = type.Extension;
-    context_.State.SelectedDataIsPdb = std::string_view(type.Mark) == "PDB";
-    context_.State.DataFileSelected = true;
+    choice_.File = TrimLeft(FromQt(grid_->Text(row, 0)));
+    choice_.Extension = type.Extension;
     accept();
-}
-
-void LogSelect::reject() {
-    context_.State.DataFileSelected = false;
-    QDialog::reject();
 }
 
 void LogSelect::done(int result) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/AppContext.h"
+#include "core/Choices.h"
 #include "core/forms/FolderTree.h"
 #include "core/forms/Table.h"
 #include "gpsobd/LogKinds.h"
@@ -14,14 +15,13 @@
 
 namespace vantor {
 
-/// The selection screen of a kind of logs, under the name of that kind's form. The choice stands in the state:
-/// DataFileSelected with SelectedDataFolder, SelectedDataFile (empty where no file is listed), SelectedDataExt and
-/// SelectedDataIsPdb. Any way out but Select clears DataFileSelected. The logs are listed, and the screens of the
-/// handhelds offer to copy one from the device, when the screen is first shown.
+/// The selection screen of a kind of logs, under the name of that kind's form. The logs are listed, and the screens of
+/// the handhelds offer to copy one from the device, when the screen is first shown.
 class LogSelect : public QDialog {
 public:
     LogSelect(AppContext& context, LogKind kind);
-    void reject() override;
+    /// When it was accepted.
+    const LogChoice& Choice() const { return choice_; }
     void done(int result) override;
 
 protected:
@@ -60,6 +60,7 @@ private:
     QLabel* lblProgress_ = nullptr;
     QPushButton* BtnSelect_ = nullptr;
     QPushButton* BtnCancel_ = nullptr;
+    LogChoice choice_;
     QString emptyText_;
     std::vector<NamedText> unreadable_;  ///< databases of the folder, in the order they were read
     bool isLoaded_ = false;

@@ -25,9 +25,9 @@ std::vector<SheetRow> CsvRows(const ReviewGrid& grid, const Progress& progress) 
 }  // namespace
 
 void ReviewExport::ToXls() const {
-    std::string path = PathWith(".xls");
+    std::string path = logPath_ + ".xls";
     if (grid_.RowCount() > MostXlsRows) {
-        path = PathWith(".xlsx");
+        path = logPath_ + ".xlsx";
         if (!context_.Messages.Confirm("The log has " + std::to_string(grid_.RowCount()) +
                                        " rows, an .xls file holds " + std::to_string(MostXlsRows) +
                                        ".\nDo you want to export it to this file instead?\n" + path))
@@ -43,12 +43,8 @@ void ReviewExport::ToXls() const {
 }
 
 std::string ReviewExport::ToNamedFile() const {
-    const std::string path = context_.DesktopServices.ChooseFileToSave(PathWith(".xlsx"), "Export", TableFileKinds());
+    const std::string path = context_.DesktopServices.ChooseFileToSave(logPath_ + ".xlsx", "Export", TableFileKinds());
     return !path.empty() && Write(path) ? path : std::string();
-}
-
-std::string ReviewExport::PathWith(const char* extension) const {
-    return AsFolder(context_.State.SelectedDataFolder) + context_.State.SelectedDataFile + extension;
 }
 
 bool ReviewExport::Write(const std::string& path) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "core/AppContext.h"
 #include "gpsobd/ReviewGrid.h"
@@ -10,7 +11,9 @@ namespace vantor {
 /// Export of a review grid, in the order of the grid, to files beside the chosen log or where the user says.
 class ReviewExport {
 public:
-    ReviewExport(AppContext& context, const ReviewGrid& grid) : context_(context), grid_(grid) {}
+    /// `logPath` has no extension.
+    ReviewExport(AppContext& context, std::string logPath, const ReviewGrid& grid)
+        : context_(context), logPath_(std::move(logPath)), grid_(grid) {}
 
     /// To an .xls file of the log's name; tells how it ended. Offers an .xlsx file for more rows than one holds.
     void ToXls() const;
@@ -18,11 +21,11 @@ public:
     std::string ToNamedFile() const;
 
 private:
-    std::string PathWith(const char* extension) const;
     /// False when it was stopped.
     bool Write(const std::string& path) const;
 
     AppContext& context_;
+    std::string logPath_;
     const ReviewGrid& grid_;
 };
 

@@ -25,6 +25,7 @@
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
 #include "workspace/StudyCommands.h"
+#include "workspace/StudyGroups.h"
 #include "workspace/StudyWorkspace.h"
 #include "workspace/forms/MainMenu.h"
 #include "workspace/forms/ResultsPanel.h"
@@ -160,7 +161,7 @@ void frmMain::Start(const std::string& studyPath) {
     if (state.SettingsWereMissing) ShowFirstRun();
     if (Restarts()) return;
     details_->FillLists();
-    ShowStudyAfter([&] { NewStudy(state, context_.Time); });
+    BeginNewStudy();
     if (NotedDamagedFile(state.Choices))
         Guarded(context_.Messages, [&] { context_.OtherScreens.ShowDamagedCounterFile(); });
     Guarded(context_.Messages, [&] { OpenFirstStudy(studyPath); });
@@ -187,36 +188,38 @@ void frmMain::ShowFirstRun() {
 void frmMain::OpenFirstStudy(const std::string& studyPath) {
     ApplicationState& state = context_.State;
     if (!studyPath.empty()) return OpenStudyAt(FullPath(context_.Files, studyPath));
-    ShowStudyAfter([this] { recovery_.OfferAll(); });
-    if (!state.StudyUnchanged) return;
-    if (state.Settings.UseStartUpScreen != 0) {
-        do ShowStartUpOptions();
-        while (!state.StartUpDone);
-    } else if (LastStudyExists(state, context_.Files)) {
+    bool isRestored = false;
+    Guarded(context_.Messages, [&] { isRestored = recovery_.OfferAll(); });
+    if (isRestored) return ShowStudy();
+    if (state.Settings.UseStartUpScreen != 0)
+        ShowStartUpOptions();
+    else if (LastStudyExists(state, context_.Files))
         // Changes left of it were asked about a moment ago.
-        ShowStudyAfter([&] {
-            OpenStudy(state, context_.Files, context_.DesktopServices, context_.Time, StudyGroupFolder(state),
-                      state.Paths.LastStudyName);
-        });
-    }
+        TakeStudy(StudyGroupFolder(state), state.Paths.LastStudyName, false);
 }
 
 void frmMain::OpenStudyAt(const std::string& studyPath) {
-    ShowStudyAfter([&] {
-        if (OpenStudy(context_.State, context_.Files, context_.DesktopServices, context_.Time, FolderOf(studyPath),
-                      BaseName(studyPath)))
-            recovery_.OfferForOpened();
-    });
+    TakeStudy(FolderOf(studyPath), BaseName(studyPath), true);
 }
 
-void frmMain::ShowStudyAfter(const std::function<void()>& action) {
-    bool& loaded = context_.State.StudyLoaded;
-    loaded = false;
-    Guarded(context_.Messages, action);
-    if (std::exchange(loaded, true))
-        ShowStudy();
-    else
-        ShowStatus();
+void frmMain::TakeStudy(const std::string& folder, const std::string& name, bool offersChanges) {
+    bool isThere = false;
+    const bool isTaken = Guarded(context_.Messages, [&] {
+        isThere = OpenStudy(context_.State, context_.Files, context_.DesktopServices, context_.Time, folder, name);
+    });
+    // It is open even where only the settings could not be saved.
+    if (!isTaken && !IsCurrentStudy(context_.State, folder, name)) return ShowStatus();
+    if (isThere && offersChanges) OfferChanges();
+    ShowStudy();
+}
+
+void frmMain::OfferChanges() {
+    Guarded(context_.Messages, [this] { recovery_.OfferForOpened(); });
+}
+
+void frmMain::BeginNewStudy() {
+    NewStudy(context_.State, context_.Time);
+    ShowStudy();
 }
 
 void frmMain::ShowStudy() {
@@ -323,14 +326,14 @@ void frmMain::ToolbarButtonClick(int index) {
 }
 
 void frmMain::StartNewStudy() {
-    if (MayLeaveStudy(context_)) ShowStudyAfter([this] { NewStudy(context_.State, context_.Time); });
+    if (MayLeaveStudy(context_)) BeginNewStudy();
 }
 
 void frmMain::OpenExistingStudy() {
     if (!MayLeaveStudy(context_)) return;
-    ShowStudyAfter([this] {
-        if (context_.OtherScreens.ShowStudyOpen()) recovery_.OfferForOpened();
-    });
+    if (!context_.OtherScreens.ShowStudyOpen()) return ShowStatus();
+    OfferChanges();
+    ShowStudy();
 }
 
 void frmMain::OpenLastStudy() {
@@ -368,9 +371,13 @@ bool frmMain::Restarts() {
     return wanted;
 }
 
+void frmMain::ProcessRuns() {
+    ProcessCounterFile(context_);
+    RefreshStudyResults();
+}
+
 void frmMain::ProcessTemporaryRuns() {
-    context_.State.GpsObdUpload = false;
-    ProcessRuns(context_);
+    context_.OtherScreens.ShowUploadData({UploadOf::TemporaryRuns, std::nullopt});
     RefreshStudyResults();
 }
 
@@ -379,13 +386,7 @@ void frmMain::ProcessLog(LogKind kind) {
     RefreshStudyResults();
 }
 
-void frmMain::ShowStartUpOptions() {
-    ApplicationState& state = context_.State;
-    state.StartUpDone = false;
-    state.ChosenAtStartUp = StartUpChoice::None;
-    context_.OtherScreens.ShowStartUp();
-    CarryOut(state.ChosenAtStartUp);
-}
+void frmMain::ShowStartUpOptions() { CarryOut(context_.OtherScreens.ShowStartUp()); }
 
 void frmMain::ShowStudyStatistics() {
     const std::string problem = StudyProblem(context_.State.CurrentStudy);

@@ -67,8 +67,10 @@ private:
     void ShowFirstRun();
     void OpenFirstStudy(const std::string& studyPath);
     void OpenStudyAt(const std::string& studyPath);
-    /// Does what may put another study in the current one's place, and shows that one.
-    void ShowStudyAfter(const std::function<void()>& action);
+    void BeginNewStudy();
+    /// Opens a study, offers the changes that were left of it, and shows it.
+    void TakeStudy(const std::string& folder, const std::string& name, bool offersChanges);
+    void OfferChanges();
     void ShowStudy();
     void ShowRunList(RunList list);
     void ShowStatus();
@@ -86,6 +88,7 @@ private:
     void SaveNow();
     void SaveAs();
     void ReadCounter();
+    void ProcessRuns();
     void ProcessTemporaryRuns();
     void ProcessLog(LogKind kind);
     void ShowPreferences();

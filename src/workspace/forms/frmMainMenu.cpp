@@ -19,7 +19,7 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
         {"&File", "mnuFileSaveAs", "Save Study As...", "save-study-as", Keys("Ctrl+Shift+S"), 0, "",
          to(&frmMain::SaveAs)},
         {"&File", "", "", ""},
-        {"&File", "mnuFileReadTDC", "&Read TDC Counter", "read-counter", {}, 5, "Read TDC", to(&frmMain::ReadCounter)},
+        {"&File", "mnuReadTDC", "&Read TDC Counter", "read-counter", {}, 5, "Read TDC", to(&frmMain::ReadCounter)},
         {"&File",
          "mnuFileProcessRuns",
          "Process Runs in Temp Folder",
@@ -27,7 +27,7 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
          {},
          0,
          "",
-         to(&frmMain::ProcessTemporaryRuns)},
+         to(&frmMain::ProcessRuns)},
         {"&File", "mnuFileRoamlap", "Process Roamlap Data", "gps-log", {}, 0, "", log(LogKind::GpsLaptop)},
         {"&File", "mnuFileRoampad", "Process Roampad Data", "handheld", {}, 0, "", log(LogKind::GpsHandheld)},
         {"&File", "mnuFileRevlap", "Process Revlap Data", "obd-log", {}, 0, "", log(LogKind::ObdLaptop)},
@@ -90,7 +90,7 @@ void frmMain::CarryOut(StartUpChoice choice) {
         case StartUpChoice::NewStudy: return StartNewStudy();
         case StartUpChoice::OpenStudy: return OpenExistingStudy();
         case StartUpChoice::LastStudy: return OpenLastStudy();
-        case StartUpChoice::ProcessTdcData:
+        case StartUpChoice::ProcessTdcData: return ProcessRuns();
         case StartUpChoice::ProcessTempRuns: return ProcessTemporaryRuns();
         case StartUpChoice::ReadCounter: return ReadCounter();
         case StartUpChoice::Preferences: return ShowPreferences();

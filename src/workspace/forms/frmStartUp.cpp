@@ -64,7 +64,6 @@ struct frmStartUp::Card {
 frmStartUp::frmStartUp(AppContext& context) : context_(context), choices_(new QButtonGroup(this)) {
     setObjectName(QStringLiteral("frmStartUp"));
     setWindowTitle(QStringLiteral("StartUp Options"));
-    context.State.ChosenAtStartUp = StartUpChoice::None;
     // As a group the cards are walked through with the arrow keys by their places.
     choices_->setExclusive(false);
 
@@ -187,14 +186,8 @@ void frmStartUp::AddKey(QVBoxLayout* group, Qt::Key key, StartUpChoice choice, c
 }
 
 void frmStartUp::Choose(StartUpChoice choice) {
-    context_.State.ChosenAtStartUp = choice;
-    context_.State.TemporaryRunsMode = choice == StartUpChoice::ProcessTempRuns;
+    choice_ = choice;
     accept();
-}
-
-void frmStartUp::done(int result) {
-    context_.State.StartUpDone = true;
-    QDialog::done(result);
 }
 
 }  // namespace vantor

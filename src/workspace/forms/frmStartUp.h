@@ -6,15 +6,16 @@
 #include <vector>
 
 #include "core/AppContext.h"
+#include "core/Choices.h"
 
 namespace vantor {
 
-/// What to begin with. The choice stands in ChosenAtStartUp afterwards and is carried out by the main window; every
-/// way out sets StartUpDone.
+/// What to begin with. The choice is carried out by the main window.
 class frmStartUp : public QDialog {
 public:
     explicit frmStartUp(AppContext& context);
-    void done(int result) override;
+    /// When it was accepted.
+    StartUpChoice Choice() const { return choice_; }
 
 private:
     struct Card;
@@ -30,6 +31,7 @@ private:
 
     AppContext& context_;
     QButtonGroup* choices_;
+    StartUpChoice choice_ = StartUpChoice::None;
 };
 
 }  // namespace vantor

@@ -50,9 +50,10 @@ void frmStudyOpen::OpenChosen() {
         return;
     }
     // The study is open even where only the settings could not be saved.
-    Guarded(context_.Messages,
-            [&] { OpenStudy(context_.State, context_.Files, context_.DesktopServices, context_.Time, group, name); });
-    if (IsCurrentStudy(context_.State, group, name)) accept();
+    const bool isTaken = Guarded(context_.Messages, [&] {
+        OpenStudy(context_.State, context_.Files, context_.DesktopServices, context_.Time, group, name);
+    });
+    if (isTaken || IsCurrentStudy(context_.State, group, name)) accept();
 }
 
 }  // namespace vantor

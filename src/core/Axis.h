@@ -1,12 +1,11 @@
 #pragma once
 
-#include "core/Units.h"
-
 namespace vantor {
 
-using ProfileUnits = Units;
+/// The smallest of 1, 2, 5, 10, 20, 50, ... that is at least `least`: what a step of an axis may stand for.
+int RoundStep(double least);
 
-/// The speed axis from 0 to a round maximum, with round grid values; in the shown unit.
+/// An axis of speeds from 0 to a round maximum, with round grid values; in the shown unit.
 struct SpeedAxis {
     int Maximum = 10;
     int GridStep = 5;
