@@ -61,7 +61,7 @@ private:
 
     Refusal RefusalAt(std::size_t row, const std::string& reason) const {
         return {"Row " + std::to_string(row + 1) + ": " + reason + "\n\nType another distance or delete the row.",
-                DetailsField::Distance, static_cast<int>(row)};
+                NodeGrid, static_cast<int>(row)};
     }
 
     std::string Shown(double feet) const { return units_.LengthText(feet); }

@@ -15,13 +15,14 @@ inline constexpr int MostNamedNodes = static_cast<int>(decltype(RunHeader::Secti
 /// Characters that a run keeps of a node's name and of a key's label.
 inline constexpr std::size_t NodeNameWidth = 32;
 
-/// The field of a run's details that a refusal is about.
-enum class DetailsField { None, Name, Date, Time, CalConstant, Distance };
+/// The grid of the nodes, as a field that a refusal is about.
+inline constexpr const char* NodeGrid = "vaSectionNames";
 
-/// Why nothing was done: the text to show, empty for a beep, and the field to go to. Rows count from 0.
+/// Why nothing was done: the text to show, empty for a beep, and the control to go to, of the grid the distance in a
+/// row, which count from 0.
 struct Refusal {
     std::string Text;
-    DetailsField Field = DetailsField::None;
+    std::string Field = {};
     int Row = 0;
 };
 

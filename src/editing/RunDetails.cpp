@@ -19,39 +19,56 @@
 namespace vantor {
 namespace {
 
-std::optional<std::int16_t> CalConstantOf(std::string_view typed) {
-    const auto feet = CountOfText(typed, std::numeric_limits<std::int16_t>::max());
-    return feet ? std::optional(To16(*feet)) : std::nullopt;
+bool TakeCalConstant(const std::string& text, RunHeader& header) {
+    const auto feet = CountOfText(text, std::numeric_limits<std::int16_t>::max());
+    if (feet) header.CalConstant = To16(*feet);
+    return feet.has_value();
 }
 
-/// What did not change on the screen keeps its stored value: a start time has seconds that are not shown.
+template <Date RunHeader::*Moment>
+bool TakeMoment(const std::optional<Date>& date, RunHeader& header) {
+    if (date) header.*Moment = *date;
+    return date.has_value();
+}
+
+constexpr RunDetailField Fields[] = {
+    {"RunDetailsName", &RunDetailTexts::Name, [](const RunHeader& header) { return std::string(Trim(header.RunName)); },
+     [](const std::string& text, RunHeader& header) {
+         header.RunName = Trim(text);
+         return true;
+     },
+     ""},
+    {"RunDetailsDate", &RunDetailTexts::RunDate, [](const RunHeader& header) { return ShortDate(header.RunDate); },
+     [](const std::string& text, RunHeader& header) {
+         return TakeMoment<&RunHeader::RunDate>(DayOfText(text), header);
+     },
+     "The date must be a day in the form mm/dd/yy, for example 03/14/08."},
+    {"RunDetailsTime", &RunDetailTexts::RunTime, [](const RunHeader& header) { return ShortTime(header.RunTime); },
+     [](const std::string& text, RunHeader& header) {
+         return TakeMoment<&RunHeader::RunTime>(ClockOfText(text), header);
+     },
+     "The time must be a time of day in the form hh:mm, for example 07:45."},
+    {"RunDetailsCalConst", &RunDetailTexts::CalConstant,
+     [](const RunHeader& header) { return std::to_string(header.CalConstant); }, TakeCalConstant,
+     "The calibration constant must be a whole number from 0 to 32767 (feet per 1000 pulses)."},
+    {"RunDetailsNotes", &RunDetailTexts::Notes,
+     [](const RunHeader& header) { return std::string(TrimRight(header.Notes)); },
+     [](const std::string& text, RunHeader& header) {
+         header.Notes = StoredText(text, NotesWidth);
+         return true;
+     },
+     ""},
+};
+
 std::optional<Refusal> TakeTexts(RunHeader& header, const RunDetailTexts& texts) {
     const RunDetailTexts shown = DetailsOf(header);
-    if (texts.RunDate != shown.RunDate) {
-        const auto date = DayOfText(texts.RunDate);
-        if (!date)
-            return Refusal{"The date must be a day in the form mm/dd/yy, for example 03/14/08.", DetailsField::Date};
-        header.RunDate = *date;
-    }
-    if (texts.RunTime != shown.RunTime) {
-        const auto time = ClockOfText(texts.RunTime);
-        if (!time)
-            return Refusal{"The time must be a time of day in the form hh:mm, for example 07:45.", DetailsField::Time};
-        header.RunTime = *time;
-    }
-    if (texts.CalConstant != shown.CalConstant) {
-        const auto calConstant = CalConstantOf(texts.CalConstant);
-        if (!calConstant)
-            return Refusal{"The calibration constant must be a whole number from 0 to 32767 (feet per 1000 pulses).",
-                           DetailsField::CalConstant};
-        header.CalConstant = *calConstant;
-    }
-    header.RunName = Trim(texts.Name);
+    for (const RunDetailField& field : Fields)
+        if (texts.*field.Text != shown.*field.Text && !field.FromText(texts.*field.Text, header))
+            return Refusal{field.MustHold, field.Control};
     header.HeaderWord1 = texts.IsPrimary ? -1 : 0;
     header.HeaderWord2 = texts.IsPrimary ? 0 : -1;
     header.Before = texts.IsBefore ? -1 : 0;
     header.After = texts.IsBefore ? 0 : -1;
-    if (texts.Notes != shown.Notes) header.Notes = StoredText(texts.Notes, NotesWidth);
     for (int key = 1; key <= KeySlots; ++key)
         if (texts.ButtonLabel[key] != shown.ButtonLabel[key])
             header.ButtonLabel[key] = StoredText(texts.ButtonLabel[key], NodeNameWidth);
@@ -66,15 +83,13 @@ bool MovesAlike(const RunRecord& left, const RunRecord& right) {
 
 }  // namespace
 
+std::span<const RunDetailField> RunDetailFields() { return Fields; }
+
 RunDetailTexts DetailsOf(const RunHeader& header) {
     RunDetailTexts texts;
-    texts.Name = Trim(header.RunName);
-    texts.RunDate = ShortDate(header.RunDate);
-    texts.RunTime = ShortTime(header.RunTime);
-    texts.CalConstant = std::to_string(header.CalConstant);
+    for (const RunDetailField& field : Fields) texts.*field.Text = field.ToText(header);
     texts.IsPrimary = header.HeaderWord1 != 0;
     texts.IsBefore = header.Before != 0;
-    texts.Notes = TrimRight(header.Notes);
     for (int key = 1; key <= KeySlots; ++key)
         if (header.ButtonWord[key] != 0) texts.ButtonLabel[key] = TrimRight(header.ButtonLabel[key]);
     return texts;
@@ -114,9 +129,8 @@ void RunDetails::SetTypedDistance(int row, const std::string& text) {
 }
 
 void RunDetails::Calibrate(const std::string& calConstant) {
-    const auto value = CalConstantOf(calConstant);
-    if (!value || *value == run_.Header.CalConstant) return;
-    run_.Header.CalConstant = *value;
+    const std::int16_t before = run_.Header.CalConstant;
+    if (!TakeCalConstant(calConstant, run_.Header) || run_.Header.CalConstant == before) return;
     DecodeEditedRun(run_);
     MeasureRows(run_, rows_);
 }
@@ -187,7 +201,7 @@ DetailsSaved RunDetails::Save(ApplicationState& state, FileSystem& files, int en
     const bool keepsName = name == Trim(saved_.Header.RunName);
     if (!keepsName) {
         const std::string problem = RunNameProblem(state, files, name);
-        if (!problem.empty()) return {Refusal{problem, DetailsField::Name}, {}};
+        if (!problem.empty()) return {Refusal{problem, "RunDetailsName"}, {}};
     }
     RunRecord edited;
     if (auto refusal = Complete(texts, edited)) return {refusal, {}};

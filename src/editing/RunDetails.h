@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "core/ApplicationState.h"
@@ -26,6 +27,19 @@ struct RunDetailTexts {
     bool operator==(const RunDetailTexts&) const = default;
 };
 RunDetailTexts DetailsOf(const RunHeader& header);
+
+/// One of these that is shown as a text: how it is shown and how it is taken.
+struct RunDetailField {
+    const char* Control;
+    std::string RunDetailTexts::*Text;
+    std::string (*ToText)(const RunHeader& header);
+    /// False for a text that is none of this value; the header stays then.
+    bool (*FromText)(const std::string& text, RunHeader& header);
+    const char* MustHold;  ///< what the text must be, for a message
+};
+/// In the order of the screen, which is the order the texts are taken in. A text that is as it was shown is not taken:
+/// a start time has seconds that are not shown.
+std::span<const RunDetailField> RunDetailFields();
 
 /// A text as a file keeps it: cut at `width` characters, "?" for what Windows-1252 does not have.
 std::string StoredText(const std::string& text, std::size_t width);

@@ -23,79 +23,96 @@ Date Found(const std::optional<Date>& date) {
     return *date;
 }
 
-std::int16_t Integer16OfText(const std::string& text) { return To16(IntegerOfText(text)); }
-
 std::int16_t DurationOfText(const std::string& text) {
-    const std::int16_t duration = Integer16OfText(text);
+    const std::int16_t duration = To16(IntegerOfText(text));
     if (duration < 0) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
     return duration;
 }
 
-/// Takes the texts that differ from those that were shown.
-class TextTaker {
-public:
-    TextTaker(RunHeader& header, const RunFileTexts& texts) : header_(header), shown_(TextsOf(header)), texts_(texts) {}
+template <auto Number>
+std::string NumberText(const RunHeader& header) {
+    return std::to_string(header.*Number);
+}
+template <std::int16_t RunHeader::*Number>
+void TakeNumber(const std::string& text, RunHeader& header) {
+    header.*Number = To16(IntegerOfText(text));
+}
+template <std::string RunHeader::*Text>
+std::string PlainText(const RunHeader& header) {
+    return std::string(TrimRight(header.*Text));
+}
+template <std::string RunHeader::*Text, std::size_t Width>
+void TakeText(const std::string& text, RunHeader& header) {
+    header.*Text = FirstCharacters(text, Width);
+}
+/// A flag with its opposite beside it.
+template <std::int16_t RunHeader::*Flag, std::int16_t RunHeader::*Opposite>
+void TakeFlag(bool isSet, RunHeader& header) {
+    header.*Flag = isSet ? -1 : 0;
+    header.*Opposite = isSet ? 0 : -1;
+}
 
-    /// `must` says what the text must be, for the message.
-    template <class Convert, class Value>
-    void Take(const char* name, std::string RunFileTexts::*field, Convert convert, Value& value, const char* must) {
-        const std::string& text = texts_.*field;
-        if (text == shown_.*field) return;
-        try {
-            value = convert(text);
-        } catch (const RunTimeError& error) {
-            throw RunTimeError(error.Number(),
-                               std::string(name) + ": \"" + text + "\"\n" + must + " Nothing was stored.");
-        }
-    }
+constexpr const char* NumberMust = "Enter a whole number from -32768 to 32767.";
 
-    void Take16(const char* name, std::string RunFileTexts::*field, std::int16_t& value) {
-        Take(name, field, Integer16OfText, value, "Enter a whole number from -32768 to 32767.");
-    }
-
-    void TakeText(std::string RunFileTexts::*field, std::size_t width, std::string& value) {
-        if (texts_.*field != shown_.*field) value = FirstCharacters(texts_.*field, width);
-    }
-
-    /// A flag with its opposite beside it.
-    void TakeFlag(std::string RunFileTexts::*field, const char* setText, std::int16_t& flag, std::int16_t& opposite) {
-        if (texts_.*field == shown_.*field) return;
-        const bool isSet = texts_.*field == setText;
-        flag = isSet ? -1 : 0;
-        opposite = isSet ? 0 : -1;
-    }
-
-    void TakeLabelsAndNames() {
-        for (int key = 1; key <= ShownKeys; ++key)
-            if (texts_.ButtonLabel[key] != shown_.ButtonLabel[key])
-                header_.ButtonLabel[key] = FirstCharacters(texts_.ButtonLabel[key], RunTextWidth);
-        for (int node = 0; node < ShownNodes; ++node)
-            if (texts_.SectionName[node] != TrimRight(header_.SectionName[node]))
-                header_.SectionName[node] = FirstCharacters(texts_.SectionName[node], RunTextWidth);
-    }
-
-private:
-    RunHeader& header_;
-    const RunFileTexts shown_;
-    const RunFileTexts& texts_;
+constexpr RunTextField Fields[] = {
+    {"RunName", "Run&Name", nullptr, &RunFileTexts::RunName, PlainText<&RunHeader::RunName>,
+     TakeText<&RunHeader::RunName, RunNameWidth>, ""},
+    {"RunDate", "Run&Date", "mm/dd/yy", &RunFileTexts::RunDate,
+     [](const RunHeader& header) { return ShortDate(header.RunDate); },
+     [](const std::string& text, RunHeader& header) { header.RunDate = Found(DayOfText(text)); },
+     "Enter a date as mm/dd/yy."},
+    {"RunTime", "Run&Time", "hh:mm", &RunFileTexts::RunTime,
+     [](const RunHeader& header) { return ShortTime(header.RunTime); },
+     [](const std::string& text, RunHeader& header) { header.RunTime = Found(ClockOfText(text)); },
+     "Enter a time as hh:mm."},
+    {"CountNumber", "&CountNumber", "", &RunFileTexts::CountNumber, NumberText<&RunHeader::CountNumber>,
+     TakeNumber<&RunHeader::CountNumber>, NumberMust},
+    {"RunNumber", "&RunNumber", "", &RunFileTexts::RunNumber, NumberText<&RunHeader::RunNumber>,
+     TakeNumber<&RunHeader::RunNumber>, NumberMust},
+    {"SiteCode", "S&iteCode", nullptr, &RunFileTexts::SiteCode, PlainText<&RunHeader::SiteCode>,
+     TakeText<&RunHeader::SiteCode, RunTextWidth>, ""},
+    {"CalConstant", "C&alConstant", "ft per 1000 pulses", &RunFileTexts::CalConstant,
+     NumberText<&RunHeader::CalConstant>,
+     [](const std::string& text, RunHeader& header) { header.CalConstant = Round16(Val(text)); },
+     "Enter a number from -32768 to 32767."},
+    {"BeforeOrAfter", "&BeforeOrAfter", "Before or After", &RunFileTexts::BeforeOrAfter,
+     [](const RunHeader& header) { return BeforeAfterText(header.Before); },
+     [](const std::string& text, RunHeader& header) {
+         TakeFlag<&RunHeader::Before, &RunHeader::After>(text == "Before", header);
+     },
+     ""},
+    {"RunType", "RunT&ype", "Primary or Secondary", &RunFileTexts::RunType,
+     [](const RunHeader& header) { return RunTypeText(header.HeaderWord1); },
+     [](const std::string& text, RunHeader& header) {
+         TakeFlag<&RunHeader::HeaderWord1, &RunHeader::HeaderWord2>(text == "Primary", header);
+     },
+     ""},
+    {"Length", "&Length", "ft", &RunFileTexts::Length, NumberText<&RunHeader::RunLength>,
+     [](const std::string& text, RunHeader& header) { header.RunLength = IntegerOfText(text); },
+     "Enter a whole number from -2147483648 to 2147483647."},
+    {"Duration", "D&uration", "s, at most 32767", &RunFileTexts::Duration, NumberText<&RunHeader::Duration>,
+     [](const std::string& text, RunHeader& header) { header.Duration = DurationOfText(text); },
+     "A run has 0 to 32767 samples, one a second."},
+    {"NumberOfSections", "Nu&mberOfSections", "", &RunFileTexts::NumberOfSections,
+     NumberText<&RunHeader::NumberOfSections>, TakeNumber<&RunHeader::NumberOfSections>, NumberMust},
 };
+
+void TakeField(const RunTextField& field, const std::string& text, RunHeader& header) {
+    try {
+        field.FromText(text, header);
+    } catch (const RunTimeError& error) {
+        throw RunTimeError(error.Number(),
+                           std::string(field.Name) + ": \"" + text + "\"\n" + field.MustHold + " Nothing was stored.");
+    }
+}
 
 }  // namespace
 
+std::span<const RunTextField> RunTextFields() { return Fields; }
+
 RunFileTexts TextsOf(const RunHeader& header) {
     RunFileTexts texts;
-    texts.RunName = TrimRight(header.RunName);
-    texts.RunDate = ShortDate(header.RunDate);
-    texts.RunTime = ShortTime(header.RunTime);
-    texts.CountNumber = std::to_string(header.CountNumber);
-    texts.RunNumber = std::to_string(header.RunNumber);
-    texts.SiteCode = TrimRight(header.SiteCode);
-    texts.CalConstant = std::to_string(header.CalConstant);
-    texts.BeforeOrAfter = BeforeAfterText(header.Before);
-    texts.RunType = RunTypeText(header.HeaderWord1);
-    texts.Length = std::to_string(header.RunLength);
-    texts.Duration = std::to_string(header.Duration);
-    texts.NumberOfSections = std::to_string(header.NumberOfSections);
+    for (const RunTextField& field : Fields) texts.*field.Text = field.ToText(header);
     for (int key = 1; key <= ShownKeys; ++key)
         if (header.ButtonWord[key] != 0) texts.ButtonLabel[key] = TrimRight(header.ButtonLabel[key]);
     for (int node = 0; node < ShownNodes; ++node) {
@@ -109,25 +126,16 @@ RunFileTexts TextsOf(const RunHeader& header) {
 RunRecord WithTexts(const RunRecord& run, const RunFileTexts& texts) {
     RunRecord edited = run;
     RunHeader& header = edited.Header;
-    TextTaker taker(header, texts);
-    taker.TakeText(&RunFileTexts::RunName, RunNameWidth, header.RunName);
-    taker.Take("RunDate", &RunFileTexts::RunDate, [](const std::string& text) { return Found(DayOfText(text)); }, header.RunDate, "Enter a date as mm/dd/yy.");
-    taker.Take("RunTime", &RunFileTexts::RunTime, [](const std::string& text) { return Found(ClockOfText(text)); }, header.RunTime, "Enter a time as hh:mm.");
-    taker.Take16("CountNumber", &RunFileTexts::CountNumber, header.CountNumber);
-    taker.Take16("RunNumber", &RunFileTexts::RunNumber, header.RunNumber);
-    taker.TakeText(&RunFileTexts::SiteCode, RunTextWidth, header.SiteCode);
-    taker.Take(
-        "CalConstant", &RunFileTexts::CalConstant, [](const std::string& text) { return Round16(Val(text)); },
-        header.CalConstant, "Enter a number from -32768 to 32767.");
-    taker.TakeFlag(&RunFileTexts::BeforeOrAfter, "Before", header.Before, header.After);
-    taker.TakeFlag(&RunFileTexts::RunType, "Primary", header.HeaderWord1, header.HeaderWord2);
-    taker.Take("Length", &RunFileTexts::Length, IntegerOfText, header.RunLength,
-               "Enter a whole number from -2147483648 to 2147483647.");
-    taker.Take("Duration", &RunFileTexts::Duration, DurationOfText, header.Duration,
-               "A run has 0 to 32767 samples, one a second.");
-    taker.Take16("NumberOfSections", &RunFileTexts::NumberOfSections, header.NumberOfSections);
-    taker.TakeLabelsAndNames();
-    taker.TakeText(&RunFileTexts::Notes, RunNotesWidth, header.Notes);
+    const RunFileTexts shown = TextsOf(header);
+    for (const RunTextField& field : Fields)
+        if (texts.*field.Text != shown.*field.Text) TakeField(field, texts.*field.Text, header);
+    for (int key = 1; key <= ShownKeys; ++key)
+        if (texts.ButtonLabel[key] != shown.ButtonLabel[key])
+            header.ButtonLabel[key] = FirstCharacters(texts.ButtonLabel[key], RunTextWidth);
+    for (int node = 0; node < ShownNodes; ++node)
+        if (texts.SectionName[node] != TrimRight(header.SectionName[node]))
+            header.SectionName[node] = FirstCharacters(texts.SectionName[node], RunTextWidth);
+    if (texts.Notes != shown.Notes) header.Notes = FirstCharacters(texts.Notes, RunNotesWidth);
 
     if (header.Duration < 0) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
     header.SampleCount = header.Duration;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,20 @@ struct RunFileTexts {
 
     bool operator==(const RunFileTexts&) const = default;
 };
+
+/// One value of the header that is shown as a text alone: how it is shown and how it is taken.
+struct RunTextField {
+    const char* Name;     ///< the record's, and the control's
+    const char* Caption;  ///< with its access key
+    const char* Unit;     ///< what stands behind the field; nothing behind a long one
+    std::string RunFileTexts::*Text;
+    std::string (*ToText)(const RunHeader& header);
+    /// Throws what a text that is none of this value is an error of.
+    void (*FromText)(const std::string& text, RunHeader& header);
+    const char* MustHold;  ///< what the text must be, for a message
+};
+/// In the order of the screen, which is the order the texts are taken in.
+std::span<const RunTextField> RunTextFields();
 
 /// The texts of a header, trailing blanks removed. A node 0 without a name is "[Start]", the node whose number is
 /// NumberOfSections "[End]".

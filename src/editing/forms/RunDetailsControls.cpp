@@ -16,7 +16,7 @@
 namespace vantor {
 namespace {
 
-QLineEdit* TextField(QWidget* parent, const char* name, std::size_t width) {
+QLineEdit* NewField(QWidget* parent, const char* name, std::size_t width) {
     auto* field = Named<QLineEdit>(parent, name);
     field->setMaxLength(static_cast<int>(width));
     return field;
@@ -24,7 +24,7 @@ QLineEdit* TextField(QWidget* parent, const char* name, std::size_t width) {
 
 /// A short field, as wide as `text`.
 QLineEdit* ShortField(QWidget* parent, const char* name, const char* text) {
-    auto* field = TextField(parent, name, 10);
+    auto* field = NewField(parent, name, 10);
     field->setFixedWidth(field->fontMetrics().horizontalAdvance(QLatin1String(text)) + 24);
     return field;
 }
@@ -88,7 +88,7 @@ RunDetailsControls::RunDetailsControls(QDialog& window) : window_(window) {
 }
 
 QLayout* RunDetailsControls::LayOutHeader() {
-    RunDetailsName = TextField(&window_, "RunDetailsName", RunNameWidth);
+    RunDetailsName = NewField(&window_, "RunDetailsName", RunNameWidth);
     RunDetailsName->setMinimumWidth(RunDetailsName->fontMetrics().averageCharWidth() * 32);
     RunDetailsDate = ShortField(&window_, "RunDetailsDate", "00/00/0000");
     RunDetailsDay = Figure(&window_, "RunDetailsDay", QStringLiteral("Day"), QStringLiteral("Wednesday"));
@@ -97,7 +97,7 @@ QLayout* RunDetailsControls::LayOutHeader() {
     RunDetailsCalConst->setAlignment(Qt::AlignRight);
     QWidget* type = Options(&window_, "RunDetailsType", "Primary", "Secondary", optPrimary, optSecondary);
     QWidget* beforeOrAfter = Options(&window_, "RunDetailsBeforeOrAfter", "Before", "After", optBefore, optAfter);
-    RunDetailsNotes = TextField(&window_, "RunDetailsNotes", NotesWidth);
+    RunDetailsNotes = NewField(&window_, "RunDetailsNotes", NotesWidth);
 
     auto* date = new QHBoxLayout;
     date->addWidget(RunDetailsDate);
@@ -184,26 +184,24 @@ QLayout* RunDetailsControls::LayOutFoot() {
     return row;
 }
 
+QLineEdit& RunDetailsControls::TextField(const RunDetailField& field) const {
+    return *window_.findChild<QLineEdit*>(QLatin1String(field.Control));
+}
+
 void RunDetailsControls::ShowTexts(const RunDetailTexts& texts) {
-    RunDetailsName->setText(ToQt(texts.Name));
-    RunDetailsDate->setText(ToQt(texts.RunDate));
-    RunDetailsTime->setText(ToQt(texts.RunTime));
-    RunDetailsCalConst->setText(ToQt(texts.CalConstant));
+    for (const RunDetailField& field : RunDetailFields()) {
+        TextField(field).setText(ToQt(texts.*field.Text));
+        TextField(field).setCursorPosition(0);
+    }
     (texts.IsPrimary ? optPrimary : optSecondary)->setChecked(true);
     (texts.IsBefore ? optBefore : optAfter)->setChecked(true);
-    RunDetailsNotes->setText(ToQt(texts.Notes));
-    for (QLineEdit* field : {RunDetailsName, RunDetailsNotes}) field->setCursorPosition(0);
 }
 
 RunDetailTexts RunDetailsControls::TypedTexts() const {
     RunDetailTexts texts;
-    texts.Name = FromQt(RunDetailsName->text());
-    texts.RunDate = FromQt(RunDetailsDate->text());
-    texts.RunTime = FromQt(RunDetailsTime->text());
-    texts.CalConstant = FromQt(RunDetailsCalConst->text());
+    for (const RunDetailField& field : RunDetailFields()) texts.*field.Text = FromQt(TextField(field).text());
     texts.IsPrimary = optPrimary->isChecked();
     texts.IsBefore = optBefore->isChecked();
-    texts.Notes = FromQt(RunDetailsNotes->text());
     for (const auto& [key, label] : ButtonLabels) texts.ButtonLabel[key] = FromQt(label->text());
     return texts;
 }
@@ -217,7 +215,7 @@ void RunDetailsControls::ShowButtons(const RunHeader& header, const RunDetailTex
     int row = 0;
     for (int key = 1; key <= KeySlots; ++key) {
         if (header.ButtonWord[key] == 0) continue;
-        auto* label = TextField(rows, "", NodeNameWidth);
+        auto* label = NewField(rows, "", NodeNameWidth);
         label->setObjectName(QStringLiteral("ButtonLabel(%1)").arg(key));
         label->setText(ToQt(texts.ButtonLabel[key]));
         label->setCursorPosition(0);

@@ -54,6 +54,7 @@ struct RunDetailsControls {
     QPushButton* cmdHelp;
 
 private:
+    QLineEdit& TextField(const RunDetailField& field) const;
     QLayout* LayOutHeader();
     QWidget* LayOutSummary();
     QWidget* LayOutButtonsUsed();

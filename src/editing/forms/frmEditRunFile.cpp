@@ -20,27 +20,6 @@ namespace {
 /// What a field takes; dates, numbers and flags have no width of their own.
 constexpr std::size_t FreeWidth = 32;
 
-struct RunField {
-    const char* Name;
-    const char* Caption;
-    std::string RunFileTexts::*Text;
-    const char* Unit;  ///< what stands behind the field; nothing behind a long one
-};
-constexpr RunField RunFields[] = {
-    {"RunName", "Run&Name", &RunFileTexts::RunName, nullptr},
-    {"RunDate", "Run&Date", &RunFileTexts::RunDate, "mm/dd/yy"},
-    {"RunTime", "Run&Time", &RunFileTexts::RunTime, "hh:mm"},
-    {"CountNumber", "&CountNumber", &RunFileTexts::CountNumber, ""},
-    {"RunNumber", "&RunNumber", &RunFileTexts::RunNumber, ""},
-    {"SiteCode", "S&iteCode", &RunFileTexts::SiteCode, nullptr},
-    {"CalConstant", "C&alConstant", &RunFileTexts::CalConstant, "ft per 1000 pulses"},
-    {"BeforeOrAfter", "&BeforeOrAfter", &RunFileTexts::BeforeOrAfter, "Before or After"},
-    {"RunType", "RunT&ype", &RunFileTexts::RunType, "Primary or Secondary"},
-    {"Length", "&Length", &RunFileTexts::Length, "ft"},
-    {"Duration", "D&uration", &RunFileTexts::Duration, "s, at most 32767"},
-    {"NumberOfSections", "Nu&mberOfSections", &RunFileTexts::NumberOfSections, ""},
-};
-
 QString Indexed(const char* name, int index) { return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(index); }
 
 RunRecord Decoded(RunRecord run) {
@@ -101,7 +80,7 @@ QWidget* frmEditRunFile::BuildRun() {
     auto* grid = new QGridLayout(frame);
     grid->setColumnStretch(1, 1);
     int row = 0;
-    for (const RunField& run : RunFields) {
+    for (const RunTextField& run : RunTextFields()) {
         QLineEdit* field = AddField(frame, QLatin1String(run.Name), texts_.*run.Text, FreeWidth);
         field->setMinimumWidth(fontMetrics().averageCharWidth() * 20);
         field->setAccessibleDescription(QLatin1String(run.Unit));

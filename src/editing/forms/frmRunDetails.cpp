@@ -201,17 +201,11 @@ bool frmRunDetails::Refused(const std::optional<Refusal>& refusal) {
         context_.DesktopServices.Beep();
     else
         context_.Messages.Tell(refusal->Text, MessageIcon::Warning);
-    const auto goTo = [](QLineEdit* field) {
+    if (refusal->Field == NodeGrid) {
+        controls_.vaSectionNames->Edit(refusal->Row, NodeTable::Distance);
+    } else if (auto* field = findChild<QLineEdit*>(ToQt(refusal->Field))) {
         field->setFocus();
         field->selectAll();
-    };
-    switch (refusal->Field) {
-        case DetailsField::None: break;
-        case DetailsField::Name: goTo(controls_.RunDetailsName); break;
-        case DetailsField::Date: goTo(controls_.RunDetailsDate); break;
-        case DetailsField::Time: goTo(controls_.RunDetailsTime); break;
-        case DetailsField::CalConstant: goTo(controls_.RunDetailsCalConst); break;
-        case DetailsField::Distance: controls_.vaSectionNames->Edit(refusal->Row, NodeTable::Distance); break;
     }
     return true;
 }
