@@ -36,7 +36,8 @@ public:
     std::string Copied;          ///< what lies on the clipboard
     std::vector<std::byte> CopiedPicture;
     PagedDocument Printed;
-    bool Prints = true;  ///< false where the user cancels printing
+    bool Prints = true;        ///< false where the user cancels printing
+    std::string PrinterFault;  ///< what printing fails with; empty where it goes well
     void Beep() override { ++Beeps; }
     void OpenWebPage(const std::string& address) override { Opened.push_back(address); }
     void ViewText(const std::string& path) override { Opened.push_back(path); }
@@ -63,6 +64,7 @@ public:
     void CopyText(const std::string& text) override { Copied = text; }
     void CopyPicture(const std::vector<std::byte>& png) override { CopiedPicture = png; }
     bool Print(const PagedDocument& document) override {
+        if (!PrinterFault.empty()) throw RunTimeError(ErrorNumber::PrinterError, PrinterFault);
         if (Prints) Printed = document;
         return Prints;
     }
@@ -98,8 +100,8 @@ public:
     void ShowPreferences() override { Show("frmPrefs"); }
     bool ShowReadTDC() override { return Show("frmReadTDC"); }
     bool ShowUploadSelect() override { return Show("frmUploadSelectTDC"); }
-    bool ShowLogSelect(LogKind kind) override { return Show("select " + std::string(NameOf(kind))); }
-    bool ShowLogReview(LogKind kind) override { return Show("review " + std::string(NameOf(kind))); }
+    bool ShowLogSelect(LogKind kind) override { return Show("select " + NameOf(kind)); }
+    bool ShowLogReview(LogKind kind) override { return Show("review " + NameOf(kind)); }
     void ShowUploadData() override { Show("frmUploadData"); }
     void ShowDamagedCounterFile() override { Show("damaged counter file"); }
     void ShowUploadRunList(const std::string&) override { Show("frmUploadRunList"); }
@@ -107,16 +109,10 @@ public:
     void ShowDeleteTDCFiles() override { Show("frmDeleteTDCFiles"); }
 
 private:
-    static const char* NameOf(LogKind kind) {
-        switch (kind) {
-            case LogKind::GpsLaptop: return "GPS laptop";
-            case LogKind::ObdLaptop: return "OBD laptop";
-            case LogKind::GpsHandheld: return "GPS handheld";
-            case LogKind::ObdHandheld: return "OBD handheld";
-            case LogKind::GpsObd: return "GPS and OBD";
-            case LogKind::Battelle: return "Battelle";
-        }
-        return "";
+    static std::string NameOf(LogKind kind) {
+        constexpr const char* Names[] = {"GPS laptop",   "OBD laptop",  "GPS handheld",
+                                         "OBD handheld", "GPS and OBD", "Battelle"};
+        return Names[static_cast<int>(kind)];
     }
     bool Show(const std::string& name) {
         Shown.push_back(name);
