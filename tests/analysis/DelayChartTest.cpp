@@ -8,6 +8,12 @@
 namespace vantor {
 namespace {
 
+using testing::Contains;
+using testing::DoubleEq;
+using testing::ElementsAre;
+using testing::Field;
+using testing::Not;
+
 void Append(DelaySeries& series, std::int32_t delay) {
     const int number = series.RunCount() + 1;
     series.Append({.Name = "NB-" + std::to_string(number), .Number = number}, delay);
@@ -19,20 +25,21 @@ DelaySeries SeriesOf(const std::vector<std::int32_t>& delays) {
     return series;
 }
 
+std::vector<double> AveragesOf(const DelaySeries& series) {
+    std::vector<double> averages;
+    for (const DelayRun& run : series.Runs()) averages.push_back(run.RunningAverage);
+    return averages;
+}
+
 TEST(DelaySeriesTest, AxisEndsAtTensAroundTheDelays) {
-    struct {
-        std::vector<std::int32_t> Delays;
-        int YMax;
-        int YMin;
-    } const cases[] = {
+    const std::tuple<std::vector<std::int32_t>, int, int> cases[] = {
         {{}, 10, 0},      {{0, 0}, 10, 0},        {{9}, 10, 0},        {{10}, 20, 0},
         {{20, 3}, 30, 0}, {{40}, 50, 0},          {{-5}, 10, -10},     {{-10}, 10, -10},
         {{-11}, 10, -20}, {{7, -1, 12}, 20, -10}, {{32759}, 32760, 0}, {{-32760}, 10, -32760},
     };
-    for (const auto& expected : cases) {
-        const DelaySeries series = SeriesOf(expected.Delays);
-        EXPECT_EQ(series.YMax(), expected.YMax) << testing::PrintToString(expected.Delays);
-        EXPECT_EQ(series.YMin(), expected.YMin) << testing::PrintToString(expected.Delays);
+    for (const auto& [delays, yMax, yMin] : cases) {
+        const DelaySeries series = SeriesOf(delays);
+        EXPECT_EQ(std::tuple(series.YMax(), series.YMin()), std::tuple(yMax, yMin)) << testing::PrintToString(delays);
     }
     EXPECT_ERROR(Overflow, SeriesOf({32760}).YMax());
     EXPECT_ERROR(Overflow, SeriesOf({-32761}).YMin());
@@ -42,27 +49,20 @@ TEST(DelaySeriesTest, AxisEndsAtTensAroundTheDelays) {
 
 TEST(DelaySeriesTest, AveragesRunsSoFarFromA32BitSum) {
     Study study;
-    for (const std::int32_t delay : {20, 0, -6}) {
-        StudyRunEntry entry;
-        entry.EntryRunName = " NB-" + std::to_string(delay) + "  ";
-        entry.ControlDelay = delay;
-        study.Entries.Append(entry);
-    }
     study.Record.RunCount = 3;
+    for (const std::int32_t delay : {20, 0, -6})
+        study.Entries.Append({.EntryRunName = " NB-" + std::to_string(delay) + "  ", .ControlDelay = delay});
     std::vector<RunListRow> rows(3);
-    for (const int counted : {0, 2}) rows[static_cast<std::size_t>(counted)].State = RunState::Counted;
+    rows[0].State = rows[2].State = RunState::Counted;
     const DelaySeries series(study, rows, DelayRuns::All);
     EXPECT_EQ(series.Runs()[3].Name, "NB--6");
-    EXPECT_DOUBLE_EQ(series.Runs()[1].RunningAverage, 20);
-    EXPECT_DOUBLE_EQ(series.Runs()[2].RunningAverage, 10);
-    EXPECT_DOUBLE_EQ(series.Runs()[3].RunningAverage, 14.0 / 3);
+    EXPECT_THAT(AveragesOf(series), ElementsAre(20, 10, DoubleEq(14.0 / 3)));
     EXPECT_TRUE(series.ShowsNotCounted());
 
     const DelaySeries counted(study, rows, DelayRuns::Counted);
-    ASSERT_EQ(counted.RunCount(), 2);
+    EXPECT_THAT(AveragesOf(counted), ElementsAre(20, 7)) << "(20 - 6) / 2, the summary's average";
     EXPECT_FALSE(counted.ShowsNotCounted());
     EXPECT_EQ(counted.Runs()[2].Number, 3);
-    EXPECT_DOUBLE_EQ(counted.Runs()[2].RunningAverage, 7) << "(20 - 6) / 2, the summary's average";
 
     // 65538 * 32767 = 2147483646
     DelaySeries highest = SeriesOf(std::vector<std::int32_t>(65538, 32767));
@@ -74,15 +74,12 @@ TEST(DelaySeriesTest, AveragesRunsSoFarFromA32BitSum) {
 TEST(DelayScaleTest, SpreadsRunsWithAFreeStepAtEachEnd) {
     const DelayScale two({50, 350, 300, 0}, SeriesOf({1, 2}));
     EXPECT_EQ(two.XStep(), 100);
-    EXPECT_EQ(two.XOf(1), 150);
     EXPECT_EQ(two.XOf(2), 250);
     EXPECT_EQ(DelayScale({50, 350, 300, 0}, {}).XStep(), 300);
 
     // Halves go to the even unit.
     const DelayScale nine({0, 25, 300, 0}, SeriesOf(std::vector<std::int32_t>(9)));
-    EXPECT_EQ(nine.XOf(1), 2);
-    EXPECT_EQ(nine.XOf(3), 8);
-    EXPECT_EQ(nine.XOf(5), 12);
+    EXPECT_THAT((std::array{nine.XOf(1), nine.XOf(3), nine.XOf(5)}), ElementsAre(2, 8, 12));
     // In single precision 7 / 6 is a little less, so that three steps are less than 3.5.
     EXPECT_EQ(DelayScale({0, 7, 300, 0}, SeriesOf(std::vector<std::int32_t>(5))).XOf(3), 3);
     EXPECT_ERROR(Overflow, DelayScale({32000, 32767, 300, 0}, {}).XOf(2));
@@ -94,10 +91,9 @@ TEST(DelayScaleTest, PlacesDelaysAndAverages) {
     EXPECT_EQ(scale.ValueStep(), 1);
     EXPECT_EQ(scale.WindowStep(), 30);  // of 30.5
     EXPECT_EQ(DelayScale({0, 100, 315, 0}, {}).WindowStep(), 32);
-    EXPECT_EQ(scale.YOfDelay(0), 305);
-    EXPECT_EQ(scale.YOfDelay(1), 274);  // 274.5
-    EXPECT_EQ(scale.YOfDelay(3), 214);  // 213.5
-    EXPECT_EQ(scale.YOfDelay(-2), 305);
+    // 274.5 and 213.5 go to the even unit.
+    for (const auto& [seconds, y] : {std::pair{0, 305}, {1, 274}, {3, 214}, {-2, 305}})
+        EXPECT_EQ(scale.YOfDelay(static_cast<std::int16_t>(seconds)), y);
     EXPECT_EQ(scale.YOfAverage(-2), 366);
     EXPECT_EQ(scale.YOfAverage(10), 0);
 
@@ -157,19 +153,18 @@ protected:
         return "(" + std::to_string(static_cast<int>(point.X)) + "," + std::to_string(static_cast<int>(point.Y)) + ")";
     }
 
-    bool Shows(const std::string& text) const {
-        return std::any_of(Canvas.Texts.begin(), Canvas.Texts.end(),
-                           [&](const RecordingCanvas::Text& shown) { return shown.Shown == text; });
-    }
-
     RecordingCanvas Canvas;
 };
+
+testing::Matcher<const RecordingCanvas::Text&> Shows(const std::string& text) {
+    return Field(&RecordingCanvas::Text::Shown, text);
+}
 
 TEST_F(DelayChartDrawingTest, DrawsDelaysThenTheAverageFromTheSecondRun) {
     Draw({20, 0, -6, 26});
     EXPECT_EQ(Dots(), "red(80,123) red(140,323) red(200,323) red(260,63) blue(200,276) blue(260,223) ");
     EXPECT_EQ(AverageLine(), "(140,223)-(200,276) (200,276)-(260,223) ");
-    EXPECT_TRUE(Shows("Negative delays are drawn at 0."));
+    EXPECT_THAT(Canvas.Texts, Contains(Shows("Negative delays are drawn at 0.")));
 
     Draw({-6, -6, -6});
     EXPECT_EQ(Dots(), "red(95,210) red(170,210) red(245,210) blue(245,318) ")
@@ -178,11 +173,11 @@ TEST_F(DelayChartDrawingTest, DrawsDelaysThenTheAverageFromTheSecondRun) {
     Draw({26, 2});
     EXPECT_EQ(Dots(), "red(120,63) red(220,303) ");
     EXPECT_EQ(AverageLine(), "");
-    EXPECT_FALSE(Shows("Negative delays are drawn at 0."));
+    EXPECT_THAT(Canvas.Texts, Not(Contains(Shows("Negative delays are drawn at 0."))));
 
     Draw({});
     EXPECT_EQ(Dots(), "");
-    EXPECT_TRUE(Shows("There is no run to show."));
+    EXPECT_THAT(Canvas.Texts, Contains(Shows("There is no run to show.")));
 }
 
 TEST_F(DelayChartDrawingTest, AxisValuesStandAtTheirStepsAndNeverOverlap) {
@@ -208,7 +203,7 @@ TEST_F(DelayChartDrawingTest, PicturesHaveATitleAndALegend) {
         Canvas = writer.Pages.at(0);
         for (const char* text :
              {"AM Peak", "Running Avg. of Control Delay", "Control Delay Values", "Control Delay (s)"})
-            EXPECT_TRUE(Shows(text)) << text;
+            EXPECT_THAT(Canvas.Texts, Contains(Shows(text)));
         ExpectTextsApart(Canvas, DelayPictureSize.Width, DelayPictureSize.Height);
     }
 }

@@ -2,166 +2,97 @@
 
 #include <gtest/gtest.h>
 
+#include "fakes/PutFiles.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
 namespace {
 
-RunRecord RunOf(std::vector<std::int16_t> pulses, std::int16_t calConstant) {
-    RunRecord run;
-    run.Header.CalConstant = calConstant;
-    run.Header.SampleCount = static_cast<std::int32_t>(pulses.size());
-    run.SampleValues = OneBased<std::int16_t>(std::move(pulses));
-    return run;
-}
-
-AppSettings SettingsWithStopSpeed(std::int16_t threshold) {
-    AppSettings settings;
-    settings.SpeedFactor = static_cast<float>(3600.0 / 5280.0);
-    settings.StopSpeedThreshold = threshold;
-    return settings;
-}
-
 /// A drive with two stops: up to speed, five seconds at rest, on, and a short stop.
-const std::vector<std::int16_t> Drive = {0,  10, 33, 47, 58, 66, 66, 64, 50, 31, 12, 3,  0,  0,  0,  0,  0, 5,
-                                         18, 34, 49, 61, 66, 67, 66, 65, 40, 0,  0,  12, 40, 60, 66, 66, 66};
+const std::vector<int> Drive = {0,  10, 33, 47, 58, 66, 66, 64, 50, 31, 12, 3,  0,  0,  0,  0,  0, 5,
+                                18, 34, 49, 61, 66, 67, 66, 65, 40, 0,  0,  12, 40, 60, 66, 66, 66};
 
-struct Expected {
-    std::int32_t StopDelay, StartSample, EndSample, StartDist, EndDist, IdealSpeedCalc, ControlDelay;
+/// Stop delay, start and end sample, start and end distance, computed ideal speed, control delay, grade.
+using Figures = std::tuple<int, int, int, int, int, int, int, std::string>;
+Figures FiguresOf(const PlotState& plot, const StudyRunEntry& entry) {
+    return {entry.StopDelay, plot.CDStartSample,   plot.CDEndSample,   entry.CDStartDist,
+            entry.CDEndDist, entry.IdealSpeedCalc, entry.ControlDelay, entry.LOSGrade};
+}
+
+struct Case {
+    const char* What;
+    std::vector<int> Values;
+    PlotState Plot;
+    StudyRunEntry Entry;
+    Figures Expected;
+    std::int16_t CalConstant = 1000;
+    std::int16_t StopSpeed = 0;
 };
+constexpr BoundaryAxis Time = BoundaryAxis::Time;
 
-void ExpectFigures(const PlotState& plot, const StudyRunEntry& entry, const Expected& expected) {
-    EXPECT_EQ(entry.StopDelay, expected.StopDelay);
-    EXPECT_EQ(plot.CDStartSample, expected.StartSample);
-    EXPECT_EQ(plot.CDEndSample, expected.EndSample);
-    EXPECT_EQ(entry.CDStartDist, expected.StartDist);
-    EXPECT_EQ(entry.CDEndDist, expected.EndDist);
-    EXPECT_EQ(entry.IdealSpeedCalc, expected.IdealSpeedCalc);
-    EXPECT_EQ(entry.ControlDelay, expected.ControlDelay);
+TEST(DelayStatistics, ComputesARunBetweenItsBoundaries) {
+    const Case cases[] = {
+        {"distances", Drive, {}, {.CDStartDist = 200, .CDEndDist = 1300}, {7, 6, 32, 200, 1300, 54, 12, "B"}, 1246},
+        {"the user's ideal speed, and a threshold",
+         Drive,
+         {},
+         {.CDStartDist = 200, .CDEndDist = 1300, .IdealSpeedCalc = 54, .IdealSpeedUser = 40},
+         {9, 6, 32, 200, 1300, 54, 7, "A"},
+         1246,
+         5},
+        {"faster than its ideal speed", Drive, {Time, 4, 30}, {}, {7, 4, 30, 112, 1207, 25, -4, "A"}, 1246},
+        {"another calibration", Drive, {Time, 3, 34}, {}, {11, 3, 34, 34, 922, 26, 8, "A"}, 777, 7},
+        // 10 + 20 = 30 feet; 30 + 20 + 30 = 80 feet. 50 feet at (13.6 + 20.5) / 2 = 17 mph take 2 seconds.
+        {"the start's sample counts twice", {10, 20, 30, 40}, {Time, 2, 3}, {}, {0, 2, 3, 30, 80, 17, -1, "A"}},
+        // 10, 30 found at sample 2; then 50, 80, and sample 4 is not looked at: the earlier sample number stays. The
+        // missing speed is 0, so 20 feet a second halved are 10: 80 feet take 8 seconds.
+        {"never on the last sample",
+         {10, 20, 30, 40},
+         {.CDEndSample = 77},
+         {.CDStartDist = 15, .CDEndDist = 95},
+         {0, 2, 77, 15, 95, 7, 67, "E"}},
+        // The end scan starts on sample 4 with 60 feet behind it. 60 - 1000 feet at 22 feet a second: -42.7 seconds.
+        {"a start that runs out leaves the last sample to the end",
+         {10, 20, 30, 0},
+         {},
+         {.CDStartDist = 1000, .CDEndDist = 60, .IdealSpeedUser = 15},
+         {1, 0, 4, 1000, 60, 0, 47, "D"}},
+        // 22 feet a second are 15.0000001 mph with the factor as it is held, and 15 in single precision.
+        {"at the threshold", {22, 44, 66, 88, 0}, {Time, 1, 4}, {}, {1, 1, 4, 22, 242, 38, -1, "A"}, 1000, 15},
+        {"at a higher one", {22, 44, 66, 88, 0}, {Time, 1, 4}, {}, {2, 1, 4, 22, 242, 38, -1, "A"}, 1000, 30},
+    };
+    for (const Case& given : cases) {
+        PlotState plot = given.Plot;
+        StudyRunEntry entry = given.Entry;
+        const RunRecord run = RunOfValues(given.Values, given.CalConstant);
+        const IdealSpeed ideal = ComputeRunDelay(run, MphSettings(given.StopSpeed), plot, entry);
+        EXPECT_EQ(FiguresOf(plot, entry), given.Expected) << given.What;
+        EXPECT_EQ(ideal.Shown, entry.IdealSpeedUser != 0 ? entry.IdealSpeedUser : entry.IdealSpeedCalc) << given.What;
+    }
 }
 
-TEST(DelayStatistics, DistanceBoundaries) {
-    StudyRunEntry entry;
-    entry.CDStartDist = 200;
-    entry.CDEndDist = 1300;
-    PlotState plot;
-    const IdealSpeed ideal = ComputeRunDelay(RunOf(Drive, 1246), SettingsWithStopSpeed(0), plot, entry);
-    ExpectFigures(plot, entry, {7, 6, 32, 200, 1300, 54, 12});
-    EXPECT_EQ(entry.LOSGrade, "B");
-    EXPECT_EQ(ideal.Shown, 54);
+TEST(DelayStatistics, AnErrorKeepsWhatWasWrittenBeforeIt) {
+    StudyRunEntry entry{.ControlDelay = 33, .LOSGrade = "C", .StopDelay = 9};
+    PlotState plot{Time, 2, 3};
+    EXPECT_ERROR(DivisionByZero, ComputeRunDelay(RunOfValues({0, 0, 0, 0, 0}), MphSettings(), plot, entry));
+    EXPECT_EQ(FiguresOf(plot, entry), (Figures{2, 2, 3, 0, 0, 0, 33, "C"})) << "an ideal speed of 0";
 
-    entry.IdealSpeedUser = 40;
-    ComputeRunDelay(RunOf(Drive, 1246), SettingsWithStopSpeed(5), plot, entry);
-    ExpectFigures(plot, entry, {9, 6, 32, 200, 1300, 54, 7});
-}
+    entry = {.CDStartDist = 25, .CDEndDist = 2000000000, .ControlDelay = 33};
+    plot = {.CDEndSample = -2147483647};
+    EXPECT_ERROR(Overflow, ComputeRunDelay(RunOfValues({10, 20, 30, 40}), MphSettings(), plot, entry));
+    EXPECT_EQ(FiguresOf(plot, entry), (Figures{0, 2, -2147483647, 25, 2000000000, 7, 33, ""}));
 
-TEST(DelayStatistics, TimeBoundaries) {
-    StudyRunEntry entry;
-    PlotState plot{BoundaryAxis::Time, 4, 30};
-    ComputeRunDelay(RunOf(Drive, 1246), SettingsWithStopSpeed(0), plot, entry);
-    ExpectFigures(plot, entry, {7, 4, 30, 112, 1207, 25, -4});
-    EXPECT_EQ(entry.LOSGrade, "A") << "a run faster than its ideal speed";
-
-    plot = {BoundaryAxis::Time, 3, 34};
-    ComputeRunDelay(RunOf(Drive, 777), SettingsWithStopSpeed(7), plot, entry);
-    ExpectFigures(plot, entry, {11, 3, 34, 34, 922, 26, 8});
-}
-
-TEST(DelayStatistics, StartSampleCountsTwiceInTheDistance) {
-    StudyRunEntry entry;
-    PlotState plot{BoundaryAxis::Time, 2, 3};
-    ComputeRunDelay(RunOf({10, 20, 30, 40}, 1000), SettingsWithStopSpeed(0), plot, entry);
-    // 10 + 20 = 30 feet; 30 + 20 + 30 = 80 feet. 50 feet at (13.6 + 20.5) / 2 = 17 mph take 2 seconds.
-    ExpectFigures(plot, entry, {0, 2, 3, 30, 80, 17, -1});
-}
-
-TEST(DelayStatistics, BoundaryIsNeverFoundOnTheLastSample) {
-    StudyRunEntry entry;
-    entry.CDStartDist = 15;
-    entry.CDEndDist = 95;
-    PlotState plot;
-    plot.CDEndSample = 77;
-    ComputeRunDelay(RunOf({10, 20, 30, 40}, 1000), SettingsWithStopSpeed(0), plot, entry);
-    // 10, 30 found at sample 2; then 50, 80, and sample 4 is not looked at: the earlier sample number stays. The
-    // missing speed is 0, so 20 feet a second halved are 10: 80 feet take 8 seconds.
-    ExpectFigures(plot, entry, {0, 2, 77, 15, 95, 7, 67});
-}
-
-TEST(DelayStatistics, StartThatRunsOutLeavesTheLastSampleToTheEndScan) {
-    StudyRunEntry entry;
-    entry.CDStartDist = 1000;
-    entry.CDEndDist = 60;
-    entry.IdealSpeedUser = 15;
-    PlotState plot;
-    ComputeRunDelay(RunOf({10, 20, 30, 0}, 1000), SettingsWithStopSpeed(0), plot, entry);
-    // The end scan starts on sample 4 with 60 feet behind it. 60 - 1000 feet at 22 feet a second: -42.7 seconds.
-    ExpectFigures(plot, entry, {1, 0, 4, 1000, 60, 0, 47});
-}
-
-TEST(DelayStatistics, IdealSpeedOfZeroLeavesDelayAndGrade) {
-    StudyRunEntry entry;
-    entry.ControlDelay = 33;
-    entry.LOSGrade = "C";
-    entry.StopDelay = 9;
-    PlotState plot{BoundaryAxis::Time, 2, 3};
-    EXPECT_ERROR(DivisionByZero, ComputeRunDelay(RunOf({0, 0, 0, 0, 0}, 1000), SettingsWithStopSpeed(0), plot, entry));
-    EXPECT_EQ(entry.ControlDelay, 33);
-    EXPECT_EQ(entry.LOSGrade, "C");
-    EXPECT_EQ(entry.StopDelay, 2);
-    EXPECT_EQ(entry.CDEndDist, 0);
-}
-
-TEST(DelayStatistics, OverflowKeepsWhatWasWritten) {
-    StudyRunEntry entry;
-    entry.CDStartDist = 25;
-    entry.CDEndDist = 2000000000;
-    entry.ControlDelay = 33;
-    PlotState plot;
-    plot.CDEndSample = -2147483647;
-    EXPECT_ERROR(Overflow, ComputeRunDelay(RunOf({10, 20, 30, 40}, 1000), SettingsWithStopSpeed(0), plot, entry));
-    EXPECT_EQ(plot.CDStartSample, 2);
-    EXPECT_EQ(entry.IdealSpeedCalc, 7);
-    EXPECT_EQ(entry.ControlDelay, 33);
-    entry.IdealSpeedUser = 40000;
-    plot.CDEndSample = 3;
-    EXPECT_ERROR(Overflow, ComputeRunDelay(RunOf({10, 20, 30, 40}, 1000), SettingsWithStopSpeed(0), plot, entry))
-        << "the ideal speed is shown as a 16-bit number";
-}
-
-TEST(DelayStatistics, RunsTooShortToLookAt) {
-    StudyRunEntry entry;
-    entry.CDStartDist = 100;
-    entry.CDEndDist = 200;
-    PlotState plot;
-    EXPECT_ERROR(SubscriptOutOfRange, ComputeRunDelay(RunOf({}, 1000), SettingsWithStopSpeed(0), plot, entry));
-    EXPECT_ERROR(SubscriptOutOfRange, ComputeRunDelay(RunOf({10}, 1000), SettingsWithStopSpeed(0), plot, entry));
-}
-
-TEST(DelayStatistics, ThresholdIsInclusiveInSinglePrecision) {
-    StudyRunEntry entry;
-    PlotState plot{BoundaryAxis::Time, 1, 4};
-    // 22 feet a second are 15.0000001 mph with the factor as it is held, and 15 in single precision.
-    ComputeRunDelay(RunOf({22, 44, 66, 88, 0}, 1000), SettingsWithStopSpeed(15), plot, entry);
-    EXPECT_EQ(entry.StopDelay, 1);
-    ComputeRunDelay(RunOf({22, 44, 66, 88, 0}, 1000), SettingsWithStopSpeed(30), plot, entry);
-    EXPECT_EQ(entry.StopDelay, 2);
-}
-
-TEST(DelayStatistics, RunningDistancesAddRoundedIncrements) {
-    const auto distances = RunningDistances(RunOf({1, 1, 3}, 1500));
-    EXPECT_EQ(distances[1], 2);
-    EXPECT_EQ(distances[2], 4);
-    EXPECT_EQ(distances[3], 8);
+    entry = {.CDStartDist = 100, .CDEndDist = 200};
+    for (const std::vector<int>& tooShort : {std::vector<int>{}, {10}})
+        EXPECT_ERROR(SubscriptOutOfRange, ComputeRunDelay(RunOfValues(tooShort), MphSettings(), plot, entry));
 }
 
 TEST(DelayStatistics, StoredDistancesLieOnTheFirstSampleThatReachesThem) {
-    const RunRecord run = RunOf({10, 20, 0, 30, 40}, 1000);  // 10, 30, 30, 60, 100 feet
+    EXPECT_EQ(RunningDistances(RunOfValues({1, 1, 3}, 1500)), OneBased<std::int32_t>({2, 4, 8})) << "each is rounded";
+    const RunRecord run = RunOfValues({10, 20, 0, 30, 40});  // 10, 30, 30, 60, 100 feet
     for (const auto& [feet, sample] :
          {std::pair{0, 0}, {1, 1}, {10, 1}, {11, 2}, {30, 2}, {31, 4}, {100, 5}, {101, 5}}) {
-        StudyRunEntry entry;
-        entry.CDStartDist = feet;
-        entry.CDEndDist = feet;
-        const PlotState plot = PlacedBoundaries(run, entry);
+        const PlotState plot = PlacedBoundaries(run, {.CDStartDist = feet, .CDEndDist = feet});
         EXPECT_EQ(plot.CDStartSample, sample) << feet;
         EXPECT_EQ(plot.CDEndSample, sample) << feet;
     }

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include "analysis/StudyEdits.h"
-#include "core/StudyFile.h"
 #include "core/Text.h"
 #include "fakes/FakePorts.h"
 #include "fakes/PutFiles.h"
@@ -13,20 +12,8 @@ namespace {
 
 /// Ten seconds at 44 ft a second (30 mph), with the third and the fourth at rest.
 RunReading StoppedOnce() {
-    RunReading reading;
-    reading.Outcome = RunOutcome::Run;
-    reading.Run.Header.CalConstant = 1000;
-    reading.Run.Header.SampleCount = reading.SamplesInFile = 10;
-    for (const int pulses : {44, 44, 0, 0, 44, 44, 44, 44, 44, 44})
-        reading.Run.SampleValues.Append(static_cast<std::int16_t>(pulses));
-    reading.Run.RunSamples.ResizeTo(10);
-    return reading;
-}
-
-AppSettings EnglishSettings() {
-    AppSettings settings;
-    settings.SpeedFactor = 3600.0F / 5280.0F;
-    return settings;
+    return {
+        .Outcome = RunOutcome::Run, .Run = RunOfValues({44, 44, 0, 0, 44, 44, 44, 44, 44, 44}), .SamplesInFile = 10};
 }
 
 struct Case {
@@ -45,8 +32,11 @@ TEST(RunWarnings, NameWhatAFigureDoesNotTell) {
         {88, 5000, 0, "end not reached; negative control delay"},
         {5000, 6000, 0, "start not reached; end not reached; not computed"},
         {88, 80, 0, "end before start"},
+        {88, 88, 0, "end before start"},
         {88, 300, 5, "negative control delay; ideal speed below 10 mph"},
-        {88, 300, 90, "ideal speed above 80 mph"},
+        {88, 300, 10, "negative control delay"},
+        {88, 300, 80, ""},
+        {88, 300, 81, "ideal speed above 80 mph"},
         {88, 300, 0, "boundary moved without a computation",
          [](StudyRunEntry& entry, RunReading&) { entry.CDEndDist = 310; }},
         {88, 300, 0, "run changed since it was computed",
@@ -57,18 +47,16 @@ TEST(RunWarnings, NameWhatAFigureDoesNotTell) {
     };
     for (const Case& expected : cases) {
         RunReading reading = StoppedOnce();
-        StudyRunEntry entry;
-        entry.CDStartDist = expected.Start;
-        entry.CDEndDist = expected.End;
-        entry.IdealSpeedUser = expected.IdealSpeed;
+        StudyRunEntry entry{
+            .CDStartDist = expected.Start, .CDEndDist = expected.End, .IdealSpeedUser = expected.IdealSpeed};
         PlotState plot = PlacedBoundaries(reading.Run, entry);
         try {
-            if (expected.End != 0) ComputeEntry(reading.Run, EnglishSettings(), plot, entry);
+            if (expected.End != 0) ComputeEntry(reading.Run, MphSettings(), plot, entry);
         } catch (const RunTimeError&) {
             EXPECT_FALSE(entry.Computed->Failure.empty());
         }
         expected.Afterwards(entry, reading);
-        const auto warnings = RunWarnings(entry, FactsOf(reading, entry, EnglishSettings()));
+        const auto warnings = RunWarnings(entry, FactsOf(reading, entry, MphSettings()));
         EXPECT_EQ(Joined(warnings, "; "), expected.Warnings) << expected.Start << " " << expected.End;
     }
 }
@@ -79,20 +67,20 @@ TEST(ComputeRuns, OneThatFailsKeepsItsFiguresAndSaysSo) {
     PutRunFile(program.Files, run, "/start/", "NB-1");
     Study study;
     AppendRun(study, "NB-1");
-    ASSERT_TRUE(SetBounds(study, {1}, {88, 300, {}}, program.Files, "/start/", EnglishSettings()).empty());
+    ASSERT_TRUE(SetBounds(study, {1}, {88, 300, {}}, program.Files, "/start/", MphSettings()).empty());
     EXPECT_EQ(study.Entries[1].ControlDelay, 1);
     EXPECT_EQ(study.Entries[1].StopDelayThreshold, 0);
 
     std::ranges::fill(run.SampleValues, std::int16_t{0});
     PutRunFile(program.Files, run, "/start/", "NB-1");
-    ASSERT_EQ(ComputeRuns(study, program.Files, "/start/", EnglishSettings()).size(), 1U);
+    ASSERT_EQ(ComputeRuns(study, program.Files, "/start/", MphSettings()).size(), 1U);
     EXPECT_EQ(study.Entries[1].ControlDelay, 1);
-    const auto rows = MakeRunListRows(study, program.Files, "/start/", EnglishSettings());
+    const auto rows = MakeRunListRows(study, program.Files, "/start/", MphSettings());
     EXPECT_THAT(rows.front().Warnings, testing::Contains("not computed: the figure is an earlier one"));
 
     program.Files.Delete("/start/NB-1.rd2");
     const StudyRunEntry before = study.Entries[1];
-    EXPECT_EQ(ComputeRuns(study, program.Files, "/start/", EnglishSettings()).front().Reason, "Missing Run File: NB-1");
+    EXPECT_EQ(ComputeRuns(study, program.Files, "/start/", MphSettings()).front().Reason, "Missing Run File: NB-1");
     EXPECT_EQ(study.Entries[1], before);
 }
 

@@ -1,9 +1,8 @@
 #include "analysis/StudyResults.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include "core/RunFile.h"
-#include "core/StudyFile.h"
+#include "analysis/StudyTable.h"
 #include "fakes/FakePorts.h"
 #include "fakes/PutFiles.h"
 #include "fakes/ThrowsError.h"
@@ -19,57 +18,42 @@ RunListRow Row(const char* controlDelay, const char* stopDelay, RunState state =
     return row;
 }
 
-TEST(StudyResults, AveragesRoundHalvesToEven) {
-    Study study;
-    ResultLabels labels;
-    ComputeStudyResults(study, {Row("12", " 1"), Row("13", " 4")}, labels);
-    EXPECT_EQ(labels.AvgControlDelay, " 12");
-    EXPECT_EQ(labels.AvgStopDelay, " 2");
-    EXPECT_EQ(labels.Ratio, "6.");
-    EXPECT_EQ(study.Record.StudyAvgControlDelay, 12.0F);
-    EXPECT_EQ(study.Record.StudyLOSGrade, "B");
-    EXPECT_EQ(study.Entries[0].LOSGrade, "B");
-    ComputeStudyResults(study, {Row("13", " 7"), Row("14", " 7")}, labels);
-    EXPECT_EQ(labels.AvgControlDelay, " 14");
-    EXPECT_EQ(labels.Ratio, "2.") << "14 / 7, from the rounded average";
-    ComputeStudyResults(study, {Row("-3", " 8"), Row("-6", " 8")}, labels);
-    EXPECT_EQ(labels.AvgControlDelay, "-4");
-    EXPECT_EQ(labels.LOSGrade, "A");
-    EXPECT_EQ(labels.Ratio, "-.5");
+/// What the labels tell: control delay, grade, stop delay, ratio; "-" for one that is not set.
+std::string TextOf(const ResultLabels& labels) {
+    std::string text;
+    for (const auto& label : {labels.AvgControlDelay, labels.LOSGrade, labels.AvgStopDelay, labels.Ratio})
+        text += (text.empty() ? "" : "|") + label.value_or("-");
+    return text;
 }
 
-TEST(StudyResults, OnlyCountedRowsAreAveraged) {
+TEST(StudyResults, AveragesCountedRowsAndRoundsHalvesToEven) {
+    const ResultLabels earlier{" 7", "A", " 3", "2.46"};
+    const std::pair<std::vector<RunListRow>, const char*> cases[] = {
+        {{Row("12", " 1"), Row("13", " 4")}, " 12|B| 2|6."},
+        {{Row("13", " 7"), Row("14", " 7")}, " 14|B| 7|2."},  // 14 / 7, from the rounded average
+        {{Row("-3", " 8"), Row("-6", " 8")}, "-4|A| 8|-.5"},
+        {{Row("40", " 9"), Row("999", " 99", RunState::NotCounted), Row("", "", RunState::Missing)}, " 40|D| 9|4.44"},
+        {{Row("40", " 0"), Row("50", " 1")}, " 45|D| 0|2.46"},  // an average of 0 leaves the ratio
+        {{Row("40", " 1")}, " 40|D| 1|40."},
+        {{Row("40", " 9", RunState::NotCounted)}, " 7|A| 3|2.46"},
+        {{}, " 7|A| 3|2.46"},
+    };
+    for (const auto& [rows, expected] : cases) {
+        ResultLabels labels = earlier;
+        Study study;
+        ComputeStudyResults(study, rows, labels);
+        EXPECT_EQ(TextOf(labels), expected);
+    }
     Study study;
     ResultLabels labels;
-    ComputeStudyResults(
-        study, {Row("40", " 9"), Row("999", " 99", RunState::NotCounted), Row("", "", RunState::Missing)}, labels);
-    EXPECT_EQ(labels.AvgControlDelay, " 40");
-    EXPECT_EQ(labels.LOSGrade, "D");
-    EXPECT_EQ(labels.AvgStopDelay, " 9");
-}
-
-TEST(StudyResults, WithoutCountedRowsNothingChanges) {
-    Study study;
-    study.Record.StudyAvgControlDelay = 7;
-    study.Record.StudyLOSGrade = "A";
-    ResultLabels labels;
-    labels.AvgControlDelay = " 7";
-    ComputeStudyResults(study, {Row("40", " 9", RunState::NotCounted)}, labels);
     ComputeStudyResults(study, {}, labels);
-    EXPECT_EQ(labels.AvgControlDelay, " 7");
-    EXPECT_FALSE(labels.AvgStopDelay);
-    EXPECT_EQ(study.Record.StudyAvgControlDelay, 7.0F);
-}
-
-TEST(StudyResults, AverageStopDelayOfZeroLeavesTheRatio) {
-    Study study;
-    ResultLabels labels;
-    labels.Ratio = "2.46";
-    ComputeStudyResults(study, {Row("40", " 0"), Row("50", " 1")}, labels);
-    EXPECT_EQ(labels.AvgStopDelay, " 0");
-    EXPECT_EQ(labels.Ratio, "2.46");
-    ComputeStudyResults(study, {Row("40", " 1")}, labels);
-    EXPECT_EQ(labels.Ratio, "40.");
+    EXPECT_EQ(TextOf(labels), "-|-|-|-");
+    ComputeStudyResults(study, {Row("12", " 1"), Row("13", " 4")}, labels);
+    EXPECT_EQ(study.Record.StudyAvgControlDelay, 12.0F);
+    EXPECT_EQ(study.Record.StudyLOSGrade + study.Entries[0].LOSGrade, "BB");
+    ComputeStudyResults(study, {}, labels);
+    EXPECT_EQ(study.Record.StudyAvgControlDelay, 12.0F) << "without counted rows nothing changes";
+    EXPECT_ERROR(Overflow, ComputeStudyResults(study, {Row("2147483647", " 0"), Row("1", " 0")}, labels));
 }
 
 TEST(StudyResults, WhatTheFiguresHoldUnderIsSaid) {
@@ -87,10 +71,10 @@ TEST(StudyResults, WhatTheFiguresHoldUnderIsSaid) {
     EXPECT_EQ(AverageWithoutWarned(rows), "all counted runs have warnings");
 }
 
-TEST(StudyResults, SumThatDoesNotFitOverflows) {
-    Study study;
-    ResultLabels labels;
-    EXPECT_ERROR(Overflow, ComputeStudyResults(study, {Row("2147483647", " 0"), Row("1", " 0")}, labels));
+/// The cells of a row and the word of its state.
+std::string TextOf(const RunListRow& row) {
+    return row.RunName + "|" + row.RunDate + "|" + row.RunTime + "|" + row.RunType + "|" + row.ControlDelay + "|" +
+           row.LOSGrade + "|" + row.StopDelay + "|" + StateWord(row.State);
 }
 
 TEST(StudyResults, RowsShowEntriesAndTheirRunFiles) {
@@ -103,28 +87,99 @@ TEST(StudyResults, RowsShowEntriesAndTheirRunFiles) {
     PutRunFile(program.Files, run, "/start/", "NB-001");
     PutRunFile(program.Files, run, "/start/", "NB-002");
     for (const char* name : {"NB-001", "nb-002", "Gone", "../start/NB-001"}) AppendRun(study, name);
-    study.Entries[1].CDStartDist = 300;
-    study.Entries[1].CDEndDist = 7600;
-    study.Entries[1].ControlDelay = -5;
-    study.Entries[1].LOSGrade = "A";
-    study.Entries[1].StopDelay = 12;
+    study.Entries[1] = {"NB-001", 300, 7600, 0, 0, -5, "A", 12};
     study.Entries[2].CDEndDist = 7600;
-    const auto rows = MakeRunListRows(study, program.Files, "/start/", program.State.Settings);
-    ASSERT_EQ(rows.size(), 4U);
-    EXPECT_EQ(rows[0].RunName, "NB-001 ");
-    EXPECT_EQ(rows[0].RunDate, "03/11/08");
-    EXPECT_EQ(rows[0].RunTime, "07:05");
-    EXPECT_EQ(rows[0].RunType, "Primary");
-    EXPECT_EQ(rows[0].ControlDelay, "-5");
-    EXPECT_EQ(rows[0].LOSGrade, "A");
-    EXPECT_EQ(rows[0].StopDelay, " 12");
-    EXPECT_EQ(rows[0].State, RunState::Counted);
-    EXPECT_EQ(rows[1].State, RunState::NotCounted)
-        << "a boundary at 0 is not set; the file is found in any letter case";
-    EXPECT_EQ(rows[1].RunType, "Primary");
-    EXPECT_EQ(rows[2].State, RunState::Missing);
-    EXPECT_EQ(rows[2].ControlDelay, "");
-    EXPECT_EQ(rows[3].State, RunState::Unreadable) << "a name that leaves the folder is never looked up";
+    std::vector<std::string> rows;
+    for (const RunListRow& row : MakeRunListRows(study, program.Files, "/start/", program.State.Settings))
+        rows.push_back(TextOf(row));
+    // A boundary at 0 is not set; a file is found in any letter case; a name that leaves the folder is not looked up.
+    EXPECT_THAT(rows, testing::ElementsAre("NB-001 |03/11/08|07:05|Primary|-5|A| 12|Counted",
+                                           "nb-002 |03/11/08|07:05|Primary|0|| 0|Not counted", "Gone |||||||Missing",
+                                           "../start/NB-001 |||||||Unreadable"));
+}
+
+using testing::AllOf;
+using testing::HasSubstr;
+using Cells = std::vector<SheetCell>;
+
+/// Two counted runs, one without its end boundary and one whose file is missing.
+class StudyTableTest : public testing::Test {
+protected:
+    StudyTableTest() {
+        Files.CreateFolder("/start/AM Peak");
+        Contents.Record.StudyName = "=Main, \"NB\"";
+        Contents.Record.StudyDate = DateOf(2008, 3, 14);
+        Contents.Record.Direction = 1;
+        Contents.Record.CritLane = -1;
+        for (const char* name : {"NB-1", "NB-2", "NB-3", "gone"}) AppendRun(Contents, name);
+        for (int i = 1; i <= 4; ++i) {
+            const std::string name = Contents.Entries[i].EntryRunName;
+            Contents.Entries[i] = {name, 300, i == 3 ? 0 : 7600, 35, 0, i == 2 ? -4 : 61, "E", 19};
+        }
+        for (const char* name : {"NB-1", "NB-2", "NB-3"}) {
+            RunRecord run;
+            run.Header.RunDate = DateOf(2008, 3, 11);
+            run.Header.RunTime = TimeOf(7, 5);
+            run.Header.HeaderWord1 = -1;
+            PutRunFile(Files, run, Folder, name);
+        }
+    }
+
+    OutgoingTable Table(const Units& units = {}) const {
+        return StudyTable(Contents, MakeRunListRows(Contents, Files, Folder, {}), Folder, units);
+    }
+
+    const std::string Folder = "/start/AM Peak/";
+    MemoryFileSystem Files;
+    Study Contents;
+};
+
+TEST_F(StudyTableTest, TextsAreThoseOfTheRunList) {
+    EXPECT_EQ(CsvText(Table().Rows({})),
+              "\xEF\xBB\xBFRun Name,Date,Time,Type,Start Boundary (ft),End Boundary (ft),Ideal Speed (mph),User Ideal "
+              "Speed (mph),Control Delay (s),LOS Grade,Stop Delay (s),Status,Warnings\r\n"
+              "NB-1,03/11/08,07:05,Primary,300,7600,35,0,61,E,19,Counted,start not reached; end not reached\r\n"
+              "NB-2,03/11/08,07:05,Primary,300,7600,35,0,-4,E,19,Counted,start not reached; end not reached; negative "
+              "control delay\r\n"
+              "NB-3,03/11/08,07:05,Primary,300,0,35,0,61,E,19,Not counted,\r\n"
+              "gone,,,,,,,,,,,Missing,\"Missing Run File: gone. Copy the file back into the Study Group, or delete the "
+              "run from the list.\"\r\n");
+    // 1609 m are 5280 ft: 91.4 m, 2316.0 m, 56.3 km/h.
+    EXPECT_THAT(CsvText(Table({.Metric = true}).Rows({})),
+                AllOf(HasSubstr("Boundary (m),Ideal Speed (kph),User Ideal Speed (kph),"),
+                      HasSubstr("Primary,91,2316,56,0,61,E")));
+}
+
+TEST_F(StudyTableTest, CellsHaveTheirKindsAndTheStudyItsSheet) {
+    const std::vector<Sheet> sheets = Table().Sheets({});
+    ASSERT_EQ(sheets.size(), 2U);
+    const std::string warnings = "start not reached; end not reached; negative control delay";
+    const Cells second{"NB-2", DateOf(2008, 3, 11), TimeOf(7, 5), "Primary", 300., 7600., 35., 0., -4., "E",
+                       19.,    "Counted",           warnings};
+    EXPECT_EQ(sheets[0].Rows.at(1), second);
+    EXPECT_EQ(sheets[0].Columns.at(1).Format + " " + sheets[0].Columns.at(2).Format, "mm/dd/yy hh:mm");
+
+    // (61 - 4) / 2 = 28.5, halves to even; 28 / 19
+    const Cells fields[] = {
+        {"Study Name", "=Main, \"NB\""},
+        {"Study Group", "AM Peak"},
+        {"Direction", "SB"},
+        {"Critical Lane", {}},
+        {"Runs", 4.},
+        {"Runs Counted", 2.},
+        {"Avg. Control Delay (s)", 28.},
+        {"LOS Grade", "C"},
+        {"Avg. Stop Delay (s)", 19.},
+        {"Ratio of Control to Stop Delay", 1.47},
+    };
+    for (const Cells& field : fields) EXPECT_THAT(sheets[1].Rows, testing::Contains(field));
+}
+
+TEST_F(StudyTableTest, AStudyWithoutCountedRunsHasNoAverages) {
+    Study empty;
+    const std::vector<Sheet> sheets = StudyTable(empty, {}, Folder).Sheets({});
+    EXPECT_TRUE(sheets[0].Rows.empty());
+    EXPECT_EQ(sheets[1].Rows.at(9).at(1), SheetCell());
 }
 
 }  // namespace

@@ -6,33 +6,29 @@
 #include <QToolTip>
 
 #include "core/StudyFile.h"
-#include "core/forms/Named.h"
-#include "fakes/Clicks.h"
-#include "fakes/FakePorts.h"
+#include "fakes/FormScene.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
 namespace {
 
-class frmContDelayVsAvgTest : public testing::Test {
+class frmContDelayVsAvgTest : public FormScene<frmContDelayVsAvg> {
 protected:
-    frmContDelayVsAvg& Open(const std::vector<std::int32_t>& delays) {
-        Study& study = Program.State.CurrentStudy;
-        study = {};
+    void OpenWith(const std::vector<std::int32_t>& delays) {
+        State.Paths.LastStudyGroupPath = "/start/Study Groups/Main St/";
+        Study& study = State.CurrentStudy = {};
         study.Record.StudyName = "AM/Peak";
         for (const std::int32_t delay : delays) {
             AppendRun(study, "NB <" + std::to_string(study.Record.RunCount + 1) + ">");
             study.Entries[study.Record.RunCount].ControlDelay = delay;
         }
-        Program.State.Paths.LastStudyGroupPath = "/start/Study Groups/Main St/";
-        Form = std::make_unique<frmContDelayVsAvg>(Program.Context);
-        Form->show();
-        return *Form;
+        Open();
     }
-
-    DelayChartPlot& Plot() { return Find<DelayChartPlot>(*Form, "picDelayChart"); }
-    std::string ReadOut() { return FromQt(Find<QLabel>(*Form, "lblReadOut").text()); }
-
+    DelayChartPlot& Plot() { return Get<DelayChartPlot>("picDelayChart"); }
+    std::string After(Qt::Key key) {
+        QTest::keyClick(&Plot(), key);
+        return Text("lblReadOut");
+    }
     /// The first place of that colour on the plot, from its left.
     QPoint PlaceOf(QColor colour) {
         const QImage image = Plot().grab().toImage();
@@ -42,92 +38,72 @@ protected:
         ADD_FAILURE() << "nothing is " << colour.name().toStdString();
         return {};
     }
-
-    TestProgram Program;
-    std::unique_ptr<frmContDelayVsAvg> Form;
 };
 
 TEST_F(frmContDelayVsAvgTest, KeysAndMouseReadRunsOut) {
-    EXPECT_EQ(Open({20, 4, -6}).windowTitle(), "Control Delays & Running Avg. for Current Study");
-    EXPECT_EQ(Find<QLabel>(*Form, "lblLegendAvg").text(), "Running Avg. of Control Delay");
-    EXPECT_EQ(Find<QLabel>(*Form, "lblLegendData").text(), "Control Delay Values");
-    EXPECT_EQ(ReadOut(), "The arrow keys step through the runs; or point at a run.");
-
-    const auto press = [this](Qt::Key key) {
-        QTest::keyClick(&Plot(), key);
-        return ReadOut();
-    };
+    OpenWith({20, 4, -6});
     const std::string first = "Run 1, NB <1>: control delay 20 s (not counted), running average 20.0 s";
-    EXPECT_EQ(press(Qt::Key_Right), first);
-    EXPECT_EQ(press(Qt::Key_Right), "Run 2, NB <2>: control delay 4 s (not counted), running average 12.0 s");
-    EXPECT_EQ(press(Qt::Key_End), "Run 3, NB <3>: control delay -6 s (not counted), running average 6.0 s");
-    EXPECT_EQ(press(Qt::Key_Right), ReadOut()) << "there is no further run";
-    EXPECT_EQ(press(Qt::Key_Home), first);
-    EXPECT_EQ(press(Qt::Key_Left), first);
+    const std::string last = "Run 3, NB <3>: control delay -6 s (not counted), running average 6.0 s";
+    EXPECT_EQ(After(Qt::Key_Right), first);
+    EXPECT_EQ(After(Qt::Key_Right), "Run 2, NB <2>: control delay 4 s (not counted), running average 12.0 s");
+    for (const Qt::Key key : {Qt::Key_End, Qt::Key_Right}) EXPECT_EQ(After(key), last) << "there is no further run";
+    for (const Qt::Key key : {Qt::Key_Home, Qt::Key_Left}) EXPECT_EQ(After(key), first);
     EXPECT_TRUE(Plot().accessibleDescription().contains(ToQt(first)));
 
     QTest::mouseClick(&Plot(), Qt::LeftButton, {}, PlaceOf(QColor(0x00, 0x80, 0xC0)));
-    EXPECT_EQ(ReadOut(), "Run 3, NB <3>: control delay -6 s (not counted), running average 6.0 s")
-        << "the only average's point";
+    EXPECT_EQ(Text("lblReadOut"), last) << "the only average's point";
     const QPoint red = PlaceOf(Qt::red);
     QTest::mouseClick(&Plot(), Qt::LeftButton, {}, red);
-    EXPECT_EQ(ReadOut(), first);
+    EXPECT_EQ(Text("lblReadOut"), first);
     QHelpEvent hover(QEvent::ToolTip, red, Plot().mapToGlobal(red));
     QApplication::sendEvent(&Plot(), &hover);
     EXPECT_TRUE(QToolTip::text().contains("NB &lt;1&gt;\nControl delay: 20 s (not counted)\nRunning average: 20.0 s"))
         << QToolTip::text().toStdString();
-    QTest::keyClick(Form.get(), Qt::Key_Return);
-    EXPECT_FALSE(Form->isVisible()) << "Exit is the default button";
+    QTest::keyClick(Window.get(), Qt::Key_Return);
+    EXPECT_TRUE(Window->isHidden()) << "Exit is the default button";
 }
 
 TEST_F(frmContDelayVsAvgTest, CopiesAndSavesTheChart) {
-    Open({20, 4});
-    Click(*Form, "BtnCopyValues");
-    EXPECT_EQ(Program.DesktopServices.Copied,
+    OpenWith({20, 4});
+    Press("BtnCopyValues");
+    EXPECT_EQ(DesktopServices.Copied,
               "Run\tRun Name\tControl Delay (s)\tRunning Avg. (s)\tStatus\n1\tNB <1>\t20\t20.0\tNot counted\n"
               "2\tNB <2>\t4\t12.0\tNot counted\n");
-    Click(*Form, "BtnCopyPicture");
-    const std::vector<std::byte> png = {std::byte{0x89}, std::byte{'P'}};
-    EXPECT_EQ(Program.DesktopServices.CopiedPicture, png);
-    EXPECT_EQ(Program.Documents.Format, PictureFormat::Png);
+    Press("BtnCopyPicture");
+    const std::vector<std::byte> picture = BytesOf("\x89P");
+    EXPECT_EQ(DesktopServices.CopiedPicture, picture);
+    EXPECT_EQ(Documents.Format, PictureFormat::Png);
 
-    const auto files = Program.Files.AllFiles();
-    Click(*Form, "BtnSave");
-    EXPECT_EQ(Program.DesktopServices.AskedFrom, "/start/Study Groups/Main St/AM_Peak Control Delay.png");
-    EXPECT_EQ(Program.DesktopServices.KindsOffered, "*.png*.svg*.pdf");
-    EXPECT_EQ(Program.Files.AllFiles(), files) << "the user named no file";
-
-    Program.DesktopServices.FileToSave = "/start/chart.jpg";
-    Program.Messages.Expect("/start/chart.jpg\nName a file that ends in .png, .svg or .pdf.");
-    Click(*Form, "BtnSave");
-    Program.DesktopServices.FileToSave = "/start/chart.SVG";
-    Program.Files.FailChangeAfter(0, ErrorNumber::DiskFull);
-    Program.Messages.Expect("Run-time error '61':\nDisk full\n\n/start/chart.SVG");
-    Click(*Form, "BtnSave");
-    EXPECT_EQ(Program.Files.AllFiles(), files);
-    Click(*Form, "BtnSave");
-    EXPECT_EQ(Program.Documents.Format, PictureFormat::Svg);
-    EXPECT_EQ(Program.Files.Bytes("/start/chart.SVG"), png);
+    const auto files = Files.AllFiles();
+    Press("BtnSave");
+    EXPECT_EQ(DesktopServices.AskedFrom, "/start/Study Groups/Main St/AM_Peak Control Delay.png");
+    EXPECT_EQ(DesktopServices.KindsOffered, "*.png*.svg*.pdf");
+    EXPECT_EQ(Files.AllFiles(), files) << "the user named no file";
+    DesktopServices.FileToSave = "/start/chart.jpg";
+    Messages.Expect("/start/chart.jpg\nName a file that ends in .png, .svg or .pdf.");
+    Press("BtnSave");
+    EXPECT_EQ(Files.AllFiles(), files);
+    DesktopServices.FileToSave = "/start/chart.SVG";
+    Press("BtnSave");
+    EXPECT_EQ(Documents.Format, PictureFormat::Svg);
+    EXPECT_EQ(Files.Bytes("/start/chart.SVG"), picture);
 }
 
 TEST_F(frmContDelayVsAvgTest, SaysWhatItCannotShow) {
-    Open({});
-    EXPECT_EQ(ReadOut(), "Add runs to the study to see their control delays.");
-    for (const char* button : {"BtnCopyPicture", "BtnCopyValues", "BtnSave"})
-        EXPECT_FALSE(Find<QAbstractButton>(*Form, button).isEnabled());
-    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Home, Qt::Key_End}) QTest::keyClick(&Plot(), key);
-    Click(*Form, "btnExit");
-    EXPECT_FALSE(Form->isVisible());
+    OpenWith({});
+    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Home, Qt::Key_End})
+        EXPECT_EQ(After(key), "Add runs to the study to see their control delays.");
+    Press("btnExit");
+    EXPECT_TRUE(Window->isHidden());
 
-    EXPECT_ERROR(Overflow, Open({32768}));
+    EXPECT_ERROR(Overflow, OpenWith({32768}));
     // So far below the baseline that it has no place in 16 bits: the plot says so and works on.
-    Open({-32000});
+    OpenWith({-32000});
     Plot().grab();
     QTest::mouseClick(&Plot(), Qt::LeftButton);
-    QTest::keyClick(&Plot(), Qt::Key_Right);
-    EXPECT_EQ(ReadOut(), "Run 1, NB <1>: control delay -32000 s (not counted), running average -32000.0 s");
-    Program.Messages.Expect("Run-time error '6':\nOverflow");
-    Click(*Form, "BtnCopyPicture");
+    EXPECT_EQ(After(Qt::Key_Right), "Run 1, NB <1>: control delay -32000 s (not counted), running average -32000.0 s");
+    Messages.Expect("Run-time error '6':\nOverflow");
+    Press("BtnCopyPicture");
 }
 
 }  // namespace

@@ -6,9 +6,10 @@
 #include <limits>
 
 #include "analysis/ReportStudies.h"
+#include "analysis/ReportTable.h"
+#include "analysis/ReportText.h"
 #include "core/Settings.h"
 #include "fakes/MemoryFileSystem.h"
-#include "fakes/PutFiles.h"
 #include "fakes/RecordingCanvas.h"
 
 namespace vantor {
@@ -17,6 +18,7 @@ namespace {
 using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
@@ -48,18 +50,19 @@ protected:
             for (const auto& text : page.Texts) texts.push_back(text.Shown);
         return texts;
     }
-    /// The texts of the table row that begins with this one.
-    std::vector<std::string> RowOf(const std::string& first) const {
+    /// The texts of the table row that begins with this one, each with a "|" behind it.
+    std::string RowOf(const std::string& first) const {
+        std::string row;
         for (const RecordingCanvas& page : Writer.Pages) {
-            for (const auto& begin : page.Texts) {
-                if (begin.Shown != first || begin.Style.Size != 8) continue;
-                std::vector<std::string> row;
-                for (const auto& text : page.Texts)
-                    if (text.Box.Y == begin.Box.Y && text.Style.Size == 8) row.push_back(text.Shown);
-                return row;
-            }
+            const auto isCell = [](const auto& text) { return text.Style.Size == 8; };
+            const auto begin =
+                std::ranges::find_if(page.Texts, [&](const auto& text) { return isCell(text) && text.Shown == first; });
+            if (begin == page.Texts.end()) continue;
+            for (const auto& text : page.Texts)
+                if (isCell(text) && text.Box.Y == begin->Box.Y) row += text.Shown + "|";
+            break;
         }
-        return {};
+        return row;
     }
 
     MemoryFileSystem Files;
@@ -79,11 +82,9 @@ TEST_F(modReportsTest, SummaryTellsTheStudyItsResultsAndEveryRun) {
     EXPECT_THAT(Texts(), AllOf(Contains("City of Springfield"), Contains("Traffic Division"), Contains("Main Street"),
                                Contains("SB").Times(0), Contains("EB"), Contains("Rain"), Contains("Main NB"),
                                Contains("24 s"), Contains("2 of 3"), Contains("Printed 04/01/08 00:00")));
-    EXPECT_THAT(RowOf("1"),
-                ElementsAre("1", "NB-1", "03/14/08", "07:30", "Primary", "300", "2000", "30", "24", "C", "Counted"));
-    EXPECT_THAT(RowOf("2"),
-                ElementsAre("2", "NB-2", "03/14/08", "07:30", "Primary", "300", "–", "–", "–", "–", "Not counted"));
-    EXPECT_EQ(RowOf("3").at(7), "* 35");
+    EXPECT_EQ(RowOf("1"), "1|NB-1|03/14/08|07:30|Primary|300|2000|30|24|C|Counted|");
+    EXPECT_EQ(RowOf("2"), "2|NB-2|03/14/08|07:30|Primary|300|–|–|–|–|Not counted|");
+    EXPECT_THAT(RowOf("3"), HasSubstr("|2000|* 35|24|"));
     EXPECT_THAT(Texts(), Not(Contains("Average Stop Delay")));
 
     Settings.EnableStopDelay = -1;
@@ -91,23 +92,21 @@ TEST_F(modReportsTest, SummaryTellsTheStudyItsResultsAndEveryRun) {
     Settings.StopSpeedThreshold = 5;
     Print(Summary);
     // A metre is 5280 / 1609 feet.
-    EXPECT_THAT(RowOf("1"),
-                ElementsAre("1", "NB-1", "03/14/08", "07:30", "Primary", "91", "609", "48", "24", "C", "5", "Counted"));
+    EXPECT_EQ(RowOf("1"), "1|NB-1|03/14/08|07:30|Primary|91|609|48|24|C|5|Counted|");
     EXPECT_THAT(Texts(), AllOf(Contains("Average Stop Delay"), Contains("5 s"), Contains("4.8"), Contains("8 KPH"),
-                               Contains(testing::HasSubstr("(m)")), Not(Contains(testing::HasSubstr("(ft)")))));
+                               Contains(HasSubstr("(m)")), Not(Contains(HasSubstr("(ft)")))));
 }
 
 TEST_F(modReportsTest, StatisticsGoSectionBySectionInDisplayUnits) {
     Print(Statistics);
-    EXPECT_THAT(RowOf("2"), ElementsAre("2", "Oak", "Node 2", "660", "20", "15", "5", "1", "30.0", "5"));
-    EXPECT_THAT(RowOf("Total"), ElementsAre("Total", "[Start]", "[End]", "2420", "60", "55", "5", "1", "30.0", "5"));
+    EXPECT_EQ(RowOf("2"), "2|Oak|Node 2|660|20|15|5|1|30.0|5|");
+    EXPECT_EQ(RowOf("Total"), "Total|[Start]|[End]|2420|60|55|5|1|30.0|5|");
     EXPECT_THAT(Texts(), Contains("Run 2   NB-2"));
     Settings.ShowRunNamesOnStats = 0;
     Settings.MetricUnits = -1;
     Print(Statistics);
-    EXPECT_THAT(Texts(), AllOf(Contains("Run 2"), Not(Contains(testing::HasSubstr("NB-2")))));
-    EXPECT_EQ(RowOf("1").at(3), "268");
-    EXPECT_EQ(RowOf("1").at(8), "48.3");
+    EXPECT_THAT(Texts(), AllOf(Contains("Run 2"), Not(Contains(HasSubstr("NB-2")))));
+    EXPECT_EQ(RowOf("1"), "1|[Start]|Oak|268|20|20|0|0|48.3|0|");
 }
 
 TEST_F(modReportsTest, PageNumbersStandOnlyWhereTheyAreWanted) {
@@ -124,8 +123,8 @@ TEST_F(modReportsTest, ProfilesMarkNodesAndBoundaries) {
     const auto& trace = page.Polylines[0].Points;
     ASSERT_EQ(trace.size(), 60u);
     // The plot is as wide as the page without its margins and the scale at the left; the run ends at its right edge.
-    const double left = 50 + 24;
-    const double width = 612 - 2 * 50 - 24;
+    constexpr double left = 50 + 24;
+    constexpr double width = 612 - 50 - left;
     EXPECT_NEAR(trace[0].X, left + 44.0 / 2420 * width, 1e-6);
     EXPECT_NEAR(trace[59].X, left + width, 1e-6);
     const auto upright = [&](double feet) {
@@ -167,12 +166,9 @@ TEST_F(modReportsTest, CaptionsOfCloseBoundariesStandSideBySide) {
 }
 
 TEST_F(modReportsTest, LongProfilesAreReducedWithoutLosingTheirExtremes) {
-    RunRecord run;
-    run.Header.CalConstant = 1000;
-    run.Header.SampleCount = 32767;
-    for (int i = 1; i <= 32767; ++i)
-        run.SampleValues.Append(static_cast<std::int16_t>(i == 20000 ? 200 : i == 10000 ? 0 : 40 + i % 5));
-    const ReportProfile profile = MakeReportProfile(run, Settings);
+    std::vector<int> values;
+    for (int i = 1; i <= 32767; ++i) values.push_back(i == 20000 ? 200 : i == 10000 ? 0 : 40 + i % 5);
+    const ReportProfile profile = MakeReportProfile(RunOfValues(values), Settings);
     EXPECT_LE(profile.Points.size(), 4u * 801);
     const auto [slowest, fastest] = std::minmax_element(profile.Points.begin(), profile.Points.end(),
                                                         [](auto& a, auto& b) { return a.Speed < b.Speed; });
@@ -194,8 +190,8 @@ TEST_F(modReportsTest, RunsThatCannotBeReadAreNamedAndTheOthersPrinted) {
                 ElementsAre("Missing Run File: NB-1",
                             testing::StartsWith("Damaged Run File: NB-2\nThe file tells of 2130706492 samples")));
     Print();
-    EXPECT_EQ(RowOf("1").back(), "Missing Run File");
-    EXPECT_EQ(RowOf("2").back(), "Damaged Run File");
+    EXPECT_THAT(RowOf("1"), testing::EndsWith("|Missing Run File|"));
+    EXPECT_THAT(RowOf("2"), testing::EndsWith("|Damaged Run File|"));
     EXPECT_THAT(Texts(), AllOf(Contains("Missing Run File").Times(3), Contains("Run 3   NB-3").Times(2)));
     EXPECT_THAT(Texts(), Contains("1 of 3"));
 
@@ -215,12 +211,10 @@ void MakeItHard(Study& study, AppSettings& settings, FileSystem& files) {
     study.Record.StreetName = std::string(40, 'W');
     study.Record.StudyNotes = std::string(128, 'W');
     const std::string longName(32, 'W');
-    RunRecord run = ReportedRun();
-    run.SampleValues.Clear();
-    for (int i = 0; i < 400; ++i) run.SampleValues.Append(static_cast<std::int16_t>(i % 5 == 0 ? NodeFlag | 30 : 20));
-    for (int key = 9; key <= 32; ++key) run.SampleValues[key * 10 + 2] = static_cast<std::int16_t>(key << 8);
-    run.Header.SampleCount = 400;
-    run.RunSamples.ResizeTo(400);
+    std::vector<int> values;
+    for (int i = 0; i < 400; ++i) values.push_back(i % 5 == 0 ? NodeFlag | 30 : 20);
+    for (int key = 9; key <= 32; ++key) values[static_cast<std::size_t>(key * 10 + 1)] = key << 8;
+    RunRecord run = RunOfValues(values);
     DecodeNewRun(run);
     for (int node = 0; node < 80; ++node) run.Header.SectionName[node] = longName;
     for (int key = 1; key <= KeySlots; ++key)
@@ -265,6 +259,91 @@ TEST_F(modReportsTest, NothingLeavesThePageOrItsColumnAndNoHeadingEndsAPage) {
             }
         }
     }
+}
+
+std::vector<RecordingCanvas> Drawn(const PagedDocument& document) {
+    std::vector<RecordingCanvas> pages(document.Pages.size());
+    for (std::size_t page = 0; page < pages.size(); ++page) document.Pages[page](pages[page]);
+    return pages;
+}
+
+TEST(ReportText, BreaksAtBlanksAndInsideLongWords) {
+    const PlainMeasure measure;
+    const TextStyle style{10};  // 5 points to the byte
+    const auto wrapped = [&](const std::string& text) { return WrappedLines(text, 50, style, measure); };
+    EXPECT_THAT(wrapped("one two three"), ElementsAre("one two", "three"));
+    EXPECT_THAT(wrapped("exactly te"), ElementsAre("exactly te"));
+    EXPECT_THAT(wrapped("a\r\nb"), ElementsAre("a", "b"));
+    EXPECT_THAT(wrapped(""), ElementsAre(""));
+    EXPECT_THAT(wrapped("x abcdefghijklm"), ElementsAre("x", "abcdefghij", "klm"));
+    // Characters of two bytes are not cut through.
+    EXPECT_THAT(wrapped("aéééééé"), ElementsAre("aéééé", "éé"));
+    EXPECT_EQ(WrappedLines("ab", 0, style, measure).size(), 2u);
+}
+
+/// On Letter the body ends at 730. With no headings the rule takes 15 points below the margin of 40, the title 18 and
+/// 10 below it: the table begins at 83. A continued page begins at 64.6. Heads and rows are 13.6 high, so that 46 rows
+/// go on the first page and 47 on each of the others.
+std::vector<int> RowsOnPages(int rows, bool hasTotal) {
+    const PlainMeasure measure;
+    ReportPages pages({PageSizeOf(Paper::Letter, false), {}, "", "", false}, measure);
+    pages.BeginReport("Title");
+    ReportTable table{{{"Head"}}, {}, hasTotal};
+    for (int i = 0; i < rows; ++i) table.Rows.push_back({"row"});
+    AddTable(pages, table);
+    std::vector<int> counts;
+    for (const RecordingCanvas& page : Drawn(pages.Finish(""))) {
+        int heads = 0;
+        counts.push_back(0);
+        for (const auto& text : page.Texts) {
+            heads += text.Shown == "Head" ? 1 : 0;
+            counts.back() += text.Shown == "row" ? 1 : 0;
+        }
+        EXPECT_EQ(heads, 1);
+    }
+    return counts;
+}
+
+TEST(ReportTable, BreaksWithRepeatedHeadsAndKeepsTheTotalInCompany) {
+    EXPECT_THAT(RowsOnPages(46, false), ElementsAre(46));
+    EXPECT_THAT(RowsOnPages(47, false), ElementsAre(46, 1));
+    EXPECT_THAT(RowsOnPages(47, true), ElementsAre(45, 2));
+    EXPECT_THAT(RowsOnPages(46 + 47 + 3, true), ElementsAre(46, 47, 3));
+}
+
+TEST(ReportTable, AWideOneGoesOnBelowWithItsFirstColumns) {
+    const PlainMeasure measure;
+    ReportTable table;
+    table.Rows.emplace_back();
+    for (int column = 0; column < 8; ++column) {
+        table.Columns.push_back({std::to_string(column), TextSide::Right});
+        table.Rows[0].push_back("1234567890");  // 40 points, and 6 between two
+    }
+    const auto heads = [&](double width, std::size_t repeated) {
+        std::string text;
+        for (const ReportTable& part : SplitToWidth(table, width, measure, repeated)) {
+            for (const ReportColumn& column : part.Columns) text += column.Head;
+            text += part.Rows[0].size() == part.Columns.size() ? " " : "?";
+        }
+        return text;
+    };
+    EXPECT_EQ(heads(8 * 46 - 6, 1), "01234567 ");
+    EXPECT_EQ(heads(8 * 46 - 7, 1), "0123456 07 ");
+    EXPECT_EQ(heads(4 * 46 - 6, 2), "0123 0145 0167 ");
+    EXPECT_EQ(heads(10, 1), "01 02 03 04 05 06 07 ");
+}
+
+TEST(ReportPages, AHeadingGoesToTheNextPageWithWhatFollows) {
+    const PlainMeasure measure;
+    ReportPages pages({PageSizeOf(Paper::Letter, true), {}, "", "", false}, measure);
+    pages.BeginReport("Title");
+    pages.Skip(pages.Room() - 30);
+    pages.AddHeading("Heading", 20);  // 12 points by itself
+    pages.AddText("text", BodyStyle);
+    const auto drawn = Drawn(pages.Finish(""));
+    ASSERT_EQ(drawn.size(), 2u);
+    EXPECT_EQ(drawn[1].Texts.at(1).Shown, "Heading");
+    EXPECT_EQ(drawn[1].Texts.at(0).Shown, "Title (continued)");
 }
 
 }  // namespace

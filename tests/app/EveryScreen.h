@@ -74,7 +74,7 @@ private:
         Files.CreateFolder("/start/Study Groups/Oak Avenue/");
         State.CurrentStudy = PutReportedStudy(Files, Group, 4);
         State.CurrentStudy.Entries[2].CDEndDist = 0;
-        State.CurrentStudy.Entries[3].EntryRunName = "Gone";
+        State.CurrentStudy.Entries[3].EntryRunName = State.CurrentStudy.RunNames[3] = "Gone";
         PutStudyFile(Files, State.CurrentStudy, Group, "AM Peak");
         State.Paths.LastStudyGroupPath = Group;
         State.Paths.LastStudyName = "AM Peak";

@@ -30,7 +30,8 @@ public:
     explicit ScreenText(QWidget& window) {
         Lines += QLatin1String("screen ") + window.objectName() + QLatin1Char(' ') + Quoted(window.windowTitle());
         for (const QAction* action : window.findChildren<QAction*>())
-            if (!action->objectName().isEmpty()) AddAction(*action);
+            if (!action->objectName().isEmpty() && !action->objectName().startsWith(QLatin1Char('_')))
+                AddAction(*action);
         AddChildren(window);
     }
     QStringList Lines;
@@ -65,11 +66,14 @@ private:
         const bool isText = label != nullptr && !label->text().isEmpty();
         if (!isText && (name.isEmpty() || name.startsWith(QLatin1String("qt_")))) return;
         const QString caption = CaptionOf(widget);
+        const auto* option = qobject_cast<QRadioButton*>(&widget);
+        if (option != nullptr && option->text() != caption) Lines += QLatin1String("= ") + Quoted(caption);
         const QString value = ValueOf(widget);
         if (caption.isNull() && value.isNull() && !widget.inherits("QAbstractButton")) return;  // a mere frame
-        QString line = caption.isNull() ? name : Quoted(caption) + QLatin1Char(' ') + name;
+        const QString shown = option != nullptr ? option->text() : caption;
+        QString line = shown.isNull() ? name : Quoted(shown) + QLatin1Char(' ') + name;
         if (!value.isNull()) line += QLatin1String(" = ") + value;
-        Finish(line.trimmed(), widget.isEnabledTo(widget.parentWidget()), widget.isHidden(), widget.toolTip());
+        Finish(line.trimmed(), widget.isEnabledTo(widget.parentWidget()), IsHidden(widget), widget.toolTip());
         if (auto* table = qobject_cast<QTableView*>(&widget)) AddRows(*table);
     }
 
@@ -78,6 +82,13 @@ private:
         if (isHidden) line += QLatin1String("; hidden");
         if (!tip.isEmpty()) line += QLatin1String("; tip: ") + OneLine(tip);
         Lines += line;
+    }
+
+    /// The pages of a tab widget that wait behind the first one are not hidden.
+    static bool IsHidden(const QWidget& widget) {
+        for (const QWidget* part = &widget; part != nullptr && !part->isWindow(); part = part->parentWidget())
+            if (part->isHidden() && !part->parentWidget()->inherits("QStackedWidget")) return true;
+        return false;
     }
 
     static QString CaptionOf(QWidget& widget) {
@@ -150,7 +161,8 @@ QStringList TextOfOpened(const ScreenCase& screen, bool isFilled, QString* help)
 class ScreenTextsTest : public testing::TestWithParam<ScreenCase> {};
 
 /// data/screens has each screen as it opens with nothing on the disk, then the lines that are others where there is
-/// something to show. VANTOR_WRITE_SCREENS=1 writes the pages anew; read them line by line before they are committed.
+/// something to show. `VANTOR_WRITE_SCREENS=1 ctest -R ^screen_tests$` writes the pages anew; read them line by line
+/// before they are committed.
 TEST_P(ScreenTextsTest, SaysWhatItsPageSays) {
     QString help;
     QStringList lines = TextOfOpened(GetParam(), false, &help);

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -8,10 +11,13 @@
 #include <vector>
 
 #include "cli/CommandLine.h"
-#include "core/RunTimeError.h"
 #include "fakes/FakePorts.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
+
+using Arguments = std::vector<std::string>;
+using nlohmann::json;
 
 /// Runs commands over a disk in memory and keeps what they print.
 struct CommandRunner {
@@ -25,25 +31,42 @@ struct CommandRunner {
     std::string Out;
     std::string Err;
 
-    int Run(const std::vector<std::string>& arguments) {
+    /// The exit status of a command: its words, parted by blanks, and what may have blanks itself.
+    int Status(const std::string& words, const Arguments& more = {}) {
+        std::istringstream line(words);
+        Arguments arguments{std::istream_iterator<std::string>(line), {}};
+        arguments.insert(arguments.end(), more.begin(), more.end());
         std::ostringstream out;
         std::ostringstream err;
-        const int status = RunCommandLine(
-            arguments,
-            {Files, Time, Databases, Sheets, Documents, Progress([&](double) { return AsksBeforeStop-- > 0; })}, out,
-            err);
+        const Progress goesOn([&](double) { return AsksBeforeStop-- > 0; });
+        const int status = RunCommandLine(arguments, {Files, Time, Databases, Sheets, Documents, goesOn}, out, err);
         Out = out.str();
         Err = err.str();
         return status;
     }
 
     /// The JSON that a command prints; it must end well.
-    nlohmann::json Json(std::vector<std::string> arguments) {
-        arguments.push_back("--json");
-        const int status = Run(arguments);
+    json Json(const std::string& words, const Arguments& more = {}) {
+        const int status = Status("--json " + words, more);
         if (status != 0) throw std::runtime_error("status " + std::to_string(status) + ": " + Err);
-        return nlohmann::json::parse(Out);
+        return json::parse(Out);
+    }
+
+    /// Puts a run of those sample values, one foot a pulse, into /g.
+    void PutRun(const std::string& name, const std::vector<int>& values) {
+        RunRecord run = RunOfValues(values);
+        run.Header.RunDate = DateOf(2008, 3, 11);
+        run.Header.RunTime = TimeOf(7, 5);
+        Files.CreateFolder("/g");
+        PutRunFile(Files, run, "/g/", name);
     }
 };
+
+struct CommandTest : testing::Test, CommandRunner {};
+
+/// Expects members of an object; others may stand beside them.
+inline void ExpectHas(const json& object, const json& members) {
+    for (const auto& [name, value] : members.items()) EXPECT_EQ(object.value(name, json("none")), value) << name;
+}
 
 }  // namespace vantor

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/Date.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -38,11 +39,8 @@ TEST(Numeric, RefusesWhatDoesNotFit) {
 }
 
 TEST(Numeric, WritesNumbersWithTheirSignPosition) {
-    EXPECT_EQ(Str(12), " 12");
-    EXPECT_EQ(Str(0), " 0");
-    EXPECT_EQ(Str(-7), "-7");
-    EXPECT_EQ(ZeroPadded(7, 3), "007");
-    EXPECT_EQ(ZeroPadded(1234, 3), "1234");
+    EXPECT_EQ(Str(12) + Str(0) + Str(-7), " 12 0-7");
+    EXPECT_EQ(ZeroPadded(7, 3) + " " + ZeroPadded(1234, 3), "007 1234");
 }
 
 TEST(Numeric, ReadsLeadingNumbers) {
@@ -62,24 +60,50 @@ TEST(Numeric, ReadsWholeNumbersFromWholeTexts) {
 }
 
 TEST(Numeric, FormatsRatiosWithoutForcedZeros) {
-    const std::pair<double, const char*> cases[] = {{2.456, "2.46"},
-                                                    {0.5, ".5"},
-                                                    {3, "3."},
-                                                    {0, "."},
-                                                    {0.125, ".13"},
-                                                    {0.375, ".38"},
-                                                    {-2.5, "-2.5"},
-                                                    {107.0 / 40, "2.68"},
-                                                    {0.004, "."},
-                                                    {0.005, ".01"},
-                                                    {9.999, "10."},
-                                                    {0.999, "1."},
-                                                    {-0.001, "."},
-                                                    {123456.785, "123456.79"},
-                                                    {1e15, "1000000000000000."},
-                                                    {99.994, "99.99"},
-                                                    {10.05, "10.05"}};
+    const std::pair<double, const char*> cases[] = {
+        {2.456, "2.46"}, {0.5, ".5"},    {3, "3."},       {0, "."},          {0.125, ".13"},
+        {0.375, ".38"},  {-2.5, "-2.5"}, {2.675, "2.68"}, {0.004, "."},      {0.005, ".01"},
+        {9.999, "10."},  {0.999, "1."},  {-0.001, "."},   {99.994, "99.99"}, {10.05, "10.05"},
+    };
     for (const auto& [value, text] : cases) EXPECT_EQ(FormatRatio(value), text) << value;
+    EXPECT_EQ(FormatRatio(123456.785), "123456.79");
+    EXPECT_EQ(FormatRatio(1e15), "1000000000000000.");
+}
+
+TEST(Date, CountsDaysFrom30December1899) {
+    // 14 March 2008 is day 39521, 1 January 1900 day 2 of the spreadsheet calendar without its leap day.
+    const std::tuple<int, int, int, double> cases[] = {
+        {2008, 3, 14, 39521}, {1899, 12, 30, 0}, {1900, 1, 1, 2}, {2000, 2, 29, 36585}};
+    for (const auto& [year, month, day, days] : cases) EXPECT_EQ(DateOf(year, month, day).Days, days);
+    EXPECT_EQ(TimeOf(6, 0).Days, 0.25);
+    EXPECT_EQ(TimeOf(0, 0, 27).Days, 0.0003125);
+}
+
+TEST(Date, ShowsDatesAndTimes) {
+    const Date moment{39521 + 8.0 / 24 + 5.0 / 1440};
+    EXPECT_EQ(ShortDate(moment), "03/14/08");
+    EXPECT_EQ(DashedDate(moment), "03-14-08");
+    EXPECT_EQ(ShortTime(moment), "08:05");
+    EXPECT_EQ(IsoDateTime(moment), "2008-03-14T08:05:00");
+    EXPECT_EQ(IsoDateTime({39521.9999999}), "2008-03-15T00:00:00") << "rounds up over midnight";
+    EXPECT_EQ(IsoDateTime({-1.25}), "1899-12-29T06:00:00") << "before day 0 the fraction counts forward";
+    EXPECT_EQ(IsoDateTime({-657434}), "0100-01-01T00:00:00") << "the first day that is stored";
+    EXPECT_EQ(IsoDateTime({-657435}), "");
+    EXPECT_EQ(IsoDateTime({2958465}), "9999-12-31T00:00:00") << "the last one";
+    EXPECT_EQ(ShortDate({2958466}), "");
+    EXPECT_EQ(IsoDateTime({std::nan("")}), "");
+}
+
+TEST(Date, RefusesDaysAndTimesThatDoNotExist) {
+    for (const auto& [year, month, day] : {std::tuple{2007, 2, 29}, {2008, 13, 1}, {2008, 0, 1}, {2008, 4, 31}})
+        EXPECT_ERROR(TypeMismatch, DateOf(year, month, day));
+    EXPECT_ERROR(TypeMismatch, TimeOf(24, 0));
+    EXPECT_ERROR(TypeMismatch, TimeOf(8, 60));
+}
+
+TEST(Date, ReadsTwoDigitYears) {
+    for (const auto& [year, full] : {std::pair{0, 2000}, {29, 2029}, {30, 1930}, {99, 1999}})
+        EXPECT_EQ(FullYear(year), full);
 }
 
 }  // namespace

@@ -2,159 +2,185 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
+#include "core/ContentHash.h"
+#include "core/Layout.h"
+#include "core/StudyCompanion.h"
 #include "fakes/FakePorts.h"
+#include "fakes/MemoryFileSystem.h"
 #include "fakes/PutFiles.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
 namespace {
 
+using namespace std::string_view_literals;
+
 /// A study of one run, byte by byte.
 std::string OneRunStudy() {
-    std::string bytes(320 + 128, ' ');
-    const auto put = [&](std::size_t offset, std::string_view literal) {
-        bytes.replace(offset, literal.size(), literal);
-    };
-    put(0, std::string_view("\x01\0", 2));
-    put(2, "AM Peak");
-    put(34, std::string_view("\0\0\0\0\x20\x4c\xe3\x40", 8));
-    put(42, std::string_view("\x01\0", 2));
-    put(44, "abcdefuvwxyz");
-    put(56, "Signals retimed");
-    put(184, "Main St");
-    put(224, std::string_view("\x01\0\0\0\x0c\x42"
-                              "D",
-                              7));  // SB, 35 seconds, grade
-    put(231, std::string_view("12345678\0\0\0\0\0\0\0\x80\xff\xff", 18));
-    put(320, "Main St-NB-001");
-    put(400, std::string_view("\x2c\x01\0\0\xb0\x1d\0\0\x1e\0\0\0\x23\0\0\0\xfb\xff\xff\xff"
-                              "A\x04\0\0\0tail",
-                              29));
-    return bytes;
+    return Layout(320 + 128, ' ')
+        .Bytes(0, "\x01\0"sv)
+        .Bytes(2, "AM Peak")
+        .Bytes(34, "\0\0\0\0\x20\x4c\xe3\x40"sv)
+        .Bytes(42, "\x01\0"sv)
+        .Bytes(44, "abcdefuvwxyz")
+        .Bytes(56, "Signals retimed")
+        .Bytes(184, "Main St")
+        .Bytes(224, "\x01\0\0\0\x0c\x42\x44"sv)  // SB, 35 seconds, grade D
+        .Bytes(231, "12345678\0\0\0\0\0\0\0\x80\xff\xff"sv)
+        .Bytes(320, "Main St-NB-001")
+        .Bytes(400, "\x2c\x01\0\0\xb0\x1d\0\0\x1e\0\0\0\x23\0\0\0\xfb\xff\xff\xff\x41\x04\0\0\0tail"sv);
 }
 
-TEST(StudyFile, ReadsRecordAndEntries) {
-    TestProgram program;
-    program.Files.PutText("/g/AM Peak.ld2", OneRunStudy());
-    ASSERT_TRUE(ReadStudyFile(program.State, program.Files, program.DesktopServices, program.Time, "/g/", "AM Peak"));
-    const Study& study = program.State.CurrentStudy;
-    EXPECT_EQ(study.Record.StudyName, "AM Peak");
-    EXPECT_EQ(ShortDate(study.Record.StudyDate), "03/14/08");
-    EXPECT_EQ(study.Record.StreetName, "Main St");
-    EXPECT_EQ(study.Record.Direction, 1);
-    EXPECT_EQ(study.Record.StudyAvgControlDelay, 35.0F);
-    EXPECT_EQ(study.Record.StudyLOSGrade, "D");
-    EXPECT_EQ(study.Record.CritLane, -1);
+class StudyFileTest : public testing::Test, protected TestProgram {
+protected:
+    bool Read(const std::string& name) { return ReadStudyFile(State, Files, DesktopServices, Time, "/g/", name); }
+    Study Load(const std::string& name) { return LoadStudy(Files, "/g/", name).value(); }
+
+    const StudyRecord& Record = State.CurrentStudy.Record;
+};
+
+TEST_F(StudyFileTest, ReadsAndWritesRecordAndEntriesAtTheirOffsets) {
+    Files.PutText("/g/AM Peak.ld2", OneRunStudy() + std::string(1000, 'x'));
+    ASSERT_TRUE(Read("AM Peak"));
+    EXPECT_TRUE(State.StudyUnchanged);
+    Study study = State.CurrentStudy;
+    EXPECT_EQ(std::tuple(Record.StudyName, ShortDate(Record.StudyDate), Record.StreetName, Record.Direction),
+              std::tuple("AM Peak", "03/14/08", "Main St", 1));
+    EXPECT_EQ(std::tuple(Record.StudyAvgControlDelay, Record.StudyLOSGrade, Record.CritLane),
+              std::tuple(35.0F, "D", -1));
     EXPECT_EQ(study.Entries.LastIndex(), 1);
-    const StudyRunEntry& entry = study.Entries[1];
-    EXPECT_EQ(entry.EntryRunName, "Main St-NB-001");
+    EXPECT_EQ(study.Entries[1], (StudyRunEntry{"Main St-NB-001", 300, 7600, 30, 35, -5, "A", 4, "tail"}));
     EXPECT_EQ(study.RunNames[1], "Main St-NB-001");
-    EXPECT_EQ(entry.CDStartDist, 300);
-    EXPECT_EQ(entry.CDEndDist, 7600);
-    EXPECT_EQ(entry.IdealSpeedCalc, 30);
-    EXPECT_EQ(entry.IdealSpeedUser, 35);
-    EXPECT_EQ(entry.ControlDelay, -5);
-    EXPECT_EQ(entry.LOSGrade, "A");
-    EXPECT_EQ(entry.StopDelay, 4);
-    EXPECT_TRUE(program.State.StudyUnchanged);
-}
 
-TEST(StudyFile, WritesTheSameBytesAndReplacesWholly) {
-    TestProgram program;
-    program.Files.PutText("/g/AM Peak.ld2", OneRunStudy() + std::string(1000, 'x'));
-    Study study = LoadStudy(program.Files, "/g/", "AM Peak").value();
     study.Record.StudyFileVersion = 9;
-    PutStudyFile(program.Files, study, "/g/", "AM Peak");
-    EXPECT_EQ(program.Files.Bytes("/g/AM Peak.ld2"), BytesOf(OneRunStudy()));
+    PutStudyFile(Files, study, "/g/", "AM Peak");
+    EXPECT_EQ(Files.Bytes("/g/AM Peak.ld2"), BytesOf(OneRunStudy())) << "replaced wholly, under the same version";
     RemoveRun(study, 1);
-    PutStudyFile(program.Files, study, "/g/", "AM Peak");
-    EXPECT_EQ(program.Files.Bytes("/g/AM Peak.ld2")->size(), 320U);
+    PutStudyFile(Files, study, "/g/", "AM Peak");
+    EXPECT_EQ(Files.Bytes("/g/AM Peak.ld2")->size(), 320U);
 }
 
-TEST(StudyFile, MissingFileBeepsAndGivesAnEmptyStudy) {
-    TestProgram program;
-    program.Files.PutText("/g/AM Peak.ld2", OneRunStudy());
-    ReadStudyFile(program.State, program.Files, program.DesktopServices, program.Time, "/g/", "AM Peak");
-    program.State.Paths.LastStudyGroupPath.clear();
-    EXPECT_FALSE(ReadStudyFile(program.State, program.Files, program.DesktopServices, program.Time, "/g/", "Gone"));
-    EXPECT_EQ(program.DesktopServices.Beeps, 1);
-    const StudyRecord& record = program.State.CurrentStudy.Record;
-    EXPECT_EQ(record.StudyName, "");
-    EXPECT_EQ(record.StudyNotes, "");
-    EXPECT_EQ(record.RunCount, 0);
-    EXPECT_EQ(record.CritLane, -1);
-    EXPECT_EQ(record.Direction, -1);
-    EXPECT_EQ(record.StudyDate, program.Time.Moment);
-    EXPECT_EQ(program.State.Paths.LastStudyGroupPath, Native("/start/Study Groups/"));
+TEST_F(StudyFileTest, MissingFileBeepsAndGivesAnEmptyStudy) {
+    Files.PutText("/g/AM Peak.ld2", OneRunStudy());
+    Read("AM Peak");
+    State.Paths.LastStudyGroupPath.clear();
+    EXPECT_FALSE(Read("Gone"));
+    EXPECT_EQ(DesktopServices.Beeps, 1);
+    EXPECT_EQ(Record, (StudyRecord{.StudyDate = Time.Moment, .Direction = -1, .CritLane = -1}));
+    EXPECT_EQ(State.Paths.LastStudyGroupPath, Native("/start/Study Groups/"));
 }
 
-TEST(StudyFile, ShortAndDamagedFiles) {
-    TestProgram program;
-    program.Files.PutText("/g/Short.ld2", OneRunStudy().replace(42, 1, "\x03").substr(0, 320 + 10));
-    const Study study = LoadStudy(program.Files, "/g/", "Short").value();
-    ASSERT_EQ(study.Entries.LastIndex(), 3);
-    EXPECT_EQ(study.RunNames[1], "Main St-NB");
-    EXPECT_EQ(study.RunNames[3], "");
+TEST_F(StudyFileTest, ShortAndDamagedFiles) {
+    Files.PutText("/g/Short.ld2", OneRunStudy().replace(42, 1, "\x03").substr(0, 320 + 10));
+    const Study study = Load("Short");
+    EXPECT_EQ(study.RunNames, OneBased<std::string>({"Main St-NB", "", ""}));
     EXPECT_EQ(study.Entries[3].CDStartDist, 0);
 
-    program.Files.PutText("/g/Bad.ld2", OneRunStudy().replace(42, 2, "\xff\xff"));
-    program.State.CurrentStudy.Record.StudyNotes = "kept";
-    EXPECT_ERROR(SubscriptOutOfRange,
-                 ReadStudyFile(program.State, program.Files, program.DesktopServices, program.Time, "/g/", "Bad"));
-    EXPECT_EQ(program.State.CurrentStudy.Record.StudyNotes, "kept");
+    Files.PutText("/g/Bad.ld2", OneRunStudy().replace(42, 2, "\xff\xff"));
+    State.CurrentStudy.Record.StudyNotes = "kept";
+    EXPECT_ERROR(SubscriptOutOfRange, Read("Bad"));
+    EXPECT_EQ(Record.StudyNotes, "kept");
 }
 
-TEST(StudyFile, ListsRunNamesCutAtThirtyTwoCharacters) {
-    TestProgram program;
-    program.Files.PutText("/g/S.ld2", OneRunStudy().replace(320, 40, std::string(40, 'n')));
+TEST_F(StudyFileTest, ListsRunNamesCutAtThirtyTwoCharacters) {
+    Files.PutText("/g/S.ld2", OneRunStudy().replace(320, 40, std::string(40, 'n')));
     StudyRecord header;
     OneBased<std::string> names;
-    EXPECT_TRUE(ReadStudyRunNames(program.Files, "/g/", "S", header, names));
-    EXPECT_EQ(names[1], std::string(32, 'n'));
-    EXPECT_FALSE(ReadStudyRunNames(program.Files, "/g/", "T", header, names));
+    EXPECT_TRUE(ReadStudyRunNames(Files, "/g/", "S", header, names));
+    EXPECT_EQ(names, OneBased<std::string>({std::string(32, 'n')}));
+    EXPECT_FALSE(ReadStudyRunNames(Files, "/g/", "T", header, names));
     EXPECT_TRUE(names.IsEmpty());
     EXPECT_EQ(header.StudyName, "");
 }
 
-TEST(StudyFile, LargestStudyReadsAndWritesWhole) {
-    TestProgram program;
+TEST_F(StudyFileTest, LargestStudyReadsAndWritesWhole) {
     Study study;
     for (int i = 1; i <= 32767; ++i) AppendRun(study, "Run " + std::to_string(i));
     EXPECT_ERROR(Overflow, AppendRun(study, "One too many"));
     EXPECT_EQ(study.Entries.LastIndex(), 32767);
-    PutStudyFile(program.Files, study, "/start/", "All");
-    EXPECT_EQ(program.Files.Bytes("/start/All.ld2")->size(), 320U + 32767U * 128U);
-    const Study read = LoadStudy(program.Files, "/start/", "All").value();
+    Files.CreateFolder("/g");
+    PutStudyFile(Files, study, "/g/", "All");
+    EXPECT_EQ(Files.Bytes("/g/All.ld2")->size(), 320U + 32767U * 128U);
+    const Study read = Load("All");
     EXPECT_EQ(read.RunNames[32767], "Run 32767");
     EXPECT_EQ(FindRun(read, "RUN 32767 "), 32767);
     EXPECT_EQ(FindRun(read, "Run"), 0);
 }
 
-TEST(StudyFile, ANewRunNameMustBeFree) {
-    TestProgram program;
-    for (const char* path : {"/g/B.rd2", "/g/C.rdf"}) program.Files.PutText(path, "");
-    program.State.Paths.LastStudyGroupPath = "/g";
-    AppendRun(program.State.CurrentStudy, "A");
-    const auto problem = [&](const char* name) { return RunNameProblem(program.State, program.Files, name); };
-    EXPECT_EQ(problem("a"), "The run keeps its name. A run \"a\" is already in this study.");
-    for (const char* name : {"b", "c"})
-        EXPECT_EQ(problem(name),
-                  std::string("The run keeps its name. A run \"") + name + "\" is already in Study Group g.");
+TEST_F(StudyFileTest, ANewRunNameMustBeFree) {
+    for (const char* path : {"/g/B.rd2", "/g/C.rdf"}) Files.PutText(path, "");
+    State.Paths.LastStudyGroupPath = "/g";
+    AppendRun(State.CurrentStudy, "A");
+    const auto problem = [&](const char* name) { return RunNameProblem(State, Files, name); };
+    const std::string keeps = "The run keeps its name. A run \"";
+    EXPECT_EQ(problem("a"), keeps + "a\" is already in this study.");
+    for (const std::string name : {"b", "c"})
+        EXPECT_EQ(problem(name.c_str()), keeps + name + "\" is already in Study Group g.");
     EXPECT_NE(problem("../D"), "");
     EXPECT_EQ(problem("D"), "");
 }
 
-TEST(StudyFile, RemovingARunKeepsTheOthersInOrder) {
+TEST_F(StudyFileTest, RemovingARunKeepsTheOthersInOrder) {
     Study study;
     for (const char* name : {"A", "B", "C"}) AppendRun(study, name);
     RemoveRun(study, 2);
     EXPECT_EQ(study.Record.RunCount, 2);
-    EXPECT_EQ(study.RunNames[2], "C");
+    EXPECT_EQ(study.RunNames, OneBased<std::string>({"A", "C"}));
     EXPECT_EQ(study.Entries[2].EntryRunName, "C");
-    EXPECT_ERROR(SubscriptOutOfRange, RemoveRun(study, 3));
-    EXPECT_ERROR(SubscriptOutOfRange, RemoveRun(study, 0));
+    for (const int none : {0, 3}) EXPECT_ERROR(SubscriptOutOfRange, RemoveRun(study, none));
+}
+
+/// As a later version may write it.
+constexpr const char* Companion =
+    "{\n \"version\": 1,\n \"runs\": [\n  {\n   \"EntryRunName\": \"NB-001\",\n   \"computed\": {\n"
+    "    \"movement\": \"00000000000000ff\",\n    \"CDStartDist\": 300,\n    \"CDEndDist\": 7600,\n"
+    "    \"IdealSpeedUser\": 35,\n    \"failure\": \"Overflow\"\n   },\n   \"StopSpeedThreshold\": 5,\n"
+    "   \"period\": \"AM\"\n  }\n ],\n \"conditions\": {\n  \"weather\": \"dry\"\n }\n}\n";
+
+TEST(StudyCompanion, IsReadKeptAndWrittenAgain) {
+    MemoryFileSystem files;
+    Study study;
+    for (const char* name : {"NB-002", "nb-001"}) AppendRun(study, name);
+    PutStudyFile(files, study, "/start/", "AM");
+    EXPECT_FALSE(files.Bytes("/start/AM.study.json")) << "there is nothing to keep";
+
+    files.PutText("/start/AM.study.json", Companion);
+    Study read = LoadStudy(files, "/start/", "AM").value();
+    EXPECT_FALSE(read.Entries[1].Computed);
+    EXPECT_EQ(read.Entries[2].Computed, (Computation{0xFF, 300, 7600, 35, "Overflow"}));
+    EXPECT_EQ(read.Entries[2].StopDelayThreshold, 5);
+    PutStudyFile(files, read, "/start/", "PM");
+    std::string expected = Companion;
+    expected.replace(expected.find("NB-001"), 6, "nb-001");
+    EXPECT_EQ(files.Bytes("/start/PM.study.json"), BytesOf(expected));
+
+    RemoveRun(read, 2);
+    PutStudyFile(files, read, "/start/", "PM");
+    EXPECT_FALSE(LoadStudy(files, "/start/", "PM")->OtherFacts.empty());
+}
+
+TEST(StudyCompanion, ADamagedOneIsKeptWhenTheStudyIsWritten) {
+    for (const char* damaged : {"", "{", "[]", R"({"runs": [{}]})", R"({"runs": [{"EntryRunName": 1}]})",
+                                R"({"runs": [{"EntryRunName": "A", "computed": {"movement": "x"}}]})"}) {
+        MemoryFileSystem files;
+        Study study;
+        AppendRun(study, "A");
+        PutStudyFile(files, study, "/start/", "AM");
+        files.PutText("/start/AM.study.json", damaged);
+        Study read = LoadStudy(files, "/start/", "AM").value();
+        EXPECT_FALSE(read.Entries[1].Computed) << damaged;
+        PutStudyFile(files, read, "/start/", "AM");
+        EXPECT_EQ(files.Bytes("/start/AM.study.json.bak"), BytesOf(damaged));
+    }
+}
+
+// The vectors are those that the authors of the hash published.
+TEST(ContentHash, IsFnv1a) {
+    EXPECT_EQ(ContentHash(BytesOf("")), 0xCBF29CE484222325U);
+    EXPECT_EQ(ContentHash(BytesOf("foobar")), 0x85944171F73967E8U);
+    // The calibration "fo", then the pulses.
+    EXPECT_EQ(MovementHash(RunOfValues({0x6F, 0x8000 | 0x62}, 0x6F66)),
+              ContentHash(BytesOf(std::string_view("foo\0b\0", 6))));
 }
 
 }  // namespace

@@ -29,10 +29,9 @@ TEST(ModMain, GradesDelays) {
     study.Record.RunCount = 1;
     SetRunLOSGrade(study, 35, 1);
     SetRunLOSGrade(study, 5, 0);
-    EXPECT_EQ(study.Entries[1].LOSGrade, "D");
-    EXPECT_EQ(study.Entries[0].LOSGrade, "A");
-    EXPECT_ERROR(SubscriptOutOfRange, SetRunLOSGrade(study, 5, 2));
-    EXPECT_ERROR(SubscriptOutOfRange, SetRunLOSGrade(study, 5, -1));
+    EXPECT_EQ(study.Entries[1].LOSGrade + study.Entries[0].LOSGrade, "DA");
+    for (const std::int16_t none : {std::int16_t{-1}, std::int16_t{2}})
+        EXPECT_ERROR(SubscriptOutOfRange, SetRunLOSGrade(study, 5, none));
 }
 
 TEST(ModMain, SplitsPackedNumbers) {
@@ -40,23 +39,17 @@ TEST(ModMain, SplitsPackedNumbers) {
     std::int16_t high = -1;
     std::int16_t low = -1;
     SplitPacked5(100000, middle, high, low);
-    EXPECT_EQ(middle, 100000);
-    EXPECT_EQ(high, -1);
-    EXPECT_EQ(low, -1);
+    EXPECT_EQ(std::tuple(high, middle, low), std::tuple(-1, 100000, -1));
     SplitPacked5(123456, middle, high, low);
-    EXPECT_EQ(high, 1);
-    EXPECT_EQ(middle, 23);
-    EXPECT_EQ(low, 456);
+    EXPECT_EQ(std::tuple(high, middle, low), std::tuple(1, 23, 456));
 
     std::int16_t whole = 0;
     float tenths = 0;
     SplitPacked4(123456, whole, tenths);
-    EXPECT_EQ(whole, 12);
-    EXPECT_EQ(tenths, 345.6F);
+    EXPECT_EQ(std::tuple(whole, tenths), std::tuple(12, 345.6F));
     EXPECT_ERROR(Overflow, SplitPacked4(2000000000, whole, tenths));
     SplitPacked3(-12345, high, low);
-    EXPECT_EQ(high, -12);
-    EXPECT_EQ(low, -345);
+    EXPECT_EQ(std::tuple(high, low), std::tuple(-12, -345));
     EXPECT_EQ(AddHours(-12, {10.75}).Days, 10.25);
 }
 

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "CounterTexts.h"
 #include "core/DamagedFile.h"
 #include "counter/CounterFile.h"
 #include "fakes/FakePorts.h"
@@ -9,78 +10,73 @@
 namespace vantor {
 namespace {
 
-const std::string Path = "/start/Field Data Files/Day.tdc";
-const std::string Whole =
-    "T,001,001,SITE0001,0653,031108,01246\r\n012 001\r\n00002\r\n"
-    "T,001,002,SITE0001,0714,031108,01246\r\n012 001\r\n00002\r\n";
+const std::string Path = FieldData + "Day.tdc";
+const std::string Whole = Record("T,001,001", "012 001\r\n") + Record("T,001,002");
 
-class DamagedCounterFile : public testing::Test {
+class DamagedCounterFile : public testing::Test, protected TestProgram {
 protected:
     /// The program that starts after this text ended the one before, at the record.
     void StartAfter(const std::string& text, int record = 3) {
-        Program.Files.PutText(Path, text);
-        NoteDamagedFile(Program.Files, {Path, record, "a record"});
-        LoadSettings(Program.State, Program.Files);
+        Files.PutText(Path, text);
+        NoteDamagedFile(Files, {Path, record, "a record"});
+        LoadSettings(State, Files);
     }
-    std::string Question(const std::string& record, const std::string& runs, const std::string& converting) {
-        return "A counter file ended the program: record " + record + " of\n" + Path +
-               "\nis damaged. It begins with \"X\" and not with \"T\" or \":\".\n" + runs +
-               "\n\nSet aside, the file gets the name of a backup (.bak), which no list reads. " + converting +
-               "Left as it is, it ends the program again when a list meets it.";
+    void ExpectQuestion(bool isAfterRuns, MessageAnswer answer) {
+        Messages.Expect(
+            std::string("A counter file ended the program: record ") + (isAfterRuns ? "3" : "1") + " of\n" + Path +
+                "\nis damaged. It begins with \"X\" and not with \"T\" or \":\".\n" +
+                (isAfterRuns ? "2 whole runs stand" : "No whole run stands") +
+                " before it.\n\nSet aside, the file gets the name of a backup (.bak), which no list reads. " +
+                (isAfterRuns ? "Converting its whole runs does that, too, and puts a file of those runs in its place. "
+                             : "") +
+                "Left as it is, it ends the program again when a list meets it.",
+            answer);
     }
-    const std::string Converting =
-        "Converting its whole runs does that, too, and puts a file of those runs in its place. ";
-    bool IsNoted() { return NotedDamagedFile(LoadUserChoices(Program.Files)).has_value(); }
-
-    TestProgram Program;
+    bool IsNoted() { return NotedDamagedFile(LoadUserChoices(Files)).has_value(); }
 };
 
 TEST_F(DamagedCounterFile, GoesOnWithTheWholeRunsBeforeTheFault) {
     StartAfter(Whole + "X,001");
-    Program.Messages.Expect(Question("3", "2 whole runs stand before it.", Converting), MessageAnswer::Yes);
-    OfferDamagedCounterFile(Program.Context);
-    EXPECT_EQ(Program.OtherScreens.Shown, std::vector<std::string>{"frmUploadData"});
-    EXPECT_TRUE(Program.State.CounterFileChosen);
-    EXPECT_EQ(Program.State.ChosenCounterFileName, "Day");
-    EXPECT_EQ(Program.Files.Bytes(Path + ".bak"), BytesOf(Whole + "X,001"));
-    EXPECT_EQ(CounterStudies(Program.Files, Path, Program.End).at(0).Runs, 2);
-    EXPECT_FALSE(IsNoted());
-
-    StartAfter(Whole + "X,001");
-    Program.Messages.Expect(Question("3", "2 whole runs stand before it.", Converting), MessageAnswer::Yes);
-    Program.Files.FailChangeAfter(1, ErrorNumber::DiskFull);
-    EXPECT_THROW(OfferDamagedCounterFile(Program.Context), RunTimeError);
-    EXPECT_EQ(Program.Files.Bytes(Path), BytesOf(Whole + "X,001")) << "back where it was";
-
-    Program.Messages.Expect(Question("3", "2 whole runs stand before it.", Converting), MessageAnswer::Yes);
-    Program.Work.AsksBeforeStop = 2;
-    OfferDamagedCounterFile(Program.Context);
-    EXPECT_EQ(Program.Files.Bytes(Path), BytesOf(Whole + "X,001")) << "stopped after the check";
+    for (int i = 0; i < 3; ++i) ExpectQuestion(true, MessageAnswer::Yes);
+    Files.FailChangeAfter(1, ErrorNumber::DiskFull);
+    EXPECT_THROW(OfferDamagedCounterFile(Context), RunTimeError);
+    EXPECT_EQ(Files.Bytes(Path), BytesOf(Whole + "X,001")) << "back where it was";
+    Work.AsksBeforeStop = 2;
+    OfferDamagedCounterFile(Context);
+    EXPECT_EQ(Files.Bytes(Path), BytesOf(Whole + "X,001")) << "stopped after the check";
     EXPECT_TRUE(IsNoted());
+
+    Work.AsksBeforeStop = 100;
+    OfferDamagedCounterFile(Context);
+    EXPECT_EQ(OtherScreens.Shown, std::vector<std::string>{"frmUploadData"});
+    EXPECT_TRUE(State.CounterFileChosen);
+    EXPECT_EQ(State.ChosenCounterFileName, "Day");
+    EXPECT_EQ(Files.Bytes(Path + ".bak"), BytesOf(Whole + "X,001"));
+    EXPECT_EQ(Files.Bytes(Path), BytesOf(Whole + DumpEnd + "\r\n"));
+    EXPECT_FALSE(IsNoted());
 }
 
 TEST_F(DamagedCounterFile, IsSetAsideOrLeftAsTheUserWants) {
     StartAfter("X", 1);
-    const std::string question = Question("1", "No whole run stands before it.", "");
-    Program.Messages.Expect(question, MessageAnswer::No);
-    OfferDamagedCounterFile(Program.Context);
-    EXPECT_TRUE(Program.Files.Bytes(Path));
+    ExpectQuestion(false, MessageAnswer::No);
+    OfferDamagedCounterFile(Context);
+    EXPECT_TRUE(Files.Bytes(Path));
     EXPECT_TRUE(IsNoted()) << "named again at the next start";
-    Program.Messages.Expect(question, MessageAnswer::Yes);
-    Program.Messages.Expect("The damaged counter file is now:\n" + Path + ".bak");
-    OfferDamagedCounterFile(Program.Context);
-    EXPECT_FALSE(Program.Files.Bytes(Path));
+    ExpectQuestion(false, MessageAnswer::Yes);
+    Messages.Expect("The damaged counter file is now:\n" + Path + ".bak");
+    OfferDamagedCounterFile(Context);
+    EXPECT_FALSE(Files.Bytes(Path));
     EXPECT_FALSE(IsNoted());
 }
 
 TEST_F(DamagedCounterFile, OneThatIsSoundOrGoneIsPassedOver) {
-    StartAfter(Whole + "::::::::::::::::::::\r\n");
-    OfferDamagedCounterFile(Program.Context);
+    StartAfter(Whole + DumpEnd);
+    OfferDamagedCounterFile(Context);
     EXPECT_FALSE(IsNoted());
     StartAfter("", 0);
-    Program.Messages.Expect("Characters were lost on the serial line, which ended the program. This dump is gone:\n" +
-                            Path + "\nDump the counter again.");
-    OfferDamagedCounterFile(Program.Context);
+    Messages.Expect("Characters were lost on the serial line, which ended the program. This dump is gone:\n" + Path +
+                    "\nDump the counter again.");
+    OfferDamagedCounterFile(Context);
     EXPECT_FALSE(IsNoted());
 }
 

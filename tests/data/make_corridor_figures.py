@@ -13,63 +13,41 @@ import re
 import struct
 
 START, END = 300, 7600
+MANOEUVRES = (2, 3, 4, 6, 7, 8)
 
 
 def single(value):
     return struct.unpack("<f", struct.pack("<f", value))[0]
 
 
-FACTOR = single(3600 / 5280)
-
-
-def fields():
-    text = (pathlib.Path(__file__).parents[2] / "samples" / "Corridor.tdc").read_text("ascii")
-    return iter([part.lstrip(" ") for part in re.split(r"\r\n|[,\r\n]", text)])
-
-
 def records():
-    stream = fields()
-    while (start := next(stream)) != ":" * 20:
-        header = [start] + [next(stream) for _ in range(6)]
+    text = (pathlib.Path(__file__).parents[2] / "samples" / "Corridor.tdc").read_text("ascii")
+    fields = (part.lstrip(" ") for part in re.split(r"\r\n|[,\r\n]", text))
+    while next(fields) != ":" * 20:
+        header = [next(fields) for _ in range(6)]
         words = []
-        while len(word := next(stream)) >= 7:
+        while len(word := next(fields)) >= 7:
             words.append((int(word[:3]), int(word[4:7])))
         yield header, words, int(word)
 
 
-def delay(words, calibration):
-    feet = [round(single(calibration / 1000) * pulses) for pulses, _ in words]
-    speed = [single(FACTOR * step) for step in feet]
-    last = len(words) - 1  # the last sample is never looked at
-    distance = at = 0
-    while (distance := distance + feet[at]) < START:
-        at += 1
-        assert at < last
-    start, stops = at, 0
-    while True:  # the start sample's distance counts a second time
-        distance += feet[at]
-        stops += speed[at] <= 0
-        if distance >= END:
-            break
-        at += 1
-        assert at < last
-    ideal = single(single(speed[start] + speed[at]) / 2)
-    ideal_time = round((END - START) / (5280 / 3600 * ideal))
+def delay(feet):
+    speed = [single(single(3600 / 5280) * step) for step in feet]
+    ways = list(itertools.accumulate(feet))
+    start = next(at for at, way in enumerate(ways) if way >= START)
+    # The start sample's distance counts a second time; the last sample is never looked at.
+    end = next(at for at in range(start, len(feet) - 1) if ways[at] + feet[start] >= END)
+    ideal = single(single(speed[start] + speed[end]) / 2)
     return {
         "CDStartSample": start + 1,
-        "CDEndSample": at + 1,
+        "CDEndSample": end + 1,
         "IdealSpeedCalc": round(ideal),
-        "ControlDelay": at - start - ideal_time,
-        "StopDelay": stops,
+        "ControlDelay": end - start - round((END - START) / (5280 / 3600 * ideal)),
+        "StopDelay": sum(step <= 0 for step in speed[start:end + 1]),
     }
 
 
-MANOEUVRES = (2, 3, 4, 6, 7, 8)
-
-
-def sections(words, calibration):
-    feet = [round(single(calibration / 1000) * pulses) for pulses, _ in words]
-    marks = [mark for _, mark in words]
+def sections(feet, marks):
     # The section of a second is the number of nodes flagged before it.
     where = [0] + list(itertools.accumulate(mark >= 128 for mark in marks))
     key = [mark if 1 <= mark <= 32 and mark not in MANOEUVRES else 0 for mark in marks]
@@ -91,28 +69,25 @@ def sections(words, calibration):
     return rows
 
 
-def main():
-    runs = []
-    for header, words, trailer in records():
-        _, study, number, site, time, date, calibration = header
-        if study != "001":
-            continue
-        nodes = sum(mark >= 128 for _, mark in words)
-        keys = [mark for _, mark in words if 1 <= mark <= 127]
-        runs.append({
-            "RunName": f"S{study}R{number}-{site:8.8}-1",
-            "SampleCount": len(words),
-            "RunLength": round(single(int(calibration) / 1000) * sum(pulses for pulses, _ in words)),
-            "NumberOfSections": nodes + 2,
-            "HeaderWord3": len(keys),
-            "HeaderLong": trailer,
-            **delay(words, int(calibration)),
-            "Sections": sections(words, int(calibration)),
-        })
-    control = round(sum(run["ControlDelay"] for run in runs) / len(runs))
-    stop = round(sum(run["StopDelay"] for run in runs) / len(runs))
-    print(json.dumps({"StartDist": START, "EndDist": END, "Runs": runs, "AvgControlDelay": control,
-                      "AvgStopDelay": stop, "RatioHundredths": int(100 * control / stop + 0.5)}, indent=1))
+def run_of(header, words, trailer):
+    study, number, site, _, _, calibration = header
+    step = single(int(calibration) / 1000)
+    feet = [round(step * pulses) for pulses, _ in words]
+    marks = [mark for _, mark in words]
+    return {
+        "RunName": f"S{study}R{number}-{site:8.8}-1",
+        "SampleCount": len(words),
+        "RunLength": round(step * sum(pulses for pulses, _ in words)),
+        "NumberOfSections": sum(mark >= 128 for mark in marks) + 2,
+        "HeaderWord3": sum(1 <= mark <= 127 for mark in marks),
+        "HeaderLong": trailer,
+        **delay(feet),
+        "Sections": sections(feet, marks),
+    }
 
 
-main()
+runs = [run_of(*record) for record in records() if record[0][0] == "001"]
+control, stop = (round(sum(run[name] for run in runs) / len(runs)) for name in ("ControlDelay", "StopDelay"))
+figures = {"StartDist": START, "EndDist": END, "AvgControlDelay": control, "AvgStopDelay": stop,
+           "RatioHundredths": int(100 * control / stop + 0.5), "Runs": runs}
+print(json.dumps(figures).replace('{"RunName"', '\n{"RunName"'))

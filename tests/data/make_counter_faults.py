@@ -17,20 +17,6 @@ DUMP = (
 )
 
 
-def fields_of(text):
-    fields, field, i = [], "", 0
-    while i < len(text):
-        if text[i] in ",\r\n":
-            if text[i : i + 2] == "\r\n":
-                i += 1
-            fields.append(field.lstrip(" "))
-            field = ""
-        else:
-            field += text[i]
-        i += 1
-    return fields + ([field.lstrip(" ")] if field.strip(" ") else [])
-
-
 def is_real(date, time):
     try:
         datetime.datetime.strptime(date[4:6] + date[:4] + time, "%y%m%d%H%M")
@@ -41,17 +27,14 @@ def is_real(date, time):
 
 def is_readable(text):
     """True when every record reads as one up to the end mark, though a figure in it may be another."""
-    rest = fields_of(text)
-    while rest and rest[0] != END:
-        if rest[0][:1] not in ("T", ":") or len(rest) < 8 or not is_real(rest[5][:6], rest[4][:4]):
+    fields = iter([field.lstrip(" ") for field in re.split(r"\r\n|[,\r\n]", text)])
+    while (start := next(fields, "")) != END:
+        header = [next(fields, "") for _ in range(6)]
+        if start[:1] not in ("T", ":") or not is_real(header[4][:6], header[3][:4]):
             return False
-        rest = rest[7:]
-        while rest and len(rest[0]) >= 7:
-            rest.pop(0)
-        if not rest:
-            return False
-        rest.pop(0)
-    return bool(rest)
+        while len(next(fields, "")) >= 7:
+            pass
+    return True
 
 
 starts = [match.start() for match in re.finditer("(?m)^[T:],", DUMP)] + [DUMP.index(END)]
@@ -59,9 +42,9 @@ starts = [match.start() for match in re.finditer("(?m)^[T:],", DUMP)] + [DUMP.in
 
 def without(lost):
     """The whole runs and the record that is hurt: the one that the byte was lost from."""
-    record = sum(start <= lost for start in starts)
     if is_readable(DUMP[:lost] + DUMP[lost + 1 :]):
         return len(starts) - 1, None
+    record = sum(start <= lost for start in starts)
     return record - 1, record
 
 

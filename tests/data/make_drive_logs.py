@@ -1,23 +1,18 @@
 #!/usr/bin/env python3
 """Drives through a street with signals, and what loggers that miss seconds write of them.
 
-    python3 tests/data/make_drive_logs.py > tests/data/drive_logs.json   short drives, for the tests
-    python3 tests/data/make_drive_logs.py DIR                            whole GPS logs (.gd2) and DIR/truth.json
+    python3 tests/data/make_drive_logs.py > tests/data/drive_logs.json
 
-The vehicle is moved in tenths of a second over the WGS 84 ellipsoid, so that "feet" and "stopped" are what it did, not
-what a log says. "gaps" are seconds without a row, [from, to, kind], the kind by what the vehicle did there.
+The vehicle is moved in tenths of a second over the WGS 84 ellipsoid, so that "feet" is what it did, not what a log
+says. "gaps" are seconds without a row, [from, to, kind], the kind by what the vehicle did there.
 """
 import json
 import math
-import os
 import random
-import struct
-import sys
 
 FEET = 0.3048
 MPH = 5280 / 3600  # feet a second
 AXIS, FLATTENING = 6378137.0, 1 / 298.257223563
-DAY0 = 39521  # 14 March 2008
 
 
 class Street:
@@ -89,8 +84,7 @@ def gaps_of(rows, log):
 def truth(rows, log):
     inside = [row for row in rows if log[0][0] <= row[0] <= log[-1][0]]
     ends = (inside[0][1] + inside[-1][1]) * MPH / 2  # a sample is the second around its row
-    return {"feet": round(inside[-1][4] - inside[0][4] + ends), "stopped": sum(1 for row in inside if row[1] < 0.5),
-            "gaps": gaps_of(rows, log)}
+    return {"feet": round(inside[-1][4] - inside[0][4] + ends), "gaps": gaps_of(rows, log)}
 
 
 def cases():
@@ -102,53 +96,14 @@ def cases():
     yield "a row every five seconds", 11 * 3600, -12.1, -77.0, 900, 5, False, []
 
 
-def row_bytes(start, row, run):
-    second, mph, lat, lon = row
-    return struct.pack("<hhffdddhfhhh", run, 1, mph, -1, DAY0 + (start + second) / 86400, lat, lon, 8, 1.0, 0, -1, 2)
-
-
-def gd2(name, rows):
-    text = lambda value, width: value.encode("cp1252").ljust(width)
-    header = text("Drive", 32) + text(name, 20) + text("", 32) + struct.pack("<hhih", 1, 3, 4800, 0) + bytes(6)
-    return struct.pack("<hhhd", 2, 0, 0, DAY0) + b"XX" + header + b"".join(rows)
-
-
-def write_logs(folder):
-    os.makedirs(folder, exist_ok=True)
-    truths = {}
-
-    def put(name, runs):
-        records = [row_bytes(start, row, run) for run, (start, _, log) in enumerate(runs, 1) for row in log]
-        with open(os.path.join(folder, name + ".gd2"), "wb") as file:
-            file.write(gd2(name, records))
-        truths[name] = [truth(rows, log) for _, rows, log in runs]
-
-    for number, (_, start, lat, lon, seconds, interval, pauses, drops) in enumerate(cases(), 1):
-        rng = random.Random(number)
-        rows = drive(rng, lat, lon, seconds * 5)
-        put(f"case{number}", [(start, rows, logged(rng, rows, interval, pauses, drops))])
-    # A day of 40,000 rows in twenty runs, with a gap of 3 to 120 s now and then.
-    rng, runs = random.Random(99), []
-    for run in range(20):
-        rows = drive(rng, 42.3, -83.1, 2700)
-        drops = [(at, at + rng.randint(3, 120)) for at in range(100, 2500, 400)]
-        runs.append((4 * 3600 + run * 3000, rows, logged(rng, rows, 1, run % 2 == 1, drops)))
-    put("day", runs)
-    with open(os.path.join(folder, "truth.json"), "w") as file:
-        json.dump(truths, file, indent=1)
-
-
 def main():
-    if len(sys.argv) > 1:
-        return write_logs(sys.argv[1])
     drives = []
     for number, (name, start, lat, lon, seconds, interval, pauses, drops) in enumerate(cases(), 1):
         rng = random.Random(number)
         rows = drive(rng, lat, lon, seconds)
         log = logged(rng, rows, interval, pauses, drops)
         drives.append({"name": name, "start": start, **truth(rows, log), "rows": log})
-    text = json.dumps(drives)
-    print(text.replace('{"name"', '\n{"name"').replace('], [', '],['))
+    print(json.dumps(drives).replace('{"name"', '\n{"name"').replace('], [', '],['))
 
 
 main()

@@ -182,7 +182,10 @@ def main():
         figures[kind] = {"log": log_bytes(kind, points).hex(), "start": round(points[0]["seconds"]),
                          "times": [p["seconds"] for p in rows],
                          "runs": [run_of(kind, r, [p for p in rows if p["run"] == r]) for r in (1, 2, 7)]}
-    print(json.dumps(figures, indent=1))
+    text = json.dumps(figures)
+    for part in ('"gd2"', '"od2"', '"ddf"', '"times"', '{"RunName"', '"samples"'):
+        text = text.replace(part, "\n" + part)
+    print(text)
 
 
 main()

@@ -10,8 +10,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-constexpr int Node = 0x8000;
-
 std::vector<std::int32_t> FeetOf(const NodeRows& rows) {
     std::vector<std::int32_t> feet;
     for (const NodeRow& row : rows) feet.push_back(row.Feet);
@@ -20,42 +18,25 @@ std::vector<std::int32_t> FeetOf(const NodeRows& rows) {
 
 TEST(FindNodeSample, TheNearestSampleAndTheLaterOneOnATie) {
     const RunRecord run = RunOf({10, 10, 10, 0, 0, 20, 10});  // 10, 20, 30, 30, 30, 50, 60
-    struct Case {
-        double Feet;
-        std::optional<std::int32_t> Sample;
-    };
-    for (const Case& c : {Case{0, 1},
-                          {4.9, 1},
-                          {10, 1},
-                          {14.9, 1},
-                          {15, 2},
-                          {15.1, 2},
-                          {20, 2},
-                          {30, 5},
-                          {39, 5},
-                          {40, 6},
-                          {59, 7},
-                          {60, std::nullopt},
-                          {1e9, std::nullopt}})
-        EXPECT_EQ(FindNodeSample(run, c.Feet, NodeSearch::Nearest), c.Sample) << c.Feet;
-    EXPECT_EQ(FindNodeSample(RunOf({}), 0, NodeSearch::Nearest), std::nullopt);
-    EXPECT_EQ(FindNodeSample(RunOf({10, 10}, 0), 0, NodeSearch::Nearest), std::nullopt);
+    using Case = std::pair<double, std::optional<std::int32_t>>;
+    for (const auto& [feet, sample] :
+         {Case{0, 1}, Case{4.9, 1}, Case{10, 1}, Case{14.9, 1}, Case{15, 2}, Case{15.1, 2}, Case{20, 2}, Case{30, 5},
+          Case{39, 5}, Case{40, 6}, Case{59, 7}, Case{60, std::nullopt}, Case{1e9, std::nullopt}})
+        EXPECT_EQ(FindNodeSample(run, feet, NodeSearch::Nearest), sample) << feet;
+    for (const RunRecord& nowhere : {RunOf({}), RunOf({10, 10}, 0)})
+        EXPECT_EQ(FindNodeSample(nowhere, 0, NodeSearch::Nearest), std::nullopt);
 }
 
 TEST(FindNodeSample, ProbesBothSidesUpTo39SamplesAway) {
+    using Case = std::pair<std::vector<int>, std::optional<std::int32_t>>;
     // The walk for 1000 ft ends at sample 101.
-    const auto found = [](std::vector<int> nodes) {
+    for (const auto& [nodes, found] :
+         {Case{{101, 102}, 101}, Case{{100, 102}, 102}, Case{{100, 103}, 100}, Case{{99, 103}, 103}, Case{{140}, 140},
+          Case{{62}, 62}, Case{{61, 141}, std::nullopt}}) {
         std::vector<int> values(200, 10);
         for (const int sample : nodes) values[static_cast<std::size_t>(sample - 1)] |= Node;
-        return FindNodeSample(RunOf(values), 1000, NodeSearch::Flagged);
-    };
-    EXPECT_EQ(found({101, 102}), 101);
-    EXPECT_EQ(found({100, 102}), 102);
-    EXPECT_EQ(found({100, 103}), 100);
-    EXPECT_EQ(found({99, 103}), 103);
-    EXPECT_EQ(found({140}), 140);
-    EXPECT_EQ(found({62}), 62);
-    EXPECT_EQ(found({61, 141}), std::nullopt);
+        EXPECT_EQ(FindNodeSample(RunOf(values), 1000, NodeSearch::Flagged), found) << nodes.front();
+    }
     EXPECT_EQ(FindNodeSample(RunOf({10, Node | 10}), 0, NodeSearch::Flagged), 2);
     EXPECT_EQ(FindNodeSample(RunOf({Node | 10, 10}), 10, NodeSearch::Flagged), 1);
 }
@@ -76,7 +57,7 @@ TEST(NodeRows, AreStartFlaggedSamplesAndEnd) {
 
 TEST(ReverseNames, MovesOnlyTheNames) {
     RunRecord run = RunOf({10, Node | 10, 10, Node | 10, Node | 10, 10});
-    for (int node = 0; node < 5; ++node) run.Header.SectionName[node] = std::string(1, static_cast<char>('A' + node));
+    Name(run.Header, {"A", "B", "C", "D", "E"});
     NodeRows rows = RowsOf(run);
     ReverseNames(rows);
     std::string names;
@@ -100,101 +81,80 @@ TEST(NodeRows, MoreNodesThanNames) {
 
 TEST(DeleteRow, ClearsTheFlagOfTheHighlightedNodeOnly) {
     RunRecord run = RunOf({10, Node | 10, Node | 0x0C00 | 10, 10, 10});
+    const RunRecord before = run;
     NodeRows rows = RowsOf(run);
+    EXPECT_FALSE(InsertRow(rows, 1).has_value());
+    EXPECT_FALSE(DeleteRow(run, rows, 1).has_value());
+    EXPECT_EQ(run, before) << "an inserted row takes no node with it";
+    EXPECT_EQ(rows, RowsOf(run));
     for (const int refused : {-1, 0, 3}) EXPECT_EQ(DeleteRow(run, rows, refused)->Text, "");
     EXPECT_FALSE(DeleteRow(run, rows, 1).has_value());  // the next second is a node, too
-    EXPECT_FALSE(HasNode(run.SampleValues[2]));
-    EXPECT_TRUE(HasNode(run.SampleValues[3]));
+    EXPECT_EQ(run.SampleValues, RunOf({10, 10, Node | 0x0C00 | 10, 10, 10}).SampleValues);
     EXPECT_FALSE(DeleteRow(run, rows, 1).has_value());
     EXPECT_EQ(run.SampleValues[3], 0x0C00 | 10);
     EXPECT_EQ(rows.size(), 2u);
 }
 
 TEST(DeleteRow, SaysWhenThereIsNoSuchNode) {
-    const std::string notFound = "Could not find section node. Call Technical Support for help.";
     std::vector<int> longStop(60, 0);
     longStop.insert(longStop.begin(), {10, Node | 10});
     longStop.push_back(10);
     for (const RunRecord& run : {RunOf({10, Node | 10, 10}, 0), RunOf({10, Node | 10}), RunOf(longStop)}) {
         RunRecord edited = run;
         NodeRows rows = RowsOf(edited);
-        EXPECT_EQ(DeleteRow(edited, rows, 1)->Text, notFound);
+        EXPECT_EQ(DeleteRow(edited, rows, 1)->Text, "Could not find section node. Call Technical Support for help.");
         EXPECT_EQ(edited, run);
         EXPECT_EQ(rows, RowsOf(run));
     }
 }
 
-TEST(DeleteRow, AnInsertedRowTakesNoNodeWithIt) {
-    RunRecord run = RunOf({10, Node | 10, 10});
+/// Rows of a run with one inserted before row `row` for each typed distance.
+NodeRows RowsWith(const RunRecord& run, int row, std::initializer_list<const char*> typed) {
     NodeRows rows = RowsOf(run);
-    EXPECT_FALSE(InsertRow(rows, 1).has_value());
-    EXPECT_FALSE(DeleteRow(run, rows, 1).has_value());
-    EXPECT_TRUE(HasNode(run.SampleValues[2]));
-    EXPECT_EQ(rows, RowsOf(run));
+    for (const char* distance : typed) {
+        EXPECT_FALSE(InsertRow(rows, row).has_value());
+        rows[static_cast<std::size_t>(row++)].TypedDistance = distance;
+    }
+    return rows;
 }
 
 TEST(PlaceNodes, FlagsTheNearestSampleAndKeepsItsPulses) {
     RunRecord run = RunOf({10, 10, Node | 10, 10, 0x0C00 | 10, 10});
-    NodeRows rows = RowsOf(run);
+    NodeRows rows = RowsWith(run, 2, {"50"});
     EXPECT_EQ(InsertRow(rows, 0)->Text, "");  // before the start: a beep
-    InsertRow(rows, 2);
     InsertRow(rows, 1);
     rows[1].Name = "New";
     rows[1].TypedDistance = " 12.4 ";
-    rows[3].TypedDistance = "50";
     ASSERT_FALSE(PlaceNodes(run, rows, {}).has_value());
     EXPECT_EQ(run.SampleValues[1], static_cast<std::int16_t>(Node | 10));
     EXPECT_EQ(PulsesOf(run.SampleValues[5]), 10);
     EXPECT_THAT(FeetOf(RowsOf(run)), ElementsAre(0, 10, 30, 50, 60));
     EXPECT_EQ(run.Header.SectionName[1], "New");
-}
 
-TEST(PlaceNodes, TakesMetres) {
-    RunRecord run = RunOf(std::vector<int>(10, 100));
-    NodeRows rows = RowsOf(run);
-    InsertRow(rows, 1);
-    rows[1].TypedDistance = "121.9";  // 400 ft
-    ASSERT_FALSE(PlaceNodes(run, rows, {true}).has_value());
-    EXPECT_THAT(FeetOf(RowsOf(run)), ElementsAre(0, 400, 1000));
+    RunRecord metric = RunOf(std::vector<int>(10, 100));
+    ASSERT_FALSE(PlaceNodes(metric, RowsWith(metric, 1, {"121.9"}), {true}).has_value());
+    EXPECT_THAT(FeetOf(RowsOf(metric)), ElementsAre(0, 400, 1000));
 }
 
 TEST(PlaceNodes, NamesTheRowThatHasNoPlace) {
-    struct Case {
-        const char* First;
-        const char* Second;
-        int Row;
-        const char* Says;
-    };
+    using Case = std::tuple<const char*, const char*, int, const char*>;
     // Two rows between the nodes at 20 and 60 ft.
-    for (const Case& c : {Case{"", "50", 2, "Row 3: "},
-                          {"forty", "50", 2, "a number between 20 ft and 60 ft"},
-                          {"4e1", "50", 2, "Row 3: "},
-                          {"20", "50", 2, "Row 3: "},
-                          {"-30", "50", 2, "Row 3: "},
-                          {"40", "60", 3, "a number between 40 ft and 60 ft"},
-                          {"50", "40", 3, "Row 4: "},
-                          {"40", "40", 3, "Row 4: "},
-                          {"21", "50", 2, "no data point of its own"},
-                          {"40", "41", 3, "no data point of its own"},
-                          {"40", "58", 3, "no data point of its own"}}) {
+    for (const auto& [first, second, row, says] :
+         {Case{"", "50", 2, "Row 3: "}, Case{"forty", "50", 2, "a number between 20 ft and 60 ft"},
+          Case{"4e1", "50", 2, "Row 3: "}, Case{"20", "50", 2, "Row 3: "}, Case{"-30", "50", 2, "Row 3: "},
+          Case{"40", "60", 3, "a number between 40 ft and 60 ft"}, Case{"50", "40", 3, "Row 4: "},
+          Case{"40", "40", 3, "Row 4: "}, Case{"21", "50", 2, "no data point of its own"},
+          Case{"40", "41", 3, "no data point of its own"}, Case{"40", "58", 3, "no data point of its own"}}) {
         RunRecord run = RunOf({10, Node | 10, 10, 10, 10, Node | 10, 10});
-        NodeRows rows = RowsOf(run);
-        InsertRow(rows, 2);
-        InsertRow(rows, 2);
-        rows[2].TypedDistance = c.First;
-        rows[3].TypedDistance = c.Second;
-        const auto refusal = PlaceNodes(run, rows, {});
-        ASSERT_TRUE(refusal.has_value()) << c.First << " " << c.Second;
-        EXPECT_THAT(refusal->Text, HasSubstr(c.Says));
-        EXPECT_EQ(refusal->Row, c.Row) << c.First << " " << c.Second;
+        const auto refusal = PlaceNodes(run, RowsWith(run, 2, {first, second}), {});
+        ASSERT_TRUE(refusal.has_value()) << first << " " << second;
+        EXPECT_THAT(refusal->Text, HasSubstr(says));
+        EXPECT_EQ(refusal->Row, row) << first << " " << second;
         EXPECT_EQ(refusal->Field, DetailsField::Distance);
     }
     // The last data point is the end of the run, which is a node without a flag.
     RunRecord run = RunOf({10, 10, 10});
-    NodeRows rows = RowsOf(run);
-    InsertRow(rows, 1);
-    rows[1].TypedDistance = "28";
-    EXPECT_THAT(PlaceNodes(run, rows, {})->Text, HasSubstr("no data point of its own"));
+    EXPECT_THAT(PlaceNodes(run, RowsWith(run, 1, {"28"}), {})->Text, HasSubstr("no data point of its own"));
 }
 
 }  // namespace

@@ -9,6 +9,8 @@
 
 namespace vantor {
 
+constexpr int Node = NodeFlag;
+
 /// A run of these sample values with one foot a pulse, decoded.
 inline RunRecord RunOf(std::vector<int> values, std::int16_t calConstant = 1000) {
     RunRecord run;
@@ -18,6 +20,30 @@ inline RunRecord RunOf(std::vector<int> values, std::int16_t calConstant = 1000)
     for (const int value : values) run.SampleValues.Append(static_cast<std::int16_t>(value));
     DecodeRunSamples(run);
     return run;
+}
+
+inline void Name(RunHeader& header, std::initializer_list<const char*> names) {
+    int node = 0;
+    for (const char* name : names) header.SectionName[node++] = name;
+}
+
+/// The names of the first nodes, parted by "|".
+inline std::string NamesOf(const RunHeader& header, int count) {
+    std::string names;
+    for (int node = 0; node < count; ++node) names += (node == 0 ? "" : "|") + header.SectionName[node];
+    return names;
+}
+
+inline StudyRunEntry EntryWith(std::int32_t start, std::int32_t end, std::int32_t idealSpeed = 0) {
+    StudyRunEntry entry;
+    entry.CDStartDist = start;
+    entry.CDEndDist = end;
+    entry.IdealSpeedUser = idealSpeed;
+    return entry;
+}
+/// Start and end of an entry, in feet.
+inline std::pair<std::int32_t, std::int32_t> BoundariesOf(const StudyRunEntry& entry) {
+    return {entry.CDStartDist, entry.CDEndDist};
 }
 
 /// 100 s at 50 ft/s, 20 s at rest, 80 s at 50 ft/s: 200 s and 9000 ft.
@@ -32,6 +58,17 @@ inline RunRecord RisingRun(int samples) {
     std::vector<int> values;
     for (int i = 1; i <= samples; ++i) values.push_back(10 * i);
     return RunOf(std::move(values));
+}
+
+/// 12 seconds of 10 feet; nodes after 3, 6 and 9, key 12, "Queue", in second 5. Each event record tells its sample.
+inline RunRecord RunWithNodes() {
+    RunRecord run = RunOf({10, 10, Node | 10, 10, 0x0C00 | 10, Node | 10, 10, 10, Node | 10, 10, 10, 10});
+    Name(run.Header, {"Start St", "Ash", "Birch", "Cedar", "End St"});
+    for (int i = 1; i <= 12; ++i) run.RunSamples[i].Speed = static_cast<float>(i);
+    run.Header.RunDate = DateOf(2008, 3, 14);
+    run.Header.RunTime = TimeOf(7, 59, 55);
+    run.Header.ButtonLabel[12] = "Queue";
+    return run;
 }
 
 inline AppSettings EnglishSettings() {

@@ -10,7 +10,7 @@ namespace {
 
 /// A run with one node and the key "Signal" used, every value of its header set.
 RunRecord FullRun() {
-    RunRecord run = RunOf({10, 20, NodeFlag | 30, (16 << 8) | 5, 40});
+    RunRecord run = RunOf({10, 20, Node | 30, (16 << 8) | 5, 40});
     RunHeader& header = run.Header;
     header.RunName = "NB-001";
     header.RunDate = {39518.25};  // 11 March 2008, with a time of day
@@ -29,6 +29,10 @@ struct Changed {
     RunRecord Run = FullRun();
     RunFileTexts Texts = TextsOf(Run.Header);
     RunHeader Header() const { return WithTexts(Run, Texts).Header; }
+    RunHeader With(std::string RunFileTexts::*field, const std::string& text) {
+        Texts.*field = text;
+        return Header();
+    }
 };
 
 TEST(RunFileTexts, ShowsEveryValue) {
@@ -38,23 +42,19 @@ TEST(RunFileTexts, ShowsEveryValue) {
     EXPECT_EQ(texts.CountNumber + texts.RunNumber + texts.CalConstant, "3-11000");
     EXPECT_EQ(texts.BeforeOrAfter + texts.RunType, "BeforePrimary");
     EXPECT_EQ(texts.Length + "|" + texts.Duration + "|" + texts.NumberOfSections, "105|5|3");
-    EXPECT_EQ(texts.ButtonLabel[16] + texts.ButtonLabel[12], "Signal");
+    EXPECT_EQ(texts.ButtonLabel[16] + texts.ButtonLabel[12] + "|" + texts.Notes, "Signal|Wet");
     EXPECT_EQ(texts.SectionDist[0] + "|" + texts.SectionDist[1] + "|" + texts.SectionDist[2], "0|60|45");
-    EXPECT_EQ(texts.Notes, "Wet");
-    EXPECT_EQ(texts.SectionName[0] + texts.SectionName[1] + texts.SectionName[2] + texts.SectionName[3],
-              "[Start][End]");
+    EXPECT_EQ(texts.SectionName[0] + texts.SectionName[1] + texts.SectionName[2], "[Start]");
     EXPECT_EQ(texts.SectionName[3], "[End]") << "node number NumberOfSections";
     run.Header.SectionName[0] = "Oak St";
     run.Header.NumberOfSections = 64;
-    EXPECT_EQ(TextsOf(run.Header).SectionName[0], "Oak St");
-    EXPECT_EQ(TextsOf(run.Header).SectionName[3], "");
+    EXPECT_EQ(TextsOf(run.Header).SectionName[0] + TextsOf(run.Header).SectionName[3], "Oak St");
 }
 
 TEST(RunFileTexts, TextsAsTheyWereShownChangeNothingButTheTwoNames) {
     Changed given;
     RunRecord expected = given.Run;
-    expected.Header.SectionName[0] = "[Start]";
-    expected.Header.SectionName[3] = "[End]";
+    Name(expected.Header, {"[Start]", "", "", "[End]"});
     EXPECT_EQ(WithTexts(given.Run, given.Texts), expected);
     RunRecord damaged = given.Run;
     damaged.Header.RunDate.Days = damaged.Header.RunTime.Days = 1e300;
@@ -63,89 +63,59 @@ TEST(RunFileTexts, TextsAsTheyWereShownChangeNothingButTheTwoNames) {
 
 TEST(RunFileTexts, ConvertsDatesAndTimes) {
     Changed given;
-    const std::pair<const char*, Date> dates[] = {
-        {"12/31/29", DateOf(2029, 12, 31)}, {" 2/29/1996 ", DateOf(1996, 2, 29)}, {"1-5-30", DateOf(1930, 1, 5)}};
-    for (const auto& [text, date] : dates) {
-        given.Texts.RunDate = text;
-        EXPECT_EQ(given.Header().RunDate, date) << text;
-    }
+    using Case = std::pair<const char*, Date>;
+    for (const auto& [text, date] : {Case{"12/31/29", DateOf(2029, 12, 31)}, Case{" 2/29/1996 ", DateOf(1996, 2, 29)},
+                                     Case{"1-5-30", DateOf(1930, 1, 5)}})
+        EXPECT_EQ(given.With(&RunFileTexts::RunDate, text).RunDate, date) << text;
     for (const char* text : {"", "today", "02/30/08", "13/01/08", "3/11", "3/11/08/1", "3//08", "/3/11/08", "1/1/99999",
-                             "1/1/99999999999999999999", "1/1/0099999"}) {
-        given.Texts.RunDate = text;
-        EXPECT_ERROR(TypeMismatch, given.Header()) << text;
-    }
+                             "1/1/99999999999999999999", "1/1/0099999"})
+        EXPECT_ERROR(TypeMismatch, given.With(&RunFileTexts::RunDate, text)) << text;
     given = {};
-    const std::pair<const char*, Date> times[] = {{"7:06", TimeOf(7, 6)}, {"23:59:59", TimeOf(23, 59, 59)}};
-    for (const auto& [text, time] : times) {
-        given.Texts.RunTime = text;
-        EXPECT_EQ(given.Header().RunTime, time) << text;
-    }
-    for (const char* text : {"", "7", "24:00", "7:60", "7:05 pm", "7:05:00:00"}) {
-        given.Texts.RunTime = text;
-        EXPECT_ERROR(TypeMismatch, given.Header()) << text;
-    }
+    for (const auto& [text, time] : {Case{"7:06", TimeOf(7, 6)}, Case{"23:59:59", TimeOf(23, 59, 59)}})
+        EXPECT_EQ(given.With(&RunFileTexts::RunTime, text).RunTime, time) << text;
+    for (const char* text : {"", "7", "24:00", "7:60", "7:05 pm", "7:05:00:00"})
+        EXPECT_ERROR(TypeMismatch, given.With(&RunFileTexts::RunTime, text)) << text;
 }
 
 TEST(RunFileTexts, ConvertsNumbers) {
     Changed given;
-    given.Texts.CountNumber = " 12.5 ";
-    given.Texts.CalConstant = "12.6 or so";
-    given.Texts.Length = "-2147483648";
-    given.Texts.NumberOfSections = "32767";
-    EXPECT_EQ(given.Header().CountNumber, 12) << "halves to even";
-    EXPECT_EQ(given.Header().CalConstant, 13);
-    EXPECT_EQ(given.Header().RunLength, -2147483648);
-    EXPECT_EQ(given.Header().NumberOfSections, 32767);
-    given.Texts.CalConstant = "none";
-    EXPECT_EQ(given.Header().CalConstant, 0);
+    EXPECT_EQ(given.With(&RunFileTexts::CountNumber, " 12.5 ").CountNumber, 12) << "halves to even";
+    EXPECT_EQ(given.With(&RunFileTexts::CalConstant, "12.6 or so").CalConstant, 13);
+    EXPECT_EQ(given.With(&RunFileTexts::CalConstant, "none").CalConstant, 0);
+    EXPECT_EQ(given.With(&RunFileTexts::Length, "-2147483648").RunLength, -2147483648);
+    EXPECT_EQ(given.With(&RunFileTexts::NumberOfSections, "32767").NumberOfSections, 32767);
 
-    struct Case {
-        std::string RunFileTexts::*Field;
-        const char *Text, *Name;
-        ErrorNumber Error;
-    };
+    using T = RunFileTexts;
+    using Case = std::tuple<std::string T::*, const char*, const char*, ErrorNumber>;
     using enum ErrorNumber;
-    const Case cases[] = {
-        {&RunFileTexts::CountNumber, "x", "CountNumber", TypeMismatch},
-        {&RunFileTexts::CountNumber, "32767.5", "CountNumber", Overflow},
-        {&RunFileTexts::RunNumber, "", "RunNumber", TypeMismatch},
-        {&RunFileTexts::RunNumber, "-32769", "RunNumber", Overflow},
-        {&RunFileTexts::CalConstant, "40000", "CalConstant", Overflow},
-        {&RunFileTexts::Length, "1 mile", "Length", TypeMismatch},
-        {&RunFileTexts::Length, "2147483648", "Length", Overflow},
-        {&RunFileTexts::Duration, "5 s", "Duration", TypeMismatch},
-        {&RunFileTexts::Duration, "32768", "Duration", Overflow},
-        {&RunFileTexts::Duration, "-1", "Duration", SubscriptOutOfRange},
-        {&RunFileTexts::NumberOfSections, "two", "NumberOfSections", TypeMismatch},
-    };
-    for (const Case& wrong : cases) {
-        Changed changed;
-        changed.Texts.*wrong.Field = wrong.Text;
+    for (const auto& [field, text, name, error] :
+         {Case{&T::CountNumber, "x", "CountNumber", TypeMismatch},
+          Case{&T::CountNumber, "32767.5", "CountNumber", Overflow}, Case{&T::RunNumber, "", "RunNumber", TypeMismatch},
+          Case{&T::RunNumber, "-32769", "RunNumber", Overflow}, Case{&T::CalConstant, "40000", "CalConstant", Overflow},
+          Case{&T::Length, "1 mile", "Length", TypeMismatch}, Case{&T::Length, "2147483648", "Length", Overflow},
+          Case{&T::Duration, "5 s", "Duration", TypeMismatch}, Case{&T::Duration, "32768", "Duration", Overflow},
+          Case{&T::Duration, "-1", "Duration", SubscriptOutOfRange},
+          Case{&T::NumberOfSections, "two", "NumberOfSections", TypeMismatch}}) {
         try {
-            changed.Header();
-            ADD_FAILURE() << wrong.Name << ' ' << wrong.Text;
-        } catch (const RunTimeError& error) {
-            EXPECT_EQ(error.Number(), wrong.Error) << wrong.Name << ' ' << wrong.Text;
-            EXPECT_TRUE(error.Place().starts_with(std::string(wrong.Name) + ": \"" + wrong.Text + "\"\n"));
+            Changed().With(field, text);
+            ADD_FAILURE() << name << ' ' << text;
+        } catch (const RunTimeError& thrown) {
+            EXPECT_EQ(thrown.Number(), error) << name << ' ' << text;
+            EXPECT_TRUE(thrown.Place().starts_with(std::string(name) + ": \"" + text + "\"\n"));
         }
     }
-}
-
-TEST(RunFileTexts, TheFirstWrongTextIsTheError) {
-    Changed given;
+    // The first wrong text is the error.
     given.Texts.RunTime = "noon";
-    given.Texts.CountNumber = "99999";
-    EXPECT_ERROR(TypeMismatch, given.Header());
-    given.Texts.RunTime = "12:00";
-    EXPECT_ERROR(Overflow, given.Header());
+    EXPECT_ERROR(TypeMismatch, given.With(&T::CountNumber, "99999"));
+    EXPECT_ERROR(Overflow, given.With(&T::RunTime, "12:00"));
 }
 
 TEST(RunFileTexts, FlagsNeedTheirExactText) {
     Changed given;
     for (const char* text : {"before", "After", "", " Before"}) {
-        given.Texts.BeforeOrAfter = text;
-        EXPECT_EQ(given.Header().Before, 0) << text;
-        EXPECT_EQ(given.Header().After, -1) << text;
+        const RunHeader header = given.With(&RunFileTexts::BeforeOrAfter, text);
+        EXPECT_EQ(header.Before, 0) << text;
+        EXPECT_EQ(header.After, -1) << text;
     }
     given.Texts.RunType = "primary";
     EXPECT_EQ(given.Header().HeaderWord1, 0);
@@ -162,10 +132,9 @@ TEST(RunFileTexts, DurationIsTheNumberOfSamples) {
     for (const auto& [text, count] : {std::pair{"2", 2}, {"0", 0}, {"32767", 32767}}) {
         given.Texts.Duration = text;
         const RunRecord run = WithTexts(given.Run, given.Texts);
-        EXPECT_EQ(run.Header.Duration, count);
-        EXPECT_EQ(run.Header.SampleCount, count);
-        EXPECT_EQ(run.SampleValues.LastIndex(), count);
-        EXPECT_EQ(run.RunSamples.LastIndex(), count);
+        for (const std::int32_t samples : {std::int32_t{run.Header.Duration}, run.Header.SampleCount,
+                                           run.SampleValues.LastIndex(), run.RunSamples.LastIndex()})
+            EXPECT_EQ(samples, count);
         EXPECT_EQ(run.Header.RunLength, 105) << "nothing is derived anew";
         if (count < 2) continue;
         EXPECT_EQ(run.SampleValues[2], 20);
@@ -181,9 +150,8 @@ TEST(RunFileTexts, TextsAreCutAtTheirWidths) {
     given.Texts.ButtonLabel[16] = given.Texts.SectionName[15] = longText;
     given.Texts.SectionDist[1] = "1";
     const RunHeader header = given.Header();
-    const std::string cut = "é" + std::string(31, 'x');
     for (const std::string& text : {header.RunName, header.SiteCode, header.ButtonLabel[16], header.SectionName[15]})
-        EXPECT_EQ(text, cut);
+        EXPECT_EQ(text, "é" + std::string(31, 'x'));
     EXPECT_EQ(header.Notes, "é" + std::string(127, 'x'));
     EXPECT_EQ(header.SectionDist, given.Run.Header.SectionDist);
 }

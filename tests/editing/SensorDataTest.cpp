@@ -1,6 +1,6 @@
 #include "editing/SensorData.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "Profiles.h"
 #include "editing/SensorEdits.h"
@@ -9,8 +9,6 @@
 
 namespace vantor {
 namespace {
-
-using testing::ElementsAreArray;
 
 using Words = std::vector<int>;
 
@@ -29,24 +27,15 @@ Words After(OneBased<std::int16_t> words, const WordChanges& changes) {
     return {words.begin(), words.end()};
 }
 
-Words DeSpiked(const Words& words) { return After(WordsOf(words), OneFootAPulse().DeSpike(WordsOf(words))); }
-Words Smoothed(const Words& words, std::int16_t factor) {
-    return After(WordsOf(words), OneFootAPulse().Smooth(WordsOf(words), factor));
-}
-
 TEST(SensorData, SpeedIsRoundedTwiceFromWidenedFactors) {
-    struct Case {
-        int Pulses;
-        std::int16_t CalConstant;
-        int Speed;
-    };
-    for (const Case& c : {Case{44, 1000, 30}, Case{81, 1000, 55}, Case{0, 1000, 0}, Case{255, 1000, 174},
-                          Case{33, 1000, 23},    // 22.5 in single precision, a little more in double
-                          Case{250, 1582, 270},  // 395.5 feet and a little more: 396
-                          Case{255, 0, 0}, Case{255, 32767, 5697}})
-        EXPECT_EQ(SensorData(c.CalConstant, EnglishSettings()).SpeedOf(static_cast<std::int16_t>(0x8C00 | c.Pulses)),
-                  c.Speed)
-            << c.Pulses << " pulses, calibration " << c.CalConstant;
+    using Case = std::tuple<int, std::int16_t, int>;
+    for (const auto& [pulses, calConstant, speed] :
+         {Case{44, 1000, 30}, Case{81, 1000, 55}, Case{0, 1000, 0}, Case{255, 1000, 174},
+          Case{33, 1000, 23},    // 22.5 in single precision, a little more in double
+          Case{250, 1582, 270},  // 395.5 feet and a little more: 396
+          Case{255, 0, 0}, Case{255, 32767, 5697}})
+        EXPECT_EQ(SensorData(calConstant, EnglishSettings()).SpeedOf(static_cast<std::int16_t>(0x8C00 | pulses)), speed)
+            << pulses << " pulses, calibration " << calConstant;
     AppSettings settings = EnglishSettings();
     settings.SpeedFactor = 200;
     EXPECT_ERROR(Overflow, SensorData(1000, settings).SpeedOf(164));
@@ -54,64 +43,51 @@ TEST(SensorData, SpeedIsRoundedTwiceFromWidenedFactors) {
 }
 
 TEST(SensorData, DeSpikeLooksAtBothNeighbours) {
-    struct Case {
-        const char* What;
-        Words Before;
-        Words After;
-    };
-    for (const Case& c : {
-             Case{"30, 55, 31: far from the left", {44, 81, 45, 45, 45}, {44, 44, 45, 45, 45}},
-             Case{"30, 55, 55: far from the left alone", {44, 81, 81, 81, 81}, {44, 62, 81, 81, 81}},
-             Case{"30, 50, 50: 20 is not above 20", {44, 73, 73, 73, 73}, {44, 73, 73, 73, 73}},
-             Case{"30, 42, 30: more than 10 on both sides", {44, 62, 44, 44, 44}, {44, 44, 44, 44, 44}},
-             Case{"30, 40, 30: 10 is not above 10", {44, 59, 44, 44, 44}, {44, 59, 44, 44, 44}},
-             Case{"31, 30, 55: far from the right alone", {45, 44, 81, 81, 81}, {45, 44, 81, 81, 81}},
-             Case{"7.5 is 8", {7, 60, 8, 8, 8}, {7, 8, 8, 8, 8}},
-             Case{"6.5 is 6", {6, 60, 7, 7, 7}, {6, 6, 7, 7, 7}},
-             Case{"a dip", {81, 0, 81, 81, 81}, {81, 81, 81, 81, 81}},
-             Case{"keys and nodes stay", {44, 0x0C51, 45 | 0x0700, 45, 45}, {44, 0x0C2C, 45 | 0x0700, 45, 45}},
-             Case{"a node stays", {44, 81 - 0x8000, 45, 45, 45}, {44, 44 - 0x8000, 45, 45, 45}},
-             Case{
-                 "the last three and the first stay", {255, 0, 255, 0, 255, 0, 255}, {255, 255, 255, 255, 255, 0, 255}},
-             Case{"no spike at either end", {0, 81, 81, 81, 81, 0, 200}, {0, 40, 60, 81, 81, 0, 200}},
-             Case{"four points", {44, 81, 45, 45}, {44, 81, 45, 45}},
-             Case{"no points", {}, {}},
-         })
-        EXPECT_THAT(DeSpiked(c.Before), ElementsAreArray(c.After)) << c.What;
+    using Case = std::tuple<const char*, Words, Words>;
+    for (const auto& [what, before, after] :
+         {Case{"30, 55, 31: far from the left", {44, 81, 45, 45, 45}, {44, 44, 45, 45, 45}},
+          Case{"30, 55, 55: far from the left alone", {44, 81, 81, 81, 81}, {44, 62, 81, 81, 81}},
+          Case{"30, 50, 50: 20 is not above 20", {44, 73, 73, 73, 73}, {44, 73, 73, 73, 73}},
+          Case{"30, 42, 30: more than 10 on both sides", {44, 62, 44, 44, 44}, {44, 44, 44, 44, 44}},
+          Case{"30, 40, 30: 10 is not above 10", {44, 59, 44, 44, 44}, {44, 59, 44, 44, 44}},
+          Case{"31, 30, 55: far from the right alone", {45, 44, 81, 81, 81}, {45, 44, 81, 81, 81}},
+          Case{"7.5 is 8", {7, 60, 8, 8, 8}, {7, 8, 8, 8, 8}}, Case{"6.5 is 6", {6, 60, 7, 7, 7}, {6, 6, 7, 7, 7}},
+          Case{"a dip", {81, 0, 81, 81, 81}, {81, 81, 81, 81, 81}},
+          Case{"keys and nodes stay", {44, 0x0C51, 45 | 0x0700, 45, 45}, {44, 0x0C2C, 45 | 0x0700, 45, 45}},
+          Case{"a node stays", {44, 81 - 0x8000, 45, 45, 45}, {44, 44 - 0x8000, 45, 45, 45}},
+          Case{"the last three and the first stay", {255, 0, 255, 0, 255, 0, 255}, {255, 255, 255, 255, 255, 0, 255}},
+          Case{"no spike at either end", {0, 81, 81, 81, 81, 0, 200}, {0, 40, 60, 81, 81, 0, 200}},
+          Case{"four points", {44, 81, 45, 45}, {44, 81, 45, 45}}, Case{"no points", {}, {}}})
+        EXPECT_EQ(After(WordsOf(before), OneFootAPulse().DeSpike(WordsOf(before))), after) << what;
 }
 
 TEST(SensorData, SmoothLooksAtTheRepairedLeftNeighbour) {
-    EXPECT_THAT(Smoothed({44, 66, 67, 67, 67}, 15), ElementsAreArray({44, 56, 67, 67, 67}));
-    EXPECT_THAT(Smoothed({44, 66, 67, 67, 67}, 16), ElementsAreArray({44, 66, 67, 67, 67}));
-    // 81 becomes 62 (42 mph), so the next 81 is 13 mph off and becomes 72 (49 mph); the one after it is in reach.
-    EXPECT_THAT(Smoothed({44, 81, 81, 81, 81, 81, 81, 81}, 10), ElementsAreArray({44, 62, 72, 81, 81, 81, 81, 81}));
-    // Everything is at least 0 and -1 apart.
-    EXPECT_THAT(Smoothed({10, 10, 20, 30, 30, 30}, 0), ElementsAreArray({10, 15, 22, 30, 30, 30}));
-    EXPECT_THAT(Smoothed({10, 10, 20, 30, 30, 30}, -1), ElementsAreArray({10, 15, 22, 30, 30, 30}));
-    EXPECT_THAT(Smoothed({44, 0x1042, 67, 67}, 0), ElementsAreArray({44, 0x1042, 67, 67}));
-    EXPECT_THAT(Smoothed({44, 0x1042, 67, 67, 67}, 0), ElementsAreArray({44, 0x1038, 67, 67, 67}));
+    using Case = std::tuple<std::int16_t, Words, Words>;
+    for (const auto& [factor, before, after] :
+         {Case{15, {44, 66, 67, 67, 67}, {44, 56, 67, 67, 67}}, Case{16, {44, 66, 67, 67, 67}, {44, 66, 67, 67, 67}},
+          // 81 becomes 62 (42 mph), so the next 81 is 13 mph off and becomes 72 (49 mph); the one after it is in reach.
+          Case{10, {44, 81, 81, 81, 81, 81, 81, 81}, {44, 62, 72, 81, 81, 81, 81, 81}},
+          // Everything is at least 0 and -1 apart.
+          Case{0, {10, 10, 20, 30, 30, 30}, {10, 15, 22, 30, 30, 30}},
+          Case{-1, {10, 10, 20, 30, 30, 30}, {10, 15, 22, 30, 30, 30}},
+          Case{0, {44, 0x1042, 67, 67}, {44, 0x1042, 67, 67}},
+          Case{0, {44, 0x1042, 67, 67, 67}, {44, 0x1038, 67, 67, 67}}})
+        EXPECT_EQ(After(WordsOf(before), OneFootAPulse().Smooth(WordsOf(before), factor)), after);
 }
 
 TEST(SensorData, TypedSpeedBecomesPulses) {
-    struct Case {
-        const char* What;
-        int Word;
-        std::int16_t Typed;
-        std::int16_t CalConstant;
-        bool IsMetric;
-        int Edited;
-    };
-    for (const Case& c : {Case{"81 feet", 44, 55, 1000, false, 81}, Case{"the same speed", 44, 30, 1000, false, 44},
-                          Case{"keeps key and node", 0x0C00 | 44, 55, 1000, false, 0x0C00 | 81},
-                          Case{"100 km/h are 62 mph, 91 feet", 44, 100, 1000, true, 91},
-                          Case{"compared before it is converted", 44, 30, 1000, true, 44},
-                          Case{"48 km/h are 30 mph", 45, 48, 1000, true, 44},
-                          Case{"40.5 pulses", 0, 55, 2000, false, 40}, Case{"810 pulses", 0, 55, 100, false, 810 - 768},
-                          Case{"less than nothing", 0, -5, 1000, false, 249}, Case{"to rest", 44, 0, 1000, false, 0}}) {
+    using Case = std::tuple<const char*, int, std::int16_t, std::int16_t, bool, int>;
+    for (const auto& [what, word, typed, calConstant, isMetric, edited] :
+         {Case{"81 feet", 44, 55, 1000, false, 81}, Case{"the same speed", 44, 30, 1000, false, 44},
+          Case{"keeps key and node", 0x0C00 | 44, 55, 1000, false, 0x0C00 | 81},
+          Case{"100 km/h are 62 mph, 91 feet", 44, 100, 1000, true, 91},
+          Case{"compared before it is converted", 44, 30, 1000, true, 44},
+          Case{"48 km/h are 30 mph", 45, 48, 1000, true, 44}, Case{"40.5 pulses", 0, 55, 2000, false, 40},
+          Case{"810 pulses", 0, 55, 100, false, 810 - 768}, Case{"less than nothing", 0, -5, 1000, false, 249},
+          Case{"to rest", 44, 0, 1000, false, 0}}) {
         AppSettings settings = EnglishSettings();
-        settings.MetricUnits = c.IsMetric ? -1 : 0;
-        EXPECT_EQ(SensorData(c.CalConstant, settings).WithSpeed(static_cast<std::int16_t>(c.Word), c.Typed), c.Edited)
-            << c.What;
+        settings.MetricUnits = isMetric ? -1 : 0;
+        EXPECT_EQ(SensorData(calConstant, settings).WithSpeed(static_cast<std::int16_t>(word), typed), edited) << what;
     }
     AppSettings settings = EnglishSettings();
     EXPECT_ERROR(DivisionByZero, SensorData(0, settings).WithSpeed(44, 30));
@@ -125,31 +101,32 @@ TEST(SensorData, TypedSpeedBecomesPulses) {
 TEST(SensorEdits, StepsGoBackAndForthAndKnowWhatIsSaved) {
     auto words = WordsOf({1, 2, 3});
     SensorEdits edits(words);
+    const auto expect = [&](const Words& expected, bool isUnsaved) {
+        EXPECT_EQ(words, WordsOf(expected));
+        EXPECT_EQ(edits.IsUnsaved(), isUnsaved);
+    };
     edits.Do({});
     EXPECT_FALSE(edits.CanUndo());
     EXPECT_ERROR(SubscriptOutOfRange, edits.Undo());
     edits.Do({{1, 1, 10}, {3, 3, 30}});
     edits.Do({{1, 10, 11}});
-    EXPECT_EQ(words, WordsOf({11, 2, 30}));
+    expect({11, 2, 30}, true);
     EXPECT_EQ(edits.Undo(), (WordChanges{{1, 10, 11}}));
-    EXPECT_EQ(words, WordsOf({10, 2, 30}));
-    EXPECT_TRUE(edits.IsUnsaved());
+    expect({10, 2, 30}, true);
     edits.Undo();
-    EXPECT_EQ(words, WordsOf({1, 2, 3}));
-    EXPECT_FALSE(edits.IsUnsaved());
+    expect({1, 2, 3}, false);
     edits.Redo();
     edits.Saved();
-    EXPECT_FALSE(edits.IsUnsaved());
+    expect({10, 2, 30}, false);
     edits.Undo();
-    EXPECT_TRUE(edits.IsUnsaved());
+    expect({1, 2, 3}, true);
     // The saved step can never come back after this.
     edits.Do({{2, 2, 20}});
     EXPECT_FALSE(edits.CanRedo());
     EXPECT_ERROR(SubscriptOutOfRange, edits.Redo());
-    EXPECT_EQ(words, WordsOf({1, 20, 3}));
-    EXPECT_TRUE(edits.IsUnsaved());
+    expect({1, 20, 3}, true);
     edits.Undo();
-    EXPECT_TRUE(edits.IsUnsaved());
+    expect({1, 2, 3}, true);
 }
 
 TEST(SensorView, FollowsTheActivePointAndZoomsFromPointsToTheWholeRun) {

@@ -13,35 +13,25 @@ constexpr auto End = ProfileLine::End;
 constexpr auto Ideal = ProfileLine::IdealSpeed;
 
 TEST(ProfileDrag, CountsReleasesOfBoundariesNotDistinctLines) {
-    struct Case {
-        std::vector<ProfileLine> Released;
-        std::int16_t Count;
-        bool LastComputes;
-    };
-    for (const Case& c : {Case{{}, 0, false},
-                          {{Start}, 1, false},
-                          {{End}, 1, false},
-                          {{Start, End}, 999, true},
-                          {{Start, Start}, 999, true},
-                          {{End, End}, 999, true},
-                          {{Ideal, Ideal, Ideal}, 0, false},
-                          {{Start, Ideal}, 1, false},
-                          {{Start, Ideal, Start}, 999, true},
-                          {{Start, End, Ideal}, 999, true},
-                          {{Start, End, End, End}, 999, true},
-                          {{Start, End, ProfileLine::None}, 999, false},
-                          {{ProfileLine::None, ProfileLine::None}, 0, false}}) {
+    constexpr auto None = ProfileLine::None;
+    using Case = std::tuple<std::vector<ProfileLine>, int, bool>;
+    for (const auto& [released, count, lastComputes] :
+         {Case{{}, 0, false}, Case{{Start}, 1, false}, Case{{End}, 1, false}, Case{{Start, End}, 999, true},
+          Case{{Start, Start}, 999, true}, Case{{End, End}, 999, true}, Case{{Ideal, Ideal, Ideal}, 0, false},
+          Case{{Start, Ideal}, 1, false}, Case{{Start, Ideal, Start}, 999, true}, Case{{Start, End, Ideal}, 999, true},
+          Case{{Start, End, End, End}, 999, true}, Case{{Start, End, None}, 999, false},
+          Case{{None, None}, 0, false}}) {
         ProfileDrag drag;
         bool computes = false;
-        for (const ProfileLine line : c.Released) {
+        for (const ProfileLine line : released) {
             drag.Grab(line);
             EXPECT_EQ(drag.DragLine(), line);
             computes = drag.Release();
-            EXPECT_EQ(drag.DragLine(), ProfileLine::None);
+            EXPECT_EQ(drag.DragLine(), None);
         }
-        EXPECT_EQ(drag.ReleaseCount(), c.Count);
-        EXPECT_EQ(drag.IsReady(), c.Count == 999);
-        EXPECT_EQ(computes, c.LastComputes);
+        EXPECT_EQ(drag.ReleaseCount(), count);
+        EXPECT_EQ(drag.IsReady(), count == 999);
+        EXPECT_EQ(computes, lastComputes);
     }
 }
 
@@ -65,6 +55,10 @@ protected:
         Profile->Release();
     }
 
+    /// Both along the axis that is shown.
+    using Places = std::pair<std::optional<std::int32_t>, std::optional<std::int32_t>>;
+    Places Boundaries() const { return {Profile->Boundary(Start), Profile->Boundary(End)}; }
+
     RunRecord Run;
     AppSettings Settings = EnglishSettings();
     StudyRunEntry Entry;
@@ -76,14 +70,10 @@ TEST_F(SpeedProfileTest, TimeModeCountsTheStartSampleTwice) {
     profile.ToggleAxis();  // 5 seconds a step: 20 pixels a second
     Drag(Start, 40);
     Drag(End, 60);
-    EXPECT_EQ(profile.Plot().CDStartSample, 2);
-    EXPECT_EQ(profile.Plot().CDEndSample, 3);
-    EXPECT_EQ(Entry.CDStartDist, 0);  // until it is computed
-    EXPECT_EQ(Entry.CDEndDist, 0);
-
+    EXPECT_EQ(Boundaries(), Places(2, 3));
+    EXPECT_EQ(BoundariesOf(Entry), std::pair(0, 0));  // until it is computed
     profile.Compute();
-    EXPECT_EQ(Entry.CDStartDist, 30);
-    EXPECT_EQ(Entry.CDEndDist, 80);
+    EXPECT_EQ(BoundariesOf(Entry), std::pair(30, 80));
     EXPECT_EQ(Entry.IdealSpeedCalc, 17);  // (20 + 30) / 2 ft/s = 17.05 mph
     EXPECT_EQ(Entry.ControlDelay, -1);    // 1 s for 50 ft, 2 s at 25 ft/s
     EXPECT_EQ(Entry.LOSGrade, "A");
@@ -111,7 +101,7 @@ TEST_F(SpeedProfileTest, EndBeyondTheDataIsTheWholeRunHoweverItIsReached) {
     EXPECT_EQ(Entry.CDEndDist, 150);
 }
 
-TEST_F(SpeedProfileTest, StartAtOrLeftOfTheEdgeIsNotSet) {
+TEST_F(SpeedProfileTest, StartAtTheEdgeIsNotSetAndIdealSpeedStaysInsideThePlot) {
     SpeedProfile& profile = Open(RunWithStop());
     Drag(Start, 200);
     EXPECT_EQ(profile.Boundary(Start), 2000);
@@ -121,73 +111,50 @@ TEST_F(SpeedProfileTest, StartAtOrLeftOfTheEdgeIsNotSet) {
     EXPECT_DOUBLE_EQ(profile.PixelOf(Start), RoundArea.Left);
     EXPECT_DOUBLE_EQ(profile.PixelOf(End), RoundArea.Right);
     EXPECT_DOUBLE_EQ(profile.PixelOf(Ideal), RoundArea.Top);
-}
-
-TEST_F(SpeedProfileTest, IdealSpeedFollowsOnlyInsideThePlot) {
-    SpeedProfile& profile = Open(RunWithStop());  // 34.1 mph: 40 mph up to the top, 10 pixels each
-    Drag(Ideal, 254);
-    EXPECT_EQ(Entry.IdealSpeedUser, 25);
+    // 34.1 mph: 40 mph up to the top, 10 pixels each.
+    for (const double pixels : {254, 401, -1}) {
+        Drag(Ideal, pixels);
+        EXPECT_EQ(Entry.IdealSpeedUser, 25) << pixels;
+    }
     EXPECT_DOUBLE_EQ(profile.PixelOf(Ideal), RoundArea.Baseline - 250);
-    Drag(Ideal, 401);
-    Drag(Ideal, -1);
-    EXPECT_EQ(Entry.IdealSpeedUser, 25);
     Drag(Ideal, 4);
     EXPECT_EQ(Entry.IdealSpeedUser, 0);
     EXPECT_EQ(profile.IdealSpeed(), std::nullopt);
-    EXPECT_EQ(profile.Drag().ReleaseCount(), 0);
 }
 
-TEST_F(SpeedProfileTest, LookingAtTheOtherAxisChangesNothing) {
-    Entry.CDStartDist = 25;
-    Entry.CDEndDist = 75;
-    SpeedProfile& profile = Open(RisingRun(5));  // 10 30 60 100 150 ft
-    profile.ToggleAxis();
-    EXPECT_EQ(profile.Boundary(Start), 2);
-    EXPECT_EQ(profile.Boundary(End), 3);  // 30 + 20 + 30
-    profile.ToggleAxis();
-    EXPECT_EQ(Entry.CDStartDist, 25);
-    EXPECT_EQ(Entry.CDEndDist, 75);
-}
+TEST_F(SpeedProfileTest, BoundariesStandOnTheOtherAxisAndALookThereChangesNothing) {
+    Entry = EntryWith(25, 75);
+    Open(RisingRun(5));  // 10 30 60 100 150 ft
+    Profile->ToggleAxis();
+    EXPECT_EQ(Boundaries(), Places(2, 3));  // 30 + 20 + 30
+    Profile->ToggleAxis();
+    EXPECT_EQ(BoundariesOf(Entry), std::pair(25, 75));
 
-TEST_F(SpeedProfileTest, BoundariesDraggedOnOneAxisStandOnTheOther) {
-    SpeedProfile& profile = Open(RisingRun(5));
-    profile.ToggleAxis();
+    Entry = {};
+    Open(RisingRun(5));
+    Profile->ToggleAxis();
     Drag(Start, 20);
-    profile.ToggleAxis();
-    EXPECT_EQ(profile.Boundary(Start), 10);
-    EXPECT_EQ(profile.Boundary(End), std::nullopt);
-    profile.ToggleAxis();
-    EXPECT_EQ(profile.Boundary(Start), 1);
+    Profile->ToggleAxis();
+    EXPECT_EQ(Boundaries(), Places(10, std::nullopt));
+    Profile->ToggleAxis();
+    EXPECT_EQ(Profile->Boundary(Start), 1);
     Drag(Start, 60);
     Drag(End, 80);
-    profile.ToggleAxis();
-    EXPECT_EQ(Entry.CDStartDist, 60);
-    EXPECT_EQ(Entry.CDEndDist, 130);  // 60 + 30 + 40
+    Profile->ToggleAxis();
+    EXPECT_EQ(BoundariesOf(Entry), std::pair(60, 130));  // 60 + 30 + 40
 }
 
 TEST_F(SpeedProfileTest, TheNearestLineIsGrabbed) {
-    Entry.CDStartDist = 300;
-    Entry.CDEndDist = 310;
-    Entry.IdealSpeedUser = 5;
+    Entry = EntryWith(300, 310, 5);
     SpeedProfile& profile = Open(RunOf(std::vector<int>(100, 10)));  // a foot a pixel, 40 pixels a mph
+    constexpr auto None = ProfileLine::None;
     const double ideal = RoundArea.Baseline - 200;
-    struct Case {
-        double X;
-        double Y;
-        ProfileLine Line;
-    };
-    for (const Case& c : {Case{304, 60, Start},
-                          {306, 60, End},
-                          {305, 60, Start},
-                          {293, 60, ProfileLine::None},
-                          {294, 60, Start},
-                          {316, 60, End},
-                          {317, 60, ProfileLine::None},
-                          {600, ideal + 6, Ideal},
-                          {600, ideal - 7, ProfileLine::None},
-                          {298, ideal + 1, Ideal},
-                          {299, ideal - 1, Start}})
-        EXPECT_EQ(profile.LineAt(RoundArea.Left + c.X, c.Y, 6), c.Line) << c.X << ", " << c.Y;
+    using Case = std::tuple<double, double, ProfileLine>;
+    for (const auto& [x, y, line] :
+         {Case{304, 60, Start}, Case{306, 60, End}, Case{305, 60, Start}, Case{293, 60, None}, Case{294, 60, Start},
+          Case{316, 60, End}, Case{317, 60, None}, Case{600, ideal + 6, Ideal}, Case{600, ideal - 7, None},
+          Case{298, ideal + 1, Ideal}, Case{299, ideal - 1, Start}})
+        EXPECT_EQ(profile.LineAt(RoundArea.Left + x, y, 6), line) << x << ", " << y;
     Entry.CDEndDist = 300;
     EXPECT_EQ(profile.LineAt(RoundArea.Left + 299, 60, 6), Start);
     EXPECT_EQ(profile.LineAt(RoundArea.Left + 301, 60, 6), End);
@@ -195,18 +162,14 @@ TEST_F(SpeedProfileTest, TheNearestLineIsGrabbed) {
 
 TEST_F(SpeedProfileTest, StepsBeginWhereALineWaits) {
     Open(RunWithStop());
-    Step(Start, 100);
-    EXPECT_EQ(Entry.CDStartDist, 100);
-    Step(Start, -101);
-    EXPECT_EQ(Entry.CDStartDist, 0);
-    Step(End, -1);
-    EXPECT_EQ(Entry.CDEndDist, 8999);
-    Step(End, 100);
-    EXPECT_EQ(Entry.CDEndDist, 9000);
-    Step(Ideal, -5);
-    EXPECT_EQ(Entry.IdealSpeedUser, 35);
-    Step(Ideal, -50);
-    EXPECT_EQ(Entry.IdealSpeedUser, 0);
+    const auto stepped = [this](ProfileLine line, double units) {
+        Step(line, units);
+        return line == Start ? Entry.CDStartDist : line == End ? Entry.CDEndDist : Entry.IdealSpeedUser;
+    };
+    using Case = std::tuple<ProfileLine, double, std::int32_t>;
+    for (const auto& [line, units, place] : {Case{Start, 100, 100}, Case{Start, -101, 0}, Case{End, -1, 8999},
+                                             Case{End, 100, 9000}, Case{Ideal, -5, 35}, Case{Ideal, -50, 0}})
+        EXPECT_EQ(stepped(line, units), place) << units;
     Profile->SetIdealSpeedUser(998);
     Step(Ideal, 5);
     EXPECT_EQ(Entry.IdealSpeedUser, 999);
@@ -215,8 +178,7 @@ TEST_F(SpeedProfileTest, StepsBeginWhereALineWaits) {
 
 TEST_F(SpeedProfileTest, MetricStepsAreMetresAndKilometresPerHour) {
     Settings.MetricUnits = -1;
-    Entry.CDStartDist = 100;  // 30.47 m
-    Entry.IdealSpeedUser = 42;
+    Entry = EntryWith(100, 0, 42);  // 30.47 m
     SpeedProfile& profile = Open(RunWithStop());
     Step(Start, 1);
     EXPECT_EQ(Entry.CDStartDist, 103);
@@ -228,9 +190,7 @@ TEST_F(SpeedProfileTest, MetricStepsAreMetresAndKilometresPerHour) {
 
 TEST_F(SpeedProfileTest, DamagedEntryIsShownWithoutHarm) {
     Settings.MetricUnits = -1;
-    Entry.CDStartDist = -2000000000;
-    Entry.CDEndDist = 2000000000;
-    Entry.IdealSpeedUser = 2000000000;
+    Entry = EntryWith(-2000000000, 2000000000, 2000000000);
     SpeedProfile& profile = Open(RunWithStop());
     EXPECT_EQ(profile.ShownIdealSpeed(), 52722);  // 32767 mph
     EXPECT_DOUBLE_EQ(profile.PixelOf(Ideal), RoundArea.Top);

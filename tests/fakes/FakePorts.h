@@ -36,7 +36,8 @@ public:
     std::string Copied;          ///< what lies on the clipboard
     std::vector<std::byte> CopiedPicture;
     PagedDocument Printed;
-    bool Prints = true;  ///< false where the user cancels printing
+    bool Prints = true;        ///< false where the user cancels printing
+    std::string PrinterFault;  ///< what printing fails with; empty where it goes well
     void Beep() override { ++Beeps; }
     void OpenWebPage(const std::string& address) override { Opened.push_back(address); }
     void ViewText(const std::string& path) override { Opened.push_back(path); }
@@ -63,6 +64,7 @@ public:
     void CopyText(const std::string& text) override { Copied = text; }
     void CopyPicture(const std::vector<std::byte>& png) override { CopiedPicture = png; }
     bool Print(const PagedDocument& document) override {
+        if (!PrinterFault.empty()) throw RunTimeError(ErrorNumber::PrinterError, PrinterFault);
         if (Prints) Printed = document;
         return Prints;
     }
@@ -78,13 +80,18 @@ public:
     [[noreturn]] void EndAtOnce(const FatalFormatFault& fault) override { throw ApplicationEnded{fault}; }
 };
 
-/// Records which screens were opened, in order; `OnShow` may act as the user in one of them and gives its result.
+/// Records which screens were opened, in order; `OnShow` may act as the user in one of them and tells whether it was
+/// accepted. What is chosen then stands in the members.
 class FakeScreens : public Screens {
 public:
     std::vector<std::string> Shown;
     std::map<std::string, std::function<bool()>> OnShow;
+    StartUpChoice StartUp = StartUpChoice::None;
+    CounterFileChoice CounterFile{"/start/Field Data Files/", "dump"};
+    LogChoice Log{"/start/Field Data Files/", "drive", ".gd2"};
+    std::vector<Upload> Uploads;  ///< what was handed to the screen that names runs
 
-    void ShowStartUp() override { Show("frmStartUp"); }
+    StartUpChoice ShowStartUp() override { return Show("frmStartUp") ? StartUp : StartUpChoice::None; }
     bool ShowStudyOpen() override { return Show("frmStudyOpen"); }
     bool ShowStudySaveAs() override { return Show("frmStudySaveAs"); }
     bool ShowRunSelect() override { return Show("frmRunSelect"); }
@@ -96,27 +103,31 @@ public:
     void ShowDelayChart() override { Show("frmContDelayVsAvg"); }
     void ShowReportPreview() override { Show("frmReportPreview"); }
     void ShowPreferences() override { Show("frmPrefs"); }
-    bool ShowReadTDC() override { return Show("frmReadTDC"); }
-    bool ShowUploadSelect() override { return Show("frmUploadSelectTDC"); }
-    bool ShowLogSelect(LogKind kind) override { return Show("select " + std::string(NameOf(kind))); }
-    bool ShowLogReview(LogKind kind) override { return Show("review " + std::string(NameOf(kind))); }
-    void ShowUploadData() override { Show("frmUploadData"); }
+    std::optional<CounterFileChoice> ShowReadTDC() override { return If(Show("frmReadTDC"), CounterFile); }
+    std::optional<CounterFileChoice> ShowUploadSelect() override { return If(Show("frmUploadSelectTDC"), CounterFile); }
+    std::optional<LogChoice> ShowLogSelect(LogKind kind) override { return If(Show("select " + NameOf(kind)), Log); }
+    bool ShowLogReview(LogKind kind, const LogChoice& log) override {
+        EXPECT_EQ(log, Log);
+        return Show("review " + NameOf(kind));
+    }
+    void ShowUploadData(const Upload& upload) override {
+        Uploads.push_back(upload);
+        Show("frmUploadData");
+    }
     void ShowDamagedCounterFile() override { Show("damaged counter file"); }
     void ShowUploadRunList(const std::string&) override { Show("frmUploadRunList"); }
     void ShowDeleteTempRuns() override { Show("frmDeleteTempRuns"); }
     void ShowDeleteTDCFiles() override { Show("frmDeleteTDCFiles"); }
 
 private:
-    static const char* NameOf(LogKind kind) {
-        switch (kind) {
-            case LogKind::GpsLaptop: return "GPS laptop";
-            case LogKind::ObdLaptop: return "OBD laptop";
-            case LogKind::GpsHandheld: return "GPS handheld";
-            case LogKind::ObdHandheld: return "OBD handheld";
-            case LogKind::GpsObd: return "GPS and OBD";
-            case LogKind::Battelle: return "Battelle";
-        }
-        return "";
+    template <class Choice>
+    static std::optional<Choice> If(bool accepted, const Choice& choice) {
+        return accepted ? std::optional(choice) : std::nullopt;
+    }
+    static std::string NameOf(LogKind kind) {
+        constexpr const char* Names[] = {"GPS laptop",   "OBD laptop",  "GPS handheld",
+                                         "OBD handheld", "GPS and OBD", "Battelle"};
+        return Names[static_cast<int>(kind)];
     }
     bool Show(const std::string& name) {
         Shown.push_back(name);

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <ranges>
 
 #include "core/Paths.h"
 #include "core/Text.h"
@@ -50,11 +51,11 @@ public:
         const std::string target = files_.Resolved(path);
         if (files_.folders_.count(Stored(FolderOf(target))) == 0) throw RunTimeError(ErrorNumber::PathNotFound, path);
         files_.CountChange(path);
-        std::vector<std::byte> whole(bytes.begin(), bytes.end());
-        const auto old = files_.files_.find(target);
-        if (tail == OldTail::Kept && old != files_.files_.end() && old->second.size() > whole.size())
-            whole.insert(whole.end(), old->second.begin() + static_cast<std::ptrdiff_t>(whole.size()),
-                         old->second.end());
+        std::vector<std::byte> whole;
+        if (const auto old = files_.files_.find(target); tail == OldTail::Kept && old != files_.files_.end())
+            whole = old->second;
+        whole.resize(std::max(whole.size(), bytes.size()));
+        std::ranges::copy(bytes, whole.begin());
         pending_.push_back({target, std::move(whole), expected});
     }
 
@@ -64,11 +65,11 @@ public:
         for (const Pending& file : pending_) {
             if (!progress(done++, pending_.size())) return false;
             files_.CountChange(file.Path);
+            const auto& wanted = file.Expects.File;
             const auto there = files_.files_.find(file.Path);
-            if (there == files_.files_.end() ? file.Expects.File.has_value()
-                                             : file.Expects.File != StampOf(there->second))
-                throw RunTimeError(
-                    file.Expects.File ? ErrorNumber::PathFileAccessError : ErrorNumber::FileAlreadyExists, file.Path);
+            if (there == files_.files_.end() ? wanted.has_value() : wanted != StampOf(there->second))
+                throw RunTimeError(wanted ? ErrorNumber::PathFileAccessError : ErrorNumber::FileAlreadyExists,
+                                   file.Path);
         }
         for (Pending& file : pending_) files_.files_[file.Path] = std::move(file.Bytes);
         pending_.clear();
@@ -91,14 +92,10 @@ public:
 
     void Append(std::span<const std::byte> bytes) override {
         std::vector<std::byte>& whole = files_.files_[path_];
-        try {
-            files_.CountChange(path_);
-        } catch (const RunTimeError&) {
-            bytes = bytes.first(bytes.size() / 2);  // a disk that fails may have taken a part
-            whole.insert(whole.end(), bytes.begin(), bytes.end());
-            throw;
-        }
+        // A disk that fails may have taken a part.
+        if (files_.changesUntilFault_ == 0) bytes = bytes.first(bytes.size() / 2);
         whole.insert(whole.end(), bytes.begin(), bytes.end());
+        files_.CountChange(path_);
     }
     void Close() override { files_.CountChange(path_); }
 
@@ -114,11 +111,10 @@ std::string MemoryFileSystem::Resolved(const std::string& path) const {
     if (files_.count(wanted) != 0 || folders_.count(wanted) != 0 || wanted == "/" || wanted.empty()) return wanted;
     const std::string folder = Resolved(Stored(FolderOf(wanted)));
     const std::string inFolder = Stored(AsFolder(folder) + LastComponent(wanted));
-    const auto matches = [&](const std::string& known) { return EqualIgnoringCase(known, inFolder); };
-    for (const auto& [known, bytes] : files_)
-        if (matches(known)) return known;
+    for (const std::string& known : std::views::keys(files_))
+        if (EqualIgnoringCase(known, inFolder)) return known;
     for (const std::string& known : folders_)
-        if (matches(known)) return known;
+        if (EqualIgnoringCase(known, inFolder)) return known;
     return inFolder;
 }
 
@@ -133,10 +129,8 @@ std::optional<FileInfo> MemoryFileSystem::Find(const std::string& path) const {
     FileInfo info;
     info.Name = LastComponent(known);
     info.IsHidden = info.Name.starts_with('.');
-    if (folders_.count(known) != 0) {
-        info.IsFolder = true;
-        return info;
-    }
+    info.IsFolder = folders_.contains(known);
+    if (info.IsFolder) return info;
     const auto file = files_.find(known);
     if (file == files_.end() || path.ends_with('/') || path.ends_with(PathSeparator)) return std::nullopt;
     info.Size = file->second.size();
@@ -146,15 +140,13 @@ std::optional<FileInfo> MemoryFileSystem::Find(const std::string& path) const {
 
 std::vector<FileInfo> MemoryFileSystem::List(const std::string& folder) const {
     const std::string known = Resolved(folder);
-    if (folders_.count(known) == 0) throw RunTimeError(ErrorNumber::PathNotFound, folder);
+    if (!folders_.contains(known)) throw RunTimeError(ErrorNumber::PathNotFound, folder);
+    std::vector<std::string> paths = AllFiles();
+    paths.insert(paths.end(), folders_.begin(), folders_.end());
     std::vector<FileInfo> entries;
-    const auto add = [&](const std::string& path) {
+    for (const std::string& path : paths)
         if (path != "/" && Stored(FolderOf(path)) == known) entries.push_back(*Find(path));
-    };
-    for (const std::string& path : folders_) add(path);
-    for (const auto& [path, bytes] : files_) add(path);
-    std::sort(entries.begin(), entries.end(),
-              [](const FileInfo& left, const FileInfo& right) { return FoldCase(left.Name) < FoldCase(right.Name); });
+    std::ranges::sort(entries, {}, [](const FileInfo& info) { return FoldCase(info.Name); });
     return entries;
 }
 
@@ -249,9 +241,8 @@ void MemoryFileSystem::FailChangeAfter(int changes, ErrorNumber error) {
 }
 
 std::vector<std::byte> BytesOf(std::string_view text) {
-    std::vector<std::byte> bytes;
-    for (const char character : text) bytes.push_back(static_cast<std::byte>(character));
-    return bytes;
+    const auto bytes = std::as_bytes(std::span(text));
+    return {bytes.begin(), bytes.end()};
 }
 
 }  // namespace vantor

@@ -2,45 +2,40 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace vantor {
 namespace {
 
-bool Offers(MessageButtons buttons, MessageAnswer answer) {
-    switch (buttons) {
-        case MessageButtons::Ok: return answer == MessageAnswer::Ok;
-        case MessageButtons::YesNo: return answer == MessageAnswer::Yes || answer == MessageAnswer::No;
-        case MessageButtons::YesNoCancel:
-            return answer == MessageAnswer::Yes || answer == MessageAnswer::No || answer == MessageAnswer::Cancel;
-        case MessageButtons::RetryCancel: return answer == MessageAnswer::Retry || answer == MessageAnswer::Cancel;
+/// The answers that a box offers, the safe way out last.
+std::vector<MessageAnswer> AnswersOf(const Prompt& prompt) {
+    using enum MessageAnswer;
+    switch (prompt.Buttons) {
+        case MessageButtons::YesNo: return {Yes, No};
+        case MessageButtons::YesNoCancel: return {Yes, No, Cancel};
+        case MessageButtons::RetryCancel: return {Retry, Cancel};
+        case MessageButtons::Ok: break;
     }
-    return false;
-}
-
-MessageAnswer SafeWayOut(MessageButtons buttons) {
-    return buttons == MessageButtons::Ok
-               ? MessageAnswer::Ok
-               : (buttons == MessageButtons::YesNo ? MessageAnswer::No : MessageAnswer::Cancel);
+    return prompt.Tick.empty() ? std::vector{Ok} : std::vector{OkForAll, Ok};
 }
 
 }  // namespace
 
 ScriptedMessageBoxes::~ScriptedMessageBoxes() {
-    for (const Step& step : script_) ADD_FAILURE() << "This prompt never came: " << step.Text;
+    for (const auto& [text, answer] : script_) ADD_FAILURE() << "This prompt never came: " << text;
 }
-
-void ScriptedMessageBoxes::Expect(const std::string& text, MessageAnswer answer) { script_.push_back({text, answer}); }
 
 MessageAnswer ScriptedMessageBoxes::Ask(const Prompt& prompt) {
     if (script_.empty()) {
         ADD_FAILURE() << "A prompt that was not expected: " << prompt.Text;
-        return SafeWayOut(prompt.Buttons);
+        return AnswersOf(prompt).back();
     }
-    const Step step = script_.front();
+    const auto [text, answer] = script_.front();
     script_.pop_front();
-    EXPECT_EQ(prompt.Text, step.Text);
-    const bool isTicked = step.Answer == MessageAnswer::OkForAll && !prompt.Tick.empty();
-    EXPECT_TRUE(isTicked || Offers(prompt.Buttons, step.Answer)) << "The answer is no button of: " << prompt.Text;
-    return step.Answer;
+    EXPECT_EQ(prompt.Text, text);
+    EXPECT_EQ(std::ranges::count(AnswersOf(prompt), answer), 1) << "The answer is no button of: " << prompt.Text;
+    return answer;
 }
 
 }  // namespace vantor

@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <string>
+#include <utility>
 
 #include "core/ports/MessageBoxes.h"
 
@@ -12,17 +13,15 @@ namespace vantor {
 class ScriptedMessageBoxes : public MessageBoxes {
 public:
     ~ScriptedMessageBoxes() override;
-    void Expect(const std::string& text, MessageAnswer answer = MessageAnswer::Ok);
+    void Expect(const std::string& text, MessageAnswer answer = MessageAnswer::Ok) {
+        script_.push_back({text, answer});
+    }
     MessageAnswer Ask(const Prompt& prompt) override;
     /// True when every expected prompt came.
     bool IsDone() const { return script_.empty(); }
 
 private:
-    struct Step {
-        std::string Text;
-        MessageAnswer Answer;
-    };
-    std::deque<Step> script_;
+    std::deque<std::pair<std::string, MessageAnswer>> script_;
 };
 
 }  // namespace vantor

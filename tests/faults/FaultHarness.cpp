@@ -1,7 +1,12 @@
 #include "faults/FaultHarness.h"
 
+#include <algorithm>
+#include <map>
+#include <ranges>
+
 #include "core/Paths.h"
 #include "core/RunDecoding.h"
+#include "core/StudyBytes.h"
 #include "fakes/PutFiles.h"
 #include "fakes/ThrowsError.h"
 #include "workspace/StudyWorkspace.h"
@@ -9,18 +14,17 @@
 namespace vantor {
 namespace {
 
-RunRecord RunOfFeet(int samples) {
-    RunRecord run;
-    run.Header.CalConstant = 1000;
-    run.Header.SampleCount = samples;
-    run.RunSamples.ResizeTo(samples);
-    for (int i = 1; i <= samples; ++i) run.SampleValues.Append(static_cast<std::int16_t>(i % 2 == 0 ? 44 : 45));
+RunRecord RunOfFeet(std::size_t samples) {
+    std::vector<int> values(samples, 45);
+    for (std::size_t i = 1; i < samples; i += 2) values[i] = 44;
+    RunRecord run = RunOfValues(values);
     run.Header.RunDate = DateOf(2008, 3, 11);
     run.Header.Before = -1;
     DecodeRunSamples(run);
     return run;
 }
 
+using Disk = std::map<std::string, std::vector<std::byte>>;
 Disk DiskOf(const FaultScene& scene) {
     Disk disk;
     for (const std::string& path : scene.Files.AllFiles()) disk[path] = *scene.Files.Bytes(path);
@@ -52,29 +56,18 @@ std::pair<int, Disk> Succeed(const Operation& operation) {
     return {More - left, after};
 }
 
-bool HasContents(const Disk& disk, const std::vector<std::byte>& bytes) {
-    for (const auto& [path, contents] : disk)
-        if (contents == bytes) return true;
-    return false;
-}
-
 void ExpectWhole(const Operation& operation, const Disk& before, const Disk& now, const Disk& after) {
+    const auto isOf = [](const auto& file, const Disk& disk) {
+        const auto found = disk.find(file.first);
+        return found != disk.end() && found->second == file.second;
+    };
     for (const auto& [path, old] : before) {
-        const auto found = now.find(path);
-        const auto wanted = after.find(path);
-        if (found == now.end()) {
-            EXPECT_TRUE(wanted == after.end()) << path << " is gone";
-            EXPECT_TRUE(operation.Deletes || HasContents(now, old)) << path << " is lost";
-        } else {
-            const bool isNew = wanted != after.end() && found->second == wanted->second;
-            EXPECT_TRUE(found->second == old || isNew) << path << " is neither the old nor the new file";
-        }
+        if (now.contains(path)) continue;
+        EXPECT_FALSE(after.contains(path)) << path << " is gone";
+        EXPECT_TRUE(operation.Deletes || std::ranges::count(std::views::values(now), old) != 0) << path << " is lost";
     }
-    for (const auto& [path, contents] : now) {
-        if (before.contains(path)) continue;
-        const auto wanted = after.find(path);
-        EXPECT_TRUE(wanted != after.end() && wanted->second == contents) << path << " is left behind";
-    }
+    for (const auto& file : now)
+        EXPECT_TRUE(isOf(file, before) || isOf(file, after)) << file.first << " is neither the old nor the new file";
 }
 
 }  // namespace
@@ -85,14 +78,13 @@ FaultScene::FaultScene() {
     SaveSettings(State, Files);
     Study study;
     study.Record.StudyName = "AM";
-    int samples = 30;
+    std::size_t samples = 30;
     for (const std::string name : {"R1", "R2"}) {
         RunRecord run = RunOfFeet(samples++);
         PutRunFile(Files, run, Group, name);
         PutRunFile(Files, run, Temp, "T" + name);
         AppendRun(study, name);
-        study.Entries[study.Record.RunCount].CDStartDist = 100;
-        study.Entries[study.Record.RunCount].CDEndDist = 900;
+        study.Entries[study.Record.RunCount] = {name, 100, 900};
     }
     PutStudyFile(Files, study, Group, "AM");
     OpenStudy(State, Files, DesktopServices, Time, Group, "AM");
@@ -103,6 +95,15 @@ RunRecord FaultScene::StoredRun(const std::string& folder, const std::string& na
     RunRecord run;
     EXPECT_TRUE(ReadRunFile(Files, Told, run, folder, name, true)) << name;
     return run;
+}
+
+void ExpectEntriesAgree(FaultScene& scene) {
+    const Study& study = scene.State.CurrentStudy;
+    for (int i = 1; i <= study.Record.RunCount; ++i) {
+        const std::string name = RunFileName(study.Entries[i]);
+        EXPECT_TRUE(scene.Files.Bytes(scene.Group + name + RunExtension)) << name;
+        EXPECT_EQ(study.RunNames[i], name);
+    }
 }
 
 void ExpectStudyAgrees(FaultScene& scene) {
@@ -116,10 +117,7 @@ void ExpectStudyAgrees(FaultScene& scene) {
 void ExpectRunAgrees(FaultScene& scene) {
     const RunRecord& run = scene.State.CurrentRun;
     EXPECT_EQ(scene.StoredRun(scene.Group, run.Header.RunName), run);
-    for (int i = 1; i <= scene.State.CurrentStudy.Record.RunCount; ++i) {
-        const std::string name = RunFileName(scene.State.CurrentStudy.Entries[i]);
-        EXPECT_TRUE(scene.Files.Bytes(scene.Group + name + RunExtension)) << name;
-    }
+    ExpectEntriesAgree(scene);
     ExpectStudyAgrees(scene);
 }
 
@@ -129,32 +127,23 @@ void ExpectSettingsAgree(FaultScene& scene) {
     EXPECT_EQ(EncodeRecord(stored.Settings, AppSettingsFields), EncodeRecord(scene.State.Settings, AppSettingsFields));
 }
 
-void ExpectFaultsLeaveAllWhole(const Operation& operation, ErrorNumber error) {
+TEST_P(FaultTest, LeavesAllWhole) {
+    const Operation& operation = GetParam();
     const auto [changes, after] = Succeed(operation);
     ASSERT_GT(changes, 0) << "it stores nothing";
-    for (int change = 0; change < changes; ++change) {
-        SCOPED_TRACE("change " + std::to_string(change + 1) + " of " + std::to_string(changes));
-        FaultScene scene;
-        operation.Prepare(scene);
-        const Disk before = DiskOf(scene);
-        scene.Files.FailChangeAfter(change, error);
-        const bool isWell = Attempt(operation, scene);
-        EXPECT_EQ(isWell, operation.IsSilent);
-        ExpectWhole(operation, before, DiskOf(scene), after);
-        operation.Agrees(scene);
-    }
-}
-
-void PrintTo(const Operation& operation, std::ostream* out) { *out << operation.Name; }
-
-std::string NameOfFault(const testing::TestParamInfo<FaultTest::ParamType>& info) {
-    const auto& [operation, error] = info.param;
-    return operation.Name + std::to_string(static_cast<int>(error));
-}
-
-TEST_P(FaultTest, LeavesAllWhole) {
-    const auto& [operation, error] = GetParam();
-    ExpectFaultsLeaveAllWhole(operation, error);
+    for (const ErrorNumber error : {ErrorNumber::DiskFull, ErrorNumber::PermissionDenied, ErrorNumber::PathNotFound})
+        for (int change = 0; change < changes; ++change) {
+            SCOPED_TRACE("change " + std::to_string(change + 1) + " of " + std::to_string(changes) + ", error " +
+                         std::to_string(static_cast<int>(error)));
+            FaultScene scene;
+            operation.Prepare(scene);
+            const Disk before = DiskOf(scene);
+            scene.Files.FailChangeAfter(change, error);
+            const bool isWell = Attempt(operation, scene);
+            EXPECT_EQ(isWell, operation.IsSilent);
+            ExpectWhole(operation, before, DiskOf(scene), after);
+            operation.Agrees(scene);
+        }
 }
 
 }  // namespace vantor

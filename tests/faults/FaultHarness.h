@@ -3,17 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
 #include <memory>
-#include <ostream>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "core/RecordCodec.h"
 #include "core/RunFile.h"
-#include "core/StudyBytes.h"
-#include "core/StudyFile.h"
 #include "fakes/FakePorts.h"
 
 namespace vantor {
@@ -48,8 +42,6 @@ struct FaultScene : TestProgram {
     RunRecord StoredRun(const std::string& folder, const std::string& name);
 };
 
-using Disk = std::map<std::string, std::vector<std::byte>>;
-
 /// One thing the program stores.
 struct Operation {
     std::string Name;
@@ -62,23 +54,18 @@ struct Operation {
     bool IsSilent = false;  ///< a failure is not told on purpose
 };
 
-void PrintTo(const Operation& operation, std::ostream* out);
-
+/// Each run of the study is on the disk.
+void ExpectEntriesAgree(FaultScene& scene);
 /// The study of the state is the one on the disk, or it is marked as changed.
 void ExpectStudyAgrees(FaultScene& scene);
 /// The run of the state is the one on the disk.
 void ExpectRunAgrees(FaultScene& scene);
 void ExpectSettingsAgree(FaultScene& scene);
 
-/// Lets each change of the disk that the operation makes fail in turn, and expects after each failure: every file is
-/// whole, the old or the new one; none is gone but under its new name; no new file is cut short; the user was told;
-/// what the program holds agrees with the disk.
-void ExpectFaultsLeaveAllWhole(const Operation& operation, ErrorNumber error);
-
-/// Each operation with each of the usual reasons: no space, no permission, gone.
-class FaultTest : public testing::TestWithParam<std::tuple<Operation, ErrorNumber>> {};
-std::string NameOfFault(const testing::TestParamInfo<FaultTest::ParamType>& info);
-inline const std::vector<ErrorNumber> FaultReasons = {ErrorNumber::DiskFull, ErrorNumber::PermissionDenied,
-                                                      ErrorNumber::PathNotFound};
+/// Lets each change of the disk that the operation makes fail in turn, for each of the usual reasons: no space, no
+/// permission, gone. Expects after each failure: every file is whole, the old or the new one; none is gone but under
+/// its new name; no new file is cut short; the user was told; what the program holds agrees with the disk.
+class FaultTest : public testing::TestWithParam<Operation> {};
+inline std::string NameOfOperation(const testing::TestParamInfo<Operation>& info) { return info.param.Name; }
 
 }  // namespace vantor

@@ -3,7 +3,6 @@
 #include "core/Paths.h"
 #include "core/forms/Named.h"
 #include "core/forms/Table.h"
-#include "counter/TableClicks.h"
 #include "counter/forms/frmUploadData.h"
 #include "editing/forms/frmEditPulseData.h"
 #include "editing/forms/frmEditRunFile.h"
@@ -17,9 +16,11 @@
 namespace vantor {
 namespace {
 
+using Scene = FaultScene;
+
 template <class Form, class... Arguments>
-std::function<void(FaultScene&)> Opens(Arguments... arguments) {
-    return [=](FaultScene& scene) {
+std::function<void(Scene&)> Opens(Arguments... arguments) {
+    return [=](Scene& scene) {
         auto form = std::shared_ptr<Form>(new Form(scene.Program, arguments...), [](Form* shown) {
             shown->hide();
             delete shown;
@@ -29,11 +30,22 @@ std::function<void(FaultScene&)> Opens(Arguments... arguments) {
     };
 }
 
-QWidget& FormOf(FaultScene& scene) { return scene.As<QWidget>(); }
+QWidget& FormOf(Scene& scene) { return scene.As<QWidget>(); }
+
+std::function<void(Scene&)> Clicks(const char* button) {
+    return [=](Scene& scene) { Click(FormOf(scene), button); };
+}
+/// Types a text and clicks a button.
+std::function<void(Scene&)> Types(const char* field, const char* text, const char* button) {
+    return [=](Scene& scene) {
+        Type(FormOf(scene), field, text);
+        Click(FormOf(scene), button);
+    };
+}
 
 // Temporary runs: the list shows what lies in the folder.
 
-void ExpectListAgrees(FaultScene& scene) {
+void ExpectListAgrees(Scene& scene) {
     std::vector<std::string> onDisk;
     for (const FileInfo& info : FilesWithExtension(scene.Files, scene.Temp, RunExtension))
         onDisk.push_back(BaseName(info.Name));
@@ -42,48 +54,38 @@ void ExpectListAgrees(FaultScene& scene) {
     EXPECT_EQ(shown, onDisk);
 }
 
-void SelectAllRuns(FaultScene& scene) { Find<QTableView>(FormOf(scene), "vaSelRuns").selectAll(); }
+void SelectAllRuns(Scene& scene) { Find<QTableView>(FormOf(scene), "vaSelRuns").selectAll(); }
 
-void RenameAll(FaultScene& scene) {
+void RenameAll(Scene& scene) {
     Type(FormOf(scene), "txtTemplateBaseName", "Main");
     SelectAllRuns(scene);
     Click(FormOf(scene), "btnRename");
 }
 
-void OpenRenamed(FaultScene& scene) {
+void OpenRenamed(Scene& scene) {
     Opens<frmUploadData>()(scene);
     RenameAll(scene);
     Find<QLineEdit>(FormOf(scene), "TxtStudyGroup").setText("Main");
 }
 
 const Operation RenamesRuns{"RunsRenamed", Opens<frmUploadData>(), RenameAll, ExpectListAgrees};
-const Operation UndoesRenaming{"RenamingUndone", OpenRenamed,
-                               [](FaultScene& scene) { Click(FormOf(scene), "btnRename"); }, ExpectListAgrees};
-const Operation MovesRuns{"RunsMoved", OpenRenamed, [](FaultScene& scene) { Click(FormOf(scene), "btnMoveRuns"); },
-                          ExpectListAgrees};
-const Operation DeletesRuns{"RunsDeleted", Opens<frmUploadData>(),
-                            [](FaultScene& scene) {
+const Operation UndoesRenaming{"RenamingUndone", OpenRenamed, Clicks("btnRename"), ExpectListAgrees};
+const Operation MovesRuns{"RunsMoved", OpenRenamed, Clicks("btnMoveRuns"), ExpectListAgrees};
+const Operation DeletesRuns{"RunsDeleted",
+                            [](Scene& scene) {
+                                Opens<frmUploadData>()(scene);
                                 SelectAllRuns(scene);
-                                Click(FormOf(scene), "BtnDelete");
                             },
-                            ExpectListAgrees, true};
+                            Clicks("BtnDelete"), ExpectListAgrees, true};
 
 // Editors of a run.
 
 const Operation EditsDetails{"DetailsEdited", Opens<frmRunDetails>(1),
-                             [](FaultScene& scene) {
-                                 Type(FormOf(scene), "RunDetailsNotes", "wet");
-                                 Click(FormOf(scene), "RunDetailsSave");
-                             },
-                             ExpectRunAgrees};
-const Operation EditsRunFile{"RunFileEdited", Opens<frmEditRunFile>(1),
-                             [](FaultScene& scene) {
-                                 Type(FormOf(scene), "RunName", "Other");
-                                 Click(FormOf(scene), "RunDetailsSave");
-                             },
+                             Types("RunDetailsNotes", "wet", "RunDetailsSave"), ExpectRunAgrees};
+const Operation EditsRunFile{"RunFileEdited", Opens<frmEditRunFile>(1), Types("RunName", "Other", "RunDetailsSave"),
                              ExpectRunAgrees};
 const Operation EditsSensorData{"SensorDataEdited", Opens<frmEditPulseData>(1),
-                                [](FaultScene& scene) {
+                                [](Scene& scene) {
                                     Type(FormOf(scene), "txtEditDataPoint", "20");
                                     QTest::keyClick(&Find<QWidget>(FormOf(scene), "txtEditDataPoint"), Qt::Key_Return);
                                     Click(FormOf(scene), "btnSave");
@@ -93,33 +95,33 @@ const Operation EditsSensorData{"SensorDataEdited", Opens<frmEditPulseData>(1),
 // The main window and its dialogs.
 
 const Operation SavesInWindow{"SavedInWindow",
-                              [](FaultScene& scene) {
+                              [](Scene& scene) {
                                   scene.State.Settings.UseStartUpScreen = 0;
                                   SaveSettings(scene.State, scene.Files);
                                   Opens<frmMain>()(scene);
                                   static_cast<frmMain&>(FormOf(scene)).Start();
                                   Type(FormOf(scene), "StudyNotes", "rain");
                               },
-                              [](FaultScene& scene) { Find<QAction>(FormOf(scene), "mnuFileSave").trigger(); },
-                              [](FaultScene& scene) {
+                              [](Scene& scene) { Find<QAction>(FormOf(scene), "mnuFileSave").trigger(); },
+                              [](Scene& scene) {
                                   ExpectStudyAgrees(scene);
                                   EXPECT_EQ(Find<QLabel>(FormOf(scene), "lblSaved").text() == "Saved",
                                             scene.State.StudyUnchanged);
                               }};
 
 const Operation SavesInNewGroup{"SavedInNewGroup",
-                                [](FaultScene& scene) {
+                                [](Scene& scene) {
                                     scene.State.StudyUnchanged = false;
                                     Opens<frmStudySaveAs>()(scene);
                                     Type(FormOf(scene), "txtStudyGroup", "Elm");
                                     Type(FormOf(scene), "txtStudyName", "PM");
                                 },
-                                [](FaultScene& scene) { Click(FormOf(scene), "BtnSave"); }, ExpectStudyAgrees};
+                                Clicks("BtnSave"), ExpectStudyAgrees};
 
 // The review of a log: its runs, then the log itself.
 
 const Operation ReviewsLog{"LogReviewed",
-                           [](FaultScene& scene) {
+                           [](Scene& scene) {
                                FieldLog log = NewFieldLog(LogKind::ObdLaptop, "/start/Field Data Files/drive.od2");
                                for (int i = 0; i < 5; ++i) {
                                    ObdPoint& point = log.Points.emplace_back().Obd;
@@ -134,8 +136,8 @@ const Operation ReviewsLog{"LogReviewed",
                                scene.State.DataFileSelected = false;
                                Opens<LogReview>(LogKind::ObdLaptop)(scene);
                            },
-                           [](FaultScene& scene) { Click(FormOf(scene), "BtnOk"); },
-                           [](FaultScene& scene) {
+                           Clicks("BtnOk"),
+                           [](Scene& scene) {
                                // Closed means on to the runs in the temporary folder.
                                EXPECT_EQ(FormOf(scene).isHidden(), scene.State.DataFileSelected);
                                if (!FormOf(scene).isHidden()) return;
@@ -144,27 +146,24 @@ const Operation ReviewsLog{"LogReviewed",
 
 // Files that the user names, each over an older one.
 
-Operation Exports(const std::string& name, std::function<void(FaultScene&)> open, const char* button) {
+Operation Exports(const std::string& name, std::function<void(Scene&)> open, const char* button) {
     return {name,
-            [open = std::move(open)](FaultScene& scene) {
+            [open = std::move(open)](Scene& scene) {
                 scene.DesktopServices.FileToSave = "/start/out.pdf";
                 scene.Files.PutText("/start/out.pdf", "an older export");
                 open(scene);
             },
-            [button](FaultScene& scene) { Click(FormOf(scene), button); },
-            [](FaultScene& scene) { EXPECT_TRUE(FormOf(scene).isVisible()); }};
+            Clicks(button), [](Scene& scene) { EXPECT_TRUE(FormOf(scene).isVisible()); }};
 }
 const Operation ExportsChart = Exports("ChartExported", Opens<frmContDelayVsAvg>(), "BtnSave");
 const Operation ExportsReport = Exports("ReportExported", Opens<frmReportPreview>(), "BtnSavePdf");
 const Operation ExportsRows = Exports("RowsExported", ReviewsLog.Prepare, "btnExport2Excel");
 
 INSTANTIATE_TEST_SUITE_P(Forms, FaultTest,
-                         testing::Combine(testing::Values(RenamesRuns, UndoesRenaming, MovesRuns, DeletesRuns,
-                                                          EditsDetails, EditsRunFile, EditsSensorData, SavesInWindow,
-                                                          SavesInNewGroup, ReviewsLog, ExportsChart, ExportsReport,
-                                                          ExportsRows),
-                                          testing::ValuesIn(FaultReasons)),
-                         NameOfFault);
+                         testing::Values(RenamesRuns, UndoesRenaming, MovesRuns, DeletesRuns, EditsDetails,
+                                         EditsRunFile, EditsSensorData, SavesInWindow, SavesInNewGroup, ReviewsLog,
+                                         ExportsChart, ExportsReport, ExportsRows),
+                         NameOfOperation);
 
 }  // namespace
 }  // namespace vantor

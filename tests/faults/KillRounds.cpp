@@ -24,6 +24,7 @@
 #include "core/Text.h"
 #include "counter/CounterFile.h"
 #include "editing/SaveRun.h"
+#include "fakes/PutFiles.h"
 #include "platform/DiskFileSystem.h"
 
 namespace vantor {
@@ -31,68 +32,60 @@ namespace {
 
 constexpr int Samples = 3600;
 
-/// Answers nothing; a run that should be there and is missing is found by its checks.
-struct SilentMessages : MessageBoxes {
-    MessageAnswer Ask(const Prompt&) override { return MessageAnswer::Ok; }
-};
+Study StudyOf(int generation) {
+    Study study;
+    study.Record.StudyName = "AM";
+    study.Record.StudyNotes = std::to_string(generation);
+    for (int i = 0; i < 100 + generation % 50; ++i) {
+        AppendRun(study, "R" + std::to_string(i));
+        study.Entries[study.Record.RunCount].ControlDelay = generation;
+    }
+    return study;
+}
+
+RunRecord RunOf(int generation) {
+    RunRecord run = RunOfValues(std::vector<int>(Samples, generation % 256));
+    run.Header.RunName = "R1";
+    run.Header.Notes = std::to_string(generation);
+    for (RunSample& sample : run.RunSamples) sample.Speed = static_cast<float>(generation);
+    return run;
+}
 
 /// What the two programs agree on: every value stored tells the generation that it is of.
 struct Scene {
     explicit Scene(const std::string& root)
         : Files(root), Group(root + "Group/"), Temp(root + "Temp/"), Counter(root + "Corridor.tdc") {}
 
+    /// Over the study that is there.
+    void StoreStudy(int generation) {
+        Study study = StudyOf(generation);
+        if (const auto there = LoadStudy(Files, Group, "AM")) study.Stored = there->Stored;
+        WriteStudyFile(Files, study, Group, "AM", Replacing::OwnFile);
+    }
+    void StoreRun(int generation) {
+        ApplicationState state;
+        state.Paths.LastStudyGroupPath = Group;
+        state.CurrentRun.Header.RunName = "R1";
+        SaveRun(state, Files, RunOf(generation), {.KeepsBackup = true});
+    }
+    std::vector<std::string> Convert() {
+        RunRecord last;
+        return ConvertCounterFile(Files, Counter, Temp, last);
+    }
+
     DiskFileSystem Files;
     std::string Group, Temp, Counter;
-    std::map<std::string, RunRecord>
-        Converted;  ///< the runs of the counter file, by the names of their first conversion
-
-    static Study StudyOf(int generation) {
-        Study study;
-        study.Record.StudyName = "AM";
-        study.Record.StudyNotes = std::to_string(generation);
-        for (int i = 0; i < 100 + generation % 50; ++i) {
-            AppendRun(study, "R" + std::to_string(i));
-            study.Entries[study.Record.RunCount].ControlDelay = generation;
-        }
-        return study;
-    }
-    static RunRecord RunOf(int generation) {
-        RunRecord run;
-        run.Header.RunName = "R1";
-        run.Header.Notes = std::to_string(generation);
-        run.Header.CalConstant = 1000;
-        run.Header.SampleCount = Samples;
-        run.SampleValues.ResizeTo(Samples);
-        run.RunSamples.ResizeTo(Samples);
-        for (int i = 1; i <= Samples; ++i) {
-            run.SampleValues[i] = static_cast<std::int16_t>(generation % 256);
-            run.RunSamples[i].Speed = static_cast<float>(generation);
-        }
-        return run;
-    }
+    std::map<std::string, RunRecord> Converted;  ///< by their names in the first conversion
 };
-
-/// Over the study that is there.
-void StoreStudy(Scene& scene, int generation) {
-    Study study = Scene::StudyOf(generation);
-    if (const auto there = LoadStudy(scene.Files, scene.Group, "AM")) study.Stored = there->Stored;
-    WriteStudyFile(scene.Files, study, scene.Group, "AM", Replacing::OwnFile);
-}
 
 /// The program that is killed. It stores a study, a run and a converted counter file, beginning with a different one
 /// each round, and tells each generation that was stored whole.
 [[noreturn]] void StoreForEver(Scene& scene, int generation, int first, int told) {
-    ApplicationState state;
-    state.Paths.LastStudyGroupPath = scene.Group;
-    state.CurrentRun.Header.RunName = "R1";
-    const std::function<void()> stores[] = {
-        [&] { StoreStudy(scene, generation); },
-        [&] { SaveRun(state, scene.Files, Scene::RunOf(generation), {.KeepsBackup = true}); },
-        [&] {
-            RunRecord last;
-            for (const std::string& name : ConvertCounterFile(scene.Files, scene.Counter, scene.Temp, last))
-                DeleteRunFile(scene.Files, scene.Temp, name);
-        }};
+    const std::function<void()> stores[] = {[&] { scene.StoreStudy(generation); }, [&] { scene.StoreRun(generation); },
+                                            [&] {
+                                                for (const std::string& name : scene.Convert())
+                                                    DeleteRunFile(scene.Files, scene.Temp, name);
+                                            }};
     try {
         for (;; ++generation) {
             for (int i = 0; i < 3; ++i) stores[(first + i) % 3]();
@@ -137,68 +130,55 @@ void Expect(bool holds, const std::string& what, Counts& counts) {
     std::cerr << "NOT WHOLE: " << what << "\n";
 }
 
-std::optional<int> GenerationOf(const Scene& scene, const Study& saved) {
-    const int generation = std::atoi(std::string(Trim(saved.Record.StudyNotes)).c_str());
-    const Study whole = Scene::StudyOf(generation);
-    if (saved.Record.RunCount != whole.Record.RunCount) return std::nullopt;
-    for (int i = 1; i <= whole.Record.RunCount; ++i)
-        if (saved.Entries[i] != whole.Entries[i]) return std::nullopt;
-    const auto info = scene.Files.Find(scene.Group + "AM.ld2");
-    const auto size = StudyRecordSize + static_cast<std::size_t>(whole.Record.RunCount) * StudyRunEntrySize;
-    return info->Size == size ? std::optional(generation) : std::nullopt;
-}
+int GenerationIn(const std::string& notes) { return std::atoi(std::string(Trim(notes)).c_str()); }
 
-std::optional<int> GenerationOf(const RunRecord& saved) {
-    const int generation = std::atoi(std::string(Trim(saved.Header.Notes)).c_str());
-    const RunRecord whole = Scene::RunOf(generation);
-    const bool isWhole = saved.SampleValues == whole.SampleValues && saved.RunSamples == whole.RunSamples;
+std::optional<int> GenerationOfStudy(const Scene& scene) {
+    const auto saved = LoadStudy(scene.Files, scene.Group, "AM");
+    if (!saved) return std::nullopt;
+    const int generation = GenerationIn(saved->Record.StudyNotes);
+    const Study whole = StudyOf(generation);
+    const std::size_t count = whole.Entries.size() - 1;
+    const bool isWhole = saved->Record.RunCount == whole.Record.RunCount && saved->Entries == whole.Entries &&
+                         scene.Files.Find(scene.Group + "AM.ld2")->Size == StudyRecordSize + count * StudyRunEntrySize;
     return isWhole ? std::optional(generation) : std::nullopt;
 }
 
-bool IsWholeRunFile(const Scene& scene, const std::string& path) {
-    const auto info = scene.Files.Find(path);
-    return info && info->Size == RunHeaderSize + Samples * SamplePairSize;
-}
-
-std::optional<int> GenerationOfRun(Scene& scene) {
-    SilentMessages messages;
-    RunRecord run;
-    if (!IsWholeRunFile(scene, scene.Group + "R1.rd2")) return std::nullopt;
-    if (!ReadRunFile(scene.Files, messages, run, scene.Group, "R1", true)) return std::nullopt;
-    return GenerationOf(run);
+std::optional<int> GenerationOfRun(const Scene& scene, const std::string& path) {
+    const RunReading saved = ReadRun(scene.Files, path);
+    if (!saved || scene.Files.Find(path)->Size != RunHeaderSize + Samples * SamplePairSize) return std::nullopt;
+    const int generation = GenerationIn(saved.Run.Header.Notes);
+    const RunRecord whole = RunOf(generation);
+    const bool isWhole = saved.Run.SampleValues == whole.SampleValues && saved.Run.RunSamples == whole.RunSamples;
+    return isWhole ? std::optional(generation) : std::nullopt;
 }
 
 /// That of the latest backup; the others are deleted.
 std::optional<int> GenerationOfBackup(Scene& scene) {
     const auto backups = RunBackupsOf(scene.Files, scene.Group, "R1");
-    if (backups.empty() || !IsWholeRunFile(scene, backups.front().Path)) return std::nullopt;
+    if (backups.empty()) return std::nullopt;
     for (std::size_t older = 1; older < backups.size(); ++older) scene.Files.Delete(backups[older].Path);
-    return GenerationOf(ReadRunBackup(scene.Files, backups.front()));
+    return GenerationOfRun(scene, backups.front().Path);
 }
 
 void CheckStudyAndRun(Scene& scene, int generation, Counts& counts) {
     const auto isThisOrNext = [&](std::optional<int> found) { return found == generation || found == generation + 1; };
-    const auto saved = LoadStudy(scene.Files, scene.Group, "AM");
-    const auto ofStudy = saved ? GenerationOf(scene, *saved) : std::nullopt;
+    const auto ofStudy = GenerationOfStudy(scene);
     Expect(isThisOrNext(ofStudy), "AM.ld2", counts);
     if (ofStudy == generation + 1) ++counts.New;
-    Expect(isThisOrNext(GenerationOfRun(scene)), "R1.rd2", counts);
+    Expect(isThisOrNext(GenerationOfRun(scene, scene.Group + "R1.rd2")), "R1.rd2", counts);
     const auto ofBackup = GenerationOfBackup(scene);
     Expect(ofBackup == generation - 1 || isThisOrNext(ofBackup), "backup of R1", counts);
 }
 
 /// Runs of the conversion that was killed stay; the next one must not meet them.
 void CheckConvertedRuns(Scene& scene, Counts& counts) {
-    SilentMessages messages;
     for (const FileInfo& info : scene.Files.List(scene.Temp)) {
         if (info.IsHidden) continue;
         ++counts.ConvertedRuns;
-        const std::string name = info.Name.substr(0, info.Name.size() - 4);
-        RunRecord run;
-        const auto whole = scene.Converted.find(name);
-        const bool isWhole = whole != scene.Converted.end() &&
-                             ReadRunFile(scene.Files, messages, run, scene.Temp, name, true) && run == whole->second;
-        Expect(isWhole, info.Name, counts);
+        const auto whole = scene.Converted.find(BaseName(info.Name));
+        const RunReading reading = ReadRun(scene.Files, scene.Temp + info.Name);
+        Expect(whole != scene.Converted.end() && reading && !reading.IsCut() && reading.Run == whole->second, info.Name,
+               counts);
         scene.Files.Delete(scene.Temp + info.Name);
     }
 }
@@ -217,14 +197,10 @@ void Prepare(Scene& scene) {
     for (const std::string& folder : {scene.Group, scene.Temp}) scene.Files.CreateFolder(folder);
     WriteFile(scene.Files, scene.Counter, ReadWholeFile(scene.Files, VANTOR_SAMPLES "Corridor.tdc"),
               AsItStands(scene.Files, scene.Counter));
-    ApplicationState state;
-    state.Paths.LastStudyGroupPath = scene.Group;
-    state.CurrentRun.Header.RunName = "R1";
-    StoreStudy(scene, 1);
-    for (const int generation : {0, 1}) SaveRun(state, scene.Files, Scene::RunOf(generation), {.KeepsBackup = true});
-    SilentMessages messages;
-    for (const std::string& name : ConvertCounterFile(scene.Files, scene.Counter, scene.Temp, state.CurrentRun)) {
-        ReadRunFile(scene.Files, messages, scene.Converted[name], scene.Temp, name, true);
+    scene.StoreStudy(1);
+    for (const int generation : {0, 1}) scene.StoreRun(generation);
+    for (const std::string& name : scene.Convert()) {
+        scene.Converted[name] = ReadRun(scene.Files, scene.Temp + name + RunExtension).Run;
         scene.Files.Delete(scene.Temp + name + RunExtension);
     }
 }
@@ -232,7 +208,9 @@ void Prepare(Scene& scene) {
 int RunRounds(const std::string& root, int rounds) {
     Scene scene(root);
     Prepare(scene);
-    std::mt19937 random(std::random_device{}());
+    const auto seed = std::random_device{}();
+    std::cout << "seed " << seed << std::endl;
+    std::mt19937 random(seed);
     std::uniform_int_distribution<int> wait(1000, 600000);
     Counts counts;
     int generation = 1;
@@ -247,11 +225,8 @@ int RunRounds(const std::string& root, int rounds) {
         RemoveLeftovers(scene, counts);
         // A study that was new already goes with a run that may be old: begin the next round above both.
         generation = *reached;
-        ApplicationState state;
-        state.Paths.LastStudyGroupPath = scene.Group;
-        state.CurrentRun.Header.RunName = "R1";
-        StoreStudy(scene, generation);
-        SaveRun(state, scene.Files, Scene::RunOf(generation), {.KeepsBackup = true});
+        scene.StoreStudy(generation);
+        scene.StoreRun(generation);
     }
     std::cout << rounds << " rounds, " << generation - 1 << " times all files stored; files not whole: " << counts.Mixed
               << "; studies found new: " << counts.New << ", old: " << rounds - counts.New

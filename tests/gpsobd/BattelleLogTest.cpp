@@ -1,31 +1,21 @@
 #include "gpsobd/BattelleLog.h"
 
-#include <gtest/gtest.h>
-
-#include "fakes/MemoryFileSystem.h"
-#include "fakes/ThrowsError.h"
-#include "gpsobd/LogBytes.h"
+#include "Logs.h"
 
 namespace vantor {
 namespace {
 
-class BattelleLogTest : public testing::Test {
+class BattelleLogTest : public LogFileScene {
 protected:
     LogSummary Summary(const std::string& text) {
-        Files.PutText("/f/Loop.txt", text);
-        return ReadBattelleSummary(Files, "/f/Loop.txt").value();
+        return LogFileScene::Summary(LogKind::Battelle, text, "/f/Loop.txt");
     }
-    FieldLog Whole(const std::string& text) {
-        Files.PutText("/f/Loop.txt", text);
-        return ReadBattelleLog(Files, "/f/Loop.txt");
-    }
+    FieldLog Whole(const std::string& text) { return LogFileScene::Whole(LogKind::Battelle, text, "/f/Loop.txt"); }
     /// Date and time of the one fix of a log, "" where it is passed over.
     std::string TimeOfFix(const std::string& dateAndTime) {
         const auto summary = Summary("$G," + dateAndTime + ",4230.0,8330.0\n");
         return summary.StartTime ? IsoDateTime(*summary.StartTime) : "";
     }
-
-    MemoryFileSystem Files;
 };
 
 TEST_F(BattelleLogTest, SummaryOfAllFixesAndRuns) {
@@ -39,12 +29,8 @@ TEST_F(BattelleLogTest, SummaryOfAllFixesAndRuns) {
         "$g,05/14/03,11:00:00,4230.0000,8330.0000\r\n"
         "$G,05/14/03,08:15:00,4230.0000,8330.0000\r\n"
         "$s");
-    EXPECT_EQ(summary.StudyDate, Date{LogDay});
-    EXPECT_EQ(IsoDateTime(*summary.StartTime), "2003-05-14T07:58:30");
-    EXPECT_EQ(IsoDateTime(*summary.EndTime), "2003-05-14T08:15:00");  // the last one, not the greatest
-    EXPECT_EQ(summary.Runs, 3);
-    const auto unended = Summary("$s\n$G,05/14/03,12:00:00,1,1\n$G,05/14/03,12:00:59,1,1");
-    EXPECT_EQ(IsoDateTime(*unended.EndTime), "2003-05-14T12:00:59");
+    // The last time, not the greatest.
+    EXPECT_EQ(Told(summary), "05/14/03|2003-05-14T07:58:30|2003-05-14T08:15:00|3");
 }
 
 TEST_F(BattelleLogTest, ReadsTheFieldsBehindTheTime) {
@@ -59,29 +45,24 @@ TEST_F(BattelleLogTest, ReadsTheFieldsBehindTheTime) {
     EXPECT_EQ(log.StudyDate, Date{LogDay});
     ASSERT_EQ(log.Points.size(), 3U);  // the fix before the first run belongs to none
 
-    const GpsPoint& full = log.Points[0].Gps;
-    EXPECT_EQ(full.RunNumber, 1);
-    EXPECT_EQ(full.DateTime, Date{LogDay + 43201.0 / 86400});
-    EXPECT_NEAR(full.Latitude, 42.26, 1e-12);
-    EXPECT_NEAR(full.Longitude, -83.7505, 1e-12);
-    EXPECT_EQ(full.Speed, 31.5F);
-    EXPECT_EQ(full.Heading, 271.25F);
-    EXPECT_EQ(full.HDOP, 1.5F);
-    EXPECT_EQ(full.SatUsed, 7);
+    GpsPoint full{1, 0, 31.5F, 271.25F, {LogDay + 43201.0 / 86400}, 42.26, -83.7505, 7, 1.5F, 0, -1, -1};
+    EXPECT_NEAR(log.Points[0].Gps.Latitude, full.Latitude, 1e-12);
+    EXPECT_NEAR(log.Points[0].Gps.Longitude, full.Longitude, 1e-12);
+    full.Latitude = log.Points[0].Gps.Latitude;
+    full.Longitude = log.Points[0].Gps.Longitude;
+    EXPECT_EQ(log.Points[0].Gps, full);
+    const auto bare = [](double second, double latitude, double longitude) {
+        return GpsPoint{2, 0, -1, -1, {LogDay + second / 86400}, latitude, longitude, 0, 0, 0, -1, -1};
+    };
+    EXPECT_EQ(log.Points[1].Gps, bare(43202, 42.5, -83.5));
+    EXPECT_EQ(log.Points[2].Gps, bare(43203.5, -1, -1));
+}
 
-    GpsPoint bare = MissingGpsPoint();
-    bare.RunNumber = 2;
-    bare.DateTime = {LogDay + 43202.0 / 86400};
-    bare.Latitude = 42.5;
-    bare.Longitude = -83.5;
-    EXPECT_EQ(log.Points[1].Gps, bare);
-    EXPECT_EQ(bare.Speed == -1 && bare.Heading == -1 && bare.DelayNumber == -1 && bare.Direction == -1, true);
-    EXPECT_EQ(bare.HDOP == 0 && bare.SatUsed == 0 && bare.Node == 0 && bare.FixQuality == 0, true);
-
-    bare.DateTime = {LogDay + 43203.5 / 86400};
-    bare.Latitude = -1;
-    bare.Longitude = -1;
-    EXPECT_EQ(log.Points[2].Gps, bare);
+TEST_F(BattelleLogTest, PositionsKeepTheirSignsOnDemand) {
+    Sources.HasSignedCoordinates = true;
+    const GpsPoint sydney = Whole("$s\n$G,05/14/03,12:00:00,-3352.8000,15112.0000\n").Points[0].Gps;
+    EXPECT_NEAR(sydney.Latitude, -33.88, 1e-9);
+    EXPECT_NEAR(sydney.Longitude, 151.2, 1e-9);
 }
 
 TEST_F(BattelleLogTest, FixesWithoutADateOrATimeArePassedOver) {
@@ -116,10 +97,6 @@ TEST_F(BattelleLogTest, OtherTextsAndTooManyRuns) {
     EXPECT_EQ(Summary("Minutes of the meeting\nItem 1\n").StartTime, std::nullopt);
     EXPECT_FALSE(Summary("Minutes of the meeting").Problem.empty());
     EXPECT_EQ(Summary("").Problem + Summary("x\n$s").Problem, "");
-    Files.PutText("/f/Loop.txt", "$s\n$G,05/14/03,12:00:00,-3352.8000,15112.0000\n");
-    const GpsPoint sydney = ReadBattelleLog(Files, "/f/Loop.txt", true).Points[0].Gps;
-    EXPECT_NEAR(sydney.Latitude, -33.88, 1e-9);
-    EXPECT_NEAR(sydney.Longitude, 151.2, 1e-9);
     EXPECT_TRUE(Whole("").Points.empty());
     EXPECT_EQ(Whole("$s\n").StudyDate, std::nullopt);
     EXPECT_ERROR(FileNotFound, ReadBattelleLog(Files, "/f/None.txt"));
@@ -132,25 +109,9 @@ TEST_F(BattelleLogTest, OtherTextsAndTooManyRuns) {
 
 TEST_F(BattelleLogTest, IsWrittenAsALaptopLogNamedAfterItsFile) {
     WriteFieldLog(Files, Whole("$s\n$G,05/14/03,12:00:00,4230.0000,8330.0000,31.5,271.25,1.5,7\n"));
-    const auto bytes = Files.Bytes("/f/Loop.gd2").value();
-    const LogBytes expected = PrefixBytes(2)
-                                  .Text("Loop", 32)
-                                  .Text("Loop", 20)
-                                  .Text("", 32)
-                                  .Raw(std::string(16, '\0'))
-                                  .Int16(1)
-                                  .Int16(0)
-                                  .Single(31.5F)
-                                  .Single(271.25F)
-                                  .Double(LogDay + 0.5)
-                                  .Double(42.5)
-                                  .Double(-83.5)
-                                  .Int16(7)
-                                  .Single(1.5F)
-                                  .Int16(0)
-                                  .Int16(-1)
-                                  .Int16(-1);
-    EXPECT_EQ(bytes, BytesOf(expected.Bytes()));
+    EXPECT_EQ(Files.Bytes("/f/Loop.gd2"),
+              BytesOf(Prefix(2) + Padded("Loop", 32) + Padded("Loop", 20) + Padded("", 32) + std::string(16, '\0') +
+                      Pack("hhffdddhfhhh", 1, 0, 31.5, 271.25, LogDay + 0.5, 42.5, -83.5, 7, 1.5, 0, -1, -1)));
 }
 
 }  // namespace

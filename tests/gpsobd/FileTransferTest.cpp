@@ -2,8 +2,8 @@
 
 #include <deque>
 
-#include "fakes/FakeRemoteApi.h"
-#include "fakes/MemoryFileSystem.h"
+#include "fakes/FakePorts.h"
+#include "gpsobd/DeviceCopy.h"
 #include "gpsobd/clsPPCFileTransfer.h"
 #include "gpsobd/modWinCERAPIConnectionHandler.h"
 
@@ -17,9 +17,10 @@ class FileTransferTest : public testing::Test {
 protected:
     FileTransferTest() { Files.CreateFolder("/field"); }
 
-    HandheldState State;
-    FakeRemoteApi Api;
-    MemoryFileSystem Files;
+    TestProgram Program;
+    HandheldState& State = Program.State.Handheld;
+    FakeRemoteApi& Api = Program.Device;
+    MemoryFileSystem& Files = Program.Files;
     clsPPCFileTransfer Transfer{State, Api, Files};
 
     /// The failure ended the connection and left no handle behind.
@@ -37,39 +38,28 @@ TEST_F(FileTransferTest, InitializeConnectsOnceUntilTerminate) {
     EXPECT_TRUE(Transfer.Initialize());
     EXPECT_TRUE(State.ConnectedResult);
     EXPECT_EQ(State.InitRecord.Size, 12u);
-
     EXPECT_FALSE(Transfer.Initialize());
     EXPECT_FALSE(State.ConnectedResult);
     EXPECT_TRUE(State.ConnectionOpen);
     EXPECT_EQ(Api.CountOf("CeRapiInitEx"), 1);
-
-    Transfer.Terminate();
-    Transfer.Terminate();
+    for (int time = 0; time < 2; ++time) Transfer.Terminate();
     EXPECT_EQ(Api.CountOf("CeRapiUninit"), 1);
     EXPECT_TRUE(Transfer.Initialize());
 }
 
 TEST_F(FileTransferTest, InitializeFailsAtEachStepAndEndsTheAttempt) {
-    struct Fault {
-        std::string Failing, Throwing;
-        std::int32_t LateResult;
-    };
-    for (const Fault& fault : std::vector<Fault>{{"CeRapiInitEx", "", 0},
-                                                 {"WaitForSingleObject", "", 0},  // an answer after 10 seconds
-                                                 {"", "", -5},
-                                                 {"", "CeRapiInitEx", 0},
-                                                 {"", "WaitForSingleObject", 0}}) {
-        HandheldState state;
-        state.ConnectedResult = true;
-        FakeRemoteApi api;
-        api.Failing = fault.Failing;
-        api.Throwing = fault.Throwing;
-        api.LateResult = fault.LateResult;
-        clsPPCFileTransfer transfer(state, api, Files);
-        EXPECT_FALSE(transfer.Initialize()) << fault.Failing << fault.Throwing;
-        EXPECT_FALSE(state.ConnectedResult);
-        EXPECT_FALSE(state.ConnectionOpen);
-        EXPECT_EQ(api.CountOf("CeRapiUninit"), 1) << fault.Failing << fault.Throwing;
+    const std::function<void()> faults[] = {[&] { Api.Failing = "CeRapiInitEx"; },
+                                            [&] { Api.Failing = "WaitForSingleObject"; },  // an answer after 10 seconds
+                                            [&] { Api.LateResult = -5; }, [&] { Api.Throwing = "CeRapiInitEx"; },
+                                            [&] { Api.Throwing = "WaitForSingleObject"; }};
+    for (const auto& fault : faults) {
+        Api = {};
+        fault();
+        SCOPED_TRACE(Api.Failing + "|" + Api.Throwing);
+        State.ConnectedResult = true;
+        EXPECT_FALSE(Transfer.Initialize());
+        EXPECT_FALSE(State.ConnectedResult);
+        ExpectEnded();
     }
     Api.Throwing = "CeRapiUninit";
     Api.Failing = "CeRapiInitEx";
@@ -85,43 +75,6 @@ TEST_F(FileTransferTest, CopiesToTheDesktopAndStaysConnected) {
     EXPECT_TRUE(State.ConnectionOpen);
     EXPECT_EQ(Api.OpenHandles(), 0u);
     EXPECT_EQ(Api.CountOf("CeReadFile"), 1);
-}
-
-TEST_F(FileTransferTest, CopyToDesktopFailuresHaveTheirCodes) {
-    EXPECT_EQ(Transfer.CopyToDesktop(DevicePath, DesktopPath, true), 6);
-    EXPECT_EQ(State.TransferResult, 6);
-    EXPECT_TRUE(Api.Calls.empty());
-
-    struct Fault {
-        std::string Failing;
-        std::int32_t ReportedError, Result;
-    };
-    for (const Fault& fault : std::vector<Fault>{{"CeCreateFile", 0, 1},
-                                                 {"CeCreateFile", -9, 6},
-                                                 {"CeGetFileSize", 0, 1},
-                                                 {"CeGetFileSize", -9, 6},
-                                                 {"CeReadFile", 0, 1},
-                                                 {"CeReadFile", -9, 6}}) {
-        Api = {};
-        Api.Files[DevicePath] = BytesOf("log");
-        Transfer.Initialize();
-        Api.Failing = fault.Failing;
-        Api.ReportedError = fault.ReportedError;
-        EXPECT_EQ(Transfer.CopyToDesktop(DevicePath, DesktopPath, true), fault.Result) << fault.Failing;
-        EXPECT_EQ(State.TransferResult, fault.Result);
-        ExpectEnded();
-        EXPECT_FALSE(Files.Bytes(DesktopPath)) << fault.Failing;
-    }
-}
-
-TEST_F(FileTransferTest, AFullDesktopDiskKeepsTheOldLog) {
-    Api.Files[DevicePath] = BytesOf("log");
-    Files.PutText(DesktopPath, "old");
-    Transfer.Initialize();
-    Files.FailChangeAfter(0, ErrorNumber::DiskFull);
-    EXPECT_EQ(Transfer.CopyToDesktop(DevicePath, DesktopPath, true), 5);
-    EXPECT_EQ(Files.Bytes(DesktopPath), BytesOf("old"));
-    ExpectEnded();
 }
 
 TEST_F(FileTransferTest, NothingIsOverwrittenUnasked) {
@@ -163,35 +116,89 @@ TEST_F(FileTransferTest, CopiesToTheDeviceInPieces) {
     }
 }
 
-TEST_F(FileTransferTest, CopyToDeviceFailuresHaveTheirCodes) {
-    EXPECT_EQ(Transfer.CopyToDevice(DesktopPath, DevicePath, true), 6);
+TEST_F(FileTransferTest, FailuresHaveTheirCodes) {
+    const auto toDesktop = [&] {
+        const std::int32_t result = Transfer.CopyToDesktop(DevicePath, DesktopPath, true);
+        EXPECT_EQ(State.TransferResult, result);
+        return result;
+    };
+    const auto toDevice = [&] { return Transfer.CopyToDevice(DesktopPath, DevicePath, true); };
+    EXPECT_EQ(toDesktop(), 6);
+    EXPECT_EQ(toDevice(), 6);
     EXPECT_TRUE(Api.Calls.empty());
 
-    struct Fault {
-        std::string Failing, Desktop;
-        bool Overwrite;
-        std::int32_t ReportedError, Result;
-    };
     const std::string whole(60, 'x');
-    for (const Fault& fault : std::vector<Fault>{{"CeFindFirstFile", whole, false, -9, 6},
-                                                 {"", "none", true, 0, 1},
-                                                 {"CeCreateFile", whole, true, 0, 7},
-                                                 {"CeCreateFile", whole, true, -9, 6},
-                                                 {"", "", true, 0, 2},
-                                                 {"CeWriteFile", whole, true, 0, 5},
-                                                 {"CeWriteFile", whole, true, -9, 6}}) {
+    Files.PutText(DesktopPath, whole);
+    const auto expectFailure = [&](std::int32_t result, const std::function<std::int32_t()>& copy,
+                                   const std::string& failing = {}, std::int32_t reportedError = 0) {
+        SCOPED_TRACE(failing);
         Api = {};
-        Files.PutText(DesktopPath, fault.Desktop);
-        if (fault.Desktop == "none") Files.Delete(DesktopPath);
+        Api.Files[DevicePath] = BytesOf("log");
         Transfer.Initialize();
-        Api.Failing = fault.Failing;
-        Api.CallsBeforeFailure = fault.Failing == "CeWriteFile" ? 2 : 0;
-        Api.ReportedError = fault.ReportedError;
-        EXPECT_EQ(Transfer.CopyToDevice(DesktopPath, DevicePath, fault.Overwrite), fault.Result) << fault.Failing;
+        Api.Failing = failing;
+        Api.CallsBeforeFailure = failing == "CeWriteFile" ? 2 : 0;
+        Api.ReportedError = reportedError;
+        EXPECT_EQ(copy(), result);
         ExpectEnded();
-        const int writes = fault.Failing == "CeWriteFile" ? 3 : 0;
-        EXPECT_EQ(Api.CountOf("CeWriteFile"), writes) << "stops at the first failure";
+    };
+    for (const std::int32_t reported : {0, -9}) {
+        const auto unlessReported = [&](std::int32_t result) { return reported == 0 ? result : 6; };
+        for (const char* call : {"CeCreateFile", "CeGetFileSize", "CeReadFile"})
+            expectFailure(unlessReported(1), toDesktop, call, reported);
+        expectFailure(unlessReported(7), toDevice, "CeCreateFile", reported);
+        expectFailure(unlessReported(5), toDevice, "CeWriteFile", reported);
+        EXPECT_EQ(Api.CountOf("CeWriteFile"), 3) << "stops at the first failure";
     }
+    const auto toNewOne = [&] { return Transfer.CopyToDevice(DesktopPath, "\\new.pdb", false); };
+    expectFailure(6, toNewOne, "CeFindFirstFile", -9);
+    Files.FailChangeAfter(0, ErrorNumber::DiskFull);
+    expectFailure(5, toDesktop);
+    EXPECT_EQ(Files.Bytes(DesktopPath), BytesOf(whole));
+    Files.PutText(DesktopPath, "");
+    expectFailure(2, toDevice);
+    Files.Delete(DesktopPath);
+    expectFailure(1, toDevice);
+}
+
+/// Answers every question with Yes.
+class PromptRecorder : public MessageBoxes {
+public:
+    std::string Told;
+    MessageAnswer Ask(const Prompt& prompt) override {
+        EXPECT_EQ(prompt.Icon, MessageIcon::Warning);
+        Told += "[" + prompt.Title + "]" + prompt.Text;
+        return prompt.Buttons == MessageButtons::YesNo ? MessageAnswer::Yes : MessageAnswer::Ok;
+    }
+};
+
+TEST_F(FileTransferTest, TheDatabaseIsCopiedIntoItsFolderOrWhyNotIsTold) {
+    PromptRecorder messages;
+    TestProgram& of = Program;
+    AppContext context{of.State,  Files,     messages, of.OtherScreens, of.DesktopServices, of.Time,      of.End,
+                       of.Memory, of.Serial, Api,      of.Databases,    of.Sheets,          of.Documents, of.Work};
+    const LogDevice device{"Roampad", "GPSData.pdb"};
+    int delays = 0;
+    const auto copy = [&] { CopyFromDevice(context, device, "/field/", [&](int time) { delays += time; }); };
+    EXPECT_TRUE(WantsDeviceCopy(messages, device));
+    Api.Failing = "CeRapiInitEx";
+    copy();
+    Api.Failing.clear();
+    copy();  // the device has no such file
+    EXPECT_EQ(messages.Told,
+              "[Pocket-PC Data Transfer Alert]If you wish to have Vantor copy \nRoampad database files into your \n"
+              "selected field data folder, place \nyour Pocket-PC device in its cradle now \n& click Yes. Otherwise, "
+              "click No.\n[Error Connecting to PDA]Cannot connect with PDA.\nCheck that PDA is in cradle and turned "
+              "on.\nAlso check that Active Sync is running.\nIf problem continues, contact Technical Support.\n[Error "
+              "Copying Files] Error number 1 detected. Contact Technical Support for help.");
+    EXPECT_EQ(delays, 0);
+    Api.Files[DevicePath] = BytesOf("new");
+    Files.PutText(DesktopPath, "old");
+    for (int time = 0; time < 2; ++time) copy();  // the connection is free again for the second
+    EXPECT_EQ(delays, 2000);
+    EXPECT_FALSE(State.ConnectionOpen);
+    EXPECT_EQ(Files.Bytes(DesktopPath), BytesOf("new"));
+    EXPECT_EQ(Files.Bytes(DesktopPath + ".bak"), BytesOf("old"));
+    EXPECT_EQ(Files.AllFiles().size(), 2U) << "the second copy brought nothing new";
 }
 
 TEST(DelayXMsecTest, WaitsUntilStrictlyPastASinglePrecisionTarget) {

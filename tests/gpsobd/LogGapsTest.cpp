@@ -25,12 +25,9 @@ FieldLog LogOf(const std::vector<Row>& rows, double start = 39600, LogKind kind 
     FieldLog log;
     log.Kind = kind;
     for (const Row& row : rows) {
-        LogPoint& point = log.Points.emplace_back();
-        const Date moment{39521 + (start + row.Second) / 86400};
-        point.Gps = {1, 1, row.Speed, -1, moment, row.Latitude, row.Longitude, 8, 1, 0, -1, 2};
-        point.Obd.RunNumber = 1;
-        point.Obd.DateTime = moment;
-        point.Obd.Speed = row.Speed;
+        const Date time{39521 + (start + row.Second) / 86400};
+        log.Points.push_back({{1, 1, row.Speed, -1, time, row.Latitude, row.Longitude, 8, 1, 0, -1, 2},
+                              {1, time, row.Speed, 0, 0, 0, 0, 0, 0, 0, 0, -1, 0, "", "", ""}});
     }
     ArrangeForReview(log);
     return log;

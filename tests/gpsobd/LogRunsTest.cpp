@@ -6,6 +6,7 @@
 #include "core/RunFile.h"
 #include "fakes/FakePorts.h"
 #include "fakes/ThrowsError.h"
+#include "gpsobd/LaptopLog.h"
 #include "gpsobd/LogPoints.h"
 
 namespace vantor {
@@ -23,25 +24,14 @@ struct Row {
     std::int16_t RunNumber = 1;
 };
 
-/// A log of any kind; the speeds of a combined one are the vehicle's. Seconds count from 14 March 2008, 07:05:09.
+/// Seconds count from 14 March 2008, 07:05:09.
 FieldLog LogOf(LogKind kind, const std::vector<Row>& rows) {
-    const std::int64_t start = WholeSecondsOf({DateOf(2008, 3, 14).Days + TimeOf(7, 5, 9).Days});
-    FieldLog log;
-    log.Kind = kind;
-    log.Name = "Trip";
-    for (const Row& row : rows) {
-        LogPoint point;
-        const auto fill = [&](auto& half) {
-            half.RunNumber = row.RunNumber;
-            half.DateTime = DateOfSeconds(start + row.Second);
-            half.Speed = row.Speed;
-            half.Node = row.Node;
-            half.DelayNumber = row.DelayNumber;
-            half.Direction = row.Direction;
-        };
-        WithLeadingHalf(kind, point, fill);
-        if (kind == LogKind::GpsObd) point.Obd.Speed = row.Speed;
-        log.Points.push_back(point);
+    FieldLog log = NewFieldLog(kind, "/f/Trip.log");
+    for (const auto& [second, speed, node, delay, direction, run] : rows) {
+        const Date time = DateOfSeconds(WholeSecondsOf({39521 + 25509.0 / 86400}) + second);
+        LogPoint& point = log.Points.emplace_back();
+        if (HasGps(kind)) point.Gps = {run, 0, speed, 0, time, 0, 0, 0, 0, node, delay, direction};
+        if (HasObdHeader(kind)) point.Obd = {run, time, speed, 0, 0, 0, 0, 0, 0, 0, node, delay, direction, "", "", ""};
     }
     return log;
 }
@@ -51,15 +41,16 @@ protected:
     RunRecord Made(const FieldLog& log) {
         return MakeRun(log, PointsOfRuns(log).begin()->second, {}, Program.State.Settings);
     }
-    static std::vector<int> ValuesOf(const RunRecord& run) {
-        std::vector<int> values;
-        for (const std::int16_t value : run.SampleValues) values.push_back(static_cast<std::uint16_t>(value));
-        return values;
+    static std::vector<std::uint16_t> ValuesOf(const RunRecord& run) {
+        return {run.SampleValues.begin(), run.SampleValues.end()};
     }
-    std::vector<int> Values(const std::vector<Row>& rows) { return ValuesOf(Made(LogOf(LogKind::GpsLaptop, rows))); }
-    std::vector<std::string> Written(const FieldLog& log) {
-        return WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings);
+    std::vector<std::uint16_t> Values(const std::vector<Row>& rows) {
+        return ValuesOf(Made(LogOf(LogKind::GpsLaptop, rows)));
     }
+    std::vector<std::string> Written(const FieldLog& log, const NamesOfRuns& replaced = {}) {
+        return WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings, replaced);
+    }
+    RunRecord Stored(const char* name) { return ReadRun(Program.Files, std::string("/start/Temp/") + name).Run; }
 
     TestProgram Program;
 };
@@ -83,51 +74,39 @@ TEST_F(LogRunsTest, KeepsNodesBeforeDelayNumbers) {
 }
 
 TEST_F(LogRunsTest, FillsTheHeaderAndDecodes) {
-    FieldLog log = LogOf(LogKind::GpsLaptop, {{0, 30, 0, -1, 9}, {1, 30, 1, -1, 3}, {3, 30, 0, 16, 2}});
+    FieldLog log = LogOf(LogKind::GpsLaptop, {{0, 30, 0, -1, 9, 12}, {1, 30, 1, -1, 3, 12}, {3, 30, 0, 16, 2, 12}});
     log.GpsHeader.StudyName = "Main Street ";
-    log.Points.front().Gps.RunNumber = log.Points[1].Gps.RunNumber = log.Points[2].Gps.RunNumber = 12;
     const RunHeader header = Made(log).Header;
     EXPECT_EQ(header.RunDate, DateOf(2008, 3, 14));
     EXPECT_EQ(header.RunTime, TimeOf(7, 5, 9));
     EXPECT_EQ(header.RunNumber, 12);
-    EXPECT_EQ(header.CountNumber, 0);
-    EXPECT_EQ(header.SiteCode, "Main Street");
-    EXPECT_EQ(header.Notes, "Direction WB");
+    EXPECT_EQ(header.SiteCode + "|" + header.Notes, "Main Street|Direction WB");
     EXPECT_EQ(header.CalConstant, 1000);
-    EXPECT_EQ(header.SampleCount, 4);
-    EXPECT_EQ(header.Duration, 4);
-    EXPECT_EQ(header.RunLength, 176);
-    EXPECT_EQ(header.NumberOfSections, 3);
+    EXPECT_EQ(std::pair(header.SampleCount, header.RunLength), std::pair(4, 176));
     EXPECT_EQ(header.SectionDist[1], 88);
-    EXPECT_EQ(header.HeaderWord1, -1);
-    EXPECT_EQ(header.Before, -1);
-    EXPECT_EQ(header.HeaderWord3, 1);
     EXPECT_EQ(header.ButtonWord2[1], 16);
     EXPECT_EQ(Made(LogOf(LogKind::ObdLaptop, {{0, 30}})).Header.Notes, "");
 }
 
 TEST_F(LogRunsTest, TakesTheSpeedAndTheEventRecordOfEachKind) {
-    FieldLog gps = LogOf(LogKind::Battelle, {{0, 30, 2, 5, 3}, {2, -1}});
-    gps.Points[0].Gps.Latitude = 42.5;
-    gps.Points[0].Gps.Heading = 90;
-    gps.Points[0].Gps.SatUsed = 8;
-    RunRecord run = Made(gps);
-    EXPECT_EQ(run.RunSamples[1], (RunSample{42.5, 0, 30, 90, 0, 0, 8, gps.Points[0].Gps.DateTime, 2, 5, 3}));
+    FieldLog log = LogOf(LogKind::Battelle, {{0, 30, 2, 5, 3}, {2, -1}});
+    const Date start = log.Points[0].Gps.DateTime;
+    log.Points[0].Gps = {1, 0, 30, 90, start, 42.5, 0, 8, 0, 2, 5, 3};
+    RunRecord run = Made(log);
+    EXPECT_EQ(run.RunSamples[1], (RunSample{42.5, 0, 30, 90, 0, 0, 8, start, 2, 5, 3}));
     EXPECT_EQ(run.RunSamples[2], RunSample{}) << "no row in that second";
     EXPECT_EQ(run.RunSamples[3].Speed, -1.0F) << "as logged, though it is bridged";
-
-    const FieldLog obd = LogOf(LogKind::ObdHandheld, {{0, 30, 2, 5, 3}});
-    EXPECT_EQ(Made(obd).RunSamples[1], (RunSample{0, 0, 30, 0, 0, 0, 0, obd.Points[0].Obd.DateTime, 2, 5, 3}));
+    log = LogOf(LogKind::ObdHandheld, {{0, 30, 2, 5, 3}});
+    log.Points[0].Gps.Latitude = 42.5;
+    EXPECT_EQ(Made(log).RunSamples[1], (RunSample{0, 0, 30, 0, 0, 0, 0, start, 2, 5, 3}));
 
     FieldLog both = LogOf(LogKind::GpsObd, {{0, 60}, {1, -1}, {2, -1}, {3, 60}});
-    for (LogPoint& point : both.Points) point.Gps.Speed = 30;
-    both.Points[2].Gps.Speed = -1;
+    for (const std::size_t point : {0, 1, 3}) both.Points[point].Gps.Speed = 30;
     both.Points[0].Obd.Node = 1;
     run = Made(both);
-    EXPECT_THAT(ValuesOf(run), ElementsAre(88, 44, 66, 88));
-    EXPECT_EQ(run.RunSamples[1].Speed, 60.0F);
-    EXPECT_EQ(run.RunSamples[2].Speed, 30.0F);
-    EXPECT_EQ(run.RunSamples[3].Speed, -1.0F);
+    EXPECT_THAT(ValuesOf(run), ElementsAre(88, 44, 66, 88)) << "the vehicle's speed, else the receiver's";
+    EXPECT_THAT((std::vector{run.RunSamples[1].Speed, run.RunSamples[2].Speed, run.RunSamples[3].Speed}),
+                ElementsAre(60, 30, -1));
 }
 
 TEST_F(LogRunsTest, WritesARunFileForEveryRunNumber) {
@@ -137,9 +116,7 @@ TEST_F(LogRunsTest, WritesARunFileForEveryRunNumber) {
                                               {3, 60, 0, -1, 0, 2},
                                               {4, 30, 0, -1, 0, 1234}});
     EXPECT_THAT(Written(log), ElementsAre("Trip-R001", "Trip-R002", "Trip-R1234"));
-    RunRecord run;
-    ASSERT_TRUE(ReadRunFile(Program.Files, Program.Messages, run, "/start/Temp/", "Trip-R002", true));
-    EXPECT_THAT(ValuesOf(run), ElementsAre(44, 59, 73, 88));
+    EXPECT_THAT(ValuesOf(Stored("Trip-R002.rd2")), ElementsAre(44, 59, 73, 88));
 
     EXPECT_THAT(Written(log), ElementsAre("Trip-R001-1", "Trip-R002-1", "Trip-R1234-1"));
     log.Points.resize(1);
@@ -159,11 +136,10 @@ TEST_F(LogRunsTest, ReplacesRunsMadeBeforeOnDemand) {
     log.Points.erase(log.Points.begin());
     EXPECT_THAT(before(), ElementsAre(Pair(1, "Trip-R001"), Pair(2, "Trip-R002")))
         << "of a drive that was made shorter since";
-    EXPECT_THAT(WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings, before()),
-                ElementsAre("Trip-R001", "Trip-R002"));
+    EXPECT_THAT(Written(log, before()), ElementsAre("Trip-R001", "Trip-R002"));
     EXPECT_EQ(Program.Files.Bytes("/start/Temp/Trip-R001.rd2.bak"), old);
     EXPECT_FALSE(Program.Files.Bytes("/start/Temp/Trip-R002.rd2.bak")) << "it is as it was";
-    EXPECT_EQ(ReadRun(Program.Files, "/start/Temp/Trip-R001.rd2").Run.Header.SampleCount, 1);
+    EXPECT_EQ(Stored("Trip-R001.rd2").Header.SampleCount, 1);
 
     for (LogPoint& point : log.Points) point.Obd.DateTime.Days += 1;
     EXPECT_TRUE(before().empty()) << "another day's drives of the same name";
@@ -176,16 +152,12 @@ TEST_F(LogRunsTest, LeavesOutARunThatIsTooLong) {
         LogKind::GpsLaptop, {{0, 1, 0, 0, 0, 1}, {32767, 1, 0, 0, 0, 1}, {0, 1, 0, 0, 0, 2}, {32766, 1, 0, 0, 0, 2}});
     EXPECT_ERROR(Overflow, Written(log));
     EXPECT_THAT(Program.Files.AllFiles(), ElementsAre("/start/Temp/Trip-R002.rd2"));
-    EXPECT_EQ(ReadRun(Program.Files, "/start/Temp/Trip-R002.rd2").Run.Header.SampleCount, 32767);
+    EXPECT_EQ(Stored("Trip-R002.rd2").Header.SampleCount, 32767);
 }
 
-TEST_F(LogRunsTest, WritesAllRunsOrNone) {
-    const FieldLog log = LogOf(LogKind::GpsLaptop, {{0, 1, 0, 0, 0, 1}, {0, 1, 0, 0, 0, 2}});
-    Program.Files.FailChangeAfter(1, ErrorNumber::DiskFull);
-    EXPECT_ERROR(DiskFull, Written(log));
-    EXPECT_TRUE(Program.Files.AllFiles().empty());
+TEST_F(LogRunsTest, WithoutASpeedFactorNothingIsWritten) {
     Program.State.Settings.SpeedFactor = 0;
-    EXPECT_ERROR(DivisionByZero, Written(log));
+    EXPECT_ERROR(DivisionByZero, Written(LogOf(LogKind::GpsLaptop, {{0, 1}})));
     EXPECT_TRUE(Program.Files.AllFiles().empty());
 }
 

@@ -5,16 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <ctime>
-#include <filesystem>
-#include <map>
 
-#include "core/Paths.h"
-#include "fakes/MemoryFileSystem.h"
-#include "fakes/ThrowsError.h"
-#include "platform/DiskFileSystem.h"
+#include "platform/DiskFolder.h"
 
 namespace {
 
@@ -64,34 +58,13 @@ std::time_t time(std::time_t* into) noexcept {
 namespace vantor {
 namespace {
 
-using Texts = std::map<std::string, std::string>;
-
-class DiskFaultsTest : public testing::Test {
+class DiskFaultsTest : public testing::Test, protected DiskFolder {
 protected:
-    DiskFaultsTest() {
-        char pattern[] = "/tmp/vantor-test-XXXXXX";
-        folder_ = AsFolder(mkdtemp(pattern));
-    }
     ~DiskFaultsTest() override {
         faults.clear();
         secondsAhead = 0;
-        std::filesystem::remove_all(folder_);
-    }
-
-    std::string At(const std::string& name) const { return folder_ + name; }
-    void Put(const std::string& name, std::string_view text) {
-        WriteFile(files_, At(name), BytesOf(text), AsItStands(files_, At(name)));
     }
     static void Fail(const SystemFault& fault) { faults[fault.Call] = fault; }
-    /// All that lies in the folder, hidden files too.
-    Texts Disk() const {
-        Texts texts;
-        for (const FileInfo& info : files_.List(folder_)) {
-            const auto bytes = ReadFirstBytes(files_, At(info.Name), info.Size);
-            texts[info.Name] = {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-        }
-        return texts;
-    }
     /// A process that has begun a batch and then does `rest`.
     template <class Rest>
     pid_t Writer(Rest rest) {
@@ -99,7 +72,7 @@ protected:
         EXPECT_EQ(pipe(ready), 0);
         const pid_t child = fork();
         if (child == 0) {
-            const auto batch = files_.BeginWrites();
+            const auto batch = Disk.BeginWrites();
             batch->Add(At("a"), BytesOf("half"), Expected::Nothing());
             close(ready[1]);
             rest();
@@ -116,12 +89,9 @@ protected:
         DiskFileSystem later("/");
         WriteFile(later, At("b"), BytesOf("b"), AsItStands(later, At("b")));
         std::size_t left = 0;
-        for (const auto& [name, text] : Disk()) left += name.ends_with(".tmp") ? 1 : 0;
+        for (const auto& [name, text] : Found()) left += name.ends_with(".tmp") ? 1 : 0;
         return left;
     }
-
-    std::string folder_;
-    DiskFileSystem files_{"/"};
 };
 
 TEST_F(DiskFaultsTest, ABatchIsStoredWholeOrNotAtAll) {
@@ -135,21 +105,21 @@ TEST_F(DiskFaultsTest, ABatchIsStoredWholeOrNotAtAll) {
             if (!hasHardLinks) Fail({"link", 0, 99, EPERM});
             Fail({"rename", failing});
             const auto error = ErrorOf([&] {
-                const auto batch = files_.BeginWrites();
+                const auto batch = Disk.BeginWrites();
                 for (const char* name : {"new1", "old1", "new2", "old2"})
-                    batch->Add(At(name), BytesOf("replaced"), AsItStands(files_, At(name)));
+                    batch->Add(At(name), BytesOf("replaced"), AsItStands(Disk, At(name)));
                 batch->Commit();
             });
             isStored = !error;
             if (error) {
-                EXPECT_EQ(Disk(), old) << "rename " << failing;
+                EXPECT_EQ(Found(), old) << "rename " << failing;
             }
         }
         EXPECT_EQ(failing, 5) << "each of the four renames has failed once";
-        EXPECT_EQ(Disk(),
+        EXPECT_EQ(Found(),
                   (Texts{{"new1", "replaced"}, {"new2", "replaced"}, {"old1", "replaced"}, {"old2", "replaced"}}));
         faults.clear();
-        for (const char* name : {"new1", "new2"}) files_.Delete(At(name));
+        for (const char* name : {"new1", "new2"}) Disk.Delete(At(name));
     }
 }
 
@@ -157,17 +127,17 @@ TEST_F(DiskFaultsTest, AnErrorMeansThatNothingWasDone) {
     Put("a", "old");
     Fail({"fsync", 0});
     EXPECT_ERROR(DeviceIoError, Put("a", "new"));
-    EXPECT_EQ(Disk(), (Texts{{"a", "old"}}));
+    EXPECT_EQ(Found(), (Texts{{"a", "old"}}));
     // The second flush is the folder's; the file is in place by then.
     Fail({"fsync", 1});
     Put("a", "new");
-    EXPECT_EQ(Disk(), (Texts{{"a", "new"}}));
+    EXPECT_EQ(Found(), (Texts{{"a", "new"}}));
     Fail({"fsync", 0});
-    files_.Rename(At("a"), At("b"));
-    EXPECT_EQ(Disk(), (Texts{{"b", "new"}}));
+    Disk.Rename(At("a"), At("b"));
+    EXPECT_EQ(Found(), (Texts{{"b", "new"}}));
     Fail({"rename", 0, 1, EACCES});
-    EXPECT_ERROR(PermissionDenied, files_.Rename(At("b"), At("c")));
-    EXPECT_EQ(Disk(), (Texts{{"b", "new"}}));
+    EXPECT_ERROR(PermissionDenied, Disk.Rename(At("b"), At("c")));
+    EXPECT_EQ(Found(), (Texts{{"b", "new"}}));
 }
 
 TEST_F(DiskFaultsTest, ADiskThatCannotRenameWithoutReplacingReplacesNothing) {
@@ -175,28 +145,28 @@ TEST_F(DiskFaultsTest, ADiskThatCannotRenameWithoutReplacingReplacesNothing) {
         Put("a", "text");
         if (!hasHardLinks) Fail({"link", 0, 99, EPERM});
         Fail({"rename", 0, 1, EINVAL});
-        files_.Rename(At("a"), At("b"));
+        Disk.Rename(At("a"), At("b"));
         Put("a", "new");
         Fail({"rename", 0, 1, EINVAL});
-        EXPECT_ERROR(FileAlreadyExists, WriteFile(files_, At("b"), BytesOf("mine"), Expected::Nothing()));
-        EXPECT_EQ(Disk(), (Texts{{"a", "new"}, {"b", "text"}}));
+        EXPECT_ERROR(FileAlreadyExists, WriteFile(Disk, At("b"), BytesOf("mine"), Expected::Nothing()));
+        EXPECT_EQ(Found(), (Texts{{"a", "new"}, {"b", "text"}}));
         faults.clear();
-        files_.Delete(At("b"));
+        Disk.Delete(At("b"));
     }
 }
 
 TEST_F(DiskFaultsTest, RenamesOntoAnotherDisk) {
     Put("a", "text");
     Fail({"rename", 0, 1, EXDEV});
-    files_.Rename(At("a"), At("b"));
-    EXPECT_EQ(Disk(), (Texts{{"b", "text"}}));
+    Disk.Rename(At("a"), At("b"));
+    EXPECT_EQ(Found(), (Texts{{"b", "text"}}));
     Fail({"rename", 0, 1, EXDEV});
     Fail({"remove", 0, 1, EACCES});
-    EXPECT_ERROR(PermissionDenied, files_.Rename(At("b"), At("c")));
-    EXPECT_EQ(Disk(), (Texts{{"b", "text"}}));
+    EXPECT_ERROR(PermissionDenied, Disk.Rename(At("b"), At("c")));
+    EXPECT_EQ(Found(), (Texts{{"b", "text"}}));
     Fail({"rename", 0, 2, EXDEV});
-    EXPECT_TRUE(ErrorOf([&] { files_.Rename(At("b"), At("c")); })) << "the copy cannot be stored";
-    EXPECT_EQ(Disk(), (Texts{{"b", "text"}}));
+    EXPECT_TRUE(ErrorOf([&] { Disk.Rename(At("b"), At("c")); })) << "the copy cannot be stored";
+    EXPECT_EQ(Found(), (Texts{{"b", "text"}}));
 }
 
 TEST_F(DiskFaultsTest, FilesAreRenamedAllOrNone) {
@@ -205,16 +175,16 @@ TEST_F(DiskFaultsTest, FilesAreRenamedAllOrNone) {
     const auto rename = [&](const std::vector<std::pair<const char*, const char*>>& names, std::uint64_t asks = 99) {
         std::vector<FileMove> moves;
         for (const auto& [from, to] : names) moves.push_back({At(from), At(to)});
-        return files_.RenameAll(moves, Progress([&](double) { return asks-- > 0; }));
+        return Disk.RenameAll(moves, Progress([&](double) { return asks-- > 0; }));
     };
     EXPECT_ERROR(FileAlreadyExists, rename({{"a", "x"}, {"b", "C"}}));
     EXPECT_ERROR(FileAlreadyExists, rename({{"a", "x"}, {"b", "X"}}));
     Fail({"rename", 1, 1, EACCES});
     EXPECT_ERROR(PermissionDenied, rename({{"a", "x"}, {"b", "y"}}));
     EXPECT_FALSE(rename({{"a", "x"}, {"b", "y"}}, 1));
-    EXPECT_EQ(Disk(), old);
+    EXPECT_EQ(Found(), old);
     EXPECT_TRUE(rename({{"a", "A"}, {"b", "x"}, {"c", "b"}}));
-    EXPECT_EQ(Disk(), (Texts{{"A", "first"}, {"b", "third"}, {"x", "second"}}));
+    EXPECT_EQ(Found(), (Texts{{"A", "first"}, {"b", "third"}, {"x", "second"}}));
 }
 
 TEST_F(DiskFaultsTest, OnlyLeftoversOfProgramsThatEndedAreRemoved) {
@@ -226,28 +196,27 @@ TEST_F(DiskFaultsTest, OnlyLeftoversOfProgramsThatEndedAreRemoved) {
     waitpid(killed, nullptr, 0);
     const pid_t writing = Writer([] { pause(); });
     EXPECT_EQ(LeftAfterAWrite(), 3U) << "of the one that was killed nothing is left";
-    EXPECT_EQ(Disk().count(ofOtherComputer), 1U) << "a writer on another computer may be alive";
+    EXPECT_EQ(Found().count(ofOtherComputer), 1U) << "a writer on another computer may be alive";
     secondsAhead = Day + 60;
     EXPECT_EQ(LeftAfterAWrite(), 2U);
     kill(writing, SIGKILL);
     waitpid(writing, nullptr, 0);
     EXPECT_EQ(LeftAfterAWrite(), 1U);
-    EXPECT_EQ(Disk().count(".vantor-notes.tmp"), 1U);
+    EXPECT_EQ(Found().count(".vantor-notes.tmp"), 1U);
 }
 
 TEST_F(DiskFaultsTest, ALeftoverIsNotTakenForAFileOfTheBatch) {
     // The process has had the number of this one.
     const auto first = [&] {
-        const auto batch = files_.BeginWrites();
+        const auto batch = Disk.BeginWrites();
         batch->Add(At("a"), {}, Expected::Nothing());
-        return Disk().begin()->first;
+        return Found().begin()->first;
     }();
     const int number = std::stoi(first.substr(first.rfind('-') + 1));
     const std::string leftover = first.substr(0, first.rfind('-') + 1) + std::to_string(number + 1) + ".tmp";
-    std::FILE* file = std::fopen(At(leftover).c_str(), "w");
-    std::fclose(file);
+    std::ofstream(At(leftover)).close();
     Put("a", "text");
-    EXPECT_EQ(Disk(), (Texts{{leftover, ""}, {"a", "text"}}));
+    EXPECT_EQ(Found(), (Texts{{leftover, ""}, {"a", "text"}}));
 }
 
 }  // namespace

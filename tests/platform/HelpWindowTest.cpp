@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFile>
 #include <QHelpContentWidget>
-#include <QLabel>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QToolBar>
@@ -88,8 +87,9 @@ struct HelpWindowTest : testing::Test {
         ASSERT_TRUE(QTest::qWaitForWindowActive(&Window));
     }
     QString PageName() const { return Page.source().fileName(); }
-    void Press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
-        QTest::keyClick(&widget, key, with);
+    QString PageAfter(Qt::Key key, Qt::KeyboardModifiers with = Qt::AltModifier) {
+        QTest::keyClick(&Page, key, with);
+        return PageName();
     }
 };
 
@@ -98,18 +98,15 @@ TEST_F(HelpWindowTest, OpensTopicsAndGoesBackAndForwardByKeys) {
     EXPECT_EQ(PageName(), "speed-profile.html");
     EXPECT_TRUE(Page.toPlainText().contains("Drag the left blue line"));
     Open(HelpTopic::Preferences);
-    Press(Page, Qt::Key_Left, Qt::AltModifier);
-    EXPECT_EQ(PageName(), "speed-profile.html");
-    Press(Page, Qt::Key_Right, Qt::AltModifier);
-    EXPECT_EQ(PageName(), "preferences.html");
-    Press(Page, Qt::Key_Home, Qt::AltModifier);
-    EXPECT_EQ(PageName(), "index.html");
+    EXPECT_EQ(PageAfter(Qt::Key_Left), "speed-profile.html");
+    EXPECT_EQ(PageAfter(Qt::Key_Right), "preferences.html");
+    EXPECT_EQ(PageAfter(Qt::Key_Home), "index.html");
     const qreal size = Page.font().pointSizeF();
-    Press(Page, Qt::Key_Plus, Qt::ControlModifier);
+    PageAfter(Qt::Key_Plus, Qt::ControlModifier);
     EXPECT_GT(Page.font().pointSizeF(), size);
-    Press(Page, Qt::Key_0, Qt::ControlModifier);
+    PageAfter(Qt::Key_0, Qt::ControlModifier);
     EXPECT_EQ(Page.font().pointSizeF(), size);
-    Press(Page, Qt::Key_Escape);
+    PageAfter(Qt::Key_Escape, Qt::NoModifier);
     EXPECT_FALSE(Window.isVisible());
 }
 
@@ -124,13 +121,13 @@ TEST_F(HelpWindowTest, FollowsLinksAndShowsThePlaceInTheContents) {
 
 TEST_F(HelpWindowTest, FindsWordsByKeys) {
     Open(HelpTopic::Contents);
-    Press(Page, Qt::Key_F, Qt::ControlModifier);
+    PageAfter(Qt::Key_F, Qt::ControlModifier);
     auto& words = Find<QLineEdit>(Window, "txtSearch");
     EXPECT_EQ(Window.focusWidget(), &words);
     QTest::keyClicks(&words, "de-spike threshold xyzzy");
-    EXPECT_EQ(Find<QLabel>(Window, "lblFound").text(), "No page has all these words.");
+    EXPECT_EQ(TextOf(Window, "lblFound"), "No page has all these words.");
     words.setText("De-Spike neighbours");
-    Press(words, Qt::Key_Return);
+    QTest::keyClick(&words, Qt::Key_Return);
     EXPECT_EQ(PageName(), "sensor-data.html");
     EXPECT_FALSE(Page.extraSelections().isEmpty());
 }

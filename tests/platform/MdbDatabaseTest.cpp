@@ -3,12 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
-#include "fakes/ThrowsError.h"
-#include "platform/DiskFileSystem.h"
+#include "platform/DiskFolder.h"
 
 namespace vantor {
 namespace {
@@ -16,68 +12,48 @@ namespace {
 const std::string GpsPath = std::string(VANTOR_TEST_DATA) + "gps.mdb";
 const std::string ObdPath = std::string(VANTOR_TEST_DATA) + "obd.mdb";
 
-class MdbDatabaseTest : public testing::Test {
+class MdbDatabaseTest : public testing::Test, protected DiskFolder {
 protected:
-    MdbDatabaseTest() { std::filesystem::create_directories(Folder); }
-    ~MdbDatabaseTest() override { std::filesystem::remove_all(Folder); }
+    MdbDatabase Database{Disk};
 
-    std::string Folder =
-        testing::TempDir() + "mdb_" + testing::UnitTest::GetInstance()->current_test_info()->name() + "/";
-    DiskFileSystem Files{Folder};
-    MdbDatabase Database{Files};
-
-    using Record = std::vector<std::string>;
-    std::vector<Record> Read(const std::string& path, const std::string& table) const {
+    /// The records of a table, the fields of each parted by "|".
+    std::vector<std::string> Read(const std::string& path, const std::string& table) const {
         const auto records = Database.OpenTable(path, table);
-        std::vector<Record> all;
+        std::vector<std::string> all;
         while (records->Next()) {
-            Record record;
-            for (int i = 0; i < records->FieldCount(); ++i) record.push_back(records->Text(i));
-            all.push_back(std::move(record));
+            std::string& record = all.emplace_back(records->Text(0));
+            for (int i = 1; i < records->FieldCount(); ++i) record += "|" + records->Text(i);
         }
         EXPECT_FALSE(records->Next());
         return all;
     }
-
-    static std::string BytesOfFile(const std::string& path) {
-        std::ifstream file(path, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(file), {});
-    }
     /// The path of a file of those bytes.
     std::string Stored(const std::string& bytes) const {
-        std::ofstream(Folder + "stored.mdb", std::ios::binary) << bytes;
-        return Folder + "stored.mdb";
+        std::ofstream(At("stored.mdb"), std::ios::binary) << bytes;
+        return At("stored.mdb");
     }
 };
 
 // The values are those that mdb-export writes, singles and doubles in full digits.
-TEST_F(MdbDatabaseTest, ReadsJet4) {
-    const auto records = Read(GpsPath, "gpsdata");
-    ASSERT_EQ(records.size(), 64u);
-    EXPECT_EQ(records[0], (Record{"05/14/2003 22:00:00", "42.100000000000001", "-83.400000000000006", "5.0999999",
-                                  "124.699997", "2.4000001", "6", "0", "0"}));
-    EXPECT_EQ(records[10], (Record{"05/14/2003 22:00:26", "42.100999999999999", "83.399000000000001", "-1",
-                                   "96.4000015", "2.0999999", "8", "0", "1"}));
-    EXPECT_EQ(records[34], (Record{"05/15/2003 00:00:01", "42.103400000000001", "-83.396600000000007", "56.5",
-                                   "331.399994", "1.70000005", "7", "1", "2"}));
-    EXPECT_EQ(records[63], (Record{"05/15/2003 01:00:17", "42.106299999999997", "-83.393699999999995", "38.7999992",
-                                   "240.600006", "1.20000005", "4", "0", "3"}));
-}
-
-TEST_F(MdbDatabaseTest, ReadsJet3WithTextsAndBytes) {
-    const auto records = Read(ObdPath, "OBDData");
-    ASSERT_EQ(records.size(), 64u);
-    EXPECT_EQ(records[0], (Record{"05/14/2003 22:00:00", "5.0999999999999996", "936", "86.6999969", "36", "188", "0.11",
-                                  "0", "0"}));
-    EXPECT_EQ(records[21],
-              (Record{"05/14/2003 23:59:49", "33.399999999999999", "1423", "22.5", "75", "187", "1.02", "1", "2"}));
-    EXPECT_EQ(records[63], (Record{"05/15/2003 01:00:17", "38.799999999999997", "2151", "85.4000015", "72", "166",
-                                   "1.59", "0", "3"}));
+TEST_F(MdbDatabaseTest, ReadsBothFormats) {
+    const auto gps = Read(GpsPath, "gpsdata");
+    ASSERT_EQ(gps.size(), 64u);
+    EXPECT_EQ(gps[0],
+              "05/14/2003 22:00:00|42.100000000000001|-83.400000000000006|5.0999999|124.699997|2.4000001|6|0|0");
+    EXPECT_EQ(gps[10], "05/14/2003 22:00:26|42.100999999999999|83.399000000000001|-1|96.4000015|2.0999999|8|0|1");
+    EXPECT_EQ(gps[34], "05/15/2003 00:00:01|42.103400000000001|-83.396600000000007|56.5|331.399994|1.70000005|7|1|2");
+    EXPECT_EQ(gps[63],
+              "05/15/2003 01:00:17|42.106299999999997|-83.393699999999995|38.7999992|240.600006|1.20000005|4|0|3");
+    const auto obd = Read(ObdPath, "OBDData");
+    ASSERT_EQ(obd.size(), 64u);
+    EXPECT_EQ(obd[0], "05/14/2003 22:00:00|5.0999999999999996|936|86.6999969|36|188|0.11|0|0");
+    EXPECT_EQ(obd[21], "05/14/2003 23:59:49|33.399999999999999|1423|22.5|75|187|1.02|1|2");
+    EXPECT_EQ(obd[63], "05/15/2003 01:00:17|38.799999999999997|2151|85.4000015|72|166|1.59|0|3");
 }
 
 TEST_F(MdbDatabaseTest, ReadsDecimals) {
     // The latitudes are made decimals of 18 digits, 4 of them behind the point; the first of them is -42.1.
-    std::string bytes = BytesOfFile(GpsPath);
+    std::string bytes = ContentsOf(GpsPath);
     const auto at = std::ranges::find_if(bytes, [](const char& column) {  // the second one, a double of 8 bytes
         return column == 7 && (&column)[5] == 1 && (&column)[23] == 8 && (&column)[24] == 0;
     });
@@ -95,29 +71,22 @@ TEST_F(MdbDatabaseTest, ReadsDecimals) {
 }
 
 TEST_F(MdbDatabaseTest, RefusesWhatItCannotRead) {
-    std::string later = BytesOfFile(GpsPath);
-    later.replace(4, 15, "Standard ACE DB");
-    EXPECT_ERROR(TypeMismatch, Database.OpenTable(Stored(later), "GPSData"));
-    EXPECT_ERROR(FileNotFound, Database.OpenTable(Folder + "none.mdb", "GPSData"));
-    EXPECT_ERROR(TypeMismatch, Database.OpenTable(GpsPath, "OBDData"));
-    EXPECT_ERROR(TypeMismatch, Database.OpenTable(GpsPath, "Tables")) << "an entry that is no table";
-    const std::string whole = BytesOfFile(GpsPath);
-    EXPECT_ERROR(TypeMismatch, Database.OpenTable(Stored("some text"), "GPSData"));
-    EXPECT_ERROR(TypeMismatch, Database.OpenTable(Stored(std::string(whole).replace(20, 1, "\2")), "GPSData"))
-        << "of a later engine";
-    EXPECT_ERROR(TypeMismatch, Database.OpenTable(Stored(whole + "x"), "GPSData"));
+    const auto open = [&](const std::string& path, const char* table = "GPSData") { Database.OpenTable(path, table); };
+    const std::string whole = ContentsOf(GpsPath);
+    EXPECT_ERROR(FileNotFound, open(At("none.mdb")));
+    EXPECT_ERROR(TypeMismatch, open(GpsPath, "OBDData"));
+    EXPECT_ERROR(TypeMismatch, open(GpsPath, "Tables")) << "an entry that is no table";
+    for (const std::string& wrong : {std::string(whole).replace(4, 15, "Standard ACE DB"), std::string("some text"),
+                                     std::string(whole).replace(20, 1, "\2") /* of a later engine */, whole + "x"})
+        EXPECT_ERROR(TypeMismatch, open(Stored(wrong)));
+    // Row 2 of page 3 is the map of the table's pages; it ends where row 1 begins, at 0xF31. This one is cut short.
+    EXPECT_ERROR(TypeMismatch,
+                 Read(Stored(std::string(whole).replace(3 * 4096 + 14 + 2 * 2, 2, "\x2F\x0F")), "GPSData"));
 
     const auto records = Database.OpenTable(GpsPath, "GPSData");
     EXPECT_ERROR(SubscriptOutOfRange, records->Text(0)) << "before the first record";
     ASSERT_TRUE(records->Next());
     EXPECT_ERROR(SubscriptOutOfRange, records->Text(9));
-}
-
-TEST_F(MdbDatabaseTest, APageMapCutShortIsRefused) {
-    // Row 2 of page 3 is the map of the table's pages; it ends where row 1 begins, at 0xF31.
-    std::string bytes = BytesOfFile(GpsPath);
-    bytes.replace(3 * 4096 + 14 + 2 * 2, 2, "\x2F\x0F");
-    EXPECT_ERROR(TypeMismatch, Read(Stored(bytes), "GPSData"));
 }
 
 /// What a reader may make of damaged bytes: records, or an error 13; nothing is printed.
@@ -135,7 +104,7 @@ TEST_F(MdbDatabaseTest, SurvivesDamageWithoutAWord) {
         }
     };
     for (const auto& [original, table] : {std::pair{GpsPath, "GPSData"}, std::pair{ObdPath, "OBDData"}}) {
-        const std::string whole = BytesOfFile(original);
+        const std::string whole = ContentsOf(original);
         for (std::size_t length = 0; length < whole.size(); length += length < 4096 ? 256 : 1024)
             EXPECT_EQ(read(Stored(whole.substr(0, length)), table) % 64, 0u) << length << " bytes of " << original;
 

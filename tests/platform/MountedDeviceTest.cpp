@@ -18,16 +18,25 @@ protected:
         Files.PutText("/mnt/secret.txt", "of the desktop");
     }
 
-    MemoryFileSystem Files;
-    MountedDevice Device{Files, "/mnt/pda"};
-    RemoteApi::RapiInit Init;
-
     RemoteApi::Handle Open(const std::string& path) {
         return Device.CeCreateFile(path, RemoteApi::Access::Read, RemoteApi::Creation::OpenExisting);
     }
     RemoteApi::Handle Make(const std::string& path) {
         return Device.CeCreateFile(path, RemoteApi::Access::Write, RemoteApi::Creation::CreateAlways);
     }
+    /// The contents of an open file.
+    std::vector<std::byte> Contents(RemoteApi::Handle file) {
+        std::vector<std::byte> bytes(Device.CeGetFileSize(file));
+        std::uint32_t read = 0;
+        EXPECT_TRUE(Device.CeReadFile(file, bytes, read));
+        EXPECT_EQ(read, bytes.size());
+        return bytes;
+    }
+
+    MemoryFileSystem Files;
+    MountedDevice Device{Files, "/mnt/pda"};
+    RemoteApi::RapiInit Init;
+    std::uint32_t Moved = 0;
 };
 
 TEST_F(MountedDeviceTest, ReadsFilesWhateverTheirCase) {
@@ -36,33 +45,25 @@ TEST_F(MountedDeviceTest, ReadsFilesWhateverTheirCase) {
     EXPECT_EQ(Init.InitResult, 0);
     const auto file = Open(LogPath);
     ASSERT_NE(file, RemoteApi::InvalidHandle);
-    ASSERT_EQ(Device.CeGetFileSize(file), 5u);
-    std::vector<std::byte> bytes(5);
-    std::uint32_t read = 0;
-    EXPECT_TRUE(Device.CeReadFile(file, bytes, read));
-    EXPECT_EQ(read, 5u);
+    std::vector<std::byte> bytes = Contents(file);
     EXPECT_EQ(bytes, BytesOf("a log"));
     Device.CeCloseHandle(file);
-    EXPECT_FALSE(Device.CeReadFile(file, bytes, read)) << "closed";
+    EXPECT_FALSE(Device.CeReadFile(file, bytes, Moved)) << "closed";
     EXPECT_NE(Device.CeFindFirstFile(LogPath), RemoteApi::InvalidHandle);
 }
 
 TEST_F(MountedDeviceTest, WritesInPiecesOverAnOlderFile) {
     const auto file = Make(LogPath);
     ASSERT_NE(file, RemoteApi::InvalidHandle);
-    std::uint32_t written = 0;
-    EXPECT_TRUE(Device.CeWriteFile(file, BytesOf("new"), written));
-    EXPECT_EQ(written, 3u);
+    EXPECT_TRUE(Device.CeWriteFile(file, BytesOf("new"), Moved));
+    EXPECT_EQ(Moved, 3u);
     Files.FailChangeAfter(0, ErrorNumber::DiskFull);
-    EXPECT_FALSE(Device.CeWriteFile(file, BytesOf("e"), written)) << "a single byte is there or not";
-    EXPECT_EQ(written, 0u);
-    EXPECT_TRUE(Device.CeWriteFile(file, BytesOf("er"), written));
+    EXPECT_FALSE(Device.CeWriteFile(file, BytesOf("e"), Moved)) << "a single byte is there or not";
+    EXPECT_EQ(Moved, 0u);
+    EXPECT_TRUE(Device.CeWriteFile(file, BytesOf("er"), Moved));
     Device.CeRapiUninit();
-    EXPECT_FALSE(Device.CeWriteFile(file, BytesOf("!"), written)) << "the end of the connection closes it";
-    const auto back = Open(LogPath);
-    std::vector<std::byte> bytes(Device.CeGetFileSize(back));
-    EXPECT_TRUE(Device.CeReadFile(back, bytes, written));
-    EXPECT_EQ(bytes, BytesOf("newer"));
+    EXPECT_FALSE(Device.CeWriteFile(file, BytesOf("!"), Moved)) << "the end of the connection closes it";
+    EXPECT_EQ(Contents(Open(LogPath)), BytesOf("newer"));
 }
 
 TEST_F(MountedDeviceTest, NoPathLeavesTheFolder) {

@@ -3,23 +3,15 @@
 #include <gmock/gmock.h>
 #include <gsf/gsf-infile-msole.h>
 #include <gsf/gsf-input-memory.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <cmath>
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 #include <limits>
 #include <nlohmann/json.hpp>
 
-#include "core/Paths.h"
-#include "core/RunTimeError.h"
 #include "core/Windows1252.h"
-#include "fakes/ThrowsError.h"
-#include "platform/DiskFileSystem.h"
+#include "platform/DiskFolder.h"
 #include "platform/GObjectPointer.h"
 
 namespace vantor {
@@ -27,6 +19,7 @@ namespace {
 
 using nlohmann::json;
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 
 const std::string Greek = "Οδός Πανεπιστημίου";
 const std::string Emoji = "🚗";
@@ -37,64 +30,24 @@ std::string Repeated(const std::string& text, std::size_t count) {
     return all;
 }
 
-/// A sheet of one column without a head.
-Sheet ColumnOf(std::vector<std::string> texts) {
-    Sheet sheet{"Texts", {{}}, {}};
-    for (std::string& text : texts) sheet.Rows.push_back({std::move(text)});
-    return sheet;
-}
-
-class SpreadsheetWriterTest : public testing::TestWithParam<WorkbookFormat> {
+class SpreadsheetWriterTest : public testing::TestWithParam<WorkbookFormat>, protected DiskFolder {
 protected:
-    SpreadsheetWriterTest() {
-        char pattern[] = "/tmp/vantor-test-XXXXXX";
-        folder_ = AsFolder(mkdtemp(pattern));
-        setenv("TMPDIR", folder_.c_str(), 1);
-    }
-    ~SpreadsheetWriterTest() override {
-        unsetenv("TMPDIR");
-        std::filesystem::remove_all(folder_);
-    }
+    SpreadsheetWriterTest() { setenv("TMPDIR", Folder.c_str(), 1); }
+    ~SpreadsheetWriterTest() override { unsetenv("TMPDIR"); }
 
     /// What an independent reader finds in the workbook; tests/platform/read_workbook.py tells its shape.
     json Read(const std::vector<Sheet>& sheets, WorkbookFormat format) {
-        const std::string file = folder_ + (format == WorkbookFormat::Xls ? "a.xls" : "a.xlsx");
-        WriteFile(files_, file, writer_.Encode(sheets, format), AsItStands(files_, file));
-        // The system's own Python has the system's packages; another one may stand before it in the path.
-        const std::string command =
-            "for python in /usr/bin/python3 python3; do"
-            " \"$python\" -B '" VANTOR_TEST_DATA "../platform/read_workbook.py' '" +
-            file + "'; status=$?; case $status in 99|127) ;; *) exit $status ;; esac; done; exit 99";
-        std::FILE* output = popen(command.c_str(), "r");
-        std::string text;
-        char buffer[65536];
-        while (const std::size_t count = std::fread(buffer, 1, sizeof buffer, output)) text.append(buffer, count);
-        const int status = pclose(output);
-        if (WEXITSTATUS(status) == 99)
-            throw std::runtime_error("No Python with xlrd and openpyxl: run scripts/install-dependencies.sh");
-        if (status != 0) throw std::runtime_error("The reader failed on " + file);
-        return json::parse(text);
+        const std::string file = At(format == WorkbookFormat::Xls ? "a.xls" : "a.xlsx");
+        WriteFile(Disk, file, Writer.Encode(sheets, format), AsItStands(Disk, file));
+        const std::string script = VANTOR_PYTHON " -B '" VANTOR_TEST_DATA "../platform/read_workbook.py' '";
+        EXPECT_EQ(std::system((script + file + "' > " + At("read.json")).c_str()), 0);
+        return json::parse(std::ifstream(At("read.json")));
     }
     json Read(const std::vector<Sheet>& sheets) { return Read(sheets, GetParam()); }
 
-    std::vector<std::string> NamesInFolder() const {
-        std::vector<std::string> names;
-        for (const FileInfo& info : files_.List(folder_)) names.push_back(info.Name);
-        return names;
-    }
-
-    std::string folder_;
-    DiskFileSystem files_{"/"};
-    SpreadsheetWriter writer_;
+    const SpreadsheetWriter Writer;
 };
-
-struct FormatName {
-    std::string operator()(const testing::TestParamInfo<WorkbookFormat>& info) const {
-        return info.param == WorkbookFormat::Xls ? "Xls" : "Xlsx";
-    }
-};
-INSTANTIATE_TEST_SUITE_P(Formats, SpreadsheetWriterTest, testing::Values(WorkbookFormat::Xls, WorkbookFormat::Xlsx),
-                         FormatName());
+INSTANTIATE_TEST_SUITE_P(Formats, SpreadsheetWriterTest, testing::Values(WorkbookFormat::Xls, WorkbookFormat::Xlsx));
 
 TEST_P(SpreadsheetWriterTest, ReadersFindWhatWasWritten) {
     std::vector<std::byte> printable;
@@ -116,15 +69,16 @@ TEST_P(SpreadsheetWriterTest, ReadersFindWhatWasWritten) {
 
     ASSERT_EQ(sheets.size(), 3U);
     const auto date = [](const char* text) { return json{{"date", text}}; };
-    EXPECT_EQ(sheets[0]["rows"][0], json({"Name", "Day", "At", "Speed"}));
-    EXPECT_EQ(sheets[0]["rows"][1], json({"R1", date("2008-03-14T00:00:00"), date("2026-11-21T19:05:07"), -12.25}));
-    EXPECT_EQ(sheets[0]["rows"][2],
-              json({Greek + Emoji, date("1900-03-01T00:00:00"), date("9999-12-31T00:00:00"), 0.1}));
-    EXPECT_EQ(sheets[0]["rows"][3], json({all1252, nullptr, json{{"time", "07:30:00"}}, 1e300}));
-    EXPECT_EQ(sheets[0]["rows"][4], json({"=1+1", nullptr, date("1900-03-01T12:00:00"), -1e-300}));
-    EXPECT_EQ(sheets[0]["rows"][5], json::array());
-    EXPECT_EQ(sheets[0]["rows"][6], json({" @x \t\n_x0041_ ", date("2000-02-29T00:00:00"), nullptr, 0.0}));
-    EXPECT_EQ(sheets[0]["rows"][7], json({"'x", date("1900-01-12T00:00:00")})) << "a number in a column of dates";
+    const json rows[] = {{"Name", "Day", "At", "Speed"},
+                         {"R1", date("2008-03-14T00:00:00"), date("2026-11-21T19:05:07"), -12.25},
+                         {Greek + Emoji, date("1900-03-01T00:00:00"), date("9999-12-31T00:00:00"), 0.1},
+                         {all1252, nullptr, json{{"time", "07:30:00"}}, 1e300},
+                         {"=1+1", nullptr, date("1900-03-01T12:00:00"), -1e-300},
+                         json::array(),
+                         {" @x \t\n_x0041_ ", date("2000-02-29T00:00:00"), nullptr, 0.0},
+                         // a number in a column of dates
+                         {"'x", date("1900-01-12T00:00:00")}};
+    EXPECT_EQ(sheets[0]["rows"], json(rows));
     EXPECT_EQ(sheets[0]["formats"], json({"General", "mm/dd/yy", "mm/dd/yyyy hh:mm:ss", "0.0"}));
     EXPECT_EQ(sheets[0]["widths"], json({20, 10, 17, 10}));
     EXPECT_EQ(sheets[1]["rows"], json({{"N"}, {1.0}, {4294967296.0}, {123456789.125}}));
@@ -161,13 +115,13 @@ TEST_P(SpreadsheetWriterTest, LeavesOutWhatACellCannotHold) {
                                     6),
                         "a\xFF\xED\xA0\x80\xEF\xBF\xBF"
                         "b"}}};
-    const json rows = Read({sheet})[0]["rows"];
-    ASSERT_EQ(rows.size(), 6U);
-    EXPECT_EQ(rows[1], json::array());
-    EXPECT_EQ(rows[2], json::array());
-    EXPECT_EQ(rows[3], json({"1850-01-02T00:00:00", "1900-02-28T00:00:00"}));
-    EXPECT_EQ(rows[4], json({Repeated("x", 32767), Repeated("x", 32766)}));
-    EXPECT_EQ(rows[5], json({"a b  c", "a\uFFFD\uFFFD\uFFFDb"}));
+    const json rows[] = {{"A", "B"},
+                         json::array(),
+                         json::array(),
+                         {"1850-01-02T00:00:00", "1900-02-28T00:00:00"},
+                         {Repeated("x", 32767), Repeated("x", 32766)},
+                         {"a b  c", "a\uFFFD\uFFFD\uFFFDb"}};
+    EXPECT_EQ(Read({sheet})[0]["rows"], json(rows));
 }
 
 TEST_P(SpreadsheetWriterTest, NamesSheetsAsSpreadsheetsAllow) {
@@ -181,9 +135,9 @@ TEST_P(SpreadsheetWriterTest, NamesSheetsAsSpreadsheetsAllow) {
     EXPECT_THAT(names, ElementsAre("Sheet1", "A_b______c", "runs", "Runs (2)", "RUNS (3)", "_x_", "history_", "Sheet8",
                                    "A name of more than 31 characte", "A name of more than 31 char (2)",
                                    "Οδός Οδός Οδός Οδός Οδός Οδός "));
-    const json none = Read({});
-    ASSERT_EQ(none.size(), 1U);
-    EXPECT_EQ(none[0]["name"], "Sheet1");
+    names.clear();
+    for (const json& sheet : Read({})) names.push_back(sheet["name"]);
+    EXPECT_THAT(names, ElementsAre("Sheet1"));
 }
 
 TEST_P(SpreadsheetWriterTest, RefusesMoreThanTheFormatHolds) {
@@ -191,7 +145,7 @@ TEST_P(SpreadsheetWriterTest, RefusesMoreThanTheFormatHolds) {
     Sheet sheet{"Log", {{"A"}}, {}};
     sheet.Rows.resize(isXls ? 65536 : 1048576);
     try {
-        writer_.Encode({{"First", {}, {}}, sheet}, GetParam());
+        Writer.Encode({{"First", {}, {}}, sheet}, GetParam());
         ADD_FAILURE();
     } catch (const RunTimeError& error) {
         EXPECT_EQ(error.Number(), ErrorNumber::Overflow);
@@ -205,33 +159,24 @@ TEST_P(SpreadsheetWriterTest, RefusesMoreThanTheFormatHolds) {
     wide.Rows[0].assign(columns, 2.0);
     EXPECT_EQ(Read({wide})[0]["rows"][1], json(std::vector<double>(columns, 2.0)));
     wide.Columns.emplace_back();
-    EXPECT_ERROR(Overflow, writer_.Encode({wide}, GetParam()));
-    EXPECT_ERROR(SubscriptOutOfRange, writer_.Encode({{"Short", {{"A"}}, {{1.0, 2.0}}}}, GetParam()));
+    EXPECT_ERROR(Overflow, Writer.Encode({wide}, GetParam()));
+    EXPECT_ERROR(SubscriptOutOfRange, Writer.Encode({{"Short", {{"A"}}, {{1.0, 2.0}}}}, GetParam()));
 }
 
 TEST_F(SpreadsheetWriterTest, LeavesNothingInTheTemporaryFolder) {
     Sheet sheet{"Log", {{"A"}}, {}};
     for (int i = 0; i < 5000; ++i) sheet.Rows.push_back({"Point " + std::to_string(i * 7919 % 10007)});
-    writer_.Encode({sheet}, WorkbookFormat::Xlsx);
-    EXPECT_EQ(NamesInFolder(), std::vector<std::string>{});
-
-    rlimit old{};
-    getrlimit(RLIMIT_FSIZE, &old);
-    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    Writer.Encode({sheet}, WorkbookFormat::Xlsx);
+    EXPECT_EQ(Found(), Texts());
     // The disk takes no more at once, or in the midst of the rows.
     for (const rlim_t most : {10, 100000}) {
-        const rlimit small{most, old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-        const auto error = ErrorOf([&] { writer_.Encode({sheet}, WorkbookFormat::Xlsx); });
-        setrlimit(RLIMIT_FSIZE, &old);
+        const auto error = ErrorWithFilesUpTo(most, [&] { Writer.Encode({sheet}, WorkbookFormat::Xlsx); });
         EXPECT_EQ(error, ErrorNumber::DiskFull) << most;
-        EXPECT_EQ(NamesInFolder(), std::vector<std::string>{});
+        EXPECT_EQ(Found(), Texts());
     }
-    std::signal(SIGXFSZ, oldHandler);
-
     setenv("TMPDIR", "/tmp/none/at/all", 1);
-    EXPECT_ERROR(PathNotFound, writer_.Encode({sheet}, WorkbookFormat::Xlsx));
-    EXPECT_EQ(ErrorOf([&] { writer_.Encode({sheet}, WorkbookFormat::Xls); }), std::nullopt);
+    EXPECT_ERROR(PathNotFound, Writer.Encode({sheet}, WorkbookFormat::Xlsx));
+    EXPECT_EQ(ErrorOf([&] { Writer.Encode({sheet}, WorkbookFormat::Xls); }), std::nullopt);
 }
 
 // The records of an .xls file, as its description has them.
@@ -264,12 +209,7 @@ std::vector<BiffRecord> RecordsOf(const std::vector<std::byte>& file) {
     return records;
 }
 
-constexpr int Bof = 0x809;
-constexpr int Sst = 0xFC;
-constexpr int Continue = 0x3C;
-constexpr int BoundSheet = 0x85;
-constexpr int Number = 0x203;
-constexpr int LabelSst = 0xFD;
+constexpr int Bof = 0x809, Sst = 0xFC, Continue = 0x3C, BoundSheet = 0x85, Number = 0x203, LabelSst = 0xFD;
 
 /// The identifiers, the same one after the other once, all cells as numbers.
 std::vector<int> Order(const std::vector<BiffRecord>& records) {
@@ -284,9 +224,8 @@ std::vector<int> Order(const std::vector<BiffRecord>& records) {
 TEST_F(SpreadsheetWriterTest, XlsRecordsStandInOrder) {
     Sheet first{"First", {{"A", "0.0"}, {"B"}}, {}};
     for (int i = 0; i < 40; ++i) first.Rows.push_back({"same", 1.0});
-    const auto file = writer_.Encode({first, {"Second", {{"A"}}, {}}}, WorkbookFormat::Xls);
-    constexpr unsigned char Magic[] = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
-    EXPECT_TRUE(std::equal(std::begin(Magic), std::end(Magic), reinterpret_cast<const unsigned char*>(file.data())));
+    const auto file = Writer.Encode({first, {"Second", {{"A"}}, {}}}, WorkbookFormat::Xls);
+    EXPECT_EQ(std::vector(file.begin(), file.begin() + 8), BytesOf("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"));
 
     const auto records = RecordsOf(file);
     EXPECT_THAT(Order(records),
@@ -307,14 +246,9 @@ TEST_F(SpreadsheetWriterTest, XlsRecordsStandInOrder) {
 }
 
 TEST_F(SpreadsheetWriterTest, LongTextsGoOnInFurtherRecords) {
-    struct Case {
-        const char* Name;
-        std::vector<std::string> Texts;
-        std::size_t First;                         ///< bytes in the first record
-        std::vector<unsigned char> BeginOfSecond;  ///< and what the next one begins with
-    };
-    // The first record has 8224 bytes: 8 of its own, 3 for the head of each text.
-    const Case cases[] = {
+    // Texts, the bytes in the first record, and what the next one begins with. The first record has 8224 bytes: 8 of
+    // its own, 3 for the head of each text.
+    const std::tuple<const char*, std::vector<std::string>, std::size_t, std::vector<unsigned char>> cases[] = {
         {"ends with the record", {Repeated("a", 8213), "bc"}, 8224, {2, 0, 0, 'b', 'c'}},
         {"ends one byte before", {Repeated("a", 8212), "bc"}, 8223, {2, 0, 0, 'b', 'c'}},
         {"leaves room for a head only", {Repeated("a", 8210), "bc"}, 8221, {2, 0, 0, 'b', 'c'}},
@@ -326,21 +260,24 @@ TEST_F(SpreadsheetWriterTest, LongTextsGoOnInFurtherRecords) {
         {"splits before a pair of units", {Repeated("a", 8000), Repeated(Emoji, 500)}, 8222, {1, 0x3D, 0xD8}},
         {"takes five records", {Repeated("Ω", 20000), "x"}, 8223, {1, 0xA9, 0x03}},
     };
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.Name);
-        const auto records = RecordsOf(writer_.Encode({ColumnOf(each.Texts)}, WorkbookFormat::Xls));
-        const auto isSst = [](const BiffRecord& record) { return record.Id == Sst; };
-        const auto sst = std::find_if(records.begin(), records.end(), isSst);
-        EXPECT_EQ(sst->Data.size(), each.First);
+    for (const auto& [name, texts, first, begin] : cases) {
+        SCOPED_TRACE(name);
+        Sheet sheet{"Texts", {{}}, {}};
+        json rows = {json::array()};
+        for (const std::string& text : texts) {
+            sheet.Rows.push_back({text});
+            rows.push_back({text});
+        }
+        const auto records = RecordsOf(Writer.Encode({sheet}, WorkbookFormat::Xls));
+        const auto sst = std::ranges::find(records, Sst, &BiffRecord::Id);
+        EXPECT_EQ(sst->Data.size(), first);
         const BiffRecord& second = *(sst + 1);
         ASSERT_EQ(second.Id, Continue);
-        ASSERT_GE(second.Data.size(), each.BeginOfSecond.size());
-        EXPECT_TRUE(std::equal(each.BeginOfSecond.begin(), each.BeginOfSecond.end(), second.Data.begin()));
+        ASSERT_GE(second.Data.size(), begin.size());
+        EXPECT_THAT(std::span(second.Data).first(begin.size()), ElementsAreArray(begin));
         for (const BiffRecord& record : records) EXPECT_LE(record.Data.size(), 8224U);
 
-        json rows = {json::array()};
-        for (const std::string& text : each.Texts) rows.push_back({text});
-        EXPECT_TRUE(Read({ColumnOf(each.Texts)}, WorkbookFormat::Xls)[0]["rows"] == rows);
+        EXPECT_TRUE(Read({sheet}, WorkbookFormat::Xls)[0]["rows"] == rows);
     }
 }
 

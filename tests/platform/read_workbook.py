@@ -12,12 +12,9 @@ import datetime
 import json
 import sys
 
-try:
-    import openpyxl
-    import xlrd
-    from openpyxl.utils.escape import unescape
-except ImportError:
-    sys.exit(99)  # this Python will not do
+import openpyxl
+import xlrd
+from openpyxl.utils.escape import unescape
 
 
 def moment(value):
@@ -35,60 +32,55 @@ def without_empty_end(values):
 
 def xls_sheets(path):
     with xlrd.open_workbook(path, formatting_info=True) as book:
+
+        def value(cell):
+            if cell.ctype == xlrd.XL_CELL_EMPTY:
+                return None
+            if cell.ctype == xlrd.XL_CELL_DATE:
+                date = xlrd.xldate_as_datetime(cell.value, book.datemode)
+                return moment(date.time() if cell.value < 1 else date)
+            assert cell.ctype in (xlrd.XL_CELL_TEXT, xlrd.XL_CELL_NUMBER), cell
+            return cell.value
+
         for sheet in book.sheets():
-
-            def value(cell):
-                if cell.ctype == xlrd.XL_CELL_EMPTY:
-                    return None
-                if cell.ctype == xlrd.XL_CELL_DATE:
-                    date = xlrd.xldate_as_datetime(cell.value, book.datemode)
-                    return moment(date.time() if cell.value < 1 else date)
-                assert cell.ctype in (xlrd.XL_CELL_TEXT, xlrd.XL_CELL_NUMBER), cell
-                return cell.value
-
-            def look(row, column):
-                return book.xf_list[sheet.cell_xf_index(row, column)]
-
-            columns = range(sheet.ncols)
+            looks = [[book.xf_list[sheet.cell_xf_index(row, c)] for c in range(sheet.ncols)]
+                     for row in range(min(sheet.nrows, 2))]
             yield {
                 "name": sheet.name,
-                "rows": [without_empty_end([value(cell) for cell in row]) for row in sheet.get_rows()],
-                "formats": [book.format_map[look(1, c).format_key].format_str for c in columns]
-                if sheet.nrows > 1
-                else [],
-                "boldHeads": all(book.font_list[look(0, c).font_index].weight == 700 for c in columns),
+                "rows": [[value(cell) for cell in row] for row in sheet.get_rows()],
+                "formats": [book.format_map[look.format_key].format_str for look in (looks + [[], []])[1]],
+                "boldHeads": all(book.font_list[look.font_index].weight == 700 for look in (looks + [[]])[0]),
                 "frozenRows": sheet.horz_split_pos if sheet.panes_are_frozen else 0,
-                "widths": [sheet.colinfo_map[c].width // 256 for c in columns],
+                "widths": [sheet.colinfo_map[c].width // 256 for c in range(sheet.ncols)],
             }
 
 
 def xlsx_sheets(path):
+    def value(cell):
+        if cell.data_type == "f":
+            return {"formula": cell.value}
+        if isinstance(cell.value, str):
+            return unescape(cell.value)  # which the reader leaves out for texts that stand in their cells
+        return moment(cell.value) if cell.is_date and cell.value is not None else cell.value
+
     for sheet in openpyxl.load_workbook(path).worksheets:
-
-        def value(cell):
-            if cell.data_type == "f":
-                return {"formula": cell.value}
-            if isinstance(cell.value, str):
-                return unescape(cell.value)  # which the reader leaves out for texts that stand in their cells
-            return moment(cell.value) if cell.is_date and cell.value is not None else cell.value
-
-        rows = list(sheet.rows)
+        heads, second = ([*sheet.rows, [], []])[:2]
         yield {
             "name": sheet.title,
-            "rows": [without_empty_end([value(cell) for cell in row]) for row in rows],
-            "formats": [cell.number_format for cell in rows[1]] if len(rows) > 1 else [],
-            "boldHeads": all(cell.font.b for cell in rows[0]) if rows else True,
+            "rows": [[value(cell) for cell in row] for row in sheet.rows],
+            "formats": [cell.number_format for cell in second],
+            "boldHeads": all(cell.font.b for cell in heads),
             "frozenRows": int(sheet.freeze_panes[1:]) - 1 if sheet.freeze_panes else 0,
-            "widths": [int(sheet.column_dimensions[cell.column_letter].width) for cell in rows[0]] if rows else [],
+            "widths": [int(sheet.column_dimensions[cell.column_letter].width) for cell in heads],
         }
 
 
-def main(path):
+def sheets_of(path):
     sheets = list(xls_sheets(path) if path.endswith(".xls") else xlsx_sheets(path))
     for sheet in sheets:
-        without_empty_end(sheet["rows"])
-    json.dump(sheets, sys.stdout)
+        sheet["rows"] = without_empty_end([without_empty_end(row) for row in sheet["rows"]])
+    return sheets
 
 
 if __name__ == "__main__":
-    main(sys.argv[1])
+    json.dump(sheets_of(sys.argv[1]), sys.stdout)

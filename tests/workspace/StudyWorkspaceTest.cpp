@@ -1,16 +1,13 @@
 #include "workspace/StudyWorkspace.h"
 
-#include <gtest/gtest.h>
-
-#include "core/Paths.h"
 #include "fakes/ThrowsError.h"
 #include "workspace/MainStreet.h"
-#include "workspace/StudyCommands.h"
+#include "workspace/Preferences.h"
 
 namespace vantor {
 namespace {
 
-struct Workspace : MainStreet, testing::Test {
+struct Workspace : MainStreet<TestProgram>, testing::Test {
     Workspace() {
         PutStudy("AM", {{"R1", 20, 5}, {"R2", 30, 6}});
         Open("AM");
@@ -22,15 +19,14 @@ struct Workspace : MainStreet, testing::Test {
 TEST_F(Workspace, OpeningRemembersTheStudyAndAMissingOneLeavesTheMemory) {
     ApplicationState nextStart;
     LoadSettings(nextStart, Files);
-    EXPECT_EQ(nextStart.Paths.LastStudyGroupPath, Group);
-    EXPECT_EQ(nextStart.Paths.LastStudyName, "AM");
+    EXPECT_EQ(LastStudyOf(nextStart), Group + "AM");
     EXPECT_TRUE(LastStudyExists(nextStart, Files));
     EXPECT_FALSE(Open("Gone"));
     EXPECT_EQ(DesktopServices.Beeps, 1);
     EXPECT_EQ(State.CurrentStudy.Record.RunCount, 0);
     EXPECT_EQ(State.Paths.LastStudyName, "AM");
-    State.Paths.LastStudyName = NoStudyName;
     PutStudy(NoStudyName, {});
+    State.Paths.LastStudyName = NoStudyName;
     EXPECT_FALSE(LastStudyExists(State, Files)) << "the name stands for no study, whatever files there are";
 }
 
@@ -46,6 +42,9 @@ TEST_F(Workspace, AsksOnlyForWhatDiffersFromTheSavedStudy) {
     State.CurrentStudy.Entries[2].CDEndDist = 7600;
     State.StudyFieldsEdited = true;
     EXPECT_EQ(Asked(), SavePrompt::ParametersChanged);
+    State.StudyFieldsEdited = false;
+    Files.PutText(Group + "AM.ld2", std::string(42, ' ') + "\xff\xff" + std::string(276, ' '));  // -1 runs
+    EXPECT_EQ(Asked(), SavePrompt::ParametersChanged) << "a damaged file does not keep the user from leaving";
     for (const char* name : {"", "PM", "../AM", "a:b"}) {
         State.CurrentStudy.Record.StudyName = name;
         EXPECT_EQ(Asked(), SavePrompt::NotSavedYet) << name;
@@ -54,40 +53,26 @@ TEST_F(Workspace, AsksOnlyForWhatDiffersFromTheSavedStudy) {
     EXPECT_EQ(Asked(), SavePrompt::None);
 }
 
-TEST_F(Workspace, ADamagedSavedStudyDoesNotKeepTheUserFromLeaving) {
-    std::string damaged(320, ' ');
-    damaged[42] = damaged[43] = '\xff';  // -1 runs
-    Files.PutText(Group + "AM.ld2", damaged);
-    State.StudyUnchanged = false;
-    EXPECT_EQ(Asked(), SavePrompt::ParametersChanged);
-}
-
-TEST_F(Workspace, AFailedSaveKeepsTheStudyChangedUnderItsOldName) {
+TEST_F(Workspace, AStudyIsSavedUnderASafeNameOrStaysUnderItsOldOne) {
     AddRuns(State, {"R3"});
     Files.FailChangeAfter(0, ErrorNumber::DiskFull);
-    EXPECT_ERROR(DiskFull, SaveStudyAs(State, Files, "/start/Study Groups/", "PM"));
+    EXPECT_ERROR(DiskFull, SaveStudyAs(State, Files, Root, "PM"));
     EXPECT_EQ(State.CurrentStudy.Record.StudyName, "AM");
-    EXPECT_EQ(State.Paths.LastStudyName, "AM");
-    EXPECT_FALSE(State.StudyUnchanged);
     State.CurrentStudy.Record.StudyName = "../escape";
     EXPECT_ERROR(PathFileAccessError, SaveStudy(State, Files));
+    EXPECT_EQ(LastStudyOf(State), Group + "AM");
+    EXPECT_FALSE(State.StudyUnchanged);
     State.CurrentStudy.Record.StudyName = " PM ";
     SaveStudy(State, Files);
-    EXPECT_EQ(Saved("PM").RunNames[3], "R3");
+    EXPECT_EQ(RunsOf(Saved("PM")), (Names{"R1", "R2", "R3"}));
     EXPECT_EQ(Saved("PM").Record.StudyName, "PM");
     EXPECT_TRUE(State.StudyUnchanged);
 }
 
 TEST_F(Workspace, ARunTakesANewNameThatIsFree) {
-    ASSERT_TRUE(ReadRunFile(Files, Messages, State.CurrentRun, Group, "R2", true));
-    Files.PutText(Group + "Old.rdf", "a version 1 run");
+    State.CurrentRun = ReadRun(Files, Group + "R2.rd2").Run;
     EXPECT_EQ(RenameCurrentRun(State, Files, 2, "r1"),
               "The run keeps its name. A run \"r1\" is already in this study.");
-    for (const char* name : {"R3", "old"})
-        EXPECT_EQ(RenameCurrentRun(State, Files, 2, name),
-                  std::string("The run keeps its name. A run \"") + name + "\" is already in Study Group Main Street.");
-    for (const char* name : {"", "..", "a/b"})
-        EXPECT_EQ(RenameCurrentRun(State, Files, 2, name), UnsafeNameMessage(name));
     EXPECT_EQ(State.CurrentStudy.RunNames[2], "R2");
     EXPECT_TRUE(State.StudyUnchanged);
 
@@ -96,30 +81,26 @@ TEST_F(Workspace, ARunTakesANewNameThatIsFree) {
     EXPECT_EQ(State.CurrentStudy.Entries[2].EntryRunName, "Morning 2");
     EXPECT_EQ(State.CurrentStudy.Entries[2].ControlDelay, 30);
     EXPECT_FALSE(State.StudyUnchanged);
-    EXPECT_TRUE(HasFile("R2.rd2")) << "other studies may use it";
-    RunRecord written;
-    ASSERT_TRUE(ReadRunFile(Files, Messages, written, Group, "Morning 2", true));
-    EXPECT_EQ(written.SampleValues.size(), 200U);
+    EXPECT_TRUE(HasFile(Group + "R2.rd2")) << "other studies may use it";
+    EXPECT_EQ(ReadRun(Files, Group + "Morning 2.rd2").Run.SampleValues.size(), 200U);
 }
 
-TEST_F(Workspace, RunsAreProcessedAfterAFileWasChosenOrInTemporaryRunsMode) {
-    using Names = std::vector<std::string>;
-    ProcessRuns(Context);
-    EXPECT_EQ(OtherScreens.Shown, Names{"frmUploadSelectTDC"}) << "no file was chosen";
-    OtherScreens.Shown.clear();
-    OtherScreens.OnShow["frmUploadSelectTDC"] = [] { return true; };
-    ProcessRuns(Context);
-    EXPECT_EQ(OtherScreens.Shown, (Names{"frmUploadSelectTDC", "frmUploadData"}));
-    OtherScreens.Shown.clear();
-    State.TemporaryRunsMode = true;
-    OtherScreens.OnShow["frmUploadData"] = [this] {
-        EXPECT_FALSE(State.CounterFileChosen) << "the file of the last time must not be converted again";
-        EXPECT_TRUE(State.TemporaryRunsMode);
-        return true;
-    };
-    ProcessRuns(Context);
-    EXPECT_EQ(OtherScreens.Shown, Names{"frmUploadData"});
-    EXPECT_FALSE(State.TemporaryRunsMode);
+TEST(Preferences, ANumberIsItsWholePartWithin16Bits) {
+    EXPECT_EQ(WholePartOf(" 5.9 "), 5);
+    EXPECT_EQ(WholePartOf("32767.9"), 32767);
+    EXPECT_EQ(WholePartOf("-32768"), -32768);
+    for (const char* text : {"", "ten", "5 mph"}) EXPECT_ERROR(TypeMismatch, WholePartOf(text)) << text;
+    for (const char* text : {"32768", "-32769", "99999999999"}) EXPECT_ERROR(Overflow, WholePartOf(text)) << text;
+}
+
+TEST(Preferences, WhatIsWrongWithAFolderIsSaid) {
+    const std::pair<std::string, const char*> folders[] = {{"", "No folder"},
+                                                           {"runs", "Not a whole path"},
+                                                           {"~/runs", "\"~\""},
+                                                           {"/" + std::string(80, 'x'), "Longer than the 80"},
+                                                           {"/\u0416", "no room for some of its letters"}};
+    for (const auto& [folder, problem] : folders) EXPECT_THAT(FolderProblem(folder), HasSubstr(problem));
+    EXPECT_EQ(FolderProblem("/" + std::string(79, 'x')), "");
 }
 
 }  // namespace

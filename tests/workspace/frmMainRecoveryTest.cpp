@@ -11,132 +11,110 @@ namespace {
 /// A main window whose program can end at once.
 struct CrashedWindow : MainWindow {
     const std::string Kept = Group + "AM.1.ldr";
-    const std::string Question =
-        "Study \"AM\" in Study Group: Main Street\nwas not closed properly. Its changes were kept on 03/14/08 at 11:05."
-        "\n\nDo you want to restore the changes?\nNo deletes them, Cancel leaves them for another time.";
 
+    CrashedWindow() {
+        PutStudy("PM", {});
+        StartWith({{"R1", 12}, {"R2", 13}});
+    }
     void PassTwoSeconds() {
-        auto& timer = Find<QTimer>(*Window, "tmrRecovery");
+        auto& timer = Get<QTimer>("tmrRecovery");
         EXPECT_EQ(timer.interval(), 2000);
         EXPECT_TRUE(timer.isActive());
         QMetaObject::invokeMethod(&timer, "timeout");
     }
-    void StartAgain() {
+    void StartAgain(MessageAnswer answer = Yes) {
+        Messages.Expect(AsksToRestore(AtEleven), answer);
         Window.reset();
         NewStudy(State, Time);
-        Files.Modified[Kept] = {DateOf(2008, 3, 14).Days + TimeOf(11, 5).Days};
+        Files.Modified[Kept] = ElevenFive;
         Start();
+    }
+    void ExpectNothingKept() {
+        for (const std::string& path : Files.AllFiles()) EXPECT_FALSE(path.ends_with(".ldr")) << path;
+    }
+    void ExpectRestored() {
+        EXPECT_THAT(RunsShown(), ElementsAre("R2 "));
+        EXPECT_EQ(Text("lblSaved"), "Not saved");
     }
 };
 
 TEST_F(CrashedWindow, OffersTheChangesAtTheNextStartInPlaceOfTheStartUpScreen) {
-    StartWith({{"R1", 12}, {"R2", 13}});
     Press("BtnDeleteRun");
-    Type(*Window, "StudyNotes", "rain");
+    TypeInto("StudyNotes", "rain");
     PassTwoSeconds();
-    EXPECT_TRUE(Files.Bytes(Kept));
     State.Settings.UseStartUpScreen = -1;
-    Messages.Expect(Question, Yes);
     StartAgain();
-    EXPECT_EQ(OtherScreens.Shown, Names{});
-    EXPECT_EQ(List().model()->rowCount(), 1);
-    EXPECT_EQ(Find<QLineEdit>(*Window, "StudyNotes").text(), "rain");
-    EXPECT_EQ(Label("lblSaved"), "Not saved");
+    EXPECT_THAT(OtherScreens.Shown, IsEmpty());
+    ExpectRestored();
+    EXPECT_EQ(Text("StudyNotes"), "rain");
+    EXPECT_TRUE(HasFile(Group + "AM.2.ldr")) << "a second crash loses nothing either";
     Messages.Expect(AsksAboutChanges, No);
     EXPECT_TRUE(Window->close());
-    EXPECT_FALSE(Files.Bytes(Kept)) << "the user left without the changes";
+    ExpectNothingKept();
     EXPECT_EQ(Saved("AM").Record.RunCount, 2);
 }
 
 TEST_F(CrashedWindow, WhatEndsTheProgramAtOnceKeepsTheChangesAndIsNamed) {
-    StartWith({{"R1", 12}, {"R2", 13}});
     Press("BtnDeleteRun");
     Window->KeepBeforeEnd({"/f/Day.tdc", 3, "a record"});
-    EXPECT_TRUE(Files.Bytes(Kept));
-    Messages.Expect(Question, Yes);
     StartAgain();
-    EXPECT_EQ(OtherScreens.Shown, Names{"damaged counter file"});
+    ExpectRestored();
+    EXPECT_THAT(OtherScreens.Shown, ElementsAre("damaged counter file"));
     EXPECT_EQ(NotedDamagedFile(State.Choices)->Record, 3);
-    EXPECT_EQ(List().model()->rowCount(), 1);
 }
 
 TEST_F(CrashedWindow, TheProgramStartsAgainOnlyWhenTheStudyMayBeLeft) {
-    StartWith({{"R1", 12}});
-    Type(*Window, "txtStudyName", "..");
+    TypeInto("txtStudyName", "..");
     OtherScreens.OnShow["frmPrefs"] = [this] { return State.RestartWanted = true; };
-    Messages.Expect("This study has not been saved yet.\n  Do you want to save the study?", Yes);
-    Messages.Expect(UnsafeNameMessage(".."));
-    Choose("mnuFilePrefs");
-    EXPECT_TRUE(Window->isVisible());
-    EXPECT_FALSE(State.RestartWanted);
-    Messages.Expect("This study has not been saved yet.\n  Do you want to save the study?", No);
-    Choose("mnuFilePrefs");
-    EXPECT_FALSE(Window->isVisible());
-    EXPECT_TRUE(State.RestartWanted);
+    for (const auto answer : {Yes, No}) {
+        Messages.Expect("This study has not been saved yet.\n  Do you want to save the study?", answer);
+        if (answer == Yes) Messages.Expect(UnsafeNameMessage(".."));
+        Do("mnuFilePrefs");
+        EXPECT_EQ(Window->isVisible(), answer == Yes);
+        EXPECT_EQ(State.RestartWanted, answer == No);
+    }
 }
 
 TEST_F(CrashedWindow, OffersTheChangesWhenThatStudyIsOpened) {
-    StartWith({{"R1", 12}, {"R2", 13}});
-    PutStudy("PM", {});
     Press("BtnDeleteRun");
     PassTwoSeconds();
-    Messages.Expect(Question, MessageAnswer::Cancel);
-    StartAgain();
-    EXPECT_EQ(Label("lblSaved"), "Saved") << "another time";
+    StartAgain(Cancel);
+    EXPECT_EQ(Text("lblSaved"), "Saved") << "another time";
     std::string chosen = "PM";
     OtherScreens.OnShow["frmStudyOpen"] = [&] { return OpenStudy(State, Files, DesktopServices, Time, Group, chosen); };
-    Choose("mnuFileOpen");
+    Do("mnuFileOpen");
     chosen = "AM";
-    Messages.Expect(Question, Yes);
-    Choose("mnuFileOpen");
-    EXPECT_EQ(List().model()->rowCount(), 1);
-    EXPECT_EQ(Label("lblSaved"), "Not saved");
+    Messages.Expect(AsksToRestore(AtEleven), Yes);
+    Do("mnuFileOpen");
+    ExpectRestored();
+    Messages.Expect(AsksToSave("AM"), Yes);
+    Do("mnuFileSave");
+    ExpectNothingKept();
+    EXPECT_EQ(RunsOf(Saved("AM")), Names{"R2"});
 }
 
-TEST_F(CrashedWindow, NothingIsLeftOfAStudyThatWasSavedOrLeft) {
-    StartWith({{"R1", 12}});
-    const auto change = [this] {
-        Type(*Window, "StudyNotes", "rain");
-        PassTwoSeconds();
-        EXPECT_TRUE(Files.Bytes(Kept));
-    };
-    change();
-    Messages.Expect("Do you want to save study: AM\n in Study Group: Main Street ?", Yes);
-    Choose("mnuFileSave");
-    EXPECT_FALSE(Files.Bytes(Kept)) << "saved";
-    change();
-    Messages.Expect(AsksAboutChanges, No);
-    Choose("mnuFileNew");
-    EXPECT_FALSE(Files.Bytes(Kept)) << "another study took its place";
-    EXPECT_EQ(Label("lblSaved"), "New study");
+TEST_F(CrashedWindow, NothingIsLeftOfAStudyThatWasLeft) {
+    TypeInto("StudyNotes", "rain");
     PassTwoSeconds();
-    Choose("mnuFileExit");
-    for (const std::string& path : Files.AllFiles()) EXPECT_FALSE(path.ends_with(".ldr")) << path;
+    EXPECT_TRUE(HasFile(Kept));
+    Messages.Expect(AsksAboutChanges, No);
+    Do("mnuFileNew");
+    EXPECT_EQ(Text("lblSaved"), "New study");
+    PassTwoSeconds();
+    ExpectNothingKept();
 }
 
 TEST_F(CrashedWindow, TheEndOfTheSessionKeepsTheChangesWithoutAQuestion) {
-    StartWith({{"R1", 12}});
-    Type(*Window, "StudyNotes", "rain");
+    TypeInto("StudyNotes", "rain");
     Window->KeepForEndOfSession();
     EXPECT_TRUE(Window->close());
-    Messages.Expect(Question, Yes);
     StartAgain();
     EXPECT_EQ(Current().Record.StudyNotes, "rain");
 
     Window->KeepForEndOfSession();
-    Type(*Window, "StudyNotes", "fog");
-    Messages.Expect(AsksAboutChanges, MessageAnswer::Cancel);
+    TypeInto("StudyNotes", "fog");
+    Messages.Expect(AsksAboutChanges, Cancel);
     EXPECT_FALSE(Window->close()) << "the session went on";
-}
-
-TEST_F(CrashedWindow, AStudyInAFolderThatCannotBeWrittenIsWorkedOnUndisturbed) {
-    StartWith({{"R1", 12}});
-    Type(*Window, "StudyNotes", "rain");
-    Files.FailChangeAfter(0, ErrorNumber::PermissionDenied);
-    PassTwoSeconds();
-    EXPECT_EQ(Label("lblSaved"), "Not saved");
-    Messages.Expect(AsksAboutChanges, Yes);
-    EXPECT_TRUE(Window->close());
 }
 
 }  // namespace

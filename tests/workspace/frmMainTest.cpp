@@ -1,6 +1,5 @@
 #include "workspace/forms/frmMain.h"
 
-#include <QMenuBar>
 #include <QToolBar>
 
 #include "core/Paths.h"
@@ -10,394 +9,283 @@
 namespace vantor {
 namespace {
 
-constexpr const char* AsksToSaveNew = "This study has not been saved yet.\n  Do you want to save the study?";
-constexpr const char* NotWorking = "This feature is not working yet.";
-
-using Starting = MainWindow;
-
-/// Tells what the window shows while a message is open.
-struct LookingMessageBoxes : ScriptedMessageBoxes {
-    std::function<void()> OnAsk;
-    MessageAnswer Ask(const Prompt& prompt) override {
-        OnAsk();
-        return ScriptedMessageBoxes::Ask(prompt);
-    }
-};
-
-TEST_F(Starting, TheFirstRunTellsOfThePreferencesAndOpensThem) {
-    LookingMessageBoxes looking;
-    AppContext context{State,  Files,  looking, OtherScreens, DesktopServices, Time,      End,
-                       Memory, Serial, Device,  Databases,    Sheets,          Documents, Work};
-    looking.Expect(
+TEST_F(MainWindow, TheFirstRunOpensThePreferencesThenTheStartUpScreenUntilItIsDone) {
+    Messages.Expect(
         "The Preferences screen will now be loaded so you can check the settings.\n"
         "This is the only time you will have to do this.");
-    frmMain window(context);
-    window.show();
-    auto& studyArea = Find<QWidget>(window, "FrStudyDetails");
-    looking.OnAsk = [&] { EXPECT_FALSE(studyArea.isVisible()); };
-    OtherScreens.OnShow["frmStartUp"] = [this] { return State.StartUpDone = true; };
-    window.Start();
-    EXPECT_TRUE(studyArea.isVisible());
-    EXPECT_EQ(OtherScreens.Shown, (Names{"frmPrefs", "frmStartUp"})) << "the defaults ask for the start-up screen";
-    EXPECT_FALSE(Files.Bytes("/program/VANTOR.bin")) << "the preferences write it, on OK";
+    OtherScreens.OnShow["frmPrefs"] = [this] {
+        EXPECT_FALSE(IsShown("FrStudyDetails"));
+        return true;
+    };
+    OtherScreens.OnShow["frmStartUp"] = [this] { return State.StartUpDone = OtherScreens.Shown.size() == 3; };
+    Open().Start();
+    EXPECT_TRUE(IsShown("FrStudyDetails"));
+    EXPECT_FALSE(HasFile("/program/VANTOR.bin")) << "the preferences write it, on OK";
     EXPECT_EQ(State.Paths.LastStudyName, "blank");
-
-    window.Start();
-    EXPECT_EQ(OtherScreens.Shown.size(), 2U) << "starting again does nothing";
+    Window->Start();
+    EXPECT_THAT(OtherScreens.Shown, ElementsAre("frmPrefs", "frmStartUp", "frmStartUp")) << "starting again is nothing";
 }
 
-TEST_F(Starting, WithoutAStudyTheScreenIsEmpty) {
+TEST_F(MainWindow, WithoutRunsThereIsNoneToDeleteToShowOrToCount) {
     Start();
-    EXPECT_EQ(OtherScreens.Shown, Names{});
     EXPECT_EQ(State.Paths.LastStudyName, "blank");
-    const auto& directions = Find<QComboBox>(*Window, "cmbDir");
-    const auto& lanes = Find<QComboBox>(*Window, "cmbCritLane");
-    QStringList items;
-    for (const auto* list : {&directions, &lanes})
-        for (int i = 0; i < list->count(); ++i) items << list->itemText(i);
-    EXPECT_EQ(items.join(","), "NB,SB,EB,WB,Through,Shared Left,Left,Shared Right,Right");
-    EXPECT_EQ(directions.currentIndex(), -1);
-    EXPECT_EQ(lanes.currentIndex(), -1);
-    EXPECT_FALSE(Find<QAbstractButton>(*Window, "BtnDeleteRun").isEnabled());
-    EXPECT_FALSE(Find<QAbstractButton>(*Window, "BtnShowDetails").isEnabled());
+    for (const char* button : {"BtnDeleteRun", "BtnShowDetails", "BtnEditRun"}) EXPECT_FALSE(IsEnabled(button));
     PressKey(Qt::Key_Delete);
     PressKey(Qt::Key_Return);
     Window->ToolbarButtonClick(7);
-    EXPECT_EQ(DesktopServices.Beeps, 3) << "there is no run to delete or to show";
+    EXPECT_EQ(DesktopServices.Beeps, 3);
+    for (const char* command : {"mnuUtilExport", "mnuViewStatistics"}) {
+        Messages.Expect(
+            "You need to select one or more runs before continuing.\n"
+            "Click the Add Runs buttons in the center window.");
+        Do(command);
+    }
     EXPECT_TRUE(State.StudyUnchanged);
-    Choose("mnuFileExit");
-    EXPECT_FALSE(Window->isVisible());
+
+    AddRuns(State, {"R1"});
+    Messages.Expect(
+        "You need to give this study a name before continuing.\nClick in the Name input box and enter a name.");
+    Do("mnuViewStatistics");
+    EXPECT_THAT(RunsShown(), IsEmpty());
+    TypeInto("txtStudyName", "PM");
+    Do("mnuViewStatistics");
+    EXPECT_THAT(RunsShown(), ElementsAre("R1 "));
+    EXPECT_THAT(OtherScreens.Shown, IsEmpty());
 }
 
-TEST_F(Starting, TheStartUpScreenIsRepeatedUntilItIsDone) {
-    State.Settings.UseStartUpScreen = -1;
-    int shown = 0;
-    OtherScreens.OnShow["frmStartUp"] = [&] { return State.StartUpDone = ++shown == 3; };
-    Start();
-    EXPECT_EQ(shown, 3);
-}
-
-TEST_F(Starting, TheLastStudyIsOpenedWhenItsFileIsThere) {
+TEST_F(MainWindow, OpensTheLastStudyOrTheGivenOneInPlaceOfTheStartUpScreen) {
     StartWith({{"R1", 15}});
-    EXPECT_EQ(Find<QLineEdit>(*Window, "txtStudyName").text(), "AM");
-    EXPECT_EQ(Cell(0, 0), "R1 ");
-    EXPECT_TRUE(State.StudyUnchanged);
-    Files.Delete(Group + "AM.ld2");
-    Start();
-    EXPECT_EQ(Current().Record.RunCount, 0);
-    EXPECT_EQ(DesktopServices.Beeps, 0);
-}
-
-TEST_F(Starting, AGivenStudyIsOpenedInPlaceOfTheStartUpScreen) {
+    EXPECT_EQ(Text("txtStudyName"), "AM");
+    EXPECT_THAT(RunsShown(), ElementsAre("R1 "));
     State.Settings.UseStartUpScreen = -1;
     State.Paths.LastStudyGroupPath = "/start/Temp/";
-    PutStudy("AM", {{"R1", 15}});
     Start("study groups/Main Street/am.LD2");
-    EXPECT_EQ(OtherScreens.Shown, Names{});
-    EXPECT_EQ(Current().Record.RunCount, 1);
-    EXPECT_EQ(State.Paths.LastStudyGroupPath, Group);
-    EXPECT_EQ(State.Paths.LastStudyName, "AM");
-    Start(Group + "Gone.ld2");
-    EXPECT_EQ(DesktopServices.Beeps, 1);
-    EXPECT_EQ(Current().Record.RunCount, 0);
+    EXPECT_THAT(RunsShown(), ElementsAre("R1 "));
+    EXPECT_EQ(LastStudyOf(State), Group + "AM");
+    EXPECT_THAT(OtherScreens.Shown, IsEmpty());
+
+    Files.Delete(Group + "AM.ld2");
+    State.Settings.UseStartUpScreen = 0;
+    Start();
+    EXPECT_EQ(DesktopServices.Beeps, 0);
+    Start(Group + "AM.ld2");
+    EXPECT_EQ(DesktopServices.Beeps, 1) << "it was asked for";
+    EXPECT_THAT(RunsShown(), IsEmpty());
 }
 
 TEST_F(MainWindow, AReadingOfRunsThatWasStoppedGivesNoFigures) {
     StartWith({{"R1", 15}, {"R2", 25}});
-    EXPECT_EQ(Label("lblAvgContDelay"), " 20");
-    Work.AsksBeforeStop = 1;
-    Choose("mnuViewStatistics");
-    EXPECT_EQ(Cell(0, 7), "Counted");
-    EXPECT_EQ(Cell(1, 7), "Unreadable");
-    EXPECT_EQ(Label("lblAvgContDelay"), "");
-    EXPECT_EQ(Current().Record.StudyAvgControlDelay, 20);
-    Work.AsksBeforeStop = 100;
-    Choose("mnuViewStatistics");
-    EXPECT_EQ(Label("lblAvgContDelay"), " 20");
+    EXPECT_EQ(Text("lblAvgContDelay"), " 20");
+    for (const bool isStopped : {true, false}) {
+        Work.AsksBeforeStop = isStopped ? 1 : 100;
+        Do("mnuViewStatistics");
+        EXPECT_THAT(Column(*Window, "vaRunList", 7), ElementsAre("Counted", isStopped ? "Unreadable" : "Counted"));
+        EXPECT_EQ(Text("lblAvgContDelay"), isStopped ? "" : " 20");
+        EXPECT_EQ(Current().Record.StudyAvgControlDelay, 20);
+    }
 }
 
-TEST_F(MainWindow, CarriesOutWhatIsChosenOnTheStartUpScreen) {
-    StartWith({{"R1", 15}});
-    Press("BtnDeleteRun");
-    const auto choose = [this](StartUpChoice choice, bool temporaryRuns = false) {
+/// The screens that a command of the main window opens, parted by blanks.
+struct Commands : MainWindow {
+    std::string ShownBy(const char* command) {
         OtherScreens.Shown.clear();
+        Do(command);
+        std::string shown;
+        for (const std::string& screen : OtherScreens.Shown) shown += (shown.empty() ? "" : " ") + screen;
+        return shown;
+    }
+    /// Those that open after that choice on the start-up screen.
+    std::string ShownAfter(StartUpChoice choice) {
         OtherScreens.OnShow["frmStartUp"] = [=, this] {
             State.ChosenAtStartUp = choice;
-            State.TemporaryRunsMode = temporaryRuns;
+            State.TemporaryRunsMode = choice == StartUpChoice::ProcessTempRuns;
             return State.StartUpDone = true;
         };
-        Choose("mnuFileStartUp");
-    };
-    State.GpsObdUpload = true;
-    choose(StartUpChoice::ProcessTempRuns, true);
-    EXPECT_EQ(OtherScreens.Shown, (Names{"frmStartUp", "frmUploadData"}));
-    EXPECT_FALSE(State.GpsObdUpload);
-    choose(StartUpChoice::ProcessTdcData);
-    EXPECT_EQ(OtherScreens.Shown, (Names{"frmStartUp", "frmUploadSelectTDC"}));
-    choose(StartUpChoice::None);
+        return ShownBy("mnuFileStartUp").erase(0, std::string_view("frmStartUp ").size());
+    }
+};
+
+TEST_F(Commands, CarryOutWhatIsChosenOnTheStartUpScreen) {
+    using enum StartUpChoice;
+    StartWith({{"R1", 15}});
+    Press("BtnDeleteRun");
+    EXPECT_EQ(ShownAfter(ProcessTdcData), "frmUploadSelectTDC");
+    EXPECT_EQ(ShownAfter(ReadCounter), "frmReadTDC");
+    EXPECT_EQ(ShownAfter(Preferences), "frmPrefs");
+    EXPECT_EQ(ShownAfter(None), "");
     EXPECT_EQ(Current().Record.RunCount, 0) << "the study stays";
     Messages.Expect(AsksAboutChanges, No);
-    choose(StartUpChoice::OpenStudy);
-    EXPECT_EQ(OtherScreens.Shown, (Names{"frmStartUp", "frmStudyOpen"}));
+    EXPECT_EQ(ShownAfter(OpenStudy), "frmStudyOpen");
     Messages.Expect(AsksAboutChanges, No);
-    choose(StartUpChoice::LastStudy);
+    ShownAfter(LastStudy);
     EXPECT_EQ(Current().Record.RunCount, 1);
-    choose(StartUpChoice::NewStudy);
+    ShownAfter(NewStudy);
     EXPECT_EQ(Current().Record.StudyName, "");
-    choose(StartUpChoice::Exit);
+    ShownAfter(Exit);
     EXPECT_FALSE(Window->isVisible());
 }
 
-TEST_F(MainWindow, EveryChainOfLogsGoesFromItsSelectionToTheUpload) {
+TEST_F(Commands, OfLogsGoFromTheSelectionThroughTheReviewToTheUpload) {
     Start();
-    const std::tuple<const char*, StartUpChoice, const char*> chains[] = {
+    const std::tuple<const char*, StartUpChoice, std::string> chains[] = {
         {"mnuFileRoamlap", StartUpChoice::ProcessRoamlap, "GPS laptop"},
         {"mnuFileRoampad", StartUpChoice::ProcessRoampad, "GPS handheld"},
         {"mnuFileRevlap", StartUpChoice::ProcessRevlap, "OBD laptop"},
         {"mnuFileRevpad", StartUpChoice::ProcessRevpad, "OBD handheld"},
-        {nullptr, StartUpChoice::ProcessCombined, "GPS and OBD"},
-        {nullptr, StartUpChoice::ProcessBattelle, "Battelle"}};
-    bool isReviewed = false;
+        {"mnuFileStartUp", StartUpChoice::ProcessCombined, "GPS and OBD"},
+        {"mnuFileStartUp", StartUpChoice::ProcessBattelle, "Battelle"}};
     for (const auto& [entry, choice, kind] : chains) {
-        const std::string select = std::string("select ") + kind;
-        const std::string review = std::string("review ") + kind;
-        OtherScreens.OnShow["frmStartUp"] = [this, chosen = choice] {
-            State.ChosenAtStartUp = chosen;
-            return State.StartUpDone = true;
-        };
-        const auto run = [&] {
-            OtherScreens.Shown.clear();
-            State.GpsObdUpload = false;
-            Choose(entry != nullptr ? entry : "mnuFileStartUp");
-            std::erase(OtherScreens.Shown, "frmStartUp");
-            EXPECT_TRUE(State.GpsObdUpload);
-        };
-        run();
-        EXPECT_EQ(OtherScreens.Shown, Names{select}) << "no log was chosen";
+        const std::string select = "select " + kind, review = "review " + kind;
+        State.GpsObdUpload = false;
+        EXPECT_EQ(ShownAfter(choice), select) << "no log was chosen";
+        EXPECT_TRUE(State.GpsObdUpload);
         OtherScreens.OnShow[select] = [] { return true; };
-        OtherScreens.OnShow[review] = [&] { return isReviewed; };
-        isReviewed = false;
-        run();
-        EXPECT_EQ(OtherScreens.Shown, (Names{select, review})) << "the review was cancelled";
-        isReviewed = true;
-        run();
-        EXPECT_EQ(OtherScreens.Shown, (Names{select, review, "frmUploadData"}));
+        EXPECT_EQ(ShownAfter(choice), select + " " + review) << "the review was cancelled";
+        OtherScreens.OnShow[review] = [] { return true; };
+        EXPECT_THAT(ShownBy(entry), EndsWith(select + " " + review + " frmUploadData"));
     }
-    OtherScreens.Shown.clear();
-    Choose("mnuFileStartUp");
-    EXPECT_EQ(OtherScreens.Shown, (Names{"frmStartUp", "select Battelle", "review Battelle", "frmUploadData"}));
 }
 
-TEST_F(MainWindow, MenusHoldEveryEntry) {
-    Start();
-    int ready = 0;
-    for (const QAction* menu : Window->menuBar()->actions())
-        for (const QAction* entry : menu->menu()->actions()) {
-            // Without runs there is none to edit.
-            if (entry->isSeparator() || menu->text() == "Ru&n") continue;
-            ++ready;
-            EXPECT_TRUE(entry->isEnabled()) << FromQt(entry->text());
-        }
-    EXPECT_EQ(ready, 21);
+TEST_F(Commands, OpenTheirScreensAndToolbarSeparatorsSayThatTheyHaveNone) {
+    StartWith({{"R1", 15}});
+    for (const char* command :
+         {"mnuFileProcessRuns", "mnuFilePrefs", "mnuUtilDeleteRuns", "mnuUtilDeleteTDC", "mnuFilePrint",
+          "btnContDelayVsAvg", "tbrMain(2)", "tbrMain(5)", "tbrMain(7)", "tbrMain(9)", "tbrMain(11)", "tbrMain(13)"})
+        Do(command);
+    EXPECT_THAT(OtherScreens.Shown,
+                ElementsAre("frmUploadSelectTDC", "frmPrefs", "frmDeleteTempRuns", "frmDeleteTDCFiles",
+                            "frmReportPreview", "frmContDelayVsAvg", "frmStudyOpen", "frmReadTDC",
+                            "frmPlotRunSpeedProfileHoriz", "frmReportPreview", "frmPrefs", "frmStartUp"));
     Messages.Expect("Vantor\nVersion " VANTOR_VERSION "\n\nMade with Qt " + std::string(qVersion()) +
                     ", " VANTOR_LIBRARIES ".");
-    Choose("mnuHelpAbout");
-    Choose("mnuHelpSupport");
-    Choose("mnuHelpTopics");
-    EXPECT_EQ(DesktopServices.Opened, (Names{"https://vantor.example/support", "/program/VANTOR.HLP#0"}));
-    State.GpsObdUpload = true;
-    Choose("mnuFileProcessRuns");
-    EXPECT_EQ(OtherScreens.Shown, Names{"frmUploadSelectTDC"});
-    EXPECT_FALSE(State.GpsObdUpload);
-    OtherScreens.Shown.clear();
-    Choose("mnuFilePrefs");
-    Choose("mnuUtilDeleteRuns");
-    Choose("mnuUtilDeleteTDC");
-    Choose("mnuFilePrint");
-    Press("tbrMain(9)");
-    Press("btnContDelayVsAvg");
-    EXPECT_EQ(OtherScreens.Shown, (Names{"frmPrefs", "frmDeleteTempRuns", "frmDeleteTDCFiles", "frmReportPreview",
-                                         "frmReportPreview", "frmContDelayVsAvg"}));
-}
-
-TEST_F(MainWindow, DumpOfACounterGoesOnToTheUploadOnlyWhenItIsWhole) {
-    Start();
-    State.GpsObdUpload = true;
-    State.CounterFileChosen = true;
-    Choose("mnuFileReadTDC");
-    EXPECT_EQ(OtherScreens.Shown, Names{"frmReadTDC"});
-    EXPECT_FALSE(State.CounterFileChosen) << "an earlier choice must not be taken for this one";
-    OtherScreens.OnShow["frmReadTDC"] = [] { return true; };
-    Press("tbrMain(5)");
-    EXPECT_EQ(OtherScreens.Shown, (Names{"frmReadTDC", "frmReadTDC", "frmUploadData"}));
-    EXPECT_FALSE(State.GpsObdUpload);
-}
-
-TEST_F(MainWindow, ToolbarButtonsDoTheirCommandsAndSeparatorsSaySo) {
-    StartWith({{"R1", 15}});
-    Press("tbrMain(2)");
-    Messages.Expect("Do you want to save study: AM\n in Study Group: Main Street ?", No);
-    Press("tbrMain(3)");
-    Press("tbrMain(7)");
-    OtherScreens.OnShow["frmStartUp"] = [this] { return State.StartUpDone = true; };
-    Press("tbrMain(13)");
-    Press("tbrMain(15)");
-    EXPECT_EQ(OtherScreens.Shown, (Names{"frmStudyOpen", "frmPlotRunSpeedProfileHoriz", "frmStartUp"}));
-    EXPECT_EQ(DesktopServices.Opened.size(), 1U);
+    for (const char* command : {"mnuHelpAbout", "mnuHelpSupport", "tbrMain(15)", "mnuHelpTopics"}) Do(command);
+    const char* const site = "https://vantor.example/support";
+    EXPECT_THAT(DesktopServices.Opened, ElementsAre(site, site, "/program/VANTOR.HLP#0"));
+    Messages.Expect(AsksToSave("AM"), No);
+    Do("tbrMain(3)");
     EXPECT_EQ(DesktopServices.Beeps, 0);
-    const auto before = Current().Record;
-    for (const int index : {-1, 0, 4, 6, 8, 10, 14, 16}) {
-        Messages.Expect(NotWorking);
-        Window->ToolbarButtonClick(index);
-    }
-    auto& toolbar = Find<QToolBar>(*Window, "tbrMain");
-    Messages.Expect(NotWorking);
+    for (int i = 0; i < 9; ++i) Messages.Expect("This feature is not working yet.");
+    for (const int index : {-1, 0, 4, 6, 8, 10, 14, 16}) Window->ToolbarButtonClick(index);
+    auto& toolbar = Get<QToolBar>("tbrMain");
     QTest::mouseClick(&toolbar, Qt::LeftButton, {}, toolbar.actionGeometry(toolbar.actions().at(3)).center());
     EXPECT_EQ(DesktopServices.Beeps, 9);
-    EXPECT_EQ(Current().Record, before);
-    Press("tbrMain(1)");
+    EXPECT_EQ(Current().Record.RunCount, 1);
+    Do("tbrMain(1)");
     EXPECT_EQ(Current().Record.RunCount, 0);
 }
 
-TEST_F(MainWindow, ExportsTheRunListToTheFileThatIsNamed) {
+TEST_F(Commands, OfCountersGoOnToTheUploadWithAWholeDumpAChosenFileOrTemporaryRuns) {
     Start();
-    Messages.Expect(
-        "You need to select one or more runs before continuing.\nClick the Add Runs buttons in the center window.");
-    Choose("mnuUtilExport");
+    State.GpsObdUpload = State.CounterFileChosen = true;
+    EXPECT_EQ(ShownBy("mnuFileReadTDC"), "frmReadTDC");
+    EXPECT_FALSE(State.CounterFileChosen) << "an earlier choice must not be taken for this one";
+    EXPECT_FALSE(State.GpsObdUpload);
+    OtherScreens.OnShow["frmReadTDC"] = [] { return true; };
+    EXPECT_EQ(ShownBy("mnuFileReadTDC"), "frmReadTDC frmUploadData");
+
+    State.GpsObdUpload = true;
+    EXPECT_EQ(ShownBy("mnuFileProcessRuns"), "frmUploadSelectTDC");
+    EXPECT_FALSE(State.GpsObdUpload);
+    OtherScreens.OnShow["frmUploadSelectTDC"] = [] { return true; };
+    EXPECT_EQ(ShownBy("mnuFileProcessRuns"), "frmUploadSelectTDC frmUploadData");
+    OtherScreens.OnShow["frmUploadData"] = [this] {
+        EXPECT_FALSE(State.CounterFileChosen) << "the file of the last time must not be converted again";
+        EXPECT_TRUE(State.TemporaryRunsMode);
+        return true;
+    };
+    EXPECT_EQ(ShownAfter(StartUpChoice::ProcessTempRuns), "frmUploadData");
+    EXPECT_FALSE(State.TemporaryRunsMode);
+}
+
+TEST_F(MainWindow, ExportsTheRunListToTheFileThatIsNamed) {
     StartWith({{"R1", 15}});
-    Choose("mnuUtilExport");
+    Do("mnuUtilExport");
     EXPECT_EQ(DesktopServices.AskedFrom, Group + "AM.xls");
     EXPECT_EQ(DesktopServices.KindsOffered, "*.xls*.xlsx*.csv");
     DesktopServices.FileToSave = "/start/list.xls";
     Messages.Expect("The run list was exported to:\n/start/list.xls");
-    Choose("mnuUtilExport");
-    EXPECT_TRUE(Files.Bytes("/start/list.xls"));
-    Files.FailChangeAfter(0, ErrorNumber::DiskFull);
-    DesktopServices.FileToSave = "/start/other.csv";
-    Messages.Expect("Run-time error '61':\nDisk full\n\n/start/other.csv");
-    Choose("mnuUtilExport");
-    EXPECT_FALSE(Files.Bytes("/start/other.csv"));
+    Do("mnuUtilExport");
+    EXPECT_TRUE(HasFile("/start/list.xls"));
 }
 
 TEST_F(MainWindow, WhatIsTypedIsInTheRecordAtOnce) {
     StartWith({});
     EXPECT_TRUE(State.StudyUnchanged) << "showing a study is no change";
-    EXPECT_EQ(Label("lblSaved"), "Saved");
-    struct Field {
-        const char* Name;
-        std::string StudyRecord::*Member;
-        int Width;
-    };
-    for (const Field& field :
-         {Field{"txtStudyName", &StudyRecord::StudyName, 32}, Field{"txtStreetName", &StudyRecord::StreetName, 40},
-          Field{"StudyNotes", &StudyRecord::StudyNotes, 128}}) {
+    EXPECT_EQ(Text("lblSaved"), "Saved");
+    const std::tuple<const char*, std::string StudyRecord::*, int> fields[] = {
+        {"txtStudyName", &StudyRecord::StudyName, 32},
+        {"txtStreetName", &StudyRecord::StreetName, 40},
+        {"StudyNotes", &StudyRecord::StudyNotes, 128}};
+    for (const auto& [field, member, width] : fields) {
         State.StudyUnchanged = true;
         State.StudyFieldsEdited = false;
-        Type(*Window, field.Name, QString(200, 'm'));
-        EXPECT_EQ(Current().Record.*field.Member, std::string(field.Width, 'm')) << field.Name;
-        EXPECT_FALSE(State.StudyUnchanged) << field.Name;
-        EXPECT_TRUE(State.StudyFieldsEdited) << field.Name;
+        TypeInto(field, QString(200, 'm'));
+        EXPECT_EQ(Current().Record.*member, std::string(width, 'm')) << field;
+        EXPECT_TRUE(!State.StudyUnchanged && State.StudyFieldsEdited) << field;
     }
     State.StudyUnchanged = true;
-    QTest::keyClick(&Find<QComboBox>(*Window, "cmbDir"), Qt::Key_Down);
+    QTest::keyClick(&Get<QComboBox>("cmbDir"), Qt::Key_Down);
     EXPECT_EQ(Current().Record.Direction, 2) << "EB follows SB";
     EXPECT_FALSE(State.StudyUnchanged);
-    QTest::keyClick(&Find<QComboBox>(*Window, "cmbCritLane"), Qt::Key_End);
+    QTest::keyClick(&Get<QComboBox>("cmbCritLane"), Qt::Key_End);
     EXPECT_EQ(Current().Record.CritLane, 4);
-    EXPECT_EQ(Label("lblSaved"), "Not saved");
+    EXPECT_EQ(Text("lblSaved"), "Not saved");
     EXPECT_TRUE(Window->isWindowModified());
-}
-
-TEST_F(MainWindow, StatisticsNeedRunsAndAName) {
-    Start();
-    Messages.Expect(
-        "You need to select one or more runs before continuing.\nClick the Add Runs buttons in the center window.");
-    Choose("mnuViewStatistics");
-    AddRuns(State, {"R1"});
-    Messages.Expect(
-        "You need to give this study a name before continuing.\nClick in the Name input box and enter a name.");
-    Choose("mnuViewStatistics");
-    Type(*Window, "txtStudyName", "PM");
-    Choose("mnuViewStatistics");
-    EXPECT_EQ(List().model()->rowCount(), 1);
 }
 
 TEST_F(MainWindow, SaveNowAsksAndWritesUnderASafeName) {
     StartWith({{"R1", 12}});
-    const auto question = [](const std::string& name) {
-        return "Do you want to save study: " + name + "\n in Study Group: Main Street ?";
-    };
-    for (const char* name : {"", "a/b"}) {
-        Type(*Window, "txtStudyName", name);
-        if (*name == '\0') Find<QLineEdit>(*Window, "txtStudyName").clear();
-        Messages.Expect(question(name), Yes);
-        Messages.Expect(UnsafeNameMessage(name));
-        Choose("mnuFileSave");
-        EXPECT_FALSE(State.StudyUnchanged);
+    TypeInto("txtStudyName", "a/b");
+    Messages.Expect(AsksToSave("a/b"), Yes);
+    Messages.Expect(UnsafeNameMessage("a/b"));
+    Do("mnuFileSave");
+    EXPECT_FALSE(State.StudyUnchanged);
+    TypeInto("txtStudyName", "PM");
+    for (const auto answer : {No, Yes}) {
+        Messages.Expect(AsksToSave("PM"), answer);
+        QTest::keyClick(Window.get(), Qt::Key_S, Qt::ControlModifier);
+        EXPECT_EQ(HasFile(Group + "PM.ld2"), answer == Yes);
     }
-    Type(*Window, "txtStudyName", "PM");
-    Messages.Expect(question("PM"), No);
-    QTest::keyClick(Window.get(), Qt::Key_S, Qt::ControlModifier);
-    EXPECT_FALSE(HasFile("PM.ld2"));
-    Messages.Expect(question("PM"), Yes);
-    QTest::keyClick(Window.get(), Qt::Key_S, Qt::ControlModifier);
-    EXPECT_EQ(Saved("PM").RunNames[1], "R1");
-    EXPECT_EQ(Label("lblSaved"), "Saved");
-    Choose("mnuFileExit");
+    EXPECT_EQ(RunsOf(Saved("PM")), Names{"R1"});
+    EXPECT_EQ(Text("lblSaved"), "Saved");
+    Do("mnuFileExit");
     EXPECT_FALSE(Window->isVisible()) << "nothing is asked right after a save";
 }
 
-TEST_F(MainWindow, AFailingSaveKeepsTheWindowOpenAndTheStudyUnsaved) {
-    StartWith({{"R1", 12}});
-    Type(*Window, "StudyNotes", "rain");
-    const std::string diskFull = "Run-time error '61':\nDisk full\n\n" + Group + "AM.ld2";
-    Messages.Expect(AsksAboutChanges, Yes);
-    Messages.Expect(diskFull);
-    Files.FailChangeAfter(0, ErrorNumber::DiskFull);
-    EXPECT_FALSE(Window->close());
-    EXPECT_TRUE(Window->isVisible());
-    Messages.Expect(AsksAboutChanges, Yes);
-    Messages.Expect(diskFull);
-    Files.FailChangeAfter(0, ErrorNumber::DiskFull);
-    Choose("mnuFileNew");
-    EXPECT_EQ(Current().Record.StudyNotes, "rain");
-    EXPECT_FALSE(State.StudyUnchanged);
-    Messages.Expect(AsksAboutChanges, Yes);
-    EXPECT_TRUE(Window->close());
-    EXPECT_EQ(Saved("AM").Record.StudyNotes, "rain");
-}
-
 TEST_F(MainWindow, AStudyThatCannotBeSavedIsNotLeft) {
+    const std::string question = "This study has not been saved yet.\n  Do you want to save the study?";
+    const auto expectStays = [&](const char* leave, const std::string& problem) {
+        Messages.Expect(question, Yes);
+        Messages.Expect(problem);
+        Do(leave);
+        EXPECT_EQ(Current().Record.RunCount, 1) << leave;
+        EXPECT_TRUE(Window->isVisible() && !State.StudyUnchanged) << leave;
+    };
     Start();
     OtherScreens.OnShow["frmRunSelect"] = [this] { return AddRuns(State, {"R1"}) > 0; };
     Press("BtnAddRun");
+    for (const char* leave : {"mnuFileNew", "mnuFileOpen", "mnuFileExit"}) expectStays(leave, UnsafeNameMessage(""));
+    TypeInto("txtStudyName", "PM");
     for (const char* leave : {"mnuFileNew", "mnuFileOpen", "mnuFileExit"}) {
-        Messages.Expect(AsksToSaveNew, Yes);
-        Messages.Expect(UnsafeNameMessage(""));
-        Choose(leave);
-        EXPECT_EQ(Current().Record.RunCount, 1) << leave;
-        EXPECT_TRUE(Window->isVisible());
+        Files.FailChangeAfter(0, ErrorNumber::DiskFull);
+        expectStays(leave, "Run-time error '61':\nDisk full\n\n" + Group + "PM.ld2");
     }
-    EXPECT_EQ(OtherScreens.Shown, Names{"frmRunSelect"});
-    Messages.Expect(AsksToSaveNew, No);
-    Choose("mnuFileNew");
-    EXPECT_EQ(Current().Record.RunCount, 0);
-    EXPECT_EQ(List().model()->rowCount(), 0);
+    EXPECT_THAT(OtherScreens.Shown, ElementsAre("frmRunSelect"));
+    Messages.Expect(question, Yes);
+    EXPECT_TRUE(Window->close());
+    EXPECT_EQ(RunsOf(Saved("PM")), Names{"R1"});
 }
 
 TEST_F(MainWindow, SaveAsShowsTheStudyUnderItsNewName) {
     StartWith({{"R1", 12}});
-    Choose("mnuFileSaveAs");
-    EXPECT_EQ(OtherScreens.Shown, Names{"frmStudySaveAs"});
     OtherScreens.OnShow["frmStudySaveAs"] = [this] {
-        Files.CreateFolder("/start/Study Groups/Side Street/");
-        SaveStudyAs(State, Files, "/start/Study Groups/Side Street/", "Copy");
+        SaveStudyAs(State, Files, OakElm, "Copy");
         return true;
     };
     Messages.Expect("Missing Run File: R1");
-    Choose("mnuFileSaveAs");
-    EXPECT_EQ(Find<QLineEdit>(*Window, "txtStudyName").text(), "Copy");
-    EXPECT_EQ(Label("lblStudyGroup"), "Study Group: /start/Study Groups/Side Street/");
+    Do("mnuFileSaveAs");
+    EXPECT_EQ(Text("txtStudyName"), "Copy");
+    EXPECT_EQ(Get<QLabel>("lblStudyGroup").text(), ToQt("Study Group: " + OakElm));
     EXPECT_TRUE(State.StudyUnchanged);
 }
 
