@@ -29,8 +29,6 @@ public:
     /// Scans on from the current sample. The end scan begins on the sample at which the start scan stopped and adds
     /// its distance a second time: this double count is part of the result, so that figures match earlier studies.
     Boundary Find(std::int32_t boundarySample, std::int32_t boundaryDistance, std::int32_t* stopDelay) {
-        // A run of a single sample has none left for the end scan.
-        if (sample_ > 1 && sample_ > run_.SampleValues.LastIndex()) return {};
         do {
             const std::int16_t value = run_.SampleValues[sample_];
             distance_ = Add32(distance_, arithmetic_.DistanceIncrement(value));
@@ -101,7 +99,9 @@ FoundBoundaries FindBoundaries(const RunRecord& run, const PlotState& plot, cons
     };
     FoundBoundaries found;
     found.Start = find(plot.CDStartSample, entry.CDStartDist, nullptr);
-    found.End = find(plot.CDEndSample, entry.CDEndDist, &found.StopDelay);
+    // A run of a single sample has none left for the end scan then, of which a computation makes error 9.
+    if (found.Start || run.SampleValues.LastIndex() > 1)
+        found.End = find(plot.CDEndSample, entry.CDEndDist, &found.StopDelay);
     return found;
 }
 

@@ -98,5 +98,16 @@ TEST(DelayStatistics, StoredDistancesLieOnTheFirstSampleThatReachesThem) {
     }
 }
 
+TEST(DelayStatistics, ARunOfASingleSampleHasNoEndBehindAStartThatItDoesNotReach) {
+    StudyRunEntry entry;
+    entry.CDStartDist = 45;
+    entry.CDEndDist = 91;
+    for (const auto& [samples, start] : {std::pair(std::vector<int>{44}, false), {{44, 44}, false}, {{45}, true}}) {
+        const FoundBoundaries found = FindBoundaries(RunOfValues(samples), {}, entry, {});
+        EXPECT_EQ(found.Start.has_value(), start) << samples.size();
+        EXPECT_FALSE(found.End) << samples.size();
+    }
+}
+
 }  // namespace
 }  // namespace vantor

@@ -62,12 +62,6 @@ struct ShownProgram : TestProgram {
         State.MainFormLoaded = false;
     }
 
-    void ChooseLog(const char* extension) {
-        State.SelectedDataFolder = Logs;
-        State.SelectedDataFile = "drive";
-        State.SelectedDataExt = extension;
-    }
-
 private:
     void Fill() {
         Files.CreateFolder(Group);
@@ -82,7 +76,6 @@ private:
         State.CurrentRun.Header.RunName = "NB-1";
         State.CurrentRun.Header.ButtonWord[2] = -1;
         State.CurrentRun.Header.ButtonLabel[2] = "Congestion";
-        State.GpsObdUpload = true;  // the runs that wait stay as they are
         RunRecord waiting = ReportedRun();
         for (const char* name : {"Upload01", "Upload02"}) PutRunFile(Files, waiting, "/start/Temp/", name);
         Files.PutText("/start/Temp/OLD.rdf", "too short to be a run");
@@ -129,8 +122,7 @@ std::shared_ptr<QWidget> OpenRun(ShownProgram& program) {
 
 inline std::function<std::shared_ptr<QWidget>(ShownProgram&)> Reviews(LogKind kind, const char* extension) {
     return [=](ShownProgram& program) {
-        program.ChooseLog(extension);
-        return std::make_shared<LogReview>(program.Program, kind);
+        return std::make_shared<LogReview>(program.Program, kind, LogChoice{program.Logs, "drive", extension});
     };
 }
 
@@ -140,10 +132,6 @@ inline std::vector<ScreenCase> EveryScreen() {
         auto window = std::make_shared<frmMain>(program.Program);
         window->Start();
         return window;
-    };
-    const auto preferences = [](ShownProgram& program) {
-        return std::make_shared<frmPrefs>(
-            program.Program, [](int port) { return port == 3; }, [](int) { return std::string("/dev/ttyS2"); });
     };
     const auto help = [](ShownProgram&) {
         auto window = std::make_shared<HelpWindow>(QStringLiteral(VANTOR_HELP_FILE));
@@ -156,7 +144,7 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmStudyOpen", Opens<frmStudyOpen>()},
         {"frmStudySaveAs", Opens<frmStudySaveAs>()},
         {"frmRunSelect", Opens<frmRunSelect>()},
-        {"frmPrefs", preferences},
+        {"frmPrefs", Opens<frmPrefs>()},
         {"frmRunDetails", OpenRun<frmRunDetails>},
         {"frmPlotRunSpeedProfileHoriz", OpenRun<frmPlotRunSpeedProfileHoriz>},
         {"frmEditPulseData", OpenRun<frmEditPulseData>, false},
@@ -166,7 +154,7 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmReportPreview", Opens<frmReportPreview>()},
         {"frmReadTDC", Opens<frmReadTDC>()},
         {"frmUploadSelectTDC", Opens<frmUploadSelectTDC>()},
-        {"frmUploadData", Opens<frmUploadData>(), false},
+        {"frmUploadData", Opens<frmUploadData>(Upload{UploadOf::Log, std::nullopt}), false},
         {"frmUploadRunList", Opens<frmUploadRunList>(std::string("Main Street"))},
         {"frmDeleteTempRuns", Opens<frmDeleteTempRuns>()},
         {"frmDeleteTDCFiles", Opens<frmDeleteTDCFiles>()},

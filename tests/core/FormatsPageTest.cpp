@@ -33,6 +33,13 @@ std::string RowOf(const Field<Record, Member>& field) {
     return "| " + std::to_string(field.Offset) + " | `" + field.Name + "` | " +
            KindOf(Record{}.*field.Pointer, field.Width) + " |";
 }
+template <class Record, class Member>
+std::string RowOf(const ArrayPart<Record, Member>& part) {
+    return "| " + std::to_string(part.Offset) + " | `" + part.Name + "` | " +
+           std::to_string(part.Last - part.First + 1) + " × " +
+           KindOf((Record{}.*part.Pointer)[part.First], part.Width) + ", index " + std::to_string(part.First) + " to " +
+           std::to_string(part.Last) + " |";
+}
 std::string RowOf(const Gap& gap) {
     return "| " + std::to_string(gap.Offset) + " | | text " + std::to_string(gap.Width) + " |";
 }

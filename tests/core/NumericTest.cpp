@@ -106,5 +106,46 @@ TEST(Date, ReadsTwoDigitYears) {
         EXPECT_EQ(FullYear(year), full);
 }
 
+TEST(Date, IsReadInItsUsualForms) {
+    using Case = std::pair<const char*, const char*>;
+    for (const auto& [text, iso] :
+         {Case{"03/14/08", "2008-03-14"}, Case{" 3-4-1998 ", "1998-03-04"}, Case{"02/29/00", "2000-02-29"},
+          Case{"01/01/30", "1930-01-01"}, Case{"02/29/01", ""}, Case{"13/01/08", ""}, Case{"03/14", ""}, Case{"", ""},
+          Case{"3//08", ""}, Case{"03/14/08/1", ""}, Case{"1/1/99999999999", ""}}) {
+        const auto date = DayOfText(text);
+        EXPECT_EQ(date ? IsoDateTime(*date).substr(0, 10) : "", iso) << text;
+    }
+    for (const auto& [text, iso] : {Case{"07:45", "07:45:00"}, Case{"7:5", "07:05:00"}, Case{"23:59:59", "23:59:59"},
+                                    Case{"24:00", ""}, Case{"7", ""}, Case{"7:60", ""}, Case{"7:00 pm", ""}}) {
+        const auto time = ClockOfText(text);
+        EXPECT_EQ(time ? IsoDateTime(*time).substr(11) : "", iso) << text;
+    }
+    EXPECT_TRUE(!DayOfText("3-4-98", "/") && DayOfText("3/4/98", "/"));
+    EXPECT_EQ(WeekdayName(DateOf(2008, 3, 14)), "Friday");
+    EXPECT_EQ(WeekdayName(DateOf(1899, 12, 25)), "Monday");
+}
+
+TEST(Numeric, ReadsOnlyTextsThatAreNumbersAsAWhole) {
+    constexpr double None = -99;
+    using Case = std::tuple<const char*, double, double>;
+    for (const auto& [text, plain, exponent] :
+         {Case{" 12.5 ", 12.5, 12.5}, Case{".5", .5, .5}, Case{"-3", -3, -3}, Case{"+3.", 3, 3}, Case{"1e2", None, 100},
+          Case{"", None, None}, Case{".", None, None}, Case{"1.2.3", None, None}, Case{"inf", None, None},
+          Case{"12 s", None, None}, Case{"1e999", None, None}}) {
+        EXPECT_EQ(NumberOfText(text).value_or(None), plain) << text;
+        EXPECT_EQ(NumberOfText(text, true).value_or(None), exponent) << text;
+    }
+    using Count = std::pair<const char*, int>;
+    for (const auto& [text, count] : {Count{" 007 ", 7}, Count{"10", 10}, Count{"11", -1}, Count{"-1", -1},
+                                      Count{"1.0", -1}, Count{"", -1}, Count{"99999999999", -1}})
+        EXPECT_EQ(CountOfText(text, 10).value_or(-1), count) << text;
+}
+
+TEST(Numeric, ShowsTenthsWithHalvesToEven) {
+    using Case = std::pair<double, const char*>;
+    for (const auto& [value, text] : {Case{0.25, "0.2"}, Case{-0.75, "-0.8"}, Case{-0.01, "0.0"}, Case{12, "12.0"}})
+        EXPECT_EQ(OneDecimal(value), text);
+}
+
 }  // namespace
 }  // namespace vantor

@@ -27,7 +27,6 @@ protected:
         EXPECT_FALSE(Serial.Opened);
         EXPECT_EQ(Download.FilePath(), "");
         EXPECT_EQ(Files.AllFiles().size(), 0u);
-        EXPECT_FALSE(State.CounterFileChosen);
     }
 
     CounterDownload Download{State, Files, Serial, Time, End};
@@ -74,9 +73,9 @@ TEST_F(CounterDownloadTest, FindsTheEndMarkHoweverItIsSplit) {
     for (std::size_t at = 0; at <= DumpEnd.size(); ++at) {
         Download.Begin();
         Serial.Send("T,1\r\n" + DumpEnd.substr(0, at));
-        EXPECT_EQ(Download.Finish(), at == DumpEnd.size());
+        EXPECT_EQ(Download.Finish().has_value(), at == DumpEnd.size());
         Serial.Send("\x13" + DumpEnd.substr(at) + "\r\n");
-        EXPECT_EQ(Download.Finish(), at < DumpEnd.size()) << at;
+        EXPECT_EQ(Download.Finish().has_value(), at < DumpEnd.size()) << at;
         EXPECT_EQ(Files.Bytes(First), BytesOf("T,1\r\n" + DumpEnd + (at == DumpEnd.size() ? "" : "\r\n")));
         Files.Delete(First);
     }
@@ -89,7 +88,7 @@ TEST_F(CounterDownloadTest, LooksAtTheLastThirtyCharacters) {
                                       {DumpEnd + "12345678901", false},
                                       {DumpEnd + "1234567890", true}}) {
         Serial.Send(" " + sent);
-        EXPECT_EQ(Download.Finish(), isEnd) << sent;
+        EXPECT_EQ(Download.Finish().has_value(), isEnd) << sent;
     }
 }
 
@@ -98,15 +97,13 @@ TEST_F(CounterDownloadTest, HandsTheWholeFileOver) {
     Download.SetPortNumber(3);
     Download.SetBaudRate(4800);
     Download.Begin();
-    EXPECT_FALSE(Download.Finish());
+    EXPECT_EQ(Download.Finish(), std::nullopt);
     Serial.Send(DumpEnd);
-    ASSERT_TRUE(Download.Finish());
+    EXPECT_EQ(Download.Finish(), (CounterFileChoice{Native("/start/Field Data Files/"), "!Kestrel-03-14-08-1"}));
     EXPECT_EQ(Serial.Settings, "4800,n,8,1");
     EXPECT_FALSE(Serial.Opened);
-    EXPECT_TRUE(State.CounterFileChosen);
-    EXPECT_EQ(State.ChosenCounterFileFolder + State.ChosenCounterFileName + ".tdc", First);
-    EXPECT_EQ(std::pair(State.Settings.CommPort, State.Settings.BaudRate), std::pair(3, 4800));
-    EXPECT_FALSE(Download.Finish());
+    EXPECT_EQ(std::pair(State.Settings.CommPort, State.Settings.BaudRate), std::pair<std::int16_t, std::int32_t>(3, 4800));
+    EXPECT_EQ(Download.Finish(), std::nullopt);
     Download.Cancel();
 
     Download.SetPortNumber(1);

@@ -49,8 +49,7 @@ TEST_F(DamagedCounterFile, GoesOnWithTheWholeRunsBeforeTheFault) {
     Work.AsksBeforeStop = 100;
     OfferDamagedCounterFile(Context);
     EXPECT_EQ(OtherScreens.Shown, std::vector<std::string>{"frmUploadData"});
-    EXPECT_TRUE(State.CounterFileChosen);
-    EXPECT_EQ(State.ChosenCounterFileName, "Day");
+    EXPECT_EQ(OtherScreens.Uploads.back().ToConvert.value().Name, "Day");
     EXPECT_EQ(Files.Bytes(Path + ".bak"), BytesOf(Whole + "X,001"));
     EXPECT_EQ(Files.Bytes(Path), BytesOf(Whole + DumpEnd + "\r\n"));
     EXPECT_FALSE(IsNoted());

@@ -43,7 +43,7 @@ protected:
         PutRun("C", {});
         Files.PutText(Temp + "A.rd2", "no version 1 run");
     }
-    void PutRun(const std::string& name, const Ver1RunHeader& header) {
+    void PutRun(const std::string& name, const RunHeader& header) {
         Files.Put(Temp + name + ".rdf", EncodeRecord(header, Ver1RunHeaderFields));
     }
 

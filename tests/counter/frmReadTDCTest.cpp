@@ -125,7 +125,6 @@ TEST_F(frmReadTDCTest, AFaultIsToldOverAWindowThatCanBeginAgain) {
 }
 
 TEST_F(frmReadTDCTest, TheKeyboardAloneBeginsCancelsAndLeaves) {
-    State.CounterFileChosen = true;
     Open();
     PressKey(Qt::Key_Return);
     EXPECT_EQ(Look(), "Setup, red, view");
@@ -138,8 +137,7 @@ TEST_F(frmReadTDCTest, TheKeyboardAloneBeginsCancelsAndLeaves) {
     PressKey(Qt::Key_Down);
     EXPECT_EQ(Prompt(), ClosedPrompt("3", "9600"));
     PressKey(Qt::Key_Escape);
-    EXPECT_FALSE(Window->isVisible());
-    EXPECT_FALSE(State.CounterFileChosen);
+    EXPECT_FALSE(Window->isVisible() || IsAccepted());
 }
 
 }  // namespace

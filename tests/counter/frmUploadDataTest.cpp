@@ -43,23 +43,13 @@ TEST_F(frmUploadDataTest, FieldsOfTheTemplateHaveTheirWidths) {
     EXPECT_TRUE(IsAccepted());
 }
 
-TEST_F(frmUploadDataTest, ConvertsTheChosenFileOnceAndListsItsGoodRuns) {
+TEST_F(frmUploadDataTest, ConvertsTheChosenFileAndListsItsGoodRuns) {
     Files.PutText(FieldData + "Day.tdc", Record("T,001,001") + "T,1");
-    State.CounterFileChosen = true;
-    State.ChosenCounterFileFolder = FieldData;
-    State.ChosenCounterFileName = "Day";
-    State.GpsObdUpload = true;
-    Open();
-    EXPECT_EQ(Listed().size(), 0u);
-    State.GpsObdUpload = false;
     Messages.Expect("Run-time error '62':\nInput past end of file\n\n" + FieldData +
                     "Day.tdc, record 2\nThe file ends without its end mark (twenty colons). Dump the counter "
                     "again to get all of it. The runs before this record were kept.");
-    for (int opened = 0; opened < 2; ++opened) {
-        Open();
-        EXPECT_THAT(Listed(), ElementsAre("S001R001-SITE0001-1"));
-        EXPECT_FALSE(State.CounterFileChosen);
-    }
+    Open(Upload{UploadOf::CounterFile, CounterFileChoice{FieldData, "Day"}});
+    EXPECT_THAT(Listed(), ElementsAre("S001R001-SITE0001-1"));
 }
 
 TEST_F(frmUploadDataTest, RenamesTheSelectionInTheOrderShownAndUndoes) {

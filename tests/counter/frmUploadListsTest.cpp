@@ -21,7 +21,6 @@ protected:
         Files.PutText(FieldData + "z.tdc", DumpEnd);
         Files.PutText(FieldData + "a.txt", "no counter file");
         Files.PutText(Temp + "old.tdc", DumpEnd);
-        State.CounterFileChosen = true;
     }
     std::vector<std::string> Listed() { return Rows(*Window, "vaSelTDCFile"); }
     std::vector<std::string> Studies() { return Rows(*Window, "vaStudyInfo"); }
@@ -43,7 +42,7 @@ TEST_F(frmUploadSelectTDCTest, ListsTheFieldDataFolderAndTheStudiesOfAFile) {
     EXPECT_FALSE(IsShown("lblProblem"));
     ClickRow(*Window, "vaSelTDCFile", 1);
     Press("BtnSelect");  // its good runs can still be had
-    EXPECT_EQ(State.ChosenCounterFileName, "cut");
+    EXPECT_EQ(Window->Choice().Name, "cut");
 }
 
 TEST_F(frmUploadSelectTDCTest, ChoosesByButtonEnterAndDoubleClick) {
@@ -51,15 +50,12 @@ TEST_F(frmUploadSelectTDCTest, ChoosesByButtonEnterAndDoubleClick) {
                                                      [this] { PressKey(Qt::Key_Return); },
                                                      [this] { DoubleClickRow(*Window, "vaSelTDCFile", 2); }};
     for (const auto& choose : ways) {
-        State.CounterFileChosen = false;
-        State.ChosenCounterFileFolder = State.ChosenCounterFileName = "";
         Open();
         Get<Table>("vaSelTDCFile").sortByColumn(0, Qt::DescendingOrder);
         ClickRow(*Window, "vaSelTDCFile", 2);
         choose();
         EXPECT_TRUE(IsAccepted());
-        EXPECT_TRUE(State.CounterFileChosen);
-        EXPECT_EQ(State.ChosenCounterFileFolder + "|" + State.ChosenCounterFileName, FieldData + "|a");
+        EXPECT_EQ(Window->Choice(), (CounterFileChoice{FieldData, "a"}));
     }
 }
 
@@ -72,16 +68,14 @@ TEST_F(frmUploadSelectTDCTest, ReachesOtherFolders) {
     ClickFolder(*Window, "treTDCPath", "Temp");
     EXPECT_THAT(Listed(), ElementsAre("old |0"));
     Press("BtnSelect");
-    EXPECT_EQ(State.ChosenCounterFileFolder, Temp);
+    EXPECT_EQ(Window->Choice().Folder, Temp);
 }
 
 TEST_F(frmUploadSelectTDCTest, CancelAndEscChooseNothing) {
     for (const bool byKey : {false, true}) {
-        State.CounterFileChosen = true;
         Open();
         byKey ? PressKey(Qt::Key_Escape) : Press("BtnCancel");
-        EXPECT_FALSE(Window->isVisible());
-        EXPECT_FALSE(State.CounterFileChosen);
+        EXPECT_FALSE(Window->isVisible() || IsAccepted());
     }
 }
 

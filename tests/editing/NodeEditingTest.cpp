@@ -150,7 +150,7 @@ TEST(PlaceNodes, NamesTheRowThatHasNoPlace) {
         ASSERT_TRUE(refusal.has_value()) << first << " " << second;
         EXPECT_THAT(refusal->Text, HasSubstr(says));
         EXPECT_EQ(refusal->Row, row) << first << " " << second;
-        EXPECT_EQ(refusal->Field, DetailsField::Distance);
+        EXPECT_EQ(refusal->Field, NodeGrid);
     }
     // The last data point is the end of the run, which is a node without a flag.
     RunRecord run = RunOf({10, 10, 10});

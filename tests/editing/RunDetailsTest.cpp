@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include "RunScene.h"
-#include "editing/DateTexts.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -11,24 +10,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-TEST(DateTexts, AreTakenInTheirUsualForms) {
-    using Case = std::pair<const char*, const char*>;
-    for (const auto& [text, iso] :
-         {Case{"03/14/08", "2008-03-14"}, Case{" 3-4-1998 ", "1998-03-04"}, Case{"02/29/00", "2000-02-29"},
-          Case{"01/01/30", "1930-01-01"}, Case{"02/29/01", ""}, Case{"13/01/08", ""}, Case{"03/14", ""}, Case{"", ""},
-          Case{"3//08", ""}, Case{"03/14/08/1", ""}, Case{"1/1/99999999999", ""}}) {
-        const auto date = DayOfText(text);
-        EXPECT_EQ(date ? IsoDateTime(*date).substr(0, 10) : "", iso) << text;
-    }
-    for (const auto& [text, iso] : {Case{"07:45", "07:45:00"}, Case{"7:5", "07:05:00"}, Case{"23:59:59", "23:59:59"},
-                                    Case{"24:00", ""}, Case{"7", ""}, Case{"7:60", ""}, Case{"7:00 pm", ""}}) {
-        const auto time = ClockOfText(text);
-        EXPECT_EQ(time ? IsoDateTime(*time).substr(11) : "", iso) << text;
-    }
-    EXPECT_EQ(WeekdayName(DateOf(2008, 3, 14)), "Friday");
-    EXPECT_EQ(WeekdayName(DateOf(1899, 12, 25)), "Monday");
-}
 
 /// Run "A" of 12 s and 120 ft, its boundaries at 50 and 90 ft.
 class RunDetailsTest : public RunScene<ProgramScene> {
@@ -39,7 +20,7 @@ protected:
     }
 
     void Load() {
-        Details.emplace(State.CurrentRun, ProfileUnits{});
+        Details.emplace(State.CurrentRun, Units{});
         Texts = DetailsOf(State.CurrentRun.Header);
     }
     const RunHeader& Stored() const { return State.CurrentRun.Header; }
@@ -100,14 +81,13 @@ TEST_F(RunDetailsTest, StoresTheFieldsUnderANewNameInANewFile) {
 
 TEST_F(RunDetailsTest, WrongInputIsToldAndStoresNothing) {
     using T = RunDetailTexts;
-    using Field = DetailsField;
-    using Case = std::tuple<std::string T::*, const char*, Field>;
+    using Case = std::tuple<std::string T::*, const char*, const char*>;
     for (const auto& [text, typed, field] :
-         {Case{&T::Name, "a/b", Field::Name}, Case{&T::Name, " ", Field::Name},
-          Case{&T::Name, "a", Field::Name},  // the same file
-          Case{&T::RunDate, "2008", Field::Date}, Case{&T::RunTime, "", Field::Time},
-          Case{&T::CalConstant, "-1", Field::CalConstant}, Case{&T::CalConstant, "32768", Field::CalConstant},
-          Case{&T::CalConstant, "12.5", Field::CalConstant}}) {
+         {Case{&T::Name, "a/b", "RunDetailsName"}, Case{&T::Name, " ", "RunDetailsName"},
+          Case{&T::Name, "a", "RunDetailsName"},  // the same file
+          Case{&T::RunDate, "2008", "RunDetailsDate"}, Case{&T::RunTime, "", "RunDetailsTime"},
+          Case{&T::CalConstant, "-1", "RunDetailsCalConst"}, Case{&T::CalConstant, "32768", "RunDetailsCalConst"},
+          Case{&T::CalConstant, "12.5", "RunDetailsCalConst"}}) {
         T texts = Texts;
         texts.*text = typed;
         const auto refusal = Details->Save(State, Files, 1, texts).Refused;

@@ -22,23 +22,15 @@ const std::vector<float> WithGap = {30, -1, -1, -1, 50};
 
 class LogReviewTest : public FormScene<LogReview> {
 protected:
-    LogReviewTest() {
-        State.SelectedDataFolder = Folder;
-        State.SelectedDataFile = "drive";
-        State.SelectedDataExt = ".od2";
-        State.DataFileSelected = true;
-    }
-
     void OpenObd(const FieldLog& log) {
         WriteFieldLog(Files, log);
         Before = *Files.Bytes(LogPath);
-        Open(LogKind::ObdLaptop);
+        Open(LogKind::ObdLaptop, LogChoice{Folder, "drive", ".od2"});
     }
     void OpenObd(const std::vector<float>& speeds) { OpenObd(ObdLog(speeds)); }
     void OpenGps(const std::string& records) {
-        State.SelectedDataExt = ".gd2";
         Files.PutText(Folder + "drive.gd2", Prefix(2) + GpsHeader() + records);
-        Open(LogKind::GpsLaptop);
+        Open(LogKind::GpsLaptop, LogChoice{Folder, "drive", ".gd2"});
     }
     void FillGap() {
         ChooseRow(1);
@@ -69,32 +61,28 @@ TEST_F(LogReviewTest, ReadsAHandheldLogByItsType) {
     Databases.Path = Folder + "drive.mdb";
     Databases.Table = "GPSData";
     Databases.Records = {{"05/14/2003 06:00:00", "42.5", "-83.5", "31.5", "90", "1.5", "7", "0", "3"}};
-    Open(LogKind::GpsHandheld);
+    Open(LogKind::GpsHandheld, LogChoice{Folder, "drive", ".mdb"});
     EXPECT_EQ(Window->objectName(), "frmGPSViewData");
     EXPECT_THAT(Column(*Window, "vaGPSData", RunColumn), ElementsAre("3"));
 }
 
 TEST_F(LogReviewTest, ClosesAtOnceWhenTheLogCannotBeRead) {
-    State.SelectedDataIsPdb = true;
-    for (const auto& [kind, name] : {std::pair{LogKind::ObdLaptop, "drive.od2"}, {LogKind::GpsHandheld, "drive.pdb"}}) {
-        State.DataFileSelected = true;
-        Messages.Expect("Run-time error '53':\nFile not found\n\n" + Folder + name);
-        LogReview form(Context, kind);
+    for (const auto& [kind, extension] : {std::pair{LogKind::ObdLaptop, ".od2"}, {LogKind::GpsHandheld, ".pdb"}}) {
+        Messages.Expect("Run-time error '53':\nFile not found\n\n" + Folder + "drive" + extension);
+        LogReview form(Context, kind, LogChoice{Folder, "drive", extension});
         EXPECT_TRUE(Messages.IsDone());
         EXPECT_EQ(form.exec(), QDialog::Rejected) << "without waiting for the user";
-        EXPECT_FALSE(State.DataFileSelected);
     }
 }
 
 TEST_F(LogReviewTest, WithoutAChosenLogThereIsNothingToDo) {
-    State.SelectedDataFile.clear();
-    Open(LogKind::GpsLaptop);
+    Open(LogKind::GpsLaptop, LogChoice{Folder, "", ".gd2"});
     EXPECT_EQ(Grid().accessibleDescription(), "No log was chosen.");
     Messages.Expect("There is no run to make: no row has a run number of 1 or more.");
     Press("BtnOk");
     EXPECT_TRUE(Window->isVisible());
     Press("BtnCancel");
-    EXPECT_FALSE(Window->isVisible() || State.DataFileSelected);
+    EXPECT_FALSE(Window->isVisible() || IsAccepted());
 }
 
 TEST_F(LogReviewTest, TellsHowManyBytesOfALogWereDropped) {
@@ -205,7 +193,6 @@ TEST_F(LogReviewTest, ListsGapsAndFillsThemOtherwise) {
     Press("BtnOk");
     EXPECT_EQ(ReadRun(Files, Temp + "Main-R001.rd2").Run.Header.Notes,
               "Direction EB; gaps: 1 standing 4 s, 1 by position 10 s");
-    State.SelectedDataExt = ".od2";
     OpenObd({30});
     EXPECT_FALSE(IsShown("fraGaps"));
 }
@@ -224,7 +211,6 @@ TEST_F(LogReviewTest, StopsAndLeavesWithoutASelection) {
         [&] { Press("btnStop"); }, [&] { QTest::keyClick(Window.get(), Qt::Key_Escape); }, [&] { Window->close(); }};
     for (const auto& stop : waysToStop) {
         OpenObd(ShortAndLongGap());
-        State.DataFileSelected = true;
         bool wasAsked = false;
         QTimer::singleShot(0, Window.get(), [&] {
             wasAsked = true;
@@ -235,7 +221,7 @@ TEST_F(LogReviewTest, StopsAndLeavesWithoutASelection) {
         });
         Press("btnFindAndFixAll");
         EXPECT_TRUE(wasAsked);
-        EXPECT_FALSE(Window->isVisible() || IsAccepted() || State.DataFileSelected);
+        EXPECT_FALSE(Window->isVisible() || IsAccepted());
         EXPECT_TRUE(IsLogAsBefore());
     }
     OpenObd(ShortAndLongGap());
@@ -309,12 +295,10 @@ TEST_F(LogReviewTest, OffersAnXlsxFileForMoreRowsThanAnXlsFileHolds) {
 }
 
 TEST_F(LogReviewTest, OkMakesTheRunsAndWritesTheLogBack) {
-    State.DataFileSelected = false;
     OpenObd(WithGap);
     FillGap();
     Press("BtnOk");
     EXPECT_TRUE(IsAccepted());
-    EXPECT_TRUE(State.DataFileSelected);
     const RunRecord run = ReadRun(Files, Temp + "drive-R001.rd2").Run;
     EXPECT_EQ(run.Header.SampleCount, 5);
     EXPECT_EQ(run.RunSamples[2].Speed, 35);
@@ -333,7 +317,7 @@ TEST_F(LogReviewTest, WhenTheLogCannotBeWrittenTheRunsStand) {
     Files.FailChangeAfter(2, ErrorNumber::DiskFull);
     Messages.Expect(problem, MessageAnswer::Cancel);
     Press("BtnOk");
-    EXPECT_TRUE(State.DataFileSelected && HasRun("drive-R001") && IsLogAsBefore());
+    EXPECT_TRUE(IsAccepted() && HasRun("drive-R001") && IsLogAsBefore());
 
     OpenObd(WithGap);
     FillGap();
@@ -381,10 +365,10 @@ TEST_F(LogReviewTest, CancelAsksBeforeChangesAreLostAndWritesNothing) {
     Press("btnDeleteRow");
     Messages.Expect(Discard, MessageAnswer::No);
     Press("BtnCancel");
-    EXPECT_TRUE(Window->isVisible() && State.DataFileSelected);
+    EXPECT_TRUE(Window->isVisible());
     Messages.Expect(Discard, MessageAnswer::Yes);
     PressKey(Qt::Key_Escape);
-    EXPECT_FALSE(Window->isVisible() || State.DataFileSelected);
+    EXPECT_FALSE(Window->isVisible() || IsAccepted());
     EXPECT_TRUE(IsLogAsBefore());
     EXPECT_THAT(Files.AllFiles(), ElementsAre(LogPath));
 

@@ -48,7 +48,9 @@ protected:
         return ValuesOf(Made(LogOf(LogKind::GpsLaptop, rows)));
     }
     std::vector<std::string> Written(const FieldLog& log, const NamesOfRuns& replaced = {}) {
-        return WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings, replaced);
+        const auto written = WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings, replaced);
+        EXPECT_EQ(written.value().LeftOut, RunsTooLong(log));
+        return written->Names;
     }
     RunRecord Stored(const char* name) { return ReadRun(Program.Files, std::string("/start/Temp/") + name).Run; }
 
@@ -150,7 +152,8 @@ TEST_F(LogRunsTest, ReplacesRunsMadeBeforeOnDemand) {
 TEST_F(LogRunsTest, LeavesOutARunThatIsTooLong) {
     const FieldLog log = LogOf(
         LogKind::GpsLaptop, {{0, 1, 0, 0, 0, 1}, {32767, 1, 0, 0, 0, 1}, {0, 1, 0, 0, 0, 2}, {32766, 1, 0, 0, 0, 2}});
-    EXPECT_ERROR(Overflow, Written(log));
+    EXPECT_EQ(RunsTooLong(log).size(), 1u);
+    EXPECT_THAT(Written(log), ElementsAre("Trip-R002"));
     EXPECT_THAT(Program.Files.AllFiles(), ElementsAre("/start/Temp/Trip-R002.rd2"));
     EXPECT_EQ(Stored("Trip-R002.rd2").Header.SampleCount, 32767);
 }

@@ -74,7 +74,10 @@ protected:
     Table& Grid() { return *Window->findChild<Table*>(); }
     void ClickLog(int row) { ClickCell(Grid(), row, 0); }
     std::vector<std::string> Logs() { return Rows(*Window, Grid().objectName().toLatin1()); }
-    std::string Chosen() const { return State.SelectedDataFolder + State.SelectedDataFile + State.SelectedDataExt; }
+    std::string Chosen() const {
+        const LogChoice& log = Window->Choice();
+        return log.Folder + log.File + log.Extension;
+    }
 };
 
 TEST_F(LogSelectTest, EachKindHasItsScreen) {
@@ -93,8 +96,6 @@ TEST_F(LogSelectTest, EachKindHasItsScreen) {
          ".txt"}};
     for (const auto& [kind, screen, extension] : screens) {
         SCOPED_TRACE(screen);
-        State.SelectedDataFile = "of another time";
-        State.SelectedDataIsPdb = true;
         if (kind == GpsHandheld || kind == ObdHandheld) ExpectOffer(kind == GpsHandheld ? "Roampad" : "Revpad");
         OpenList(kind);
         const auto& tree = *Window->findChild<FolderTree*>();
@@ -106,9 +107,8 @@ TEST_F(LogSelectTest, EachKindHasItsScreen) {
         Press("cmdHelp");
         EXPECT_EQ(std::exchange(DesktopServices.Opened, {}).back(), "/program/VANTOR.HLP#62");
         Press("BtnSelect");  // of no log at all
-        EXPECT_TRUE(State.DataFileSelected);
+        EXPECT_TRUE(IsAccepted());
         EXPECT_EQ(Chosen(), FieldData + extension);
-        EXPECT_FALSE(State.SelectedDataIsPdb);
     }
 }
 
@@ -136,13 +136,11 @@ TEST_F(LogSelectTest, ChoosesByButtonEnterAndDoubleClick) {
     Put(" a.odf", Prefix(2) + ObdHeader());
     Put("b.od2", Prefix(2) + ObdHeader());
     const auto chosenBy = [&](int row, const std::function<void()>& act) {
-        State.DataFileSelected = false;
         OpenList(ObdLaptop);
         Grid().sortByColumn(0, Qt::DescendingOrder);
         ClickLog(row);
         act();
         EXPECT_TRUE(IsAccepted());
-        EXPECT_TRUE(State.DataFileSelected);
         return Chosen();
     };
     EXPECT_EQ(chosenBy(1, [&] { Press("BtnSelect"); }), FieldData + "a.odf");
@@ -168,7 +166,6 @@ TEST_F(LogSelectTest, ListsHandheldDatabases) {
     ClickLog(2);
     Press("BtnSelect");
     EXPECT_EQ(Chosen(), FieldData + "GPSData.pdb");
-    EXPECT_TRUE(State.SelectedDataIsPdb);
 
     Databases.Table = "OBDData";
     ExpectOffer("Revpad");
@@ -210,7 +207,7 @@ TEST_F(LogSelectTest, TheWaitAfterTheCopyEndsWithTheScreen) {
     LogSelect form(Context, GpsHandheld);
     QTimer::singleShot(50, &form, [&] { QTest::keyClick(&form, Qt::Key_Escape); });
     form.exec();  // the clock stands still
-    EXPECT_FALSE(State.DataFileSelected);
+    EXPECT_EQ(form.result(), QDialog::Rejected);
     EXPECT_FALSE(State.Handheld.ConnectionOpen);
     EXPECT_EQ(form.findChild<Table*>()->rowCount(), 0);
 }
@@ -237,19 +234,18 @@ TEST_F(LogSelectTest, StaysAliveWhileALongLogIsRead) {
         return names;
     };
     EXPECT_THAT(openAnd([](LogSelect& form) { ChooseFolder(form, "Temp"); }), ElementsAre("old"));
-    EXPECT_EQ(State.SelectedDataFolder, "/start/Temp/");
-    State.DataFileSelected = true;
     EXPECT_THAT(openAnd([](LogSelect& form) { QTest::keyClick(&form, Qt::Key_Escape); }), ElementsAre("a"));
-    EXPECT_FALSE(State.DataFileSelected);
-    openAnd([](LogSelect& form) { Click(form, "BtnSelect"); });
-    EXPECT_EQ(State.SelectedDataFile, "a");
+    openAnd([](LogSelect& form) {
+        Click(form, "BtnSelect");
+        EXPECT_EQ(form.Choice().File, "a");
+    });
     EXPECT_THAT(openAnd([](LogSelect& form) { delete &form; }), IsEmpty());
 }
 
 TEST_F(LogSelectTest, OpensWithoutItsFolder) {
     State.Paths.FieldDataPath = "/gone";
     OpenList(Battelle);
-    EXPECT_EQ(State.SelectedDataFolder, "/gone/");
+    EXPECT_EQ(Window->Choice().Folder, "/gone/");
     Files.PutText("/start/Temp/x.txt", "$s\n");
     Window->findChild<FolderTree*>()->expandAll();
     ChooseFolder(*Window, "Temp");

@@ -41,7 +41,8 @@ protected:
     /// What lies in the folder by its name, hidden files too.
     Texts Found() const {
         Texts texts;
-        for (const FileInfo& info : Disk.List(Folder)) texts[info.Name] = info.IsFolder ? "" : ContentsOf(At(info.Name));
+        for (const FileInfo& info : Disk.List(Folder))
+            texts[info.Name] = info.IsFolder ? "" : ContentsOf(At(info.Name));
         return texts;
     }
 

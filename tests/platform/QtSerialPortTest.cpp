@@ -243,7 +243,7 @@ TEST_F(Download, KeepsEveryByteAtFullSpeed) {
         });
         EXPECT_TRUE(Closes(120));
         counter.join();
-        EXPECT_TRUE(ContentsOf(At(State.ChosenCounterFileName + ".tdc")) == dump);
+        EXPECT_TRUE(ContentsOf(At(Window->Choice().Name + ".tdc")) == dump);
     }
 }
 
@@ -251,7 +251,6 @@ TEST_F(Download, EveryWayOutOfEveryStageDeletesTheUnfinishedFile) {
     for (const std::string stage : {"Turn on", "Begin d", "Reading"})
         for (const std::string wayOut : {"Setup", "Quit", "Close", "Destroy"}) {
             SCOPED_TRACE(stage + ", " + wayOut);
-            State.CounterFileChosen = wayOut != "Destroy";
             Open();
             if (stage != "Turn on") Begin();
             if (stage == "Reading") {
@@ -269,7 +268,7 @@ TEST_F(Download, EveryWayOutOfEveryStageDeletesTheUnfinishedFile) {
             if (wayOut == "Destroy") Window.reset();
             EXPECT_EQ(Found(), Texts());
             EXPECT_FALSE(Port.IsOpen());
-            EXPECT_FALSE(State.CounterFileChosen);
+            EXPECT_FALSE(Window && IsAccepted());
         }
 }
 

@@ -15,16 +15,10 @@ struct frmStartUpTest : MainStreet<FormScene<frmStartUp>> {
         PutStudy("AM & PM", {});
         State.Paths.LastStudyName = "AM & PM";
     }
-    void OpenAnew() {
-        State.StartUpDone = State.TemporaryRunsMode = false;
-        State.ChosenAtStartUp = StartUpChoice::Exit;
-        Open();
-    }
     void ExpectChosen(StartUpChoice choice) {
         EXPECT_TRUE(Closes());
-        EXPECT_TRUE(State.StartUpDone);
-        EXPECT_EQ(State.ChosenAtStartUp, choice);
-        EXPECT_EQ(State.TemporaryRunsMode, choice == StartUpChoice::ProcessTempRuns);
+        EXPECT_EQ(IsAccepted(), choice != StartUpChoice::None);
+        EXPECT_EQ(Window->Choice(), choice);
     }
 };
 
@@ -36,7 +30,7 @@ TEST_F(frmStartUpTest, EachChoiceIsHandedOver) {
                                "BtnProcessRevlap", "BtnProcessRevpad", "", "", "BtnPreferences", "BtnExit"}) {
         const auto expected = static_cast<StartUpChoice>(choice++);
         if (*button == '\0') continue;
-        OpenAnew();
+        Open();
         EXPECT_EQ(Get<QAbstractButton>("BtnLastStudy").text(), "&Continue with AM && PM");
         Press(button);
         ExpectChosen(expected);
@@ -59,11 +53,11 @@ TEST_F(frmStartUpTest, WorksByKeyboard) {
         {Qt::Key_F, Qt::AltModifier, StartUpChoice::ProcessTempRuns},
         {Qt::Key_Escape, Qt::NoModifier, StartUpChoice::None}};
     for (const auto& [key, modifier, choice] : keys) {
-        OpenAnew();
+        Open();
         PressKey(key, modifier);
         ExpectChosen(choice);
     }
-    OpenAnew();
+    Open();
     EXPECT_TRUE(Get<QWidget>("BtnLastStudy").hasFocus());
     PressKey(Qt::Key_Down);
     PressKey(Qt::Key_Down);

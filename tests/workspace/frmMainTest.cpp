@@ -17,13 +17,12 @@ TEST_F(MainWindow, TheFirstRunOpensThePreferencesThenTheStartUpScreenUntilItIsDo
         EXPECT_FALSE(IsShown("FrStudyDetails"));
         return true;
     };
-    OtherScreens.OnShow["frmStartUp"] = [this] { return State.StartUpDone = OtherScreens.Shown.size() == 3; };
     Open().Start();
     EXPECT_TRUE(IsShown("FrStudyDetails"));
     EXPECT_FALSE(HasFile("/program/VANTOR.bin")) << "the preferences write it, on OK";
     EXPECT_EQ(State.Paths.LastStudyName, "blank");
     Window->Start();
-    EXPECT_THAT(OtherScreens.Shown, ElementsAre("frmPrefs", "frmStartUp", "frmStartUp")) << "starting again is nothing";
+    EXPECT_THAT(OtherScreens.Shown, ElementsAre("frmPrefs", "frmStartUp")) << "starting again is nothing";
 }
 
 TEST_F(MainWindow, WithoutRunsThereIsNoneToDeleteToShowOrToCount) {
@@ -96,11 +95,8 @@ struct Commands : MainWindow {
     }
     /// Those that open after that choice on the start-up screen.
     std::string ShownAfter(StartUpChoice choice) {
-        OtherScreens.OnShow["frmStartUp"] = [=, this] {
-            State.ChosenAtStartUp = choice;
-            State.TemporaryRunsMode = choice == StartUpChoice::ProcessTempRuns;
-            return State.StartUpDone = true;
-        };
+        OtherScreens.StartUp = choice;
+        OtherScreens.OnShow["frmStartUp"] = [] { return true; };
         return ShownBy("mnuFileStartUp").erase(0, std::string_view("frmStartUp ").size());
     }
 };
@@ -136,13 +132,12 @@ TEST_F(Commands, OfLogsGoFromTheSelectionThroughTheReviewToTheUpload) {
         {"mnuFileStartUp", StartUpChoice::ProcessBattelle, "Battelle"}};
     for (const auto& [entry, choice, kind] : chains) {
         const std::string select = "select " + kind, review = "review " + kind;
-        State.GpsObdUpload = false;
         EXPECT_EQ(ShownAfter(choice), select) << "no log was chosen";
-        EXPECT_TRUE(State.GpsObdUpload);
         OtherScreens.OnShow[select] = [] { return true; };
         EXPECT_EQ(ShownAfter(choice), select + " " + review) << "the review was cancelled";
         OtherScreens.OnShow[review] = [] { return true; };
         EXPECT_THAT(ShownBy(entry), EndsWith(select + " " + review + " frmUploadData"));
+        EXPECT_EQ(OtherScreens.Uploads.back().Of, UploadOf::Log);
     }
 }
 
@@ -176,25 +171,18 @@ TEST_F(Commands, OpenTheirScreensAndToolbarSeparatorsSayThatTheyHaveNone) {
 
 TEST_F(Commands, OfCountersGoOnToTheUploadWithAWholeDumpAChosenFileOrTemporaryRuns) {
     Start();
-    State.GpsObdUpload = State.CounterFileChosen = true;
-    EXPECT_EQ(ShownBy("mnuFileReadTDC"), "frmReadTDC");
-    EXPECT_FALSE(State.CounterFileChosen) << "an earlier choice must not be taken for this one";
-    EXPECT_FALSE(State.GpsObdUpload);
+    EXPECT_EQ(ShownBy("mnuReadTDC"), "frmReadTDC");
     OtherScreens.OnShow["frmReadTDC"] = [] { return true; };
-    EXPECT_EQ(ShownBy("mnuFileReadTDC"), "frmReadTDC frmUploadData");
+    EXPECT_EQ(ShownBy("mnuReadTDC"), "frmReadTDC frmUploadData");
+    EXPECT_EQ(OtherScreens.Uploads.back().ToConvert, OtherScreens.CounterFile);
 
-    State.GpsObdUpload = true;
     EXPECT_EQ(ShownBy("mnuFileProcessRuns"), "frmUploadSelectTDC");
-    EXPECT_FALSE(State.GpsObdUpload);
     OtherScreens.OnShow["frmUploadSelectTDC"] = [] { return true; };
     EXPECT_EQ(ShownBy("mnuFileProcessRuns"), "frmUploadSelectTDC frmUploadData");
-    OtherScreens.OnShow["frmUploadData"] = [this] {
-        EXPECT_FALSE(State.CounterFileChosen) << "the file of the last time must not be converted again";
-        EXPECT_TRUE(State.TemporaryRunsMode);
-        return true;
-    };
+    EXPECT_EQ(OtherScreens.Uploads.back().ToConvert, OtherScreens.CounterFile);
     EXPECT_EQ(ShownAfter(StartUpChoice::ProcessTempRuns), "frmUploadData");
-    EXPECT_FALSE(State.TemporaryRunsMode);
+    EXPECT_EQ(OtherScreens.Uploads.back().Of, UploadOf::TemporaryRuns);
+    EXPECT_FALSE(OtherScreens.Uploads.back().ToConvert) << "the file of the last time must not be converted again";
 }
 
 TEST_F(MainWindow, ExportsTheRunListToTheFileThatIsNamed) {

@@ -18,12 +18,10 @@ struct frmPrefsTest : MainStreet<FormScene<frmPrefs>> {
     const std::string RootTold =
         "The Study Group Root Path has been changed. The new path won't go into effect until the next time the "
         "program is run.";
-    std::set<int> Ports{1, 4};
 
     frmPrefsTest() { State.Paths.LastStudyGroupPath = State.Settings.LastStudyGroupPath; }
     void OpenAt(int tab) {
-        Open([this](int port) { return Ports.contains(port); },
-             [](int port) { return "/dev/port" + std::to_string(port); });
+        Open();
         Get<QTabWidget>("tabPrefs").setCurrentIndex(tab);
     }
     /// The record that the settings file holds; nothing without one.
@@ -55,7 +53,7 @@ struct frmPrefsTest : MainStreet<FormScene<frmPrefs>> {
     void ExpectPort(const char* port, bool isRed, const char* tip) {
         auto& ports = Get<QComboBox>("cmbCommPort");
         EXPECT_EQ(ports.currentText(), port);
-        EXPECT_EQ(ports.lineEdit()->palette().color(QPalette::Text) == RedText(QPalette()), isRed);
+        EXPECT_EQ(ports.lineEdit()->palette().color(QPalette::Text) == QColor(Qt::red), isRed);
         EXPECT_EQ(ports.toolTip(), tip);
     }
 };
@@ -249,28 +247,28 @@ TEST_F(frmPrefsTest, WhatCannotBeTakenTakesNothingOver) {
 }
 
 TEST_F(frmPrefsTest, ListsThePortsThatOpenAndShowsAnotherSavedOneInRed) {
-    Ports = {0, 1, 4, 16, 17};
+    Serial.Available = {0, 1, 4, 16, 17};
     State.Settings.CommPort = 3;
     OpenAt(1);
     EXPECT_EQ(ItemsOf(*Window, "cmbCommPort"), (Names{"1", "4", "16"}));
-    ExpectPort("3", true, "This port cannot be opened.");
+    ExpectPort("3", true, "/dev/fake3\nThis port cannot be opened.");
 
     // By keyboard through the list, and back to the saved port.
     auto& ports = Get<QComboBox>("cmbCommPort");
     QTest::keyClick(&ports, Qt::Key_Down);
-    ExpectPort("1", false, "/dev/port1");
+    ExpectPort("1", false, "/dev/fake1");
     QTest::keyClick(&ports, Qt::Key_Down);
-    ExpectPort("4", false, "/dev/port4");
+    ExpectPort("4", false, "/dev/fake4");
     ports.lineEdit()->selectAll();
     QTest::keyClicks(ports.lineEdit(), "3");
-    ExpectPort("3", true, "This port cannot be opened.");
+    ExpectPort("3", true, "/dev/fake3\nThis port cannot be opened.");
     ExpectSaved();
     EXPECT_EQ(State.Settings.CommPort, 3);
 
-    Ports.clear();
+    Serial.Available.clear();
     OpenAt(1);
     EXPECT_THAT(ItemsOf(*Window, "cmbCommPort"), IsEmpty());
-    ExpectPort("3", true, "This port cannot be opened.");
+    ExpectPort("3", true, "/dev/fake3\nThis port cannot be opened.");
 }
 
 }  // namespace
