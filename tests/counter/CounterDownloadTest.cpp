@@ -102,7 +102,8 @@ TEST_F(CounterDownloadTest, HandsTheWholeFileOver) {
     EXPECT_EQ(Download.Finish(), (CounterFileChoice{Native("/start/Field Data Files/"), "!Kestrel-03-14-08-1"}));
     EXPECT_EQ(Serial.Settings, "4800,n,8,1");
     EXPECT_FALSE(Serial.Opened);
-    EXPECT_EQ(std::pair(State.Settings.CommPort, State.Settings.BaudRate), std::pair<std::int16_t, std::int32_t>(3, 4800));
+    EXPECT_EQ(State.Settings.CommPort, 3);
+    EXPECT_EQ(State.Settings.BaudRate, 4800);
     EXPECT_EQ(Download.Finish(), std::nullopt);
     Download.Cancel();
 
