@@ -105,7 +105,7 @@ TEST_F(CounterDownloadTest, HandsTheWholeFileOver) {
     EXPECT_FALSE(Serial.Opened);
     EXPECT_TRUE(State.CounterFileChosen);
     EXPECT_EQ(State.ChosenCounterFileFolder + State.ChosenCounterFileName + ".tdc", First);
-    EXPECT_EQ(std::pair(State.Settings.CommPort, State.Settings.BaudRate), std::pair(3, 4800));
+    EXPECT_EQ(std::tuple(State.Settings.CommPort, State.Settings.BaudRate), std::tuple(3, 4800));
     EXPECT_FALSE(Download.Finish());
     Download.Cancel();
 
