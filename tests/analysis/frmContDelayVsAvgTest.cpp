@@ -26,7 +26,7 @@ protected:
     }
     DelayChartPlot& Plot() { return Get<DelayChartPlot>("picDelayChart"); }
     std::string After(Qt::Key key) {
-        QTest::keyClick(&Plot(), key);
+        PressKey(key);
         return Text("lblReadOut");
     }
     /// The first place of that colour on the plot, from its left.

@@ -99,14 +99,15 @@ protected:
 };
 
 TEST_F(ConvertCounterFileTest, MakesARunOfARecord) {
-    // What the current run holds of an earlier one must not get into the file.
+    // What the current run and the record before hold must not get into the file.
     State.CurrentRun.RunSamples.ResizeTo(9);
     State.CurrentRun.RunSamples[2].Latitude = 30.25;
     State.CurrentRun.Header.Notes = "earlier";
     // Pulses: 12 with key 1, 7 to a node, 255 to a node, 3; 277 x 1.246 = 345.142 ft.
     EXPECT_THAT(
-        Convert("T,017,003,MAINSTNB,0653,031108,01246\r\n012 001,007 128\r\n255 200,003 000\r\n00042\r\n" + DumpEnd),
-        ElementsAre("S017R003-MAINSTNB-1"));
+        Convert(Record("T,001,001", "100 128\r\n") +
+                "T,017,003,MAINSTNB,0653,031108,01246\r\n012 001,007 128\r\n255 200,003 000\r\n00042\r\n" + DumpEnd),
+        ElementsAre("S001R001-SITE0001-1", "S017R003-MAINSTNB-1"));
     EXPECT_EQ(Files.Bytes(Temp + "S017R003-MAINSTNB-1.rd2")->size(), 8448u + 4 * 48);
     const RunRecord run = ReadBack("S017R003-MAINSTNB-1");
     const RunHeader& header = run.Header;

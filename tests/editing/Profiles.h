@@ -53,13 +53,6 @@ inline RunRecord RunWithStop() {
     return RunOf(std::move(values));
 }
 
-/// 10, 20, 30, ... feet a second.
-inline RunRecord RisingRun(int samples) {
-    std::vector<int> values;
-    for (int i = 1; i <= samples; ++i) values.push_back(10 * i);
-    return RunOf(std::move(values));
-}
-
 /// 12 seconds of 10 feet; nodes after 3, 6 and 9, key 12, "Queue", in second 5. Each event record tells its sample.
 inline RunRecord RunWithNodes() {
     RunRecord run = RunOf({10, 10, Node | 10, 10, 0x0C00 | 10, Node | 10, 10, 10, Node | 10, 10, 10, 10});

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Profiles.h"
+#include "editing/DateTexts.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -61,20 +62,30 @@ TEST(RunFileTexts, TextsAsTheyWereShownChangeNothingButTheTwoNames) {
     EXPECT_EQ(WithTexts(damaged, TextsOf(damaged.Header)).Header.RunTime, damaged.Header.RunTime);
 }
 
-TEST(RunFileTexts, ConvertsDatesAndTimes) {
-    Changed given;
-    using Case = std::pair<const char*, Date>;
-    for (const auto& [text, date] : {Case{"12/31/29", DateOf(2029, 12, 31)}, Case{" 2/29/1996 ", DateOf(1996, 2, 29)},
-                                     Case{"1-5-30", DateOf(1930, 1, 5)}})
-        EXPECT_EQ(given.With(&RunFileTexts::RunDate, text).RunDate, date) << text;
-    for (const char* text : {"", "today", "02/30/08", "13/01/08", "3/11", "3/11/08/1", "3//08", "/3/11/08", "1/1/99999",
-                             "1/1/99999999999999999999", "1/1/0099999"})
-        EXPECT_ERROR(TypeMismatch, given.With(&RunFileTexts::RunDate, text)) << text;
-    given = {};
-    for (const auto& [text, time] : {Case{"7:06", TimeOf(7, 6)}, Case{"23:59:59", TimeOf(23, 59, 59)}})
-        EXPECT_EQ(given.With(&RunFileTexts::RunTime, text).RunTime, time) << text;
-    for (const char* text : {"", "7", "24:00", "7:60", "7:05 pm", "7:05:00:00"})
-        EXPECT_ERROR(TypeMismatch, given.With(&RunFileTexts::RunTime, text)) << text;
+/// What both editors of a run make of a text: day or time of day as ISO text, nothing where there is none.
+void ExpectTaken(const char* text, const std::string& iso, bool isDay) {
+    const auto taken = isDay ? DayOfText(text) : ClockOfText(text);
+    EXPECT_EQ(taken ? IsoDateTime(*taken).substr(isDay ? 0 : 11, isDay ? 10 : 8) : "", iso) << text;
+    const auto typed = [&] { return Changed().With(isDay ? &RunFileTexts::RunDate : &RunFileTexts::RunTime, text); };
+    if (taken)
+        EXPECT_EQ(isDay ? typed().RunDate : typed().RunTime, *taken) << text;
+    else
+        EXPECT_ERROR(TypeMismatch, typed()) << text;
+}
+
+TEST(DateTexts, AreTakenInTheirUsualForms) {
+    using Case = std::pair<const char*, const char*>;
+    for (const auto& [text, iso] :
+         {Case{"03/14/08", "2008-03-14"}, Case{" 3-4-1998 ", "1998-03-04"}, Case{"02/29/00", "2000-02-29"},
+          Case{"12/31/29", "2029-12-31"}, Case{"01/01/30", "1930-01-01"}})
+        ExpectTaken(text, iso, true);
+    for (const char* text : {"", "today", "02/29/01", "02/30/08", "13/01/08", "3/11", "3/11/08/1", "3//08", "/3/11/08",
+                             "1/1/99999", "1/1/99999999999999999999", "1/1/0099999"})
+        ExpectTaken(text, "", true);
+    for (const auto& [text, iso] : {Case{"07:45", "07:45:00"}, Case{"7:6", "07:06:00"}, Case{"23:59:59", "23:59:59"}})
+        ExpectTaken(text, iso, false);
+    for (const char* text : {"", "7", "24:00", "7:60", "7:05 pm", "7:05:00:00"}) ExpectTaken(text, "", false);
+    EXPECT_EQ(WeekdayName(DateOf(2008, 3, 14)) + WeekdayName(DateOf(1899, 12, 25)), "FridayMonday");
 }
 
 TEST(RunFileTexts, ConvertsNumbers) {
@@ -114,16 +125,13 @@ TEST(RunFileTexts, FlagsNeedTheirExactText) {
     Changed given;
     for (const char* text : {"before", "After", "", " Before"}) {
         const RunHeader header = given.With(&RunFileTexts::BeforeOrAfter, text);
-        EXPECT_EQ(header.Before, 0) << text;
-        EXPECT_EQ(header.After, -1) << text;
+        EXPECT_EQ(std::tuple(header.Before, header.After), std::tuple(0, -1)) << text;
     }
-    given.Texts.RunType = "primary";
-    EXPECT_EQ(given.Header().HeaderWord1, 0);
-    EXPECT_EQ(given.Header().HeaderWord2, -1);
+    RunHeader header = given.With(&RunFileTexts::RunType, "primary");
+    EXPECT_EQ(std::tuple(header.HeaderWord1, header.HeaderWord2), std::tuple(0, -1));
     given.Run.Header.HeaderWord1 = 0;
-    given.Texts.RunType = "Primary";
-    EXPECT_EQ(given.Header().HeaderWord1, -1);
-    EXPECT_EQ(given.Header().HeaderWord2, 0);
+    header = given.With(&RunFileTexts::RunType, "Primary");
+    EXPECT_EQ(std::tuple(header.HeaderWord1, header.HeaderWord2), std::tuple(-1, 0));
 }
 
 TEST(RunFileTexts, DurationIsTheNumberOfSamples) {
@@ -132,13 +140,11 @@ TEST(RunFileTexts, DurationIsTheNumberOfSamples) {
     for (const auto& [text, count] : {std::pair{"2", 2}, {"0", 0}, {"32767", 32767}}) {
         given.Texts.Duration = text;
         const RunRecord run = WithTexts(given.Run, given.Texts);
-        for (const std::int32_t samples : {std::int32_t{run.Header.Duration}, run.Header.SampleCount,
-                                           run.SampleValues.LastIndex(), run.RunSamples.LastIndex()})
-            EXPECT_EQ(samples, count);
+        EXPECT_EQ(std::tuple(run.Header.Duration, run.Header.SampleCount), std::tuple(count, count));
+        EXPECT_EQ(std::tuple(run.SampleValues.LastIndex(), run.RunSamples.LastIndex()), std::tuple(count, count));
         EXPECT_EQ(run.Header.RunLength, 105) << "nothing is derived anew";
         if (count < 2) continue;
-        EXPECT_EQ(run.SampleValues[2], 20);
-        EXPECT_EQ(run.RunSamples[2].DelayNumber, 4);
+        EXPECT_EQ(std::tuple(run.SampleValues[2], run.RunSamples[2].DelayNumber), std::tuple(20, 4));
     }
     EXPECT_EQ(WithTexts(given.Run, given.Texts).SampleValues[32767], 0);
 }

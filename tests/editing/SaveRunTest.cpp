@@ -60,8 +60,7 @@ TEST_F(SaveRunTest, ARestoredRunHasItsBoundariesAtTheirPlaces) {
     ASSERT_EQ(backups.size(), 1u);
     EXPECT_EQ(backups[0].Header.SampleCount, 6);
     EXPECT_EQ(RestoreRun(State, Files, backups[0], 1).Backup, "A.rd2.bak2");
-    EXPECT_EQ(State.CurrentRun, Before);
-    EXPECT_EQ(OnDisk("A"), Before);
+    for (const RunRecord& run : {State.CurrentRun, OnDisk("A")}) EXPECT_EQ(run, Before);
     EXPECT_EQ(BoundariesOf(Entry()), std::pair(30, 50));
 
     // Of two runs that have nothing in common no boundary can be carried over.
@@ -71,19 +70,6 @@ TEST_F(SaveRunTest, ARestoredRunHasItsBoundariesAtTheirPlaces) {
         "Both boundaries of run A have no place in the samples that are left, so the run does not count any more.\n"
         "Set them again on the speed profile of the run.");
     EXPECT_EQ(BoundariesOf(Entry()), std::pair(0, 0));
-}
-
-TEST_F(SaveRunTest, NewNameFollowsIntoTheStudy) {
-    EXPECT_NE(RunNameProblem(State, Files, "a"), "");
-    EXPECT_EQ(RunNameProblem(State, Files, "B"), "");
-    RunRecord edited = State.CurrentRun;
-    edited.Header.RunName = "B  ";
-    SaveRun(State, Files, edited, {.Entry = 1, .KeepsBackup = true});
-    EXPECT_EQ(Entry().EntryRunName, "B");
-    EXPECT_EQ(State.CurrentStudy.RunNames[1], "B");
-    EXPECT_EQ(Files.Bytes(Group + "A.rd2"), FileBefore);
-    EXPECT_TRUE(Files.Bytes(Group + "B.rd2"));
-    EXPECT_FALSE(Files.Bytes(Group + "B.rd2.bak"));
 }
 
 }  // namespace

@@ -134,31 +134,25 @@ TEST(SensorView, FollowsTheActivePointAndZoomsFromPointsToTheWholeRun) {
     const AppSettings settings = EnglishSettings();
     SensorView view(run, settings);
     view.SetRectangle(RoundArea);
-    EXPECT_EQ(view.Geometry().ScaleStep(), 150);
-    view.Zoom(-1, 550);
-    EXPECT_EQ(view.Geometry().ScaleStep(), 150);
-    view.Zoom(100, 550);  // at second 750
-    EXPECT_EQ(view.Geometry().ScaleStep(), 1);
-    EXPECT_EQ(view.PointAt(550), 750);
-    EXPECT_EQ(view.PointAt(550 + 60), 751);
+    for (const auto& [steps, scale] : {std::pair{0, 150}, {-1, 150}, {100, 1}}) {
+        view.Zoom(steps, 550);  // at second 750
+        EXPECT_EQ(view.Geometry().ScaleStep(), scale);
+    }
+    EXPECT_EQ(std::pair(view.PointAt(550), view.PointAt(550 + 60)), std::pair(750, 751));
     view.SetActivePoint(753);
-    EXPECT_EQ(view.PointAt(550), 750);
-    EXPECT_EQ(view.ZoomAnchor(), 850);
+    EXPECT_EQ(std::pair(view.PointAt(550), view.ZoomAnchor()), std::pair(750, 850.0));
     view.SetActivePoint(1100);
     EXPECT_EQ(view.PointAt(550), 1100);
     view.SetActivePoint(5000);
     EXPECT_EQ(view.ActivePoint(), 1500);
-    EXPECT_EQ(view.PointAt(1050), 1500);
-    EXPECT_EQ(view.PointAt(4000), 1500);
+    for (const double x : {1050, 4000}) EXPECT_EQ(view.PointAt(x), 1500);
     view.ScrollTo(-5);
-    EXPECT_EQ(view.PointAt(0), 1);
-    EXPECT_EQ(view.ZoomAnchor(), 550);
+    EXPECT_EQ(std::pair(view.PointAt(0), view.ZoomAnchor()), std::pair(1, 550.0));
 
     const RunRecord empty = RunOf({});
     SensorView nothing(empty, settings);
     nothing.SetActivePoint(3);
-    EXPECT_EQ(nothing.ActivePoint(), 0);
-    EXPECT_EQ(nothing.PointAt(500), 0);
+    EXPECT_EQ(std::pair(nothing.ActivePoint(), nothing.PointAt(500)), std::pair(0, 0));
 }
 
 }  // namespace

@@ -35,6 +35,8 @@ TEST(ProfileDrag, CountsReleasesOfBoundariesNotDistinctLines) {
     }
 }
 
+RunRecord Rising() { return RunOf({10, 20, 30, 40, 50}); }
+
 class SpeedProfileTest : public testing::Test {
 protected:
     SpeedProfile& Open(RunRecord run) {
@@ -66,7 +68,7 @@ protected:
 };
 
 TEST_F(SpeedProfileTest, TimeModeCountsTheStartSampleTwice) {
-    SpeedProfile& profile = Open(RisingRun(5));
+    SpeedProfile& profile = Open(Rising());
     profile.ToggleAxis();  // 5 seconds a step: 20 pixels a second
     Drag(Start, 40);
     Drag(End, 60);
@@ -74,27 +76,26 @@ TEST_F(SpeedProfileTest, TimeModeCountsTheStartSampleTwice) {
     EXPECT_EQ(BoundariesOf(Entry), std::pair(0, 0));  // until it is computed
     profile.Compute();
     EXPECT_EQ(BoundariesOf(Entry), std::pair(30, 80));
-    EXPECT_EQ(Entry.IdealSpeedCalc, 17);  // (20 + 30) / 2 ft/s = 17.05 mph
-    EXPECT_EQ(Entry.ControlDelay, -1);    // 1 s for 50 ft, 2 s at 25 ft/s
-    EXPECT_EQ(Entry.LOSGrade, "A");
+    // (20 + 30) / 2 ft/s are 17.05 mph; 1 s for 50 ft, 2 s at 25 ft/s.
+    EXPECT_EQ(std::tuple(Entry.IdealSpeedCalc, Entry.ControlDelay, Entry.LOSGrade), std::tuple(17, -1, "A"));
     EXPECT_EQ(profile.ShownIdealSpeed(), 17);
 }
 
 TEST_F(SpeedProfileTest, EndBeyondTheDataIsTheWholeRunHoweverItIsReached) {
     for (const double before : {200.0, 800.0, 1000.0}) {
         Entry = {};
-        SpeedProfile& profile = Open(RisingRun(5));  // 150 ft at 20 ft a step: 5 pixels a foot
+        SpeedProfile& profile = Open(Rising());  // 150 ft at 20 ft a step: 5 pixels a foot
         Drag(Start, 50);
         Drag(End, before);
         profile.Compute();
         Drag(End, 2000);
         EXPECT_EQ(Entry.CDEndDist, 150);
         profile.Compute();
-        EXPECT_EQ(profile.Plot().CDStartSample, 1);
-        EXPECT_EQ(profile.Plot().CDEndSample, 5);  // the last sample is never looked at, so this is the drag's
-        EXPECT_EQ(Entry.ControlDelay, -24);        // 4 s; 140 ft at (10 + 0) / 2 ft/s are 28 s
+        // The last sample is never looked at, so this is the drag's.
+        EXPECT_EQ(std::pair(profile.Plot().CDStartSample, profile.Plot().CDEndSample), std::pair(1, 5));
+        EXPECT_EQ(Entry.ControlDelay, -24);  // 4 s; 140 ft at (10 + 0) / 2 ft/s are 28 s
     }
-    SpeedProfile& profile = Open(RisingRun(5));
+    SpeedProfile& profile = Open(Rising());
     profile.ToggleAxis();
     Drag(End, 5000);
     EXPECT_EQ(profile.Plot().CDEndSample, 5);
@@ -108,9 +109,8 @@ TEST_F(SpeedProfileTest, StartAtTheEdgeIsNotSetAndIdealSpeedStaysInsideThePlot) 
     Drag(Start, -30);
     EXPECT_EQ(Entry.CDStartDist, 0);
     EXPECT_EQ(profile.Boundary(Start), std::nullopt);
-    EXPECT_DOUBLE_EQ(profile.PixelOf(Start), RoundArea.Left);
-    EXPECT_DOUBLE_EQ(profile.PixelOf(End), RoundArea.Right);
-    EXPECT_DOUBLE_EQ(profile.PixelOf(Ideal), RoundArea.Top);
+    EXPECT_EQ(std::tuple(profile.PixelOf(Start), profile.PixelOf(End), profile.PixelOf(Ideal)),
+              std::tuple(RoundArea.Left, RoundArea.Right, RoundArea.Top));
     // 34.1 mph: 40 mph up to the top, 10 pixels each.
     for (const double pixels : {254, 401, -1}) {
         Drag(Ideal, pixels);
@@ -124,14 +124,14 @@ TEST_F(SpeedProfileTest, StartAtTheEdgeIsNotSetAndIdealSpeedStaysInsideThePlot) 
 
 TEST_F(SpeedProfileTest, BoundariesStandOnTheOtherAxisAndALookThereChangesNothing) {
     Entry = EntryWith(25, 75);
-    Open(RisingRun(5));  // 10 30 60 100 150 ft
+    Open(Rising());  // 10 30 60 100 150 ft
     Profile->ToggleAxis();
     EXPECT_EQ(Boundaries(), Places(2, 3));  // 30 + 20 + 30
     Profile->ToggleAxis();
     EXPECT_EQ(BoundariesOf(Entry), std::pair(25, 75));
 
     Entry = {};
-    Open(RisingRun(5));
+    Open(Rising());
     Profile->ToggleAxis();
     Drag(Start, 20);
     Profile->ToggleAxis();
@@ -162,14 +162,14 @@ TEST_F(SpeedProfileTest, TheNearestLineIsGrabbed) {
 
 TEST_F(SpeedProfileTest, StepsBeginWhereALineWaits) {
     Open(RunWithStop());
-    const auto stepped = [this](ProfileLine line, double units) {
+    using Case = std::tuple<ProfileLine, double, StudyRunEntry>;
+    for (const auto& [line, units, entry] :
+         {Case{Start, 100, EntryWith(100, 0)}, Case{Start, -101, EntryWith(0, 0)}, Case{End, -1, EntryWith(0, 8999)},
+          Case{End, 100, EntryWith(0, 9000)}, Case{Ideal, -5, EntryWith(0, 9000, 35)},
+          Case{Ideal, -50, EntryWith(0, 9000, 0)}}) {
         Step(line, units);
-        return line == Start ? Entry.CDStartDist : line == End ? Entry.CDEndDist : Entry.IdealSpeedUser;
-    };
-    using Case = std::tuple<ProfileLine, double, std::int32_t>;
-    for (const auto& [line, units, place] : {Case{Start, 100, 100}, Case{Start, -101, 0}, Case{End, -1, 8999},
-                                             Case{End, 100, 9000}, Case{Ideal, -5, 35}, Case{Ideal, -50, 0}})
-        EXPECT_EQ(stepped(line, units), place) << units;
+        EXPECT_EQ(Entry, entry) << units;
+    }
     Profile->SetIdealSpeedUser(998);
     Step(Ideal, 5);
     EXPECT_EQ(Entry.IdealSpeedUser, 999);
@@ -181,11 +181,9 @@ TEST_F(SpeedProfileTest, MetricStepsAreMetresAndKilometresPerHour) {
     Entry = EntryWith(100, 0, 42);  // 30.47 m
     SpeedProfile& profile = Open(RunWithStop());
     Step(Start, 1);
-    EXPECT_EQ(Entry.CDStartDist, 103);
-    EXPECT_EQ(profile.ShownBoundary(Start), 31);
+    EXPECT_EQ(std::pair(Entry.CDStartDist, profile.ShownBoundary(Start).value()), std::pair(103, 31));
     Step(Ideal, 1);  // 67.6 + 1 km/h = 42.6 mph
-    EXPECT_EQ(Entry.IdealSpeedUser, 43);
-    EXPECT_EQ(profile.ShownIdealSpeed(), 69);
+    EXPECT_EQ(std::pair(Entry.IdealSpeedUser, profile.ShownIdealSpeed().value()), std::pair(43, 69));
 }
 
 TEST_F(SpeedProfileTest, DamagedEntryIsShownWithoutHarm) {

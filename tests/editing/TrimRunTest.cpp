@@ -10,7 +10,6 @@
 namespace vantor {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 TEST(CutRun, NamesStayWithTheirNodes) {
@@ -27,13 +26,10 @@ TEST(CutRun, EverythingDerivedIsDecodedAnew) {
     const RunRecord run = RunWithNodes();
     const RunRecord cut = CutRun(run, 5, 10);
     const RunHeader& header = cut.Header;
-    EXPECT_THAT((std::array{header.SampleCount, std::int32_t{header.Duration}, header.RunLength}),
-                ElementsAre(6, 6, 60));
-    EXPECT_EQ(header.NumberOfSections, 4);
-    EXPECT_THAT((std::array{header.SectionDist[1], header.SectionDist[2], header.SectionDist[3]}),
-                ElementsAre(20, 30, 10));
-    EXPECT_EQ(cut.RunSamples.size(), 6u);
-    EXPECT_EQ(cut.RunSamples[1].Speed, 5.0F);
+    EXPECT_EQ(std::tuple(header.SampleCount, header.Duration, header.RunLength, header.NumberOfSections),
+              std::tuple(6, 6, 60, 4));
+    EXPECT_EQ(std::tuple(header.SectionDist[1], header.SectionDist[2], header.SectionDist[3]), std::tuple(20, 30, 10));
+    EXPECT_EQ(std::tuple(cut.RunSamples.size(), cut.RunSamples[1].Speed), std::tuple(6u, 5.0F));
     EXPECT_TRUE(HasNode(cut.SampleValues[2]));
     EXPECT_EQ(IsoDateTime(header.RunTime).substr(11), "07:59:59");
     EXPECT_EQ(CutRun(run, 1, 12), run);

@@ -49,12 +49,10 @@ TEST_F(frmEditRunFileTest, SavesTheTexts) {
     EXPECT_TRUE(IsAccepted());
     const RunRecord stored = OnDisk("A");
     EXPECT_EQ(stored, State.CurrentRun);
-    EXPECT_EQ(stored.Header.CalConstant, 1100);
-    EXPECT_EQ(stored.Header.After, -1);
-    EXPECT_EQ(NamesOf(stored.Header, 2), "[Start]|Oak St");
-    EXPECT_EQ(stored.Header.Notes, "Wet road");
+    EXPECT_EQ(std::tuple(stored.Header.CalConstant, stored.Header.After, stored.SampleValues.LastIndex()),
+              std::tuple(1100, -1, 4));
+    EXPECT_EQ(NamesOf(stored.Header, 2) + stored.Header.Notes, "[Start]|Oak StWet road");
     EXPECT_EQ(stored.Header.RunTime, TimeOf(7, 5, 42)) << "its seconds are not shown, but kept";
-    EXPECT_EQ(stored.SampleValues.LastIndex(), 4);
     EXPECT_EQ(Backup(), FileBefore);
 
     // The longer run's copy outlives a save that changes no sample.
@@ -81,12 +79,12 @@ TEST_F(frmEditRunFileTest, AWrongTextStoresNothing) {
     PressTold("RunDetailsSave", "Run-time error '61':\nDisk full\n\n" + Group + "A.rd2.bak");
     EXPECT_TRUE(Window->isVisible());
     ExpectNothingStored();
-    TypeInto("RunName", "12345678901234567890123456789012345");
+    TypeInto("RunName", "C ");
     Press("RunDetailsSave");
-    const std::string name = "12345678901234567890123456789012";
-    EXPECT_EQ(OnDisk(name).Header.RunNumber, 9);
-    EXPECT_EQ(State.CurrentStudy.RunNames[1], name);
+    EXPECT_EQ(OnDisk("C").Header.RunNumber, 9);
+    EXPECT_EQ(RunFileName(Entry()) + State.CurrentStudy.RunNames[1], "CC");
     EXPECT_EQ(Files.Bytes(Group + "A.rd2"), FileBefore);
+    EXPECT_FALSE(Files.Bytes(Group + "C.rd2.bak"));
 }
 
 TEST_F(frmEditRunFileTest, AsksBeforeTypedTextsAreLost) {

@@ -147,6 +147,11 @@ TEST_F(LogReviewTest, SortsByValueAndBackToTheOrderOfTheLog) {
     EXPECT_THAT(Runs(), ElementsAre("1", "1", "1", "2")) << "equal ones in the order of the log";
     ClickHead(Grid(), SpeedColumn);
     EXPECT_THAT(Speeds(), ElementsAre("9.0", "100.0", "30.0", "9.0"));
+    ClickHead(Grid(), SpeedColumn);
+    Window->close();
+    OpenObd({3, 2, 1, 0, 0});
+    EXPECT_THAT(Speeds(), ElementsAre("3.0", "2.0", "1.0", "0.0", "0.0")) << "opens so whatever was remembered";
+    EXPECT_EQ(Grid().rowHeight(4), Grid().rowHeight(0));
 }
 
 TEST_F(LogReviewTest, WhatIsDoneInASortedGridGoesByTheOrderOfTheLog) {
@@ -161,15 +166,6 @@ TEST_F(LogReviewTest, WhatIsDoneInASortedGridGoesByTheOrderOfTheLog) {
     EXPECT_THAT(Speeds(), ElementsAre("30.0", "35.0", "40.0", "50.0"));
     Press("BtnOk");
     EXPECT_THAT(WrittenSpeeds(), ElementsAre(50, 40, 35, 30));
-}
-
-TEST_F(LogReviewTest, OpensInTheOrderOfTheLogWhateverWasRemembered) {
-    OpenObd({30, 20, 10});
-    ClickHead(Grid(), SpeedColumn);
-    Window->close();
-    OpenObd({3, 2, 1, 0});
-    EXPECT_THAT(Speeds(), ElementsAre("3.0", "2.0", "1.0", "0.0"));
-    EXPECT_EQ(Grid().rowHeight(3), Grid().rowHeight(0));
 }
 
 TEST_F(LogReviewTest, ListsGapsAndFillsThemOtherwise) {

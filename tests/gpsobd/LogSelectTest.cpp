@@ -59,10 +59,6 @@ protected:
         // A table can be sorted when it is filled.
         EXPECT_TRUE(QTest::qWaitFor([&] { return form.findChild<Table*>()->isSortingEnabled(); }));
     }
-    static void ChooseFolder(LogSelect& form, const char* name) {
-        auto& tree = *form.findChild<FolderTree*>();
-        tree.setCurrentItem(tree.findItems(QLatin1String(name), Qt::MatchExactly | Qt::MatchRecursive).front());
-    }
     void Put(const std::string& name, const std::string& bytes) { Files.PutText(FieldData + name, bytes); }
     void ExpectOffer(const std::string& program, MessageAnswer answer = MessageAnswer::No) {
         Messages.Expect("If you wish to have Vantor copy \n" + program +
@@ -233,7 +229,7 @@ TEST_F(LogSelectTest, StaysAliveWhileALongLogIsRead) {
         delete alive;
         return names;
     };
-    EXPECT_THAT(openAnd([](LogSelect& form) { ChooseFolder(form, "Temp"); }), ElementsAre("old"));
+    EXPECT_THAT(openAnd([](LogSelect& form) { ClickFolder(form, "treGPSPath", "Temp"); }), ElementsAre("old"));
     EXPECT_THAT(openAnd([](LogSelect& form) { QTest::keyClick(&form, Qt::Key_Escape); }), ElementsAre("a"));
     openAnd([](LogSelect& form) {
         Click(form, "BtnSelect");
@@ -248,7 +244,7 @@ TEST_F(LogSelectTest, OpensWithoutItsFolder) {
     EXPECT_EQ(Window->Choice().Folder, "/gone/");
     Files.PutText("/start/Temp/x.txt", "$s\n");
     Window->findChild<FolderTree*>()->expandAll();
-    ChooseFolder(*Window, "Temp");
+    ClickFolder(*Window, "treBatelleGPSPath", "Temp");
     WaitForLogs(*Window);
     EXPECT_THAT(Logs(), ElementsAre("x|||1"));
 }

@@ -161,6 +161,7 @@ TEST(ReviewGrid, LeavesTheSpeedsOfGpsLogsAlone) {
     for (const LogKind kind : {LogKind::GpsLaptop, LogKind::GpsHandheld, LogKind::Battelle}) {
         log.Kind = kind;
         ReviewGrid grid(log);
+        EXPECT_EQ(grid.Column(ReviewLayoutOf(kind).RepairColumn).Caption, "Date");
         CalculateIn(grid, 2);
         EXPECT_TRUE(grid.FindAndFixAll(GoOn));
         EXPECT_EQ(grid.Text(2, Speed), "-1");
