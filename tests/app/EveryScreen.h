@@ -154,7 +154,7 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmReportPreview", Opens<frmReportPreview>()},
         {"frmReadTDC", Opens<frmReadTDC>()},
         {"frmUploadSelectTDC", Opens<frmUploadSelectTDC>()},
-        {"frmUploadData", Opens<frmUploadData>(Upload{UploadOf::Log, std::nullopt}), false},
+        {"frmUploadData", Opens<frmUploadData>(), false},
         {"frmUploadRunList", Opens<frmUploadRunList>(std::string("Main Street"))},
         {"frmDeleteTempRuns", Opens<frmDeleteTempRuns>()},
         {"frmDeleteTDCFiles", Opens<frmDeleteTDCFiles>()},

@@ -110,19 +110,20 @@ TEST(Date, IsReadInItsUsualForms) {
     using Case = std::pair<const char*, const char*>;
     for (const auto& [text, iso] :
          {Case{"03/14/08", "2008-03-14"}, Case{" 3-4-1998 ", "1998-03-04"}, Case{"02/29/00", "2000-02-29"},
-          Case{"01/01/30", "1930-01-01"}, Case{"02/29/01", ""}, Case{"13/01/08", ""}, Case{"03/14", ""}, Case{"", ""},
-          Case{"3//08", ""}, Case{"03/14/08/1", ""}, Case{"1/1/99999999999", ""}}) {
+          Case{"12/31/29", "2029-12-31"}, Case{"01/01/30", "1930-01-01"}, Case{"02/29/01", ""}, Case{"13/01/08", ""},
+          Case{"3/11", ""}, Case{"3/11/08/1", ""}, Case{"3//08", ""}, Case{"/3/11/08", ""}, Case{"today", ""},
+          Case{"1/1/99999", ""}, Case{"1/1/99999999999999999999", ""}, Case{"", ""}}) {
         const auto date = DayOfText(text);
         EXPECT_EQ(date ? IsoDateTime(*date).substr(0, 10) : "", iso) << text;
     }
-    for (const auto& [text, iso] : {Case{"07:45", "07:45:00"}, Case{"7:5", "07:05:00"}, Case{"23:59:59", "23:59:59"},
-                                    Case{"24:00", ""}, Case{"7", ""}, Case{"7:60", ""}, Case{"7:00 pm", ""}}) {
+    for (const auto& [text, iso] :
+         {Case{"07:45", "07:45:00"}, Case{"7:6", "07:06:00"}, Case{"23:59:59", "23:59:59"}, Case{"24:00", ""},
+          Case{"7", ""}, Case{"7:60", ""}, Case{"7:05 pm", ""}, Case{"7:05:00:00", ""}, Case{"", ""}}) {
         const auto time = ClockOfText(text);
         EXPECT_EQ(time ? IsoDateTime(*time).substr(11) : "", iso) << text;
     }
     EXPECT_TRUE(!DayOfText("3-4-98", "/") && DayOfText("3/4/98", "/"));
-    EXPECT_EQ(WeekdayName(DateOf(2008, 3, 14)), "Friday");
-    EXPECT_EQ(WeekdayName(DateOf(1899, 12, 25)), "Monday");
+    EXPECT_EQ(WeekdayName(DateOf(2008, 3, 14)) + WeekdayName(DateOf(1899, 12, 25)), "FridayMonday");
 }
 
 TEST(Numeric, ReadsOnlyTextsThatAreNumbersAsAWhole) {
