@@ -5,8 +5,8 @@
     scripts/mutants.sh --replay FILE [--out FILE]
 
 Takes `count` places (60) of the .cpp files of rules and screens whose path holds TEXT, picked by the seed (1). Each
-fault is one comparison, logical operator, sign, constant or statement. The test programs of the file's own folder are
-built and run; a fault that does not build is left out. All happens in a copy under build/mutants: the sources here are
+fault is one comparison, logical operator, sign, constant or statement. The test programs of the file's own folder, and
+for a screen the one of all screens, are built and run; a fault that does not build is left out. All happens in a copy under build/mutants: the sources here are
 not touched. FILE gets a line a fault, as JSON, which --replay plants again at the same places: the sources must be the
 same then, the tests may be others. Prints what survives; exit status 0 when every fault was planted."""
 
@@ -73,13 +73,14 @@ def sources(only):
 
 
 def programs_of(path):
-    """The test programs of the folder that a source lies in: those of its rules, and those of its screens alone for a
-    screen."""
+    """The test programs of the folder that a source lies in: those of its rules, and those of its screens alone, with
+    the one of all screens, for a screen."""
     parts = Path(path).parts
     listed = (ROOT / "tests" / parts[1] / "CMakeLists.txt").read_text()
     programs = re.findall(r"^vantor_test\((\w+)( FORMS)?", listed, re.MULTILINE)
     is_screen = "forms" in parts
-    return [name for name, forms in programs if forms or not is_screen]
+    own = [name for name, forms in programs if forms or not is_screen]
+    return [*own, "screen_tests"] if is_screen else own
 
 
 def run(command, **options):
@@ -101,6 +102,26 @@ def prepare():
     run(["cmake", "-G", "Ninja", "-S", TREE, "-B", BUILD, "-DCMAKE_BUILD_TYPE="], check=True)
 
 
+def passes(program):
+    """True when a test program finds no fault. The texts of screens are those of the size that ctest gives."""
+    platform = "offscreen"
+    only = []
+    if program == "screen_tests":
+        platform += f":configfile={BUILD}/tests/app/screen-desktop_100.json"
+        only = ["--gtest_filter=-*ScreenLayoutTest*"]
+    environment = {**os.environ, "QT_QPA_PLATFORM": platform}
+    try:
+        return run([BUILD / "bin" / program, *only], env=environment, timeout=LONGEST_RUN).returncode == 0
+    except subprocess.TimeoutExpired:
+        return False
+
+
+def unsound(programs):
+    """The test programs that do not build or that find a fault where none was planted."""
+    run(["cmake", "--build", BUILD, "--target", *programs])
+    return [program for program in programs if not (BUILD / "bin" / program).exists() or not passes(program)]
+
+
 def verdict(mutant):
     path, line, column, _, old, new = mutant
     target = TREE / path
@@ -113,13 +134,8 @@ def verdict(mutant):
     try:
         if run(["cmake", "--build", BUILD, "--target", *programs]).returncode != 0:
             return "does not build"
-        environment = {**os.environ, "QT_QPA_PLATFORM": "offscreen"}
-        for program in programs:
-            try:
-                if run([BUILD / "bin" / program], env=environment, timeout=LONGEST_RUN).returncode != 0:
-                    return "seen"
-            except subprocess.TimeoutExpired:
-                return "seen"
+        if not all(passes(program) for program in programs):
+            return "seen"
         return "survives"
     finally:
         target.write_text(sound)
@@ -141,6 +157,10 @@ def main():
         mutants = random.Random(arguments.seed).sample(places, min(arguments.count, len(places)))
         print(f"seed {arguments.seed}: {len(mutants)} of {len(places)} places", flush=True)
     prepare()
+    programs = sorted({program for path, *_ in mutants for program in programs_of(path)})
+    if failing := unsound(programs):
+        print(f"without a fault planted: {', '.join(failing)} failed")
+        return 1
     counts = {}
     with open(arguments.out or os.devnull, "w") as out:
         for mutant in sorted(mutants):

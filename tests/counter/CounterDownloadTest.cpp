@@ -132,12 +132,9 @@ TEST_F(CounterDownloadTest, LostDataEndsTheApplicationWithoutAFile) {
         for (const char* received : {"", "T,001,0"}) {
             Download.Begin();
             Serial.Send(received);
-            try {
-                Serial.Raise(loss);
-                ADD_FAILURE() << "the application goes on";
-            } catch (const ApplicationEnded& ended) {
-                EXPECT_EQ(ended.Fault.File, First);
-            }
+            EXPECT_THAT([&] { Serial.Raise(loss); },
+                        testing::Throws<ApplicationEnded>(
+                            testing::Field(&ApplicationEnded::Fault, testing::Field(&FatalFormatFault::File, First))));
             ExpectNothingLeft();
         }
     Download.Begin();
@@ -145,13 +142,18 @@ TEST_F(CounterDownloadTest, LostDataEndsTheApplicationWithoutAFile) {
     EXPECT_THROW(Serial.Raise(SerialEvent::Overrun), ApplicationEnded) << "the file cannot be deleted";
 }
 
-TEST_F(CounterDownloadTest, ADeviceThatIsGoneCancels) {
+TEST_F(CounterDownloadTest, ADeviceThatIsGoneOrAFullDiskCancels) {
     for (const char* received : {"", "T,001"}) {
         Download.Begin();
         Serial.Send(received);
         EXPECT_ERROR(DeviceIoError, Serial.Unplug());
         ExpectNothingLeft();
     }
+    Download.Begin();
+    Serial.Send(DumpEnd);
+    Files.FailChangeAfter(0, ErrorNumber::DiskFull);
+    EXPECT_ERROR(DiskFull, Download.Finish());
+    ExpectNothingLeft();
     Download.Begin();
     Serial.Send("T,001" + DumpEnd);
     Serial.Unplug();

@@ -6,14 +6,11 @@
 namespace vantor {
 namespace {
 
-/// A run of 60 ft, its boundaries at 20 and 50 ft.
+/// A run of 60 ft.
 class SaveRunTest : public RunScene<ProgramScene> {
 protected:
-    SaveRunTest() : RunScene(RunOf({10, 10, 10, 10, 10, 10})) {
-        Entry().ControlDelay = 77;
-        SetBoundaries(20, 50);
-    }
-    /// The run as it is now with other values.
+    SaveRunTest() : RunScene(RunOf({10, 10, 10, 10, 10, 10})) {}
+    /// The run with other values.
     RunRecord Edited(std::vector<int> values) {
         RunRecord edited = RunOf(std::move(values));
         edited.Header.RunName = "A";
@@ -21,13 +18,15 @@ protected:
     }
 };
 
-TEST_F(SaveRunTest, ChangedSamplesMoveBoundariesAndComputeAnew) {
+TEST_F(SaveRunTest, ChangedSamplesMoveBoundariesAndComputeAnewAndKeepTheFileThatWasThere) {
     using Case = std::tuple<std::vector<int>, std::int32_t, std::pair<int, int>>;
     for (const auto& [values, cut, boundaries] :
          {Case{{10, 10, 10, 10, 10}, 10, {10, 40}},
           Case{{10, 10, 10}, 20, {0, 30}},  // 20 ft are cut, and the 10 ft of second 1 count twice
-          Case{{10, 10, 10}, 30, {0, 20}}, Case{{10, 10, 10, 10}, 0, {20, 0}}, Case{{0, 0, 0, 0}, 0, {0, 0}}}) {
+          Case{{10, 10, 10}, 30, {0, 20}}, Case{{10, 10, 10, 10}, 0, {20, 0}}, Case{{0, 0, 0, 0}, 0, {0, 0}},
+          Case{{10, 10, 40, 10, 10, 10}, 0, {20, 50}}}) {
         SetBoundaries(20, 50);
+        Entry().ControlDelay = 77;
         State.CurrentRun = Before;
         RunRecord edited = Edited(values);
         edited.Header.RunLength = 60;  // as it may be typed
@@ -35,15 +34,10 @@ TEST_F(SaveRunTest, ChangedSamplesMoveBoundariesAndComputeAnew) {
         EXPECT_EQ(BoundariesOf(Entry()), boundaries);
         EXPECT_FALSE(State.StudyUnchanged);
     }
-    EXPECT_NE(Entry().ControlDelay, 77);
-}
-
-TEST_F(SaveRunTest, KeepsTheFileThatWasThere) {
-    SaveRun(State, Files, Edited({10, 10, 40, 10, 10, 10}), {.Entry = 1, .KeepsBackup = true});
-    EXPECT_EQ(Backup(), FileBefore);
-    EXPECT_EQ(OnDisk("A").SampleValues[3], 40);
     // 10 + 10, + 10 + 40: sample 2 to 3 is 1 s; 30 ft at (10 + 40) / 2 ft/s are 1.2 s.
     EXPECT_EQ(Entry().ControlDelay, 0);
+    EXPECT_EQ(OnDisk("A").SampleValues[3], 40);
+    EXPECT_EQ(Backup(), FileBefore);
 }
 
 TEST_F(SaveRunTest, ARestoredRunHasItsBoundariesAtTheirPlaces) {

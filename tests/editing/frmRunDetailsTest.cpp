@@ -235,10 +235,8 @@ TEST_F(frmRunDetailsTest, OddRunsOpenAndAreUnchanged) {
         EXPECT_EQ(std::pair(IsEnabled("BtnShowPlot"), IsEnabled("BtnEditRunData")), std::pair(false, samples > 0));
         EXPECT_TRUE(Window->close());
     }
-    State.CurrentRun = RunOf(std::vector<int>(10, 200));
-    Open(0);
-    EXPECT_EQ(Text("RunDetailsLength"), "609 m");
-    EXPECT_THAT(Nodes(), ElementsAre("1||0|0 m", "2||10|609 m"));
+    // 400 * 255 = 102000 ft, at 1609 m a mile.
+    EXPECT_EQ(Text("RunDetailsLength") + ", " + Nodes().back(), "31083 m, 402||400|31083 m");
 }
 
 }  // namespace
