@@ -8,11 +8,13 @@
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QTabWidget>
 #include <QTextBrowser>
 #include <QTextEdit>
 #include <QTreeWidget>
 #include <cstdlib>
+#include <map>
 
 #include "EveryScreen.h"
 #include "core/forms/Named.h"
@@ -144,7 +146,26 @@ private:
     }
 };
 
-std::string Joined(const QStringList& lines) { return FromQt(lines.join(QLatin1Char('\n'))) + "\n"; }
+/// The lines; of those of a control array that differ in its index alone the first, with their number.
+std::string Joined(const QStringList& lines) {
+    static const QRegularExpression index(QStringLiteral("^[^=;]*\\w\\((\\d+)\\)"));
+    QStringList kinds, shown;
+    std::map<QString, int> count;
+    for (const QString& line : lines) {
+        const auto match = index.match(line);
+        QString kind = line;
+        if (match.hasMatch()) {
+            const QRegularExpression number(QStringLiteral("\\b%1\\b").arg(match.captured(1)));
+            kind = match.captured(0).replace(number, QStringLiteral("#")) + line.mid(match.capturedEnd(0));
+        }
+        if (match.hasMatch() && count[kind]++ > 0) continue;
+        kinds += kind;
+        shown += line;
+    }
+    for (int i = 0; i < shown.size(); ++i)
+        if (count[kinds[i]] > 1) shown[i] += QStringLiteral("; %1 of this kind").arg(count[kinds[i]]);
+    return FromQt(shown.join(QLatin1Char('\n'))) + "\n";
+}
 
 QStringList TextOfOpened(const ScreenCase& screen, bool isFilled, QString* help) {
     ShownProgram program(isFilled);
