@@ -126,6 +126,9 @@ inline std::function<std::shared_ptr<QWidget>(ShownProgram&)> Reviews(LogKind ki
     };
 }
 
+/// What stands before the control that takes the keys, in the first line of a screen's page of text.
+inline const QString FocusMark = QStringLiteral("; keys to ");
+
 /// Every screen of the program.
 inline std::vector<ScreenCase> EveryScreen() {
     const auto main = [](ShownProgram& program) {

@@ -5,12 +5,16 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QScreen>
+#include <QScrollArea>
 #include <QTabWidget>
 #include <QTest>
 #include <QToolTip>
+#include <QVBoxLayout>
 
 #include "EveryScreen.h"
 #include "core/forms/Named.h"
+#include "core/forms/WindowLayout.h"
+#include "fakes/Clicks.h"
 #include "fakes/PutFiles.h"
 
 namespace vantor {
@@ -75,6 +79,19 @@ TEST_P(ScreenLayoutTest, IsWholeAtEveryStart) {
         if (start == std::string("second")) window->setGeometry(4000, 3000, 3800, 2100);
         window->hide();
     }
+}
+
+TEST(ScreenLayout, AWindowThatComesToScrollKeepsItsKeys) {
+    QDialog window;
+    auto* column = new QVBoxLayout(&window);
+    for (const char* name : {"first", "second"}) column->addWidget(Named<QLineEdit>(&window, name));
+    Find<QLineEdit>(window, "first").setMinimumWidth(5000);
+    Find<QLineEdit>(window, "second").setFocus();
+    FitToScreen(window);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    EXPECT_NE(window.findChild<QScrollArea*>(), nullptr);
+    EXPECT_TRUE(Find<QLineEdit>(window, "second").hasFocus());
 }
 
 /// Drags the edge of a column of the run list.

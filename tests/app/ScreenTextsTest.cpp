@@ -173,6 +173,7 @@ QStringList TextOfOpened(const ScreenCase& screen, bool isFilled, QString* help)
     window->show();
     QCoreApplication::processEvents();
     QStringList lines = ScreenText(*window).Lines;
+    if (const QWidget* focus = window->focusWidget()) lines.front() += FocusMark + focus->objectName();
     if (auto* button = window->findChild<QAbstractButton*>(QStringLiteral("cmdHelp"))) button->click();
     for (const std::string& page : program.DesktopServices.Opened) *help = ToQt(page.substr(page.find('#')));
     window->hide();

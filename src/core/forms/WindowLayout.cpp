@@ -80,6 +80,8 @@ private:
         const QSize room = Room().size();
         if (scrolls_ || (least.width() <= room.width() && least.height() <= room.height())) return;
         scrolls_ = true;
+        // Where the keys go is lost when its page moves into the scroll area.
+        QWidget* const focus = window_.focusWidget();
         const QSize wanted = window_.testAttribute(Qt::WA_Resized) ? window_.size() : window_.sizeHint();
         if (auto* main = qobject_cast<QMainWindow*>(&window_)) {
             if (QWidget* page = main->takeCentralWidget()) main->setCentralWidget(ScrollAreaFor(page, main));
@@ -91,6 +93,7 @@ private:
             column->addWidget(ScrollAreaFor(page, &window_));
         }
         window_.resize(wanted.boundedTo(room));
+        if (focus != nullptr) focus->setFocus();
     }
 
     QWidget& window_;
