@@ -255,8 +255,7 @@ const char* LegendCaption(DelayLegend entry) {
 void DrawLegendSample(Canvas& canvas, const CanvasBox& box, DelayLegend entry, const Colours& colours) {
     const CanvasPoint middle = {box.X + box.Width / 2, box.Y + box.Height / 2};
     const bool isAverage = entry == DelayLegend::Average;
-    if (isAverage)
-        canvas.DrawLine({box.X, middle.Y}, {box.X + box.Width, middle.Y}, {AverageWidth, colours.Average});
+    if (isAverage) canvas.DrawLine({box.X, middle.Y}, {box.X + box.Width, middle.Y}, {AverageWidth, colours.Average});
     if (entry == DelayLegend::NotCounted) DrawRing(canvas, middle, colours);
     canvas.DrawDot(middle, DotSize, isAverage ? colours.AveragePoint : colours.Delay);
 }

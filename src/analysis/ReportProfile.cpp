@@ -85,7 +85,8 @@ private:
         const std::int32_t mph = entry.IdealSpeedUser != 0 ? entry.IdealSpeedUser : entry.IdealSpeedCalc;
         if (!HasBothBoundaries(entry) || mph <= 0) return;
         const double y = YOfSpeed(std::min<double>(frame_.Units.SpeedOfMph(mph), frame_.Speeds.Maximum));
-        canvas_.DrawLine({XOfFeet(entry.CDStartDist), y}, {XOfFeet(entry.CDEndDist), y}, {0.7, PaperColours.Trace, true});
+        canvas_.DrawLine({XOfFeet(entry.CDStartDist), y}, {XOfFeet(entry.CDEndDist), y},
+                         {0.7, PaperColours.Trace, true});
     }
 
     void DrawTrace() {

@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "analysis/ProfileTrace.h"
-#include "core/Axis.h"
-#include "core/Units.h"
 #include "core/AppSettings.h"
+#include "core/Axis.h"
 #include "core/StudyRecords.h"
+#include "core/Units.h"
 #include "core/ports/Canvas.h"
 
 namespace vantor {

@@ -11,7 +11,6 @@
 namespace vantor {
 namespace {
 
-
 bool IsDelayKey(int key) {
     const bool isManoeuvre = (key >= 2 && key <= 4) || (key >= 6 && key <= 8);
     return key >= 1 && key <= KeySlots && !isManoeuvre;

@@ -125,19 +125,18 @@ inline constexpr int Ver1Sections = 64;
 inline constexpr auto Ver1RunHeaderFields = std::make_tuple(
     Field{0, "FileVersion", &RunHeader::FileVersion}, Field{2, "RunName", &RunHeader::RunName, RunNameWidth},
     Field{34, "RunDate", &RunHeader::RunDate}, Field{42, "RunTime", &RunHeader::RunTime},
-    Field{50, "SampleCount", &RunHeader::SampleCount}, Gap{54, 6},
-    Field{60, "CountNumber", &RunHeader::CountNumber}, Field{62, "RunNumber", &RunHeader::RunNumber},
-    Field{64, "SiteCode", &RunHeader::SiteCode, 32}, Field{96, "CalConstant", &RunHeader::CalConstant},
-    Field{98, "HeaderWord1", &RunHeader::HeaderWord1}, Field{100, "HeaderWord2", &RunHeader::HeaderWord2},
-    Field{102, "Before", &RunHeader::Before}, Field{104, "After", &RunHeader::After},
-    Field{106, "RunLength", &RunHeader::RunLength}, Field{110, "Duration", &RunHeader::Duration},
-    Field{112, "NumberOfSections", &RunHeader::NumberOfSections},
-    Field{114, "HeaderLong", &RunHeader::HeaderLong}, Gap{118, 8},
-    Field{126, "HeaderWord3", &RunHeader::HeaderWord3}, Field{128, "ButtonLabel", &RunHeader::ButtonLabel, 32},
-    Field{1152, "ButtonWord", &RunHeader::ButtonWord}, Field{1216, "ButtonLong", &RunHeader::ButtonLong},
-    Field{1344, "ButtonWord2", &RunHeader::ButtonWord2},
+    Field{50, "SampleCount", &RunHeader::SampleCount}, Gap{54, 6}, Field{60, "CountNumber", &RunHeader::CountNumber},
+    Field{62, "RunNumber", &RunHeader::RunNumber}, Field{64, "SiteCode", &RunHeader::SiteCode, 32},
+    Field{96, "CalConstant", &RunHeader::CalConstant}, Field{98, "HeaderWord1", &RunHeader::HeaderWord1},
+    Field{100, "HeaderWord2", &RunHeader::HeaderWord2}, Field{102, "Before", &RunHeader::Before},
+    Field{104, "After", &RunHeader::After}, Field{106, "RunLength", &RunHeader::RunLength},
+    Field{110, "Duration", &RunHeader::Duration}, Field{112, "NumberOfSections", &RunHeader::NumberOfSections},
+    Field{114, "HeaderLong", &RunHeader::HeaderLong}, Gap{118, 8}, Field{126, "HeaderWord3", &RunHeader::HeaderWord3},
+    Field{128, "ButtonLabel", &RunHeader::ButtonLabel, 32}, Field{1152, "ButtonWord", &RunHeader::ButtonWord},
+    Field{1216, "ButtonLong", &RunHeader::ButtonLong}, Field{1344, "ButtonWord2", &RunHeader::ButtonWord2},
     ArrayPart{1408, "SectionName", &RunHeader::SectionName, 1, Ver1Sections, 32},
-    ArrayPart{3456, "SectionDist", &RunHeader::SectionDist, 1, Ver1Sections}, Field{3712, "Notes", &RunHeader::Notes, 128});
+    ArrayPart{3456, "SectionDist", &RunHeader::SectionDist, 1, Ver1Sections},
+    Field{3712, "Notes", &RunHeader::Notes, 128});
 
 inline constexpr std::size_t Ver1RunHeaderSize = 3840;
 inline constexpr std::size_t Ver1LongHeaderSize = 3844;

@@ -9,8 +9,8 @@
 namespace vantor {
 namespace {
 
-constexpr double FarthestStanding = 100;      // feet
-constexpr double FastestBesideStanding = 15;  // mph
+constexpr double FarthestStanding = 100;            // feet
+constexpr double FastestBesideStanding = 15;        // mph
 constexpr double EarthRadius = 6371008.8 / 0.3048;  // mean radius, feet
 
 /// What is known of a second that has rows.

@@ -261,8 +261,7 @@ std::optional<LogRunsWritten> WriteLogRuns(FileSystem& files, const FieldLog& re
         RunRecord run = MakeRun(reviewed, points, gaps, settings);
         const auto before = replaced.find(number);
         const bool replaces = before != replaced.end();
-        const std::string name =
-            replaces ? before->second : FreeName(files, there, RunFileNames(reviewed, number));
+        const std::string name = replaces ? before->second : FreeName(files, there, RunFileNames(reviewed, number));
         written.Names.push_back(name);
         const std::string path = there + name + RunExtension;
         const std::vector<std::byte> bytes = RunBytes(run, name);

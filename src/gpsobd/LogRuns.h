@@ -37,9 +37,9 @@ struct LogRunsWritten {
 };
 
 /// Writes the runs of a log into a folder. Gaps are filled as `gaps` says, which FindGaps found; those that are not in
-/// it, by the speeds beside them, and are not noted. A run file of `replaced` is replaced and kept as a numbered backup,
-/// or left alone where it holds these bytes already; of all others a name that exists gets a number. All run files
-/// appear together (WriteBatch::Commit). A run that is too long is left out. Stopped, it has written none and is
+/// it, by the speeds beside them, and are not noted. A run file of `replaced` is replaced and kept as a numbered
+/// backup, or left alone where it holds these bytes already; of all others a name that exists gets a number. All run
+/// files appear together (WriteBatch::Commit). A run that is too long is left out. Stopped, it has written none and is
 /// nothing.
 [[nodiscard]] std::optional<LogRunsWritten> WriteLogRuns(FileSystem& files, const FieldLog& reviewed,
                                                          std::span<const LogGap> gaps, const std::string& folder,

@@ -21,8 +21,8 @@ bool MayLeaveStudy(AppContext& context);
 /// Downloads a counter, then lets the user process the runs of its dump. Nothing is processed when none came whole.
 void DownloadAndProcess(AppContext& context);
 
-/// Lets the user choose a counter file, then process the runs in the temporary folder. Nothing is processed when no file
-/// was chosen.
+/// Lets the user choose a counter file, then process the runs in the temporary folder. Nothing is processed when no
+/// file was chosen.
 void ProcessCounterFile(AppContext& context);
 
 /// Lets the user choose a log of that kind, review it, and then process the runs made of it. Nothing is processed when

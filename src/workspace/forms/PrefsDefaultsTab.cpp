@@ -67,8 +67,7 @@ auto NumberIn(QWidget& field, const QString& text, Read read) {
 
 }  // namespace
 
-PrefsDefaultsTab::PrefsDefaultsTab(QWidget* parent, const AppSettings& settings, SerialPort& ports)
-    : QWidget(parent) {
+PrefsDefaultsTab::PrefsDefaultsTab(QWidget* parent, const AppSettings& settings, SerialPort& ports) : QWidget(parent) {
     setObjectName(QStringLiteral("fraDefaultValues"));
     auto* left = new QVBoxLayout;
     for (QGroupBox* frame : {BuildStartUp(settings), BuildVer1(settings), BuildUnits(settings), BuildLoggers()})

@@ -198,9 +198,7 @@ void frmMain::OpenFirstStudy(const std::string& studyPath) {
         TakeStudy(StudyGroupFolder(state), state.Paths.LastStudyName, false);
 }
 
-void frmMain::OpenStudyAt(const std::string& studyPath) {
-    TakeStudy(FolderOf(studyPath), BaseName(studyPath), true);
-}
+void frmMain::OpenStudyAt(const std::string& studyPath) { TakeStudy(FolderOf(studyPath), BaseName(studyPath), true); }
 
 void frmMain::TakeStudy(const std::string& folder, const std::string& name, bool offersChanges) {
     bool isThere = false;

@@ -105,7 +105,8 @@ bool frmStudySaveAs::MayCopyRuns(const RunsElsewhere& runs) {
     if (runs.Missing.empty())
         question += "\nDo you want to save the study there?";
     else
-        question += "\nDo you want to copy these runs to Study Group: " + group + " ?\n" + FirstOf(runs.Missing, MostNamed);
+        question +=
+            "\nDo you want to copy these runs to Study Group: " + group + " ?\n" + FirstOf(runs.Missing, MostNamed);
     if (context_.Messages.Confirm(question)) return true;
     context_.Messages.Tell("The study was not saved, because its runs are not in Study Group: " + group);
     return false;
