@@ -42,7 +42,7 @@ struct IdealSpeed {
 
 /// Computes one run between its boundaries and writes its entry: travel time against the time that the ideal speed
 /// would have taken (control delay), samples at or below the stop speed (stop delay), and the grade. The boundary
-/// values of the other axis follow.
+/// values of the other axis follow. Formulas: docs/methods.md, "One run".
 ///
 /// Errors: 6 for a figure that does not fit, 9 for a run too short to look at, 11 for an ideal speed of 0. What was
 /// written to `entry` and `plot` before the error stays. A boundary that lies in the run's last second or beyond is not

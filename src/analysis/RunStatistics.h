@@ -51,7 +51,7 @@ struct RunStatistics {
 /// else the one pressed last before it in the section where the stop begins. So one press does for a queue in which the
 /// vehicle moves up and stops again, but for nothing behind the next node. Delay keys are all of 1 to 32 but those for
 /// manoeuvres (2 to 4 and 6 to 8: movements, turns), which say where the vehicle went and not what held it up. A key
-/// with no stop to follow has no seconds.
+/// with no stop to follow has no seconds. Formulas: docs/methods.md, "Run statistics".
 RunStatistics ComputeRunStatistics(const RunRecord& run, const AppSettings& settings);
 
 /// The statistics as a table to show or to hand on: the heads, a row for each section, the row of the whole run.

@@ -66,7 +66,8 @@ struct RunList {
 RunList ReadRunList(LongWork& work, const Study& study, const std::string& folder, const AppSettings& settings);
 
 /// Averages the counted rows into the study's record and the labels. With no counted row nothing changes; with an
-/// average stop delay of 0 the ratio stays as it was. Error 6 for a sum that does not fit.
+/// average stop delay of 0 the ratio stays as it was. Error 6 for a sum that does not fit. Formulas: docs/methods.md,
+/// "The study".
 void ComputeStudyResults(Study& study, const std::vector<RunListRow>& rows, ResultLabels& labels);
 
 /// What stands beside the average where counted runs have warnings: "3 of 8 runs have warnings; without them: 68".

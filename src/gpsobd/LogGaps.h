@@ -34,9 +34,8 @@ struct LogGap {
     bool operator==(const LogGap&) const = default;
 };
 
-/// The gaps of a log's runs in order of run and time, whatever the order of the rows. A gap with a position on either
-/// side counts as standing when these are less than 100 feet apart and a speed beside it is below 15 mph, else as
-/// driven by position; without positions the speeds beside it fill it. Of several rows in a second the last one counts.
+/// The gaps of a log's runs in order of run and time, whatever the order of the rows, filled as docs/methods.md has it
+/// under "Gaps".
 std::vector<LogGap> FindGaps(LogKind kind, const std::map<std::int16_t, RunPoints>& runs);
 std::vector<LogGap> FindGaps(const FieldLog& reviewed);
 
