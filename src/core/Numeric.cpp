@@ -138,6 +138,23 @@ std::string OneDecimal(double value) {
     return (tenths < 0 ? "-" : "") + digits.substr(0, digits.size() - 1) + "." + digits.back();
 }
 
+std::string FixedDecimals(double value, int decimals) {
+    if (!std::isfinite(value)) return {};
+    char text[std::numeric_limits<double>::max_exponent10 + 16];
+    // printf rounds exact halves to even: a value on the half is moved past it.
+    const double past = std::nextafter(value, std::copysign(std::numeric_limits<double>::infinity(), value));
+    const int length = std::snprintf(text, sizeof text, "%.*f", decimals, value == 0 ? 0.0 : past);
+    return {text, static_cast<std::size_t>(length)};
+}
+
+std::string SignificantDigits(double value, int digits) {
+    if (!std::isfinite(value)) return {};
+    char text[32];
+    const auto end =
+        std::to_chars(text, text + sizeof text, value == 0 ? 0.0 : value, std::chars_format::general, digits);
+    return {text, end.ptr};
+}
+
 std::string ZeroPadded(std::int64_t value, int width) {
     std::string digits = std::to_string(value < 0 ? -value : value);
     while (static_cast<int>(digits.size()) < width) digits.insert(0, "0");

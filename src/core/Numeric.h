@@ -44,6 +44,12 @@ std::string FormatRatio(double value);
 /// A number with one decimal: "0.5", "-12.0". Halves to even; Overflow (error 6) past 32 bits of tenths.
 std::string OneDecimal(double value);
 
+/// A number with that many decimals, the patterns "0", "0.0" and "0.000000": exact halves are rounded away from zero.
+/// Empty for one that is not finite.
+std::string FixedDecimals(double value, int decimals);
+/// A number with up to `digits` significant digits; empty for one that is not finite.
+std::string SignificantDigits(double value, int digits);
+
 /// A whole number with leading zeros up to `width` digits: the patterns "00" and "000".
 std::string ZeroPadded(std::int64_t value, int width);
 

@@ -81,18 +81,14 @@ bool ReadStudyFile(ApplicationState& state, const FileSystem& files, Desktop& de
     return true;
 }
 
-bool ReadStudyRunNames(const FileSystem& files, const std::string& folder, const std::string& name, StudyRecord& header,
-                       OneBased<std::string>& names) {
-    const auto bytes = ReadStudyBytes(files, folder + name + StudyExtension);
-    names.Clear();
-    if (!bytes) {
-        header = {};
-        return false;
-    }
-    header = bytes->Header;
-    for (int i = 1; i <= header.RunCount; ++i)
-        names.Append(std::string(Trim(Utf8FromWindows1252(StoredRunName(bytes->File, i)))));
-    return true;
+std::optional<StudyRunNames> ReadStudyRunNames(const FileSystem& files, const std::string& folder,
+                                               const std::string& name) {
+    auto bytes = ReadStudyBytes(files, folder + name + StudyExtension);
+    if (!bytes) return std::nullopt;
+    StudyRunNames study{std::move(bytes->Header), {}};
+    for (int i = 1; i <= study.Header.RunCount; ++i)
+        study.RunNames.Append(std::string(Trim(Utf8FromWindows1252(StoredRunName(bytes->File, i)))));
+    return study;
 }
 
 StudyTarget TargetOfStudy(const FileSystem& files, const Study& study, const std::string& folder,

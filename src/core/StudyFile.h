@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -28,10 +29,14 @@ std::optional<Study> LoadStudy(const FileSystem& files, const std::string& folde
 bool ReadStudyFile(ApplicationState& state, const FileSystem& files, Desktop& desktop, const Clock& clock,
                    const std::string& folder, const std::string& name);
 
-/// Reads only the header and the run names of a study. Names are cut at 32 characters. A missing file gives an empty
-/// header and list, and false, at which the caller beeps.
-bool ReadStudyRunNames(const FileSystem& files, const std::string& folder, const std::string& name, StudyRecord& header,
-                       OneBased<std::string>& names);
+/// The header and the run names of a study alone; names are cut at 32 characters.
+struct StudyRunNames {
+    StudyRecord Header;
+    OneBased<std::string> RunNames;
+};
+/// Nothing for a missing file, at which the caller beeps.
+[[nodiscard]] std::optional<StudyRunNames> ReadStudyRunNames(const FileSystem& files, const std::string& folder,
+                                                             const std::string& name);
 
 /// How the file that a study would be written to stands to it.
 enum class StudyTarget {

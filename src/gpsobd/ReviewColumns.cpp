@@ -67,15 +67,6 @@ ReviewLayout CombinedLayout() {
     return layout;
 }
 
-/// Patterns round exact halves away from zero, printf to even: a value on the half is moved past it.
-std::string DecimalsText(double value, int decimals) {
-    if (!std::isfinite(value)) return {};
-    char text[std::numeric_limits<double>::max_exponent10 + 16];
-    const double past = std::nextafter(value, std::copysign(std::numeric_limits<double>::infinity(), value));
-    const int length = std::snprintf(text, sizeof text, "%.*f", decimals, value == 0 ? 0.0 : past);
-    return {text, static_cast<std::size_t>(length)};
-}
-
 std::string TextOf(ColumnLook look, std::int16_t value) {
     return look == ColumnLook::Direction ? DirectionText(value) : std::to_string(value);
 }
@@ -92,7 +83,7 @@ SheetCell ValueOf(ColumnLook look, std::int16_t value) {
 SheetCell ValueOf(ColumnLook, double value) { return std::isfinite(value) ? SheetCell(value) : SheetCell(); }
 /// A single is meant as the decimal number it was written as, not as the double nearest to it.
 SheetCell ValueOf(ColumnLook, float value) {
-    return std::isfinite(value) ? SheetCell(Val(NumberText(value, SingleDigits))) : SheetCell();
+    return std::isfinite(value) ? SheetCell(Val(SignificantDigits(value, SingleDigits))) : SheetCell();
 }
 SheetCell ValueOf(ColumnLook look, Date value) {
     if (!IsValidDate(value)) return {};
@@ -117,14 +108,6 @@ bool IsOfObd(const PointField& field) {
     return std::visit([](auto member) { return std::is_invocable_v<decltype(member), const ObdPoint&>; }, field);
 }
 
-std::string NumberText(double value, int digits) {
-    if (!std::isfinite(value)) return {};
-    char text[32];
-    const auto end =
-        std::to_chars(text, text + sizeof text, value == 0 ? 0.0 : value, std::chars_format::general, digits);
-    return {text, end.ptr};
-}
-
 std::string ClockText(Date time) {
     if (!IsValidDate(time)) return {};
     const CivilTime civil = CivilOf(time);
@@ -145,9 +128,9 @@ std::string FullCellText(const ReviewColumn& column, const LogPoint& point) {
 
 std::string ShownNumber(ColumnLook look, double value, int digits) {
     if (look == ColumnLook::OneDecimal || (look == ColumnLook::Speed && value != MissingValue))
-        return DecimalsText(value, 1);
-    if (look == ColumnLook::SixDecimals) return DecimalsText(value, 6);
-    return NumberText(value, digits);
+        return FixedDecimals(value, 1);
+    if (look == ColumnLook::SixDecimals) return FixedDecimals(value, 6);
+    return SignificantDigits(value, digits);
 }
 
 SheetCell CellValue(const ReviewColumn& column, const LogPoint& point) {

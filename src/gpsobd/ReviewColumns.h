@@ -75,9 +75,6 @@ inline constexpr double MissingValue = -1;
 /// The time of day as "h:mm:ss AM/PM"; empty for no valid date.
 std::string ClockText(Date time);
 
-/// A number with up to `digits` significant digits; empty for one that is not finite.
-std::string NumberText(double value, int digits);
-
 /// Digits that a single, and a double, is shown with.
 inline constexpr int SingleDigits = 7;
 inline constexpr int DoubleDigits = 15;

@@ -77,7 +77,7 @@ std::string ReviewGrid::Text(int row, int column) const {
 std::string ReviewGrid::FullText(int row, int column) const {
     const ReviewColumn& shown = Column(column);
     if (const double* filled = FilledValue(row, column))
-        return NumberText(*filled, IsSingle(shown.Field) ? SingleDigits : DoubleDigits);
+        return SignificantDigits(*filled, IsSingle(shown.Field) ? SingleDigits : DoubleDigits);
     return FullCellText(shown, log_.Points[PointOf(row)]);
 }
 

@@ -20,8 +20,13 @@ constexpr const char* NotRead = "It was not read: the listing was stopped.";
 
 void ReadListedStudy(const FileSystem& files, const std::string& group, ListedStudy& study) {
     try {
-        study.IsMissing = !ReadStudyRunNames(files, group, study.Name, study.Header, study.RunNames);
-        if (study.IsMissing) study.Problem = "The file is missing.";
+        if (auto read = ReadStudyRunNames(files, group, study.Name)) {
+            study.Header = std::move(read->Header);
+            study.RunNames = std::move(read->RunNames);
+        } else {
+            study.IsMissing = true;
+            study.Problem = "The file is missing.";
+        }
     } catch (const RunTimeError& error) {
         study.Problem = ProblemOf(error);
     }

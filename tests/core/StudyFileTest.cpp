@@ -84,13 +84,8 @@ TEST_F(StudyFileTest, ShortAndDamagedFiles) {
 
 TEST_F(StudyFileTest, ListsRunNamesCutAtThirtyTwoCharacters) {
     Files.PutText("/g/S.ld2", OneRunStudy().replace(320, 40, std::string(40, 'n')));
-    StudyRecord header;
-    OneBased<std::string> names;
-    EXPECT_TRUE(ReadStudyRunNames(Files, "/g/", "S", header, names));
-    EXPECT_EQ(names, OneBased<std::string>({std::string(32, 'n')}));
-    EXPECT_FALSE(ReadStudyRunNames(Files, "/g/", "T", header, names));
-    EXPECT_TRUE(names.IsEmpty());
-    EXPECT_EQ(header.StudyName, "");
+    EXPECT_EQ(ReadStudyRunNames(Files, "/g/", "S").value().RunNames, OneBased<std::string>({std::string(32, 'n')}));
+    EXPECT_FALSE(ReadStudyRunNames(Files, "/g/", "T"));
 }
 
 TEST_F(StudyFileTest, LargestStudyReadsAndWritesWhole) {

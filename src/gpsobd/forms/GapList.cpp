@@ -8,6 +8,7 @@
 #include <set>
 #include <tuple>
 
+#include "core/Numeric.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
 #include "gpsobd/ReviewColumns.h"
@@ -78,7 +79,7 @@ std::vector<LongList::Column> GapList::Columns(const Units& units) const {
         return [=, this](int row) { return ToQt(ClockText(DateOfSeconds(At(row).*member))); };
     };
     const auto key = [this](auto keyOf) { return [=, this](int row) { return double(keyOf(At(row))); }; };
-    const auto length = [units](double feet) { return QString::number(units.LengthOfFeet(feet), 'f', 0); };
+    const auto length = [units](double feet) { return ToQt(FixedDecimals(units.LengthOfFeet(feet), 0)); };
     const QLatin1String unit(units.LengthLabel());
     return {
         {QStringLiteral("Run #"), [this](int row) { return QString::number(At(row).RunNumber); },
