@@ -8,11 +8,7 @@
 namespace vantor {
 namespace {
 
-using testing::Contains;
-using testing::DoubleEq;
-using testing::ElementsAre;
-using testing::Field;
-using testing::Not;
+using testing::Contains, testing::DoubleEq, testing::ElementsAre, testing::Field, testing::Not;
 
 void Append(DelaySeries& series, std::int32_t delay) {
     const int number = series.RunCount() + 1;

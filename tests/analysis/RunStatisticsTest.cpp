@@ -8,8 +8,7 @@
 namespace vantor {
 namespace {
 
-using testing::ElementsAre;
-using testing::Pair;
+using testing::ElementsAre, testing::Pair;
 
 constexpr int Node = NodeFlag;
 constexpr int Signal = 16 << 8;

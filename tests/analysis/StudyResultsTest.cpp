@@ -10,6 +10,15 @@
 namespace vantor {
 namespace {
 
+/// Puts a primary run without samples there, of 11 March 2008, 07:05.
+void PutRun(FileSystem& files, const std::string& folder, const std::string& name) {
+    RunRecord run;
+    run.Header.RunDate = DateOf(2008, 3, 11);
+    run.Header.RunTime = TimeOf(7, 5);
+    run.Header.HeaderWord1 = -1;
+    PutRunFile(files, run, folder, name);
+}
+
 RunListRow Row(const char* controlDelay, const char* stopDelay, RunState state = RunState::Counted) {
     RunListRow row;
     row.ControlDelay = controlDelay;
@@ -80,12 +89,7 @@ std::string TextOf(const RunListRow& row) {
 TEST(StudyResults, RowsShowEntriesAndTheirRunFiles) {
     TestProgram program;
     Study& study = program.State.CurrentStudy;
-    RunRecord run;
-    run.Header.RunDate = DateOf(2008, 3, 11);
-    run.Header.RunTime = TimeOf(7, 5);
-    run.Header.HeaderWord1 = -1;
-    PutRunFile(program.Files, run, "/start/", "NB-001");
-    PutRunFile(program.Files, run, "/start/", "NB-002");
+    for (const char* name : {"NB-001", "NB-002"}) PutRun(program.Files, "/start/", name);
     for (const char* name : {"NB-001", "nb-002", "Gone", "../start/NB-001"}) AppendRun(study, name);
     study.Entries[1] = {"NB-001", 300, 7600, 0, 0, -5, "A", 12};
     study.Entries[2].CDEndDist = 7600;
@@ -98,8 +102,7 @@ TEST(StudyResults, RowsShowEntriesAndTheirRunFiles) {
                                            "../start/NB-001 |||||||Unreadable"));
 }
 
-using testing::AllOf;
-using testing::HasSubstr;
+using testing::AllOf, testing::HasSubstr;
 using Cells = std::vector<SheetCell>;
 
 /// Two counted runs, one without its end boundary and one whose file is missing.
@@ -116,13 +119,7 @@ protected:
             const std::string name = Contents.Entries[i].EntryRunName;
             Contents.Entries[i] = {name, 300, i == 3 ? 0 : 7600, 35, 0, i == 2 ? -4 : 61, "E", 19};
         }
-        for (const char* name : {"NB-1", "NB-2", "NB-3"}) {
-            RunRecord run;
-            run.Header.RunDate = DateOf(2008, 3, 11);
-            run.Header.RunTime = TimeOf(7, 5);
-            run.Header.HeaderWord1 = -1;
-            PutRunFile(Files, run, Folder, name);
-        }
+        for (const char* name : {"NB-1", "NB-2", "NB-3"}) PutRun(Files, Folder, name);
     }
 
     OutgoingTable Table(const Units& units = {}) const {
@@ -160,18 +157,16 @@ TEST_F(StudyTableTest, CellsHaveTheirKindsAndTheStudyItsSheet) {
     EXPECT_EQ(sheets[0].Columns.at(1).Format + " " + sheets[0].Columns.at(2).Format, "mm/dd/yy hh:mm");
 
     // (61 - 4) / 2 = 28.5, halves to even; 28 / 19
-    const Cells fields[] = {
-        {"Study Name", "=Main, \"NB\""},
-        {"Study Group", "AM Peak"},
-        {"Direction", "SB"},
-        {"Critical Lane", {}},
-        {"Runs", 4.},
-        {"Runs Counted", 2.},
-        {"Avg. Control Delay (s)", 28.},
-        {"LOS Grade", "C"},
-        {"Avg. Stop Delay (s)", 19.},
-        {"Ratio of Control to Stop Delay", 1.47},
-    };
+    const Cells fields[] = {{"Study Name", "=Main, \"NB\""},
+                            {"Study Group", "AM Peak"},
+                            {"Direction", "SB"},
+                            {"Critical Lane", {}},
+                            {"Runs", 4.},
+                            {"Runs Counted", 2.},
+                            {"Avg. Control Delay (s)", 28.},
+                            {"LOS Grade", "C"},
+                            {"Avg. Stop Delay (s)", 19.},
+                            {"Ratio of Control to Stop Delay", 1.47}};
     for (const Cells& field : fields) EXPECT_THAT(sheets[1].Rows, testing::Contains(field));
 }
 

@@ -1,7 +1,5 @@
 #include "analysis/forms/frmContDelayVsAvg.h"
 
-#include <gmock/gmock.h>
-
 #include <QHelpEvent>
 #include <QToolTip>
 

@@ -100,7 +100,6 @@ TEST_F(frmReportPreviewTest, AStudyWithoutRunsHasNoReport) {
     State.CurrentStudy = {};
     Open();
     EXPECT_TRUE(View().accessibleDescription().contains("This study has no runs."));
-    for (const char* button : {"BtnPrint", "BtnSavePdf"}) EXPECT_FALSE(IsEnabled(button)) << button;
 }
 
 }  // namespace

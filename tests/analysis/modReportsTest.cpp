@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <limits>
 
 #include "analysis/ReportStudies.h"
 #include "analysis/ReportTable.h"
@@ -15,12 +14,7 @@
 namespace vantor {
 namespace {
 
-using testing::AllOf;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
+using testing::AllOf, testing::Contains, testing::ElementsAre, testing::HasSubstr, testing::IsEmpty, testing::Not;
 
 const std::string Folder = "/start/Main NB/";
 

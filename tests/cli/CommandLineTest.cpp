@@ -7,8 +7,7 @@
 namespace vantor {
 namespace {
 
-using testing::HasSubstr;
-using testing::StartsWith;
+using testing::HasSubstr, testing::StartsWith;
 
 using CommandLine = CommandTest;
 
@@ -121,8 +120,7 @@ TEST_F(CommandLine, WrongUsageIsStatusTwo) {
 }
 
 TEST_F(CommandLine, MakesStudiesOnlyOfRunsThatAreThere) {
-    PutRun("A", {10, 20, 30, 40});
-    PutRun("B", {10, 20, 30, 40});
+    for (const char* name : {"A", "B"}) PutRun(name, {10, 20, 30, 40});
     EXPECT_EQ(Status("study new /g S A Gone"), 1);
     EXPECT_FALSE(Files.Bytes("/g/S.ld2"));
     const auto study = Json("study new /g S A b.rd2 A");
@@ -131,6 +129,9 @@ TEST_F(CommandLine, MakesStudiesOnlyOfRunsThatAreThere) {
     EXPECT_EQ(Files.Bytes("/g/S.ld2")->size(), 320U + 2 * 128U);
     EXPECT_EQ(Status("study new /g S A"), 1) << "a study is not replaced";
     EXPECT_EQ(Status("study new /g ../S A"), 1);
+    // Labels that were never set.
+    ExpectHas(Json("study compute /g/S.ld2"),
+              {{"AvgControlDelay", nullptr}, {"AvgStopDelay", nullptr}, {"Ratio", nullptr}});
 }
 
 TEST_F(CommandLine, RunsThatFailKeepTheirEntriesAndTheOthersAreDone) {
@@ -169,8 +170,7 @@ TEST_F(CommandLine, EndBoundaryAtTheRunsEndCountsItsLastSecond) {
 }
 
 TEST_F(CommandLine, WorkThatIsStoppedWritesNothing) {
-    PutRun("A", {10, 20, 30, 40});
-    PutRun("B", {10, 20, 30, 40});
+    for (const char* name : {"A", "B"}) PutRun(name, {10, 20, 30, 40});
     Json("study new /g S A B");
     Files.PutText("/g/C.tdc", "T,1,1,S,0653,031108,1000\r\n1\r\n::::::::::::::::::::\r\n");
     const auto before = Files.AllFiles();
@@ -182,13 +182,6 @@ TEST_F(CommandLine, WorkThatIsStoppedWritesNothing) {
             EXPECT_EQ(Out, "");
             EXPECT_EQ(Files.AllFiles(), before);
         }
-}
-
-TEST_F(CommandLine, LabelsThatWereNeverSetAreNull) {
-    PutRun("A", {10, 20, 30, 40});
-    Json("study new /g S A");
-    const auto study = Json("study compute /g/S.ld2");
-    ExpectHas(study, {{"AvgControlDelay", nullptr}, {"AvgStopDelay", nullptr}, {"Ratio", nullptr}});
 }
 
 }  // namespace

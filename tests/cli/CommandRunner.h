@@ -4,7 +4,6 @@
 
 #include <iterator>
 #include <limits>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>

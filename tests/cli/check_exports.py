@@ -1,16 +1,14 @@
 #!/usr/bin/env python3
-"""Makes a study of the sample runs with the program, exports it in every format and reads each file with a reader that
+"""Makes a study of the sample runs with the program, exports it as workbooks and reads each one with a reader that
 the program has no part in.
 
     tests/cli/check_exports.py PROGRAM SAMPLES
 """
-import csv
 import json
 import os
 import subprocess
 import sys
 import tempfile
-from datetime import datetime
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "../platform"))
 from read_workbook import sheets_of, without_empty_end
@@ -30,12 +28,6 @@ def expected(entry, folder):
     return [entry["EntryRunName"], {"date": run["RunDate"]}, {"time": run["RunTime"].split("T")[1]}, kind,
             entry["CDStartDist"], entry["CDEndDist"], entry["IdealSpeedCalc"], entry["IdealSpeedUser"],
             entry["ControlDelay"], entry["LOSGrade"], entry["StopDelay"], counted, "; ".join(entry["warnings"])]
-
-
-def as_text(cell):
-    if isinstance(cell, dict):
-        return datetime.fromisoformat(cell["date"]).strftime("%m/%d/%y") if "date" in cell else cell["time"][:5]
-    return str(cell)
 
 
 with tempfile.TemporaryDirectory() as folder:
@@ -58,9 +50,4 @@ with tempfile.TemporaryDirectory() as folder:
         assert values["Study Name"] == "AM" and values["Runs Counted"] == len(rows) - 1, values
         assert values["Avg. Control Delay (s)"] == float(shown["AvgControlDelay"]), values
         assert values["LOS Grade"] == shown["StudyLOSGrade"], values
-
-    output = os.path.join(folder, "AM.csv")
-    vantor("study", "export", study, "--output", output)
-    with open(output, newline="", encoding="utf-8-sig") as file:
-        assert list(csv.reader(file))[1:] == [[as_text(cell) for cell in row] for row in rows]
-print("the exports hold the figures of the study")
+print("the workbooks hold the figures of the study")

@@ -121,12 +121,6 @@ void ExpectRunAgrees(FaultScene& scene) {
     ExpectStudyAgrees(scene);
 }
 
-void ExpectSettingsAgree(FaultScene& scene) {
-    ApplicationState stored;
-    LoadSettings(stored, scene.Files);
-    EXPECT_EQ(EncodeRecord(stored.Settings, AppSettingsFields), EncodeRecord(scene.State.Settings, AppSettingsFields));
-}
-
 TEST_P(FaultTest, LeavesAllWhole) {
     const Operation& operation = GetParam();
     const auto [changes, after] = Succeed(operation);

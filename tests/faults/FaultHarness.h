@@ -60,7 +60,6 @@ void ExpectEntriesAgree(FaultScene& scene);
 void ExpectStudyAgrees(FaultScene& scene);
 /// The run of the state is the one on the disk.
 void ExpectRunAgrees(FaultScene& scene);
-void ExpectSettingsAgree(FaultScene& scene);
 
 /// Lets each change of the disk that the operation makes fail in turn, for each of the usual reasons: no space, no
 /// permission, gone. Expects after each failure: every file is whole, the old or the new one; none is gone but under

@@ -1,8 +1,6 @@
 #include "analysis/forms/frmContDelayVsAvg.h"
 #include "analysis/forms/frmReportPreview.h"
 #include "core/Paths.h"
-#include "core/forms/Named.h"
-#include "core/forms/Table.h"
 #include "counter/forms/frmUploadData.h"
 #include "editing/forms/frmEditPulseData.h"
 #include "editing/forms/frmEditRunFile.h"
@@ -68,56 +66,6 @@ void OpenRenamed(Scene& scene) {
     Find<QLineEdit>(FormOf(scene), "TxtStudyGroup").setText("Main");
 }
 
-const Operation RenamesRuns{"RunsRenamed", Opens<frmUploadData>(), RenameAll, ExpectListAgrees};
-const Operation UndoesRenaming{"RenamingUndone", OpenRenamed, Clicks("btnRename"), ExpectListAgrees};
-const Operation MovesRuns{"RunsMoved", OpenRenamed, Clicks("btnMoveRuns"), ExpectListAgrees};
-const Operation DeletesRuns{"RunsDeleted",
-                            [](Scene& scene) {
-                                Opens<frmUploadData>()(scene);
-                                SelectAllRuns(scene);
-                            },
-                            Clicks("BtnDelete"), ExpectListAgrees, true};
-
-// Editors of a run.
-
-const Operation EditsDetails{"DetailsEdited", Opens<frmRunDetails>(1),
-                             Types("RunDetailsNotes", "wet", "RunDetailsSave"), ExpectRunAgrees};
-const Operation EditsRunFile{"RunFileEdited", Opens<frmEditRunFile>(1), Types("RunName", "Other", "RunDetailsSave"),
-                             ExpectRunAgrees};
-const Operation EditsSensorData{"SensorDataEdited", Opens<frmEditPulseData>(1),
-                                [](Scene& scene) {
-                                    Type(FormOf(scene), "txtEditDataPoint", "20");
-                                    QTest::keyClick(&Find<QWidget>(FormOf(scene), "txtEditDataPoint"), Qt::Key_Return);
-                                    Click(FormOf(scene), "btnSave");
-                                },
-                                ExpectRunAgrees};
-
-// The main window and its dialogs.
-
-const Operation SavesInWindow{"SavedInWindow",
-                              [](Scene& scene) {
-                                  scene.State.Settings.UseStartUpScreen = 0;
-                                  SaveSettings(scene.State, scene.Files);
-                                  Opens<frmMain>()(scene);
-                                  static_cast<frmMain&>(FormOf(scene)).Start();
-                                  Type(FormOf(scene), "StudyNotes", "rain");
-                              },
-                              [](Scene& scene) { Find<QAction>(FormOf(scene), "mnuFileSave").trigger(); },
-                              [](Scene& scene) {
-                                  ExpectStudyAgrees(scene);
-                                  EXPECT_EQ(Find<QLabel>(FormOf(scene), "lblSaved").text() == "Saved",
-                                            scene.State.StudyUnchanged);
-                              }};
-
-const Operation SavesInNewGroup{"SavedInNewGroup",
-                                [](Scene& scene) {
-                                    scene.State.StudyUnchanged = false;
-                                    Opens<frmStudySaveAs>()(scene);
-                                    Type(FormOf(scene), "txtStudyGroup", "Elm");
-                                    Type(FormOf(scene), "txtStudyName", "PM");
-                                },
-                                Clicks("BtnSave"), ExpectStudyAgrees};
-
 // The review of a log: its runs, then the log itself.
 
 const Operation ReviewsLog{
@@ -151,15 +99,56 @@ Operation Exports(const std::string& name, std::function<void(Scene&)> open, con
             },
             Clicks(button), [](Scene& scene) { EXPECT_TRUE(FormOf(scene).isVisible()); }};
 }
-const Operation ExportsChart = Exports("ChartExported", Opens<frmContDelayVsAvg>(), "BtnSave");
-const Operation ExportsReport = Exports("ReportExported", Opens<frmReportPreview>(), "BtnSavePdf");
-const Operation ExportsRows = Exports("RowsExported", ReviewsLog.Prepare, "btnExport2Excel");
 
-INSTANTIATE_TEST_SUITE_P(Forms, FaultTest,
-                         testing::Values(RenamesRuns, UndoesRenaming, MovesRuns, DeletesRuns, EditsDetails,
-                                         EditsRunFile, EditsSensorData, SavesInWindow, SavesInNewGroup, ReviewsLog,
-                                         ExportsChart, ExportsReport, ExportsRows),
-                         NameOfOperation);
+const Operation OfForms[] = {
+    // Temporary runs.
+    {"RunsRenamed", Opens<frmUploadData>(), RenameAll, ExpectListAgrees},
+    {"RenamingUndone", OpenRenamed, Clicks("btnRename"), ExpectListAgrees},
+    {"RunsMoved", OpenRenamed, Clicks("btnMoveRuns"), ExpectListAgrees},
+    {"RunsDeleted",
+     [](Scene& scene) {
+         Opens<frmUploadData>()(scene);
+         SelectAllRuns(scene);
+     },
+     Clicks("BtnDelete"), ExpectListAgrees, true},
+    // Editors of a run.
+    {"DetailsEdited", Opens<frmRunDetails>(1), Types("RunDetailsNotes", "wet", "RunDetailsSave"), ExpectRunAgrees},
+    {"RunFileEdited", Opens<frmEditRunFile>(1), Types("RunName", "Other", "RunDetailsSave"), ExpectRunAgrees},
+    {"SensorDataEdited", Opens<frmEditPulseData>(1),
+     [](Scene& scene) {
+         Type(FormOf(scene), "txtEditDataPoint", "20");
+         QTest::keyClick(&Find<QWidget>(FormOf(scene), "txtEditDataPoint"), Qt::Key_Return);
+         Click(FormOf(scene), "btnSave");
+     },
+     ExpectRunAgrees},
+    // The main window and its dialogs.
+    {"SavedInWindow",
+     [](Scene& scene) {
+         scene.State.Settings.UseStartUpScreen = 0;
+         SaveSettings(scene.State, scene.Files);
+         Opens<frmMain>()(scene);
+         static_cast<frmMain&>(FormOf(scene)).Start();
+         Type(FormOf(scene), "StudyNotes", "rain");
+     },
+     [](Scene& scene) { Find<QAction>(FormOf(scene), "mnuFileSave").trigger(); },
+     [](Scene& scene) {
+         ExpectStudyAgrees(scene);
+         EXPECT_EQ(Find<QLabel>(FormOf(scene), "lblSaved").text() == "Saved", scene.State.StudyUnchanged);
+     }},
+    {"SavedInNewGroup",
+     [](Scene& scene) {
+         scene.State.StudyUnchanged = false;
+         Opens<frmStudySaveAs>()(scene);
+         Type(FormOf(scene), "txtStudyGroup", "Elm");
+         Type(FormOf(scene), "txtStudyName", "PM");
+     },
+     Clicks("BtnSave"), ExpectStudyAgrees},
+    // The review of a log and files that the user names.
+    ReviewsLog,
+    Exports("ChartExported", Opens<frmContDelayVsAvg>(), "BtnSave"),
+    Exports("ReportExported", Opens<frmReportPreview>(), "BtnSavePdf"),
+    Exports("RowsExported", ReviewsLog.Prepare, "btnExport2Excel")};
+INSTANTIATE_TEST_SUITE_P(Forms, FaultTest, testing::ValuesIn(OfForms), NameOfOperation);
 
 }  // namespace
 }  // namespace vantor

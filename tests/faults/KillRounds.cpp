@@ -19,7 +19,6 @@
 #include <thread>
 
 #include "core/RunFile.h"
-#include "core/Settings.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "counter/CounterFile.h"

@@ -7,8 +7,7 @@
 namespace vantor {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
+using testing::ElementsAre, testing::HasSubstr;
 using enum LogKind;
 
 constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();

@@ -32,7 +32,8 @@ protected:
         Files.PutText(Folder + "drive.gd2", Prefix(2) + GpsHeader() + records);
         Open(LogKind::GpsLaptop, LogChoice{Folder, "drive", ".gd2"});
     }
-    void FillGap() {
+    void OpenAndFillGap() {
+        OpenObd(WithGap);
         ChooseRow(1);
         Press("btnCalcSpeed");
     }
@@ -56,15 +57,6 @@ protected:
 
     std::vector<std::byte> Before;
 };
-
-TEST_F(LogReviewTest, ReadsAHandheldLogByItsType) {
-    Databases.Path = Folder + "drive.mdb";
-    Databases.Table = "GPSData";
-    Databases.Records = {{"05/14/2003 06:00:00", "42.5", "-83.5", "31.5", "90", "1.5", "7", "0", "3"}};
-    Open(LogKind::GpsHandheld, LogChoice{Folder, "drive", ".mdb"});
-    EXPECT_EQ(Window->objectName(), "frmGPSViewData");
-    EXPECT_THAT(Column(*Window, "vaGPSData", RunColumn), ElementsAre("3"));
-}
 
 TEST_F(LogReviewTest, ClosesAtOnceWhenTheLogCannotBeRead) {
     for (const auto& [kind, extension] : {std::pair{LogKind::ObdLaptop, ".od2"}, {LogKind::GpsHandheld, ".pdb"}}) {
@@ -97,7 +89,6 @@ TEST_F(LogReviewTest, FindsAGapAndFillsIt) {
     speeds[19] = speeds[20] = -1;
     speeds[21] = 45;
     OpenObd(speeds);
-    EXPECT_EQ(Text("lblStudyName") + "|" + Text("lblDataFile"), "drive|drive.od2");
     Press("btnFindMissingData");
     EXPECT_EQ(Grid().rowAt(0), 16) << "three rows stay in view above what is found";
     const QModelIndex found = Grid().currentIndex();
@@ -193,20 +184,13 @@ TEST_F(LogReviewTest, ListsGapsAndFillsThemOtherwise) {
     EXPECT_FALSE(IsShown("fraGaps"));
 }
 
-/// Gaps of 10 and of 11 rows.
-std::vector<float> ShortAndLongGap() {
-    std::vector<float> speeds(24, -1);
-    speeds[0] = 0;
-    speeds[11] = 11;
-    speeds[23] = 23;
-    return speeds;
-}
-
 TEST_F(LogReviewTest, StopsAndLeavesWithoutASelection) {
+    std::vector<float> speeds(24, -1);  // with gaps of 10 and of 11 rows
+    for (const std::size_t row : {0, 11, 23}) speeds[row] = static_cast<float>(row);
     const std::function<void()> waysToStop[] = {
         [&] { Press("btnStop"); }, [&] { QTest::keyClick(Window.get(), Qt::Key_Escape); }, [&] { Window->close(); }};
     for (const auto& stop : waysToStop) {
-        OpenObd(ShortAndLongGap());
+        OpenObd(speeds);
         bool wasAsked = false;
         QTimer::singleShot(0, Window.get(), [&] {
             wasAsked = true;
@@ -220,7 +204,7 @@ TEST_F(LogReviewTest, StopsAndLeavesWithoutASelection) {
         EXPECT_FALSE(Window->isVisible() || IsAccepted());
         EXPECT_TRUE(IsLogAsBefore());
     }
-    OpenObd(ShortAndLongGap());
+    OpenObd(speeds);
     Press("btnDeleteRow");
     QTimer::singleShot(0, Window.get(), [&] { Press("btnStop"); });
     Messages.Expect(Discard, MessageAnswer::No);
@@ -291,8 +275,7 @@ TEST_F(LogReviewTest, OffersAnXlsxFileForMoreRowsThanAnXlsFileHolds) {
 }
 
 TEST_F(LogReviewTest, OkMakesTheRunsAndWritesTheLogBack) {
-    OpenObd(WithGap);
-    FillGap();
+    OpenAndFillGap();
     Press("BtnOk");
     EXPECT_TRUE(IsAccepted());
     const RunRecord run = ReadRun(Files, Temp + "drive-R001.rd2").Run;
@@ -308,15 +291,13 @@ TEST_F(LogReviewTest, WhenTheLogCannotBeWrittenTheRunsStand) {
         "), but the reviewed log could not be written back. It stands as it was before the review.\n\n"
         "Run-time error '61':\nDisk full\n\n" +
         LogPath + ".bak\n\nChoose Retry to write the log again, or Cancel to go on with the runs alone.";
-    OpenObd(WithGap);
-    FillGap();
+    OpenAndFillGap();
     Files.FailChangeAfter(2, ErrorNumber::DiskFull);
     Messages.Expect(problem, MessageAnswer::Cancel);
     Press("BtnOk");
     EXPECT_TRUE(IsAccepted() && HasRun("drive-R001") && IsLogAsBefore());
 
-    OpenObd(WithGap);
-    FillGap();
+    OpenAndFillGap();
     Files.FailChangeAfter(2, ErrorNumber::DiskFull);
     const std::string again =
         "These runs are in Temp already: drive-R001.\n\nDo you want to replace them?\nYes keeps the old "

@@ -12,8 +12,7 @@
 namespace vantor {
 namespace {
 
-using testing::ElementsAre;
-using testing::Pair;
+using testing::ElementsAre, testing::Pair;
 
 struct Row {
     int Second;

@@ -13,10 +13,7 @@
 namespace vantor {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Lt;
+using testing::ElementsAre, testing::HasSubstr, testing::IsEmpty, testing::Lt;
 using enum LogKind;
 
 const std::string FieldData = "/start/Field Data Files/";

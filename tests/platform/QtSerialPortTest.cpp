@@ -135,24 +135,6 @@ TEST_F(QtSerialPortTest, TellsWhyAPortDoesNotOpen) {
     EXPECT_FALSE(other.IsOpen());
 }
 
-TEST_F(QtSerialPortTest, ADeviceThatIsGoneFailsTheNextRead) {
-    Listener listener;
-    listener.Port.Open();
-    std::optional<ErrorNumber> error;
-    listener.Port.OnEvent = [&](SerialEvent event) {
-        EXPECT_EQ(event, SerialEvent::Received);
-        error = ErrorOf([&] { listener.Bytes += listener.Port.ReadAll(); });
-        if (error) listener.Port.Close();
-    };
-    Line.Send("T");
-    EXPECT_TRUE(listener.Receives("T"));
-    EXPECT_EQ(error, std::nullopt);
-    Line.Unplug();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return error.has_value(); }, 2000));
-    EXPECT_EQ(error, ErrorNumber::DeviceIoError);
-    EXPECT_FALSE(listener.Port.IsOpen());
-}
-
 TEST_F(QtSerialPortTest, RaisesWhatTheDriverCountsAsLost) {
     std::optional<LineCounters> counters = LineCounters{7, 9};  // lost before the port was opened
     Listener listener([&counters](SerialHandle) { return counters; });

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 #include <nlohmann/json.hpp>
 
@@ -18,8 +17,7 @@ namespace vantor {
 namespace {
 
 using nlohmann::json;
-using testing::ElementsAre;
-using testing::ElementsAreArray;
+using testing::ElementsAre, testing::ElementsAreArray;
 
 const std::string Greek = "Οδός Πανεπιστημίου";
 const std::string Emoji = "🚗";

@@ -19,7 +19,6 @@ TEST_F(RunListTest, ShowsTheAveragesOfTheCountedRunsAndStopDelaysWhereTheyAreEna
     StartWith({{"R1", 12, 4}, {"R2", 13, 5}, {"R3", 900, 90, 0}, {"Gone", 800, 80}});
     EXPECT_THAT(Figures(), ElementsAre(" 12", "B", " 4", "3.")) << "halves go to the even neighbour";
     EXPECT_EQ(Text("txtStopSpdThreshold"), "5");
-    EXPECT_EQ(Text("lblWithoutWarned"), "1 of 4 runs cannot be read and does not count");
     EXPECT_TRUE(State.StudyUnchanged);
     for (const bool isEnabled : {false, true}) {
         State.Settings.EnableStopDelay = isEnabled ? -1 : 0;

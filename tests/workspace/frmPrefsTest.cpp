@@ -1,7 +1,6 @@
 #include "workspace/forms/frmPrefs.h"
 
 #include <QTabWidget>
-#include <set>
 
 #include "core/forms/Theme.h"
 #include "fakes/FormScene.h"
