@@ -100,11 +100,13 @@ private:
     }
 };
 
-/// A screen and how it is opened; `EnterActs` where the Enter key carries the screen's main action out.
+/// A screen and how it is opened; `EnterActs` where the Enter key carries the screen's main action out, `Like` for a
+/// screen that is another one but for some lines.
 struct ScreenCase {
     const char* Name;
     std::function<std::shared_ptr<QWidget>(ShownProgram&)> Open;
     bool EnterActs = true;
+    const char* Like = "";
 };
 inline void PrintTo(const ScreenCase& screen, std::ostream* out) { *out << screen.Name; }
 
@@ -165,8 +167,8 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"SelectObdHandheld", Opens<LogSelect>(LogKind::ObdHandheld)},
         {"SelectBattelle", Opens<LogSelect>(LogKind::Battelle)},
         {"frmGPSViewData", Reviews(LogKind::GpsLaptop, ".gd2")},
-        {"frmOBDViewData", Reviews(LogKind::ObdLaptop, ".od2")},
-        {"frmGPSOBDViewData", Reviews(LogKind::GpsObd, ".ddf")},
+        {"frmOBDViewData", Reviews(LogKind::ObdLaptop, ".od2"), true, "frmGPSViewData"},
+        {"frmGPSOBDViewData", Reviews(LogKind::GpsObd, ".ddf"), true, "frmGPSViewData"},
         {"frmHelp", help, false},
     };
 }

@@ -180,18 +180,30 @@ QStringList TextOfOpened(const ScreenCase& screen, bool isFilled, QString* help)
     return lines;
 }
 
+/// As it opens with nothing on the disk, then the lines that are others where there is something to show.
+std::pair<QStringList, QStringList> TextsOf(const ScreenCase& screen) {
+    QString help;
+    QStringList lines = TextOfOpened(screen, false, &help);
+    QStringList others = TextOfOpened(screen, true, &help);
+    others.removeIf([&](const QString& line) { return lines.contains(line); });
+    if (!help.isEmpty()) lines.front() += QLatin1String("; help ") + help;
+    return {lines, others};
+}
+
 class ScreenTextsTest : public testing::TestWithParam<ScreenCase> {};
 
-/// data/screens has each screen as it opens with nothing on the disk, then the lines that are others where there is
-/// something to show. `VANTOR_WRITE_SCREENS=1 ctest -R ^screen_tests$` writes the pages anew; read them line by line
-/// before they are committed.
+/// data/screens has each screen's texts, of one that is like another the lines that this one does not have.
+/// `VANTOR_WRITE_SCREENS=1 ctest -R ^screen_tests$` writes the pages anew; read them line by line before they are
+/// committed.
 TEST_P(ScreenTextsTest, SaysWhatItsPageSays) {
-    QString help;
-    QStringList lines = TextOfOpened(GetParam(), false, &help);
-    QStringList others;
-    for (const QString& line : TextOfOpened(GetParam(), true, &help))
-        if (!lines.contains(line)) others += line;
-    if (!help.isEmpty()) lines.front() += QLatin1String("; help ") + help;
+    auto [lines, others] = TextsOf(GetParam());
+    for (const ScreenCase& screen : EveryScreen()) {
+        if (std::string(screen.Name) != GetParam().Like) continue;
+        const auto like = TextsOf(screen);
+        lines.removeIf([&](const QString& line) { return like.first.contains(line); });
+        others.removeIf([&](const QString& line) { return like.second.contains(line); });
+        lines.front() += QLatin1String("; like ") + screen.Name;
+    }
     const std::string text = Joined(lines) + "\nwith something to show:\n" + Joined(others);
     const std::string path = std::string(VANTOR_TEST_DATA "screens/") + GetParam().Name + ".txt";
     if (std::getenv("VANTOR_WRITE_SCREENS") != nullptr) std::ofstream(path) << text;
