@@ -88,6 +88,10 @@ void TableColumns::Restore(const std::string& state) {
 }
 
 bool TableColumns::eventFilter(QObject* watched, QEvent* event) {
+    // Other events still come when only the widget is left of the table.
+    if (event->type() != QEvent::MouseButtonPress && event->type() != QEvent::MouseButtonRelease &&
+        event->type() != QEvent::ToolTip)
+        return false;
     const bool isHead = watched == table_.horizontalHeader()->viewport();
     if (isHead && event->type() == QEvent::MouseButtonPress) isPressed_ = true;
     if (isHead && event->type() == QEvent::MouseButtonRelease) isPressed_ = false;
