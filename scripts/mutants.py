@@ -6,9 +6,10 @@
 
 Takes `count` places (60) of the .cpp files of rules and screens whose path holds TEXT, picked by the seed (1). Each
 fault is one comparison, logical operator, sign, constant or statement. The test programs of the file's own folder, and
-for a screen the one of all screens, are built and run; a fault that does not build is left out. All happens in a copy under build/mutants: the sources here are
-not touched. FILE gets a line a fault, as JSON, which --replay plants again at the same places: the sources must be the
-same then, the tests may be others. Prints what survives; exit status 0 when every fault was planted."""
+for a screen the one of all screens, are built and run; a fault that does not build is left out. All happens in a copy
+under build/mutants: the sources here are not touched. FILE gets a line a fault, as JSON, which --replay plants again at
+the same places: the sources must be the same then, the tests may be others. Prints what survives; exit status 0 when
+every fault was planted and every test program passed before."""
 
 import argparse
 import json

@@ -24,8 +24,8 @@ struct Face {
     Colour Text;
 };
 
-/// Every colour of the program on one kind of surface. Texts have a contrast of 4.5 : 1 or more to what they stand on,
-/// what is drawn in plots 3 : 1, both by the rule of WCAG 2.1; grids and edges are meant to be faint.
+/// Every colour of the windows with a light or a dark palette. Texts have a contrast of 4.5 : 1 or more to what they
+/// stand on, what is drawn in plots 3 : 1, both by the rule of WCAG 2.1; grids and edges are meant to be faint.
 struct Colours {
     // Windows and their controls.
     Colour Window{}, Base{}, AlternateBase{}, Text{}, DisabledText{}, Button{}, ToolTip{};
@@ -40,8 +40,8 @@ struct Colours {
     Colour Warning{}, ClosedPort{};
 
     // Plots, on `Base`.
-    Colour DimText{}, Rule{}, Grid{};
-    Colour Trace{}, Node{}, Key{}, Start{}, End{}, Between{}, IdealSpeed{};
+    Colour DimText{}, Grid{};
+    Colour Trace{}, Node{}, Key{}, Boundary{}, IdealSpeed{};
     Colour Delay{}, Average{}, AveragePoint{};
 };
 
@@ -66,14 +66,11 @@ inline constexpr Colours LightColours = {
     .Warning = Rgb(0xB01010),
     .ClosedPort = Rgb(0xFF0000),  // as on every counter screen so far
     .DimText = Rgb(0x5A5E64),
-    .Rule = Rgb(0x5A5E64),
     .Grid = Rgb(0xE0E3E7),
     .Trace = Rgb(0x0B7A75),
     .Node = Rgb(0x8A9098),
     .Key = Rgb(0xA81B5C),
-    .Start = Rgb(0x1D4ED8),
-    .End = Rgb(0x1D4ED8),
-    .Between = Rgb(0xF3F5F8),
+    .Boundary = Rgb(0x1D4ED8),
     .IdealSpeed = Rgb(0xB45309),
     .Delay = Rgb(0xFF0000),
     .Average = Rgb(0x000000),
@@ -101,22 +98,22 @@ inline constexpr Colours DarkColours = {
     .Warning = Rgb(0xFFA8A8),
     .ClosedPort = Rgb(0xFFA8A8),
     .DimText = Rgb(0xA8ACB1),
-    .Rule = Rgb(0xA8ACB1),
     .Grid = Rgb(0x3A3D41),
     .Trace = Rgb(0x4FD1C5),
     .Node = Rgb(0x8A9098),
     .Key = Rgb(0xF48FC0),
-    .Start = Rgb(0x6CA8FF),
-    .End = Rgb(0x6CA8FF),
-    .Between = Rgb(0x26282B),
+    .Boundary = Rgb(0x6CA8FF),
     .IdealSpeed = Rgb(0xF5B041),
     .Delay = Rgb(0xFF5A5A),
     .Average = Rgb(0xF2F2F2),
     .AveragePoint = Rgb(0x38A8E8),
 };
 
-/// Printed pages have no controls.
-inline constexpr Colours PaperColours = {
+/// Those of printed pages, which have no controls.
+struct PaperInks {
+    Colour Base, Text, DimText, Rule, Grid, Trace, Node, Start, End, Between;
+};
+inline constexpr PaperInks PaperColours = {
     .Base = Rgb(0xFFFFFF),
     .Text = Rgb(0x202020),
     .DimText = Rgb(0x606060),

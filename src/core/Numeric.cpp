@@ -33,7 +33,7 @@ Integer Narrowed(std::int64_t value) {
 }
 
 struct LeadingNumber {
-    double Value = 0;
+    double Value = 0;        ///< infinite for one that a double cannot hold
     std::size_t Length = 0;  ///< characters read, blanks before the number included; 0 where there is none
 };
 
@@ -49,9 +49,14 @@ LeadingNumber ReadLeadingNumber(std::string_view text) {
     LeadingNumber number;
     const auto [end, error] = std::from_chars(first, last, number.Value);
     if (error == std::errc::invalid_argument) return {};
-    if (error == std::errc::result_out_of_range) throw RunTimeError(ErrorNumber::Overflow);
+    if (error == std::errc::result_out_of_range) number.Value = std::numeric_limits<double>::infinity();
     number.Length = static_cast<std::size_t>(end - text.data());
     return number;
+}
+
+double Finite(double value) {
+    if (!std::isfinite(value)) throw RunTimeError(ErrorNumber::Overflow);
+    return value;
 }
 
 }  // namespace
@@ -71,26 +76,22 @@ std::int16_t To16(std::int64_t value) { return Narrowed<std::int16_t>(value); }
 
 std::string Str(std::int64_t value) { return (value < 0 ? "" : " ") + std::to_string(value); }
 
-double Val(std::string_view text) { return ReadLeadingNumber(text).Value; }
+double Val(std::string_view text) { return Finite(ReadLeadingNumber(text).Value); }
 
 std::int32_t IntegerOfText(std::string_view text) {
     const std::string_view trimmed = Trim(text);
     const LeadingNumber number = ReadLeadingNumber(trimmed);
+    Finite(number.Value);
     if (number.Length == 0 || number.Length != trimmed.size()) throw RunTimeError(ErrorNumber::TypeMismatch);
     return Round32(number.Value);
 }
 
 std::optional<double> NumberOfText(std::string_view text, bool mayHaveExponent) {
-    std::string_view number = Trim(text);
-    if (number.starts_with('+')) number.remove_prefix(1);
-    const std::size_t first = number.starts_with('-') ? 1 : 0;
-    // from_chars alone would also read "inf" and "nan".
-    if (first >= number.size() || (!IsDigit(number[first]) && number[first] != '.')) return std::nullopt;
-    const auto format = mayHaveExponent ? std::chars_format::general : std::chars_format::fixed;
-    const char* last = number.data() + number.size();
-    double value = 0;
-    const auto [end, error] = std::from_chars(number.data(), last, value, format);
-    return error == std::errc() && end == last && std::isfinite(value) ? std::optional(value) : std::nullopt;
+    const std::string_view trimmed = Trim(text);
+    if (!mayHaveExponent && trimmed.find_first_of("eE") != std::string_view::npos) return std::nullopt;
+    const LeadingNumber number = ReadLeadingNumber(trimmed);
+    const bool isWhole = number.Length > 0 && number.Length == trimmed.size() && std::isfinite(number.Value);
+    return isWhole ? std::optional(number.Value) : std::nullopt;
 }
 
 std::optional<std::int32_t> CountOfText(std::string_view text, std::int32_t most) {
@@ -102,7 +103,7 @@ std::optional<std::int32_t> CountOfText(std::string_view text, std::int32_t most
 }
 
 std::string FormatRatio(double value) {
-    if (!std::isfinite(value)) throw RunTimeError(ErrorNumber::Overflow);
+    Finite(value);
     // The shortest decimal with 15 significant digits, as plain digits: d.dddddddddddddde±xx.
     char scientific[40];
     std::snprintf(scientific, sizeof scientific, "%.14e", std::fabs(value));

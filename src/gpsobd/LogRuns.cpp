@@ -131,13 +131,11 @@ TimeSpan TimeSpanOf(LogKind kind, const RunPoints& points) {
     return {secondOf(*first), secondOf(*last)};
 }
 
-/// Why a run cannot be made; nothing for one that can.
-std::optional<std::string> TooLongText(LogKind kind, const RunPoints& points) {
-    const TimeSpan time = TimeSpanOf(kind, points);
+/// Why the run of a number cannot be made; nothing for one that can.
+std::optional<std::string> TooLongText(std::int16_t number, const TimeSpan& time) {
     if (time.Seconds() <= MostSeconds) return std::nullopt;
-    return "Run " + std::to_string(RunNumberOf(kind, *points.front())) + " goes from " +
-           IsoDateTime(DateOfSeconds(time.First)) + " to " + IsoDateTime(DateOfSeconds(time.Last)) +
-           "; a run holds at most 32767 seconds.";
+    return "Run " + std::to_string(number) + " goes from " + IsoDateTime(DateOfSeconds(time.First)) + " to " +
+           IsoDateTime(DateOfSeconds(time.Last)) + "; a run holds at most 32767 seconds.";
 }
 
 /// The seconds of a run from its first to its last.
@@ -147,8 +145,9 @@ struct RunSeconds {
 };
 
 RunSeconds SecondsOfRun(LogKind kind, const RunPoints& points) {
-    if (const auto problem = TooLongText(kind, points)) throw RunTimeError(ErrorNumber::Overflow, *problem);
     const TimeSpan time = TimeSpanOf(kind, points);
+    if (const auto problem = TooLongText(RunNumberOf(kind, *points.front()), time))
+        throw RunTimeError(ErrorNumber::Overflow, *problem);
     RunSeconds run{time.First, std::vector<Second>(static_cast<std::size_t>(time.Seconds()))};
     for (const LogPoint* point : points)
         AddPoint(kind, *point, run.Seconds[static_cast<std::size_t>(SecondsOf(kind, *point) - run.First)]);
@@ -226,7 +225,7 @@ RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, std::span<c
 std::vector<std::string> RunsTooLong(const FieldLog& reviewed) {
     std::vector<std::string> problems;
     for (const auto& [number, points] : PointsOfRuns(reviewed))
-        if (const auto problem = TooLongText(reviewed.Kind, points)) problems.push_back(*problem);
+        if (const auto problem = TooLongText(number, TimeSpanOf(reviewed.Kind, points))) problems.push_back(*problem);
     return problems;
 }
 
@@ -254,7 +253,7 @@ std::optional<LogRunsWritten> WriteLogRuns(FileSystem& files, const FieldLog& re
     std::uint64_t done = 0;
     for (const auto& [number, points] : runs) {
         if (!making(done++, runs.size())) return std::nullopt;
-        if (const auto problem = TooLongText(reviewed.Kind, points)) {
+        if (const auto problem = TooLongText(number, TimeSpanOf(reviewed.Kind, points))) {
             written.LeftOut.push_back(*problem);
             continue;
         }

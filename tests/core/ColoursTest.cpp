@@ -45,8 +45,8 @@ TEST(Colours, TextsAndMarksStandOutFromWhatTheyStandOn) {
                                                    {all.Yellow.Text, all.Yellow.Background},
                                                    {all.Unlocked.Text, all.Unlocked.Background}};
         for (const auto& [text, background] : texts) EXPECT_GE(Contrast(text, background), 4.5);
-        for (const Colour mark : {all.Trace, all.Node, all.Key, all.Start, all.End, all.IdealSpeed, all.Delay,
-                                  all.Average, all.AveragePoint, all.ClosedPort})
+        for (const Colour mark : {all.Trace, all.Node, all.Key, all.Boundary, all.IdealSpeed, all.Delay, all.Average,
+                                  all.AveragePoint, all.ClosedPort})
             EXPECT_GE(Contrast(mark, all.Base), 3);
     }
     for (const Colour text : {PaperColours.Text, PaperColours.DimText})

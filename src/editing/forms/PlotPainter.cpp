@@ -16,7 +16,7 @@ ProfileColours::ProfileColours(const QPalette& palette, const Colours& colours)
       Trace(Ink(colours.Trace)),
       Node(Ink(colours.Node)),
       Key(Ink(colours.Key)),
-      Boundary(Ink(colours.Start)),
+      Boundary(Ink(colours.Boundary)),
       IdealSpeed(Ink(colours.IdealSpeed)) {}
 
 PlotPainter::PlotPainter(QPainter& painter, const QSizeF& size, const ProfileGeometry& geometry,
