@@ -7,16 +7,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace vantor;
     FuzzFile(data, size, "/g/R.rd2", [](MemoryFileSystem& files) {
         SilentMessageBoxes messages;
-        RunRecord run;
-        if (!ReadRunFile(files, messages, run, "/g/", "R", true)) return;
-        WriteRunFile(files, run, "/g/", "Again");
-        DecodeRunSamples(run);
+        auto run = ReadRunFile(files, messages, "/g/", "R");
+        if (!run) return;
+        WriteRunFile(files, *run, "/g/", "Again", Expected::Nothing());
+        DecodeRunSamples(*run);
         AppSettings settings;
         StudyRunEntry entry;
         entry.CDStartDist = 1;
-        entry.CDEndDist = run.Header.RunLength;
-        PlotState plot = PlacedBoundaries(run, entry);
-        ComputeRunDelay(run, settings, plot, entry);
+        entry.CDEndDist = run->Header.RunLength;
+        PlotState plot = PlacedBoundaries(*run, entry);
+        ComputeRunDelay(*run, settings, plot, entry);
     });
     return 0;
 }

@@ -105,7 +105,7 @@ FoundBoundaries FindBoundaries(const RunRecord& run, const PlotState& plot, cons
     return found;
 }
 
-IdealSpeed ComputeRunDelay(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry) {
+float ComputeRunDelay(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry) {
     entry.StopDelay = 0;
     BoundaryScan scan(run, settings, plot);
     const auto start = scan.Find(plot.CDStartSample, entry.CDStartDist, nullptr);
@@ -113,14 +113,14 @@ IdealSpeed ComputeRunDelay(const RunRecord& run, const AppSettings& settings, Pl
     const auto end = scan.Find(plot.CDEndSample, entry.CDEndDist, &entry.StopDelay);
     TakeBoundary(end, plot.Axis, plot.CDEndSample, entry.CDEndDist);
 
-    IdealSpeed ideal;
-    ideal.Speed = IdealSpeedOf(entry, start.Speed, end.Speed);
-    ideal.Shown = Round16(ideal.Speed);
+    const float idealSpeed = IdealSpeedOf(entry, start.Speed, end.Speed);
+    // It is shown as 16 bits: one that does not fit ends the computation here.
+    Round16(idealSpeed);
     const std::int32_t travelTime = Subtract32(plot.CDEndSample, plot.CDStartSample);
     const std::int32_t feet = Subtract32(entry.CDEndDist, entry.CDStartDist);
-    entry.ControlDelay = Subtract32(travelTime, IdealTravelTime(feet, ideal.Speed));
+    entry.ControlDelay = Subtract32(travelTime, IdealTravelTime(feet, idealSpeed));
     entry.LOSGrade = LOSGradeOf(entry.ControlDelay);
-    return ideal;
+    return idealSpeed;
 }
 
 OneBased<std::int32_t> RunningDistances(const RunRecord& run) {

@@ -34,20 +34,14 @@ struct FoundBoundaries {
 FoundBoundaries FindBoundaries(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry,
                                const AppSettings& settings = {});
 
-/// The ideal speed that a computation used, miles per hour, and as the whole number that is shown for it.
-struct IdealSpeed {
-    float Speed = 0;
-    std::int16_t Shown = 0;
-};
-
 /// Computes one run between its boundaries and writes its entry: travel time against the time that the ideal speed
 /// would have taken (control delay), samples at or below the stop speed (stop delay), and the grade. The boundary
-/// values of the other axis follow. Formulas: docs/methods.md, "One run".
+/// values of the other axis follow. Returns the ideal speed, miles per hour. Formulas: docs/methods.md, "One run".
 ///
 /// Errors: 6 for a figure that does not fit, 9 for a run too short to look at, 11 for an ideal speed of 0. What was
 /// written to `entry` and `plot` before the error stays. A boundary that lies in the run's last second or beyond is not
 /// found: its sample in `plot` keeps the value it had.
-IdealSpeed ComputeRunDelay(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry);
+float ComputeRunDelay(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry);
 
 /// The distance from the run's start after each sample, sample 1 first; feet.
 OneBased<std::int32_t> RunningDistances(const RunRecord& run);

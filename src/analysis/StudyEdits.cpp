@@ -34,12 +34,19 @@ std::optional<RunNotComputed> Compute(const StudyRunEntry& wanted, Study& study,
 
 }  // namespace
 
-IdealSpeed ComputeEntry(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry) {
+void TakeEntry(ApplicationState& state, int run, const StudyRunEntry& entry) {
+    StudyRunEntry& taken = state.CurrentStudy.Entries[run];
+    if (taken == entry) return;
+    taken = entry;
+    state.StudyUnchanged = false;
+}
+
+float ComputeEntry(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry) {
     try {
-        const IdealSpeed ideal = ComputeRunDelay(run, settings, plot, entry);
+        const float idealSpeed = ComputeRunDelay(run, settings, plot, entry);
         entry.Computed = ComputationOf(run, entry);
         entry.StopDelayThreshold = settings.StopSpeedThreshold;
-        return ideal;
+        return idealSpeed;
     } catch (const RunTimeError& error) {
         // The stop delay is counted before anything of the control delay can fail.
         entry.StopDelayThreshold = settings.StopSpeedThreshold;

@@ -7,7 +7,7 @@
 
 #include "analysis/DelayStatistics.h"
 #include "analysis/StudyResults.h"
-#include "core/AppSettings.h"
+#include "core/ApplicationState.h"
 #include "core/StudyRecords.h"
 #include "core/ports/FileSystem.h"
 
@@ -16,7 +16,10 @@ namespace vantor {
 // What changes the figures of a study. Window and commands make the same change by the same function.
 
 /// As ComputeRunDelay; the entry also keeps what its figures were computed from, or why they could not be.
-IdealSpeed ComputeEntry(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry);
+float ComputeEntry(const RunRecord& run, const AppSettings& settings, PlotState& plot, StudyRunEntry& entry);
+
+/// Gives run `run` (from 1) of the current study this entry; the study is changed then, unless it had it already.
+void TakeEntry(ApplicationState& state, int run, const StudyRunEntry& entry);
 
 struct Bounds {
     std::int32_t StartDist = 0;  ///< feet

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "analysis/StudyEdits.h"
 #include "analysis/forms/frmContDelayVsAvg.h"
 #include "analysis/forms/frmReportPreview.h"
 #include "analysis/forms/frmRunStatistics.h"
@@ -56,7 +57,15 @@ StartUpChoice AppScreens::ShowStartUp() { return ChosenIn<frmStartUp>(*context_)
 bool AppScreens::ShowStudyOpen() { return ShowModal<frmStudyOpen>(*context_); }
 bool AppScreens::ShowStudySaveAs() { return ShowModal<frmStudySaveAs>(*context_); }
 bool AppScreens::ShowRunSelect() { return ShowModal<frmRunSelect>(*context_); }
-void AppScreens::ShowSpeedProfile(int entryIndex) { ShowModal<frmPlotRunSpeedProfileHoriz>(*context_, entryIndex); }
+
+std::optional<StudyRunEntry> AppScreens::ShowSpeedProfile(int entryIndex) {
+    // The study holds each change at once, for its unsaved changes are kept from there while the screen is open.
+    frmPlotRunSpeedProfileHoriz form(*context_, entryIndex, [this, entryIndex](const StudyRunEntry& entry) {
+        TakeEntry(context_->State, entryIndex, entry);
+    });
+    Run(form);
+    return form.ChangedEntry();
+}
 
 void AppScreens::ShowRunEditor(int entryIndex) { ShowModal<frmRunDetails>(*context_, entryIndex); }
 void AppScreens::ShowSensorData(int entryIndex) { ShowModal<frmEditPulseData>(*context_, entryIndex); }

@@ -39,13 +39,13 @@ int RepairRun(CommandContext& context, const RepairOptions& options) {
     const bool isInPlace = !options.Output;
     const NamedFile target = isInPlace ? source : TakeApartOutput(context, *options.Output);
     const Expected there = isInPlace ? AsItStands(context.Files, options.Path) : Expected::Nothing();
-    RunRecord run;
-    if (!ReadRunFile(context.Files, context.Messages, run, source.Folder, source.Name, true)) return Failed;
-    const SensorData data(run.Header.CalConstant, context.State.Settings);
-    const WordChanges changes = RepairsOf(data, run, options);
-    for (const WordChange& change : changes) run.SampleValues[change.Point] = change.New;
+    auto run = ReadRunFile(context.Files, context.Messages, source.Folder, source.Name);
+    if (!run) return Failed;
+    const SensorData data(run->Header.CalConstant, context.State.Settings);
+    const WordChanges changes = RepairsOf(data, *run, options);
+    for (const WordChange& change : changes) run->SampleValues[change.Point] = change.New;
     // A run without faults stays as it is, without a backup.
-    if (!isInPlace || !changes.empty()) Write(context, run, target, there);
+    if (!isInPlace || !changes.empty()) Write(context, *run, target, there);
     context.Print({{"changed", changes.size()}});
     return Done;
 }

@@ -46,9 +46,9 @@ int ShowRun(CommandContext& context, const std::string& path, bool withSamples) 
 
 int ConvertRun(CommandContext& context, const std::string& path) {
     const NamedFile file = TakeApart(path, Ver1RunExtension, "version 1 run file");
-    RunRecord run;
-    if (!ConvertVer1RunFile(context.Files, context.Messages, run, file.Folder, file.Name)) return Failed;
-    context.Print({{"RunName", run.Header.RunName},
+    const auto run = ConvertVer1RunFile(context.Files, context.Messages, file.Folder, file.Name);
+    if (!run) return Failed;
+    context.Print({{"RunName", run->Header.RunName},
                    {"path", file.Folder + file.Name + RunExtension},
                    {"renamed", file.Folder + file.Name + ConvertedRunExtension}});
     return Done;

@@ -45,7 +45,11 @@ public:
     /// New elements are empty ones; elements behind the new last index are dropped.
     void ResizeTo(int lastIndex) { elements_.resize(static_cast<std::size_t>(lastIndex) + 1 - First); }
     void Append(Element element) { elements_.push_back(std::move(element)); }
-    void Insert(int index, Element element) { elements_.insert(elements_.begin() + index - First, std::move(element)); }
+    /// Before the element of that index; behind the last one with LastIndex() + 1.
+    void Insert(int index, Element element) {
+        const std::size_t at = index == LastIndex() + 1 ? elements_.size() : Checked(index);
+        elements_.insert(elements_.begin() + static_cast<std::ptrdiff_t>(at), std::move(element));
+    }
     void Remove(int index) { elements_.erase(elements_.begin() + static_cast<std::ptrdiff_t>(Checked(index))); }
 
     Element& operator[](int index) { return elements_[Checked(index)]; }

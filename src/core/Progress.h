@@ -7,6 +7,9 @@
 
 namespace vantor {
 
+/// Why a row of a list has no more than its name when its reading was stopped.
+inline constexpr const char* ListingStoppedText = "It was not read: the listing was stopped.";
+
 /// What a rule with long work tells of it and asks: how much is done, and whether to go on. A rule that is told to stop
 /// leaves nothing half done. One without a sink tells nobody and never stops.
 class Progress {

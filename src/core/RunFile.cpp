@@ -151,19 +151,15 @@ RunReading ReadRun(const FileSystem& files, const std::string& folder, const std
     return unreadable;
 }
 
-bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
-                 const std::string& name, bool withSamples) {
-    RunReading reading = ReadRun(files, folder, name, withSamples ? RunPart::Whole : RunPart::Header);
+std::optional<RunRecord> ReadRunFile(const FileSystem& files, MessageBoxes& messages, const std::string& folder,
+                                     const std::string& name) {
+    RunReading reading = ReadRun(files, folder, name, RunPart::Whole);
     if (reading.Outcome == RunOutcome::Missing) {
         TellMissingRun(messages, name);
-        return false;
+        return std::nullopt;
     }
     if (!reading) throw RunTimeError(*reading.Fault);
-    if (withSamples)
-        run = std::move(reading.Run);
-    else
-        run.Header = std::move(reading.Run.Header);
-    return true;
+    return std::move(reading.Run);
 }
 
 std::vector<RunBackup> RunBackupsOf(const FileSystem& files, const std::string& folder, const std::string& name) {
@@ -236,12 +232,12 @@ RunRecord ReadVer1Run(const FileSystem& files, const std::string& folder, const 
     return run;
 }
 
-bool ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
-                        const std::string& name) {
+std::optional<RunRecord> ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, const std::string& folder,
+                                            const std::string& name) {
     const std::string path = PathOf(folder, name, "");
     if (!FileExists(files, path + Ver1RunExtension)) {
         TellMissingRun(messages, name);
-        return false;
+        return std::nullopt;
     }
     if (FileExists(files, path + ConvertedRunExtension))
         throw RunTimeError(ErrorNumber::FileAlreadyExists,
@@ -268,8 +264,7 @@ bool ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, RunRecord& ru
         throw;
     }
     if (replaced) messages.Tell("The run " + name + RunExtension + " that was there is kept as " + backup + ".");
-    run = std::move(converted);
-    return true;
+    return converted;
 }
 
 void DeleteRunFile(FileSystem& files, const std::string& folder, const std::string& name) {

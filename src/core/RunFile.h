@@ -48,12 +48,11 @@ RunReading ReadRun(const FileSystem& files, const std::string& path, RunPart par
 /// Of a name that would leave the folder: Unreadable.
 RunReading ReadRun(const FileSystem& files, const std::string& folder, const std::string& name, RunPart part);
 
-/// Reads folder + name + ".rd2", with its samples or, without them, both lists left as they are. A missing file is
-/// told to the user and gives false, with `run` untouched. Missing samples at the end read as zero. A file that is
-/// unreadable or damaged is the fault of ReadRun (6 for more than 32767 samples, 9 for fewer than none, 62 without a
-/// whole header); `run` is untouched then too.
-bool ReadRunFile(const FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
-                 const std::string& name, bool withSamples);
+/// Reads folder + name + ".rd2". A missing file is told to the user and gives nothing. Missing samples at the end read
+/// as zero. A file that is unreadable or damaged is the fault of ReadRun (6 for more than 32767 samples, 9 for fewer
+/// than none, 62 without a whole header).
+[[nodiscard]] std::optional<RunRecord> ReadRunFile(const FileSystem& files, MessageBoxes& messages,
+                                                   const std::string& folder, const std::string& name);
 
 /// A backup of a run's file.
 struct RunBackup {
@@ -86,12 +85,12 @@ std::string ReplaceRunFile(FileSystem& files, RunRecord& run, const std::string&
 void AddRunFile(WriteBatch& batch, RunRecord& run, const std::string& folder, const std::string& name,
                 const Expected& expected);
 
-/// Fills `run` from folder + name + ".rdf", writes it as ".rd2" and renames the old file to ".rdx". A missing file
-/// is told to the user and gives false. Error 58 before anything is written when the ".rdx" exists. A ".rd2" that is
-/// replaced is kept as a numbered backup, which is told to the user. After an error all
-/// files are as they were; where the disk refuses that too, ".rdf" and ".rd2" lie side by side, both whole.
-bool ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, RunRecord& run, const std::string& folder,
-                        const std::string& name);
+/// Reads folder + name + ".rdf", writes the run as ".rd2" and renames the old file to ".rdx". A missing file is told to
+/// the user and gives nothing. Error 58 before anything is written when the ".rdx" exists. A ".rd2" that is replaced is
+/// kept as a numbered backup, which is told to the user. After an error all files are as they were; where the disk
+/// refuses that too, ".rdf" and ".rd2" lie side by side, both whole.
+std::optional<RunRecord> ConvertVer1RunFile(FileSystem& files, MessageBoxes& messages, const std::string& folder,
+                                            const std::string& name);
 
 /// A version 1 run as it stands in its file, with the stored FileVersion.
 RunRecord ReadVer1Run(const FileSystem& files, const std::string& folder, const std::string& name);

@@ -163,7 +163,7 @@ void SpeedProfile::SetIdealSpeedUser(std::int32_t mph) {
 
 void SpeedProfile::Compute() {
     computedIdealSpeed_.reset();
-    computedIdealSpeed_ = ComputeEntry(run_, settings_, plot_, entry_).Speed;
+    computedIdealSpeed_ = ComputeEntry(run_, settings_, plot_, entry_);
 }
 
 }  // namespace vantor

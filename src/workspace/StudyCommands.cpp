@@ -1,5 +1,6 @@
 #include "workspace/StudyCommands.h"
 
+#include "analysis/StudyEdits.h"
 #include "analysis/StudyTable.h"
 #include "core/Backup.h"
 #include "core/Paths.h"
@@ -58,7 +59,9 @@ bool ReadRunOfStudy(AppContext& context, const std::string& name) {
     const std::string folder = StudyGroupFolder(state);
     // The stamp first: what another program writes in between is not written over then.
     const auto stamp = AsItStands(context.Files, folder + name + RunExtension).File;
-    if (!ReadRunFile(context.Files, context.Messages, state.CurrentRun, folder, name, true)) return false;
+    auto run = ReadRunFile(context.Files, context.Messages, folder, name);
+    if (!run) return false;
+    state.CurrentRun = std::move(*run);
     state.CurrentRunStamp = stamp;
     return true;
 }
@@ -137,12 +140,10 @@ void ShowRun(AppContext& context, int index, void (Screens::*screen)(int entryIn
 
 void ShowRunDetails(AppContext& context, int index) {
     ApplicationState& state = context.State;
-    const StudyRunEntry before = state.CurrentStudy.Entries[index];
-    const std::string name = RunFileName(before);
+    const std::string name = RunFileName(state.CurrentStudy.Entries[index]);
     if (!ReadRunOfStudy(context, name)) return;
-    context.OtherScreens.ShowSpeedProfile(index);
+    if (const auto changed = context.OtherScreens.ShowSpeedProfile(index)) TakeEntry(state, index, *changed);
 
-    if (state.CurrentStudy.Entries[index] != before) state.StudyUnchanged = false;
     const std::string newName(Trim(state.CurrentRun.Header.RunName));
     state.CurrentRun.Header.RunName = newName;
     if (newName == name) return;

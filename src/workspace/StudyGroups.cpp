@@ -16,8 +16,6 @@ namespace {
 
 std::string ProblemOf(const RunTimeError& error) { return std::string(error.what()) + "\n" + error.Place(); }
 
-constexpr const char* NotRead = "It was not read: the listing was stopped.";
-
 void ReadListedStudy(const FileSystem& files, const std::string& group, ListedStudy& study) {
     try {
         if (auto read = ReadStudyRunNames(files, group, study.Name)) {
@@ -85,7 +83,7 @@ std::vector<ListedStudy> ListStudies(const FileSystem& files, const std::string&
         if (progress(i, studies.size()))
             ReadListedStudy(files, group, studies[i]);
         else
-            studies[i].Problem = NotRead;
+            studies[i].Problem = ListingStoppedText;
     }
     return studies;
 }
@@ -104,7 +102,7 @@ std::vector<ListedRun> ListRuns(const FileSystem& files, const std::string& grou
     }
     for (std::size_t i = 0; i < runs.size(); ++i) {
         ListedRun& run = runs[i];
-        run.Problem = progress(i, runs.size()) ? NameProblem(run.Name, RunNameWidth) : NotRead;
+        run.Problem = progress(i, runs.size()) ? NameProblem(run.Name, RunNameWidth) : ListingStoppedText;
         if (run.Problem.empty()) ReadListedRun(files, group, run);
     }
     std::ranges::stable_sort(runs, {}, [](const ListedRun& run) { return FoldCase(run.Name); });

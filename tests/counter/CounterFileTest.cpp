@@ -87,11 +87,7 @@ protected:
         return run;
     }
 
-    RunRecord ReadBack(const std::string& name) {
-        RunRecord run;
-        EXPECT_TRUE(ReadRunFile(Files, Messages, run, Temp, name, true));
-        return run;
-    }
+    RunRecord ReadBack(const std::string& name) { return ReadRunFile(Files, Messages, Temp, name).value(); }
 
     void DeleteRuns() {
         for (const FileInfo& info : Files.List(Temp)) Files.Delete(Temp + info.Name);

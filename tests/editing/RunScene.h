@@ -41,11 +41,7 @@ protected:
         EntryBefore = Entry();
     }
     StudyRunEntry& Entry() { return State.CurrentStudy.Entries[1]; }
-    RunRecord OnDisk(const std::string& name) {
-        RunRecord run;
-        EXPECT_TRUE(ReadRunFile(Files, Messages, run, Group, name, true));
-        return run;
-    }
+    RunRecord OnDisk(const std::string& name) { return ReadRunFile(Files, Messages, Group, name).value(); }
     /// Presses a button of the screen, which asks or tells that then.
     void PressTold(const char* button, const std::string& text, MessageAnswer answer = MessageAnswer::Ok) {
         Messages.Expect(text, answer);

@@ -6,6 +6,7 @@
 #include <QWheelEvent>
 
 #include "RunScene.h"
+#include "analysis/StudyEdits.h"
 #include "core/ContentHash.h"
 #include "fakes/FormScene.h"
 #include "fakes/ThrowsError.h"
@@ -24,7 +25,7 @@ protected:
 
     /// Opens the form with a plot area of 1000 by 400 pixels.
     void OpenPlot() {
-        Open(1);
+        Open(1, [this](const StudyRunEntry& entry) { TakeEntry(State, 1, entry); });
         const QFontMetricsF metrics(Plot().font());
         const PlotRectangle area = PlotAreaOf({2000, 1000}, metrics);
         Plot().setFixedSize(static_cast<int>(area.Left + 1000 + 2000 - area.Right),
@@ -240,6 +241,7 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, ReleasesOfOneBoundaryCountTooButNotThose
     EXPECT_EQ(Text("lblContDelay"), " 55");  // 0 s for -2000 feet at 36.67 ft/s
     Drag(At(500, 250), {At(500, 300)});
     EXPECT_EQ(Text("lblContDelay"), " 45");  // 44 ft/s
+    EXPECT_EQ(Window->ChangedEntry(), Entry());
 }
 
 TEST_F(frmPlotRunSpeedProfileHorizTest, SaysWithWhichBoundariesTheFiguresMeanNothing) {
@@ -363,6 +365,7 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, RunsWithoutAProfileSaySoAndTakeNoDrag) {
         PlotKey(Qt::Key_Plus, Qt::ControlModifier);
         EXPECT_FALSE(Window->grab().isNull());
         EXPECT_EQ(Entry(), EntryBefore);
+        EXPECT_FALSE(Window->ChangedEntry());
         EXPECT_FALSE(IsEnabled("btnToggleSpdTime"));
         CloseEarly();
     }

@@ -212,6 +212,8 @@ TEST_F(frmRunDetailsTest, OpensTheOtherScreensOfTheRun) {
     EXPECT_THAT(Nodes(), ElementsAre("1|First|0|0", "2|Ash|3|30", "3|Birch|6|60", "4|Last|8|80", "5||9|90"));
 
     // A name that is given on the plot is a change that is not saved yet.
+    OtherScreens.ChangedEntry = Entry();
+    OtherScreens.ChangedEntry->StopDelay = 5;
     OtherScreens.OnShow["frmPlotRunSpeedProfileHoriz"] = [this] {
         State.CurrentRun.Header.RunName = "B";
         return true;
@@ -219,6 +221,7 @@ TEST_F(frmRunDetailsTest, OpensTheOtherScreensOfTheRun) {
     Press("BtnShowPlot");
     EXPECT_THAT(OtherScreens.Shown, ElementsAre("frmRunStatistics", "frmEditPulseData", "frmPlotRunSpeedProfileHoriz"));
     EXPECT_EQ(Text("RunDetailsName") + State.CurrentRun.Header.RunName, "BA");
+    EXPECT_EQ(Entry().StopDelay, 5);
     EXPECT_TRUE(Leaves(AsksToSave, Yes));
     EXPECT_EQ(OnDisk(RunFileName(Entry())).Header.RunName, "B");
 }

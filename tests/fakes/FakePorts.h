@@ -89,13 +89,17 @@ public:
     StartUpChoice StartUp = StartUpChoice::None;
     CounterFileChoice CounterFile{"/start/Field Data Files/", "dump"};
     LogChoice Log{"/start/Field Data Files/", "drive", ".gd2"};
-    std::vector<Upload> Uploads;  ///< what was handed to the screen that names runs
+    std::optional<StudyRunEntry> ChangedEntry;  ///< by the speed profile
+    std::vector<Upload> Uploads;                ///< what was handed to the screen that names runs
 
     StartUpChoice ShowStartUp() override { return Show("frmStartUp") ? StartUp : StartUpChoice::None; }
     bool ShowStudyOpen() override { return Show("frmStudyOpen"); }
     bool ShowStudySaveAs() override { return Show("frmStudySaveAs"); }
     bool ShowRunSelect() override { return Show("frmRunSelect"); }
-    void ShowSpeedProfile(int) override { Show("frmPlotRunSpeedProfileHoriz"); }
+    std::optional<StudyRunEntry> ShowSpeedProfile(int) override {
+        Show("frmPlotRunSpeedProfileHoriz");
+        return ChangedEntry;
+    }
     void ShowRunEditor(int) override { Show("frmRunDetails"); }
     void ShowSensorData(int) override { Show("frmEditPulseData"); }
     void ShowRunFileEditor(int) override { Show("frmEditRunFile"); }

@@ -92,9 +92,7 @@ FaultScene::FaultScene() {
 }
 
 RunRecord FaultScene::StoredRun(const std::string& folder, const std::string& name) {
-    RunRecord run;
-    EXPECT_TRUE(ReadRunFile(Files, Told, run, folder, name, true)) << name;
-    return run;
+    return ReadRunFile(Files, Told, folder, name).value();
 }
 
 void ExpectEntriesAgree(FaultScene& scene) {

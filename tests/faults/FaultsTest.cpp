@@ -128,9 +128,7 @@ const Operation OfRules[] = {
     {"Ver1RunConverted",
      [](Scene& scene) { scene.Files.PutCopyOf(VANTOR_SAMPLES "Version 1 runs/MAINNB01.rdf", scene.Group + "M.rdf"); },
      [](Scene& scene) {
-         RunRecord run;
-         ConvertVer1RunFile(scene.Files, scene.Told, run, scene.Group, "M");
-         scene.State.CurrentRun = run;
+         scene.State.CurrentRun = ConvertVer1RunFile(scene.Files, scene.Told, scene.Group, "M").value();
      },
      [](Scene& scene) {
          ExpectRunAgrees(scene);

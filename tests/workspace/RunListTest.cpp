@@ -134,11 +134,10 @@ TEST_F(RunListTest, DetailsBringBackBoundariesAndANewName) {
     EXPECT_FALSE(State.StudyUnchanged);
 
     State.StudyUnchanged = true;
-    OtherScreens.OnShow["frmPlotRunSpeedProfileHoriz"] = [this] {
-        Current().Entries[2].CDEndDist = 7000;
-        Current().Entries[2].ControlDelay = 16;
-        return true;
-    };
+    OtherScreens.OnShow.clear();
+    OtherScreens.ChangedEntry = Current().Entries[2];
+    OtherScreens.ChangedEntry->CDEndDist = 7000;
+    OtherScreens.ChangedEntry->ControlDelay = 16;
     DoubleClickRow(*Window, "vaRunList", 1);
     EXPECT_THAT(CellText(List(), 1, 7), StartsWith("Counted"));
     EXPECT_EQ(Text("lblAvgContDelay"), " 14");

@@ -1,11 +1,10 @@
 #include "core/forms/LongList.h"
 
-#include <QAbstractTableModel>
 #include <QCollator>
 #include <QHeaderView>
-#include <QScopedValueRollback>
 #include <algorithm>
-#include <numeric>
+
+#include "core/forms/SortedModel.h"
 
 namespace vantor {
 namespace {
@@ -15,52 +14,25 @@ constexpr int SortArrowRoom = 32;
 /// Rows whose texts the columns are made wide enough for.
 constexpr int SampleRows = 100;
 
-template <class Key>
-void SortByKey(std::vector<int>& rows, Qt::SortOrder order, const std::vector<Key>& keys) {
-    const auto key = [&](int row) -> const Key& { return keys[static_cast<std::size_t>(row)]; };
-    if (order == Qt::AscendingOrder)
-        std::stable_sort(rows.begin(), rows.end(), [&](int left, int right) { return key(left) < key(right); });
-    else
-        std::stable_sort(rows.begin(), rows.end(), [&](int left, int right) { return key(right) < key(left); });
-}
-
 }  // namespace
 
-class LongList::Model : public QAbstractTableModel {
+class LongList::Model : public SortedModel {
 public:
     std::vector<Column> Columns;
     std::function<QString(int row, int column)> NoteOf;
-    LongWork* Work = nullptr;
 
     void SetColumns(std::vector<Column> columns) {
         beginResetModel();
         Columns = std::move(columns);
         endResetModel();
     }
-    void SetCount(int count) {
-        std::vector<int> rows = Arranged(count);
-        beginResetModel();
-        rows_ = std::move(rows);
-        endResetModel();
-    }
-    int RowAt(int shown) const { return rows_.at(static_cast<std::size_t>(shown)); }
-    /// Where each row is shown.
-    std::vector<int> Places() const {
-        std::vector<int> places(rows_.size());
-        for (std::size_t shown = 0; shown < rows_.size(); ++shown)
-            places[static_cast<std::size_t>(rows_[shown])] = static_cast<int>(shown);
-        return places;
-    }
-    void Refresh() { sort(sortColumn_, sortOrder_); }
+    using SortedModel::ShowRows;
 
-    int rowCount(const QModelIndex& parent = {}) const override {
-        return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-    }
     int columnCount(const QModelIndex& parent = {}) const override {
         return parent.isValid() ? 0 : static_cast<int>(Columns.size());
     }
     QVariant data(const QModelIndex& index, int role) const override {
-        if (!index.isValid() || isArranging_) return {};
+        if (!index.isValid() || IsArranging()) return {};
         const int row = RowAt(index.row());
         switch (role) {
             case Qt::DisplayRole: return ColumnAt(index.column()).Text(row);
@@ -80,59 +52,16 @@ public:
         if (role != Qt::TextAlignmentRole) return {};
         return static_cast<int>((column.IsNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     }
-    void sort(int column, Qt::SortOrder order) override {
-        sortColumn_ = column;
-        sortOrder_ = order;
-        std::vector<int> rows = Arranged(rowCount());
-        emit layoutAboutToBeChanged({}, VerticalSortHint);
-        const QModelIndexList before = persistentIndexList();
-        std::vector<int> rowsBefore;
-        for (const QModelIndex& cell : before) rowsBefore.push_back(RowAt(cell.row()));
-        rows_ = std::move(rows);
-        const std::vector<int> places = Places();
-        QModelIndexList after;
-        for (qsizetype i = 0; i < before.size(); ++i)
-            after +=
-                index(places[static_cast<std::size_t>(rowsBefore[static_cast<std::size_t>(i)])], before[i].column());
-        changePersistentIndexList(before, after);
-        emit layoutChanged({}, VerticalSortHint);
-    }
 
 private:
     const Column& ColumnAt(int column) const { return Columns[static_cast<std::size_t>(column)]; }
 
-    std::vector<int> Arranged(int count) {
-        std::vector<int> rows(static_cast<std::size_t>(count));
-        std::iota(rows.begin(), rows.end(), 0);
-        if (sortColumn_ < 0 || sortColumn_ >= columnCount()) return rows;
-        const auto arrange = [&] { SortRows(rows, ColumnAt(sortColumn_)); };
-        if (Work == nullptr) {
-            arrange();
-            return rows;
-        }
-        const QScopedValueRollback arranging(isArranging_, true);
-        Work->Run("Sorting the list", [&](FileSystem&, const Progress&) { arrange(); });
-        return rows;
-    }
-
-    void SortRows(std::vector<int>& rows, const Column& column) const {
-        if (column.Key) {
-            std::vector<double> keys;
-            keys.reserve(rows.size());
-            for (const int row : rows) keys.push_back(column.Key(row));
-            return SortByKey(rows, sortOrder_, keys);
-        }
+    void SortRows(std::vector<int>& rows, int column, Qt::SortOrder order) const override {
+        const Column& by = ColumnAt(column);
+        if (by.Key) return SortByKey(rows, order, by.Key);
         const QCollator collator;
-        std::vector<QCollatorSortKey> keys;
-        keys.reserve(rows.size());
-        for (const int row : rows) keys.push_back(collator.sortKey(column.Text(row)));
-        SortByKey(rows, sortOrder_, keys);
+        SortByKey(rows, order, [&](int row) { return collator.sortKey(by.Text(row)); });
     }
-
-    std::vector<int> rows_;  ///< in the order they are shown
-    int sortColumn_ = -1;
-    Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
-    bool isArranging_ = false;
 };
 
 LongList::LongList(QWidget* parent) : QTableView(parent), model_(std::make_unique<Model>()) {
@@ -157,16 +86,16 @@ void LongList::SetEmptyText(const QString& text) {
     viewport()->update();
 }
 
-void LongList::SortIn(LongWork& work) { model_->Work = &work; }
+void LongList::SortIn(LongWork& work) { model_->SortIn(work); }
 
 void LongList::Show(int count) {
-    model_->SetCount(count);
+    model_->ShowRows(count);
     SetEmptyText(emptyText_);
     WidenColumns();
 }
 
 void LongList::Refresh() {
-    model_->Refresh();
+    model_->SortAgain();
     WidenColumns();
 }
 

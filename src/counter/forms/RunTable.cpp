@@ -69,7 +69,7 @@ std::vector<std::string> RunTable::ShowFolder(const std::string& folder) {
                 rows.push_back(ReadRow(files, folder, BaseName(info.Name)));
             } else {
                 rows.emplace_back().Name = BaseName(info.Name);
-                rows.back().Problem = "It was not read: the listing was stopped.";
+                rows.back().Problem = ListingStoppedText;
             }
         }
     });

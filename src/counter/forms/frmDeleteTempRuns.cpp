@@ -31,7 +31,7 @@ std::vector<Ver1RunInFile> ReadVer1Runs(const FileSystem& files, const std::stri
         const bool goesOn = progress(runs.size(), found.size());
         Ver1RunInFile& run = runs.emplace_back();
         run.Name = BaseName(info.Name);
-        if (!goesOn) run.Problem = "It was not read: the listing was stopped.";
+        if (!goesOn) run.Problem = ListingStoppedText;
         try {
             if (goesOn) run.Header = ReadVer1Run(files, folder, run.Name).Header;
         } catch (const RunTimeError& error) {

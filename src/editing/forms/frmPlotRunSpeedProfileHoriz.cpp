@@ -21,18 +21,21 @@
 namespace vantor {
 namespace {
 
-StudyRunEntry& EntryOfRun(ApplicationState& state, int index) {
+const StudyRunEntry& EntryOfRun(const ApplicationState& state, int index) {
     if (index < 1) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
     return state.CurrentStudy.Entries[index];
 }
 
 }  // namespace
 
-frmPlotRunSpeedProfileHoriz::frmPlotRunSpeedProfileHoriz(AppContext& context, int entryIndex)
+frmPlotRunSpeedProfileHoriz::frmPlotRunSpeedProfileHoriz(AppContext& context, int entryIndex, EntrySink onChanged)
     : context_(context),
       run_(context.State.CurrentRun),
       entry_(EntryOfRun(context.State, entryIndex)),
+      entryOpened_(entry_),
       entryBefore_(entry_),
+      entryTold_(entry_),
+      onChanged_(std::move(onChanged)),
       profile_(run_, context.State.Settings, entry_),
       controls_(*this, ToQt(Trim(run_.Header.RunName))) {
     setObjectName(QStringLiteral("frmPlotRunSpeedProfileHoriz"));
@@ -109,11 +112,11 @@ void frmPlotRunSpeedProfileHoriz::CutToBoundaries() {
     context_.State.CurrentRunStamp = AsItStands(context_.Files, path).File;
     run_ = std::move(trimmed.Run);
     entry_ = std::move(trimmed.Entry);
-    context_.State.StudyUnchanged = false;
     profile_.RunCut(trimmed.Plot);
     Draw();
     // The figures are those of the run as it is now: a look at it goes on from here.
     entryBefore_ = entry_;
+    TellChange();
 }
 
 void frmPlotRunSpeedProfileHoriz::ChooseScale(int item, double anchor) {
@@ -220,13 +223,23 @@ void frmPlotRunSpeedProfileHoriz::ShowFigures() {
                                                       PlaceInWords(profile_, ProfileLine::IdealSpeed, labels),
                                                       NameOf(controls_.Plot->ActiveLine()).toLower()));
     ShowReadOut(std::nullopt);
-    if (entry_ != entryBefore_ && !IsOnlyLookedAt()) context_.State.StudyUnchanged = false;
+    if (!IsOnlyLookedAt()) TellChange();
 }
 
 /// The figures were computed anew, at the threshold in force now, and nothing else was done.
 bool frmPlotRunSpeedProfileHoriz::IsOnlyLookedAt() const {
     const bool wasComputed = !Trim(entryBefore_.LOSGrade).empty();
     return wasComputed && HasSameBoundaries(entryBefore_, entry_);
+}
+
+void frmPlotRunSpeedProfileHoriz::TellChange() {
+    if (entry_ == entryTold_) return;
+    entryTold_ = entry_;
+    if (onChanged_) onChanged_(entry_);
+}
+
+std::optional<StudyRunEntry> frmPlotRunSpeedProfileHoriz::ChangedEntry() const {
+    return entry_ == entryOpened_ ? std::nullopt : std::optional(entry_);
 }
 
 void frmPlotRunSpeedProfileHoriz::ShowWarning() {
@@ -294,6 +307,8 @@ void frmPlotRunSpeedProfileHoriz::done(int result) {
     if (!closes) return;
     LeaveIdealSpeed();
     if (result == Rejected && IsOnlyLookedAt()) entry_ = entryBefore_;
+    // What was dragged there and back again is told, too.
+    if (entryTold_ != entryOpened_) TellChange();
     const std::string name = FromQt(controls_.txtEditRunName->text());
     if (!name.empty()) run_.Header.RunName = FirstCharacters(name, RunNameWidth);
     QDialog::done(result);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 #include <optional>
 
 #include "core/AppContext.h"
@@ -10,15 +11,17 @@
 namespace vantor {
 
 /// "Speed Profile": draws the current run, lets the user set its two control delay boundaries and an ideal speed, and
-/// keeps the run's figures in its entry of the study up to date.
+/// computes its figures. The study is changed by whoever opened the screen.
 class frmPlotRunSpeedProfileHoriz : public QDialog {
 public:
-    /// `entryIndex` from 1 is the current run's entry in the study; any other index is error 9.
-    frmPlotRunSpeedProfileHoriz(AppContext& context, int entryIndex);
+    using EntrySink = std::function<void(const StudyRunEntry&)>;
 
-    /// The run's entry as it was when the screen was opened, or when the run was trimmed last: an older one does not
-    /// fit the run any more.
-    const StudyRunEntry& EntryBefore() const { return entryBefore_; }
+    /// `entryIndex` from 1 is the current run's entry in the study; any other index is error 9. `onChanged` gets the
+    /// entry after each change, so that what is done outlasts the program's sudden end.
+    frmPlotRunSpeedProfileHoriz(AppContext& context, int entryIndex, EntrySink onChanged = {});
+
+    /// The run's entry of the study with what was done to it; nothing where the run was only looked at and left.
+    std::optional<StudyRunEntry> ChangedEntry() const;
 
     /// Every way out: asks when the boundaries have not been dragged, takes over the run's name.
     void done(int result) override;
@@ -45,6 +48,7 @@ private:
     bool ComputesOnInput() const { return profile_.Drag().IsReady() || profile_.HasBothBoundaries(); }
     bool MayClose();
     bool IsOnlyLookedAt() const;
+    void TellChange();
 
     /// Shows the profile along its axis as it is now and, where both boundaries are set, computes the run.
     void Draw();
@@ -64,8 +68,12 @@ private:
 
     AppContext& context_;
     RunRecord& run_;
-    StudyRunEntry& entry_;
+    StudyRunEntry entry_;
+    const StudyRunEntry entryOpened_;
+    /// As it was when the screen was opened, or when the run was trimmed last: an older one does not fit the run.
     StudyRunEntry entryBefore_;
+    StudyRunEntry entryTold_;  ///< the last one that onChanged_ got
+    const EntrySink onChanged_;
     SpeedProfile profile_;
     SpeedProfileControls controls_;
     bool isComputed_ = false;

@@ -2,6 +2,7 @@
 
 #include <QMenu>
 
+#include "analysis/StudyEdits.h"
 #include "core/Backup.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
@@ -41,7 +42,7 @@ void frmRunDetails::ConnectControls() {
     onClick(controls_.BtnCopy, [this] { CopyNames(); });
     onClick(controls_.btnTrimStart, [this] { TrimRunWith(&RunDetails::TrimStart); });
     onClick(controls_.btnTrimEnd, [this] { TrimRunWith(&RunDetails::TrimEnd); });
-    onClick(controls_.BtnShowPlot, [this] { OpenScreen(&Screens::ShowSpeedProfile); });
+    onClick(controls_.BtnShowPlot, [this] { ShowPlot(); });
     onClick(controls_.BtnEditRunData, [this] { OpenScreen(&Screens::ShowSensorData); });
     onClick(controls_.BtnShowStats, [this] { OpenScreen(&Screens::ShowRunStatistics); });
     onClick(controls_.RunDetailsSave, [this] {
@@ -178,6 +179,13 @@ void frmRunDetails::Restore(const RunBackup& backup) {
 void frmRunDetails::OpenScreen(void (Screens::*showScreen)(int)) {
     if (!SettleChanges()) return;
     (context_.OtherScreens.*showScreen)(entry_);
+    Load();
+}
+
+void frmRunDetails::ShowPlot() {
+    if (!SettleChanges()) return;
+    if (const auto changed = context_.OtherScreens.ShowSpeedProfile(entry_))
+        TakeEntry(context_.State, entry_, *changed);
     Load();
 }
 

@@ -39,6 +39,7 @@ private:
     void ListBackups();
     void Restore(const RunBackup& backup);
     void OpenScreen(void (Screens::*showScreen)(int));
+    void ShowPlot();
 
     bool Save();
     /// True when nothing is unsaved any more, or the user gives it up.

@@ -1,10 +1,7 @@
 #include "gpsobd/forms/ReviewModel.h"
 
 #include <QGuiApplication>
-#include <QScopedValueRollback>
-#include <algorithm>
 #include <limits>
-#include <numeric>
 
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
@@ -32,33 +29,19 @@ std::string TextKey(const SheetCell& cell) {
     return text == nullptr ? std::string() : *text;
 }
 
-/// Sorts rows, which count from 1, by their keys.
-template <class KeyOf>
-void SortByKey(std::vector<int>& rows, Qt::SortOrder order, KeyOf keyOf) {
-    std::vector<decltype(keyOf(0))> keys;
-    keys.reserve(rows.size());
-    for (const int row : rows) keys.push_back(keyOf(row));
-    const auto key = [&](int row) -> const auto& { return keys[static_cast<std::size_t>(row - 1)]; };
-    if (order == Qt::AscendingOrder)
-        std::stable_sort(rows.begin(), rows.end(), [&](int left, int right) { return key(left) < key(right); });
-    else
-        std::stable_sort(rows.begin(), rows.end(), [&](int left, int right) { return key(right) < key(left); });
-}
-
 }  // namespace
 
-ReviewModel::ReviewModel(FieldLog log, LongWork& work) : work_(work), grid_(std::move(log)) { rows_ = ArrangedRows(); }
+ReviewModel::ReviewModel(FieldLog log, LongWork& work) : grid_(std::move(log)) {
+    SortIn(work);
+    ShowRows(grid_.RowCount());
+}
 
 void ReviewModel::Change(const std::function<void(ReviewGrid&)>& change) {
     const auto show = [this] {
-        if (IsSorted() || grid_.RowCount() != rowCount()) {
-            std::vector<int> rows = ArrangedRows();
-            beginResetModel();
-            rows_ = std::move(rows);
-            endResetModel();
-        } else if (!rows_.empty()) {
+        if (IsSorted() || grid_.RowCount() != rowCount())
+            ShowRows(grid_.RowCount());
+        else if (rowCount() > 0)
             emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
-        }
     };
     try {
         change(grid_);
@@ -70,22 +53,19 @@ void ReviewModel::Change(const std::function<void(ReviewGrid&)>& change) {
 }
 
 QModelIndex ReviewModel::ActiveIndex() const {
-    const auto row = std::find(rows_.begin(), rows_.end(), grid_.ActiveRow());
-    return row == rows_.end() ? QModelIndex() : index(static_cast<int>(row - rows_.begin()), grid_.ActiveColumn() - 1);
+    const int row = grid_.ActiveRow() - 1;
+    if (row < 0 || row >= rowCount()) return {};
+    return index(Places()[static_cast<std::size_t>(row)], grid_.ActiveColumn() - 1);
 }
 
 void ReviewModel::SetActive(const QModelIndex& index) {
     if (index.isValid()) grid_.SetActive(GridRow(index.row()), index.column() + 1);
 }
 
-int ReviewModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-}
-
 int ReviewModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : grid_.ColumnCount(); }
 
 QVariant ReviewModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid() || isArranging_) return {};
+    if (!index.isValid() || IsArranging()) return {};
     const int row = GridRow(index.row());
     const int column = index.column() + 1;
     if (role == Qt::DisplayRole) return ToQt(grid_.Text(row, column));
@@ -109,37 +89,12 @@ QVariant ReviewModel::headerData(int section, Qt::Orientation orientation, int r
     return {};
 }
 
-void ReviewModel::sort(int column, Qt::SortOrder order) {
-    sortColumn_ = column;
-    sortOrder_ = order;
-    std::vector<int> rows = ArrangedRows();
-    const QModelIndexList before = persistentIndexList();
-    emit layoutAboutToBeChanged({}, VerticalSortHint);
-    std::vector<int> gridRows;
-    for (const QModelIndex& cell : before) gridRows.push_back(GridRow(cell.row()));
-    rows_ = std::move(rows);
-    QModelIndexList after;
-    for (qsizetype i = 0; i < before.size(); ++i) {
-        const auto row = std::find(rows_.begin(), rows_.end(), gridRows[static_cast<std::size_t>(i)]);
-        after += index(static_cast<int>(row - rows_.begin()), before[i].column());
-    }
-    changePersistentIndexList(before, after);
-    emit layoutChanged({}, VerticalSortHint);
-}
-
-std::vector<int> ReviewModel::ArrangedRows() {
-    std::vector<int> rows(static_cast<std::size_t>(grid_.RowCount()));
-    std::iota(rows.begin(), rows.end(), 1);
-    if (!IsSorted()) return rows;
-    const int column = sortColumn_ + 1;
-    const QScopedValueRollback arranging(isArranging_, true);
-    work_.Run("Sorting the rows", [&](FileSystem&, const Progress&) {
-        if (IsText(grid_.Column(column).Look))
-            SortByKey(rows, sortOrder_, [&](int row) { return TextKey(grid_.Value(row, column)); });
-        else
-            SortByKey(rows, sortOrder_, [&](int row) { return NumberKey(grid_.Value(row, column)); });
-    });
-    return rows;
+void ReviewModel::SortRows(std::vector<int>& rows, int column, Qt::SortOrder order) const {
+    const auto value = [&](int row) { return grid_.Value(row + 1, column + 1); };
+    if (IsText(grid_.Column(column + 1).Look))
+        SortByKey(rows, order, [&](int row) { return TextKey(value(row)); });
+    else
+        SortByKey(rows, order, [&](int row) { return NumberKey(value(row)); });
 }
 
 }  // namespace vantor

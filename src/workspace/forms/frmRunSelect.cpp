@@ -163,10 +163,8 @@ bool frmRunSelect::IsConverted(const std::string& name) {
         return false;
     bool isConverted = false;
     // A run that cannot be converted does not keep the others from being added.
-    Guarded(context_.Messages, [&] {
-        RunRecord run;
-        isConverted = ConvertVer1RunFile(context_.Files, context_.Messages, run, Group(), name);
-    });
+    Guarded(context_.Messages,
+            [&] { isConverted = ConvertVer1RunFile(context_.Files, context_.Messages, Group(), name).has_value(); });
     if (asks && isConverted)
         context_.Messages.Tell("Ver 1 run file " + name + " (.rdf) converted to a Ver 2 run file (.rd2).\n" +
                                "The original .rdf file was renamed to an .rdx file.");
