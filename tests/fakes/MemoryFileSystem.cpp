@@ -4,7 +4,6 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <ranges>
 
 #include "core/Paths.h"
 #include "core/Text.h"
@@ -111,7 +110,7 @@ std::string MemoryFileSystem::Resolved(const std::string& path) const {
     if (files_.count(wanted) != 0 || folders_.count(wanted) != 0 || wanted == "/" || wanted.empty()) return wanted;
     const std::string folder = Resolved(Stored(FolderOf(wanted)));
     const std::string inFolder = Stored(AsFolder(folder) + LastComponent(wanted));
-    for (const std::string& known : std::views::keys(files_))
+    for (const auto& [known, bytes] : files_)
         if (EqualIgnoringCase(known, inFolder)) return known;
     for (const std::string& known : folders_)
         if (EqualIgnoringCase(known, inFolder)) return known;
