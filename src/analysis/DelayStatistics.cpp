@@ -10,6 +10,18 @@
 namespace vantor {
 namespace {
 
+struct StoppedTime {
+    std::int32_t& Seconds;
+    std::int32_t Stops = 0;
+    bool IsStopped = false;
+
+    void Count(bool isStopped) {
+        if (isStopped) ++Seconds;
+        if (isStopped && !IsStopped) ++Stops;
+        IsStopped = isStopped;
+    }
+};
+
 /// Walks along a run's samples with the running distance that both boundary scans share.
 class BoundaryScan {
 public:
@@ -28,12 +40,12 @@ public:
 
     /// Scans on from the current sample. The end scan begins on the sample at which the start scan stopped and adds
     /// its distance a second time: this double count is part of the result, so that figures match earlier studies.
-    Boundary Find(std::int32_t boundarySample, std::int32_t boundaryDistance, std::int32_t* stopDelay) {
+    Boundary Find(std::int32_t boundarySample, std::int32_t boundaryDistance, StoppedTime* stopped) {
         do {
             const std::int16_t value = run_.SampleValues[sample_];
             distance_ = Add32(distance_, arithmetic_.DistanceIncrement(value));
             const float speed = arithmetic_.Speed(value);
-            if (stopDelay != nullptr && speed <= threshold_) ++*stopDelay;
+            if (stopped != nullptr) stopped->Count(speed <= threshold_);
             const bool reached =
                 axis_ == BoundaryAxis::Time ? sample_ >= boundarySample : distance_ >= boundaryDistance;
             if (reached) return {true, sample_, distance_, speed};
@@ -93,15 +105,16 @@ PlotState PlacedBoundaries(const RunRecord& run, const StudyRunEntry& entry) {
 FoundBoundaries FindBoundaries(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry,
                                const AppSettings& settings) {
     BoundaryScan scan(run, settings, plot);
-    const auto find = [&scan](std::int32_t sample, std::int32_t distance, std::int32_t* stopDelay) {
-        const auto boundary = scan.Find(sample, distance, stopDelay);
+    const auto find = [&scan](std::int32_t sample, std::int32_t distance, StoppedTime* stopped) {
+        const auto boundary = scan.Find(sample, distance, stopped);
         return boundary.Found ? std::optional(boundary.Sample) : std::nullopt;
     };
     FoundBoundaries found;
+    StoppedTime stopped{found.StopDelay};
     found.Start = find(plot.CDStartSample, entry.CDStartDist, nullptr);
     // A run of a single sample has none left for the end scan then, of which a computation makes error 9.
-    if (found.Start || run.SampleValues.LastIndex() > 1)
-        found.End = find(plot.CDEndSample, entry.CDEndDist, &found.StopDelay);
+    if (found.Start || run.SampleValues.LastIndex() > 1) found.End = find(plot.CDEndSample, entry.CDEndDist, &stopped);
+    found.Stops = stopped.Stops;
     return found;
 }
 
@@ -110,7 +123,8 @@ float ComputeRunDelay(const RunRecord& run, const AppSettings& settings, PlotSta
     BoundaryScan scan(run, settings, plot);
     const auto start = scan.Find(plot.CDStartSample, entry.CDStartDist, nullptr);
     TakeBoundary(start, plot.Axis, plot.CDStartSample, entry.CDStartDist);
-    const auto end = scan.Find(plot.CDEndSample, entry.CDEndDist, &entry.StopDelay);
+    StoppedTime stopped{entry.StopDelay};
+    const auto end = scan.Find(plot.CDEndSample, entry.CDEndDist, &stopped);
     TakeBoundary(end, plot.Axis, plot.CDEndSample, entry.CDEndDist);
 
     const float idealSpeed = IdealSpeedOf(entry, start.Speed, end.Speed);

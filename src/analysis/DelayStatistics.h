@@ -29,6 +29,7 @@ struct FoundBoundaries {
     std::optional<std::int32_t> Start;
     std::optional<std::int32_t> End;
     std::int32_t StopDelay = 0;  ///< between them, seconds at or below the stop speed of the settings
+    std::int32_t Stops = 0;      ///< of those seconds, the series that no faster one interrupts
 };
 /// A boundary that is not set is found at once. Error 9 for a run too short to look at.
 FoundBoundaries FindBoundaries(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry,

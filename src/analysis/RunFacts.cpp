@@ -3,6 +3,7 @@
 #include "core/ContentHash.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
+#include "core/Units.h"
 
 namespace vantor {
 namespace {
@@ -60,6 +61,7 @@ RunFacts FactsOf(const RunReading& reading, const StudyRunEntry& entry, const Ap
     facts.RunDate = header.RunDate;
     facts.RunTime = header.RunTime;
     facts.RunTypeFlag = header.HeaderWord1;
+    facts.Before = header.Before;
     facts.SampleCount = header.SampleCount;
     facts.SamplesInFile = reading.SamplesInFile;
     facts.Movement = MovementHash(reading.Run);
@@ -75,6 +77,18 @@ RunFacts ReadRunFacts(const FileSystem& files, const std::string& folder, const 
     RunFacts facts;
     facts.Problem = "This entry of the study has no run name.";
     return facts;
+}
+
+std::optional<std::int32_t> TravelTimeBetween(const StudyRunEntry& entry, const RunFacts& facts) {
+    if (!HasBothBoundaries(entry) || !facts.Found.Start || !facts.Found.End) return std::nullopt;
+    return *facts.Found.End - *facts.Found.Start;
+}
+
+std::optional<double> MeanSpeedBetween(const StudyRunEntry& entry, const RunFacts& facts) {
+    const auto seconds = TravelTimeBetween(entry, facts);
+    if (!seconds || *seconds <= 0) return std::nullopt;
+    const double feet = static_cast<double>(entry.CDEndDist) - entry.CDStartDist;
+    return feet / *seconds / FeetPerSecondOfMph;
 }
 
 std::vector<std::string> RunWarnings(const StudyRunEntry& entry, const RunFacts& facts) {

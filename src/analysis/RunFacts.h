@@ -19,6 +19,7 @@ struct RunFacts {
     Date RunDate;
     Date RunTime;
     std::int16_t RunTypeFlag = 0;
+    std::int16_t Before = 0;
     std::int32_t SampleCount = 0;
     std::int32_t SamplesInFile = 0;
     std::uint64_t Movement = 0;  ///< MovementHash
@@ -31,6 +32,11 @@ RunFacts FactsOf(const RunReading& reading, const StudyRunEntry& entry, const Ap
 /// The facts of an entry's run in `folder`. No error of the file is thrown.
 RunFacts ReadRunFacts(const FileSystem& files, const std::string& folder, const StudyRunEntry& entry,
                       const AppSettings& settings);
+
+/// Seconds from the start to the end boundary; nothing where one is not set or not found.
+std::optional<std::int32_t> TravelTimeBetween(const StudyRunEntry& entry, const RunFacts& facts);
+/// Miles per hour over that time; nothing without a time.
+std::optional<double> MeanSpeedBetween(const StudyRunEntry& entry, const RunFacts& facts);
 
 /// What makes a figure mean something else than it seems to, each as a short text; none for what is no run. Warnings
 /// change no figure: a run that they name counts as before.

@@ -1,8 +1,10 @@
 #include "analysis/StudyResults.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "core/Numeric.h"
+#include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/modMain.h"
 
@@ -52,6 +54,26 @@ RunFacts NotReadFacts() {
     return facts;
 }
 
+/// What rows tell of runs, by entry.
+class KnownFacts {
+public:
+    explicit KnownFacts(std::vector<RunListRow> rows) : rows_(std::move(rows)) {
+        for (std::size_t i = 0; i < rows_.size(); ++i) byName_.emplace(RunFileName(rows_[i].Entry), i);
+    }
+    /// Each is given once.
+    std::optional<RunFacts> Take(const StudyRunEntry& entry) {
+        const auto found = byName_.find(RunFileName(entry));
+        if (found == byName_.end() || !HasSameBoundaries(rows_[found->second].Entry, entry)) return std::nullopt;
+        RunFacts facts = std::move(rows_[found->second].Facts);
+        byName_.erase(found);
+        return facts;
+    }
+
+private:
+    std::vector<RunListRow> rows_;
+    std::unordered_map<std::string, std::size_t> byName_;
+};
+
 std::string RunsText(std::ptrdiff_t count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
 
 }  // namespace
@@ -70,6 +92,7 @@ const char* StateWord(RunState state) {
 RunListRow MakeRunListRow(const StudyRunEntry& entry, RunFacts runFacts, const AppSettings& settings) {
     RunListRow row;
     row.Facts = std::move(runFacts);
+    row.Entry = entry;
     const RunFacts& facts = row.Facts;
     row.RunName = std::string(Trim(entry.EntryRunName)) + " ";
     row.State = StateOf(entry, facts.Outcome);
@@ -86,12 +109,18 @@ RunListRow MakeRunListRow(const StudyRunEntry& entry, RunFacts runFacts, const A
 }
 
 std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& files, const std::string& folder,
-                                        const AppSettings& settings, const Progress& progress) {
+                                        const AppSettings& settings, const Progress& progress,
+                                        std::vector<RunListRow> known) {
+    KnownFacts facts(std::move(known));
     std::vector<RunListRow> rows;
     rows.reserve(study.RunNames.size());
     const auto count = static_cast<std::uint64_t>(study.Record.RunCount);
     for (int i = 1; i <= study.Record.RunCount; ++i) {
         const StudyRunEntry& entry = study.Entries[i];
+        if (auto before = facts.Take(entry)) {
+            rows.push_back(MakeRunListRow(entry, std::move(*before), settings));
+            continue;
+        }
         const bool goesOn = progress(static_cast<std::uint64_t>(i - 1), count);
         rows.push_back(
             MakeRunListRow(entry, goesOn ? ReadRunFacts(files, folder, entry, settings) : NotReadFacts(), settings));
@@ -99,12 +128,14 @@ std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& fi
     return rows;
 }
 
-RunList ReadRunList(LongWork& work, const Study& study, const std::string& folder, const AppSettings& settings) {
+RunList ReadRunList(LongWork& work, const Study& study, const std::string& folder, const AppSettings& settings,
+                    std::vector<RunListRow> known) {
     RunList list;
-    list.IsWhole = work.Run("Reading the runs of the study",
-                            [&rows = list.Rows, study, folder, settings](FileSystem& files, const Progress& progress) {
-                                rows = MakeRunListRows(study, files, folder, settings, progress);
-                            });
+    const auto read = [&rows = list.Rows, study, folder, settings, known = std::move(known)](
+                          FileSystem& files, const Progress& progress) mutable {
+        rows = MakeRunListRows(study, files, folder, settings, progress, std::move(known));
+    };
+    list.IsWhole = work.Run("Reading the runs of the study", read);
     return list;
 }
 

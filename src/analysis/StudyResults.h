@@ -41,7 +41,8 @@ struct RunListRow {
     RunState State = RunState::NotCounted;
     std::vector<std::string> Warnings;  ///< of RunWarnings
     StopDelayBasis Basis = StopDelayBasis::Present;
-    RunFacts Facts;  ///< what the texts are made of
+    RunFacts Facts;  ///< what the texts are made of, with the entry
+    StudyRunEntry Entry;
 };
 
 /// The texts of the results labels; a label that was never set is empty.
@@ -55,15 +56,18 @@ struct ResultLabels {
 RunListRow MakeRunListRow(const StudyRunEntry& entry, RunFacts facts, const AppSettings& settings);
 
 /// A row for each run of the study, read from its files in `folder`. Stopped, the runs not read by then are Unreadable.
+/// What `known` rows tell of a run with the same name and boundaries is taken from there; its file is not read.
 std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& files, const std::string& folder,
-                                        const AppSettings& settings, const Progress& progress = {});
+                                        const AppSettings& settings, const Progress& progress = {},
+                                        std::vector<RunListRow> known = {});
 
 struct RunList {
     std::vector<RunListRow> Rows;  ///< one for each run of the study
     bool IsWhole = true;           ///< false when the user stopped the reading: averages of the rows mean nothing
 };
 /// MakeRunListRows as long work.
-RunList ReadRunList(LongWork& work, const Study& study, const std::string& folder, const AppSettings& settings);
+RunList ReadRunList(LongWork& work, const Study& study, const std::string& folder, const AppSettings& settings,
+                    std::vector<RunListRow> known = {});
 
 /// Averages the counted rows into the study's record and the labels. With no counted row nothing changes; with an
 /// average stop delay of 0 the ratio stays as it was. Error 6 for a sum that does not fit. Formulas: docs/methods.md,

@@ -30,6 +30,7 @@ constexpr std::array Numbers = {NumberMember{"CDStartDist", &Computation::CDStar
                                 NumberMember{"CDEndDist", &Computation::CDEndDist},
                                 NumberMember{"IdealSpeedUser", &Computation::IdealSpeedUser}};
 constexpr const char* ThresholdMember = "StopSpeedThreshold";
+constexpr const char* PeriodMember = "period";
 
 /// 16 hexadecimal digits: a JSON number holds no 64 bits everywhere.
 std::string HashText(std::uint64_t hash) {
@@ -63,7 +64,7 @@ std::string TextOfRest(Json object, std::initializer_list<const char*> known) {
 }
 
 bool HasFacts(const StudyRunEntry& entry) {
-    return entry.Computed || entry.StopDelayThreshold || !entry.OtherFacts.empty();
+    return entry.Computed || entry.StopDelayThreshold || !entry.Period.empty() || !entry.OtherFacts.empty();
 }
 
 /// Throws the library's errors for a member of another kind than it should be.
@@ -74,7 +75,8 @@ StudyRunEntry FactsFrom(const Json& run) {
         entry.Computed = ComputationFrom(*computed);
     if (const auto threshold = run.find(ThresholdMember); threshold != run.end())
         entry.StopDelayThreshold = threshold->get<std::int16_t>();
-    entry.OtherFacts = TextOfRest(run, {NameMember, ComputedMember, ThresholdMember});
+    entry.Period = run.value(PeriodMember, std::string());
+    entry.OtherFacts = TextOfRest(run, {NameMember, ComputedMember, ThresholdMember, PeriodMember});
     return entry;
 }
 
@@ -88,6 +90,7 @@ Json CompanionJson(const Study& study) {
         Json run = {{NameMember, RunFileName(entry)}};
         if (entry.Computed) run[ComputedMember] = AsJson(*entry.Computed);
         if (entry.StopDelayThreshold) run[ThresholdMember] = *entry.StopDelayThreshold;
+        if (!entry.Period.empty()) run[PeriodMember] = entry.Period;
         run.update(FromText(entry.OtherFacts));
         file[RunsMember].push_back(std::move(run));
     }
@@ -178,6 +181,7 @@ bool DecodeCompanion(std::span<const std::byte> file, Study& study) {
             study.Entries[i].Computed = known->second.Computed;
             study.Entries[i].StopDelayThreshold = known->second.StopDelayThreshold;
             study.Entries[i].OtherFacts = known->second.OtherFacts;
+            study.Entries[i].Period = known->second.Period;
         }
         study.OtherFacts = std::move(otherFacts);
         return true;

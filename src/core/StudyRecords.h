@@ -81,6 +81,7 @@ struct StudyRunEntry {
     // What the study file has no room for and its companion keeps; nothing where it is not known.
     std::optional<Computation> Computed;
     std::optional<std::int16_t> StopDelayThreshold;  ///< that StopDelay was counted with, mph
+    std::string Period;                              ///< the user's name for the time of day, "AM peak"; empty for none
     std::string OtherFacts;  ///< members of a later version, as the text of a JSON object; or empty
 
     bool operator==(const StudyRunEntry&) const = default;
@@ -122,11 +123,18 @@ struct ReplacedStudy {
     std::string Companion;
 };
 
-/// A study in memory. Entry 0 is no run; entries and names 1 to RunCount are the runs in list order.
-struct Study {
+/// What a study holds, wherever it is stored. Entry 0 is no run; entries and names 1 to RunCount are the runs in list
+/// order.
+struct StudyContents {
     StudyRecord Record;
     ZeroBased<StudyRunEntry> Entries{std::vector<StudyRunEntry>(1)};
     OneBased<std::string> RunNames;
+
+    bool operator==(const StudyContents&) const = default;
+};
+
+/// A study in memory.
+struct Study : StudyContents {
     /// Entries that the file is too short to hold, from the last one; they are blank.
     std::int16_t MissingEntries = 0;
     std::string OtherFacts;  ///< of the companion: members of a later version, as the text of a JSON object; or empty

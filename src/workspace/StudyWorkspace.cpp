@@ -1,5 +1,7 @@
 #include "workspace/StudyWorkspace.h"
 
+#include <algorithm>
+
 #include "core/Backup.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
@@ -118,20 +120,23 @@ int AddRuns(ApplicationState& state, const std::vector<std::string>& runNames) {
     return added;
 }
 
-void DeleteRun(ApplicationState& state, int index) {
-    RemoveRun(state.CurrentStudy, index);
-    state.StudyUnchanged = false;
+void DeleteRuns(ApplicationState& state, const std::vector<int>& runs) {
+    for (auto run = runs.rbegin(); run != runs.rend(); ++run) RemoveRun(state.CurrentStudy, *run);
+    if (!runs.empty()) state.StudyUnchanged = false;
 }
 
-void TakeBack(ApplicationState& state, const RunUndo& undo) {
+int MoveRuns(ApplicationState& state, const std::vector<int>& runs, int before) {
     Study& study = state.CurrentStudy;
-    if (undo.WasDeleted) {
-        InsertRun(study, undo.Run, undo.Before);
-    } else {
-        study.Entries[undo.Run] = undo.Before;
-        study.RunNames[undo.Run] = undo.Before.EntryRunName;
-    }
-    state.StudyUnchanged = false;
+    std::vector<StudyRunEntry> moved;
+    moved.reserve(runs.size());
+    for (const int run : runs) moved.push_back(study.Entries[run]);
+    const OneBased<std::string> names = study.RunNames;
+    for (auto run = runs.rbegin(); run != runs.rend(); ++run) RemoveRun(study, *run);
+    const auto inFront = std::ranges::count_if(runs, [before](int run) { return run < before; });
+    const int first = before - static_cast<int>(inFront);
+    for (std::size_t i = 0; i < moved.size(); ++i) InsertRun(study, first + static_cast<int>(i), moved[i]);
+    if (study.RunNames != names) state.StudyUnchanged = false;
+    return first;
 }
 
 std::string RenameCurrentRun(ApplicationState& state, FileSystem& files, int index, const std::string& newName) {

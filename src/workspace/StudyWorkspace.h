@@ -41,17 +41,11 @@ void PutReplacedStudyBack(ApplicationState& state, FileSystem& files);
 
 /// Appends the runs that the study does not have yet and returns their number; the study is changed then.
 int AddRuns(ApplicationState& state, const std::vector<std::string>& runNames);
-/// Removes run `index` (from 1) from the study, not from the disk.
-void DeleteRun(ApplicationState& state, int index);
-/// A change of one run of the study that can be taken back.
-struct RunUndo {
-    std::string Text;  ///< "Profile of run NB-001"
-    int Run = 0;       ///< from 1
-    StudyRunEntry Before;
-    bool WasDeleted = false;
-};
-/// Makes the run as it was; the study is changed then.
-void TakeBack(ApplicationState& state, const RunUndo& undo);
+/// Removes runs (from 1, in rising order) from the study, not from the disk.
+void DeleteRuns(ApplicationState& state, const std::vector<int>& runs);
+/// Moves runs (from 1, in rising order) together to before run `before`, or behind the last one with RunCount + 1, and
+/// returns what run the first of them is then. The order of the runs is that of the running average.
+int MoveRuns(ApplicationState& state, const std::vector<int>& runs, int before);
 /// Writes the current run, which is run `index` of the study, under a new name into the Study Group and makes it the
 /// name of that run; the study is changed then. The old file stays, for other studies may use it. Returns what keeps
 /// the run from taking the name, as the text to show, with nothing done; empty when nothing does.

@@ -95,8 +95,8 @@ TEST(Date, ShowsDatesAndTimes) {
 }
 
 TEST(Date, RefusesDaysAndTimesThatDoNotExist) {
-    for (const auto& [year, month, day] : {std::tuple{2007, 2, 29}, {2008, 13, 1}, {2008, 0, 1}, {2008, 4, 31}})
-        EXPECT_ERROR(TypeMismatch, DateOf(year, month, day));
+    for (const auto& day : {std::tuple{2007, 2, 29}, {2008, 13, 1}, {2008, 0, 1}, {2008, 4, 31}})
+        EXPECT_ERROR(TypeMismatch, std::apply(DateOf, day));
     EXPECT_ERROR(TypeMismatch, TimeOf(24, 0));
     EXPECT_ERROR(TypeMismatch, TimeOf(8, 60));
 }

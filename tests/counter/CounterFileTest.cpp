@@ -307,15 +307,15 @@ TEST(CounterStudies, BeginAtATRecordWithAnotherNumber) {
 
 TEST(CounterStudies, OtherStartFieldsEndTheApplication) {
     const std::string first = Record("T,001,001", Two);
-    for (const auto& [text, record] : {std::pair<std::string, int>{"X,1", 1},
-                                       {"\r\n" + DumpEnd, 1},
-                                       {first + "t,002", 2},
-                                       {first + Record(":,001,001", Two) + "012 001,", 3}})
-        EXPECT_THAT([&] { StudiesOf(text); },
-                    Throws<ApplicationEnded>(
-                        Field(&ApplicationEnded::Fault,
-                              AllOf(Field(&FatalFormatFault::File, Path), Field(&FatalFormatFault::Record, record),
-                                    Field(&FatalFormatFault::Expected, "a record that begins with \"T\" or \":\"")))))
+    for (const auto& given : {std::pair<std::string, int>{"X,1", 1},
+                              {"\r\n" + DumpEnd, 1},
+                              {first + "t,002", 2},
+                              {first + Record(":,001,001", Two) + "012 001,", 3}})
+        EXPECT_THAT([&] { StudiesOf(given.first); },
+                    Throws<ApplicationEnded>(Field(
+                        &ApplicationEnded::Fault,
+                        AllOf(Field(&FatalFormatFault::File, Path), Field(&FatalFormatFault::Record, given.second),
+                              Field(&FatalFormatFault::Expected, "a record that begins with \"T\" or \":\"")))))
             << text;
 }
 

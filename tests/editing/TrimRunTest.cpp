@@ -36,8 +36,8 @@ TEST(CutRun, EverythingDerivedIsDecodedAnew) {
 }
 
 TEST(CutRun, RefusesSamplesThatAreNotThere) {
-    for (const auto& [first, last] : {std::pair{0, 5}, {5, 4}, {5, 13}})
-        EXPECT_ERROR(SubscriptOutOfRange, CutRun(RunWithNodes(), first, last)) << first;
+    for (const auto& part : {std::pair{0, 5}, {5, 4}, {5, 13}})
+        EXPECT_ERROR(SubscriptOutOfRange, CutRun(RunWithNodes(), part.first, part.second)) << part.first;
     RunRecord withoutEvents = RunWithNodes();
     withoutEvents.RunSamples.Clear();
     EXPECT_ERROR(SubscriptOutOfRange, CutRun(withoutEvents, 2, 5));

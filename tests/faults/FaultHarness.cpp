@@ -63,7 +63,7 @@ void ExpectWhole(const Operation& operation, const Disk& before, const Disk& now
     for (const auto& [path, old] : before) {
         if (now.contains(path)) continue;
         EXPECT_FALSE(after.contains(path)) << path << " is gone";
-        const bool isThere = std::ranges::any_of(now, [&](const auto& file) { return file.second == old; });
+        const bool isThere = std::ranges::any_of(now, [&, &old = old](const auto& file) { return file.second == old; });
         EXPECT_TRUE(operation.Deletes || isThere) << path << " is lost";
     }
     for (const auto& file : now)

@@ -30,7 +30,7 @@ std::string NamesIn(const Scene& scene, const std::string& folder, std::string_v
 
 void ChangeStudy(Scene& scene) {
     scene.State.CurrentStudy.Record.StudyNotes = "rain";
-    DeleteRun(scene.State, 2);
+    DeleteRuns(scene.State, {2});
 }
 
 Operation SavesRun(const std::string& name, const std::string& runName, bool keepsBackup) {

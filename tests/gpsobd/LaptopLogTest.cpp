@@ -129,8 +129,10 @@ TEST_F(LaptopLogTest, ForeignAndDamagedFilesAreRefusedByName) {
         {std::string(200, '\xff'), TypeMismatch},
         {Prefix(2, NotANumber, "QQ") + GpsHeader(), TypeMismatch}};
     for (const auto& [bytes, number] : files) {
-        EXPECT_THAT(PlaceOf(number, [&] { Summary(GpsLaptop, bytes); }), HasSubstr("\n/f/Trip.log, byte"));
-        EXPECT_THAT(PlaceOf(number, [&] { Whole(GpsLaptop, bytes); }), HasSubstr("\n/f/Trip.log, byte"));
+        EXPECT_THAT(PlaceOf(number, [&, &bytes = bytes] { Summary(GpsLaptop, bytes); }),
+                    HasSubstr("\n/f/Trip.log, byte"));
+        EXPECT_THAT(PlaceOf(number, [&, &bytes = bytes] { Whole(GpsLaptop, bytes); }),
+                    HasSubstr("\n/f/Trip.log, byte"));
     }
     EXPECT_ERROR(FileNotFound, ReadLaptopLog(Files, Time, GpsLaptop, "/f/None.gdf"));
     EXPECT_ERROR(InputPastEndOfFile, Summary(ObdLaptop, Gd2)) << "120 bytes of header make an OBD log, 100 do not";

@@ -72,11 +72,11 @@ TEST_F(RunListTest, RunsAreAddedAndDeletedButStayOnTheDisk) {
     PressKey(Qt::Key_Insert);
     EXPECT_THAT(RunsShown(), ElementsAre("R1 ", "R2 ", "R3 "));
     EXPECT_FALSE(State.StudyUnchanged);
-    PressKey(Qt::Key_Down);
+    EXPECT_EQ(List().selectionModel()->selectedRows().size(), 2) << "the added ones";
     Press("BtnDeleteRun");
-    EXPECT_THAT(RunsShown(), ElementsAre("R1 ", "R3 "));
+    EXPECT_THAT(RunsShown(), ElementsAre("R1 "));
     EXPECT_TRUE(HasFile(Group + "R2.rd2"));
-    for (int i = 0; i < 2; ++i) Press("BtnDeleteRun");
+    Press("BtnDeleteRun");
     EXPECT_EQ(Current().Record.RunCount, 0) << "the row that is left becomes active";
 }
 
@@ -88,7 +88,7 @@ TEST_F(RunListTest, MissingRunsAreToldOnceForEachStudyThatIsLoaded) {
     Messages.Expect("Missing Run File: Later");
     Press("BtnAddRun");
     Do("mnuViewStatistics");
-    Messages.Expect("Missing Run File: Gone");
+    Messages.Expect("Missing Run File: Later");
     Press("BtnShowDetails");
     EXPECT_EQ(OtherScreens.Shown, Names{"frmRunSelect"}) << "no profile of a run that is missing";
     Messages.Expect(AsksAboutChanges, No);
@@ -155,14 +155,19 @@ TEST_F(RunListTest, TakesBackADeletedRunButNoEntryThatFitsTheRunNoMore) {
     EXPECT_EQ(Current().Entries, before.Entries);
     EXPECT_EQ(Current().RunNames, before.RunNames);
     EXPECT_EQ(Current().Record.RunCount, 3);
-    PressKey(Qt::Key_Delete);
-    OtherScreens.OnShow["frmRunSelect"] = [] { return true; };
+    EXPECT_TRUE(State.StudyUnchanged) << "as it was saved";
+    Do("mnuRunRedo");
+    OtherScreens.OnShow["frmRunSelect"] = [this] { return AddRuns(State, {"R2"}) > 0; };
     Press("BtnAddRun");
-    EXPECT_FALSE(Get<QAction>("mnuRunUndo").isEnabled()) << "it may have been added again";
-    Current() = before;
-    Do("mnuViewStatistics");
-    PressKey(Qt::Key_Down);
+    TypeInto("txtStreetName", "Elm");
+    for (const char* text : {"&Undo Typing in Street Name", "&Undo Adding runs", "&Undo Delete of run R2"}) {
+        EXPECT_EQ(Get<QAction>("mnuRunUndo").text(), QLatin1String(text));
+        Do("mnuRunUndo");
+    }
+    EXPECT_EQ(Current().Entries, before.Entries);
+    EXPECT_EQ(Text("txtStreetName"), "");
 
+    ClickRow(*Window, "vaRunList", 1);
     OtherScreens.OnShow["frmRunDetails"] = [this] {
         RunRecord run = ReadRun(Files, Group + "R2.rd2").Run;
         run.SampleValues[1] = 0;
@@ -172,6 +177,59 @@ TEST_F(RunListTest, TakesBackADeletedRunButNoEntryThatFitsTheRunNoMore) {
     };
     Press("BtnEditRun");
     EXPECT_FALSE(Get<QAction>("mnuRunUndo").isEnabled()) << "its samples have changed, too";
+}
+
+TEST_F(RunListTest, SeveralRunsAreDeletedMovedAndCopied) {
+    StartWith({{"R1", 9}, {"R2", 100}, {"R3", -20}, {"R4", 30}});
+    ClickRow(*Window, "vaRunList", 1);
+    ClickRow(*Window, "vaRunList", 2, Qt::ShiftModifier);
+    QTest::keyClick(&List(), Qt::Key_Down, Qt::AltModifier);
+    EXPECT_THAT(RunsShown(), ElementsAre("R1 ", "R4 ", "R2 ", "R3 "));
+    EXPECT_EQ(Current().Entries[4].ControlDelay, -20);
+    for (int i = 0; i < 2; ++i) QTest::keyClick(&List(), Qt::Key_Up, Qt::AltModifier);
+    EXPECT_THAT(RunsShown(), ElementsAre("R2 ", "R3 ", "R1 ", "R4 "));
+    QTest::keyClick(&List(), Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(DesktopServices.Beeps, 1) << "they are at the top";
+    QTest::keyClick(&List(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_THAT(DesktopServices.Copied, StartsWith("Run Name\tDate\tTime"));
+    EXPECT_THAT(DesktopServices.Copied, HasSubstr("\nR3\t03/11/08\t07:05\tPrimary\t-20\t"));
+    PressKey(Qt::Key_Delete);
+    EXPECT_THAT(RunsShown(), ElementsAre("R1 ", "R4 "));
+    Do("mnuRunUndo");
+    EXPECT_EQ(RunsOf(Current()), (Names{"R2", "R3", "R1", "R4"}));
+}
+
+TEST_F(RunListTest, SeveralRunsAreMarkedBeforeOrAfterAndGetAPeriod) {
+    StartWith({{"R1", 9}, {"R2", 100}, {"R3", -20}});
+    auto bytes = Files.Bytes(Group + "R2.rd2").value();
+    bytes.resize(9000);  // cut short
+    WriteFile(Files, Group + "R2.rd2", bytes, AsItStands(Files, Group + "R2.rd2"));
+    List().selectAll();
+    Do("mnuRunAfter");
+    for (const char* name : {"R1", "R2", "R3"}) {
+        const RunHeader header = ReadRun(Files, Group + name + ".rd2").Run.Header;
+        EXPECT_EQ(header.Before * 10 + header.After, -1);
+    }
+    std::ranges::copy(BytesOf(std::string_view("\0\0\xff\xff", 4)), bytes.begin() + 106);
+    EXPECT_EQ(Files.Bytes(Group + "R2.rd2"), bytes) << "nothing else of the file changes";
+    EXPECT_TRUE(State.StudyUnchanged);
+    Do("mnuRunUndo");
+    EXPECT_THAT(Column(*Window, "vaRunList", 13), Each("Before"));
+
+    auto& periods = Get<QMenu>("mnuRunPeriod");
+    emit periods.aboutToShow();
+    periods.actions()[0]->trigger();
+    EXPECT_THAT(Column(*Window, "vaRunList", 14), Each("AM peak"));
+    SaveStudy(State, Files);
+    EXPECT_EQ(Saved("AM").Entries[3].Period, "AM peak");
+}
+
+TEST_F(RunListTest, RunsThatAreShownAreNotReadAgain) {
+    StartWith({{"R1", 9}, {"R2", 100}, {"R3", -20}});
+    for (const char* name : {"R1", "R2", "R3"}) Files.Delete(Group + name + ".rd2");
+    PressKey(Qt::Key_Delete);
+    Do("mnuRunUndo");
+    EXPECT_THAT(Column(*Window, "vaRunList", 1), Each("03/11/08"));
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ TEST_F(Workspace, AsksOnlyForWhatDiffersFromTheSavedStudy) {
     EXPECT_EQ(Asked(), SavePrompt::None);
     EXPECT_EQ(AddRuns(State, {"R3", "r1"}), 1) << "R1 is in the study";
     EXPECT_EQ(Asked(), SavePrompt::ParametersChanged);
-    DeleteRun(State, 3);
+    DeleteRuns(State, {3});
     EXPECT_FALSE(State.StudyUnchanged);
     EXPECT_EQ(Asked(), SavePrompt::None) << "the runs are the saved ones again";
     State.CurrentStudy.Entries[2].CDEndDist = 7000;

@@ -31,8 +31,9 @@ TEST_F(MainWindow, WithoutRunsThereIsNoneToDeleteToShowOrToCount) {
     for (const char* button : {"BtnDeleteRun", "BtnShowDetails", "BtnEditRun"}) EXPECT_FALSE(IsEnabled(button));
     PressKey(Qt::Key_Delete);
     PressKey(Qt::Key_Return);
+    EXPECT_THAT(OtherScreens.Shown, IsEmpty());
     Window->ToolbarButtonClick(7);
-    EXPECT_EQ(DesktopServices.Beeps, 3);
+    EXPECT_EQ(DesktopServices.Beeps, 1);
     for (const char* command : {"mnuUtilExport", "mnuViewStatistics"}) {
         Messages.Expect(
             "You need to select one or more runs before continuing.\n"

@@ -58,6 +58,33 @@ void TableColumns::WidenTo(int column, int width) {
     if (!IsDragged(column) && table_.columnWidth(column) < width) table_.setColumnWidth(column, width);
 }
 
+void TableColumns::MakeOptional(int column, bool isShownAtFirst) {
+    optional_.insert(column);
+    table_.setColumnHidden(column, !isShownAtFirst);
+    QHeaderView* header = table_.horizontalHeader();
+    if (header->contextMenuPolicy() == Qt::CustomContextMenu) return;
+    header->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(header, &QHeaderView::customContextMenuRequested, this, [this, header](const QPoint& place) {
+        auto* menu = new QMenu(&table_);
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        FillMenu(*menu);
+        menu->popup(header->mapToGlobal(place));
+    });
+}
+
+void TableColumns::FillMenu(QMenu& menu) {
+    for (const int column : optional_) {
+        const QString head = table_.model()->headerData(column, Qt::Horizontal).toString();
+        QAction* action = menu.addAction(QString(head).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+        action->setCheckable(true);
+        action->setChecked(!table_.isColumnHidden(column));
+        connect(action, &QAction::toggled, this, [this, column](bool isShown) {
+            table_.setColumnHidden(column, !isShown);
+            if (OnShown) OnShown();
+        });
+    }
+}
+
 std::string TableColumns::State() const {
     const QHeaderView* header = table_.horizontalHeader();
     const bool isSorted = header->isSortIndicatorShown() && header->sortIndicatorSection() >= 0;
@@ -66,6 +93,8 @@ std::string TableColumns::State() const {
                           .arg(static_cast<int>(header->sortIndicatorOrder()))};
     for (const int column : dragged_)
         parts += QStringLiteral("width:%1:%2").arg(column).arg(table_.columnWidth(column));
+    for (const int column : optional_)
+        parts += QStringLiteral("shown:%1:%2").arg(column).arg(table_.isColumnHidden(column) ? 0 : 1);
     return FromQt(parts.join(QLatin1Char(' ')));
 }
 
@@ -83,6 +112,8 @@ void TableColumns::Restore(const std::string& state) {
         } else if (fields[0] == QLatin1String("width") && column >= 0 && value > 0 && value < MostWidth) {
             table_.setColumnWidth(column, value);
             dragged_.insert(column);
+        } else if (fields[0] == QLatin1String("shown") && optional_.contains(column)) {
+            table_.setColumnHidden(column, value == 0);
         }
     }
 }

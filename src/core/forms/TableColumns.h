@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QMenu>
 #include <QTableView>
+#include <functional>
 #include <set>
 #include <string>
 
@@ -23,7 +25,14 @@ public:
     /// Widens a column that nobody dragged.
     void WidenTo(int column, int width);
 
-    /// The dragged widths and the order of the rows, as a text that Restore takes.
+    /// Makes a column one that the user shows and hides, in a menu of the heads.
+    void MakeOptional(int column, bool isShownAtFirst);
+    /// An entry for each optional column.
+    void FillMenu(QMenu& menu);
+    /// The user has shown or hidden a column.
+    std::function<void()> OnShown;
+
+    /// The dragged widths, the optional columns and the order of the rows, as a text that Restore takes.
     std::string State() const;
     /// A text that is none of State's is passed over.
     void Restore(const std::string& state);
@@ -38,6 +47,7 @@ private:
 
     QTableView& table_;
     std::set<int> dragged_;
+    std::set<int> optional_;
     bool isPressed_ = false;
 };
 

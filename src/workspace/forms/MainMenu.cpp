@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QToolBar>
 #include <algorithm>
+#include <map>
 
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
@@ -27,7 +28,7 @@ protected:
 };
 
 QString ToolTipOf(const MenuEntry& entry) {
-    QString tip = WithoutAccessKey(QString::fromLatin1(entry.Caption));
+    QString tip = WithoutAccessKey(QString::fromLatin1(*entry.Tip != '\0' ? entry.Tip : entry.Caption));
     if (!entry.Shortcut.isEmpty())
         tip += QStringLiteral(" (%1)").arg(entry.Shortcut.toString(QKeySequence::NativeText));
     return tip;
@@ -45,19 +46,19 @@ QMenu* MenuNamed(QMainWindow& window, const QString& title) {
 
 }  // namespace
 
-MainMenu::MainMenu(QMainWindow& window, AppContext& context, std::vector<MenuEntry> entries)
-    : QObject(&window), context_(context), entries_(std::move(entries)) {
+MainMenu::MainMenu(QMainWindow& window, AppContext& context, std::vector<MenuEntry> entries, QWidget& runList)
+    : QObject(&window), context_(context), entries_(std::move(entries)), runList_(runList) {
     BuildMenus(window);
     BuildToolbar(window);
 }
 
 void MainMenu::BuildMenus(QMainWindow& window) {
     for (const MenuEntry& entry : entries_) {
-        const QString title = QString::fromLatin1(entry.Menu);
-        if (title.isEmpty()) continue;
-        QMenu* menu = MenuNamed(window, title);
-        if (QLatin1String(entry.Caption).isEmpty())
+        QMenu* menu = MenuNamed(window, QString::fromLatin1(entry.Menu));
+        if (*entry.Caption == '\0')
             menu->addSeparator();
+        else if (entry.Fill)
+            AddSubmenu(*menu, entry);
         else
             menu->addAction(MakeAction(entry));
     }
@@ -67,9 +68,23 @@ QAction* MainMenu::MakeAction(const MenuEntry& entry) {
     auto* action = new QAction(LineIcon(QLatin1String(entry.Icon)), QString::fromLatin1(entry.Caption), this);
     action->setObjectName(QLatin1String(entry.Name));
     action->setShortcut(entry.Shortcut);
+    if (entry.IsKeyOfRunList) action->setShortcutContext(Qt::WidgetShortcut);
+    if (*entry.ToolbarText != '\0') action->setIconText(QString::fromLatin1(entry.ToolbarText));
     action->setToolTip(ToolTipOf(entry));
     Connect(action, &QAction::triggered, this, context_.Messages, [&entry] { entry.Handler(); });
+    if (entry.IsKeyOfRunList) runList_.addAction(action);
     return action;
+}
+
+void MainMenu::AddSubmenu(QMenu& menu, const MenuEntry& entry) {
+    QMenu* submenu = menu.addMenu(LineIcon(QLatin1String(entry.Icon)), QString::fromLatin1(entry.Caption));
+    submenu->setObjectName(QLatin1String(entry.Name));
+    submenu->setAccessibleName(WithoutAccessKey(submenu->title()));
+    submenu->setToolTipsVisible(true);
+    Connect(submenu, &QMenu::aboutToShow, this, context_.Messages, [&entry, submenu] {
+        submenu->clear();
+        entry.Fill(*submenu);
+    });
 }
 
 void MainMenu::BuildToolbar(QMainWindow& window) {
@@ -91,15 +106,11 @@ void MainMenu::BuildToolbar(QMainWindow& window) {
             toolbar->addSeparator();
             continue;
         }
-        const MenuEntry& entry = *found->second;
-        QAction* action =
-            toolbar->addAction(LineIcon(QLatin1String(entry.Icon)), QString::fromLatin1(entry.ToolbarText));
-        action->setToolTip(ToolTipOf(entry));
-        Connect(action, &QAction::triggered, this, context_.Messages, [this, index] { ToolbarButtonClick(index); });
-        QWidget* button = toolbar->widgetForAction(action);
+        QAction& action = Command(found->second->Name);
+        toolbar->addAction(&action);
+        QWidget* button = toolbar->widgetForAction(&action);
         button->setObjectName(QStringLiteral("tbrMain(%1)").arg(index));
-        button->setAccessibleName(WithoutAccessKey(QString::fromLatin1(entry.Caption)));
-        toolbarActions_[index] = action;
+        button->setAccessibleName(WithoutAccessKey(action.text()));
     }
     toolbar->OnSeparatorClick = [this, toolbar](QAction* separator) {
         const int index = static_cast<int>(toolbar->actions().indexOf(separator)) + 1;
@@ -116,14 +127,24 @@ void MainMenu::ToolbarButtonClick(int index) {
     context_.Messages.Tell("This feature is not working yet.");
 }
 
+QAction& MainMenu::Command(const char* name) const { return *findChild<QAction*>(QLatin1String(name)); }
+
 QList<QAction*> MainMenu::CommandsOf(const char* menu) const {
-    QList<QAction*> commands;
-    for (const MenuEntry& entry : entries_)
-        if (QLatin1String(entry.Menu) == QLatin1String(menu))
-            if (auto* action = findChild<QAction*>(QLatin1String(entry.Name))) commands.append(action);
-    return commands;
+    return MenuNamed(*static_cast<QMainWindow*>(parent()), QString::fromLatin1(menu))->actions();
 }
 
-void MainMenu::SetToolbarButtonEnabled(int index, bool enabled) { toolbarActions_.at(index)->setEnabled(enabled); }
+void MainMenu::Enable(CommandNeeds needs, bool enabled) {
+    for (const MenuEntry& entry : entries_)
+        if (entry.Needs == needs && !entry.Fill) Command(entry.Name).setEnabled(enabled);
+}
+
+void MainMenu::Attach(QPushButton& button, const char* command) const {
+    QAction& action = Command(command);
+    button.setToolTip(action.toolTip());
+    QObject::connect(&button, &QPushButton::clicked, &action, &QAction::trigger);
+    const auto follow = [&button, &action] { button.setEnabled(action.isEnabled()); };
+    QObject::connect(&action, &QAction::enabledChanged, &button, follow);
+    follow();
+}
 
 }  // namespace vantor

@@ -2,32 +2,102 @@
 
 #include <QGuiApplication>
 #include <array>
+#include <limits>
 
 #include "core/Numeric.h"
 #include "core/Text.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
+#include "core/modMain.h"
 
 namespace vantor {
 namespace {
 
-struct ColumnOfList {
-    const char* Head;
-    std::string RunListRow::*Text;
-    Qt::AlignmentFlag Alignment = Qt::AlignLeft;
+/// Rows without a date or a figure stand before all others.
+constexpr double BeforeAll = -1e300;
 
-    bool IsNumber() const { return Alignment == Qt::AlignRight; }
+struct ColumnOfList {
+    const char* Head;  ///< "%1" stands for the unit of lengths, "%2" for that of speeds
+    std::string (*Text)(const RunListRow& row, const Units& units);
+    double (*Key)(const RunListRow& row) = nullptr;  ///< what a number or a date sorts by
+    Qt::AlignmentFlag Alignment = Qt::AlignRight;
 };
-/// In the order of RunListModel::Column; the status is made of several.
-constexpr std::array<ColumnOfList, RunListModel::ColumnCount> Columns = {
-    {{"Run Name", &RunListRow::RunName},
-     {"Date", &RunListRow::RunDate},
-     {"Time", &RunListRow::RunTime},
-     {"Type", &RunListRow::RunType},
-     {"Control\nDelay (s)", &RunListRow::ControlDelay, Qt::AlignRight},
-     {"LOS\nGrade", &RunListRow::LOSGrade, Qt::AlignHCenter},
-     {"Stop\nDelay (s)", &RunListRow::StopDelay, Qt::AlignRight},
-     {"Status", nullptr}}};
+
+std::string StatusText(const RunListRow& row) {
+    const std::string word = StateWord(row.State);
+    return row.Warnings.empty() ? word : word + ": " + Joined(row.Warnings, "; ");
+}
+
+template <std::string RunListRow::*Member>
+std::string TextOf(const RunListRow& row, const Units&) {
+    return row.*Member;
+}
+
+template <std::string RunListRow::*Member>
+double NumberOf(const RunListRow& row) {
+    const std::string& text = row.*Member;
+    return text.empty() ? BeforeAll : Val(text);
+}
+
+template <std::int32_t StudyRunEntry::*Feet>
+std::string BoundaryText(const RunListRow& row, const Units& units) {
+    const std::int32_t feet = row.Entry.*Feet;
+    return feet == 0 ? std::string() : std::to_string(units.WholeLength(feet));
+}
+
+template <std::int32_t StudyRunEntry::*Feet>
+double BoundaryKey(const RunListRow& row) {
+    return row.Entry.*Feet;
+}
+
+double TravelTimeKey(const RunListRow& row) {
+    return TravelTimeBetween(row.Entry, row.Facts).value_or(std::numeric_limits<std::int32_t>::min());
+}
+
+double MeanSpeedKey(const RunListRow& row) { return MeanSpeedBetween(row.Entry, row.Facts).value_or(BeforeAll); }
+
+bool HasTimes(const RunListRow& row) { return TravelTimeBetween(row.Entry, row.Facts).has_value(); }
+
+/// In the order of RunListModel::Column.
+constexpr std::array<ColumnOfList, RunListModel::ColumnCount> Columns = {{
+    {"Run Name", TextOf<&RunListRow::RunName>, nullptr, Qt::AlignLeft},
+    {"Date", TextOf<&RunListRow::RunDate>,
+     [](const RunListRow& row) { return DayOfText(row.RunDate).value_or(vantor::Date{BeforeAll}).Days; },
+     Qt::AlignLeft},
+    {"Time", TextOf<&RunListRow::RunTime>, nullptr, Qt::AlignLeft},
+    {"Type", TextOf<&RunListRow::RunType>, nullptr, Qt::AlignLeft},
+    {"Control\nDelay (s)", TextOf<&RunListRow::ControlDelay>, NumberOf<&RunListRow::ControlDelay>},
+    {"LOS\nGrade", TextOf<&RunListRow::LOSGrade>, nullptr, Qt::AlignHCenter},
+    {"Stop\nDelay (s)", TextOf<&RunListRow::StopDelay>, NumberOf<&RunListRow::StopDelay>},
+    {"Status", [](const RunListRow& row, const Units&) { return StatusText(row); }, nullptr, Qt::AlignLeft},
+    {"Start\n(%1)", BoundaryText<&StudyRunEntry::CDStartDist>, BoundaryKey<&StudyRunEntry::CDStartDist>},
+    {"End\n(%1)", BoundaryText<&StudyRunEntry::CDEndDist>, BoundaryKey<&StudyRunEntry::CDEndDist>},
+    {"Travel\nTime (s)",
+     [](const RunListRow& row, const Units&) {
+         const auto seconds = TravelTimeBetween(row.Entry, row.Facts);
+         return seconds ? std::to_string(*seconds) : std::string();
+     },
+     TravelTimeKey},
+    {"Mean\nSpeed (%2)",
+     [](const RunListRow& row, const Units& units) {
+         const auto mph = MeanSpeedBetween(row.Entry, row.Facts);
+         return mph ? OneDecimal(units.SpeedOfMph(*mph)) : std::string();
+     },
+     MeanSpeedKey},
+    {"Stops",
+     [](const RunListRow& row, const Units&) {
+         return HasTimes(row) ? std::to_string(row.Facts.Found.Stops) : std::string();
+     },
+     [](const RunListRow& row) { return HasTimes(row) ? row.Facts.Found.Stops : BeforeAll; }},
+    {"Before/\nAfter",
+     [](const RunListRow& row, const Units&) {
+         return row.Facts.IsRun() ? BeforeAfterText(row.Facts.Before) : std::string();
+     },
+     nullptr, Qt::AlignLeft},
+    {"Period", [](const RunListRow& row, const Units&) { return row.Entry.Period; }, nullptr, Qt::AlignLeft},
+    {"Warnings", [](const RunListRow& row, const Units&) { return Joined(row.Warnings, "; "); }, nullptr,
+     Qt::AlignLeft},
+}};
 
 struct StateSign {
     const char* Tip;
@@ -45,11 +115,6 @@ const StateSign& SignOf(RunState state) {
     return state == RunState::NotCounted ? notCounted : notThere;
 }
 
-QString StatusText(const RunListRow& row) {
-    const QString word = QString::fromLatin1(StateWord(row.State));
-    return row.Warnings.empty() ? word : word + QStringLiteral(": ") + ToQt(Joined(row.Warnings, "; "));
-}
-
 /// The word and what it means, then what is wrong with the run, a line each.
 QString TipOf(const RunListRow& row) {
     QString tip =
@@ -59,25 +124,12 @@ QString TipOf(const RunListRow& row) {
     return tip;
 }
 
-QString TextOf(const RunListRow& row, const ColumnOfList& column) {
-    return column.Text == nullptr ? StatusText(row) : ToQt(row.*column.Text);
-}
-
-QVariant SortKey(const RunListRow& row, int column) {
-    const ColumnOfList& shown = Columns[static_cast<std::size_t>(column)];
-    // Rows without a date or a figure stand before all others.
-    constexpr double beforeAll = -1e300;
-    if (column == RunListModel::Date) return DayOfText(row.RunDate).value_or(vantor::Date{beforeAll}).Days;
-    if (!shown.IsNumber()) return TextOf(row, shown);
-    const std::string& text = row.*shown.Text;
-    return text.empty() ? beforeAll : Val(text);
-}
-
 }  // namespace
 
-void RunListModel::SetRows(std::vector<RunListRow> rows) {
+void RunListModel::SetRows(std::vector<RunListRow> rows, const Units& units) {
     beginResetModel();
     rows_ = std::move(rows);
+    units_ = units;
     endResetModel();
 }
 
@@ -93,7 +145,7 @@ QVariant RunListModel::data(const QModelIndex& index, int role) const {
     const ColumnOfList& column = Columns.at(static_cast<std::size_t>(index.column()));
     const StateSign& sign = SignOf(row.State);
     switch (role) {
-        case Qt::DisplayRole: return TextOf(row, column);
+        case Qt::DisplayRole: return ToQt(column.Text(row, units_));
         case Qt::TextAlignmentRole: return static_cast<int>(column.Alignment | Qt::AlignVCenter);
         case Qt::BackgroundRole: return sign.Colours(QGuiApplication::palette()).Background;
         case Qt::ForegroundRole: return sign.Colours(QGuiApplication::palette()).Text;
@@ -102,17 +154,25 @@ QVariant RunListModel::data(const QModelIndex& index, int role) const {
             return index.column() == Name ? LineIcon(QLatin1String(sign.Icon)) : QVariant();
         case Qt::ToolTipRole: return TipOf(row);
         case Qt::AccessibleTextRole:
-            if (column.Text == nullptr || (row.*column.Text).empty()) return StatusText(row);
-            return QStringLiteral("%1, %2").arg(TextOf(row, column).trimmed(), StatusText(row));
-        case SortRole: return SortKey(row, index.column());
+            if (index.column() == Status || column.Text(row, units_).empty()) return ToQt(StatusText(row));
+            return QStringLiteral("%1, %2").arg(ToQt(column.Text(row, units_)).trimmed(), ToQt(StatusText(row)));
+        case SortRole: return column.Key == nullptr ? QVariant(ToQt(column.Text(row, units_))) : column.Key(row);
         default: return {};
     }
+}
+
+/// Rows are dragged to between others.
+Qt::ItemFlags RunListModel::flags(const QModelIndex& index) const {
+    return index.isValid() ? QAbstractTableModel::flags(index) | Qt::ItemIsDragEnabled : Qt::ItemIsDropEnabled;
 }
 
 QVariant RunListModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal) return QAbstractTableModel::headerData(section, orientation, role);
     const ColumnOfList& column = Columns.at(static_cast<std::size_t>(section));
-    if (role == Qt::DisplayRole) return QString::fromLatin1(column.Head);
+    if (role == Qt::DisplayRole)
+        return QString::fromLatin1(column.Head)
+            .replace(QLatin1String("%1"), QLatin1String(units_.LengthLabel()))
+            .replace(QLatin1String("%2"), QLatin1String(units_.SpeedLabel()));
     if (role == Qt::TextAlignmentRole) return static_cast<int>(column.Alignment | Qt::AlignVCenter);
     return {};
 }

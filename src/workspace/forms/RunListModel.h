@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "analysis/StudyResults.h"
+#include "core/Units.h"
 
 namespace vantor {
 
@@ -11,22 +12,44 @@ namespace vantor {
 /// symbol, in words, in the tool tip and to assistive technology.
 class RunListModel : public QAbstractTableModel {
 public:
-    enum Column { Name, Date, Time, Type, ControlDelay, LOSGrade, StopDelay, Status, ColumnCount };
+    /// Those behind the status are shown where the user wants them.
+    enum Column {
+        Name,
+        Date,
+        Time,
+        Type,
+        ControlDelay,
+        LOSGrade,
+        StopDelay,
+        Status,
+        Start,
+        End,
+        TravelTime,
+        MeanSpeed,
+        Stops,
+        BeforeAfter,
+        Period,
+        Warnings,
+        ColumnCount
+    };
     /// What a column sorts by.
     static constexpr int SortRole = Qt::UserRole;
 
     using QAbstractTableModel::QAbstractTableModel;
 
-    void SetRows(std::vector<RunListRow> rows);
+    void SetRows(std::vector<RunListRow> rows, const Units& units);
     const std::vector<RunListRow>& Rows() const { return rows_; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    Qt::DropActions supportedDropActions() const override { return Qt::MoveAction; }
 
 private:
     std::vector<RunListRow> rows_;
+    Units units_;
 };
 
 }  // namespace vantor

@@ -1,7 +1,10 @@
 #include "workspace/forms/RunListView.h"
 
+#include <QDropEvent>
 #include <QHeaderView>
 #include <algorithm>
+
+#include "core/forms/Named.h"
 
 namespace vantor {
 namespace {
@@ -23,20 +26,35 @@ RunListView::RunListView(QWidget* parent) : QTableView(parent) {
     sorted_.setSortCaseSensitivity(Qt::CaseInsensitive);
     setModel(&sorted_);
     LookLikeAList(*this);
-    setSelectionMode(QAbstractItemView::SingleSelection);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setDragDropMode(QAbstractItemView::InternalMove);
+    setDragDropOverwriteMode(false);
     horizontalHeader()->setDefaultSectionSize(horizontalHeader()->minimumSectionSize());
     columns_ = new TableColumns(*this);
+    const int last = RunListModel::ColumnCount - 1;
+    horizontalHeader()->moveSection(RunListModel::Status, last);
+    for (int column = RunListModel::Status + 1; column <= last; ++column)
+        columns_->MakeOptional(column, column == RunListModel::TravelTime || column == RunListModel::MeanSpeed);
+    columns_->OnShown = [this] { WidenColumns(); };
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
         if (column != RunListModel::Status) FitStatus();
     });
 }
 
-void RunListView::SetRows(std::vector<RunListRow> rows) {
+void RunListView::SetRows(std::vector<RunListRow> rows, const Units& units) {
     const int active = ActiveRun();
-    model_.SetRows(std::move(rows));
+    const std::vector<int> selected =
+        static_cast<int>(rows.size()) == model_.rowCount() ? SelectedRuns() : std::vector<int>();
+    model_.SetRows(std::move(rows), units);
     SetActiveRun(std::clamp(active, 1, std::max(1, model_.rowCount())));
+    for (const int run : selected) AddToSelection(run);
     WidenColumns();
     setAccessibleDescription(model_.rowCount() == 0 ? QString::fromLatin1(EmptyText) : QString());
+}
+
+void RunListView::ShowColumn(int column) {
+    setColumnHidden(column, false);
+    WidenColumns();
 }
 
 void RunListView::ShowStopDelay(bool shown) { setColumnHidden(RunListModel::StopDelay, !shown); }
@@ -48,9 +66,54 @@ void RunListView::SetActiveRun(int run) {
     if (index.isValid()) setCurrentIndex(index);
 }
 
+std::vector<int> RunListView::SelectedRuns() const {
+    std::vector<int> runs;
+    for (const QModelIndex& row : selectionModel()->selectedRows()) runs.push_back(sorted_.mapToSource(row).row() + 1);
+    std::ranges::sort(runs);
+    return runs;
+}
+
+void RunListView::SelectRuns(int first, int count) {
+    SetActiveRun(first);
+    for (int run = first; run < first + count; ++run) AddToSelection(run);
+    scrollTo(sorted_.mapFromSource(model_.index(first + count - 2, RunListModel::Name)));
+    scrollTo(currentIndex());
+}
+
+void RunListView::AddToSelection(int run) {
+    const QModelIndex row = sorted_.mapFromSource(model_.index(run - 1, RunListModel::Name));
+    selectionModel()->select(row, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+std::string RunListView::SelectionAsTable() const {
+    QModelIndexList rows = selectionModel()->selectedRows();
+    std::ranges::sort(rows, {}, &QModelIndex::row);
+    const QHeaderView* header = horizontalHeader();
+    QStringList lines;
+    const auto add = [&](auto textOf) {
+        QStringList cells;
+        for (int place = 0; place < header->count(); ++place)
+            if (const int column = header->logicalIndex(place); !isColumnHidden(column))
+                cells += textOf(column).simplified();
+        lines += cells.join(QLatin1Char('\t'));
+    };
+    add([&](int column) { return sorted_.headerData(column, Qt::Horizontal).toString(); });
+    for (const QModelIndex& row : rows) add([&](int column) { return row.siblingAtColumn(column).data().toString(); });
+    return FromQt(lines.join(QLatin1Char('\n'))) + "\n";
+}
+
+void RunListView::dropEvent(QDropEvent* event) {
+    const QModelIndex target = indexAt(event->position().toPoint());
+    const bool isBelow = dropIndicatorPosition() == BelowItem;
+    event->setDropAction(Qt::CopyAction);  // the rows are moved in the study
+    event->accept();
+    if (event->source() != this || IsSorted() || !OnMoved) return;
+    OnMoved(target.isValid() ? target.row() + (isBelow ? 2 : 1) : model_.rowCount() + 1);
+}
+
 void RunListView::WidenColumns() {
-    for (int column = 0; column < RunListModel::Status; ++column)
-        if (!isColumnHidden(column)) columns_->WidenTo(column, WidthNeeded(column));
+    for (int column = 0; column < RunListModel::ColumnCount; ++column)
+        if (column != RunListModel::Status && !isColumnHidden(column)) columns_->WidenTo(column, WidthNeeded(column));
     FitStatus();
 }
 

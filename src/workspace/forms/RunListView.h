@@ -2,6 +2,7 @@
 
 #include <QSortFilterProxyModel>
 #include <QTableView>
+#include <functional>
 
 #include "core/forms/TableColumns.h"
 #include "workspace/forms/RunListModel.h"
@@ -15,19 +16,33 @@ public:
     explicit RunListView(QWidget* parent);
 
     /// Fills the list anew; the active run keeps its number, or the last one becomes active.
-    void SetRows(std::vector<RunListRow> rows);
+    void SetRows(std::vector<RunListRow> rows, const Units& units);
     const std::vector<RunListRow>& Rows() const { return model_.Rows(); }
     void ShowStopDelay(bool shown);
 
     /// 0 for an empty list.
     int ActiveRun() const;
     void SetActiveRun(int run);
+    /// In rising order, whatever the order they are shown in.
+    std::vector<int> SelectedRuns() const;
+    void SelectRuns(int first, int count);
+    bool IsSorted() const { return sorted_.sortColumn() >= 0; }
+    /// The heads and the selected rows as they are shown, a line each, parted by tabs.
+    std::string SelectionAsTable() const;
+    /// Shows an optional column, which something of interest now stands in.
+    void ShowColumn(int column);
+    /// The optional columns as entries that show and hide them.
+    void FillColumnsMenu(QMenu& menu) { columns_->FillMenu(menu); }
+    /// The selected runs were dragged to before that run, or behind the last one.
+    std::function<void(int before)> OnMoved;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
+    void AddToSelection(int run);
     void WidenColumns();
     /// The status fills what the other columns leave; where that is too little, the list scrolls sideways.
     void FitStatus();

@@ -45,7 +45,7 @@ QLineEdit* StudyDetailsPanel::AddTextField(const char* name, std::string StudyRe
     auto* edit = Named<QLineEdit>(this, name);
     edit->setMaxLength(width);
     Connect(edit, &QLineEdit::textChanged, this, context_.Messages,
-            [this, field](const QString& text) { TakeEdit(field, FromQt(text)); });
+            [this, edit, field](const QString& text) { TakeEdit(*edit, field, FromQt(text)); });
     return edit;
 }
 
@@ -53,7 +53,7 @@ QComboBox* StudyDetailsPanel::AddListField(const char* name, std::int16_t StudyR
     auto* list = Named<QComboBox>(this, name);
     list->setPlaceholderText(QStringLiteral("(none)"));
     Connect(list, &QComboBox::currentIndexChanged, this, context_.Messages,
-            [this, field](int position) { TakeEdit(field, static_cast<std::int16_t>(position)); });
+            [this, list, field](int position) { TakeEdit(*list, field, static_cast<std::int16_t>(position)); });
     return list;
 }
 
@@ -80,13 +80,15 @@ void StudyDetailsPanel::ShowStudy() {
 void StudyDetailsPanel::FocusStudyName() { txtStudyName_->setFocus(); }
 
 template <class Value>
-void StudyDetailsPanel::TakeEdit(Value StudyRecord::*field, const Value& value) {
+void StudyDetailsPanel::TakeEdit(QWidget& control, Value StudyRecord::*field, const Value& value) {
     if (showing_) return;
     ApplicationState& state = context_.State;
+    StudyContents before = state.CurrentStudy;
     state.CurrentStudy.Record.*field = value;
     state.StudyUnchanged = false;
     state.StudyFieldsEdited = true;
-    if (OnEdited) OnEdited();
+    const int number = static_cast<int>(children().indexOf(&control)) + 1;
+    if (OnEdited) OnEdited(control.accessibleName(), std::move(before), number);
 }
 
 }  // namespace vantor

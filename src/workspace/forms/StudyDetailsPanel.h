@@ -19,14 +19,15 @@ public:
     /// Shows the current study's fields; counts as no change.
     void ShowStudy();
     void FocusStudyName();
-    /// Called after each change by the user.
-    std::function<void()> OnEdited;
+    QWidget* LastField() const { return studyNotes_; }
+    /// Called after each change by the user, with the study as it was before and the number of the field, from 1.
+    std::function<void(const QString& what, StudyContents before, int field)> OnEdited;
 
 private:
     QLineEdit* AddTextField(const char* name, std::string StudyRecord::*field, int width);
     QComboBox* AddListField(const char* name, std::int16_t StudyRecord::*field);
     template <class Value>
-    void TakeEdit(Value StudyRecord::*field, const Value& value);
+    void TakeEdit(QWidget& control, Value StudyRecord::*field, const Value& value);
 
     AppContext& context_;
     bool showing_ = false;

@@ -5,7 +5,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QShortcut>
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -31,6 +30,7 @@
 #include "workspace/forms/ResultsPanel.h"
 #include "workspace/forms/RunListView.h"
 #include "workspace/forms/StudyDetailsPanel.h"
+#include "workspace/forms/StudyHistory.h"
 #include "workspace/forms/StudyNotice.h"
 
 namespace vantor {
@@ -50,10 +50,12 @@ std::string FullPath(const FileSystem& files, const std::string& path) {
 frmMain::frmMain(AppContext& context) : context_(context), recovery_(context) {
     setObjectName(QStringLiteral("frmMain"));
     resize(1000, 700);
-    menu_ = new MainMenu(*this, context_, MenuEntries());
-    mnuRunUndo_ = findChild<QAction*>(QStringLiteral("mnuRunUndo"));
+    vaRunList_ = Named<RunListView>(this, "vaRunList");
+    menu_ = new MainMenu(*this, context_, MenuEntries(), *vaRunList_);
+    history_ = new StudyHistory(context_.State, this);
+    history_->OnStep = [this] { ShowStep(); };
     setCentralWidget(frStudyDetails_ = BuildStudyDetails());
-    AddRunListKeys();
+    OfferRunCommands();
     BuildStatusBar();
     KeepChangesOften();
     RememberLayout(*this, context_.Memory);
@@ -63,8 +65,13 @@ QWidget* frmMain::BuildStudyDetails() {
     auto* frame = Named<QFrame>(this, "FrStudyDetails");
     frame->setAccessibleName(QStringLiteral("Study details"));
     details_ = new StudyDetailsPanel(context_, frame);
-    details_->OnEdited = [this] { ShowStatus(); };
-    vaRunList_ = Named<RunListView>(frame, "vaRunList");
+    details_->OnEdited = [this](const QString& what, StudyContents before, int field) {
+        history_->Note(QStringLiteral("Typing in ") + what, std::move(before), field);
+        ShowStatus();
+    };
+    vaRunList_->setParent(frame);
+    vaRunList_->show();
+    setTabOrder(details_->LastField(), vaRunList_);
 
     auto* column = new QVBoxLayout(frame);
     column->addWidget(details_);
@@ -88,49 +95,26 @@ QLayout* frmMain::BuildRunListHead(QWidget* parent) {
 
 QLayout* frmMain::BuildRunListButtons(QWidget* parent) {
     auto* line = new QHBoxLayout;
-    const auto add = [&](const char* name, const char* caption, const char* icon) {
+    const auto add = [&](const char* name, const char* caption, const char* icon, const char* command) {
         auto* button = Named<QPushButton>(parent, name, QString::fromLatin1(caption));
         button->setIcon(LineIcon(QLatin1String(icon)));
+        menu_->Attach(*button, command);
         line->addWidget(button);
-        return button;
     };
-    Connect(add("BtnAddRun", "&Add Run", "add-run"), &QPushButton::clicked, this, context_.Messages,
-            [this] { AddRuns(); });
-    btnDeleteRun_ = add("BtnDeleteRun", "De&lete Run", "delete-run");
-    btnDeleteRun_->setToolTip(QStringLiteral("Takes the run out of the study; its file stays"));
-    Connect(btnDeleteRun_, &QPushButton::clicked, this, context_.Messages, [this] { DeleteActiveRun(); });
-    btnShowDetails_ = add("BtnShowDetails", "Sho&w Details", "show-details");
-    btnShowDetails_->setToolTip(QStringLiteral("Shows the run's speed profile, where its boundaries are set"));
-    Connect(btnShowDetails_, &QPushButton::clicked, this, context_.Messages, [this] { ShowDetails(); });
-    btnEditRun_ = add("BtnEditRun", "&Edit Run", "edit");
-    btnEditRun_->setToolTip(QStringLiteral("Names and nodes of the run, its sensor data and statistics"));
-    Connect(btnEditRun_, &QPushButton::clicked, this, context_.Messages,
-            [this] { ShowActiveRun(&Screens::ShowRunEditor); });
+    add("BtnAddRun", "&Add Run", "add-run", "mnuRunAdd");
+    add("BtnDeleteRun", "De&lete Run", "delete-run", "mnuRunDelete");
+    add("BtnShowDetails", "Sho&w Details", "show-details", "mnuRunShow");
+    add("BtnEditRun", "&Edit Run", "edit", "mnuRunDetails");
     line->addStretch();
-    Connect(add("btnContDelayVsAvg", "View Control Delay &Plot", "delay-chart"), &QPushButton::clicked, this,
-            context_.Messages, [this] { context_.OtherScreens.ShowDelayChart(); });
+    add("btnContDelayVsAvg", "View Control Delay &Plot", "delay-chart", "mnuViewDelayChart");
     return line;
-}
-
-void frmMain::AddRunListKeys() {
-    const auto add = [this](const QList<QKeySequence>& keys, void (frmMain::*command)()) {
-        auto* shortcut = new QShortcut(vaRunList_);
-        shortcut->setContext(Qt::WidgetShortcut);
-        shortcut->setKeys(keys);
-        Connect(shortcut, &QShortcut::activated, this, context_.Messages, [this, command] { (this->*command)(); });
-    };
-    add({Qt::Key_Insert}, &frmMain::AddRuns);
-    add({Qt::Key_Delete}, &frmMain::DeleteActiveRun);
-    add({Qt::Key_Return, Qt::Key_Enter}, &frmMain::ShowDetails);
-    vaRunList_->addActions(menu_->CommandsOf(RunMenu));
-    vaRunList_->setContextMenuPolicy(Qt::ActionsContextMenu);
-    Connect(vaRunList_, &QTableView::doubleClicked, this, context_.Messages, [this] { ShowDetails(); });
 }
 
 void frmMain::BuildStatusBar() {
     lblStudyGroup_ = Named<QLabel>(statusBar(), "lblStudyGroup");
     // A long folder must not keep the window from becoming narrow.
     lblStudyGroup_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    lblDone_ = Named<QLabel>(statusBar(), "lblDone");
     lblSaved_ = Named<QLabel>(statusBar(), "lblSaved");
     notice_ = new StudyNotice(context_, statusBar());
     notice_->OnChanged = [this] {
@@ -138,6 +122,7 @@ void frmMain::BuildStatusBar() {
         ShowStatus();
     };
     statusBar()->addWidget(lblStudyGroup_, 1);
+    statusBar()->addWidget(lblDone_);
     statusBar()->addPermanentWidget(notice_);
     notice_->ShowStudy();
     statusBar()->addPermanentWidget(lblSaved_);
@@ -223,25 +208,39 @@ void frmMain::BeginNewStudy() {
 void frmMain::ShowStudy() {
     labels_ = {};
     toldRuns_.clear();
-    OfferUndo(std::nullopt);
+    history_->Forget();
+    Tell({});
     details_->ShowStudy();
     // While the runs are read, those of the study before do not stand under this one's name.
     ShowRunList({});
     RefreshStudyResults();
+    if (vaRunList_->ActiveRun() != 0)
+        vaRunList_->setFocus();
+    else
+        details_->FocusStudyName();
 }
 
-void frmMain::RefreshStudyResults() {
+void frmMain::ShowRuns(RunFiles toRead) {
     const ApplicationState& state = context_.State;
+    std::vector<RunListRow> known;
+    if (toRead == RunFiles::All) {
+        deleted_.clear();
+    } else {
+        known = vaRunList_->Rows();
+        known.insert(known.end(), deleted_.begin(), deleted_.end());
+    }
     RunList list{{}, false};
-    Guarded(context_.Messages,
-            [&] { list = ReadRunList(context_.Work, state.CurrentStudy, StudyGroupFolder(state), state.Settings); });
+    Guarded(context_.Messages, [&] {
+        list =
+            ReadRunList(context_.Work, state.CurrentStudy, StudyGroupFolder(state), state.Settings, std::move(known));
+    });
     ShowRunList(std::move(list));
     TellMissingRuns(context_, vaRunList_->Rows(), toldRuns_);
 }
 
 void frmMain::ShowRunList(RunList list) {
     const AppSettings& settings = context_.State.Settings;
-    vaRunList_->SetRows(std::move(list.Rows));
+    vaRunList_->SetRows(std::move(list.Rows), UnitsOf(settings));
     vaRunList_->ShowStopDelay(settings.EnableStopDelay != 0);
     const std::vector<RunListRow>& rows = vaRunList_->Rows();
     if (list.IsWhole) {
@@ -253,12 +252,7 @@ void frmMain::ShowRunList(RunList list) {
     }
     results_->ShowResults(labels_, settings);
     const bool hasRuns = vaRunList_->ActiveRun() != 0;
-    btnDeleteRun_->setEnabled(hasRuns);
-    btnShowDetails_->setEnabled(hasRuns);
-    btnEditRun_->setEnabled(hasRuns);
-    for (QAction* command : menu_->CommandsOf(RunMenu)) command->setEnabled(hasRuns);
-    mnuRunUndo_->setEnabled(undo_.has_value());
-    menu_->SetToolbarButtonEnabled(ShowDetailsButton, hasRuns);
+    menu_->Enable(CommandNeeds::ARun, hasRuns);
     const bool hasCounted =
         std::ranges::any_of(rows, [](const RunListRow& row) { return row.State == RunState::Counted; });
     lblNoneCounted_->setVisible(hasRuns && !hasCounted);
@@ -266,9 +260,15 @@ void frmMain::ShowRunList(RunList list) {
 }
 
 void frmMain::ComputeStopDelaysAnew() {
-    ComputeStopDelays(context_.State.CurrentStudy, vaRunList_->Rows(), context_.State.Settings);
-    context_.State.StudyUnchanged = false;
-    RefreshStudyResults();
+    ChangeStudy(QStringLiteral("Computing the stop delays anew"), [this] {
+        ComputeStopDelays(context_.State.CurrentStudy, vaRunList_->Rows(), context_.State.Settings);
+        context_.State.StudyUnchanged = false;
+    });
+}
+
+void frmMain::Tell(const QString& done) {
+    lblDone_->setText(done);
+    lblDone_->setToolTip(done);
 }
 
 void frmMain::ShowStatus() {
@@ -276,6 +276,8 @@ void frmMain::ShowStatus() {
     // Where the user goes on, the session has not ended.
     endsWithSession_ = false;
     if (state.StudyUnchanged) recovery_.Settle();
+    history_->NoteSaved();
+    ShowSteps();
     const QString name = ToQt(Trim(state.CurrentStudy.Record.StudyName));
     setWindowTitle(name.isEmpty() ? QStringLiteral("Vantor[*]") : name + QStringLiteral("[*] - Vantor"));
     setWindowModified(!state.StudyUnchanged);
@@ -286,37 +288,6 @@ void frmMain::ShowStatus() {
     notice_->ShowStudy();
     lblSaved_->setText(!state.StudyUnchanged ? QStringLiteral("Not saved")
                                              : (isNew ? QStringLiteral("New study") : QStringLiteral("Saved")));
-}
-
-void frmMain::ChangeRun(const std::string& what, int run, const std::function<void()>& change) {
-    const Study& study = context_.State.CurrentStudy;
-    const StudyRunEntry before = study.Entries[run];
-    const auto movement = [&] {
-        const auto& rows = vaRunList_->Rows();
-        const auto row = static_cast<std::size_t>(run - 1);
-        return row < rows.size() ? rows[row].Facts.Movement : std::uint64_t{0};
-    };
-    const std::uint64_t movementBefore = movement();
-    Guarded(context_.Messages, change);
-    RefreshStudyResults();
-    vaRunList_->setFocus();
-    if (movement() != movementBefore)
-        OfferUndo(std::nullopt);
-    else if (study.Entries[run] != before)
-        OfferUndo(RunUndo{what + " of run " + RunFileName(before), run, before});
-}
-
-void frmMain::OfferUndo(std::optional<RunUndo> undo) {
-    undo_ = std::move(undo);
-    mnuRunUndo_->setText(undo_ ? QStringLiteral("&Undo ") + ToQt(undo_->Text) : QStringLiteral("&Undo"));
-    mnuRunUndo_->setEnabled(undo_.has_value());
-}
-
-void frmMain::Undo() {
-    if (!undo_) return context_.DesktopServices.Beep();
-    TakeBack(context_.State, *undo_);
-    OfferUndo(std::nullopt);
-    RefreshStudyResults();
 }
 
 void frmMain::ToolbarButtonClick(int index) {
@@ -349,6 +320,8 @@ void frmMain::SaveNow() {
 
 void frmMain::SaveAs() {
     if (!context_.OtherScreens.ShowStudySaveAs()) return;
+    // The steps before have the study's old name.
+    history_->Forget();
     details_->ShowStudy();
     RefreshStudyResults();
 }
@@ -401,33 +374,6 @@ void frmMain::ShowAbout() {
     context_.Messages.Ask({.Text = "Vantor\nVersion " VANTOR_VERSION "\n\nMade with Qt " + std::string(qVersion()) +
                                    ", " VANTOR_LIBRARIES ".",
                            .Title = "About Vantor"});
-}
-
-void frmMain::AddRuns() {
-    // A run that was deleted before may be one of them.
-    if (context_.OtherScreens.ShowRunSelect()) OfferUndo(std::nullopt);
-    RefreshStudyResults();
-}
-
-void frmMain::DeleteActiveRun() {
-    const int run = vaRunList_->ActiveRun();
-    if (run == 0) return context_.DesktopServices.Beep();
-    const StudyRunEntry deleted = context_.State.CurrentStudy.Entries[run];
-    DeleteRun(context_.State, run);
-    OfferUndo(RunUndo{"Delete of run " + RunFileName(deleted), run, deleted, true});
-    RefreshStudyResults();
-}
-
-void frmMain::ShowDetails() {
-    const int run = vaRunList_->ActiveRun();
-    if (run == 0) return context_.DesktopServices.Beep();
-    ChangeRun("Profile", run, [&] { ShowRunDetails(context_, run); });
-}
-
-void frmMain::ShowActiveRun(void (Screens::*open)(int)) {
-    const int run = vaRunList_->ActiveRun();
-    if (run == 0) return context_.DesktopServices.Beep();
-    ChangeRun("Details", run, [&] { ShowRun(context_, run, open); });
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {

@@ -9,10 +9,12 @@
 
 #include "analysis/StudyResults.h"
 #include "core/AppContext.h"
+#include "workspace/RunMarks.h"
 #include "workspace/StudyRecovery.h"
 #include "workspace/StudyWorkspace.h"
 
 class QLabel;
+class QMenu;
 class QPushButton;
 
 namespace vantor {
@@ -22,6 +24,7 @@ struct MenuEntry;
 class ResultsPanel;
 class RunListView;
 class StudyDetailsPanel;
+class StudyHistory;
 class StudyNotice;
 
 /// The main window: the current study with its runs and results, and the way to every other screen. Closing it ends
@@ -48,19 +51,18 @@ public:
 
     /// Fills the run list from the run files and computes the figures of the study. A run file that is missing is told
     /// of once for each study that is loaded.
-    void RefreshStudyResults();
+    void RefreshStudyResults() { ShowRuns(RunFiles::All); }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    static constexpr int ShowDetailsButton = 7;
     static constexpr const char* RunMenu = "Ru&n";
     std::vector<MenuEntry> MenuEntries();
     QWidget* BuildStudyDetails();
     QLayout* BuildRunListHead(QWidget* parent);
     QLayout* BuildRunListButtons(QWidget* parent);
-    void AddRunListKeys();
+    void OfferRunCommands();
     void BuildStatusBar();
     void KeepChangesOften();
 
@@ -72,15 +74,21 @@ private:
     void TakeStudy(const std::string& folder, const std::string& name, bool offersChanges);
     void OfferChanges();
     void ShowStudy();
+    enum class RunFiles { All, NotReadYet };
+    void ShowRuns(RunFiles toRead);
     void ShowRunList(RunList list);
     void ShowStatus();
     void ComputeStopDelaysAnew();
 
-    /// Does what may change a run, shows the study and offers to take back what its entry has changed. Of a run whose
-    /// samples have changed, too, the entry from before would fit no more: its backup is the way back.
-    void ChangeRun(const std::string& what, int run, const std::function<void()>& change);
-    void OfferUndo(std::optional<RunUndo> undo);
-    void Undo();
+    /// Does what changes the study and nothing else, shows it, and keeps it as a step that can be taken back.
+    void ChangeStudy(const QString& what, const std::function<void()>& change);
+    /// Does what may change a run, too. Of a run whose samples have changed the entry from before would fit no more:
+    /// its backup is the way back then.
+    void ChangeRun(const char* what, int run, const std::function<void()>& change);
+    void ShowSteps();
+    void ShowStep();
+    /// Says in the status bar what was done.
+    void Tell(const QString& done);
 
     void StartNewStudy();
     void OpenExistingStudy();
@@ -101,7 +109,17 @@ private:
     void OpenSupportSite();
     void ShowAbout();
     void AddRuns();
-    void DeleteActiveRun();
+    void DeleteSelectedRuns();
+    void MoveSelectedRuns(int before);
+    void MoveRunsUp();
+    void MoveRunsDown();
+    void MarkRuns(bool isBefore);
+    /// Writes marks and says that their run files are to be read again; those that were there before.
+    std::vector<RunMark> WriteMarks(const std::vector<RunMark>& marks);
+    void FillPeriods(QMenu& menu);
+    void SetPeriod(const std::string& period);
+    void AskForPeriod();
+    void CopyRuns();
     void ShowDetails();
     /// Opens one of the screens of a run for the active one.
     void ShowActiveRun(void (Screens::*open)(int entryIndex));
@@ -110,21 +128,20 @@ private:
     StudyRecovery recovery_;
     ResultLabels labels_;
     std::set<std::string> toldRuns_;
+    std::vector<RunListRow> deleted_;  ///< since all run files were read last
+    RunFiles toReadAfterStep_ = RunFiles::NotReadYet;
 
-    std::optional<RunUndo> undo_;
+    StudyHistory* history_ = nullptr;
     bool endsWithSession_ = false;
 
     MainMenu* menu_ = nullptr;
-    QAction* mnuRunUndo_ = nullptr;
     QWidget* frStudyDetails_ = nullptr;
     StudyDetailsPanel* details_ = nullptr;
     RunListView* vaRunList_ = nullptr;
     QLabel* lblNoneCounted_ = nullptr;
     ResultsPanel* results_ = nullptr;
-    QPushButton* btnDeleteRun_ = nullptr;
-    QPushButton* btnShowDetails_ = nullptr;
-    QPushButton* btnEditRun_ = nullptr;
     QLabel* lblStudyGroup_ = nullptr;
+    QLabel* lblDone_ = nullptr;
     StudyNotice* notice_ = nullptr;
     QLabel* lblSaved_ = nullptr;
 };

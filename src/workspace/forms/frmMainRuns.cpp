@@ -1,0 +1,198 @@
+#include <QInputDialog>
+#include <QMenu>
+
+#include "core/StudyFile.h"
+#include "core/forms/DocumentChange.h"
+#include "core/forms/Guarded.h"
+#include "core/forms/Named.h"
+#include "workspace/StudyCommands.h"
+#include "workspace/forms/MainMenu.h"
+#include "workspace/forms/RunListView.h"
+#include "workspace/forms/StudyDetailsPanel.h"
+#include "workspace/forms/StudyHistory.h"
+#include "workspace/forms/frmMain.h"
+
+namespace vantor {
+namespace {
+
+/// "run NB-001", "3 runs".
+QString RunsInWords(const Study& study, const std::vector<int>& runs) {
+    if (runs.size() == 1) return QStringLiteral("run ") + ToQt(RunFileName(study.Entries[runs.front()]));
+    return QStringLiteral("%1 runs").arg(runs.size());
+}
+
+}  // namespace
+
+void frmMain::OfferRunCommands() {
+    menu_->Command("mnuRunShow").setShortcuts({Qt::Key_Return, Qt::Key_Enter});
+    vaRunList_->addActions(menu_->CommandsOf(RunMenu));
+    vaRunList_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    Connect(vaRunList_, &QTableView::doubleClicked, this, context_.Messages, [this] { ShowDetails(); });
+    vaRunList_->OnMoved = [this](int before) { Guarded(context_.Messages, [&] { MoveSelectedRuns(before); }); };
+}
+
+void frmMain::ChangeStudy(const QString& what, const std::function<void()>& change) {
+    StudyContents before = context_.State.CurrentStudy;
+    Guarded(context_.Messages, change);
+    history_->Note(what, std::move(before));
+    ShowRuns(RunFiles::NotReadYet);
+}
+
+void frmMain::ChangeRun(const char* what, int run, const std::function<void()>& change) {
+    const Study& study = context_.State.CurrentStudy;
+    StudyContents before = study;
+    const auto movement = [&] {
+        const auto& rows = vaRunList_->Rows();
+        const auto row = static_cast<std::size_t>(run - 1);
+        return row < rows.size() ? rows[row].Facts.Movement : std::uint64_t{0};
+    };
+    const std::uint64_t movementBefore = movement();
+    Guarded(context_.Messages, change);
+    const QString text =
+        QStringLiteral("%1 of run %2").arg(QLatin1String(what), ToQt(RunFileName(before.Entries[run])));
+    history_->Note(text, std::move(before));
+    RefreshStudyResults();
+    if (movement() != movementBefore) history_->Forget();
+    ShowStatus();
+    vaRunList_->setFocus();
+}
+
+void frmMain::ShowSteps() {
+    const QUndoStack& changes = history_->Changes();
+    const auto show = [this](const char* command, const char* caption, const QString& text, bool isEnabled) {
+        QAction& action = menu_->Command(command);
+        action.setText(QString::fromLatin1(caption) + (text.isEmpty() ? QString() : QStringLiteral(" ") + text));
+        action.setEnabled(isEnabled);
+    };
+    show("mnuRunUndo", "&Undo", changes.undoText(), changes.canUndo());
+    show("mnuRunRedo", "Red&o", changes.redoText(), changes.canRedo());
+}
+
+void frmMain::ShowStep() {
+    details_->ShowStudy();
+    ShowRuns(std::exchange(toReadAfterStep_, RunFiles::NotReadYet));
+}
+
+void frmMain::AddRuns() {
+    const int before = context_.State.CurrentStudy.Record.RunCount;
+    ChangeStudy(QStringLiteral("Adding runs"), [this] { (void)context_.OtherScreens.ShowRunSelect(); });
+    const int added = context_.State.CurrentStudy.Record.RunCount - before;
+    if (added <= 0) return;
+    vaRunList_->SelectRuns(before + 1, added);
+    Tell(added == 1 ? QStringLiteral("1 run added") : QStringLiteral("%1 runs added").arg(added));
+}
+
+void frmMain::DeleteSelectedRuns() {
+    const std::vector<int> runs = vaRunList_->SelectedRuns();
+    if (runs.empty()) return context_.DesktopServices.Beep();
+    const QString words = RunsInWords(context_.State.CurrentStudy, runs);
+    for (const int run : runs) deleted_.push_back(vaRunList_->Rows()[static_cast<std::size_t>(run - 1)]);
+    ChangeStudy(QStringLiteral("Delete of ") + words, [&] { DeleteRuns(context_.State, runs); });
+    Tell(QStringLiteral("Taken out: %1. The files stay; Ctrl+Z brings back what was taken out.").arg(words));
+}
+
+void frmMain::MoveSelectedRuns(int before) {
+    const std::vector<int> runs = vaRunList_->SelectedRuns();
+    if (runs.empty() || vaRunList_->IsSorted()) return context_.DesktopServices.Beep();
+    int first = 0;
+    ChangeStudy(QStringLiteral("Move of ") + RunsInWords(context_.State.CurrentStudy, runs),
+                [&] { first = MoveRuns(context_.State, runs, before); });
+    vaRunList_->SelectRuns(first, static_cast<int>(runs.size()));
+}
+
+void frmMain::MoveRunsUp() {
+    const std::vector<int> runs = vaRunList_->SelectedRuns();
+    if (runs.empty() || runs.front() == 1) return context_.DesktopServices.Beep();
+    MoveSelectedRuns(runs.front() - 1);
+}
+
+void frmMain::MoveRunsDown() {
+    const std::vector<int> runs = vaRunList_->SelectedRuns();
+    if (runs.empty() || runs.back() == context_.State.CurrentStudy.Record.RunCount)
+        return context_.DesktopServices.Beep();
+    MoveSelectedRuns(runs.back() + 2);
+}
+
+std::vector<RunMark> frmMain::WriteMarks(const std::vector<RunMark>& marks) {
+    toReadAfterStep_ = RunFiles::All;
+    std::vector<RunMark> replaced;
+    Guarded(context_.Messages, [&] {
+        context_.Work.Run("Marking the runs", [&replaced, marks, folder = StudyGroupFolder(context_.State)](
+                                                  FileSystem& files, const Progress& progress) {
+            replaced = WriteRunMarks(files, folder, marks, progress);
+        });
+    });
+    return replaced;
+}
+
+void frmMain::MarkRuns(bool isBefore) {
+    const std::vector<int> runs = vaRunList_->SelectedRuns();
+    const QString words = RunsInWords(context_.State.CurrentStudy, runs);
+    std::vector<RunMark> marks;
+    for (const int run : runs)
+        if (vaRunList_->Rows()[static_cast<std::size_t>(run - 1)].Facts.IsRun())
+            marks.push_back(MarkOf(RunFileName(context_.State.CurrentStudy.Entries[run]), isBefore));
+    const std::vector<RunMark> replaced = WriteMarks(marks);
+    ShowStep();
+    const QString word = isBefore ? QStringLiteral("Before") : QStringLiteral("After");
+    if (replaced.empty()) return Tell(QStringLiteral("Nothing to mark: %1 already").arg(word));
+    history_->Note(new DocumentChange<std::vector<RunMark>>(
+        QStringLiteral("Marking of %1 as %2").arg(words, word), replaced, marks,
+        [this](const std::vector<RunMark>& shown) { WriteMarks(shown); }));
+    ShowStatus();
+    Tell(QStringLiteral("%1 marked as %2").arg(replaced.size()).arg(word));
+}
+
+void frmMain::FillPeriods(QMenu& menu) {
+    std::set<std::string> periods = {"AM peak", "Midday", "PM peak"};
+    for (const StudyRunEntry& entry : context_.State.CurrentStudy.Entries)
+        if (!entry.Period.empty()) periods.insert(entry.Period);
+    const auto add = [&](const QString& caption, const std::string& period) {
+        QAction* action = menu.addAction(caption);
+        action->setEnabled(vaRunList_->ActiveRun() != 0);
+        Connect(action, &QAction::triggered, this, context_.Messages, [this, period] { SetPeriod(period); });
+    };
+    for (const std::string& period : periods) add(ToQt(period), period);
+    add(QStringLiteral("(none)"), {});
+    menu.addSeparator();
+    QAction* other = menu.addAction(QStringLiteral("&Other..."));
+    other->setEnabled(vaRunList_->ActiveRun() != 0);
+    Connect(other, &QAction::triggered, this, context_.Messages, [this] { AskForPeriod(); });
+}
+
+void frmMain::SetPeriod(const std::string& period) {
+    const std::vector<int> runs = vaRunList_->SelectedRuns();
+    Study& study = context_.State.CurrentStudy;
+    ChangeStudy(QStringLiteral("Period of ") + RunsInWords(study, runs), [&] {
+        for (const int run : runs) study.Entries[run].Period = period;
+        context_.State.StudyUnchanged = false;
+    });
+    vaRunList_->ShowColumn(RunListModel::Period);
+}
+
+void frmMain::AskForPeriod() {
+    bool isGiven = false;
+    const QString period =
+        QInputDialog::getText(this, QStringLiteral("Set Period"), QStringLiteral("Period of the selected runs:"),
+                              QLineEdit::Normal, QString(), &isGiven);
+    if (isGiven) SetPeriod(FromQt(period.simplified()));
+}
+
+void frmMain::CopyRuns() {
+    context_.DesktopServices.CopyText(vaRunList_->SelectionAsTable());
+    Tell(QStringLiteral("Copied as a table"));
+}
+
+void frmMain::ShowDetails() {
+    const int run = vaRunList_->ActiveRun();
+    if (run == 0) return context_.DesktopServices.Beep();
+    ChangeRun("Profile", run, [&] { ShowRunDetails(context_, run); });
+}
+
+void frmMain::ShowActiveRun(void (Screens::*open)(int)) {
+    const int run = vaRunList_->ActiveRun();
+    if (run == 0) return context_.DesktopServices.Beep();
+    ChangeRun("Details", run, [&] { ShowRun(context_, run, open); });
+}
+
+}  // namespace vantor
