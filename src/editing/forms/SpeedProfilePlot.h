@@ -7,7 +7,7 @@
 #include <functional>
 #include <optional>
 
-#include "editing/forms/ProfileLines.h"
+#include "plots/forms/ProfileLines.h"
 
 namespace vantor {
 

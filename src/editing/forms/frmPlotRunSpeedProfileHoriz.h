@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "core/AppContext.h"
-#include "editing/SpeedProfile.h"
 #include "editing/forms/SpeedProfileControls.h"
+#include "plots/SpeedProfile.h"
 
 namespace vantor {
 

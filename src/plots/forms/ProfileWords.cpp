@@ -1,4 +1,4 @@
-#include "editing/forms/ProfileWords.h"
+#include "plots/forms/ProfileWords.h"
 
 namespace vantor {
 

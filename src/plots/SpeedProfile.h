@@ -8,8 +8,8 @@
 #include "core/AppSettings.h"
 #include "core/RunRecords.h"
 #include "core/StudyRecords.h"
-#include "editing/ProfileDrag.h"
-#include "editing/ProfileGeometry.h"
+#include "plots/ProfileDrag.h"
+#include "plots/ProfileGeometry.h"
 
 namespace vantor {
 

@@ -1,10 +1,10 @@
-#include "editing/forms/ProfilePicture.h"
+#include "plots/forms/ProfilePicture.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "core/forms/Named.h"
-#include "editing/forms/TraceImage.h"
+#include "plots/forms/TraceImage.h"
 
 namespace vantor {
 namespace {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "editing/SpeedProfile.h"
-#include "editing/forms/PlotPainter.h"
-#include "editing/forms/ProfileWords.h"
+#include "plots/SpeedProfile.h"
+#include "plots/forms/PlotPainter.h"
+#include "plots/forms/ProfileWords.h"
 
 namespace vantor {
 

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "editing/SpeedProfile.h"
+#include "plots/SpeedProfile.h"
 
 namespace vantor {
 
