@@ -134,10 +134,11 @@ void TakeBack(ApplicationState& state, const RunUndo& undo) {
     state.StudyUnchanged = false;
 }
 
-std::string RenameCurrentRun(ApplicationState& state, FileSystem& files, int index, const std::string& newName) {
+std::string RenameRun(ApplicationState& state, FileSystem& files, RunRecord& run, int index,
+                      const std::string& newName) {
     std::string problem = RunNameProblem(state, files, newName);
     if (!problem.empty()) return problem;
-    WriteRunFile(files, state.CurrentRun, StudyGroupFolder(state), newName, Expected::Nothing());
+    WriteRunFile(files, run, StudyGroupFolder(state), newName, Expected::Nothing());
     state.CurrentStudy.Entries[index].EntryRunName = newName;
     state.CurrentStudy.RunNames[index] = newName;
     state.StudyUnchanged = false;

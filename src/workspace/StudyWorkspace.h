@@ -52,9 +52,10 @@ struct RunUndo {
 };
 /// Makes the run as it was; the study is changed then.
 void TakeBack(ApplicationState& state, const RunUndo& undo);
-/// Writes the current run, which is run `index` of the study, under a new name into the Study Group and makes it the
+/// Writes `run`, which is run `index` of the study, under a new name into the Study Group and makes it the
 /// name of that run; the study is changed then. The old file stays, for other studies may use it. Returns what keeps
 /// the run from taking the name, as the text to show, with nothing done; empty when nothing does.
-std::string RenameCurrentRun(ApplicationState& state, FileSystem& files, int index, const std::string& newName);
+std::string RenameRun(ApplicationState& state, FileSystem& files, RunRecord& run, int index,
+                      const std::string& newName);
 
 }  // namespace vantor

@@ -178,4 +178,10 @@ void PaintProfile(QPainter& painter, const QSizeF& size, const SpeedProfile& pro
     Picture(painter, size, profile, labels, colours).Paint();
 }
 
+void PaintInsteadOfProfile(QPainter& painter, const QRect& place, const QString& text, const ProfileColours& colours) {
+    painter.fillRect(place, colours.Background);
+    painter.setPen(colours.DimText);
+    painter.drawText(place.adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap, text);
+}
+
 }  // namespace vantor

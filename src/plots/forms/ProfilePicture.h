@@ -15,4 +15,7 @@ double LabelRowHeight(const QFontMetricsF& metrics);
 void PaintProfile(QPainter& painter, const QSizeF& size, const SpeedProfile& profile, const ProfileLabels& labels,
                   const ProfileColours& colours);
 
+/// Paints in the place of a profile why there is none.
+void PaintInsteadOfProfile(QPainter& painter, const QRect& place, const QString& text, const ProfileColours& colours);
+
 }  // namespace vantor
