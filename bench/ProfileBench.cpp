@@ -6,8 +6,8 @@
 
 #include "bench/NeedApplication.h"
 #include "core/Settings.h"
-#include "editing/SpeedProfile.h"
 #include "editing/forms/SpeedProfilePlot.h"
+#include "plots/SpeedProfile.h"
 
 namespace vantor {
 namespace {

@@ -16,7 +16,7 @@ from pathlib import Path
 Finding = namedtuple("Finding", "path line rule remedy")
 
 LOGIC_ON_CORE = ("counter", "gpsobd", "editing", "workspace")
-LOGIC = ("core", "analysis", *LOGIC_ON_CORE)
+LOGIC = ("core", "analysis", "plots", *LOGIC_ON_CORE)
 
 # Folder under src -> folders whose headers its files may include, itself aside. None: every folder.
 ARROWS = {
@@ -25,8 +25,13 @@ ARROWS = {
     "core/forms": {"core", "core/ports"},
     "analysis": {"core", "core/ports"},
     "analysis/forms": {"analysis", "core", "core/ports", "core/forms"},
-    **{folder: {"analysis", "core", "core/ports"} for folder in LOGIC_ON_CORE},
-    **{f"{folder}/forms": {folder, "analysis", "core", "core/ports", "core/forms"} for folder in LOGIC_ON_CORE},
+    "plots": {"analysis", "core", "core/ports"},
+    "plots/forms": {"plots", "analysis", "core", "core/ports", "core/forms"},
+    **{folder: {"analysis", "plots", "core", "core/ports"} for folder in LOGIC_ON_CORE},
+    **{
+        f"{folder}/forms": {folder, "plots", "plots/forms", "analysis", "core", "core/ports", "core/forms"}
+        for folder in LOGIC_ON_CORE
+    },
     "platform": {"core", "core/ports", "core/forms"},
     "cli": {*LOGIC, "core/ports", "platform"},
     "app": None,

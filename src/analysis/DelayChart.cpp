@@ -303,11 +303,4 @@ DelayScale DelayPictureScale(const DocumentWriter& documents, const DelaySeries&
     return {DelayPlotEdgesOf(documents.Measure(), PictureBox, series, {LightColours, 9, title}), series};
 }
 
-std::optional<PictureFormat> PictureFormatOf(const std::string& path) {
-    if (HasExtension(path, ".png")) return PictureFormat::Png;
-    if (HasExtension(path, ".svg")) return PictureFormat::Svg;
-    if (HasExtension(path, ".pdf")) return PictureFormat::Pdf;
-    return std::nullopt;
-}
-
 }  // namespace vantor

@@ -125,7 +125,4 @@ std::vector<std::byte> DelayChartPicture(const DocumentWriter& documents, const 
 /// The scale that the picture is drawn with.
 DelayScale DelayPictureScale(const DocumentWriter& documents, const DelaySeries& series, const std::string& title);
 
-/// The format that a file's extension stands for: .png, .svg or .pdf.
-std::optional<PictureFormat> PictureFormatOf(const std::string& path);
-
 }  // namespace vantor

@@ -17,6 +17,8 @@ struct PlotState {
     BoundaryAxis Axis = BoundaryAxis::Distance;
     std::int32_t CDStartSample = 0;  ///< from 1
     std::int32_t CDEndSample = 0;
+
+    bool operator==(const PlotState&) const = default;
 };
 
 /// The boundaries of an entry before anything is computed: the samples by which the run has come as far, the last one

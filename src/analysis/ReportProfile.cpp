@@ -184,4 +184,23 @@ void DrawReportProfile(Canvas& canvas, const CanvasBox& box, const ReportProfile
     ProfileDrawing(canvas, box, profile, frame).Draw();
 }
 
+std::vector<std::byte> ProfilePictureFile(const DocumentWriter& documents, const RunRecord& run,
+                                          const StudyRunEntry& entry, const AppSettings& settings,
+                                          const std::string& title, PictureFormat format) {
+    constexpr CanvasSize Size = {720, 360};
+    constexpr double Margin = 12;
+    constexpr double TitleHeight = 20;
+    const ReportProfile profile = MakeReportProfile(run, settings);
+    const Units units = UnitsOf(settings);
+    const ProfileFrame frame{units, NiceSpeedAxis(units.SpeedOfMph(profile.TopSpeed)), entry};
+    const double width = Size.Width - 2 * Margin;
+    const auto draw = [&](Canvas& canvas) {
+        canvas.DrawText({Margin, Margin, width, TitleHeight}, title, {11, true, PaperColours.Text});
+        const double top = Margin + TitleHeight;
+        if (profile.HasMovement)
+            DrawReportProfile(canvas, {Margin, top, width, Size.Height - top - Margin}, profile, frame);
+    };
+    return documents.Picture(Size, draw, format);
+}
+
 }  // namespace vantor

@@ -9,6 +9,7 @@
 #include "core/StudyRecords.h"
 #include "core/Units.h"
 #include "core/ports/Canvas.h"
+#include "core/ports/DocumentWriter.h"
 
 namespace vantor {
 
@@ -37,5 +38,10 @@ struct ProfileFrame {
 
 /// Draws speed against distance into the box, with the axes, the nodes and the boundaries.
 void DrawReportProfile(Canvas& canvas, const CanvasBox& box, const ReportProfile& profile, const ProfileFrame& frame);
+
+/// The profile as a picture file, under a title; over distance and whole, as a report prints it.
+std::vector<std::byte> ProfilePictureFile(const DocumentWriter& documents, const RunRecord& run,
+                                          const StudyRunEntry& entry, const AppSettings& settings,
+                                          const std::string& title, PictureFormat format);
 
 }  // namespace vantor

@@ -42,4 +42,8 @@ std::optional<double> MeanSpeedBetween(const StudyRunEntry& entry, const RunFact
 /// change no figure: a run that they name counts as before.
 std::vector<std::string> RunWarnings(const StudyRunEntry& entry, const RunFacts& facts);
 
+/// What is wrong with boundaries whose figures mean nothing, as a sentence; empty when nothing is, and while one of
+/// them is not set.
+std::string BoundaryProblem(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry);
+
 }  // namespace vantor

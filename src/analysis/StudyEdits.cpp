@@ -11,12 +11,17 @@ Computation ComputationOf(const RunRecord& run, const StudyRunEntry& entry) {
     return {MovementHash(run), entry.CDStartDist, entry.CDEndDist, entry.IdealSpeedUser, {}};
 }
 
+StudyRunEntry WithBounds(StudyRunEntry entry, const Bounds& bounds) {
+    entry.CDStartDist = bounds.StartDist;
+    entry.CDEndDist = bounds.EndDist;
+    entry.IdealSpeedUser = bounds.IdealSpeedUser.value_or(entry.IdealSpeedUser);
+    return entry;
+}
+
 /// Nothing when the run was computed from the boundaries of `wanted`; else the reason, with the entry as it was.
-std::optional<RunNotComputed> Compute(const StudyRunEntry& wanted, Study& study, int run, const FileSystem& files,
-                                      const std::string& folder, const AppSettings& settings) {
-    StudyRunEntry& entry = study.Entries[run];
+std::optional<RunNotComputed> Compute(const StudyRunEntry& wanted, StudyRunEntry& entry, int run,
+                                      const RunReading& reading, const AppSettings& settings) {
     const std::string name = RunFileName(entry);
-    const RunReading reading = ReadRun(files, folder, name, RunPart::Whole);
     if (reading.Outcome == RunOutcome::Missing) return RunNotComputed{run, reading.Outcome, MissingRunText(name)};
     if (!reading) return RunNotComputed{run, reading.Outcome, name + ": " + reading.Fault->Message()};
     StudyRunEntry computed = wanted;
@@ -60,22 +65,44 @@ std::vector<RunNotComputed> SetBounds(Study& study, const std::vector<int>& runs
                                       const FileSystem& files, const std::string& folder, const AppSettings& settings) {
     std::vector<RunNotComputed> failed;
     for (const int run : runs) {
-        StudyRunEntry wanted = study.Entries[run];
-        wanted.CDStartDist = bounds.StartDist;
-        wanted.CDEndDist = bounds.EndDist;
-        wanted.IdealSpeedUser = bounds.IdealSpeedUser.value_or(wanted.IdealSpeedUser);
-        if (auto problem = Compute(wanted, study, run, files, folder, settings)) failed.push_back(std::move(*problem));
+        StudyRunEntry& entry = study.Entries[run];
+        const RunReading reading = ReadRun(files, folder, RunFileName(entry), RunPart::Whole);
+        if (auto problem = Compute(WithBounds(entry, bounds), entry, run, reading, settings))
+            failed.push_back(std::move(*problem));
     }
     return failed;
+}
+
+std::vector<BoundsPreview> PreviewBounds(const Study& study, const std::vector<int>& runs, const Bounds& bounds,
+                                         const FileSystem& files, const std::string& folder,
+                                         const AppSettings& settings, const Progress& progress) {
+    std::vector<BoundsPreview> previews;
+    for (const int run : runs) {
+        if (!progress(previews.size(), runs.size())) return {};
+        BoundsPreview& preview = previews.emplace_back(BoundsPreview{run, study.Entries[run], study.Entries[run]});
+        const RunReading reading = ReadRun(files, folder, RunFileName(preview.Now), RunPart::Whole);
+        if (const auto problem = Compute(WithBounds(preview.Now, bounds), preview.Then, run, reading, settings)) {
+            preview.Problem = problem->Reason;
+            preview.Then = preview.Now;
+            continue;
+        }
+        const RunFacts facts = FactsOf(reading, preview.Then, settings);
+        preview.Warnings = RunWarnings(preview.Then, facts);
+        if (facts.Found.Start && facts.Found.Start == facts.Found.End)
+            preview.Warnings.push_back(BoundaryProblem(reading.Run, {}, preview.Then));
+    }
+    return previews;
 }
 
 std::vector<RunNotComputed> ComputeRuns(Study& study, const FileSystem& files, const std::string& folder,
                                         const AppSettings& settings) {
     std::vector<RunNotComputed> failed;
     for (int run = 1; run <= study.Record.RunCount; ++run) {
-        const StudyRunEntry entry = study.Entries[run];
+        StudyRunEntry& entry = study.Entries[run];
         if (!HasBothBoundaries(entry)) continue;
-        if (auto problem = Compute(entry, study, run, files, folder, settings)) failed.push_back(std::move(*problem));
+        const RunReading reading = ReadRun(files, folder, RunFileName(entry), RunPart::Whole);
+        if (auto problem = Compute(StudyRunEntry(entry), entry, run, reading, settings))
+            failed.push_back(std::move(*problem));
     }
     return failed;
 }

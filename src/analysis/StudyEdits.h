@@ -39,6 +39,21 @@ struct RunNotComputed {
                                                     const FileSystem& files, const std::string& folder,
                                                     const AppSettings& settings);
 
+/// What it comes to when a run is given boundaries.
+struct BoundsPreview {
+    int Run = 0;  ///< from 1
+    StudyRunEntry Now;
+    StudyRunEntry Then;                      ///< as SetBounds makes it; as it is now where that cannot be
+    std::string Problem = {};                ///< why it cannot be; empty where it can
+    std::vector<std::string> Warnings = {};  ///< what is the matter with the figures then; RunWarnings, BoundaryProblem
+};
+
+/// What SetBounds would make of those runs. Nothing when it was stopped.
+[[nodiscard]] std::vector<BoundsPreview> PreviewBounds(const Study& study, const std::vector<int>& runs,
+                                                       const Bounds& bounds, const FileSystem& files,
+                                                       const std::string& folder, const AppSettings& settings,
+                                                       const Progress& progress = {});
+
 /// Computes the runs whose boundaries are set. One whose computation fails keeps its figures, which are earlier ones
 /// then.
 [[nodiscard]] std::vector<RunNotComputed> ComputeRuns(Study& study, const FileSystem& files, const std::string& folder,

@@ -58,13 +58,12 @@ bool AppScreens::ShowStudyOpen() { return ShowModal<frmStudyOpen>(*context_); }
 bool AppScreens::ShowStudySaveAs() { return ShowModal<frmStudySaveAs>(*context_); }
 bool AppScreens::ShowRunSelect() { return ShowModal<frmRunSelect>(*context_); }
 
-std::optional<StudyRunEntry> AppScreens::ShowSpeedProfile(int entryIndex) {
+ProfileChanges AppScreens::ShowSpeedProfile(const ProfileVisit& visit) {
     // The study holds each change at once, for its unsaved changes are kept from there while the screen is open.
-    frmPlotRunSpeedProfileHoriz form(*context_, entryIndex, [this, entryIndex](const StudyRunEntry& entry) {
-        TakeEntry(context_->State, entryIndex, entry);
-    });
+    frmPlotRunSpeedProfileHoriz form(
+        *context_, visit, [this](int run, const StudyRunEntry& entry) { TakeEntry(context_->State, run, entry); });
     Run(form);
-    return form.ChangedEntry();
+    return form.Changes();
 }
 
 void AppScreens::ShowRunEditor(int entryIndex) { ShowModal<frmRunDetails>(*context_, entryIndex); }

@@ -15,7 +15,7 @@ public:
     bool ShowStudyOpen() override;
     bool ShowStudySaveAs() override;
     bool ShowRunSelect() override;
-    std::optional<StudyRunEntry> ShowSpeedProfile(int entryIndex) override;
+    ProfileChanges ShowSpeedProfile(const ProfileVisit& visit) override;
     void ShowRunEditor(int entryIndex) override;
     void ShowSensorData(int entryIndex) override;
     void ShowRunFileEditor(int entryIndex) override;

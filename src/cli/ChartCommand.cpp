@@ -3,6 +3,7 @@
 #include "analysis/DelayChart.h"
 #include "cli/Commands.h"
 #include "cli/RecordJson.h"
+#include "core/PictureFile.h"
 #include "core/StudyFile.h"
 
 namespace vantor {

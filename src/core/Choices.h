@@ -1,7 +1,11 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
+#include <vector>
+
+#include "core/StudyRecords.h"
 
 namespace vantor {
 
@@ -27,6 +31,21 @@ enum class UploadOf { CounterFile, TemporaryRuns, Log };
 struct Upload {
     UploadOf Of = UploadOf::CounterFile;
     std::optional<CounterFileChoice> ToConvert;  ///< first
+};
+
+/// What the speed profile is opened for. Runs count from 1 in the study's order.
+struct ProfileVisit {
+    int Run = 0;                     ///< to begin with; it is the current run
+    bool GoesOn = false;             ///< to the other runs of the study, which may be changed, too
+    std::vector<int> Selected = {};  ///< the runs that the user has selected; none where nothing can be
+};
+
+/// What a visit to the speed profile changed.
+struct ProfileChanges {
+    std::map<int, StudyRunEntry> Entries;  ///< by run
+    /// Names that were given to other runs than the last one, whose name is in its record.
+    std::map<int, std::string> Names;
+    int LastRun = 0;  ///< the one in view at the end; it is the current run
 };
 
 /// What the user chose on the start-up screen.

@@ -47,6 +47,8 @@ struct Units {
     /// "(ft)", the label of lengths behind a column title of a screen, and the text of a length under it.
     std::string LengthTitle() const;
     std::string LengthCell(double feet) const;
+
+    bool operator==(const Units&) const = default;
 };
 
 /// The units in force: what reports, exports, plots and axes show.

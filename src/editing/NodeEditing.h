@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "core/RunRecords.h"
-#include "editing/ProfileGeometry.h"
+#include "plots/ProfileGeometry.h"
 
 namespace vantor {
 

@@ -89,6 +89,8 @@ public:
     /// numbered backup.
     DetailsSaved Save(ApplicationState& state, FileSystem& files, int entry, const RunDetailTexts& texts);
 
+    bool operator==(const RunDetails&) const = default;
+
 private:
     /// The working copy with the texts taken and the inserted nodes placed.
     std::optional<Refusal> Complete(const RunDetailTexts& texts, RunRecord& edited) const;

@@ -5,7 +5,7 @@
 #include "analysis/ProfileTrace.h"
 #include "core/AppSettings.h"
 #include "core/RunRecords.h"
-#include "editing/ProfileGeometry.h"
+#include "plots/ProfileGeometry.h"
 
 namespace vantor {
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/RunFacts.h"
 #include "core/RunArithmetic.h"
 #include "core/RunDecoding.h"
 
@@ -63,19 +64,6 @@ RunRecord CutRun(const RunRecord& run, std::int32_t first, std::int32_t last) {
     MoveNames(cut.Header, run, first, last);
     DecodeEditedRun(cut);
     return cut;
-}
-
-std::string BoundaryProblem(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry) {
-    if (!HasBothBoundaries(entry) || run.Header.SampleCount < 1) return {};
-    const bool inTime = plot.Axis == BoundaryAxis::Time;
-    const std::int32_t start = inTime ? plot.CDStartSample : entry.CDStartDist;
-    const std::int32_t end = inTime ? plot.CDEndSample : entry.CDEndDist;
-    if (end < start) return "The end boundary lies before the start boundary.";
-    const FoundBoundaries found = FindBoundaries(run, plot, entry);
-    if (!found.Start) return "The run does not come to the start boundary: it lies in the last second or beyond.";
-    if (!found.End) return "The run does not come to the end boundary: it lies in the last second or beyond.";
-    if (*found.Start == *found.End) return "Both boundaries lie in the same second of the run.";
-    return {};
 }
 
 TrimmedRun TrimToBoundaries(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry) {

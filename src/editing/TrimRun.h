@@ -14,10 +14,6 @@ namespace vantor {
 /// nodes; a start or an end of the run that is no node any more has none. Error 9 when the run has no such samples.
 RunRecord CutRun(const RunRecord& run, std::int32_t first, std::int32_t last);
 
-/// What is wrong with boundaries whose figures mean nothing, as a sentence; empty when nothing is, and while one of
-/// them is not set.
-std::string BoundaryProblem(const RunRecord& run, const PlotState& plot, const StudyRunEntry& entry);
-
 /// A run cut to what lies between its boundaries, and the boundaries in it.
 struct TrimmedRun {
     std::string Problem;  ///< why the run was not cut, as the text to show; empty when it was

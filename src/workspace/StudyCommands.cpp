@@ -3,6 +3,7 @@
 #include "analysis/StudyEdits.h"
 #include "analysis/StudyTable.h"
 #include "core/Backup.h"
+#include "core/CurrentRun.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
@@ -55,15 +56,18 @@ bool ReadRunOfStudy(AppContext& context, const std::string& name) {
         context.Messages.Tell(UnsafeNameMessage(name), MessageIcon::Warning);
         return false;
     }
-    ApplicationState& state = context.State;
-    const std::string folder = StudyGroupFolder(state);
-    // The stamp first: what another program writes in between is not written over then.
-    const auto stamp = AsItStands(context.Files, folder + name + RunExtension).File;
-    auto run = ReadRunFile(context.Files, context.Messages, folder, name);
-    if (!run) return false;
-    state.CurrentRun = std::move(*run);
-    state.CurrentRunStamp = stamp;
-    return true;
+    const RunReading reading = ReadCurrentRun(context.State, context.Files, name);
+    if (reading) return true;
+    if (reading.Outcome != RunOutcome::Missing) throw RunTimeError(*reading.Fault);
+    TellMissingRun(context.Messages, name);
+    return false;
+}
+
+/// Gives run `index` of the study, which is `run`, another name where it is to have one.
+void Rename(AppContext& context, int index, RunRecord& run, const std::string& newName) {
+    if (newName == RunFileName(context.State.CurrentStudy.Entries[index])) return;
+    const std::string problem = RenameRun(context.State, context.Files, run, index, newName);
+    if (!problem.empty()) context.Messages.Tell(problem, MessageIcon::Warning);
 }
 
 }  // namespace
@@ -138,17 +142,21 @@ void ShowRun(AppContext& context, int index, void (Screens::*screen)(int entryIn
         (context.OtherScreens.*screen)(index);
 }
 
-void ShowRunDetails(AppContext& context, int index) {
+void ShowRunDetails(AppContext& context, int index, const std::vector<int>& selected) {
     ApplicationState& state = context.State;
-    const std::string name = RunFileName(state.CurrentStudy.Entries[index]);
-    if (!ReadRunOfStudy(context, name)) return;
-    if (const auto changed = context.OtherScreens.ShowSpeedProfile(index)) TakeEntry(state, index, *changed);
+    if (!ReadRunOfStudy(context, RunFileName(state.CurrentStudy.Entries[index]))) return;
+    const ProfileChanges changes =
+        context.OtherScreens.ShowSpeedProfile({.Run = index, .GoesOn = true, .Selected = selected});
+    for (const auto& [run, entry] : changes.Entries) TakeEntry(state, run, entry);
 
-    const std::string newName(Trim(state.CurrentRun.Header.RunName));
-    state.CurrentRun.Header.RunName = newName;
-    if (newName == name) return;
-    const std::string problem = RenameCurrentRun(state, context.Files, index, newName);
-    if (!problem.empty()) context.Messages.Tell(problem, MessageIcon::Warning);
+    for (const auto& [run, name] : changes.Names) {
+        const std::string oldName = RunFileName(state.CurrentStudy.Entries[run]);
+        if (auto named = ReadRunFile(context.Files, context.Messages, StudyGroupFolder(state), oldName))
+            Rename(context, run, *named, std::string(Trim(name)));
+    }
+    const std::string lastName(Trim(state.CurrentRun.Header.RunName));
+    state.CurrentRun.Header.RunName = lastName;
+    Rename(context, changes.LastRun, state.CurrentRun, lastName);
 }
 
 }  // namespace vantor

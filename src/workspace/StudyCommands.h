@@ -35,9 +35,10 @@ void ExportRunList(AppContext& context);
 /// Tells of the missing runs of the study whose names are not in `told` yet, one after the other, and notes them there.
 void TellMissingRuns(AppContext& context, const std::vector<RunListRow>& rows, std::set<std::string>& told);
 
-/// Shows the speed profile of run `index` (from 1) of the study and takes over what the user changed there: the
-/// boundaries, and the run's name where a new one was given. A run that cannot be read is told to the user.
-void ShowRunDetails(AppContext& context, int index);
+/// Shows the speed profile of run `index` (from 1) of the study, from which the user may go on to the others, and takes
+/// over what was changed there: boundaries, and names of runs where new ones were given. `selected` are the runs that
+/// are selected in the list. A run that cannot be read is told to the user.
+void ShowRunDetails(AppContext& context, int index, const std::vector<int>& selected = {});
 
 /// Reads run `index` (from 1) of the study and opens one of the screens of a run for it. A run that cannot be read is
 /// told to the user.

@@ -139,10 +139,11 @@ int MoveRuns(ApplicationState& state, const std::vector<int>& runs, int before) 
     return first;
 }
 
-std::string RenameCurrentRun(ApplicationState& state, FileSystem& files, int index, const std::string& newName) {
+std::string RenameRun(ApplicationState& state, FileSystem& files, RunRecord& run, int index,
+                      const std::string& newName) {
     std::string problem = RunNameProblem(state, files, newName);
     if (!problem.empty()) return problem;
-    WriteRunFile(files, state.CurrentRun, StudyGroupFolder(state), newName, Expected::Nothing());
+    WriteRunFile(files, run, StudyGroupFolder(state), newName, Expected::Nothing());
     state.CurrentStudy.Entries[index].EntryRunName = newName;
     state.CurrentStudy.RunNames[index] = newName;
     state.StudyUnchanged = false;

@@ -46,9 +46,10 @@ void DeleteRuns(ApplicationState& state, const std::vector<int>& runs);
 /// Moves runs (from 1, in rising order) together to before run `before`, or behind the last one with RunCount + 1, and
 /// returns what run the first of them is then. The order of the runs is that of the running average.
 int MoveRuns(ApplicationState& state, const std::vector<int>& runs, int before);
-/// Writes the current run, which is run `index` of the study, under a new name into the Study Group and makes it the
+/// Writes `run`, which is run `index` of the study, under a new name into the Study Group and makes it the
 /// name of that run; the study is changed then. The old file stays, for other studies may use it. Returns what keeps
 /// the run from taking the name, as the text to show, with nothing done; empty when nothing does.
-std::string RenameCurrentRun(ApplicationState& state, FileSystem& files, int index, const std::string& newName);
+std::string RenameRun(ApplicationState& state, FileSystem& files, RunRecord& run, int index,
+                      const std::string& newName);
 
 }  // namespace vantor

@@ -61,6 +61,34 @@ TEST(RunWarnings, NameWhatAFigureDoesNotTell) {
     }
 }
 
+TEST(PreviewBounds, TellsWhatSetBoundsWouldMake) {
+    TestProgram program;
+    Study study;
+    for (const char* name : {"Good", "Gone", "Short", "Still"}) AppendRun(study, name);
+    RunRecord good = StoppedOnce().Run;
+    RunRecord brief = RunOfValues({44, 44, 44});
+    RunRecord still = RunOfValues({0, 0, 0, 0});
+    PutRunFile(program.Files, good, "/start/", "Good");
+    PutRunFile(program.Files, brief, "/start/", "Short");
+    PutRunFile(program.Files, still, "/start/", "Still");
+    const Study before = study;
+    const auto previews = PreviewBounds(study, {1, 2, 3, 4}, {88, 300, {}}, program.Files, "/start/", MphSettings());
+    ASSERT_EQ(previews.size(), 4U);
+    EXPECT_EQ(previews[0].Then.ControlDelay, 1);
+    EXPECT_THAT(previews[0].Warnings, testing::IsEmpty());
+    EXPECT_EQ(previews[1].Problem, "Missing Run File: Gone");
+    EXPECT_THAT(previews[2].Warnings, testing::Contains("end not reached"));
+    EXPECT_THAT(previews[3].Problem, testing::HasSubstr("Division by zero"));
+    EXPECT_EQ(previews[3].Then, before.Entries[4]);
+    EXPECT_THAT(PreviewBounds(study, {1}, {88, 88, {}}, program.Files, "/start/", MphSettings())[0].Warnings,
+                testing::Contains("Both boundaries lie in the same second of the run."));
+    EXPECT_TRUE(PreviewBounds(study, {1, 2}, {}, program.Files, "/start/", MphSettings(),
+                              Progress([](double) { return false; }))
+                    .empty());
+    ASSERT_EQ(SetBounds(study, {1, 2, 3, 4}, {88, 300, {}}, program.Files, "/start/", MphSettings()).size(), 2U);
+    for (const BoundsPreview& preview : previews) EXPECT_EQ(study.Entries[preview.Run], preview.Then);
+}
+
 TEST(ComputeRuns, OneThatFailsKeepsItsFiguresAndSaysSo) {
     TestProgram program;
     RunRecord run = StoppedOnce().Run;

@@ -24,6 +24,7 @@
 #include "editing/forms/frmEditRunFile.h"
 #include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
 #include "editing/forms/frmRunDetails.h"
+#include "editing/forms/frmUseBoundaries.h"
 #include "fakes/FakePorts.h"
 #include "fakes/PutFiles.h"
 #include "gpsobd/forms/LogReview.h"
@@ -122,6 +123,23 @@ std::shared_ptr<QWidget> OpenRun(ShownProgram& program) {
     return std::make_shared<Form>(program.Program, 1);
 }
 
+/// The current run's, from which the others are reached.
+inline std::shared_ptr<QWidget> OpenProfile(ShownProgram& program) {
+    if (program.State.CurrentStudy.Record.RunCount == 0) AppendRun(program.State.CurrentStudy, "NB-1");
+    return std::make_shared<frmPlotRunSpeedProfileHoriz>(program.Program, ProfileVisit{.Run = 1, .GoesOn = true});
+}
+
+inline std::shared_ptr<QWidget> OpenUseBoundaries(ShownProgram& program) {
+    Study& study = program.State.CurrentStudy;
+    if (study.Record.RunCount == 0) AppendRun(study, "NB-1");
+    const Bounds bounds{500, 3000, std::nullopt};
+    std::vector<int> runs;
+    for (int run = 1; run <= study.Record.RunCount; ++run) runs.push_back(run);
+    return std::make_shared<frmUseBoundaries>(
+        program.Program, PreviewBounds(study, runs, bounds, program.Files, program.Group, program.State.Settings),
+        bounds);
+}
+
 inline std::function<std::shared_ptr<QWidget>(ShownProgram&)> Reviews(LogKind kind, const char* extension) {
     return [=](ShownProgram& program) {
         return std::make_shared<LogReview>(program.Program, kind, LogChoice{program.Logs, "drive", extension});
@@ -151,7 +169,8 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmRunSelect", Opens<frmRunSelect>()},
         {"frmPrefs", Opens<frmPrefs>()},
         {"frmRunDetails", OpenRun<frmRunDetails>},
-        {"frmPlotRunSpeedProfileHoriz", OpenRun<frmPlotRunSpeedProfileHoriz>},
+        {"frmPlotRunSpeedProfileHoriz", OpenProfile},
+        {"frmUseBoundaries", OpenUseBoundaries},
         {"frmEditPulseData", OpenRun<frmEditPulseData>, false},
         {"frmEditRunFile", OpenRun<frmEditRunFile>},
         {"frmRunStatistics", OpenRun<frmRunStatistics>},

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "Profiles.h"
+#include "plots/Profiles.h"
 
 namespace vantor {
 namespace {

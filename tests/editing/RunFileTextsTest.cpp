@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "Profiles.h"
 #include "fakes/ThrowsError.h"
+#include "plots/Profiles.h"
 
 namespace vantor {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "Profiles.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "fakes/FakePorts.h"
 #include "fakes/PutFiles.h"
+#include "plots/Profiles.h"
 
 namespace vantor {
 

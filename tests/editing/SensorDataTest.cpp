@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "Profiles.h"
 #include "editing/SensorEdits.h"
 #include "editing/SensorView.h"
 #include "fakes/ThrowsError.h"
+#include "plots/Profiles.h"
 
 namespace vantor {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <random>
 
-#include "Profiles.h"
 #include "fakes/ThrowsError.h"
+#include "plots/Profiles.h"
 
 namespace vantor {
 namespace {

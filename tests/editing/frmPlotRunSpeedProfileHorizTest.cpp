@@ -1,14 +1,7 @@
-#include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
-
 #include <gmock/gmock.h>
 
-#include <QScreen>
-#include <QWheelEvent>
-
-#include "RunScene.h"
-#include "analysis/StudyEdits.h"
+#include "ProfileScene.h"
 #include "core/ContentHash.h"
-#include "fakes/FormScene.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -16,59 +9,7 @@ namespace {
 
 using testing::HasSubstr;
 
-const std::string EarlyClose = "Please Click-and-Drag both blue lines on the graph.";
-
-/// A run of 200 s and 9000 ft, 1000 feet a step of its axis.
-class frmPlotRunSpeedProfileHorizTest : public RunScene<FormScene<frmPlotRunSpeedProfileHoriz>> {
-protected:
-    frmPlotRunSpeedProfileHorizTest() : RunScene(RunWithStop()) {}
-
-    /// Opens the form with a plot area of 1000 by 400 pixels.
-    void OpenPlot() {
-        Open(1, [this](const StudyRunEntry& entry) { TakeEntry(State, 1, entry); });
-        const QFontMetricsF metrics(Plot().font());
-        const PlotRectangle area = PlotAreaOf({2000, 1000}, metrics);
-        Plot().setFixedSize(static_cast<int>(area.Left + 1000 + 2000 - area.Right),
-                            static_cast<int>(area.Top + 400 + 1000 - area.Baseline));
-        QCoreApplication::processEvents();
-        Area = PlotAreaOf(Plot().size(), metrics);
-        EXPECT_EQ(std::pair(Area.Right - Area.Left, Area.Baseline - Area.Top), std::pair(1000.0, 400.0));
-    }
-
-    QWidget& Plot() { return Get<QWidget>("SpeedProfilePlot"); }
-    /// A place right of the left edge and above the baseline, in pixels.
-    QPoint At(int x, int y = 350) const {
-        return {static_cast<int>(Area.Left) + x, static_cast<int>(Area.Baseline) - y};
-    }
-    void PlotKey(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(&Plot(), key, modifiers); }
-    void Hold(QPoint place) { QTest::mousePress(&Plot(), Qt::LeftButton, {}, place); }
-    void MoveTo(QPoint place) { QTest::mouseMove(&Plot(), place); }
-    void Release(QPoint place) { QTest::mouseRelease(&Plot(), Qt::LeftButton, {}, place); }
-    void Drag(QPoint from, std::initializer_list<QPoint> way) {
-        Hold(from);
-        for (const QPoint& place : way) MoveTo(place);
-        Release(*(way.end() - 1));
-    }
-    /// Drags both boundaries, which wait at the edges, to 2000 and 7000 ft.
-    void DragBoundaries() {
-        Drag(At(0), {At(90), At(200)});
-        Drag(At(1000), {At(800), At(700)});
-    }
-    void Wheel(QPoint place, int turn) {
-        QWheelEvent wheel(place, Plot().mapToGlobal(place), {}, {0, turn}, QApplication::mouseButtons(), {},
-                          Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&Plot(), &wheel);
-    }
-    void TypeIdealSpeed(const QString& text) {
-        TypeInto("txtIdealSpeed", text);
-        PressKey(Qt::Key_Return);
-    }
-    void CloseEarly() { EXPECT_TRUE(Leaves(EarlyClose, MessageAnswer::Cancel)); }
-    std::string Scale() { return Text("cmbPlotScaleList") + " " + Text("PlotScale"); }
-    std::string Description() { return FromQt(Plot().accessibleDescription()); }
-
-    PlotRectangle Area;
-};
+class frmPlotRunSpeedProfileHorizTest : public ProfileScene {};
 
 TEST_F(frmPlotRunSpeedProfileHorizTest, TwoDragsComputeTheRunAndLetTheUserSave) {
     OpenPlot();
@@ -135,7 +76,8 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, EveryWayOutAsksBeforeTwoReleases) {
     EXPECT_TRUE(IsEnabled("BtnPlotSpeedExit"));
     PressKey(Qt::Key_Escape);
     EXPECT_FALSE(Window->isVisible());
-    for (const int entry : {0, 2}) EXPECT_ERROR(SubscriptOutOfRange, frmPlotRunSpeedProfileHoriz(Context, entry));
+    for (const int entry : {0, 2})
+        EXPECT_ERROR(SubscriptOutOfRange, frmPlotRunSpeedProfileHoriz(Context, ProfileVisit{.Run = entry}));
 }
 
 TEST_F(frmPlotRunSpeedProfileHorizTest, RunNameIsTakenOverOnLeaving) {
@@ -223,196 +165,153 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, TrimRunAsksAndKeepsTheUntrimmedRun) {
               "A boundary is not set yet.\nDrag the blue lines to where the run shall begin and end, then trim it.");
 }
 
-// The plot.
-
-TEST_F(frmPlotRunSpeedProfileHorizTest, ReleasesOfOneBoundaryCountTooButNotThoseOfTheIdealSpeed) {
+TEST_F(frmPlotRunSpeedProfileHorizTest, TypedBoundariesCountAsReleases) {
     OpenPlot();
-    // 34.1 mph: the axis ends at 40, so 10 pixels a mph. The line waits at the top.
-    Drag(At(500, 400), {At(500, 250), At(500, 401)});
-    EXPECT_EQ(Text("txtIdealSpeed"), "25");
-    EXPECT_FALSE(State.StudyUnchanged);
-    Drag(At(500, 250), {At(500, 250)});
-    Drag(At(500, 300), {At(600, 300)});  // beside all lines
-    Drag(At(0), {At(100)});
-    EXPECT_FALSE(IsEnabled("BtnPlotSpeedExit"));
-    Drag(At(100), {At(200)});
-    EXPECT_TRUE(IsEnabled("BtnPlotSpeedExit"));
-    EXPECT_EQ(Entry().CDEndDist, 0);
-    EXPECT_EQ(Text("lblContDelay"), " 55");  // 0 s for -2000 feet at 36.67 ft/s
-    Drag(At(500, 250), {At(500, 300)});
-    EXPECT_EQ(Text("lblContDelay"), " 45");  // 44 ft/s
-    EXPECT_EQ(Window->ChangedEntry(), Entry());
-}
-
-TEST_F(frmPlotRunSpeedProfileHorizTest, SaysWithWhichBoundariesTheFiguresMeanNothing) {
-    OpenPlot();
-    DragBoundaries();
-    Drag(At(700), {At(1000)});
-    EXPECT_EQ(Text("lblWarning"), "");  // the start's second counts twice, so the last but one goes as far
-    Drag(At(900), {At(50)});
-    MoveTo(At(500));
-    EXPECT_EQ(Text("lblWarning"), "The end boundary lies before the start boundary. The figures mean nothing then.");
-}
-
-TEST_F(frmPlotRunSpeedProfileHorizTest, AHeldLineStaysWhereItIs) {
-    SetBoundaries(106, 7000);  // 11 pixels from the edge
-    OpenPlot();
-    Hold(At(14));
-    Wheel(At(14), 120);
-    MoveTo(At(14));
-    Release(At(14));
-    EXPECT_EQ(Entry().CDStartDist, 106);
-}
-
-TEST_F(frmPlotRunSpeedProfileHorizTest, AnErrorInADragOverTimeIsToldAtTheRelease) {
-    OpenPlot();
-    Press("btnToggleSpdTime");  // 5 pixels a second, at rest from 101 to 120
-    EXPECT_EQ(Text("btnToggleSpdTime") + " " + Scale(), "Plot Speed vs Dist. 20 Secs.");
-    Drag(At(0), {At(525)});
-    Drag(At(1000), {At(900)});
-    EXPECT_EQ(Text("lblContDelay") + Text("lblLOS"), "-45A");  // 75 s; 3000 feet at half of 50 ft/s are 120 s
-    Hold(At(900));
-    MoveTo(At(550));
-    EXPECT_THAT(Text("lblWarning"), HasSubstr("Division by zero"));
-    Messages.Expect(
-        "Run-time error '11':\nDivision by zero\n\n"
-        "The ideal speed is 0. Move the boundaries to where the vehicle is driving, or set an ideal speed.");
-    Release(At(550));
-    EXPECT_TRUE(Messages.IsDone());
-    EXPECT_EQ(Text("txtIdealSpeed"), "");
-    MoveTo(At(100));
-    EXPECT_EQ(Text("lblReadOut"), "Distance 1000 Feet    Time 20 s    Speed 34 MPH");
-    Press("btnToggleSpdTime");
-    EXPECT_EQ(Scale(), "1000 Feet");
-}
-
-TEST_F(frmPlotRunSpeedProfileHorizTest, KeysMoveTheActiveLineAndAReleasedKeyIsARelease) {
-    OpenPlot();
-    PlotKey(Qt::Key_2);
-    QTest::keyPress(&Plot(), Qt::Key_Left);
-    EXPECT_EQ(Entry().CDEndDist, 8900);
-    for (int i = 0; i < 3; ++i)  // the key repeats
-        for (const QEvent::Type type : {QEvent::KeyRelease, QEvent::KeyPress}) {
-            QKeyEvent event(type, Qt::Key_Left, Qt::NoModifier, {}, true);
-            QCoreApplication::sendEvent(&Plot(), &event);
-        }
-    EXPECT_EQ(Entry().CDEndDist, 8600);
-    QTest::keyRelease(&Plot(), Qt::Key_Left);
-    PlotKey(Qt::Key_3);
-    PlotKey(Qt::Key_Down);
-    EXPECT_EQ(Entry().IdealSpeedUser, 35);
-    EXPECT_FALSE(IsEnabled("BtnPlotSpeedExit"));
-    PlotKey(Qt::Key_1);
-    PlotKey(Qt::Key_Right, Qt::ShiftModifier);
-    EXPECT_EQ(Entry().CDStartDist, 1);
-    EXPECT_TRUE(IsEnabled("BtnPlotSpeedExit"));
-    EXPECT_THAT(Description(), HasSubstr("Start boundary: 1 Feet. End boundary: 8600 Feet. Ideal speed: 35 MPH. "
-                                         "The arrow keys move the start boundary."));
-}
-
-TEST_F(frmPlotRunSpeedProfileHorizTest, ZoomAndScroll) {
-    OpenPlot();
-    auto& scroll = Get<QScrollBar>("HScroll1");
-    EXPECT_FALSE(scroll.isEnabled());
-    for (const auto& [key, scale] : {std::pair{Qt::Key_Plus, "750"}, {Qt::Key_Minus, "1000"}}) {
-        PlotKey(key, Qt::ControlModifier);
-        EXPECT_EQ(Text("cmbPlotScaleList"), scale);
-    }
-    for (const auto& [turn, scale] : {std::pair{60, "1000"}, {60, "750"}, {-120, "1000"}, {-1200, "20000"}}) {
-        Wheel(At(500), turn);
-        EXPECT_EQ(Text("cmbPlotScaleList"), scale) << turn;
-    }
-    Pick("cmbPlotScaleList", "100");  // a foot a pixel
-    EXPECT_TRUE(scroll.isEnabled());
-    EXPECT_EQ(scroll.maximum(), 8000);
-    scroll.setValue(3000);
-    Drag(At(0), {At(500)});
-    EXPECT_EQ(Entry().CDStartDist, 3500);
-    // Held beyond the edge, the plot scrolls on to the end of the run.
-    Hold(At(500));
-    MoveTo(At(1010));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return scroll.value() >= 3200; }, 5000));
-    MoveTo(At(400));
-    Release(At(400));
-    EXPECT_EQ(Entry().CDStartDist, scroll.value() + 400);
-}
-
-TEST_F(frmPlotRunSpeedProfileHorizTest, AReleaseThatNobodyToldIsMadeUpFor) {
-    OpenPlot();
-    Hold(At(0));
-    MoveTo(At(100));
-    QMouseEvent move(QEvent::MouseMove, At(400), Plot().mapToGlobal(At(400)), Qt::NoButton, {}, {});
-    QCoreApplication::sendEvent(&Plot(), &move);
-    EXPECT_EQ(Entry().CDStartDist, 1000);
-    Drag(At(100), {At(200)});
-    EXPECT_TRUE(IsEnabled("BtnPlotSpeedExit"));
-    MoveTo(At(200));
-    EXPECT_EQ(Plot().cursor().shape(), Qt::SizeHorCursor);
-    MoveTo(At(450));
-    EXPECT_EQ(Plot().cursor().shape(), Qt::ArrowCursor);
-}
-
-TEST_F(frmPlotRunSpeedProfileHorizTest, RunsWithoutAProfileSaySoAndTakeNoDrag) {
-    using Case = std::pair<RunRecord, const char*>;
-    SetBoundaries(10, 20);
-    for (const auto& [run, says] : {Case{RunOf({}), "no samples"}, Case{RunOf({0, 0, 0}), "does not move"},
-                                    Case{RunOf({20, 20}, 0), "calibration constant of this run is 0"}}) {
-        Use(run);
-        OpenPlot();
-        EXPECT_THAT(FromQt(NothingToDraw(ProfileTrace(run, 1), run.Header.CalConstant)), HasSubstr(says));
-        DragBoundaries();
-        PlotKey(Qt::Key_Right);
-        PlotKey(Qt::Key_Plus, Qt::ControlModifier);
-        EXPECT_FALSE(Window->grab().isNull());
-        EXPECT_EQ(Entry(), EntryBefore);
-        EXPECT_FALSE(Window->ChangedEntry());
-        EXPECT_FALSE(IsEnabled("btnToggleSpdTime"));
-        CloseEarly();
-    }
-}
-
-TEST_F(frmPlotRunSpeedProfileHorizTest, TheLongestRunIsDrawn) {
-    std::vector<int> values;
-    for (int i = 0; i < 32767; ++i) values.push_back(20 + i % 50);
-    Use(RunOf(std::move(values)));
-    OpenPlot();
-    EXPECT_EQ(Text("cmbPlotScaleList"), "20000");
-    Press("btnToggleSpdTime");
-    EXPECT_EQ(Text("cmbPlotScaleList"), "5000");
-    EXPECT_FALSE(Plot().grab().isNull());
-}
-
-TEST_F(frmPlotRunSpeedProfileHorizTest, PaintsTraceAndLinesWhereTheyAre) {
-    OpenPlot();
-    Drag(At(0), {At(200)});
-    Drag(At(200), {At(400)});
-    const QImage picture = Plot().grab().toImage();
-    const auto isBlueAt = [&](int x) {
-        const QColor colour = picture.pixelColor(At(x, 300));
-        return colour.blue() > 180 && colour.red() < 80;
+    const auto type = [this](const char* box, const QString& text) {
+        TypeInto(box, text);
+        PressKey(Qt::Key_Return);
     };
-    EXPECT_FALSE(isBlueAt(200));
-    EXPECT_TRUE(isBlueAt(400));
-    // 34 mph is 341 pixels above the baseline: soft below the trace, plain above it and behind the end of the run.
-    const QColor plain = Plot().palette().color(QPalette::Base);
-    EXPECT_NE(picture.pixelColor(At(150, 320)), plain);
-    for (const QPoint& place : {At(150, 360), At(950, 320)}) EXPECT_EQ(picture.pixelColor(place), plain);
+    type("txtStart", "2000");
+    EXPECT_FALSE(IsEnabled("BtnPlotSpeedExit"));
+    EXPECT_EQ(Text("lblBetween"), "");
+    type("txtEnd", "7000");
+    EXPECT_EQ(BoundariesOf(Entry()), std::pair(2000, 7000));
+    EXPECT_TRUE(IsEnabled("BtnPlotSpeedExit"));
+    // 119 s for 5000 feet: 42 ft/s.
+    EXPECT_EQ(Text("lblContDelay") + ", " + Text("lblBetween"), " 19, 5000 ft, 119 s, 29 MPH between the boundaries");
+    for (const char* wrong : {"9001", "-1", "2.5", " ", "far"}) {
+        Messages.Expect(
+            "The end boundary is a whole number of feet from 0 to 9000.\n"
+            "0 stands for a boundary that is not set.");
+        type("txtEnd", wrong);
+        EXPECT_EQ(Text("txtEnd") + " " + std::to_string(Entry().CDEndDist), "7000 7000") << wrong;
+    }
+    TypeInto("txtEnd", "8000");
+    PressKey(Qt::Key_Escape);
+    EXPECT_EQ(Text("txtEnd"), "7000");
+    for (const auto& [key, keys, place] : {std::tuple(Qt::Key_Up, Qt::NoModifier, 7001),
+                                           {Qt::Key_Up, Qt::ShiftModifier, 7011},
+                                           {Qt::Key_Down, Qt::NoModifier, 7010}}) {
+        PressKey(key, keys);
+        EXPECT_EQ(Entry().CDEndDist, place);
+    }
+    Press("btnToggleSpdTime");
+    EXPECT_EQ(Text("txtStart") + Text("lblStartUnit"), "40Secs.");
+    TypeInto("txtStart", "50");  // left without Enter
+    Press("BtnPlotSpeedExit");
+    EXPECT_EQ(Entry().CDStartDist, 2500);
+    EXPECT_TRUE(IsAccepted());
 }
 
-TEST_F(frmPlotRunSpeedProfileHorizTest, PartlyRepaintedWindowLooksAsIfPaintedWhole) {
+TEST_F(frmPlotRunSpeedProfileHorizTest, EveryGestureIsTakenBackAndDoneAgain) {
     OpenPlot();
-    DragBoundaries();
-    Drag(At(500, 341), {At(500, 200)});
-    Hold(At(700));
-    for (const QPoint& place : {At(650), At(205), At(190), At(960)}) {
-        MoveTo(place);
-        QCoreApplication::processEvents();
-        const QRect area = Plot().rect().translated(Plot().mapTo(Window.get(), QPoint(0, 0)));
-        const QImage shown = Window->screen()->grabWindow(Window->winId()).toImage().copy(area);
-        EXPECT_EQ(shown.convertToFormat(QImage::Format_RGB32),
-                  Window->grab().toImage().copy(area).convertToFormat(QImage::Format_RGB32))
-            << place.x();
+    const auto undo = [this] { Get<QAction>("mnuUndo").trigger(); };
+    std::vector<StudyRunEntry> entries = {Entry()};
+    const auto step = [&](const char* text) {
+        EXPECT_EQ(Get<QAction>("mnuUndo").text(), QLatin1String("Undo ") + text);
+        entries.push_back(Entry());
+    };
+    Drag(At(0), {At(90), At(200)});
+    step("Move start boundary");
+    Drag(At(1000), {At(800), At(700)});
+    step("Move end boundary");
+    TypeIdealSpeed("45");
+    step("Ideal speed");
+    Get<QWidget>("txtEnd").setFocus();
+    for (int i = 0; i < 3; ++i) QTest::keyPress(&Get<QWidget>("txtEnd"), Qt::Key_Up);
+    QTest::keyRelease(&Get<QWidget>("txtEnd"), Qt::Key_Up);
+    EXPECT_EQ(Entry().CDEndDist, 7003);
+    step("Move end boundary");
+    Press("btnToggleSpdTime");
+
+    for (std::size_t i = entries.size() - 1; i-- > 0;) {
+        PressKey(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(Entry(), entries[i]) << i;
     }
+    EXPECT_EQ(Text("lblContDelay") + Text("txtStart"), "–");
+    EXPECT_EQ(Scale(), "20 Secs.");
+    PressKey(Qt::Key_Z, Qt::ControlModifier);
+    for (std::size_t i = 1; i < entries.size(); ++i) {
+        PressKey(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_EQ(Entry(), entries[i]) << i;
+    }
+    undo();
+    PressTold(
+        "btnTrim",
+        "Do you want to trim run: A\nto the part between its boundaries?\n\nThe untrimmed run is kept as A.rd2.bak.",
+        MessageAnswer::Yes);
+    EXPECT_FALSE(IsEnabled("btnUndo"));
+    EXPECT_FALSE(IsEnabled("btnRedo"));
+}
+
+TEST_F(frmPlotRunSpeedProfileHorizTest, GoesOnFromRunToRun) {
+    AddRuns({"B", "Gone", "C"});
+    Files.Delete(Group + "Gone.rd2");
+    OpenPlot();
+    EXPECT_FALSE(IsEnabled("btnPreviousRun"));
+    DragBoundaries();
+    const StudyRunEntry first = Entry();
+    Press("btnToggleSpdTime");
+    PressKey(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(Text("lblPlotTitle") + ", " + Scale(), "Data Plot for B, 20 Secs.");
+    EXPECT_EQ(Text("lblContDelay"), "–");
+    EXPECT_FALSE(IsEnabled("btnUndo"));
+    Press("btnToggleSpdTime");
+    Drag(At(0), {At(300)});
+    Get<QLineEdit>("txtEditRunName").setText("B new");
+    PressTold("btnNextRun",
+              "Missing Run File: Gone. Copy the file back into the Study Group, or delete the run from the list.\n\n"
+              "The next run that can be read is shown.");
+    EXPECT_EQ(Text("lblPlotTitle"), "Data Plot for C");
+    EXPECT_FALSE(IsEnabled("btnNextRun"));
+    EXPECT_TRUE(Window->Changes().Entries.contains(2)) << "what was begun is kept";
+    Files.Delete(Group + "B.rd2");
+    PressTold("btnPreviousRun",
+              "Missing Run File: Gone. Copy the file back into the Study Group, or delete the run from the list.\n\n"
+              "Missing Run File: B. Copy the file back into the Study Group, or delete the run from the list.\n\n"
+              "The next run that can be read is shown.");
+    EXPECT_EQ(Entry(), first);
+    PressKey(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(Text("txtEnd"), "") << "a run keeps its steps";
+    PressKey(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    Press("BtnPlotSpeedExit");
+    EXPECT_TRUE(IsAccepted());
+    const ProfileChanges changes = Window->Changes();
+    EXPECT_EQ(changes.LastRun, 1);
+    EXPECT_EQ(changes.Names, (std::map<int, std::string>{{2, "B new"}}));
+    EXPECT_EQ(changes.Entries, (std::map<int, StudyRunEntry>{{1, first}, {2, State.CurrentStudy.Entries[2]}}));
+    EXPECT_EQ(BoundariesOf(State.CurrentStudy.Entries[2]), std::pair(3000, 0));
+}
+
+TEST_F(frmPlotRunSpeedProfileHorizTest, OtherRunsGetTheBoundariesThatAreTicked) {
+    AddRuns({"B", "C", "D"});
+    Selected = {1, 2, 4};
+    OpenPlot();
+    const auto use = [this](const char* menu) { Get<QAction>(menu).trigger(); };
+    Messages.Expect("A boundary is not set yet.\nSet both boundaries of this run, then use them for the others.");
+    use("mnuUseForAll");
+    DragBoundaries();
+    std::vector<int> offered;
+    Window->OnChooseRuns = [&](const std::vector<BoundsPreview>& previews) {
+        for (const BoundsPreview& preview : previews) offered.push_back(preview.Run);
+        return std::vector{previews.back()};
+    };
+    use("mnuUseForSelected");
+    use("mnuUseForAll");
+    EXPECT_THAT(offered, testing::ElementsAre(2, 4, 2, 3, 4));
+    EXPECT_EQ(BoundariesOf(State.CurrentStudy.Entries[2]), std::pair(0, 0));
+    EXPECT_EQ(State.CurrentStudy.Entries[4].ControlDelay, 19);
+    EXPECT_EQ(Window->Changes().Entries.size(), 2U);
+}
+
+TEST_F(frmPlotRunSpeedProfileHorizTest, PictureIsCopiedAndSaved) {
+    OpenPlot();
+    Get<QAction>("mnuCopyPicture").trigger();
+    EXPECT_FALSE(DesktopServices.CopiedPicture.empty());
+    DesktopServices.FileToSave = "/start/A.svg";
+    Get<QAction>("mnuSavePicture").trigger();
+    EXPECT_TRUE(Files.Bytes("/start/A.svg"));
+    CloseEarly();
 }
 
 }  // namespace

@@ -80,6 +80,52 @@ TEST_F(frmRunDetailsTest, InsertAndDeleteOnlyBetweenStartAndEnd) {
     EXPECT_EQ(Nodes().size(), 4u);
 }
 
+TEST_F(frmRunDetailsTest, EveryChangeIsTakenBackAndDoneAgain) {
+    Open(1);
+    EXPECT_FALSE(IsEnabled("btnUndo"));
+    const auto shown = [this] {
+        std::vector<std::string> texts = Nodes();
+        for (const char* field : {"RunDetailsNotes", "RunDetailsTime", "ButtonLabel(12)"}) texts.push_back(Text(field));
+        return texts;
+    };
+    std::vector<std::vector<std::string>> states = {shown()};
+    const auto step = [&](const char* text) {
+        EXPECT_EQ(Get<QAction>("mnuUndo").text(), QLatin1String("Undo ") + text);
+        states.push_back(shown());
+    };
+    ClickName(1);
+    Press("BtnInsert");
+    step("Insert Node");
+    TypeIntoCell(3, NodeTable::Name, "Birch Rd");
+    QTest::keyClick(Editor(), Qt::Key_Return);
+    QCoreApplication::processEvents();
+    step("Edit Node");
+    TypeInto("RunDetailsNotes", "dry");  // its step begins where the field is left
+    ClickName(1);
+    Press("BtnDelete");
+    Press("BtnReverse");
+    Get<QLineEdit>("ButtonLabel(12)").setFocus();
+    TypeInto("ButtonLabel(12)", "Queue");
+    Grid().setFocus();
+    step("Edit Fields");
+    Press("btnTrimStart");
+    step("Trim Start");
+
+    std::vector<std::vector<std::string>> back;
+    while (IsEnabled("btnUndo")) {
+        PressKey(Qt::Key_Z, Qt::ControlModifier);
+        back.push_back(shown());
+    }
+    ASSERT_EQ(back.size(), 7U);
+    EXPECT_THAT((std::vector{back[0], back[4], back[5], back[6]}),
+                ElementsAre(states[3], states[2], states[1], states[0]));
+    ExpectNothingStored();
+    for (int i = 0; i < 7; ++i) PressKey(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(shown(), states.back());
+    Press("RunDetailsSave");
+    EXPECT_EQ(State.CurrentRun.Header.SampleCount, 6);
+}
+
 TEST_F(frmRunDetailsTest, SavesWhatIsTypedByKeyboard) {
     Open(1);
     TypeIntoCell(1, NodeTable::Name, "Ash - a name that is longer than 32 characters");
@@ -212,8 +258,8 @@ TEST_F(frmRunDetailsTest, OpensTheOtherScreensOfTheRun) {
     EXPECT_THAT(Nodes(), ElementsAre("1|First|0|0", "2|Ash|3|30", "3|Birch|6|60", "4|Last|8|80", "5||9|90"));
 
     // A name that is given on the plot is a change that is not saved yet.
-    OtherScreens.ChangedEntry = Entry();
-    OtherScreens.ChangedEntry->StopDelay = 5;
+    OtherScreens.Profiles.Entries[1] = Entry();
+    OtherScreens.Profiles.Entries[1].StopDelay = 5;
     OtherScreens.OnShow["frmPlotRunSpeedProfileHoriz"] = [this] {
         State.CurrentRun.Header.RunName = "B";
         return true;

@@ -89,16 +89,17 @@ public:
     StartUpChoice StartUp = StartUpChoice::None;
     CounterFileChoice CounterFile{"/start/Field Data Files/", "dump"};
     LogChoice Log{"/start/Field Data Files/", "drive", ".gd2"};
-    std::optional<StudyRunEntry> ChangedEntry;  ///< by the speed profile
-    std::vector<Upload> Uploads;                ///< what was handed to the screen that names runs
+    ProfileChanges Profiles;      ///< by the speed profile; its LastRun is the first
+    std::vector<Upload> Uploads;  ///< what was handed to the screen that names runs
 
     StartUpChoice ShowStartUp() override { return Show("frmStartUp") ? StartUp : StartUpChoice::None; }
     bool ShowStudyOpen() override { return Show("frmStudyOpen"); }
     bool ShowStudySaveAs() override { return Show("frmStudySaveAs"); }
     bool ShowRunSelect() override { return Show("frmRunSelect"); }
-    std::optional<StudyRunEntry> ShowSpeedProfile(int) override {
+    ProfileChanges ShowSpeedProfile(const ProfileVisit& visit) override {
+        Profiles.LastRun = visit.Run;
         Show("frmPlotRunSpeedProfileHoriz");
-        return ChangedEntry;
+        return Profiles;
     }
     void ShowRunEditor(int) override { Show("frmRunDetails"); }
     void ShowSensorData(int) override { Show("frmEditPulseData"); }

@@ -101,7 +101,7 @@ const Operation OfRules[] = {
     SavesRun("RunSavedAs", "New", true),
     {"RunOfStudyRenamed", Nothing,
      [](Scene& scene) {
-         EXPECT_EQ(RenameCurrentRun(scene.State, scene.Files, 1, "Morning"), "");
+         EXPECT_EQ(RenameRun(scene.State, scene.Files, scene.State.CurrentRun, 1, "Morning"), "");
          scene.State.CurrentRun.Header.RunName = "Morning";
      },
      [](Scene& scene) {

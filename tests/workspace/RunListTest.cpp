@@ -135,9 +135,9 @@ TEST_F(RunListTest, DetailsBringBackBoundariesAndANewName) {
 
     State.StudyUnchanged = true;
     OtherScreens.OnShow.clear();
-    OtherScreens.ChangedEntry = Current().Entries[2];
-    OtherScreens.ChangedEntry->CDEndDist = 7000;
-    OtherScreens.ChangedEntry->ControlDelay = 16;
+    StudyRunEntry& changed = OtherScreens.Profiles.Entries[2] = Current().Entries[2];
+    changed.CDEndDist = 7000;
+    changed.ControlDelay = 16;
     DoubleClickRow(*Window, "vaRunList", 1);
     EXPECT_THAT(CellText(List(), 1, 7), StartsWith("Counted"));
     EXPECT_EQ(Text("lblAvgContDelay"), " 14");

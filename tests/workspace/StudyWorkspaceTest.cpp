@@ -71,12 +71,12 @@ TEST_F(Workspace, AStudyIsSavedUnderASafeNameOrStaysUnderItsOldOne) {
 
 TEST_F(Workspace, ARunTakesANewNameThatIsFree) {
     State.CurrentRun = ReadRun(Files, Group + "R2.rd2").Run;
-    EXPECT_EQ(RenameCurrentRun(State, Files, 2, "r1"),
+    EXPECT_EQ(RenameRun(State, Files, State.CurrentRun, 2, "r1"),
               "The run keeps its name. A run \"r1\" is already in this study.");
     EXPECT_EQ(State.CurrentStudy.RunNames[2], "R2");
     EXPECT_TRUE(State.StudyUnchanged);
 
-    EXPECT_EQ(RenameCurrentRun(State, Files, 2, "Morning 2"), "");
+    EXPECT_EQ(RenameRun(State, Files, State.CurrentRun, 2, "Morning 2"), "");
     EXPECT_EQ(State.CurrentStudy.RunNames[2], "Morning 2");
     EXPECT_EQ(State.CurrentStudy.Entries[2].EntryRunName, "Morning 2");
     EXPECT_EQ(State.CurrentStudy.Entries[2].ControlDelay, 30);

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "core/Paths.h"
+#include "core/PictureFile.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/forms/Accessible.h"
@@ -141,15 +142,10 @@ void frmContDelayVsAvg::CopyPicture() {
 void frmContDelayVsAvg::Save() {
     const Study& study = context_.State.CurrentStudy;
     const std::string name = WithSafeCharacters(Trim(study.Record.StudyName));
-    const std::string path = context_.DesktopServices.ChooseFileToSave(
-        StudyGroupFolder(context_.State) + (name.empty() ? "Control Delay" : name + " Control Delay") + ".png",
-        "Save Chart", {{"PNG picture", ".png"}, {"SVG drawing", ".svg"}, {"PDF document", ".pdf"}});
-    if (path.empty()) return;
-    const auto format = PictureFormatOf(path);
-    if (!format)
-        return context_.Messages.Tell(path + "\nName a file that ends in .png, .svg or .pdf.", MessageIcon::Warning);
-    WriteFile(context_.Files, path, DelayChartPicture(context_.Documents, Series(), DelayChartTitle(study), *format),
-              AsItStands(context_.Files, path));
+    SavePicture(context_, StudyGroupFolder(context_.State) + (name.empty() ? "Control Delay" : name + " Control Delay"),
+                "Save Chart", [&](PictureFormat format) {
+                    return DelayChartPicture(context_.Documents, Series(), DelayChartTitle(study), format);
+                });
 }
 
 }  // namespace vantor

@@ -5,7 +5,6 @@
 
 #include "core/Choices.h"
 #include "core/LogKind.h"
-#include "core/StudyRecords.h"
 
 namespace vantor {
 
@@ -22,8 +21,7 @@ public:
     [[nodiscard]] virtual bool ShowStudySaveAs() = 0;
     /// True when runs were added to the current study.
     [[nodiscard]] virtual bool ShowRunSelect() = 0;
-    /// The speed profile of the current run, which is run `entryIndex` of the study: the run's entry as it was changed.
-    [[nodiscard]] virtual std::optional<StudyRunEntry> ShowSpeedProfile(int entryIndex) = 0;
+    [[nodiscard]] virtual ProfileChanges ShowSpeedProfile(const ProfileVisit& visit) = 0;
     // The editors of the current run, whose samples are loaded; it is run `entryIndex` of the study. A run that they
     // save is in its file, in the ApplicationState and in the study's entry afterwards.
     virtual void ShowRunEditor(int entryIndex) = 0;

@@ -165,6 +165,10 @@ QLayout* RunDetailsControls::LayOutFoot() {
     cmdHelp->setShortcut(QKeySequence::HelpContents);
     btnRestore = Button(&window_, "btnRestore", "Restore...", "Bring back this run as it was before a change.", "undo");
     btnRestore->setMenu(Named<QMenu>(btnRestore, "mnuRestore"));
+    btnUndo = Named<QToolButton>(&window_, "btnUndo");
+    btnRedo = Named<QToolButton>(&window_, "btnRedo");
+    // A click leaves the field that was typed into, which makes a step of it.
+    for (QToolButton* button : {btnUndo, btnRedo}) button->setFocusPolicy(Qt::StrongFocus);
     BtnShowPlot = Button(&window_, "BtnShowPlot", "&Plot", "Plot graph of data for this run.", "chart");
     BtnEditRunData = Button(&window_, "BtnEditRunData", "&Edit",
                             "View spd vs time plot and edit data points and/or De-Spike and Smooth data", "edit");
@@ -176,6 +180,8 @@ QLayout* RunDetailsControls::LayOutFoot() {
     auto* row = new QHBoxLayout;
     row->addWidget(cmdHelp);
     row->addWidget(btnRestore);
+    row->addWidget(btnUndo);
+    row->addWidget(btnRedo);
     row->addStretch();
     for (QPushButton* button : {BtnShowPlot, BtnEditRunData, BtnShowStats}) row->addWidget(button);
     row->addSpacing(24);
@@ -249,8 +255,8 @@ void RunDetailsControls::SetTabOrder() {
     };
     for (const auto& [key, label] : ButtonLabels) goOnTo(label);
     for (QWidget* control : std::initializer_list<QWidget*>{
-             vaSectionNames, BtnInsert, BtnDelete, BtnReverse, BtnCopy, btnTrimStart, btnTrimEnd, btnRestore,
-             BtnShowPlot, BtnEditRunData, BtnShowStats, RunDetailsSave, RunDetailsCancel, cmdHelp})
+             vaSectionNames, BtnInsert, BtnDelete, BtnReverse, BtnCopy, btnTrimStart, btnTrimEnd, btnRestore, btnUndo,
+             btnRedo, BtnShowPlot, BtnEditRunData, BtnShowStats, RunDetailsSave, RunDetailsCancel, cmdHelp})
         goOnTo(control);
 }
 

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
+#include <QToolButton>
 #include <map>
 
 #include "editing/forms/NodeTable.h"
@@ -46,6 +47,8 @@ struct RunDetailsControls {
     QPushButton* btnTrimStart;
     QPushButton* btnTrimEnd;
     QPushButton* btnRestore;
+    QToolButton* btnUndo;
+    QToolButton* btnRedo;
     QPushButton* BtnShowPlot;
     QPushButton* BtnEditRunData;
     QPushButton* BtnShowStats;

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "editing/forms/TraceImage.h"
+#include "plots/forms/TraceImage.h"
 
 namespace vantor {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "editing/SensorView.h"
-#include "editing/forms/PlotPainter.h"
+#include "plots/forms/PlotPainter.h"
 
 namespace vantor {
 

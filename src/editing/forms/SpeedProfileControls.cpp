@@ -22,7 +22,7 @@ int WidthOf(const QWidget& widget, const char* text) {
 
 }  // namespace
 
-SpeedProfileControls::SpeedProfileControls(QDialog& window, const QString& runName) : window_(window) {
+SpeedProfileControls::SpeedProfileControls(QDialog& window) : window_(window) {
     Plot = Named<SpeedProfilePlot>(&window, "SpeedProfilePlot");
     SetAccessibleRole(*Plot, QAccessible::Chart);
     Plot->setAccessibleName(QStringLiteral("Speed profile"));
@@ -32,10 +32,11 @@ SpeedProfileControls::SpeedProfileControls(QDialog& window, const QString& runNa
     HScroll1->setFocusPolicy(Qt::TabFocus);
 
     auto* column = new QVBoxLayout(&window);
-    column->addLayout(LayOutHead(runName));
+    column->addLayout(LayOutHead());
     column->addLayout(LayOutReadOut());
     column->addWidget(Plot, 1);
     column->addWidget(HScroll1);
+    column->addLayout(LayOutBoundaries());
     auto* row = new QHBoxLayout;
     row->addLayout(LayOutFigures());
     row->addStretch();
@@ -45,17 +46,24 @@ SpeedProfileControls::SpeedProfileControls(QDialog& window, const QString& runNa
     SetTabOrder();
 }
 
-QLayout* SpeedProfileControls::LayOutHead(const QString& runName) {
-    auto* lblPlotTitle = Named<QLabel>(&window_, "lblPlotTitle", QStringLiteral("Data Plot for ") + runName);
-    lblPlotTitle->setTextFormat(Qt::PlainText);
-    lblPlotTitle->setFont(Larger(*lblPlotTitle, 1.25));
+QLayout* SpeedProfileControls::LayOutHead() {
+    lblPlotTitle_ = Named<QLabel>(&window_, "lblPlotTitle");
+    lblPlotTitle_->setTextFormat(Qt::PlainText);
+    lblPlotTitle_->setFont(Larger(*lblPlotTitle_, 1.25));
+    btnPreviousRun = Named<QPushButton>(&window_, "btnPreviousRun", QStringLiteral("&Previous Run"));
+    btnPreviousRun->setToolTip(QStringLiteral("Go on to the run before this one (Alt+Left)"));
+    btnNextRun = Named<QPushButton>(&window_, "btnNextRun", QStringLiteral("Ne&xt Run"));
+    btnNextRun->setToolTip(QStringLiteral("Go on to the next run of the study (Alt+Right)"));
+    for (QPushButton* button : {btnPreviousRun, btnNextRun}) button->setAutoDefault(false);
     txtEditRunName = Named<QLineEdit>(&window_, "txtEditRunName");
     txtEditRunName->setMaxLength(static_cast<int>(RunNameWidth));
     txtEditRunName->setMinimumWidth(WidthOf(*txtEditRunName, "0000000000000000000000"));
-    txtEditRunName->setText(runName);
 
     auto* row = new QHBoxLayout;
-    row->addWidget(lblPlotTitle, 1);
+    row->addWidget(lblPlotTitle_, 1);
+    row->addWidget(btnPreviousRun);
+    row->addWidget(btnNextRun);
+    row->addSpacing(8);
     row->addWidget(LabelFor(txtEditRunName, QStringLiteral("Edit Run &Name")));
     row->addWidget(txtEditRunName);
     return row;
@@ -74,6 +82,55 @@ QLayout* SpeedProfileControls::LayOutReadOut() {
     return row;
 }
 
+void SpeedProfileControls::ShowName(const QString& runName) {
+    lblPlotTitle_->setText(QStringLiteral("Data Plot for ") + runName);
+    lblPlotTitle_->setAccessibleName(lblPlotTitle_->text());
+    txtEditRunName->setText(runName);
+}
+
+std::string SpeedProfileControls::Title() const { return FromQt(lblPlotTitle_->text()); }
+
+NumberBox* SpeedProfileControls::NewNumberBox(const char* name) {
+    auto* box = Named<NumberBox>(&window_, name);
+    box->setAlignment(Qt::AlignRight);
+    box->setFixedWidth(WidthOf(*box, "00000000"));
+    return box;
+}
+
+QLayout* SpeedProfileControls::LayOutBoundaries() {
+    txtStart = NewNumberBox("txtStart");
+    txtEnd = NewNumberBox("txtEnd");
+    for (NumberBox* box : {txtStart, txtEnd})
+        box->setToolTip(QStringLiteral("Type a place and press Enter; Up and Down step by 1, with Shift by 10"));
+    lblStartUnit = Named<QLabel>(&window_, "lblStartUnit");
+    lblEndUnit = Named<QLabel>(&window_, "lblEndUnit");
+    lblBetween = Figure(&window_, "lblBetween", QStringLiteral("Between the boundaries"),
+                        QStringLiteral("000000 ft, 00000 s, 000 MPH between the boundaries"));
+    btnUndo = Named<QToolButton>(&window_, "btnUndo");
+    btnRedo = Named<QToolButton>(&window_, "btnRedo");
+    // A click leaves the box that was typed into, which takes it.
+    for (QToolButton* button : {btnUndo, btnRedo}) button->setFocusPolicy(Qt::StrongFocus);
+    btnUseFor = Named<QPushButton>(&window_, "btnUseFor", QStringLiteral("Use &for"));
+    btnUseFor->setToolTip(QStringLiteral("Give other runs of the study these boundaries"));
+    btnUseFor->setAutoDefault(false);
+
+    auto* row = new QHBoxLayout;
+    row->addWidget(LabelFor(txtStart, QStringLiteral("St&art")));
+    row->addWidget(txtStart);
+    row->addWidget(lblStartUnit);
+    row->addSpacing(8);
+    row->addWidget(LabelFor(txtEnd, QStringLiteral("&End")));
+    row->addWidget(txtEnd);
+    row->addWidget(lblEndUnit);
+    row->addSpacing(8);
+    row->addWidget(lblBetween);
+    row->addStretch();
+    row->addWidget(btnUndo);
+    row->addWidget(btnRedo);
+    row->addWidget(btnUseFor);
+    return row;
+}
+
 QLayout* SpeedProfileControls::LayOutFigures() {
     lblContDelay = Figure(&window_, "lblContDelay", QStringLiteral("Control Delay (s)"), QStringLiteral("-000"));
     lblLOS = Figure(&window_, "lblLOS", QStringLiteral("LOS"), QStringLiteral(" W "));
@@ -81,9 +138,7 @@ QLayout* SpeedProfileControls::LayOutFigures() {
     lblLOS->setMargin(4);
     lblLOS->setAutoFillBackground(true);
     for (QLabel* figure : {lblContDelay, lblLOS}) figure->setFont(Larger(*figure, 1.6));
-    txtIdealSpeed = Named<QLineEdit>(&window_, "txtIdealSpeed");
-    txtIdealSpeed->setAlignment(Qt::AlignRight);
-    txtIdealSpeed->setFixedWidth(WidthOf(*txtIdealSpeed, "0000000"));
+    txtIdealSpeed = NewNumberBox("txtIdealSpeed");
     txtIdealSpeed->setToolTip(QStringLiteral("Type an ideal speed and press Enter; 0 or nothing: the computed one"));
     lblIdealSpeedSource = Named<FigureLabel>(&window_, "lblIdealSpeedSource");
     lblIdealSpeedSource->SetWidest(QStringLiteral("MPH = 888 KPH (set by hand)"));
@@ -144,8 +199,9 @@ QLayout* SpeedProfileControls::LayOutButtons() {
 
 void SpeedProfileControls::SetTabOrder() {
     QWidget* before = Plot;
-    for (QWidget* control : std::initializer_list<QWidget*>{HScroll1, txtIdealSpeed, cmbPlotScaleList, btnToggleSpdTime,
-                                                            btnTrim, BtnPlotSpeedExit, cmdHelp, txtEditRunName}) {
+    for (QWidget* control : std::initializer_list<QWidget*>{
+             HScroll1, txtStart, txtEnd, btnUndo, btnRedo, btnUseFor, txtIdealSpeed, cmbPlotScaleList, btnToggleSpdTime,
+             btnTrim, BtnPlotSpeedExit, cmdHelp, btnPreviousRun, btnNextRun, txtEditRunName}) {
         QWidget::setTabOrder(before, control);
         before = control;
     }

@@ -6,15 +6,21 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QToolButton>
 
 #include "core/forms/FigureLabel.h"
+#include "editing/forms/NumberBox.h"
 #include "editing/forms/SpeedProfilePlot.h"
 
 namespace vantor {
 
 /// The controls of the speed profile screen, laid out in its window, which owns them.
 struct SpeedProfileControls {
-    SpeedProfileControls(QDialog& window, const QString& runName);
+    explicit SpeedProfileControls(QDialog& window);
+
+    void ShowName(const QString& runName);
+    /// The title of the plot.
+    std::string Title() const;
 
     SpeedProfilePlot* Plot;
     QScrollBar* HScroll1;
@@ -22,7 +28,17 @@ struct SpeedProfileControls {
     QLabel* lblWarning;
     FigureLabel* lblContDelay;
     FigureLabel* lblLOS;
-    QLineEdit* txtIdealSpeed;
+    NumberBox* txtStart;
+    QLabel* lblStartUnit;
+    NumberBox* txtEnd;
+    QLabel* lblEndUnit;
+    FigureLabel* lblBetween;
+    QToolButton* btnUndo;
+    QToolButton* btnRedo;
+    QPushButton* btnPreviousRun;
+    QPushButton* btnNextRun;
+    QPushButton* btnUseFor;
+    NumberBox* txtIdealSpeed;
     FigureLabel* lblIdealSpeedSource;
     QComboBox* cmbPlotScaleList;
     FigureLabel* PlotScale;
@@ -33,14 +49,18 @@ struct SpeedProfileControls {
     QLineEdit* txtEditRunName;
 
 private:
-    QLayout* LayOutHead(const QString& runName);
+    QLayout* LayOutHead();
     QLayout* LayOutReadOut();
+    QLayout* LayOutBoundaries();
     QLayout* LayOutFigures();
     QLayout* LayOutScale();
     QLayout* LayOutButtons();
     void SetTabOrder();
 
+    NumberBox* NewNumberBox(const char* name);
+
     QDialog& window_;
+    QLabel* lblPlotTitle_;
 };
 
 }  // namespace vantor

@@ -3,13 +3,13 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
+#include <utility>
 
 namespace vantor {
 namespace {
 
 constexpr double GrabTolerance = 6;
 constexpr int EdgeScrollMilliseconds = 40;
-constexpr std::array AllLines = {ProfileLine::Start, ProfileLine::End, ProfileLine::IdealSpeed};
 
 }  // namespace
 
@@ -62,9 +62,7 @@ void SpeedProfilePlot::RenewPicture() {
     if (IsDrawable()) {
         PaintProfile(painter, size(), *profile_, labels_, colours);
     } else {
-        picture_.fill(colours.Background);
-        painter.setPen(colours.DimText);
-        painter.drawText(rect().adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap, nothingToDraw_);
+        PaintInsteadOfProfile(painter, rect(), nothingToDraw_, colours);
     }
     pictureIsStale_ = false;
 }
@@ -107,7 +105,9 @@ ProfileLine SpeedProfilePlot::LineUnder(QPointF pointer) const {
 
 void SpeedProfilePlot::ShowCursor(QPointF pointer) {
     const ProfileLine line = IsDragging() ? profile_->Drag().DragLine() : LineUnder(pointer);
-    if (line == ProfileLine::None)
+    if (pannedFrom_)
+        setCursor(Qt::ClosedHandCursor);
+    else if (line == ProfileLine::None)
         unsetCursor();
     else
         setCursor(line == ProfileLine::IdealSpeed ? Qt::SizeVerCursor : Qt::SizeHorCursor);
@@ -116,7 +116,10 @@ void SpeedProfilePlot::ShowCursor(QPointF pointer) {
 void SpeedProfilePlot::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !IsDrawable() || IsDragging()) return;
     const ProfileLine line = LineUnder(event->position());
-    if (line == ProfileLine::None) return;
+    if (line == ProfileLine::None) {
+        if (profile_->Geometry().MostOffset() > 0) pannedFrom_ = event->position().x();
+        return ShowCursor(event->position());
+    }
     profile_->Grab(line);
     pressedAt_ = event->position().toPoint();
     SetActive(line);
@@ -125,6 +128,7 @@ void SpeedProfilePlot::mousePressEvent(QMouseEvent* event) {
 void SpeedProfilePlot::mouseMoveEvent(QMouseEvent* event) {
     if (!IsDrawable()) return;
     pointer_ = event->position();
+    if (pannedFrom_) Pan(*event);
     if (IsDragging() && heldKey_ == 0) {
         // The button went up where no one told: over a message box, say.
         if (!event->buttons().testFlag(Qt::LeftButton)) return Release();
@@ -133,6 +137,14 @@ void SpeedProfilePlot::mouseMoveEvent(QMouseEvent* event) {
     }
     ShowCursor(pointer_);
     if (OnPointer) OnPointer(pointer_.x());
+}
+
+/// What is under the pointer stays under it.
+void SpeedProfilePlot::Pan(const QMouseEvent& event) {
+    if (!event.buttons().testFlag(Qt::LeftButton)) return pannedFrom_.reset();
+    const ProfileGeometry& geometry = profile_->Geometry();
+    const double from = std::exchange(pannedFrom_, pointer_.x()).value();
+    if (OnScroll) OnScroll(geometry.AxisValueAt(from) - geometry.AxisValueAt(pointer_.x()));
 }
 
 void SpeedProfilePlot::DragTo(QPointF pointer) {
@@ -161,17 +173,19 @@ void SpeedProfilePlot::timerEvent(QTimerEvent* event) {
 }
 
 void SpeedProfilePlot::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !IsDrawable() || !IsDragging() || heldKey_ != 0) return;
-    Release();
+    if (event->button() != Qt::LeftButton || !IsDrawable()) return;
+    pannedFrom_.reset();
+    if (IsDragging() && heldKey_ == 0) Release();
     ShowCursor(event->position());
 }
 
 void SpeedProfilePlot::Release() {
     edgeScroll_.stop();
     heldKey_ = 0;
+    const ProfileLine line = profile_->Drag().DragLine();
     const bool computes = profile_->Release();
     UpdateLines();
-    if (OnReleased) OnReleased(computes);
+    if (OnReleased) OnReleased(line, computes);
 }
 
 void SpeedProfilePlot::leaveEvent(QEvent*) {

@@ -7,12 +7,13 @@
 #include <functional>
 #include <optional>
 
-#include "editing/forms/ProfileLines.h"
+#include "plots/forms/ProfileLines.h"
 
 namespace vantor {
 
 /// Draws a speed profile and lets the user move its lines with the mouse or the keyboard. Keys: 1, 2 and 3 choose the
-/// start, end and ideal speed line, the arrows move it (with Shift by one unit), Page Up and Page Down scroll.
+/// start, end and ideal speed line, the arrows move it (with Shift by one unit), Page Up and Page Down scroll. Dragging
+/// beside the lines moves the picture along the run.
 ///
 /// The picture is kept as a pixmap; while a line moves only what it covers is painted anew.
 class SpeedProfilePlot : public QWidget {
@@ -34,7 +35,7 @@ public:
 
     // What the user does. A line has been moved or let go already when its callback is called.
     std::function<void()> OnMoved;
-    std::function<void(bool computes)> OnReleased;
+    std::function<void(ProfileLine line, bool computes)> OnReleased;
     /// A line became the active one.
     std::function<void()> OnActivated;
     /// The pointer's x over the plot; nothing when it leaves.
@@ -64,6 +65,7 @@ private:
     bool IsDragging() const { return profile_->Drag().DragLine() != ProfileLine::None; }
     void PlacePlotArea();
     void RenewPicture();
+    void Pan(const QMouseEvent& event);
     void DragTo(QPointF pointer);
     void Release();
     void SetActive(ProfileLine line);
@@ -83,8 +85,9 @@ private:
     bool paintedShaded_ = false;
     ProfileLine active_ = ProfileLine::Start;
     QPointF pointer_;
-    std::optional<QPoint> pressedAt_;  ///< where a line was grabbed, until the pointer goes on from there
-    int heldKey_ = 0;                  ///< the arrow key that moves a line while it is down
+    std::optional<QPoint> pressedAt_;   ///< where a line was grabbed, until the pointer goes on from there
+    std::optional<double> pannedFrom_;  ///< x of the pointer while it drags the picture along the run
+    int heldKey_ = 0;                   ///< the arrow key that moves a line while it is down
     int wheelAngle_ = 0;
     QBasicTimer edgeScroll_;
 };

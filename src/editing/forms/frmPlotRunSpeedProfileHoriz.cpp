@@ -1,57 +1,51 @@
 #include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
 
 #include <QKeyEvent>
-#include <QSignalBlocker>
+#include <QMenu>
 #include <algorithm>
-#include <cmath>
 
+#include "analysis/ReportProfile.h"
 #include "core/Backup.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
+#include "core/PictureFile.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
+#include "core/forms/DocumentChange.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
 #include "editing/TrimRun.h"
+#include "editing/forms/frmUseBoundaries.h"
 
 namespace vantor {
 namespace {
 
-const StudyRunEntry& EntryOfRun(const ApplicationState& state, int index) {
-    if (index < 1) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
-    return state.CurrentStudy.Entries[index];
-}
+Bounds BoundsOf(const StudyRunEntry& entry) { return {entry.CDStartDist, entry.CDEndDist, std::nullopt}; }
 
 }  // namespace
 
-frmPlotRunSpeedProfileHoriz::frmPlotRunSpeedProfileHoriz(AppContext& context, int entryIndex, EntrySink onChanged)
+frmPlotRunSpeedProfileHoriz::frmPlotRunSpeedProfileHoriz(AppContext& context, const ProfileVisit& visit,
+                                                         ProfileVisits::Sink onChanged)
     : context_(context),
       run_(context.State.CurrentRun),
-      entry_(EntryOfRun(context.State, entryIndex)),
-      entryOpened_(entry_),
-      entryBefore_(entry_),
-      entryTold_(entry_),
-      onChanged_(std::move(onChanged)),
-      profile_(run_, context.State.Settings, entry_),
-      controls_(*this, ToQt(Trim(run_.Header.RunName))) {
+      visits_(context.State, visit, std::move(onChanged)),
+      profile_(run_, context.State.Settings, visits_.Entry()),
+      controls_(*this) {
     setObjectName(QStringLiteral("frmPlotRunSpeedProfileHoriz"));
     setWindowTitle(QStringLiteral("Speed Profile"));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
-    controls_.txtIdealSpeed->installEventFilter(this);
+    OnChooseRuns = [this](const std::vector<BoundsPreview>& previews) {
+        frmUseBoundaries dialog(context_, previews, BoundsOf(visits_.Entry()), this);
+        return dialog.exec() == Accepted ? dialog.Chosen() : std::vector<BoundsPreview>();
+    };
+    AddActions();
     ConnectControls();
     ConnectPlot();
-    const Units units = UnitsOf(context.State.Settings);
-    controls_.Plot->SetProfile(&profile_, {QLatin1String(units.SpeedLabel()), QLatin1String(units.LengthLabel())},
-                               NothingToDraw(profile_.Trace(), run_.Header.CalConstant));
-    for (QWidget* control : std::initializer_list<QWidget*>{controls_.cmbPlotScaleList, controls_.btnToggleSpdTime,
-                                                            controls_.txtIdealSpeed})
-        control->setEnabled(profile_.Trace().HasMovement());
-    Draw();
-    ShowReadiness();
+    ShowRun();
     controls_.Plot->setFocus();
     RememberLayout(*this, context.Memory);
 }
@@ -67,6 +61,26 @@ void frmPlotRunSpeedProfileHoriz::ConnectControls() {
     Connect(controls_.BtnPlotSpeedExit, &QPushButton::clicked, this, messages, [this] { accept(); });
     Connect(controls_.cmdHelp, &QPushButton::clicked, this, messages,
             [this] { ShowHelp(context_.DesktopServices, context_.Files, HelpTopic::SpeedProfile); });
+    Connect(controls_.btnNextRun, &QPushButton::clicked, this, messages, [this] { GoToNext(); });
+    Connect(controls_.btnPreviousRun, &QPushButton::clicked, this, messages, [this] { GoToPrevious(); });
+    for (const ProfileLine line : AllLines) ConnectBox(BoxOf(line), line);
+}
+
+void frmPlotRunSpeedProfileHoriz::ConnectBox(NumberBox& box, ProfileLine line) {
+    MessageBoxes& messages = context_.Messages;
+    box.OnEnter = [this, &messages, line] { Guarded(messages, [&] { TakeTyped(line); }); };
+    box.OnLeave = [this, &messages, line] { Guarded(messages, [&] { LeaveBox(line); }); };
+    box.OnGiveUp = [this] { ShowBoxes(); };
+    box.OnStep = [this, &messages, line](int units) {
+        Guarded(messages, [&] {
+            LeaveBox(line);
+            profile_.Grab(line);
+            profile_.MoveBy(units);
+            if (ComputesOnInput()) ComputeQuietly();
+            ShowFigures();
+        });
+    };
+    box.OnStepped = [this, &messages] { Guarded(messages, [this] { EndMove(true); }); };
 }
 
 void frmPlotRunSpeedProfileHoriz::ConnectPlot() {
@@ -77,10 +91,12 @@ void frmPlotRunSpeedProfileHoriz::ConnectPlot() {
             ShowFigures();
         });
     };
-    controls_.Plot->OnReleased = [this, &messages](bool computes) {
-        Guarded(messages, [this, computes] {
+    controls_.Plot->OnReleased = [this, &messages](ProfileLine line, bool computes) {
+        Guarded(messages, [&] {
             ShowReadiness();
-            if (computes) Compute();
+            // What was moved is a step that can be taken back even where it cannot be computed.
+            if (computes) Guarded(messages, [this] { Compute(); });
+            Record(line);
         });
     };
     controls_.Plot->OnActivated = [this] { ShowFigures(); };
@@ -89,16 +105,162 @@ void frmPlotRunSpeedProfileHoriz::ConnectPlot() {
     controls_.Plot->OnScroll = [this, &messages](double values) { Guarded(messages, [&] { Scroll(values); }); };
 }
 
+QAction* frmPlotRunSpeedProfileHoriz::AddAction(const char* name, const QString& text, const QKeySequence& keys,
+                                                void (frmPlotRunSpeedProfileHoriz::*act)()) {
+    auto* action = new QAction(text, this);
+    action->setObjectName(QLatin1String(name));
+    action->setShortcut(keys);
+    Connect(action, &QAction::triggered, this, context_.Messages, [this, act] { (this->*act)(); });
+    addAction(action);
+    controls_.Plot->addAction(action);
+    return action;
+}
+
+void frmPlotRunSpeedProfileHoriz::AddActions() {
+    using Form = frmPlotRunSpeedProfileHoriz;
+    const auto separate = [this] {
+        auto* line = new QAction(this);
+        line->setSeparator(true);
+        controls_.Plot->addAction(line);
+    };
+    controls_.Plot->setContextMenuPolicy(Qt::ActionsContextMenu);
+    for (const auto& [action, name, keys, icon, button] :
+         {std::tuple(undo_.createUndoAction(this), "mnuUndo", "Ctrl+Z", "undo", controls_.btnUndo),
+          std::tuple(undo_.createRedoAction(this), "mnuRedo", "Ctrl+Shift+Z", "redo", controls_.btnRedo)}) {
+        action->setObjectName(QLatin1String(name));
+        action->setShortcut(QKeySequence(QLatin1String(keys)));
+        action->setIcon(LineIcon(QLatin1String(icon)));
+        button->setDefaultAction(action);
+        controls_.Plot->addAction(action);
+    }
+    if (visits_.Visit().GoesOn) {
+        separate();
+        mnuPreviousRun_ = AddAction("mnuPreviousRun", QStringLiteral("Previous Run"),
+                                    QKeySequence(Qt::ALT | Qt::Key_Left), &Form::GoToPrevious);
+        mnuNextRun_ =
+            AddAction("mnuNextRun", QStringLiteral("Next Run"), QKeySequence(Qt::ALT | Qt::Key_Right), &Form::GoToNext);
+        separate();
+        mnuUseForAll_ = AddAction("mnuUseForAll", QStringLiteral("Use for All Runs..."), {}, &Form::UseForAll);
+        mnuUseForSelected_ =
+            AddAction("mnuUseForSelected", QStringLiteral("Use for Selected Runs..."), {}, &Form::UseForSelected);
+        auto* menu = new QMenu(controls_.btnUseFor);
+        menu->addActions({mnuUseForAll_, mnuUseForSelected_});
+        controls_.btnUseFor->setMenu(menu);
+    }
+    for (QWidget* button :
+         std::initializer_list<QWidget*>{controls_.btnPreviousRun, controls_.btnNextRun, controls_.btnUseFor})
+        button->setVisible(visits_.Visit().GoesOn);
+    separate();
+    AddAction("mnuCopyPicture", QStringLiteral("Copy Picture"), QKeySequence::Copy, &Form::CopyPicture);
+    AddAction("mnuSavePicture", QStringLiteral("Save Picture..."), {}, &Form::SavePicture);
+}
+
+void frmPlotRunSpeedProfileHoriz::ShowRun() {
+    QUndoStack*& stack = stacks_[visits_.Run()];
+    if (stack == nullptr) stack = new QUndoStack(&undo_);
+    stack->setActive();
+    controls_.ShowName(ToQt(Trim(run_.Header.RunName)));
+    controls_.Plot->SetProfile(&profile_, LabelsOf(UnitsOf(context_.State.Settings)),
+                               NothingToDraw(profile_.Trace(), run_.Header.CalConstant));
+    for (QWidget* control :
+         std::initializer_list<QWidget*>{controls_.cmbPlotScaleList, controls_.btnToggleSpdTime, controls_.txtStart,
+                                         controls_.txtEnd, controls_.txtIdealSpeed})
+        control->setEnabled(profile_.Trace().HasMovement());
+    for (const auto& [button, direction] : {std::pair(controls_.btnPreviousRun, -1), {controls_.btnNextRun, 1}}) {
+        // Where there is no run to go on to, the keys go to the plot and not into the run's name.
+        if (!visits_.HasRun(direction) && button->hasFocus()) controls_.Plot->setFocus();
+        button->setEnabled(visits_.HasRun(direction));
+    }
+    if (visits_.Visit().GoesOn) {
+        const bool hasSelected =
+            std::ranges::any_of(visits_.Visit().Selected, [this](int run) { return run != visits_.Run(); });
+        mnuPreviousRun_->setEnabled(visits_.HasRun(-1));
+        mnuNextRun_->setEnabled(visits_.HasRun(1));
+        mnuUseForAll_->setEnabled(visits_.HasRun(-1) || visits_.HasRun(1));
+        mnuUseForSelected_->setEnabled(hasSelected);
+        controls_.btnUseFor->setEnabled(mnuUseForAll_->isEnabled());
+    }
+    isComputed_ = false;
+    problem_.clear();
+    Draw();
+    ShowReadiness();
+    settled_ = Now();
+}
+
+void frmPlotRunSpeedProfileHoriz::LeaveRun(bool isDone) {
+    for (const ProfileLine line : AllLines) LeaveBox(line);
+    visits_.Leave(isDone);
+    const std::string name(FirstCharacters(FromQt(controls_.txtEditRunName->text()), RunNameWidth));
+    if (name.empty() || name == Trim(run_.Header.RunName)) return;
+    run_.Header.RunName = name;
+    visits_.SetName(name);
+}
+
+void frmPlotRunSpeedProfileHoriz::GoOn(int direction) {
+    if (!visits_.HasRun(direction) || profile_.Drag().DragLine() != ProfileLine::None)
+        return context_.DesktopServices.Beep();
+    LeaveRun(profile_.Drag().ReleaseCount() >= 2);
+    const int before = visits_.Run();
+    const auto passed = visits_.GoOn(direction, context_.Files);
+    if (visits_.Run() != before) {
+        profile_.RunChanged();
+        ShowRun();
+    } else {
+        Draw();
+    }
+    if (passed.empty()) return;
+    std::vector<std::string> reasons;
+    for (const NamedText& run : passed) reasons.push_back(run.Text);
+    constexpr std::size_t MostTold = 5;
+    context_.Messages.Tell(
+        FirstOf(reasons, MostTold, "\n\n") + (visits_.Run() == before ? "\n\nThere is no other run in this direction."
+                                                                      : "\n\nThe next run that can be read is shown."),
+        MessageIcon::Warning);
+}
+
+void frmPlotRunSpeedProfileHoriz::UseForAll() {
+    std::vector<int> runs;
+    for (int run = 1; run <= context_.State.CurrentStudy.Record.RunCount; ++run) runs.push_back(run);
+    UseFor(runs);
+}
+
+void frmPlotRunSpeedProfileHoriz::UseForSelected() { UseFor(visits_.Visit().Selected); }
+
+void frmPlotRunSpeedProfileHoriz::UseFor(const std::vector<int>& runs) {
+    const StudyRunEntry entry = visits_.Entry();
+    if (!HasBothBoundaries(entry))
+        return context_.Messages.Tell(
+            "A boundary is not set yet.\nSet both boundaries of this run, then use them for "
+            "the others.",
+            MessageIcon::Warning);
+    std::vector<int> others;
+    std::ranges::copy_if(runs, std::back_inserter(others), [this](int run) { return run != visits_.Run(); });
+    std::vector<BoundsPreview> previews;
+    context_.Work.Run("Computing the runs with these boundaries",
+                      [&, study = visits_.ChangedStudy(), folder = StudyGroupFolder(context_.State),
+                       settings = context_.State.Settings](FileSystem& files, const Progress& progress) {
+                          previews = PreviewBounds(study, others, BoundsOf(entry), files, folder, settings, progress);
+                      });
+    if (previews.empty()) return;
+    for (const BoundsPreview& chosen : OnChooseRuns(previews)) {
+        visits_.Take(chosen.Run, chosen.Then);
+        // The steps of that run begin from other boundaries.
+        if (const auto stack = stacks_.find(chosen.Run); stack != stacks_.end()) stack->second->clear();
+    }
+}
+
 void frmPlotRunSpeedProfileHoriz::Toggle() {
     profile_.ToggleAxis();
     Draw();
+    settled_ = Now();
 }
 
 void frmPlotRunSpeedProfileHoriz::CutToBoundaries() {
-    TrimmedRun trimmed = TrimToBoundaries(run_, profile_.Plot(), entry_);
+    StudyRunEntry& entry = visits_.Entry();
+    TrimmedRun trimmed = TrimToBoundaries(run_, profile_.Plot(), entry);
     if (!trimmed.Problem.empty()) return context_.Messages.Tell(trimmed.Problem, MessageIcon::Warning);
     const std::string folder = StudyGroupFolder(context_.State);
-    const std::string name = RunFileName(entry_);
+    const std::string name = RunFileName(entry);
     const std::string path = folder + name + RunExtension;
     if (!context_.Messages.Confirm("Do you want to trim run: " + name +
                                    "\nto the part between its boundaries?\n\nThe untrimmed run is kept as " +
@@ -111,12 +273,13 @@ void frmPlotRunSpeedProfileHoriz::CutToBoundaries() {
                    stamp ? Expected::Unchanged(*stamp) : AsItStands(context_.Files, path));
     context_.State.CurrentRunStamp = AsItStands(context_.Files, path).File;
     run_ = std::move(trimmed.Run);
-    entry_ = std::move(trimmed.Entry);
+    entry = std::move(trimmed.Entry);
     profile_.RunCut(trimmed.Plot);
     Draw();
-    // The figures are those of the run as it is now: a look at it goes on from here.
-    entryBefore_ = entry_;
-    TellChange();
+    // The figures are those of the run as it is now: a look at it goes on from here. Its backup is the way back.
+    visits_.BeginAnew();
+    undo_.activeStack()->clear();
+    settled_ = Now();
 }
 
 void frmPlotRunSpeedProfileHoriz::ChooseScale(int item, double anchor) {
@@ -136,195 +299,119 @@ void frmPlotRunSpeedProfileHoriz::Scroll(double axisValues) {
     controls_.Plot->Redraw();
 }
 
-std::optional<std::int32_t> frmPlotRunSpeedProfileHoriz::TypedIdealSpeed() const {
-    const QString text = controls_.txtIdealSpeed->text().trimmed();
-    return text.isEmpty() ? std::optional(0) : CountOfText(FromQt(text), MostIdealSpeed);
+void frmPlotRunSpeedProfileHoriz::CopyPicture() {
+    context_.DesktopServices.CopyPicture(ProfilePictureFile(
+        context_.Documents, run_, visits_.Entry(), context_.State.Settings, controls_.Title(), PictureFormat::Png));
 }
 
-void frmPlotRunSpeedProfileHoriz::TakeIdealSpeed() {
-    const auto mph = TypedIdealSpeed();
-    if (mph) {
-        profile_.SetIdealSpeedUser(*mph);
-        controls_.Plot->Redraw();
-        return ComputesOnInput() ? Compute() : ShowFigures();
+void frmPlotRunSpeedProfileHoriz::SavePicture() {
+    const std::string start = StudyGroupFolder(context_.State) + RunFileName(visits_.Entry());
+    vantor::SavePicture(context_, start + " Speed Profile", "Save Picture", [this](PictureFormat format) {
+        return ProfilePictureFile(context_.Documents, run_, visits_.Entry(), context_.State.Settings, controls_.Title(),
+                                  format);
+    });
+}
+
+NumberBox& frmPlotRunSpeedProfileHoriz::BoxOf(ProfileLine line) {
+    if (line == ProfileLine::IdealSpeed) return *controls_.txtIdealSpeed;
+    return line == ProfileLine::Start ? *controls_.txtStart : *controls_.txtEnd;
+}
+
+std::optional<std::int32_t> frmPlotRunSpeedProfileHoriz::Typed(ProfileLine line) {
+    const QString text = BoxOf(line).text().trimmed();
+    const bool isSpeed = line == ProfileLine::IdealSpeed;
+    if (isSpeed && text.isEmpty()) return 0;
+    return CountOfText(FromQt(text), isSpeed ? MostIdealSpeed : profile_.LastShownBoundary());
+}
+
+void frmPlotRunSpeedProfileHoriz::TakeTyped(ProfileLine line) {
+    if (const auto typed = Typed(line)) {
+        Place(line, *typed);
+        EndMove(false);
+        return BoxOf(line).selectAll();
     }
-    ShowFigures();
-    controls_.txtIdealSpeed->selectAll();
-    context_.Messages.Tell("The ideal speed is a whole number of MPH from 1 to " + std::to_string(MostIdealSpeed) +
-                               ".\nEnter 0 or nothing for the computed one.",
+    ShowBoxes();
+    BoxOf(line).selectAll();
+    context_.Messages.Tell(line == ProfileLine::IdealSpeed
+                               ? "The ideal speed is a whole number of MPH from 1 to " +
+                                     std::to_string(MostIdealSpeed) + ".\nEnter 0 or nothing for the computed one."
+                               : FromQt(RangeInWords(profile_, line)),
                            MessageIcon::Warning);
 }
 
-void frmPlotRunSpeedProfileHoriz::LeaveIdealSpeed() {
-    if (!controls_.txtIdealSpeed->isModified()) return;
-    if (const auto mph = TypedIdealSpeed()) profile_.SetIdealSpeedUser(*mph);
+void frmPlotRunSpeedProfileHoriz::LeaveBox(ProfileLine line) {
+    if (!BoxOf(line).isModified()) return;
+    if (const auto typed = Typed(line)) {
+        Place(line, *typed);
+        return EndMove(true);
+    }
+    ShowBoxes();
+}
+
+void frmPlotRunSpeedProfileHoriz::Place(ProfileLine line, std::int32_t typed) {
+    profile_.Grab(line);
+    if (line == ProfileLine::IdealSpeed)
+        profile_.SetIdealSpeedUser(typed);
+    else
+        profile_.MoveTo(typed);
+}
+
+void frmPlotRunSpeedProfileHoriz::EndMove(bool quietly) {
+    const ProfileLine line = profile_.Drag().DragLine();
+    profile_.Release();
+    ShowReadiness();
     controls_.Plot->Redraw();
-    if (ComputesOnInput()) ComputeQuietly();
-    ShowFigures();
-}
-
-void frmPlotRunSpeedProfileHoriz::Draw() {
-    ShowAxis();
-    // Over time a computation moves the boundaries onto samples; looking at the run alone must not do that.
-    if (profile_.Axis() == BoundaryAxis::Distance && profile_.HasBothBoundaries() && profile_.Trace().HasMovement())
-        ComputeQuietly();
-    controls_.Plot->Redraw();
-    ShowFigures();
-}
-
-void frmPlotRunSpeedProfileHoriz::ShowAxis() {
-    const bool inTime = profile_.Axis() == BoundaryAxis::Time;
-    controls_.btnToggleSpdTime->setText(inTime ? QStringLiteral("Plot Speed vs &Dist.")
-                                               : QStringLiteral("Plot Speed vs &Time"));
-    controls_.btnToggleSpdTime->setAccessibleName(WithoutAccessKey(controls_.btnToggleSpdTime->text()));
-    controls_.PlotScale->setText(AxisUnit(profile_.Geometry()));
-    const auto item = std::find(ScaleSteps.begin(), ScaleSteps.end(), profile_.Geometry().ScaleStep());
-    const QSignalBlocker blocker(controls_.cmbPlotScaleList);
-    controls_.cmbPlotScaleList->setCurrentIndex(static_cast<int>(item - ScaleSteps.begin()));
-    ShowScrollBar();
-}
-
-void frmPlotRunSpeedProfileHoriz::ShowScrollBar() {
-    const ProfileGeometry& geometry = profile_.Geometry();
-    const QSignalBlocker blocker(controls_.HScroll1);
-    controls_.HScroll1->setRange(0, static_cast<int>(std::ceil(geometry.MostOffset())));
-    controls_.HScroll1->setSingleStep(geometry.ScaleStep());
-    controls_.HScroll1->setPageStep(static_cast<int>(geometry.Visible()));
-    controls_.HScroll1->setValue(Round32(geometry.Offset()));
-    controls_.HScroll1->setEnabled(geometry.MostOffset() > 0);
-}
-
-void frmPlotRunSpeedProfileHoriz::ShowReadiness() {
-    const bool isReady = profile_.Drag().IsReady();
-    controls_.BtnPlotSpeedExit->setEnabled(isReady);
-    controls_.btnTrim->setEnabled(isReady);
-    if (isReady) SetFace(controls_.BtnPlotSpeedExit, GreenPair(palette()));
-}
-
-void frmPlotRunSpeedProfileHoriz::ShowFigures() {
-    QLabel* lblContDelay = controls_.lblContDelay;
-    lblContDelay->setText(isComputed_ ? ToQt(Str(entry_.ControlDelay)) : QStringLiteral("–"));
-    lblContDelay->setAccessibleDescription(isComputed_ ? QString() : QStringLiteral("not computed yet"));
-    const QString grade = isComputed_ ? ToQt(Trim(entry_.LOSGrade)) : QString();
-    controls_.lblLOS->setText(grade.isEmpty() ? QStringLiteral("–") : grade);
-    const ColourPair pair = GradePair(grade, palette());
-    QPalette badge = palette();
-    badge.setColor(QPalette::Window, pair.Background);
-    badge.setColor(QPalette::WindowText, pair.Text);
-    controls_.lblLOS->setPalette(badge);
-    ShowIdealSpeed();
-    ShowWarning();
-
-    controls_.Plot->UpdateLines();
-    const ProfileLabels& labels = controls_.Plot->Labels();
-    controls_.Plot->setAccessibleDescription(QStringLiteral("%1. %2. %3. The arrow keys move the %4.")
-                                                 .arg(PlaceInWords(profile_, ProfileLine::Start, labels),
-                                                      PlaceInWords(profile_, ProfileLine::End, labels),
-                                                      PlaceInWords(profile_, ProfileLine::IdealSpeed, labels),
-                                                      NameOf(controls_.Plot->ActiveLine()).toLower()));
-    ShowReadOut(std::nullopt);
-    if (!IsOnlyLookedAt()) TellChange();
-}
-
-/// The figures were computed anew, at the threshold in force now, and nothing else was done.
-bool frmPlotRunSpeedProfileHoriz::IsOnlyLookedAt() const {
-    const bool wasComputed = !Trim(entryBefore_.LOSGrade).empty();
-    return wasComputed && HasSameBoundaries(entryBefore_, entry_);
-}
-
-void frmPlotRunSpeedProfileHoriz::TellChange() {
-    if (entry_ == entryTold_) return;
-    entryTold_ = entry_;
-    if (onChanged_) onChanged_(entry_);
-}
-
-std::optional<StudyRunEntry> frmPlotRunSpeedProfileHoriz::ChangedEntry() const {
-    return entry_ == entryOpened_ ? std::nullopt : std::optional(entry_);
-}
-
-void frmPlotRunSpeedProfileHoriz::ShowWarning() {
-    std::string problem = isComputed_ ? BoundaryProblem(run_, profile_.Plot(), entry_) : std::string();
-    if (!problem.empty()) problem += " The figures mean nothing then.";
-    controls_.lblWarning->setText(problem_.isEmpty() ? ToQt(problem) : problem_.simplified());
-    controls_.lblWarning->setToolTip(controls_.lblWarning->text());
-    QPalette colours = palette();
-    colours.setColor(QPalette::WindowText, RedText(palette()));
-    controls_.lblWarning->setPalette(colours);
-}
-
-void frmPlotRunSpeedProfileHoriz::ShowIdealSpeed() {
-    const auto speed = profile_.WholeIdealSpeed();
-    controls_.txtIdealSpeed->setText(speed ? QString::number(*speed) : QString());
-    const QString source = profile_.HasUserIdealSpeed() ? QStringLiteral(" (set by hand)")
-                           : speed                      ? QStringLiteral(" (computed)")
-                                                        : QString();
-    const std::string unit = speed ? profile_.Geometry().Units().MphBoxLabel(*speed) : "MPH";
-    controls_.lblIdealSpeedSource->setText(ToQt(unit) + source);
-}
-
-void frmPlotRunSpeedProfileHoriz::ShowReadOut(std::optional<double> x) {
-    if (!profile_.Trace().HasMovement()) return;
-    const ProfileLine dragged = profile_.Drag().DragLine();
-    QString text = QStringLiteral("1, 2, 3 and the arrow keys move the lines, too.");
-    if (dragged != ProfileLine::None)
-        text = PlaceInWords(profile_, dragged, controls_.Plot->Labels());
-    else if (x)
-        text = PointInWords(profile_, *x, controls_.Plot->Labels());
-    controls_.lblReadOut->setText(text);
-}
-
-void frmPlotRunSpeedProfileHoriz::Compute() {
-    problem_.clear();
-    try {
-        profile_.Compute();
-        isComputed_ = true;
-    } catch (const RunTimeError& error) {
-        problem_ = ToQt(error.Message());
+    if (!ComputesOnInput())
         ShowFigures();
-        throw;
-    }
-    ShowFigures();
+    else if (quietly)
+        ComputeQuietly();
+    else
+        Guarded(context_.Messages, [this] { Compute(); });
+    Record(line);
 }
 
-void frmPlotRunSpeedProfileHoriz::ComputeQuietly() {
-    try {
-        Compute();
-    } catch (const RunTimeError&) {
-        // Compute has kept its text.
-    }
+void frmPlotRunSpeedProfileHoriz::Record(ProfileLine line) {
+    const Document before = std::exchange(settled_, Now());
+    if (HasSameBoundaries(before.Entry, settled_.Entry) && before.Plot == settled_.Plot) return;
+    const QString text =
+        line == ProfileLine::IdealSpeed ? NameOf(line) : QStringLiteral("Move ") + NameOf(line).toLower();
+    undo_.activeStack()->push(new DocumentChange<Document>(text, before, settled_, [this](const Document& document) {
+        Guarded(context_.Messages, [&] { Show(document); });
+    }));
+}
+
+void frmPlotRunSpeedProfileHoriz::Show(const Document& document) {
+    if (profile_.Drag().DragLine() != ProfileLine::None) return;
+    const BoundaryAxis shown = profile_.Axis();
+    visits_.Entry() = document.Entry;
+    profile_.Restore(document.Plot);
+    isComputed_ = document.IsComputed;
+    problem_.clear();
+    // Along their own axis: over time a computation moves boundaries that were set by distance.
+    if (isComputed_) ComputeQuietly();
+    visits_.Entry() = document.Entry;
+    profile_.ShowAlong(shown);
+    ShowAxis();
+    controls_.Plot->Redraw();
+    ShowFigures();
+    settled_ = Now();
 }
 
 bool frmPlotRunSpeedProfileHoriz::MayClose() {
-    if (profile_.Drag().ReleaseCount() >= 2) return true;
+    const int releases = profile_.Drag().ReleaseCount();
+    if (releases >= 2 || (anyIsReady_ && releases == 0)) return true;
     const Prompt prompt{"Please Click-and-Drag both blue lines on the graph.", MessageButtons::RetryCancel,
                         MessageIcon::Warning};
     return context_.Messages.Ask(prompt) != MessageAnswer::Retry;
 }
 
 void frmPlotRunSpeedProfileHoriz::done(int result) {
+    for (const ProfileLine line : AllLines) LeaveBox(line);
     bool closes = false;
     Guarded(context_.Messages, [&] { closes = MayClose(); });
     if (!closes) return;
-    LeaveIdealSpeed();
-    if (result == Rejected && IsOnlyLookedAt()) entry_ = entryBefore_;
-    // What was dragged there and back again is told, too.
-    if (entryTold_ != entryOpened_) TellChange();
-    const std::string name = FromQt(controls_.txtEditRunName->text());
-    if (!name.empty()) run_.Header.RunName = FirstCharacters(name, RunNameWidth);
+    LeaveRun(result == Accepted);
     QDialog::done(result);
-}
-
-bool frmPlotRunSpeedProfileHoriz::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == controls_.txtIdealSpeed && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            // Not passed on: the dialog would press its default button.
-            Guarded(context_.Messages, [this] { TakeIdealSpeed(); });
-            return true;
-        }
-    }
-    if (watched == controls_.txtIdealSpeed && event->type() == QEvent::FocusOut) LeaveIdealSpeed();
-    return QDialog::eventFilter(watched, event);
 }
 
 void frmPlotRunSpeedProfileHoriz::keyPressEvent(QKeyEvent* event) {

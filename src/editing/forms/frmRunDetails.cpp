@@ -9,8 +9,10 @@
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
+#include "core/forms/DocumentChange.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
+#include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
 #include "editing/SaveRun.h"
@@ -27,6 +29,7 @@ frmRunDetails::frmRunDetails(AppContext& context, int entryIndex)
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     ConnectControls();
     controls_.vaSectionNames->SetDetails(details_);
+    ConnectUndo();
     Load();
     controls_.RunDetailsName->setFocus();
     RememberLayout(*this, context.Memory);
@@ -34,14 +37,19 @@ frmRunDetails::frmRunDetails(AppContext& context, int entryIndex)
 
 void frmRunDetails::ConnectControls() {
     const auto onClick = [this](QPushButton* button, auto action) {
-        Connect(button, &QPushButton::clicked, this, context_.Messages, action);
+        Connect(button, &QPushButton::clicked, this, context_.Messages, [this, action] {
+            // An access key presses the button without leaving the field that is typed into.
+            controls_.vaSectionNames->CommitEditor();
+            Record("Edit Fields");
+            action();
+        });
     };
     onClick(controls_.BtnInsert, [this] { Insert(); });
     onClick(controls_.BtnDelete, [this] { Delete(); });
     onClick(controls_.BtnReverse, [this] { Reverse(); });
     onClick(controls_.BtnCopy, [this] { CopyNames(); });
-    onClick(controls_.btnTrimStart, [this] { TrimRunWith(&RunDetails::TrimStart); });
-    onClick(controls_.btnTrimEnd, [this] { TrimRunWith(&RunDetails::TrimEnd); });
+    onClick(controls_.btnTrimStart, [this] { TrimRunWith(&RunDetails::TrimStart, "Trim Start"); });
+    onClick(controls_.btnTrimEnd, [this] { TrimRunWith(&RunDetails::TrimEnd, "Trim End"); });
     onClick(controls_.BtnShowPlot, [this] { ShowPlot(); });
     onClick(controls_.BtnEditRunData, [this] { OpenScreen(&Screens::ShowSensorData); });
     onClick(controls_.BtnShowStats, [this] { OpenScreen(&Screens::ShowRunStatistics); });
@@ -54,6 +62,41 @@ void frmRunDetails::ConnectControls() {
     Connect(controls_.RunDetailsDate, &QLineEdit::textChanged, this, context_.Messages, [this] { ShowDay(); });
     Connect(controls_.RunDetailsCalConst, &QLineEdit::editingFinished, this, context_.Messages,
             [this] { Calibrate(); });
+}
+
+void frmRunDetails::ConnectUndo() {
+    for (const auto& [action, name, keys, icon, button] :
+         {std::tuple(steps_.createUndoAction(this), "mnuUndo", "Ctrl+Z", "undo", controls_.btnUndo),
+          std::tuple(steps_.createRedoAction(this), "mnuRedo", "Ctrl+Shift+Z", "redo", controls_.btnRedo)}) {
+        action->setObjectName(QLatin1String(name));
+        action->setShortcut(QKeySequence(QLatin1String(keys)));
+        action->setIcon(LineIcon(QLatin1String(icon)));
+        button->setDefaultAction(action);
+    }
+    MessageBoxes& messages = context_.Messages;
+    Connect(controls_.vaSectionNames->model(), &QAbstractItemModel::dataChanged, this, messages,
+            [this] { Record("Edit Node"); });
+    for (QLineEdit* field : findChildren<QLineEdit*>())
+        Connect(field, &QLineEdit::editingFinished, this, messages, [this] { Record("Edit Fields"); });
+    for (QRadioButton* option : findChildren<QRadioButton*>())
+        Connect(option, &QRadioButton::clicked, this, messages, [this] { Record("Edit Fields"); });
+}
+
+void frmRunDetails::Record(const char* text) {
+    auto now = std::make_shared<const Document>(Document{details_, controls_.TypedTexts()});
+    if (*now == *settled_) return;
+    const auto before = std::exchange(settled_, now);
+    steps_.push(new DocumentChange<std::shared_ptr<const Document>>(
+        QLatin1String(text), before, now, [this](const std::shared_ptr<const Document>& document) {
+            details_ = document->Details;
+            settled_ = document;
+            ShowRun(document->Texts);
+        }));
+}
+
+void frmRunDetails::ForgetSteps() {
+    steps_.clear();
+    settled_ = std::make_shared<const Document>(Document{details_, controls_.TypedTexts()});
 }
 
 std::string frmRunDetails::RunName() const {
@@ -70,11 +113,12 @@ void frmRunDetails::Load() {
     RunDetailTexts texts = DetailsOf(header);
     texts.Name = given;
     ShowRun(texts);
+    ForgetSteps();
 }
 
 void frmRunDetails::ShowRun(const RunDetailTexts& texts) {
     controls_.ShowTexts(texts);
-    controls_.ShowButtons(details_.Run().Header, texts);
+    ShowKeys(texts);
     ShowDay();
     ShowNodes();
     const bool hasData = !details_.Run().SampleValues.IsEmpty();
@@ -98,6 +142,7 @@ void frmRunDetails::Insert() {
     if (Refused(details_.Insert(active))) return;
     ShowNodes();
     controls_.vaSectionNames->Activate(active, NodeTable::Name);
+    Record("Insert Node");
 }
 
 void frmRunDetails::Delete() {
@@ -109,13 +154,21 @@ void frmRunDetails::Delete() {
     const RunDetailTexts stored = DetailsOf(details_.Run().Header);
     for (int key = 1; key <= KeySlots; ++key)
         if (!controls_.ButtonLabels.contains(key)) texts.ButtonLabel[key] = stored.ButtonLabel[key];
+    ShowKeys(texts);
+    Record("Delete Node");
+}
+
+void frmRunDetails::ShowKeys(const RunDetailTexts& texts) {
     controls_.ShowButtons(details_.Run().Header, texts);
+    for (const auto& [key, label] : controls_.ButtonLabels)
+        Connect(label, &QLineEdit::editingFinished, this, context_.Messages, [this] { Record("Edit Fields"); });
 }
 
 void frmRunDetails::Reverse() {
     controls_.vaSectionNames->CommitEditor();
     details_.Reverse();
     ShowNodes();
+    Record("Reverse Names");
 }
 
 void frmRunDetails::CopyNames() {
@@ -131,11 +184,13 @@ void frmRunDetails::CopyNames() {
     if (details_.TakeNames(*other) == 0)
         context_.Messages.Tell("No node of run " + BaseName(path) + " has a name. Nothing was copied.");
     ShowNodes();
+    Record("Copy Names");
 }
 
 void frmRunDetails::Calibrate() {
     details_.Calibrate(FromQt(controls_.RunDetailsCalConst->text()));
     ShowNodes();
+    Record("Edit Fields");
 }
 
 void frmRunDetails::ShowDay() {
@@ -143,9 +198,10 @@ void frmRunDetails::ShowDay() {
     controls_.RunDetailsDay->setText(date ? ToQt(WeekdayName(*date)) : QString());
 }
 
-void frmRunDetails::TrimRunWith(std::optional<Refusal> (RunDetails::*trim)(const RunDetailTexts&)) {
+void frmRunDetails::TrimRunWith(std::optional<Refusal> (RunDetails::*trim)(const RunDetailTexts&), const char* text) {
     if (Refused((details_.*trim)(TypedTexts()))) return;
     ShowRun(DetailsOf(details_.Run().Header));
+    Record(text);
 }
 
 void frmRunDetails::ListBackups() {
@@ -184,8 +240,8 @@ void frmRunDetails::OpenScreen(void (Screens::*showScreen)(int)) {
 
 void frmRunDetails::ShowPlot() {
     if (!SettleChanges()) return;
-    if (const auto changed = context_.OtherScreens.ShowSpeedProfile(entry_))
-        TakeEntry(context_.State, entry_, *changed);
+    for (const auto& [run, entry] : context_.OtherScreens.ShowSpeedProfile({.Run = entry_}).Entries)
+        TakeEntry(context_.State, run, entry);
     Load();
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDialog>
+#include <QUndoStack>
+#include <memory>
 #include <string>
 
 #include "core/AppContext.h"
@@ -21,10 +23,26 @@ public:
     void reject() override;
 
 private:
+    /// What Undo brings back.
+    struct Document {
+        RunDetails Details;
+        RunDetailTexts Texts;
+
+        bool operator==(const Document&) const = default;
+    };
+
     void ConnectControls();
+    /// Every change of the screen is a step that can be taken back, what is typed into a field once it is left.
+    void ConnectUndo();
+    /// Keeps what was changed since the last step as one that is undone under this name.
+    void Record(const char* text);
+    /// From here on nothing can be taken back.
+    void ForgetSteps();
     /// Begins with the current run; a name that another screen gave it is an unsaved change of the name box.
     void Load();
     void ShowRun(const RunDetailTexts& texts);
+    /// The labels of the keys that were used.
+    void ShowKeys(const RunDetailTexts& texts);
     void ShowNodes();
     RunDetailTexts TypedTexts();
 
@@ -34,7 +52,7 @@ private:
     void CopyNames();
     void Calibrate();
     void ShowDay();
-    void TrimRunWith(std::optional<Refusal> (RunDetails::*trim)(const RunDetailTexts&));
+    void TrimRunWith(std::optional<Refusal> (RunDetails::*trim)(const RunDetailTexts&), const char* text);
     /// The backups of the run's file, each a line of the menu.
     void ListBackups();
     void Restore(const RunBackup& backup);
@@ -52,6 +70,8 @@ private:
     const int entry_;
     RunDetails details_;
     RunDetailsControls controls_;
+    QUndoStack steps_;
+    std::shared_ptr<const Document> settled_;  ///< after the last step
 };
 
 }  // namespace vantor

@@ -41,18 +41,18 @@ void frmMain::ChangeStudy(const QString& what, const std::function<void()>& chan
 void frmMain::ChangeRun(const char* what, int run, const std::function<void()>& change) {
     const Study& study = context_.State.CurrentStudy;
     StudyContents before = study;
-    const auto movement = [&] {
-        const auto& rows = vaRunList_->Rows();
-        const auto row = static_cast<std::size_t>(run - 1);
-        return row < rows.size() ? rows[row].Facts.Movement : std::uint64_t{0};
+    const auto movements = [this] {
+        std::vector<std::uint64_t> hashes;
+        for (const RunListRow& row : vaRunList_->Rows()) hashes.push_back(row.Facts.Movement);
+        return hashes;
     };
-    const std::uint64_t movementBefore = movement();
+    const auto movementsBefore = movements();
     Guarded(context_.Messages, change);
     const QString text =
         QStringLiteral("%1 of run %2").arg(QLatin1String(what), ToQt(RunFileName(before.Entries[run])));
     history_->Note(text, std::move(before));
     RefreshStudyResults();
-    if (movement() != movementBefore) history_->Forget();
+    if (movements() != movementsBefore) history_->Forget();
     ShowStatus();
     vaRunList_->setFocus();
 }
@@ -186,7 +186,7 @@ void frmMain::CopyRuns() {
 void frmMain::ShowDetails() {
     const int run = vaRunList_->ActiveRun();
     if (run == 0) return context_.DesktopServices.Beep();
-    ChangeRun("Profile", run, [&] { ShowRunDetails(context_, run); });
+    ChangeRun("Profile", run, [&] { ShowRunDetails(context_, run, vaRunList_->SelectedRuns()); });
 }
 
 void frmMain::ShowActiveRun(void (Screens::*open)(int)) {

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 namespace vantor {
 
 /// The lines that the user drags on the speed profile.
 enum class ProfileLine : std::int16_t { None = 0, Start = 1, End = 2, IdealSpeed = 3 };
+
+inline constexpr std::array AllLines = {ProfileLine::Start, ProfileLine::End, ProfileLine::IdealSpeed};
 
 /// Which line is being dragged, and how far the user has come with the boundaries.
 class ProfileDrag {

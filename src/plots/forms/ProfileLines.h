@@ -5,7 +5,7 @@
 #include <QString>
 #include <array>
 
-#include "editing/forms/ProfilePicture.h"
+#include "plots/forms/ProfilePicture.h"
 
 namespace vantor {
 

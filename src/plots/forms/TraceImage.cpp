@@ -1,4 +1,4 @@
-#include "editing/forms/TraceImage.h"
+#include "plots/forms/TraceImage.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
-#include "editing/forms/PlotPainter.h"
+#include "plots/forms/PlotPainter.h"
 
 #include "core/forms/Theme.h"
-#include "editing/VisibleTrace.h"
-#include "editing/forms/TraceImage.h"
+#include "plots/VisibleTrace.h"
+#include "plots/forms/TraceImage.h"
 
 namespace vantor {
 

@@ -9,7 +9,7 @@
 
 #include "analysis/ProfileTrace.h"
 #include "core/Colours.h"
-#include "editing/ProfileGeometry.h"
+#include "plots/ProfileGeometry.h"
 
 namespace vantor {
 

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "editing/SpeedProfile.h"
+#include "plots/SpeedProfile.h"
 
 namespace vantor {
 
@@ -11,6 +11,8 @@ struct ProfileLabels {
     QString SpeedUnit;
     QString LengthUnit;
 };
+
+ProfileLabels LabelsOf(const Units& units);
 
 /// "Feet" or "Meters".
 QString LengthUnitInWords(const ProfileGeometry& geometry);
@@ -21,6 +23,12 @@ QString AxisUnit(const ProfileGeometry& geometry);
 QString NameOf(ProfileLine line);
 /// "Start boundary: 1500 Feet", or "...: not set".
 QString PlaceInWords(const SpeedProfile& profile, ProfileLine line, const ProfileLabels& labels);
+/// The places of all three lines.
+QString PlacesInWords(const SpeedProfile& profile, const ProfileLabels& labels);
+/// "The start boundary is a whole number of feet from 0 to 9000." and what 0 is.
+QString RangeInWords(const SpeedProfile& profile, ProfileLine boundary);
+/// "5000 ft, 119 s, 29 MPH between the boundaries"; empty where nothing lies between them.
+QString BetweenInWords(const SpeedProfile& profile, const ProfileLabels& labels);
 /// Distance, time and speed of the run under a pixel column.
 QString PointInWords(const SpeedProfile& profile, double x, const ProfileLabels& labels);
 

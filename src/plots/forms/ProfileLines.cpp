@@ -1,4 +1,4 @@
-#include "editing/forms/ProfileLines.h"
+#include "plots/forms/ProfileLines.h"
 
 #include <algorithm>
 #include <cmath>

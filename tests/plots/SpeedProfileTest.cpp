@@ -1,4 +1,4 @@
-#include "editing/SpeedProfile.h"
+#include "plots/SpeedProfile.h"
 
 #include <gtest/gtest.h>
 

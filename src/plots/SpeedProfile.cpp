@@ -1,4 +1,4 @@
-#include "editing/SpeedProfile.h"
+#include "plots/SpeedProfile.h"
 
 #include <algorithm>
 #include <array>
@@ -55,6 +55,36 @@ void SpeedProfile::RunCut(const PlotState& plot) {
     ShowWholeRun();
 }
 
+void SpeedProfile::RunChanged() {
+    const BoundaryAxis axis = plot_.Axis;
+    const int scaleStep = geometry_.ScaleStep();
+    const bool wasWhole = geometry_.MostOffset() <= 0;
+    const double offset = geometry_.Offset();
+    drag_ = {};
+    computedIdealSpeed_.reset();
+    RunCut(PlacedBoundaries(run_, entry_));
+    if (axis != plot_.Axis) ToggleAxis();
+    if (!wasWhole || scaleStep > geometry_.ScaleStep()) ShowPart(scaleStep, offset);
+}
+
+void SpeedProfile::Restore(const PlotState& plot) {
+    plot_ = plot;
+    computedIdealSpeed_.reset();
+}
+
+void SpeedProfile::ShowAlong(BoundaryAxis axis) {
+    if (axis == plot_.Axis) return;
+    const int scaleStep = geometry_.ScaleStep();
+    const double offset = geometry_.Offset();
+    ToggleAxis();
+    ShowPart(scaleStep, offset);
+}
+
+void SpeedProfile::ShowPart(int scaleStep, double offset) {
+    geometry_.SetScaleStep(scaleStep, geometry_.Rectangle().Left);
+    geometry_.SetOffset(offset);
+}
+
 void SpeedProfile::ShowWholeRun() {
     geometry_.SetAxis(plot_.Axis);
     geometry_.SetTopSpeed(std::max<double>(trace_.TopSpeed(), entry_.IdealSpeedUser));
@@ -91,6 +121,10 @@ std::optional<std::int32_t> SpeedProfile::ShownBoundary(ProfileLine line) const 
     return boundary ? std::optional(Round32(geometry_.AxisValueOf(*boundary))) : std::nullopt;
 }
 
+std::int32_t SpeedProfile::LastShownBoundary() const {
+    return Round32(geometry_.AxisValueOf(geometry_.LastBoundary()));
+}
+
 std::optional<std::int32_t> SpeedProfile::WholeIdealSpeed() const {
     const auto speed = IdealSpeed();
     return speed ? std::optional(Round32(std::clamp(*speed, -MostShown, MostShown))) : std::nullopt;
@@ -99,6 +133,18 @@ std::optional<std::int32_t> SpeedProfile::WholeIdealSpeed() const {
 std::optional<std::int32_t> SpeedProfile::ShownIdealSpeed() const {
     const auto mph = WholeIdealSpeed();
     return mph ? std::optional(geometry_.Units().WholeSpeed(*mph)) : std::nullopt;
+}
+
+std::optional<PartBetween> SpeedProfile::Between() const {
+    const auto start = Boundary(ProfileLine::Start);
+    const auto end = Boundary(ProfileLine::End);
+    if (!HasBothBoundaries() || !start || !end || *end < *start || !trace_.HasMovement()) return std::nullopt;
+    const FoundBoundaries found = FindBoundaries(run_, plot_, entry_);
+    const std::int32_t first = found.Start.value_or(trace_.SampleAt(Axis(), *start));
+    const std::int32_t last = found.End.value_or(trace_.SampleAt(Axis(), *end));
+    const bool inTime = Axis() == BoundaryAxis::Time;
+    const std::int32_t feet = inTime ? trace_.DistanceOf(last) - trace_.DistanceOf(first) : *end - *start;
+    return PartBetween{static_cast<double>(feet), last - first};
 }
 
 double SpeedProfile::PixelOf(ProfileLine line) const {
@@ -143,6 +189,8 @@ void SpeedProfile::MoveBy(double units) {
     const std::int32_t waiting = line == ProfileLine::Start ? 0 : geometry_.LastBoundary();
     SetBoundary(line, geometry_.BoundaryOf(geometry_.AxisValueOf(Boundary(line).value_or(waiting)) + units));
 }
+
+void SpeedProfile::MoveTo(double axisValue) { SetBoundary(drag_.DragLine(), geometry_.BoundaryOf(axisValue)); }
 
 void SpeedProfile::SetBoundary(ProfileLine line, std::int32_t boundary) {
     if (plot_.Axis == BoundaryAxis::Distance) {

@@ -1,4 +1,4 @@
-#include "editing/ProfileDrag.h"
+#include "plots/ProfileDrag.h"
 
 namespace vantor {
 

@@ -1,6 +1,10 @@
-#include "editing/forms/ProfileWords.h"
+#include "plots/forms/ProfileWords.h"
 
 namespace vantor {
+
+ProfileLabels LabelsOf(const Units& units) {
+    return {QLatin1String(units.SpeedLabel()), QLatin1String(units.LengthLabel())};
+}
 
 QString LengthUnitInWords(const ProfileGeometry& geometry) { return QLatin1String(geometry.Units().LengthName()); }
 
@@ -23,6 +27,34 @@ QString PlaceInWords(const SpeedProfile& profile, ProfileLine line, const Profil
     const auto value = isSpeed ? profile.ShownIdealSpeed() : profile.ShownBoundary(line);
     const QString unit = isSpeed ? labels.SpeedUnit : AxisUnit(profile.Geometry());
     return NameOf(line) + (value ? QStringLiteral(": %1 %2").arg(*value).arg(unit) : QStringLiteral(": not set"));
+}
+
+QString PlacesInWords(const SpeedProfile& profile, const ProfileLabels& labels) {
+    return QStringLiteral("%1. %2. %3.")
+        .arg(PlaceInWords(profile, ProfileLine::Start, labels), PlaceInWords(profile, ProfileLine::End, labels),
+             PlaceInWords(profile, ProfileLine::IdealSpeed, labels));
+}
+
+QString RangeInWords(const SpeedProfile& profile, ProfileLine boundary) {
+    const bool inTime = profile.Axis() == BoundaryAxis::Time;
+    return QStringLiteral("The %1 is a whole number of %2 from 0 to %3.%4")
+        .arg(NameOf(boundary).toLower(),
+             inTime ? QStringLiteral("seconds") : LengthUnitInWords(profile.Geometry()).toLower())
+        .arg(profile.LastShownBoundary())
+        .arg(inTime ? QString() : QStringLiteral("\n0 stands for a boundary that is not set."));
+}
+
+QString BetweenInWords(const SpeedProfile& profile, const ProfileLabels& labels) {
+    const auto between = profile.Between();
+    if (!between) return {};
+    const Units units = profile.Geometry().Units();
+    QString text = QStringLiteral("%1 %2, %3 s")
+                       .arg(units.WholeLength(between->Feet))
+                       .arg(labels.LengthUnit)
+                       .arg(between->Seconds);
+    if (const auto speed = between->Speed())
+        text += QStringLiteral(", %1 %2").arg(units.WholeSpeed(*speed)).arg(labels.SpeedUnit);
+    return text + QStringLiteral(" between the boundaries");
 }
 
 QString PointInWords(const SpeedProfile& profile, double x, const ProfileLabels& labels) {

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "analysis/ProfileTrace.h"
-#include "editing/ProfileGeometry.h"
+#include "plots/ProfileGeometry.h"
 
 namespace vantor {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "editing/SpeedProfile.h"
-#include "editing/forms/PlotPainter.h"
-#include "editing/forms/ProfileWords.h"
+#include "plots/SpeedProfile.h"
+#include "plots/forms/PlotPainter.h"
+#include "plots/forms/ProfileWords.h"
 
 namespace vantor {
 
@@ -14,5 +14,8 @@ double LabelRowHeight(const QFontMetricsF& metrics);
 /// Paints all that stays while a line is dragged: axes, grid, trace, nodes, keys, legend.
 void PaintProfile(QPainter& painter, const QSizeF& size, const SpeedProfile& profile, const ProfileLabels& labels,
                   const ProfileColours& colours);
+
+/// Paints in the place of a profile why there is none.
+void PaintInsteadOfProfile(QPainter& painter, const QRect& place, const QString& text, const ProfileColours& colours);
 
 }  // namespace vantor

@@ -1,10 +1,10 @@
-#include "editing/forms/ProfilePicture.h"
+#include "plots/forms/ProfilePicture.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "core/forms/Named.h"
-#include "editing/forms/TraceImage.h"
+#include "plots/forms/TraceImage.h"
 
 namespace vantor {
 namespace {
@@ -176,6 +176,12 @@ PlotRectangle PlotAreaOf(const QSizeF& size, const QFontMetricsF& metrics) {
 void PaintProfile(QPainter& painter, const QSizeF& size, const SpeedProfile& profile, const ProfileLabels& labels,
                   const ProfileColours& colours) {
     Picture(painter, size, profile, labels, colours).Paint();
+}
+
+void PaintInsteadOfProfile(QPainter& painter, const QRect& place, const QString& text, const ProfileColours& colours) {
+    painter.fillRect(place, colours.Background);
+    painter.setPen(colours.DimText);
+    painter.drawText(place.adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap, text);
 }
 
 }  // namespace vantor

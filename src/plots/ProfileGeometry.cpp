@@ -1,4 +1,4 @@
-#include "editing/ProfileGeometry.h"
+#include "plots/ProfileGeometry.h"
 
 #include <algorithm>
 #include <cmath>

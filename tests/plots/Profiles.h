@@ -5,7 +5,7 @@
 
 #include "core/RunDecoding.h"
 #include "core/Settings.h"
-#include "editing/ProfileGeometry.h"
+#include "plots/ProfileGeometry.h"
 
 namespace vantor {
 

@@ -1,4 +1,4 @@
-#include "editing/VisibleTrace.h"
+#include "plots/VisibleTrace.h"
 
 #include <gtest/gtest.h>
 

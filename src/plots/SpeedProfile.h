@@ -8,13 +8,23 @@
 #include "core/AppSettings.h"
 #include "core/RunRecords.h"
 #include "core/StudyRecords.h"
-#include "editing/ProfileDrag.h"
-#include "editing/ProfileGeometry.h"
+#include "plots/ProfileDrag.h"
+#include "plots/ProfileGeometry.h"
 
 namespace vantor {
 
 /// The highest ideal speed that may be typed or stepped to, miles per hour.
 inline constexpr std::int32_t MostIdealSpeed = 999;
+
+/// The part of a run between its boundaries, as a computation finds them.
+struct PartBetween {
+    double Feet = 0;
+    std::int32_t Seconds = 0;
+    /// Mean speed, miles per hour; nothing where no second lies between them.
+    std::optional<double> Speed() const {
+        return Seconds > 0 ? std::optional(Feet / Seconds / FeetPerSecondOfMph) : std::nullopt;
+    }
+};
 
 /// The speed profile of one run while its screen is open: what is drawn, where the lines lie, and what dragging them
 /// does to the run's entry of the study. Run, settings and entry must outlive it.
@@ -32,6 +42,14 @@ public:
 
     /// Shows run and entry as they are now, whole, with the boundaries of `plot`; the releases stay counted.
     void RunCut(const PlotState& plot);
+    /// Shows run and entry as they are now, which are another run's: along the same axis and at the same scale, but
+    /// whole where the run so far was shown whole. No release is counted.
+    void RunChanged();
+    /// The boundaries as they were, along the axis they were set on, which may be another than the shown one: ShowAlong
+    /// is to be called then. The entry has been given back its own.
+    void Restore(const PlotState& plot);
+    /// Goes on along this axis, with the same part of it in view.
+    void ShowAlong(BoundaryAxis axis);
     /// Changes between distance and time and shows the whole run. The boundaries stay where they are.
     void ToggleAxis();
 
@@ -39,9 +57,13 @@ public:
     std::optional<std::int32_t> Boundary(ProfileLine line) const;
     /// The user's ideal speed, else the computed one, miles per hour; nothing when there is neither.
     std::optional<double> IdealSpeed() const;
+    /// What lies between both boundaries; nothing while one is not set or they are crossed.
+    std::optional<PartBetween> Between() const;
     /// The two as whole numbers in the shown unit.
     std::optional<std::int32_t> ShownBoundary(ProfileLine line) const;
     std::optional<std::int32_t> ShownIdealSpeed() const;
+    /// The last place that a boundary may have.
+    std::int32_t LastShownBoundary() const;
     /// The ideal speed in whole miles per hour, whatever the shown unit.
     std::optional<std::int32_t> WholeIdealSpeed() const;
     bool HasUserIdealSpeed() const { return entry_.IdealSpeedUser != 0; }
@@ -59,6 +81,8 @@ public:
     void DragTo(double x, double y);
     /// Moves the grabbed line by steps of the axis that it crosses, in the shown unit.
     void MoveBy(double units);
+    /// Moves the grabbed boundary to a value of the axis, in the shown unit.
+    void MoveTo(double axisValue);
     /// Lets the grabbed line go. True when the run's delay is to be computed now.
     bool Release() { return drag_.Release(); }
     /// 0 for none.
@@ -76,6 +100,7 @@ private:
         return line == ProfileLine::Start ? entry_.CDStartDist : entry_.CDEndDist;
     }
     void ShowWholeRun();
+    void ShowPart(int scaleStep, double offset);
 
     const RunRecord& run_;
     const AppSettings& settings_;
