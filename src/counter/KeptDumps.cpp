@@ -16,6 +16,15 @@ std::string KeptFolder(const std::string& fieldDataFolder) {
     return AsFolder(AsFolder(fieldDataFolder) + "Cancelled dumps");
 }
 
+/// None where they cannot be listed: nothing of the download depends on them.
+std::vector<FileInfo> KeptIn(const FileSystem& files, const std::string& folder) {
+    try {
+        return FilesWithExtension(files, folder, KeptExtension);
+    } catch (const RunTimeError&) {
+        return {};
+    }
+}
+
 std::string FreeName(const FileSystem& files, const std::string& folder, std::string name, const char* extension) {
     while (FileExists(files, folder + name + extension)) name = NextName(name);
     return name;
@@ -31,7 +40,7 @@ void KeepDump(FileSystem& files, const std::string& counterFile) {
 
 std::optional<KeptDump> LastKeptDump(const FileSystem& files, const std::string& fieldDataFolder) {
     const std::string folder = KeptFolder(fieldDataFolder);
-    const auto found = FilesWithExtension(files, folder, KeptExtension);
+    const auto found = KeptIn(files, folder);
     const auto last = std::ranges::max_element(found, {}, [](const FileInfo& info) { return info.Modified.Days; });
     if (last == found.end()) return std::nullopt;
     return KeptDump{folder + last->Name, BaseName(last->Name), last->Modified, last->Size};
@@ -46,7 +55,7 @@ std::string BringBack(FileSystem& files, const std::string& fieldDataFolder, con
 
 void DeleteOldDumps(FileSystem& files, const std::string& fieldDataFolder, Date now) {
     const std::string folder = KeptFolder(fieldDataFolder);
-    for (const FileInfo& info : FilesWithExtension(files, folder, KeptExtension)) {
+    for (const FileInfo& info : KeptIn(files, folder)) {
         if (now.Days - info.Modified.Days <= DaysKept) continue;
         try {
             files.Delete(folder + info.Name);

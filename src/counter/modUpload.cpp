@@ -168,11 +168,7 @@ std::optional<std::vector<std::string>> MoveRuns(ApplicationState& state, const 
 std::string LastGroupOfRuns(const UserChoices& choices) { return ChoiceOf(choices, LastGroupKey); }
 
 void RememberGroupOfRuns(ApplicationState& state, FileSystem& files, const std::string& name) {
-    try {
-        state.Choices = StoreUserChoices(files, {{LastGroupKey, name}});
-    } catch (const RunTimeError&) {
-        // The move went well; a message now would seem to say that it did not.
-    }
+    state.Choices = StoreUserChoices(files, {{LastGroupKey, name}});
 }
 
 }  // namespace vantor

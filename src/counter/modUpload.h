@@ -73,7 +73,7 @@ std::optional<std::vector<std::string>> MoveRuns(ApplicationState& state, const 
 
 /// The name of the Study Group that runs were moved to last; empty before the first time.
 std::string LastGroupOfRuns(const UserChoices& choices);
-/// Keeps that name for the next time. Where it cannot be kept, the next time begins without it.
+/// Keeps that name for the next time.
 void RememberGroupOfRuns(ApplicationState& state, FileSystem& files, const std::string& name);
 
 }  // namespace vantor

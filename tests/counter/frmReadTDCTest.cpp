@@ -138,8 +138,8 @@ TEST_F(frmReadTDCTest, AFaultIsToldOverAWindowThatCanBeginAgain) {
 
 TEST_F(frmReadTDCTest, EscAsksAndADumpThatWasCancelledCanBeBroughtBack) {
     const std::string question =
-        "The counter is still sending. Do you want to stop?\n\n"
-        "6 bytes received in 0:00, written to !Kestrel-03-14-08-1.tdc.\nIt will be kept for a week.";
+        "The dump is not complete. Do you want to stop?\n\n"
+        "6 bytes received in 0:00, written to !Kestrel-03-14-08-1.tdc.\nThis will be kept for a week.";
     Open();
     EXPECT_FALSE(IsEnabled("cmdBringBack"));
     Press("cmdBegin");

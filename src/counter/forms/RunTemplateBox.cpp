@@ -90,15 +90,17 @@ void RunTemplateBox::ShowNextName() {
 }
 
 void RunTemplateBox::OfferNumber(const std::string& number, std::size_t count, const QString& places) {
-    const QString caption =
-        number.empty() ? QStringLiteral("None is free") : ToQt(number) + QStringLiteral(" is &free");
+    QString caption = QStringLiteral("&Free number");
     QString tip = QStringLiteral("Enter a Base Name to see which number is free.");
-    if (!number.empty())
+    if (!number.empty()) {
+        caption = ToQt(number) + QStringLiteral(" is &free");
         tip = count == 1
                   ? QStringLiteral("The lowest number that is free %1").arg(places)
                   : QStringLiteral("The lowest number from which %1 in a row are free %2").arg(count).arg(places);
-    else if (!Template().BaseName.empty())
+    } else if (!Template().BaseName.empty()) {
+        caption = QStringLiteral("None is free");
         tip = QStringLiteral("There are not %1 numbers in a row free %2.").arg(count).arg(places);
+    }
     ShowOffer(*btnFreeNumber_, caption, tip, !number.empty());
 }
 

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -175,11 +176,12 @@ void frmReadTDC::ConnectControls() {
 }
 
 bool frmReadTDC::eventFilter(QObject* watched, QEvent* event) {
-    const bool isPress = event->type() == QEvent::MouseButtonPress;
-    if (!isPress && event->type() != QEvent::MouseButtonRelease) return QDialog::eventFilter(watched, event);
+    const bool isRelease = event->type() == QEvent::MouseButtonRelease;
+    if (!isRelease && event->type() != QEvent::MouseButtonPress) return QDialog::eventFilter(watched, event);
     // The shown value cannot be edited: a click on it opens its list. At the release, which would close a list that
     // was opened at the press.
-    if (!isPress) static_cast<QComboBox*>(watched->parent())->showPopup();
+    const bool isLeft = static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
+    if (isRelease && isLeft) static_cast<QComboBox*>(watched->parent())->showPopup();
     return true;
 }
 
@@ -191,8 +193,8 @@ void frmReadTDC::keyPressEvent(QKeyEvent* event) {
 bool frmReadTDC::MayStop() {
     // The window stays for the answer, whatever arrives meanwhile.
     const QScopedValueRollback asking(isAsking_, true);
-    return context_.Messages.Ask({.Text = "The counter is still sending. Do you want to stop?\n\n" +
-                                          download_.ReceivedText() + "\nIt will be kept for a week.",
+    return context_.Messages.Ask({.Text = "The dump is not complete. Do you want to stop?\n\n" +
+                                          download_.ReceivedText() + "\nThis will be kept for a week.",
                                   .Buttons = MessageButtons::YesNo,
                                   .Icon = MessageIcon::Question,
                                   .Captions = {"Stop", "Go on receiving"},

@@ -354,10 +354,10 @@ void frmUploadData::MoveSelected() {
                                GroupFolder(root, GroupName()), names);
         if (!stayed) return;
         stayed_ = std::move(*stayed);
-        if (stayed_.size() < names.size()) RememberGroupOfRuns(context_.State, context_.Files, GroupName());
         OfferUndo(false);
         vaSelRuns_->clearSelection();
         for (int row = 0; row < vaSelRuns_->RowCount(); ++row) shownRuns_->RunAt(row).PreviousName.clear();
+        if (stayed_.size() < names.size()) RememberGroupOfRuns(context_.State, context_.Files, GroupName());
     });
     groupListed_.reset();
     ListRuns();
