@@ -90,7 +90,7 @@ TEST_F(frmReadTDCTest, APreferredPortThatIsMissingIsShownRed) {
     EXPECT_EQ(Files.AllFiles().size(), 0u);
     Serial.Available.clear();
     Press("cmdLookAgain");
-    EXPECT_EQ(Text("lblPort"), "There is no port that can be opened. Plug the cable in, then look again.");
+    EXPECT_EQ(Text("lblPort"), "There is no port that can be opened.\nPlug the cable in, then look again.");
     Serial.Available = {5};
     Press("cmdLookAgain");
     EXPECT_FALSE(IsPortRed());

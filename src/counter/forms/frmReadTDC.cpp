@@ -102,8 +102,10 @@ QFrame* frmReadTDC::BuildCommPort() {
     auto* hint = Named<QLabel>(this, "lblCommText", QStringLiteral("Choose a port # (only available ports listed)..."));
     ChoiceFrame(fraCommPort_, label, cmbCommPort_, hint);
     lblPort_ = Named<QLabel>(fraCommPort_, "lblPort");
-    lblPort_->setWordWrap(true);
     lblPort_->setTextFormat(Qt::PlainText);
+    lblPort_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    // Room for what may be told, so that nothing moves when it is.
+    lblPort_->setMinimumHeight(2 * lblPort_->fontMetrics().lineSpacing());
     cmdLookAgain_ = Named<QPushButton>(fraCommPort_, "cmdLookAgain", QStringLiteral("&Look again"));
     cmdLookAgain_->setToolTip(QStringLiteral("Look for the ports that can be opened now"));
     auto* layout = static_cast<QBoxLayout*>(fraCommPort_->layout());
@@ -210,9 +212,10 @@ void frmReadTDC::LookForPorts(int shown) {
 
 void frmReadTDC::ShowPort() {
     TellPort(*cmbCommPort_, context_.Serial);
-    lblPort_->setText(cmbCommPort_->count() > 0
-                          ? cmbCommPort_->toolTip()
-                          : QStringLiteral("There is no port that can be opened. Plug the cable in, then look again."));
+    lblPort_->setText(
+        cmbCommPort_->count() > 0
+            ? cmbCommPort_->toolTip()
+            : QStringLiteral("There is no port that can be opened.\nPlug the cable in, then look again."));
 }
 
 template <class Step>

@@ -78,9 +78,7 @@ QWidget* frmUploadSelectTDC::BuildFiles() {
 
 QWidget* frmUploadSelectTDC::BuildDetails() {
     FrFileDetails_ = Named<CounterStudiesFrame>(this, "FrFileDetails", QStringLiteral("File Details"));
-    lblInGroups_ = Named<QLabel>(FrFileDetails_, "lblInGroups");
-    lblInGroups_->setTextFormat(Qt::PlainText);
-    lblInGroups_->setWordWrap(true);
+    lblInGroups_ = Named<WrappedLabel>(FrFileDetails_, "lblInGroups");
     FrFileDetails_->layout()->addWidget(lblInGroups_);
     return FrFileDetails_;
 }

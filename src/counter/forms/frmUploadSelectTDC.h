@@ -48,7 +48,7 @@ private:
     CounterStudiesFrame* FrFileDetails_ = nullptr;
     QPushButton* BtnSelect_ = nullptr;
     QPushButton* BtnCancel_ = nullptr;
-    QLabel* lblInGroups_ = nullptr;
+    WrappedLabel* lblInGroups_ = nullptr;
     QLabel* lblWaiting_ = nullptr;
     QPushButton* btnWaiting_ = nullptr;
     Upload choice_;
