@@ -87,8 +87,10 @@ std::optional<CounterFileChoice> AppScreens::HandOver(const std::optional<Counte
 }
 
 std::optional<CounterFileChoice> AppScreens::ShowReadTDC() { return HandOver(ChosenIn<frmReadTDC>(*context_)); }
-std::optional<CounterFileChoice> AppScreens::ShowUploadSelect() {
-    return HandOver(ChosenIn<frmUploadSelectTDC>(*context_));
+std::optional<Upload> AppScreens::ShowUploadSelect() {
+    auto choice = ChosenIn<frmUploadSelectTDC>(*context_);
+    HandOver(choice ? choice->ToConvert : std::nullopt);
+    return choice;
 }
 
 std::optional<LogChoice> AppScreens::ShowLogSelect(LogKind kind) {

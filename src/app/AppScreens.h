@@ -24,7 +24,7 @@ public:
     void ShowReportPreview() override;
     void ShowPreferences() override;
     std::optional<CounterFileChoice> ShowReadTDC() override;
-    std::optional<CounterFileChoice> ShowUploadSelect() override;
+    std::optional<Upload> ShowUploadSelect() override;
     std::optional<LogChoice> ShowLogSelect(LogKind kind) override;
     bool ShowLogReview(LogKind kind, const LogChoice& log) override;
     void ShowUploadData(const Upload& upload) override;

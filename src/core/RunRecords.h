@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <tuple>
 
 #include "core/Date.h"
@@ -17,6 +18,9 @@ inline constexpr const char* ConvertedRunExtension = ".rdx";
 
 /// Characters of a run's name, and so of the name of its file without extension.
 inline constexpr std::size_t RunNameWidth = 32;
+/// What the notes of a run that was made from a log begin with, where the log tells its direction: "Direction EB", up
+/// to the first semicolon.
+inline constexpr std::string_view DirectionNote = "Direction ";
 /// Keys and events of a run.
 inline constexpr int KeySlots = 32;
 /// Sections that the decoding of a run's samples fills.

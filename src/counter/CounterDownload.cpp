@@ -1,10 +1,13 @@
 #include "counter/CounterDownload.h"
 
+#include <algorithm>
 #include <span>
 
+#include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/modMain.h"
 #include "counter/CounterFile.h"
+#include "counter/KeptDumps.h"
 
 namespace vantor {
 namespace {
@@ -47,6 +50,18 @@ std::string CounterDownload::Prompt() const {
            ",\nthen press the Begin pushbutton above.";
 }
 
+std::string CounterDownload::ReceivedText() const {
+    if (!file_) return {};
+    const std::string name = baseName_ + CounterFileExtension;
+    if (stage_ != DownloadStage::Receiving) return "The dump will be written to " + name + ".";
+    constexpr double SecondsOfDay = 24 * 60 * 60;
+    // A clock that is put back meanwhile is no time that has passed.
+    const std::int32_t seconds = Round32(std::max(0.0, (clock_.Now().Days - beganAt_.Days) * SecondsOfDay));
+    const std::string rest = std::to_string(seconds % 60);
+    return CountOfBytes(received_) + " received in " + std::to_string(seconds / 60) + ":" +
+           (rest.size() < 2 ? "0" : "") + rest + ", written to " + name + ".";
+}
+
 std::string CounterDownload::FilePath() const {
     if (!file_) return {};
     return AsFolder(state_.Paths.FieldDataPath) + baseName_ + CounterFileExtension;
@@ -58,6 +73,7 @@ void CounterDownload::Begin() {
     while (FileExists(files_, folder + baseName_ + CounterFileExtension)) baseName_ = NextName(baseName_);
     file_ = files_.Create(folder + baseName_ + CounterFileExtension);
     tail_.clear();
+    received_ = 0;
     stage_ = DownloadStage::Waiting;
     try {
         port_.SetNumber(portNumber_);
@@ -75,7 +91,11 @@ void CounterDownload::Cancel() {
     port_.Close();
     const std::string path = FilePath();
     file_.reset();
-    if (FileExists(files_, path)) files_.Delete(path);
+    if (!FileExists(files_, path)) return;
+    if (received_ > 0)
+        KeepDump(files_, path);
+    else
+        files_.Delete(path);
 }
 
 void CounterDownload::CancelQuietly() {
@@ -105,8 +125,10 @@ void CounterDownload::TakeEvent(SerialEvent event) {
 
 void CounterDownload::Append(const std::string& received) {
     if (received.empty()) return;
+    if (stage_ != DownloadStage::Receiving) beganAt_ = clock_.Now();
     stage_ = DownloadStage::Receiving;
     file_->Append(std::as_bytes(std::span(received)));
+    received_ += received.size();
     tail_ += received;
     if (tail_.size() > TailLength) tail_.erase(0, tail_.size() - TailLength);
 }

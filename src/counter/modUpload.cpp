@@ -14,6 +14,8 @@
 namespace vantor {
 namespace {
 
+constexpr const char* LastGroupKey = "LastGroupOfRuns";
+
 std::string RunPath(const std::string& folder, const std::string& name) { return folder + name + RunExtension; }
 
 /// Names are stored in studies and settings, so they must be storable as well as safe.
@@ -50,6 +52,32 @@ std::string RunNameOf(const RunNameTemplate& parts) {
 std::string NextRunNumber(const std::string& runNumber) {
     const std::string digits = "000" + std::to_string(Add32(Round32(Val(runNumber)), 1));
     return digits.substr(digits.size() - 3);
+}
+
+void TakeNumberOf(TakenNumbers& taken, const RunNameTemplate& parts, const std::string& name) {
+    const std::string first = RunNameOf({parts.BaseName, parts.Direction, "000"});
+    if (name.size() != first.size()) return;
+    const auto number = CountOfText(name.substr(name.size() - 3), 999);
+    const std::size_t stem = first.size() - 3;
+    if (number && EqualIgnoringCase(name.substr(0, stem), first.substr(0, stem)))
+        taken.set(static_cast<std::size_t>(*number));
+}
+
+std::string FreeRunNumber(const TakenNumbers& taken, std::size_t count) {
+    std::size_t free = 0;
+    for (std::size_t number = 1; number < taken.size(); ++number) {
+        free = taken.test(number) ? 0 : free + 1;
+        if (free < count) continue;
+        const std::string digits = "00" + std::to_string(number + 1 - count);
+        return digits.substr(digits.size() - 3);
+    }
+    return {};
+}
+
+std::string DirectionFromLog(const std::string& notes) {
+    if (!notes.starts_with(DirectionNote)) return {};
+    std::string direction(Trim(notes.substr(DirectionNote.size(), notes.find(';') - DirectionNote.size())));
+    return direction.size() == 2 ? direction : std::string();
 }
 
 bool RenameRuns(LongWork& work, MessageBoxes& messages, const std::string& folder, const std::vector<UploadRun*>& runs,
@@ -113,8 +141,9 @@ bool MakeStudyGroup(FileSystem& files, MessageBoxes& messages, const std::string
     return true;
 }
 
-bool MoveRuns(ApplicationState& state, const FileSystem& files, LongWork& work, MessageBoxes& messages,
-              const std::string& groupFolder, const std::vector<std::string>& names) {
+std::optional<std::vector<std::string>> MoveRuns(ApplicationState& state, const FileSystem& files, LongWork& work,
+                                                 MessageBoxes& messages, const std::string& groupFolder,
+                                                 const std::vector<std::string>& names) {
     const std::string fromFolder = AsFolder(state.Paths.TempRunsPath);
     // Listed once: looking each name up would list the folder for every run.
     std::set<std::string> taken;
@@ -129,9 +158,17 @@ bool MoveRuns(ApplicationState& state, const FileSystem& files, LongWork& work, 
             moves.push_back({RunPath(fromFolder, name), target});
     }
     messages.WarnOfEach(staying, [] { return true; });
-    if (!MoveAll(work, "Moving", moves)) return false;
+    if (!MoveAll(work, "Moving", moves)) return std::nullopt;
     if (!moves.empty() && state.CurrentStudy.RunNames.IsEmpty()) state.Paths.LastStudyGroupPath = groupFolder;
-    return true;
+    std::vector<std::string> stayed;
+    for (NamedText& run : staying) stayed.push_back(std::move(run.Name));
+    return stayed;
+}
+
+std::string LastGroupOfRuns(const UserChoices& choices) { return ChoiceOf(choices, LastGroupKey); }
+
+void RememberGroupOfRuns(ApplicationState& state, FileSystem& files, const std::string& name) {
+    state.Choices = StoreUserChoices(files, {{LastGroupKey, name}});
 }
 
 }  // namespace vantor

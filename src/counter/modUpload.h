@@ -1,5 +1,7 @@
 #pragma once
 
+#include <bitset>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +25,16 @@ struct RunNameTemplate {
 std::string RunNameOf(const RunNameTemplate& parts);
 /// The run number after this one as three digits: "001" gives "002" and, on purpose, "999" gives "000".
 std::string NextRunNumber(const std::string& runNumber);
+
+/// The run numbers 000 to 999 that are taken.
+using TakenNumbers = std::bitset<1000>;
+/// Takes the number of a run whose name has the template's base name and direction, letter case ignored; other names
+/// take none.
+void TakeNumberOf(TakenNumbers& taken, const RunNameTemplate& parts, const std::string& name);
+/// The lowest number from "001" on from which `count` numbers in a row are free; empty where there are not so many.
+std::string FreeRunNumber(const TakenNumbers& taken, std::size_t count);
+/// The direction in the notes of a run that was made from a log, "EB"; empty for any other run.
+std::string DirectionFromLog(const std::string& notes);
 
 /// A run waiting in the temporary runs folder.
 struct UploadRun {
@@ -52,9 +64,16 @@ bool MakeStudyGroup(FileSystem& files, MessageBoxes& messages, const std::string
                     const std::string& currentGroup);
 
 /// Moves run files from the temporary runs folder into a Study Group's folder. A run that exists there is told to the
-/// user and stays; of the others all are moved or, after an error or a stop, none, which gives false.
-/// When the current study has no runs yet, the group becomes the last one used, so that its runs are found.
-bool MoveRuns(ApplicationState& state, const FileSystem& files, LongWork& work, MessageBoxes& messages,
-              const std::string& groupFolder, const std::vector<std::string>& names);
+/// user and stays; of the others all are moved or, after an error or a stop, none. Returns the runs that stayed,
+/// nothing after a stop. When the current study has no runs yet, the group becomes the last one used, so that its runs
+/// are found.
+std::optional<std::vector<std::string>> MoveRuns(ApplicationState& state, const FileSystem& files, LongWork& work,
+                                                 MessageBoxes& messages, const std::string& groupFolder,
+                                                 const std::vector<std::string>& names);
+
+/// The name of the Study Group that runs were moved to last; empty before the first time.
+std::string LastGroupOfRuns(const UserChoices& choices);
+/// Keeps that name for the next time.
+void RememberGroupOfRuns(ApplicationState& state, FileSystem& files, const std::string& name);
 
 }  // namespace vantor

@@ -102,17 +102,17 @@ RunSample EventRecordOf(LogKind kind, const LogPoint& point) {
     return sample;
 }
 
-std::string DirectionNote(LogKind kind, const RunPoints& points) {
+std::string DirectionIn(LogKind kind, const RunPoints& points) {
     for (const LogPoint* point : points) {
         const std::string direction =
             WithLeadingHalf(kind, *point, [](const auto& half) { return DirectionText(half.Direction); });
-        if (!direction.empty()) return "Direction " + direction;
+        if (!direction.empty()) return std::string(DirectionNote) + direction;
     }
     return {};
 }
 
 std::string NotesOf(LogKind kind, const RunPoints& points, std::span<const LogGap> gaps) {
-    const std::string direction = DirectionNote(kind, points);
+    const std::string direction = DirectionIn(kind, points);
     const std::string note = GapNote(gaps);
     return direction.empty() || note.empty() ? direction + note : direction + "; " + note;
 }

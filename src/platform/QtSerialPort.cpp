@@ -1,5 +1,6 @@
 #include "platform/QtSerialPort.h"
 
+#include <QSerialPortInfo>
 #include <cstdlib>
 #include <filesystem>
 #include <utility>
@@ -93,6 +94,14 @@ std::string QtSerialPort::DeviceName(std::int16_t number) const {
                          std::filesystem::exists("/dev/ttyACM" + index, ignored);
     return (isModem ? "/dev/ttyACM" : "/dev/ttyUSB") + index;
 #endif
+}
+
+std::string QtSerialPort::Description(std::int16_t number) const {
+    const QString device = ToQt(DeviceName(number));
+    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts())
+        if (info.systemLocation() == device || info.portName() == device)
+            return FromQt(info.description().simplified());
+    return {};
 }
 
 std::string QtSerialPort::Place(const std::string& remedy) const {

@@ -22,6 +22,7 @@ public:
     bool IsOpen() const override;
     std::string ReadAll() override;
     std::string DeviceName(std::int16_t number) const override;
+    std::string Description(std::int16_t number) const override;
 
 private:
     /// "COM5, /dev/ttyS4" and the remedy on the next line.

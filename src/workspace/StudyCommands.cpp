@@ -98,8 +98,7 @@ void DownloadAndProcess(AppContext& context) {
 }
 
 void ProcessCounterFile(AppContext& context) {
-    if (auto file = context.OtherScreens.ShowUploadSelect())
-        context.OtherScreens.ShowUploadData({UploadOf::CounterFile, std::move(file)});
+    if (const auto upload = context.OtherScreens.ShowUploadSelect()) context.OtherScreens.ShowUploadData(*upload);
 }
 
 void ImportLog(AppContext& context, LogKind kind) {

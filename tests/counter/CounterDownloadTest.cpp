@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "CounterTexts.h"
+#include "counter/KeptDumps.h"
 #include "fakes/FakePorts.h"
 #include "fakes/ThrowsError.h"
 
@@ -26,7 +27,7 @@ protected:
         EXPECT_EQ(Download.Stage(), DownloadStage::Closed);
         EXPECT_FALSE(Serial.Opened);
         EXPECT_EQ(Download.FilePath(), "");
-        EXPECT_EQ(Files.AllFiles().size(), 0u);
+        EXPECT_EQ(FilesWithExtension(Files, FieldData, ".tdc").size(), 0u);
     }
 
     CounterDownload Download{State, Files, Serial, Time, End};
@@ -113,8 +114,30 @@ TEST_F(CounterDownloadTest, HandsTheWholeFileOver) {
     Serial.Send("one");
     EXPECT_FALSE(Download.Finish()) << "the end mark of the first dump does not end the second";
     Download.Cancel();
-    EXPECT_THAT(Files.AllFiles(), ElementsAre(FieldData + "!Kestrel-03-14-08-1.tdc"));
+    EXPECT_THAT(Files.AllFiles(), ElementsAre(First, FieldData + "Cancelled dumps/!Kestrel-03-14-08-2.cancelled"));
     EXPECT_EQ(State.Settings.CommPort, 3);
+}
+
+TEST_F(CounterDownloadTest, WhatWasCancelledIsKeptForAWeek) {
+    const std::string kept = FieldData + "Cancelled dumps/!Kestrel-03-14-08-1";
+    for (const char* received : {"", "T,1", "T,001,0"}) {
+        Download.Begin();
+        EXPECT_EQ(Download.ReceivedText(), "The dump will be written to !Kestrel-03-14-08-1.tdc.");
+        Serial.Send(received);
+        Download.Cancel();
+    }
+    EXPECT_THAT(Files.AllFiles(), ElementsAre(kept + ".cancelled", kept.substr(0, kept.size() - 1) + "2.cancelled"));
+
+    Files.Modified[kept + ".cancelled"] = Date{Time.Moment.Days - 6.99};
+    Files.Modified[kept.substr(0, kept.size() - 1) + "2.cancelled"] = Date{Time.Moment.Days - 7.01};
+    DeleteOldDumps(Files, FieldData, Time.Now());
+    const auto last = LastKeptDump(Files, FieldData);
+    ASSERT_TRUE(last);
+    EXPECT_EQ(last->Bytes, 3u);
+    Files.PutText(First, "another");
+    EXPECT_EQ(BringBack(Files, FieldData, *last), "!Kestrel-03-14-08-2");
+    EXPECT_EQ(Files.Bytes(FirstOfDay + "2.tdc"), BytesOf("T,1"));
+    EXPECT_FALSE(LastKeptDump(Files, FieldData));
 }
 
 TEST_F(CounterDownloadTest, ABeginThatFailsLeavesNothing) {

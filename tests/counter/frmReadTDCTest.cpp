@@ -53,15 +53,19 @@ TEST_F(frmReadTDCTest, OpensWithThePreferredValuesAndThePortsThatOpen) {
     Open();
     EXPECT_THAT(Serial.Tried, ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16));
     EXPECT_FALSE(Serial.Opened);
-    EXPECT_EQ(Get<QComboBox>("cmbCommPort").itemData(1, Qt::ToolTipRole).toString(), "/dev/fake3");
-    EXPECT_EQ(Get<QComboBox>("cmbCommPort").toolTip(), "/dev/fake3");
+    EXPECT_EQ(Get<QComboBox>("cmbCommPort").itemData(1, Qt::ToolTipRole).toString(),
+              "/dev/fake3, USB Serial Converter");
+    EXPECT_EQ(Text("lblPort"), "/dev/fake3, USB Serial Converter");
     EXPECT_FALSE(IsPortRed());
     EXPECT_EQ(Text("cmbCommPort") + " " + Text("cmbBaudRate"), "3 38400");
     EXPECT_EQ(Look(), "Begin, green, lists");
     EXPECT_EQ(Timer().interval(), 100);
 
     auto& rates = Get<QComboBox>("cmbBaudRate");
-    QTest::mouseClick(rates.lineEdit(), Qt::LeftButton);
+    // As the system sends them: a release goes to a list that is open by then.
+    const QPoint value = rates.mapTo(Window.get(), rates.lineEdit()->geometry().center());
+    QTest::mousePress(Window->windowHandle(), Qt::LeftButton, {}, value);
+    QTest::mouseRelease(Window->windowHandle(), Qt::LeftButton, {}, value);
     EXPECT_TRUE(rates.view()->isVisible()) << "a click on the shown value opens the list";
     rates.hidePopup();
     Pick("cmbCommPort", "1");
@@ -84,8 +88,14 @@ TEST_F(frmReadTDCTest, APreferredPortThatIsMissingIsShownRed) {
     EXPECT_EQ(Look(), "Begin, green, lists");
     EXPECT_EQ(Prompt(), ClosedPrompt("5", "9600"));
     EXPECT_EQ(Files.AllFiles().size(), 0u);
-    Pick("cmbCommPort", "3");
+    Serial.Available.clear();
+    Press("cmdLookAgain");
+    EXPECT_EQ(Text("lblPort"), "There is no port that can be opened.\nPlug the cable in, then look again.");
+    Serial.Available = {5};
+    Press("cmdLookAgain");
     EXPECT_FALSE(IsPortRed());
+    EXPECT_EQ(Text("lblPort"), "/dev/fake5");
+    EXPECT_EQ(Prompt(), ClosedPrompt("5", "9600"));
 }
 
 TEST_F(frmReadTDCTest, ReceivesADumpAndCloses) {
@@ -99,10 +109,12 @@ TEST_F(frmReadTDCTest, ReceivesADumpAndCloses) {
     EXPECT_EQ(Look(), "Setup, green, view, progress");
     EXPECT_EQ(Prompt(), "Reading data from the counter, please wait...");
     EXPECT_EQ(Progress(), 0);
+    Time.Moment.Days += 65.0 / 86400;
+    emit Timer().timeout({});
+    EXPECT_EQ(Text("lblReceived"), "6 bytes received in 1:05, written to !Kestrel-03-14-08-1.tdc.");
     Press("cmdViewData");
     EXPECT_THAT(DesktopServices.Opened, ElementsAre(First));
 
-    emit Timer().timeout({});
     Serial.Send("001\r\n");
     EXPECT_EQ(Progress(), 1);
     for (int i = 0; i < Get<QProgressBar>("prgProgress").maximum(); ++i) emit Timer().timeout({});
@@ -122,6 +134,39 @@ TEST_F(frmReadTDCTest, AFaultIsToldOverAWindowThatCanBeginAgain) {
     EXPECT_EQ(Look(), "Begin, green, lists");
     EXPECT_EQ(Prompt(), ClosedPrompt("1", "9600"));
     EXPECT_TRUE(Window->isVisible());
+}
+
+TEST_F(frmReadTDCTest, EscAsksAndADumpThatWasCancelledCanBeBroughtBack) {
+    const std::string question =
+        "The dump is not complete. Do you want to stop?\n\n"
+        "6 bytes received in 0:00, written to !Kestrel-03-14-08-1.tdc.\nThis will be kept for a week.";
+    Open();
+    EXPECT_FALSE(IsEnabled("cmdBringBack"));
+    Press("cmdBegin");
+    Serial.Send("T,001,");
+    Messages.Expect(question, MessageAnswer::No);
+    PressKey(Qt::Key_Escape);
+    EXPECT_EQ(Look(), "Setup, green, view, progress");
+    Messages.Expect(question, MessageAnswer::Yes);
+    PressKey(Qt::Key_Escape);
+    EXPECT_FALSE(Window->isVisible() || IsAccepted());
+
+    const std::string kept = FieldData + "Cancelled dumps/!Kestrel-03-14-08-1.cancelled";
+    Files.Modified[kept] = Date{Time.Moment.Days - 2};
+    Open();
+    EXPECT_EQ(Text("lblKept"), "03/12/08 12:00, 6 bytes; kept for a week.");
+    Press("cmdBegin");
+    EXPECT_FALSE(IsEnabled("cmdBringBack"));
+    Press("cmdBegin");
+    Press("cmdBringBack");
+    EXPECT_TRUE(IsAccepted());
+    EXPECT_EQ(Window->Choice(), (CounterFileChoice{FieldData, "!Kestrel-03-14-08-1"}));
+    EXPECT_EQ(Files.Bytes(First), BytesOf("T,001,"));
+
+    Files.Rename(First, kept);
+    Files.Modified[kept] = Date{Time.Moment.Days - 8};
+    Open();
+    EXPECT_FALSE(IsEnabled("cmdBringBack"));
 }
 
 TEST_F(frmReadTDCTest, TheKeyboardAloneBeginsCancelsAndLeaves) {

@@ -4,6 +4,7 @@
 
 #include "CounterTexts.h"
 #include "fakes/FormScene.h"
+#include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
@@ -120,6 +121,46 @@ TEST_F(frmUploadDataTest, MovesRenamedRunsAndReportsThoseThatExist) {
     EXPECT_TRUE(Get<LongList>("vaSelRuns").SelectedRows().empty());
     EXPECT_EQ(Text("btnRename"), " Rename ");
     EXPECT_EQ(State.Paths.LastStudyGroupPath, Groups + "Main/");
+
+    EXPECT_EQ(Text("lblStayed"), "Stayed here, for the Study Group has runs of these names: M-NB-002");
+    Press("btnRenameThese");
+    EXPECT_THAT(Listed(), ElementsAre("D", "M-NB-004"));
+    EXPECT_FALSE(IsShown("btnRenameThese"));
+    Press("btnMoveRuns");
+    EXPECT_EQ(TextsIn(Files, Groups + "Main/"), "M-NB-001=A, m-nb-002=other, M-NB-003=C, M-NB-004=B");
+    Open();
+    EXPECT_EQ(Text("TxtStudyGroup"), "Main") << "the group used last";
+    EXPECT_EQ(Get<FolderTree>("treSDFPath").SelectedFolder(), Groups + "Main/");
+}
+
+TEST_F(frmUploadDataTest, OffersTheFreeNumberAndTheDirectionOfTheLog) {
+    RunRecord run;
+    for (const auto& [name, notes] : {std::pair{"A", "Direction EB; gaps: 1"},
+                                      {"B", "Direction EB"},
+                                      {"C", ""},
+                                      {"D", "Direction WB"},
+                                      {"E", "Direction unknown"}}) {
+        run.Header.Notes = notes;
+        PutRunFile(Files, run, Temp, name);
+    }
+    PutRuns({"M-EB-004"});
+    for (const char* taken : {"m-eb-001", "M-EB-003", "M-EB-1000", "M-NB-002"})
+        Files.PutText(Groups + "Main/" + taken + ".rd2", "");
+    Open();
+    EXPECT_FALSE(IsEnabled("btnFreeNumber"));
+    TypeInto("txtTemplateBaseName", "M");
+    EXPECT_EQ(Text("btnFreeNumber"), "001 is free");
+    EXPECT_FALSE(IsEnabled("btnDirection")) << "two directions";
+    SelectRows({0, 1, 2});
+    EXPECT_EQ(Text("btnDirection"), "EB (from the log)");
+    Press("btnDirection");
+    EXPECT_EQ(Text("txtTemplateDir"), "EB");
+    ClickFolder(*Window, "treSDFPath", "Main");
+    EXPECT_EQ(Text("btnFreeNumber"), "005 is free") << "and 006 and 007";
+    SelectRows({0});
+    EXPECT_EQ(Text("btnFreeNumber"), "002 is free");
+    Press("btnFreeNumber");
+    EXPECT_EQ(Text("lblNextName"), "Next name: M-EB-002");
 }
 
 TEST_F(frmUploadDataTest, AFullDiskMovesNoneAndLeavesAllRenamedAndSelected) {

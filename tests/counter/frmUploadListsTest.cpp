@@ -42,7 +42,7 @@ TEST_F(frmUploadSelectTDCTest, ListsTheFieldDataFolderAndTheStudiesOfAFile) {
     EXPECT_FALSE(IsShown("lblProblem"));
     ClickRow(*Window, "vaSelTDCFile", 1);
     Press("BtnSelect");  // its good runs can still be had
-    EXPECT_EQ(Window->Choice().Name, "cut");
+    EXPECT_EQ(Window->Choice().ToConvert->Name, "cut");
 }
 
 TEST_F(frmUploadSelectTDCTest, ChoosesByButtonEnterAndDoubleClick) {
@@ -55,8 +55,26 @@ TEST_F(frmUploadSelectTDCTest, ChoosesByButtonEnterAndDoubleClick) {
         ClickRow(*Window, "vaSelTDCFile", 2);
         choose();
         EXPECT_TRUE(IsAccepted());
-        EXPECT_EQ(Window->Choice(), (CounterFileChoice{FieldData, "a"}));
+        EXPECT_EQ(Window->Choice().ToConvert, (CounterFileChoice{FieldData, "a"}));
     }
+}
+
+TEST_F(frmUploadSelectTDCTest, GoesOnWithTheRunsThatWaitAndTellsWhichAreInStudyGroups) {
+    Open();
+    EXPECT_FALSE(IsEnabled("btnWaiting"));
+    EXPECT_EQ(Text("lblInGroups"), "");
+    RunRecord last;
+    ConvertCounterFile(Files, FieldData + "a.TDC", Temp, last);
+    Files.CreateFolder(Groups + "Main");
+    Files.Rename(Temp + "S001R002-SITE0001-1.rd2", Groups + "Main/Main-NB-001.rd2");
+    Open();
+    EXPECT_EQ(Text("lblInGroups"), "1 of its 3 runs is in Study Groups already: Main");
+    ClickRow(*Window, "vaSelTDCFile", 1);
+    EXPECT_EQ(Text("lblInGroups"), "") << "its run has another number";
+    EXPECT_EQ(Text("lblWaiting"), "2 runs are waiting in Temp.");
+    Press("btnWaiting");
+    EXPECT_TRUE(IsAccepted());
+    EXPECT_TRUE(Window->Choice().Of == UploadOf::TemporaryRuns && !Window->Choice().ToConvert);
 }
 
 TEST_F(frmUploadSelectTDCTest, ReachesOtherFolders) {
@@ -68,7 +86,7 @@ TEST_F(frmUploadSelectTDCTest, ReachesOtherFolders) {
     ClickFolder(*Window, "treTDCPath", "Temp");
     EXPECT_THAT(Listed(), ElementsAre("old |0"));
     Press("BtnSelect");
-    EXPECT_EQ(Window->Choice().Folder, Temp);
+    EXPECT_EQ(Window->Choice().ToConvert->Folder, Temp);
 }
 
 TEST_F(frmUploadSelectTDCTest, CancelAndEscChooseNothing) {

@@ -109,7 +109,9 @@ public:
     void ShowReportPreview() override { Show("frmReportPreview"); }
     void ShowPreferences() override { Show("frmPrefs"); }
     std::optional<CounterFileChoice> ShowReadTDC() override { return If(Show("frmReadTDC"), CounterFile); }
-    std::optional<CounterFileChoice> ShowUploadSelect() override { return If(Show("frmUploadSelectTDC"), CounterFile); }
+    std::optional<Upload> ShowUploadSelect() override {
+        return If(Show("frmUploadSelectTDC"), Upload{UploadOf::CounterFile, CounterFile});
+    }
     std::optional<LogChoice> ShowLogSelect(LogKind kind) override { return If(Show("select " + NameOf(kind)), Log); }
     bool ShowLogReview(LogKind kind, const LogChoice& log) override {
         EXPECT_EQ(log, Log);

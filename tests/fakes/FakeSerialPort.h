@@ -50,6 +50,7 @@ public:
         return std::exchange(waiting_, {});
     }
     std::string DeviceName(std::int16_t number) const override { return "/dev/fake" + std::to_string(number); }
+    std::string Description(std::int16_t number) const override { return number == 3 ? "USB Serial Converter" : ""; }
 
 private:
     std::string waiting_;

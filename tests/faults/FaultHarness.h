@@ -50,8 +50,9 @@ struct Operation {
     std::function<void(FaultScene&)> Run;
     /// Expects that what the program holds and shows is what lies on the disk, after a failure as after a success.
     std::function<void(FaultScene&)> Agrees;
-    bool Deletes = false;   ///< files may go without being kept under another name
-    bool IsSilent = false;  ///< a failure is not told on purpose
+    bool Deletes = false;      ///< files may go without being kept under another name
+    bool IsSilent = false;     ///< a failure is not told on purpose
+    std::string PartsIn = {};  ///< files of this extension hold what came before the failure
 };
 
 /// Each run of the study is on the disk.

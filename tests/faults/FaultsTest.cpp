@@ -155,7 +155,8 @@ const Operation OfRules[] = {
          const std::string names = NamesIn(scene, scene.State.Paths.FieldDataPath, ".tdc");
          EXPECT_EQ(names.empty(), !scene.State.CounterFileChosen) << names;
          EXPECT_FALSE(scene.Serial.Opened);
-     }},
+     },
+     false, false, ".cancelled"},
     {"CleanedUp", Nothing,
      [](Scene& scene) {
          PendingDeletions deletions(scene.Temp, RunExtension);

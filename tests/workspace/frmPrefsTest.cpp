@@ -250,7 +250,7 @@ TEST_F(frmPrefsTest, ListsThePortsThatOpenAndShowsAnotherSavedOneInRed) {
     State.Settings.CommPort = 3;
     OpenAt(1);
     EXPECT_EQ(ItemsOf(*Window, "cmbCommPort"), (Names{"1", "4", "16"}));
-    ExpectPort("3", true, "/dev/fake3\nThis port cannot be opened.");
+    ExpectPort("3", true, "/dev/fake3, USB Serial Converter\nThis port cannot be opened.");
 
     // By keyboard through the list, and back to the saved port.
     auto& ports = Get<QComboBox>("cmbCommPort");
@@ -260,14 +260,14 @@ TEST_F(frmPrefsTest, ListsThePortsThatOpenAndShowsAnotherSavedOneInRed) {
     ExpectPort("4", false, "/dev/fake4");
     ports.lineEdit()->selectAll();
     QTest::keyClicks(ports.lineEdit(), "3");
-    ExpectPort("3", true, "/dev/fake3\nThis port cannot be opened.");
+    ExpectPort("3", true, "/dev/fake3, USB Serial Converter\nThis port cannot be opened.");
     ExpectSaved();
     EXPECT_EQ(State.Settings.CommPort, 3);
 
     Serial.Available.clear();
     OpenAt(1);
     EXPECT_THAT(ItemsOf(*Window, "cmbCommPort"), IsEmpty());
-    ExpectPort("3", true, "/dev/fake3\nThis port cannot be opened.");
+    ExpectPort("3", true, "/dev/fake3, USB Serial Converter\nThis port cannot be opened.");
 }
 
 }  // namespace

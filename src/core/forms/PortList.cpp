@@ -1,6 +1,8 @@
 #include "core/forms/PortList.h"
 
+#include <QAbstractItemView>
 #include <QLineEdit>
+#include <QStyledItemDelegate>
 
 #include "core/Numeric.h"
 #include "core/forms/Named.h"
@@ -8,12 +10,38 @@
 
 namespace vantor {
 
+namespace {
+
+/// Draws the device beside the port's number, which alone is the item's text.
+class PortItems : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->text += QStringLiteral("   ") + index.data(Qt::ToolTipRole).toString();
+    }
+};
+
+}  // namespace
+
+QString DeviceText(const SerialPort& ports, std::int16_t number) {
+    const QString description = ToQt(ports.Description(number));
+    return ToQt(ports.DeviceName(number)) + (description.isEmpty() ? QString() : QStringLiteral(", ") + description);
+}
+
 void FillPorts(QComboBox& list, SerialPort& ports) {
+    list.clear();
+    list.setItemDelegate(new PortItems(&list));
     for (std::int16_t number = SerialPort::FirstNumber; number <= SerialPort::LastNumber; ++number) {
         if (!ports.IsAvailable(number)) continue;
         list.addItem(QString::number(number));
-        list.setItemData(list.count() - 1, ToQt(ports.DeviceName(number)), Qt::ToolTipRole);
+        const QString device = DeviceText(ports, number);
+        list.setItemData(list.count() - 1, device, Qt::ToolTipRole);
+        list.setItemData(list.count() - 1, QStringLiteral("%1, %2").arg(number).arg(device), Qt::AccessibleTextRole);
     }
+    list.view()->setMinimumWidth(list.view()->sizeHintForColumn(0));
 }
 
 void FillBaudRates(QComboBox& list) {
@@ -33,7 +61,7 @@ void TellPort(QComboBox& list, const SerialPort& ports) {
     list.lineEdit()->setPalette(colours);
     QStringList state;
     if (const auto number = CountOfText(FromQt(list.currentText()), SerialPort::LastNumber))
-        state += ToQt(ports.DeviceName(To16(*number)));
+        state += DeviceText(ports, To16(*number));
     if (!isListed) state += QStringLiteral("This port cannot be opened.");
     list.setToolTip(state.join(QLatin1Char('\n')));
     list.setAccessibleDescription(list.toolTip());

@@ -36,7 +36,8 @@ public:
     virtual void ShowPreferences() = 0;
     /// The file of a whole dump.
     [[nodiscard]] virtual std::optional<CounterFileChoice> ShowReadTDC() = 0;
-    [[nodiscard]] virtual std::optional<CounterFileChoice> ShowUploadSelect() = 0;
+    /// A counter file to convert, or the temporary runs as they wait.
+    [[nodiscard]] virtual std::optional<Upload> ShowUploadSelect() = 0;
     [[nodiscard]] virtual std::optional<LogChoice> ShowLogSelect(LogKind kind) = 0;
     /// The review of a log; true when its runs were made.
     [[nodiscard]] virtual bool ShowLogReview(LogKind kind, const LogChoice& log) = 0;

@@ -37,6 +37,9 @@ public:
     virtual std::string ReadAll() = 0;
     /// The system's name of a port, for example "/dev/ttyS0".
     virtual std::string DeviceName(std::int16_t number) const = 0;
+    /// What the system knows of the device that is plugged in there, "USB Serial Converter"; empty where it knows
+    /// nothing.
+    virtual std::string Description(std::int16_t number) const = 0;
 
     /// Called while the port is open, from one byte on. A device that is gone is told as Received, too.
     std::function<void(SerialEvent)> OnEvent;

@@ -66,7 +66,7 @@ void SetStudyCount(Table& table, int row, int column, const ListedCounterFile& f
 CounterStudiesFrame::CounterStudiesFrame(QWidget* parent)
     : QGroupBox(parent),
       vaStudyInfo_(Named<LongList>(this, "vaStudyInfo")),
-      lblProblem_(Named<QLabel>(this, "lblProblem")) {
+      lblProblem_(Named<WrappedLabel>(this, "lblProblem")) {
     vaStudyInfo_->setAccessibleName(QStringLiteral("Studies in the selected file"));
     const auto column = [this](const QString& head, auto textOf) {
         return LongList::Column{
@@ -80,8 +80,6 @@ CounterStudiesFrame::CounterStudiesFrame(QWidget* parent)
     columns.back().IsNumber = true;
     columns.back().Key = [this](int row) { return double(studies_[static_cast<std::size_t>(row)].Runs); };
     vaStudyInfo_->SetColumns(std::move(columns));
-    lblProblem_->setWordWrap(true);
-    lblProblem_->setTextFormat(Qt::PlainText);
     lblProblem_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(vaStudyInfo_, 1);

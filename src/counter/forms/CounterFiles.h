@@ -1,12 +1,12 @@
 #pragma once
 
 #include <QGroupBox>
-#include <QLabel>
 #include <string>
 #include <vector>
 
 #include "core/forms/LongList.h"
 #include "core/forms/Table.h"
+#include "core/forms/WrappedLabel.h"
 #include "core/ports/LongWork.h"
 #include "counter/CounterFile.h"
 
@@ -37,7 +37,7 @@ public:
 private:
     LongList* vaStudyInfo_;
     std::vector<CounterStudy> studies_;
-    QLabel* lblProblem_;
+    WrappedLabel* lblProblem_;
 };
 
 }  // namespace vantor

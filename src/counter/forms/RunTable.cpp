@@ -1,5 +1,8 @@
 #include "counter/forms/RunTable.h"
 
+#include <map>
+#include <set>
+
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/Text.h"
@@ -17,7 +20,7 @@ RunTable::RunTable(LongList& list, LongWork& work, const Units& units) : list_(l
     const auto digits = [](auto member) { return [member](const Row& row) { return std::to_string(row.*member); }; };
     const QStringList heads = RunColumns(units);
     list_.SetColumns({
-        {heads[0], [this](int row) { return ToQt(Trim(At(row).Name)); }},
+        {heads[0], [this](int row) { return ToQt(Trim(At(row).Run.Name)); }},
         {heads[1], text([](const Row& row) { return ShortDate(row.RunDate); }),
          [this](int row) { return At(row).RunDate.Days; }},
         {heads[2], text([](const Row& row) { return ShortTime(row.RunTime); }),
@@ -42,7 +45,7 @@ RunTable::RunTable(LongList& list, LongWork& work, const Units& units) : list_(l
 
 RunTable::Row RunTable::ReadRow(const FileSystem& files, const std::string& folder, const std::string& name) {
     Row row;
-    row.Name = name;
+    row.Run.Name = name;
     const RunReading reading = ReadRun(files, folder, name, RunPart::Header);
     if (!reading) {
         row.Problem = reading.Fault->Message();
@@ -60,7 +63,7 @@ RunTable::Row RunTable::ReadRow(const FileSystem& files, const std::string& fold
     return row;
 }
 
-std::vector<std::string> RunTable::ShowFolder(const std::string& folder) {
+void RunTable::ShowFolder(const std::string& folder) {
     std::vector<Row> rows;
     work_.Run("Reading the runs", [&rows, folder](FileSystem& files, const Progress& progress) {
         const auto found = FilesWithExtension(files, folder, RunExtension);
@@ -68,23 +71,34 @@ std::vector<std::string> RunTable::ShowFolder(const std::string& folder) {
             if (progress(rows.size(), found.size())) {
                 rows.push_back(ReadRow(files, folder, BaseName(info.Name)));
             } else {
-                rows.emplace_back().Name = BaseName(info.Name);
+                rows.emplace_back().Run.Name = BaseName(info.Name);
                 rows.back().Problem = ListingStoppedText;
             }
         }
     });
+    std::map<std::string, std::string> previousNames;
+    for (const Row& row : rows_)
+        if (!row.Run.PreviousName.empty()) previousNames[row.Run.Name] = row.Run.PreviousName;
+    std::set<std::string> selected;
+    for (const UploadRun* run : SelectedRuns()) selected.insert(run->Name);
     list_.Show(0);
     rows_ = std::move(rows);
     list_.Show(static_cast<int>(rows_.size()));
-    std::vector<std::string> names;
-    names.reserve(rows_.size());
-    for (const Row& row : rows_) names.push_back(row.Name);
-    return names;
+    if (previousNames.empty() && selected.empty()) return;
+    std::vector<int> selectedRows;
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        UploadRun& run = rows_[i].Run;
+        if (const auto previous = previousNames.find(run.Name); previous != previousNames.end())
+            run.PreviousName = previous->second;
+        if (selected.contains(run.Name)) selectedRows.push_back(static_cast<int>(i));
+    }
+    list_.SelectRows(selectedRows);
 }
 
-void RunTable::ShowNames(const std::vector<std::string>& names) {
-    for (std::size_t i = 0; i < rows_.size(); ++i) rows_[i].Name = names[i];
-    list_.Refresh();
+std::vector<UploadRun*> RunTable::SelectedRuns() {
+    std::vector<UploadRun*> selected;
+    for (const int row : list_.SelectedRows()) selected.push_back(&RunAt(row));
+    return selected;
 }
 
 }  // namespace vantor

@@ -6,6 +6,7 @@
 #include "core/RunRecords.h"
 #include "core/Units.h"
 #include "core/forms/LongList.h"
+#include "counter/modUpload.h"
 
 namespace vantor {
 
@@ -18,16 +19,24 @@ public:
     RunTable(const RunTable&) = delete;
     RunTable& operator=(const RunTable&) = delete;
 
-    /// Reads and shows the runs of a folder, which ends in a separator; none is selected then. Returns their names,
-    /// without extension; the list's rows count from 0.
-    std::vector<std::string> ShowFolder(const std::string& folder);
-    /// Shows another name for each; in the same order.
-    void ShowNames(const std::vector<std::string>& names);
+    /// Reads and shows the runs of a folder, which ends in a separator. Runs that were shown before stay selected and
+    /// keep their previous names.
+    void ShowFolder(const std::string& folder);
+    /// Shows the names anew.
+    void Refresh() { list_.Refresh(); }
+
+    /// The list's rows count from 0. The runs are the caller's to rename until the next ShowFolder.
+    std::size_t RowCount() const { return rows_.size(); }
+    UploadRun& RunAt(int row) { return rows_[static_cast<std::size_t>(row)].Run; }
+    const UploadRun& RunAt(int row) const { return At(row).Run; }
+    const std::string& NotesAt(int row) const { return At(row).Notes; }
+    /// From top to bottom as they are shown.
+    std::vector<UploadRun*> SelectedRuns();
 
 private:
     /// What the list shows of a run: of the 200 MB dump of a counter there are more than a hundred thousand.
     struct Row {
-        std::string Name;
+        UploadRun Run;
         Date RunDate;
         Date RunTime;
         std::int16_t TypeFlag = 0;

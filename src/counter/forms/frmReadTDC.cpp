@@ -1,17 +1,22 @@
 #include "counter/forms/frmReadTDC.h"
 
-#include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 #include "core/Numeric.h"
+#include "core/Paths.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/PortList.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
+#include "counter/KeptDumps.h"
 
 namespace vantor {
 namespace {
@@ -34,7 +39,7 @@ QComboBox* ChoiceList(QWidget* parent, const char* name) {
 std::int32_t ValueOf(const QComboBox& list) { return IntegerOfText(FromQt(list.currentText())); }
 
 /// A list under its label, over its hint.
-QFrame* ChoiceFrame(QFrame* frame, QLabel* label, QComboBox* list, QLabel* hint) {
+void ChoiceFrame(QFrame* frame, QLabel* label, QComboBox* list, QLabel* hint) {
     frame->setFrameShape(QFrame::StyledPanel);
     frame->setAccessibleName(list->accessibleName());
     list->setAccessibleDescription(hint->text());
@@ -42,7 +47,6 @@ QFrame* ChoiceFrame(QFrame* frame, QLabel* label, QComboBox* list, QLabel* hint)
     layout->addWidget(label);
     layout->addWidget(list);
     layout->addWidget(hint);
-    return frame;
 }
 
 }  // namespace
@@ -61,8 +65,13 @@ frmReadTDC::frmReadTDC(AppContext& context)
     layout->addLayout(BuildButtons());
     layout->addWidget(lblInstructions_);
     layout->addWidget(BuildProgress());
+    lblReceived_ = Named<QLabel>(this, "lblReceived");
+    lblReceived_->setTextFormat(Qt::PlainText);
+    layout->addWidget(lblReceived_);
     layout->addStretch();
+    layout->addLayout(BuildKeptDump());
 
+    DeleteOldDumps(context_.Files, context_.State.Paths.FieldDataPath, context_.Time.Now());
     ShowStage();
     ConnectControls();
     cmdBegin_->setFocus();
@@ -81,18 +90,28 @@ QFrame* frmReadTDC::BuildBaudRate() {
     fraBaudRate_ = Named<QFrame>(this, "fraBaudRate");
     auto* label = LabelFor(cmbBaudRate_, QStringLiteral("Baud &Rate"), "lblBaudRate");
     auto* hint = Named<QLabel>(this, "lblBaudText", QStringLiteral("Choose a connection speed (in bps)..."));
-    return ChoiceFrame(fraBaudRate_, label, cmbBaudRate_, hint);
+    ChoiceFrame(fraBaudRate_, label, cmbBaudRate_, hint);
+    static_cast<QBoxLayout*>(fraBaudRate_->layout())->addStretch();
+    return fraBaudRate_;
 }
 
 QFrame* frmReadTDC::BuildCommPort() {
     cmbCommPort_ = ChoiceList(this, "cmbCommPort");
-    FillPorts(*cmbCommPort_, context_.Serial);
-    ShowNumber(*cmbCommPort_, context_.State.Settings.CommPort);
     fraCommPort_ = Named<QFrame>(this, "fraCommPort");
     auto* label = LabelFor(cmbCommPort_, QStringLiteral("&Comm Port"), "lblCommPort");
     auto* hint = Named<QLabel>(this, "lblCommText", QStringLiteral("Choose a port # (only available ports listed)..."));
     ChoiceFrame(fraCommPort_, label, cmbCommPort_, hint);
-    TellPort(*cmbCommPort_, context_.Serial);
+    lblPort_ = Named<QLabel>(fraCommPort_, "lblPort");
+    lblPort_->setTextFormat(Qt::PlainText);
+    lblPort_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    // Room for what may be told, so that nothing moves when it is.
+    lblPort_->setMinimumHeight(2 * lblPort_->fontMetrics().lineSpacing());
+    cmdLookAgain_ = Named<QPushButton>(fraCommPort_, "cmdLookAgain", QStringLiteral("&Look again"));
+    cmdLookAgain_->setToolTip(QStringLiteral("Look for the ports that can be opened now"));
+    auto* layout = static_cast<QBoxLayout*>(fraCommPort_->layout());
+    layout->addWidget(lblPort_);
+    layout->addWidget(cmdLookAgain_, 0, Qt::AlignLeft);
+    LookForPorts(context_.State.Settings.CommPort);
     return fraCommPort_;
 }
 
@@ -101,7 +120,7 @@ QLayout* frmReadTDC::BuildButtons() {
     cmdViewData_ = Named<QPushButton>(this, "cmdViewData", QStringLiteral("&View Data"));
     cmdQuit_ = Named<QPushButton>(this, "cmdQuit", QStringLiteral("&Quit"));
     // Enter begins, but it does not throw away what has arrived.
-    for (QPushButton* button : {cmdBegin_, cmdViewData_, cmdQuit_}) button->setAutoDefault(false);
+    for (QPushButton* button : {cmdBegin_, cmdViewData_, cmdQuit_, cmdLookAgain_}) button->setAutoDefault(false);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(cmdBegin_, 1);
     buttons->addWidget(cmdViewData_);
@@ -124,6 +143,17 @@ QProgressBar* frmReadTDC::BuildProgress() {
     return prgProgress_;
 }
 
+QLayout* frmReadTDC::BuildKeptDump() {
+    cmdBringBack_ = Named<QPushButton>(this, "cmdBringBack", QStringLiteral("Bri&ng back the cancelled dump"));
+    cmdBringBack_->setAutoDefault(false);
+    lblKept_ = Named<QLabel>(this, "lblKept");
+    lblKept_->setTextFormat(Qt::PlainText);
+    auto* row = new QHBoxLayout;
+    row->addWidget(cmdBringBack_);
+    row->addWidget(lblKept_, 1);
+    return row;
+}
+
 void frmReadTDC::ConnectControls() {
     MessageBoxes& messages = context_.Messages;
     Connect(cmbBaudRate_, &QComboBox::currentIndexChanged, this, messages, [this] {
@@ -132,9 +162,11 @@ void frmReadTDC::ConnectControls() {
     });
     Connect(cmbCommPort_, &QComboBox::currentIndexChanged, this, messages, [this] {
         download_.SetPortNumber(To16(ValueOf(*cmbCommPort_)));
-        TellPort(*cmbCommPort_, context_.Serial);
+        ShowPort();
         ShowPrompt();
     });
+    Connect(cmdLookAgain_, &QPushButton::clicked, this, messages, [this] { LookForPorts(ValueOf(*cmbCommPort_)); });
+    Connect(cmdBringBack_, &QPushButton::clicked, this, messages, [this] { BringDumpBack(); });
     Connect(cmdBegin_, &QPushButton::clicked, this, messages, [this] { BeginOrCancel(); });
     Connect(cmdViewData_, &QPushButton::clicked, this, messages, [this] { ViewData(); });
     Connect(cmdQuit_, &QPushButton::clicked, this, messages, [this] { reject(); });
@@ -146,10 +178,44 @@ void frmReadTDC::ConnectControls() {
 }
 
 bool frmReadTDC::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::MouseButtonPress) return QDialog::eventFilter(watched, event);
-    // The shown value cannot be edited: a click on it opens its list.
-    static_cast<QComboBox*>(watched->parent())->showPopup();
+    const bool isRelease = event->type() == QEvent::MouseButtonRelease;
+    if (!isRelease && event->type() != QEvent::MouseButtonPress) return QDialog::eventFilter(watched, event);
+    // The shown value cannot be edited: a click on it opens its list. At the release, which would close a list that
+    // was opened at the press.
+    const bool isLeft = static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
+    if (isRelease && isLeft) static_cast<QComboBox*>(watched->parent())->showPopup();
     return true;
+}
+
+void frmReadTDC::keyPressEvent(QKeyEvent* event) {
+    const bool stops = event->matches(QKeySequence::Cancel) && download_.Stage() == DownloadStage::Receiving;
+    if (!stops || MayStop()) QDialog::keyPressEvent(event);
+}
+
+bool frmReadTDC::MayStop() {
+    // The window stays for the answer, whatever arrives meanwhile.
+    const QScopedValueRollback asking(isAsking_, true);
+    return context_.Messages.Ask({.Text = "The dump is not complete. Do you want to stop?\n\n" +
+                                          download_.ReceivedText() + "\nThis will be kept for a week.",
+                                  .Buttons = MessageButtons::YesNo,
+                                  .Icon = MessageIcon::Question,
+                                  .Captions = {"Stop", "Go on receiving"},
+                                  .LosesSomething = true}) == MessageAnswer::Yes;
+}
+
+void frmReadTDC::LookForPorts(int shown) {
+    const QSignalBlocker noChoice(cmbCommPort_);
+    FillPorts(*cmbCommPort_, context_.Serial);
+    ShowNumber(*cmbCommPort_, shown);
+    ShowPort();
+}
+
+void frmReadTDC::ShowPort() {
+    TellPort(*cmbCommPort_, context_.Serial);
+    lblPort_->setText(
+        cmbCommPort_->count() > 0
+            ? cmbCommPort_->toolTip()
+            : QStringLiteral("There is no port that can be opened.\nPlug the cable in, then look again."));
 }
 
 template <class Step>
@@ -174,11 +240,32 @@ void frmReadTDC::ViewData() {
 
 void frmReadTDC::TakeTick() {
     prgProgress_->setValue(prgProgress_->value() % prgProgress_->maximum() + 1);
+    ShowReceived();
+    if (isAsking_) return;
     std::optional<CounterFileChoice> received;
     Run([&] { received = download_.Finish(); });
     if (!received) return;
     choice_ = *received;
     accept();
+}
+
+void frmReadTDC::BringDumpBack() {
+    const std::string folder = AsFolder(context_.State.Paths.FieldDataPath);
+    const auto dump = LastKeptDump(context_.Files, folder);
+    if (!dump) return ShowKeptDump();
+    choice_ = {folder, BringBack(context_.Files, folder, *dump)};
+    accept();
+}
+
+void frmReadTDC::ShowReceived() { lblReceived_->setText(ToQt(download_.ReceivedText())); }
+
+void frmReadTDC::ShowKeptDump() {
+    const auto dump = LastKeptDump(context_.Files, context_.State.Paths.FieldDataPath);
+    cmdBringBack_->setEnabled(dump && download_.Stage() == DownloadStage::Closed);
+    lblKept_->setText(dump ? ToQt(ShortDate(dump->At) + " " + ShortTime(dump->At) + ", " + CountOfBytes(dump->Bytes) +
+                                  "; kept for a week.")
+                           : QStringLiteral("None was cancelled in the last week."));
+    cmdBringBack_->setAccessibleDescription(lblKept_->text());
 }
 
 void frmReadTDC::ShowPrompt() {
@@ -200,6 +287,8 @@ void frmReadTDC::ShowStage() {
     SetFace(cmdBegin_, stage == DownloadStage::Waiting ? RedPair(palette()) : GreenPair(palette()));
     cmdViewData_->setEnabled(!isClosed);
     ShowPrompt();
+    ShowReceived();
+    ShowKeptDump();
     ShowActivity(stage == DownloadStage::Receiving);
 }
 

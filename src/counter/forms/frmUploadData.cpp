@@ -1,10 +1,9 @@
 #include "counter/forms/frmUploadData.h"
 
-#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QSplitter>
 #include <QVBoxLayout>
-#include <map>
+#include <algorithm>
 #include <set>
 
 #include "core/Paths.h"
@@ -24,13 +23,6 @@ QPushButton* ToolButton(QWidget* parent, const char* name, const QString& captio
     auto* button = Named<QPushButton>(parent, name, caption);
     button->setIcon(LineIcon(QLatin1String(icon)));
     return button;
-}
-
-QLineEdit* NarrowField(QWidget* parent, const char* name, int width) {
-    auto* field = Named<QLineEdit>(parent, name);
-    field->setMaxLength(width);
-    field->setMaximumWidth(field->fontMetrics().averageCharWidth() * (width + 4) + 16);
-    return field;
 }
 
 /// What to do where no runs wait, by where they come from.
@@ -69,12 +61,10 @@ frmUploadData::frmUploadData(AppContext& context, const Upload& upload) : contex
     resize(1240, 600);
     ConnectControls();
 
-    const RunNameTemplate defaults;
-    txtTemplateDir_->setText(ToQt(defaults.Direction));
-    txtTemplateRunNumber_->setText(ToQt(defaults.RunNumber));
-    txtTemplateBaseName_->setFocus();
-    treSDFPath_->SetRoot(context_.Files, context_.State.Paths.StudyGroupRootPath);
+    fraTemplate_->setFocus();
+    ShowLastGroup();
     if (upload.ToConvert) Convert(*upload.ToConvert);
+    ShowRuns();
     Guarded(context_.Messages, [this] { ListRuns(); });
     RememberLayout(*this, context_.Memory);
 }
@@ -92,27 +82,13 @@ QGroupBox* frmUploadData::BuildDirections() {
 }
 
 QGroupBox* frmUploadData::BuildTemplate() {
-    auto* frame = Named<QGroupBox>(this, "fraTemplate", QStringLiteral("1) Run NameTemplate"));
-    txtTemplateBaseName_ = Named<QLineEdit>(frame, "txtTemplateBaseName");
-    txtTemplateBaseName_->setMaxLength(20);
-    txtTemplateDir_ = NarrowField(frame, "txtTemplateDir", 2);
-    txtTemplateRunNumber_ = NarrowField(frame, "txtTemplateRunNumber", 3);
-    lblNextName_ = Named<QLabel>(frame, "lblNextName");
-    lblNextName_->setTextFormat(Qt::PlainText);
-    BtnEditTemplate_ = ToolButton(frame, "BtnEditTemplate", QStringLiteral("&Edit"), "edit");
-
-    auto* layout = new QGridLayout(frame);
-    layout->addWidget(LabelFor(txtTemplateBaseName_, QStringLiteral("&Base Name")), 0, 0);
-    layout->addWidget(LabelFor(txtTemplateDir_, QStringLiteral("D&irection")), 0, 1);
-    layout->addWidget(LabelFor(txtTemplateRunNumber_, QStringLiteral("Ru&n #")), 0, 2);
-    layout->addWidget(txtTemplateBaseName_, 1, 0);
-    layout->addWidget(txtTemplateDir_, 1, 1);
-    layout->addWidget(txtTemplateRunNumber_, 1, 2);
-    layout->addWidget(BtnEditTemplate_, 1, 3);
-    layout->addWidget(lblNextName_, 2, 0, 1, 4);
-    layout->setColumnStretch(0, 1);
-    layout->setRowStretch(3, 1);
-    return frame;
+    fraTemplate_ = new RunTemplateBox(this, context_.Messages);
+    fraTemplate_->OnChanged = [this] { ShowOffers(); };
+    fraTemplate_->FreeNumberNow = [this] {
+        groupListed_.reset();
+        return FreeNumber(CountToRename());
+    };
+    return fraTemplate_;
 }
 
 QGroupBox* frmUploadData::BuildRunList() {
@@ -130,8 +106,16 @@ QGroupBox* frmUploadData::BuildRunList() {
     buttons->addWidget(btnRename_);
     buttons->addWidget(BtnDelete_);
     buttons->addStretch();
+    lblStayed_ = Named<QLabel>(frame, "lblStayed");
+    lblStayed_->setTextFormat(Qt::PlainText);
+    btnRenameThese_ = ToolButton(frame, "btnRenameThese", QStringLiteral("Rename t&hese"), "rename");
+    btnRenameThese_->setToolTip(QStringLiteral("Select them and give them the next free numbers of the template"));
+    auto* stayed = new QHBoxLayout;
+    stayed->addWidget(lblStayed_, 1);
+    stayed->addWidget(btnRenameThese_);
     auto* layout = new QVBoxLayout(frame);
     layout->addWidget(vaSelRuns_, 1);
+    layout->addLayout(stayed);
     layout->addLayout(buttons);
     return frame;
 }
@@ -176,11 +160,12 @@ QLayout* frmUploadData::BuildButtons() {
 
 void frmUploadData::ConnectControls() {
     MessageBoxes& messages = context_.Messages;
-    for (QLineEdit* field : {txtTemplateBaseName_, txtTemplateDir_, txtTemplateRunNumber_})
-        Connect(field, &QLineEdit::textChanged, this, messages, [this] { ShowNextName(); });
-    Connect(BtnEditTemplate_, &QPushButton::clicked, this, messages,
-            [&messages] { messages.Tell("This function is not implemented yet."); });
-    Connect(btnRename_, &QPushButton::clicked, this, messages, [this] { OffersUndo() ? Undo() : Rename(); });
+    Connect(TxtStudyGroup_, &QLineEdit::textChanged, this, messages, [this] { ShowOffers(); });
+    Connect(vaSelRuns_->selectionModel(), &QItemSelectionModel::selectionChanged, this, messages,
+            [this] { ShowOffers(); });
+    Connect(btnRenameThese_, &QPushButton::clicked, this, messages, [this] { RenameThese(); });
+    Connect(btnRename_, &QPushButton::clicked, this, messages,
+            [this] { OffersUndo() ? Undo() : Rename(fraTemplate_->Template()); });
     Connect(BtnDelete_, &QPushButton::clicked, this, messages, [this] { DeleteSelected(); });
     Connect(btnMoveRuns_, &QPushButton::clicked, this, messages, [this] { MoveSelected(); });
     treSDFPath_->OnChosen = [this](const std::string& folder) {
@@ -209,53 +194,85 @@ void frmUploadData::Convert(const CounterFileChoice& file) {
     context_.State.CurrentRun = std::move(last);
 }
 
+void frmUploadData::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    treSDFPath_->ShowCurrent();
+}
+
 void frmUploadData::ListRuns() {
-    std::map<std::string, std::string> previousNames;
-    for (const UploadRun& run : runs_)
-        if (!run.PreviousName.empty()) previousNames[run.Name] = run.PreviousName;
-    std::set<std::string> selected;
-    for (const UploadRun* run : SelectedRuns()) selected.insert(run->Name);
-    std::vector<std::string> names = shownRuns_->ShowFolder(TempFolder());
-    runs_.clear();
-    runs_.reserve(names.size());
-    for (std::string& name : names) runs_.emplace_back().Name = std::move(name);
-    if (previousNames.empty() && selected.empty()) return;
-    std::vector<int> rows;
-    for (std::size_t i = 0; i < runs_.size(); ++i) {
-        if (const auto previous = previousNames.find(runs_[i].Name); previous != previousNames.end())
-            runs_[i].PreviousName = previous->second;
-        if (selected.contains(runs_[i].Name)) rows.push_back(static_cast<int>(i));
+    shownRuns_->ShowFolder(TempFolder());
+    ShowRuns();
+}
+
+void frmUploadData::ShowRuns() {
+    shownRuns_->Refresh();
+    std::set<std::string> there;
+    bool haveDirections = false;
+    for (int row = 0; row < vaSelRuns_->RowCount(); ++row) {
+        if (!stayed_.empty()) there.insert(shownRuns_->RunAt(row).Name);
+        haveDirections = haveDirections || !DirectionFromLog(shownRuns_->NotesAt(row)).empty();
     }
-    vaSelRuns_->SelectRows(rows);
-}
-
-void frmUploadData::ShowNames() {
-    std::vector<std::string> names;
-    for (const UploadRun& run : runs_) names.push_back(run.Name);
-    shownRuns_->ShowNames(names);
-}
-
-std::vector<UploadRun*> frmUploadData::SelectedRuns() {
-    std::vector<UploadRun*> selected;
-    for (const int row : vaSelRuns_->SelectedRows()) selected.push_back(&runs_[static_cast<std::size_t>(row)]);
-    return selected;
+    fraTemplate_->ShowDirectionOffer(haveDirections);
+    std::erase_if(stayed_, [&](const std::string& name) { return !there.contains(name); });
+    lblStayed_->setVisible(!stayed_.empty());
+    btnRenameThese_->setVisible(!stayed_.empty());
+    constexpr std::size_t NamesTold = 3;
+    lblStayed_->setText(QStringLiteral("Stayed here, for the Study Group has runs of these names: %1")
+                            .arg(ToQt(FirstOf(stayed_, NamesTold))));
+    btnRenameThese_->setAccessibleDescription(lblStayed_->text());
+    ShowOffers();
 }
 
 std::vector<std::string> frmUploadData::SelectedNames() {
     std::vector<std::string> names;
-    for (const UploadRun* run : SelectedRuns()) names.push_back(run->Name);
+    for (const UploadRun* run : shownRuns_->SelectedRuns()) names.push_back(run->Name);
     return names;
 }
 
-RunNameTemplate frmUploadData::Template() const {
-    return {FromQt(txtTemplateBaseName_->text().trimmed()), FromQt(txtTemplateDir_->text()),
-            FromQt(txtTemplateRunNumber_->text())};
+std::size_t frmUploadData::CountToRename() const { return std::max<std::size_t>(1, vaSelRuns_->SelectedRows().size()); }
+
+std::string frmUploadData::DirectionOfRuns() const {
+    std::vector<int> rows = vaSelRuns_->SelectedRows();
+    if (rows.empty())
+        for (int row = 0; row < vaSelRuns_->RowCount(); ++row) rows.push_back(row);
+    std::string direction;
+    for (const int row : rows) {
+        const std::string ofRun = DirectionFromLog(shownRuns_->NotesAt(row));
+        if (ofRun.empty() || ofRun == direction) continue;
+        if (!direction.empty()) return {};
+        direction = ofRun;
+    }
+    return direction;
 }
 
-void frmUploadData::ShowNextName() {
-    const RunNameTemplate parts = Template();
-    lblNextName_->setText(parts.BaseName.empty() ? QStringLiteral("Enter a Base Name to see the next run's name.")
-                                                 : QStringLiteral("Next name: %1").arg(ToQt(RunNameOf(parts))));
+const std::vector<std::string>& frmUploadData::RunsOfGroup() {
+    const std::string group = GroupName();
+    if (groupListed_ != group) {
+        groupListed_ = group;
+        runsOfGroup_.clear();
+        if (IsSafeName(group))
+            for (const FileInfo& info : FilesWithExtension(
+                     context_.Files, GroupFolder(context_.State.Paths.StudyGroupRootPath, group), RunExtension))
+                runsOfGroup_.push_back(BaseName(info.Name));
+    }
+    return runsOfGroup_;
+}
+
+std::string frmUploadData::FreeNumber(std::size_t count) {
+    const RunNameTemplate parts = fraTemplate_->Template();
+    if (parts.BaseName.empty()) return {};
+    TakenNumbers taken;
+    for (const std::string& name : RunsOfGroup()) TakeNumberOf(taken, parts, name);
+    for (int row = 0; row < vaSelRuns_->RowCount(); ++row) TakeNumberOf(taken, parts, shownRuns_->RunAt(row).Name);
+    return FreeRunNumber(taken, count);
+}
+
+void frmUploadData::ShowOffers() {
+    const std::size_t count = CountToRename();
+    const QString group = ToQt(GroupName());
+    fraTemplate_->OfferNumber(FreeNumber(count), count,
+                              group.isEmpty() ? QStringLiteral("in Temp") : QStringLiteral("in Temp and in ") + group);
+    fraTemplate_->OfferDirection(DirectionOfRuns());
 }
 
 bool frmUploadData::OffersUndo() const { return WithoutAccessKey(btnRename_->text()) != QLatin1String(" Rename "); }
@@ -267,13 +284,12 @@ void frmUploadData::OfferUndo(bool undo) {
     btnRename_->setIcon(LineIcon(undo ? QStringLiteral("undo") : QStringLiteral("rename")));
 }
 
-void frmUploadData::Rename() {
-    RunNameTemplate parts = Template();
+void frmUploadData::Rename(RunNameTemplate parts) {
     if (parts.BaseName.empty()) {
         context_.Messages.Tell("You must enter a Base Name for the new run names.", MessageIcon::Warning);
         return;
     }
-    const auto selected = SelectedRuns();
+    const auto selected = shownRuns_->SelectedRuns();
     if (selected.empty()) {
         context_.DesktopServices.Beep();
         return;
@@ -281,15 +297,34 @@ void frmUploadData::Rename() {
     Guarded(context_.Messages, [&] {
         if (RenameRuns(context_.Work, context_.Messages, TempFolder(), selected, parts)) OfferUndo(true);
     });
-    ShowNames();
-    txtTemplateRunNumber_->setText(ToQt(parts.RunNumber));
+    fraTemplate_->SetRunNumber(parts.RunNumber);
+    ShowRuns();
+}
+
+void frmUploadData::RenameThese() {
+    std::vector<int> rows;
+    for (int row = 0; row < vaSelRuns_->RowCount(); ++row)
+        if (std::ranges::find(stayed_, shownRuns_->RunAt(row).Name) != stayed_.end()) rows.push_back(row);
+    vaSelRuns_->SelectRows(rows);
+    vaSelRuns_->setFocus();
+    groupListed_.reset();
+    RunNameTemplate parts = fraTemplate_->Template();
+    const std::string number = FreeNumber(rows.size());
+    if (number.empty() && !parts.BaseName.empty()) {
+        context_.Messages.Tell("There are not " + std::to_string(rows.size()) +
+                                   " run numbers in a row free.\nChange the Base Name and try again.",
+                               MessageIcon::Warning);
+        return;
+    }
+    parts.RunNumber = number;
+    Rename(parts);
 }
 
 void frmUploadData::Undo() {
     Guarded(context_.Messages, [&] {
-        if (UndoRename(context_.Work, TempFolder(), SelectedRuns())) OfferUndo(false);
+        if (UndoRename(context_.Work, TempFolder(), shownRuns_->SelectedRuns())) OfferUndo(false);
     });
-    ShowNames();
+    ShowRuns();
 }
 
 void frmUploadData::DeleteSelected() {
@@ -315,14 +350,26 @@ void frmUploadData::MoveSelected() {
     const std::string& root = context_.State.Paths.StudyGroupRootPath;
     if (!CheckStudyGroup(context_.Files, context_.Messages, root, GroupName())) return;
     Guarded(context_.Messages, [&] {
-        if (!MoveRuns(context_.State, context_.Files, context_.Work, context_.Messages, GroupFolder(root, GroupName()),
-                      names))
-            return;
+        auto stayed = MoveRuns(context_.State, context_.Files, context_.Work, context_.Messages,
+                               GroupFolder(root, GroupName()), names);
+        if (!stayed) return;
+        stayed_ = std::move(*stayed);
         OfferUndo(false);
         vaSelRuns_->clearSelection();
-        for (UploadRun& run : runs_) run.PreviousName.clear();
+        for (int row = 0; row < vaSelRuns_->RowCount(); ++row) shownRuns_->RunAt(row).PreviousName.clear();
+        if (stayed_.size() < names.size()) RememberGroupOfRuns(context_.State, context_.Files, GroupName());
     });
+    groupListed_.reset();
     ListRuns();
+}
+
+void frmUploadData::ShowLastGroup() {
+    const std::string& root = context_.State.Paths.StudyGroupRootPath;
+    treSDFPath_->SetRoot(context_.Files, root);
+    const std::string last = LastGroupOfRuns(context_.State.Choices);
+    if (!IsSafeName(last) || !treSDFPath_->SelectFolder(GroupFolder(root, last))) return;
+    currentGroup_ = last;
+    TxtStudyGroup_->setText(ToQt(last));
 }
 
 void frmUploadData::MakeGroup() {

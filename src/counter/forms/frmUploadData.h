@@ -14,6 +14,7 @@
 #include "core/forms/FolderTree.h"
 #include "core/forms/LongList.h"
 #include "counter/forms/RunTable.h"
+#include "counter/forms/RunTemplateBox.h"
 #include "counter/modUpload.h"
 
 namespace vantor {
@@ -24,6 +25,9 @@ class frmUploadData : public QDialog {
 public:
     explicit frmUploadData(AppContext& context, const Upload& upload = {});
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     QGroupBox* BuildDirections();
     QGroupBox* BuildTemplate();
@@ -33,16 +37,26 @@ private:
     void ConnectControls();
 
     void Convert(const CounterFileChoice& file);
+    void ShowLastGroup();
     void ListRuns();
-    void ShowNames();
-    std::vector<UploadRun*> SelectedRuns();
+    /// Shows what follows from the runs that are listed, under the names that they have now.
+    void ShowRuns();
     std::vector<std::string> SelectedNames();
-    RunNameTemplate Template() const;
-    void ShowNextName();
+    std::size_t CountToRename() const;
+    /// Shows what is offered for the template's fields.
+    void ShowOffers();
+    /// The direction of the runs that are selected, of all where none is; empty where their logs tell none or several.
+    std::string DirectionOfRuns() const;
+    /// The names of the current Study Group's runs, listed anew where `groupListed_` is another one.
+    const std::vector<std::string>& RunsOfGroup();
+    /// The lowest number from which so many names of the template are taken neither in the Study Group nor in the
+    /// temporary runs folder; empty where there is none.
+    std::string FreeNumber(std::size_t count);
 
     bool OffersUndo() const;
     void OfferUndo(bool undo);
-    void Rename();
+    void Rename(RunNameTemplate parts);
+    void RenameThese();
     void Undo();
     void DeleteSelected();
     void MoveSelected();
@@ -54,18 +68,18 @@ private:
 
     AppContext& context_;
     const UploadOf uploadOf_;
-    std::vector<UploadRun> runs_;  ///< in the order of the listing; rows refer to them by index
-    std::string currentGroup_;     ///< the Study Group chosen or made last
+    std::string currentGroup_;         ///< the Study Group chosen or made last
+    std::vector<std::string> stayed_;  ///< of the last move, for the Study Group had runs of their names
+    std::optional<std::string> groupListed_;
+    std::vector<std::string> runsOfGroup_;  ///< of that one
 
-    QLineEdit* txtTemplateBaseName_ = nullptr;
-    QLineEdit* txtTemplateDir_ = nullptr;
-    QLineEdit* txtTemplateRunNumber_ = nullptr;
-    QLabel* lblNextName_ = nullptr;
-    QPushButton* BtnEditTemplate_ = nullptr;
+    RunTemplateBox* fraTemplate_ = nullptr;
     LongList* vaSelRuns_ = nullptr;
     std::optional<RunTable> shownRuns_;
     QPushButton* btnRename_ = nullptr;
     QPushButton* BtnDelete_ = nullptr;
+    QLabel* lblStayed_ = nullptr;
+    QPushButton* btnRenameThese_ = nullptr;
     FolderTree* treSDFPath_ = nullptr;
     QLineEdit* TxtStudyGroup_ = nullptr;
     QPushButton* btnStudyGroupDetails_ = nullptr;

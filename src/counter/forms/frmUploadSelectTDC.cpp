@@ -5,6 +5,8 @@
 #include <QVBoxLayout>
 
 #include "core/Paths.h"
+#include "core/RunRecords.h"
+#include "core/Text.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
@@ -21,7 +23,8 @@ std::string RootOf(const std::string& path) { return path.substr(0, path.find(Pa
 
 }  // namespace
 
-frmUploadSelectTDC::frmUploadSelectTDC(AppContext& context) : context_(context) {
+frmUploadSelectTDC::frmUploadSelectTDC(AppContext& context)
+    : context_(context), look_(context, [this](const RunsFound& found) { TellRunsInGroups(found); }) {
     setObjectName(QStringLiteral("frmUploadSelectTDC"));
     setWindowTitle(QStringLiteral("Select TDC Data"));
 
@@ -30,8 +33,7 @@ frmUploadSelectTDC::frmUploadSelectTDC(AppContext& context) : context_(context) 
     auto* files = Named<QSplitter>(folders, "splFiles");
     files->setOrientation(Qt::Vertical);
     files->addWidget(BuildFiles());
-    FrFileDetails_ = Named<CounterStudiesFrame>(files, "FrFileDetails", QStringLiteral("File Details"));
-    files->addWidget(FrFileDetails_);
+    files->addWidget(BuildDetails());
     folders->setStretchFactor(0, 2);
     folders->setStretchFactor(1, 3);
     for (QSplitter* splitter : {files, folders}) splitter->setChildrenCollapsible(false);
@@ -39,11 +41,13 @@ frmUploadSelectTDC::frmUploadSelectTDC(AppContext& context) : context_(context) 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(Named<QLabel>(
         this, "lblInstructions", QStringLiteral("Choose the folder of the counter files, then the file to process.")));
+    layout->addLayout(BuildWaiting());
     layout->addWidget(folders, 1);
     layout->addLayout(BuildButtons());
     resize(820, 500);
 
     ConnectControls();
+    Guarded(context_.Messages, [this] { CountWaitingRuns(); });
     Guarded(context_.Messages, [this] { OpenFieldDataFolder(); });
     vaSelTDCFile_->setFocus();
     RememberLayout(*this, context_.Memory);
@@ -72,6 +76,25 @@ QWidget* frmUploadSelectTDC::BuildFiles() {
     return side;
 }
 
+QWidget* frmUploadSelectTDC::BuildDetails() {
+    FrFileDetails_ = Named<CounterStudiesFrame>(this, "FrFileDetails", QStringLiteral("File Details"));
+    lblInGroups_ = Named<WrappedLabel>(FrFileDetails_, "lblInGroups");
+    FrFileDetails_->layout()->addWidget(lblInGroups_);
+    return FrFileDetails_;
+}
+
+QLayout* frmUploadSelectTDC::BuildWaiting() {
+    lblWaiting_ = Named<QLabel>(this, "lblWaiting");
+    btnWaiting_ = Named<QPushButton>(this, "btnWaiting", QStringLiteral("&Go on with them"));
+    btnWaiting_->setAutoDefault(false);
+    btnWaiting_->setToolTip(QStringLiteral("Name these runs and move them into a Study Group"));
+    auto* row = new QHBoxLayout;
+    row->addWidget(lblWaiting_);
+    row->addWidget(btnWaiting_);
+    row->addStretch();
+    return row;
+}
+
 QLayout* frmUploadSelectTDC::BuildButtons() {
     BtnSelect_ = Named<QPushButton>(this, "BtnSelect", QStringLiteral("&Select"));
     BtnCancel_ = Named<QPushButton>(this, "BtnCancel", QStringLiteral("Cancel"));
@@ -92,8 +115,27 @@ void frmUploadSelectTDC::ConnectControls() {
     };
     Connect(vaSelTDCFile_, &Table::itemSelectionChanged, this, messages, [this] { ShowStudies(); });
     Connect(vaSelTDCFile_, &Table::itemDoubleClicked, this, messages, [this] { Select(); });
+    Connect(btnWaiting_, &QPushButton::clicked, this, messages, [this] { GoOnWithWaitingRuns(); });
     Connect(BtnSelect_, &QPushButton::clicked, this, messages, [this] { Select(); });
     Connect(BtnCancel_, &QPushButton::clicked, this, messages, [this] { reject(); });
+}
+
+void frmUploadSelectTDC::CountWaitingRuns() {
+    std::size_t count = 0;
+    context_.Work.Run("Counting the runs in Temp", [&count, folder = AsFolder(context_.State.Paths.TempRunsPath)](
+                                                       FileSystem& files, const Progress&) {
+        count = FilesWithExtension(files, folder, RunExtension).size();
+    });
+    lblWaiting_->setText(count == 0   ? QStringLiteral("No runs are waiting in Temp.")
+                         : count == 1 ? QStringLiteral("1 run is waiting in Temp.")
+                                      : QStringLiteral("%1 runs are waiting in Temp.").arg(count));
+    btnWaiting_->setEnabled(count > 0);
+    btnWaiting_->setAccessibleDescription(lblWaiting_->text());
+}
+
+void frmUploadSelectTDC::GoOnWithWaitingRuns() {
+    choice_ = {UploadOf::TemporaryRuns, std::nullopt};
+    accept();
 }
 
 void frmUploadSelectTDC::OpenFieldDataFolder() {
@@ -133,12 +175,25 @@ void frmUploadSelectTDC::ShowStudies() {
     const ListedCounterFile* file = SelectedFile();
     BtnSelect_->setEnabled(file != nullptr);
     FrFileDetails_->ShowFile(file);
+    lblInGroups_->clear();
+    look_.Stop();
+    if (file != nullptr) look_.LookFor(folder_ + file->Name + CounterFileExtension);
+}
+
+void frmUploadSelectTDC::TellRunsInGroups(const RunsFound& found) {
+    if (found.InGroups == 0) return;
+    constexpr std::size_t GroupsTold = 3;
+    lblInGroups_->setText(QStringLiteral("%1 of its %2 runs %3 in Study Groups already: %4")
+                              .arg(found.InGroups)
+                              .arg(found.All)
+                              .arg(found.InGroups == 1 ? QStringLiteral("is") : QStringLiteral("are"),
+                                   ToQt(FirstOf(found.Groups, GroupsTold))));
 }
 
 void frmUploadSelectTDC::Select() {
     const ListedCounterFile* file = SelectedFile();
     if (file == nullptr) return;
-    choice_ = {folder_, file->Name};
+    choice_ = {UploadOf::CounterFile, CounterFileChoice{folder_, file->Name}};
     accept();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QLabel>
 #include <QPushButton>
 #include <string>
 #include <vector>
@@ -10,15 +11,16 @@
 #include "core/forms/FolderTree.h"
 #include "core/forms/Table.h"
 #include "counter/forms/CounterFiles.h"
+#include "counter/forms/GroupLook.h"
 
 namespace vantor {
 
-/// Chooses the counter file to convert.
+/// Chooses the counter file to convert, or to go on with the runs that wait in the temporary runs folder.
 class frmUploadSelectTDC : public QDialog {
 public:
     explicit frmUploadSelectTDC(AppContext& context);
     /// When it was accepted.
-    const CounterFileChoice& Choice() const { return choice_; }
+    const Upload& Choice() const { return choice_; }
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -26,13 +28,18 @@ protected:
 private:
     QWidget* BuildFolders();
     QWidget* BuildFiles();
+    QWidget* BuildDetails();
+    QLayout* BuildWaiting();
     QLayout* BuildButtons();
     void ConnectControls();
 
     void OpenFieldDataFolder();
+    void CountWaitingRuns();
+    void GoOnWithWaitingRuns();
     void ListFolder(const std::string& folder);
     const ListedCounterFile* SelectedFile() const;
     void ShowStudies();
+    void TellRunsInGroups(const RunsFound& found);
     void Select();
 
     AppContext& context_;
@@ -41,9 +48,13 @@ private:
     CounterStudiesFrame* FrFileDetails_ = nullptr;
     QPushButton* BtnSelect_ = nullptr;
     QPushButton* BtnCancel_ = nullptr;
-    CounterFileChoice choice_;
+    WrappedLabel* lblInGroups_ = nullptr;
+    QLabel* lblWaiting_ = nullptr;
+    QPushButton* btnWaiting_ = nullptr;
+    Upload choice_;
     std::string folder_;
     std::vector<ListedCounterFile> listed_;
+    GroupLook look_;
 };
 
 }  // namespace vantor
