@@ -78,7 +78,7 @@ QWidget* frmMain::BuildStudyDetails() {
 
 QLayout* frmMain::BuildRunListHead(QWidget* parent) {
     lblNoneCounted_ = Named<QLabel>(parent, "lblNoneCounted",
-                                    QStringLiteral("No run counts yet: set both boundaries of a run in its details."));
+                                    QStringLiteral("No run counts yet: set both boundaries of a run on its speed profile."));
     auto* line = new QHBoxLayout;
     line->addWidget(LabelFor(vaRunList_, QStringLiteral("&Runs in this study")));
     line->addStretch();
@@ -97,13 +97,13 @@ QLayout* frmMain::BuildRunListButtons(QWidget* parent) {
     Connect(add("BtnAddRun", "&Add Run", "add-run"), &QPushButton::clicked, this, context_.Messages,
             [this] { AddRuns(); });
     btnDeleteRun_ = add("BtnDeleteRun", "De&lete Run", "delete-run");
-    btnDeleteRun_->setToolTip(QStringLiteral("Takes the run out of the study; its file stays"));
+    btnDeleteRun_->setToolTip(QStringLiteral("Take the run out of the study; its file stays"));
     Connect(btnDeleteRun_, &QPushButton::clicked, this, context_.Messages, [this] { DeleteActiveRun(); });
     btnShowDetails_ = add("BtnShowDetails", "Sho&w Details", "show-details");
-    btnShowDetails_->setToolTip(QStringLiteral("Shows the run's speed profile, where its boundaries are set"));
+    btnShowDetails_->setToolTip(QStringLiteral("Open the run's speed profile, where its boundaries are set"));
     Connect(btnShowDetails_, &QPushButton::clicked, this, context_.Messages, [this] { ShowDetails(); });
     btnEditRun_ = add("BtnEditRun", "&Edit Run", "edit");
-    btnEditRun_->setToolTip(QStringLiteral("Names and nodes of the run, its sensor data and statistics"));
+    btnEditRun_->setToolTip(QStringLiteral("Open the run details: names and nodes of the run, its sensor data and statistics"));
     Connect(btnEditRun_, &QPushButton::clicked, this, context_.Messages,
             [this] { ShowActiveRun(&Screens::ShowRunEditor); });
     line->addStretch();

@@ -33,7 +33,7 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
         {"&File", "mnuFileRevlap", "Process Revlap Data", "obd-log", {}, 0, "", log(LogKind::ObdLaptop)},
         {"&File", "mnuFileRevpad", "Process Revpad Data", "handheld-obd", {}, 0, "", log(LogKind::ObdHandheld)},
         {"&File", "", "", ""},
-        {"", "", "Show Details", "show-details", {}, ShowDetailsButton, "Details", to(&frmMain::ShowDetails)},
+        {"", "", "Show Details: the speed profile of the run", "show-details", {}, ShowDetailsButton, "Details", to(&frmMain::ShowDetails)},
         {"&File", "mnuFilePrint", "&Print Report", "print", Keys("Ctrl+P"), 9, "Print",
          [this] { context_.OtherScreens.ShowReportPreview(); }},
         {"&File", "mnuFilePrefs", "Preferences", "preferences", {}, 11, "Preferences", to(&frmMain::ShowPreferences)},
