@@ -54,7 +54,7 @@ ReportData LoadReportData(const Study& study, const AppSettings& settings, const
                           const std::string& folder, Date printed, const Progress& progress) {
     ReportData data;
     data.Contents = study;
-    data.StudyGroup = LastComponent(folder);
+    data.StudyGroup = LastComponent(WholePath(files, folder));
     data.Settings = settings;
     data.Printed = printed;
     for (int i = 1; i <= study.Record.RunCount; ++i) {

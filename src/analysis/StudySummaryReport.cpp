@@ -76,6 +76,12 @@ void AddStudyFields(ReportPages& pages, const ReportData& data) {
     pages.Skip(bottom - top + SectionGap);
 }
 
+/// A ratio as it is printed: the label's "3." and ".5" would look like misprints there.
+std::string PrintedRatio(std::string ratio) {
+    if (ratio.ends_with('.')) ratio += '0';
+    return ratio.starts_with('.') ? "0" + ratio : ratio;
+}
+
 /// The study's figures in large letters, side by side under their captions.
 void AddResults(ReportPages& pages, const ReportData& data) {
     const ResultLabels& labels = data.Labels;
@@ -86,7 +92,7 @@ void AddResults(ReportPages& pages, const ReportData& data) {
                                  {"LOS Grade", figure(labels.LOSGrade, "")}};
     if (data.Settings.EnableStopDelay != 0) {
         figures.push_back({"Average Stop Delay", figure(labels.AvgStopDelay, " s")});
-        figures.push_back({"Ratio of Control to Stop Delay", figure(labels.Ratio, "")});
+        figures.push_back({"Ratio of Control to Stop Delay", PrintedRatio(figure(labels.Ratio, ""))});
         const Units units = UnitsOf(data.Settings);
         figures.push_back({"Stop Speed Threshold", units.SpeedText(data.Settings.StopSpeedThreshold)});
     }

@@ -39,6 +39,11 @@ SheetCell IfThere(const TableRun& run, Value value) {
     return run.Row.Facts.IsRun() ? SheetCell(std::move(value)) : SheetCell();
 }
 
+template <Date (*Shown)(Date)>
+SheetCell DateCell(const TableRun& run, Date date) {
+    return IsValidDate(date) ? IfThere(run, Shown(date)) : SheetCell();
+}
+
 template <std::int32_t StudyRunEntry::*Feet>
 SheetCell LengthOf(const TableRun& run) {
     return IfThere(run, static_cast<double>(run.Shown.WholeLength(run.Entry.*Feet)));
@@ -51,14 +56,16 @@ SheetCell SpeedOf(const TableRun& run) {
 
 const std::array Columns = {
     TableColumn{{"Run Name", "General", 34}, [](const TableRun& run) { return SheetCell(RunFileName(run.Entry)); }},
-    TableColumn{{"Date", DayFormat, 10}, [](const TableRun& run) { return IfThere(run, run.Row.Facts.RunDate); }},
-    TableColumn{{"Time", TimeFormat, 8}, [](const TableRun& run) { return IfThere(run, run.Row.Facts.RunTime); }},
+    TableColumn{{"Date", DayFormat, 10},
+                [](const TableRun& run) { return DateCell<ShownDay>(run, run.Row.Facts.RunDate); }},
+    TableColumn{{"Time", TimeFormat, 8},
+                [](const TableRun& run) { return DateCell<ShownClock>(run, run.Row.Facts.RunTime); }},
     TableColumn{{"Type", "General", 11},
                 [](const TableRun& run) { return IfThere(run, RunTypeText(run.Row.Facts.RunTypeFlag)); }},
     TableColumn{{"Start Boundary (ft)", "0", 19}, LengthOf<&StudyRunEntry::CDStartDist>},
     TableColumn{{"End Boundary (ft)", "0", 18}, LengthOf<&StudyRunEntry::CDEndDist>},
-    TableColumn{{"Ideal Speed (mph)", "0", 18}, SpeedOf<&StudyRunEntry::IdealSpeedCalc>},
-    TableColumn{{"User Ideal Speed (mph)", "0", 22}, SpeedOf<&StudyRunEntry::IdealSpeedUser>},
+    TableColumn{{"Ideal Speed (MPH)", "0", 18}, SpeedOf<&StudyRunEntry::IdealSpeedCalc>},
+    TableColumn{{"User Ideal Speed (MPH)", "0", 22}, SpeedOf<&StudyRunEntry::IdealSpeedUser>},
     TableColumn{{"Control Delay (s)", "0", 17}, FigureOf<&StudyRunEntry::ControlDelay>},
     TableColumn{{"LOS Grade", "General", 11},
                 [](const TableRun& run) { return IfThere(run, std::string(TrimRight(run.Entry.LOSGrade))); }},
@@ -72,7 +79,7 @@ const std::array Columns = {
 /// A column whose head, written for feet and miles per hour, names the shown unit.
 SheetColumn ColumnIn(const Units& units, SheetColumn column) {
     if (!units.Metric) return column;
-    for (const auto& [english, metric] : {std::pair{"(ft)", "(m)"}, std::pair{"(mph)", "(kph)"}})
+    for (const auto& [english, metric] : {std::pair{"(ft)", "(m)"}, std::pair{"(MPH)", "(KPH)"}})
         if (const std::size_t at = column.Head.find(english); at != std::string::npos)
             column.Head.replace(at, std::string_view(english).size(), metric);
     return column;
@@ -86,12 +93,12 @@ SheetCell ItemCell(const std::array<const char*, Count>& items, std::int16_t pos
 
 SheetCell NumberCell(const std::optional<std::string>& label) { return label ? SheetCell(Val(*label)) : SheetCell(); }
 
-Sheet StudySheet(const StudyRecord& record, const std::string& folder, const ResultLabels& labels, int counted,
+Sheet StudySheet(const StudyRecord& record, const std::string& group, const ResultLabels& labels, int counted,
                  const std::string& withoutWarned) {
     return {"Study",
             {{"Field", "General", 24}, {"Value", "General", 44}},
             {{"Study Name", std::string(Trim(record.StudyName))},
-             {"Study Group", LastComponent(folder)},
+             {"Study Group", group},
              {"Study Date", ShortDate(record.StudyDate)},
              {"Street Name", std::string(Trim(record.StreetName))},
              {"Direction", ItemCell(DirectionItems, record.Direction)},
@@ -117,7 +124,7 @@ SheetField FieldOf(const SheetCell& cell, const SheetColumn& column) {
 
 }  // namespace
 
-OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows, const std::string& folder,
+OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows, const std::string& group,
                          const Units& units) {
     std::vector<TableRun> runs;
     for (int i = 1; i <= study.Record.RunCount; ++i)
@@ -127,7 +134,7 @@ OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows
     ComputeStudyResults(computed, rows, labels);
     const auto counted = std::ranges::count(rows, RunState::Counted, &RunListRow::State);
     const Sheet studySheet =
-        StudySheet(computed.Record, folder, labels, static_cast<int>(counted), AverageWithoutWarned(rows));
+        StudySheet(computed.Record, group, labels, static_cast<int>(counted), AverageWithoutWarned(rows));
 
     return {[runs, studySheet, units](const Progress&) {
                 Sheet list{"Runs", {}, {}};
@@ -155,7 +162,8 @@ std::optional<std::vector<RunListRow>> ExportStudy(FileSystem& files, const Stud
     constexpr double Read = 0.8;
     std::vector<RunListRow> rows = MakeRunListRows(study, files, folder, settings, progress.Part(0, Read));
     if (!progress.Part(0, Read)(1, 1)) return std::nullopt;
-    const OutgoingTable table = StudyTable(study, rows, folder, UnitsOf(settings));
+    const std::string group = LastComponent(WholePath(files, folder));
+    const OutgoingTable table = StudyTable(study, rows, group, UnitsOf(settings));
     if (!WriteTable(files, path, table, sheets, progress.Part(Read, 1))) return std::nullopt;
     return rows;
 }

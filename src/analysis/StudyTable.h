@@ -12,10 +12,10 @@
 namespace vantor {
 
 /// The run list of a study as a table: one row a run, in list order, with its boundaries, figures and warnings; what is
-/// no run has no figures, its state and the reason. `rows` are those of the run list, `folder` is its Study Group. As a
-/// workbook it has a second sheet, with the fields and the results of the study. Lengths and speeds are whole numbers
+/// no run has no figures, its state and the reason. `rows` are those of the run list, `group` names its Study Group. As
+/// a workbook it has a second sheet, with the fields and the results of the study. Lengths and speeds are whole numbers
 /// in `units`. Error 6 for averages that do not fit.
-OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows, const std::string& folder,
+OutgoingTable StudyTable(const Study& study, const std::vector<RunListRow>& rows, const std::string& group,
                          const Units& units = {});
 
 /// Reads the runs and writes that table to a file of the kind that its extension says, in place of what is there.

@@ -14,6 +14,7 @@
 #include "cli/CommandLine.h"
 #include "core/Paths.h"
 #include "core/StudyFile.h"
+#include "core/Text.h"
 #include "core/forms/Job.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
@@ -50,8 +51,9 @@ std::optional<WindowArguments> ReadWindowArguments(const std::vector<std::string
             window.StudyPath = arguments[i];
         } else if (arguments[i] == "--theme" && i + 1 < arguments.size()) {
             const std::string& theme = arguments[++i];
-            if (theme != "light" && theme != "dark") return std::nullopt;
-            window.Theme = theme == "dark" ? ThemeChoice::Dark : ThemeChoice::Light;
+            const bool isDark = EqualIgnoringCase(theme, "dark");
+            if (!isDark && !EqualIgnoringCase(theme, "light")) return std::nullopt;
+            window.Theme = isDark ? ThemeChoice::Dark : ThemeChoice::Light;
         } else {
             return std::nullopt;
         }
@@ -154,7 +156,8 @@ int main(int argc, char** argv) {
     const auto window = vantor::ReadWindowArguments(arguments);
     if (!window) {
         const int status = vantor::RunCommandLine(
-            arguments, {files, clock, databases, sheets, documents, vantor::TerminalProgress()}, std::cout, std::cerr);
+            arguments, {files, clock, databases, sheets, documents, vantor::TerminalProgress(), &std::cin}, std::cout,
+            std::cerr);
         return status == vantor::Stopped ? status + vantor::StoppingSignal() : status;
     }
     if (!vantor::HasDisplay()) {

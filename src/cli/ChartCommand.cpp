@@ -4,6 +4,7 @@
 #include "cli/Commands.h"
 #include "cli/RecordJson.h"
 #include "core/PictureFile.h"
+#include "cli/StandardInput.h"
 #include "core/StudyFile.h"
 
 namespace vantor {
@@ -40,11 +41,8 @@ Json ChartAsJson(const DelaySeries& series, const DelayScale& scale) {
 }
 
 int DrawChart(CommandContext& context, const std::string& path, const std::string& output, DelayRuns shown) {
-    const auto format = PictureFormatOf(output);
-    if (!format) {
-        context.Err << output << "\nA chart is a .png, .svg or .pdf file.\n";
-        return WrongUsage;
-    }
+    const auto format = output == StandardStream ? PictureFormat::Svg : PictureFormatOf(output);
+    if (!context.TakesOutput(output, format.has_value(), "A chart is a .png, .svg or .pdf file.")) return WrongUsage;
     const NamedFile file = TakeApart(path, StudyExtension, "study file");
     const auto study = LoadStudy(context.Files, file.Folder, file.Name);
     if (!study) {
@@ -55,10 +53,8 @@ int DrawChart(CommandContext& context, const std::string& path, const std::strin
     const DelaySeries series(*study, rows, shown);
     const std::string title = DelayChartTitle(*study);
     const Json result = ChartAsJson(series, DelayPictureScale(context.Documents, series, title));
-    WriteFile(context.Files, output, DelayChartPicture(context.Documents, series, title, *format),
-              AsItStands(context.Files, output));
     const ExitStatus status = context.TellOfRuns(rows);
-    context.Print(result);
+    context.PutOutput(output, DelayChartPicture(context.Documents, series, title, *format), result);
     return status;
 }
 
@@ -73,7 +69,8 @@ void AddChartCommand(CLI::App& studyGroup, CommandAction& chosen) {
             return DrawChart(context, *path, *output, *countedOnly ? DelayRuns::Counted : DelayRuns::All);
         });
     chart.add_option("FILE", *path, "A study file (.ld2)")->required();
-    chart.add_option("--output", *output, "The picture: a .png, .svg or .pdf file")->required();
+    chart.add_option("--output", *output, "The picture: a .png, .svg or .pdf file; - is an SVG on standard output")
+        ->required();
     chart.add_flag("--counted", *countedOnly, "Leave out the runs that are not in the study's average");
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "cli/StandardInput.h"
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
 #include "core/Text.h"
@@ -12,6 +13,11 @@ namespace {
 
 std::string Shown(const Json& value) {
     if (value.is_string()) return Printable(value.get<std::string>());
+    if (value.is_array()) {
+        std::vector<std::string> texts;
+        for (const Json& element : value) texts.push_back(Shown(element));
+        return Joined(texts, "; ");
+    }
     return value.is_null() ? "" : value.dump();
 }
 
@@ -33,11 +39,11 @@ void WriteTable(std::ostream& out, const Json& rows) {
     for (const auto& [key, value] : rows.front().items()) isNumber.push_back(value.is_number());
     std::vector<std::size_t> widths(lines.front().size());
     for (const auto& line : lines)
-        for (std::size_t i = 0; i < line.size(); ++i) widths[i] = std::max(widths[i], line[i].size());
+        for (std::size_t i = 0; i < line.size(); ++i) widths[i] = std::max(widths[i], CharactersIn(line[i]));
     for (const auto& line : lines) {
         std::string text;
         for (std::size_t i = 0; i < line.size(); ++i) {
-            const std::string fill(widths[i] - line[i].size(), ' ');
+            const std::string fill(widths[i] - CharactersIn(line[i]), ' ');
             text += (isNumber[i] ? fill + line[i] : line[i] + fill) + "  ";
         }
         out << TrimRight(text) << '\n';
@@ -92,6 +98,24 @@ void CommandContext::Print(const Json& result) const {
         Out << result.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
     else
         WriteReadable(Out, result);
+}
+
+bool CommandContext::TakesOutput(const std::string& output, bool isOfKind, const std::string& kinds) const {
+    const bool isStream = output == StandardStream;
+    if (isStream && AsJson)
+        Err << "--output - and --json both print to standard output. Leave one of them out.\n";
+    else if (!isStream && !isOfKind)
+        Err << output << '\n' << kinds << '\n';
+    return isStream ? !AsJson : isOfKind;
+}
+
+void CommandContext::PutOutput(const std::string& output, std::span<const std::byte> bytes, const Json& result) const {
+    if (output == StandardStream) {
+        Out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        return;
+    }
+    WriteFile(Files, output, bytes, AsItStands(Files, output));
+    Print(result);
 }
 
 NamedFile TakeApart(const std::string& path) {

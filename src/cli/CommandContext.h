@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 #include <ostream>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,13 @@ struct CommandContext {
     [[nodiscard]] ExitStatus TellOfRuns(const std::vector<RunListRow>& rows) const;
     /// Gets what is printed in place of Out, where it is there.
     Json* Collected = nullptr;
+
+    /// Whether a command can write to `output`: to "-", where no JSON is printed beside, or to a file of its kind,
+    /// which `kinds` says for a message. It is told why not.
+    bool TakesOutput(const std::string& output, bool isOfKind, const std::string& kinds) const;
+    /// Writes what a command makes: to standard output for "-", which then has nothing else, or to the file of that
+    /// path in place of what is there; then the result is printed.
+    void PutOutput(const std::string& output, std::span<const std::byte> bytes, const Json& result) const;
 
     /// Writes a command's result, as JSON or as lines to read.
     void Print(const Json& result) const;

@@ -6,6 +6,7 @@
 
 #include "cli/Commands.h"
 #include "cli/PrintableStream.h"
+#include "cli/StandardInput.h"
 #include "core/RunTimeError.h"
 #include "core/Settings.h"
 #include "core/Text.h"
@@ -87,23 +88,48 @@ const CLI::Validator& WholeNumber() {
     return validator;
 }
 
-int ShowEach(CommandContext& context, const std::vector<std::string>& paths,
-             const std::function<int(CommandContext&, const std::string& path)>& show) {
-    if (paths.size() == 1) return show(context, paths.front());
+namespace {
+
+/// What a command's error says, and its exit status.
+int StatusOf(std::ostream& err, const std::function<int()>& command) {
+    try {
+        return command();
+    } catch (const RunTimeError& error) {
+        err << error.Message() << '\n';
+    } catch (const std::bad_alloc&) {
+        err << OutOfMemoryError().Message() << '\n';
+    } catch (const CommandEnded&) {
+        return FatalFormat;
+    } catch (const std::exception& error) {
+        err << "The command was abandoned: " << error.what() << '\n';
+    }
+    return Failed;
+}
+
+}  // namespace
+
+int DoEach(CommandContext& context, const std::vector<std::string>& paths, const FileAction& action,
+           std::string_view inputExtension) {
+    const auto pathOf = [&](const std::string& path) {
+        return path == StandardStream && !inputExtension.empty() ? StandardInputPath(inputExtension) : path;
+    };
+    if (paths.size() == 1) return action(context, pathOf(paths.front()));
+    const ApplicationState before = context.State;
     Json all = Json::array();
     int worst = Done;
     for (const std::string& path : paths) {
-        Json shown;
-        context.Collected = context.AsJson ? &shown : nullptr;
-        try {
-            worst = std::max(worst, show(context, path));
-        } catch (const RunTimeError& error) {
-            context.Err << error.Message() << '\n';
-            worst = std::max<int>(worst, Failed);
-        }
+        Json result;
+        context.State = before;
+        context.Collected = &result;
+        worst = std::max(worst, StatusOf(context.Err, [&] { return action(context, pathOf(path)); }));
         context.Collected = nullptr;
-        all.push_back(std::move(shown));
-        if (!context.AsJson) context.Out << '\n';
+        if (worst == Stopped) return worst;
+        if (!context.AsJson && !result.is_null()) {
+            context.Out << Printable(path) << ":\n";
+            context.Print(result);
+            context.Out << '\n';
+        }
+        all.push_back(std::move(result));
     }
     if (context.AsJson) context.Print(all);
     return worst;
@@ -118,10 +144,45 @@ void AddJsonFlag(CLI::App& app, bool& asJson) {
         AddJsonFlag(*command, asJson);
 }
 
-/// What the library's message does not say: the word that nothing is known of.
-void NameWrongWord(const CLI::App& program, std::ostream& err) {
+/// The command that the words name as far as they are known.
+const CLI::App& NamedCommand(const CLI::App& program) {
+    const CLI::App* command = &program;
+    while (!command->get_subcommands().empty()) command = command->get_subcommands().front();
+    return *command;
+}
+
+/// What can follow the words that are known: commands, or the options of one.
+std::string WordsKnown(const CLI::App& command) {
+    std::vector<std::string> words;
+    for (const CLI::App* sub : command.get_subcommands([](const CLI::App* app) { return !app->get_name().empty(); }))
+        words.push_back(sub->get_name());
+    if (!words.empty()) return "Choose one of: " + Joined(words, ", ") + ".";
+    for (const CLI::Option* option :
+         command.get_options([](const CLI::Option* each) { return !each->get_positional(); }))
+        words.push_back(option->get_name());
+    return "Its options are: " + Joined(words, ", ") + ".";
+}
+
+/// Says what is wrong with the words of a command, and which word. The library names wrong values alone.
+void TellWrongUsage(const CLI::App& program, const CLI::ParseError& error, std::ostream& err) {
     const std::vector<std::string> unknown = program.remaining(true);
-    if (!unknown.empty()) err << "\"" << unknown.front() << "\" is not known here.\n";
+    const CLI::App& command = NamedCommand(program);
+    const bool hasCommands = !command.get_subcommands([](const CLI::App*) { return true; }).empty();
+    const bool isLacking = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError);
+    const bool isLeftOver = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
+    if (!unknown.empty() && unknown.front() == "--theme") {
+        err << "--theme opens the window light or dark: \"vantor [STUDY.ld2] --theme dark\".\n";
+    } else if (!unknown.empty() && (isLacking || isLeftOver)) {
+        err << "\"" << unknown.front() << "\" is not known here. ";
+        err << (hasCommands || unknown.front().starts_with('-') ? WordsKnown(command)
+                                                                : "A name with blanks needs quotes.")
+            << '\n';
+    } else if (isLacking && hasCommands) {
+        err << "A command is missing. " << WordsKnown(command) << '\n';
+    } else {
+        err << error.what() << '\n';
+    }
+    err << "Run with --help for more information.\n";
 }
 
 /// A result that nobody gets is none.
@@ -140,7 +201,8 @@ int RunCommandLine(const std::vector<std::string>& arguments, const CommandPorts
     PrintedMessages messages(err);
     NoDesktop desktop;
     PrintedEnd end(err);
-    CommandContext context{{},           ports.Files,     messages, desktop, ports.Time, ports.Databases,
+    FilesAndInput files(ports.Files, ports.In);
+    CommandContext context{{},           files,           messages, desktop, ports.Time, ports.Databases,
                            ports.Sheets, ports.Documents, end,      out,     err};
     context.Work = ports.Work;
 
@@ -162,24 +224,14 @@ int RunCommandLine(const std::vector<std::string>& arguments, const CommandPorts
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
         program.parse(std::move(reversed));
     } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() != 0) NameWrongWord(program, err);
-        return AfterWriting(program.exit(error, out, err) == 0 ? Done : WrongUsage, out, err);
+        if (error.get_exit_code() == 0) return AfterWriting((program.exit(error, out, err), Done), out, err);
+        TellWrongUsage(program, error, err);
+        return AfterWriting(WrongUsage, out, err);
     }
-    try {
+    return StatusOf(err, [&] {
         LoadSettings(context.State, ports.Files);
         return AfterWriting(chosen(context), out, err);
-    } catch (const RunTimeError& error) {
-        err << error.Message() << '\n';
-        return Failed;
-    } catch (const std::bad_alloc&) {
-        err << OutOfMemoryError().Message() << '\n';
-        return Failed;
-    } catch (const CommandEnded&) {
-        return FatalFormat;
-    } catch (const std::exception& error) {
-        err << "The command was abandoned: " << error.what() << '\n';
-        return Failed;
-    }
+    });
 }
 
 }  // namespace vantor

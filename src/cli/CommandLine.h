@@ -20,7 +20,8 @@ struct CommandPorts {
     const DatabaseEngine& Databases;
     const Spreadsheet& Sheets;
     const DocumentWriter& Documents;
-    Progress Work{};  ///< of long commands
+    Progress Work{};             ///< of long commands
+    std::istream* In = nullptr;  ///< standard input
 };
 
 /// Runs one command, for example {"study", "show", "AM.ld2", "--json"}, and returns the exit status: 0 done,

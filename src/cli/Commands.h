@@ -17,10 +17,12 @@ CLI::App& AddCommand(CLI::App& parent, CommandAction& chosen, const std::string&
 /// For options that are whole numbers: decimal ones, leading zeros allowed ("0300" is 300).
 const CLI::Validator& WholeNumber();
 
-/// Does `show` for each file. What it prints of one file is the result, of several a list in their order, with nothing
-/// in place of a file that fails; the others are shown all the same. The status is the worst one.
-int ShowEach(CommandContext& context, const std::vector<std::string>& paths,
-             const std::function<int(CommandContext&, const std::string& path)>& show);
+using FileAction = std::function<int(CommandContext&, const std::string& path)>;
+/// Does `action` for each file, as a command of its own would. What it prints of one file is the result, of several a
+/// list in their order, with nothing in place of a file that fails; the others are done all the same. The status is the
+/// worst one; a stopped one ends all. With an extension "-" is standard input, as a file of that kind.
+int DoEach(CommandContext& context, const std::vector<std::string>& paths, const FileAction& action,
+           std::string_view inputExtension = {});
 
 // Each adds its group of commands to the program.
 void AddSettingsCommands(CLI::App& program, CommandAction& chosen);

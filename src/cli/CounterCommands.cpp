@@ -45,20 +45,27 @@ void AddCounterCommands(CLI::App& program, CommandAction& chosen) {
     CLI::App* group = program.add_subcommand("counter", "The dump of a traffic counter");
     group->fallthrough()->require_subcommand(1);
 
-    auto path = std::make_shared<std::string>();
     auto paths = std::make_shared<std::vector<std::string>>();
+    const char* const fileHelp = "Counter files (.tdc); - is standard input";
     auto folder = std::make_shared<std::string>();
-    CLI::App& studies = AddCommand(*group, chosen, "studies", "The studies of a counter file",
-                                   [=](CommandContext& context) { return ShowEach(context, *paths, ShowStudies); });
-    studies.add_option("FILE", *paths, "Counter files (.tdc)")->required();
+    CLI::App& studies =
+        AddCommand(*group, chosen, "studies", "The studies of a counter file",
+                   [=](CommandContext& context) { return DoEach(context, *paths, ShowStudies, CounterFileExtension); });
+    studies.add_option("FILE", *paths, fileHelp)->required();
 
-    CLI::App& check = AddCommand(*group, chosen, "check", "The whole runs of a counter file, and what is hurt in it",
-                                 [=](CommandContext& context) { return ShowEach(context, *paths, CheckFile); });
-    check.add_option("FILE", *paths, "Counter files (.tdc)")->required();
+    CLI::App& check =
+        AddCommand(*group, chosen, "check", "The whole runs of a counter file, and what is hurt in it",
+                   [=](CommandContext& context) { return DoEach(context, *paths, CheckFile, CounterFileExtension); });
+    check.add_option("FILE", *paths, fileHelp)->required();
 
-    CLI::App& convert = AddCommand(*group, chosen, "convert", "Make a run file of every record",
-                                   [=](CommandContext& context) { return ConvertFile(context, *path, *folder); });
-    convert.add_option("FILE", *path, "A counter file (.tdc)")->required();
+    CLI::App& convert =
+        AddCommand(*group, chosen, "convert", "Make a run file of every record", [=](CommandContext& context) {
+            const auto convertOne = [&](CommandContext& each, const std::string& path) {
+                return ConvertFile(each, path, *folder);
+            };
+            return DoEach(context, *paths, convertOne, CounterFileExtension);
+        });
+    convert.add_option("FILE", *paths, fileHelp)->required();
     convert.add_option("--to", *folder, "The folder for the run files")->required();
 }
 

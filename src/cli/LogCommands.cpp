@@ -156,19 +156,19 @@ void AddLogCommands(CLI::App& program, CommandAction& chosen) {
     CLI::App* group = program.add_subcommand("log", "The log of a GPS or OBD logger");
     group->fallthrough()->require_subcommand(1);
 
-    auto arguments = std::make_shared<LogArguments>();
+    auto isSigned = std::make_shared<bool>(false);
     auto folder = std::make_shared<std::string>();
     auto withRows = std::make_shared<bool>(false);
     auto gaps = std::make_shared<std::string>();
     auto paths = std::make_shared<std::vector<std::string>>();
-    const char* const fileHelp = "A log (.gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb, .pdb)";
+    const char* const fileHelp = "Logs (.gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb, .pdb)";
     const auto addSigned = [&](CLI::App& command) {
-        command.add_flag("--signed", arguments->HasSignedCoordinates,
+        command.add_flag("--signed", *isSigned,
                          "The logger writes signs: positions stay as read, longitudes are not taken for western ones");
     };
     CLI::App& show = AddCommand(*group, chosen, "show", "What a log holds", [=](CommandContext& context) {
-        return ShowEach(context, *paths, [&](CommandContext& each, const std::string& file) {
-            return ShowLog(each, {file, arguments->HasSignedCoordinates}, *withRows);
+        return DoEach(context, *paths, [&](CommandContext& each, const std::string& file) {
+            return ShowLog(each, {file, *isSigned}, *withRows);
         });
     });
     show.add_option("FILE", *paths, fileHelp)->required();
@@ -176,9 +176,12 @@ void AddLogCommands(CLI::App& program, CommandAction& chosen) {
     show.add_flag("--rows", *withRows, "Its rows too, in order and with their times repaired");
 
     CLI::App& convert =
-        AddCommand(*group, chosen, "convert", "Make a run file of every run",
-                   [=](CommandContext& context) { return ConvertLog(context, *arguments, *folder, !gaps->empty()); });
-    convert.add_option("FILE", arguments->Path, fileHelp)->required();
+        AddCommand(*group, chosen, "convert", "Make a run file of every run", [=](CommandContext& context) {
+            return DoEach(context, *paths, [&](CommandContext& each, const std::string& file) {
+                return ConvertLog(each, {file, *isSigned}, *folder, !gaps->empty());
+            });
+        });
+    convert.add_option("FILE", *paths, fileHelp)->required();
     addSigned(convert);
     convert.add_option("--to", *folder, "The folder for the run files")->required();
     convert

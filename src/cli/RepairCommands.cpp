@@ -10,7 +10,7 @@ namespace vantor {
 namespace {
 
 struct RepairOptions {
-    std::string Path;
+    std::vector<std::string> Paths;
     std::optional<std::string> Output;         ///< nothing for a repair in place
     std::optional<std::int16_t> SmoothFactor;  ///< nothing for De-Spike
 };
@@ -34,11 +34,11 @@ void Write(CommandContext& context, RunRecord& run, const NamedFile& file, const
         WriteRunFile(context.Files, run, file.Folder, file.Name, expected);
 }
 
-int RepairRun(CommandContext& context, const RepairOptions& options) {
-    const NamedFile source = TakeApart(options.Path, RunExtension, "run file");
+int RepairRun(CommandContext& context, const RepairOptions& options, const std::string& path) {
+    const NamedFile source = TakeApart(path, RunExtension, "run file");
     const bool isInPlace = !options.Output;
     const NamedFile target = isInPlace ? source : TakeApartOutput(context, *options.Output);
-    const Expected there = isInPlace ? AsItStands(context.Files, options.Path) : Expected::Nothing();
+    const Expected there = isInPlace ? AsItStands(context.Files, path) : Expected::Nothing();
     auto run = ReadRunFile(context.Files, context.Messages, source.Folder, source.Name);
     if (!run) return Failed;
     const SensorData data(run->Header.CalConstant, context.State.Settings);
@@ -50,13 +50,23 @@ int RepairRun(CommandContext& context, const RepairOptions& options) {
     return Done;
 }
 
+int RepairRuns(CommandContext& context, const RepairOptions& options) {
+    if (options.Output && options.Paths.size() > 1) {
+        context.Err << "--output is for one FILE. Leave it out to repair several in place.\n";
+        return WrongUsage;
+    }
+    return DoEach(context, options.Paths,
+                  [&](CommandContext& each, const std::string& path) { return RepairRun(each, options, path); });
+}
+
 CLI::App& AddRepair(CLI::App& runGroup, CommandAction& chosen, const char* name, const char* description,
                     const std::shared_ptr<RepairOptions>& options) {
     CLI::App& command = AddCommand(runGroup, chosen, name, description,
-                                   [options](CommandContext& context) { return RepairRun(context, *options); });
-    command.add_option("FILE", options->Path, "A run file (.rd2); as it was it stays as .rd2.bak, .bak2 and so on")
+                                   [options](CommandContext& context) { return RepairRuns(context, *options); });
+    command.add_option("FILE", options->Paths, "Run files (.rd2); as they were they stay as .rd2.bak, .bak2 and so on")
         ->required();
-    command.add_option("--output", options->Output, "Leave FILE as it is and write the repaired run there (.rd2)");
+    command.add_option("--output", options->Output,
+                       "Leave the one FILE as it is and write the repaired run there (.rd2)");
     return command;
 }
 

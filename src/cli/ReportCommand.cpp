@@ -33,10 +33,9 @@ ReportChoice ChoiceOf(const ReportOptions& options) {
 }
 
 int PrintReport(CommandContext& context, const ReportOptions& options) {
-    if (!HasExtension(options.Output, PdfExtension)) {
-        context.Err << options.Output << "\nGive the report a name that ends in " << PdfExtension << ".\n";
+    if (!context.TakesOutput(options.Output, HasExtension(options.Output, PdfExtension),
+                             "Give the report a name that ends in .pdf."))
         return WrongUsage;
-    }
     const NamedFile file = TakeApart(options.Path, StudyExtension, "study file");
     const auto study = LoadStudy(context.Files, file.Folder, file.Name);
     if (!study) {
@@ -49,9 +48,8 @@ int PrintReport(CommandContext& context, const ReportOptions& options) {
     const PagedDocument document = MakeReport(data, ChoiceOf(options), context.Documents.Measure());
     const auto bytes = context.Documents.Pdf(document, context.Work.Part(Loaded, 1));
     if (!context.Work(1, 1)) return Stopped;
-    WriteFile(context.Files, options.Output, bytes, AsItStands(context.Files, options.Output));
     for (const std::string& problem : data.Problems) context.Err << problem << '\n';
-    context.Print({{"pages", document.Pages.size()}});
+    context.PutOutput(options.Output, bytes, {{"pages", document.Pages.size()}});
     return data.Problems.empty() ? Done : Failed;
 }
 
@@ -62,7 +60,7 @@ void AddReportCommand(CLI::App& studyGroup, CommandAction& chosen) {
     CLI::App& report = AddCommand(studyGroup, chosen, "report", "Print the reports on a study as a PDF file",
                                   [options](CommandContext& context) { return PrintReport(context, *options); });
     report.add_option("FILE", options->Path, "A study file (.ld2)")->required();
-    report.add_option("--output", options->Output, "The report to write (.pdf)")->required();
+    report.add_option("--output", options->Output, "The report to write (.pdf); - is standard output")->required();
     report.add_option("--paper", options->PaperName, "letter or a4")
         ->transform(CLI::IsMember({"letter", "a4"}, CLI::ignore_case));
     report.add_flag("--landscape", options->IsLandscape, "Wide pages");

@@ -12,6 +12,8 @@
 namespace vantor {
 namespace {
 
+constexpr const char* RunFilesHelp = "Run files (.rd2 or .rdf); - is standard input with a .rd2";
+
 std::optional<RunRecord> LoadRun(CommandContext& context, const std::string& path) {
     const NamedFile file = TakeApart(path);
     if (file.Extension == Ver1RunExtension) {
@@ -55,7 +57,7 @@ int ConvertRun(CommandContext& context, const std::string& path) {
 }
 
 struct DelayOptions {
-    std::string Path;
+    std::vector<std::string> Paths;
     std::optional<std::int32_t> StartDist;
     std::optional<std::int32_t> EndDist;
     std::optional<std::int32_t> StartSample;
@@ -72,12 +74,8 @@ std::vector<std::string> WarningsOf(const RunRecord& run, const StudyRunEntry& e
     return RunWarnings(entry, FactsOf(reading, entry, settings));
 }
 
-int ShowDelay(CommandContext& context, const DelayOptions& options) {
-    if (!options.StartDist && !options.StartSample) {
-        context.Err << "Give --start-dist and --end-dist, or --start-sample and --end-sample.\n";
-        return WrongUsage;
-    }
-    const auto run = LoadRun(context, options.Path);
+int ShowDelay(CommandContext& context, const DelayOptions& options, const std::string& path) {
+    const auto run = LoadRun(context, path);
     if (!run) return Failed;
     AppSettings settings = context.State.Settings;
     settings.StopSpeedThreshold = options.StopSpeed.value_or(settings.StopSpeedThreshold);
@@ -103,11 +101,21 @@ int ShowDelay(CommandContext& context, const DelayOptions& options) {
     return Done;
 }
 
+int ShowDelays(CommandContext& context, const DelayOptions& options) {
+    if (!options.StartDist && !options.StartSample) {
+        context.Err << "Give --start-dist and --end-dist, or --start-sample and --end-sample.\n";
+        return WrongUsage;
+    }
+    return DoEach(
+        context, options.Paths,
+        [&](CommandContext& each, const std::string& path) { return ShowDelay(each, options, path); }, RunExtension);
+}
+
 void AddDelayCommand(CLI::App& group, CommandAction& chosen) {
     auto options = std::make_shared<DelayOptions>();
     CLI::App& delay = AddCommand(group, chosen, "delay", "Control delay and stop delay between two boundaries",
-                                 [options](CommandContext& context) { return ShowDelay(context, *options); });
-    delay.add_option("FILE", options->Path, "A run file (.rd2 or .rdf)")->required();
+                                 [options](CommandContext& context) { return ShowDelays(context, *options); });
+    delay.add_option("FILE", options->Paths, RunFilesHelp)->required();
     auto* distances = delay.add_option_group("distances");
     auto* startDist =
         distances->add_option("--start-dist", options->StartDist, "Start boundary, feet")->transform(WholeNumber());
@@ -184,26 +192,27 @@ void AddRunCommands(CLI::App& program, CommandAction& chosen) {
     CLI::App* group = program.add_subcommand("run", "One run file");
     group->fallthrough()->require_subcommand(1);
 
-    auto path = std::make_shared<std::string>();
     auto paths = std::make_shared<std::vector<std::string>>();
     auto withSamples = std::make_shared<bool>(false);
     CLI::App& show = AddCommand(*group, chosen, "show", "The header of a run file", [=](CommandContext& context) {
-        return ShowEach(context, *paths, [&](CommandContext& each, const std::string& file) {
+        const auto showOne = [&](CommandContext& each, const std::string& file) {
             return ShowRun(each, file, *withSamples);
-        });
+        };
+        return DoEach(context, *paths, showOne, RunExtension);
     });
-    show.add_option("FILE", *paths, "Run files (.rd2 or .rdf)")->required();
+    show.add_option("FILE", *paths, RunFilesHelp)->required();
     show.add_flag("--samples", *withSamples, "The sample values too");
 
     CLI::App& convert = AddCommand(*group, chosen, "convert", "Make a version 2 run of a version 1 file",
-                                   [=](CommandContext& context) { return ConvertRun(context, *path); });
-    convert.add_option("FILE", *path, "A version 1 run file (.rdf)")->required();
+                                   [=](CommandContext& context) { return DoEach(context, *paths, ConvertRun); });
+    convert.add_option("FILE", *paths, "Version 1 run files (.rdf)")->required();
 
     AddDelayCommand(*group, chosen);
 
-    CLI::App& stats = AddCommand(*group, chosen, "stats", "Travel time, stops and delay by section and in all",
-                                 [=](CommandContext& context) { return ShowEach(context, *paths, ShowStatistics); });
-    stats.add_option("FILE", *paths, "Run files (.rd2 or .rdf)")->required();
+    CLI::App& stats =
+        AddCommand(*group, chosen, "stats", "Travel time, stops and delay by section and in all",
+                   [=](CommandContext& context) { return DoEach(context, *paths, ShowStatistics, RunExtension); });
+    stats.add_option("FILE", *paths, RunFilesHelp)->required();
     AddRepairCommands(*group, chosen);
 }
 

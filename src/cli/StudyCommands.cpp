@@ -7,6 +7,8 @@
 #include "analysis/StudyTable.h"
 #include "cli/Commands.h"
 #include "cli/RecordJson.h"
+#include "cli/StandardInput.h"
+#include "core/Csv.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
@@ -181,19 +183,25 @@ int SetBoundsOfRuns(CommandContext& context, const BoundsOptions& options) {
 
 int ExportStudyTo(CommandContext& context, const std::string& path, const std::string& output) {
     const auto kinds = TableFileKinds();
-    if (std::ranges::none_of(kinds, [&](const FileKind& kind) { return HasExtension(output, kind.Extension); })) {
-        context.Err << output << "\nA run list is an .xls, .xlsx or .csv file.\n";
-        return WrongUsage;
-    }
+    const bool isTable =
+        std::ranges::any_of(kinds, [&](const FileKind& kind) { return HasExtension(output, kind.Extension); });
+    if (!context.TakesOutput(output, isTable, "A run list is an .xls, .xlsx or .csv file.")) return WrongUsage;
     const NamedFile file = TakeApart(path, StudyExtension, "study file");
     const auto study = LoadNamedStudy(context, file);
     if (!study) return Failed;
-    const auto rows =
-        ExportStudy(context.Files, *study, file.Folder, context.State.Settings, output, context.Sheets, context.Work);
-    if (!rows) return Stopped;
-    const ExitStatus status = context.TellOfRuns(*rows);
-    context.Print({{"rows", study->Record.RunCount}});
-    return status;
+    const AppSettings& settings = context.State.Settings;
+    std::optional<std::vector<RunListRow>> rows;
+    if (output == StandardStream) {
+        rows = MakeRunListRows(*study, context.Files, file.Folder, settings, context.Work);
+        if (!context.Work(1, 1)) return Stopped;
+        const std::string text = CsvText(StudyTable(*study, *rows, {}, UnitsOf(settings)).Rows({}));
+        context.Out << text;
+    } else {
+        rows = ExportStudy(context.Files, *study, file.Folder, settings, output, context.Sheets, context.Work);
+        if (!rows) return Stopped;
+        context.Print({{"rows", study->Record.RunCount}});
+    }
+    return context.TellOfRuns(*rows);
 }
 
 void AddExportCommand(CLI::App& group, CommandAction& chosen) {
@@ -202,7 +210,8 @@ void AddExportCommand(CLI::App& group, CommandAction& chosen) {
     CLI::App& command = AddCommand(group, chosen, "export", "Write the run list to a workbook or a CSV file",
                                    [=](CommandContext& context) { return ExportStudyTo(context, *path, *output); });
     command.add_option("FILE", *path, "A study file (.ld2)")->required();
-    command.add_option("--output", *output, "The table: an .xls, .xlsx or .csv file")->required();
+    command.add_option("--output", *output, "The table: an .xls, .xlsx or .csv file; - is CSV on standard output")
+        ->required();
 }
 
 void AddBoundsCommand(CLI::App& group, CommandAction& chosen) {
@@ -235,13 +244,18 @@ void AddStudyCommands(CLI::App& program, CommandAction& chosen) {
     create.add_option("RUN", *runs, "Names of its runs");
 
     CLI::App& show = AddCommand(*group, chosen, "show", "A study and its runs",
-                                [=](CommandContext& context) { return ShowEach(context, *paths, ShowStudy); });
+                                [=](CommandContext& context) { return DoEach(context, *paths, ShowStudy); });
     show.add_option("FILE", *paths, "Study files (.ld2)")->required();
 
     auto stopSpeed = std::make_shared<std::optional<std::int16_t>>();
-    CLI::App& compute = AddCommand(*group, chosen, "compute", "Compute the runs whose boundaries are set and the study",
-                                   [=](CommandContext& context) { return ComputeStudy(context, *path, *stopSpeed); });
-    compute.add_option("FILE", *path, "A study file (.ld2)")->required();
+    CLI::App& compute =
+        AddCommand(*group, chosen, "compute", "Compute the runs whose boundaries are set and the study",
+                   [=](CommandContext& context) {
+                       return DoEach(context, *paths, [&](CommandContext& each, const std::string& file) {
+                           return ComputeStudy(each, file, *stopSpeed);
+                       });
+                   });
+    compute.add_option("FILE", *paths, "Study files (.ld2)")->required();
     compute.add_option("--stop-speed", *stopSpeed, "Stop speed threshold, miles per hour")->transform(WholeNumber());
 
     AddBoundsCommand(*group, chosen);

@@ -25,11 +25,14 @@ struct Face {
 };
 
 /// Every colour of the windows with a light or a dark palette. Texts have a contrast of 4.5 : 1 or more to what they
-/// stand on, what is drawn in plots 3 : 1, both by the rule of WCAG 2.1; grids and edges are meant to be faint.
+/// stand on, what is drawn in plots and the edges of controls 3 : 1, by the rule of WCAG 2.1; grids and page edges are
+/// meant to be faint.
 struct Colours {
     // Windows and their controls.
     Colour Window{}, Base{}, AlternateBase{}, Text{}, DisabledText{}, Button{}, ToolTip{};
     Colour Highlight{}, HighlightedText{}, Link{};
+    /// The outlines of what is ticked, typed into or grouped: on `Window`.
+    Colour Edge{};
     /// Pages on a screen lie on the desk.
     Colour Desk{}, PageEdge{};
 
@@ -56,6 +59,7 @@ inline constexpr Colours LightColours = {
     .Highlight = Rgb(0x1F6FC4),
     .HighlightedText = Rgb(0xFFFFFF),
     .Link = Rgb(0x1F5FA8),
+    .Edge = Rgb(0x767A81),
     .Desk = Rgb(0xDFE1E4),
     .PageEdge = Rgb(0xB8BBC0),
     .Green = {Rgb(0xC0FFC0), Rgb(0x102A10)},
@@ -88,6 +92,7 @@ inline constexpr Colours DarkColours = {
     .Highlight = Rgb(0x2F6FB5),
     .HighlightedText = Rgb(0xFFFFFF),
     .Link = Rgb(0x6CB2FF),
+    .Edge = Rgb(0x80848A),
     .Desk = Rgb(0x3A3D41),
     .PageEdge = Rgb(0x101010),
     .Green = {Rgb(0x1E4D2B), Rgb(0xE3FFE3)},

@@ -132,6 +132,16 @@ std::string DashedDate(Date date) {
     return text;
 }
 
+Date ShownDay(Date date) {
+    const CivilTime civil = CivilOf(date);
+    return DateOf(civil.Year, civil.Month, civil.Day);
+}
+
+Date ShownClock(Date date) {
+    const CivilTime civil = CivilOf(date);
+    return TimeOf(civil.Hour, civil.Minute, civil.Second);
+}
+
 std::string IsoDateTime(Date date) {
     if (!IsValidDate(date)) return {};
     const CivilTime civil = CivilOf(date);

@@ -46,6 +46,10 @@ std::string WeekdayName(Date date);
 std::string ShortDate(Date date);
 std::string ShortTime(Date date);
 std::string DashedDate(Date date);
+/// The day and the time of day that those texts are of, for the cells of a table: spreadsheets cut what these round.
+/// Type mismatch (error 13) for no valid date.
+Date ShownDay(Date date);
+Date ShownClock(Date date);
 /// "YYYY-MM-DDTHH:MM:SS"; empty for no valid date.
 std::string IsoDateTime(Date date);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <span>
+#include <vector>
 
 #include "core/Numeric.h"
 #include "core/Text.h"
@@ -63,6 +64,26 @@ std::string LastComponent(std::string_view path) {
 }
 
 std::string FolderOf(std::string_view path) { return std::string(path.substr(0, NameStart(path))); }
+
+std::string WholePath(const FileSystem& files, std::string_view path) {
+    const std::string given =
+        AsFolder(IsAbsolutePath(path) ? std::string(path) : AsFolder(files.CurrentFolder()) + std::string(path));
+    std::vector<std::string> parts;  // the first one is the drive, or nothing for the root
+    std::size_t start = 0;
+    for (std::size_t end = 0; end < given.size(); ++end) {
+        if (!IsSeparator(given[end])) continue;
+        const std::string part = given.substr(start, end - start);
+        start = end + 1;
+        const bool stays = part.empty() || part == ".";
+        if (parts.empty() || (!stays && part != ".."))
+            parts.push_back(part);
+        else if (part == ".." && parts.size() > 1)
+            parts.pop_back();
+    }
+    std::string whole = parts.front();
+    for (std::size_t i = 1; i < parts.size(); ++i) whole += PathSeparator + parts[i];
+    return parts.size() == 1 ? whole + PathSeparator : whole;
+}
 
 std::string BaseName(std::string_view path) {
     std::string name = LastComponent(path);

@@ -20,6 +20,8 @@ bool IsAbsolutePath(std::string_view path);
 std::string LastComponent(std::string_view path);
 /// The folder of a path with its final separator; empty where the path has none.
 std::string FolderOf(std::string_view path);
+/// The path from the root on, without "." and ".." and without a final separator but that of the root.
+std::string WholePath(const FileSystem& files, std::string_view path);
 /// The last component without its extension.
 std::string BaseName(std::string_view path);
 /// True when the name ends in the extension (".rd2"), letter case ignored, and is more than it.

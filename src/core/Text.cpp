@@ -46,6 +46,12 @@ std::string_view FirstCharacters(std::string_view text, std::size_t count) {
     return text.substr(0, at);
 }
 
+std::size_t CharactersIn(std::string_view text) {
+    std::size_t count = 0;
+    for (std::size_t at = 0; at < text.size(); ++count) NextCharacter(text, at);
+    return count;
+}
+
 std::string Joined(const std::vector<std::string>& texts, std::string_view separator) {
     std::string joined;
     for (const std::string& text : texts) {

@@ -21,6 +21,8 @@ bool EqualIgnoringCase(std::string_view left, std::string_view right);
 /// The first `count` characters of a text.
 std::string_view FirstCharacters(std::string_view text, std::size_t count);
 
+std::size_t CharactersIn(std::string_view text);
+
 /// The texts with the separator between them.
 std::string Joined(const std::vector<std::string>& texts, std::string_view separator);
 

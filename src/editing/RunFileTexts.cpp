@@ -106,6 +106,33 @@ void TakeField(const RunTextField& field, const std::string& text, RunHeader& he
     }
 }
 
+/// A start time is stored as it is shown, as it always was: without its seconds.
+bool IsShortened(const RunTextField& field, const RunHeader& header) {
+    return field.Text == &RunFileTexts::RunTime && IsValidDate(header.RunTime);
+}
+
+/// The names of nodes that were only shown and are now stored.
+std::string NamesTaken(const RunHeader& stored, const RunHeader& edited) {
+    std::vector<std::string> taken;
+    for (int node = 0; node < ShownNodes; ++node)
+        if (TrimRight(stored.SectionName[node]).empty() && edited.SectionName[node] == ShownName(stored, node) &&
+            !edited.SectionName[node].empty())
+            taken.push_back("\"" + edited.SectionName[node] + "\"");
+    return Joined(taken, ", ");
+}
+
+std::string NoteOnChange(std::string_view name, const RunHeader& stored, const RunHeader& edited) {
+    if (name == "SectionName") return NamesTaken(stored, edited);
+    for (const RunTextField& field : Fields) {
+        if (name != field.Name) continue;
+        const std::string before = field.ToText(stored);
+        const std::string after = field.ToText(edited);
+        if (before == after) return name == "RunTime" ? "without its seconds" : "";
+        return before.empty() || after.empty() ? "" : before + " to " + after;
+    }
+    return {};
+}
+
 }  // namespace
 
 std::span<const RunTextField> RunTextFields() { return Fields; }
@@ -128,7 +155,8 @@ RunRecord WithTexts(const RunRecord& run, const RunFileTexts& texts) {
     RunHeader& header = edited.Header;
     const RunFileTexts shown = TextsOf(header);
     for (const RunTextField& field : Fields)
-        if (texts.*field.Text != shown.*field.Text) TakeField(field, texts.*field.Text, header);
+        if (texts.*field.Text != shown.*field.Text || IsShortened(field, header))
+            TakeField(field, texts.*field.Text, header);
     for (int key = 1; key <= ShownKeys; ++key)
         if (texts.ButtonLabel[key] != shown.ButtonLabel[key])
             header.ButtonLabel[key] = FirstCharacters(texts.ButtonLabel[key], RunTextWidth);
@@ -144,13 +172,15 @@ RunRecord WithTexts(const RunRecord& run, const RunFileTexts& texts) {
     return edited;
 }
 
-std::vector<std::string> DifferingFields(const RunHeader& left, const RunHeader& right) {
-    std::vector<std::string> names;
+std::vector<std::string> ChangesOf(const RunHeader& stored, const RunHeader& edited) {
+    std::vector<std::string> changes;
     const auto compare = [&](const auto& field) {
-        if (left.*field.Pointer != right.*field.Pointer) names.emplace_back(field.Name);
+        if (stored.*field.Pointer == edited.*field.Pointer) return;
+        const std::string note = NoteOnChange(field.Name, stored, edited);
+        changes.push_back(field.Name + (note.empty() ? note : " (" + note + ")"));
     };
     std::apply([&](const auto&... field) { (compare(field), ...); }, RunHeaderFields);
-    return names;
+    return changes;
 }
 
 }  // namespace vantor

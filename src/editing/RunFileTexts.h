@@ -58,7 +58,8 @@ std::span<const RunTextField> RunTextFields();
 RunFileTexts TextsOf(const RunHeader& header);
 
 /// The run with its header's values as `texts` say, taken in the order of the texts. A value whose text is that of
-/// TextsOf stays as it is to the last bit (a start time keeps its seconds); only "[Start]" and "[End]" become names.
+/// TextsOf stays as it is to the last bit, but "[Start]" and "[End]" become names, and a start time loses the seconds
+/// that its text does not have.
 ///
 /// Whole numbers are rounded, halves to even; CalConstant is its text's leading number, 0 where there is none; any text
 /// but "Before" is "After", any but "Primary" is "Secondary"; texts are cut at their widths. Duration is the number of
@@ -69,7 +70,8 @@ RunFileTexts TextsOf(const RunHeader& header);
 /// 6 for a number that does not fit (Duration: at most 32767), 9 for a Duration below 0.
 RunRecord WithTexts(const RunRecord& run, const RunFileTexts& texts);
 
-/// The names of the fields in which two headers differ, in the order of the file.
-std::vector<std::string> DifferingFields(const RunHeader& left, const RunHeader& right);
+/// The names of the fields that a save changes, in the order of the file, each with what can be said of it in short:
+/// "CalConstant (1000 to 1100)", "RunTime (without its seconds)", "SectionName (\"[Start]\")".
+std::vector<std::string> ChangesOf(const RunHeader& stored, const RunHeader& edited);
 
 }  // namespace vantor

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "core/Numeric.h"
+#include "core/Text.h"
 #include "core/Units.h"
 
 namespace vantor {
@@ -65,12 +66,43 @@ WordChanges SensorData::Smooth(const OneBased<std::int16_t>& words, std::int16_t
 std::int16_t SensorData::WithSpeed(std::int16_t word, std::int16_t typed) const {
     // Compared before it is converted, on purpose.
     if (typed == SpeedOf(word)) return word;
-    const std::int16_t mph = Round16(Units{isMetric_}.MphOfSpeed(typed));
+    return WithPulses(word, PulsesOfSpeed(Round16(Units{isMetric_}.MphOfSpeed(typed))));
+}
+
+std::int32_t SensorData::PulsesOfSpeed(std::int16_t mph) const {
     const std::int32_t feet =
         Round32(Quotient(mph, speedFactor_, "The speed factor of the settings is 0, so no speed can be set."));
-    const std::int32_t pulses = Round32(Quotient(
-        feet, feetPerPulse_, "The calibration constant of this run is 0.\nSet it in the run's details first."));
-    return WithPulses(word, pulses);
+    return Round32(Quotient(feet, feetPerPulse_,
+                            "The calibration constant of this run is 0.\nSet it in the run's details first."));
+}
+
+std::string SensorData::NoteOnSpeed(std::int16_t word, std::string_view typed) const {
+    constexpr int MostPulses = 255;
+    std::string note = NoteOnNumber(typed);
+    try {
+        const std::int16_t number = Round16(Val(typed));
+        const Units units{isMetric_};
+        const std::int32_t pulses = PulsesOfSpeed(Round16(units.MphOfSpeed(number)));
+        if (number == SpeedOf(word) || (pulses >= 0 && pulses <= MostPulses)) return note;
+        const auto shown = [&](std::int16_t ofWord) { return std::to_string(units.WholeSpeed(SpeedOf(ofWord))); };
+        const std::string limit = pulses < 0 ? "below 0" : "above " + shown(WithPulses(word, MostPulses));
+        return limit + " " + units.SpeedLabel() + ": wraps to " + shown(WithPulses(word, pulses));
+    } catch (const RunTimeError&) {
+        return note;  // which Enter tells
+    }
+}
+
+std::string NoteOnNumber(std::string_view typed) {
+    const std::string_view text = Trim(typed);
+    try {
+        const std::string number = std::to_string(Round16(Val(text)));
+        if (text.find_first_of("0123456789") == std::string_view::npos || (number == "0" && !NumberOfText(text, true)))
+            return "no number: counts as 0";
+        const auto whole = NumberOfText(text, true);
+        return whole && *whole == Val(number) ? "" : "counts as " + number;
+    } catch (const RunTimeError&) {
+        return "above 32767: no change";
+    }
 }
 
 }  // namespace vantor

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/AppSettings.h"
@@ -41,8 +43,14 @@ public:
     /// number equal to the word's speed in miles per hour leaves the word as it is, in both units. Error 11 where
     /// the speed factor or the calibration is 0.
     std::int16_t WithSpeed(std::int16_t word, std::int16_t typed) const;
+    /// What becomes of a text typed as a word's speed where it is not taken as it stands: "above 174 MPH: wraps to 83",
+    /// or what NoteOnNumber says; else empty.
+    std::string NoteOnSpeed(std::int16_t word, std::string_view typed) const;
 
 private:
+    /// The pulses of a speed in miles per hour, which a word may be too small for.
+    std::int32_t PulsesOfSpeed(std::int16_t mph) const;
+
     /// `IsBad(left, middle, right)`: the middle one of three speeds is to be replaced.
     template <class IsBad>
     WordChanges Repair(const OneBased<std::int16_t>& words, IsBad isBad) const;
@@ -52,5 +60,9 @@ private:
     double speedFactor_;
     bool isMetric_;
 };
+
+/// What a text counts as that is read as a 16-bit whole number and is none: "no number: counts as 0", "counts as 13";
+/// else empty.
+std::string NoteOnNumber(std::string_view typed);
 
 }  // namespace vantor

@@ -195,12 +195,11 @@ RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, std::span<c
         throw RunTimeError(ErrorNumber::DivisionByZero, "The speed factor of the settings is 0.");
     const RunSeconds run = SecondsOfRun(reviewed.Kind, points);
     const Date start = DateOfSeconds(run.First);
-    const CivilTime civil = CivilOf(start);
 
     RunRecord record;
     RunHeader& header = record.Header;
-    header.RunDate = DateOf(civil.Year, civil.Month, civil.Day);
-    header.RunTime = TimeOf(civil.Hour, civil.Minute, civil.Second);
+    header.RunDate = ShownDay(start);
+    header.RunTime = ShownClock(start);
     header.RunNumber = RunNumberOf(reviewed.Kind, *points.front());
     header.SiteCode = StudyName(reviewed);
     gaps = GapsOfRun(gaps, header.RunNumber);

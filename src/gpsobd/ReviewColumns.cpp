@@ -38,7 +38,7 @@ std::vector<ReviewColumn> ObdColumns() {
             {"Node", "Node", ColumnLook::Whole, &ObdPoint::Node},
             {"Date", "DateTime", ColumnLook::Day, &ObdPoint::DateTime},
             {"Time", "DateTime", ColumnLook::Time, &ObdPoint::DateTime},
-            {"Speed (mph)", "Speed", ColumnLook::Speed, &ObdPoint::Speed},
+            {"Speed (MPH)", "Speed", ColumnLook::Speed, &ObdPoint::Speed},
             {"Engine Speed (rpm)", "Rpm", ColumnLook::Number, &ObdPoint::Rpm},
             {"Load (%)", "Load", ColumnLook::Number, &ObdPoint::Load},
             {"Throttle (%)", "Throttle", ColumnLook::Number, &ObdPoint::Throttle},
@@ -87,9 +87,7 @@ SheetCell ValueOf(ColumnLook, float value) {
 }
 SheetCell ValueOf(ColumnLook look, Date value) {
     if (!IsValidDate(value)) return {};
-    const CivilTime civil = CivilOf(value);
-    if (look == ColumnLook::Day) return DateOf(civil.Year, civil.Month, civil.Day);
-    return TimeOf(civil.Hour, civil.Minute, civil.Second);
+    return look == ColumnLook::Day ? ShownDay(value) : ShownClock(value);
 }
 SheetCell ValueOf(ColumnLook, const std::string& value) { return std::string(TrimRight(value)); }
 

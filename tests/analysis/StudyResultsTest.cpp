@@ -123,7 +123,7 @@ protected:
     }
 
     OutgoingTable Table(const Units& units = {}) const {
-        return StudyTable(Contents, MakeRunListRows(Contents, Files, Folder, {}), Folder, units);
+        return StudyTable(Contents, MakeRunListRows(Contents, Files, Folder, {}), "AM Peak", units);
     }
 
     const std::string Folder = "/start/AM Peak/";
@@ -133,8 +133,8 @@ protected:
 
 TEST_F(StudyTableTest, TextsAreThoseOfTheRunList) {
     EXPECT_EQ(CsvText(Table().Rows({})),
-              "\xEF\xBB\xBFRun Name,Date,Time,Type,Start Boundary (ft),End Boundary (ft),Ideal Speed (mph),User Ideal "
-              "Speed (mph),Control Delay (s),LOS Grade,Stop Delay (s),Status,Warnings\r\n"
+              "\xEF\xBB\xBFRun Name,Date,Time,Type,Start Boundary (ft),End Boundary (ft),Ideal Speed (MPH),User Ideal "
+              "Speed (MPH),Control Delay (s),LOS Grade,Stop Delay (s),Status,Warnings\r\n"
               "NB-1,03/11/08,07:05,Primary,300,7600,35,0,61,E,19,Counted,start not reached; end not reached\r\n"
               "NB-2,03/11/08,07:05,Primary,300,7600,35,0,-4,E,19,Counted,start not reached; end not reached; negative "
               "control delay\r\n"
@@ -143,7 +143,7 @@ TEST_F(StudyTableTest, TextsAreThoseOfTheRunList) {
               "run from the list.\"\r\n");
     // 1609 m are 5280 ft: 91.4 m, 2316.0 m, 56.3 km/h.
     EXPECT_THAT(CsvText(Table({.Metric = true}).Rows({})),
-                AllOf(HasSubstr("Boundary (m),Ideal Speed (kph),User Ideal Speed (kph),"),
+                AllOf(HasSubstr("Boundary (m),Ideal Speed (KPH),User Ideal Speed (KPH),"),
                       HasSubstr("Primary,91,2316,56,0,61,E")));
 }
 
@@ -170,9 +170,20 @@ TEST_F(StudyTableTest, CellsHaveTheirKindsAndTheStudyItsSheet) {
     for (const Cells& field : fields) EXPECT_THAT(sheets[1].Rows, testing::Contains(field));
 }
 
+/// A spreadsheet cuts what the list rounds to the second.
+TEST_F(StudyTableTest, DaysAndTimesAreTheListsInBothKinds) {
+    RunRecord run = RunOfValues({10, 20});
+    run.Header.RunDate = {DateOf(2008, 3, 11).Days + 0.999999};
+    run.Header.RunTime = {0.9999988};  // 23:59:59.9
+    PutRunFile(Files, run, Folder, "NB-1");
+    EXPECT_THAT(CsvText(Table().Rows({})), HasSubstr("NB-1,03/12/08,00:00,"));
+    const Cells first = Table().Sheets({})[0].Rows.at(0);
+    EXPECT_EQ(Cells({first[1], first[2]}), Cells({DateOf(2008, 3, 12), TimeOf(0, 0)}));
+}
+
 TEST_F(StudyTableTest, AStudyWithoutCountedRunsHasNoAverages) {
     Study empty;
-    const std::vector<Sheet> sheets = StudyTable(empty, {}, Folder).Sheets({});
+    const std::vector<Sheet> sheets = StudyTable(empty, {}, "AM Peak").Sheets({});
     EXPECT_TRUE(sheets[0].Rows.empty());
     EXPECT_EQ(sheets[1].Rows.at(9).at(1), SheetCell());
 }

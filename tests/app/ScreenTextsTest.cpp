@@ -18,6 +18,7 @@
 
 #include "EveryScreen.h"
 #include "core/forms/Named.h"
+#include "core/forms/Theme.h"
 
 namespace vantor {
 namespace {
@@ -167,7 +168,18 @@ std::string Joined(const QStringList& lines) {
     return FromQt(shown.join(QLatin1Char('\n'))) + "\n";
 }
 
+/// `VANTOR_SCREEN_PICTURES=FOLDER` puts a picture of every screen into the folder, with VANTOR_DARK a dark one.
+void TakePicture(QWidget& window, const char* name) {
+    const QString folder = qEnvironmentVariable("VANTOR_SCREEN_PICTURES");
+    auto* tabs = window.findChild<QTabWidget*>();
+    for (int page = 0; !folder.isEmpty() && page < (tabs == nullptr ? 1 : tabs->count()); ++page) {
+        if (tabs != nullptr) tabs->setCurrentIndex(page);
+        window.grab().save(QStringLiteral("%1/%2-%3.png").arg(folder, QLatin1String(name)).arg(page));
+    }
+}
+
 QStringList TextOfOpened(const ScreenCase& screen, bool isFilled, QString* help) {
+    if (qEnvironmentVariableIsSet("VANTOR_DARK")) ApplyTheme(*qApp, ThemeChoice::Dark);
     ShownProgram program(isFilled);
     const auto window = screen.Open(program);
     window->show();
@@ -176,6 +188,7 @@ QStringList TextOfOpened(const ScreenCase& screen, bool isFilled, QString* help)
     if (const QWidget* focus = window->focusWidget()) lines.front() += FocusMark + focus->objectName();
     if (auto* button = window->findChild<QAbstractButton*>(QStringLiteral("cmdHelp"))) button->click();
     for (const std::string& page : program.DesktopServices.Opened) *help = ToQt(page.substr(page.find('#')));
+    if (isFilled) TakePicture(*window, screen.Name);
     window->hide();
     return lines;
 }

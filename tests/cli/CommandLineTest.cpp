@@ -119,6 +119,59 @@ TEST_F(CommandLine, WrongUsageIsStatusTwo) {
     EXPECT_THAT(Out, HasSubstr("delay"));
 }
 
+TEST_F(CommandLine, NamesTheWordThatIsWrong) {
+    for (const auto& [command, told] :
+         {std::pair{"study shw /g/S.ld2", "\"shw\" is not known here. Choose one of: new, show, compute, "},
+          {"study show --smples", "\"--smples\" is not known here. Its options are: --help, --json."},
+          {"study export AM Peak.ld2 --output x.csv",
+           "\"Peak.ld2\" is not known here. A name with blanks needs quotes."},
+          {"study", "A command is missing. Choose one of: new, "},
+          {"study report /g/S.ld2 --output x.pdf --paper A5", "--paper: A5 not in "},
+          {"study compute /g/S.ld2 --stop-speed 0x5", "--stop-speed: \"0x5\" is no whole decimal number"}}) {
+        EXPECT_EQ(Status(command), 2);
+        EXPECT_THAT(Err, StartsWith(told));
+    }
+}
+
+TEST_F(CommandLine, SeveralFilesAreEachDoneAsACommandOfTheirOwn) {
+    Files.PutText("/g/C.tdc", "T,1,1,S,0653,031108,1000\r\n1\r\n::::::::::::::::::::\r\n");
+    Files.PutText("/g/Letter.tdc", "Dear Sir,\r\n");
+    PutRun("Fünf", {10, 20});
+    PutRun("Zweiundzwanzig", {10, 20});
+    const json alone = Json("counter studies /g/C.tdc");
+    EXPECT_EQ(Status("counter studies /g/C.tdc /g/Letter.tdc /g/None.tdc /g/C.tdc --json"), 3) << "the worst";
+    EXPECT_EQ(json::parse(Out), json({alone, nullptr, nullptr, alone}));
+    EXPECT_THAT(Err, AllOf(HasSubstr("/g/Letter.tdc: record 1"), HasSubstr("/g/None.tdc")));
+    Json("study new /g S Fünf Zweiundzwanzig");
+    EXPECT_EQ(Json("study compute /g/S.ld2 /g/S.ld2").size(), 2U);
+    EXPECT_EQ(Status("study show /g/S.ld2 /g/Gone.ld2"), 1);
+    EXPECT_THAT(Out, AllOf(StartsWith("/g/S.ld2:\n"), HasSubstr("\nFünf                      0  "),
+                           HasSubstr("\nZweiundzwanzig            0  ")));
+    EXPECT_EQ(Status("run despike /g/Fünf.rd2 /g/Zweiundzwanzig.rd2 --output /g/X.rd2"), 2);
+}
+
+TEST_F(CommandLine, StandardInputAndOutputAreFiles) {
+    Files.CreateFolder("/g");
+    In = "T,1,1,S,0653,031108,1000\r\n1\r\n::::::::::::::::::::\r\n";
+    EXPECT_EQ(Json("counter studies -")[0]["Runs"], 1);
+    EXPECT_EQ(Json("counter convert - --to /g").size(), 1U);
+    PutRun("A", {10, 20, 30, 40});
+    const auto bytes = *Files.Bytes("/g/A.rd2");
+    In = std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    EXPECT_EQ(Json("run show -")["SampleCount"], 4);
+    Json("study new /g S A");
+    const auto files = Files.AllFiles();
+    EXPECT_EQ(Status("study export /g/S.ld2 --output -"), 0);
+    EXPECT_THAT(Out, AllOf(StartsWith("\xEF\xBB\xBFRun Name,"), HasSubstr("\r\nA,03/11/08,")));
+    for (const std::string command : {"report", "chart"}) {
+        EXPECT_EQ(Status("study " + command + " /g/S.ld2 --output -"), 0);
+        EXPECT_EQ(Out, command == "report" ? "%P" : "\x89P");
+        EXPECT_EQ(Status("study " + command + " /g/S.ld2 --output - --json"), 2);
+    }
+    EXPECT_EQ(Documents.Format, PictureFormat::Svg);
+    EXPECT_EQ(Files.AllFiles(), files);
+}
+
 TEST_F(CommandLine, MakesStudiesOnlyOfRunsThatAreThere) {
     for (const char* name : {"A", "B"}) PutRun(name, {10, 20, 30, 40});
     EXPECT_EQ(Status("study new /g S A Gone"), 1);

@@ -27,6 +27,7 @@ struct CommandRunner {
     FakeDocumentWriter Documents;
     /// How often a command may ask whether to go on.
     int AsksBeforeStop = std::numeric_limits<int>::max();
+    std::string In;  ///< standard input
     std::string Out;
     std::string Err;
 
@@ -37,8 +38,10 @@ struct CommandRunner {
         arguments.insert(arguments.end(), more.begin(), more.end());
         std::ostringstream out;
         std::ostringstream err;
+        std::istringstream in(In);
         const Progress goesOn([&](double) { return AsksBeforeStop-- > 0; });
-        const int status = RunCommandLine(arguments, {Files, Time, Databases, Sheets, Documents, goesOn}, out, err);
+        const int status =
+            RunCommandLine(arguments, {Files, Time, Databases, Sheets, Documents, goesOn, &in}, out, err);
         Out = out.str();
         Err = err.str();
         return status;

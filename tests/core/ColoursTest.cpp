@@ -2,25 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <utility>
 #include <vector>
 
+#include "Contrast.h"
+
 namespace vantor {
 namespace {
-
-/// Relative luminance and contrast by WCAG 2.1.
-double Luminance(Colour colour) {
-    const auto linear = [](int part) {
-        const double value = part / 255.0;
-        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.Red) + 0.7152 * linear(colour.Green) + 0.0722 * linear(colour.Blue);
-}
-double Contrast(Colour one, Colour other) {
-    const auto [dark, light] = std::minmax({Luminance(one), Luminance(other)});
-    return (light + 0.05) / (dark + 0.05);
-}
 
 TEST(Colours, ContrastIsReckonedAsPublished) {
     EXPECT_NEAR(Contrast(Rgb(0x000000), Rgb(0xFFFFFF)), 21, 1e-9);
@@ -48,6 +36,7 @@ TEST(Colours, TextsAndMarksStandOutFromWhatTheyStandOn) {
         for (const Colour mark : {all.Trace, all.Node, all.Key, all.Boundary, all.IdealSpeed, all.Delay, all.Average,
                                   all.AveragePoint, all.ClosedPort})
             EXPECT_GE(Contrast(mark, all.Base), 3);
+        EXPECT_GE(Contrast(all.Edge, all.Window), 3);
     }
     for (const Colour text : {PaperColours.Text, PaperColours.DimText})
         EXPECT_GE(Contrast(text, PaperColours.Base), 4.5);

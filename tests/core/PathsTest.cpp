@@ -40,6 +40,17 @@ TEST(Paths, ListsTheFilesOfAKind) {
     EXPECT_TRUE(FilesWithExtension(files, "/none", ".rd2").empty());
 }
 
+TEST(Paths, PathsFromTheRootOn) {
+    MemoryFileSystem files;  // whose current folder is /start
+    for (const auto& [path, whole] : {std::pair{"", "/start"},
+                                      {".", "/start"},
+                                      {"..", "/"},
+                                      {"../..", "/"},
+                                      {"a/./b//../c/", "/start/a/c"},
+                                      {"/x/../y", "/y"}})
+        EXPECT_EQ(WholePath(files, path), Native(whole)) << path;
+}
+
 TEST(Paths, TakesPathsApart) {
     EXPECT_EQ(AsFolder("a"), Native("a/"));
     EXPECT_EQ(AsFolder("/a/"), "/a/");

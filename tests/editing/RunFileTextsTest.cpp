@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/Text.h"
 #include "fakes/ThrowsError.h"
 #include "plots/Profiles.h"
 
@@ -51,11 +52,14 @@ TEST(RunFileTexts, ShowsEveryValue) {
     EXPECT_EQ(TextsOf(run.Header).SectionName[0] + TextsOf(run.Header).SectionName[3], "Oak St");
 }
 
-TEST(RunFileTexts, TextsAsTheyWereShownChangeNothingButTheTwoNames) {
+TEST(RunFileTexts, TextsAsTheyWereShownChangeNothingButTheTwoNamesAndTheSeconds) {
     Changed given;
     RunRecord expected = given.Run;
     Name(expected.Header, {"[Start]", "", "", "[End]"});
+    expected.Header.RunTime = TimeOf(7, 5);
     EXPECT_EQ(WithTexts(given.Run, given.Texts), expected);
+    EXPECT_EQ(Joined(ChangesOf(given.Run.Header, expected.Header), "; "),
+              "RunTime (without its seconds); SectionName (\"[Start]\", \"[End]\")");
     RunRecord damaged = given.Run;
     damaged.Header.RunDate.Days = damaged.Header.RunTime.Days = 1e300;
     EXPECT_EQ(WithTexts(damaged, TextsOf(damaged.Header)).Header.RunTime, damaged.Header.RunTime);

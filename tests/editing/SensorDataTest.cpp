@@ -90,6 +90,17 @@ TEST(SensorData, TypedSpeedBecomesPulses) {
         EXPECT_EQ(SensorData(calConstant, settings).WithSpeed(static_cast<std::int16_t>(word), typed), edited) << what;
     }
     AppSettings settings = EnglishSettings();
+    // A foot a pulse: 255 ft/s are 173.9 mph, 175 mph are 257 pulses, -1 mph are -1.
+    for (const auto& [typed, note] : {std::pair{"174", ""},
+                                      {"175", "above 174 MPH: wraps to 1"},
+                                      {"-1", "below 0 MPH: wraps to 174"},
+                                      {"12.6", "counts as 13"},
+                                      {"12 mph", "counts as 12"},
+                                      {"", "no number: counts as 0"},
+                                      {"fast", "no number: counts as 0"},
+                                      {" 0 ", ""},
+                                      {"40000", "above 32767: no change"}})
+        EXPECT_EQ(SensorData(1000, EnglishSettings()).NoteOnSpeed(44, typed), note) << typed;
     EXPECT_ERROR(DivisionByZero, SensorData(0, settings).WithSpeed(44, 30));
     EXPECT_EQ(SensorData(0, settings).WithSpeed(44, 0), 44);
     settings.SpeedFactor = 0;

@@ -96,8 +96,15 @@ TEST_F(frmEditPulseDataTest, TypedSpeedOfTheActivePoint) {
     EXPECT_EQ(Text("lblStatus"), "");
     TypeSpeed("30");
     EXPECT_EQ(Text("lblReadOut"), "Data point 2 of 7    Time 2 s    Speed 30 MPH    44 pulses    Delay button Delay 1");
-    TypeSpeed("fast");  // no number counts as 0
+    TypeInto("txtEditDataPoint", "fast");
+    EXPECT_EQ(Text("lblStatus"), "no number: counts as 0");
+    KeyIn("txtEditDataPoint", Qt::Key_Return);
     EXPECT_EQ(Box(), "0");
+    EXPECT_EQ(Text("lblStatus"), "Data point 2 changed from 30 to 0 MPH.");
+    TypeInto("txtEditDataPoint", "400");
+    EXPECT_EQ(Text("lblStatus"), "above 174 MPH: wraps to 51");  // 587 ft, 587 - 512 pulses
+    Plot().setFocus();
+    EXPECT_EQ(Text("lblStatus") + Box(), "0");
     Messages.Expect(
         "Run-time error '6':\nOverflow\n\nEdit Data: 40000\nEnter a whole number up to 32767 and try again.");
     TypeSpeed("40000");

@@ -43,7 +43,8 @@ TEST_F(frmEditRunFileTest, SavesTheTexts) {
                                       {"Notes", "Wet road"}})
         TypeInto(field, QLatin1String(text));
     EXPECT_EQ(Text("lblChanges"),
-              "Save changes SampleCount, CalConstant, Before, After, Duration, ButtonLabel, SectionName, Notes.");
+              "Save changes RunTime (without its seconds), SampleCount, CalConstant (1000 to 1100), Before, After, "
+              "Duration (6 to 4), ButtonLabel, SectionName (\"[Start]\", \"[End]\"), Notes.");
     PressKey(Qt::Key_Return);
     EXPECT_TRUE(IsAccepted());
     const RunRecord stored = OnDisk("A");
@@ -51,7 +52,7 @@ TEST_F(frmEditRunFileTest, SavesTheTexts) {
     EXPECT_EQ(std::tuple(stored.Header.CalConstant, stored.Header.After, stored.SampleValues.LastIndex()),
               std::tuple(1100, -1, 4));
     EXPECT_EQ(NamesOf(stored.Header, 2) + stored.Header.Notes, "[Start]|Oak StWet road");
-    EXPECT_EQ(stored.Header.RunTime, TimeOf(7, 5, 42)) << "its seconds are not shown, but kept";
+    EXPECT_EQ(stored.Header.RunTime, TimeOf(7, 5)) << "as it is shown";
     EXPECT_EQ(Backup(), FileBefore);
 
     // The longer run's copy outlives a save that changes no sample.

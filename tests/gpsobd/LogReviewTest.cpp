@@ -109,7 +109,7 @@ TEST_F(LogReviewTest, FindsAGapAndFillsIt) {
     PressKey(Qt::Key_Y, Qt::ControlModifier);
     expectFilled("35.0", "40.0");
     Press("btnFindMissingData");
-    EXPECT_EQ(Text("lblStatus"), "From row 17 on no row has -1 in column Speed (mph).");
+    EXPECT_EQ(Text("lblStatus"), "From row 17 on no row has -1 in column Speed (MPH).");
 }
 
 TEST_F(LogReviewTest, DeletesTheActiveRowAndPutsItBack) {
@@ -254,7 +254,7 @@ TEST_F(LogReviewTest, ExportsToAFileThatTheUserNames) {
         ".csv.");
     EXPECT_FALSE(exportTo("/start/out.txt"));
     EXPECT_EQ(exportTo("/start/out.csv"),
-              BytesOf("\xEF\xBB\xBFRun #,Direction,Node,Date,Time,Speed (mph),Engine Speed (rpm),Load (%),Throttle (%),"
+              BytesOf("\xEF\xBB\xBFRun #,Direction,Node,Date,Time,Speed (MPH),Engine Speed (rpm),Load (%),Throttle (%),"
                       "Coolant (\u00B0F),Intake Air (\u00B0F),Air Flow (g/s),Fuel Rate (gal/h),Delay #,Trouble Codes,"
                       "Monitor Status,Comment\r\n1,,0,05/14/03,6:00:00 AM,30,0,0,0,0,0,0,0,0,,,'=1+1\r\n"));
 }

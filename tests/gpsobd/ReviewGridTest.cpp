@@ -177,7 +177,7 @@ TEST(ReviewGrid, RepairsTheVehiclesSpeedOfCombinedLogs) {
     ReviewGrid grid(log);
     EXPECT_EQ(grid.ColumnCount(), 13 + 14);
     ASSERT_TRUE(grid.FindNextMissing());
-    EXPECT_EQ(grid.Column(grid.ActiveColumn()).Caption, "OBD Speed (mph)");
+    EXPECT_EQ(grid.Column(grid.ActiveColumn()).Caption, "OBD Speed (MPH)");
     grid.CalculateSpeed();
     EXPECT_EQ(grid.Edited().Points[0].Obd.Speed, 10.0F);
     EXPECT_EQ(grid.Edited().Points[0].Gps.Speed, 0.0F);

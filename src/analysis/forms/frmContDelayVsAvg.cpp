@@ -70,7 +70,7 @@ QLayout* frmContDelayVsAvg::BuildLegend() {
     legendNotCounted_ = add(DelayLegend::NotCounted, "LegendNotCounted", "lblLegendNotCounted");
 
     chkCountedOnly_ = Named<QCheckBox>(this, "chkCountedOnly", QStringLiteral("&Counted runs only"));
-    chkCountedOnly_->setToolTip(QStringLiteral("Leaves out the runs that are not in the study's average."));
+    chkCountedOnly_->setToolTip(QStringLiteral("Leave out the runs that are not in the study's average"));
     chkCountedOnly_->setChecked(context_.Memory.Recall(CountedOnlyKey) == "1");
     Connect(chkCountedOnly_, &QCheckBox::toggled, this, context_.Messages, [this](bool isOn) {
         context_.Memory.Store(CountedOnlyKey, isOn ? "1" : "0");
@@ -85,11 +85,11 @@ QLayout* frmContDelayVsAvg::BuildLegend() {
 
 QLayout* frmContDelayVsAvg::BuildButtons() {
     auto* BtnCopyPicture = Named<QPushButton>(this, "BtnCopyPicture", QStringLiteral("Copy &Picture"));
-    BtnCopyPicture->setToolTip(QStringLiteral("Copy the chart as a picture."));
+    BtnCopyPicture->setToolTip(QStringLiteral("Copy the chart as a picture"));
     auto* BtnCopyValues = Named<QPushButton>(this, "BtnCopyValues", QStringLiteral("Copy &Values"));
-    BtnCopyValues->setToolTip(QStringLiteral("Copy the values, ready to be pasted into a spreadsheet."));
+    BtnCopyValues->setToolTip(QStringLiteral("Copy the values, ready to be pasted into a spreadsheet"));
     auto* BtnSave = Named<QPushButton>(this, "BtnSave", QStringLiteral("&Save Chart..."));
-    BtnSave->setToolTip(QStringLiteral("Save the chart as a PNG, SVG or PDF file."));
+    BtnSave->setToolTip(QStringLiteral("Save the chart as a PNG, SVG or PDF file"));
     auto* btnExit = Named<QPushButton>(this, "btnExit", QStringLiteral("Exit"));
     btnExit->setDefault(true);
 

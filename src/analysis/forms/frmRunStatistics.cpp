@@ -87,7 +87,9 @@ QLayout* frmRunStatistics::BuildFigures() {
     lblLOS_ = Figure(this, "lblLOS", QStringLiteral("LOS Grade"));
 
     auto* row = new QHBoxLayout;
-    row->addWidget(LabelFor(vaRunStatistics_, QStringLiteral("Sec&tions between nodes")), 0, Qt::AlignBottom);
+    QLabel* lblSections = LabelFor(vaRunStatistics_, QStringLiteral("Sec&tions between nodes"));
+    lblSections->setToolTip(NoteOnHead(QStringLiteral("Section")));
+    row->addWidget(lblSections, 0, Qt::AlignBottom);
     row->addStretch();
     if (entry_ == nullptr) {
         lblContDelay->setText(QStringLiteral("Set both boundaries on the speed profile to see the control delay."));
@@ -112,7 +114,7 @@ QLayout* frmRunStatistics::BuildFigures() {
 
 QLayout* frmRunStatistics::BuildButtons() {
     auto* BtnCopy = Named<QPushButton>(this, "BtnCopy", QStringLiteral("&Copy"));
-    BtnCopy->setToolTip(QStringLiteral("Copy the table, ready to be pasted into a spreadsheet."));
+    BtnCopy->setToolTip(QStringLiteral("Copy the table, ready to be pasted into a spreadsheet"));
     auto* BtnSaveCsv = Named<QPushButton>(this, "BtnSaveCsv", QStringLiteral("&Save as CSV..."));
     auto* BtnClose = Named<QPushButton>(this, "BtnClose", QStringLiteral("Close"));
     BtnClose->setDefault(true);

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/forms/SortedModel.h"
+#include "core/forms/Table.h"
 
 namespace vantor {
 namespace {
@@ -49,6 +50,7 @@ public:
         if (orientation == Qt::Vertical) return {};
         const Column& column = ColumnAt(section);
         if (role == Qt::DisplayRole) return column.Head;
+        if (role == Qt::ToolTipRole && !NoteOnHead(column.Head).isEmpty()) return NoteOnHead(column.Head);
         if (role != Qt::TextAlignmentRole) return {};
         return static_cast<int>((column.IsNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     }

@@ -34,6 +34,8 @@ void SayWhetherEmpty(QTableWidget& table, const QString& emptyText) {
     table.setAccessibleDescription(table.rowCount() == 0 ? emptyText : QString());
 }
 
+constexpr const char* SectionsHead = "# of Sections";
+
 }  // namespace
 
 Table::Table(QWidget* parent) : QTableWidget(parent) {
@@ -46,6 +48,9 @@ Table::Table(QWidget* parent) : QTableWidget(parent) {
 void Table::SetColumns(const QStringList& heads) {
     setColumnCount(static_cast<int>(heads.size()));
     setHorizontalHeaderLabels(heads);
+    for (int column = 0; column < columnCount(); ++column)
+        if (const QString note = NoteOnHead(heads[column]); !note.isEmpty())
+            horizontalHeaderItem(column)->setToolTip(note);
 }
 
 void Table::SetEmptyText(const QString& text) {
@@ -108,6 +113,17 @@ void Table::paintEvent(QPaintEvent* event) {
     PaintEmptyText(*this, emptyText_);
 }
 
+QString NoteOnHead(const QString& head) {
+    if (head == QLatin1String(SectionsHead))
+        return QStringLiteral("The nodes of the run, its start and its end among them: one more than its sections.");
+    if (head == QLatin1String("Section"))
+        return QStringLiteral(
+            "From one node to the next. The # of Sections in lists of runs is one more: it counts the nodes, with "
+            "start "
+            "and end.");
+    return {};
+}
+
 QStringList RunColumns(const Units& units) {
     return {QStringLiteral("Name"),
             QStringLiteral("Date"),
@@ -115,7 +131,7 @@ QStringList RunColumns(const Units& units) {
             QStringLiteral("Type"),
             QStringLiteral("Length ") + ToQt(units.LengthTitle()),
             QStringLiteral("Duration (s)"),
-            QStringLiteral("# of Sections"),
+            QString::fromLatin1(SectionsHead),
             QStringLiteral("Before/After"),
             QStringLiteral("Notes")};
 }

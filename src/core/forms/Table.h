@@ -45,6 +45,9 @@ private:
     TableColumns* columns_;
 };
 
+/// What a column counts, where its head does not say it; for tips, empty for any other head.
+QString NoteOnHead(const QString& head);
+
 /// Lists of runs share these columns.
 QStringList RunColumns(const Units& units);
 /// Fills a row of a run list: name, date, time, type, length, duration, sections, before/after, notes.

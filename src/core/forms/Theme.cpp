@@ -1,12 +1,16 @@
 #include "core/forms/Theme.h"
 
+#include <QAbstractScrollArea>
 #include <QApplication>
+#include <QGroupBox>
 #include <QIconEngine>
 #include <QPainter>
 #include <QResource>
 #include <QStyleFactory>
+#include <QStyleOption>
 #include <QSvgRenderer>
 #include <QWidget>
+#include <algorithm>
 
 /// The icons lie in a static library; without this the linker leaves them out. The macro works outside namespaces only.
 static void LinkIcons() { Q_INIT_RESOURCE(icons); }
@@ -65,13 +69,54 @@ private:
     QByteArray svg_;
 };
 
+/// How much darker than the window Fusion draws the edge of a radio button, a line, a check box and a frame.
+constexpr double Radio = 1.5;
+constexpr double Line = 1.4;
+constexpr double Check = Line / 1.1;
+constexpr double Frame = Line / 1.08;
+
+/// Fusion draws the edges of controls in the window's colour, darkened by that factor, which no dark window shows: the
+/// palette under which they get ours.
+QPalette EdgePalette(QPalette palette, double darkened) {
+    const Colours& colours = ColoursOf(palette);
+    const QColor edge = Ink(colours.Edge);
+    palette.setColor(QPalette::Window, QColor::fromHsvF(edge.hsvHueF(), edge.hsvSaturationF(),
+                                                        std::min(1.0F, edge.valueF() * static_cast<float>(darkened))));
+    palette.setColor(QPalette::Highlight, Ink(colours.Link));
+    return palette;
+}
+
+/// Draws with another palette, for an option of that kind; nothing for any other.
+template <class Option, class Draw>
+bool DrawnUnder(const QPalette& palette, const QStyleOption* option, Draw draw) {
+    const auto* given = qstyleoption_cast<const Option*>(option);
+    if (given == nullptr) return false;
+    Option changed(*given);
+    changed.palette = palette;
+    draw(changed);
+    return true;
+}
+
+/// The colour of buttons from which Fusion makes the window's for a tab.
+QColor TabColour(const QColor& window) {
+    QColor button = window;
+    for (int i = 0; i < 4; ++i) {
+        const float lighter =
+            (100.0F + std::max(1.0F, static_cast<float>(180 - qGray(button.rgb())) / 6)) / 100 * 1.04F;
+        button = QColor::fromHsvF(std::max(window.hsvHueF(), 0.0F), std::min(1.0F, window.hsvSaturationF() / 0.75F),
+                                  window.valueF() / lighter);
+    }
+    return button;
+}
+
 QByteArray IconSource(const QString& name) {
     return QResource(QStringLiteral(":/icons/%1.svg").arg(name)).uncompressedData();
 }
 
 }  // namespace
 
-HouseStyle::HouseStyle(QStyle* base) : QProxyStyle(base) {}
+HouseStyle::HouseStyle(QStyle* base)
+    : QProxyStyle(base), isFusion_(baseStyle()->name().compare(QLatin1String("fusion"), Qt::CaseInsensitive) == 0) {}
 
 int HouseStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
     switch (metric) {
@@ -94,9 +139,85 @@ int HouseStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
     return QProxyStyle::styleHint(hint, option, widget, returned);
 }
 
+void HouseStyle::DrawGroupFrame(const QStyleOption& option, QPainter& painter, const QWidget* widget) const {
+    constexpr int Above = 3;
+    constexpr double Radius = 2.5;
+    const auto* box = qobject_cast<const QGroupBox*>(widget);
+    const bool hasTitle = box == nullptr || box->isCheckable() || !box->title().isEmpty();
+    const int title = std::max(pixelMetric(PM_ExclusiveIndicatorHeight, &option, widget), option.fontMetrics.height());
+    const QRectF frame = QRectF(option.rect).adjusted(0.5, (hasTitle ? title : 0) + Above + 0.5, -0.5, -0.5);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Ink(ColoursOf(option.palette).Edge));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(frame, Radius, Radius);
+    painter.restore();
+}
+
+void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const {
+    const auto draw = [&](const QStyleOption& changed) {
+        QProxyStyle::drawPrimitive(element, &changed, painter, widget);
+    };
+    if (isFusion_) {
+        const QPalette& palette = option->palette;
+        switch (element) {
+            case PE_IndicatorRadioButton:
+                if (DrawnUnder<QStyleOptionButton>(EdgePalette(palette, Radio), option, draw)) return;
+                break;
+            case PE_IndicatorCheckBox:
+                if (DrawnUnder<QStyleOptionButton>(EdgePalette(palette, Check), option, draw)) return;
+                break;
+            case PE_FrameLineEdit:
+                if (DrawnUnder<QStyleOptionFrame>(EdgePalette(palette, Line), option, draw)) return;
+                break;
+            case PE_Frame:
+                // Lists stand out by their ground.
+                if (qobject_cast<const QAbstractScrollArea*>(widget) == nullptr &&
+                    DrawnUnder<QStyleOptionFrame>(EdgePalette(palette, Frame), option, draw))
+                    return;
+                break;
+            case PE_FrameGroupBox: return DrawGroupFrame(*option, *painter, widget);
+            case PE_FrameTabWidget:
+                painter->fillRect(option->rect, palette.window());
+                painter->setPen(Ink(ColoursOf(palette).Edge));
+                return painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+            default: break;
+        }
+    }
+    draw(*option);
+}
+
+void HouseStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                                    const QWidget* widget) const {
+    const auto draw = [&](const QStyleOptionComplex& changed) {
+        QProxyStyle::drawComplexControl(control, &changed, painter, widget);
+    };
+    if (isFusion_ && (control == CC_ComboBox || control == CC_SpinBox)) {
+        const QPalette palette = EdgePalette(option->palette, Line);
+        if (DrawnUnder<QStyleOptionComboBox>(palette, option, draw)) return;
+        if (DrawnUnder<QStyleOptionSpinBox>(palette, option, draw)) return;
+    }
+    draw(*option);
+}
+
+void HouseStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                             const QWidget* widget) const {
+    const auto draw = [&](const QStyleOption& changed) {
+        QProxyStyle::drawControl(element, &changed, painter, widget);
+    };
+    if (isFusion_ && element == CE_TabBarTabShape) {
+        QPalette palette = EdgePalette(option->palette, Line);
+        palette.setColor(QPalette::Button, TabColour(option->palette.color(QPalette::Window)));
+        if (DrawnUnder<QStyleOptionTab>(palette, option, draw)) return;
+    }
+    draw(*option);
+}
+
 void ApplyTheme(QApplication& application, ThemeChoice choice) {
     LinkIcons();
-    const QString platformStyle = QApplication::style()->name();
+    const auto* ours = qobject_cast<QProxyStyle*>(QApplication::style());
+    const QString platformStyle = (ours != nullptr ? ours->baseStyle() : QApplication::style())->name();
     const bool platformHasOwn = platformStyle.compare(QLatin1String("windows"), Qt::CaseInsensitive) != 0;
     QApplication::setStyle(new HouseStyle(QStyleFactory::create(platformHasOwn ? platformStyle : "fusion")));
     if (choice == ThemeChoice::Dark) QApplication::setPalette(PaletteOf(DarkColours));

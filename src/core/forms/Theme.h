@@ -14,13 +14,25 @@ namespace vantor {
 
 enum class ThemeChoice { Desktop, Light, Dark };
 
-/// The platform's style with the program's margins and spacing, and without stock icons on dialog buttons.
+/// The platform's style with the program's margins and spacing, and without stock icons on dialog buttons. Where the
+/// platform has none, the edges of controls stand out on a dark ground, too, and pages of tabs have the window's.
 class HouseStyle : public QProxyStyle {
 public:
     explicit HouseStyle(QStyle* base);
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* returned) const override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+
+private:
+    void DrawGroupFrame(const QStyleOption& option, QPainter& painter, const QWidget* widget) const;
+
+    bool isFusion_;
 };
 
 /// Sets style, palette and application icon.

@@ -145,7 +145,7 @@ QLayout* frmEditPulseData::LayOutRepairs() {
         ActionButton(this, "btnSmoothData", QStringLiteral("S&mooth"), "smooth",
                      QStringLiteral("Replace each point that differs from the one before it by the factor"));
     txtSmoothingFactor_ =
-        NumberBox(this, "txtSmoothingFactor", QStringLiteral("A difference in speed, miles per hour"));
+        NumberBox(this, "txtSmoothingFactor", QStringLiteral("A difference in speed, in MPH"));
     txtSmoothingFactor_->setText(QString::number(FirstSmoothingFactor));
     txtEditDataPoint_ =
         NumberBox(this, "txtEditDataPoint",
@@ -202,7 +202,10 @@ void frmEditPulseData::ConnectControls() {
     Connect(VScroll1_, &QScrollBar::valueChanged, this, messages, [this](int point) { Choose(point); });
     plot_->OnChosen = [this](std::int32_t point) { Choose(point); };
     plot_->OnZoom = [this](int steps, double x) { Zoom(steps, x); };
-    for (QLineEdit* box : {txtSmoothingFactor_, txtEditDataPoint_}) box->installEventFilter(this);
+    for (QLineEdit* box : {txtSmoothingFactor_, txtEditDataPoint_}) {
+        box->installEventFilter(this);
+        Connect(box, &QLineEdit::textChanged, this, messages, [this, box] { ShowTyped(box); });
+    }
 }
 
 void frmEditPulseData::AddShortcuts() {
@@ -245,6 +248,24 @@ void frmEditPulseData::EditPoint() {
                .arg(QString::number(point), ShownSpeed(word), ShownSpeed(edited), speedUnit_),
            QStringLiteral("Data point %1 is as it was.").arg(point));
     txtEditDataPoint_->selectAll();
+}
+
+void frmEditPulseData::ShowTyped(QLineEdit* box) {
+    QString note;
+    if (box == txtSmoothingFactor_)
+        note = ToQt(NoteOnNumber(FromQt(box->text())));
+    else if (box->isModified() && HasPoints())
+        note = ToQt(data_.NoteOnSpeed(run_.SampleValues[view_.ActivePoint()], FromQt(box->text())));
+    QPalette palette = this->palette();
+    if (!note.isEmpty()) {
+        const ColourPair pair = AmberPair(palette);
+        palette.setColor(QPalette::Base, pair.Background);
+        palette.setColor(QPalette::Text, pair.Text);
+    }
+    box->setPalette(palette);
+    const QString before = box->accessibleDescription();
+    box->setAccessibleDescription(note);
+    if (box->isModified() || (!before.isEmpty() && lblStatus_->text() == before)) lblStatus_->setText(note);
 }
 
 void frmEditPulseData::Change(WordChanges changes, const QString& done, const QString& nothingDone) {

@@ -42,6 +42,8 @@ private:
     void Redo();
     void Save();
     bool MayLeave();
+    /// Says while it is typed what becomes of a text that is not taken as it stands.
+    void ShowTyped(QLineEdit* box);
     void Choose(std::int32_t point);
     void Zoom(int steps, double anchor);
 

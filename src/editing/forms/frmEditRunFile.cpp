@@ -155,7 +155,7 @@ QLayout* frmEditRunFile::BuildNotes() {
 
 QLayout* frmEditRunFile::BuildButtons() {
     auto* save = Named<QPushButton>(this, "RunDetailsSave", QStringLiteral("&Save"));
-    save->setToolTip(QStringLiteral("Store these texts in the run and write its file."));
+    save->setToolTip(QStringLiteral("Store these texts in the run and write its file"));
     save->setDefault(true);
     auto* cancel = Named<QPushButton>(this, "RunDetailsCancel", QStringLiteral("Cancel"));
     cancel->setToolTip(QStringLiteral("Cancel any changes made to this screen and return to the Summary Screen."));
@@ -177,8 +177,7 @@ void frmEditRunFile::ShowChanges() {
     try {
         QStringList names;
         const RunRecord edited = WithTexts(run_, texts_);
-        for (const std::string& name : DifferingFields(context_.State.CurrentRun.Header, edited.Header))
-            names += ToQt(name);
+        for (const std::string& name : ChangesOf(context_.State.CurrentRun.Header, edited.Header)) names += ToQt(name);
         text = names.isEmpty() ? QStringLiteral("Save changes nothing.")
                                : QStringLiteral("Save changes %1.").arg(names.join(QStringLiteral(", ")));
     } catch (const RunTimeError& error) {

@@ -56,7 +56,7 @@ QGroupBox* PrefsReportTab::BuildOptions(const AppSettings& settings) {
          {QStringLiteral("Show &Study node lines on plots"), QStringLiteral("Show Speed &Category lines on plots"),
           QStringLiteral("Show Normal Speed line on &Time/Space Traj plots"),
           QStringLiteral("Show De&lay lines on Speed Profile plots"), QStringLiteral("Show Run n&odes on plots")})
-        add(caption, 0)->setToolTip(QStringLiteral("This choice is not kept."));
+        add(caption, 0)->setToolTip(QStringLiteral("This choice is not kept"));
     chkPageNumbers_ = add(QStringLiteral("Show &page numbers on reports"), settings.ShowPageNumbers);
     return frame;
 }

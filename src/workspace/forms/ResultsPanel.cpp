@@ -102,7 +102,8 @@ QGroupBox* ResultsPanel::BuildStopDelay() {
     line->setSpacing(FigureSpacing);
     line->addLayout(Captioned(txtStopSpdThreshold_, "Stop Speed Threshold", "MPH", "lblStopSpdUnit"));
     lblStopSpdUnit_ = frStopDelayStats_->findChild<QLabel*>(QStringLiteral("lblStopSpdUnit"));
-    line->addLayout(Captioned(lblAvgStopDelay_, "Avg. Stop Delay", "s"));
+    line->addLayout(Captioned(lblAvgStopDelay_, "Avg. Stop Delay", "s", "lblAvgStopDelayUnit"));
+    lblAvgStopDelayUnit_ = frStopDelayStats_->findChild<QLabel*>(QStringLiteral("lblAvgStopDelayUnit"));
     line->addLayout(Captioned(lblControl2StopRatio_, "Ratio of Control to Stop Delay"));
     return frStopDelayStats_;
 }
@@ -113,7 +114,7 @@ QWidget* ResultsPanel::BuildOtherThresholds() {
     SetValueCaption(*lblOtherThresholds_, QStringLiteral("Thresholds of the stop delays"));
     lblOtherThresholds_->setTextFormat(Qt::PlainText);
     auto* button = Named<QPushButton>(otherThresholds_, "btnComputeAnew", QStringLiteral("Compute anew"));
-    button->setToolTip(QStringLiteral("Counts the stop delays anew at this threshold; all other figures stay."));
+    button->setToolTip(QStringLiteral("Count the stop delays anew at this threshold; all other figures stay"));
     connect(button, &QPushButton::clicked, this, [this] { OnComputeAnew(); });
     auto* line = new QHBoxLayout(otherThresholds_);
     line->setContentsMargins(0, 0, 0, 0);
@@ -132,6 +133,7 @@ void ResultsPanel::ShowResults(const ResultLabels& labels, const AppSettings& se
     ShowFigure(*lblAvgContDelay_, labels.AvgControlDelay);
     ShowFigure(*lblLOSGrade_, labels.LOSGrade);
     ShowFigure(*lblAvgStopDelay_, labels.AvgStopDelay);
+    lblAvgStopDelayUnit_->setVisible(labels.AvgStopDelay.has_value());
     ShowFigure(*lblControl2StopRatio_, labels.Ratio);
     const QString threshold = ToQt(Trim(Str(settings.StopSpeedThreshold)));
     txtStopSpdThreshold_->setText(threshold);

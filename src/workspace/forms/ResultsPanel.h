@@ -41,6 +41,7 @@ private:
     QLineEdit* txtStopSpdThreshold_ = nullptr;
     QLabel* lblStopSpdUnit_ = nullptr;
     QLabel* lblAvgStopDelay_ = nullptr;
+    QLabel* lblAvgStopDelayUnit_ = nullptr;
     QLabel* lblControl2StopRatio_ = nullptr;
 };
 

@@ -108,7 +108,7 @@ struct StateSign {
 const StateSign& SignOf(RunState state) {
     static constexpr StateSign counted = {"Both boundaries are set: the run counts in the study's figures.", "counted",
                                           GreenPair};
-    static constexpr StateSign notCounted = {"A boundary is missing: set both with Show Details to count the run.",
+    static constexpr StateSign notCounted = {"A boundary is missing: set both on the speed profile to count the run.",
                                              "not-counted", RedPair};
     static constexpr StateSign notThere = {"The run has no figures and does not count.", "missing", AmberPair};
     if (state == RunState::Counted) return counted;

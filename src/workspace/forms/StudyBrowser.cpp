@@ -68,7 +68,7 @@ void StudyBrowser::BuildStudies(QWidget* panel) {
     vaStudies_ = Named<Table>(panel, "vaStudies");
     vaStudies_->horizontalHeader()->setDefaultSectionSize(64);
     vaStudies_->SetColumns({QStringLiteral("Name"), QStringLiteral("Date"), QStringLiteral("Runs"),
-                            QStringLiteral("Avg Control Delay (s)"), QStringLiteral("LOS")});
+                            QStringLiteral("Avg. Control Delay (sec)"), QStringLiteral("LOS")});
     vaStudies_->setSelectionMode(QAbstractItemView::SingleSelection);
     lblStudies_ = LabelFor(vaStudies_, QStringLiteral("S&tudies"), "lblStudies");
     Fill(panel, lblStudies_, vaStudies_);

@@ -85,7 +85,7 @@ QWidget* frmMain::BuildStudyDetails() {
 
 QLayout* frmMain::BuildRunListHead(QWidget* parent) {
     lblNoneCounted_ = Named<QLabel>(parent, "lblNoneCounted",
-                                    QStringLiteral("No run counts yet: set both boundaries of a run in its details."));
+                                    QStringLiteral("No run counts yet: set both boundaries of a run on its speed profile."));
     auto* line = new QHBoxLayout;
     line->addWidget(LabelFor(vaRunList_, QStringLiteral("&Runs in this study")));
     line->addStretch();

@@ -62,7 +62,7 @@ QWidget* frmPrefs::BuildNextStart() {
     lblNextStart_ = Named<QLabel>(fraNextStart_, "lblNextStart");
     lblNextStart_->setWordWrap(true);
     auto* restart = Named<QPushButton>(fraNextStart_, "cmdRestart", QStringLiteral("Restart no&w"));
-    restart->setToolTip(QStringLiteral("Saves these preferences and starts the program again"));
+    restart->setToolTip(QStringLiteral("Save these preferences and start the program again"));
     restart->setAutoDefault(false);
     Connect(restart, &QPushButton::clicked, this, context_.Messages, [this] { Save(true); });
     auto* row = new QHBoxLayout(fraNextStart_);

@@ -70,7 +70,7 @@ QLayout* frmRunSelect::BuildGroupChooser() {
     cmbStudyGroup_->setEnabled(state.CurrentStudy.Record.RunCount == 0);
     cmbStudyGroup_->setToolTip(
         cmbStudyGroup_->isEnabled()
-            ? QStringLiteral("The Study Group that the runs of this study lie in.")
+            ? QStringLiteral("The Study Group that the runs of this study lie in")
             : QStringLiteral("All runs of a study lie in one Study Group, and this study has runs already."));
 
     auto* row = new QHBoxLayout;

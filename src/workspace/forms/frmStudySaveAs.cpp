@@ -56,7 +56,7 @@ frmStudySaveAs::frmStudySaveAs(AppContext& context)
 QLayout* frmStudySaveAs::BuildFields() {
     txtStudyName_->setMaxLength(StudyNameWidth);
     txtStudyGroup_->setPlaceholderText(QStringLiteral("Choose a Study Group below, or type the name of a new one"));
-    txtStudyGroup_->setToolTip(QStringLiteral("A name that is no Study Group yet makes a new one."));
+    txtStudyGroup_->setToolTip(QStringLiteral("A name that is no Study Group yet makes a new one"));
     auto* fields = new QFormLayout;
     fields->addRow(LabelFor(txtStudyName_, QStringLiteral("&Name")), txtStudyName_);
     fields->addRow(LabelFor(txtStudyGroup_, QStringLiteral("Study Gro&up")), txtStudyGroup_);
