@@ -40,7 +40,7 @@ namespace {
 /// What the window is started with: a study to open and a theme, both optional.
 struct WindowArguments {
     std::string StudyPath;
-    ThemeChoice Theme = ThemeChoice::Desktop;
+    std::optional<ThemeChoice> Theme;
 };
 
 /// Nothing when the arguments are a command.
@@ -106,7 +106,7 @@ std::vector<std::string> ArgumentsAgain(std::vector<std::string> arguments, cons
 int RunWindow(QApplication& application, const WindowArguments& arguments, ApplicationState& state, FileSystem& files,
               Clock& clock, const DatabaseEngine& databases, const Spreadsheet& sheets,
               const DocumentWriter& documents) {
-    ApplyTheme(application, arguments.Theme);
+    ApplyTheme(application, arguments.Theme.value_or(ThemeNamed(ChoiceOf(LoadUserChoices(files), ThemeKey))));
     QtMessageBoxes messages;
     QtDesktop desktop;
     WindowEnd end;

@@ -30,7 +30,10 @@ struct LogChoice {
 enum class UploadOf { CounterFile, TemporaryRuns, Log };
 struct Upload {
     UploadOf Of = UploadOf::CounterFile;
-    std::optional<CounterFileChoice> ToConvert;  ///< first
+    std::optional<CounterFileChoice> ToConvert = {};  ///< first
+    /// The file to convert was not chosen in a list, which would have read it: what is hurt in it is told, and what can
+    /// be done about it.
+    bool ChecksFirst = false;
 };
 
 /// What the speed profile is opened for. Runs count from 1 in the study's order.

@@ -16,6 +16,9 @@ inline constexpr const char* UserChoicesFileName = "vantor-user.ini";
 /// What stands under the key of a yes-or-no choice that was taken.
 inline constexpr const char* ChoiceTaken = "yes";
 
+/// Of the run list and the delay chart: the runs that do not count are left out.
+inline constexpr const char* CountedOnlyKey = "counted-only";
+
 /// The text under a key; empty where there is none.
 std::string ChoiceOf(const UserChoices& choices, const std::string& key);
 inline bool IsTaken(const UserChoices& choices, const std::string& key) {

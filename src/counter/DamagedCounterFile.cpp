@@ -44,16 +44,7 @@ void ConvertWholeRuns(AppContext& context, const std::string& path, const Counte
     context.OtherScreens.ShowUploadData({UploadOf::CounterFile, CounterFileChoice{FolderOf(path), BaseName(path)}});
 }
 
-void Offer(AppContext& context, const std::string& path) {
-    CounterCheck check;
-    const bool isChecked = context.Work.Run(
-        "Checking counter file " + BaseName(path),
-        [&](FileSystem& files, const Progress& progress) { check = CheckCounterFile(files, path, progress); });
-    if (!isChecked) return;
-    if (!check.Fault) {
-        context.State.Choices = ForgetDamagedFile(context.Files);
-        return;
-    }
+void OfferRemedies(AppContext& context, const std::string& path, const CounterCheck& check) {
     const MessageAnswer answer = context.Messages.Ask(QuestionOn(path, check));
     if (answer == MessageAnswer::Cancel || (check.Runs == 0 && answer == MessageAnswer::No)) return;
     if (check.Runs > 0 && answer == MessageAnswer::Yes) return ConvertWholeRuns(context, path, check);
@@ -64,10 +55,22 @@ void Offer(AppContext& context, const std::string& path) {
 
 }  // namespace
 
+bool IsWholeCounterFile(AppContext& context, const std::string& path) {
+    CounterCheck check;
+    const bool isChecked = context.Work.Run(
+        "Checking counter file " + BaseName(path),
+        [&](FileSystem& files, const Progress& progress) { check = CheckCounterFile(files, path, progress); });
+    if (isChecked && check.Fault) OfferRemedies(context, path, check);
+    return isChecked && !check.Fault;
+}
+
 void OfferDamagedCounterFile(AppContext& context) {
     const auto fault = NotedDamagedFile(context.State.Choices);
     if (!fault) return;
-    if (fault->Record != 0 && FileExists(context.Files, fault->File)) return Offer(context, fault->File);
+    if (fault->Record != 0 && FileExists(context.Files, fault->File)) {
+        if (IsWholeCounterFile(context, fault->File)) context.State.Choices = ForgetDamagedFile(context.Files);
+        return;
+    }
     context.State.Choices = ForgetDamagedFile(context.Files);
     if (fault->Record == 0)
         context.Messages.Tell("Characters were lost on the serial line, which ended the program. This dump is gone:\n" +

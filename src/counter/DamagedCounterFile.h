@@ -9,4 +9,8 @@ namespace vantor {
 /// the user leaves as it is is named again at the next start.
 void OfferDamagedCounterFile(AppContext& context);
 
+/// Checks a counter file that no list has read. What is hurt in it is told, with what can be done about it; false then,
+/// and when the check was stopped.
+bool IsWholeCounterFile(AppContext& context, const std::string& path);
+
 }  // namespace vantor

@@ -102,9 +102,11 @@ void ProcessCounterFile(AppContext& context) {
 }
 
 void ImportLog(AppContext& context, LogKind kind) {
-    const auto log = context.OtherScreens.ShowLogSelect(kind);
-    if (log && context.OtherScreens.ShowLogReview(kind, *log))
-        context.OtherScreens.ShowUploadData({UploadOf::Log, std::nullopt});
+    if (const auto log = context.OtherScreens.ShowLogSelect(kind)) ReviewLog(context, kind, *log);
+}
+
+void ReviewLog(AppContext& context, LogKind kind, const LogChoice& log) {
+    if (context.OtherScreens.ShowLogReview(kind, log)) context.OtherScreens.ShowUploadData({UploadOf::Log});
 }
 
 void ExportRunList(AppContext& context) {

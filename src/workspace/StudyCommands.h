@@ -29,6 +29,9 @@ void ProcessCounterFile(AppContext& context);
 /// no log was chosen or its review was cancelled.
 void ImportLog(AppContext& context, LogKind kind);
 
+/// Lets the user review a log, and then process the runs made of it.
+void ReviewLog(AppContext& context, LogKind kind, const LogChoice& log);
+
 /// Lets the user name a workbook or a CSV file and writes the run list to it. A study without runs has none to write.
 void ExportRunList(AppContext& context);
 

@@ -15,11 +15,7 @@
 #include "core/forms/WindowLayout.h"
 
 namespace vantor {
-namespace {
-
-constexpr const char* CountedOnlyKey = "frmContDelayVsAvg.countedOnly";
-
-}  // namespace
+namespace {}  // namespace
 
 frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
     : context_(context),
@@ -71,9 +67,9 @@ QLayout* frmContDelayVsAvg::BuildLegend() {
 
     chkCountedOnly_ = Named<QCheckBox>(this, "chkCountedOnly", QStringLiteral("&Counted runs only"));
     chkCountedOnly_->setToolTip(QStringLiteral("Leave out the runs that are not in the study's average"));
-    chkCountedOnly_->setChecked(context_.Memory.Recall(CountedOnlyKey) == "1");
+    chkCountedOnly_->setChecked(IsTaken(context_.State.Choices, CountedOnlyKey));
     Connect(chkCountedOnly_, &QCheckBox::toggled, this, context_.Messages, [this](bool isOn) {
-        context_.Memory.Store(CountedOnlyKey, isOn ? "1" : "0");
+        context_.State.Choices = StoreUserChoices(context_.Files, {{CountedOnlyKey, isOn ? ChoiceTaken : ""}});
         ShowSeries();
     });
     auto* row = new QHBoxLayout;

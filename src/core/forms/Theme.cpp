@@ -214,14 +214,25 @@ void HouseStyle::drawControl(ControlElement element, const QStyleOption* option,
     draw(*option);
 }
 
+ThemeChoice ThemeNamed(const std::string& name) {
+    if (name == "dark") return ThemeChoice::Dark;
+    return name == "light" ? ThemeChoice::Light : ThemeChoice::Desktop;
+}
+
+void UseTheme(ThemeChoice choice) {
+    if (choice == ThemeChoice::Desktop)
+        QApplication::setPalette(QPalette());
+    else
+        QApplication::setPalette(PaletteOf(choice == ThemeChoice::Dark ? DarkColours : LightColours));
+}
+
 void ApplyTheme(QApplication& application, ThemeChoice choice) {
     LinkIcons();
     const auto* ours = qobject_cast<QProxyStyle*>(QApplication::style());
     const QString platformStyle = (ours != nullptr ? ours->baseStyle() : QApplication::style())->name();
     const bool platformHasOwn = platformStyle.compare(QLatin1String("windows"), Qt::CaseInsensitive) != 0;
     QApplication::setStyle(new HouseStyle(QStyleFactory::create(platformHasOwn ? platformStyle : "fusion")));
-    if (choice == ThemeChoice::Dark) QApplication::setPalette(PaletteOf(DarkColours));
-    if (choice == ThemeChoice::Light) QApplication::setPalette(PaletteOf(LightColours));
+    UseTheme(choice);
     application.setWindowIcon(LineIcon(QStringLiteral("vantor")));
 }
 

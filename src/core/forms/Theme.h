@@ -5,6 +5,7 @@
 #include <QPalette>
 #include <QProxyStyle>
 #include <QString>
+#include <string>
 
 #include "core/Colours.h"
 
@@ -35,8 +36,14 @@ private:
     bool isFusion_;
 };
 
+/// The key of the user's choice, and what stands under it: "light", "dark", anything else for the desktop's.
+inline constexpr const char* ThemeKey = "theme";
+ThemeChoice ThemeNamed(const std::string& name);
+
 /// Sets style, palette and application icon.
 void ApplyTheme(QApplication& application, ThemeChoice choice);
+/// Changes the palette alone, of the windows that are open, too.
+void UseTheme(ThemeChoice choice);
 
 bool IsDark(const QPalette& palette);
 

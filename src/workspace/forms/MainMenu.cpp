@@ -71,7 +71,9 @@ QAction* MainMenu::MakeAction(const MenuEntry& entry) {
     if (entry.IsKeyOfRunList) action->setShortcutContext(Qt::WidgetShortcut);
     if (*entry.ToolbarText != '\0') action->setIconText(QString::fromLatin1(entry.ToolbarText));
     action->setToolTip(ToolTipOf(entry));
-    Connect(action, &QAction::triggered, this, context_.Messages, [&entry] { entry.Handler(); });
+    action->setCheckable(static_cast<bool>(entry.Switch));
+    Connect(action, &QAction::triggered, this, context_.Messages,
+            [&entry](bool isOn) { entry.Switch ? entry.Switch(isOn) : entry.Handler(); });
     if (entry.IsKeyOfRunList) runList_.addAction(action);
     return action;
 }

@@ -29,6 +29,7 @@ struct MenuEntry {
     bool IsKeyOfRunList = false;                 ///< the shortcut is one of the run list alone
     const char* Tip = "";                        ///< what it does, where the caption does not say it
     std::function<void(QMenu& menu)> Fill = {};  ///< of a submenu, each time before it opens
+    std::function<void(bool isOn)> Switch = {};  ///< of a command that is on or off, in the place of its handler
 };
 
 /// Builds the menu bar and the toolbar of a window from one table of commands and runs them. Each command has one

@@ -57,6 +57,23 @@ void RunListView::ShowColumn(int column) {
     WidenColumns();
 }
 
+bool RunListView::Shown::filterAcceptsRow(int row, const QModelIndex&) const {
+    const auto& rows = static_cast<const RunListModel*>(sourceModel())->Rows();
+    return !CountedOnly || rows[static_cast<std::size_t>(row)].State == RunState::Counted;
+}
+
+void RunListView::ShowCountedOnly(bool isOn) {
+    const int active = ActiveRun();
+    sorted_.CountedOnly = isOn;
+    sorted_.invalidateFilter();
+    if (ActiveRun() == 0) SetActiveRun(active);
+}
+
+void RunListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    if (OnActivated) OnActivated(sorted_.mapToSource(current).row() + 1);
+}
+
 void RunListView::ShowStopDelay(bool shown) { setColumnHidden(RunListModel::StopDelay, !shown); }
 
 int RunListView::ActiveRun() const { return sorted_.mapToSource(currentIndex()).row() + 1; }
@@ -108,7 +125,8 @@ void RunListView::dropEvent(QDropEvent* event) {
     event->setDropAction(Qt::CopyAction);  // the rows are moved in the study
     event->accept();
     if (event->source() != this || IsSorted() || !OnMoved) return;
-    OnMoved(target.isValid() ? target.row() + (isBelow ? 2 : 1) : model_.rowCount() + 1);
+    const int row = sorted_.mapToSource(target).row();
+    OnMoved(target.isValid() ? row + (isBelow ? 2 : 1) : model_.rowCount() + 1);
 }
 
 void RunListView::WidenColumns() {

@@ -19,6 +19,8 @@ public:
     void SetRows(std::vector<RunListRow> rows, const Units& units);
     const std::vector<RunListRow>& Rows() const { return model_.Rows(); }
     void ShowStopDelay(bool shown);
+    void ShowCountedOnly(bool isOn);
+    int HiddenRuns() const { return model_.rowCount() - sorted_.rowCount(); }
 
     /// 0 for an empty list.
     int ActiveRun() const;
@@ -33,6 +35,8 @@ public:
     void ShowColumn(int column);
     /// The optional columns as entries that show and hide them.
     void FillColumnsMenu(QMenu& menu) { columns_->FillMenu(menu); }
+    /// A run, from 1, became the active one; 0 for none.
+    std::function<void(int run)> OnActivated;
     /// The selected runs were dragged to before that run, or behind the last one.
     std::function<void(int before)> OnMoved;
 
@@ -40,6 +44,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
 private:
     void AddToSelection(int run);
@@ -49,7 +54,16 @@ private:
     int WidthNeeded(int column) const;
 
     RunListModel model_;
-    QSortFilterProxyModel sorted_;
+    /// Sorted, and without the runs that are not to be shown.
+    class Shown : public QSortFilterProxyModel {
+    public:
+        bool CountedOnly = false;
+        using QSortFilterProxyModel::invalidateFilter;
+
+    protected:
+        bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
+    };
+    Shown sorted_;
     TableColumns* columns_;
 };
 

@@ -4,7 +4,9 @@
 #include <QDir>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QPushButton>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -18,6 +20,7 @@
 #include "core/Settings.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
+#include "core/forms/FileDrops.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
@@ -29,12 +32,17 @@
 #include "workspace/forms/MainMenu.h"
 #include "workspace/forms/ResultsPanel.h"
 #include "workspace/forms/RunListView.h"
+#include "workspace/forms/RunProfilePane.h"
 #include "workspace/forms/StudyDetailsPanel.h"
 #include "workspace/forms/StudyHistory.h"
 #include "workspace/forms/StudyNotice.h"
 
 namespace vantor {
 namespace {
+
+/// Whether the profile stands beside the list: at first it does.
+constexpr const char* ProfilePaneKey = "profile-beside-list";
+constexpr const char* ChoiceHidden = "no";
 
 constexpr const char* SupportSite = "https://vantor.example/support";
 
@@ -58,6 +66,9 @@ frmMain::frmMain(AppContext& context) : context_(context), recovery_(context) {
     OfferRunCommands();
     BuildStatusBar();
     KeepChangesOften();
+    new FileDrops(*this, [this](const std::vector<std::string>& paths) {
+        Guarded(context_.Messages, [&] { TakeFiles(paths); });
+    });
     RememberLayout(*this, context_.Memory);
 }
 
@@ -69,26 +80,64 @@ QWidget* frmMain::BuildStudyDetails() {
         history_->Note(QStringLiteral("Typing in ") + what, std::move(before), field);
         ShowStatus();
     };
-    vaRunList_->setParent(frame);
-    vaRunList_->show();
-    setTabOrder(details_->LastField(), vaRunList_);
 
     auto* column = new QVBoxLayout(frame);
     column->addWidget(details_);
+    column->addWidget(frBegin_ = BuildBeginning(frame));
     column->addLayout(BuildRunListHead(frame));
-    column->addWidget(vaRunList_, 1);
+    column->addWidget(BuildRuns(frame), 1);
     column->addLayout(BuildRunListButtons(frame));
     column->addWidget(results_ = new ResultsPanel(frame));
     results_->OnComputeAnew = [this] { Guarded(context_.Messages, [this] { ComputeStopDelaysAnew(); }); };
     return frame;
 }
 
+QWidget* frmMain::BuildBeginning(QWidget* parent) {
+    auto* frame = Named<QFrame>(parent, "frBegin");
+    frame->setAccessibleName(QStringLiteral("Ways to begin"));
+    auto* line = new QHBoxLayout(frame);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->addWidget(new QLabel(QStringLiteral("Begin with"), frame));
+    const auto add = [&](const char* name, const char* caption, const char* icon) {
+        auto* button = Named<QPushButton>(frame, name, QString::fromLatin1(caption));
+        button->setIcon(LineIcon(QLatin1String(icon)));
+        line->addWidget(button);
+        return button;
+    };
+    menu_->Attach(*add("btnBeginCounter", "a Traffic Counter", "read-counter"), "mnuReadTDC");
+    menu_->Attach(*add("btnBeginFile", "a Counter File", "counter-file"), "mnuFileProcessRuns");
+    auto* logs = new QMenu(frame);
+    for (const char* command :
+         {"mnuFileRoamlap", "mnuFileRoampad", "mnuFileRevlap", "mnuFileRevpad", "mnuFileCombined", "mnuFileBattelle"})
+        logs->addAction(&menu_->Command(command));
+    add("btnBeginLog", "a GPS or OBD Log", "gps-log")->setMenu(logs);
+    menu_->Attach(*add("btnBeginStudy", "an Existing Study", "open-study"), "mnuFileOpen");
+    line->addStretch();
+    menu_->Attach(*add("btnBeginSample", "Try the Sample", "statistics"), "mnuHelpSample");
+    return frame;
+}
+
+QWidget* frmMain::BuildRuns(QWidget* parent) {
+    auto* runs = Named<QSplitter>(parent, "splRuns");
+    runs->addWidget(vaRunList_);
+    runs->addWidget(profile_ = new RunProfilePane(context_, runs));
+    runs->setStretchFactor(0, 3);
+    runs->setStretchFactor(1, 2);
+    runs->setChildrenCollapsible(false);
+    vaRunList_->OnActivated = [this](int run) { profile_->ShowRun(run); };
+    setTabOrder(details_->LastField(), vaRunList_);
+    return runs;
+}
+
 QLayout* frmMain::BuildRunListHead(QWidget* parent) {
-    lblNoneCounted_ = Named<QLabel>(parent, "lblNoneCounted",
-                                    QStringLiteral("No run counts yet: set both boundaries of a run on its speed profile."));
+    lblNoneCounted_ =
+        Named<QLabel>(parent, "lblNoneCounted",
+                      QStringLiteral("No run counts yet: set both boundaries of a run on its speed profile."));
     auto* line = new QHBoxLayout;
     line->addWidget(LabelFor(vaRunList_, QStringLiteral("&Runs in this study")));
     line->addStretch();
+    lblHiddenRuns_ = Named<QLabel>(parent, "lblHiddenRuns");
+    line->addWidget(lblHiddenRuns_);
     line->addWidget(lblNoneCounted_);
     return line;
 }
@@ -146,6 +195,11 @@ void frmMain::Start(const std::string& studyPath) {
     if (state.SettingsWereMissing) ShowFirstRun();
     if (Restarts()) return;
     details_->FillLists();
+    menu_->Command("mnuViewCounted").setChecked(IsTaken(state.Choices, CountedOnlyKey));
+    vaRunList_->ShowCountedOnly(IsTaken(state.Choices, CountedOnlyKey));
+    const bool showsProfile = ChoiceOf(state.Choices, ProfilePaneKey) != ChoiceHidden;
+    menu_->Command("mnuViewProfile").setChecked(showsProfile);
+    profile_->setVisible(showsProfile);
     BeginNewStudy();
     if (NotedDamagedFile(state.Choices))
         Guarded(context_.Messages, [&] { context_.OtherScreens.ShowDamagedCounterFile(); });
@@ -194,6 +248,7 @@ void frmMain::TakeStudy(const std::string& folder, const std::string& name, bool
     if (!isTaken && !IsCurrentStudy(context_.State, folder, name)) return ShowStatus();
     if (isThere && offersChanges) OfferChanges();
     ShowStudy();
+    if (isThere) NoteRecent();
 }
 
 void frmMain::OfferChanges() {
@@ -251,11 +306,14 @@ void frmMain::ShowRunList(RunList list) {
         results_->ShowConditions("not all runs were read", {});
     }
     results_->ShowResults(labels_, settings);
-    const bool hasRuns = vaRunList_->ActiveRun() != 0;
+    const bool hasRuns = !rows.empty();
     menu_->Enable(CommandNeeds::ARun, hasRuns);
+    profile_->ShowRun(vaRunList_->ActiveRun());
+    frBegin_->setVisible(!hasRuns && !context_.State.CurrentStudy.Stored);
     const bool hasCounted =
         std::ranges::any_of(rows, [](const RunListRow& row) { return row.State == RunState::Counted; });
     lblNoneCounted_->setVisible(hasRuns && !hasCounted);
+    ShowHiddenRuns();
     ShowStatus();
 }
 
@@ -303,6 +361,7 @@ void frmMain::OpenExistingStudy() {
     if (!context_.OtherScreens.ShowStudyOpen()) return ShowStatus();
     OfferChanges();
     ShowStudy();
+    NoteRecent();
 }
 
 void frmMain::OpenLastStudy() {
@@ -314,8 +373,11 @@ void frmMain::OpenLastStudy() {
 
 void frmMain::SaveNow() {
     // The study is saved even where only the settings could not be.
-    Guarded(context_.Messages, [this] { SaveStudyNow(context_); });
+    bool isSaved = false;
+    Guarded(context_.Messages, [&] { isSaved = SaveStudyNow(context_); });
+    NoteRecent();
     ShowStatus();
+    if (isSaved) Tell(QStringLiteral("Saved"));
 }
 
 void frmMain::SaveAs() {
@@ -324,6 +386,7 @@ void frmMain::SaveAs() {
     history_->Forget();
     details_->ShowStudy();
     RefreshStudyResults();
+    NoteRecent();
 }
 
 void frmMain::ReadCounter() {
@@ -358,6 +421,25 @@ void frmMain::ProcessLog(LogKind kind) {
 }
 
 void frmMain::ShowStartUpOptions() { CarryOut(context_.OtherScreens.ShowStartUp()); }
+
+void frmMain::ShowProfilePane(bool isShown) {
+    profile_->setVisible(isShown);
+    StoreChoices({{ProfilePaneKey, isShown ? "" : ChoiceHidden}});
+    profile_->ShowRun(vaRunList_->ActiveRun());
+}
+
+void frmMain::ShowCountedOnly(bool isOn) {
+    StoreChoices({{CountedOnlyKey, isOn ? ChoiceTaken : ""}});
+    vaRunList_->ShowCountedOnly(isOn);
+    ShowHiddenRuns();
+}
+
+void frmMain::ShowHiddenRuns() {
+    const int hidden = vaRunList_->HiddenRuns();
+    lblHiddenRuns_->setVisible(hidden > 0);
+    lblHiddenRuns_->setText(hidden == 1 ? QStringLiteral("1 run that does not count is not shown (View)")
+                                        : QStringLiteral("%1 runs that do not count are not shown (View)").arg(hidden));
+}
 
 void frmMain::ShowStudyStatistics() {
     const std::string problem = StudyProblem(context_.State.CurrentStudy);

@@ -23,6 +23,7 @@ class MainMenu;
 struct MenuEntry;
 class ResultsPanel;
 class RunListView;
+class RunProfilePane;
 class StudyDetailsPanel;
 class StudyHistory;
 class StudyNotice;
@@ -60,6 +61,8 @@ private:
     static constexpr const char* RunMenu = "Ru&n";
     std::vector<MenuEntry> MenuEntries();
     QWidget* BuildStudyDetails();
+    QWidget* BuildBeginning(QWidget* parent);
+    QWidget* BuildRuns(QWidget* parent);
     QLayout* BuildRunListHead(QWidget* parent);
     QLayout* BuildRunListButtons(QWidget* parent);
     void OfferRunCommands();
@@ -104,11 +107,26 @@ private:
     bool Restarts();
     void ShowStartUpOptions();
     void CarryOut(StartUpChoice choice);
+    void NoteRecent();
+    void StoreChoices(const UserChoices& changes);
+    void FillRecentStudies(QMenu& menu);
+    void OpenRecentStudy(const std::string& path);
+    void TrySample();
+    void RemoveSample();
+    void FillThemes(QMenu& menu);
+    void TakeFiles(const std::vector<std::string>& paths);
+    void AddDroppedRuns(const std::vector<std::string>& paths);
+    void ShowProfilePane(bool isShown);
+    void ShowCountedOnly(bool isOn);
+    void ShowHiddenRuns();
     void ShowStudyStatistics();
     void ShowHelpTopics();
     void OpenSupportSite();
     void ShowAbout();
-    void AddRuns();
+    void AddRuns() {
+        AddRuns([this] { (void)context_.OtherScreens.ShowRunSelect(); });
+    }
+    void AddRuns(const std::function<void()>& add);
     void DeleteSelectedRuns();
     void MoveSelectedRuns(int before);
     void MoveRunsUp();
@@ -137,8 +155,11 @@ private:
     MainMenu* menu_ = nullptr;
     QWidget* frStudyDetails_ = nullptr;
     StudyDetailsPanel* details_ = nullptr;
+    QWidget* frBegin_ = nullptr;
     RunListView* vaRunList_ = nullptr;
+    RunProfilePane* profile_ = nullptr;
     QLabel* lblNoneCounted_ = nullptr;
+    QLabel* lblHiddenRuns_ = nullptr;
     ResultsPanel* results_ = nullptr;
     QLabel* lblStudyGroup_ = nullptr;
     QLabel* lblDone_ = nullptr;

@@ -73,9 +73,9 @@ void frmMain::ShowStep() {
     ShowRuns(std::exchange(toReadAfterStep_, RunFiles::NotReadYet));
 }
 
-void frmMain::AddRuns() {
+void frmMain::AddRuns(const std::function<void()>& add) {
     const int before = context_.State.CurrentStudy.Record.RunCount;
-    ChangeStudy(QStringLiteral("Adding runs"), [this] { (void)context_.OtherScreens.ShowRunSelect(); });
+    ChangeStudy(QStringLiteral("Adding runs"), add);
     const int added = context_.State.CurrentStudy.Record.RunCount - before;
     if (added <= 0) return;
     vaRunList_->SelectRuns(before + 1, added);

@@ -126,9 +126,13 @@ QLayout* frmStartUp::BuildChoices() {
                                     {ProcessRevlap, "BtnProcessRevlap", QStringLiteral("Process Re&vlap Data"),
                                      "obd-log", QStringLiteral("OBD logs of a laptop.")},
                                     {ProcessRevpad, "BtnProcessRevpad", QStringLiteral("Process Revpa&d Data"),
-                                     "handheld-obd", QStringLiteral("OBD logs of a handheld.")}});
-    AddKey(logs, Qt::Key_P, ProcessCombined, QStringLiteral("Key P: combined GPS and OBD logs."));
-    AddKey(logs, Qt::Key_B, ProcessBattelle, QStringLiteral("Key B: Battelle GPS files."));
+                                     "handheld-obd", QStringLiteral("OBD logs of a handheld.")},
+                                    {ProcessCombined, "BtnProcessCombined", QStringLiteral("Process Co&mbined Data"),
+                                     "gps-log", QStringLiteral("Combined GPS and OBD logs (key P).")},
+                                    {ProcessBattelle, "BtnProcessBattelle", QStringLiteral("Process &Battelle Data"),
+                                     "gps-log", QStringLiteral("Battelle GPS files (key B).")}});
+    AddKey(Qt::Key_P, ProcessCombined);
+    AddKey(Qt::Key_B, ProcessBattelle);
     add(1, logs);
     add(1, BuildGroup("frProgram", QStringLiteral("Program"),
                       {{Preferences, "BtnPreferences", QStringLiteral("Preference&s"), "preferences",
@@ -177,12 +181,10 @@ QVBoxLayout* frmStartUp::BuildGroup(const char* name, const QString& heading, co
     return layout;
 }
 
-void frmStartUp::AddKey(QVBoxLayout* group, Qt::Key key, StartUpChoice choice, const QString& explanation) {
+void frmStartUp::AddKey(Qt::Key key, StartUpChoice choice) {
     auto* shortcut = new QShortcut(this);
     shortcut->setKeys({QKeySequence(key), QKeySequence(Qt::SHIFT | key)});
     Connect(shortcut, &QShortcut::activated, this, context_.Messages, [this, choice] { Choose(choice); });
-    auto* label = new QLabel(explanation, group->parentWidget());
-    group->insertWidget(group->count() - 1, label);
 }
 
 void frmStartUp::Choose(StartUpChoice choice) {

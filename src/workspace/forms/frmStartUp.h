@@ -24,7 +24,7 @@ private:
     /// A frame with a heading and its cards; the layout ends in a stretch.
     QVBoxLayout* BuildGroup(const char* name, const QString& heading, const std::vector<Card>& cards);
     std::vector<Card> StudyCards() const;
-    void AddKey(QVBoxLayout* group, Qt::Key key, StartUpChoice choice, const QString& explanation);
+    void AddKey(Qt::Key key, StartUpChoice choice);
     /// For a low screen: what the cards explain becomes their tool tips.
     void MakeLow();
     void Choose(StartUpChoice choice);

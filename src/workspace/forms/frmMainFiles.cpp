@@ -1,0 +1,144 @@
+#include <QApplication>
+#include <QMenu>
+
+#include "core/Paths.h"
+#include "core/StudyFile.h"
+#include "core/Text.h"
+#include "core/forms/Guarded.h"
+#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
+#include "core/modMain.h"
+#include "workspace/DroppedFiles.h"
+#include "workspace/RecentStudies.h"
+#include "workspace/SampleStudy.h"
+#include "workspace/StudyCommands.h"
+#include "workspace/StudyGroups.h"
+#include "workspace/forms/frmMain.h"
+
+namespace vantor {
+
+// Recent studies, the sample, files that are dropped, the theme.
+
+void frmMain::NoteRecent() {
+    const ApplicationState& state = context_.State;
+    if (!state.CurrentStudy.Stored) return;
+    const std::string path = state.CurrentStudy.Stored->Path;
+    StoreChoices(WithRecentStudy(state.Choices, path));
+}
+
+void frmMain::StoreChoices(const UserChoices& changes) {
+    // Where the user's own settings cannot be written, they hold until the end of the program.
+    ChangeChoices(context_.State.Choices, changes);
+    try {
+        context_.State.Choices = StoreUserChoices(context_.Files, changes);
+    } catch (const RunTimeError&) {
+    }
+}
+
+void frmMain::FillRecentStudies(QMenu& menu) {
+    const std::vector<std::string> paths = RecentStudies(context_.State.Choices);
+    int number = 1;
+    for (const std::string& path : paths) {
+        const std::string group = LastComponent(AsFolder(FolderOf(path)));
+        const QString name = ToQt(BaseName(path) + "  -  " + group).replace('&', QStringLiteral("&&"));
+        QAction* action = menu.addAction(QStringLiteral("&%1  %2").arg(number++).arg(name));
+        action->setToolTip(ToQt(path));
+        Connect(action, &QAction::triggered, this, context_.Messages, [this, path] { OpenRecentStudy(path); });
+    }
+    if (paths.empty()) {
+        menu.addAction(QStringLiteral("No study was opened yet"))->setEnabled(false);
+        return;
+    }
+    menu.addSeparator();
+    Connect(menu.addAction(QStringLiteral("&Clear This List")), &QAction::triggered, this, context_.Messages,
+            [this] { StoreChoices(WithoutRecentStudies()); });
+}
+
+void frmMain::OpenRecentStudy(const std::string& path) {
+    if (!FileExists(context_.Files, path))
+        return context_.Messages.Tell(
+            "The study is not there any more:\n" + path + "\nOpen Existing Study shows where studies lie now.",
+            MessageIcon::Warning);
+    if (MayLeaveStudy(context_)) OpenStudyAt(path);
+}
+
+void frmMain::TrySample() {
+    if (!MayLeaveStudy(context_)) return;
+    const std::string& root = context_.State.Paths.StudyGroupRootPath;
+    auto sample = FindSample(context_.Files, root);
+    if (!sample) sample = MakeSample(context_.Files, root, context_.State.Settings);
+    TakeStudy(sample->Folder, sample->Name, true);
+    Tell(QStringLiteral("The sample: eight reckoned drives. Show Details shows a run's speed profile."));
+}
+
+void frmMain::RemoveSample() {
+    const auto sample = FindSample(context_.Files, context_.State.Paths.StudyGroupRootPath);
+    if (!sample) return context_.Messages.Tell("There is no sample in the Study Groups.");
+    const Prompt prompt{.Text = "Do you want to delete the sample study and its eight runs?\n" + sample->Folder,
+                        .Buttons = MessageButtons::YesNo,
+                        .Icon = MessageIcon::Question,
+                        .LosesSomething = true};
+    if (context_.Messages.Ask(prompt) != MessageAnswer::Yes) return;
+    const bool isOpen = IsSameFolder(StudyGroupFolder(context_.State), sample->Folder);
+    DeleteSample(context_.Files, *sample);
+    if (isOpen) BeginNewStudy();
+    Tell(QStringLiteral("The sample was removed."));
+}
+
+void frmMain::FillThemes(QMenu& menu) {
+    const std::string chosen = ChoiceOf(context_.State.Choices, ThemeKey);
+    const auto add = [&](const char* caption, const char* theme) {
+        QAction* action = menu.addAction(QString::fromLatin1(caption));
+        action->setCheckable(true);
+        action->setChecked(chosen == theme);
+        Connect(action, &QAction::triggered, this, context_.Messages, [this, theme] {
+            StoreChoices({{ThemeKey, theme}});
+            UseTheme(ThemeNamed(theme));
+        });
+    };
+    add("As the &Desktop", "");
+    add("&Light", "light");
+    add("D&ark", "dark");
+}
+
+void frmMain::TakeFiles(const std::vector<std::string>& paths) {
+    const DroppedFiles files = SortedByKind(paths);
+    if (const std::string refusal = RefusalOf(files); !refusal.empty())
+        context_.Messages.Tell(refusal, MessageIcon::Warning);
+    if (!files.Studies.empty() && MayLeaveStudy(context_)) OpenStudyAt(files.Studies.front());
+    if (!files.Runs.empty()) AddDroppedRuns(files.Runs);
+    for (const CounterFileChoice& file : files.CounterFiles)
+        context_.OtherScreens.ShowUploadData({.Of = UploadOf::CounterFile, .ToConvert = file, .ChecksFirst = true});
+    for (const DroppedFiles::Log& log : files.Logs) {
+        LogKind kind = log.Kind;
+        if (log.IsOfHandheld) {
+            const auto answer = context_.Messages.Ask(
+                {.Text = "What is in this database of a handheld?\n" + log.Choice.File + log.Choice.Extension,
+                 .Buttons = MessageButtons::YesNoCancel,
+                 .Icon = MessageIcon::Question,
+                 .Captions = {"&GPS", "&OBD"}});
+            if (answer == MessageAnswer::Cancel) continue;
+            if (answer == MessageAnswer::No) kind = LogKind::ObdHandheld;
+        }
+        ReviewLog(context_, kind, log.Choice);
+    }
+    if (!files.CounterFiles.empty() || !files.Logs.empty()) RefreshStudyResults();
+}
+
+void frmMain::AddDroppedRuns(const std::vector<std::string>& paths) {
+    ApplicationState& state = context_.State;
+    const std::string folder = FolderOf(paths.front());
+    if (state.CurrentStudy.Record.RunCount == 0 && !state.CurrentStudy.Stored) state.Paths.LastStudyGroupPath = folder;
+    const std::string group = StudyGroupFolder(state);
+    std::vector<std::string> names;
+    std::vector<std::string> elsewhere;
+    for (const std::string& path : paths)
+        (IsSameFolder(FolderOf(path), group) ? names : elsewhere).push_back(BaseName(path));
+    if (!elsewhere.empty())
+        context_.Messages.Tell("The runs of a study lie in one Study Group, those of this one in:\n" + group +
+                                   "\nThese lie elsewhere and are not added: " + FirstOf(elsewhere, 3),
+                               MessageIcon::Warning);
+    AddRuns([&] { vantor::AddRuns(state, names); });
+}
+
+}  // namespace vantor
