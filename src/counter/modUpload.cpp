@@ -55,11 +55,12 @@ std::string NextRunNumber(const std::string& runNumber) {
 }
 
 void TakeNumberOf(TakenNumbers& taken, const RunNameTemplate& parts, const std::string& name) {
-    const std::string first = RunNameOf({parts.BaseName, parts.Direction, "000"});
-    if (name.size() != first.size()) return;
-    const auto number = CountOfText(name.substr(name.size() - 3), 999);
-    const std::size_t stem = first.size() - 3;
-    if (number && EqualIgnoringCase(name.substr(0, stem), first.substr(0, stem)))
+    constexpr std::size_t Digits = 3;
+    // Told by its length, nearly every name: there may be a hundred thousand.
+    const std::size_t stem = Trim(parts.BaseName).size() + parts.Direction.size() + 2;
+    if (name.size() != stem + Digits) return;
+    const auto number = CountOfText(name.substr(stem), 999);
+    if (number && EqualIgnoringCase(name.substr(0, stem), RunNameOf(parts).substr(0, stem)))
         taken.set(static_cast<std::size_t>(*number));
 }
 

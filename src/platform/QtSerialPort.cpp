@@ -1,5 +1,6 @@
 #include "platform/QtSerialPort.h"
 
+#include <QFileInfo>
 #include <QSerialPortInfo>
 #include <cstdlib>
 #include <filesystem>
@@ -98,8 +99,9 @@ std::string QtSerialPort::DeviceName(std::int16_t number) const {
 
 std::string QtSerialPort::Description(std::int16_t number) const {
     const QString device = ToQt(DeviceName(number));
+    const QString followed = QFileInfo(device).canonicalFilePath();
     for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts())
-        if (info.systemLocation() == device || info.portName() == device)
+        if (info.systemLocation() == followed || info.portName() == device)
             return FromQt(info.description().simplified());
     return {};
 }

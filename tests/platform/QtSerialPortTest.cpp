@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "counter/CounterFile.h"
+#include "counter/KeptDumps.h"
 #include "counter/forms/frmReadTDC.h"
 #include "fakes/Clicks.h"
 #include "fakes/FakePorts.h"
@@ -167,6 +168,12 @@ const std::string EndMark(20, ':');
 /// The download window over a real line and a real folder.
 class Download : public LineTest, protected TestProgram, protected DiskFolder {
 protected:
+    /// The counter files; cancelled dumps lie in a folder of their own.
+    Texts Dumps() const {
+        Texts texts = Found();
+        texts.erase("Cancelled dumps");
+        return texts;
+    }
     Download() {
         State.Paths.FieldDataPath = Folder;
         State.Settings.CommPort = 2;
@@ -237,18 +244,24 @@ TEST_F(Download, EveryWayOutOfEveryStageDeletesTheUnfinishedFile) {
             if (stage != "Turn on") Begin();
             if (stage == "Reading") {
                 Line.Send("T,001");
-                EXPECT_TRUE(Waits([&] { return Found() == Texts{{First, "T,001"}}; }));
+                EXPECT_TRUE(Waits([&] { return Dumps() == Texts{{First, "T,001"}}; }));
             }
             EXPECT_EQ(Prompt(), stage);
             if (wayOut == "Setup" && stage != "Turn on") {
                 Click(*Window, "cmdBegin");
                 EXPECT_EQ(Prompt(), "Turn on");
-                EXPECT_EQ(Found(), Texts());
+                EXPECT_EQ(Dumps(), Texts());
             }
             if (wayOut == "Close") Window->close();
             if (wayOut == "Setup" || wayOut == "Quit") Click(*Window, "cmdQuit");
             if (wayOut == "Destroy") Window.reset();
-            EXPECT_EQ(Found(), Texts());
+            EXPECT_EQ(Dumps(), Texts());
+            const auto kept = LastKeptDump(Disk, Folder);
+            ASSERT_EQ(kept.has_value(), stage == "Reading");
+            if (kept) {
+                EXPECT_EQ(ContentsOf(kept->Path), "T,001");
+                Disk.Delete(kept->Path);
+            }
             EXPECT_FALSE(Port.IsOpen());
             EXPECT_FALSE(Window && Window->result() == QDialog::Accepted);
         }
@@ -264,13 +277,13 @@ TEST_F(Download, APortThatVanishesIsToldAndTheNextOneServes) {
     Line.Unplug();
     EXPECT_TRUE(Waits([&] { return Messages.IsDone(); }));
     EXPECT_EQ(Prompt(), "Turn on");
-    EXPECT_EQ(Found(), Texts());
+    EXPECT_EQ(Dumps(), Texts());
 
     const PseudoTerminal again(2);
     Begin();
     again.Send("T,001" + EndMark);
     EXPECT_TRUE(Closes());
-    EXPECT_EQ(Found(), (Texts{{First, "T,001" + EndMark}}));
+    EXPECT_EQ(Dumps(), (Texts{{First, "T,001" + EndMark}}));
 }
 
 TEST_F(Download, TheCounterSimulatorDumpsTheSample) {
