@@ -77,8 +77,9 @@ QWidget* frmMain::BuildStudyDetails() {
 }
 
 QLayout* frmMain::BuildRunListHead(QWidget* parent) {
-    lblNoneCounted_ = Named<QLabel>(parent, "lblNoneCounted",
-                                    QStringLiteral("No run counts yet: set both boundaries of a run on its speed profile."));
+    lblNoneCounted_ =
+        Named<QLabel>(parent, "lblNoneCounted",
+                      QStringLiteral("No run counts yet: set both boundaries of a run on its speed profile."));
     auto* line = new QHBoxLayout;
     line->addWidget(LabelFor(vaRunList_, QStringLiteral("&Runs in this study")));
     line->addStretch();
@@ -103,7 +104,8 @@ QLayout* frmMain::BuildRunListButtons(QWidget* parent) {
     btnShowDetails_->setToolTip(QStringLiteral("Open the run's speed profile, where its boundaries are set"));
     Connect(btnShowDetails_, &QPushButton::clicked, this, context_.Messages, [this] { ShowDetails(); });
     btnEditRun_ = add("BtnEditRun", "&Edit Run", "edit");
-    btnEditRun_->setToolTip(QStringLiteral("Open the run details: names and nodes of the run, its sensor data and statistics"));
+    btnEditRun_->setToolTip(
+        QStringLiteral("Open the run details: names and nodes of the run, its sensor data and statistics"));
     Connect(btnEditRun_, &QPushButton::clicked, this, context_.Messages,
             [this] { ShowActiveRun(&Screens::ShowRunEditor); });
     line->addStretch();
