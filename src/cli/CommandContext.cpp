@@ -126,6 +126,9 @@ NamedFile TakeApart(const std::string& path) {
 
 NamedFile TakeApart(const std::string& path, const std::string& extension, const std::string& kind) {
     NamedFile file = TakeApart(path);
+    if (path == StandardStream)
+        throw RunTimeError(ErrorNumber::TypeMismatch,
+                           "Standard input is not read here. Name a " + kind + " that ends in " + extension + ".");
     if (file.Extension != extension)
         throw RunTimeError(ErrorNumber::TypeMismatch,
                            path + "\nThis is no " + kind + ". Name a file that ends in " + extension + ".");

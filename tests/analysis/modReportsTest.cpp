@@ -89,6 +89,10 @@ TEST_F(modReportsTest, SummaryTellsTheStudyItsResultsAndEveryRun) {
     EXPECT_EQ(RowOf("1"), "1|NB-1|03/14/08|07:30|Primary|91|609|48|24|C|5|Counted|");
     EXPECT_THAT(Texts(), AllOf(Contains("Average Stop Delay"), Contains("5 s"), Contains("4.8"), Contains("8 KPH"),
                                Contains(HasSubstr("(m)")), Not(Contains(HasSubstr("(ft)")))));
+    for (int run = 1; run <= 3; ++run) TheStudy.Entries[run].ControlDelay = 15;
+    Print(Summary);
+    EXPECT_THAT(Texts(), Contains("3.0")) << "of which the window's label shows \"3.\"";
+    EXPECT_EQ(LoadReportData({}, Settings, Files, "", {}).StudyGroup, "start") << "the current folder's name";
 }
 
 TEST_F(modReportsTest, StatisticsGoSectionBySectionInDisplayUnits) {

@@ -144,8 +144,7 @@ QLayout* frmEditPulseData::LayOutRepairs() {
     btnSmoothData_ =
         ActionButton(this, "btnSmoothData", QStringLiteral("S&mooth"), "smooth",
                      QStringLiteral("Replace each point that differs from the one before it by the factor"));
-    txtSmoothingFactor_ =
-        NumberBox(this, "txtSmoothingFactor", QStringLiteral("A difference in speed, in MPH"));
+    txtSmoothingFactor_ = NumberBox(this, "txtSmoothingFactor", QStringLiteral("A difference in speed, in MPH"));
     txtSmoothingFactor_->setText(QString::number(FirstSmoothingFactor));
     txtEditDataPoint_ =
         NumberBox(this, "txtEditDataPoint",

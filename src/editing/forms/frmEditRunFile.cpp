@@ -91,7 +91,7 @@ QWidget* frmEditRunFile::BuildRun() {
     }
     frame->findChild<QLineEdit*>(QStringLiteral("Duration"))
         ->setToolTip(QStringLiteral("Also the number of samples: a shorter run loses its last ones, a longer one gets "
-                                    "empty ones."));
+                                    "empty ones"));
     return frame;
 }
 

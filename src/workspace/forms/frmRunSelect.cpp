@@ -71,7 +71,7 @@ QLayout* frmRunSelect::BuildGroupChooser() {
     cmbStudyGroup_->setToolTip(
         cmbStudyGroup_->isEnabled()
             ? QStringLiteral("The Study Group that the runs of this study lie in")
-            : QStringLiteral("All runs of a study lie in one Study Group, and this study has runs already."));
+            : QStringLiteral("All runs of a study lie in one Study Group, and this study has runs already"));
 
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(cmbStudyGroup_, QStringLiteral("Study &Group")));
