@@ -91,17 +91,30 @@ void SpeedProfile::ShowWholeRun() {
 }
 
 void SpeedProfile::ToggleAxis() {
-    const auto byDistance = Following(BoundaryAxis::Distance, run_, settings_, plot_, entry_);
-    const auto byTime = Following(BoundaryAxis::Time, run_, settings_, plot_, entry_);
-    for (const ProfileLine line : Boundaries) {
-        const std::int32_t sample = SampleIn(byDistance.Plot, line);
-        if (plot_.Axis == BoundaryAxis::Distance)
-            SampleOf(line) = DistanceOf(line) == 0 ? 0 : sample;
-        else if (SampleOf(line) != 0 && (DistanceOf(line) == 0 || SampleOf(line) != sample))
-            DistanceOf(line) = DistanceIn(byTime.Entry, line);
+    if (plot_.Axis == BoundaryAxis::Distance) {
+        const auto byDistance = Following(BoundaryAxis::Distance, run_, settings_, plot_, entry_);
+        for (const ProfileLine line : Boundaries)
+            SampleOf(line) = DistanceOf(line) == 0 ? 0 : SampleIn(byDistance.Plot, line);
+    } else {
+        const StudyRunEntry placed = EntryByDistance();
+        for (const ProfileLine line : Boundaries) DistanceOf(line) = DistanceIn(placed, line);
     }
     plot_.Axis = plot_.Axis == BoundaryAxis::Time ? BoundaryAxis::Distance : BoundaryAxis::Time;
     ShowWholeRun();
+}
+
+StudyRunEntry SpeedProfile::EntryByDistance() const {
+    StudyRunEntry placed = entry_;
+    if (plot_.Axis == BoundaryAxis::Distance) return placed;
+    const auto byDistance = Following(BoundaryAxis::Distance, run_, settings_, plot_, entry_);
+    const auto byTime = Following(BoundaryAxis::Time, run_, settings_, plot_, entry_);
+    for (const ProfileLine line : Boundaries) {
+        const std::int32_t sample = SampleIn(plot_, line);
+        const bool isMoved = DistanceIn(entry_, line) == 0 || sample != SampleIn(byDistance.Plot, line);
+        if (sample != 0 && isMoved)
+            (line == ProfileLine::Start ? placed.CDStartDist : placed.CDEndDist) = DistanceIn(byTime.Entry, line);
+    }
+    return placed;
 }
 
 std::optional<std::int32_t> SpeedProfile::Boundary(ProfileLine line) const {
@@ -142,9 +155,8 @@ std::optional<PartBetween> SpeedProfile::Between() const {
     const FoundBoundaries found = FindBoundaries(run_, plot_, entry_);
     const std::int32_t first = found.Start.value_or(trace_.SampleAt(Axis(), *start));
     const std::int32_t last = found.End.value_or(trace_.SampleAt(Axis(), *end));
-    const bool inTime = Axis() == BoundaryAxis::Time;
-    const std::int32_t feet = inTime ? trace_.DistanceOf(last) - trace_.DistanceOf(first) : *end - *start;
-    return PartBetween{static_cast<double>(feet), last - first};
+    const StudyRunEntry placed = EntryByDistance();
+    return PartBetween{static_cast<double>(placed.CDEndDist - placed.CDStartDist), last - first};
 }
 
 double SpeedProfile::PixelOf(ProfileLine line) const {

@@ -57,6 +57,9 @@ public:
     std::optional<std::int32_t> Boundary(ProfileLine line) const;
     /// The user's ideal speed, else the computed one, miles per hour; nothing when there is neither.
     std::optional<double> IdealSpeed() const;
+    /// The entry with its boundaries by distance: one that was moved over time has the distance that a computation
+    /// finds.
+    StudyRunEntry EntryByDistance() const;
     /// What lies between both boundaries; nothing while one is not set or they are crossed.
     std::optional<PartBetween> Between() const;
     /// The two as whole numbers in the shown unit.

@@ -132,7 +132,7 @@ inline std::shared_ptr<QWidget> OpenProfile(ShownProgram& program) {
 inline std::shared_ptr<QWidget> OpenUseBoundaries(ShownProgram& program) {
     Study& study = program.State.CurrentStudy;
     if (study.Record.RunCount == 0) AppendRun(study, "NB-1");
-    const Bounds bounds{500, 3000, std::nullopt};
+    const Bounds bounds{400, 2200, std::nullopt};
     std::vector<int> runs;
     for (int run = 1; run <= study.Record.RunCount; ++run) runs.push_back(run);
     return std::make_shared<frmUseBoundaries>(

@@ -316,7 +316,7 @@ TEST(CounterStudies, OtherStartFieldsEndTheApplication) {
                         &ApplicationEnded::Fault,
                         AllOf(Field(&FatalFormatFault::File, Path), Field(&FatalFormatFault::Record, given.second),
                               Field(&FatalFormatFault::Expected, "a record that begins with \"T\" or \":\"")))))
-            << text;
+            << given.first;
 }
 
 TEST(CounterStudies, AFileThatEndsTooEarlyIsError62AndNamesTheRecord) {

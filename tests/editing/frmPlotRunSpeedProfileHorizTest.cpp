@@ -122,11 +122,14 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, TypedIdealSpeed) {
 
 TEST_F(frmPlotRunSpeedProfileHorizTest, MetricShowsItsUnitsAndStoresFeetAndMilesPerHour) {
     State.Settings.MetricUnits = -1;
-    OpenPlot();  // 9000 ft = 2742.6 m, 500 m a step: 5 m a pixel
+    SetBoundaries(0, 7001);  // shown as 2133 m, which are 7000 ft
+    OpenPlot();              // 9000 ft = 2742.6 m, 500 m a step: 5 m a pixel
     EXPECT_EQ(Scale(), "500 Meters");
     Drag(At(0), {At(100)});
-    TypeIdealSpeed("33");                                  // whole miles per hour: 53.1 km/h
-    EXPECT_EQ(BoundariesOf(Entry()), std::pair(1641, 0));  // 500 m = 1640.8 ft
+    Get<QWidget>("txtEnd").setFocus();
+    PressKey(Qt::Key_Return);
+    TypeIdealSpeed("33");                                     // whole miles per hour: 53.1 km/h
+    EXPECT_EQ(BoundariesOf(Entry()), std::pair(1641, 7001));  // 500 m = 1640.8 ft
     EXPECT_EQ(Entry().IdealSpeedUser, 33);
     EXPECT_EQ(Text("txtIdealSpeed") + " " + Text("lblIdealSpeedSource"), "33 MPH = 53 KPH (set by hand)");
     EXPECT_THAT(Description(), HasSubstr("Ideal speed: 53 KPH"));
@@ -197,6 +200,7 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, TypedBoundariesCountAsReleases) {
     }
     Press("btnToggleSpdTime");
     EXPECT_EQ(Text("txtStart") + Text("lblStartUnit"), "40Secs.");
+    EXPECT_EQ(Text("lblBetween"), "5010 ft, 120 s, 28 MPH between the boundaries");
     TypeInto("txtStart", "50");  // left without Enter
     Press("BtnPlotSpeedExit");
     EXPECT_EQ(Entry().CDStartDist, 2500);
@@ -302,6 +306,10 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, OtherRunsGetTheBoundariesThatAreTicked) 
     EXPECT_EQ(BoundariesOf(State.CurrentStudy.Entries[2]), std::pair(0, 0));
     EXPECT_EQ(State.CurrentStudy.Entries[4].ControlDelay, 19);
     EXPECT_EQ(Window->Changes().Entries.size(), 2U);
+    Press("btnToggleSpdTime");
+    for (int i = 0; i < 3; ++i) PressKey(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(Text("lblPlotTitle") + Text("lblContDelay"), "Data Plot for D 19");
+    EXPECT_EQ(BoundariesOf(State.CurrentStudy.Entries[4]), std::pair(2000, 7000));
 }
 
 TEST_F(frmPlotRunSpeedProfileHorizTest, PictureIsCopiedAndSaved) {

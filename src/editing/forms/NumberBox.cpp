@@ -48,7 +48,8 @@ void NumberBox::keyReleaseEvent(QKeyEvent* event) {
 
 void NumberBox::focusOutEvent(QFocusEvent* event) {
     EndSteps();
-    if (isModified()) OnLeave();
+    // Its own menu pastes into it.
+    if (isModified() && event->reason() != Qt::PopupFocusReason) OnLeave();
     QLineEdit::focusOutEvent(event);
 }
 

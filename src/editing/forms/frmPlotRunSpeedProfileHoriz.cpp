@@ -39,7 +39,7 @@ frmPlotRunSpeedProfileHoriz::frmPlotRunSpeedProfileHoriz(AppContext& context, co
     setWindowTitle(QStringLiteral("Speed Profile"));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     OnChooseRuns = [this](const std::vector<BoundsPreview>& previews) {
-        frmUseBoundaries dialog(context_, previews, BoundsOf(visits_.Entry()), this);
+        frmUseBoundaries dialog(context_, previews, BoundsOf(profile_.EntryByDistance()), this);
         return dialog.exec() == Accepted ? dialog.Chosen() : std::vector<BoundsPreview>();
     };
     AddActions();
@@ -151,8 +151,9 @@ void frmPlotRunSpeedProfileHoriz::AddActions() {
          std::initializer_list<QWidget*>{controls_.btnPreviousRun, controls_.btnNextRun, controls_.btnUseFor})
         button->setVisible(visits_.Visit().GoesOn);
     separate();
-    AddAction("mnuCopyPicture", QStringLiteral("Copy Picture"), QKeySequence::Copy, &Form::CopyPicture);
-    AddAction("mnuSavePicture", QStringLiteral("Save Picture..."), {}, &Form::SavePicture);
+    mnuCopyPicture_ =
+        AddAction("mnuCopyPicture", QStringLiteral("Copy Picture"), QKeySequence::Copy, &Form::CopyPicture);
+    mnuSavePicture_ = AddAction("mnuSavePicture", QStringLiteral("Save Picture..."), {}, &Form::SavePicture);
 }
 
 void frmPlotRunSpeedProfileHoriz::ShowRun() {
@@ -166,6 +167,7 @@ void frmPlotRunSpeedProfileHoriz::ShowRun() {
          std::initializer_list<QWidget*>{controls_.cmbPlotScaleList, controls_.btnToggleSpdTime, controls_.txtStart,
                                          controls_.txtEnd, controls_.txtIdealSpeed})
         control->setEnabled(profile_.Trace().HasMovement());
+    for (QAction* action : {mnuCopyPicture_, mnuSavePicture_}) action->setEnabled(profile_.Trace().HasMovement());
     for (const auto& [button, direction] : {std::pair(controls_.btnPreviousRun, -1), {controls_.btnNextRun, 1}}) {
         // Where there is no run to go on to, the keys go to the plot and not into the run's name.
         if (!visits_.HasRun(direction) && button->hasFocus()) controls_.Plot->setFocus();
@@ -182,6 +184,12 @@ void frmPlotRunSpeedProfileHoriz::ShowRun() {
     }
     isComputed_ = false;
     problem_.clear();
+    if (profile_.Axis() == BoundaryAxis::Time) {
+        // Its figures are those of its distances.
+        profile_.ShowAlong(BoundaryAxis::Distance);
+        Draw();
+        profile_.ShowAlong(BoundaryAxis::Time);
+    }
     Draw();
     ShowReadiness();
     settled_ = Now();
@@ -227,7 +235,8 @@ void frmPlotRunSpeedProfileHoriz::UseForAll() {
 void frmPlotRunSpeedProfileHoriz::UseForSelected() { UseFor(visits_.Visit().Selected); }
 
 void frmPlotRunSpeedProfileHoriz::UseFor(const std::vector<int>& runs) {
-    const StudyRunEntry entry = visits_.Entry();
+    for (const ProfileLine line : AllLines) LeaveBox(line);
+    const StudyRunEntry entry = profile_.EntryByDistance();
     if (!HasBothBoundaries(entry))
         return context_.Messages.Tell(
             "A boundary is not set yet.\nSet both boundaries of this run, then use them for "
@@ -326,7 +335,12 @@ std::optional<std::int32_t> frmPlotRunSpeedProfileHoriz::Typed(ProfileLine line)
 
 void frmPlotRunSpeedProfileHoriz::TakeTyped(ProfileLine line) {
     if (const auto typed = Typed(line)) {
-        Place(line, *typed);
+        // A boundary that is shown rounded stays where it is.
+        const bool stays = line != ProfileLine::IdealSpeed && !BoxOf(line).isModified();
+        if (stays)
+            profile_.Grab(line);
+        else
+            Place(line, *typed);
         EndMove(false);
         return BoxOf(line).selectAll();
     }

@@ -118,6 +118,8 @@ private:
     bool anyIsReady_ = false;            ///< both releases were made on a run of this visit
     bool isComputed_ = false;
     QString problem_;  ///< the error of the last computation
+    QAction* mnuCopyPicture_ = nullptr;
+    QAction* mnuSavePicture_ = nullptr;
     QAction* mnuUseForAll_ = nullptr;
     QAction* mnuUseForSelected_ = nullptr;
     QAction* mnuNextRun_ = nullptr;

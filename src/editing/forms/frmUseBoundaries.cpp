@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <limits>
 
 #include "core/StudyFile.h"
 #include "core/Text.h"
@@ -17,13 +18,11 @@ namespace {
 enum Column { RunColumn, NowColumn, ThenColumn, GradeColumn, WarningColumn };
 constexpr int PreviewRole = Qt::UserRole + 1;
 
-/// Its delay in the list, or a dash.
+/// A delay, or a dash, which sorts below all delays.
 void SetDelay(Table& table, int row, int column, const StudyRunEntry& entry, bool isThere) {
     const bool isComputed = isThere && HasBothBoundaries(entry) && !Trim(entry.LOSGrade).empty();
-    if (isComputed)
-        table.SetNumber(row, column, entry.ControlDelay, QString::number(entry.ControlDelay));
-    else
-        table.SetText(row, column, QStringLiteral("\u2013"));
+    table.SetNumber(row, column, isComputed ? entry.ControlDelay : std::numeric_limits<double>::lowest(),
+                    isComputed ? QString::number(entry.ControlDelay) : QStringLiteral("\u2013"));
 }
 
 }  // namespace
