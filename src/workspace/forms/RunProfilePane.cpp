@@ -19,6 +19,8 @@ RunProfilePane::RunProfilePane(AppContext& context, QWidget* parent)
     lblRunProfile_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     view_ = Named<ProfileView>(this, "RunProfile");
     view_->setAccessibleName(QStringLiteral("Speed profile of the active run"));
+    // It gives way to the list where the screen is small.
+    view_->setMinimumSize(160, 60);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(lblRunProfile_);

@@ -127,7 +127,7 @@ QLayout* frmStartUp::BuildChoices() {
                                      "obd-log", QStringLiteral("OBD logs of a laptop.")},
                                     {ProcessRevpad, "BtnProcessRevpad", QStringLiteral("Process Revpa&d Data"),
                                      "handheld-obd", QStringLiteral("OBD logs of a handheld.")},
-                                    {ProcessCombined, "BtnProcessCombined", QStringLiteral("Process Co&mbined Data"),
+                                    {ProcessCombined, "BtnProcessCombined", QStringLiteral("Process C&ombined Data"),
                                      "gps-log", QStringLiteral("Combined GPS and OBD logs (key P).")},
                                     {ProcessBattelle, "BtnProcessBattelle", QStringLiteral("Process &Battelle Data"),
                                      "gps-log", QStringLiteral("Battelle GPS files (key B).")}});
