@@ -31,14 +31,14 @@ struct Drive {
     int Hour;
     int Minute;
     double Cruise;  ///< feet a second
-    int Red;        ///< seconds at the signal; 0 for a drive that meets green
+    int Red;        ///< seconds of standing at the signal
     double Queue;   ///< feet between its place in the queue and the signal
     bool IsBefore;
 };
 constexpr std::array Drives = {
     Drive{"MAIN-NB-001", 7, 5, 51, 38, 90, true},   Drive{"MAIN-NB-002", 7, 21, 50, 24, 25, true},
-    Drive{"MAIN-NB-003", 7, 38, 52, 46, 160, true}, Drive{"MAIN-NB-004", 7, 52, 49, 0, 0, true},
-    Drive{"MAIN-NB-005", 7, 4, 51, 17, 50, false},  Drive{"MAIN-NB-006", 7, 19, 51, 0, 0, false},
+    Drive{"MAIN-NB-003", 7, 38, 52, 46, 160, true}, Drive{"MAIN-NB-004", 7, 52, 49, 6, 0, true},
+    Drive{"MAIN-NB-005", 7, 4, 51, 17, 50, false},  Drive{"MAIN-NB-006", 7, 19, 51, 2, 0, false},
     Drive{"MAIN-NB-007", 7, 36, 50, 9, 0, false},   Drive{"MAIN-NB-008", 7, 50, 52, 21, 75, false},
 };
 

@@ -131,6 +131,7 @@ private:
         const auto isNode = [](const ProfileMark& mark) { return mark.IsNode; };
         const bool hasNodes = std::any_of(marks.begin(), marks.end(), isNode);
         const bool hasKeys = !std::all_of(marks.begin(), marks.end(), isNode);
+        if (!HasRoomForLegend()) return;
         double right = size_.width() - Edge;
         PaintLegendLine(right, QStringLiteral("Ideal speed"), QPen(colours_.IdealSpeed, 2));
         PaintLegendLine(right, QStringLiteral("Boundary"), QPen(colours_.Boundary, 2));
@@ -138,6 +139,14 @@ private:
         if (hasKeys) right -= 16 + 3 * PlotSpace;
         if (hasNodes) PaintLegendLine(right, QStringLiteral("Node"), QPen(colours_.Node, 1));
         PaintLegendLine(right, QStringLiteral("Speed"), QPen(colours_.Trace, 2));
+    }
+
+    /// Beside the title of the speeds.
+    bool HasRoomForLegend() const {
+        constexpr int Entries = 5;
+        constexpr double Sign = 22 + 4 * PlotSpace;
+        const double texts = metrics_.horizontalAdvance(QStringLiteral("Ideal speedBoundaryKeyNodeSpeed Speed (MPH)"));
+        return texts + Entries * Sign + 2 * Edge < size_.width();
     }
 
     double LegendMiddle() const { return Crisp(Edge / 2 + metrics_.height() / 2); }

@@ -65,7 +65,8 @@ void MainMenu::BuildMenus(QMainWindow& window) {
 }
 
 QAction* MainMenu::MakeAction(const MenuEntry& entry) {
-    auto* action = new QAction(LineIcon(QLatin1String(entry.Icon)), QString::fromLatin1(entry.Caption), this);
+    auto* action = new QAction(QString::fromLatin1(entry.Caption), this);
+    if (*entry.Icon != '\0') action->setIcon(LineIcon(QLatin1String(entry.Icon)));
     action->setObjectName(QLatin1String(entry.Name));
     action->setShortcut(entry.Shortcut);
     if (entry.IsKeyOfRunList) action->setShortcutContext(Qt::WidgetShortcut);
@@ -79,7 +80,8 @@ QAction* MainMenu::MakeAction(const MenuEntry& entry) {
 }
 
 void MainMenu::AddSubmenu(QMenu& menu, const MenuEntry& entry) {
-    QMenu* submenu = menu.addMenu(LineIcon(QLatin1String(entry.Icon)), QString::fromLatin1(entry.Caption));
+    QMenu* submenu = menu.addMenu(QString::fromLatin1(entry.Caption));
+    if (*entry.Icon != '\0') submenu->setIcon(LineIcon(QLatin1String(entry.Icon)));
     submenu->setObjectName(QLatin1String(entry.Name));
     submenu->setAccessibleName(WithoutAccessKey(submenu->title()));
     submenu->setToolTipsVisible(true);

@@ -43,6 +43,9 @@ namespace {
 /// Whether the profile stands beside the list: at first it does.
 constexpr const char* ProfilePaneKey = "profile-beside-list";
 constexpr const char* ChoiceHidden = "no";
+/// Of the window as it opens for the first time: the list shows delays and grade.
+constexpr int ListWidth = 620;
+constexpr int ProfileWidth = 350;
 
 constexpr const char* SupportSite = "https://vantor.example/support";
 
@@ -83,7 +86,6 @@ QWidget* frmMain::BuildStudyDetails() {
 
     auto* column = new QVBoxLayout(frame);
     column->addWidget(details_);
-    column->addWidget(frBegin_ = BuildBeginning(frame));
     column->addLayout(BuildRunListHead(frame));
     column->addWidget(BuildRuns(frame), 1);
     column->addLayout(BuildRunListButtons(frame));
@@ -104,15 +106,14 @@ QWidget* frmMain::BuildBeginning(QWidget* parent) {
         line->addWidget(button);
         return button;
     };
-    menu_->Attach(*add("btnBeginCounter", "a Traffic Counter", "read-counter"), "mnuReadTDC");
-    menu_->Attach(*add("btnBeginFile", "a Counter File", "counter-file"), "mnuFileProcessRuns");
+    menu_->Attach(*add("btnBeginCounter", "Counter", "read-counter"), "mnuReadTDC");
+    menu_->Attach(*add("btnBeginFile", "Counter File", "counter-file"), "mnuFileProcessRuns");
     auto* logs = new QMenu(frame);
     for (const char* command :
          {"mnuFileRoamlap", "mnuFileRoampad", "mnuFileRevlap", "mnuFileRevpad", "mnuFileCombined", "mnuFileBattelle"})
         logs->addAction(&menu_->Command(command));
-    add("btnBeginLog", "a GPS or OBD Log", "gps-log")->setMenu(logs);
-    menu_->Attach(*add("btnBeginStudy", "an Existing Study", "open-study"), "mnuFileOpen");
-    line->addStretch();
+    add("btnBeginLog", "GPS or OBD Log", "gps-log")->setMenu(logs);
+    menu_->Attach(*add("btnBeginStudy", "Existing Study", "open-study"), "mnuFileOpen");
     menu_->Attach(*add("btnBeginSample", "Try the Sample", "statistics"), "mnuHelpSample");
     return frame;
 }
@@ -121,8 +122,9 @@ QWidget* frmMain::BuildRuns(QWidget* parent) {
     auto* runs = Named<QSplitter>(parent, "splRuns");
     runs->addWidget(vaRunList_);
     runs->addWidget(profile_ = new RunProfilePane(context_, runs));
-    runs->setStretchFactor(0, 3);
-    runs->setStretchFactor(1, 2);
+    runs->setStretchFactor(0, 1);
+    runs->setStretchFactor(1, 1);
+    runs->setSizes({ListWidth, ProfileWidth});
     runs->setChildrenCollapsible(false);
     vaRunList_->OnActivated = [this](int run) { profile_->ShowRun(run); };
     setTabOrder(details_->LastField(), vaRunList_);
@@ -136,9 +138,13 @@ QLayout* frmMain::BuildRunListHead(QWidget* parent) {
     auto* line = new QHBoxLayout;
     line->addWidget(LabelFor(vaRunList_, QStringLiteral("&Runs in this study")));
     line->addStretch();
+    line->addWidget(frBegin_ = BuildBeginning(parent));
     lblHiddenRuns_ = Named<QLabel>(parent, "lblHiddenRuns");
     line->addWidget(lblHiddenRuns_);
     line->addWidget(lblNoneCounted_);
+    // At most one of them is shown: the window need not have room for all.
+    for (QWidget* part : {frBegin_, static_cast<QWidget*>(lblHiddenRuns_), static_cast<QWidget*>(lblNoneCounted_)})
+        part->hide();
     return line;
 }
 
@@ -312,7 +318,7 @@ void frmMain::ShowRunList(RunList list) {
     frBegin_->setVisible(!hasRuns && !context_.State.CurrentStudy.Stored);
     const bool hasCounted =
         std::ranges::any_of(rows, [](const RunListRow& row) { return row.State == RunState::Counted; });
-    lblNoneCounted_->setVisible(hasRuns && !hasCounted);
+    lblNoneCounted_->setVisible(hasRuns && !hasCounted && vaRunList_->HiddenRuns() == 0);
     ShowHiddenRuns();
     ShowStatus();
 }
