@@ -12,7 +12,8 @@
 
 namespace vantor {
 
-using testing::Each, testing::ElementsAre, testing::EndsWith, testing::HasSubstr, testing::IsEmpty, testing::StartsWith;
+using testing::AllOf, testing::Each, testing::ElementsAre, testing::SizeIs, testing::EndsWith, testing::HasSubstr,
+    testing::IsEmpty, testing::StartsWith;
 using Names = std::vector<std::string>;
 inline constexpr auto Yes = MessageAnswer::Yes;
 inline constexpr auto No = MessageAnswer::No;

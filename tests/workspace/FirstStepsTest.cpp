@@ -1,0 +1,118 @@
+#include <QMenu>
+#include <QMimeData>
+#include <QUrl>
+
+#include "core/forms/Theme.h"
+#include "fakes/ThrowsError.h"
+#include "workspace/MainWindow.h"
+#include "workspace/RecentStudies.h"
+#include "workspace/SampleStudy.h"
+
+namespace vantor {
+namespace {
+
+struct FirstSteps : MainWindow {
+    QList<QAction*> Opened(const char* menu) {
+        emit Get<QMenu>(menu).aboutToShow();
+        return Get<QMenu>(menu).actions();
+    }
+    /// Drops files onto the field that would take their names as a text.
+    void Drop(std::initializer_list<std::string> paths) {
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const std::string& path : paths) urls += QUrl::fromLocalFile(ToQt(path));
+        data.setUrls(urls);
+        auto& field = Get<QLineEdit>("txtStudyName");
+        QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&field, &enter);
+        QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&field, &drop);
+        EXPECT_TRUE(drop.isAccepted());
+        QTest::qWait(1);
+    }
+};
+
+TEST_F(FirstSteps, TheSampleIsMadeOpenedAndRemoved) {
+    Start();
+    EXPECT_TRUE(IsShown("frBegin"));
+    Press("btnBeginSample");
+    EXPECT_FALSE(IsShown("frBegin"));
+    EXPECT_THAT(Column(*Window, "vaRunList", 7), AllOf(SizeIs(8), Each("Counted")));
+    const Names marks = Column(*Window, "vaRunList", 13);
+    EXPECT_EQ(std::ranges::count(marks, "Before"), 4);
+    // The longest wait costs most: 46 s at the signal, and what braking and starting from 35 mph cost.
+    for (const StudyRunEntry& entry : Current().Entries)
+        EXPECT_LE(entry.ControlDelay, Current().Entries[3].ControlDelay);
+    EXPECT_GT(Current().Entries[3].ControlDelay, 46);
+    EXPECT_LT(Current().Entries[3].ControlDelay, 46 + 52.0 / 7 + 52.0 / 4);
+
+    const std::string folder = Root + "Sample/";
+    Files.PutText(folder + "Mine.rd2", "mine");
+    Messages.Expect("Do you want to delete the sample study and its eight runs?\n" + folder, Yes);
+    Do("mnuHelpRemoveSample");
+    EXPECT_TRUE(IsShown("frBegin"));
+    EXPECT_THAT(Files.List(folder), SizeIs(1));
+    Files.PutText(folder + "MAIN-NB-008.rd2", "mine, too");
+    EXPECT_ERROR(FileAlreadyExists, MakeSample(Files, Root, State.Settings));
+    EXPECT_THAT(Files.List(folder), SizeIs(2)) << "all runs or none";
+}
+
+TEST_F(FirstSteps, StudiesThatWereOpenedStandInTheMenu) {
+    PutStudy("PM", {{"R2", 20}});
+    StartWith({{"R1", 12}});
+    Drop({Group + "PM.ld2"});
+    EXPECT_EQ(Text("txtStudyName"), "PM");
+    EXPECT_EQ(RecentStudies(State.Choices), (Names{Group + "PM.ld2", Group + "AM.ld2"}));
+    EXPECT_EQ(LoadUserChoices(Files).count("recent-study-2"), 1U);
+    Opened("mnuFileRecent")[1]->trigger();
+    EXPECT_EQ(Text("txtStudyName"), "AM");
+    Files.Delete(Group + "PM.ld2");
+    Messages.Expect("The study is not there any more:\n" + Group +
+                    "PM.ld2\nOpen Existing Study shows where studies lie now.");
+    Opened("mnuFileRecent")[1]->trigger();
+    Opened("mnuFileRecent").back()->trigger();
+    EXPECT_THAT(RecentStudies(State.Choices), IsEmpty());
+}
+
+TEST_F(FirstSteps, FilesThatAreDroppedGoWhereTheyBelong) {
+    StartWith({{"R1", 12}});
+    PutRun(OakElm, "Far");
+    Messages.Expect(
+        "These files are of no kind that the program reads: a.docx\nIt takes studies (.ld2), counter files "
+        "(.tdc), GPS and OBD logs and runs (.rd2).\n\nVersion 1 runs are converted as they are added: use "
+        "Add Run for Old.rdf.");
+    Messages.Expect("The runs of a study lie in one Study Group, those of this one in:\n" + Group +
+                    "\nThese lie elsewhere and are not added: Far");
+    OtherScreens.Log = {"/logs/", "drive", ".pdb"};
+    OtherScreens.OnShow["review OBD handheld"] = [] { return true; };
+    Messages.Expect("What is in this database of a handheld?\ndrive.pdb", No);
+    Drop({"/a.docx", "/Old.rdf", Group + "R2.rd2", OakElm + "Far.rd2", "/data/Day.TDC", "/logs/drive.pdb"});
+    EXPECT_THAT(RunsShown(), ElementsAre("R1 ", "R2 "));
+    ASSERT_THAT(OtherScreens.Uploads, SizeIs(2));
+    EXPECT_EQ(OtherScreens.Uploads[0].ToConvert, (CounterFileChoice{"/data/", "Day"}));
+    EXPECT_TRUE(OtherScreens.Uploads[0].ChecksFirst) << "no list has read it";
+}
+
+TEST_F(FirstSteps, WhatTheViewShowsIsRemembered) {
+    StartWith({{"R1", 12}, {"R2", 50, 0, 0}, {"R3", 20}});
+    Do("mnuViewCounted");
+    EXPECT_THAT(RunsShown(), ElementsAre("R1 ", "R3 "));
+    EXPECT_EQ(Text("lblHiddenRuns"), "1 run that does not count is not shown (View)");
+    EXPECT_EQ(Text("lblAvgContDelay"), " 16") << "no figure changes";
+    PressKey(Qt::Key_Down);
+    PressKey(Qt::Key_Delete);
+    EXPECT_EQ(RunsOf(Current()), (Names{"R1", "R2"}));
+    Do("mnuViewProfile");
+    EXPECT_FALSE(IsShown("RunProfilePane"));
+    Opened("mnuViewTheme")[2]->trigger();
+    EXPECT_TRUE(IsDark(QApplication::palette()));
+    UseTheme(ThemeNamed("light"));
+    State.StudyUnchanged = true;
+    Start();
+    EXPECT_THAT(RunsShown(), ElementsAre("R1 ", "R3 "));
+    EXPECT_FALSE(IsShown("RunProfilePane"));
+    EXPECT_EQ(ThemeNamed(ChoiceOf(State.Choices, ThemeKey)), ThemeChoice::Dark);
+}
+
+}  // namespace
+}  // namespace vantor
