@@ -40,8 +40,17 @@ std::string WhatIsReplaced(const AppContext& context, StudyTarget target) {
            " It will be kept as " + LastComponent(FreeBackupPath(context.Files, path)) + ".";
 }
 
+/// A further paragraph where the study would come to lie in the folder of all Study Groups.
+std::string WarningOfRoot(const AppContext& context, StudyTarget target) {
+    const ApplicationState& state = context.State;
+    if (target != StudyTarget::New || !IsSameFolder(StudyGroupFolder(state), state.Paths.StudyGroupRootPath)) return {};
+    return "\n\nThis is the root of all Study Groups, where no runs lie. Save Study As puts the study into a Study "
+           "Group.";
+}
+
 bool SaveUnderItsName(AppContext& context, StudyTarget target) {
-    const std::string problem = NameProblem(NameOfStudy(context.State), StudyNameWidth);
+    const std::string name = NameOfStudy(context.State);
+    const std::string problem = name.empty() ? NamelessStudyText : NameProblem(name, StudyNameWidth);
     if (!problem.empty()) {
         context.Messages.Tell(problem, MessageIcon::Warning);
         return false;
@@ -75,8 +84,8 @@ void Rename(AppContext& context, int index, RunRecord& run, const std::string& n
 bool SaveStudyNow(AppContext& context) {
     const StudyTarget target = TargetUnderItsName(context);
     const std::string group = LastComponent(StudyGroupFolder(context.State));
-    return context.Messages.Confirm("Do you want to save study: " + NameOfStudy(context.State) +
-                                    "\n in Study Group: " + group + " ?" + WhatIsReplaced(context, target)) &&
+    return context.Messages.Confirm("Do you want to save study: " + NameOfStudy(context.State) + "\n in Study Group: " +
+                                    group + " ?" + WhatIsReplaced(context, target) + WarningOfRoot(context, target)) &&
            SaveUnderItsName(context, target);
 }
 

@@ -60,9 +60,7 @@ std::string StudyProblem(const Study& study) {
     if (study.Record.RunCount == 0)
         return "You need to select one or more runs before continuing.\n"
                "Click the Add Runs buttons in the center window.";
-    if (Trim(study.Record.StudyName).empty())
-        return "You need to give this study a name before continuing.\n"
-               "Click in the Name input box and enter a name.";
+    if (Trim(study.Record.StudyName).empty()) return NamelessStudyText;
     return {};
 }
 

@@ -20,6 +20,8 @@ bool LastStudyExists(const ApplicationState& state, const FileSystem& files);
 enum class SavePrompt { None, NotSavedYet, ParametersChanged };
 SavePrompt SavePromptNeeded(const ApplicationState& state, const FileSystem& files);
 
+inline constexpr const char* NamelessStudyText =
+    "You need to give this study a name before continuing.\nClick in the Name input box and enter a name.";
 /// What keeps the study from being evaluated, as the text to show; empty when nothing does.
 std::string StudyProblem(const Study& study);
 

@@ -218,8 +218,23 @@ TEST_F(MainWindow, WhatIsTypedIsInTheRecordAtOnce) {
     EXPECT_FALSE(State.StudyUnchanged);
     QTest::keyClick(&Get<QComboBox>("cmbCritLane"), Qt::Key_End);
     EXPECT_EQ(Current().Record.CritLane, 4);
+    Get<QComboBox>("cmbCritLane").setFocus();
+    QTest::keyClick(&Get<QComboBox>("cmbCritLane"), Qt::Key_Delete);
+    EXPECT_EQ(Current().Record.CritLane, -1);
     EXPECT_EQ(Text("lblSaved"), "Not saved");
     EXPECT_TRUE(Window->isWindowModified());
+}
+
+TEST_F(MainWindow, AStudyOfTheRootOrWithoutANameIsToldOf) {
+    State.Paths.LastStudyGroupPath = Root;
+    Start();
+    Messages.Expect(
+        "Do you want to save study: \n in Study Group: Study Groups ?\n\nThis is the root of all Study Groups, "
+        "where no runs lie. Save Study As puts the study into a Study Group.",
+        Yes);
+    Messages.Expect(NamelessStudyText);
+    Do("mnuFileSave");
+    EXPECT_TRUE(Get<QLineEdit>("txtStudyName").hasFocus());
 }
 
 TEST_F(MainWindow, SaveNowAsksAndWritesUnderASafeName) {
@@ -253,7 +268,7 @@ TEST_F(MainWindow, AStudyThatCannotBeSavedIsNotLeft) {
     Start();
     OtherScreens.OnShow["frmRunSelect"] = [this] { return AddRuns(State, {"R1"}) > 0; };
     Press("BtnAddRun");
-    for (const char* leave : {"mnuFileNew", "mnuFileOpen", "mnuFileExit"}) expectStays(leave, UnsafeNameMessage(""));
+    for (const char* leave : {"mnuFileNew", "mnuFileOpen", "mnuFileExit"}) expectStays(leave, NamelessStudyText);
     TypeInto("txtStudyName", "PM");
     for (const char* leave : {"mnuFileNew", "mnuFileOpen", "mnuFileExit"}) {
         Files.FailChangeAfter(0, ErrorNumber::DiskFull);

@@ -1,5 +1,6 @@
 #include "workspace/forms/StudyDetailsPanel.h"
 
+#include <QAction>
 #include <QGridLayout>
 #include <QScopedValueRollback>
 
@@ -52,6 +53,13 @@ QLineEdit* StudyDetailsPanel::AddTextField(const char* name, std::string StudyRe
 QComboBox* StudyDetailsPanel::AddListField(const char* name, std::int16_t StudyRecord::*field) {
     auto* list = Named<QComboBox>(this, name);
     list->setPlaceholderText(QStringLiteral("(none)"));
+    list->setToolTip(QStringLiteral("Del sets it back to none"));
+    auto* none = new QAction(QStringLiteral("Set to (&none)"), list);
+    none->setShortcut(Qt::Key_Delete);
+    none->setShortcutContext(Qt::WidgetShortcut);
+    list->addAction(none);
+    list->setContextMenuPolicy(Qt::ActionsContextMenu);
+    Connect(none, &QAction::triggered, this, context_.Messages, [list] { list->setCurrentIndex(-1); });
     Connect(list, &QComboBox::currentIndexChanged, this, context_.Messages,
             [this, list, field](int position) { TakeEdit(*list, field, static_cast<std::int16_t>(position)); });
     return list;

@@ -381,6 +381,7 @@ void frmMain::SaveNow() {
     // The study is saved even where only the settings could not be.
     bool isSaved = false;
     Guarded(context_.Messages, [&] { isSaved = SaveStudyNow(context_); });
+    if (!isSaved && Trim(context_.State.CurrentStudy.Record.StudyName).empty()) details_->FocusStudyName();
     NoteRecent();
     ShowStatus();
     if (isSaved) Tell(QStringLiteral("Saved"));
