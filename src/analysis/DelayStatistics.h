@@ -6,6 +6,7 @@
 #include "core/AppSettings.h"
 #include "core/RunRecords.h"
 #include "core/StudyRecords.h"
+#include "core/Units.h"
 
 namespace vantor {
 
@@ -25,6 +26,16 @@ struct PlotState {
 /// beyond its end; 0 for a boundary that is not set. A computation that does not find a boundary leaves its sample as
 /// it is, so a study's run must start from here.
 PlotState PlacedBoundaries(const RunRecord& run, const StudyRunEntry& entry);
+
+/// The part of a run between its boundaries, as a computation finds them.
+struct PartBetween {
+    double Feet = 0;
+    std::int32_t Seconds = 0;
+    /// Mean speed, miles per hour; nothing where no second lies between them.
+    std::optional<double> Speed() const {
+        return Seconds > 0 ? std::optional(Feet / Seconds / FeetPerSecondOfMph) : std::nullopt;
+    }
+};
 
 /// The samples on which a computation finds the boundaries; nothing for one that it never reaches.
 struct FoundBoundaries {

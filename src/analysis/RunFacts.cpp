@@ -3,7 +3,6 @@
 #include "core/ContentHash.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
-#include "core/Units.h"
 
 namespace vantor {
 namespace {
@@ -79,16 +78,10 @@ RunFacts ReadRunFacts(const FileSystem& files, const std::string& folder, const 
     return facts;
 }
 
-std::optional<std::int32_t> TravelTimeBetween(const StudyRunEntry& entry, const RunFacts& facts) {
+std::optional<PartBetween> BetweenBoundaries(const StudyRunEntry& entry, const RunFacts& facts) {
     if (!HasBothBoundaries(entry) || !facts.Found.Start || !facts.Found.End) return std::nullopt;
-    return *facts.Found.End - *facts.Found.Start;
-}
-
-std::optional<double> MeanSpeedBetween(const StudyRunEntry& entry, const RunFacts& facts) {
-    const auto seconds = TravelTimeBetween(entry, facts);
-    if (!seconds || *seconds <= 0) return std::nullopt;
-    const double feet = static_cast<double>(entry.CDEndDist) - entry.CDStartDist;
-    return feet / *seconds / FeetPerSecondOfMph;
+    if (entry.CDEndDist < entry.CDStartDist) return std::nullopt;
+    return PartBetween{static_cast<double>(entry.CDEndDist) - entry.CDStartDist, *facts.Found.End - *facts.Found.Start};
 }
 
 std::vector<std::string> RunWarnings(const StudyRunEntry& entry, const RunFacts& facts) {

@@ -33,10 +33,8 @@ RunFacts FactsOf(const RunReading& reading, const StudyRunEntry& entry, const Ap
 RunFacts ReadRunFacts(const FileSystem& files, const std::string& folder, const StudyRunEntry& entry,
                       const AppSettings& settings);
 
-/// Seconds from the start to the end boundary; nothing where one is not set or not found.
-std::optional<std::int32_t> TravelTimeBetween(const StudyRunEntry& entry, const RunFacts& facts);
-/// Miles per hour over that time; nothing without a time.
-std::optional<double> MeanSpeedBetween(const StudyRunEntry& entry, const RunFacts& facts);
+/// What lies between the boundaries; nothing where one is not set or not found, or they are crossed.
+std::optional<PartBetween> BetweenBoundaries(const StudyRunEntry& entry, const RunFacts& facts);
 
 /// What makes a figure mean something else than it seems to, each as a short text; none for what is no run. Warnings
 /// change no figure: a run that they name counts as before.

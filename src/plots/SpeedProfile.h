@@ -16,16 +16,6 @@ namespace vantor {
 /// The highest ideal speed that may be typed or stepped to, miles per hour.
 inline constexpr std::int32_t MostIdealSpeed = 999;
 
-/// The part of a run between its boundaries, as a computation finds them.
-struct PartBetween {
-    double Feet = 0;
-    std::int32_t Seconds = 0;
-    /// Mean speed, miles per hour; nothing where no second lies between them.
-    std::optional<double> Speed() const {
-        return Seconds > 0 ? std::optional(Feet / Seconds / FeetPerSecondOfMph) : std::nullopt;
-    }
-};
-
 /// The speed profile of one run while its screen is open: what is drawn, where the lines lie, and what dragging them
 /// does to the run's entry of the study. Run, settings and entry must outlive it.
 class SpeedProfile {

@@ -51,6 +51,9 @@ TEST_F(RunListTest, RowsTellInTextColourAndWordsWhetherARunCounts) {
         EXPECT_THAT(TextOfCell(row, 0, Qt::AccessibleTextRole), HasSubstr(words[row]));
         EXPECT_FALSE(Cell(row, 0, Qt::DecorationRole).value<QIcon>().isNull());
     }
+    // Found at 308 ft in second 7, and at 7612 ft in second 172, the start's 44 ft counted twice.
+    EXPECT_EQ(CellText(List(), 0, 10) + " s, " + CellText(List(), 0, 11) + " MPH", "165 s, 30.2 MPH");
+    EXPECT_EQ(CellText(List(), 1, 10), "") << "a boundary is missing";
     for (const int column : {4, 6}) EXPECT_TRUE(Cell(0, column, Qt::TextAlignmentRole).toInt() & Qt::AlignRight);
 }
 

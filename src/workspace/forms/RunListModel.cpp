@@ -2,7 +2,6 @@
 
 #include <QGuiApplication>
 #include <array>
-#include <limits>
 
 #include "core/Numeric.h"
 #include "core/Text.h"
@@ -50,13 +49,12 @@ double BoundaryKey(const RunListRow& row) {
     return row.Entry.*Feet;
 }
 
-double TravelTimeKey(const RunListRow& row) {
-    return TravelTimeBetween(row.Entry, row.Facts).value_or(std::numeric_limits<std::int32_t>::min());
+std::optional<PartBetween> PartOf(const RunListRow& row) { return BetweenBoundaries(row.Entry, row.Facts); }
+
+std::optional<double> MeanSpeedOf(const RunListRow& row) {
+    const auto part = PartOf(row);
+    return part ? part->Speed() : std::nullopt;
 }
-
-double MeanSpeedKey(const RunListRow& row) { return MeanSpeedBetween(row.Entry, row.Facts).value_or(BeforeAll); }
-
-bool HasTimes(const RunListRow& row) { return TravelTimeBetween(row.Entry, row.Facts).has_value(); }
 
 /// In the order of RunListModel::Column.
 constexpr std::array<ColumnOfList, RunListModel::ColumnCount> Columns = {{
@@ -74,21 +72,24 @@ constexpr std::array<ColumnOfList, RunListModel::ColumnCount> Columns = {{
     {"End\n(%1)", BoundaryText<&StudyRunEntry::CDEndDist>, BoundaryKey<&StudyRunEntry::CDEndDist>},
     {"Travel\nTime (s)",
      [](const RunListRow& row, const Units&) {
-         const auto seconds = TravelTimeBetween(row.Entry, row.Facts);
-         return seconds ? std::to_string(*seconds) : std::string();
+         const auto part = PartOf(row);
+         return part ? std::to_string(part->Seconds) : std::string();
      },
-     TravelTimeKey},
+     [](const RunListRow& row) {
+         const auto part = PartOf(row);
+         return part ? part->Seconds : BeforeAll;
+     }},
     {"Mean\nSpeed (%2)",
      [](const RunListRow& row, const Units& units) {
-         const auto mph = MeanSpeedBetween(row.Entry, row.Facts);
+         const auto mph = MeanSpeedOf(row);
          return mph ? OneDecimal(units.SpeedOfMph(*mph)) : std::string();
      },
-     MeanSpeedKey},
+     [](const RunListRow& row) { return MeanSpeedOf(row).value_or(BeforeAll); }},
     {"Stops",
      [](const RunListRow& row, const Units&) {
-         return HasTimes(row) ? std::to_string(row.Facts.Found.Stops) : std::string();
+         return PartOf(row) ? std::to_string(row.Facts.Found.Stops) : std::string();
      },
-     [](const RunListRow& row) { return HasTimes(row) ? row.Facts.Found.Stops : BeforeAll; }},
+     [](const RunListRow& row) { return PartOf(row) ? row.Facts.Found.Stops : BeforeAll; }},
     {"Before/\nAfter",
      [](const RunListRow& row, const Units&) {
          return row.Facts.IsRun() ? BeforeAfterText(row.Facts.Before) : std::string();
