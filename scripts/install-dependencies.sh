@@ -26,7 +26,7 @@ fuzz=(clang libclang-rt-14-dev)
 bench=(python3 xvfb x11-utils)
 coverage=(gcovr)
 faults=(python3 strace)
-window=(python3 xvfb openbox xdotool imagemagick)
+window=(python3 xvfb x11-utils openbox xdotool imagemagick)
 package=(dpkg-dev desktop-file-utils appstream mandoc lintian)
 windows=(cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine wine64)
 

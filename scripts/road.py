@@ -174,8 +174,9 @@ def own_display(started):
     os.close(writes)
     os.environ["DISPLAY"] = ":" + os.fdopen(reads).readline().strip()
     os.environ.pop("WAYLAND_DISPLAY", None)
-    started.append(subprocess.Popen(["openbox"], stderr=subprocess.DEVNULL))
-    until("The window manager", lambda: xdotool("get_desktop"))
+    started.append(subprocess.Popen(["openbox"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+    manager = ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]
+    until("The window manager", lambda: b"window id" in subprocess.run(manager, capture_output=True).stdout)
 
 
 def store_settings(program, folder, started):
@@ -197,7 +198,9 @@ def go(program, folder, options, started):
     pictures = folder / "pictures" if options.keep else None
     if pictures:
         pictures.mkdir()
-    os.environ.update(VANTOR_PROGRAM_FOLDER=f"{folder}/", HOME=str(folder / "home"), QT_QPA_PLATFORM="xcb")
+    home = str(folder / "home")
+    os.chmod(home, 0o700)
+    os.environ.update(VANTOR_PROGRAM_FOLDER=f"{folder}/", HOME=home, XDG_RUNTIME_DIR=home, QT_QPA_PLATFORM="xcb")
     if not options.here:
         own_display(started)
     store_settings(program, folder, started)
@@ -212,12 +215,14 @@ def go(program, folder, options, started):
 
 
 def main():
-    parser = argparse.ArgumentParser(usage=__doc__.split("\n\n")[1].strip().split("    ")[0])
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--theme", choices=["light", "dark"])
-    parser.add_argument("--keep", type=pathlib.Path)
+    parser.add_argument("--keep", metavar="FOLDER", type=pathlib.Path)
     parser.add_argument("--here", action="store_true")
-    parser.add_argument("program", nargs="?", default=root / "build/release/bin/vantor")
+    parser.add_argument("program", metavar="VANTOR", nargs="?", default=root / "build/release/bin/vantor")
     options = parser.parse_args()
+    if options.keep and options.keep.exists() and any(options.keep.iterdir()):
+        parser.error(f"{options.keep} is not empty: the folder to keep is made anew")
     subprocess.run([root / "scripts/install-dependencies.sh", "--window"], check=True)
     started = []
     with tempfile.TemporaryDirectory() as temporary:
