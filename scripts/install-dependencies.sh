@@ -7,6 +7,7 @@
 #   scripts/install-dependencies.sh --bench   what measuring needs, too
 #   scripts/install-dependencies.sh --coverage what the coverage figures need, too
 #   scripts/install-dependencies.sh --faults  what failing every call to the system needs, too
+#   scripts/install-dependencies.sh --window  what driving the window needs, too
 #   scripts/install-dependencies.sh --package what building, packing and looking at the package need
 #   scripts/install-dependencies.sh --windows what compiling and testing the parts without Qt for Windows needs
 set -euo pipefail
@@ -25,6 +26,7 @@ fuzz=(clang libclang-rt-14-dev)
 bench=(python3 xvfb x11-utils)
 coverage=(gcovr)
 faults=(python3 strace)
+window=(python3 xvfb x11-utils openbox xdotool imagemagick)
 package=(dpkg-dev desktop-file-utils appstream mandoc lintian)
 windows=(cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine wine64)
 
@@ -35,10 +37,11 @@ case "${1-}" in
 --bench) wanted=("${build[@]}" "${bench[@]}") ;;
 --coverage) wanted=("${build[@]}" "${coverage[@]}") ;;
 --faults) wanted=("${build[@]}" "${faults[@]}") ;;
+--window) wanted=("${build[@]}" "${window[@]}") ;;
 --package) wanted=("${build[@]}" "${package[@]}") ;;
 --windows) wanted=("${windows[@]}") ;;
 *)
-    echo "usage: ${0##*/} [--build | --fuzz | --bench | --coverage | --faults | --package | --windows]" >&2
+    echo "usage: ${0##*/} [--build | --fuzz | --bench | --coverage | --faults | --window | --package | --windows]" >&2
     exit 2
     ;;
 esac

@@ -1,3 +1,5 @@
+#include <QMenu>
+
 #include "core/Paths.h"
 #include "workspace/MainWindow.h"
 #include "workspace/StudyWorkspace.h"
