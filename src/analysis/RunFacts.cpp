@@ -71,7 +71,7 @@ RunFacts FactsOf(const RunReading& reading, const StudyRunEntry& entry, const Ap
 RunFacts ReadRunFacts(const FileSystem& files, const std::string& folder, const StudyRunEntry& entry,
                       const AppSettings& settings) {
     const std::string name = RunFileName(entry);
-    if (!name.empty()) return FactsOf(ReadRun(files, folder, name, RunPart::Whole), entry, settings);
+    if (!name.empty()) return FactsOf(ReadRun(files, folder, name, RunPart::Values), entry, settings);
     // A study file that was cut short may have thousands of these.
     RunFacts facts;
     facts.Problem = "This entry of the study has no run name.";

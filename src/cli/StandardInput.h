@@ -20,7 +20,10 @@ public:
     std::optional<FileInfo> Find(const std::string& path) const override;
     std::unique_ptr<InputFile> Open(const std::string& path) const override;
 
-    std::vector<FileInfo> List(const std::string& folder) const override { return files_.List(folder); }
+    using FileSystem::List;
+    std::vector<FileInfo> List(const std::string& folder, std::string_view extension) const override {
+        return files_.List(folder, extension);
+    }
     std::unique_ptr<WriteBatch> BeginWrites() override { return files_.BeginWrites(); }
     std::unique_ptr<GrowingFile> Create(const std::string& path) override { return files_.Create(path); }
     std::shared_ptr<FolderLock> Lock(const std::string& folder) override { return files_.Lock(folder); }

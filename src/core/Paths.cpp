@@ -140,7 +140,7 @@ std::vector<FileInfo> FilesWithExtension(const FileSystem& files, const std::str
                                          std::string_view extension) {
     std::vector<FileInfo> found;
     if (!FolderExists(files, folder)) return found;
-    for (FileInfo& info : files.List(folder))
+    for (FileInfo& info : files.List(folder, extension))
         if (!info.IsFolder && HasExtension(info.Name, extension)) found.push_back(std::move(info));
     return found;
 }

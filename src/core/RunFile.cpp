@@ -49,12 +49,14 @@ RunOutcome OutcomeOf(ErrorNumber number) {
     }
 }
 
-void DecodeSamplePairs(RunRecord& run, std::span<const std::byte> bytes) {
-    for (int i = 1; i <= run.SampleValues.LastIndex(); ++i) {
-        const std::size_t at = std::min(static_cast<std::size_t>(i - 1) * SamplePairSize, bytes.size());
-        const auto pair = bytes.subspan(at, std::min(SamplePairSize, bytes.size() - at));
-        codec::Get(run.SampleValues[i], pair.first(std::min<std::size_t>(2, pair.size())), 2);
-        if (pair.size() > 2) run.RunSamples[i] = DecodeRecord<RunSample>(RunSampleFields, pair.subspan(2));
+/// Of a sample that is not whole the missing bytes read as zero; those behind the last one keep the zeros they have.
+void DecodeSamplePairs(RunRecord& run, std::span<const std::byte> bytes, RunPart part) {
+    std::int16_t* value = run.SampleValues.data();
+    RunSample* sample = run.RunSamples.data();
+    for (; !bytes.empty(); bytes = bytes.subspan(std::min(SamplePairSize, bytes.size()))) {
+        const auto pair = bytes.first(std::min(SamplePairSize, bytes.size()));
+        codec::Get(*value++, pair.first(std::min<std::size_t>(2, pair.size())), 2);
+        if (part == RunPart::Whole && pair.size() > 2) DecodeRecord(*sample++, RunSampleFields, pair.subspan(2));
     }
 }
 
@@ -128,13 +130,13 @@ RunReading ReadRun(const FileSystem& files, const std::string& path, RunPart par
     const std::int32_t count = reading.Run.Header.SampleCount;
     const std::uint64_t samples = (file->Size() - RunHeaderSize) / SamplePairSize;
     reading.SamplesInFile = static_cast<std::int32_t>(std::min<std::uint64_t>(samples, std::uint64_t{MostSamples}));
-    if (part == RunPart::Whole) {
+    if (part != RunPart::Header) {
         try {
             std::vector<std::byte> bytes(static_cast<std::size_t>(count) * SamplePairSize);
             bytes.resize(file->Read(bytes));
             reading.Run.SampleValues.ResizeTo(count);
-            reading.Run.RunSamples.ResizeTo(count);
-            DecodeSamplePairs(reading.Run, bytes);
+            if (part == RunPart::Whole) reading.Run.RunSamples.ResizeTo(count);
+            DecodeSamplePairs(reading.Run, bytes, part);
         } catch (const RunTimeError& fault) {
             return failed(RunOutcome::Unreadable, fault);
         }

@@ -40,9 +40,10 @@ struct RunReading {
 /// "cut (120 of 300 samples)".
 std::string CutText(std::int32_t samplesInFile, std::int32_t sampleCount);
 
-enum class RunPart { Header, Whole };
+/// Values: the header and the samples' values, without the event record of each.
+enum class RunPart { Header, Values, Whole };
 
-/// Reads a run file (".rd2"), its samples or the header alone; the file's name is the RunName. The one way to read a
+/// Reads a run file (".rd2"), whole or a part of it; the file's name is the RunName. The one way to read a
 /// run: every list, figure and editor has the same outcome. No error of the file is thrown.
 RunReading ReadRun(const FileSystem& files, const std::string& path, RunPart part = RunPart::Whole);
 /// Of a name that would leave the folder: Unreadable.

@@ -104,10 +104,14 @@ void SaveSettings(ApplicationState& state, FileSystem& files) {
                   [](std::string& field, const std::string& workingCopy) { field = workingCopy; });
     // First: a whole folder beside a record that does not hold its beginning is passed over.
     state.Choices = StoreUserChoices(files, WholeFolders(settings));
-    files.CreateFolder(files.SettingsFolder());
-    // Of several windows the one that saves last is right.
     const std::string path = files.SettingsFolder() + SettingsFileName;
-    WriteFile(files, path, EncodeRecord(settings, AppSettingsFields), AsItStands(files, path));
+    const std::vector<std::byte> bytes = EncodeRecord(settings, AppSettingsFields);
+    // A write waits for the disk.
+    if (!FileExists(files, path) || ReadWholeFile(files, path) != bytes) {
+        files.CreateFolder(files.SettingsFolder());
+        // Of several windows the one that saves last is right.
+        WriteFile(files, path, bytes, AsItStands(files, path));
+    }
     state.Settings = settings;
 }
 

@@ -93,15 +93,17 @@ std::optional<FileInfo> DiskFileSystem::Find(const std::string& path) const {
     return native ? std::optional(InfoFrom(resolved, *native)) : std::nullopt;
 }
 
-std::vector<FileInfo> DiskFileSystem::List(const std::string& folder) const {
+std::vector<FileInfo> DiskFileSystem::List(const std::string& folder, std::string_view extension) const {
+    const std::string ending = FoldCase(extension);
     std::error_code failure;
     std::vector<std::pair<std::string, FileInfo>> found;
     fs::directory_iterator entry(ResolvedPath(folder), failure);
     for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
+        std::string folded = FoldCase(PortablePath(entry->path().filename()));
+        if (!folded.ends_with(ending)) continue;
         const auto native = InfoOfListed(entry->path());
         if (!native) continue;  // a link to nowhere
-        FileInfo info = InfoFrom(entry->path(), *native);
-        found.emplace_back(FoldCase(info.Name), std::move(info));
+        found.emplace_back(std::move(folded), InfoFrom(entry->path(), *native));
     }
     if (failure) {
         const bool denied = failure == std::errc::permission_denied;
@@ -115,6 +117,8 @@ std::vector<FileInfo> DiskFileSystem::List(const std::string& folder) const {
 }
 
 std::unique_ptr<InputFile> DiskFileSystem::Open(const std::string& path) const {
+    // Long lists of files are read by their exact names, mostly.
+    if (auto file = OpenExact(path)) return file;
     const fs::path resolved = ResolvedPath(path);
     const auto native = InfoOfNative(resolved);
     // A folder, a pipe or a device is no file to read from.

@@ -17,7 +17,8 @@ public:
     explicit DiskFileSystem(const std::string& programFolder);
 
     std::optional<FileInfo> Find(const std::string& path) const override;
-    std::vector<FileInfo> List(const std::string& folder) const override;
+    using FileSystem::List;
+    std::vector<FileInfo> List(const std::string& folder, std::string_view extension) const override;
     std::unique_ptr<InputFile> Open(const std::string& path) const override;
     std::unique_ptr<WriteBatch> BeginWrites() override;
     std::unique_ptr<GrowingFile> Create(const std::string& path) override;

@@ -17,21 +17,22 @@ namespace fs = std::filesystem;
 
 class DiskFile : public InputFile {
 public:
-    explicit DiskFile(const fs::path& path)
-        : path_(path), file_(OpenNative(path, "rb")), size_(InfoOfNative(file_, path).Size) {
+    explicit DiskFile(const fs::path& path) : DiskFile(PortablePath(path), OpenNative(path, "rb")) {}
+    DiskFile(std::string path, NativeFile file)
+        : path_(std::move(path)), file_(std::move(file)), size_(SizeOfNative(file_, path_)) {
         // Readers ask for whole pieces: a buffer of the stream would only copy their ends once more.
         std::setvbuf(file_.get(), nullptr, _IONBF, 0);
     }
 
     std::size_t Read(std::span<std::byte> into) override {
         const std::size_t count = std::fread(into.data(), 1, into.size(), file_.get());
-        if (count < into.size() && std::ferror(file_.get()) != 0) ThrowFileError(errno, path_);
+        if (count < into.size() && std::ferror(file_.get()) != 0) ThrowFileError(errno, NativePath(path_));
         return count;
     }
     std::uint64_t Size() const override { return size_; }
 
 private:
-    fs::path path_;
+    std::string path_;  ///< UTF-8
     NativeFile file_;
     std::uint64_t size_;
 };
@@ -272,6 +273,11 @@ fs::path ResolvedPath(const std::string& path) {
 }
 
 std::unique_ptr<InputFile> OpenOnDisk(const fs::path& path) { return std::make_unique<DiskFile>(path); }
+
+std::unique_ptr<InputFile> OpenExact(const std::string& path) {
+    NativeFile file = OpenOrdinary(path);
+    return file ? std::make_unique<DiskFile>(path, std::move(file)) : nullptr;
+}
 
 std::unique_ptr<WriteBatch> BeginDiskWrites(std::set<std::string>& cleanedFolders, FolderLocks& locks) {
     return std::make_unique<DiskWriteBatch>(cleanedFolders, locks);

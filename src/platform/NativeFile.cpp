@@ -196,10 +196,10 @@ std::optional<NativeInfo> InfoOfListed(const fs::path& path) {
     }
 }
 
-NativeInfo InfoOfNative(const NativeFile& file, const fs::path& path) {
+std::uint64_t SizeOfNative(const NativeFile& file, const std::string& path) {
     Status status{};
-    if (StatusOf(file.get(), status) != 0) ThrowFileError(errno, path);
-    return InfoFrom(status);
+    if (StatusOf(file.get(), status) != 0) ThrowFileError(errno, NativePath(path));
+    return InfoFrom(status).Size;
 }
 
 void ThrowFileError(int systemError, const fs::path& path, const std::string& remedy) {
@@ -218,6 +218,20 @@ NativeFile OpenNative(const fs::path& path, const char* mode) {
 #endif
     if (file == nullptr) ThrowFileError(errno, path);
     return NativeFile(file);
+}
+
+NativeFile OpenOrdinary(const std::string& path) {
+#ifdef _WIN32
+    const fs::path native = NativePath(path);
+    Status status{};
+    if (StatusOf(native, status) != 0 || !IsFile(status)) return {};
+    return NativeFile(_wfopen(native.c_str(), L"rb"));
+#else
+    // A path is made for errors alone: making one costs as much as opening the file.
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0 || !IsFile(status)) return {};
+    return NativeFile(std::fopen(path.c_str(), "rb"));
+#endif
 }
 
 void WriteNative(const NativeFile& file, std::span<const std::byte> bytes, const fs::path& path) {

@@ -44,9 +44,12 @@ using NativeFile = std::unique_ptr<std::FILE, CloseFile>;
 /// Of a name in a listing: where the system cannot tell, something that is neither file nor folder, so that it does not
 /// hide the others. Who reads it gets the error.
 std::optional<NativeInfo> InfoOfListed(const std::filesystem::path& path);
-/// Of a file that is open.
-NativeInfo InfoOfNative(const NativeFile& file, const std::filesystem::path& path);
 NativeFile OpenNative(const std::filesystem::path& path, const char* mode);
+/// The ordinary file of that UTF-8 path, open for reading; none where there is none or it cannot be opened. A pipe or a
+/// device is not touched.
+NativeFile OpenOrdinary(const std::string& path);
+/// Bytes of a file that is open; the path is told by an error.
+std::uint64_t SizeOfNative(const NativeFile& file, const std::string& path);
 void WriteNative(const NativeFile& file, std::span<const std::byte> bytes, const std::filesystem::path& path);
 void SeekNative(const NativeFile& file, std::size_t offset, const std::filesystem::path& path);
 /// Copies what is left of `source` to the end of `target`.

@@ -137,14 +137,15 @@ std::optional<FileInfo> MemoryFileSystem::Find(const std::string& path) const {
     return info;
 }
 
-std::vector<FileInfo> MemoryFileSystem::List(const std::string& folder) const {
+std::vector<FileInfo> MemoryFileSystem::List(const std::string& folder, std::string_view extension) const {
     const std::string known = Resolved(folder);
     if (!folders_.contains(known)) throw RunTimeError(ErrorNumber::PathNotFound, folder);
     std::vector<std::string> paths = AllFiles();
     paths.insert(paths.end(), folders_.begin(), folders_.end());
     std::vector<FileInfo> entries;
     for (const std::string& path : paths)
-        if (path != "/" && Stored(FolderOf(path)) == known) entries.push_back(*Find(path));
+        if (path != "/" && Stored(FolderOf(path)) == known && FoldCase(path).ends_with(FoldCase(extension)))
+            entries.push_back(*Find(path));
     std::ranges::sort(entries, {}, [](const FileInfo& info) { return FoldCase(info.Name); });
     return entries;
 }

@@ -21,7 +21,8 @@ public:
     MemoryFileSystem();
 
     std::optional<FileInfo> Find(const std::string& path) const override;
-    std::vector<FileInfo> List(const std::string& folder) const override;
+    using FileSystem::List;
+    std::vector<FileInfo> List(const std::string& folder, std::string_view extension) const override;
     std::unique_ptr<InputFile> Open(const std::string& path) const override;
     std::unique_ptr<WriteBatch> BeginWrites() override;
     std::shared_ptr<FolderLock> Lock(const std::string&) override { return std::make_shared<FolderLock>(); }

@@ -28,6 +28,8 @@ using namespace std::chrono_literals;
 constexpr auto Unnoticed = 20ms;
 constexpr auto UntilCursor = 100ms;
 constexpr auto UntilShown = 500ms;
+/// While the window shows nothing yet, so that what ends early is not waited for.
+constexpr auto BetweenFirstLooks = 4ms;
 constexpr auto BetweenLooks = 20ms;
 constexpr int Steps = 1000;
 
@@ -126,24 +128,25 @@ bool Job::Run(const std::string& text, const Action& work) {
 /// Returns when the work has ended, or is to end at once because the program ends.
 void Job::WaitFor(Running& running, const std::string& text) {
     if (running.End.wait_for(Unnoticed) == std::future_status::ready) return;
-    JobDialog dialog(ToQt(text), messages_, [&running] { running.IsStopped = true; });
     QEventLoop loop;
     QElapsedTimer waited;
     waited.start();
-    bool isShown = false;
     std::optional<WaitCursor> cursor;
+    std::optional<JobDialog> dialog;
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, &loop, [&] {
-        dialog.Show(running.Done);
-        if (running.HasEnded() || (!isShown && waited.hasExpired(UntilShown.count()))) loop.quit();
-        if (!isShown && !cursor && waited.hasExpired(UntilCursor.count())) cursor.emplace();
+        if (dialog) dialog->Show(running.Done);
+        if (running.HasEnded() || (!dialog && waited.hasExpired(UntilShown.count()))) loop.quit();
+        if (!dialog && !cursor && waited.hasExpired(UntilCursor.count())) cursor.emplace();
     });
-    look.start(BetweenLooks);
+    look.start(BetweenFirstLooks);
     loop.exec(QEventLoop::ExcludeUserInputEvents);
     cursor.reset();
     if (running.HasEnded()) return;
-    isShown = true;
-    dialog.show();
+    dialog.emplace(ToQt(text), messages_, [&running] { running.IsStopped = true; });
+    dialog->Show(running.Done);
+    look.start(BetweenLooks);
+    dialog->show();
     loop.exec();
     // The loop also ends with the program.
     if (!running.HasEnded()) running.IsStopped = true;

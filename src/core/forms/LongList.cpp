@@ -71,7 +71,6 @@ LongList::LongList(QWidget* parent) : QTableView(parent), model_(std::make_uniqu
     LookLikeAList(*this);
     setAlternatingRowColors(true);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setDefaultSectionSize(horizontalHeader()->minimumSectionSize());
     columns_ = new TableColumns(*this);
 }

@@ -24,6 +24,8 @@ void LookLikeAList(QTableView& table) {
     table.setTabKeyNavigation(false);
     table.verticalHeader()->hide();
     table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + 8);
+    // All rows have that height: none is asked for its own.
+    table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table.horizontalHeader()->setHighlightSections(false);
     table.horizontalHeader()->setStretchLastSection(true);
     table.horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);

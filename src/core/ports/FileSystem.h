@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/Date.h"
@@ -100,7 +101,9 @@ public:
     /// Nothing when no file or folder of that name exists. A final separator is ignored.
     virtual std::optional<FileInfo> Find(const std::string& path) const = 0;
     /// The entries of a folder by name, letter case ignored. Error 76 when there is no such folder.
-    virtual std::vector<FileInfo> List(const std::string& folder) const = 0;
+    std::vector<FileInfo> List(const std::string& folder) const { return List(folder, {}); }
+    /// Those whose names end in the extension (".rd2"), letter case ignored; the disk is asked about no other.
+    virtual std::vector<FileInfo> List(const std::string& folder, std::string_view extension) const = 0;
 
     virtual std::unique_ptr<InputFile> Open(const std::string& path) const = 0;
     virtual std::unique_ptr<WriteBatch> BeginWrites() = 0;

@@ -162,6 +162,32 @@ QVariant RunListModel::data(const QModelIndex& index, int role) const {
     }
 }
 
+int RunListModel::WidestRow(int column, const QFontMetrics& font) const {
+    std::array<int, 256> widths;  // of the letters of Latin-1; each is measured once
+    widths.fill(-1);
+    const auto widthOf = [&](QChar letter) {
+        if (letter.unicode() >= widths.size()) return font.horizontalAdvance(letter);
+        int& width = widths[letter.unicode()];
+        if (width < 0) width = font.horizontalAdvance(letter);
+        return width;
+    };
+    const auto& textOf = Columns.at(static_cast<std::size_t>(column)).Text;
+    std::string last;
+    int widestRow = rows_.empty() ? -1 : 0;
+    int widest = 0;
+    for (std::size_t row = 0; row < rows_.size(); ++row) {
+        const std::string text = textOf(rows_[row], units_);
+        if (text == last) continue;
+        int width = 0;
+        for (const QChar letter : ToQt(text)) width += widthOf(letter);
+        last = text;
+        if (width <= widest) continue;
+        widest = width;
+        widestRow = static_cast<int>(row);
+    }
+    return widestRow;
+}
+
 /// Rows are dragged to between others.
 Qt::ItemFlags RunListModel::flags(const QModelIndex& index) const {
     return index.isValid() ? QAbstractTableModel::flags(index) | Qt::ItemIsDragEnabled : Qt::ItemIsDropEnabled;

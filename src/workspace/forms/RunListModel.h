@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QFontMetrics>
 #include <vector>
 
 #include "analysis/StudyResults.h"
@@ -39,6 +40,8 @@ public:
 
     void SetRows(std::vector<RunListRow> rows, const Units& units);
     const std::vector<RunListRow>& Rows() const { return rows_; }
+    /// The row whose text in a column is the widest, as near as the widths of its letters tell; -1 without rows.
+    int WidestRow(int column, const QFontMetrics& font) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;

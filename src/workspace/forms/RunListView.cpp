@@ -2,6 +2,7 @@
 
 #include <QDropEvent>
 #include <QHeaderView>
+#include <QScopedValueRollback>
 #include <algorithm>
 
 #include "core/forms/Named.h"
@@ -37,7 +38,7 @@ RunListView::RunListView(QWidget* parent) : QTableView(parent) {
         columns_->MakeOptional(column, column == RunListModel::TravelTime || column == RunListModel::MeanSpeed);
     columns_->OnShown = [this] { WidenColumns(); };
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
-        if (column != RunListModel::Status) FitStatus();
+        if (column != RunListModel::Status && !isWidening_) FitStatus();
     });
 }
 
@@ -130,15 +131,24 @@ void RunListView::dropEvent(QDropEvent* event) {
 }
 
 void RunListView::WidenColumns() {
-    for (int column = 0; column < RunListModel::ColumnCount; ++column)
-        if (column != RunListModel::Status && !isColumnHidden(column)) columns_->WidenTo(column, WidthNeeded(column));
+    {
+        const QScopedValueRollback widening(isWidening_, true);
+        for (int column = 0; column < RunListModel::ColumnCount; ++column)
+            if (column != RunListModel::Status && !isColumnHidden(column))
+                columns_->WidenTo(column, WidthNeeded(column));
+    }
     FitStatus();
 }
 
 int RunListView::WidthNeeded(int column) const {
     const QString head = sorted_.headerData(column, Qt::Horizontal).toString();
     const int headWidth = horizontalHeader()->fontMetrics().size(0, head).width() + SortArrowRoom;
-    return std::max(sizeHintForColumn(column) + 4, headWidth);
+    const int row = model_.WidestRow(column, fontMetrics());
+    if (row < 0) return headWidth;
+    // Asked of the delegate: the row may be one that is not shown now.
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    return std::max(itemDelegate()->sizeHint(option, model_.index(row, column)).width() + 4, headWidth);
 }
 
 void RunListView::FitStatus() {

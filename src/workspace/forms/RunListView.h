@@ -54,6 +54,7 @@ private:
     int WidthNeeded(int column) const;
 
     RunListModel model_;
+    bool isWidening_ = false;
     /// Sorted, and without the runs that are not to be shown.
     class Shown : public QSortFilterProxyModel {
     public:
