@@ -31,7 +31,6 @@ START, END = 300, 7600  # feet: from before the first signal to past the last on
 RUNS_SCREEN = "Process Runs in Temp Folder"
 # Places that no single key reaches, from the upper left corner of their screens as these first open.
 FIRST_RUN, ROW_HEIGHT, GROUP_FIELD = (150, 216), 26, (1000, 474)
-USE_FOR, FOR_ALL_RUNS = (867, 413), (907, 435)
 
 
 def until(what, is_so):
@@ -50,10 +49,6 @@ def xdotool(*words):
 
 def in_front():
     return xdotool("getactivewindow", "getwindowname")
-
-
-def windows():
-    return len(xdotool("search", "--onlyvisible", "--class", "vantor").split())
 
 
 class Road:
@@ -116,12 +111,8 @@ class Road:
         self.press("alt+o", "OK")
 
     def make_study(self):
-        self.window("Vantor")
+        self.window(r"Vantor\*?")
         self.write(STUDY)
-        self.press("alt+a", "Add Run")
-        self.window("Add Runs")
-        self.press("alt+l", "Select All")
-        self.press("alt+a", "Add")
 
     def set_boundaries(self):
         self.window(".*- Vantor")
@@ -131,10 +122,7 @@ class Road:
         self.write(str(START))
         self.press("alt+e", "End")
         self.write(str(END))
-        before = windows()
-        self.click(USE_FOR, "Use for")
-        until("The menu of Use for", lambda: windows() > before)
-        self.click(FOR_ALL_RUNS, "All Runs")
+        self.press("ctrl+shift+a", "Use for All Runs")
         self.window("Use Boundaries")
         self.press("Return", "OK")
         self.window("Speed Profile")

@@ -110,11 +110,12 @@ bool AppScreens::ShowLogReview(LogKind kind, const LogChoice& log) {
 }
 
 void AppScreens::ShowDamagedCounterFile() { OfferDamagedCounterFile(*context_); }
-void AppScreens::ShowUploadData(const Upload& upload) {
+RunsForStudy AppScreens::ShowUploadData(const Upload& upload) {
     if (upload.ChecksFirst &&
         !IsWholeCounterFile(*context_, upload.ToConvert->Folder + upload.ToConvert->Name + CounterFileExtension))
-        return;
-    ShowModal<frmUploadData>(*context_, upload);
+        return {};
+    frmUploadData form(*context_, upload);
+    return Run(form) ? form.ForStudy() : RunsForStudy();
 }
 void AppScreens::ShowDeleteTempRuns() { ShowModal<frmDeleteTempRuns>(*context_); }
 void AppScreens::ShowDeleteTDCFiles() { ShowModal<frmDeleteTDCFiles>(*context_); }

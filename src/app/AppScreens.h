@@ -27,7 +27,7 @@ public:
     std::optional<Upload> ShowUploadSelect() override;
     std::optional<LogChoice> ShowLogSelect(LogKind kind) override;
     bool ShowLogReview(LogKind kind, const LogChoice& log) override;
-    void ShowUploadData(const Upload& upload) override;
+    RunsForStudy ShowUploadData(const Upload& upload) override;
     void ShowDamagedCounterFile() override;
     void ShowUploadRunList(const std::string& studyGroup) override;
     void ShowDeleteTempRuns() override;

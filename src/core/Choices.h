@@ -36,6 +36,12 @@ struct Upload {
     bool ChecksFirst = false;
 };
 
+/// Runs that were moved into a Study Group and that the study is to take; none where there are no names.
+struct RunsForStudy {
+    std::string Folder;  ///< of the group, with a final separator
+    std::vector<std::string> Names;
+};
+
 /// What the speed profile is opened for. Runs count from 1 in the study's order.
 struct ProfileVisit {
     int Run = 0;                     ///< to begin with; it is the current run

@@ -41,7 +41,9 @@ void ConvertWholeRuns(AppContext& context, const std::string& path, const Counte
         [&](FileSystem& files, const Progress& progress) { aside = KeepWholeRuns(files, path, check, progress); });
     if (aside.empty()) return;
     context.State.Choices = ForgetDamagedFile(context.Files);
-    context.OtherScreens.ShowUploadData({UploadOf::CounterFile, CounterFileChoice{FolderOf(path), BaseName(path)}});
+    // They lie in their Study Group, from where Add Run takes them.
+    (void)context.OtherScreens.ShowUploadData(
+        {UploadOf::CounterFile, CounterFileChoice{FolderOf(path), BaseName(path)}});
 }
 
 void OfferRemedies(AppContext& context, const std::string& path, const CounterCheck& check) {

@@ -101,21 +101,25 @@ bool MayLeaveStudy(AppContext& context) {
     return answer == MessageAnswer::No || (answer == MessageAnswer::Yes && SaveUnderItsName(context, target));
 }
 
-void DownloadAndProcess(AppContext& context) {
-    if (auto file = context.OtherScreens.ShowReadTDC())
-        context.OtherScreens.ShowUploadData({UploadOf::CounterFile, std::move(file)});
+RunsForStudy DownloadAndProcess(AppContext& context) {
+    auto file = context.OtherScreens.ShowReadTDC();
+    if (!file) return {};
+    return context.OtherScreens.ShowUploadData({UploadOf::CounterFile, std::move(file)});
 }
 
-void ProcessCounterFile(AppContext& context) {
-    if (const auto upload = context.OtherScreens.ShowUploadSelect()) context.OtherScreens.ShowUploadData(*upload);
+RunsForStudy ProcessCounterFile(AppContext& context) {
+    const auto upload = context.OtherScreens.ShowUploadSelect();
+    return upload ? context.OtherScreens.ShowUploadData(*upload) : RunsForStudy();
 }
 
-void ImportLog(AppContext& context, LogKind kind) {
-    if (const auto log = context.OtherScreens.ShowLogSelect(kind)) ReviewLog(context, kind, *log);
+RunsForStudy ImportLog(AppContext& context, LogKind kind) {
+    const auto log = context.OtherScreens.ShowLogSelect(kind);
+    return log ? ReviewLog(context, kind, *log) : RunsForStudy();
 }
 
-void ReviewLog(AppContext& context, LogKind kind, const LogChoice& log) {
-    if (context.OtherScreens.ShowLogReview(kind, log)) context.OtherScreens.ShowUploadData({UploadOf::Log});
+RunsForStudy ReviewLog(AppContext& context, LogKind kind, const LogChoice& log) {
+    if (!context.OtherScreens.ShowLogReview(kind, log)) return {};
+    return context.OtherScreens.ShowUploadData({UploadOf::Log});
 }
 
 void ExportRunList(AppContext& context) {

@@ -18,19 +18,21 @@ bool SaveStudyNow(AppContext& context);
 /// was changed. False when the user stays, or wanted it saved and its name does not allow it; the study must stay then.
 bool MayLeaveStudy(AppContext& context);
 
+// Each of these returns the runs that the study is to take afterwards.
+
 /// Downloads a counter, then lets the user process the runs of its dump. Nothing is processed when none came whole.
-void DownloadAndProcess(AppContext& context);
+RunsForStudy DownloadAndProcess(AppContext& context);
 
 /// Lets the user choose a counter file, then process the runs in the temporary folder. Nothing is processed when no
 /// file was chosen.
-void ProcessCounterFile(AppContext& context);
+RunsForStudy ProcessCounterFile(AppContext& context);
 
 /// Lets the user choose a log of that kind, review it, and then process the runs made of it. Nothing is processed when
 /// no log was chosen or its review was cancelled.
-void ImportLog(AppContext& context, LogKind kind);
+RunsForStudy ImportLog(AppContext& context, LogKind kind);
 
 /// Lets the user review a log, and then process the runs made of it.
-void ReviewLog(AppContext& context, LogKind kind, const LogChoice& log);
+RunsForStudy ReviewLog(AppContext& context, LogKind kind, const LogChoice& log);
 
 /// Lets the user name a workbook or a CSV file and writes the run list to it. A study without runs has none to write.
 void ExportRunList(AppContext& context);

@@ -128,6 +128,10 @@ TEST_F(frmUploadDataTest, MovesRenamedRunsAndReportsThoseThatExist) {
     EXPECT_FALSE(IsShown("btnRenameThese"));
     Press("btnMoveRuns");
     EXPECT_EQ(TextsIn(Files, Groups + "Main/"), "M-NB-001=A, m-nb-002=other, M-NB-003=C, M-NB-004=B");
+    EXPECT_THAT(Window->ForStudy().Names, ElementsAre("M-NB-001", "M-NB-003", "M-NB-004"));
+    EXPECT_EQ(Window->ForStudy().Folder, Groups + "Main/");
+    Press("chkForStudy");
+    EXPECT_TRUE(Window->ForStudy().Names.empty());
     Open();
     EXPECT_EQ(Text("TxtStudyGroup"), "Main") << "the group used last";
     EXPECT_EQ(Get<FolderTree>("treSDFPath").SelectedFolder(), Groups + "Main/");

@@ -177,6 +177,10 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, TypedBoundariesCountAsReleases) {
     type("txtStart", "2000");
     EXPECT_FALSE(IsEnabled("BtnPlotSpeedExit"));
     EXPECT_EQ(Text("lblBetween"), "");
+    TypeInto("txtEnd", "7000");
+    EXPECT_TRUE(IsEnabled("BtnPlotSpeedExit")) << "the way out takes what is typed";
+    PressKey(Qt::Key_Escape);
+    EXPECT_FALSE(IsEnabled("BtnPlotSpeedExit"));
     type("txtEnd", "7000");
     EXPECT_EQ(BoundariesOf(Entry()), std::pair(2000, 7000));
     EXPECT_TRUE(IsEnabled("BtnPlotSpeedExit"));

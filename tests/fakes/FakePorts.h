@@ -90,6 +90,7 @@ public:
     CounterFileChoice CounterFile{"/start/Field Data Files/", "dump"};
     LogChoice Log{"/start/Field Data Files/", "drive", ".gd2"};
     ProfileChanges Profiles;      ///< by the speed profile; its LastRun is the first
+    RunsForStudy Moved;           ///< in the screen that names runs
     std::vector<Upload> Uploads;  ///< what was handed to the screen that names runs
 
     StartUpChoice ShowStartUp() override { return Show("frmStartUp") ? StartUp : StartUpChoice::None; }
@@ -117,9 +118,10 @@ public:
         EXPECT_EQ(log, Log);
         return Show("review " + NameOf(kind));
     }
-    void ShowUploadData(const Upload& upload) override {
+    RunsForStudy ShowUploadData(const Upload& upload) override {
         Uploads.push_back(upload);
         Show("frmUploadData");
+        return Moved;
     }
     void ShowDamagedCounterFile() override { Show("damaged counter file"); }
     void ShowUploadRunList(const std::string&) override { Show("frmUploadRunList"); }

@@ -81,14 +81,23 @@ TEST_F(FirstSteps, FilesThatAreDroppedGoWhereTheyBelong) {
         "These files are of no kind that the program reads: a.docx\nIt takes studies (.ld2), counter files "
         "(.tdc), GPS and OBD logs and runs (.rd2).\n\nVersion 1 runs are converted as they are added: use "
         "Add Run for Old.rdf.");
-    Messages.Expect("The runs of a study lie in one Study Group, those of this one in:\n" + Group +
-                    "\nThese lie elsewhere and are not added: Far");
+    Messages.Expect(
+        "The runs of a study lie in one Study Group.\nThese lie elsewhere than the first and are not added: Far");
     OtherScreens.Log = {"/logs/", "drive", ".pdb"};
     OtherScreens.OnShow["review OBD handheld"] = [] { return true; };
     Messages.Expect("What is in this database of a handheld?\ndrive.pdb", No);
     Drop({"/a.docx", "/Old.rdf", Group + "R2.rd2", OakElm + "Far.rd2", "/data/Day.TDC", "/logs/drive.pdb"});
     EXPECT_THAT(RunsShown(), ElementsAre("R1 ", "R2 "));
     ASSERT_THAT(OtherScreens.Uploads, SizeIs(2));
+    OtherScreens.Moved = {OakElm, {"Far"}};
+    OtherScreens.OnShow["frmUploadSelectTDC"] = [] { return true; };
+    Messages.Expect("The runs of a study lie in one Study Group, those of this one in:\n" + Group +
+                    "\nThese lie elsewhere and are not added: Far");
+    Do("mnuFileProcessRuns");
+    Messages.Expect(AsksAboutChanges, No);
+    Do("mnuFileNew");
+    Do("mnuFileProcessRuns");
+    EXPECT_THAT(RunsShown(), ElementsAre("Far ")) << "a new study takes what was moved";
     EXPECT_EQ(OtherScreens.Uploads[0].ToConvert, (CounterFileChoice{"/data/", "Day"}));
     EXPECT_TRUE(OtherScreens.Uploads[0].ChecksFirst) << "no list has read it";
 }

@@ -41,7 +41,7 @@ public:
     [[nodiscard]] virtual std::optional<LogChoice> ShowLogSelect(LogKind kind) = 0;
     /// The review of a log; true when its runs were made.
     [[nodiscard]] virtual bool ShowLogReview(LogKind kind, const LogChoice& log) = 0;
-    virtual void ShowUploadData(const Upload& upload) = 0;
+    [[nodiscard]] virtual RunsForStudy ShowUploadData(const Upload& upload) = 0;
     /// What can be done about the counter file that ended the program the last time.
     virtual void ShowDamagedCounterFile() = 0;
     /// The runs that lie in a Study Group.

@@ -153,6 +153,10 @@ QLayout* frmUploadData::BuildButtons() {
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(HelpButton(*this, context_, HelpTopic::ProcessRuns));
     buttons->addStretch();
+    chkForStudy_ = Named<QCheckBox>(this, "chkForStudy", QStringLiteral("Add moved runs to the stud&y"));
+    chkForStudy_->setToolTip(QStringLiteral("After OK the study that is open takes the runs that were moved"));
+    chkForStudy_->setChecked(context_.State.CurrentStudy.Record.RunCount == 0);
+    buttons->addWidget(chkForStudy_);
     buttons->addWidget(btnUploadOk_);
     buttons->addWidget(btnUploadCancel_);
     return buttons;
@@ -357,11 +361,21 @@ void frmUploadData::MoveSelected() {
         OfferUndo(false);
         vaSelRuns_->clearSelection();
         for (int row = 0; row < vaSelRuns_->RowCount(); ++row) shownRuns_->RunAt(row).PreviousName.clear();
+        NoteMoved(names);
         if (stayed_.size() < names.size()) RememberGroupOfRuns(context_.State, context_.Files, GroupName());
     });
     groupListed_.reset();
     ListRuns();
 }
+
+void frmUploadData::NoteMoved(const std::vector<std::string>& names) {
+    const std::string folder = GroupFolder(context_.State.Paths.StudyGroupRootPath, GroupName());
+    if (moved_.Folder != folder) moved_ = {folder, {}};
+    for (const std::string& name : names)
+        if (std::ranges::find(stayed_, name) == stayed_.end()) moved_.Names.push_back(name);
+}
+
+RunsForStudy frmUploadData::ForStudy() const { return chkForStudy_->isChecked() ? moved_ : RunsForStudy(); }
 
 void frmUploadData::ShowLastGroup() {
     const std::string& root = context_.State.Paths.StudyGroupRootPath;

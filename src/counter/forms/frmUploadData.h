@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCheckBox>
 #include <QDialog>
 #include <QGroupBox>
 #include <QLabel>
@@ -25,6 +26,9 @@ class frmUploadData : public QDialog {
 public:
     explicit frmUploadData(AppContext& context, const Upload& upload = {});
 
+    /// What was moved last, where the user wants it in the study.
+    RunsForStudy ForStudy() const;
+
 protected:
     void showEvent(QShowEvent* event) override;
 
@@ -38,6 +42,7 @@ private:
 
     void Convert(const CounterFileChoice& file);
     void ShowLastGroup();
+    void NoteMoved(const std::vector<std::string>& names);
     void ListRuns();
     /// Shows what follows from the runs that are listed, under the names that they have now.
     void ShowRuns();
@@ -84,6 +89,8 @@ private:
     QLineEdit* TxtStudyGroup_ = nullptr;
     QPushButton* btnStudyGroupDetails_ = nullptr;
     QPushButton* btnMoveRuns_ = nullptr;
+    QCheckBox* chkForStudy_ = nullptr;
+    RunsForStudy moved_;
     QPushButton* btnUploadOk_ = nullptr;
     QPushButton* btnUploadCancel_ = nullptr;
 };

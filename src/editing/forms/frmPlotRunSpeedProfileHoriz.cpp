@@ -70,7 +70,11 @@ void frmPlotRunSpeedProfileHoriz::ConnectBox(NumberBox& box, ProfileLine line) {
     MessageBoxes& messages = context_.Messages;
     box.OnEnter = [this, &messages, line] { Guarded(messages, [&] { TakeTyped(line); }); };
     box.OnLeave = [this, &messages, line] { Guarded(messages, [&] { LeaveBox(line); }); };
-    box.OnGiveUp = [this] { ShowBoxes(); };
+    box.OnGiveUp = [this] {
+        ShowBoxes();
+        ShowReadiness();
+    };
+    Connect(&box, &QLineEdit::textEdited, this, messages, [this] { ShowReadiness(); });
     box.OnStep = [this, &messages, line](int units) {
         Guarded(messages, [&] {
             LeaveBox(line);
@@ -140,9 +144,10 @@ void frmPlotRunSpeedProfileHoriz::AddActions() {
         mnuNextRun_ =
             AddAction("mnuNextRun", QStringLiteral("Next Run"), QKeySequence(Qt::ALT | Qt::Key_Right), &Form::GoToNext);
         separate();
-        mnuUseForAll_ = AddAction("mnuUseForAll", QStringLiteral("Use for All Runs..."), {}, &Form::UseForAll);
+        mnuUseForAll_ = AddAction("mnuUseForAll", QStringLiteral("Use for &All Runs..."), QKeySequence("Ctrl+Shift+A"),
+                                  &Form::UseForAll);
         mnuUseForSelected_ =
-            AddAction("mnuUseForSelected", QStringLiteral("Use for Selected Runs..."), {}, &Form::UseForSelected);
+            AddAction("mnuUseForSelected", QStringLiteral("Use for &Selected Runs..."), {}, &Form::UseForSelected);
         auto* menu = new QMenu(controls_.btnUseFor);
         menu->addActions({mnuUseForAll_, mnuUseForSelected_});
         controls_.btnUseFor->setMenu(menu);
@@ -363,6 +368,7 @@ void frmPlotRunSpeedProfileHoriz::LeaveBox(ProfileLine line) {
 }
 
 void frmPlotRunSpeedProfileHoriz::Place(ProfileLine line, std::int32_t typed) {
+    BoxOf(line).setModified(false);
     profile_.Grab(line);
     if (line == ProfileLine::IdealSpeed)
         profile_.SetIdealSpeedUser(typed);

@@ -50,7 +50,11 @@ void frmPlotRunSpeedProfileHoriz::ShowScrollBar() {
 void frmPlotRunSpeedProfileHoriz::ShowReadiness() {
     const bool isReady = profile_.Drag().IsReady();
     anyIsReady_ = anyIsReady_ || isReady;
-    controls_.BtnPlotSpeedExit->setEnabled(anyIsReady_);
+    // What is typed is taken on the way out: it counts as the release that it will be.
+    int releases = profile_.Drag().ReleaseCount();
+    for (const ProfileLine line : {ProfileLine::Start, ProfileLine::End})
+        if (BoxOf(line).isModified() && Typed(line)) ++releases;
+    controls_.BtnPlotSpeedExit->setEnabled(anyIsReady_ || releases >= 2);
     controls_.btnTrim->setEnabled(isReady);
     if (anyIsReady_) SetFace(controls_.BtnPlotSpeedExit, GreenPair(palette()));
 }

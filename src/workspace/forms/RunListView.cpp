@@ -10,6 +10,8 @@
 namespace vantor {
 namespace {
 
+constexpr const char* AllHiddenText =
+    "No run of this study counts, and View > Counted Runs Only leaves out those that do not.";
 constexpr const char* EmptyText =
     "This study has no runs yet.\nAdd runs of its Study Group with Add Run, or open a study with File > Open Existing "
     "Study.";
@@ -167,7 +169,7 @@ void RunListView::resizeEvent(QResizeEvent* event) {
 
 void RunListView::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
-    PaintEmptyText(*this, QString::fromLatin1(EmptyText));
+    PaintEmptyText(*this, QString::fromLatin1(HiddenRuns() > 0 ? AllHiddenText : EmptyText));
 }
 
 }  // namespace vantor

@@ -2,14 +2,9 @@
 
 #include <QCloseEvent>
 #include <QDir>
-#include <QHBoxLayout>
 #include <QLabel>
-#include <QMenu>
-#include <QPushButton>
-#include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
-#include <QVBoxLayout>
 #include <algorithm>
 #include <chrono>
 
@@ -23,7 +18,6 @@
 #include "core/forms/FileDrops.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
-#include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
 #include "workspace/StudyCommands.h"
@@ -43,9 +37,6 @@ namespace {
 /// Whether the profile stands beside the list: at first it does.
 constexpr const char* ProfilePaneKey = "profile-beside-list";
 constexpr const char* ChoiceHidden = "no";
-/// Of the window as it opens for the first time: the list shows delays and grade.
-constexpr int ListWidth = 620;
-constexpr int ProfileWidth = 350;
 
 constexpr const char* SupportSite = "https://vantor.example/support";
 
@@ -73,114 +64,6 @@ frmMain::frmMain(AppContext& context) : context_(context), recovery_(context) {
         Guarded(context_.Messages, [&] { TakeFiles(paths); });
     });
     RememberLayout(*this, context_.Memory);
-}
-
-QWidget* frmMain::BuildStudyDetails() {
-    auto* frame = Named<QFrame>(this, "FrStudyDetails");
-    frame->setAccessibleName(QStringLiteral("Study details"));
-    details_ = new StudyDetailsPanel(context_, frame);
-    details_->OnEdited = [this](const QString& what, StudyContents before, int field) {
-        history_->Note(QStringLiteral("Typing in ") + what, std::move(before), field);
-        ShowStatus();
-    };
-
-    auto* column = new QVBoxLayout(frame);
-    column->addWidget(details_);
-    column->addLayout(BuildRunListHead(frame));
-    column->addWidget(BuildRuns(frame), 1);
-    column->addLayout(BuildRunListButtons(frame));
-    column->addWidget(results_ = new ResultsPanel(frame));
-    results_->OnComputeAnew = [this] { Guarded(context_.Messages, [this] { ComputeStopDelaysAnew(); }); };
-    return frame;
-}
-
-QWidget* frmMain::BuildBeginning(QWidget* parent) {
-    auto* frame = Named<QFrame>(parent, "frBegin");
-    frame->setAccessibleName(QStringLiteral("Ways to begin"));
-    auto* line = new QHBoxLayout(frame);
-    line->setContentsMargins(0, 0, 0, 0);
-    line->addWidget(new QLabel(QStringLiteral("Begin with"), frame));
-    const auto add = [&](const char* name, const char* caption, const char* icon) {
-        auto* button = Named<QPushButton>(frame, name, QString::fromLatin1(caption));
-        button->setIcon(LineIcon(QLatin1String(icon)));
-        line->addWidget(button);
-        return button;
-    };
-    menu_->Attach(*add("btnBeginCounter", "Counter", "read-counter"), "mnuReadTDC");
-    menu_->Attach(*add("btnBeginFile", "Counter File", "counter-file"), "mnuFileProcessRuns");
-    auto* logs = new QMenu(frame);
-    for (const char* command :
-         {"mnuFileRoamlap", "mnuFileRoampad", "mnuFileRevlap", "mnuFileRevpad", "mnuFileCombined", "mnuFileBattelle"})
-        logs->addAction(&menu_->Command(command));
-    add("btnBeginLog", "GPS or OBD Log", "gps-log")->setMenu(logs);
-    menu_->Attach(*add("btnBeginStudy", "Existing Study", "open-study"), "mnuFileOpen");
-    menu_->Attach(*add("btnBeginSample", "Try the Sample", "statistics"), "mnuHelpSample");
-    return frame;
-}
-
-QWidget* frmMain::BuildRuns(QWidget* parent) {
-    auto* runs = Named<QSplitter>(parent, "splRuns");
-    runs->addWidget(vaRunList_);
-    runs->addWidget(profile_ = new RunProfilePane(context_, runs));
-    runs->setStretchFactor(0, 1);
-    runs->setStretchFactor(1, 1);
-    runs->setSizes({ListWidth, ProfileWidth});
-    runs->setChildrenCollapsible(false);
-    vaRunList_->OnActivated = [this](int run) { profile_->ShowRun(run); };
-    setTabOrder(details_->LastField(), vaRunList_);
-    return runs;
-}
-
-QLayout* frmMain::BuildRunListHead(QWidget* parent) {
-    lblNoneCounted_ =
-        Named<QLabel>(parent, "lblNoneCounted",
-                      QStringLiteral("No run counts yet: set both boundaries of a run on its speed profile."));
-    auto* line = new QHBoxLayout;
-    line->addWidget(LabelFor(vaRunList_, QStringLiteral("&Runs in this study")));
-    line->addStretch();
-    line->addWidget(frBegin_ = BuildBeginning(parent));
-    lblHiddenRuns_ = Named<QLabel>(parent, "lblHiddenRuns");
-    line->addWidget(lblHiddenRuns_);
-    line->addWidget(lblNoneCounted_);
-    // At most one of them is shown: the window need not have room for all.
-    for (QWidget* part : {frBegin_, static_cast<QWidget*>(lblHiddenRuns_), static_cast<QWidget*>(lblNoneCounted_)})
-        part->hide();
-    return line;
-}
-
-QLayout* frmMain::BuildRunListButtons(QWidget* parent) {
-    auto* line = new QHBoxLayout;
-    const auto add = [&](const char* name, const char* caption, const char* icon, const char* command) {
-        auto* button = Named<QPushButton>(parent, name, QString::fromLatin1(caption));
-        button->setIcon(LineIcon(QLatin1String(icon)));
-        menu_->Attach(*button, command);
-        line->addWidget(button);
-    };
-    add("BtnAddRun", "&Add Run", "add-run", "mnuRunAdd");
-    add("BtnDeleteRun", "De&lete Run", "delete-run", "mnuRunDelete");
-    add("BtnShowDetails", "Sho&w Details", "show-details", "mnuRunShow");
-    add("BtnEditRun", "&Edit Run", "edit", "mnuRunDetails");
-    line->addStretch();
-    add("btnContDelayVsAvg", "View Control Delay &Plot", "delay-chart", "mnuViewDelayChart");
-    return line;
-}
-
-void frmMain::BuildStatusBar() {
-    lblStudyGroup_ = Named<QLabel>(statusBar(), "lblStudyGroup");
-    // A long folder must not keep the window from becoming narrow.
-    lblStudyGroup_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    lblDone_ = Named<QLabel>(statusBar(), "lblDone");
-    lblSaved_ = Named<QLabel>(statusBar(), "lblSaved");
-    notice_ = new StudyNotice(context_, statusBar());
-    notice_->OnChanged = [this] {
-        details_->ShowStudy();
-        ShowStatus();
-    };
-    statusBar()->addWidget(lblStudyGroup_, 1);
-    statusBar()->addWidget(lblDone_);
-    statusBar()->addPermanentWidget(notice_);
-    notice_->ShowStudy();
-    statusBar()->addPermanentWidget(lblSaved_);
 }
 
 void frmMain::KeepChanges() { recovery_.KeepNow(); }
@@ -396,10 +279,7 @@ void frmMain::SaveAs() {
     NoteRecent();
 }
 
-void frmMain::ReadCounter() {
-    DownloadAndProcess(context_);
-    RefreshStudyResults();
-}
+void frmMain::ReadCounter() { TakeRuns(DownloadAndProcess(context_)); }
 
 void frmMain::ShowPreferences() {
     context_.OtherScreens.ShowPreferences();
@@ -412,20 +292,11 @@ bool frmMain::Restarts() {
     return wanted;
 }
 
-void frmMain::ProcessRuns() {
-    ProcessCounterFile(context_);
-    RefreshStudyResults();
-}
+void frmMain::ProcessRuns() { TakeRuns(ProcessCounterFile(context_)); }
 
-void frmMain::ProcessTemporaryRuns() {
-    context_.OtherScreens.ShowUploadData({UploadOf::TemporaryRuns, std::nullopt});
-    RefreshStudyResults();
-}
+void frmMain::ProcessTemporaryRuns() { TakeRuns(context_.OtherScreens.ShowUploadData({UploadOf::TemporaryRuns})); }
 
-void frmMain::ProcessLog(LogKind kind) {
-    ImportLog(context_, kind);
-    RefreshStudyResults();
-}
+void frmMain::ProcessLog(LogKind kind) { TakeRuns(ImportLog(context_, kind)); }
 
 void frmMain::ShowStartUpOptions() { CarryOut(context_.OtherScreens.ShowStartUp()); }
 
@@ -437,6 +308,14 @@ void frmMain::ShowProfilePane(bool isShown) {
 
 void frmMain::ShowCountedOnly(bool isOn) {
     StoreChoices({{CountedOnlyKey, isOn ? ChoiceTaken : ""}});
+    vaRunList_->ShowCountedOnly(isOn);
+    ShowHiddenRuns();
+}
+
+void frmMain::ShowDelayChart() {
+    context_.OtherScreens.ShowDelayChart();
+    const bool isOn = IsTaken(context_.State.Choices, CountedOnlyKey);
+    menu_->Command("mnuViewCounted").setChecked(isOn);
     vaRunList_->ShowCountedOnly(isOn);
     ShowHiddenRuns();
 }

@@ -116,8 +116,11 @@ private:
     void FillThemes(QMenu& menu);
     void TakeFiles(const std::vector<std::string>& paths);
     void AddDroppedRuns(const std::vector<std::string>& paths);
+    /// Adds runs of the study's own Study Group; a study without runs gets theirs.
+    void TakeRuns(const RunsForStudy& runs);
     void ShowProfilePane(bool isShown);
     void ShowCountedOnly(bool isOn);
+    void ShowDelayChart();
     void ShowHiddenRuns();
     void ShowStudyStatistics();
     void ShowHelpTopics();

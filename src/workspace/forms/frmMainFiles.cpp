@@ -1,3 +1,4 @@
+#include <QActionGroup>
 #include <QApplication>
 #include <QMenu>
 
@@ -87,8 +88,11 @@ void frmMain::RemoveSample() {
 
 void frmMain::FillThemes(QMenu& menu) {
     const std::string chosen = ChoiceOf(context_.State.Choices, ThemeKey);
+    qDeleteAll(menu.findChildren<QActionGroup*>());
+    auto* group = new QActionGroup(&menu);
     const auto add = [&](const char* caption, const char* theme) {
         QAction* action = menu.addAction(QString::fromLatin1(caption));
+        group->addAction(action);
         action->setCheckable(true);
         action->setChecked(chosen == theme);
         Connect(action, &QAction::triggered, this, context_.Messages, [this, theme] {
@@ -108,7 +112,8 @@ void frmMain::TakeFiles(const std::vector<std::string>& paths) {
     if (!files.Studies.empty() && MayLeaveStudy(context_)) OpenStudyAt(files.Studies.front());
     if (!files.Runs.empty()) AddDroppedRuns(files.Runs);
     for (const CounterFileChoice& file : files.CounterFiles)
-        context_.OtherScreens.ShowUploadData({.Of = UploadOf::CounterFile, .ToConvert = file, .ChecksFirst = true});
+        TakeRuns(context_.OtherScreens.ShowUploadData(
+            {.Of = UploadOf::CounterFile, .ToConvert = file, .ChecksFirst = true}));
     for (const DroppedFiles::Log& log : files.Logs) {
         LogKind kind = log.Kind;
         if (log.IsOfHandheld) {
@@ -120,25 +125,34 @@ void frmMain::TakeFiles(const std::vector<std::string>& paths) {
             if (answer == MessageAnswer::Cancel) continue;
             if (answer == MessageAnswer::No) kind = LogKind::ObdHandheld;
         }
-        ReviewLog(context_, kind, log.Choice);
+        TakeRuns(ReviewLog(context_, kind, log.Choice));
     }
-    if (!files.CounterFiles.empty() || !files.Logs.empty()) RefreshStudyResults();
 }
 
 void frmMain::AddDroppedRuns(const std::vector<std::string>& paths) {
-    ApplicationState& state = context_.State;
-    const std::string folder = FolderOf(paths.front());
-    if (state.CurrentStudy.Record.RunCount == 0 && !state.CurrentStudy.Stored) state.Paths.LastStudyGroupPath = folder;
-    const std::string group = StudyGroupFolder(state);
-    std::vector<std::string> names;
+    RunsForStudy runs{FolderOf(paths.front()), {}};
     std::vector<std::string> elsewhere;
     for (const std::string& path : paths)
-        (IsSameFolder(FolderOf(path), group) ? names : elsewhere).push_back(BaseName(path));
+        (IsSameFolder(FolderOf(path), runs.Folder) ? runs.Names : elsewhere).push_back(BaseName(path));
     if (!elsewhere.empty())
-        context_.Messages.Tell("The runs of a study lie in one Study Group, those of this one in:\n" + group +
-                                   "\nThese lie elsewhere and are not added: " + FirstOf(elsewhere, 3),
-                               MessageIcon::Warning);
-    AddRuns([&] { vantor::AddRuns(state, names); });
+        context_.Messages.Tell(
+            "The runs of a study lie in one Study Group.\nThese lie elsewhere than the first and are not "
+            "added: " +
+                FirstOf(elsewhere, 3),
+            MessageIcon::Warning);
+    TakeRuns(runs);
+}
+
+void frmMain::TakeRuns(const RunsForStudy& runs) {
+    ApplicationState& state = context_.State;
+    if (runs.Names.empty()) return RefreshStudyResults();
+    if (state.CurrentStudy.Record.RunCount == 0) state.Paths.LastStudyGroupPath = runs.Folder;
+    const std::string group = StudyGroupFolder(state);
+    if (IsSameFolder(group, runs.Folder)) return AddRuns([&] { vantor::AddRuns(state, runs.Names); });
+    context_.Messages.Tell("The runs of a study lie in one Study Group, those of this one in:\n" + group +
+                               "\nThese lie elsewhere and are not added: " + FirstOf(runs.Names, 3),
+                           MessageIcon::Warning);
+    RefreshStudyResults();
 }
 
 }  // namespace vantor

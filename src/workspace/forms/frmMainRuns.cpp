@@ -2,6 +2,7 @@
 #include <QMenu>
 
 #include "core/StudyFile.h"
+#include "core/Text.h"
 #include "core/forms/DocumentChange.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
@@ -35,6 +36,7 @@ void frmMain::ChangeStudy(const QString& what, const std::function<void()>& chan
     StudyContents before = context_.State.CurrentStudy;
     Guarded(context_.Messages, change);
     history_->Note(what, std::move(before));
+    Tell({});
     ShowRuns(RunFiles::NotReadYet);
 }
 
@@ -70,6 +72,7 @@ void frmMain::ShowSteps() {
 
 void frmMain::ShowStep() {
     details_->ShowStudy();
+    Tell({});
     ShowRuns(std::exchange(toReadAfterStep_, RunFiles::NotReadYet));
 }
 
@@ -79,6 +82,10 @@ void frmMain::AddRuns(const std::function<void()>& add) {
     const int added = context_.State.CurrentStudy.Record.RunCount - before;
     if (added <= 0) return;
     vaRunList_->SelectRuns(before + 1, added);
+    if (Trim(context_.State.CurrentStudy.Record.StudyName).empty())
+        details_->FocusStudyName();
+    else
+        vaRunList_->setFocus();
     Tell(added == 1 ? QStringLiteral("1 run added") : QStringLiteral("%1 runs added").arg(added));
 }
 
@@ -93,7 +100,11 @@ void frmMain::DeleteSelectedRuns() {
 
 void frmMain::MoveSelectedRuns(int before) {
     const std::vector<int> runs = vaRunList_->SelectedRuns();
-    if (runs.empty() || vaRunList_->IsSorted()) return context_.DesktopServices.Beep();
+    if (runs.empty()) return context_.DesktopServices.Beep();
+    if (vaRunList_->IsSorted() || vaRunList_->HiddenRuns() > 0) {
+        context_.DesktopServices.Beep();
+        return Tell(QStringLiteral("Not moved: runs are moved in a list that shows all of them in the study's order"));
+    }
     int first = 0;
     ChangeStudy(QStringLiteral("Move of ") + RunsInWords(context_.State.CurrentStudy, runs),
                 [&] { first = MoveRuns(context_.State, runs, before); });
