@@ -1,6 +1,10 @@
 #include "analysis/StudyResults.h"
 
 #include <algorithm>
+#include <atomic>
+#include <future>
+#include <optional>
+#include <system_error>
 #include <unordered_map>
 
 #include "core/Numeric.h"
@@ -74,6 +78,49 @@ private:
     std::unordered_map<std::string, std::size_t> byName_;
 };
 
+/// Below that, a second thread costs more than it saves.
+constexpr int ManyRuns = 100;
+
+/// Reads what is not known of a study's runs, from place 1 on; of many runs on two threads, for most of the time goes
+/// to waiting for memory and the system.
+class FactsReader {
+public:
+    FactsReader(const Study& study, const FileSystem& files, const std::string& folder, const AppSettings& settings)
+        : study_(study), files_(files), folder_(folder), settings_(settings) {}
+
+    void Read(std::vector<std::optional<RunFacts>>& facts, const Progress& progress) {
+        std::future<void> other;
+        try {
+            if (study_.Record.RunCount >= ManyRuns)
+                other = std::async(std::launch::async, [&] { ReadOn(facts, [](int) { return true; }); });
+        } catch (const std::system_error&) {
+            // One thread is enough.
+        }
+        const auto count = static_cast<std::uint64_t>(study_.Record.RunCount);
+        ReadOn(facts, [&](int i) { return progress(static_cast<std::uint64_t>(i - 1), count); });
+        if (other.valid()) other.get();
+    }
+
+private:
+    /// Each thread takes the next run that none has taken.
+    template <class GoesOn>
+    void ReadOn(std::vector<std::optional<RunFacts>>& facts, GoesOn goesOn) {
+        for (int i = next_++; i <= study_.Record.RunCount; i = next_++) {
+            auto& place = facts[static_cast<std::size_t>(i)];
+            if (place) continue;
+            if (!goesOn(i)) isStopped_ = true;
+            place = isStopped_ ? NotReadFacts() : ReadRunFacts(files_, folder_, study_.Entries[i], settings_);
+        }
+    }
+
+    const Study& study_;
+    const FileSystem& files_;
+    const std::string& folder_;
+    const AppSettings& settings_;
+    std::atomic<int> next_{1};
+    std::atomic<bool> isStopped_{false};
+};
+
 std::string RunsText(std::ptrdiff_t count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
 
 }  // namespace
@@ -111,31 +158,26 @@ RunListRow MakeRunListRow(const StudyRunEntry& entry, RunFacts runFacts, const A
 std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& files, const std::string& folder,
                                         const AppSettings& settings, const Progress& progress,
                                         std::vector<RunListRow> known) {
-    KnownFacts facts(std::move(known));
+    const auto count = static_cast<std::size_t>(study.Record.RunCount);
+    std::vector<std::optional<RunFacts>> facts(count + 1);
+    KnownFacts before(std::move(known));
+    for (std::size_t i = 1; i <= count; ++i) facts[i] = before.Take(study.Entries[static_cast<int>(i)]);
+    FactsReader(study, files, folder, settings).Read(facts, progress);
     std::vector<RunListRow> rows;
-    rows.reserve(study.RunNames.size());
-    const auto count = static_cast<std::uint64_t>(study.Record.RunCount);
-    for (int i = 1; i <= study.Record.RunCount; ++i) {
-        const StudyRunEntry& entry = study.Entries[i];
-        if (auto before = facts.Take(entry)) {
-            rows.push_back(MakeRunListRow(entry, std::move(*before), settings));
-            continue;
-        }
-        const bool goesOn = progress(static_cast<std::uint64_t>(i - 1), count);
-        rows.push_back(
-            MakeRunListRow(entry, goesOn ? ReadRunFacts(files, folder, entry, settings) : NotReadFacts(), settings));
-    }
+    rows.reserve(count);
+    for (std::size_t i = 1; i <= count; ++i)
+        rows.push_back(MakeRunListRow(study.Entries[static_cast<int>(i)], std::move(*facts[i]), settings));
     return rows;
 }
 
 RunList ReadRunList(LongWork& work, const Study& study, const std::string& folder, const AppSettings& settings,
                     std::vector<RunListRow> known) {
     RunList list;
-    const auto read = [&rows = list.Rows, study, folder, settings, known = std::move(known)](
-                          FileSystem& files, const Progress& progress) mutable {
+    auto read = [&rows = list.Rows, study, folder, settings, known = std::move(known)](
+                    FileSystem& files, const Progress& progress) mutable {
         rows = MakeRunListRows(study, files, folder, settings, progress, std::move(known));
     };
-    list.IsWhole = work.Run("Reading the runs of the study", read);
+    list.IsWhole = work.Run("Reading the runs of the study", std::move(read));
     return list;
 }
 

@@ -29,13 +29,35 @@ std::int32_t CheckedSampleCount(std::int32_t count, const std::string& path) {
     return count;
 }
 
+/// Before the labels of the keys and the names of the sections, which are most of a header.
+constexpr std::size_t HeaderFiguresSize = 128;
+
+/// The fields of the header that lie before its labels.
+void DecodeFigures(RunHeader& header, std::span<const std::byte> bytes) {
+    const auto decode = [&](const auto& field) {
+        if (field.Offset < HeaderFiguresSize) codec::DecodeField(header, field, bytes);
+    };
+    std::apply([&](const auto&... field) { (decode(field), ...); }, RunHeaderFields);
+}
+
 /// Error 62, 6 or 9 for a header that no run has.
-void ReadHeader(InputFile& file, const std::string& path, RunHeader& header) {
-    std::array<std::byte, RunHeaderSize> bytes;
-    if (file.Read(bytes) < bytes.size())
+void DecodeHeader(RunHeader& header, std::span<const std::byte> bytes, const std::string& path, RunPart part) {
+    if (bytes.size() < RunHeaderSize)
         throw RunTimeError(ErrorNumber::InputPastEndOfFile, path + "\nThe file is too short for a run. It is damaged.");
-    DecodeRecord(header, RunHeaderFields, bytes);
+    if (part == RunPart::Values)
+        DecodeFigures(header, bytes);
+    else
+        DecodeRecord(header, RunHeaderFields, bytes.first(RunHeaderSize));
     CheckedSampleCount(header.SampleCount, path);
+}
+
+/// The header, and what may be samples behind it, of which the longest run bounds what is read.
+std::vector<std::byte> ReadBytes(InputFile& file, RunPart part) {
+    const std::size_t most =
+        RunHeaderSize + (part == RunPart::Header ? 0 : static_cast<std::size_t>(MostSamples) * SamplePairSize);
+    std::vector<std::byte> bytes(static_cast<std::size_t>(std::min<std::uint64_t>(file.Size(), most)));
+    bytes.resize(file.Read(bytes));
+    return bytes;
 }
 
 RunOutcome OutcomeOf(ErrorNumber number) {
@@ -118,28 +140,26 @@ RunReading ReadRun(const FileSystem& files, const std::string& path, RunPart par
         reading.Run = {};
         return reading;
     };
-    std::unique_ptr<InputFile> file;
+    std::uint64_t size = 0;
+    std::vector<std::byte> bytes;
     try {
         // Opening alone tells whether the file is there: asking first would double the calls of a long study's list.
-        file = files.Open(path);
-        ReadHeader(*file, path, reading.Run.Header);
+        const auto file = files.Open(path);
+        size = file->Size();
+        bytes = ReadBytes(*file, part);
+        DecodeHeader(reading.Run.Header, bytes, path, part);
     } catch (const RunTimeError& fault) {
         return failed(OutcomeOf(fault.Number()), fault);
     }
     reading.Run.Header.RunName = BaseName(path);
     const std::int32_t count = reading.Run.Header.SampleCount;
-    const std::uint64_t samples = (file->Size() - RunHeaderSize) / SamplePairSize;
+    const std::uint64_t samples = (size - RunHeaderSize) / SamplePairSize;
     reading.SamplesInFile = static_cast<std::int32_t>(std::min<std::uint64_t>(samples, std::uint64_t{MostSamples}));
     if (part != RunPart::Header) {
-        try {
-            std::vector<std::byte> bytes(static_cast<std::size_t>(count) * SamplePairSize);
-            bytes.resize(file->Read(bytes));
-            reading.Run.SampleValues.ResizeTo(count);
-            if (part == RunPart::Whole) reading.Run.RunSamples.ResizeTo(count);
-            DecodeSamplePairs(reading.Run, bytes, part);
-        } catch (const RunTimeError& fault) {
-            return failed(RunOutcome::Unreadable, fault);
-        }
+        reading.Run.SampleValues.ResizeTo(count);
+        if (part == RunPart::Whole) reading.Run.RunSamples.ResizeTo(count);
+        const auto pairs = std::span(bytes).subspan(RunHeaderSize);
+        DecodeSamplePairs(reading.Run, pairs.first(std::min(pairs.size(), count * SamplePairSize)), part);
     }
     reading.Outcome = RunOutcome::Run;
     return reading;

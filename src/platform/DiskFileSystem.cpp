@@ -94,17 +94,15 @@ std::optional<FileInfo> DiskFileSystem::Find(const std::string& path) const {
 }
 
 std::vector<FileInfo> DiskFileSystem::List(const std::string& folder, std::string_view extension) const {
-    const std::string ending = FoldCase(extension);
-    std::error_code failure;
+    const fs::path resolved = ResolvedPath(folder);
     std::vector<std::pair<std::string, FileInfo>> found;
-    fs::directory_iterator entry(ResolvedPath(folder), failure);
-    for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
-        std::string folded = FoldCase(PortablePath(entry->path().filename()));
-        if (!folded.ends_with(ending)) continue;
-        const auto native = InfoOfListed(entry->path());
-        if (!native) continue;  // a link to nowhere
-        found.emplace_back(std::move(folded), InfoFrom(entry->path(), *native));
-    }
+    const std::error_code failure = ForEachName(resolved, [&](const std::string& name) {
+        if (!extension.empty() && !HasExtension(name, extension)) return true;
+        const fs::path path = resolved / NativePath(name);
+        // Nothing: a link to nowhere.
+        if (const auto native = InfoOfListed(path)) found.emplace_back(FoldCase(name), InfoFrom(path, *native));
+        return true;
+    });
     if (failure) {
         const bool denied = failure == std::errc::permission_denied;
         throw RunTimeError(denied ? ErrorNumber::PermissionDenied : ErrorNumber::PathNotFound, folder);

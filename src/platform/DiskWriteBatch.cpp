@@ -15,15 +15,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// Errors are those of FileSystem::Open.
+OrdinaryFile OpenedForReading(const fs::path& path) {
+    NativeFile file = OpenNative(path, "rb");
+    const std::uint64_t size = InfoOfNative(file, path).Size;
+    return {std::move(file), size};
+}
+
 class DiskFile : public InputFile {
 public:
-    explicit DiskFile(const fs::path& path) : DiskFile(PortablePath(path), OpenNative(path, "rb")) {}
-    DiskFile(std::string path, NativeFile file)
-        : path_(std::move(path)), file_(std::move(file)), size_(SizeOfNative(file_, path_)) {
+    explicit DiskFile(const fs::path& path) : DiskFile(PortablePath(path), OpenedForReading(path)) {}
+    DiskFile(std::string path, OrdinaryFile file)
+        : path_(std::move(path)), file_(std::move(file.File)), size_(file.Size) {
         // Readers ask for whole pieces: a buffer of the stream would only copy their ends once more.
         std::setvbuf(file_.get(), nullptr, _IONBF, 0);
     }
-
     std::size_t Read(std::span<std::byte> into) override {
         const std::size_t count = std::fread(into.data(), 1, into.size(), file_.get());
         if (count < into.size() && std::ferror(file_.get()) != 0) ThrowFileError(errno, NativePath(path_));
@@ -266,17 +272,20 @@ fs::path ResolvedPath(const std::string& path) {
     if (wanted.empty() || fs::exists(fs::symlink_status(wanted, ignored))) return wanted;
     const fs::path folder = ResolvedPath(PortablePath(wanted.parent_path()));
     const std::string folded = FoldCase(PortablePath(wanted.filename()));
-    for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, ignored), end; entry != end;
-         entry.increment(ignored))
-        if (FoldCase(PortablePath(entry->path().filename())) == folded) return folder / entry->path().filename();
-    return folder / wanted.filename();
+    fs::path found = wanted.filename();
+    ForEachName(folder.empty() ? fs::path(".") : folder, [&](const std::string& name) {
+        if (FoldCase(name) != folded) return true;
+        found = NativePath(name);
+        return false;
+    });
+    return folder / found;
 }
 
 std::unique_ptr<InputFile> OpenOnDisk(const fs::path& path) { return std::make_unique<DiskFile>(path); }
 
 std::unique_ptr<InputFile> OpenExact(const std::string& path) {
-    NativeFile file = OpenOrdinary(path);
-    return file ? std::make_unique<DiskFile>(path, std::move(file)) : nullptr;
+    OrdinaryFile file = OpenOrdinary(path);
+    return file.File ? std::make_unique<DiskFile>(path, std::move(file)) : nullptr;
 }
 
 std::unique_ptr<WriteBatch> BeginDiskWrites(std::set<std::string>& cleanedFolders, FolderLocks& locks) {

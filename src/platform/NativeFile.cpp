@@ -21,6 +21,7 @@
 #endif
 #include <windows.h>
 #else
+#include <dirent.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
@@ -196,10 +197,10 @@ std::optional<NativeInfo> InfoOfListed(const fs::path& path) {
     }
 }
 
-std::uint64_t SizeOfNative(const NativeFile& file, const std::string& path) {
+NativeInfo InfoOfNative(const NativeFile& file, const fs::path& path) {
     Status status{};
-    if (StatusOf(file.get(), status) != 0) ThrowFileError(errno, NativePath(path));
-    return InfoFrom(status).Size;
+    if (StatusOf(file.get(), status) != 0) ThrowFileError(errno, path);
+    return InfoFrom(status);
 }
 
 void ThrowFileError(int systemError, const fs::path& path, const std::string& remedy) {
@@ -220,17 +221,41 @@ NativeFile OpenNative(const fs::path& path, const char* mode) {
     return NativeFile(file);
 }
 
-NativeFile OpenOrdinary(const std::string& path) {
+OrdinaryFile OpenOrdinary(const std::string& path) {
+    Status status{};
 #ifdef _WIN32
     const fs::path native = NativePath(path);
-    Status status{};
     if (StatusOf(native, status) != 0 || !IsFile(status)) return {};
-    return NativeFile(_wfopen(native.c_str(), L"rb"));
+    NativeFile file(_wfopen(native.c_str(), L"rb"));
 #else
-    // A path is made for errors alone: making one costs as much as opening the file.
-    struct stat status {};
-    if (stat(path.c_str(), &status) != 0 || !IsFile(status)) return {};
-    return NativeFile(std::fopen(path.c_str(), "rb"));
+    // Asked while it is open, so that its name is looked up once. A pipe is not waited for.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0) return {};
+    NativeFile file(fstat(descriptor, &status) == 0 && IsFile(status) ? fdopen(descriptor, "rb") : nullptr);
+    if (!file) close(descriptor);
+#endif
+    if (!file) return {};
+    return {std::move(file), InfoFrom(status).Size};
+}
+
+std::error_code ForEachName(const fs::path& folder, const std::function<bool(const std::string& name)>& goesOn) {
+#ifdef _WIN32
+    std::error_code failure;
+    for (fs::directory_iterator entry(folder, failure); !failure && entry != fs::directory_iterator();
+         entry.increment(failure))
+        if (!goesOn(PortablePath(entry->path().filename()))) break;
+    return failure;
+#else
+    // A path for each name would take longer than to read it.
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(folder.c_str()), closedir);
+    if (!listing) return {errno, std::generic_category()};
+    errno = 0;
+    while (const dirent* entry = readdir(listing.get())) {
+        const std::string name = entry->d_name;
+        if (name != "." && name != ".." && !goesOn(name)) return {};
+        errno = 0;
+    }
+    return {errno, std::generic_category()};
 #endif
 }
 

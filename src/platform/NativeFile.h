@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -45,11 +46,18 @@ using NativeFile = std::unique_ptr<std::FILE, CloseFile>;
 /// hide the others. Who reads it gets the error.
 std::optional<NativeInfo> InfoOfListed(const std::filesystem::path& path);
 NativeFile OpenNative(const std::filesystem::path& path, const char* mode);
-/// The ordinary file of that UTF-8 path, open for reading; none where there is none or it cannot be opened. A pipe or a
-/// device is not touched.
-NativeFile OpenOrdinary(const std::string& path);
-/// Bytes of a file that is open; the path is told by an error.
-std::uint64_t SizeOfNative(const NativeFile& file, const std::string& path);
+/// An ordinary file, no folder, pipe or device, and its bytes.
+struct OrdinaryFile {
+    NativeFile File;
+    std::uint64_t Size = 0;
+};
+/// The one of that UTF-8 path, open for reading; no file where there is none or it cannot be opened.
+OrdinaryFile OpenOrdinary(const std::string& path);
+/// Of a file that is open.
+NativeInfo InfoOfNative(const NativeFile& file, const std::filesystem::path& path);
+/// Gives the names in a folder, in no order, as UTF-8, until `goesOn` is false of one.
+std::error_code ForEachName(const std::filesystem::path& folder,
+                            const std::function<bool(const std::string& name)>& goesOn);
 void WriteNative(const NativeFile& file, std::span<const std::byte> bytes, const std::filesystem::path& path);
 void SeekNative(const NativeFile& file, std::size_t offset, const std::filesystem::path& path);
 /// Copies what is left of `source` to the end of `target`.

@@ -102,6 +102,20 @@ TEST(StudyResults, RowsShowEntriesAndTheirRunFiles) {
                                            "../start/NB-001 |||||||Unreadable"));
 }
 
+TEST(StudyResults, ManyRunsStandInTheOrderOfTheStudy) {
+    TestProgram program;
+    Study study;
+    for (int i = 1; i <= 300; ++i) {
+        AppendRun(study, "R" + std::to_string(i));
+        if (i % 3 != 0) PutRun(program.Files, "/start/", study.RunNames[i]);
+    }
+    const auto rows = MakeRunListRows(study, program.Files, "/start/", program.State.Settings);
+    ASSERT_EQ(rows.size(), 300U);
+    for (int i = 1; i <= 300; ++i)
+        EXPECT_EQ(TextOf(rows[static_cast<std::size_t>(i) - 1]),
+                  study.RunNames[i] + (i % 3 == 0 ? " |||||||Missing" : " |03/11/08|07:05|Primary|0|| 0|Not counted"));
+}
+
 using testing::AllOf, testing::HasSubstr;
 using Cells = std::vector<SheetCell>;
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <numeric>
+#include <tuple>
 
 #include "core/Layout.h"
 #include "fakes/FakePorts.h"
@@ -104,6 +105,10 @@ TEST_F(RunFileTest, TruncatedFilesReadAsZero) {
         Files.PutText("/g/Cut.rd2", TwoSampleRun().substr(0, length));
         const RunReading reading = ReadRun(Files, "/g/Cut.rd2");
         EXPECT_EQ(reading.Outcome, length < 8448 ? RunOutcome::Damaged : RunOutcome::Run) << length;
+        const RunReading values = ReadRun(Files, "/g/Cut.rd2", RunPart::Values);
+        EXPECT_EQ(
+            std::tie(values.Outcome, values.SamplesInFile, values.Run.SampleValues, values.Run.Header.RunTime),
+            std::tie(reading.Outcome, reading.SamplesInFile, reading.Run.SampleValues, reading.Run.Header.RunTime));
         if (!reading) continue;
         EXPECT_TRUE(reading.IsCut());
         EXPECT_EQ(reading.SamplesInFile, length < 8448 + 48 ? 0 : 1) << "whole ones";

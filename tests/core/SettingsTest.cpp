@@ -57,6 +57,8 @@ TEST_F(SettingsTest, FileHoldsTheRecordAtItsOffsets) {
     EXPECT_FALSE(Again.SettingsWereMissing);
     EXPECT_EQ(Again.Settings, State.Settings);
     EXPECT_EQ(Again.SpeedUnitLabel + " " + Again.LengthUnitLabel + " " + Again.VolumeUnitLabel, "KPH m l");
+    Files.FailChangeAfter(0, ErrorNumber::DiskFull);
+    EXPECT_NO_THROW(SaveSettings(Again, Files)) << "the file holds them already";
 }
 
 TEST_F(SettingsTest, NewStudyGroupRootIsStoredButNotYetInUse) {

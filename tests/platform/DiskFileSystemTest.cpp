@@ -79,11 +79,18 @@ TEST_F(DiskFileSystemTest, ListsByNameWithoutLetterCase) {
     std::string names;
     for (const FileInfo& info : Disk.List(Folder)) names += info.Name;
     EXPECT_EQ(names, "abC");
+    for (const char* name : {"run.RD2", ".rd2", "run.rd2.bak", "other.rd2"}) Put(name, "");
+    names.clear();
+    for (const FileInfo& info : Disk.List(Folder, ".rd2")) names += info.Name + " ";
+    EXPECT_EQ(names, "other.rd2 run.RD2 ");
 }
 
 TEST_F(DiskFileSystemTest, ReadsOnlyFiles) {
     mkfifo(At("pipe").c_str(), 0600);
     EXPECT_ERROR(PathFileAccessError, Disk.Open(At("pipe")));
+    EXPECT_ERROR(PathFileAccessError, Disk.Open("/dev/null"));
+    std::filesystem::create_symlink("nowhere", At("link"));
+    EXPECT_ERROR(FileNotFound, Disk.Open(At("link")));
     EXPECT_ERROR(PathFileAccessError, Disk.Open(Folder));
     EXPECT_FALSE(Disk.Find(At("none")));
     EXPECT_TRUE(Disk.Find(Folder)->IsFolder);

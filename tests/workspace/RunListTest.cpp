@@ -59,6 +59,18 @@ TEST_F(RunListTest, RowsTellInTextColourAndWordsWhetherARunCounts) {
     for (const int column : {4, 6}) EXPECT_TRUE(Cell(0, column, Qt::TextAlignmentRole).toInt() & Qt::AlignRight);
 }
 
+TEST_F(RunListTest, ColumnsAreAsWideAsTheirWidestTextWhereverItStands) {
+    for (const char* name : {"iiiiiiiiiiiiiiiiiiiiiiii", "WWWWWWWWWWWWWWWWWW"})
+        Messages.Expect("Missing Run File: " + std::string(name));
+    StartWith({{"iiiiiiiiiiiiiiiiiiiiiiii"}, {"R1", -123456789, 4}, {"WWWWWWWWWWWWWWWWWW"}, {"R3", 900, 90, 0}});
+    for (const bool isCountedOnly : {false, true}) {
+        if (isCountedOnly) Do("mnuViewCounted");
+        const QAbstractItemView& view = List();
+        for (const int column : {0, 1, 2, 3, 4, 5, 10, 11})
+            EXPECT_GE(List().columnWidth(column), view.sizeHintForColumn(column)) << column;
+    }
+}
+
 TEST_F(RunListTest, TheActiveRowIsTheRunHoweverTheListIsSorted) {
     StartWith({{"R1", 9}, {"R2", 100}, {"R3", -20}, {"R4", 30}});
     List().horizontalHeader()->setSortIndicator(4, Qt::AscendingOrder);

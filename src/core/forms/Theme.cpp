@@ -5,6 +5,7 @@
 #include <QGroupBox>
 #include <QIconEngine>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QResource>
 #include <QStyleFactory>
 #include <QStyleOption>
@@ -41,25 +42,32 @@ QPalette PaletteOf(const Colours& colours) {
     return palette;
 }
 
-/// Draws an SVG whose strokes are "currentColor" in the text colour of the moment.
+/// Draws an SVG whose strokes are "currentColor" in the text colour of the moment; each size and colour once.
 class LineIconEngine : public QIconEngine {
 public:
     explicit LineIconEngine(QByteArray svg) : svg_(std::move(svg)) {}
 
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+        const QSizeF size = QSizeF(rect.size()) * painter->device()->devicePixelRatio();
+        painter->drawPixmap(rect, pixmap(size.toSize(), mode, state));
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
         const QPalette palette = QApplication::palette();
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
         const auto role = mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::ButtonText;
         QByteArray coloured = svg_;
         coloured.replace("currentColor", palette.color(group, role).name().toLatin1());
-        QSvgRenderer(coloured).render(painter, rect);
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap pixmap(size);
+        const QString key =
+            QStringLiteral("%1x%2 ").arg(size.width()).arg(size.height()) + QString::fromLatin1(coloured);
+        QPixmap pixmap;
+        if (QPixmapCache::find(key, &pixmap)) return pixmap;
+        pixmap = QPixmap(size);
         pixmap.fill(Qt::transparent);
         QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+        QSvgRenderer(coloured).render(&painter, QRectF(QPointF(), size));
+        painter.end();
+        QPixmapCache::insert(key, pixmap);
         return pixmap;
     }
 
