@@ -3,8 +3,8 @@
 #include "analysis/DelayChart.h"
 #include "cli/Commands.h"
 #include "cli/RecordJson.h"
-#include "core/PictureFile.h"
 #include "cli/StandardInput.h"
+#include "core/PictureFile.h"
 #include "core/StudyFile.h"
 
 namespace vantor {

@@ -331,13 +331,6 @@ NumberBox& frmPlotRunSpeedProfileHoriz::BoxOf(ProfileLine line) {
     return line == ProfileLine::Start ? *controls_.txtStart : *controls_.txtEnd;
 }
 
-std::optional<std::int32_t> frmPlotRunSpeedProfileHoriz::Typed(ProfileLine line) {
-    const QString text = BoxOf(line).text().trimmed();
-    const bool isSpeed = line == ProfileLine::IdealSpeed;
-    if (isSpeed && text.isEmpty()) return 0;
-    return CountOfText(FromQt(text), isSpeed ? MostIdealSpeed : profile_.LastShownBoundary());
-}
-
 void frmPlotRunSpeedProfileHoriz::TakeTyped(ProfileLine line) {
     if (const auto typed = Typed(line)) {
         // A boundary that is shown rounded stays where it is.

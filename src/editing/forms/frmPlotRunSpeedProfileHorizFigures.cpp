@@ -47,6 +47,13 @@ void frmPlotRunSpeedProfileHoriz::ShowScrollBar() {
     controls_.HScroll1->setEnabled(geometry.MostOffset() > 0);
 }
 
+std::optional<std::int32_t> frmPlotRunSpeedProfileHoriz::Typed(ProfileLine line) {
+    const QString text = BoxOf(line).text().trimmed();
+    const bool isSpeed = line == ProfileLine::IdealSpeed;
+    if (isSpeed && text.isEmpty()) return 0;
+    return CountOfText(FromQt(text), isSpeed ? MostIdealSpeed : profile_.LastShownBoundary());
+}
+
 void frmPlotRunSpeedProfileHoriz::ShowReadiness() {
     const bool isReady = profile_.Drag().IsReady();
     anyIsReady_ = anyIsReady_ || isReady;
