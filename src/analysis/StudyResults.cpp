@@ -81,35 +81,38 @@ private:
 /// Below that, a second thread costs more than it saves.
 constexpr int ManyRuns = 100;
 
-/// Reads what is not known of a study's runs, from place 1 on; of many runs on two threads, for most of the time goes
-/// to waiting for memory and the system.
-class FactsReader {
+/// Makes the rows of a study's runs, of which it reads those whose facts are not known; of many runs on two threads,
+/// for most of the time goes to waiting for memory and the system.
+class RowMaker {
 public:
-    FactsReader(const Study& study, const FileSystem& files, const std::string& folder, const AppSettings& settings)
+    RowMaker(const Study& study, const FileSystem& files, const std::string& folder, const AppSettings& settings)
         : study_(study), files_(files), folder_(folder), settings_(settings) {}
 
-    void Read(std::vector<std::optional<RunFacts>>& facts, const Progress& progress) {
+    /// `known` by place, from 0.
+    std::vector<RunListRow> Make(std::vector<std::optional<RunFacts>> known, const Progress& progress) {
+        std::vector<RunListRow> rows(known.size());
         std::future<void> other;
         try {
-            if (study_.Record.RunCount >= ManyRuns)
-                other = std::async(std::launch::async, [&] { ReadOn(facts, [](int) { return true; }); });
+            if (rows.size() >= ManyRuns)
+                other = std::async(std::launch::async, [&] { Fill(rows, known, [](std::size_t) { return true; }); });
         } catch (const std::system_error&) {
             // One thread is enough.
         }
-        const auto count = static_cast<std::uint64_t>(study_.Record.RunCount);
-        ReadOn(facts, [&](int i) { return progress(static_cast<std::uint64_t>(i - 1), count); });
+        Fill(rows, known, [&](std::size_t place) { return progress(place, rows.size()); });
         if (other.valid()) other.get();
+        return rows;
     }
 
 private:
     /// Each thread takes the next run that none has taken.
     template <class GoesOn>
-    void ReadOn(std::vector<std::optional<RunFacts>>& facts, GoesOn goesOn) {
-        for (int i = next_++; i <= study_.Record.RunCount; i = next_++) {
-            auto& place = facts[static_cast<std::size_t>(i)];
-            if (place) continue;
-            if (!goesOn(i)) isStopped_ = true;
-            place = isStopped_ ? NotReadFacts() : ReadRunFacts(files_, folder_, study_.Entries[i], settings_);
+    void Fill(std::vector<RunListRow>& rows, std::vector<std::optional<RunFacts>>& known, GoesOn goesOn) {
+        for (std::size_t place = next_++; place < rows.size(); place = next_++) {
+            const StudyRunEntry& entry = study_.Entries[static_cast<int>(place) + 1];
+            auto& facts = known[place];
+            if (!facts && !goesOn(place)) isStopped_ = true;
+            if (!facts) facts = isStopped_ ? NotReadFacts() : ReadRunFacts(files_, folder_, entry, settings_);
+            rows[place] = MakeRunListRow(entry, std::move(*facts), settings_);
         }
     }
 
@@ -117,7 +120,7 @@ private:
     const FileSystem& files_;
     const std::string& folder_;
     const AppSettings& settings_;
-    std::atomic<int> next_{1};
+    std::atomic<std::size_t> next_{0};
     std::atomic<bool> isStopped_{false};
 };
 
@@ -158,16 +161,11 @@ RunListRow MakeRunListRow(const StudyRunEntry& entry, RunFacts runFacts, const A
 std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& files, const std::string& folder,
                                         const AppSettings& settings, const Progress& progress,
                                         std::vector<RunListRow> known) {
-    const auto count = static_cast<std::size_t>(study.Record.RunCount);
-    std::vector<std::optional<RunFacts>> facts(count + 1);
+    std::vector<std::optional<RunFacts>> facts(static_cast<std::size_t>(study.Record.RunCount));
     KnownFacts before(std::move(known));
-    for (std::size_t i = 1; i <= count; ++i) facts[i] = before.Take(study.Entries[static_cast<int>(i)]);
-    FactsReader(study, files, folder, settings).Read(facts, progress);
-    std::vector<RunListRow> rows;
-    rows.reserve(count);
-    for (std::size_t i = 1; i <= count; ++i)
-        rows.push_back(MakeRunListRow(study.Entries[static_cast<int>(i)], std::move(*facts[i]), settings));
-    return rows;
+    for (int i = 1; i <= study.Record.RunCount; ++i)
+        facts[static_cast<std::size_t>(i) - 1] = before.Take(study.Entries[i]);
+    return RowMaker(study, files, folder, settings).Make(std::move(facts), progress);
 }
 
 RunList ReadRunList(LongWork& work, const Study& study, const std::string& folder, const AppSettings& settings,

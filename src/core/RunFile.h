@@ -40,7 +40,8 @@ struct RunReading {
 /// "cut (120 of 300 samples)".
 std::string CutText(std::int32_t samplesInFile, std::int32_t sampleCount);
 
-/// Values: the header and the samples' values, without the event record of each.
+/// Values: what lists need of a run, its header without labels and sections and the samples' values without the event
+/// record of each.
 enum class RunPart { Header, Values, Whole };
 
 /// Reads a run file (".rd2"), whole or a part of it; the file's name is the RunName. The one way to read a

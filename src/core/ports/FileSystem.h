@@ -93,7 +93,8 @@ public:
 
 /// The disk. Paths are UTF-8; look-ups ignore letter case, an exact match wins over one in another case; new files
 /// get exactly the name asked for. Failures are RunTimeErrors that name the path: 53 or 76 missing, 58 exists,
-/// 61 disk full, 70 permission denied, 75 anything else.
+/// 61 disk full, 70 permission denied, 75 anything else. Finding, listing and opening may be called by several threads
+/// at once.
 class FileSystem {
 public:
     virtual ~FileSystem() = default;
