@@ -1,8 +1,8 @@
 #pragma once
 
-#include <compare>
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "core/Progress.h"
@@ -20,7 +20,10 @@ struct RunIdentity {
     std::int16_t RunNumber = 0;
     std::string SiteCode;
 
-    std::partial_ordering operator<=>(const RunIdentity&) const = default;
+    bool operator<(const RunIdentity& other) const {
+        return std::tie(RunDate, RunTime, CountNumber, RunNumber, SiteCode) <
+               std::tie(other.RunDate, other.RunTime, other.CountNumber, other.RunNumber, other.SiteCode);
+    }
 };
 
 RunIdentity IdentityOf(const RunHeader& header);

@@ -162,6 +162,7 @@ std::optional<std::vector<std::string>> MoveRuns(ApplicationState& state, const 
     if (!MoveAll(work, "Moving", moves)) return std::nullopt;
     if (!moves.empty() && state.CurrentStudy.RunNames.IsEmpty()) state.Paths.LastStudyGroupPath = groupFolder;
     std::vector<std::string> stayed;
+    stayed.reserve(staying.size());
     for (NamedText& run : staying) stayed.push_back(std::move(run.Name));
     return stayed;
 }

@@ -35,6 +35,7 @@ const LogExtension* LogOf(const std::string& path) {
 
 std::string NamesOf(const std::vector<std::string>& paths) {
     std::vector<std::string> names;
+    names.reserve(paths.size());
     for (const std::string& path : paths) names.push_back(LastComponent(path));
     return FirstOf(names, 3);
 }

@@ -138,6 +138,7 @@ SampleStudy MakeSample(FileSystem& files, const std::string& root, const AppSett
 
 void DeleteSample(FileSystem& files, const SampleStudy& sample) {
     std::vector<std::string> names = {sample.Name + StudyExtension, sample.Name + CompanionExtension};
+    names.reserve(names.size() + Drives.size());
     for (const Drive& drive : Drives) names.push_back(std::string(drive.Name) + RunExtension);
     for (const std::string& name : names)
         if (FileExists(files, sample.Folder + name)) files.Delete(sample.Folder + name);

@@ -223,6 +223,7 @@ void frmPlotRunSpeedProfileHoriz::GoOn(int direction) {
     }
     if (passed.empty()) return;
     std::vector<std::string> reasons;
+    reasons.reserve(passed.size());
     for (const NamedText& run : passed) reasons.push_back(run.Text);
     constexpr std::size_t MostTold = 5;
     context_.Messages.Tell(

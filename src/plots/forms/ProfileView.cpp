@@ -65,7 +65,12 @@ void ProfileView::paintEvent(QPaintEvent*) {
     const ProfileColours colours(palette());
     if (!shown_) return PaintInsteadOfProfile(painter, rect(), text_, colours);
     const QFontMetricsF metrics(font());
-    shown_->Profile.Geometry().SetRectangle(PlotAreaOf(size(), metrics));
+    const PlotRectangle area = PlotAreaOf(size(), metrics);
+    constexpr int LeastLines = 4;
+    if (area.Baseline - area.Top < LeastLines * metrics.height())
+        return PaintInsteadOfProfile(painter, rect(),
+                                     QStringLiteral("There is too little room for the speed profile here."), colours);
+    shown_->Profile.Geometry().SetRectangle(area);
     PaintProfile(painter, size(), shown_->Profile, shown_->Labels, colours);
     ProfileLines(shown_->Profile, shown_->Labels, metrics).Paint(painter, colours, ProfileLine::None);
 }

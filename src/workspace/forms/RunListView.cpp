@@ -87,8 +87,10 @@ void RunListView::SetActiveRun(int run) {
 }
 
 std::vector<int> RunListView::SelectedRuns() const {
+    const QModelIndexList rows = selectionModel()->selectedRows();
     std::vector<int> runs;
-    for (const QModelIndex& row : selectionModel()->selectedRows()) runs.push_back(sorted_.mapToSource(row).row() + 1);
+    runs.reserve(static_cast<std::size_t>(rows.size()));
+    for (const QModelIndex& row : rows) runs.push_back(sorted_.mapToSource(row).row() + 1);
     std::ranges::sort(runs);
     return runs;
 }

@@ -45,6 +45,7 @@ void frmMain::ChangeRun(const char* what, int run, const std::function<void()>& 
     StudyContents before = study;
     const auto movements = [this] {
         std::vector<std::uint64_t> hashes;
+        hashes.reserve(vaRunList_->Rows().size());
         for (const RunListRow& row : vaRunList_->Rows()) hashes.push_back(row.Facts.Movement);
         return hashes;
     };
@@ -140,6 +141,7 @@ void frmMain::MarkRuns(bool isBefore) {
     const std::vector<int> runs = vaRunList_->SelectedRuns();
     const QString words = RunsInWords(context_.State.CurrentStudy, runs);
     std::vector<RunMark> marks;
+    marks.reserve(runs.size());
     for (const int run : runs)
         if (vaRunList_->Rows()[static_cast<std::size_t>(run - 1)].Facts.IsRun())
             marks.push_back(MarkOf(RunFileName(context_.State.CurrentStudy.Entries[run]), isBefore));
