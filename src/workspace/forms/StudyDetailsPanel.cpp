@@ -7,6 +7,7 @@
 #include "core/Text.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
+#include "workspace/forms/StudyHistory.h"
 
 namespace vantor {
 namespace {
@@ -91,7 +92,7 @@ template <class Value>
 void StudyDetailsPanel::TakeEdit(QWidget& control, Value StudyRecord::*field, const Value& value) {
     if (showing_) return;
     ApplicationState& state = context_.State;
-    StudyContents before = state.CurrentStudy;
+    StudyContents before = ContentsOf(state.CurrentStudy);
     state.CurrentStudy.Record.*field = value;
     state.StudyUnchanged = false;
     state.StudyFieldsEdited = true;

@@ -15,13 +15,14 @@ StudyHistory::StudyHistory(ApplicationState& state, QObject* parent) : QObject(p
 }
 
 void StudyHistory::Note(const QString& text, StudyContents before, int gesture) {
-    if (before == state_.CurrentStudy) return;
+    if (before == ContentsOf(state_.CurrentStudy)) return;
     const auto show = [this](const StudyContents& study) {
         static_cast<StudyContents&>(state_.CurrentStudy) = study;
         state_.StudyUnchanged = false;
         state_.StudyFieldsEdited = true;
     };
-    changes_.push(new DocumentChange<StudyContents>(text, std::move(before), state_.CurrentStudy, show, gesture));
+    changes_.push(
+        new DocumentChange<StudyContents>(text, std::move(before), ContentsOf(state_.CurrentStudy), show, gesture));
 }
 
 void StudyHistory::Forget() {

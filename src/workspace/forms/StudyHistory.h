@@ -7,6 +7,9 @@
 
 namespace vantor {
 
+/// What a study holds, for a copy without where it is stored.
+inline const StudyContents& ContentsOf(const Study& study) { return study; }
+
 /// The changes of the current study that can be taken back and done again.
 class StudyHistory : public QObject {
 public:

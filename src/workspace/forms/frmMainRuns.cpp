@@ -33,7 +33,7 @@ void frmMain::OfferRunCommands() {
 }
 
 void frmMain::ChangeStudy(const QString& what, const std::function<void()>& change) {
-    StudyContents before = context_.State.CurrentStudy;
+    StudyContents before = ContentsOf(context_.State.CurrentStudy);
     Guarded(context_.Messages, change);
     history_->Note(what, std::move(before));
     Tell({});
@@ -42,7 +42,7 @@ void frmMain::ChangeStudy(const QString& what, const std::function<void()>& chan
 
 void frmMain::ChangeRun(const char* what, int run, const std::function<void()>& change) {
     const Study& study = context_.State.CurrentStudy;
-    StudyContents before = study;
+    StudyContents before = ContentsOf(study);
     const auto movements = [this] {
         std::vector<std::uint64_t> hashes;
         hashes.reserve(vaRunList_->Rows().size());
