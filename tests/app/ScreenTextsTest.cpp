@@ -179,7 +179,7 @@ void TakePicture(QWidget& window, const char* name) {
 }
 
 QStringList TextOfOpened(const ScreenCase& screen, bool isFilled, QString* help) {
-    if (qEnvironmentVariableIsSet("VANTOR_DARK")) ApplyTheme(*qApp, ThemeChoice::Dark);
+    if (qEnvironmentVariableIsSet("VANTOR_DARK")) UseTheme(ThemeChoice::Dark);
     ShownProgram program(isFilled);
     const auto window = screen.Open(program);
     window->show();
