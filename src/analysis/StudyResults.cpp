@@ -58,11 +58,12 @@ RunFacts NotReadFacts() {
     return facts;
 }
 
-/// What rows tell of runs, by entry.
+/// What rows tell of runs, by entry. What was no run may be one by now, or was not read because the user stopped.
 class KnownFacts {
 public:
     explicit KnownFacts(std::vector<RunListRow> rows) : rows_(std::move(rows)) {
-        for (std::size_t i = 0; i < rows_.size(); ++i) byName_.emplace(RunFileName(rows_[i].Entry), i);
+        for (std::size_t i = 0; i < rows_.size(); ++i)
+            if (rows_[i].Facts.IsRun()) byName_.emplace(RunFileName(rows_[i].Entry), i);
     }
     /// Each is given once.
     std::optional<RunFacts> Take(const StudyRunEntry& entry) {

@@ -56,7 +56,8 @@ struct ResultLabels {
 RunListRow MakeRunListRow(const StudyRunEntry& entry, RunFacts facts, const AppSettings& settings);
 
 /// A row for each run of the study, read from its files in `folder`. Stopped, the runs not read by then are Unreadable.
-/// What `known` rows tell of a run with the same name and boundaries is taken from there; its file is not read.
+/// What `known` rows of the same folder tell of a run with the same name and boundaries is taken from there; its file
+/// is not read.
 std::vector<RunListRow> MakeRunListRows(const Study& study, const FileSystem& files, const std::string& folder,
                                         const AppSettings& settings, const Progress& progress = {},
                                         std::vector<RunListRow> known = {});

@@ -241,6 +241,28 @@ TEST_F(RunListTest, SeveralRunsAreMarkedBeforeOrAfterAndGetAPeriod) {
     EXPECT_EQ(Saved("AM").Entries[3].Period, "AM peak");
 }
 
+TEST_F(RunListTest, WhatIsKnownOfRunsIsTheirsAndWhole) {
+    StartWith({{"R1", 9}, {"R2", 100}, {"R3", -20}});
+    Work.AsksBeforeStop = 1;
+    Do("mnuViewStatistics");
+    EXPECT_THAT(Column(*Window, "vaRunList", 1), ElementsAre("03/11/08", "", ""));
+    Work.AsksBeforeStop = 100;
+    PressKey(Qt::Key_Delete);
+    EXPECT_THAT(Column(*Window, "vaRunList", 1), Each("03/11/08")) << "those that were not read before";
+    EXPECT_EQ(Text("lblAvgContDelay"), " 40") << "100 and -20";
+
+    RunRecord other = RunOfValues({44, 44, 44});
+    other.Header.RunDate = DateOf(2009, 1, 2);
+    PutRunFile(Files, other, OakElm, "R2");
+    List().selectAll();
+    PressKey(Qt::Key_Delete);
+    OtherScreens.Moved = {OakElm, {"R2"}};
+    OtherScreens.OnShow["frmUploadSelectTDC"] = [] { return true; };
+    Do("mnuFileProcessRuns");
+    EXPECT_EQ(CellText(List(), 0, 1), "01/02/09") << "the run of that name in the other group";
+    EXPECT_FALSE(Get<QAction>("mnuRunUndo").isEnabled()) << "the runs before lie elsewhere";
+}
+
 TEST_F(RunListTest, RunsThatAreShownAreNotReadAgain) {
     StartWith({{"R1", 9}, {"R2", 100}, {"R3", -20}});
     for (const char* name : {"R1", "R2", "R3"}) Files.Delete(Group + name + ".rd2");

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <QAction>
+#include <QToolButton>
 #include <QUndoCommand>
 #include <QUndoStack>
+#include <array>
 #include <functional>
 #include <utility>
 
-#include "core/forms/Named.h"
+#include "core/forms/Theme.h"
 
 namespace vantor {
 
@@ -46,5 +49,19 @@ private:
     int gesture_;
     bool isDone_ = false;
 };
+
+/// Undo and Redo of a stack, or of a group of stacks, with their keys, on two buttons of a screen.
+template <class Steps>
+std::array<QAction*, 2> AddStepActions(Steps& steps, QObject& screen, QToolButton& undo, QToolButton& redo) {
+    const auto add = [](QAction* action, const char* name, const char* keys, const char* icon, QToolButton& button) {
+        action->setObjectName(QLatin1String(name));
+        action->setShortcut(QKeySequence(QLatin1String(keys)));
+        action->setIcon(LineIcon(QLatin1String(icon)));
+        button.setDefaultAction(action);
+        return action;
+    };
+    return {add(steps.createUndoAction(&screen), "mnuUndo", "Ctrl+Z", "undo", undo),
+            add(steps.createRedoAction(&screen), "mnuRedo", "Ctrl+Shift+Z", "redo", redo)};
+}
 
 }  // namespace vantor

@@ -128,15 +128,8 @@ void frmPlotRunSpeedProfileHoriz::AddActions() {
         controls_.Plot->addAction(line);
     };
     controls_.Plot->setContextMenuPolicy(Qt::ActionsContextMenu);
-    for (const auto& [action, name, keys, icon, button] :
-         {std::tuple(undo_.createUndoAction(this), "mnuUndo", "Ctrl+Z", "undo", controls_.btnUndo),
-          std::tuple(undo_.createRedoAction(this), "mnuRedo", "Ctrl+Shift+Z", "redo", controls_.btnRedo)}) {
-        action->setObjectName(QLatin1String(name));
-        action->setShortcut(QKeySequence(QLatin1String(keys)));
-        action->setIcon(LineIcon(QLatin1String(icon)));
-        button->setDefaultAction(action);
+    for (QAction* action : AddStepActions(undo_, *this, *controls_.btnUndo, *controls_.btnRedo))
         controls_.Plot->addAction(action);
-    }
     if (visits_.Visit().GoesOn) {
         separate();
         mnuPreviousRun_ = AddAction("mnuPreviousRun", QStringLiteral("Previous Run"),

@@ -65,14 +65,7 @@ void frmRunDetails::ConnectControls() {
 }
 
 void frmRunDetails::ConnectUndo() {
-    for (const auto& [action, name, keys, icon, button] :
-         {std::tuple(steps_.createUndoAction(this), "mnuUndo", "Ctrl+Z", "undo", controls_.btnUndo),
-          std::tuple(steps_.createRedoAction(this), "mnuRedo", "Ctrl+Shift+Z", "redo", controls_.btnRedo)}) {
-        action->setObjectName(QLatin1String(name));
-        action->setShortcut(QKeySequence(QLatin1String(keys)));
-        action->setIcon(LineIcon(QLatin1String(icon)));
-        button->setDefaultAction(action);
-    }
+    AddStepActions(steps_, *this, *controls_.btnUndo, *controls_.btnRedo);
     MessageBoxes& messages = context_.Messages;
     Connect(controls_.vaSectionNames->model(), &QAbstractItemModel::dataChanged, this, messages,
             [this] { Record("Edit Node"); });

@@ -36,9 +36,10 @@ RunProfilePane::RunProfilePane(AppContext& context, QWidget* parent)
 
 void RunProfilePane::ShowRun(int run) {
     const Study& study = context_.State.CurrentStudy;
+    soon_.stop();
+    // What is being read may be another run.
+    whenRead_.stop();
     if (run < 1 || run > study.Record.RunCount) {
-        soon_.stop();
-        whenRead_.stop();
         lblRunProfile_->clear();
         return view_->ShowText(QStringLiteral("The speed profile of the active run stands here."));
     }

@@ -1,7 +1,6 @@
 #include "workspace/forms/frmMain.h"
 
 #include <QCloseEvent>
-#include <QDir>
 #include <QLabel>
 #include <QStatusBar>
 #include <QTimer>
@@ -40,13 +39,6 @@ constexpr const char* ChoiceHidden = "no";
 
 constexpr const char* SupportSite = "https://vantor.example/support";
 
-std::string FullPath(const FileSystem& files, const std::string& path) {
-    const std::string whole = IsAbsolutePath(path) ? path : AsFolder(files.CurrentFolder()) + path;
-    const std::string absolute = FromQt(QDir::toNativeSeparators(QDir::cleanPath(ToQt(whole))));
-    const std::string asListed = LongPathName(files, absolute);
-    return asListed.empty() ? absolute : asListed;
-}
-
 }  // namespace
 
 frmMain::frmMain(AppContext& context) : context_(context), recovery_(context) {
@@ -84,11 +76,7 @@ void frmMain::Start(const std::string& studyPath) {
     if (state.SettingsWereMissing) ShowFirstRun();
     if (Restarts()) return;
     details_->FillLists();
-    menu_->Command("mnuViewCounted").setChecked(IsTaken(state.Choices, CountedOnlyKey));
-    vaRunList_->ShowCountedOnly(IsTaken(state.Choices, CountedOnlyKey));
-    const bool showsProfile = ChoiceOf(state.Choices, ProfilePaneKey) != ChoiceHidden;
-    menu_->Command("mnuViewProfile").setChecked(showsProfile);
-    profile_->setVisible(showsProfile);
+    ShowChosenView();
     BeginNewStudy();
     if (NotedDamagedFile(state.Choices))
         Guarded(context_.Messages, [&] { context_.OtherScreens.ShowDamagedCounterFile(); });
@@ -115,7 +103,11 @@ void frmMain::ShowFirstRun() {
 
 void frmMain::OpenFirstStudy(const std::string& studyPath) {
     ApplicationState& state = context_.State;
-    if (!studyPath.empty()) return OpenStudyAt(FullPath(context_.Files, studyPath));
+    if (!studyPath.empty()) {
+        const std::string path = WholePath(context_.Files, studyPath);
+        const std::string asListed = LongPathName(context_.Files, path);
+        return OpenStudyAt(asListed.empty() ? path : asListed);
+    }
     bool isRestored = false;
     Guarded(context_.Messages, [&] { isRestored = recovery_.OfferAll(); });
     if (isRestored) return ShowStudy();
@@ -166,6 +158,12 @@ void frmMain::ShowStudy() {
 
 void frmMain::ShowRuns(RunFiles toRead) {
     const ApplicationState& state = context_.State;
+    const std::string folder = StudyGroupFolder(state);
+    if (!IsSameFolder(folder, std::exchange(runsFolder_, folder))) {
+        // Steps would bring back runs that lie elsewhere.
+        history_->Forget();
+        toRead = RunFiles::All;
+    }
     std::vector<RunListRow> known;
     if (toRead == RunFiles::All) {
         deleted_.clear();
@@ -174,10 +172,8 @@ void frmMain::ShowRuns(RunFiles toRead) {
         known.insert(known.end(), deleted_.begin(), deleted_.end());
     }
     RunList list{{}, false};
-    Guarded(context_.Messages, [&] {
-        list =
-            ReadRunList(context_.Work, state.CurrentStudy, StudyGroupFolder(state), state.Settings, std::move(known));
-    });
+    Guarded(context_.Messages,
+            [&] { list = ReadRunList(context_.Work, state.CurrentStudy, folder, state.Settings, std::move(known)); });
     ShowRunList(std::move(list));
     TellMissingRuns(context_, vaRunList_->Rows(), toldRuns_);
 }
@@ -300,24 +296,31 @@ void frmMain::ProcessLog(LogKind kind) { TakeRuns(ImportLog(context_, kind)); }
 
 void frmMain::ShowStartUpOptions() { CarryOut(context_.OtherScreens.ShowStartUp()); }
 
-void frmMain::ShowProfilePane(bool isShown) {
-    profile_->setVisible(isShown);
-    StoreChoices({{ProfilePaneKey, isShown ? "" : ChoiceHidden}});
+void frmMain::ShowChosenView() {
+    const UserChoices& choices = context_.State.Choices;
+    const bool isCountedOnly = IsTaken(choices, CountedOnlyKey);
+    menu_->Command("mnuViewCounted").setChecked(isCountedOnly);
+    vaRunList_->ShowCountedOnly(isCountedOnly);
+    ShowHiddenRuns();
+    const bool showsProfile = ChoiceOf(choices, ProfilePaneKey) != ChoiceHidden;
+    menu_->Command("mnuViewProfile").setChecked(showsProfile);
+    profile_->setVisible(showsProfile);
     profile_->ShowRun(vaRunList_->ActiveRun());
+}
+
+void frmMain::ShowProfilePane(bool isShown) {
+    StoreChoices({{ProfilePaneKey, isShown ? "" : ChoiceHidden}});
+    ShowChosenView();
 }
 
 void frmMain::ShowCountedOnly(bool isOn) {
     StoreChoices({{CountedOnlyKey, isOn ? ChoiceTaken : ""}});
-    vaRunList_->ShowCountedOnly(isOn);
-    ShowHiddenRuns();
+    ShowChosenView();
 }
 
 void frmMain::ShowDelayChart() {
     context_.OtherScreens.ShowDelayChart();
-    const bool isOn = IsTaken(context_.State.Choices, CountedOnlyKey);
-    menu_->Command("mnuViewCounted").setChecked(isOn);
-    vaRunList_->ShowCountedOnly(isOn);
-    ShowHiddenRuns();
+    ShowChosenView();
 }
 
 void frmMain::ShowHiddenRuns() {

@@ -119,6 +119,8 @@ private:
     /// Adds runs of the study's own Study Group; a study without runs gets theirs.
     void TakeRuns(const RunsForStudy& runs);
     void ShowProfilePane(bool isShown);
+    /// Shows what the user chose to see.
+    void ShowChosenView();
     void ShowCountedOnly(bool isOn);
     void ShowDelayChart();
     void ShowHiddenRuns();
@@ -135,8 +137,9 @@ private:
     void MoveRunsUp();
     void MoveRunsDown();
     void MarkRuns(bool isBefore);
-    /// Writes marks and says that their run files are to be read again; those that were there before.
-    std::vector<RunMark> WriteMarks(const std::vector<RunMark>& marks);
+    /// Writes marks and says that their run files are to be read again; those that were there before. Nothing after an
+    /// error, which is told, and a stop.
+    std::optional<std::vector<RunMark>> WriteMarks(const std::vector<RunMark>& marks);
     void FillPeriods(QMenu& menu);
     void SetPeriod(const std::string& period);
     void AskForPeriod();
@@ -151,6 +154,7 @@ private:
     std::set<std::string> toldRuns_;
     std::vector<RunListRow> deleted_;  ///< since all run files were read last
     RunFiles toReadAfterStep_ = RunFiles::NotReadYet;
+    std::string runsFolder_;  ///< of the Study Group that the runs of the list were read from
 
     StudyHistory* history_ = nullptr;
     bool endsWithSession_ = false;

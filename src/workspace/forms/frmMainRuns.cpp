@@ -125,16 +125,17 @@ void frmMain::MoveRunsDown() {
     MoveSelectedRuns(runs.back() + 2);
 }
 
-std::vector<RunMark> frmMain::WriteMarks(const std::vector<RunMark>& marks) {
+std::optional<std::vector<RunMark>> frmMain::WriteMarks(const std::vector<RunMark>& marks) {
     toReadAfterStep_ = RunFiles::All;
     std::vector<RunMark> replaced;
+    bool isDone = false;
     Guarded(context_.Messages, [&] {
-        context_.Work.Run("Marking the runs", [&replaced, marks, folder = StudyGroupFolder(context_.State)](
-                                                  FileSystem& files, const Progress& progress) {
+        isDone = context_.Work.Run("Marking the runs", [&replaced, marks, folder = StudyGroupFolder(context_.State)](
+                                                           FileSystem& files, const Progress& progress) {
             replaced = WriteRunMarks(files, folder, marks, progress);
         });
     });
-    return replaced;
+    return isDone ? std::optional(replaced) : std::nullopt;
 }
 
 void frmMain::MarkRuns(bool isBefore) {
@@ -145,15 +146,16 @@ void frmMain::MarkRuns(bool isBefore) {
     for (const int run : runs)
         if (vaRunList_->Rows()[static_cast<std::size_t>(run - 1)].Facts.IsRun())
             marks.push_back(MarkOf(RunFileName(context_.State.CurrentStudy.Entries[run]), isBefore));
-    const std::vector<RunMark> replaced = WriteMarks(marks);
+    const auto replaced = WriteMarks(marks);
     ShowStep();
+    if (!replaced) return;
     const QString word = isBefore ? QStringLiteral("Before") : QStringLiteral("After");
-    if (replaced.empty()) return Tell(QStringLiteral("Nothing to mark: %1 already").arg(word));
+    if (replaced->empty()) return Tell(QStringLiteral("Nothing to mark: %1 already").arg(word));
     history_->Note(new DocumentChange<std::vector<RunMark>>(
-        QStringLiteral("Marking of %1 as %2").arg(words, word), replaced, marks,
+        QStringLiteral("Marking of %1 as %2").arg(words, word), *replaced, marks,
         [this](const std::vector<RunMark>& shown) { WriteMarks(shown); }));
     ShowStatus();
-    Tell(QStringLiteral("%1 marked as %2").arg(replaced.size()).arg(word));
+    Tell(QStringLiteral("%1 marked as %2").arg(replaced->size()).arg(word));
 }
 
 void frmMain::FillPeriods(QMenu& menu) {
