@@ -10,6 +10,7 @@
 #include "core/FileStamp.h"
 #include "core/IndexedArray.h"
 #include "core/RecordCodec.h"
+#include "core/StudyOptions.h"
 
 namespace vantor {
 
@@ -82,6 +83,7 @@ struct StudyRunEntry {
     std::optional<Computation> Computed;
     std::optional<std::int16_t> StopDelayThreshold;  ///< that StopDelay was counted with, mph
     std::string Period;                              ///< the user's name for the time of day, "AM peak"; empty for none
+    std::string SetAside;    ///< why the statistics also stand without this run; empty for a run that is not set aside
     std::string OtherFacts;  ///< members of a later version, as the text of a JSON object; or empty
 
     bool operator==(const StudyRunEntry&) const = default;
@@ -129,6 +131,8 @@ struct StudyContents {
     StudyRecord Record;
     ZeroBased<StudyRunEntry> Entries{std::vector<StudyRunEntry>(1)};
     OneBased<std::string> RunNames;
+    StatisticsOptions Options;
+    StudyLines Lines;
 
     bool operator==(const StudyContents&) const = default;
 };
