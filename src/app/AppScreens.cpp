@@ -19,6 +19,7 @@
 #include "editing/forms/frmRunDetails.h"
 #include "gpsobd/forms/LogReview.h"
 #include "gpsobd/forms/LogSelect.h"
+#include "statistics/forms/frmStatisticsOptions.h"
 #include "workspace/forms/frmPrefs.h"
 #include "workspace/forms/frmRunSelect.h"
 #include "workspace/forms/frmStartUp.h"
@@ -72,6 +73,9 @@ void AppScreens::ShowRunFileEditor(int entryIndex) { ShowModal<frmEditRunFile>(*
 void AppScreens::ShowRunStatistics(int entryIndex) { ShowModal<frmRunStatistics>(*context_, entryIndex); }
 
 void AppScreens::ShowDelayChart() { ShowModal<frmContDelayVsAvg>(*context_); }
+std::optional<StudyChoices> AppScreens::ShowStatisticsOptions(const StudyChoices& choices) {
+    return ChosenIn<frmStatisticsOptions>(*context_, choices);
+}
 void AppScreens::ShowReportPreview() { ShowModal<frmReportPreview>(*context_); }
 
 void AppScreens::ShowPreferences() { ShowModal<frmPrefs>(*context_); }

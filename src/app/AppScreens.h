@@ -21,6 +21,7 @@ public:
     void ShowRunFileEditor(int entryIndex) override;
     void ShowRunStatistics(int entryIndex) override;
     void ShowDelayChart() override;
+    std::optional<StudyChoices> ShowStatisticsOptions(const StudyChoices& choices) override;
     void ShowReportPreview() override;
     void ShowPreferences() override;
     std::optional<CounterFileChoice> ShowReadTDC() override;

@@ -57,6 +57,14 @@ struct ProfileChanges {
     int LastRun = 0;  ///< the one in view at the end; it is the current run
 };
 
+/// How a study's statistics are made and what is written on it.
+struct StudyChoices {
+    StatisticsOptions Options;
+    StudyLines Lines;
+
+    bool operator==(const StudyChoices&) const = default;
+};
+
 /// What the user chose on the start-up screen.
 enum class StartUpChoice {
     None,  ///< the screen was left: on to the main window

@@ -27,6 +27,7 @@ enum class HelpTopic : int {
     DeleteCounterFiles = 46,
     DelayChart = 50,
     Reports = 52,
+    Statistics = 54,
     SelectLog = 62,
     ReviewLog = 64,
 };
@@ -37,7 +38,7 @@ inline constexpr std::array AllHelpTopics{
     HelpTopic::SpeedProfile, HelpTopic::SensorData,         HelpTopic::RunFile,     HelpTopic::RunStatistics,
     HelpTopic::ReadCounter,  HelpTopic::SelectCounterFile,  HelpTopic::ProcessRuns, HelpTopic::RunsInGroup,
     HelpTopic::DeleteRuns,   HelpTopic::DeleteCounterFiles, HelpTopic::DelayChart,  HelpTopic::Reports,
-    HelpTopic::SelectLog,    HelpTopic::ReviewLog,
+    HelpTopic::SelectLog,    HelpTopic::ReviewLog,          HelpTopic::Statistics,
 };
 
 }  // namespace vantor

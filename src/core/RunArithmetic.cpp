@@ -1,7 +1,5 @@
 #include "core/RunArithmetic.h"
 
-#include <optional>
-
 #include "core/Numeric.h"
 
 namespace vantor {
@@ -13,19 +11,8 @@ std::int32_t FeetOfPulses(std::int16_t calConstant, std::int64_t pulses) {
 }
 
 RunArithmetic::RunArithmetic(std::int16_t calConstant, float speedFactor) : increments_{}, speedFactor_(speedFactor) {
-    struct Known {
-        std::optional<std::int16_t> CalConstant;
-        std::array<std::int32_t, 256> Increments{};
-    };
-    // The runs of a study have one calibration, mostly.
-    static thread_local Known known;
-    if (known.CalConstant != calConstant) {
-        known.CalConstant.reset();
-        for (std::size_t pulses = 0; pulses < increments_.size(); ++pulses)
-            known.Increments[pulses] = FeetOfPulses(calConstant, static_cast<std::int64_t>(pulses));
-        known.CalConstant = calConstant;
-    }
-    increments_ = known.Increments;
+    for (std::size_t pulses = 0; pulses < increments_.size(); ++pulses)
+        increments_[pulses] = FeetOfPulses(calConstant, static_cast<std::int64_t>(pulses));
 }
 
 std::int32_t RunArithmetic::DistanceIncrement(std::int16_t sampleValue) const {

@@ -31,6 +31,30 @@ constexpr std::array Numbers = {NumberMember{"CDStartDist", &Computation::CDStar
                                 NumberMember{"IdealSpeedUser", &Computation::IdealSpeedUser}};
 constexpr const char* ThresholdMember = "StopSpeedThreshold";
 constexpr const char* PeriodMember = "period";
+constexpr const char* SetAsideMember = "set_aside";
+constexpr const char* OptionsMember = "statistics";
+constexpr const char* LinesMember = "lines";
+constexpr const char* ErrorMember = "error";
+constexpr const char* ErrorKindMember = "error_is";
+constexpr const char* AbsoluteError = "absolute";
+constexpr const char* PercentError = "percent";
+constexpr const char* FreeFlowMember = "free_flow";
+constexpr const char* GradeLimitsMember = "grade_limits";
+
+/// The options that are plain numbers, of options that may be changed or not.
+template <class Options>
+auto NumbersOf(Options& options) {
+    return std::array{std::pair{"confidence", &options.Confidence}, std::pair{"error_speed", &options.SpeedError},
+                      std::pair{"stop", &options.Stops.Stop}, std::pair{"go", &options.Stops.Go}};
+}
+
+struct LineMember {
+    const char* Name;
+    std::string StudyLines::*Line;
+};
+constexpr std::array Lines = {
+    LineMember{"weather", &StudyLines::Weather}, LineMember{"observer", &StudyLines::Observer},
+    LineMember{"prepared_by", &StudyLines::PreparedBy}, LineMember{"checked_by", &StudyLines::CheckedBy}};
 
 /// 16 hexadecimal digits: a JSON number holds no 64 bits everywhere.
 std::string HashText(std::uint64_t hash) {
@@ -56,6 +80,49 @@ Computation ComputationFrom(const Json& json) {
     return computation;
 }
 
+/// Options that are as usual are left out.
+Json AsJson(const StatisticsOptions& options) {
+    Json json = Json::object();
+    const StatisticsOptions usual;
+    const auto numbers = NumbersOf(options);
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        if (*numbers[i].second != *NumbersOf(usual)[i].second) json[numbers[i].first] = *numbers[i].second;
+    if (options.Error != usual.Error) {
+        json[ErrorMember] = options.Error.Value;
+        json[ErrorKindMember] = options.Error.Of == PermittedError::Kind::Absolute ? AbsoluteError : PercentError;
+    }
+    if (options.FreeFlowSpeed) json[FreeFlowMember] = *options.FreeFlowSpeed;
+    if (options.GradeLimits) json[GradeLimitsMember] = *options.GradeLimits;
+    return json;
+}
+
+/// Throws the library's errors, and std::invalid_argument for options of which no statistics can be made.
+StatisticsOptions OptionsFrom(const Json& json) {
+    StatisticsOptions options;
+    for (const auto& [name, number] : NumbersOf(options)) *number = json.value(name, *number);
+    options.Error.Value = json.value(ErrorMember, options.Error.Value);
+    if (json.value(ErrorKindMember, PercentError) == std::string_view(AbsoluteError))
+        options.Error.Of = PermittedError::Kind::Absolute;
+    if (const auto speed = json.find(FreeFlowMember); speed != json.end()) options.FreeFlowSpeed = speed->get<double>();
+    if (const auto limits = json.find(GradeLimitsMember); limits != json.end())
+        options.GradeLimits = limits->get<std::array<double, 5>>();
+    if (const std::string problem = ProblemOf(options); !problem.empty()) throw std::invalid_argument(problem);
+    return options;
+}
+
+Json AsJson(const StudyLines& lines) {
+    Json json = Json::object();
+    for (const LineMember& member : Lines)
+        if (!(lines.*member.Line).empty()) json[member.Name] = lines.*member.Line;
+    return json;
+}
+
+StudyLines LinesFrom(const Json& json) {
+    StudyLines lines;
+    for (const LineMember& member : Lines) lines.*member.Line = json.value(member.Name, std::string());
+    return lines;
+}
+
 Json FromText(const std::string& object) { return object.empty() ? Json::object() : Json::parse(object); }
 
 std::string TextOfRest(Json object, std::initializer_list<const char*> known) {
@@ -64,7 +131,8 @@ std::string TextOfRest(Json object, std::initializer_list<const char*> known) {
 }
 
 bool HasFacts(const StudyRunEntry& entry) {
-    return entry.Computed || entry.StopDelayThreshold || !entry.Period.empty() || !entry.OtherFacts.empty();
+    return entry.Computed || entry.StopDelayThreshold || !entry.Period.empty() || !entry.SetAside.empty() ||
+           !entry.OtherFacts.empty();
 }
 
 /// Throws the library's errors for a member of another kind than it should be.
@@ -76,14 +144,18 @@ StudyRunEntry FactsFrom(const Json& run) {
     if (const auto threshold = run.find(ThresholdMember); threshold != run.end())
         entry.StopDelayThreshold = threshold->get<std::int16_t>();
     entry.Period = run.value(PeriodMember, std::string());
-    entry.OtherFacts = TextOfRest(run, {NameMember, ComputedMember, ThresholdMember, PeriodMember});
+    entry.SetAside = run.value(SetAsideMember, std::string());
+    entry.OtherFacts = TextOfRest(run, {NameMember, ComputedMember, ThresholdMember, PeriodMember, SetAsideMember});
     return entry;
 }
 
 std::string KeyOf(const StudyRunEntry& entry) { return FoldCase(RunFileName(entry)); }
 
 Json CompanionJson(const Study& study) {
-    Json file = {{VersionMember, Version}, {RunsMember, Json::array()}};
+    Json file = {{VersionMember, Version}};
+    if (study.Options != StatisticsOptions()) file[OptionsMember] = AsJson(study.Options);
+    if (study.Lines != StudyLines()) file[LinesMember] = AsJson(study.Lines);
+    file[RunsMember] = Json::array();
     for (int i = 1; i <= study.Record.RunCount; ++i) {
         const StudyRunEntry& entry = study.Entries[i];
         if (!HasFacts(entry)) continue;
@@ -91,6 +163,7 @@ Json CompanionJson(const Study& study) {
         if (entry.Computed) run[ComputedMember] = AsJson(*entry.Computed);
         if (entry.StopDelayThreshold) run[ThresholdMember] = *entry.StopDelayThreshold;
         if (!entry.Period.empty()) run[PeriodMember] = entry.Period;
+        if (!entry.SetAside.empty()) run[SetAsideMember] = entry.SetAside;
         run.update(FromText(entry.OtherFacts));
         file[RunsMember].push_back(std::move(run));
     }
@@ -126,7 +199,8 @@ StoredStudy StoredFrom(const Json& json) {
 }  // namespace
 
 bool NeedsCompanion(const Study& study) {
-    return !study.OtherFacts.empty() || std::any_of(study.Entries.begin(), study.Entries.end(), HasFacts);
+    return !study.OtherFacts.empty() || study.Options != StatisticsOptions() || study.Lines != StudyLines() ||
+           std::any_of(study.Entries.begin(), study.Entries.end(), HasFacts);
 }
 
 std::vector<std::byte> EncodeCompanion(const Study& study) { return BytesOf(CompanionJson(study)); }
@@ -174,7 +248,9 @@ bool DecodeCompanion(std::span<const std::byte> file, Study& study) {
             StudyRunEntry entry = FactsFrom(run);
             facts[KeyOf(entry)] = std::move(entry);
         }
-        std::string otherFacts = TextOfRest(companion, {VersionMember, RunsMember});
+        std::string otherFacts = TextOfRest(companion, {VersionMember, RunsMember, OptionsMember, LinesMember});
+        const StatisticsOptions options = OptionsFrom(companion.value(OptionsMember, Json::object()));
+        StudyLines lines = LinesFrom(companion.value(LinesMember, Json::object()));
         for (int i = 1; i <= study.Record.RunCount; ++i) {
             const auto known = facts.find(KeyOf(study.Entries[i]));
             if (known == facts.end()) continue;
@@ -182,13 +258,16 @@ bool DecodeCompanion(std::span<const std::byte> file, Study& study) {
             study.Entries[i].StopDelayThreshold = known->second.StopDelayThreshold;
             study.Entries[i].OtherFacts = known->second.OtherFacts;
             study.Entries[i].Period = known->second.Period;
+            study.Entries[i].SetAside = known->second.SetAside;
         }
+        study.Options = options;
+        study.Lines = std::move(lines);
         study.OtherFacts = std::move(otherFacts);
         return true;
     } catch (const Json::exception&) {
         return false;
     } catch (const std::logic_error&) {
-        return false;  // a hash that is no number
+        return false;  // a hash that is no number, options that cannot be
     }
 }
 

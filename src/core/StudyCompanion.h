@@ -11,7 +11,7 @@
 namespace vantor {
 
 /// Extension of the file beside a study that keeps what the study file has no room for: how the figures of its runs
-/// came about. A missing one means that nothing is known.
+/// came about, and how its statistics are made. A missing one means that nothing is known and all is as usual.
 inline constexpr const char* CompanionExtension = ".study.json";
 
 /// The companion of a study as the bytes of its file. Members of later versions are carried through.

@@ -38,6 +38,9 @@ struct StatisticsOptions {
     bool operator==(const StatisticsOptions&) const = default;
 };
 
+/// Why no statistics can be made with these options, as a sentence with the limits; empty where they can.
+std::string ProblemOf(const StatisticsOptions& options);
+
 /// What the user writes on a study for its report; each may be empty.
 struct StudyLines {
     std::string Weather;

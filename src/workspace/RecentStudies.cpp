@@ -14,6 +14,12 @@ UserChoices Places(const std::vector<std::string>& paths) {
     return places;
 }
 
+std::vector<std::string> OtherRecentStudies(const UserChoices& choices, const std::string& path) {
+    std::vector<std::string> paths = RecentStudies(choices);
+    std::erase_if(paths, [&](const std::string& known) { return EqualIgnoringCase(known, path); });
+    return paths;
+}
+
 }  // namespace
 
 std::vector<std::string> RecentStudies(const UserChoices& choices) {
@@ -24,10 +30,13 @@ std::vector<std::string> RecentStudies(const UserChoices& choices) {
 }
 
 UserChoices WithRecentStudy(const UserChoices& choices, const std::string& path) {
-    std::vector<std::string> paths = RecentStudies(choices);
-    std::erase_if(paths, [&](const std::string& known) { return EqualIgnoringCase(known, path); });
+    std::vector<std::string> paths = OtherRecentStudies(choices, path);
     paths.insert(paths.begin(), path);
     return Places(paths);
+}
+
+UserChoices WithoutRecentStudy(const UserChoices& choices, const std::string& path) {
+    return Places(OtherRecentStudies(choices, path));
 }
 
 UserChoices WithoutRecentStudies() { return Places({}); }

@@ -13,6 +13,8 @@ inline constexpr std::size_t MostRecentStudies = 8;
 std::vector<std::string> RecentStudies(const UserChoices& choices);
 /// What is to be stored so that `path` is the newest of them.
 UserChoices WithRecentStudy(const UserChoices& choices, const std::string& path);
+/// What is to be stored so that `path` is none of them.
+UserChoices WithoutRecentStudy(const UserChoices& choices, const std::string& path);
 /// What is to be stored so that there are none.
 UserChoices WithoutRecentStudies();
 

@@ -142,6 +142,7 @@ void DeleteSample(FileSystem& files, const SampleStudy& sample) {
     for (const Drive& drive : Drives) names.push_back(std::string(drive.Name) + RunExtension);
     for (const std::string& name : names)
         if (FileExists(files, sample.Folder + name)) files.Delete(sample.Folder + name);
+    if (files.List(sample.Folder).empty()) files.Delete(sample.Folder);
 }
 
 }  // namespace vantor

@@ -19,7 +19,7 @@ struct SampleStudy {
 std::optional<SampleStudy> FindSample(const FileSystem& files, const std::string& root);
 /// Makes its Study Group, runs and study, all or none. Error 58 when files of these names are there already.
 SampleStudy MakeSample(FileSystem& files, const std::string& root, const AppSettings& settings);
-/// Deletes the files that MakeSample made; others of the group stay, and so does its folder.
+/// Deletes the files that MakeSample made; its folder, too, where it holds nothing else.
 void DeleteSample(FileSystem& files, const SampleStudy& sample);
 
 }  // namespace vantor

@@ -30,6 +30,7 @@
 #include "gpsobd/forms/LogReview.h"
 #include "gpsobd/forms/LogSelect.h"
 #include "platform/HelpWindow.h"
+#include "statistics/forms/frmStatisticsOptions.h"
 #include "workspace/forms/frmMain.h"
 #include "workspace/forms/frmPrefs.h"
 #include "workspace/forms/frmRunSelect.h"
@@ -175,6 +176,7 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmEditRunFile", OpenRun<frmEditRunFile>},
         {"frmRunStatistics", OpenRun<frmRunStatistics>},
         {"frmContDelayVsAvg", Opens<frmContDelayVsAvg>()},
+        {"frmStatisticsOptions", Opens<frmStatisticsOptions>(StudyChoices{})},
         {"frmReportPreview", Opens<frmReportPreview>()},
         {"frmReadTDC", Opens<frmReadTDC>()},
         {"frmUploadSelectTDC", Opens<frmUploadSelectTDC>()},

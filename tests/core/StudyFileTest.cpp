@@ -127,10 +127,15 @@ TEST_F(StudyFileTest, RemovingARunKeepsTheOthersInOrder) {
 
 /// As a later version may write it.
 constexpr const char* Companion =
-    "{\n \"version\": 1,\n \"runs\": [\n  {\n   \"EntryRunName\": \"NB-001\",\n   \"computed\": {\n"
+    "{\n \"version\": 1,\n \"statistics\": {\n  \"confidence\": 90.0,\n  \"go\": 15.0,\n  \"error\": 5.0,\n"
+    "  \"error_is\": \"absolute\",\n  \"free_flow\": 45.0,\n"
+    "  \"grade_limits\": [\n   5.0,\n   10.5,\n   20.0,\n   30.0,\n   40.0\n  ]\n },\n"
+    " \"lines\": {\n  \"observer\": \"A. Lee\"\n },\n \"runs\": [\n  {\n   \"EntryRunName\": \"NB-001\",\n   "
+    "\"computed\": {\n"
     "    \"movement\": \"00000000000000ff\",\n    \"CDStartDist\": 300,\n    \"CDEndDist\": 7600,\n"
     "    \"IdealSpeedUser\": 35,\n    \"failure\": \"Overflow\"\n   },\n   \"StopSpeedThreshold\": 5,\n"
-    "   \"period\": \"AM\"\n  }\n ],\n \"conditions\": {\n  \"weather\": \"dry\"\n }\n}\n";
+    "   \"period\": \"AM\",\n   \"set_aside\": \"detour\"\n  }\n ],\n \"conditions\": {\n  \"weather\": \"dry\"\n "
+    "}\n}\n";
 
 TEST(StudyCompanion, IsReadKeptAndWrittenAgain) {
     MemoryFileSystem files;
@@ -144,6 +149,11 @@ TEST(StudyCompanion, IsReadKeptAndWrittenAgain) {
     EXPECT_FALSE(read.Entries[1].Computed);
     EXPECT_EQ(read.Entries[2].Computed, (Computation{0xFF, 300, 7600, 35, "Overflow"}));
     EXPECT_EQ(read.Entries[2].StopDelayThreshold, 5);
+    EXPECT_EQ(read.Entries[2].SetAside, "detour");
+    EXPECT_EQ(read.Options,
+              (StatisticsOptions{
+                  90, {PermittedError::Kind::Absolute, 5}, 3, {5, 15}, 45.0, std::array{5.0, 10.5, 20.0, 30.0, 40.0}}));
+    EXPECT_EQ(read.Lines.Observer, "A. Lee");
     PutStudyFile(files, read, "/start/", "PM");
     std::string expected = Companion;
     expected.replace(expected.find("NB-001"), 6, "nb-001");
@@ -156,7 +166,9 @@ TEST(StudyCompanion, IsReadKeptAndWrittenAgain) {
 
 TEST(StudyCompanion, ADamagedOneIsKeptWhenTheStudyIsWritten) {
     for (const char* damaged : {"", "{", "[]", R"({"runs": [{}]})", R"({"runs": [{"EntryRunName": 1}]})",
-                                R"({"runs": [{"EntryRunName": "A", "computed": {"movement": "x"}}]})"}) {
+                                R"({"runs": [{"EntryRunName": "A", "computed": {"movement": "x"}}]})",
+                                R"({"runs": [], "statistics": {"confidence": 100}})",
+                                R"({"runs": [], "statistics": {"grade_limits": [1, 2, 2, 3, 4]}})"}) {
         MemoryFileSystem files;
         Study study;
         AppendRun(study, "A");

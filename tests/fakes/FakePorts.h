@@ -89,6 +89,7 @@ public:
     StartUpChoice StartUp = StartUpChoice::None;
     CounterFileChoice CounterFile{"/start/Field Data Files/", "dump"};
     LogChoice Log{"/start/Field Data Files/", "drive", ".gd2"};
+    StudyChoices Options;         ///< of the statistics
     ProfileChanges Profiles;      ///< by the speed profile; its LastRun is the first
     RunsForStudy Moved;           ///< in the screen that names runs
     std::vector<Upload> Uploads;  ///< what was handed to the screen that names runs
@@ -107,6 +108,9 @@ public:
     void ShowRunFileEditor(int) override { Show("frmEditRunFile"); }
     void ShowRunStatistics(int) override { Show("frmRunStatistics"); }
     void ShowDelayChart() override { Show("frmContDelayVsAvg"); }
+    std::optional<StudyChoices> ShowStatisticsOptions(const StudyChoices&) override {
+        return If(Show("frmStatisticsOptions"), Options);
+    }
     void ShowReportPreview() override { Show("frmReportPreview"); }
     void ShowPreferences() override { Show("frmPrefs"); }
     std::optional<CounterFileChoice> ShowReadTDC() override { return If(Show("frmReadTDC"), CounterFile); }

@@ -198,9 +198,10 @@ bool MemoryFileSystem::RenameAll(const std::vector<FileMove>& moves, const Progr
 
 void MemoryFileSystem::Delete(const std::string& path) {
     const std::string known = Resolved(path);
-    if (files_.count(known) == 0) throw RunTimeError(ErrorNumber::FileNotFound, path);
+    const bool isEmptyFolder = folders_.count(known) != 0 && List(path).empty();
+    if (files_.count(known) == 0 && !isEmptyFolder) throw RunTimeError(ErrorNumber::FileNotFound, path);
     CountChange(path);
-    files_.erase(known);
+    if (files_.erase(known) == 0) folders_.erase(known);
 }
 
 void MemoryFileSystem::CreateFolder(const std::string& path) {

@@ -52,9 +52,13 @@ TEST_F(FirstSteps, TheSampleIsMadeOpenedAndRemoved) {
     Do("mnuHelpRemoveSample");
     EXPECT_TRUE(IsShown("frBegin"));
     EXPECT_THAT(Files.List(folder), SizeIs(1));
+    EXPECT_THAT(RecentStudies(State.Choices), IsEmpty());
     Files.PutText(folder + "MAIN-NB-008.rd2", "mine, too");
     EXPECT_ERROR(FileAlreadyExists, MakeSample(Files, Root, State.Settings));
     EXPECT_THAT(Files.List(folder), SizeIs(2)) << "all runs or none";
+    for (const char* mine : {"Mine.rd2", "MAIN-NB-008.rd2"}) Files.Delete(folder + mine);
+    DeleteSample(Files, MakeSample(Files, Root, State.Settings));
+    EXPECT_FALSE(Files.Find(folder));
 }
 
 TEST_F(FirstSteps, StudiesThatWereOpenedStandInTheMenu) {

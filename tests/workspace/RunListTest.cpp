@@ -216,7 +216,7 @@ TEST_F(RunListTest, SeveralRunsAreDeletedMovedAndCopied) {
     EXPECT_EQ(RunsOf(Current()), (Names{"R2", "R3", "R1", "R4"}));
 }
 
-TEST_F(RunListTest, SeveralRunsAreMarkedBeforeOrAfterAndGetAPeriod) {
+TEST_F(RunListTest, SeveralRunsAreMarkedBeforeOrAfterGetAPeriodAndAreSetAside) {
     StartWith({{"R1", 9}, {"R2", 100}, {"R3", -20}});
     auto bytes = Files.Bytes(Group + "R2.rd2").value();
     bytes.resize(9000);  // cut short
@@ -237,8 +237,21 @@ TEST_F(RunListTest, SeveralRunsAreMarkedBeforeOrAfterAndGetAPeriod) {
     emit periods.aboutToShow();
     periods.actions()[0]->trigger();
     EXPECT_THAT(Column(*Window, "vaRunList", 14), Each("AM peak"));
+    const QString average = Text("lblAvgContDelay");
+    auto& reasons = Get<QMenu>("mnuRunSetAside");
+    emit reasons.aboutToShow();
+    reasons.actions()[0]->trigger();
+    EXPECT_THAT(Column(*Window, "vaRunList", 16), Each("Detour"));
+    EXPECT_EQ(Text("lblAvgContDelay"), average) << "they go on counting";
+    OtherScreens.Options.Options.FreeFlowSpeed = 45;
+    OtherScreens.OnShow["frmStatisticsOptions"] = [] { return true; };
+    Do("mnuViewOptions");
     SaveStudy(State, Files);
     EXPECT_EQ(Saved("AM").Entries[3].Period, "AM peak");
+    EXPECT_EQ(Saved("AM").Entries[3].SetAside, "Detour");
+    EXPECT_EQ(Saved("AM").Options.FreeFlowSpeed, 45);
+    Do("mnuRunUndo");
+    EXPECT_FALSE(Current().Options.FreeFlowSpeed);
 }
 
 TEST_F(RunListTest, WhatIsKnownOfRunsIsTheirsAndWhole) {

@@ -123,7 +123,7 @@ public:
     /// an error or a stop every file is where it was; only where the program is killed, or the disk refuses to take a
     /// name back, some files have their new names.
     virtual bool RenameAll(const std::vector<FileMove>& moves, const Progress& progress) = 0;
-    virtual void Delete(const std::string& path) = 0;
+    virtual void Delete(const std::string& path) = 0;  ///< of a file, or of a folder that holds nothing
     /// Makes the folder and those above it; nothing when it exists.
     virtual void CreateFolder(const std::string& path) = 0;
 

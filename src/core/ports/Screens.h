@@ -31,6 +31,8 @@ public:
     virtual void ShowRunStatistics(int entryIndex) = 0;
     /// The control delays of the current study and their running average.
     virtual void ShowDelayChart() = 0;
+    /// How the statistics of a study are made, and the lines of its report.
+    [[nodiscard]] virtual std::optional<StudyChoices> ShowStatisticsOptions(const StudyChoices& choices) = 0;
     /// The reports on the current study.
     virtual void ShowReportPreview() = 0;
     virtual void ShowPreferences() = 0;

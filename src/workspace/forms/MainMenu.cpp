@@ -99,6 +99,7 @@ void MainMenu::BuildToolbar(QMainWindow& window) {
     toolbar->setMovable(false);
     toolbar->setContextMenuPolicy(Qt::PreventContextMenu);
     window.addToolBar(toolbar);
+    toolbar_ = toolbar;
 
     std::map<int, const MenuEntry*> byIndex;
     for (const MenuEntry& entry : entries_)
@@ -120,6 +121,10 @@ void MainMenu::BuildToolbar(QMainWindow& window) {
         const int index = static_cast<int>(toolbar->actions().indexOf(separator)) + 1;
         Guarded(context_.Messages, [&] { ToolbarButtonClick(index); });
     };
+}
+
+void MainMenu::SetToolBarLow(bool isLow) {
+    toolbar_->setToolButtonStyle(isLow ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonTextUnderIcon);
 }
 
 void MainMenu::ToolbarButtonClick(int index) {

@@ -10,6 +10,8 @@
 
 #include "core/AppContext.h"
 
+class QToolBar;
+
 namespace vantor {
 
 /// When a command can be done.
@@ -47,6 +49,8 @@ public:
     /// The actions of a menu by its title, in order, with its separators.
     QList<QAction*> CommandsOf(const char* menu) const;
     void Enable(CommandNeeds needs, bool enabled);
+    /// The captions of the toolbar's buttons beside their icons, which needs less height, or below them.
+    void SetToolBarLow(bool isLow);
     /// Makes a button do a command, under a caption of its own.
     void Attach(QPushButton& button, const char* command) const;
 
@@ -59,6 +63,7 @@ private:
     AppContext& context_;
     std::vector<MenuEntry> entries_;
     QWidget& runList_;
+    QToolBar* toolbar_ = nullptr;
 };
 
 }  // namespace vantor

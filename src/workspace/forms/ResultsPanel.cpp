@@ -28,8 +28,25 @@ void MakeLarge(QWidget& figure) {
     figure.setFixedHeight(figure.fontMetrics().height() + 2 * FigurePadding);
 }
 
+void ShowFigure(QLabel& label, const std::optional<std::string>& figure) {
+    label.setText(ToQt(figure.value_or("")));
+    label.setAccessibleDescription(figure ? QString() : QStringLiteral("not computed yet"));
+}
+
+}  // namespace
+
+ResultsPanel::ResultsPanel(QWidget* parent) : QWidget(parent) {
+    auto* line = new QHBoxLayout(this);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->addWidget(BuildStudyResults(), 1);
+    line->addWidget(BuildStopDelay());
+    ShowResults({}, {});
+    ShowConditions({}, {});
+    ShowCertainty({});
+}
+
 /// The figure under its caption, with its unit behind it on the same baseline.
-QLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "", const char* unitName = "") {
+QBoxLayout* ResultsPanel::Captioned(QWidget* figure, const char* caption, const char* unit, const char* unitName) {
     MakeLarge(*figure);
     if (qobject_cast<QLabel*>(figure) == nullptr) figure->setAccessibleName(QString::fromLatin1(caption));
     auto* line = new QHBoxLayout;
@@ -48,23 +65,12 @@ QLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "", 
     block->addWidget(new QLabel(QString::fromLatin1(caption), figure->parentWidget()));
     block->addLayout(line);
     block->addStretch();
+    captioned_.push_back(block);
     return block;
 }
 
-void ShowFigure(QLabel& label, const std::optional<std::string>& figure) {
-    label.setText(ToQt(figure.value_or("")));
-    label.setAccessibleDescription(figure ? QString() : QStringLiteral("not computed yet"));
-}
-
-}  // namespace
-
-ResultsPanel::ResultsPanel(QWidget* parent) : QWidget(parent) {
-    auto* line = new QHBoxLayout(this);
-    line->setContentsMargins(0, 0, 0, 0);
-    line->addWidget(BuildStudyResults(), 1);
-    line->addWidget(BuildStopDelay());
-    ShowResults({}, {});
-    ShowConditions({}, {});
+void ResultsPanel::SetLow(bool isLow) {
+    for (QBoxLayout* block : captioned_) block->setDirection(isLow ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 
 QGroupBox* ResultsPanel::BuildStudyResults() {
@@ -75,12 +81,26 @@ QGroupBox* ResultsPanel::BuildStudyResults() {
     line->setSpacing(FigureSpacing);
     line->addLayout(Captioned(lblAvgContDelay_, "Avg. Control Delay (sec)"));
     line->addLayout(Captioned(lblLOSGrade_, "LOS Grade"));
-    lblWithoutWarned_ = Named<QLabel>(group, "lblWithoutWarned");
-    SetValueCaption(*lblWithoutWarned_, QStringLiteral("Warnings"));
-    lblWithoutWarned_->setTextFormat(Qt::PlainText);
-    lblWithoutWarned_->setWordWrap(true);
-    line->addWidget(lblWithoutWarned_, 1);
+    line->addLayout(BuildCertainty(group), 1);
     return group;
+}
+
+QLayout* ResultsPanel::BuildCertainty(QWidget* parent) {
+    auto* column = new QVBoxLayout;
+    column->setSpacing(2);
+    column->addStretch();
+    const auto add = [&](const char* name, const char* caption) {
+        auto* label = Named<WrappedLabel>(parent, name);
+        SetValueCaption(*label, QString::fromLatin1(caption));
+        column->addWidget(label);
+        return label;
+    };
+    lblDelayInterval_ = add("lblDelayInterval", "How sure the average is");
+    lblRunsNeeded_ = add("lblRunsNeeded", "Runs needed");
+    lblWithoutSetAside_ = add("lblWithoutSetAside", "Without the runs that are set aside");
+    lblWithoutWarned_ = add("lblWithoutWarned", "Warnings");
+    column->addStretch();
+    return column;
 }
 
 QGroupBox* ResultsPanel::BuildStopDelay() {
@@ -125,8 +145,19 @@ QWidget* ResultsPanel::BuildOtherThresholds() {
 
 void ResultsPanel::ShowConditions(const std::string& withoutWarned, const std::string& otherThresholds) {
     lblWithoutWarned_->setText(ToQt(withoutWarned));
+    lblWithoutWarned_->setVisible(!withoutWarned.empty());
     lblOtherThresholds_->setText(ToQt(otherThresholds));
     otherThresholds_->setVisible(!otherThresholds.empty());
+}
+
+void ResultsPanel::ShowCertainty(const StudyCertainty& certainty) {
+    const auto show = [](QLabel& label, const std::string& text) {
+        label.setText(ToQt(text));
+        label.setVisible(!text.empty());
+    };
+    show(*lblDelayInterval_, certainty.Interval);
+    show(*lblRunsNeeded_, certainty.RunsNeeded);
+    show(*lblWithoutSetAside_, certainty.WithoutSetAside);
 }
 
 void ResultsPanel::ShowResults(const ResultLabels& labels, const AppSettings& settings) {

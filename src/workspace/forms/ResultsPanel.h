@@ -5,9 +5,14 @@
 #include <QLineEdit>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "analysis/StudyResults.h"
 #include "core/AppSettings.h"
+#include "core/forms/WrappedLabel.h"
+#include "workspace/StudyCertainty.h"
+
+class QBoxLayout;
 
 namespace vantor {
 
@@ -20,6 +25,10 @@ public:
     void ShowResults(const ResultLabels& labels, const AppSettings& settings);
     /// What the figures hold under, as AverageWithoutWarned and OtherThresholds say it; empty where there is nothing.
     void ShowConditions(const std::string& withoutWarned, const std::string& otherThresholds);
+    /// How sure the average is, beside it.
+    void ShowCertainty(const StudyCertainty& certainty);
+    /// Captions beside the figures, which needs less height, or above them.
+    void SetLow(bool isLow);
     /// The stop delays are to be counted anew, at the threshold in force.
     std::function<void()> OnComputeAnew;
 
@@ -29,10 +38,17 @@ protected:
 private:
     QGroupBox* BuildStudyResults();
     QGroupBox* BuildStopDelay();
+    QLayout* BuildCertainty(QWidget* parent);
     QWidget* BuildOtherThresholds();
     void ShowGrade();
 
-    QLabel* lblWithoutWarned_ = nullptr;
+    QBoxLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "", const char* unitName = "");
+
+    std::vector<QBoxLayout*> captioned_;
+    WrappedLabel* lblDelayInterval_ = nullptr;
+    WrappedLabel* lblRunsNeeded_ = nullptr;
+    WrappedLabel* lblWithoutSetAside_ = nullptr;
+    WrappedLabel* lblWithoutWarned_ = nullptr;
     QWidget* otherThresholds_ = nullptr;
     QLabel* lblOtherThresholds_ = nullptr;
     QLabel* lblAvgContDelay_ = nullptr;

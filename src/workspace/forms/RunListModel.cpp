@@ -98,6 +98,7 @@ constexpr std::array<ColumnOfList, RunListModel::ColumnCount> Columns = {{
     {"Period", [](const RunListRow& row, const Units&) { return row.Entry.Period; }, nullptr, Qt::AlignLeft},
     {"Warnings", [](const RunListRow& row, const Units&) { return Joined(row.Warnings, "; "); }, nullptr,
      Qt::AlignLeft},
+    {"Set Aside", [](const RunListRow& row, const Units&) { return row.Entry.SetAside; }, nullptr, Qt::AlignLeft},
 }};
 
 struct StateSign {

@@ -31,6 +31,7 @@ public:
         BeforeAfter,
         Period,
         Warnings,
+        SetAside,
         ColumnCount
     };
     /// What a column sorts by.

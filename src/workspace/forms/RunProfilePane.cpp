@@ -44,7 +44,6 @@ void RunProfilePane::ShowRun(int run) {
         return view_->ShowText(QStringLiteral("The speed profile of the active run stands here."));
     }
     entry_ = study.Entries[run];
-    lblRunProfile_->setText(ToQt(RunFileName(entry_)));
     if (isVisible()) soon_.start();
 }
 
@@ -65,6 +64,7 @@ void RunProfilePane::ShowWhenRead() {
 }
 
 void RunProfilePane::ShowReading(RunReading reading) {
+    lblRunProfile_->setText(ToQt(RunFileName(entry_)));
     if (!reading) return view_->ShowText(QStringLiteral("There is no run to draw: its file is missing or damaged."));
     view_->ShowRun(std::move(reading.Run), entry_, context_.State.Settings);
 }

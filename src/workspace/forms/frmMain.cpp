@@ -37,6 +37,9 @@ namespace {
 constexpr const char* ProfilePaneKey = "profile-beside-list";
 constexpr const char* ChoiceHidden = "no";
 
+/// A window that is lower than that gives all it can to the list of runs.
+constexpr int LowWindow = 600;
+
 constexpr const char* SupportSite = "https://vantor.example/support";
 
 }  // namespace
@@ -186,9 +189,11 @@ void frmMain::ShowRunList(RunList list) {
     if (list.IsWhole) {
         Guarded(context_.Messages, [&] { ComputeStudyResults(context_.State.CurrentStudy, rows, labels_); });
         results_->ShowConditions(ConditionsOfAverage(rows), OtherThresholds(rows));
+        results_->ShowCertainty(CertaintyOf(rows, context_.State.CurrentStudy.Options, UnitsOf(settings)));
     } else {
         labels_ = {};
         results_->ShowConditions("not all runs were read", {});
+        results_->ShowCertainty({});
     }
     results_->ShowResults(labels_, settings);
     const bool hasRuns = !rows.empty();
@@ -330,6 +335,17 @@ void frmMain::ShowHiddenRuns() {
                                         : QStringLiteral("%1 runs that do not count are not shown (View)").arg(hidden));
 }
 
+void frmMain::ShowStatisticsOptions() {
+    Study& study = context_.State.CurrentStudy;
+    const auto choices = context_.OtherScreens.ShowStatisticsOptions({study.Options, study.Lines});
+    if (!choices || *choices == StudyChoices{study.Options, study.Lines}) return;
+    ChangeStudy(QStringLiteral("Statistics Options"), [&] {
+        study.Options = choices->Options;
+        study.Lines = choices->Lines;
+        context_.State.StudyUnchanged = false;
+    });
+}
+
 void frmMain::ShowStudyStatistics() {
     const std::string problem = StudyProblem(context_.State.CurrentStudy);
     if (problem.empty()) return RefreshStudyResults();
@@ -345,6 +361,14 @@ void frmMain::ShowAbout() {
     context_.Messages.Ask({.Text = "Vantor\nVersion " VANTOR_VERSION "\n\nMade with Qt " + std::string(qVersion()) +
                                    ", " VANTOR_LIBRARIES ".",
                            .Title = "About Vantor"});
+}
+
+void frmMain::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    // On a small screen the list of runs gets what the tools and the figures can do without.
+    const bool isLow = height() < LowWindow;
+    menu_->SetToolBarLow(isLow);
+    results_->SetLow(isLow);
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {

@@ -56,6 +56,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     static constexpr const char* RunMenu = "Ru&n";
@@ -124,6 +125,7 @@ private:
     void ShowCountedOnly(bool isOn);
     void ShowDelayChart();
     void ShowHiddenRuns();
+    void ShowStatisticsOptions();
     void ShowStudyStatistics();
     void ShowHelpTopics();
     void OpenSupportSite();
@@ -140,9 +142,20 @@ private:
     /// Writes marks and says that their run files are to be read again; those that were there before. Nothing after an
     /// error, which is told, and a stop.
     std::optional<std::vector<RunMark>> WriteMarks(const std::vector<RunMark>& marks);
-    void FillPeriods(QMenu& menu);
-    void SetPeriod(const std::string& period);
-    void AskForPeriod();
+    /// A text of the study's own for each run, which is set for several at once.
+    struct RunText {
+        std::string StudyRunEntry::*Text;
+        const char* Step;  ///< before the runs in words, for what can be taken back
+        const char* Title;
+        const char* Question;
+        const char* None;             ///< how the menu calls no text
+        std::set<std::string> Usual;  ///< that are offered
+        int Column;                   ///< of the run list
+    };
+    static const RunText& PeriodText();
+    static const RunText& SetAsideText();
+    void FillRunTexts(QMenu& menu, const RunText& text);
+    void SetRunText(const RunText& text, const std::string& word);
     void CopyRuns();
     void ShowDetails();
     /// Opens one of the screens of a run for the active one.

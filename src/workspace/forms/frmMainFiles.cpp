@@ -82,12 +82,15 @@ void frmMain::RemoveSample() {
     if (context_.Messages.Ask(prompt) != MessageAnswer::Yes) return;
     const bool isOpen = IsSameFolder(StudyGroupFolder(context_.State), sample->Folder);
     DeleteSample(context_.Files, *sample);
+    StoreChoices(WithoutRecentStudy(context_.State.Choices, sample->Folder + sample->Name + StudyExtension));
     if (isOpen) BeginNewStudy();
     Tell(QStringLiteral("The sample was removed."));
 }
 
 void frmMain::FillThemes(QMenu& menu) {
-    const std::string chosen = ChoiceOf(context_.State.Choices, ThemeKey);
+    // The program may have been started with another theme than the one that is remembered.
+    std::string chosen = ChoiceOf(context_.State.Choices, ThemeKey);
+    if (!chosen.empty()) chosen = IsDark(palette()) ? "dark" : "light";
     qDeleteAll(menu.findChildren<QActionGroup*>());
     auto* group = new QActionGroup(&menu);
     const auto add = [&](const char* caption, const char* theme) {

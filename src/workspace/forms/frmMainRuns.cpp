@@ -158,39 +158,53 @@ void frmMain::MarkRuns(bool isBefore) {
     Tell(QStringLiteral("%1 marked as %2").arg(replaced->size()).arg(word));
 }
 
-void frmMain::FillPeriods(QMenu& menu) {
-    std::set<std::string> periods = {"AM peak", "Midday", "PM peak"};
+const frmMain::RunText& frmMain::PeriodText() {
+    static const RunText text{
+        &StudyRunEntry::Period,           "Period of ",        "Set Period", "Period of the selected runs:", "(none)",
+        {"AM peak", "Midday", "PM peak"}, RunListModel::Period};
+    return text;
+}
+
+const frmMain::RunText& frmMain::SetAsideText() {
+    static const RunText text{&StudyRunEntry::SetAside,
+                              "Setting aside of ",
+                              "Set Aside",
+                              "Why the statistics are to stand without the selected runs, too:",
+                              "(not set aside)",
+                              {"Detour", "Incident", "Wrong start"},
+                              RunListModel::SetAside};
+    return text;
+}
+
+void frmMain::FillRunTexts(QMenu& menu, const RunText& text) {
+    std::set<std::string> words = text.Usual;
     for (const StudyRunEntry& entry : context_.State.CurrentStudy.Entries)
-        if (!entry.Period.empty()) periods.insert(entry.Period);
-    const auto add = [&](const QString& caption, const std::string& period) {
+        if (!(entry.*text.Text).empty()) words.insert(entry.*text.Text);
+    const auto add = [&](const QString& caption, std::function<void()> take) {
         QAction* action = menu.addAction(caption);
         action->setEnabled(vaRunList_->ActiveRun() != 0);
-        Connect(action, &QAction::triggered, this, context_.Messages, [this, period] { SetPeriod(period); });
+        Connect(action, &QAction::triggered, this, context_.Messages, std::move(take));
     };
-    for (const std::string& period : periods) add(ToQt(period), period);
-    add(QStringLiteral("(none)"), {});
+    for (const std::string& word : words) add(ToQt(word), [this, &text, word] { SetRunText(text, word); });
+    add(QString::fromLatin1(text.None), [this, &text] { SetRunText(text, {}); });
     menu.addSeparator();
-    QAction* other = menu.addAction(QStringLiteral("&Other..."));
-    other->setEnabled(vaRunList_->ActiveRun() != 0);
-    Connect(other, &QAction::triggered, this, context_.Messages, [this] { AskForPeriod(); });
+    add(QStringLiteral("&Other..."), [this, &text] {
+        bool isGiven = false;
+        const QString word =
+            QInputDialog::getText(this, QString::fromLatin1(text.Title), QString::fromLatin1(text.Question),
+                                  QLineEdit::Normal, QString(), &isGiven);
+        if (isGiven) SetRunText(text, FromQt(word.simplified()));
+    });
 }
 
-void frmMain::SetPeriod(const std::string& period) {
+void frmMain::SetRunText(const RunText& text, const std::string& word) {
     const std::vector<int> runs = vaRunList_->SelectedRuns();
     Study& study = context_.State.CurrentStudy;
-    ChangeStudy(QStringLiteral("Period of ") + RunsInWords(study, runs), [&] {
-        for (const int run : runs) study.Entries[run].Period = period;
+    ChangeStudy(QString::fromLatin1(text.Step) + RunsInWords(study, runs), [&] {
+        for (const int run : runs) study.Entries[run].*text.Text = word;
         context_.State.StudyUnchanged = false;
     });
-    vaRunList_->ShowColumn(RunListModel::Period);
-}
-
-void frmMain::AskForPeriod() {
-    bool isGiven = false;
-    const QString period =
-        QInputDialog::getText(this, QStringLiteral("Set Period"), QStringLiteral("Period of the selected runs:"),
-                              QLineEdit::Normal, QString(), &isGiven);
-    if (isGiven) SetPeriod(FromQt(period.simplified()));
+    vaRunList_->ShowColumn(text.Column);
 }
 
 void frmMain::CopyRuns() {
