@@ -57,6 +57,9 @@ std::string PermittedErrorText(const PermittedError& error, Measure measure, con
 std::string RunsNeededText(const GroupStatistics& group, Measure measure, const StatisticsOptions& options,
                            const Units& units);
 
+/// "95 %".
+std::string ConfidenceText(double confidence);
+
 /// p with three decimals, "< 0.001" below that, NoValueText for none.
 std::string ProbabilityText(std::optional<double> p);
 

@@ -17,7 +17,6 @@ struct MeasureKind {
     const char* Key;   ///< in JSON
     const char* Name;  ///< "Travel time"
     FigureUnit Unit;
-    bool MoreIsBetter;
 };
 const MeasureKind& KindOf(Measure measure);
 

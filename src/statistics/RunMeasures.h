@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "core/RunRecords.h"
@@ -42,8 +41,5 @@ RunMeasures MeasureRun(const RunRecord& run, float speedFactor, const StopSpeeds
 
 /// Miles per hour of feet in seconds; nothing for no time.
 std::optional<double> SpeedOf(double feet, double seconds);
-
-/// The name of a node of a run: its own, "[Start]" for node 0, "[End]" for the one behind the last, "Node 3".
-std::string NodeNameOf(const RunHeader& header, int node, int nodes);
 
 }  // namespace vantor

@@ -59,4 +59,7 @@ StudyRuns ReadStudyRuns(const Study& study, const FileSystem& files, const std::
 MeasuredRun MeasureStudyRun(const RunReading& reading, const StudyRunEntry& entry, const AppSettings& settings,
                             const StopSpeeds& speeds);
 
+/// All runs of a Study Group as a study that was never stored; none of them counts.
+Study StudyOfFolder(const FileSystem& files, const std::string& folder);
+
 }  // namespace vantor

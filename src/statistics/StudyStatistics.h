@@ -6,52 +6,15 @@
 #include <vector>
 
 #include "core/StudyOptions.h"
-#include "statistics/Comparison.h"
-#include "statistics/Measures.h"
-#include "statistics/Outliers.h"
-#include "statistics/Reliability.h"
-#include "statistics/RunsNeeded.h"
+#include "statistics/GroupStatistics.h"
 #include "statistics/StudyRuns.h"
-#include "statistics/Summary.h"
 
 namespace vantor {
-
-/// What figures rest on: "8 runs, 1 day, 06:53 to 08:38". The times of day are those at which runs began.
-struct Basis {
-    int Runs = 0;
-    int Days = 0;  ///< different ones; runs without a valid date are not among them
-    std::optional<Date> FirstTime;
-    std::optional<Date> LastTime;
-    std::vector<std::string> Periods;  ///< the different ones, in the order of time; runs without one leave none
-
-    std::string Text() const;
-    bool operator==(const Basis&) const = default;
-};
-
-/// The figures of some runs, over their whole length or one section.
-struct GroupStatistics {
-    int N = 0;
-    ByMeasure<Summary> Of;  ///< control delay over the counted runs; none in sections
-    // Sums over sums, never the mean of the runs' figures.
-    std::optional<double> AverageTravelSpeed;   ///< mph
-    std::optional<double> AverageRunningSpeed;  ///< mph
-    std::optional<double> PercentStopped;
-    std::optional<double> StopsPerMile;
-    std::optional<double> MeanLength;  ///< feet
-    // The interval of AverageTravelSpeed, from that of the mean travel time; it does not lie evenly.
-    std::optional<double> SpeedLow, SpeedHigh;
-    Reliability Times;
-    ByMeasure<RunsNeeded> Needed;       ///< for the permitted error of times and delays, for that of speeds of speeds
-    std::optional<GrubbsTest> Outlier;  ///< of travel times; its index counts the group's runs
-    std::optional<std::size_t> OutlierRun;  ///< index in the runs of the statistics, where it is an outlier
-    Basis RestsOn;
-    std::vector<std::string> Warnings;  ///< "few runs", mixed periods or times of day
-};
 
 /// All runs, those before and those after, and what came of it between.
 struct GroupedStatistics {
     GroupStatistics All, Before, After;
-    ByMeasure<Comparison> Compared;     ///< its counts are 0 where a group is empty
+    ByMeasure<Comparison> Compared;     ///< says nothing where a group is empty or runs cannot be compared
     std::vector<std::string> Warnings;  ///< of the comparison: unlike times of day
     bool HasBoth() const { return Before.N > 0 && After.N > 0; }
 };
@@ -87,10 +50,6 @@ StudyStatistics ComputeStatistics(const std::vector<MeasuredRun>& runs, const St
 
 /// The runs that are not set aside.
 std::vector<MeasuredRun> WithoutSetAside(const std::vector<MeasuredRun>& runs);
-
-/// The values of a measure in the order of the runs; those that have none are left out.
-std::vector<double> ValuesOf(const std::vector<MeasuredRun>& runs, Measure measure,
-                             std::optional<std::size_t> section = {});
 
 /// The conditions of a comparison of several studies: the runs of each, against the first.
 struct Condition {
