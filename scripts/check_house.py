@@ -16,7 +16,8 @@ from pathlib import Path
 Finding = namedtuple("Finding", "path line rule remedy")
 
 LOGIC_ON_CORE = ("counter", "gpsobd", "editing", "workspace")
-LOGIC = ("core", "analysis", "plots", *LOGIC_ON_CORE)
+LOGIC = ("core", "analysis", "plots", "statistics", *LOGIC_ON_CORE)
+ON_STATISTICS = ("editing", "workspace")
 
 # Folder under src -> folders whose headers its files may include, itself aside. None: every folder.
 ARROWS = {
@@ -27,9 +28,15 @@ ARROWS = {
     "analysis/forms": {"analysis", "core", "core/ports", "core/forms"},
     "plots": {"analysis", "core", "core/ports"},
     "plots/forms": {"plots", "analysis", "core", "core/ports", "core/forms"},
-    **{folder: {"analysis", "plots", "core", "core/ports"} for folder in LOGIC_ON_CORE},
+    "statistics": {"plots", "analysis", "core", "core/ports"},
+    "statistics/forms": {"statistics", "plots", "plots/forms", "analysis", "core", "core/ports", "core/forms"},
+    **{
+        folder: {"analysis", "plots", "core", "core/ports", *(["statistics"] if folder in ON_STATISTICS else [])}
+        for folder in LOGIC_ON_CORE
+    },
     **{
         f"{folder}/forms": {folder, "plots", "plots/forms", "analysis", "core", "core/ports", "core/forms"}
+        | ({"statistics"} if folder in ON_STATISTICS else set())
         for folder in LOGIC_ON_CORE
     },
     "platform": {"core", "core/ports", "core/forms"},

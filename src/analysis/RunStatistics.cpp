@@ -74,14 +74,6 @@ private:
     int sectionKey_ = 0;             ///< the delay key pressed last in the current section
 };
 
-std::string NodeName(const RunHeader& header, int node, int lastNode) {
-    constexpr int LastName = decltype(RunHeader::SectionName)::LastIndex;
-    const std::string name(node <= LastName ? Trim(header.SectionName[node]) : std::string_view());
-    if (!name.empty()) return name;
-    if (node == 0) return "[Start]";
-    return node == lastNode ? "[End]" : "Node " + std::to_string(node);
-}
-
 void NameSections(const RunHeader& header, std::vector<SectionStatistics>& sections) {
     const int lastNode = static_cast<int>(sections.size());
     int node = 0;
@@ -162,6 +154,14 @@ SheetRow HeadsOf(const std::vector<DelayKey>& keys, const Units& units) {
 }
 
 }  // namespace
+
+std::string NodeName(const RunHeader& header, int node, int lastNode) {
+    constexpr int LastName = decltype(RunHeader::SectionName)::LastIndex;
+    const std::string name(node <= LastName ? Trim(header.SectionName[node]) : std::string_view());
+    if (!name.empty()) return name;
+    if (node == 0) return "[Start]";
+    return node == lastNode ? "[End]" : "Node " + std::to_string(node);
+}
 
 double SectionStatistics::MeanRunningSpeed() const {
     const std::int32_t seconds = RunningTime();

@@ -30,6 +30,9 @@ struct SectionStatistics {
     double MeanRunningSpeed() const;
 };
 
+/// The name of a node of a run: its own, "[Start]" for node 0, "[End]" for the last one, "Node 3".
+std::string NodeName(const RunHeader& header, int node, int lastNode);
+
 struct DelayKey {
     int Key = 0;
     std::string Label;  ///< the run's own, else the standard one, else "Key 17"; no two of a run are alike

@@ -39,7 +39,7 @@ StudyCertainty CertaintyOf(const std::vector<RunListRow>& rows, const Statistics
     StudyCertainty certainty;
     certainty.Interval = delay.WithInterval(units);
     if (const auto grades = GradesOf(group.Of[Measure::ControlDelay], StudyGrade); grades && delay.HalfWidth)
-        certainty.Interval += ", " + grades->Text() + " (" + ConfidenceText(options.Confidence) + ")";
+        certainty.Interval += ", " + grades->Text();
     certainty.Interval += "; " + delay.Remarks();
     certainty.RunsNeeded = RunsNeededText(group, Measure::ControlDelay, options, units);
 

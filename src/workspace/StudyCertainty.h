@@ -12,7 +12,7 @@ namespace vantor {
 /// How sure the average control delay of a study is, in the texts that stand beside it. Empty where there is nothing to
 /// say: of no counted run.
 struct StudyCertainty {
-    std::string Interval;         ///< "72 s ± 15, E to F (95 %); 8 runs, 1 day, 06:53 to 08:38"
+    std::string Interval;         ///< "72 s ± 15, E to F; 8 runs, 1 day, 06:53 to 08:38; 95 %"
     std::string RunsNeeded;       ///< "for ±10 % of this delay 28 runs, 20 more"
     std::string WithoutSetAside;  ///< "67 s without 1 set aside"
 

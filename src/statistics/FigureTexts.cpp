@@ -1,0 +1,140 @@
+#include <cmath>
+
+#include "core/Numeric.h"
+#include "core/Text.h"
+#include "statistics/Distributions.h"
+#include "statistics/Figure.h"
+
+namespace vantor {
+namespace {
+
+/// A number without forced decimals: 10, 2.5.
+std::string Plain(double value) { return SignificantDigits(value, 6); }
+
+/// What a sentence calls the measure.
+std::string NounOf(Measure measure) {
+    return measure == Measure::ControlDelay ? "delay" : FoldCase(KindOf(measure).Name);
+}
+
+std::string RunsText(int count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
+
+/// "8.2 to 28.8 s" of a change that is told by its size, "−31.9 to +0.9 s" of one that may be either.
+class ChangeTexts {
+public:
+    ChangeTexts(Measure measure, const Units& units) : unit_(KindOf(measure).Unit), units_(units) {}
+
+    std::string Size(double value) const { return WithUnit(Number(std::abs(value))); }
+    std::string Signed(double value) const { return (value < 0 ? "\u2212" : "+") + Number(std::abs(value)); }
+    std::string SizeInterval(double low, double high) const {
+        const double least = std::min(std::abs(low), std::abs(high));
+        const double most = std::max(std::abs(low), std::abs(high));
+        return Number(least) + " to " + WithUnit(Number(most));
+    }
+    std::string SignedInterval(double low, double high) const { return Signed(low) + " to " + WithUnit(Signed(high)); }
+
+private:
+    std::string Number(double value) const { return ShownNumber(value, unit_, 1, units_); }
+    std::string WithUnit(const std::string& number) const {
+        const std::string label = UnitLabel(unit_, units_);
+        return label.empty() ? number : number + " " + label;
+    }
+
+    FigureUnit unit_;
+    const Units& units_;
+};
+
+std::string PercentText(const WelchTest& test) {
+    return test.Percent ? " (" + FixedDecimals(std::abs(*test.Percent), 1) + " %)" : std::string();
+}
+
+std::string SizesText(const WelchTest& test) {
+    return RunsText(test.NBefore) + " before and " + std::to_string(test.NAfter) + " after";
+}
+
+/// Why there is no test, and what is known all the same.
+std::string WithoutTest(const Comparison& comparison, Measure measure, const ChangeTexts& texts) {
+    const WelchTest& test = comparison.Welch;
+    const std::string name = KindOf(measure).Name;
+    if (!test.Difference) return name + ": nothing to compare, " + SizesText(test) + " have it.";
+    const std::string change = name + " differs by " + texts.Signed(*test.Difference) + PercentText(test) + "; ";
+    if (test.NBefore < 2 || test.NAfter < 2)
+        return change + "no test: it takes two runs or more each way, and there are " + SizesText(test) + ".";
+    return change + "no test: neither group has scatter.";
+}
+
+std::string NotShown(const Comparison& comparison, Measure measure, const StatisticsOptions& options,
+                     const ChangeTexts& texts) {
+    const WelchTest& test = comparison.Welch;
+    const std::string interval = texts.SignedInterval(*test.Low, *test.High) + ".";
+    const auto error = measure == Measure::Stops && options.Error.Of == PermittedError::Kind::Absolute
+                           ? std::nullopt
+                           : ErrorInUnit(ErrorOf(measure, options), test.MeanBefore);
+    const std::string name = KindOf(measure).Name;
+    if (error && *test.Low >= -*error && *test.High <= *error)
+        return name + ": no difference larger than " + texts.Size(*error) + ": interval " + interval;
+    std::string text = name + ": no difference shown: interval " + interval;
+    if (comparison.Sd && error)
+        if (const auto runs = RunsForDifference(*comparison.Sd, *error, options.Confidence))
+            text += " With this scatter about " + RunsText(*runs) + " each way would show " + texts.Size(*error) + ".";
+    return text;
+}
+
+std::string Shown(const WelchTest& test, Measure measure, double confidence, const ChangeTexts& texts) {
+    return std::string(KindOf(measure).Name) + (*test.Difference < 0 ? " fell by " : " rose by ") +
+           texts.Size(*test.Difference) + PercentText(test) + "; " + ConfidenceText(confidence) + " interval " +
+           texts.SizeInterval(*test.Low, *test.High) + ".";
+}
+
+}  // namespace
+
+std::string ConfidenceText(double confidence) { return Plain(confidence) + " %"; }
+
+std::string PermittedErrorText(const PermittedError& error, Measure measure, const Units& units) {
+    if (error.Of == PermittedError::Kind::Percent) return Plain(error.Value) + " %";
+    const FigureUnit unit = KindOf(measure).Unit;
+    const bool isSpeed = unit == FigureUnit::MilesPerHour;
+    return Plain(isSpeed ? units.SpeedOfMph(error.Value) : error.Value) + " " + UnitLabel(unit, units);
+}
+
+std::string RunsNeededText(const GroupStatistics& group, Measure measure, const StatisticsOptions& options,
+                           const Units& units) {
+    const PermittedError error = ErrorOf(measure, options);
+    const RunsNeeded& needed = group.Needed[measure];
+    const std::string what = "for ±" + PermittedErrorText(error, measure, units) + " of this " + NounOf(measure) + " ";
+    if (needed.Have < 2) return what + "two runs or more must be driven before the number is known";
+    if (!needed.Needed) {
+        const bool hasMean = ErrorInUnit(error, group.Of[measure].Mean).has_value();
+        return what + (hasMean ? "more than " + std::to_string(MostRunsNeeded) + " runs" : "no number is known");
+    }
+    const std::string text = what + RunsText(*needed.Needed) + ", ";
+    if (*needed.StillNeeded > 0) return text + std::to_string(*needed.StillNeeded) + " more";
+    return text + (needed.Enough ? "enough" : "but fewer than " + std::to_string(FewRuns) + " are never enough");
+}
+
+std::string ProbabilityText(std::optional<double> p) {
+    if (!p) return NoValueText;
+    return *p < 0.001 ? "< 0.001" : FixedDecimals(*p, 3);
+}
+
+std::string ComparisonText(const Comparison& comparison, Measure measure, const StatisticsOptions& options,
+                           const Units& units) {
+    const ChangeTexts texts(measure, units);
+    const WelchTest& test = comparison.Welch;
+    const MannWhitneyTest& ranks = comparison.Ranks;
+    const double alpha = AlphaOf(options.Confidence);
+    if (!test.P) return WithoutTest(comparison, measure, texts);
+    const bool isShown = *test.P < alpha;
+    std::string text =
+        isShown ? Shown(test, measure, options.Confidence, texts) : NotShown(comparison, measure, options, texts);
+    if (ranks.Exact && ranks.SmallestP && *ranks.SmallestP >= alpha)
+        text += " The check by ranks cannot tell: with " + SizesText(test) + " its smallest p is " +
+                ProbabilityText(ranks.SmallestP) + ".";
+    else if (ranks.P && (*ranks.P < alpha) != isShown)
+        text += " The tests disagree: Welch p = " + ProbabilityText(test.P) +
+                ", Mann-Whitney p = " + ProbabilityText(ranks.P) + ", with " + SizesText(test) + ".";
+    if (isShown && comparison.HolmP && *comparison.HolmP >= alpha)
+        text += " As one of several tests it is not shown: adjusted p = " + ProbabilityText(comparison.HolmP) + ".";
+    return text;
+}
+
+}  // namespace vantor
