@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds Vantor and shows it: makes a demo workspace from the sample counter file on the command line, then
-# opens the main window on the study it made.
+# Builds Vantor and shows it: makes a demo workspace from the sample counter files on the command line, compares its
+# two studies, then opens the main window on the first.
 #
 #   ./run.sh              keeps the workspace of the last time, with all that was changed in it
 #   ./run.sh --fresh      makes the workspace anew
@@ -26,9 +26,8 @@ scripts/build.sh release vantor
 PATH=$root/build/release/bin:$PATH
 
 workspace=$root/build/demo
-counterFile="Field Data Files/Corridor.tdc"
-group="Study Groups/Main Street NB"
-study="$group/AM Peak.ld2"
+study="Study Groups/Main Street NB/AM Peak.ld2"
+retimed="Study Groups/Main Street NB/AM Peak retimed.ld2"
 complete=$workspace/.complete # written last, so that a workspace that failed half way is made anew
 
 # Prints a command as one would type it, then runs it.
@@ -41,32 +40,33 @@ show() {
     "$@"
 }
 
+# Makes a study from the northbound runs of a counter file; its runs count from a number.
 makeStudy() {
+    local counterFile="Field Data Files/$1" path=$2 number=$3
+    local group=${path%/*} run name names=()
     show vantor counter studies "$counterFile"
     show vantor counter convert "$counterFile" --to Temp
 
     printf '\nThe runs of study 001 get names of their own and move to a Study Group,\n'
     printf 'as "Process Runs in Temp Folder" does it in the window:\n'
     mkdir -p "$group"
-    local run name names=()
     for run in Temp/S001R*.rd2; do
-        printf -v name 'Main St-NB-%03d' $((${#names[@]} + 1))
+        printf -v name 'Main St-NB-%03d' $((number + ${#names[@]}))
         show mv "$run" "$group/$name.rd2"
         names+=("$name")
     done
 
-    show vantor study new "$group" "AM Peak" "${names[@]}"
+    show vantor study new "$group" "$(basename "$path" .ld2)" "${names[@]}"
 
     # From before the first signal to past the last one, in feet.
-    show vantor study bounds "$study" --all --start-dist 300 --end-dist 7600
-    show vantor study compute "$study"
-    touch "$complete"
+    show vantor study bounds "$path" --all --start-dist 300 --end-dist 7600
+    show vantor study compute "$path"
 }
 
 if ((fresh)) || [[ ! -e $complete ]]; then
     rm -rf "$workspace"
     mkdir -p "$workspace"/{Temp,"Study Groups","Field Data Files"}
-    cp samples/Corridor.tdc "$workspace/Field Data Files/"
+    cp samples/{Corridor,Retimed}.tdc "$workspace/Field Data Files/"
 fi
 
 # The settings lie in the program folder; with one of its own the demo touches nobody's settings.
@@ -74,8 +74,16 @@ export VANTOR_PROGRAM_FOLDER=$workspace
 cd "$workspace"
 echo "Workspace: $workspace"
 show vantor settings show
-[[ -e $complete ]] || makeStudy
+if [[ ! -e $complete ]]; then
+    makeStudy Corridor.tdc "$study" 1
+    makeStudy Retimed.tdc "$retimed" 101
+    touch "$complete"
+fi
 show vantor study show "$study"
+show vantor study statistics "$study"
+
+printf '\nDid the retiming of the signals work?\n'
+show vantor study compare "$study" "$retimed"
 
 if ((!window)); then
     exit 0

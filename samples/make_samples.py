@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the sample corridor: a counter dump and a group of version 1 runs.
+"""Writes the sample corridor: two counter dumps and a group of version 1 runs.
 
 Usage: make_samples.py [FOLDER]     (default: the folder of this script)
 
@@ -230,21 +230,25 @@ PEAK = Conditions(NORTHBOUND, [8, 46, 24, 52, 10], [40, 38, 44, 38, 36], 5.0,
 AGAINST_PEAK = Conditions(SOUTHBOUND, [0, 25, 50, 71, 4], [42, 38, 40, 36, 40], 2.0,
                           [KEY_DELAY_1], 0.55, 44.5)
 
+# Northbound in the morning peak after a retiming: shorter queues, greens that fit together better.
+RETIMED = Conditions(NORTHBOUND, [30, 52, 77, 13, 36], [42, 40, 44, 40, 40], 3.0, [KEY_CONGESTION], 0.4, 43.0)
+
 SPIKES = {(2, 3): 2, (2, 6): 4}  # (study, run): spikes of a loose sensor plug
 
 
-def write_counter_file(path):
-    calibration, day = 1246, "031108"
-    lines = []
-    for study, site, conditions, first_minute in ((1, "MAINSTNB", PEAK, 6 * 60 + 52),
-                                                  (2, "MAINSTSB", AGAINST_PEAK, 6 * 60 + 59)):
-        for number in range(1, 9):
-            rng = random.Random(SEED + 100 * study + number)
-            minute = first_minute + 15 * (number - 1) + int(rng.random() * 3)
-            run = drive_run(conditions, calibration, rng)
-            add_spikes(run, rng, SPIKES.get((study, number), 0))
-            lines += counter_record(study, number, site, f"{minute // 60:02d}{minute % 60:02d}",
-                                    day, calibration, run)
+def counter_study(study, site, day, conditions, first_minute, seed, spikes=SPIKES):
+    """The records of eight runs, a quarter of an hour apart."""
+    calibration, lines = 1246, []
+    for number in range(1, 9):
+        rng = random.Random(seed + number)
+        minute = first_minute + 15 * (number - 1) + int(rng.random() * 3)
+        run = drive_run(conditions, calibration, rng)
+        add_spikes(run, rng, spikes.get((study, number), 0))
+        lines += counter_record(study, number, site, f"{minute // 60:02d}{minute % 60:02d}", day, calibration, run)
+    return lines
+
+
+def write_counter_file(path, lines):
     path.write_bytes("".join(line + "\r\n" for line in lines + [":" * 20]).encode("ascii"))
 
 
@@ -284,14 +288,12 @@ def version_1_file(name, day, minute, number, site, calibration, after, notes, r
 
 def write_version_1_runs(folder):
     folder.mkdir(parents=True, exist_ok=True)
-    retimed = Conditions(NORTHBOUND, [30, 52, 77, 13, 36], [42, 40, 44, 40, 40], 3.0,
-                         [KEY_CONGESTION], 0.4, 43.0)
     before, after = date(1996, 10, 8), date(1997, 5, 13)
     for number, day, minute, conditions, notes, spare_bytes in (
             (1, before, 7 * 60 + 20, PEAK, "Dry, light rain later. Signals not coordinated.", 0),
             (2, before, 7 * 60 + 48, PEAK, "Dry. Signals not coordinated.", 0),
-            (3, after, 7 * 60 + 15, retimed, "First week after retiming. Clear.", 4),
-            (4, after, 7 * 60 + 41, retimed, "After retiming. Clear, dry.", 0)):
+            (3, after, 7 * 60 + 15, RETIMED, "First week after retiming. Clear.", 4),
+            (4, after, 7 * 60 + 41, RETIMED, "After retiming. Clear, dry.", 0)):
         calibration = 1582
         run = drive_run(conditions, calibration, random.Random(SEED + 1000 + number))
         name = f"MAINNB{number:02d}"
@@ -304,7 +306,11 @@ def write_version_1_runs(folder):
 def main():
     folder = Path(sys.argv[1]) if len(sys.argv) > 1 else Path(__file__).resolve().parent
     write_version_1_runs(folder / "Version 1 runs")
-    write_counter_file(folder / "Corridor.tdc")
+    write_counter_file(folder / "Corridor.tdc",
+                       counter_study(1, "MAINSTNB", "031108", PEAK, 6 * 60 + 52, SEED + 100)
+                       + counter_study(2, "MAINSTSB", "031108", AGAINST_PEAK, 6 * 60 + 59, SEED + 200))
+    write_counter_file(folder / "Retimed.tdc",
+                       counter_study(1, "MAINSTNB", "061008", RETIMED, 6 * 60 + 52, SEED + 2000))
 
 
 if __name__ == "__main__":
