@@ -4,13 +4,13 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "analysis/modReports.h"
 #include "core/RunDecoding.h"
 #include "core/RunFile.h"
 #include "core/Settings.h"
 #include "core/StudyFile.h"
 #include "platform/DiskFileSystem.h"
 #include "platform/QtDocumentWriter.h"
+#include "reports/modReports.h"
 
 namespace vantor {
 namespace {

@@ -15,9 +15,8 @@ from pathlib import Path
 
 Finding = namedtuple("Finding", "path line rule remedy")
 
-LOGIC_ON_CORE = ("counter", "gpsobd", "editing", "workspace")
-LOGIC = ("core", "analysis", "plots", "statistics", *LOGIC_ON_CORE)
-ON_STATISTICS = ("editing", "workspace")
+UNDER_STATISTICS = {"plots", "analysis", "core", "core/ports"}
+UNDER_REPORTS = {"statistics", *UNDER_STATISTICS}
 
 # Folder under src -> folders whose headers its files may include, itself aside. None: every folder.
 ARROWS = {
@@ -28,21 +27,19 @@ ARROWS = {
     "analysis/forms": {"analysis", "core", "core/ports", "core/forms"},
     "plots": {"analysis", "core", "core/ports"},
     "plots/forms": {"plots", "analysis", "core", "core/ports", "core/forms"},
-    "statistics": {"plots", "analysis", "core", "core/ports"},
-    "statistics/forms": {"statistics", "plots", "plots/forms", "analysis", "core", "core/ports", "core/forms"},
-    **{
-        folder: {"analysis", "plots", "core", "core/ports", *(["statistics"] if folder in ON_STATISTICS else [])}
-        for folder in LOGIC_ON_CORE
-    },
-    **{
-        f"{folder}/forms": {folder, "plots", "plots/forms", "analysis", "core", "core/ports", "core/forms"}
-        | ({"statistics"} if folder in ON_STATISTICS else set())
-        for folder in LOGIC_ON_CORE
-    },
+    "statistics": UNDER_STATISTICS,
+    "reports": UNDER_REPORTS,
+    "counter": UNDER_STATISTICS,
+    "gpsobd": UNDER_STATISTICS,
+    "editing": UNDER_REPORTS,
+    "workspace": UNDER_REPORTS,
     "platform": {"core", "core/ports", "core/forms"},
-    "cli": {*LOGIC, "core/ports", "platform"},
+    "cli": {"reports", "counter", "gpsobd", "editing", "workspace", *UNDER_REPORTS, "platform"},
     "app": None,
 }
+# Screens may include what their folder's rules may, these rules, and what all screens share.
+for name in ("statistics", "reports", "counter", "gpsobd", "editing", "workspace"):
+    ARROWS[f"{name}/forms"] = {name, "plots/forms", "core/forms", *ARROWS[name]}
 
 MAX_LINES = 450
 
@@ -281,6 +278,12 @@ SELF_TEST = [
             "src/platform/QtClock.h": "",
             "src/app/main.cpp": '#include "cli/Counter.h"\n#include "counter/forms/frmReadTDC.h"\n',
             "src/cli/Counter.h": "",
+            "src/statistics/Interval.h": '#include "plots/Axis.h"\n',
+            "src/plots/Axis.h": "",
+            "src/reports/Page.h": '#include "statistics/Interval.h"\n',
+            "src/reports/forms/frmReportPreview.h": '#include "reports/Page.h"\n#include "plots/forms/PlotView.h"\n',
+            "src/plots/forms/PlotView.h": "",
+            "src/workspace/forms/frmMain.h": '#include "statistics/Interval.h"\n',
             "src/counter/forms/frmReadTDC.h": "",
         },
         [],
@@ -301,11 +304,18 @@ SELF_TEST = [
             "src/misc/K.h": "",
             "src/core/ports/L.h": '#include "analysis/H.h"\n',
             "src/core/forms/M.h": '#include "counter/B.h"\n',
+            "src/counter/N.h": '#include "statistics/O.h"\n',
+            "src/statistics/O.h": '#include "reports/P.h"\n',
+            "src/reports/P.h": "",
+            "src/workspace/forms/Q.h": '#include "reports/P.h"\n',
+            "src/plots/R.h": '#include "statistics/S.h"\n',
+            "src/statistics/S.h": "",
         },
         [
             "src/analysis/H.h:1", "src/cli/J.cpp:1", "src/core/A.h:2", "src/counter/B.h:1", "src/counter/D.cpp:1",
             "src/core/forms/M.h:1", "src/core/ports/L.h:1", "src/counter/forms/E.h:1", "src/editing/forms/F.h:1",
-            "src/misc/K.h:1", "src/platform/G.h:1",
+            "src/counter/N.h:1", "src/misc/K.h:1", "src/platform/G.h:1", "src/plots/R.h:1",
+            "src/statistics/O.h:1", "src/workspace/forms/Q.h:1",
         ],
     ),
     (

@@ -4,7 +4,6 @@
 
 #include "analysis/StudyEdits.h"
 #include "analysis/forms/frmContDelayVsAvg.h"
-#include "analysis/forms/frmReportPreview.h"
 #include "analysis/forms/frmRunStatistics.h"
 #include "counter/DamagedCounterFile.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
@@ -19,6 +18,7 @@
 #include "editing/forms/frmRunDetails.h"
 #include "gpsobd/forms/LogReview.h"
 #include "gpsobd/forms/LogSelect.h"
+#include "reports/forms/frmReportPreview.h"
 #include "statistics/forms/frmStatisticsOptions.h"
 #include "workspace/forms/frmPrefs.h"
 #include "workspace/forms/frmRunSelect.h"

@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <memory>
 
-#include "analysis/modReports.h"
 #include "cli/Commands.h"
 #include "core/Paths.h"
 #include "core/StudyFile.h"
+#include "reports/modReports.h"
 
 namespace vantor {
 namespace {

@@ -10,9 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/ReportStudies.h"
 #include "analysis/forms/frmContDelayVsAvg.h"
-#include "analysis/forms/frmReportPreview.h"
 #include "analysis/forms/frmRunStatistics.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
 #include "counter/forms/frmDeleteTempRuns.h"
@@ -30,6 +28,8 @@
 #include "gpsobd/forms/LogReview.h"
 #include "gpsobd/forms/LogSelect.h"
 #include "platform/HelpWindow.h"
+#include "reports/ReportStudies.h"
+#include "reports/forms/frmReportPreview.h"
 #include "statistics/forms/frmStatisticsOptions.h"
 #include "workspace/forms/frmMain.h"
 #include "workspace/forms/frmPrefs.h"

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
-#include "analysis/ReportStudies.h"
 #include "cli/CommandRunner.h"
+#include "reports/ReportStudies.h"
 
 namespace vantor {
 namespace {

@@ -1,5 +1,4 @@
 #include "analysis/forms/frmContDelayVsAvg.h"
-#include "analysis/forms/frmReportPreview.h"
 #include "core/Paths.h"
 #include "counter/forms/frmUploadData.h"
 #include "editing/forms/frmEditPulseData.h"
@@ -8,6 +7,7 @@
 #include "fakes/Clicks.h"
 #include "faults/FaultHarness.h"
 #include "gpsobd/forms/LogReview.h"
+#include "reports/forms/frmReportPreview.h"
 #include "workspace/forms/frmMain.h"
 #include "workspace/forms/frmStudySaveAs.h"
 

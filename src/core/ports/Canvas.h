@@ -31,6 +31,11 @@ struct TextStyle {
     TextSide Side = TextSide::Left;  ///< where the text stands in its box
 };
 
+inline TextStyle OnSide(TextStyle style, TextSide side) {
+    style.Side = side;
+    return style;
+}
+
 struct LineStyle {
     double Width = 1;
     Colour Ink = {};

@@ -4,7 +4,6 @@
 #include <QMenu>
 #include <algorithm>
 
-#include "analysis/ReportProfile.h"
 #include "core/Backup.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
@@ -20,6 +19,7 @@
 #include "core/modMain.h"
 #include "editing/TrimRun.h"
 #include "editing/forms/frmUseBoundaries.h"
+#include "plots/ReportProfile.h"
 
 namespace vantor {
 namespace {

@@ -1,9 +1,9 @@
-#include "analysis/ReportContents.h"
-#include "analysis/ReportTable.h"
-#include "analysis/ReportText.h"
 #include "core/Numeric.h"
 #include "core/Settings.h"
 #include "core/Text.h"
+#include "reports/ReportContents.h"
+#include "reports/ReportTable.h"
+#include "reports/ReportText.h"
 
 #include <algorithm>
 

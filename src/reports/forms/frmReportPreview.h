@@ -10,9 +10,9 @@
 #include <QToolButton>
 #include <array>
 
-#include "analysis/forms/ReportPagesView.h"
-#include "analysis/modReports.h"
 #include "core/AppContext.h"
+#include "reports/forms/ReportPagesView.h"
+#include "reports/modReports.h"
 
 namespace vantor {
 

@@ -1,15 +1,15 @@
-#include "analysis/modReports.h"
+#include "reports/modReports.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 
-#include "analysis/ReportStudies.h"
-#include "analysis/ReportTable.h"
-#include "analysis/ReportText.h"
 #include "core/Settings.h"
 #include "fakes/MemoryFileSystem.h"
 #include "fakes/RecordingCanvas.h"
+#include "reports/ReportStudies.h"
+#include "reports/ReportTable.h"
+#include "reports/ReportText.h"
 
 namespace vantor {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "analysis/ReportData.h"
-#include "analysis/ReportPages.h"
+#include "reports/ReportData.h"
+#include "reports/ReportPages.h"
 
 namespace vantor {
 

@@ -1,8 +1,8 @@
 #include <span>
 
-#include "analysis/ReportContents.h"
-#include "analysis/ReportTable.h"
-#include "analysis/ReportText.h"
+#include "reports/ReportContents.h"
+#include "reports/ReportTable.h"
+#include "reports/ReportText.h"
 
 namespace vantor {
 namespace {

@@ -1,4 +1,4 @@
-#include "analysis/forms/frmReportPreview.h"
+#include "reports/forms/frmReportPreview.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>

@@ -25,11 +25,6 @@ inline constexpr LineStyle ReportFaintRule{0.4, PaperColours.Grid};
 /// What stands where there is nothing to tell.
 inline constexpr const char* NoFigure = "\u2013";
 
-inline TextStyle OnSide(TextStyle style, TextSide side) {
-    style.Side = side;
-    return style;
-}
-
 /// The lines of a text that fit into a width, broken at its line breaks and blanks, and within words where a word alone
 /// is too wide. At least one line.
 std::vector<std::string> WrappedLines(const std::string& text, double width, const TextStyle& style,

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "analysis/ReportData.h"
-#include "analysis/ReportPages.h"
+#include "reports/ReportData.h"
+#include "reports/ReportPages.h"
 
 namespace vantor {
 

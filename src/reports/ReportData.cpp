@@ -1,4 +1,4 @@
-#include "analysis/ReportData.h"
+#include "reports/ReportData.h"
 
 #include "core/Numeric.h"
 #include "core/Paths.h"

@@ -1,9 +1,8 @@
-#include "analysis/ReportProfile.h"
+#include "plots/ReportProfile.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "analysis/ReportText.h"
 #include "core/Numeric.h"
 
 namespace vantor {
@@ -14,6 +13,7 @@ constexpr int MostColumns = 800;
 
 constexpr TextStyle ScaleStyle{7, false, PaperColours.DimText};
 constexpr TextStyle MarkStyle{7, false, PaperColours.Text};
+constexpr LineStyle FaintRule{0.4, PaperColours.Grid};
 constexpr double TextHeight = 9;
 constexpr double ScaleWidth = 24;
 constexpr double MarkGap = 3;
@@ -55,7 +55,7 @@ private:
         const TextStyle right = OnSide(ScaleStyle, TextSide::Right);
         for (int speed = 0; speed <= frame_.Speeds.Maximum; speed += frame_.Speeds.GridStep) {
             const double y = YOfSpeed(speed);
-            canvas_.DrawLine({plot_.X, y}, {Right(), y}, ReportFaintRule);
+            canvas_.DrawLine({plot_.X, y}, {Right(), y}, FaintRule);
             canvas_.DrawText({plot_.X - ScaleWidth, y - TextHeight / 2, ScaleWidth - MarkGap, TextHeight},
                              std::to_string(speed), right);
         }

@@ -1,4 +1,4 @@
-#include "analysis/forms/ReportPagesView.h"
+#include "reports/forms/ReportPagesView.h"
 
 #include <QKeyEvent>
 #include <QPainter>

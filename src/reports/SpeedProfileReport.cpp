@@ -2,8 +2,8 @@
 #include <cmath>
 
 #include "analysis/DelayChart.h"
-#include "analysis/ReportContents.h"
-#include "analysis/ReportText.h"
+#include "reports/ReportContents.h"
+#include "reports/ReportText.h"
 
 namespace vantor {
 namespace {

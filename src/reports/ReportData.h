@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "analysis/ReportProfile.h"
 #include "analysis/RunStatistics.h"
 #include "analysis/StudyResults.h"
 #include "core/AppSettings.h"
 #include "core/Progress.h"
 #include "core/StudyRecords.h"
 #include "core/ports/Clock.h"
+#include "plots/ReportProfile.h"
 
 namespace vantor {
 

@@ -1,9 +1,9 @@
-#include "analysis/ReportTable.h"
+#include "reports/ReportTable.h"
 
 #include <algorithm>
 #include <numeric>
 
-#include "analysis/ReportText.h"
+#include "reports/ReportText.h"
 
 namespace vantor {
 namespace {

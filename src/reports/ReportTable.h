@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/ReportPages.h"
+#include "reports/ReportPages.h"
 
 namespace vantor {
 

@@ -1,4 +1,4 @@
-#include "analysis/ReportText.h"
+#include "reports/ReportText.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
-#include "analysis/forms/frmReportPreview.h"
+#include "reports/forms/frmReportPreview.h"
 
-#include "analysis/ReportStudies.h"
 #include "fakes/FormScene.h"
+#include "reports/ReportStudies.h"
 
 namespace vantor {
 namespace {

@@ -1,9 +1,9 @@
-#include "analysis/ReportPages.h"
+#include "reports/ReportPages.h"
 
 #include <memory>
 
-#include "analysis/ReportText.h"
 #include "core/Text.h"
+#include "reports/ReportText.h"
 
 namespace vantor {
 namespace {

@@ -1,10 +1,10 @@
-#include "analysis/modReports.h"
+#include "reports/modReports.h"
 
 #include <map>
 #include <unordered_map>
 
-#include "analysis/ReportContents.h"
 #include "core/Text.h"
+#include "reports/ReportContents.h"
 
 namespace vantor {
 namespace {
