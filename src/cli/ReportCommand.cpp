@@ -19,12 +19,14 @@ struct ReportOptions {
     std::string PaperName = "letter";
     std::vector<std::string> Only;
     bool IsLandscape = false;
+    bool HasNoHeadings = false;
 };
 
 ReportChoice ChoiceOf(const ReportOptions& options) {
     ReportChoice choice;
     choice.Sheet = options.PaperName == "a4" ? Paper::A4 : Paper::Letter;
     choice.IsLandscape = options.IsLandscape;
+    choice.HasHeadings = !options.HasNoHeadings;
     if (options.Only.empty()) return choice;
     for (std::size_t i = 0; i < ReportNames.size(); ++i)
         choice.Reports[i] =
@@ -64,6 +66,7 @@ void AddReportCommand(CLI::App& studyGroup, CommandAction& chosen) {
     report.add_option("--paper", options->PaperName, "letter or a4")
         ->transform(CLI::IsMember({"letter", "a4"}, CLI::ignore_case));
     report.add_flag("--landscape", options->IsLandscape, "Wide pages");
+    report.add_flag("--no-headings", options->HasNoHeadings, "Leave out the heading lines of the settings");
     std::vector<std::string> words;
     words.reserve(ReportNames.size());
     for (const ReportName& name : ReportNames) words.emplace_back(name.Word);

@@ -15,6 +15,8 @@ namespace vantor {
 /// The records of BIFF8 that a workbook of plain tables needs.
 enum class Biff : std::uint16_t {
     Eof = 0x000A,
+    ExternSheet = 0x0017,
+    DefinedName = 0x0018,
     Selection = 0x001D,
     DateMode = 0x0022,
     Font = 0x0031,
@@ -23,10 +25,13 @@ enum class Biff : std::uint16_t {
     Pane = 0x0041,
     CodePage = 0x0042,
     ColInfo = 0x007D,
+    WsBool = 0x0081,
     BoundSheet = 0x0085,
+    Setup = 0x00A1,
     Xf = 0x00E0,
     Sst = 0x00FC,
     LabelSst = 0x00FD,
+    SupBook = 0x01AE,
     Dimensions = 0x0200,
     Number = 0x0203,
     Row = 0x0208,

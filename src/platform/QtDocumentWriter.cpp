@@ -9,6 +9,7 @@
 #include "core/Numeric.h"
 #include "core/RunTimeError.h"
 #include "core/forms/Named.h"
+#include "platform/PdfBookmarks.h"
 
 namespace vantor {
 namespace {
@@ -87,7 +88,9 @@ std::vector<std::byte> QtDocumentWriter::Pdf(const PagedDocument& document, cons
     QPainter painter(&writer);
     const bool isWhole = DrawPages(painter, writer, document, progress);
     painter.end();
-    return isWhole ? BytesOf(buffer.data()) : std::vector<std::byte>();
+    if (!isWhole) return {};
+    std::vector<std::byte> pdf = BytesOf(buffer.data());
+    return document.Bookmarks.empty() ? pdf : WithBookmarks(pdf, document.Bookmarks);
 }
 
 std::vector<std::byte> QtDocumentWriter::Picture(CanvasSize size, const Drawing& drawing, PictureFormat format) const {

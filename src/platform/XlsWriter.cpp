@@ -140,6 +140,23 @@ void WriteFormats(BiffStream& out, const std::vector<std::string>& formats) {
     out.Record(Biff::Style, BuiltIn, U8{0}, U8{0xFF});
 }
 
+/// The head row of each sheet is printed on all its pages.
+void WritePrintTitles(BiffStream& out, U16 sheets) {
+    constexpr U16 OwnWorkbook = 0x0401;
+    constexpr U16 BuiltIn = 0x0020;
+    constexpr U8 PrintTitles = 0x07;
+    constexpr U8 Area = 0x3B;
+    constexpr U16 AreaSize = 11;
+    out.Record(Biff::SupBook, sheets, OwnWorkbook);
+    out.Record(Biff::ExternSheet, sheets);
+    for (U16 sheet = 0; sheet < sheets; ++sheet) out.Extend(U16{0}, sheet, sheet);
+    for (U16 sheet = 0; sheet < sheets; ++sheet) {
+        out.Record(Biff::DefinedName, BuiltIn, U8{0}, U8{1}, AreaSize, U16{0}, static_cast<U16>(sheet + 1), U32{0},
+                   U8{0}, PrintTitles);
+        out.Extend(Area, sheet, U16{0}, U16{0}, U16{0}, U16{0x00FF});
+    }
+}
+
 /// What stands before the sheets. `starts` are their places behind it.
 BiffStream Globals(const std::vector<std::string>& names, const std::vector<std::size_t>& starts,
                    const SharedTexts& texts, const Formats& formats) {
@@ -159,6 +176,7 @@ BiffStream Globals(const std::vector<std::string>& names, const std::vector<std:
         out.Record(Biff::BoundSheet, U32{0}, U8{0}, U8{0}, static_cast<U8>(text.size()));
         WriteShortText(out, text);
     }
+    WritePrintTitles(out, static_cast<U16>(names.size()));
     texts.Write(out);
     out.Record(Biff::Eof);
     for (std::size_t i = 0; i < places.size(); ++i) out.Overwrite(places[i], static_cast<U32>(out.Size() + starts[i]));
@@ -176,6 +194,7 @@ public:
     /// Stopped, not all rows are there.
     void Write(bool isInFront, const Progress& progress) {
         WriteBegin(out_, Substream::Sheet);
+        WritePrintSetUp();
         WriteColumns();
         const auto rows = static_cast<U32>(1 + sheet_.Rows.size());
         out_.Record(Biff::Dimensions, U32{0}, rows, U16{0}, ColumnCount(), U16{0});
@@ -192,6 +211,17 @@ public:
 
 private:
     U16 ColumnCount() const { return static_cast<U16>(sheet_.Columns.size()); }
+
+    /// On paper one page wide and as many high as it takes, landscape.
+    void WritePrintSetUp() {
+        constexpr U16 UsualAndFit = 0x04C1 | 0x0100;
+        constexpr U16 Scale = 100;
+        constexpr U16 Resolution = 600;
+        constexpr double Margin = 0.5;
+        out_.Record(Biff::WsBool, UsualAndFit);
+        out_.Record(Biff::Setup, U16{0}, Scale, U16{1}, U16{1}, U16{0}, U16{0}, Resolution, Resolution, Margin, Margin,
+                    U16{1});
+    }
 
     void WriteColumns() {
         constexpr int UnitsOfACharacter = 256;

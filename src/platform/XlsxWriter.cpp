@@ -155,6 +155,10 @@ public:
             if (!column.Head.empty()) PutText(worksheet, 0, at, column.Head, headLook_);
         }
         worksheet_freeze_panes(worksheet, 1, 0);
+        // On paper one page wide, with the heads on each.
+        worksheet_set_landscape(worksheet);
+        worksheet_fit_to_pages(worksheet, 1, 0);
+        Check(worksheet_repeat_rows(worksheet, 0, 0));
         for (std::size_t row = 0; row < sheet.Rows.size() && progress(row, sheet.Rows.size()); ++row) {
             const auto line = static_cast<lxw_row_t>(row + 1);
             for (std::size_t i = 0; i < sheet.Rows[row].size(); ++i) {

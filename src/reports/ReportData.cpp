@@ -42,6 +42,18 @@ ReportRun LoadRun(ReportData& data, int number, const FileSystem& files, const s
     return run;
 }
 
+void ComputeStatistics(ReportData& data) {
+    const StatisticsOptions& options = data.Contents.Options;
+    const std::vector<MeasuredRun>& runs = data.Measured.Runs;
+    data.Statistics = ComputeStatistics(runs, options);
+    const std::vector<MeasuredRun> kept = WithoutSetAside(runs);
+    if (kept.size() != runs.size()) data.WithoutSetAside = ComputeStatistics(kept, options);
+    if (data.Statistics.NodeCounts.empty()) return;
+    ChosenRuns ofMostNodes;
+    for (const std::size_t run : data.Statistics.NodeCounts.front().Runs) ofMostNodes.push_back(&runs[run]);
+    data.OfMostNodes = GroupOver(ofMostNodes, std::nullopt, options);
+}
+
 }  // namespace
 
 std::vector<RunListRow> ReportData::Rows() const {
@@ -69,6 +81,8 @@ ReportData LoadReportData(const Study& study, const AppSettings& settings, const
     data.WithoutWarned = AverageWithoutWarned(rows);
     data.OtherThresholds = OtherThresholds(rows);
     data.StopDelayNow = AverageStopDelayNow(rows);
+    data.Measured = ReadStudyRuns(study, files, folder, settings);
+    ComputeStatistics(data);
     return data;
 }
 

@@ -11,6 +11,7 @@
 #include "core/StudyRecords.h"
 #include "core/ports/Clock.h"
 #include "plots/ReportProfile.h"
+#include "statistics/StudyStatistics.h"
 
 namespace vantor {
 
@@ -36,6 +37,12 @@ struct ReportData {
     std::string WithoutWarned;                 ///< AverageWithoutWarned
     std::string OtherThresholds;               ///< as the function of that name says it
     std::optional<std::int32_t> StopDelayNow;  ///< the average at the threshold that is printed
+
+    StudyRuns Measured;
+    StudyStatistics Statistics;  ///< over all runs that can be read
+    /// The same without the runs that are set aside; nothing where none is.
+    std::optional<StudyStatistics> WithoutSetAside;
+    GroupStatistics OfMostNodes;  ///< the runs that the sections are of, over their whole length
 
     std::vector<RunListRow> Rows() const;  ///< of the run list
 };

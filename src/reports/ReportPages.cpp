@@ -34,6 +34,7 @@ void ReportPages::BeginPage() {
 
 void ReportPages::BeginReport(const std::string& title) {
     BeginPage();
+    bookmarks_.push_back({title, pages_.size() - 1});
     title_ = title;
     for (int line = 1; line <= 3; ++line) {
         const std::string text(Trim(frame_.Headings[line]));
@@ -117,7 +118,7 @@ void ReportPages::DrawFoot(std::size_t page) {
 
 PagedDocument ReportPages::Finish(std::string title) {
     for (std::size_t page = 0; page < pages_.size(); ++page) DrawFoot(page);
-    PagedDocument document{std::move(title), frame_.Page, {}};
+    PagedDocument document{std::move(title), frame_.Page, {}, std::move(bookmarks_)};
     for (auto& drawings : pages_) {
         document.Pages.emplace_back(
             [shared = std::make_shared<const std::vector<Drawing>>(std::move(drawings))](Canvas& canvas) {

@@ -68,6 +68,7 @@ private:
     const TextMeasure& measure_;
     std::string title_;
     std::vector<std::vector<Drawing>> pages_;
+    std::vector<Bookmark> bookmarks_;  ///< a report each
     double y_ = 0;
     double firstY_ = 0;  ///< below the head of the page
 };

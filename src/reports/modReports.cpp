@@ -1,5 +1,6 @@
 #include "reports/modReports.h"
 
+#include <algorithm>
 #include <map>
 #include <unordered_map>
 
@@ -30,20 +31,23 @@ private:
 }  // namespace
 
 PagedDocument MakeReport(const ReportData& data, const ReportChoice& choice, const TextMeasure& measure) {
-    constexpr std::array Contents = {AddStudySummary, AddRunStatistics, AddSpeedProfiles, AddDelayChart};
+    constexpr std::array Contents = {AddCover,      AddStudySummary,  AddStatistics, AddBeforeAfter,
+                                     AddDelayChart, AddSpeedProfiles, AddMethod,     AddRunStatistics};
     static_assert(Contents.size() == ReportNames.size());
     const std::string study(Trim(data.Contents.Record.StudyName));
     PageFrame frame;
     frame.Page = PageSizeOf(choice.Sheet, choice.IsLandscape);
-    frame.Headings = data.Settings.ReportHeading;
+    if (choice.HasHeadings) frame.Headings = data.Settings.ReportHeading;
     frame.Study = study;
     frame.Printed = "Printed " + ShortDate(data.Printed) + " " + ShortTime(data.Printed);
     frame.HasPageNumbers = data.Settings.ShowPageNumbers != 0;
     const RememberingMeasure remembering(measure);
     ReportPages pages(std::move(frame), remembering);
+    const bool isOneOfSeveral = std::ranges::count(choice.Reports, true) > 1;
     for (std::size_t report = 0; report < Contents.size(); ++report) {
         if (!choice.Reports[report]) continue;
         if (data.Runs.empty() && Contents[report] != AddStudySummary) continue;
+        if (Contents[report] == AddBeforeAfter && !data.Statistics.Whole.HasBoth() && isOneOfSeveral) continue;
         pages.BeginReport(ReportNames[report].Title);
         Contents[report](pages, data);
     }

@@ -7,26 +7,34 @@
 
 namespace vantor {
 
-enum class ReportKind { Summary, Statistics, Profiles, Chart };
+/// In the order in which they are printed; the last is an appendix.
+enum class ReportKind { Cover, Summary, Overall, BeforeAfter, Chart, Profiles, Method, Statistics };
 
 struct ReportName {
     const char* Title;  ///< at its top
     const char* Word;   ///< on the command line
 };
-/// By ReportKind, in the order in which they are printed.
-inline constexpr std::array<ReportName, 4> ReportNames = {{{"Study Summary", "summary"},
-                                                           {"Detailed Statistics by Run", "statistics"},
+/// By ReportKind.
+inline constexpr std::array<ReportName, 8> ReportNames = {{{"Travel Time and Delay Study", "cover"},
+                                                           {"Study Summary", "summary"},
+                                                           {"Statistics over Runs", "overall"},
+                                                           {"Before and After", "before-after"},
+                                                           {"Control Delay and Running Average", "chart"},
                                                            {"Speed Profiles", "profiles"},
-                                                           {"Control Delay and Running Average", "chart"}}};
+                                                           {"Method and Grades", "method"},
+                                                           {"Detailed Statistics by Run", "statistics"}}};
 
 /// Which reports are printed, and on what.
 struct ReportChoice {
-    std::array<bool, ReportNames.size()> Reports = {true, true, true, true};  ///< by ReportKind
+    /// By ReportKind. The appendix is long and printed only where it is wanted.
+    std::array<bool, ReportNames.size()> Reports = {true, true, true, true, true, true, true, false};
     Paper Sheet = Paper::Letter;
     bool IsLandscape = false;
+    bool HasHeadings = true;  ///< the lines of the settings, at the top of every report
 };
 
-/// The chosen reports as one document. A study without runs has no other pages than those of the summary.
+/// The chosen reports as one document. A study without runs has no other pages than those of the summary, and one whose
+/// runs were driven all before or all after has no page that compares them, unless that page alone is chosen.
 /// The drawings need nothing of `data` afterwards.
 PagedDocument MakeReport(const ReportData& data, const ReportChoice& choice, const TextMeasure& measure);
 

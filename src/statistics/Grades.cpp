@@ -9,9 +9,6 @@
 namespace vantor {
 namespace {
 
-constexpr std::array<double, 5> SignalBounds = {10, 20, 35, 55, 80};
-constexpr std::array<double, 5> StopBounds = {10, 15, 25, 35, 50};
-
 /// Travel speeds, miles per hour, that the grades A to E lie above, by base free-flow speed.
 struct StreetColumn {
     double BaseSpeed;

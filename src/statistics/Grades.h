@@ -12,6 +12,10 @@ namespace vantor {
 
 // Grades of values that were not rounded, 'A' to 'F'. The first is the one of the study; the others stand beside it.
 
+/// Seconds up to which the grades A to E go, for signalised intersections and for stop control and roundabouts.
+inline constexpr std::array<double, 5> SignalBounds = {10, 20, 35, 55, 80};
+inline constexpr std::array<double, 5> StopBounds = {10, 15, 25, 35, 50};
+
 /// The scale that grades runs and studies, its bounds the better grade's first seconds no more: 10.0 s is B.
 char StudyGrade(double delay);
 /// HCM 6 and 7, signalised intersections (Exhibit 19-8): 10.0 s is A.

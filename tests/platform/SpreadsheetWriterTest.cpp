@@ -85,6 +85,7 @@ TEST_P(SpreadsheetWriterTest, ReadersFindWhatWasWritten) {
     for (const json& sheet : sheets) {
         EXPECT_TRUE(sheet["boldHeads"]);
         EXPECT_EQ(sheet["frozenRows"], 1);
+        EXPECT_EQ(sheet["headsOnPages"], true);
     }
 }
 

@@ -3,7 +3,7 @@
 
     tests/platform/read_workbook.py FILE.xls|FILE.xlsx
 
-A list of sheets: {"name", "rows", "formats", "boldHeads", "frozenRows", "widths"}. A cell is null, a text, a number,
+A list of sheets: {"name", "rows", "formats", "boldHeads", "frozenRows", "widths", "headsOnPages"}. A cell is null, a text, a number,
 {"date": "YYYY-MM-DDTHH:MM:SS"}, {"time": "HH:MM:SS"} or {"formula": text}. Empty cells at the end of a row and empty
 rows at the end of a sheet are left out. "formats" are those of the second row's cells.
 """
@@ -52,6 +52,8 @@ def xls_sheets(path):
                 "boldHeads": all(book.font_list[look.font_index].weight == 700 for look in (looks + [[]])[0]),
                 "frozenRows": sheet.horz_split_pos if sheet.panes_are_frozen else 0,
                 "widths": [sheet.colinfo_map[c].width // 256 for c in range(sheet.ncols)],
+                "headsOnPages": any(name.builtin and name.name == "\x07" and name.area2d() == (sheet, 0, 1, 0, 256)
+                                    for name in book.name_obj_list),
             }
 
 
@@ -72,6 +74,7 @@ def xlsx_sheets(path):
             "boldHeads": all(cell.font.b for cell in heads),
             "frozenRows": int(sheet.freeze_panes[1:]) - 1 if sheet.freeze_panes else 0,
             "widths": [int(sheet.column_dimensions[cell.column_letter].width) for cell in heads],
+            "headsOnPages": sheet.print_title_rows == "$1:$1" and sheet.page_setup.fitToHeight == 0,
         }
 
 

@@ -32,7 +32,8 @@ protected:
 
     ReportData Load() { return LoadReportData(TheStudy, Settings, Files, Folder, DateOf(2008, 4, 1)); }
 
-    const std::vector<RecordingCanvas>& Print(std::array<bool, 4> reports = {true, true, true, true},
+    using Reports = decltype(ReportChoice::Reports);
+    const std::vector<RecordingCanvas>& Print(const Reports& reports = ReportChoice().Reports,
                                               Paper paper = Paper::Letter, bool isLandscape = false) {
         Writer.Pdf(MakeReport(Load(), {reports, paper, isLandscape}, Writer.Measure()));
         return Writer.Pages;
@@ -65,9 +66,14 @@ protected:
     FakeDocumentWriter Writer;
 };
 
-constexpr std::array<bool, 4> Summary = {true, false, false, false};
-constexpr std::array<bool, 4> Statistics = {false, true, false, false};
-constexpr std::array<bool, 4> Profiles = {false, false, true, false};
+constexpr auto Only(ReportKind kind) {
+    decltype(ReportChoice::Reports) reports{};
+    reports[static_cast<std::size_t>(kind)] = true;
+    return reports;
+}
+constexpr auto Summary = Only(ReportKind::Summary);
+constexpr auto Statistics = Only(ReportKind::Statistics);
+constexpr auto Profiles = Only(ReportKind::Profiles);
 
 TEST_F(modReportsTest, SummaryTellsTheStudyItsResultsAndEveryRun) {
     TheStudy.Entries[2].CDEndDist = 0;

@@ -21,11 +21,18 @@ struct CanvasSize {
 
 enum class PictureFormat { Png, Svg, Pdf };
 
+/// Leads a reader to a page, from 0.
+struct Bookmark {
+    std::string Title;  ///< UTF-8
+    std::size_t Page = 0;
+};
+
 /// Pages of one size, without margins: what is drawn keeps clear of the edges itself.
 struct PagedDocument {
     std::string Title;  ///< UTF-8
     CanvasSize Page;
     std::vector<Drawing> Pages;
+    std::vector<Bookmark> Bookmarks = {};
 };
 
 /// Makes files of drawings. Needs no display.

@@ -22,8 +22,14 @@ namespace vantor {
 namespace {
 
 /// By ReportKind.
-constexpr std::array<const char*, ReportNames.size()> ReportCaptions = {
-    "Study S&ummary", "Detailed Statistics by &Run", "Speed Pro&files", "Control &Delay and Running Average"};
+constexpr std::array<const char*, ReportNames.size()> ReportCaptions = {"Co&ver",
+                                                                        "Study S&ummary",
+                                                                        "S&tatistics over Runs",
+                                                                        "Before and &After",
+                                                                        "Control &Delay and Running Average",
+                                                                        "Speed Pro&files",
+                                                                        "&Method and Grades",
+                                                                        "Detailed Statistics by &Run"};
 /// In the order of the zoom list.
 constexpr std::array ZoomSteps = {static_cast<int>(ReportPagesView::FitWidth),
                                   static_cast<int>(ReportPagesView::FitPage),
@@ -127,6 +133,9 @@ QGroupBox* frmReportPreview::BuildPaper() {
     cmbOrientation_->addItems({QStringLiteral("Portrait"), QStringLiteral("Landscape")});
     form->addRow(LabelFor(cmbPaper_, QStringLiteral("Si&ze")), cmbPaper_);
     form->addRow(LabelFor(cmbOrientation_, QStringLiteral("&Orientation")), cmbOrientation_);
+    chkLeaveOutHeadings_ = Named<QCheckBox>(frame, "chkLeaveOutHeadings", QStringLiteral("Leave out &headings"));
+    chkLeaveOutHeadings_->setToolTip(QStringLiteral("The heading lines of Preferences, Report Options"));
+    form->addRow(chkLeaveOutHeadings_);
     return frame;
 }
 
@@ -184,8 +193,9 @@ QLayout* frmReportPreview::BuildButtons() {
 
 void frmReportPreview::ConnectAll() {
     MessageBoxes& messages = context_.Messages;
-    for (QCheckBox* report : chkReport_)
-        Connect(report, &QCheckBox::toggled, this, messages, [this] { ChoiceChanged(); });
+    std::vector<QCheckBox*> boxes(chkReport_.begin(), chkReport_.end());
+    boxes.push_back(chkLeaveOutHeadings_);
+    for (QCheckBox* box : boxes) Connect(box, &QCheckBox::toggled, this, messages, [this] { ChoiceChanged(); });
     for (QComboBox* list : {cmbPaper_, cmbOrientation_})
         Connect(list, &QComboBox::currentIndexChanged, this, messages, [this] { ChoiceChanged(); });
     Connect(cmbZoom_, &QComboBox::currentIndexChanged, this, messages, [this](int index) { SetZoom(index); });
@@ -208,20 +218,24 @@ void frmReportPreview::ConnectAll() {
 }
 
 void frmReportPreview::RecallChoice() {
-    // Paper, orientation and reports as one digit each, then the position in the zoom list.
+    // Paper, orientation, headings and reports as one digit each, then the position in the zoom list.
     const std::string kept = context_.Memory.Recall(ChoiceKey);
-    const bool isKept = kept.size() > 2 + chkReport_.size();
-    for (std::size_t i = 0; i < chkReport_.size(); ++i) chkReport_[i]->setChecked(!isKept || kept[2 + i] == '1');
+    constexpr std::size_t BeforeReports = 3;
+    const bool isKept = kept.size() > BeforeReports + chkReport_.size();
+    for (std::size_t i = 0; i < chkReport_.size(); ++i)
+        chkReport_[i]->setChecked(isKept ? kept[BeforeReports + i] == '1' : ReportChoice().Reports[i]);
     if (!isKept) return;
     cmbPaper_->setCurrentIndex(kept[0] == '1' ? 1 : 0);
     cmbOrientation_->setCurrentIndex(kept[1] == '1' ? 1 : 0);
-    const int zoom = ToQt(std::string_view(kept).substr(2 + chkReport_.size())).toInt();
+    chkLeaveOutHeadings_->setChecked(kept[2] == '1');
+    const int zoom = ToQt(std::string_view(kept).substr(BeforeReports + chkReport_.size())).toInt();
     cmbZoom_->setCurrentIndex(std::clamp(zoom, 0, cmbZoom_->count() - 1));
     picReport_->SetZoom(ZoomSteps[static_cast<std::size_t>(cmbZoom_->currentIndex())]);
 }
 
 void frmReportPreview::StoreChoice() {
     std::string kept = std::to_string(cmbPaper_->currentIndex()) + std::to_string(cmbOrientation_->currentIndex());
+    kept += chkLeaveOutHeadings_->isChecked() ? '1' : '0';
     for (const QCheckBox* report : chkReport_) kept += report->isChecked() ? '1' : '0';
     context_.Memory.Store(ChoiceKey, kept + std::to_string(cmbZoom_->currentIndex()));
 }
@@ -231,6 +245,7 @@ ReportChoice frmReportPreview::Choice() const {
     for (std::size_t i = 0; i < chkReport_.size(); ++i) choice.Reports[i] = chkReport_[i]->isChecked();
     choice.Sheet = cmbPaper_->currentIndex() == 1 ? Paper::A4 : Paper::Letter;
     choice.IsLandscape = cmbOrientation_->currentIndex() == 1;
+    choice.HasHeadings = !chkLeaveOutHeadings_->isChecked();
     return choice;
 }
 

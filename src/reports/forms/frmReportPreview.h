@@ -53,6 +53,7 @@ private:
     ReportData data_;
     PagedDocument document_;
 
+    QCheckBox* chkLeaveOutHeadings_ = nullptr;
     std::array<QCheckBox*, ReportNames.size()> chkReport_{};
     QComboBox* cmbPaper_ = nullptr;
     QComboBox* cmbOrientation_ = nullptr;
