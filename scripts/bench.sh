@@ -12,6 +12,6 @@ if [[ ${1-} == --benchmark_* ]]; then
     exec build/release/bin/vantor_bench "$@"
 fi
 scripts/install-dependencies.sh --bench
-scripts/build.sh release vantor vantor_bench empty_window open_study
+scripts/build.sh release vantor vantor_bench empty_window open_study study_statistics
 cd build/release
 exec python3 -B ../../bench/figures.py bin "$@"

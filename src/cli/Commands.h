@@ -35,6 +35,8 @@ void AddStudyCommands(CLI::App& program, CommandAction& chosen);
 /// Below the group "study".
 void AddChartCommand(CLI::App& studyGroup, CommandAction& chosen);
 /// Below the group "study".
+void AddStatisticsCommands(CLI::App& studyGroup, CommandAction& chosen);
+/// Below the group "study".
 void AddReportCommand(CLI::App& studyGroup, CommandAction& chosen);
 
 }  // namespace vantor

@@ -262,6 +262,7 @@ void AddStudyCommands(CLI::App& program, CommandAction& chosen) {
     AddExportCommand(*group, chosen);
     AddChartCommand(*group, chosen);
     AddReportCommand(*group, chosen);
+    AddStatisticsCommands(*group, chosen);
 }
 
 }  // namespace vantor

@@ -25,6 +25,7 @@ public:
 
     std::string Size(double value) const { return WithUnit(Number(std::abs(value))); }
     std::string Signed(double value) const { return (value < 0 ? "\u2212" : "+") + Number(std::abs(value)); }
+    std::string SignedSize(double value) const { return WithUnit(Signed(value)); }
     std::string SizeInterval(double low, double high) const {
         const double least = std::min(std::abs(low), std::abs(high));
         const double most = std::max(std::abs(low), std::abs(high));
@@ -56,27 +57,32 @@ std::string WithoutTest(const Comparison& comparison, Measure measure, const Cha
     const WelchTest& test = comparison.Welch;
     const std::string name = KindOf(measure).Name;
     if (!test.Difference) return name + ": nothing to compare, " + SizesText(test) + " have it.";
-    const std::string change = name + " differs by " + texts.Signed(*test.Difference) + PercentText(test) + "; ";
+    const std::string change = name + " differs by " + texts.SignedSize(*test.Difference) + PercentText(test) + "; ";
     if (test.NBefore < 2 || test.NAfter < 2)
         return change + "no test: it takes two runs or more each way, and there are " + SizesText(test) + ".";
     return change + "no test: neither group has scatter.";
 }
 
+/// The permitted error of the mean before in the measure's unit; nothing where there is none.
+std::optional<double> PermittedChange(Measure measure, std::optional<double> mean, const StatisticsOptions& options) {
+    // An error in seconds is none of a number of stops.
+    if (measure == Measure::Stops && options.Error.Of == PermittedError::Kind::Absolute) return std::nullopt;
+    return ErrorInUnit(ErrorOf(measure, options), mean);
+}
+
 std::string NotShown(const Comparison& comparison, Measure measure, const StatisticsOptions& options,
                      const ChangeTexts& texts) {
     const WelchTest& test = comparison.Welch;
-    const std::string interval = texts.SignedInterval(*test.Low, *test.High) + ".";
-    const auto error = measure == Measure::Stops && options.Error.Of == PermittedError::Kind::Absolute
-                           ? std::nullopt
-                           : ErrorInUnit(ErrorOf(measure, options), test.MeanBefore);
     const std::string name = KindOf(measure).Name;
-    if (error && *test.Low >= -*error && *test.High <= *error)
-        return name + ": no difference larger than " + texts.Size(*error) + ": interval " + interval;
-    std::string text = name + ": no difference shown: interval " + interval;
-    if (comparison.Sd && error)
-        if (const auto runs = RunsForDifference(*comparison.Sd, *error, options.Confidence))
-            text += " With this scatter about " + RunsText(*runs) + " each way would show " + texts.Size(*error) + ".";
-    return text;
+    const std::string interval = "interval " + texts.SignedInterval(*test.Low, *test.High) + ".";
+    // Where there is no permitted error, none is above 0.
+    const double error = PermittedChange(measure, test.MeanBefore, options).value_or(0);
+    if (*test.Low >= -error && *test.High <= error)
+        return name + ": no difference larger than " + texts.Size(error) + ": " + interval;
+    const std::string text = name + ": no difference shown: " + interval;
+    const auto runs = RunsForDifference(comparison.Sd.value_or(0), error, options.Confidence);
+    if (!runs) return text;
+    return text + " With this scatter about " + RunsText(*runs) + " each way would show " + texts.Size(error) + ".";
 }
 
 std::string Shown(const WelchTest& test, Measure measure, double confidence, const ChangeTexts& texts) {

@@ -118,8 +118,10 @@ ChosenRuns PointersTo(const std::vector<MeasuredRun>& runs) {
 std::string StudyStatistics::NodeCountText() const {
     if (NodeCounts.size() < 2) return {};
     const int nodes = NodeCounts.front().Nodes;
-    return std::to_string(NodeCounts.front().Runs.size()) + " of " + RunsText(static_cast<std::size_t>(Whole.All.N)) +
-           " have " + (nodes == 0 ? "no nodes" : std::to_string(nodes) + (nodes == 1 ? " node" : " nodes"));
+    const std::size_t runs = NodeCounts.front().Runs.size();
+    return std::to_string(runs) + " of " + RunsText(static_cast<std::size_t>(Whole.All.N)) +
+           (runs == 1 ? " has " : " have ") +
+           (nodes == 0 ? "no nodes" : std::to_string(nodes) + (nodes == 1 ? " node" : " nodes"));
 }
 
 StudyStatistics ComputeStatistics(const std::vector<MeasuredRun>& runs, const StatisticsOptions& options) {
