@@ -26,11 +26,29 @@ QFont EnlargedFont(const TextStyle& style) {
 QRectF Rectangle(const CanvasBox& box) { return {box.X, box.Y, box.Width, box.Height}; }
 QPointF Position(CanvasPoint point) { return {point.X, point.Y}; }
 
+/// Lengths of lines and gaps, in widths of the line.
+QList<qreal> Dashes(LinePattern pattern) {
+    switch (pattern) {
+        case LinePattern::Dashed: return {4, 3};
+        case LinePattern::Dotted: return {1, 2};
+        case LinePattern::DashDotted: return {6, 2, 1, 2};
+        case LinePattern::Solid: return {};
+    }
+    return {};
+}
+
+QPolygonF Polygon(std::span<const CanvasPoint> points) {
+    QPolygonF polygon;
+    polygon.reserve(static_cast<qsizetype>(points.size()));
+    for (const CanvasPoint& point : points) polygon += Position(point);
+    return polygon;
+}
+
 QPen Pen(const LineStyle& style) {
     QPen pen(Ink(style.Ink), style.Width);
     pen.setJoinStyle(Qt::RoundJoin);
     pen.setCapStyle(Qt::FlatCap);
-    if (style.IsDashed) pen.setDashPattern({4, 3});
+    if (style.Pattern != LinePattern::Solid) pen.setDashPattern(Dashes(style.Pattern));
     return pen;
 }
 
@@ -80,12 +98,9 @@ void PainterCanvas::DrawLine(CanvasPoint from, CanvasPoint to, const LineStyle& 
 }
 
 void PainterCanvas::DrawPolyline(std::span<const CanvasPoint> points, const LineStyle& style) {
-    QPolygonF line;
-    line.reserve(static_cast<qsizetype>(points.size()));
-    for (const CanvasPoint& point : points) line += Position(point);
     painter_.setPen(Pen(style));
     painter_.setBrush(Qt::NoBrush);
-    painter_.drawPolyline(line);
+    painter_.drawPolyline(Polygon(points));
 }
 
 void PainterCanvas::DrawFrame(const CanvasBox& box, const LineStyle& style) {
@@ -95,6 +110,14 @@ void PainterCanvas::DrawFrame(const CanvasBox& box, const LineStyle& style) {
 }
 
 void PainterCanvas::FillBox(const CanvasBox& box, Colour ink) { painter_.fillRect(Rectangle(box), Ink(ink)); }
+
+void PainterCanvas::FillShape(std::span<const CanvasPoint> outline, Colour ink, double opacity) {
+    QColor surface = Ink(ink);
+    surface.setAlphaF(static_cast<float>(opacity));
+    painter_.setPen(Qt::NoPen);
+    painter_.setBrush(surface);
+    painter_.drawPolygon(Polygon(outline));
+}
 
 void PainterCanvas::DrawDot(CanvasPoint centre, double diameter, Colour ink) {
     painter_.setPen(Qt::NoPen);

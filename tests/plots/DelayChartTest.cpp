@@ -1,4 +1,4 @@
-#include "analysis/DelayChart.h"
+#include "plots/DelayChart.h"
 
 #include <gmock/gmock.h>
 
@@ -207,10 +207,14 @@ TEST_F(DelayChartDrawingTest, PicturesHaveATitleAndALegend) {
 TEST(DelayChartTest, FindsTheRunOfAPoint) {
     const DelaySeries series = SeriesOf({20, 0, -6, 26});
     const DelayScale scale({20, 320, 322, 22}, series);
-    EXPECT_EQ(DelayRunNear(series, scale, {82, 119}, 6), 1);
-    EXPECT_EQ(DelayRunNear(series, scale, {200, 277}, 6), 3) << "its average";
-    EXPECT_EQ(DelayRunNear(series, scale, {140, 222}, 6), 0) << "the second average has no point";
-    EXPECT_EQ(DelayRunNear(series, scale, {145, 322}, 100), 2);
+    const PlotMap map = PlotMap::OnWholeUnits({20, 22, 300, 300}, {20, 322}, scale.XStep(), scale.YScale());
+    const auto near = [&](CanvasPoint place, double reach) {
+        return FindItem(DelayPlot(series, ""), map, place, reach).Item;
+    };
+    EXPECT_EQ(near({82, 119}, 6), 1);
+    EXPECT_EQ(near({200, 277}, 6), 3) << "its average";
+    EXPECT_EQ(near({140, 222}, 6), 0) << "the second average has no point";
+    EXPECT_EQ(near({145, 322}, 100), 2);
 }
 
 TEST(DelayChartTest, WritesValuesAsATable) {
