@@ -69,7 +69,8 @@ void PlotTrace::DrawLine(Canvas& canvas, const PlotMap& map, const LineStyle& st
 
 void PlotTrace::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const {
     const double markerSize = std::max(5.0, 3 * Width);
-    DrawLine(canvas, map, {Width, look.Inks.*Ink, Pattern});
+    constexpr double Thin = 2;
+    DrawLine(canvas, map, {Width, look.Inks.*Ink, Pattern, Width <= Thin});
     if (Marker == PlotMarker::None) return;
     for (const PlotPoint& point : Points)
         DrawMarker(canvas, map.Of(point), Marker, markerSize, look.Inks.*Ink, look.Inks);

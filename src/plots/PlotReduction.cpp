@@ -5,7 +5,7 @@
 namespace vantor {
 namespace {
 
-constexpr double Tolerance = 0.25;
+constexpr double Tolerance = 0.35;
 
 double Cross(CanvasPoint one, CanvasPoint other) { return one.X * other.Y - one.Y * other.X; }
 

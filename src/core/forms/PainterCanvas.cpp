@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QFontMetricsF>
 #include <QList>
+#include <QPaintEngine>
 
 #include "core/Numeric.h"
 #include "core/forms/Named.h"
@@ -42,6 +43,28 @@ QPolygonF Polygon(std::span<const CanvasPoint> points) {
     polygon.reserve(static_cast<qsizetype>(points.size()));
     for (const CanvasPoint& point : points) polygon += Position(point);
     return polygon;
+}
+
+/// A line as its straight pieces, its gaps left out.
+QList<QLineF> Pieces(std::span<const CanvasPoint> points, const LineStyle& style) {
+    QList<QLineF> pieces;
+    const QList<qreal> dashes = Dashes(style.Pattern);
+    qsizetype dash = 0;  // lines and gaps in turn
+    qreal left = dashes.isEmpty() ? 0 : dashes[0] * style.Width;
+    for (std::size_t i = 1; i < points.size(); ++i) {
+        const QLineF way(Position(points[i - 1]), Position(points[i]));
+        const qreal length = way.length();
+        qreal done = 0;
+        while (!dashes.isEmpty() && length - done > left) {
+            if (dash % 2 == 0) pieces += {way.pointAt(done / length), way.pointAt((done + left) / length)};
+            done += left;
+            dash = (dash + 1) % dashes.size();
+            left = dashes[dash] * style.Width;
+        }
+        if (dash % 2 == 0 && length > 0) pieces += {way.pointAt(done / length), way.p2()};
+        left -= length - done;
+    }
+    return pieces;
 }
 
 QPen Pen(const LineStyle& style) {
@@ -98,6 +121,11 @@ void PainterCanvas::DrawLine(CanvasPoint from, CanvasPoint to, const LineStyle& 
 }
 
 void PainterCanvas::DrawPolyline(std::span<const CanvasPoint> points, const LineStyle& style) {
+    if (style.IsQuick && painter_.paintEngine()->type() == QPaintEngine::Raster) {
+        painter_.setPen(Pen({style.Width, style.Ink}));
+        painter_.drawLines(Pieces(points, style));
+        return;
+    }
     painter_.setPen(Pen(style));
     painter_.setBrush(Qt::NoBrush);
     painter_.drawPolyline(Polygon(points));
