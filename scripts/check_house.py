@@ -24,7 +24,7 @@ ARROWS = {
     "core": {"core/ports"},
     "core/forms": {"core", "core/ports"},
     "analysis": {"core", "core/ports"},
-    "analysis/forms": {"analysis", "core", "core/ports", "core/forms"},
+    "analysis/forms": {"plots/forms", "core/forms", "analysis", *UNDER_STATISTICS},
     "plots": {"analysis", "core", "core/ports"},
     "plots/forms": {"plots", "analysis", "core", "core/ports", "core/forms"},
     "statistics": UNDER_STATISTICS,

@@ -12,7 +12,7 @@ if (($# > 1)) || [[ ${1:---lines} != --lines ]]; then
     exit 2
 fi
 least=90
-folders=(core analysis counter gpsobd)
+folders=(core analysis reports counter gpsobd)
 
 scripts/install-dependencies.sh --coverage
 scripts/build.sh coverage "${folders[@]/%/_tests}"

@@ -1,11 +1,11 @@
 #include <memory>
 
-#include "analysis/DelayChart.h"
 #include "cli/Commands.h"
 #include "cli/RecordJson.h"
 #include "cli/StandardInput.h"
 #include "core/PictureFile.h"
 #include "core/StudyFile.h"
+#include "plots/DelayChart.h"
 
 namespace vantor {
 namespace {

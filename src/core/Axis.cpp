@@ -14,6 +14,17 @@ int RoundStep(double least) {
     }
 }
 
+double RoundFraction(double least) {
+    constexpr double Hair = 1 - 1e-9;
+    const double exponent = std::floor(std::log10(least));
+    for (const double factor : {1, 2, 5}) {
+        // Divided, so that tenths are as exact as they can be.
+        const double step = exponent < 0 ? factor / std::pow(10, -exponent) : factor * std::pow(10, exponent);
+        if (step >= least * Hair) return step;
+    }
+    return std::pow(10, exponent + 1);
+}
+
 SpeedAxis NiceSpeedAxis(double topSpeed) {
     constexpr double Room = 1.1;
     constexpr double LeastTop = 10;

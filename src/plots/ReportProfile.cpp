@@ -86,7 +86,7 @@ private:
         if (!HasBothBoundaries(entry) || mph <= 0) return;
         const double y = YOfSpeed(std::min<double>(frame_.Units.SpeedOfMph(mph), frame_.Speeds.Maximum));
         canvas_.DrawLine({XOfFeet(entry.CDStartDist), y}, {XOfFeet(entry.CDEndDist), y},
-                         {0.7, PaperColours.Trace, true});
+                         {0.7, PaperColours.Trace, LinePattern::Dashed});
     }
 
     void DrawTrace() {
@@ -106,7 +106,7 @@ private:
         for (std::size_t i = 0; i < profile_.Nodes.size(); ++i) {
             const std::string& name = profile_.Nodes[i].Name;
             const double x = XOfFeet(profile_.Nodes[i].Feet);
-            canvas_.DrawLine({x, plot_.Y - MarkGap}, {x, Bottom()}, {0.6, PaperColours.Node, true});
+            canvas_.DrawLine({x, plot_.Y - MarkGap}, {x, Bottom()}, {0.6, PaperColours.Node, LinePattern::Dashed});
             const double next = i + 1 < profile_.Nodes.size() ? XOfFeet(profile_.Nodes[i + 1].Feet) : Right();
             const double wanted = canvas_.TextWidth(name, ScaleStyle) + 1;
             const double behind = next - x - MarkGap;

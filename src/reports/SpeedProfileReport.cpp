@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "analysis/DelayChart.h"
+#include "plots/DelayChart.h"
 #include "reports/ReportContents.h"
 #include "reports/ReportText.h"
 

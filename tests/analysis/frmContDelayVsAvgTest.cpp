@@ -22,7 +22,7 @@ protected:
         }
         Open();
     }
-    DelayChartPlot& Plot() { return Get<DelayChartPlot>("picDelayChart"); }
+    PlotView& Plot() { return Get<PlotView>("picDelayChart"); }
     std::string After(Qt::Key key) {
         PressKey(key);
         return Text("lblReadOut");

@@ -43,6 +43,12 @@ public:
     std::vector<Dot> Dots;
     std::vector<Box> Frames;
     std::vector<Box> Fills;
+    struct Shape {
+        std::vector<CanvasPoint> Outline;
+        Colour Ink;
+        double Opacity;
+    };
+    std::vector<Shape> Shapes;
 
     double TextWidth(const std::string& text, const TextStyle& style) const override {
         return PlainMeasure().TextWidth(text, style);
@@ -59,6 +65,9 @@ public:
     }
     void DrawFrame(const CanvasBox& box, const LineStyle& style) override { Frames.push_back({box, style.Ink}); }
     void FillBox(const CanvasBox& box, Colour ink) override { Fills.push_back({box, ink}); }
+    void FillShape(std::span<const CanvasPoint> outline, Colour ink, double opacity) override {
+        Shapes.push_back({{outline.begin(), outline.end()}, ink, opacity});
+    }
     void DrawDot(CanvasPoint centre, double diameter, Colour ink) override { Dots.push_back({centre, diameter, ink}); }
     void DrawInside(const CanvasBox&, const std::function<void()>& draw) override { draw(); }
 };

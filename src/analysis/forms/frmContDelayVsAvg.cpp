@@ -15,18 +15,15 @@
 #include "core/forms/WindowLayout.h"
 
 namespace vantor {
-namespace {}  // namespace
-
 frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
     : context_(context),
       runs_(ReadRunList(context.Work, context.State.CurrentStudy, StudyGroupFolder(context.State),
                         context.State.Settings)),
-      plot_(new DelayChartPlot(this)) {
+      plot_(new PlotView(context, this)) {
     setObjectName(QStringLiteral("frmContDelayVsAvg"));
     setWindowTitle(QStringLiteral("Control Delays & Running Avg. for Current Study"));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     plot_->setObjectName(QStringLiteral("picDelayChart"));
-    SetAccessibleRole(*plot_, QAccessible::Chart);
     plot_->setAccessibleName(QStringLiteral("Control delay chart"));
     lblReadOut_ = Named<QLabel>(this, "lblReadOut");
     SetValueCaption(*lblReadOut_, QStringLiteral("Values of the chosen run"));
@@ -37,7 +34,9 @@ frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
     layout->addWidget(lblReadOut_);
     layout->addLayout(BuildLegend());
     layout->addLayout(BuildButtons());
+    plot_->SetLook(false, false);
     plot_->OnChosen = [this] { ShowReadOut(); };
+    plot_->PictureStart = [this] { return PictureStart(); };
     ShowSeries();
     plot_->setFocus();
     resize(960, 640);
@@ -53,11 +52,10 @@ QLayout* frmContDelayVsAvg::BuildLegend() {
         auto* pair = new QWidget(fraLegend);
         auto* line = new QHBoxLayout(pair);
         line->setContentsMargins(0, 0, 16, 0);
-        auto* sample = new DelayLegendSample(entry, pair);
+        auto* sample = new PlotSampleView(SampleOf(entry), pair);
         sample->setObjectName(QLatin1String(name));
-        sample->setAccessibleName(QLatin1String(LegendCaption(entry)));
         line->addWidget(sample);
-        line->addWidget(Named<QLabel>(pair, labelName, QLatin1String(LegendCaption(entry))));
+        line->addWidget(Named<QLabel>(pair, labelName, sample->accessibleName()));
         samples->addWidget(pair);
         return pair;
     };
@@ -92,7 +90,7 @@ QLayout* frmContDelayVsAvg::BuildButtons() {
     MessageBoxes& messages = context_.Messages;
     Connect(BtnCopyPicture, &QPushButton::clicked, this, messages, [this] { CopyPicture(); });
     Connect(BtnCopyValues, &QPushButton::clicked, this, messages,
-            [this] { context_.DesktopServices.CopyText(TabSeparatedText(DelaySheet(Series()))); });
+            [this] { context_.DesktopServices.CopyText(TabSeparatedText(DelaySheet(series_))); });
     Connect(BtnSave, &QPushButton::clicked, this, messages, [this] { Save(); });
     Connect(btnExit, &QPushButton::clicked, this, messages, [this] { accept(); });
 
@@ -110,38 +108,41 @@ QLayout* frmContDelayVsAvg::BuildButtons() {
 
 void frmContDelayVsAvg::ShowSeries() {
     const DelayRuns shown = chkCountedOnly_->isChecked() ? DelayRuns::Counted : DelayRuns::All;
-    plot_->Show(DelaySeries(context_.State.CurrentStudy, runs_.Rows, shown));
-    legendNotCounted_->setVisible(Series().ShowsNotCounted());
+    series_ = DelaySeries(context_.State.CurrentStudy, runs_.Rows, shown);
+    plot_->Show(DelayPlot(series_, DelayChartTitle(context_.State.CurrentStudy)));
+    legendNotCounted_->setVisible(series_.ShowsNotCounted());
     ShowReadOut();
 }
 
 void frmContDelayVsAvg::ShowReadOut() {
-    const int count = Series().RunCount();
+    const int count = series_.RunCount();
     if (count == 0) {
         lblReadOut_->setText(runs_.Rows.empty() ? QStringLiteral("Add runs to the study to see their control delays.")
                                                 : QStringLiteral("No run of the study is counted."));
         return plot_->setAccessibleDescription(lblReadOut_->text());
     }
-    const int run = plot_->ChosenRun();
+    const int run = plot_->ChosenItem();
     lblReadOut_->setText(run == 0 ? QStringLiteral("The arrow keys step through the runs; or point at a run.")
-                                  : DelaysInWords(Series(), run));
+                                  : ToQt(DelaysInWords(series_, run)));
     plot_->setAccessibleDescription(
         QStringLiteral("Runs 1 to %1, control delay from 0 to %2 s. %3")
-            .arg(QString::number(count), QString::number(Series().YMax()), lblReadOut_->text()));
+            .arg(QString::number(count), QString::number(series_.YMax()), lblReadOut_->text()));
 }
 
 void frmContDelayVsAvg::CopyPicture() {
     context_.DesktopServices.CopyPicture(DelayChartPicture(
-        context_.Documents, Series(), DelayChartTitle(context_.State.CurrentStudy), PictureFormat::Png));
+        context_.Documents, series_, DelayChartTitle(context_.State.CurrentStudy), PictureFormat::Png));
+}
+
+std::string frmContDelayVsAvg::PictureStart() const {
+    const std::string name = WithSafeCharacters(Trim(context_.State.CurrentStudy.Record.StudyName));
+    return StudyGroupFolder(context_.State) + (name.empty() ? "Control Delay" : name + " Control Delay");
 }
 
 void frmContDelayVsAvg::Save() {
-    const Study& study = context_.State.CurrentStudy;
-    const std::string name = WithSafeCharacters(Trim(study.Record.StudyName));
-    SavePicture(context_, StudyGroupFolder(context_.State) + (name.empty() ? "Control Delay" : name + " Control Delay"),
-                "Save Chart", [&](PictureFormat format) {
-                    return DelayChartPicture(context_.Documents, Series(), DelayChartTitle(study), format);
-                });
+    SavePicture(context_, PictureStart(), "Save Chart", [&](PictureFormat format) {
+        return DelayChartPicture(context_.Documents, series_, DelayChartTitle(context_.State.CurrentStudy), format);
+    });
 }
 
 }  // namespace vantor

@@ -4,8 +4,9 @@
 #include <QDialog>
 #include <QLabel>
 
-#include "analysis/forms/DelayChartPlot.h"
 #include "core/AppContext.h"
+#include "plots/DelayChart.h"
+#include "plots/forms/PlotView.h"
 
 namespace vantor {
 
@@ -19,15 +20,16 @@ public:
 private:
     QLayout* BuildLegend();
     QLayout* BuildButtons();
-    const DelaySeries& Series() const { return plot_->Series(); }
     void ShowSeries();
     void ShowReadOut();
     void CopyPicture();
+    std::string PictureStart() const;
     void Save();
 
     AppContext& context_;
     const RunList runs_;
-    DelayChartPlot* plot_ = nullptr;
+    DelaySeries series_;
+    PlotView* plot_ = nullptr;
     QCheckBox* chkCountedOnly_ = nullptr;
     QWidget* legendNotCounted_ = nullptr;
     QLabel* lblReadOut_ = nullptr;

@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QFontMetricsF>
 #include <QList>
+#include <QPaintEngine>
 
 #include "core/Numeric.h"
 #include "core/forms/Named.h"
@@ -26,11 +27,51 @@ QFont EnlargedFont(const TextStyle& style) {
 QRectF Rectangle(const CanvasBox& box) { return {box.X, box.Y, box.Width, box.Height}; }
 QPointF Position(CanvasPoint point) { return {point.X, point.Y}; }
 
+/// Lengths of lines and gaps, in widths of the line.
+QList<qreal> Dashes(LinePattern pattern) {
+    switch (pattern) {
+        case LinePattern::Dashed: return {4, 3};
+        case LinePattern::Dotted: return {1, 2};
+        case LinePattern::DashDotted: return {6, 2, 1, 2};
+        case LinePattern::Solid: return {};
+    }
+    return {};
+}
+
+QPolygonF Polygon(std::span<const CanvasPoint> points) {
+    QPolygonF polygon;
+    polygon.reserve(static_cast<qsizetype>(points.size()));
+    for (const CanvasPoint& point : points) polygon += Position(point);
+    return polygon;
+}
+
+/// A line as its straight pieces, its gaps left out.
+QList<QLineF> Pieces(std::span<const CanvasPoint> points, const LineStyle& style) {
+    QList<QLineF> pieces;
+    const QList<qreal> dashes = Dashes(style.Pattern);
+    qsizetype dash = 0;  // lines and gaps in turn
+    qreal left = dashes.isEmpty() ? 0 : dashes[0] * style.Width;
+    for (std::size_t i = 1; i < points.size(); ++i) {
+        const QLineF way(Position(points[i - 1]), Position(points[i]));
+        const qreal length = way.length();
+        qreal done = 0;
+        while (!dashes.isEmpty() && length - done > left) {
+            if (dash % 2 == 0) pieces += {way.pointAt(done / length), way.pointAt((done + left) / length)};
+            done += left;
+            dash = (dash + 1) % dashes.size();
+            left = dashes[dash] * style.Width;
+        }
+        if (dash % 2 == 0 && length > 0) pieces += {way.pointAt(done / length), way.p2()};
+        left -= length - done;
+    }
+    return pieces;
+}
+
 QPen Pen(const LineStyle& style) {
     QPen pen(Ink(style.Ink), style.Width);
     pen.setJoinStyle(Qt::RoundJoin);
     pen.setCapStyle(Qt::FlatCap);
-    if (style.IsDashed) pen.setDashPattern({4, 3});
+    if (style.Pattern != LinePattern::Solid) pen.setDashPattern(Dashes(style.Pattern));
     return pen;
 }
 
@@ -80,12 +121,14 @@ void PainterCanvas::DrawLine(CanvasPoint from, CanvasPoint to, const LineStyle& 
 }
 
 void PainterCanvas::DrawPolyline(std::span<const CanvasPoint> points, const LineStyle& style) {
-    QPolygonF line;
-    line.reserve(static_cast<qsizetype>(points.size()));
-    for (const CanvasPoint& point : points) line += Position(point);
+    if (style.IsQuick && painter_.paintEngine()->type() == QPaintEngine::Raster) {
+        painter_.setPen(Pen({style.Width, style.Ink}));
+        painter_.drawLines(Pieces(points, style));
+        return;
+    }
     painter_.setPen(Pen(style));
     painter_.setBrush(Qt::NoBrush);
-    painter_.drawPolyline(line);
+    painter_.drawPolyline(Polygon(points));
 }
 
 void PainterCanvas::DrawFrame(const CanvasBox& box, const LineStyle& style) {
@@ -95,6 +138,14 @@ void PainterCanvas::DrawFrame(const CanvasBox& box, const LineStyle& style) {
 }
 
 void PainterCanvas::FillBox(const CanvasBox& box, Colour ink) { painter_.fillRect(Rectangle(box), Ink(ink)); }
+
+void PainterCanvas::FillShape(std::span<const CanvasPoint> outline, Colour ink, double opacity) {
+    QColor surface = Ink(ink);
+    surface.setAlphaF(static_cast<float>(opacity));
+    painter_.setPen(Qt::NoPen);
+    painter_.setBrush(surface);
+    painter_.drawPolygon(Polygon(outline));
+}
 
 void PainterCanvas::DrawDot(CanvasPoint centre, double diameter, Colour ink) {
     painter_.setPen(Qt::NoPen);

@@ -25,6 +25,7 @@ public:
     void DrawPolyline(std::span<const CanvasPoint> points, const LineStyle& style) override;
     void DrawFrame(const CanvasBox& box, const LineStyle& style) override;
     void FillBox(const CanvasBox& box, Colour ink) override;
+    void FillShape(std::span<const CanvasPoint> outline, Colour ink, double opacity) override;
     void DrawDot(CanvasPoint centre, double diameter, Colour ink) override;
     void DrawInside(const CanvasBox& box, const std::function<void()>& draw) override;
 

@@ -1,4 +1,4 @@
-#include "analysis/DelayChart.h"
+#include "plots/DelayChart.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,10 +12,7 @@ namespace vantor {
 namespace {
 
 constexpr double DotSize = 6;
-constexpr double RingSize = 13;
-constexpr double RingWidth = 1.5;
 constexpr double AverageWidth = 2;
-constexpr double SampleWidth = 24;
 /// The averages of the first runs are not settled: the points begin here, the line at the run before.
 constexpr int FirstAverage = 3;
 
@@ -36,18 +33,45 @@ double ShareAboveBaseline(const DelaySeries& series) {
     return std::max(series.YMax() / (series.YMax() - lowest), 0.5);
 }
 
+CanvasBox AreaOf(const DelayPlotEdges& edges) {
+    return {double(edges.Left), double(edges.Top), double(edges.Right - edges.Left), double(edges.Bottom - edges.Top)};
+}
+
+/// What lies under the delays has a row of the legend for itself.
+double LayersRow(const TextMeasure& measure, const DelayChartStyle& style) {
+    return style.HasLegend && style.Layers.HasLegend() ? measure.LineHeight(TextOf(style)) : 0;
+}
+
 std::string LastNumber(const DelaySeries& series) {
     return std::to_string(series.RunCount() == 0 ? 0 : series.Runs()[series.RunCount()].Number);
 }
 
-void DrawRing(Canvas& canvas, CanvasPoint centre, const Colours& colours) {
-    canvas.DrawDot(centre, RingSize, colours.DimText);
-    canvas.DrawDot(centre, RingSize - 2 * RingWidth, colours.Base);
+PlotSample IntervalSample(const DelayChartLayers& layers) {
+    return {.Caption = layers.IntervalCaption, .Ink = &Colours::AveragePoint, .Surface = 0.2};
 }
 
-class ChartDrawing {
+PlotSample CorridorSample(const DelayChartLayers& layers) {
+    return {.Caption = layers.CorridorCaption, .Ink = &Colours::IdealSpeed, .Pattern = LinePattern::Dashed};
+}
+
+/// Samples with their captions in a row, the first one rightmost. Returns where they begin.
+double DrawSamples(Canvas& canvas, const std::vector<PlotSample>& samples, double right, double row,
+                   const DelayChartStyle& style) {
+    const double line = canvas.LineHeight(TextOf(style));
+    for (const PlotSample& sample : samples) {
+        const double width = canvas.TextWidth(sample.Caption, TextOf(style));
+        canvas.DrawText({right - width, row, width, line}, sample.Caption, TextOf(style));
+        right -= width + Space(style) + PlotSample::Length;
+        sample.Draw(canvas, {right, row, PlotSample::Length, line}, {style.Inks, style.TextSize});
+        right -= 3 * Space(style);
+    }
+    return right;
+}
+
+/// What stands around the plot area.
+class FrameDrawing {
 public:
-    ChartDrawing(Canvas& canvas, const CanvasBox& box, const DelaySeries& series, const DelayChartStyle& style)
+    FrameDrawing(Canvas& canvas, const CanvasBox& box, const DelaySeries& series, const DelayChartStyle& style)
         : canvas_(canvas),
           box_(box),
           series_(series),
@@ -56,42 +80,21 @@ public:
           scale_(DelayPlotEdgesOf(canvas, box, series, style), series),
           edges_(scale_.Edges()),
           line_(canvas.LineHeight(TextOf(style))),
-          space_(Space(style)) {
-        for (int run = 1; run <= series.RunCount(); ++run) {
-            const double x = scale_.XOf(run);
-            delays_.push_back({x, double(scale_.YOfDelay(series.Runs()[run].ControlDelay))});
-            if (run >= FirstAverage - 1)
-                averages_.push_back({x, double(scale_.YOfAverage(series.Runs()[run].RunningAverage))});
-        }
-    }
+          space_(Space(style)) {}
 
     void Draw() {
         canvas_.FillBox(box_, colours_.Base);
         DrawHead();
         DrawDelayAxis();
         DrawRunAxis();
-        canvas_.DrawFrame(PlotBox(), {1, colours_.DimText});
-        if (series_.RunCount() == 0) {
-            TextStyle text = TextOf(style_);
-            text.Side = TextSide::Centre;
-            canvas_.DrawText(PlotBox(), "There is no run to show.", text);
-        }
-        canvas_.DrawInside(box_, [this] {
-            DrawDelays();
-            DrawAverage();
-        });
+        canvas_.DrawFrame(AreaOf(edges_), {1, colours_.DimText});
     }
 
 private:
-    CanvasBox PlotBox() const {
-        return {double(edges_.Left), double(edges_.Top), double(edges_.Right - edges_.Left),
-                double(edges_.Bottom - edges_.Top)};
-    }
-
     TextStyle Dim(TextSide side) const { return {style_.TextSize, false, colours_.DimText, side}; }
 
     void DrawHead() {
-        const double row = edges_.Top - line_ / 2 - line_;
+        double row = edges_.Top - line_ / 2 - line_;
         double left = box_.X + space_;
         const double right = style_.HasLegend ? DrawLegend(row) : edges_.Right;
         const double width = canvas_.TextWidth(DelayTitle, TextOf(style_));
@@ -99,6 +102,8 @@ private:
         left += width + 2 * space_;
         if (series_.YMin() < 0 && left < right)
             canvas_.DrawText({left, row, right - left, line_}, "Negative delays are drawn at 0.", Dim(TextSide::Left));
+        row -= LayersRow(canvas_, style_);
+        if (LayersRow(canvas_, style_) > 0) DrawLayersLegend(row);
         if (style_.Title.empty()) return;
         const double height = canvas_.LineHeight(TitleOf(style_));
         canvas_.DrawText({box_.X + space_, row - space_ - height, box_.Width - 2 * space_, height}, style_.Title,
@@ -107,16 +112,17 @@ private:
 
     /// Returns where it begins.
     double DrawLegend(double row) {
-        double right = edges_.Right;
-        for (const DelayLegend entry : {DelayLegend::NotCounted, DelayLegend::Data, DelayLegend::Average}) {
-            if (entry == DelayLegend::NotCounted && !series_.ShowsNotCounted()) continue;
-            const double width = canvas_.TextWidth(LegendCaption(entry), TextOf(style_));
-            canvas_.DrawText({right - width, row, width, line_}, LegendCaption(entry), TextOf(style_));
-            right -= width + space_ + SampleWidth;
-            DrawLegendSample(canvas_, {right, row, SampleWidth, line_}, entry, colours_);
-            right -= 3 * space_;
-        }
-        return right;
+        std::vector<PlotSample> samples;
+        for (const DelayLegend entry : {DelayLegend::NotCounted, DelayLegend::Data, DelayLegend::Average})
+            if (entry != DelayLegend::NotCounted || series_.ShowsNotCounted()) samples.push_back(SampleOf(entry));
+        return DrawSamples(canvas_, samples, edges_.Right, row, style_);
+    }
+
+    void DrawLayersLegend(double row) {
+        std::vector<PlotSample> samples;
+        if (style_.Layers.Corridor) samples.push_back(CorridorSample(style_.Layers));
+        if (!style_.Layers.RunningInterval.empty()) samples.push_back(IntervalSample(style_.Layers));
+        DrawSamples(canvas_, samples, edges_.Right, row, style_);
     }
 
     void DrawDelayAxis() {
@@ -144,22 +150,7 @@ private:
         }
         TextStyle text = TextOf(style_);
         text.Side = TextSide::Centre;
-        canvas_.DrawText({double(edges_.Left), row, PlotBox().Width, line_}, "Run", text);
-    }
-
-    void DrawDelays() {
-        for (int run = 1; run <= series_.RunCount(); ++run) {
-            const CanvasPoint& point = delays_[static_cast<std::size_t>(run - 1)];
-            if (!series_.Runs()[run].IsCounted) DrawRing(canvas_, point, colours_);
-            canvas_.DrawDot(point, DotSize, colours_.Delay);
-        }
-    }
-
-    void DrawAverage() {
-        for (std::size_t i = 1; i < averages_.size(); ++i)
-            canvas_.DrawLine(averages_[i - 1], averages_[i], {AverageWidth, colours_.Average});
-        for (std::size_t i = 1; i < averages_.size(); ++i)
-            canvas_.DrawDot(averages_[i], DotSize, colours_.AveragePoint);
+        canvas_.DrawText({double(edges_.Left), row, AreaOf(edges_).Width, line_}, "Run", text);
     }
 
     Canvas& canvas_;
@@ -171,9 +162,86 @@ private:
     const DelayPlotEdges& edges_;
     const double line_;
     const double space_;
-    std::vector<CanvasPoint> delays_;
-    std::vector<CanvasPoint> averages_;  ///< the line begins one run before the first point
 };
+
+/// The chart's own layout, with positions on whole units.
+class DelayFrame : public PlotFrame {
+public:
+    DelayFrame(DelaySeries series, DelayChartStyle style) : series_(std::move(series)), style_(std::move(style)) {}
+
+    PlotMap MapOf(const TextMeasure& measure, const CanvasBox& box, const PlotLook& look) const override {
+        const DelayScale scale(DelayPlotEdgesOf(measure, box, series_, StyleOf(look)), series_);
+        for (int run = 1; run <= series_.RunCount(); ++run) {
+            scale.XOf(run);
+            scale.YOfDelay(series_.Runs()[run].ControlDelay);
+            if (run >= FirstAverage - 1) scale.YOfAverage(series_.Runs()[run].RunningAverage);
+        }
+        const DelayPlotEdges& edges = scale.Edges();
+        return PlotMap::OnWholeUnits(AreaOf(edges), {double(edges.Left), double(edges.Bottom)}, scale.XStep(),
+                                     scale.YScale());
+    }
+
+    void Draw(Canvas& canvas, const CanvasBox& box, const PlotLook& look) const override {
+        FrameDrawing(canvas, box, series_, StyleOf(look)).Draw();
+    }
+
+    CanvasBox Room(const CanvasBox& box, const PlotMap&) const override { return box; }
+
+private:
+    DelayChartStyle StyleOf(const PlotLook& look) const {
+        return {look.Inks, look.TextSize, look.HasTitle ? style_.Title : "", look.HasLegend, style_.Layers};
+    }
+
+    DelaySeries series_;
+    DelayChartStyle style_;
+};
+
+/// Straight ways from average to average, with points from the first settled one on.
+class AverageLine : public PlotPart {
+public:
+    explicit AverageLine(const DelaySeries& series) {
+        for (int run = FirstAverage - 1; run <= series.RunCount(); ++run)
+            points_.push_back({double(run), series.Runs()[run].RunningAverage});
+    }
+
+    void Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const override {
+        for (std::size_t i = 1; i < points_.size(); ++i)
+            canvas.DrawLine(map.Of(points_[i - 1]), map.Of(points_[i]), {AverageWidth, look.Inks.Average});
+        for (std::size_t i = 1; i < points_.size(); ++i)
+            canvas.DrawDot(map.Of(points_[i]), DotSize, look.Inks.AveragePoint);
+    }
+
+    void Search(PlotSearch& search) const override {
+        for (std::size_t i = 1; i < points_.size(); ++i) search.OfferPoint(static_cast<int>(points_[i].X), points_[i]);
+    }
+
+private:
+    std::vector<PlotPoint> points_;
+};
+
+void AddLayers(Plot& plot, const DelayChartLayers& layers) {
+    PlotLayers grades;
+    grades.Layers = layers.Grades;
+    plot.Add(std::move(grades));
+    PlotBand band;
+    band.Ink = &Colours::AveragePoint;
+    for (std::size_t i = 0; i < layers.RunningInterval.size(); ++i)
+        band.Slices.push_back({static_cast<double>(i + 1), layers.RunningInterval[i]});
+    if (!band.Slices.empty()) {
+        plot.Add(std::move(band));
+        plot.Axes.Legend.push_back(IntervalSample(layers));
+    }
+    if (!layers.Corridor) return;
+    PlotLines corridor;
+    corridor.Ink = &Colours::IdealSpeed;
+    corridor.Width = 1.5;
+    corridor.Lines = {{layers.Corridor->Low, ""}, {layers.Corridor->High, ""}};
+    plot.Add(std::move(corridor));
+    plot.Axes.Legend.push_back(CorridorSample(layers));
+}
+
+std::string SecondsText(double seconds) { return OneDecimal(seconds) + " s"; }
+std::string NotCountedText(const DelayRun& run) { return run.IsCounted ? "" : " (not counted)"; }
 
 constexpr CanvasBox PictureBox = {12, 12, DelayPictureSize.Width - 24, DelayPictureSize.Height - 24};
 
@@ -231,7 +299,7 @@ DelayPlotEdges DelayPlotEdgesOf(const TextMeasure& measure, const CanvasBox& box
     const double left = std::ceil(box.X + values + 2 * space);
     const double right = std::max(std::floor(box.X + box.Width - std::max(2 * space, runs / 2)), left);
     // Half a line more, for the topmost value.
-    const double highest = box.Y + space + title + line + line / 2;
+    const double highest = box.Y + space + title + LayersRow(measure, style) + line + line / 2;
     const double room = std::max(box.Y + box.Height - 2 * line - 2 * space - highest, 0.0);
     const double bottom = std::floor(highest + room * ShareAboveBaseline(series));
     // A height that the steps of the axis divide evenly, so that its top is the top of the plot.
@@ -239,40 +307,59 @@ DelayPlotEdges DelayPlotEdgesOf(const TextMeasure& measure, const CanvasBox& box
     return {Round16(left), Round16(right), Round16(bottom), Round16(bottom - height)};
 }
 
-void DrawDelayChart(Canvas& canvas, const CanvasBox& box, const DelaySeries& series, const DelayChartStyle& style) {
-    ChartDrawing(canvas, box, series, style).Draw();
-}
-
-const char* LegendCaption(DelayLegend entry) {
-    switch (entry) {
-        case DelayLegend::Average: return "Running Avg. of Control Delay";
-        case DelayLegend::Data: return "Control Delay Values";
-        case DelayLegend::NotCounted: return "Not counted";
-    }
-    return "";
-}
-
-void DrawLegendSample(Canvas& canvas, const CanvasBox& box, DelayLegend entry, const Colours& colours) {
-    const CanvasPoint middle = {box.X + box.Width / 2, box.Y + box.Height / 2};
-    const bool isAverage = entry == DelayLegend::Average;
-    if (isAverage) canvas.DrawLine({box.X, middle.Y}, {box.X + box.Width, middle.Y}, {AverageWidth, colours.Average});
-    if (entry == DelayLegend::NotCounted) DrawRing(canvas, middle, colours);
-    canvas.DrawDot(middle, DotSize, isAverage ? colours.AveragePoint : colours.Delay);
-}
-
-int DelayRunNear(const DelaySeries& series, const DelayScale& scale, CanvasPoint place, double reach) {
-    int nearest = 0;
-    const auto look = [&](int run, std::int16_t y) {
-        const double distance = std::hypot(scale.XOf(run) - place.X, y - place.Y);
-        if (distance > reach) return;
-        reach = distance;
-        nearest = run;
-    };
+Plot DelayPlot(const DelaySeries& series, const std::string& title, const DelayChartLayers& layers) {
+    Plot plot;
+    plot.Axes = {title, {"Run", {0, series.RunCount() + 1.0}}, {DelayTitle, {0, double(series.YMax())}}};
+    plot.Axes.Across.IsWhole = true;
+    plot.ZoomsUp = false;
+    plot.ProblemText = "A delay lies too far below 0 to be drawn.";
+    if (series.RunCount() == 0) plot.EmptyText = "There is no run to show.";
+    AddLayers(plot, layers);
+    for (const DelayLegend entry : {DelayLegend::Average, DelayLegend::Data, DelayLegend::NotCounted})
+        if (entry != DelayLegend::NotCounted || series.ShowsNotCounted()) plot.Axes.Legend.push_back(SampleOf(entry));
+    PlotPoints delays;
+    delays.Size = DotSize;
     for (int run = 1; run <= series.RunCount(); ++run) {
-        look(run, scale.YOfDelay(series.Runs()[run].ControlDelay));
-        if (run >= FirstAverage) look(run, scale.YOfAverage(series.Runs()[run].RunningAverage));
+        const DelayRun& values = series.Runs()[run];
+        delays.Marks.push_back({{double(run), std::max<double>(values.ControlDelay, 0)},
+                                run,
+                                values.IsCounted ? PlotMarker::Dot : PlotMarker::RingedDot});
+        plot.Items.push_back({values.Name + "\nControl delay: " + std::to_string(values.ControlDelay) + " s" +
+                              NotCountedText(values) + "\nRunning average: " + SecondsText(values.RunningAverage)});
     }
-    return nearest;
+    plot.Add(std::move(delays));
+    plot.Add(AverageLine(series));
+    plot.WholeFrame = std::make_shared<const DelayFrame>(series, DelayChartStyle{.Title = title, .Layers = layers});
+    return plot;
+}
+
+void DrawDelayChart(Canvas& canvas, const CanvasBox& box, const DelaySeries& series, const DelayChartStyle& style) {
+    const Plot plot = DelayPlot(series, style.Title, style.Layers);
+    DrawPlot(canvas, box, plot, {style.Inks, style.TextSize, style.HasLegend}, plot.Whole());
+}
+
+PlotSample SampleOf(DelayLegend entry) {
+    constexpr PlotInk Delay = &Colours::Delay;
+    switch (entry) {
+        case DelayLegend::Average:
+            return {.Caption = "Running Avg. of Control Delay",
+                    .Ink = &Colours::Average,
+                    .Width = AverageWidth,
+                    .Marker = PlotMarker::Dot,
+                    .MarkerInk = &Colours::AveragePoint};
+        case DelayLegend::Data:
+            return {.Caption = "Control Delay Values", .Ink = Delay, .Width = 0, .Marker = PlotMarker::Dot};
+        case DelayLegend::NotCounted:
+            return {.Caption = "Not counted", .Ink = Delay, .Width = 0, .Marker = PlotMarker::RingedDot};
+    }
+    return {};
+}
+
+std::string DelaysInWords(const DelaySeries& series, int run) {
+    const DelayRun& values = series.Runs()[run];
+    return "Run " + std::to_string(values.Number) + ", " + values.Name + ": control delay " +
+           std::to_string(values.ControlDelay) + " s" + NotCountedText(values) + ", running average " +
+           SecondsText(values.RunningAverage);
 }
 
 std::vector<SheetRow> DelaySheet(const DelaySeries& series) {

@@ -11,6 +11,7 @@
 #include "core/StudyRecords.h"
 #include "core/ports/Canvas.h"
 #include "core/ports/DocumentWriter.h"
+#include "plots/Plot.h"
 
 namespace vantor {
 
@@ -88,12 +89,25 @@ private:
     std::int16_t windowStep_;
 };
 
+/// What may be drawn under a chart's delays, in seconds. It changes nothing of the scale; what lies beyond is cut off.
+struct DelayChartLayers {
+    /// Of the average after each shown run, run 1 first; nothing where it is not known yet.
+    std::vector<std::optional<PlotRange>> RunningInterval;
+    std::string IntervalCaption = "Interval of the average";
+    std::optional<PlotRange> Corridor;  ///< within the permitted error of the average
+    std::string CorridorCaption = "Permitted error";
+    std::vector<PlotLayers::Layer> Grades;
+
+    bool HasLegend() const { return !RunningInterval.empty() || Corridor.has_value(); }
+};
+
 /// How a chart is drawn; lengths in the units of its canvas.
 struct DelayChartStyle {
     Colours Inks = LightColours;
     double TextSize = 9;
     std::string Title;  ///< above the chart; none where it is empty
     bool HasLegend = true;
+    DelayChartLayers Layers = {};
 };
 
 /// The plot area of a chart that fills a box. The box must lie within 16 bits.
@@ -104,13 +118,15 @@ DelayPlotEdges DelayPlotEdgesOf(const TextMeasure& measure, const CanvasBox& box
 /// as of DelayScale, before anything is drawn.
 void DrawDelayChart(Canvas& canvas, const CanvasBox& box, const DelaySeries& series, const DelayChartStyle& style);
 
-enum class DelayLegend { Average, Data, NotCounted };
-const char* LegendCaption(DelayLegend entry);
-/// The line or point that stands for a legend's entry, in the middle of a box.
-void DrawLegendSample(Canvas& canvas, const CanvasBox& box, DelayLegend entry, const Colours& colours);
+/// The chart as a plot of its runs, which are its items, in the series' order. Shown whole it is drawn as
+/// DrawDelayChart draws it.
+Plot DelayPlot(const DelaySeries& series, const std::string& title, const DelayChartLayers& layers = {});
 
-/// The run (from 1) whose delay or average is drawn nearest to a place and within reach of it; 0 where there is none.
-int DelayRunNear(const DelaySeries& series, const DelayScale& scale, CanvasPoint place, double reach);
+enum class DelayLegend { Average, Data, NotCounted };
+PlotSample SampleOf(DelayLegend entry);
+
+/// A run's number, name and values in one line.
+std::string DelaysInWords(const DelaySeries& series, int run);
 
 /// The values as a table: heads, then a row for each run.
 std::vector<SheetRow> DelaySheet(const DelaySeries& series);

@@ -1,4 +1,4 @@
-#include "analysis/DelayChart.h"
+#include "plots/DelayChart.h"
 
 #include <gmock/gmock.h>
 
@@ -204,13 +204,45 @@ TEST_F(DelayChartDrawingTest, PicturesHaveATitleAndALegend) {
     }
 }
 
+TEST_F(DelayChartDrawingTest, LayersLieUnderTheDelaysAndMoveNothing) {
+    Draw({20, 0, -6, 26});
+    const std::string dots = Dots();
+    DelayChartStyle style{.TextSize = 10, .HasLegend = false};
+    style.Layers = {.RunningInterval = {{}, {{-40, 60}}, {{2, 7}}, {{3, 9}}}, .Corridor = {{6, 12}}};
+    style.Layers.Grades = {{10, "A"}, {20, "B"}, {35, "C"}, {0, "D"}};
+    Canvas = {};
+    DrawDelayChart(Canvas, {0, 0, 330, 357}, SeriesOf({20, 0, -6, 26}), style);
+    EXPECT_EQ(Dots(), dots);
+    std::string corners;
+    for (const CanvasPoint& corner : Canvas.Shapes.back().Outline) corners += PointText(corner);
+    EXPECT_EQ(corners, "(140,-277)(200,253)(260,233)(260,293)(200,303)(140,723)") << "10 units to the second";
+    const auto dashed =
+        std::ranges::count(Canvas.Lines, LinePattern::Dashed, [](auto& line) { return line.Style.Pattern; });
+    EXPECT_EQ(dashed, 2);
+    for (const char* grade : {"A", "B", "C"}) EXPECT_THAT(Canvas.Texts, Contains(Shows(grade)));
+    EXPECT_THAT(Canvas.Texts, Not(Contains(Shows("D")))) << "the axis ends at 30 s";
+
+    style.HasLegend = true;
+    style.Title = "AM Peak";
+    Canvas = {};
+    style.Layers.Grades.clear();
+    DrawDelayChart(Canvas, {0, 0, 600, 357}, SeriesOf({20, 0, 26}), style);
+    for (const char* caption : {"Interval of the average", "Permitted error", "Control Delay Values"})
+        EXPECT_THAT(Canvas.Texts, Contains(Shows(caption)));
+    ExpectTextsApart(Canvas, 600, 357);
+}
+
 TEST(DelayChartTest, FindsTheRunOfAPoint) {
     const DelaySeries series = SeriesOf({20, 0, -6, 26});
     const DelayScale scale({20, 320, 322, 22}, series);
-    EXPECT_EQ(DelayRunNear(series, scale, {82, 119}, 6), 1);
-    EXPECT_EQ(DelayRunNear(series, scale, {200, 277}, 6), 3) << "its average";
-    EXPECT_EQ(DelayRunNear(series, scale, {140, 222}, 6), 0) << "the second average has no point";
-    EXPECT_EQ(DelayRunNear(series, scale, {145, 322}, 100), 2);
+    const PlotMap map = PlotMap::OnWholeUnits({20, 22, 300, 300}, {20, 322}, scale.XStep(), scale.YScale());
+    const auto near = [&](CanvasPoint place, double reach) {
+        return FindItem(DelayPlot(series, ""), map, place, reach).Item;
+    };
+    EXPECT_EQ(near({82, 119}, 6), 1);
+    EXPECT_EQ(near({200, 277}, 6), 3) << "its average";
+    EXPECT_EQ(near({140, 222}, 6), 0) << "the second average has no point";
+    EXPECT_EQ(near({145, 322}, 100), 2);
 }
 
 TEST(DelayChartTest, WritesValuesAsATable) {

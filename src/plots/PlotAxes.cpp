@@ -1,0 +1,169 @@
+#include "plots/PlotAxes.h"
+
+#include <array>
+#include <cmath>
+
+#include "core/Axis.h"
+#include "core/Numeric.h"
+
+namespace vantor {
+namespace {
+
+constexpr std::array ClockSteps = {1, 2, 5, 10, 15, 30, 60, 120, 300, 600, 900, 1800, 3600, 7200, 10800, 21600, 86400};
+
+TextStyle TextOf(const PlotLook& look) { return {look.TextSize, false, look.Inks.Text}; }
+TextStyle TitleOf(const PlotLook& look) { return {look.TextSize * 1.25, true, look.Inks.Text}; }
+TextStyle Dim(const PlotLook& look, TextSide side) { return {look.TextSize, false, look.Inks.DimText, side}; }
+double Space(const PlotLook& look) { return look.TextSize / 2; }
+
+bool HasTitle(const PlotAxes& axes, const PlotLook& look) { return look.HasTitle && !axes.Title.empty(); }
+
+double StepOf(const PlotAxis& axis, double least) {
+    if (axis.Values == AxisValues::Numbers) {
+        const double step = RoundFraction(least);
+        return axis.IsWhole ? std::max(step, 1.0) : step;
+    }
+    for (const int step : ClockSteps)
+        if (step >= least) return step;
+    return ClockSteps.back();
+}
+
+std::string TwoDigits(std::int64_t value) { return (value < 10 ? "0" : "") + std::to_string(value); }
+
+/// The rows of a legend, each as long as there is room for.
+struct LegendPlace {
+    std::vector<CanvasBox> Samples;
+    int Rows = 0;
+};
+
+LegendPlace PlaceLegend(const TextMeasure& measure, const std::vector<PlotSample>& legend, const PlotLook& look,
+                        const CanvasBox& box) {
+    LegendPlace placed;
+    if (!look.HasLegend || legend.empty()) return placed;
+    const double line = measure.LineHeight(TextOf(look));
+    const double space = Space(look);
+    double x = box.X + space;
+    placed.Rows = 1;
+    for (const PlotSample& sample : legend) {
+        const double width = PlotSample::Length + space + measure.TextWidth(sample.Caption, TextOf(look));
+        if (x > box.X + space && x + width > box.X + box.Width - space) {
+            x = box.X + space;
+            ++placed.Rows;
+        }
+        placed.Samples.push_back({x, box.Y + (placed.Rows - 1) * line, width, line});
+        x += width + 3 * space;
+    }
+    return placed;
+}
+
+/// The rows above the area: title, legend, caption of the upright axis.
+struct Head {
+    double Title = 0;
+    double Legend = 0;
+    double Caption = 0;
+    double Bottom = 0;
+    LegendPlace Samples;
+};
+
+Head HeadOf(const TextMeasure& measure, const CanvasBox& box, const PlotAxes& axes, const PlotLook& look) {
+    Head head;
+    const double line = measure.LineHeight(TextOf(look));
+    head.Title = box.Y + Space(look);
+    head.Legend = head.Title + (HasTitle(axes, look) ? measure.LineHeight(TitleOf(look)) + Space(look) : 0);
+    head.Samples = PlaceLegend(measure, axes.Legend, look, {box.X, head.Legend, box.Width, 0});
+    head.Caption = head.Legend + head.Samples.Rows * line + (head.Samples.Rows > 0 ? Space(look) : 0);
+    head.Bottom = head.Caption + line + line / 2;
+    return head;
+}
+
+double LeastUp(const TextMeasure& measure, const PlotLook& look, const PlotWindow& window, double height) {
+    return 2 * measure.LineHeight(TextOf(look)) * window.Up.Span() / std::max(height, 1.0);
+}
+
+double WidestTick(const TextMeasure& measure, const std::vector<AxisTick>& ticks, const PlotLook& look) {
+    double widest = 0;
+    for (const AxisTick& tick : ticks) widest = std::max(widest, measure.TextWidth(tick.Text, TextOf(look)));
+    return widest;
+}
+
+}  // namespace
+
+std::string AxisText(AxisValues values, double value, double step) {
+    if (values == AxisValues::Numbers) {
+        int decimals = 0;
+        for (double part = step; decimals < 6 && part - std::floor(part + 1e-9) > 1e-6; part *= 10) ++decimals;
+        return FixedDecimals(value, decimals);
+    }
+    const auto seconds = static_cast<std::int64_t>(std::floor(std::abs(value) + 0.5));
+    const std::string sign = value < 0 && seconds > 0 ? "-" : "";
+    if (values == AxisValues::Minutes) return sign + std::to_string(seconds / 60) + ":" + TwoDigits(seconds % 60);
+    const std::string minute = sign + TwoDigits(seconds / 3600 % 24) + ":" + TwoDigits(seconds / 60 % 60);
+    return step < 60 ? minute + ":" + TwoDigits(seconds % 60) : minute;
+}
+
+std::vector<AxisTick> AxisTicks(const PlotAxis& axis, const PlotRange& range, double least) {
+    constexpr int Most = 1000;
+    const double step = StepOf(axis, std::max(least, range.Span() / Most));
+    std::vector<AxisTick> ticks;
+    for (double number = std::ceil(range.Low / step - 1e-9); number * step <= range.High + step * 1e-9; ++number) {
+        const double value = number == 0 ? 0 : number * step;  // never -0
+        ticks.push_back({value, AxisText(axis.Values, value, step)});
+    }
+    return ticks;
+}
+
+PlotMap MapOf(const TextMeasure& measure, const CanvasBox& box, const PlotAxes& axes, const PlotLook& look,
+              const PlotWindow& window) {
+    const double space = Space(look);
+    const double line = measure.LineHeight(TextOf(look));
+    const double top = HeadOf(measure, box, axes, look).Bottom;
+    const double height = std::max(box.Y + box.Height - 2 * line - 2 * space - top, 1.0);
+    const auto ticks = AxisTicks(axes.Up, window.Up, LeastUp(measure, look, window, height));
+    const double left = box.X + WidestTick(measure, ticks, look) + 2 * space;
+    const double right = std::max(box.X + box.Width - 4 * space, left + 1);
+    return {{std::ceil(left), std::floor(top), std::floor(right) - std::ceil(left), std::floor(height)}, window};
+}
+
+void DrawAxes(Canvas& canvas, const CanvasBox& box, const PlotAxes& axes, const PlotLook& look, const PlotMap& map) {
+    const double line = canvas.LineHeight(TextOf(look));
+    const double space = Space(look);
+    const CanvasBox& area = map.Area();
+    const PlotWindow window = map.Window();
+    const Head head = HeadOf(canvas, box, axes, look);
+    canvas.FillBox(box, look.Inks.Base);
+    if (HasTitle(axes, look))
+        canvas.DrawText({box.X + space, head.Title, box.Width - 2 * space, canvas.LineHeight(TitleOf(look))},
+                        axes.Title, TitleOf(look));
+    for (std::size_t i = 0; i < head.Samples.Samples.size(); ++i) {
+        const CanvasBox& place = head.Samples.Samples[i];
+        axes.Legend[i].Draw(canvas, {place.X, place.Y, PlotSample::Length, line}, look);
+        const double before = PlotSample::Length + space;
+        canvas.DrawText({place.X + before, place.Y, place.Width - before, line}, axes.Legend[i].Caption, TextOf(look));
+    }
+    canvas.DrawText({box.X + space, head.Caption, box.Width - 2 * space, line}, axes.Up.Caption, TextOf(look));
+
+    const LineStyle grid{1, look.Inks.Grid};
+    const double right = area.X + area.Width;
+    const double bottom = area.Y + area.Height;
+    for (const AxisTick& tick : AxisTicks(axes.Up, window.Up, LeastUp(canvas, look, window, area.Height))) {
+        const double y = map.YOf(tick.Value);
+        canvas.DrawLine({area.X, y}, {right, y}, grid);
+        canvas.DrawText({box.X, y - line / 2, area.X - space - box.X, line}, tick.Text, Dim(look, TextSide::Right));
+    }
+    // The longest text that any step can have is that of the highest values.
+    const auto widest = AxisTicks(axes.Across, window.Across, window.Across.Span() / 4);
+    const double wanted = WidestTick(canvas, widest, look) + 4 * space;
+    const double row = bottom + space;
+    for (const AxisTick& tick :
+         AxisTicks(axes.Across, window.Across, wanted * window.Across.Span() / std::max(area.Width, 1.0))) {
+        const double x = map.XOf(tick.Value);
+        const double width = canvas.TextWidth(tick.Text, Dim(look, TextSide::Centre)) + 1;
+        canvas.DrawLine({x, area.Y}, {x, bottom}, grid);
+        const double left = std::clamp(x - width / 2, box.X, std::max(box.X + box.Width - width, box.X));
+        canvas.DrawText({left, row, width, line}, tick.Text, Dim(look, TextSide::Centre));
+    }
+    canvas.DrawText({area.X, row + line, area.Width, line}, axes.Across.Caption, Dim(look, TextSide::Right));
+    canvas.DrawFrame(area, {1, look.Inks.DimText});
+}
+
+}  // namespace vantor
