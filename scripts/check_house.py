@@ -16,7 +16,9 @@ from pathlib import Path
 Finding = namedtuple("Finding", "path line rule remedy")
 
 LOGIC_ON_CORE = ("counter", "gpsobd", "editing", "workspace")
-LOGIC = ("core", "analysis", "plots", *LOGIC_ON_CORE)
+LOGIC = ("core", "analysis", "plots", "statistics", *LOGIC_ON_CORE)
+# Which of these may look at the statistics of a study.
+LOGIC_ON_STATISTICS = ("editing", "workspace")
 
 # Folder under src -> folders whose headers its files may include, itself aside. None: every folder.
 ARROWS = {
@@ -27,6 +29,7 @@ ARROWS = {
     "analysis/forms": {"analysis", "core", "core/ports", "core/forms"},
     "plots": {"analysis", "core", "core/ports"},
     "plots/forms": {"plots", "analysis", "core", "core/ports", "core/forms"},
+    "statistics": {"plots", "analysis", "core", "core/ports"},
     **{folder: {"analysis", "plots", "core", "core/ports"} for folder in LOGIC_ON_CORE},
     **{
         f"{folder}/forms": {folder, "plots", "plots/forms", "analysis", "core", "core/ports", "core/forms"}
@@ -36,6 +39,9 @@ ARROWS = {
     "cli": {*LOGIC, "core/ports", "platform"},
     "app": None,
 }
+for folder in LOGIC_ON_STATISTICS:
+    ARROWS[folder].add("statistics")
+    ARROWS[f"{folder}/forms"].add("statistics")
 
 MAX_LINES = 450
 
