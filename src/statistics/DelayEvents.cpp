@@ -132,6 +132,7 @@ RunEvents FindDelayEvents(const RunRecord& run, float speedFactor) {
     for (std::int32_t i = 1; i <= run.SampleValues.LastIndex(); ++i)
         if (HasNode(run.SampleValues[i])) found.Nodes.push_back(i);
     for (const std::int32_t node : found.Nodes) {
+        found.NodeDistances.push_back(distances[node]);
         const auto holds = [node](const DelayEvent& event) { return event.Onset <= node && node <= event.End; };
         const auto event = std::ranges::find_if(found.Events, holds);
         found.EventOfNode.push_back(event == found.Events.end()

@@ -25,6 +25,7 @@ struct DelayEvent {
 struct RunEvents {
     std::vector<DelayEvent> Events;   ///< in the order driven
     std::vector<std::int32_t> Nodes;  ///< samples with a node flag
+    std::vector<std::int32_t> NodeDistances;
     /// By node: the event that holds its sample, as an index into Events; nothing where the run passes without delay.
     std::vector<std::optional<std::size_t>> EventOfNode;
 };

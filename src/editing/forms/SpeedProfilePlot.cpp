@@ -27,6 +27,11 @@ void SpeedProfilePlot::SetProfile(SpeedProfile* profile, ProfileLabels labels, Q
     PlacePlotArea();
 }
 
+void SpeedProfilePlot::ShowProposal(const std::optional<ProposedBoundaries>& proposal) {
+    proposal_ = proposal;
+    update();
+}
+
 void SpeedProfilePlot::Redraw() {
     pictureIsStale_ = true;
     update();
@@ -79,6 +84,7 @@ void SpeedProfilePlot::paintEvent(QPaintEvent* event) {
         const ProfileLines lines(*profile_, labels_, QFontMetricsF(font()));
         for (std::size_t i = 0; i < AllLines.size(); ++i) painted_[i] = lines.BoundsOf(AllLines[i]);
         paintedShaded_ = profile_->HasBothBoundaries();
+        if (proposal_) PaintProposal(painter, *profile_, labels_, *proposal_, colours);
         lines.Paint(painter, colours, hasFocus() || IsDragging() ? active_ : ProfileLine::None);
     }
     painter.setRenderHint(QPainter::Antialiasing, false);

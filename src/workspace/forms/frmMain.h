@@ -144,6 +144,8 @@ private:
     void SetPeriod(const std::string& period);
     void AskForPeriod();
     void CopyRuns();
+    void ProposeBoundaries();
+    void SetNodesOfRuns();
     void ShowDetails();
     /// Opens one of the screens of a run for the active one.
     void ShowActiveRun(void (Screens::*open)(int entryIndex));
