@@ -105,7 +105,8 @@ std::pair<int, QString> frmPlotRunSpeedProfileHoriz::NodeOfProposal(const RunToP
         proposing_->Study = {node.Node, ToQt(NodeReason(runs, node))};
     }
     const auto& [node, reason] = *proposing_->Study;
-    return {std::min(std::max(node, 1), nodes), node == 0 ? QString() : reason};
+    if (node <= nodes) return {std::max(node, 1), node == 0 ? QString() : reason};
+    return {0, QStringLiteral("This run has %1 nodes only. ").arg(nodes) + reason};
 }
 
 void frmPlotRunSpeedProfileHoriz::ShowProposal() {
@@ -203,6 +204,7 @@ void frmPlotRunSpeedProfileHoriz::SetNodesForAll() {
     if (AskForNodePlaces(context_, this) == 0) return;
     // The backups are the way back.
     for (const auto& [run, stack] : stacks_) stack->clear();
+    HideProposal();
     const PlotState plot = profile_.Plot();
     profile_.RunCut(plot);
     ShowRun();
