@@ -71,20 +71,17 @@ class EventFinder {
 public:
     explicit EventFinder(const std::vector<double>& speeds) : speeds_(speeds) {}
 
-    std::vector<Valley> Valleys() const {
-        const std::vector<TurningPoint> points = TurningPoints(speeds_);
-        std::vector<Valley> valleys;
-        for (std::size_t i = 1; i + 1 < points.size(); ++i) {
-            if (points[i].IsPeak) continue;
-            valleys.push_back({points[i - 1].Index, points[i].Index, points[i + 1].Index});
-            while (valleys.size() > 1 && IsOneQueue(*(valleys.end() - 2), valleys.back())) {
-                const Valley last = valleys.back();
-                valleys.pop_back();
-                valleys.back().After = last.After;
-                if (speeds_[last.Lowest] < speeds_[valleys.back().Lowest]) valleys.back().Lowest = last.Lowest;
-            }
+    std::vector<Valley> Events() const {
+        const std::vector<Valley> valleys = Valleys();
+        std::vector<Valley> events;
+        for (std::size_t first = 0; first < valleys.size();) {
+            const std::size_t last = LastOfQueue(valleys, first);
+            events.push_back({valleys[first].Before, valleys[first].Lowest, valleys[last].After});
+            for (; first <= last; ++first)
+                if (speeds_[valleys[first].Lowest] < speeds_[events.back().Lowest])
+                    events.back().Lowest = valleys[first].Lowest;
         }
-        return valleys;
+        return events;
     }
 
     /// The last second of the speed before.
@@ -107,9 +104,25 @@ public:
     }
 
 private:
-    bool IsOneQueue(const Valley& first, const Valley& second) const {
-        const double outside = std::min(speeds_[first.Before], speeds_[second.After]);
-        return speeds_[first.After] < MoveUpShare * outside - Tolerance;
+    std::vector<Valley> Valleys() const {
+        const std::vector<TurningPoint> points = TurningPoints(speeds_);
+        std::vector<Valley> valleys;
+        for (std::size_t i = 1; i + 1 < points.size(); ++i)
+            if (!points[i].IsPeak) valleys.push_back({points[i - 1].Index, points[i].Index, points[i + 1].Index});
+        return valleys;
+    }
+
+    /// The last of the valleys between which the vehicle only moves up: every peak between them is low against the
+    /// lower one of those outside.
+    std::size_t LastOfQueue(const std::vector<Valley>& valleys, std::size_t first) const {
+        std::size_t last = first;
+        double highest = 0;
+        for (std::size_t next = first + 1; next < valleys.size(); ++next) {
+            highest = std::max(highest, speeds_[valleys[next - 1].After] + Tolerance);
+            if (highest >= MoveUpShare * speeds_[valleys[first].Before]) break;
+            if (highest < MoveUpShare * speeds_[valleys[next].After]) last = next;
+        }
+        return last;
     }
 
     const std::vector<double>& speeds_;
@@ -122,7 +135,7 @@ RunEvents FindDelayEvents(const RunRecord& run, float speedFactor) {
     const std::vector<double> speeds = SmoothedSpeeds(run, speedFactor);
     const OneBased<std::int32_t> distances = RunningDistances(run);
     const EventFinder finder(speeds);
-    for (const Valley& valley : finder.Valleys()) {
+    for (const Valley& valley : finder.Events()) {
         const std::size_t onset = finder.OnsetOf(valley);
         const std::size_t end = finder.EndOf(valley);
         const auto sample = [](std::size_t index) { return static_cast<std::int32_t>(index) + 1; };

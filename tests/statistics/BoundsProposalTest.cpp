@@ -14,6 +14,7 @@ namespace {
 class BoundsProposal : public testing::Test, protected TestProgram {
 protected:
     BoundsProposal() {
+        Files.CreateFolder("/g/");
         const auto stopAt = [](Drive& drive, int cruise, int stands) {
             drive.Cruise(cruise).To(0, 8).Cruise(stands, 0).Node().To(60, 5);
         };

@@ -16,9 +16,8 @@ public:
     }
     /// To another speed by so many feet a second each second.
     Drive& To(int feet, int rate) {
-        while (feet_.back() != feet)
-            feet_.push_back(feet_.back() < feet ? std::min(feet_.back() + rate, feet)
-                                                : std::max(feet_.back() - rate, feet));
+        for (int now = feet_.back() & 0xFF; now != feet; feet_.push_back(now))
+            now = now < feet ? std::min(now + rate, feet) : std::max(now - rate, feet);
         return *this;
     }
     /// Brakes, stands and goes on.
