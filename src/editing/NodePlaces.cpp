@@ -77,6 +77,9 @@ private:
             nearest = sample;
             feetAway = feet;
         }
+        // A node at which the vehicle stands is passed when it goes on.
+        while (nearest != 0 && nearest + 1 < distances_.LastIndex() && distances_[nearest + 1] == distances_[nearest])
+            ++nearest;
         if (nearest == 0) return Misses(place, "no position behind the node before it");
         if (feetAway > MostFeetAway) return Misses(place, "passed " + units_.LengthText(feetAway) + " away");
         return nearest;

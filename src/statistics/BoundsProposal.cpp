@@ -67,7 +67,7 @@ public:
     }
 
     RunProposal For(const RunToPropose& run) const {
-        RunProposal proposal{run.Run, {}, run.Problem};
+        RunProposal proposal{run.Run, {}, run.Problem, false};
         if (!run.Problem.empty()) return proposal;
         const std::size_t nodes = run.Found.Nodes.size();
         if (index_ >= nodes) {
@@ -79,7 +79,7 @@ public:
             return proposal;
         }
         std::vector<std::string> notes;
-        const bool isFree = !run.Found.EventOfNode[index_];
+        const bool isFree = proposal.IsPassedFreely = !run.Found.EventOfNode[index_];
         if (isFree) notes.emplace_back(IsCommon() ? "passed without delay" : "passed without delay: no boundaries");
         if (nodes != static_cast<std::size_t>(usualNodes_))
             notes.push_back(CountOfNodes(nodes) + ", most runs have " + std::to_string(usualNodes_));
@@ -194,8 +194,8 @@ std::string NodeReason(const std::vector<RunToPropose>& runs, const ProposedNode
     switch (node.Why) {
         case Reason::Only: return name + ": the only one; " + share + " slow down there.";
         case Reason::Boundaries: return name + ": it lies between the boundaries of " + share + ".";
-        case Reason::Events: return name + ": " + share + " slow down there, at no node do more.";
-        case Reason::User: return name + ", as chosen; " + share + " slow down there.";
+        case Reason::Events: return name + ": most runs slow down there, " + share + ".";
+        case Reason::User: return name + ", as chosen: " + share + " slow down there.";
         case Reason::None: break;
     }
     return MostNodes(runs) == 0 ? "No run has a node, so that it is not known where the intersection is."
@@ -224,8 +224,11 @@ std::vector<BoundsPreview> PreviewProposals(const Study& study, const std::vecto
             continue;
         }
         if (next == computed.end()) return {};
-        previews.push_back(*next++);
-        previews.back().Note = proposal.Note;
+        BoundsPreview& preview = previews.emplace_back(*next++);
+        preview.Note = proposal.Note;
+        // Without a delay it is about 0, on either side.
+        if (proposal.IsPassedFreely && std::erase(preview.Warnings, NegativeDelayWarning) > 0)
+            preview.Note += std::string("; ") + NegativeDelayWarning;
     }
     return previews;
 }

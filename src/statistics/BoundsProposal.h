@@ -53,7 +53,8 @@ enum class ProposalKind {
 struct RunProposal {
     int Run = 0;
     std::optional<Bounds> Proposed;
-    std::string Note;  ///< why nothing is proposed, or what else is to be known; may be empty
+    std::string Note;             ///< why nothing is proposed, or what else is to be known; may be empty
+    bool IsPassedFreely = false;  ///< no event at the node
 };
 std::vector<RunProposal> ProposeBounds(const std::vector<RunToPropose>& runs, int node, ProposalKind kind);
 

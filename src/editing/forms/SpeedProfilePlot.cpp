@@ -84,8 +84,8 @@ void SpeedProfilePlot::paintEvent(QPaintEvent* event) {
         const ProfileLines lines(*profile_, labels_, QFontMetricsF(font()));
         for (std::size_t i = 0; i < AllLines.size(); ++i) painted_[i] = lines.BoundsOf(AllLines[i]);
         paintedShaded_ = profile_->HasBothBoundaries();
-        if (proposal_) PaintProposal(painter, *profile_, labels_, *proposal_, colours);
         lines.Paint(painter, colours, hasFocus() || IsDragging() ? active_ : ProfileLine::None);
+        if (proposal_) PaintProposal(painter, *profile_, labels_, *proposal_, colours);
     }
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setBrush(Qt::NoBrush);

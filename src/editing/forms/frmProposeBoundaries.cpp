@@ -22,7 +22,7 @@ frmProposeBoundaries::frmProposeBoundaries(AppContext& context, Study study, std
     BuildHead();
     FillNodes();
     Propose();
-    resize(820, 460);
+    resize(940, 460);
     findChild<Table*>()->setFocus();
     RememberLayout(*this, context.Memory);
 }
@@ -86,11 +86,12 @@ QString frmProposeBoundaries::WordsFor(const std::vector<RunProposal>& proposals
         return QStringLiteral(" Give the runs nodes first: \"Nodes for All Runs\" in the menu Run does it.");
     const auto without = std::ranges::count_if(proposals, [](const RunProposal& run) { return !run.Proposed; });
     if (without == 0 || Kind() == ProposalKind::Common || std::cmp_equal(without, proposals.size())) return {};
-    return QStringLiteral(
-               " %1 of %2 runs get none and keep what they have. Runs that pass without delay belong into the "
-               "average, too: one common pair takes them in.")
-        .arg(without)
-        .arg(proposals.size());
+    QString text =
+        QStringLiteral(" %1 of %2 runs get none and keep what they have.").arg(without).arg(proposals.size());
+    if (std::ranges::count(proposals, true, &RunProposal::IsPassedFreely) > 0)
+        text += QStringLiteral(
+            " Runs that pass without delay belong into the average, too: one common pair takes them in.");
+    return text;
 }
 
 std::vector<BoundsPreview> AskForProposals(AppContext& context, const Study& study, int node, QWidget* parent) {

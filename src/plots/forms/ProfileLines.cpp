@@ -129,6 +129,7 @@ void PaintProposal(QPainter& painter, const SpeedProfile& profile, const Profile
     const ProfileGeometry& geometry = profile.Geometry();
     const PlotRectangle& area = geometry.Rectangle();
     const QFontMetricsF metrics(painter.font());
+    QRectF before;
     for (const ProfileLine line : {ProfileLine::Start, ProfileLine::End}) {
         const double x = geometry.XOf(geometry.AxisValueOf(proposal.PlaceOf(line, profile.Axis())));
         if (x < area.Left - 1 || x > area.Right + 1) continue;
@@ -136,15 +137,15 @@ void PaintProposal(QPainter& painter, const SpeedProfile& profile, const Profile
         painter.setPen(QPen(colours.Boundary, 2, Qt::DashLine));
         painter.drawLine(QPointF(Crisp(x), area.Top), QPointF(Crisp(x), area.Baseline));
 
-        // The start's label stands left of its line, the end's right of it; near the edges beside the other side, a row
-        // apart.
+        // The start's label stands left of its line, the end's right of it; where an edge moves one over the other,
+        // below.
         const QString text = ProposalLabel(profile, labels, proposal, line);
         const double width = metrics.horizontalAdvance(text) + 2 * Padding;
-        const double height = metrics.height() + 4;
-        const bool isStart = line == ProfileLine::Start;
-        const double wanted = isStart ? x - width - 3 : x + 3;
+        const double wanted = line == ProfileLine::Start ? x - width - 3 : x + 3;
         const double left = std::clamp(wanted, area.Left + 1, std::max(area.Left + 1, area.Right - width - 1));
-        const QRectF label(left, area.Top + 4 + (isStart ? 0 : height + 3), width, height);
+        QRectF label(left, area.Top + 4, width, metrics.height() + 4);
+        if (label.intersects(before)) label.translate(0, label.height() + 3);
+        before = label;
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(QPen(colours.Boundary, 1, Qt::DashLine));
         painter.setBrush(colours.Background);
