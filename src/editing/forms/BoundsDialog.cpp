@@ -1,13 +1,11 @@
 #include "editing/forms/BoundsDialog.h"
 
-#include <QHBoxLayout>
+#include <QSignalBlocker>
 #include <limits>
 
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/Units.h"
-#include "core/forms/Guarded.h"
-#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 
 namespace vantor {
@@ -20,7 +18,6 @@ constexpr int PlaceColumn = 2;
 constexpr int ThenColumn = 2;
 constexpr int GradeColumn = 3;
 constexpr int WarningColumn = 4;
-constexpr int PreviewRole = Qt::UserRole + 1;
 const QString Dash = QStringLiteral("\u2013");
 
 /// A delay, or a dash, which sorts below all delays.
@@ -38,13 +35,12 @@ BoundsDialog::BoundsDialog(AppContext& context, QWidget* parent, Columns columns
     column->addLayout(head_ = new QVBoxLayout);
     BuildTable(columns);
     column->addWidget(vaRuns_, 1);
-    BuildButtons(*column);
-    Connect(vaRuns_, &QTableWidget::itemChanged, this, context.Messages, [this] { ShowCount(); });
+    column->addWidget(buttons_ = new TickButtons(*this, context, *vaRuns_, HelpTopic::SpeedProfile));
     resize(720, 420);
 }
 
 void BoundsDialog::BuildTable(Columns columns) {
-    vaRuns_ = Named<Table>(this, "vaRuns");
+    vaRuns_ = Named<TickList>(this, "vaRuns");
     vaRuns_->setAccessibleName(QStringLiteral("Runs"));
     QStringList heads{QStringLiteral("Run"), QStringLiteral("Delay now (s)")};
     const QString unit = QLatin1Char(' ') + ToQt(UnitsOf(context_.State).LengthTitle());
@@ -53,37 +49,17 @@ void BoundsDialog::BuildTable(Columns columns) {
     vaRuns_->SetColumns(heads);
 }
 
-void BoundsDialog::BuildButtons(QVBoxLayout& column) {
-    lblCount_ = Named<QLabel>(this, "lblCount");
-    auto* btnAll = Named<QPushButton>(this, "btnTickAll", QStringLiteral("Tick &All"));
-    auto* btnNone = Named<QPushButton>(this, "btnTickNone", QStringLiteral("Tick &None"));
-    btnOk_ = Named<QPushButton>(this, "btnOk", QStringLiteral("OK"));
-    auto* btnCancel = Named<QPushButton>(this, "btnCancel", QStringLiteral("Cancel"));
-    for (QPushButton* button : {btnAll, btnNone, btnCancel}) button->setAutoDefault(false);
-    btnOk_->setDefault(true);
-
-    auto* row = new QHBoxLayout;
-    row->addWidget(HelpButton(*this, context_, HelpTopic::SpeedProfile));
-    for (QPushButton* button : {btnAll, btnNone}) row->addWidget(button);
-    row->addWidget(lblCount_, 1);
-    row->addWidget(btnOk_);
-    row->addWidget(btnCancel);
-    column.addLayout(row);
-    MessageBoxes& messages = context_.Messages;
-    Connect(btnAll, &QPushButton::clicked, this, messages, [this] { TickAll(true); });
-    Connect(btnNone, &QPushButton::clicked, this, messages, [this] { TickAll(false); });
-    Connect(btnOk_, &QPushButton::clicked, this, messages, [this] { accept(); });
-    Connect(btnCancel, &QPushButton::clicked, this, messages, [this] { reject(); });
-}
-
 void BoundsDialog::ShowPreviews(std::vector<BoundsPreview> previews) {
     previews_ = std::move(previews);
-    vaRuns_->BeginFilling();
-    vaRuns_->setRowCount(0);
-    for (std::size_t index = 0; index < previews_.size(); ++index) AddPreview(index);
-    vaRuns_->EndFilling();
+    {
+        const QSignalBlocker blocker(vaRuns_);
+        vaRuns_->BeginFilling();
+        vaRuns_->setRowCount(0);
+        for (std::size_t index = 0; index < previews_.size(); ++index) AddPreview(index);
+        vaRuns_->EndFilling();
+    }
     vaRuns_->setCurrentCell(0, RunColumn);
-    ShowCount();
+    buttons_->ShowCount();
 }
 
 void BoundsDialog::AddPreview(std::size_t index) {
@@ -101,12 +77,8 @@ void BoundsDialog::AddPreview(std::size_t index) {
     std::vector<std::string> remarks = preview.Warnings;
     if (!preview.Note.empty()) remarks.push_back(preview.Note);
     vaRuns_->SetText(row, WarningColumn + places_, ToQt(canBe ? Joined(remarks, "; ") : preview.Problem).simplified());
-    QTableWidgetItem* item = vaRuns_->item(row, RunColumn);
-    item->setData(PreviewRole, static_cast<int>(index));
-    item->setFlags(item->flags().setFlag(Qt::ItemIsUserCheckable, canBe));
-    if (!canBe) return;
     // What would mean nothing is not taken unasked.
-    item->setCheckState(preview.Warnings.empty() ? Qt::Checked : Qt::Unchecked);
+    vaRuns_->SetTick(row, index, canBe ? std::optional(preview.Warnings.empty()) : std::nullopt);
 }
 
 void BoundsDialog::SetPlace(int row, int column, std::int32_t feet, bool isThere) {
@@ -114,29 +86,9 @@ void BoundsDialog::SetPlace(int row, int column, std::int32_t feet, bool isThere
                        isThere ? ToQt(UnitsOf(context_.State).LengthCell(feet)) : Dash);
 }
 
-void BoundsDialog::TickAll(bool areTicked) {
-    for (int row = 0; row < vaRuns_->rowCount(); ++row) {
-        QTableWidgetItem* item = vaRuns_->item(row, RunColumn);
-        if (item->flags().testFlag(Qt::ItemIsUserCheckable))
-            item->setCheckState(areTicked ? Qt::Checked : Qt::Unchecked);
-    }
-}
-
-void BoundsDialog::ShowCount() {
-    const std::size_t count = Chosen().size();
-    lblCount_->setText(QStringLiteral("%1 of %2 runs").arg(count).arg(previews_.size()));
-    btnOk_->setEnabled(count > 0);
-}
-
 std::vector<BoundsPreview> BoundsDialog::Chosen() const {
-    std::vector<bool> isTicked(previews_.size());
-    for (int row = 0; row < vaRuns_->rowCount(); ++row) {
-        const QTableWidgetItem* item = vaRuns_->item(row, RunColumn);
-        isTicked[static_cast<std::size_t>(item->data(PreviewRole).toInt())] = item->checkState() == Qt::Checked;
-    }
     std::vector<BoundsPreview> chosen;
-    for (std::size_t i = 0; i < previews_.size(); ++i)
-        if (isTicked[i]) chosen.push_back(previews_[i]);
+    for (const std::size_t index : vaRuns_->Ticked()) chosen.push_back(previews_[index]);
     return chosen;
 }
 

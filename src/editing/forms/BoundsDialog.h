@@ -1,14 +1,12 @@
 #pragma once
 
 #include <QDialog>
-#include <QLabel>
-#include <QPushButton>
 #include <QVBoxLayout>
 #include <vector>
 
 #include "analysis/StudyEdits.h"
 #include "core/AppContext.h"
-#include "core/forms/Table.h"
+#include "editing/forms/TickList.h"
 
 namespace vantor {
 
@@ -32,18 +30,14 @@ protected:
 
 private:
     void BuildTable(Columns columns);
-    void BuildButtons(QVBoxLayout& column);
     void AddPreview(std::size_t index);
     void SetPlace(int row, int column, std::int32_t feet, bool isThere);
-    void TickAll(bool areTicked);
-    void ShowCount();
 
     std::vector<BoundsPreview> previews_;
     const int places_;  ///< columns of them
     QVBoxLayout* head_;
-    Table* vaRuns_;
-    QLabel* lblCount_;
-    QPushButton* btnOk_;
+    TickList* vaRuns_;
+    TickButtons* buttons_;
 };
 
 }  // namespace vantor

@@ -10,7 +10,6 @@
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/forms/Guarded.h"
-#include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
 #include "core/forms/WrappedLabel.h"
@@ -21,7 +20,6 @@ namespace {
 
 enum PlaceColumn { DistanceColumn, NameColumn, PositionColumn };
 enum RunColumn { RunNameColumn, NowColumn, ThenColumn, HowColumn, RemarkColumn };
-constexpr int PreviewRole = Qt::UserRole + 1;
 constexpr double MostFeet = 10'000'000;
 
 QString HowOf(const NodesPreview& run) {
@@ -43,13 +41,12 @@ frmNodePlaces::frmNodePlaces(AppContext& context, Study study, const RunRecord& 
     auto* column = new QVBoxLayout(this);
     auto* lblPlaces = Named<WrappedLabel>(
         this, "lblPlaces",
-        QStringLiteral("The ticked runs get nodes at these places, and no others. Each run's file so far is kept as a "
-                       "numbered backup. Where run and place have a position, the node is set where the run passes "
-                       "nearest to it; else by the distance from the start of the run."));
+        QStringLiteral("The ticked runs get nodes at these places, and no others; each file so far is kept as a "
+                       "numbered backup."));
     column->addWidget(lblPlaces);
     BuildPlaces(*column);
     BuildRuns(*column);
-    BuildButtons(*column);
+    column->addWidget(buttons_ = new TickButtons(*this, context, *vaRuns_, HelpTopic::SpeedProfile));
     ShowPlaces();
     Preview();
     vaPlaces_->setFocus();
@@ -85,36 +82,12 @@ void frmNodePlaces::BuildPlaces(QVBoxLayout& column) {
 }
 
 void frmNodePlaces::BuildRuns(QVBoxLayout& column) {
-    vaRuns_ = Named<Table>(this, "vaRuns");
+    vaRuns_ = Named<TickList>(this, "vaRuns");
     vaRuns_->setAccessibleName(QStringLiteral("Runs"));
     vaRuns_->SetColumns({QStringLiteral("Run"), QStringLiteral("Nodes now"), QStringLiteral("Nodes then"),
                          QStringLiteral("Set"), QStringLiteral("Remarks")});
     vaRuns_->SetEmptyText(QStringLiteral("The study has no runs."));
     column.addWidget(vaRuns_, 3);
-    Connect(vaRuns_, &QTableWidget::itemChanged, this, context_.Messages, [this] { ShowCount(); });
-}
-
-void frmNodePlaces::BuildButtons(QVBoxLayout& column) {
-    lblCount_ = Named<QLabel>(this, "lblCount");
-    auto* btnAll = Named<QPushButton>(this, "btnTickAll", QStringLiteral("Tick &All"));
-    auto* btnNone = Named<QPushButton>(this, "btnTickNone", QStringLiteral("Tick &None"));
-    btnOk_ = Named<QPushButton>(this, "btnOk", QStringLiteral("OK"));
-    auto* btnCancel = Named<QPushButton>(this, "btnCancel", QStringLiteral("Cancel"));
-    for (QPushButton* button : {btnAll, btnNone, btnCancel}) button->setAutoDefault(false);
-    btnOk_->setDefault(true);
-    auto* row = new QHBoxLayout;
-    row->addWidget(HelpButton(*this, context_, HelpTopic::SpeedProfile));
-    row->addWidget(btnAll);
-    row->addWidget(btnNone);
-    row->addWidget(lblCount_, 1);
-    row->addWidget(btnOk_);
-    row->addWidget(btnCancel);
-    column.addLayout(row);
-    MessageBoxes& messages = context_.Messages;
-    Connect(btnAll, &QPushButton::clicked, this, messages, [this] { TickAll(true); });
-    Connect(btnNone, &QPushButton::clicked, this, messages, [this] { TickAll(false); });
-    Connect(btnOk_, &QPushButton::clicked, this, messages, [this] { accept(); });
-    Connect(btnCancel, &QPushButton::clicked, this, messages, [this] { reject(); });
 }
 
 void frmNodePlaces::ShowPlaces() {
@@ -187,12 +160,15 @@ void frmNodePlaces::Preview() {
                        folder = StudyGroupFolder(context_.State)](FileSystem& files, const Progress& progress) {
                           previews = PreviewNodes(study, places, files, folder, units, progress);
                       });
-    vaRuns_->BeginFilling();
-    vaRuns_->setRowCount(0);
-    for (std::size_t index = 0; index < previews_.size(); ++index) AddRun(index);
-    vaRuns_->EndFilling();
+    {
+        const QSignalBlocker blocker(vaRuns_);
+        vaRuns_->BeginFilling();
+        vaRuns_->setRowCount(0);
+        for (std::size_t index = 0; index < previews_.size(); ++index) AddRun(index);
+        vaRuns_->EndFilling();
+    }
     vaRuns_->setCurrentCell(0, RunNameColumn);
-    ShowCount();
+    buttons_->ShowCount();
 }
 
 void frmNodePlaces::AddRun(std::size_t index) {
@@ -209,35 +185,14 @@ void frmNodePlaces::AddRun(std::size_t index) {
     if (run.IsSame) remarks.emplace_back("has these nodes already");
     if (canBe && run.Now > 0) remarks.emplace_back("its nodes so far are replaced");
     vaRuns_->SetText(row, RemarkColumn, ToQt(run.Problem.empty() ? Joined(remarks, "; ") : run.Problem).simplified());
-    QTableWidgetItem* item = vaRuns_->item(row, RunNameColumn);
-    item->setData(PreviewRole, static_cast<int>(index));
-    item->setFlags(item->flags().setFlag(Qt::ItemIsUserCheckable, canBe));
     // Nodes that a run has are not taken away unasked.
-    if (canBe) item->setCheckState(run.Now == 0 && run.OutOfReach.empty() ? Qt::Checked : Qt::Unchecked);
-}
-
-void frmNodePlaces::TickAll(bool areTicked) {
-    for (int row = 0; row < vaRuns_->rowCount(); ++row) {
-        QTableWidgetItem* item = vaRuns_->item(row, RunNameColumn);
-        if (item->flags().testFlag(Qt::ItemIsUserCheckable))
-            item->setCheckState(areTicked ? Qt::Checked : Qt::Unchecked);
-    }
+    vaRuns_->SetTick(row, index, canBe ? std::optional(run.Now == 0 && run.OutOfReach.empty()) : std::nullopt);
 }
 
 std::vector<std::string> frmNodePlaces::Ticked() const {
     std::vector<std::string> names;
-    for (int row = 0; row < vaRuns_->rowCount(); ++row) {
-        const QTableWidgetItem* item = vaRuns_->item(row, RunNameColumn);
-        if (item->checkState() == Qt::Checked)
-            names.push_back(previews_[static_cast<std::size_t>(item->data(PreviewRole).toInt())].Name);
-    }
+    for (const std::size_t index : vaRuns_->Ticked()) names.push_back(previews_[index].Name);
     return names;
-}
-
-void frmNodePlaces::ShowCount() {
-    const std::size_t count = Ticked().size();
-    lblCount_->setText(QStringLiteral("%1 of %2 runs").arg(count).arg(previews_.size()));
-    btnOk_->setEnabled(count > 0);
 }
 
 void frmNodePlaces::accept() {

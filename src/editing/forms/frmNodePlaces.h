@@ -1,15 +1,14 @@
 #pragma once
 
 #include <QDialog>
-#include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
 #include <vector>
 
 #include "core/AppContext.h"
-#include "core/forms/Table.h"
 #include "editing/NodePlaces.h"
+#include "editing/forms/TickList.h"
 
 namespace vantor {
 
@@ -28,15 +27,12 @@ public:
 private:
     void BuildPlaces(QVBoxLayout& column);
     void BuildRuns(QVBoxLayout& column);
-    void BuildButtons(QVBoxLayout& column);
     void ShowPlaces();
     void TakePlace(const QTableWidgetItem& item);
     void AddPlace();
     void RemovePlace();
     void Preview();
     void AddRun(std::size_t index);
-    void TickAll(bool areTicked);
-    void ShowCount();
     std::vector<std::string> Ticked() const;
 
     AppContext& context_;
@@ -47,9 +43,8 @@ private:
     int written_ = 0;
     QTableWidget* vaPlaces_;
     QPushButton* btnRemove_;
-    Table* vaRuns_;
-    QLabel* lblCount_;
-    QPushButton* btnOk_;
+    TickList* vaRuns_;
+    TickButtons* buttons_;
 };
 
 /// Lets the user set the nodes of the current study's runs at the places of the current run, which is read again where
