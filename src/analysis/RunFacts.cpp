@@ -42,7 +42,7 @@ void AddFigureWarnings(const StudyRunEntry& entry, const RunFacts& facts, std::v
     if (entry.Computed && entry.Computed->Movement != facts.Movement)
         warnings.emplace_back("run changed since it was computed");
     if (!wasComputed) return;
-    if (entry.ControlDelay < 0) warnings.emplace_back("negative control delay");
+    if (entry.ControlDelay < 0) warnings.emplace_back(NegativeDelayWarning);
     const std::int32_t ideal = entry.IdealSpeedUser != 0 ? entry.IdealSpeedUser : entry.IdealSpeedCalc;
     if (ideal < LeastIdealSpeed) warnings.emplace_back("ideal speed below 10 mph");
     if (ideal > MostIdealSpeed) warnings.emplace_back("ideal speed above 80 mph");

@@ -36,6 +36,9 @@ RunFacts ReadRunFacts(const FileSystem& files, const std::string& folder, const 
 /// What lies between the boundaries; nothing where one is not set or not found, or they are crossed.
 std::optional<PartBetween> BetweenBoundaries(const StudyRunEntry& entry, const RunFacts& facts);
 
+/// One of the warnings: a run that is faster than its ideal speed.
+inline constexpr const char* NegativeDelayWarning = "negative control delay";
+
 /// What makes a figure mean something else than it seems to, each as a short text; none for what is no run. Warnings
 /// change no figure: a run that they name counts as before.
 std::vector<std::string> RunWarnings(const StudyRunEntry& entry, const RunFacts& facts);

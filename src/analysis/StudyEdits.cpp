@@ -11,6 +11,13 @@ Computation ComputationOf(const RunRecord& run, const StudyRunEntry& entry) {
     return {MovementHash(run), entry.CDStartDist, entry.CDEndDist, entry.IdealSpeedUser, {}};
 }
 
+std::vector<RunBounds> ForEach(const std::vector<int>& runs, const Bounds& bounds) {
+    std::vector<RunBounds> each;
+    each.reserve(runs.size());
+    for (const int run : runs) each.push_back({run, bounds});
+    return each;
+}
+
 StudyRunEntry WithBounds(StudyRunEntry entry, const Bounds& bounds) {
     entry.CDStartDist = bounds.StartDist;
     entry.CDEndDist = bounds.EndDist;
@@ -63,8 +70,13 @@ float ComputeEntry(const RunRecord& run, const AppSettings& settings, PlotState&
 
 std::vector<RunNotComputed> SetBounds(Study& study, const std::vector<int>& runs, const Bounds& bounds,
                                       const FileSystem& files, const std::string& folder, const AppSettings& settings) {
+    return SetBounds(study, ForEach(runs, bounds), files, folder, settings);
+}
+
+std::vector<RunNotComputed> SetBounds(Study& study, const std::vector<RunBounds>& runs, const FileSystem& files,
+                                      const std::string& folder, const AppSettings& settings) {
     std::vector<RunNotComputed> failed;
-    for (const int run : runs) {
+    for (const auto& [run, bounds] : runs) {
         StudyRunEntry& entry = study.Entries[run];
         const RunReading reading = ReadRun(files, folder, RunFileName(entry), RunPart::Whole);
         if (auto problem = Compute(WithBounds(entry, bounds), entry, run, reading, settings))
@@ -76,8 +88,14 @@ std::vector<RunNotComputed> SetBounds(Study& study, const std::vector<int>& runs
 std::vector<BoundsPreview> PreviewBounds(const Study& study, const std::vector<int>& runs, const Bounds& bounds,
                                          const FileSystem& files, const std::string& folder,
                                          const AppSettings& settings, const Progress& progress) {
+    return PreviewBounds(study, ForEach(runs, bounds), files, folder, settings, progress);
+}
+
+std::vector<BoundsPreview> PreviewBounds(const Study& study, const std::vector<RunBounds>& runs,
+                                         const FileSystem& files, const std::string& folder,
+                                         const AppSettings& settings, const Progress& progress) {
     std::vector<BoundsPreview> previews;
-    for (const int run : runs) {
+    for (const auto& [run, bounds] : runs) {
         if (!progress(previews.size(), runs.size())) return {};
         BoundsPreview& preview = previews.emplace_back(BoundsPreview{run, study.Entries[run], study.Entries[run]});
         const RunReading reading = ReadRun(files, folder, RunFileName(preview.Now), RunPart::Whole);

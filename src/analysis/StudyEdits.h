@@ -27,6 +27,12 @@ struct Bounds {
     std::optional<std::int32_t> IdealSpeedUser;  ///< miles per hour, 0 for none; nothing leaves it as it is
 };
 
+/// What a run (from 1) is to get.
+struct RunBounds {
+    int Run = 0;
+    Bounds To;
+};
+
 /// A run of the study that could not be computed: its entry is as it was.
 struct RunNotComputed {
     int Run = 0;                           ///< from 1
@@ -34,6 +40,10 @@ struct RunNotComputed {
     std::string Reason;
 };
 
+/// Gives each of those runs its boundaries and computes it.
+[[nodiscard]] std::vector<RunNotComputed> SetBounds(Study& study, const std::vector<RunBounds>& runs,
+                                                    const FileSystem& files, const std::string& folder,
+                                                    const AppSettings& settings);
 /// Gives those runs (from 1) these boundaries and computes them.
 [[nodiscard]] std::vector<RunNotComputed> SetBounds(Study& study, const std::vector<int>& runs, const Bounds& bounds,
                                                     const FileSystem& files, const std::string& folder,
@@ -46,9 +56,13 @@ struct BoundsPreview {
     StudyRunEntry Then;                      ///< as SetBounds makes it; as it is now where that cannot be
     std::string Problem = {};                ///< why it cannot be; empty where it can
     std::vector<std::string> Warnings = {};  ///< what is the matter with the figures then; RunWarnings, BoundaryProblem
+    std::string Note = {};                   ///< what is to be known of it, which is no matter; or empty
 };
 
 /// What SetBounds would make of those runs. Nothing when it was stopped.
+[[nodiscard]] std::vector<BoundsPreview> PreviewBounds(const Study& study, const std::vector<RunBounds>& runs,
+                                                       const FileSystem& files, const std::string& folder,
+                                                       const AppSettings& settings, const Progress& progress = {});
 [[nodiscard]] std::vector<BoundsPreview> PreviewBounds(const Study& study, const std::vector<int>& runs,
                                                        const Bounds& bounds, const FileSystem& files,
                                                        const std::string& folder, const AppSettings& settings,

@@ -14,7 +14,9 @@
 #include "counter/forms/frmUploadSelectTDC.h"
 #include "editing/forms/frmEditPulseData.h"
 #include "editing/forms/frmEditRunFile.h"
+#include "editing/forms/frmNodePlaces.h"
 #include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
+#include "editing/forms/frmProposeBoundaries.h"
 #include "editing/forms/frmRunDetails.h"
 #include "gpsobd/forms/LogReview.h"
 #include "gpsobd/forms/LogSelect.h"
@@ -66,6 +68,16 @@ ProfileChanges AppScreens::ShowSpeedProfile(const ProfileVisit& visit) {
     Run(form);
     return form.Changes();
 }
+
+std::map<int, StudyRunEntry> AppScreens::ShowBoundaryProposals() {
+    std::map<int, StudyRunEntry> entries;
+    for (const BoundsPreview& chosen :
+         AskForProposals(*context_, context_->State.CurrentStudy, 0, QApplication::activeWindow()))
+        entries[chosen.Run] = chosen.Then;
+    return entries;
+}
+
+bool AppScreens::ShowNodePlaces() { return AskForNodePlaces(*context_, QApplication::activeWindow()) > 0; }
 
 void AppScreens::ShowRunEditor(int entryIndex) { ShowModal<frmRunDetails>(*context_, entryIndex); }
 void AppScreens::ShowSensorData(int entryIndex) { ShowModal<frmEditPulseData>(*context_, entryIndex); }

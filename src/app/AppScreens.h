@@ -16,6 +16,8 @@ public:
     bool ShowStudySaveAs() override;
     bool ShowRunSelect() override;
     ProfileChanges ShowSpeedProfile(const ProfileVisit& visit) override;
+    std::map<int, StudyRunEntry> ShowBoundaryProposals() override;
+    bool ShowNodePlaces() override;
     void ShowRunEditor(int entryIndex) override;
     void ShowSensorData(int entryIndex) override;
     void ShowRunFileEditor(int entryIndex) override;

@@ -33,6 +33,8 @@ void AddCounterCommands(CLI::App& program, CommandAction& chosen);
 void AddLogCommands(CLI::App& program, CommandAction& chosen);
 void AddStudyCommands(CLI::App& program, CommandAction& chosen);
 /// Below the group "study".
+void AddProposeCommand(CLI::App& studyGroup, CommandAction& chosen);
+/// Below the group "study".
 void AddChartCommand(CLI::App& studyGroup, CommandAction& chosen);
 /// Below the group "study".
 void AddStatisticsCommands(CLI::App& studyGroup, CommandAction& chosen);

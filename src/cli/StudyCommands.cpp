@@ -8,6 +8,7 @@
 #include "cli/Commands.h"
 #include "cli/RecordJson.h"
 #include "cli/StandardInput.h"
+#include "cli/StudyChange.h"
 #include "core/Csv.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
@@ -33,6 +34,15 @@ Json StudyAsJson(const Study& study, const std::vector<RunListRow>& rows) {
 
 Json LabelAsJson(const std::optional<std::string>& label) { return label ? Json(*label) : Json(nullptr); }
 
+/// A run that is there and cannot be read may be there again the next moment.
+bool IsUnsure(const std::vector<RunNotComputed>& failed, const std::vector<RunListRow>& rows) {
+    return std::ranges::count(failed, RunOutcome::Unreadable, &RunNotComputed::Outcome) +
+               std::ranges::count(rows, RunState::Unreadable, &RunListRow::State) >
+           0;
+}
+
+}  // namespace
+
 std::optional<Study> LoadNamedStudy(CommandContext& context, const NamedFile& file) {
     auto study = LoadStudy(context.Files, file.Folder, file.Name);
     if (!study) context.Err << "Missing Study File: " << file.Name << '\n';
@@ -41,13 +51,38 @@ std::optional<Study> LoadNamedStudy(CommandContext& context, const NamedFile& fi
     return study;
 }
 
-/// A study to be written again: one whose file was cut short would lose what can still be saved of it.
 std::optional<Study> LoadStudyToChange(CommandContext& context, const NamedFile& file) {
     auto study = LoadNamedStudy(context, file);
     if (!study || study->MissingEntries == 0) return study;
     context.Err << "The study is not changed. Open it in the window and delete the entries without a name first.\n";
     return std::nullopt;
 }
+
+int FinishStudy(CommandContext& context, const NamedFile& file, Study& study, const std::vector<RunNotComputed>& failed,
+                const Json& also) {
+    for (const RunNotComputed& run : failed) context.Err << run.Reason << '\n';
+    ResultLabels labels;
+    const auto rows = MakeRunListRows(study, context.Files, file.Folder, context.State.Settings);
+    if (IsUnsure(failed, rows)) {
+        static_cast<void>(context.TellOfRuns(rows));
+        context.Err << "The study was not saved, because the system refuses a run of it: its average would lack that "
+                       "run. Try again, or take the run out of the study.\n";
+        return Failed;
+    }
+    ComputeStudyResults(study, rows, labels);
+    WriteStudyFile(context.Files, study, file.Folder, file.Name, Replacing::OwnFile);
+    Json result = StudyAsJson(study, rows);
+    result["AvgControlDelay"] = LabelAsJson(labels.AvgControlDelay);
+    result["AvgStopDelay"] = LabelAsJson(labels.AvgStopDelay);
+    result["Ratio"] = LabelAsJson(labels.Ratio);
+    result["StopSpeedThreshold"] = context.State.Settings.StopSpeedThreshold;
+    result.update(also);
+    const ExitStatus status = context.TellOfRuns(rows);
+    context.Print(result);
+    return failed.empty() ? status : Failed;
+}
+
+namespace {
 
 int ShowStudy(CommandContext& context, const std::string& path) {
     const NamedFile file = TakeApart(path, StudyExtension, "study file");
@@ -94,37 +129,6 @@ int MakeStudy(CommandContext& context, const std::string& directory, const std::
     WriteStudyFile(context.Files, study, folder, name, Replacing::OwnFile);
     context.Print(StudyAsJson(study, MakeRunListRows(study, context.Files, folder, context.State.Settings)));
     return Done;
-}
-
-/// A run that is there and cannot be read may be there again the next moment.
-bool IsUnsure(const std::vector<RunNotComputed>& failed, const std::vector<RunListRow>& rows) {
-    return std::ranges::count(failed, RunOutcome::Unreadable, &RunNotComputed::Outcome) +
-               std::ranges::count(rows, RunState::Unreadable, &RunListRow::State) >
-           0;
-}
-
-/// Averages the study, writes it and prints it with what the window's labels show.
-int FinishStudy(CommandContext& context, const NamedFile& file, Study& study,
-                const std::vector<RunNotComputed>& failed) {
-    for (const RunNotComputed& run : failed) context.Err << run.Reason << '\n';
-    ResultLabels labels;
-    const auto rows = MakeRunListRows(study, context.Files, file.Folder, context.State.Settings);
-    if (IsUnsure(failed, rows)) {
-        static_cast<void>(context.TellOfRuns(rows));
-        context.Err << "The study was not saved, because the system refuses a run of it: its average would lack that "
-                       "run. Try again, or take the run out of the study.\n";
-        return Failed;
-    }
-    ComputeStudyResults(study, rows, labels);
-    WriteStudyFile(context.Files, study, file.Folder, file.Name, Replacing::OwnFile);
-    Json result = StudyAsJson(study, rows);
-    result["AvgControlDelay"] = LabelAsJson(labels.AvgControlDelay);
-    result["AvgStopDelay"] = LabelAsJson(labels.AvgStopDelay);
-    result["Ratio"] = LabelAsJson(labels.Ratio);
-    result["StopSpeedThreshold"] = context.State.Settings.StopSpeedThreshold;
-    const ExitStatus status = context.TellOfRuns(rows);
-    context.Print(result);
-    return failed.empty() ? status : Failed;
 }
 
 int ComputeStudy(CommandContext& context, const std::string& path, std::optional<std::int16_t> stopSpeed) {
@@ -260,6 +264,7 @@ void AddStudyCommands(CLI::App& program, CommandAction& chosen) {
 
     AddBoundsCommand(*group, chosen);
     AddExportCommand(*group, chosen);
+    AddProposeCommand(*group, chosen);
     AddChartCommand(*group, chosen);
     AddReportCommand(*group, chosen);
     AddStatisticsCommands(*group, chosen);

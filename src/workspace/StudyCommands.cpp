@@ -156,6 +156,11 @@ void ShowRun(AppContext& context, int index, void (Screens::*screen)(int entryIn
         (context.OtherScreens.*screen)(index);
 }
 
+bool ShowNodePlacesOf(AppContext& context, int index) {
+    return ReadRunOfStudy(context, RunFileName(context.State.CurrentStudy.Entries[index])) &&
+           context.OtherScreens.ShowNodePlaces();
+}
+
 void ShowRunDetails(AppContext& context, int index, const std::vector<int>& selected) {
     ApplicationState& state = context.State;
     if (!ReadRunOfStudy(context, RunFileName(state.CurrentStudy.Entries[index]))) return;

@@ -42,6 +42,9 @@ void TellMissingRuns(AppContext& context, const std::vector<RunListRow>& rows, s
 
 /// Shows the speed profile of run `index` (from 1) of the study, from which the user may go on to the others, and takes
 /// over what was changed there: boundaries, and names of runs where new ones were given. `selected` are the runs that
+/// Makes a run of the study (from 1) the current one and shows the nodes that all runs can get from it; true when run
+/// files were written.
+bool ShowNodePlacesOf(AppContext& context, int index);
 /// are selected in the list. A run that cannot be read is told to the user.
 void ShowRunDetails(AppContext& context, int index, const std::vector<int>& selected = {});
 

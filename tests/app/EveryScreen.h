@@ -20,7 +20,9 @@
 #include "counter/forms/frmUploadSelectTDC.h"
 #include "editing/forms/frmEditPulseData.h"
 #include "editing/forms/frmEditRunFile.h"
+#include "editing/forms/frmNodePlaces.h"
 #include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
+#include "editing/forms/frmProposeBoundaries.h"
 #include "editing/forms/frmRunDetails.h"
 #include "editing/forms/frmUseBoundaries.h"
 #include "fakes/FakePorts.h"
@@ -130,6 +132,13 @@ inline std::shared_ptr<QWidget> OpenProfile(ShownProgram& program) {
     return std::make_shared<frmPlotRunSpeedProfileHoriz>(program.Program, ProfileVisit{.Run = 1, .GoesOn = true});
 }
 
+/// The same while boundaries are proposed.
+inline std::shared_ptr<QWidget> OpenProposal(ShownProgram& program) {
+    auto profile = OpenProfile(program);
+    profile->findChild<QAction*>(QStringLiteral("mnuPropose"))->trigger();
+    return profile;
+}
+
 inline std::shared_ptr<QWidget> OpenUseBoundaries(ShownProgram& program) {
     Study& study = program.State.CurrentStudy;
     if (study.Record.RunCount == 0) AppendRun(study, "NB-1");
@@ -139,6 +148,16 @@ inline std::shared_ptr<QWidget> OpenUseBoundaries(ShownProgram& program) {
     return std::make_shared<frmUseBoundaries>(
         program.Program, PreviewBounds(study, runs, bounds, program.Files, program.Group, program.State.Settings),
         bounds);
+}
+
+inline std::shared_ptr<QWidget> OpenProposeBoundaries(ShownProgram& program) {
+    const Study& study = program.State.CurrentStudy;
+    return std::make_shared<frmProposeBoundaries>(
+        program.Program, study, ReadRunsToPropose(study, program.Files, program.Group, program.State.Settings));
+}
+
+inline std::shared_ptr<QWidget> OpenNodePlaces(ShownProgram& program) {
+    return std::make_shared<frmNodePlaces>(program.Program, program.State.CurrentStudy, program.State.CurrentRun);
 }
 
 inline std::function<std::shared_ptr<QWidget>(ShownProgram&)> Reviews(LogKind kind, const char* extension) {
@@ -171,7 +190,10 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmPrefs", Opens<frmPrefs>()},
         {"frmRunDetails", OpenRun<frmRunDetails>},
         {"frmPlotRunSpeedProfileHoriz", OpenProfile},
+        {"ProposalBar", OpenProposal, true, "frmPlotRunSpeedProfileHoriz"},
         {"frmUseBoundaries", OpenUseBoundaries},
+        {"frmProposeBoundaries", OpenProposeBoundaries},
+        {"frmNodePlaces", OpenNodePlaces},
         {"frmEditPulseData", OpenRun<frmEditPulseData>, false},
         {"frmEditRunFile", OpenRun<frmEditRunFile>},
         {"frmRunStatistics", OpenRun<frmRunStatistics>},

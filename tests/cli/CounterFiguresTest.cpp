@@ -83,10 +83,23 @@ TEST_F(CorridorRoad, FiguresMatchTheIndependentOnes) {
                       {"AvgStopDelay", " " + expected["AvgStopDelay"].dump()},
                       {"Ratio", "3."}});
 
+    // Eight runs are held up at the third node and at the fifth; boundaries around five nodes speak for none.
+    const auto proposed = Json("study propose", {"/group/AM Peak.ld2"});
+    ExpectHas(proposed, {{"node", 3}, {"stored", false}});
+    ExpectHas(proposed["runs"][0], {{"start_dist", 3492}, {"end_dist", 4070}});
+    EXPECT_EQ(Json("study show", {"/group/AM Peak.ld2"})["entries"], study["entries"]) << "nothing is stored unasked";
+    EXPECT_EQ(Status("study propose --apply --node 6", {"/group/AM Peak.ld2"}), 1);
+
     auto again = Json("study compute", {"/group/AM Peak.ld2"});
     EXPECT_EQ(again, study) << "computing a second time changes nothing";
     for (const char* label : {"AvgControlDelay", "AvgStopDelay", "Ratio", "StopSpeedThreshold"}) again.erase(label);
     EXPECT_EQ(Json("study show", {"/group/AM Peak.ld2"}), again);
+
+    // Nodes 1 and 2 are passed freely by runs that data/corridor_figures.json knows nothing of.
+    const auto applied = Json("study propose --apply --node 2", {"/group/AM Peak.ld2"});
+    EXPECT_EQ(applied["entries"][0]["CDStartDist"], applied["runs"][0]["start_dist"]);
+    EXPECT_EQ(applied["runs"][4]["remarks"], "passed without delay: no boundaries");
+    EXPECT_EQ(applied["entries"][4], again["entries"][4]);
 }
 
 /// A dump that lost one byte, for each of its bytes, against data/make_counter_faults.py.

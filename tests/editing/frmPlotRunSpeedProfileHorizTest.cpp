@@ -316,6 +316,59 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, OtherRunsGetTheBoundariesThatAreTicked) 
     EXPECT_EQ(BoundariesOf(State.CurrentStudy.Entries[4]), std::pair(2000, 7000));
 }
 
+TEST_F(frmPlotRunSpeedProfileHorizTest, AProposalIsStoredWhenItIsUsedAndOneStepTakesItBack) {
+    RunRecord run = RunWithStop();
+    run.SampleValues[110] = static_cast<std::int16_t>(Node);
+    Use(run);
+    OpenPlot();
+    Get<QAction>("mnuPropose").trigger();
+    // The mean of five seconds begins to fall in second 99 and is whole again in second 123.
+    EXPECT_EQ(Text("lblProposal"), "Proposed: 4900 to 5150 ft.");
+    EXPECT_THAT(Description(), testing::HasSubstr("Start 4900 ft, proposed. End 5150 ft, proposed."));
+    Press("btnRejectProposal");
+    EXPECT_FALSE(IsShown("ProposalBar"));
+    ExpectNothingStored();
+    for (const bool inTime : {false, true}) {
+        Press("btnPropose");
+        PressKey(Qt::Key_Space);
+        EXPECT_EQ(BoundariesOf(Entry()), std::pair(4900, 5150)) << inTime;
+        EXPECT_EQ(Entry().ControlDelay, 20);
+        EXPECT_FALSE(IsShown("ProposalBar"));
+        Press("btnUndo");
+        EXPECT_EQ(BoundariesOf(Entry()), std::pair(0, 0));
+        Press("btnToggleSpdTime");
+    }
+    Press("btnRedo");
+    Press("BtnPlotSpeedExit");
+    EXPECT_TRUE(IsAccepted());
+}
+
+TEST_F(frmPlotRunSpeedProfileHorizTest, ProposalsGoOnWithTheRunsAndForAllAtOnce) {
+    AddRuns({"B", "C"});
+    OpenPlot();
+    Press("btnPropose");
+    EXPECT_THAT(Text("lblProposal"), testing::HasSubstr("This run has no nodes"));
+    EXPECT_THAT(Text("lblProposal"), testing::HasSubstr("Slows down without a node: 4900 to 5150 ft."));
+    EXPECT_FALSE(IsEnabled("btnUseProposal"));
+    PressKey(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_TRUE(IsShown("ProposalBar"));
+    Window->OnProposals = [](const Study& study) {
+        std::vector<BoundsPreview> chosen;
+        for (int run = 1; run <= 3; ++run) {
+            chosen.push_back({run, study.Entries[run], study.Entries[run]});
+            chosen.back().Then.CDStartDist = 1000 * run;
+            chosen.back().Then.CDEndDist = 6000;
+        }
+        return chosen;
+    };
+    Get<QAction>("mnuProposeForAll").trigger();
+    for (int run = 1; run <= 3; ++run)
+        EXPECT_EQ(BoundariesOf(State.CurrentStudy.Entries[run]), std::pair(1000 * run, 6000));
+    Press("btnUndo");
+    EXPECT_EQ(BoundariesOf(State.CurrentStudy.Entries[2]), std::pair(0, 0)) << "the run in view has its step";
+    CloseEarly();
+}
+
 TEST_F(frmPlotRunSpeedProfileHorizTest, PictureIsCopiedAndSaved) {
     OpenPlot();
     Get<QAction>("mnuCopyPicture").trigger();

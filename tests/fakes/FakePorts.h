@@ -89,7 +89,8 @@ public:
     StartUpChoice StartUp = StartUpChoice::None;
     CounterFileChoice CounterFile{"/start/Field Data Files/", "dump"};
     LogChoice Log{"/start/Field Data Files/", "drive", ".gd2"};
-    StudyChoices Options;         ///< of the statistics
+    StudyChoices Options;  ///< of the statistics
+    std::map<int, StudyRunEntry> Proposals;
     ProfileChanges Profiles;      ///< by the speed profile; its LastRun is the first
     RunsForStudy Moved;           ///< in the screen that names runs
     std::vector<Upload> Uploads;  ///< what was handed to the screen that names runs
@@ -103,6 +104,11 @@ public:
         Show("frmPlotRunSpeedProfileHoriz");
         return Profiles;
     }
+    std::map<int, StudyRunEntry> ShowBoundaryProposals() override {
+        Show("frmProposeBoundaries");
+        return Proposals;
+    }
+    bool ShowNodePlaces() override { return Show("frmNodePlaces"); }
     void ShowRunEditor(int) override { Show("frmRunDetails"); }
     void ShowSensorData(int) override { Show("frmEditPulseData"); }
     void ShowRunFileEditor(int) override { Show("frmEditRunFile"); }

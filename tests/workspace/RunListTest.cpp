@@ -163,6 +163,20 @@ TEST_F(RunListTest, DetailsBringBackBoundariesAndANewName) {
     EXPECT_EQ(Current().Entries[2].CDEndDist, 0);
 }
 
+TEST_F(RunListTest, ProposedBoundariesOfSeveralRunsAreOneStep) {
+    StartWith({{"R1", 12}, {"R2", 50}});
+    const Study before = Current();
+    for (const int run : {1, 2}) {
+        OtherScreens.Proposals[run] = Current().Entries[run];
+        OtherScreens.Proposals[run].CDEndDist = 900;
+    }
+    Do("mnuRunPropose");
+    for (const int run : {1, 2}) EXPECT_EQ(Current().Entries[run].CDEndDist, 900);
+    EXPECT_EQ(Text("lblDone"), "Boundaries given to 2 runs; Ctrl+Z takes them back");
+    Do("mnuRunUndo");
+    EXPECT_EQ(Current().Entries, before.Entries);
+}
+
 TEST_F(RunListTest, TakesBackADeletedRunButNoEntryThatFitsTheRunNoMore) {
     StartWith({{"R1", 12}, {"R2", 50}, {"R3", 20}});
     PressKey(Qt::Key_Down);

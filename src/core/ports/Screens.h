@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 
@@ -22,6 +23,10 @@ public:
     /// True when runs were added to the current study.
     [[nodiscard]] virtual bool ShowRunSelect() = 0;
     [[nodiscard]] virtual ProfileChanges ShowSpeedProfile(const ProfileVisit& visit) = 0;
+    /// Boundaries that are proposed for the runs of the current study; the entries of those that are to get theirs.
+    [[nodiscard]] virtual std::map<int, StudyRunEntry> ShowBoundaryProposals() = 0;
+    /// Nodes of the current study's runs at the places of the current run; true when run files were written.
+    [[nodiscard]] virtual bool ShowNodePlaces() = 0;
     // The editors of the current run, whose samples are loaded; it is run `entryIndex` of the study. A run that they
     // save is in its file, in the ApplicationState and in the study's entry afterwards.
     virtual void ShowRunEditor(int entryIndex) = 0;

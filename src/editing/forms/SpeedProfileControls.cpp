@@ -34,6 +34,7 @@ SpeedProfileControls::SpeedProfileControls(QDialog& window) : window_(window) {
     auto* column = new QVBoxLayout(&window);
     column->addLayout(LayOutHead());
     column->addLayout(LayOutReadOut());
+    column->addWidget(Proposal = new ProposalBar(&window));
     column->addWidget(Plot, 1);
     column->addWidget(HScroll1);
     column->addLayout(LayOutBoundaries());
@@ -112,7 +113,10 @@ QLayout* SpeedProfileControls::LayOutBoundaries() {
     for (QToolButton* button : {btnUndo, btnRedo}) button->setFocusPolicy(Qt::StrongFocus);
     btnUseFor = Named<QPushButton>(&window_, "btnUseFor", QStringLiteral("Use &for"));
     btnUseFor->setToolTip(QStringLiteral("Give other runs of the study these boundaries"));
-    btnUseFor->setAutoDefault(false);
+    btnPropose = Named<QPushButton>(&window_, "btnPropose", QStringLiteral("Pr&opose"));
+    btnPropose->setToolTip(
+        QStringLiteral("Show where this run slows down at a node, as boundaries to use or reject (Ctrl+B)"));
+    for (QPushButton* button : {btnPropose, btnUseFor}) button->setAutoDefault(false);
 
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(txtStart, QStringLiteral("St&art")));
@@ -127,6 +131,7 @@ QLayout* SpeedProfileControls::LayOutBoundaries() {
     row->addStretch();
     row->addWidget(btnUndo);
     row->addWidget(btnRedo);
+    row->addWidget(btnPropose);
     row->addWidget(btnUseFor);
     return row;
 }
@@ -200,7 +205,8 @@ QLayout* SpeedProfileControls::LayOutButtons() {
 void SpeedProfileControls::SetTabOrder() {
     QWidget* before = Plot;
     for (QWidget* control : std::initializer_list<QWidget*>{
-             HScroll1, txtStart, txtEnd, btnUndo, btnRedo, btnUseFor, txtIdealSpeed, cmbPlotScaleList, btnToggleSpdTime,
+             Proposal->cmbProposalNode, Proposal->btnUseProposal, Proposal->btnRejectProposal, HScroll1, txtStart,
+             txtEnd, btnUndo, btnRedo, btnPropose, btnUseFor, txtIdealSpeed, cmbPlotScaleList, btnToggleSpdTime,
              btnTrim, BtnPlotSpeedExit, cmdHelp, btnPreviousRun, btnNextRun, txtEditRunName}) {
         QWidget::setTabOrder(before, control);
         before = control;

@@ -10,6 +10,7 @@
 
 #include "core/forms/FigureLabel.h"
 #include "editing/forms/NumberBox.h"
+#include "editing/forms/ProposalBar.h"
 #include "editing/forms/SpeedProfilePlot.h"
 
 namespace vantor {
@@ -22,6 +23,7 @@ struct SpeedProfileControls {
     /// The title of the plot.
     std::string Title() const;
 
+    ProposalBar* Proposal;
     SpeedProfilePlot* Plot;
     QScrollBar* HScroll1;
     FigureLabel* lblReadOut;
@@ -37,6 +39,7 @@ struct SpeedProfileControls {
     QToolButton* btnRedo;
     QPushButton* btnPreviousRun;
     QPushButton* btnNextRun;
+    QPushButton* btnPropose;
     QPushButton* btnUseFor;
     NumberBox* txtIdealSpeed;
     FigureLabel* lblIdealSpeedSource;

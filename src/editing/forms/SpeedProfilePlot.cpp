@@ -27,6 +27,11 @@ void SpeedProfilePlot::SetProfile(SpeedProfile* profile, ProfileLabels labels, Q
     PlacePlotArea();
 }
 
+void SpeedProfilePlot::ShowProposal(const std::optional<ProposedBoundaries>& proposal) {
+    proposal_ = proposal;
+    update();
+}
+
 void SpeedProfilePlot::Redraw() {
     pictureIsStale_ = true;
     update();
@@ -80,6 +85,7 @@ void SpeedProfilePlot::paintEvent(QPaintEvent* event) {
         for (std::size_t i = 0; i < AllLines.size(); ++i) painted_[i] = lines.BoundsOf(AllLines[i]);
         paintedShaded_ = profile_->HasBothBoundaries();
         lines.Paint(painter, colours, hasFocus() || IsDragging() ? active_ : ProfileLine::None);
+        if (proposal_) PaintProposal(painter, *profile_, labels_, *proposal_, colours);
     }
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setBrush(Qt::NoBrush);

@@ -23,6 +23,8 @@ public:
     /// `profile` must outlive the plot; `nothingToDraw` is shown instead of it where it is not empty.
     void SetProfile(SpeedProfile* profile, ProfileLabels labels, QString nothingToDraw);
     const ProfileLabels& Labels() const { return labels_; }
+    /// Draws these lines, too, or none.
+    void ShowProposal(const std::optional<ProposedBoundaries>& proposal);
     /// Paints the whole picture anew.
     void Redraw();
     /// Paints the lines anew where they have moved.
@@ -83,6 +85,7 @@ private:
     bool pictureIsStale_ = true;
     std::array<QRect, 3> painted_;  ///< bounds of the lines as they were painted last
     bool paintedShaded_ = false;
+    std::optional<ProposedBoundaries> proposal_;
     ProfileLine active_ = ProfileLine::Start;
     QPointF pointer_;
     std::optional<QPoint> pressedAt_;   ///< where a line was grabbed, until the pointer goes on from there

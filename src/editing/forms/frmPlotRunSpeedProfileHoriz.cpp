@@ -18,16 +18,10 @@
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
 #include "editing/TrimRun.h"
-#include "editing/forms/frmUseBoundaries.h"
+#include "editing/forms/frmProposeBoundaries.h"
 #include "plots/ReportProfile.h"
 
 namespace vantor {
-namespace {
-
-Bounds BoundsOf(const StudyRunEntry& entry) { return {entry.CDStartDist, entry.CDEndDist, std::nullopt}; }
-
-}  // namespace
-
 frmPlotRunSpeedProfileHoriz::frmPlotRunSpeedProfileHoriz(AppContext& context, const ProfileVisit& visit,
                                                          ProfileVisits::Sink onChanged)
     : context_(context),
@@ -38,10 +32,8 @@ frmPlotRunSpeedProfileHoriz::frmPlotRunSpeedProfileHoriz(AppContext& context, co
     setObjectName(QStringLiteral("frmPlotRunSpeedProfileHoriz"));
     setWindowTitle(QStringLiteral("Speed Profile"));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
-    OnChooseRuns = [this](const std::vector<BoundsPreview>& previews) {
-        frmUseBoundaries dialog(context_, previews, BoundsOf(profile_.EntryByDistance()), this);
-        return dialog.exec() == Accepted ? dialog.Chosen() : std::vector<BoundsPreview>();
-    };
+    OnChooseRuns = [this](const std::vector<BoundsPreview>& previews) { return ChooseRunsFor(previews); };
+    OnProposals = [this](const Study& study) { return AskForProposals(context_, study, UserNode(), this); };
     AddActions();
     ConnectControls();
     ConnectPlot();
@@ -64,6 +56,7 @@ void frmPlotRunSpeedProfileHoriz::ConnectControls() {
     Connect(controls_.btnNextRun, &QPushButton::clicked, this, messages, [this] { GoToNext(); });
     Connect(controls_.btnPreviousRun, &QPushButton::clicked, this, messages, [this] { GoToPrevious(); });
     for (const ProfileLine line : AllLines) ConnectBox(BoxOf(line), line);
+    ConnectProposal();
 }
 
 void frmPlotRunSpeedProfileHoriz::ConnectBox(NumberBox& box, ProfileLine line) {
@@ -130,7 +123,11 @@ void frmPlotRunSpeedProfileHoriz::AddActions() {
     controls_.Plot->setContextMenuPolicy(Qt::ActionsContextMenu);
     for (QAction* action : AddStepActions(undo_, *this, *controls_.btnUndo, *controls_.btnRedo))
         controls_.Plot->addAction(action);
+    separate();
+    AddAction("mnuPropose", QStringLiteral("Propose Boundaries for &This Run"), QKeySequence("Ctrl+B"), &Form::Propose);
     if (visits_.Visit().GoesOn) {
+        AddAction("mnuProposeForAll", QStringLiteral("Propose Boundaries for All &Runs..."),
+                  QKeySequence("Ctrl+Shift+B"), &Form::ProposeForAll);
         separate();
         mnuPreviousRun_ = AddAction("mnuPreviousRun", QStringLiteral("Previous Run"),
                                     QKeySequence(Qt::ALT | Qt::Key_Left), &Form::GoToPrevious);
@@ -142,7 +139,9 @@ void frmPlotRunSpeedProfileHoriz::AddActions() {
         mnuUseForSelected_ =
             AddAction("mnuUseForSelected", QStringLiteral("Use for &Selected Runs..."), {}, &Form::UseForSelected);
         auto* menu = new QMenu(controls_.btnUseFor);
-        menu->addActions({mnuUseForAll_, mnuUseForSelected_});
+        menu->addActions({mnuUseForAll_, mnuUseForSelected_,
+                          AddAction("mnuNodesForAll", QStringLiteral("&Nodes at These Places for All Runs..."), {},
+                                    &Form::SetNodesForAll)});
         controls_.btnUseFor->setMenu(menu);
     }
     for (QWidget* button :
@@ -191,6 +190,7 @@ void frmPlotRunSpeedProfileHoriz::ShowRun() {
     Draw();
     ShowReadiness();
     settled_ = Now();
+    GoOnProposing();
 }
 
 void frmPlotRunSpeedProfileHoriz::LeaveRun(bool isDone) {
@@ -225,38 +225,6 @@ void frmPlotRunSpeedProfileHoriz::GoOn(int direction) {
         MessageIcon::Warning);
 }
 
-void frmPlotRunSpeedProfileHoriz::UseForAll() {
-    std::vector<int> runs;
-    for (int run = 1; run <= context_.State.CurrentStudy.Record.RunCount; ++run) runs.push_back(run);
-    UseFor(runs);
-}
-
-void frmPlotRunSpeedProfileHoriz::UseForSelected() { UseFor(visits_.Visit().Selected); }
-
-void frmPlotRunSpeedProfileHoriz::UseFor(const std::vector<int>& runs) {
-    for (const ProfileLine line : AllLines) LeaveBox(line);
-    const StudyRunEntry entry = profile_.EntryByDistance();
-    if (!HasBothBoundaries(entry))
-        return context_.Messages.Tell(
-            "A boundary is not set yet.\nSet both boundaries of this run, then use them for "
-            "the others.",
-            MessageIcon::Warning);
-    std::vector<int> others;
-    std::ranges::copy_if(runs, std::back_inserter(others), [this](int run) { return run != visits_.Run(); });
-    std::vector<BoundsPreview> previews;
-    context_.Work.Run("Computing the runs with these boundaries",
-                      [&, study = visits_.ChangedStudy(), folder = StudyGroupFolder(context_.State),
-                       settings = context_.State.Settings](FileSystem& files, const Progress& progress) {
-                          previews = PreviewBounds(study, others, BoundsOf(entry), files, folder, settings, progress);
-                      });
-    if (previews.empty()) return;
-    for (const BoundsPreview& chosen : OnChooseRuns(previews)) {
-        visits_.Take(chosen.Run, chosen.Then);
-        // The steps of that run begin from other boundaries.
-        if (const auto stack = stacks_.find(chosen.Run); stack != stacks_.end()) stack->second->clear();
-    }
-}
-
 void frmPlotRunSpeedProfileHoriz::Toggle() {
     profile_.ToggleAxis();
     Draw();
@@ -283,6 +251,7 @@ void frmPlotRunSpeedProfileHoriz::CutToBoundaries() {
     run_ = std::move(trimmed.Run);
     entry = std::move(trimmed.Entry);
     profile_.RunCut(trimmed.Plot);
+    HideProposal();
     Draw();
     // The figures are those of the run as it is now: a look at it goes on from here. Its backup is the way back.
     visits_.BeginAnew();
@@ -378,10 +347,12 @@ void frmPlotRunSpeedProfileHoriz::EndMove(bool quietly) {
 }
 
 void frmPlotRunSpeedProfileHoriz::Record(ProfileLine line) {
+    Record(line == ProfileLine::IdealSpeed ? NameOf(line) : QStringLiteral("Move ") + NameOf(line).toLower());
+}
+
+void frmPlotRunSpeedProfileHoriz::Record(const QString& text) {
     const Document before = std::exchange(settled_, Now());
     if (HasSameBoundaries(before.Entry, settled_.Entry) && before.Plot == settled_.Plot) return;
-    const QString text =
-        line == ProfileLine::IdealSpeed ? NameOf(line) : QStringLiteral("Move ") + NameOf(line).toLower();
     undo_.activeStack()->push(new DocumentChange<Document>(text, before, settled_, [this](const Document& document) {
         Guarded(context_.Messages, [&] { Show(document); });
     }));

@@ -10,6 +10,7 @@
 #include "editing/ProfileVisits.h"
 #include "editing/forms/SpeedProfileControls.h"
 #include "plots/SpeedProfile.h"
+#include "statistics/BoundsProposal.h"
 
 namespace vantor {
 
@@ -21,6 +22,9 @@ public:
     /// Lets the user choose among the runs that would get the boundaries of the one in view; the chosen ones.
     using ChooseRuns = std::function<std::vector<BoundsPreview>(const std::vector<BoundsPreview>&)>;
 
+    /// Lets the user choose among the boundaries that are proposed for the runs of a study; the chosen ones.
+    using AskProposals = std::function<std::vector<BoundsPreview>(const Study&)>;
+
     /// The run of the visit is the current one; one that the study does not have is error 9. `onChanged` gets a run and
     /// its entry after each change.
     frmPlotRunSpeedProfileHoriz(AppContext& context, const ProfileVisit& visit, ProfileVisits::Sink onChanged = {});
@@ -29,6 +33,7 @@ public:
     ProfileChanges Changes() const { return visits_.Changes(); }
     /// Stands for the dialog in which the runs are chosen.
     ChooseRuns OnChooseRuns;
+    AskProposals OnProposals;
 
     /// Every way out: asks when the boundaries have not been dragged, takes over the run's name.
     void done(int result) override;
@@ -64,6 +69,23 @@ private:
     void UseFor(const std::vector<int>& runs);
     void UseForAll();
     void UseForSelected();
+    std::vector<BoundsPreview> ChooseRunsFor(const std::vector<BoundsPreview>& previews);
+    void TakeChosen(const std::vector<BoundsPreview>& runs);
+
+    void ConnectProposal();
+    /// Proposes boundaries for the run in view, and then for each run without them that the user goes on to.
+    void Propose();
+    void ProposeForAll();
+    void SetNodesForAll();
+    int UserNode() const;
+    std::pair<int, QString> NodeOfProposal(const RunToPropose& run);
+    void ShowProposal();
+    QString ProposalInWords(const RunToPropose& run, int node, const QString& reason) const;
+    void UseProposal();
+    void TakeProposalAway();
+    /// Takes it away and proposes for no other run.
+    void HideProposal();
+    void GoOnProposing();
 
     void Toggle();
     void CutToBoundaries();
@@ -87,6 +109,7 @@ private:
 
     /// Keeps what was done to a line as one step that can be taken back.
     void Record(ProfileLine line);
+    void Record(const QString& text);
     void Show(const Document& document);
     Document Now() { return {visits_.Entry(), profile_.Plot(), isComputed_}; }
 
@@ -112,6 +135,14 @@ private:
     ProfileVisits visits_;
     SpeedProfile profile_;
     SpeedProfileControls controls_;
+    /// While boundaries are proposed.
+    struct Proposing {
+        int UserNode = 0;  ///< that the user chose, from 1; 0 for none
+        /// The node that the runs of the study speak for and why, once they were asked.
+        std::optional<std::pair<int, QString>> Study;
+    };
+    std::optional<Proposing> proposing_;
+    std::optional<ProposedBoundaries> proposal_;
     QUndoGroup undo_;
     std::map<int, QUndoStack*> stacks_;  ///< by run
     Document settled_;                   ///< after the last step

@@ -84,9 +84,12 @@ void frmPlotRunSpeedProfileHoriz::ShowFigures() {
 
     controls_.Plot->UpdateLines();
     const ProfileLabels& labels = controls_.Plot->Labels();
+    QString places = PlacesInWords(profile_, labels);
+    if (proposal_)
+        for (const ProfileLine line : {ProfileLine::Start, ProfileLine::End})
+            places += QLatin1Char(' ') + ProposalLabel(profile_, labels, *proposal_, line) + QLatin1Char('.');
     controls_.Plot->setAccessibleDescription(
-        QStringLiteral("%1 The arrow keys move the %2.")
-            .arg(PlacesInWords(profile_, labels), NameOf(controls_.Plot->ActiveLine()).toLower()));
+        QStringLiteral("%1 The arrow keys move the %2.").arg(places, NameOf(controls_.Plot->ActiveLine()).toLower()));
     ShowReadOut(std::nullopt);
     visits_.Tell();
 }

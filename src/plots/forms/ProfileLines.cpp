@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/Numeric.h"
+
 namespace vantor {
 namespace {
 
@@ -110,6 +112,47 @@ void ProfileLines::PaintLine(QPainter& painter, const ProfileColours& colours, P
     painter.drawRoundedRect(placed.LabelRect, 4, 4);
     painter.setPen(isActive ? colours.Background : colour);
     painter.drawText(placed.LabelRect, Qt::AlignCenter, placed.Label);
+}
+
+QString ProposalLabel(const SpeedProfile& profile, const ProfileLabels& labels, const ProposedBoundaries& proposal,
+                      ProfileLine line) {
+    const bool inTime = profile.Axis() == BoundaryAxis::Time;
+    const double value = profile.Geometry().AxisValueOf(proposal.PlaceOf(line, profile.Axis()));
+    return QStringLiteral("%1 %2 %3, proposed")
+        .arg(line == ProfileLine::Start ? QStringLiteral("Start") : QStringLiteral("End"))
+        .arg(Round32(value))
+        .arg(inTime ? QStringLiteral("s") : labels.LengthUnit);
+}
+
+void PaintProposal(QPainter& painter, const SpeedProfile& profile, const ProfileLabels& labels,
+                   const ProposedBoundaries& proposal, const ProfileColours& colours) {
+    const ProfileGeometry& geometry = profile.Geometry();
+    const PlotRectangle& area = geometry.Rectangle();
+    const QFontMetricsF metrics(painter.font());
+    QRectF before;
+    for (const ProfileLine line : {ProfileLine::Start, ProfileLine::End}) {
+        const double x = geometry.XOf(geometry.AxisValueOf(proposal.PlaceOf(line, profile.Axis())));
+        if (x < area.Left - 1 || x > area.Right + 1) continue;
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        painter.setPen(QPen(colours.Boundary, 2, Qt::DashLine));
+        painter.drawLine(QPointF(Crisp(x), area.Top), QPointF(Crisp(x), area.Baseline));
+
+        // The start's label stands left of its line, the end's right of it; where an edge moves one over the other,
+        // below.
+        const QString text = ProposalLabel(profile, labels, proposal, line);
+        const double width = metrics.horizontalAdvance(text) + 2 * Padding;
+        const double wanted = line == ProfileLine::Start ? x - width - 3 : x + 3;
+        const double left = std::clamp(wanted, area.Left + 1, std::max(area.Left + 1, area.Right - width - 1));
+        QRectF label(left, area.Top + 4, width, metrics.height() + 4);
+        if (label.intersects(before)) label.translate(0, label.height() + 3);
+        before = label;
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(colours.Boundary, 1, Qt::DashLine));
+        painter.setBrush(colours.Background);
+        painter.drawRoundedRect(label, 4, 4);
+        painter.setPen(colours.Boundary);
+        painter.drawText(label, Qt::AlignCenter, text);
+    }
 }
 
 }  // namespace vantor

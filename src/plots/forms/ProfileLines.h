@@ -41,4 +41,23 @@ private:
     std::array<Placed, 3> lines_;
 };
 
+/// Boundaries that are proposed: the start, then the end.
+struct ProposedBoundaries {
+    std::array<std::int32_t, 2> Feet{};
+    std::array<std::int32_t, 2> Samples{};
+
+    /// In feet or seconds, as the axis goes.
+    std::int32_t PlaceOf(ProfileLine line, BoundaryAxis axis) const {
+        const std::size_t index = line == ProfileLine::Start ? 0 : 1;
+        return axis == BoundaryAxis::Time ? Samples[index] : Feet[index];
+    }
+};
+
+/// "Start 3492 ft, proposed".
+QString ProposalLabel(const SpeedProfile& profile, const ProfileLabels& labels, const ProposedBoundaries& proposal,
+                      ProfileLine line);
+/// Paints both as dashed lines that say what they are.
+void PaintProposal(QPainter& painter, const SpeedProfile& profile, const ProfileLabels& labels,
+                   const ProposedBoundaries& proposal, const ProfileColours& colours);
+
 }  // namespace vantor

@@ -157,6 +157,8 @@ private:
     void FillRunTexts(QMenu& menu, const RunText& text);
     void SetRunText(const RunText& text, const std::string& word);
     void CopyRuns();
+    void ProposeBoundaries();
+    void SetNodesOfRuns();
     void ShowDetails();
     /// Opens one of the screens of a run for the active one.
     void ShowActiveRun(void (Screens::*open)(int entryIndex));

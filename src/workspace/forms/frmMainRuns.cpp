@@ -1,6 +1,7 @@
 #include <QInputDialog>
 #include <QMenu>
 
+#include "analysis/StudyEdits.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/forms/DocumentChange.h"
@@ -210,6 +211,28 @@ void frmMain::SetRunText(const RunText& text, const std::string& word) {
 void frmMain::CopyRuns() {
     context_.DesktopServices.CopyText(vaRunList_->SelectionAsTable());
     Tell(QStringLiteral("Copied as a table"));
+}
+
+void frmMain::ProposeBoundaries() {
+    std::map<int, StudyRunEntry> entries;
+    ChangeStudy(QStringLiteral("Proposed boundaries"), [&] {
+        entries = context_.OtherScreens.ShowBoundaryProposals();
+        for (const auto& [run, entry] : entries) TakeEntry(context_.State, run, entry);
+    });
+    vaRunList_->setFocus();
+    if (entries.empty()) return;
+    Tell(QStringLiteral("Boundaries given to %1; Ctrl+Z takes them back")
+             .arg(entries.size() == 1 ? QStringLiteral("1 run") : QStringLiteral("%1 runs").arg(entries.size())));
+}
+
+void frmMain::SetNodesOfRuns() {
+    const int run = vaRunList_->ActiveRun();
+    if (run == 0) return context_.DesktopServices.Beep();
+    bool areSet = false;
+    ChangeRun("Nodes", run, [&] { areSet = ShowNodePlacesOf(context_, run); });
+    // The backups are the way back, as for all that changes a run's samples.
+    if (areSet) history_->Forget();
+    ShowStatus();
 }
 
 void frmMain::ShowDetails() {
