@@ -72,7 +72,7 @@ MeasuredRun MeasureStudyRun(const RunReading& reading, const StudyRunEntry& entr
 }
 
 StudyRuns ReadStudyRuns(const Study& study, const FileSystem& files, const std::string& folder,
-                        const AppSettings& settings, const Progress& progress) {
+                        const AppSettings& settings, const Progress& progress, const RunVisitor& visit) {
     StudyRuns result;
     const auto count = static_cast<std::uint64_t>(study.Record.RunCount);
     result.Runs.reserve(count);
@@ -94,6 +94,7 @@ StudyRuns ReadStudyRuns(const Study& study, const FileSystem& files, const std::
         }
         result.Runs.push_back(MeasureStudyRun(reading, entry, settings, study.Options.Stops));
         result.Runs.back().Entry = i;
+        if (visit) visit(i, reading.Run);
     }
     std::ranges::stable_sort(result.Runs, {}, MomentOf);
     NameNodes(result.Runs, study, files, folder);
