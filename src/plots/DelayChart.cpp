@@ -247,8 +247,10 @@ constexpr CanvasBox PictureBox = {12, 12, DelayPictureSize.Width - 24, DelayPict
 
 }  // namespace
 
-DelaySeries::DelaySeries(const Study& study, const std::vector<RunListRow>& rows, DelayRuns shown) {
-    for (int run = 1; run <= study.Record.RunCount; ++run) {
+DelaySeries::DelaySeries(const Study& study, const std::vector<RunListRow>& rows, DelayRuns shown,
+                         const std::vector<int>& order) {
+    for (int place = 1; place <= study.Record.RunCount; ++place) {
+        const int run = order.empty() ? place : order[static_cast<std::size_t>(place - 1)];
         const StudyRunEntry& entry = study.Entries[run];
         const bool isCounted = rows[static_cast<std::size_t>(run - 1)].State == RunState::Counted;
         if (!isCounted && shown == DelayRuns::Counted) continue;
@@ -381,8 +383,11 @@ std::string DelayChartTitle(const Study& study) {
 }
 
 std::vector<std::byte> DelayChartPicture(const DocumentWriter& documents, const DelaySeries& series,
-                                         const std::string& title, PictureFormat format) {
-    const auto draw = [&](Canvas& canvas) { DrawDelayChart(canvas, PictureBox, series, {LightColours, 9, title}); };
+                                         const std::string& title, PictureFormat format,
+                                         const DelayChartLayers& layers) {
+    const auto draw = [&](Canvas& canvas) {
+        DrawDelayChart(canvas, PictureBox, series, {LightColours, 9, title, true, layers});
+    };
     return documents.Picture(DelayPictureSize, draw, format);
 }
 
