@@ -18,6 +18,7 @@
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
 #include "editing/TrimRun.h"
+#include "editing/forms/frmProposeBoundaries.h"
 #include "plots/ReportProfile.h"
 
 namespace vantor {
