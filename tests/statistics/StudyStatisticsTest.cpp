@@ -32,7 +32,7 @@ TEST(RunMeasures, SecondsFallWhereTheyAreAndStopsWhereTheyBegin) {
     EXPECT_THAT(run.NodeDistances, ElementsAre(133));
     EXPECT_THAT(Measured({0, Node | 0}).Sections, ElementsAre(PieceMeasures{2, 0, 2, 1}, PieceMeasures()));
     EXPECT_EQ(Measured({0}).Whole.RunningSpeed(), std::nullopt);
-    EXPECT_EQ(Measured({0}).Whole.TravelSpeed(), Optional(0.0)) << "a run that stands";
+    EXPECT_THAT(Measured({0}).Whole.TravelSpeed(), Optional(0.0)) << "a run that stands";
     EXPECT_EQ(PieceMeasures().PercentStopped(), std::nullopt);
 }
 
@@ -133,7 +133,7 @@ TEST_F(StudyStatisticsTest, GroupsAndSections) {
     EXPECT_NEAR(times, *statistics.Whole.All.Of[Measure::TravelTime].Mean, 1e-12);
     EXPECT_TRUE(statistics.SectionsComparable);
     EXPECT_TRUE(statistics.Sections[0].Compared[Measure::TravelTime].HolmP);
-    EXPECT_EQ(statistics.Sections[1].Before.Of[Measure::TravelTime].Min, Optional(0.0)) << "the node closes the run";
+    EXPECT_THAT(statistics.Sections[1].Before.Of[Measure::TravelTime].Min, Optional(0.0)) << "the node closes the run";
 }
 
 TEST_F(StudyStatisticsTest, RunsOfAnotherNodeCountStandApart) {
