@@ -181,6 +181,21 @@ TEST_F(StudyStatisticsTest, BadCasesGetASentenceEach) {
     EXPECT_FALSE(ReadStudyRuns(TheStudy, Files, "/g/", MphSettings(), Progress([](double) { return false; })).IsWhole);
 }
 
+TEST_F(StudyStatisticsTest, ManyRunsAreReadAllAndInOrder) {
+    for (int i = 1; i <= 150; ++i) Put({std::vector<int>(static_cast<std::size_t>(i), 44), false, true, i % 2 + 7});
+    Files.Delete("/g/R50.rd2");
+    Files.PutText("/g/R60.rd2", "no run");
+    const StudyRuns read = Read();
+    ASSERT_EQ(read.Runs.size(), 148U);
+    EXPECT_EQ(read.LeftOut[0].Entry, 50);
+    EXPECT_EQ(read.LeftOut[1].Outcome, RunOutcome::Damaged);
+    for (std::size_t i = 1; i < read.Runs.size(); ++i) {
+        EXPECT_LT(std::pair(read.Runs[i - 1].RunTime.Days, read.Runs[i - 1].Entry),
+                  std::pair(read.Runs[i].RunTime.Days, read.Runs[i].Entry));
+        EXPECT_EQ(read.Runs[i].Measures.Whole.TravelTime, read.Runs[i].Entry);
+    }
+}
+
 TEST_F(StudyStatisticsTest, SetAsideRunsAreOnlyLeftOutBeside) {
     for (const int extra : {0, 1, 2}) Put({std::vector<int>(static_cast<std::size_t>(5 + extra), 44)});
     TheStudy.Entries[3].SetAside = "detour";
