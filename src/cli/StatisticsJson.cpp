@@ -71,6 +71,10 @@ Json GroupAsJson(const GroupStatistics& group) {
     result["percent_stopped"] = OrNull(group.PercentStopped);
     result["stops_per_mile"] = OrNull(group.StopsPerMile);
     result["mean_length"] = OrNull(group.MeanLength);
+    result["median_interval"] = group.MedianTime ? Json{{"low", group.MedianTime->Low},
+                                                        {"high", group.MedianTime->High},
+                                                        {"coverage", group.MedianTime->Coverage}}
+                                                 : Json(nullptr);
     result["reliability"] = ReliabilityAsJson(group.Times);
     result["runs_needed"] = NeededAsJson(group.Needed[Measure::TravelTime]);
     if (HasControlDelay(group)) result["runs_needed_control_delay"] = NeededAsJson(group.Needed[Measure::ControlDelay]);

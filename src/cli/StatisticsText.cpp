@@ -51,7 +51,12 @@ public:
                  FixedDecimals(group.Outlier->Critical, 3) +
                  (group.Outlier->IsOutlier() ? ": an outlier (Grubbs); look at the run before you set it aside."
                                              : ": no outlier (Grubbs)."));
-        std::vector<Figure> figures = SpeedFigures(group, options_);
+        if (group.MedianTime)
+            Line("Median travel time: " + Value(group.Of[Measure::TravelTime].Median, FigureUnit::Seconds) + " s, " +
+                 Value(group.MedianTime->Low, FigureUnit::Seconds) + " to " +
+                 Value(group.MedianTime->High, FigureUnit::Seconds) + " s with " +
+                 FixedDecimals(group.MedianTime->Coverage, 1) + " % whatever the distribution.");
+        std::vector<Figure> figures = SpeedFigures(group, options_, units_);
         const std::vector<Figure> times = ReliabilityFigures(group, options_);
         figures.insert(figures.end(), times.begin(), times.end());
         Json rows = Json::array();
@@ -77,9 +82,12 @@ public:
         Lines(sentences);
     }
 
-    void Sections(const std::vector<SectionOverRuns>& sections) const {
+    /// `total` of the same runs, or nothing.
+    void Sections(const std::vector<SectionOverRuns>& sections, const GroupStatistics* total) const {
         Json rows = Json::array();
-        for (const SectionOverRuns& section : sections) rows.push_back(SectionRow(section));
+        for (const SectionOverRuns& section : sections)
+            rows.push_back(SectionRow(section.From + " - " + section.To, section.All));
+        if (total != nullptr) rows.push_back(SectionRow("Whole run", *total));
         Line();
         context_.Print(rows);
     }
@@ -164,7 +172,9 @@ private:
             tell("By the own limits", [&](double value) { return OwnGrade(value, *options_.GradeLimits); });
         if (!options_.FreeFlowSpeed || !group.AverageTravelSpeed) return;
         if (const auto street = UrbanStreetGrade(*group.AverageTravelSpeed, *options_.FreeFlowSpeed))
-            Line("As an urban street (HCM 6 and 7, travel speed): " + std::string(1, *street) + ".");
+            Line("As an urban street (HCM 6 and 7) by travel speed and a base free-flow speed of " +
+                 ShownNumber(*options_.FreeFlowSpeed, FigureUnit::MilesPerHour, 1, units_) + " " + units_.SpeedLabel() +
+                 ": " + *street + ".");
     }
 
     static std::vector<std::string> SomeText(const std::string& text) {
@@ -196,13 +206,12 @@ private:
         return label.empty() ? label : " (" + label + ")";
     }
 
-    Json SectionRow(const SectionOverRuns& section) const {
-        const GroupStatistics& group = section.All;
+    Json SectionRow(const std::string& name, const GroupStatistics& group) const {
         const auto mean = [&](Measure measure) { return Value(group.Of[measure].Mean, KindOf(measure).Unit); };
         const Summary& times = group.Of[Measure::TravelTime];
         const auto needed = group.Needed[Measure::TravelTime].Needed;
         return {
-            {"Section", section.From + " - " + section.To},
+            {"Section", name},
             {"n", std::to_string(group.N)},
             {"Length (" + std::string(units_.LengthLabel()) + ")", Value(group.MeanLength, FigureUnit::Feet, 0)},
             {"Time (s)", Value(times.Mean, FigureUnit::Seconds)},
@@ -261,7 +270,7 @@ void PrintStatistics(const CommandContext& context, const StudyFigures& figures)
     printer.More(whole.All);
     PrintWithout(printer, figures);
     printer.SoFar(figures.Read.Runs);
-    printer.Sections(statistics.Sections);
+    printer.Sections(statistics.Sections, statistics.SectionsComparable ? &whole.All : nullptr);
     if (!whole.HasBoth()) return;
     printer.Measures("Before", whole.Before);
     printer.Measures("After", whole.After);

@@ -48,7 +48,9 @@ TEST(Comparison, WithoutScatterOrRunsThereIsNoTest) {
 TEST(Comparison, AGroupAgainstItselfIsNoDifference) {
     for (const auto& group : {Before, After, Values{1, 1, 2}, Values(4, 3)}) {
         const Comparison same = Compare(group, group, 95);
-        if (same.Welch.P) EXPECT_THAT(same.Welch.P, About(1, 1e-12));
+        if (same.Welch.P) {
+            EXPECT_THAT(same.Welch.P, About(1, 1e-12));
+        }
         EXPECT_THAT(same.Ranks.P, Optional(1.0));
         EXPECT_THAT(same.Ranks.Shift, Optional(0.0));
     }

@@ -49,8 +49,9 @@ TEST(Figure, IsToldWithItsIntervalAndWhatItRestsOn) {
 TEST(Figure, UnitsAreConvertedOnce) {
     StatisticsOptions options;
     options.FreeFlowSpeed = 45;
-    const auto speeds = SpeedFigures(ComputeStatistics(RunsOf({60, 60}, {}), options).Whole.All, options);
+    const auto speeds = SpeedFigures(ComputeStatistics(RunsOf({60, 60}, {}), options).Whole.All, options, Metric);
     EXPECT_EQ(speeds[0].Text(English) + ", " + speeds[0].Text(Metric), "30.0 MPH, 48.3 KPH");
+    EXPECT_THAT(speeds[2].Remarks(), HasSubstr("stopped below 8.0, until 16.1 KPH"));
     EXPECT_EQ(speeds[4].Text(English) + ", " + speeds[4].Text(Metric), "2640 ft, 804 m");
     EXPECT_EQ(ShownNumber(1.609, FigureUnit::PerMile, 2, Metric), "1.00");
     EXPECT_EQ(ShownNumber(62.5, FigureUnit::Seconds, 0, English), "62") << "as averages of a study are rounded";
