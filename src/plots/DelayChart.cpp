@@ -24,13 +24,18 @@ double Space(const DelayChartStyle& style) { return style.TextSize / 2; }
 
 std::int16_t Tens(double seconds) { return Round16(seconds * 10); }
 
-/// Averages below 0 need room below the baseline; they get half of the height at most.
-double ShareAboveBaseline(const DelaySeries& series) {
+/// Of the averages that are drawn, and 0.
+double LowestAverage(const DelaySeries& series) {
     double lowest = 0;
     if (series.RunCount() >= FirstAverage)
         for (int run = FirstAverage - 1; run <= series.RunCount(); ++run)
             lowest = std::min(lowest, series.Runs()[run].RunningAverage);
-    return std::max(series.YMax() / (series.YMax() - lowest), 0.5);
+    return lowest;
+}
+
+/// Averages below 0 need room below the baseline; they get half of the height at most.
+double ShareAboveBaseline(const DelaySeries& series) {
+    return std::max(series.YMax() / (series.YMax() - LowestAverage(series)), 0.5);
 }
 
 CanvasBox AreaOf(const DelayPlotEdges& edges) {
@@ -311,7 +316,8 @@ DelayPlotEdges DelayPlotEdgesOf(const TextMeasure& measure, const CanvasBox& box
 
 Plot DelayPlot(const DelaySeries& series, const std::string& title, const DelayChartLayers& layers) {
     Plot plot;
-    plot.Axes = {title, {"Run", {0, series.RunCount() + 1.0}}, {DelayTitle, {0, double(series.YMax())}}};
+    plot.Axes = {
+        title, {"Run", {0, series.RunCount() + 1.0}}, {DelayTitle, {LowestAverage(series), double(series.YMax())}}};
     plot.Axes.Across.IsWhole = true;
     plot.ZoomsUp = false;
     plot.ProblemText = "A delay lies too far below 0 to be drawn.";

@@ -6,6 +6,7 @@
 
 #include "fakes/RecordingCanvas.h"
 #include "plots/PlotReduction.h"
+#include "plots/TextsApart.h"
 
 namespace vantor {
 namespace {
@@ -138,6 +139,34 @@ TEST(PlotParts, ABandEndsWhereItIsNotKnownAndGradesWhereTheAreaDoes) {
     names.clear();
     for (const auto& text : canvas.Texts) names.push_back(text.Shown);
     EXPECT_THAT(names, ElementsAre("Oak", "Main")) << "Elm would stand over Oak";
+}
+
+TEST(PlotAxes, TextsStandApartHoweverLittleRoomThereIs) {
+    PlotAxes axes{"A study", {"Distance (ft)", {0, 9876}}, {"Speed (MPH)", {0, 60}}, {}};
+    axes.Legend = {{.Caption = "Before"}, {.Caption = "After", .Surface = 0.2}, {.Caption = "Permitted error"}};
+    PlotAxes named = axes;
+    named.Across.Names = {{1000, "Before the new offsets"}, {5000, "After"}};
+    for (const PlotAxes& all : {axes, named})
+        for (const double width : {120.0, 230.0, 700.0})
+            for (const double span : {0.01, 3.0, 9876.0}) {
+                RecordingCanvas canvas;
+                const PlotWindow window{{all.Across.Whole.High - span, all.Across.Whole.High}, all.Up.Whole};
+                const CanvasBox box{0, 0, width, 300};
+                DrawAxes(canvas, box, all, {}, MapOf(canvas, box, all, {}, window));
+                SCOPED_TRACE(std::to_string(width) + " " + std::to_string(span));
+                ExpectTextsApart(canvas, width, 300);
+            }
+}
+
+TEST(PlotParts, SpansArePointedAtOverTheirWholeLength) {
+    PlotSpans means;
+    means.Spans = {{{1, 203}, {{187, 219}}, 1}, {{2, 185}, {}, 2}};
+    Plot plot;
+    plot.Add(means);
+    const PlotMap map({0, 0, 300, 100}, {{0, 3}, {150, 250}});
+    EXPECT_EQ(FindItem(plot, map, {104, map.YOf(190)}, 6).Item, 1);
+    EXPECT_EQ(FindItem(plot, map, {200, map.YOf(190)}, 6).Item, 2);
+    EXPECT_EQ(FindItem(plot, map, {200, map.YOf(210)}, 6).Item, 0) << "its interval is not known";
 }
 
 }  // namespace

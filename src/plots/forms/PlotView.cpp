@@ -25,6 +25,8 @@ namespace {
 constexpr double Reach = 8;
 /// Lines stand on pixel centres.
 constexpr double PixelCentre = 0.5;
+/// What is pointed at stands out less than what is chosen.
+constexpr double PointedOpacity = 0.4;
 constexpr double KeyZoom = 1.5;
 constexpr double WheelZoom = 1.25;
 constexpr double WheelStep = 120;
@@ -150,7 +152,12 @@ void PlotView::paintEvent(QPaintEvent*) {
         painter.setRenderHint(QPainter::Antialiasing);
         painter.translate(PixelCentre, PixelCentre);
         PainterCanvas canvas(painter);
-        for (const int item : {pointed_, chosen_}) DrawChosen(canvas, Box(), plot_, Look(), window_, item);
+        if (pointed_ != chosen_) {
+            painter.setOpacity(PointedOpacity);
+            DrawChosen(canvas, Box(), plot_, Look(), window_, pointed_);
+            painter.setOpacity(1);
+        }
+        DrawChosen(canvas, Box(), plot_, Look(), window_, chosen_);
         painter.restore();
     }
     painter.setPen(Ink(colours.Text));
