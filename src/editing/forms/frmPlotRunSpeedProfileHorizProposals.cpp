@@ -153,15 +153,21 @@ QString frmPlotRunSpeedProfileHoriz::ProposalInWords(const RunToPropose& run, in
 void frmPlotRunSpeedProfileHoriz::UseProposal() {
     if (!proposal_ || profile_.Drag().DragLine() != ProfileLine::None) return context_.DesktopServices.Beep();
     const ProposedBoundaries proposed = *proposal_;
+    TakeProposalAway();
+    // By distance: over time a computation would move the end.
+    const BoundaryAxis shown = profile_.Axis();
+    profile_.ShowAlong(BoundaryAxis::Distance);
     for (const ProfileLine line : {ProfileLine::Start, ProfileLine::End}) {
         profile_.Grab(line);
-        profile_.MoveTo(profile_.Geometry().AxisValueOf(proposed.PlaceOf(line, profile_.Axis())));
+        profile_.MoveTo(profile_.Geometry().AxisValueOf(proposed.PlaceOf(line, BoundaryAxis::Distance)));
         profile_.Release();
     }
-    TakeProposalAway();
     ShowReadiness();
-    controls_.Plot->Redraw();
     Guarded(context_.Messages, [this] { Compute(); });
+    profile_.ShowAlong(shown);
+    ShowAxis();
+    controls_.Plot->Redraw();
+    ShowFigures();
     Record(QStringLiteral("Use proposed boundaries"));
 }
 
