@@ -349,7 +349,7 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, ProposalsGoOnWithTheRunsAndForAllAtOnce)
     OpenPlot();
     Press("btnPropose");
     EXPECT_THAT(Text("lblProposal"), testing::HasSubstr("This run has no nodes"));
-    EXPECT_THAT(Text("lblProposal"), testing::HasSubstr("Slows down without a node: 4900 to 5150 ft."));
+    EXPECT_THAT(ItemsOf(*Window, "cmbProposalNode"), testing::ElementsAre("No node: 4900 to 5150 ft"));
     EXPECT_FALSE(IsEnabled("btnUseProposal"));
     PressKey(Qt::Key_Right, Qt::AltModifier);
     EXPECT_TRUE(IsShown("ProposalBar"));

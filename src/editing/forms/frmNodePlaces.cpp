@@ -107,6 +107,8 @@ void frmNodePlaces::ShowPlaces() {
     }
     vaPlaces_->resizeColumnToContents(PositionColumn);
     btnRemove_->setEnabled(!places_.empty());
+    vaPlaces_->setAccessibleDescription(
+        places_.empty() ? QStringLiteral("The run has no nodes: Add Place makes a place for one") : QString());
 }
 
 void frmNodePlaces::TakePlace(const QTableWidgetItem& item) {
