@@ -42,6 +42,7 @@ BoundsDialog::BoundsDialog(AppContext& context, QWidget* parent, Columns columns
 void BoundsDialog::BuildTable(Columns columns) {
     vaRuns_ = Named<TickList>(this, "vaRuns");
     vaRuns_->setAccessibleName(QStringLiteral("Runs"));
+    vaRuns_->SetEmptyText(QStringLiteral("There is no run to list."));
     QStringList heads{QStringLiteral("Run"), QStringLiteral("Delay now (s)")};
     const QString unit = QLatin1Char(' ') + ToQt(UnitsOf(context_.State).LengthTitle());
     if (columns == Columns::DelaysAndPlaces) heads << QStringLiteral("Start") + unit << QStringLiteral("End") + unit;
