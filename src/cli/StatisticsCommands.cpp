@@ -120,7 +120,9 @@ int ShowStatistics(CommandContext& context, const std::string& path, const Given
         return status;
     }
     Json result = {{"study", figures.Name}};
-    result.update(StatisticsAsJson(figures.All, figures.Read.Runs));
+    result.update(
+        StatisticsAsJson(figures.All, figures.Read.Runs,
+                         ReadRunsToPropose(loaded->From, context.Files, loaded->Folder, context.State.Settings)));
     result["left_out"] = LeftOutAsJson(figures.Read);
     if (figures.Without) result["without_set_aside"] = FiguresAsJson(*figures.Without);
     context.Print(result);
