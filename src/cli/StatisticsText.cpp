@@ -115,16 +115,16 @@ public:
     }
 
     void SoFar(const std::vector<MeasuredRun>& runs) const {
-        std::vector<double> times;
+        ChosenRuns all;
+        for (const MeasuredRun& run : runs) all.push_back(&run);
         Json rows = Json::array();
-        for (const MeasuredRun& run : runs) {
-            times.push_back(run.Measures.Whole.TravelTime);
-            const Summary summary = Summarise(times, options_.Confidence);
-            const RunsNeeded needed = RunsNeededFor(summary, options_.Error, options_.Confidence);
+        for (const RunsSoFar& soFar :
+             AfterEachRun(ValuesOf(all, Measure::TravelTime), options_.Error, options_.Confidence)) {
+            const RunsNeeded& needed = soFar.Needed;
             rows.push_back(
-                {{"Runs so far", std::to_string(times.size())},
-                 {"Travel time", Value(summary.Mean, FigureUnit::Seconds)},
-                 {"±", Value(summary.HalfWidth, FigureUnit::Seconds)},
+                {{"Runs so far", std::to_string(soFar.Of.N)},
+                 {"Travel time", Value(soFar.Of.Mean, FigureUnit::Seconds)},
+                 {"±", Value(soFar.Of.HalfWidth, FigureUnit::Seconds)},
                  {"Runs needed for ±" + PermittedErrorText(options_.Error, Measure::TravelTime, units_),
                   needed.Needed ? std::to_string(*needed.Needed) + (needed.Enough ? ", enough" : "") : NoValueText}});
         }

@@ -51,7 +51,7 @@ ReportTable SoFarTable(const ReportData& data, const Units& units) {
     ChosenRuns runs;
     for (const MeasuredRun& run : data.Measured.Runs) runs.push_back(&run);
     ReportTable table;
-    table.Columns = {{"Runs so far", Right}, {"Last run", TextSide::Left, true},
+    table.Columns = {{"Runs", Right},        {"Last run", TextSide::Left, true},
                      {"Mean (s)", Right},    {"\u00B1 (s)", Right},
                      {"Runs needed", Right}, {"More", Right}};
     std::size_t i = 0;
@@ -61,7 +61,7 @@ ReportTable SoFarTable(const ReportData& data, const Units& units) {
         table.Rows.push_back({std::to_string(soFar.Of.N), runs[i++]->Name,
                               Value(soFar.Of.Mean, FigureUnit::Seconds, 1, units),
                               Value(soFar.Of.HalfWidth, FigureUnit::Seconds, 1, units), count(soFar.Needed.Needed),
-                              count(soFar.Needed.StillNeeded)});
+                              soFar.Needed.Enough ? "enough" : count(soFar.Needed.StillNeeded)});
     }
     return table;
 }
@@ -199,6 +199,18 @@ std::string RunsForDifferenceText(const ReportData& data, const Units& units) {
            " runs before and as many after (in 8 of 10 such surveys).";
 }
 
+void AddSections(ReportPages& pages, const ReportData& data, const Units& units) {
+    const StudyStatistics& statistics = data.Statistics;
+    if (statistics.Sections.size() < 2)
+        return pages.AddText("The runs have no nodes: there are no sections.", BodyStyle);
+    pages.AddHeading("Sections", 5 * pages.Measure().LineHeight(CellStyle) + SectionGap);
+    if (const std::string counts = statistics.NodeCountText(); !counts.empty())
+        pages.AddText(counts + "; the table is theirs.", BodyStyle);
+    const GroupStatistics& total = statistics.NodeCounts.size() == 1 ? statistics.Whole.All : data.OfMostNodes;
+    AddTable(pages, SectionTable(statistics, total, units));
+    pages.Skip(SectionGap / 2);
+}
+
 }  // namespace
 
 void AddStatistics(ReportPages& pages, const ReportData& data) {
@@ -220,6 +232,7 @@ void AddStatistics(ReportPages& pages, const ReportData& data) {
     for (Figure& figure : ReliabilityFigures(group, statistics.Options)) figures.push_back(std::move(figure));
     AddTable(pages, FigureTable(figures, units));
     pages.Skip(SectionGap / 2);
+    AddSections(pages, data, units);
     std::vector<std::string> warnings = statistics.Warnings;
     warnings.insert(warnings.end(), group.Warnings.begin(), group.Warnings.end());
     AddLines(pages, "Warnings", warnings);
@@ -228,15 +241,7 @@ void AddStatistics(ReportPages& pages, const ReportData& data) {
     if (group.N <= MostSoFar) {
         pages.AddHeading("Travel time as the runs were driven", 4 * pages.Measure().LineHeight(CellStyle) + SectionGap);
         AddTable(pages, SoFarTable(data, units));
-        pages.Skip(SectionGap / 2);
     }
-    if (statistics.Sections.size() < 2)
-        return pages.AddText("The runs have no nodes: there are no sections.", BodyStyle);
-    pages.AddHeading("Sections", 5 * pages.Measure().LineHeight(CellStyle) + SectionGap);
-    if (const std::string counts = statistics.NodeCountText(); !counts.empty())
-        pages.AddText(counts + "; the table is theirs.", BodyStyle);
-    const GroupStatistics& total = statistics.NodeCounts.size() == 1 ? group : data.OfMostNodes;
-    AddTable(pages, SectionTable(statistics, total, units));
 }
 
 void AddBeforeAfter(ReportPages& pages, const ReportData& data) {

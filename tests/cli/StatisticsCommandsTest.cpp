@@ -100,9 +100,9 @@ TEST_F(StatisticsCommands, BadInputGetsASentence) {
     const std::pair<const char*, const char*> wrong[] = {
         {"--error 10", "\"--error 10%\" or \"--error 5s\""},
         {"--error -5s", "above 0"},
-        {"--confidence 100", "below 100"},
-        {"--stop 8 --go 5", "--go must not be below --stop"},
-        {"--free-flow 0", "above 0"},
+        {"--confidence 100", "between 50 and 99.9"},
+        {"--stop 8 --go 5", "not below it"},
+        {"--free-flow 0", "between 1 and 200"},
     };
     for (const auto& [options, message] : wrong) {
         EXPECT_EQ(Status(std::string("study statistics /g/Single.ld2 ") + options), 2) << options;
