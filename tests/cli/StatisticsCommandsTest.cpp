@@ -60,12 +60,12 @@ TEST_F(StatisticsCommands, StudiesAndGroupsAreComparedWithTheFirst) {
     ASSERT_EQ(conditions.size(), 3U);
     EXPECT_EQ(conditions[1]["comparison"]["travel_time"]["mann_whitney"]["p"], 1.0);
     EXPECT_EQ(conditions[2]["figures"]["n"], 16) << "all runs of the group";
-    EXPECT_TRUE(conditions[2]["comparison"]["travel_time"].contains("holm_p"));
+    const auto& times = conditions[2]["comparison"]["travel_time"];
+    EXPECT_DOUBLE_EQ(times["holm_p"], 2 * times["welch"]["p"].get<double>()) << "two conditions are tested";
     ASSERT_EQ(Status("study compare", {Sample[0], "/group"}), 0) << Err;
     EXPECT_THAT(Out, HasSubstr("group against AM Peak:"));
     EXPECT_EQ(Status("study compare", {Sample[0], "/none.ld2"}), 1);
     EXPECT_THAT(Err, HasSubstr("Missing Study File: none"));
-    EXPECT_EQ(Status("study compare", Sample), 2);
 }
 
 TEST_F(StatisticsCommands, BadInputGetsASentence) {
@@ -75,8 +75,6 @@ TEST_F(StatisticsCommands, BadInputGetsASentence) {
     EXPECT_THAT(Out, HasSubstr("There are no runs to make statistics of."));
     PutRun("One", {44, 44, 44});
     Json("study new /g Single One");
-    ASSERT_EQ(Status("study statistics /g/Single.ld2"), 0);
-    EXPECT_THAT(Out, HasSubstr("There is one run: it has no scatter, no interval and no test."));
     const std::pair<const char*, const char*> wrong[] = {
         {"--error 10", "\"--error 10%\" or \"--error 5s\""},
         {"--error -5s", "above 0"},
@@ -89,9 +87,8 @@ TEST_F(StatisticsCommands, BadInputGetsASentence) {
         EXPECT_THAT(Err, HasSubstr(message));
     }
     Files.Delete("/g/One.rd2");
-    ASSERT_EQ(Status("--json study statistics /g/Single.ld2"), 0);
+    EXPECT_EQ(Json("study statistics /g/Single.ld2")["left_out"][0]["name"], "One");
     EXPECT_THAT(Err, HasSubstr("Missing Run File: One"));
-    EXPECT_EQ(json::parse(Out)["left_out"][0]["name"], "One");
     Files.PutText("/g/One.rd2", "no run");
     EXPECT_EQ(Status("study statistics /g/Single.ld2"), 1);
     AsksBeforeStop = 0;

