@@ -210,6 +210,7 @@ private:
         const auto mean = [&](Measure measure) { return Value(group.Of[measure].Mean, KindOf(measure).Unit); };
         const Summary& times = group.Of[Measure::TravelTime];
         const auto needed = group.Needed[Measure::TravelTime].Needed;
+        const bool hasPercentiles = group.N >= LeastForPercentiles;
         return {
             {"Section", name},
             {"n", std::to_string(group.N)},
@@ -222,8 +223,8 @@ private:
             {"Stops", mean(Measure::Stops)},
             {"Travel " + std::string(units_.SpeedLabel()), Value(group.AverageTravelSpeed, FigureUnit::MilesPerHour)},
             {"Running " + std::string(units_.SpeedLabel()), Value(group.AverageRunningSpeed, FigureUnit::MilesPerHour)},
-            {"P50", Value(group.Times.P50, FigureUnit::Seconds)},
-            {"P85", Value(group.Times.P85, FigureUnit::Seconds)},
+            {"P50", hasPercentiles ? Value(group.Times.P50, FigureUnit::Seconds) : NoValueText},
+            {"P85", hasPercentiles ? Value(group.Times.P85, FigureUnit::Seconds) : NoValueText},
             {"Runs needed", needed ? std::to_string(*needed) : NoValueText}};
     }
 
