@@ -145,7 +145,7 @@ TEST(PlotAxes, TextsStandApartHoweverLittleRoomThereIs) {
     PlotAxes axes{"A study", {"Distance (ft)", {0, 9876}}, {"Speed (MPH)", {0, 60}}, {}};
     axes.Legend = {{.Caption = "Before"}, {.Caption = "After", .Surface = 0.2}, {.Caption = "Permitted error"}};
     PlotAxes named = axes;
-    named.Across.Names = {{1000, "Before the new offsets"}, {5000, "After"}};
+    named.Across.Names = {{1000, "Before"}, {5000, "After"}};
     for (const PlotAxes& all : {axes, named})
         for (const double width : {120.0, 230.0, 700.0})
             for (const double span : {0.01, 3.0, 9876.0}) {
