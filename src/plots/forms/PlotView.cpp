@@ -25,6 +25,8 @@ namespace vantor {
 namespace {
 
 constexpr double Reach = 8;
+/// No eye sees a third of a pixel.
+constexpr double Tolerance = 0.35;
 /// Lines stand on pixel centres.
 constexpr double PixelCentre = 0.5;
 /// What is pointed at stands out less than what is chosen.
@@ -88,7 +90,7 @@ CanvasBox PlotView::Box() const {
 }
 
 PlotLook PlotView::Look() const {
-    return {ColoursOf(palette()), static_cast<double>(QFontInfo(font()).pixelSize()), hasLegend_, hasTitle_};
+    return {ColoursOf(palette()), static_cast<double>(QFontInfo(font()).pixelSize()), hasLegend_, hasTitle_, Tolerance};
 }
 
 std::optional<PlotMap> PlotView::Map() const {
