@@ -53,12 +53,13 @@ Plot TimeSpace() {
 void TimeSpaceFrame(benchmark::State& state) {
     NeedApplication();
     const Plot plot = TimeSpace();
+    const PlotLook look{.Tolerance = 0.35};  // that of a window
     QImage image(1200, 600, QImage::Format_ARGB32_Premultiplied);
     for (auto _ : state) {
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
         PainterCanvas canvas(painter);
-        DrawPlot(canvas, {0, 0, 1200, 600}, plot, {}, plot.Whole());
+        DrawPlot(canvas, {0, 0, 1200, 600}, plot, look, plot.Whole());
     }
 }
 BENCHMARK(TimeSpaceFrame)->Unit(benchmark::kMillisecond);

@@ -136,7 +136,7 @@ void DrawAcross(Canvas& canvas, const CanvasBox& box, const PlotAxis& axis, cons
     const CanvasBox& area = map.Area();
     const double line = canvas.LineHeight(TextOf(look));
     const double bottom = area.Y + area.Height;
-    const double row = bottom + std::max(Space(look), line / 2);  // below the lowest value of the other axis
+    const double row = bottom + std::max(Space(look), line / 2 + 1);  // below the lowest value of the other axis
     const auto& [ticks, room] = TicksAcross(canvas, axis, look, map);
     for (const AxisTick& tick : ticks) {
         const double x = map.XOf(tick.Value);

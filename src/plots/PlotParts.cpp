@@ -62,22 +62,22 @@ void DrawMarker(Canvas& canvas, CanvasPoint centre, PlotMarker marker, double si
     }
 }
 
-void PlotTrace::DrawLine(Canvas& canvas, const PlotMap& map, const LineStyle& style) const {
-    const std::vector<CanvasPoint> line = ReducedLine(Points, map);
+void PlotTrace::DrawLine(Canvas& canvas, const PlotMap& map, const PlotLook& look, const LineStyle& style) const {
+    const std::vector<CanvasPoint> line = ReducedLine(Points, map, look.Tolerance);
     if (line.size() > 1) canvas.DrawPolyline(line, style);
 }
 
 void PlotTrace::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const {
     const double markerSize = std::max(5.0, 3 * Width);
     constexpr double Thin = 2;
-    DrawLine(canvas, map, {Width, look.Inks.*Ink, Pattern, Width <= Thin});
+    DrawLine(canvas, map, look, {Width, look.Inks.*Ink, Pattern, Width <= Thin});
     if (Marker == PlotMarker::None) return;
     for (const PlotPoint& point : Points)
         DrawMarker(canvas, map.Of(point), Marker, markerSize, look.Inks.*Ink, look.Inks);
 }
 
 void PlotTrace::DrawChosen(Canvas& canvas, const PlotMap& map, const PlotLook& look, int item) const {
-    if (item == Item) DrawLine(canvas, map, {Width + ChosenWidth, look.Inks.Highlight, Pattern});
+    if (item == Item) DrawLine(canvas, map, look, {Width + ChosenWidth, look.Inks.Highlight, Pattern});
 }
 
 void PlotTrace::Search(PlotSearch& search) const {
@@ -233,7 +233,7 @@ void PlotSample::Draw(Canvas& canvas, const CanvasBox& box, const PlotLook& look
     const double right = box.X + box.Width;
     const Colour ink = look.Inks.*Ink;
     if (Surface > 0) {
-        const double half = std::min(box.Height, 10.0) / 2;
+        const double half = std::min(box.Height * 0.7, 10.0) / 2;
         const std::array corners = {CanvasPoint{box.X, middle - half}, CanvasPoint{right, middle - half},
                                     CanvasPoint{right, middle + half}, CanvasPoint{box.X, middle + half}};
         canvas.FillShape(corners, ink, Surface);

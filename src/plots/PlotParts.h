@@ -14,6 +14,8 @@ struct PlotLook {
     double TextSize = 9;
     bool HasLegend = true;
     bool HasTitle = true;
+    /// How far a drawn trace may pass by its points; a window may be coarser than a picture that is looked at closely.
+    double Tolerance = 0.1;
 };
 
 /// Where an item of a plot was found.
@@ -75,7 +77,7 @@ struct PlotTrace : PlotPart {
     std::optional<PlotPoint> PlaceOf(int item) const override;
 
 private:
-    void DrawLine(Canvas& canvas, const PlotMap& map, const LineStyle& style) const;
+    void DrawLine(Canvas& canvas, const PlotMap& map, const PlotLook& look, const LineStyle& style) const;
 };
 
 /// The surface between two lines over the same places. A place without both values parts it.
