@@ -64,12 +64,13 @@ Plot TimeSpace() {
 
 /// The whole plot drawn anew, as on a change of its zoom.
 void DrawFrames(benchmark::State& state, const Plot& plot) {
+    const PlotLook look{.Tolerance = 0.35};  // that of a window
     QImage image(1200, 600, QImage::Format_ARGB32_Premultiplied);
     for (auto _ : state) {
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
         PainterCanvas canvas(painter);
-        DrawPlot(canvas, {0, 0, 1200, 600}, plot, {}, plot.Whole());
+        DrawPlot(canvas, {0, 0, 1200, 600}, plot, look, plot.Whole());
     }
 }
 

@@ -83,7 +83,7 @@ void Tell(const char* name, std::vector<double> seconds) {
     std::printf(", \"%s_min\": %.6f, \"%s_median\": %.6f", name, seconds.front(), name, seconds[seconds.size() / 2]);
 }
 
-int Measure(int runs, int rounds) {
+int MeasureStudy(int runs, int rounds) {
     char pattern[] = "/tmp/vantor-bench-XXXXXX";
     const std::string folder = std::string(mkdtemp(pattern)) + "/";
     DiskFileSystem files("/");
@@ -107,7 +107,7 @@ int Measure(int runs, int rounds) {
 
 int main(int argc, char** argv) {
     try {
-        return vantor::Measure(argc > 1 ? std::atoi(argv[1]) : 1000, argc > 2 ? std::atoi(argv[2]) : 7);
+        return vantor::MeasureStudy(argc > 1 ? std::atoi(argv[1]) : 1000, argc > 2 ? std::atoi(argv[2]) : 7);
     } catch (const std::exception& error) {
         std::cerr << error.what() << '\n';
         return 1;

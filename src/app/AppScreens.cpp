@@ -3,7 +3,7 @@
 #include <QApplication>
 
 #include "analysis/StudyEdits.h"
-#include "analysis/forms/frmContDelayVsAvg.h"
+#include "statistics/forms/frmContDelayVsAvg.h"
 #include "analysis/forms/frmRunStatistics.h"
 #include "counter/DamagedCounterFile.h"
 #include "counter/forms/frmDeleteTDCFiles.h"

@@ -21,7 +21,14 @@ Json DelayOf(const StudyRunEntry& entry) {
     return HasBothBoundaries(entry) && !Trim(entry.LOSGrade).empty() ? Json(entry.ControlDelay) : Json(nullptr);
 }
 
-Json RowOf(const BoundsPreview& preview, const RunProposal& proposal) {
+std::int64_t EventsWithoutNode(const RunEvents& found) {
+    std::int64_t count = std::ssize(found.Events);
+    for (std::size_t i = 0; i < found.Events.size(); ++i)
+        count -= std::ranges::find(found.EventOfNode, std::optional(i)) != found.EventOfNode.end() ? 1 : 0;
+    return count;
+}
+
+Json RowOf(const BoundsPreview& preview, const RunProposal& proposal, const RunToPropose& run) {
     const auto& bounds = proposal.Proposed;
     const bool isComputed = bounds && preview.Problem.empty();
     std::vector<std::string> remarks = preview.Warnings;
@@ -33,6 +40,7 @@ Json RowOf(const BoundsPreview& preview, const RunProposal& proposal) {
             {"delay_now", DelayOf(preview.Now)},
             {"delay_then", isComputed ? DelayOf(preview.Then) : Json(nullptr)},
             {"grade_then", isComputed ? json::Value(preview.Then.LOSGrade) : Json(nullptr)},
+            {"events_without_node", EventsWithoutNode(run.Found)},
             {"remarks", Joined(remarks, "; ")}};
 }
 
@@ -63,7 +71,8 @@ int Propose(CommandContext& context, const ProposeOptions& options) {
                    {"pairs", options.IsCommon ? "common" : "own"},
                    {"stored", options.IsApplied},
                    {"runs", Json::array()}};
-    for (std::size_t i = 0; i < previews.size(); ++i) result["runs"].push_back(RowOf(previews[i], proposals[i]));
+    for (std::size_t i = 0; i < previews.size(); ++i)
+        result["runs"].push_back(RowOf(previews[i], proposals[i], runs[i]));
     if (options.IsApplied) {
         const auto bounds = BoundsToSet(proposals);
         if (bounds.empty()) {

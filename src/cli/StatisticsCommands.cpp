@@ -32,17 +32,6 @@ std::optional<PermittedError> ErrorOfText(std::string_view text) {
     return PermittedError{isPercent ? PermittedError::Kind::Percent : PermittedError::Kind::Absolute, *value};
 }
 
-/// Why the options cannot be, as a sentence; empty where they can.
-std::string ProblemOf(const StatisticsOptions& options) {
-    if (options.Confidence <= 0 || options.Confidence >= 100)
-        return "--confidence is a percentage above 0 and below 100: \"--confidence 95\".";
-    if (options.SpeedError <= 0) return "--error-speed is a speed above 0, miles per hour.";
-    if (options.Stops.Stop <= 0) return "--stop is a speed above 0, miles per hour.";
-    if (options.Stops.Go < options.Stops.Stop) return "--go must not be below --stop: a stop would end as it begins.";
-    if (options.FreeFlowSpeed && *options.FreeFlowSpeed <= 0) return "--free-flow is a speed above 0, miles per hour.";
-    return {};
-}
-
 /// Puts the given options in place of the study's own; false, and a message, for what cannot be.
 bool Apply(const GivenOptions& given, StatisticsOptions& options, std::ostream& err) {
     options.Confidence = given.Confidence.value_or(options.Confidence);
@@ -120,7 +109,9 @@ int ShowStatistics(CommandContext& context, const std::string& path, const Given
         return status;
     }
     Json result = {{"study", figures.Name}};
-    result.update(StatisticsAsJson(figures.All, figures.Read.Runs));
+    result.update(
+        StatisticsAsJson(figures.All, figures.Read.Runs,
+                         ReadRunsToPropose(loaded->From, context.Files, loaded->Folder, context.State.Settings)));
     result["left_out"] = LeftOutAsJson(figures.Read);
     if (figures.Without) result["without_set_aside"] = FiguresAsJson(*figures.Without);
     context.Print(result);

@@ -1,5 +1,7 @@
 #include "cli/StatisticsJson.h"
 
+#include <algorithm>
+
 #include "core/Numeric.h"
 #include "statistics/Figure.h"
 
@@ -71,6 +73,10 @@ Json GroupAsJson(const GroupStatistics& group) {
     result["percent_stopped"] = OrNull(group.PercentStopped);
     result["stops_per_mile"] = OrNull(group.StopsPerMile);
     result["mean_length"] = OrNull(group.MeanLength);
+    result["median_interval"] = group.MedianTime ? Json{{"low", group.MedianTime->Low},
+                                                        {"high", group.MedianTime->High},
+                                                        {"coverage", group.MedianTime->Coverage}}
+                                                 : Json(nullptr);
     result["reliability"] = ReliabilityAsJson(group.Times);
     result["runs_needed"] = NeededAsJson(group.Needed[Measure::TravelTime]);
     if (HasControlDelay(group)) result["runs_needed_control_delay"] = NeededAsJson(group.Needed[Measure::ControlDelay]);
@@ -144,6 +150,20 @@ void AddPiece(Json& into, const PieceMeasures& piece) {
     into["running_speed"] = OrNull(piece.RunningSpeed());
 }
 
+void AddEvents(Json& into, const RunEvents& found) {
+    into["events"] = Json::array();
+    for (const DelayEvent& event : found.Events)
+        into["events"].push_back({{"onset", event.Onset},
+                                  {"lowest", event.Lowest},
+                                  {"end", event.End},
+                                  {"onset_distance", event.OnsetDistance},
+                                  {"end_distance", event.EndDistance},
+                                  {"onset_speed", event.OnsetSpeed},
+                                  {"end_speed", event.EndSpeed}});
+    into["event_of_node"] = Json::array();
+    for (const auto& event : found.EventOfNode) into["event_of_node"].push_back(OrNull(event));
+}
+
 Json RunAsJson(const MeasuredRun& run) {
     Json result = {{"name", run.Name},
                    {"date", IsValidDate(run.RunDate) ? Json(ShortDate(run.RunDate)) : Json(nullptr)},
@@ -171,6 +191,20 @@ Json OptionsAsJson(const StatisticsOptions& options) {
             {"free_flow", OrNull(options.FreeFlowSpeed)}};
 }
 
+/// How sure the mean travel time was after each run, in the order driven.
+Json SoFarAsJson(const std::vector<MeasuredRun>& runs, const StatisticsOptions& options) {
+    ChosenRuns all;
+    for (const MeasuredRun& run : runs) all.push_back(&run);
+    Json list = Json::array();
+    for (const RunsSoFar& soFar : AfterEachRun(ValuesOf(all, Measure::TravelTime), options.Error, options.Confidence))
+        list.push_back({{"n", soFar.Of.N},
+                        {"mean", OrNull(soFar.Of.Mean)},
+                        {"half_width", OrNull(soFar.Of.HalfWidth)},
+                        {"needed", OrNull(soFar.Needed.Needed)},
+                        {"still_needed", OrNull(soFar.Needed.StillNeeded)}});
+    return list;
+}
+
 Json NodeCountsAsJson(const StudyStatistics& statistics) {
     Json counts = Json::array();
     for (const NodeCount& each : statistics.NodeCounts) counts.push_back({{"nodes", each.Nodes}, {"runs", each.Runs}});
@@ -192,11 +226,17 @@ Json FiguresAsJson(const StudyStatistics& statistics) {
     return result;
 }
 
-Json StatisticsAsJson(const StudyStatistics& statistics, const std::vector<MeasuredRun>& runs) {
+Json StatisticsAsJson(const StudyStatistics& statistics, const std::vector<MeasuredRun>& runs,
+                      const std::vector<RunToPropose>& events) {
     Json result = {{"options", OptionsAsJson(statistics.Options)}, {"runs", Json::array()}};
-    for (const MeasuredRun& run : runs) result["runs"].push_back(RunAsJson(run));
+    for (const MeasuredRun& run : runs) {
+        Json& each = result["runs"].emplace_back(RunAsJson(run));
+        const auto found = std::ranges::find(events, run.Entry, &RunToPropose::Run);
+        if (found != events.end()) AddEvents(each, found->Found);
+    }
     result["contradictory_flags"] = statistics.ContradictoryFlags;
     result.update(FiguresAsJson(statistics));
+    result["running_travel_time"] = SoFarAsJson(runs, statistics.Options);
     result["warnings"] = statistics.Warnings;
     return result;
 }

@@ -51,7 +51,12 @@ public:
                  FixedDecimals(group.Outlier->Critical, 3) +
                  (group.Outlier->IsOutlier() ? ": an outlier (Grubbs); look at the run before you set it aside."
                                              : ": no outlier (Grubbs)."));
-        std::vector<Figure> figures = SpeedFigures(group, options_);
+        if (group.MedianTime)
+            Line("Median travel time: " + Value(group.Of[Measure::TravelTime].Median, FigureUnit::Seconds) + " s, " +
+                 Value(group.MedianTime->Low, FigureUnit::Seconds) + " to " +
+                 Value(group.MedianTime->High, FigureUnit::Seconds) + " s with " +
+                 FixedDecimals(group.MedianTime->Coverage, 1) + " % whatever the distribution.");
+        std::vector<Figure> figures = SpeedFigures(group, options_, units_);
         const std::vector<Figure> times = ReliabilityFigures(group, options_);
         figures.insert(figures.end(), times.begin(), times.end());
         Json rows = Json::array();
@@ -77,9 +82,12 @@ public:
         Lines(sentences);
     }
 
-    void Sections(const std::vector<SectionOverRuns>& sections) const {
+    /// `total` of the same runs, or nothing.
+    void Sections(const std::vector<SectionOverRuns>& sections, const GroupStatistics* total) const {
         Json rows = Json::array();
-        for (const SectionOverRuns& section : sections) rows.push_back(SectionRow(section));
+        for (const SectionOverRuns& section : sections)
+            rows.push_back(SectionRow(section.From + " - " + section.To, section.All));
+        if (total != nullptr) rows.push_back(SectionRow("Whole run", *total));
         Line();
         context_.Print(rows);
     }
@@ -107,16 +115,16 @@ public:
     }
 
     void SoFar(const std::vector<MeasuredRun>& runs) const {
-        std::vector<double> times;
+        ChosenRuns all;
+        for (const MeasuredRun& run : runs) all.push_back(&run);
         Json rows = Json::array();
-        for (const MeasuredRun& run : runs) {
-            times.push_back(run.Measures.Whole.TravelTime);
-            const Summary summary = Summarise(times, options_.Confidence);
-            const RunsNeeded needed = RunsNeededFor(summary, options_.Error, options_.Confidence);
+        for (const RunsSoFar& soFar :
+             AfterEachRun(ValuesOf(all, Measure::TravelTime), options_.Error, options_.Confidence)) {
+            const RunsNeeded& needed = soFar.Needed;
             rows.push_back(
-                {{"Runs so far", std::to_string(times.size())},
-                 {"Travel time", Value(summary.Mean, FigureUnit::Seconds)},
-                 {"±", Value(summary.HalfWidth, FigureUnit::Seconds)},
+                {{"Runs so far", std::to_string(soFar.Of.N)},
+                 {"Travel time", Value(soFar.Of.Mean, FigureUnit::Seconds)},
+                 {"±", Value(soFar.Of.HalfWidth, FigureUnit::Seconds)},
                  {"Runs needed for ±" + PermittedErrorText(options_.Error, Measure::TravelTime, units_),
                   needed.Needed ? std::to_string(*needed.Needed) + (needed.Enough ? ", enough" : "") : NoValueText}});
         }
@@ -164,7 +172,9 @@ private:
             tell("By the own limits", [&](double value) { return OwnGrade(value, *options_.GradeLimits); });
         if (!options_.FreeFlowSpeed || !group.AverageTravelSpeed) return;
         if (const auto street = UrbanStreetGrade(*group.AverageTravelSpeed, *options_.FreeFlowSpeed))
-            Line("As an urban street (HCM 6 and 7, travel speed): " + std::string(1, *street) + ".");
+            Line("As an urban street (HCM 6 and 7) by travel speed and a base free-flow speed of " +
+                 ShownNumber(*options_.FreeFlowSpeed, FigureUnit::MilesPerHour, 1, units_) + " " + units_.SpeedLabel() +
+                 ": " + *street + ".");
     }
 
     static std::vector<std::string> SomeText(const std::string& text) {
@@ -196,13 +206,13 @@ private:
         return label.empty() ? label : " (" + label + ")";
     }
 
-    Json SectionRow(const SectionOverRuns& section) const {
-        const GroupStatistics& group = section.All;
+    Json SectionRow(const std::string& name, const GroupStatistics& group) const {
         const auto mean = [&](Measure measure) { return Value(group.Of[measure].Mean, KindOf(measure).Unit); };
         const Summary& times = group.Of[Measure::TravelTime];
         const auto needed = group.Needed[Measure::TravelTime].Needed;
+        const bool hasPercentiles = group.N >= LeastForPercentiles;
         return {
-            {"Section", section.From + " - " + section.To},
+            {"Section", name},
             {"n", std::to_string(group.N)},
             {"Length (" + std::string(units_.LengthLabel()) + ")", Value(group.MeanLength, FigureUnit::Feet, 0)},
             {"Time (s)", Value(times.Mean, FigureUnit::Seconds)},
@@ -213,8 +223,8 @@ private:
             {"Stops", mean(Measure::Stops)},
             {"Travel " + std::string(units_.SpeedLabel()), Value(group.AverageTravelSpeed, FigureUnit::MilesPerHour)},
             {"Running " + std::string(units_.SpeedLabel()), Value(group.AverageRunningSpeed, FigureUnit::MilesPerHour)},
-            {"P50", Value(group.Times.P50, FigureUnit::Seconds)},
-            {"P85", Value(group.Times.P85, FigureUnit::Seconds)},
+            {"P50", hasPercentiles ? Value(group.Times.P50, FigureUnit::Seconds) : NoValueText},
+            {"P85", hasPercentiles ? Value(group.Times.P85, FigureUnit::Seconds) : NoValueText},
             {"Runs needed", needed ? std::to_string(*needed) : NoValueText}};
     }
 
@@ -261,7 +271,7 @@ void PrintStatistics(const CommandContext& context, const StudyFigures& figures)
     printer.More(whole.All);
     PrintWithout(printer, figures);
     printer.SoFar(figures.Read.Runs);
-    printer.Sections(statistics.Sections);
+    printer.Sections(statistics.Sections, statistics.SectionsComparable ? &whole.All : nullptr);
     if (!whole.HasBoth()) return;
     printer.Measures("Before", whole.Before);
     printer.Measures("After", whole.After);

@@ -24,13 +24,18 @@ double Space(const DelayChartStyle& style) { return style.TextSize / 2; }
 
 std::int16_t Tens(double seconds) { return Round16(seconds * 10); }
 
-/// Averages below 0 need room below the baseline; they get half of the height at most.
-double ShareAboveBaseline(const DelaySeries& series) {
+/// Of the averages that are drawn, and 0.
+double LowestAverage(const DelaySeries& series) {
     double lowest = 0;
     if (series.RunCount() >= FirstAverage)
         for (int run = FirstAverage - 1; run <= series.RunCount(); ++run)
             lowest = std::min(lowest, series.Runs()[run].RunningAverage);
-    return std::max(series.YMax() / (series.YMax() - lowest), 0.5);
+    return lowest;
+}
+
+/// Averages below 0 need room below the baseline; they get half of the height at most.
+double ShareAboveBaseline(const DelaySeries& series) {
+    return std::max(series.YMax() / (series.YMax() - LowestAverage(series)), 0.5);
 }
 
 CanvasBox AreaOf(const DelayPlotEdges& edges) {
@@ -247,8 +252,10 @@ constexpr CanvasBox PictureBox = {12, 12, DelayPictureSize.Width - 24, DelayPict
 
 }  // namespace
 
-DelaySeries::DelaySeries(const Study& study, const std::vector<RunListRow>& rows, DelayRuns shown) {
-    for (int run = 1; run <= study.Record.RunCount; ++run) {
+DelaySeries::DelaySeries(const Study& study, const std::vector<RunListRow>& rows, DelayRuns shown,
+                         const std::vector<int>& order) {
+    for (int place = 1; place <= study.Record.RunCount; ++place) {
+        const int run = order.empty() ? place : order[static_cast<std::size_t>(place - 1)];
         const StudyRunEntry& entry = study.Entries[run];
         const bool isCounted = rows[static_cast<std::size_t>(run - 1)].State == RunState::Counted;
         if (!isCounted && shown == DelayRuns::Counted) continue;
@@ -309,7 +316,8 @@ DelayPlotEdges DelayPlotEdgesOf(const TextMeasure& measure, const CanvasBox& box
 
 Plot DelayPlot(const DelaySeries& series, const std::string& title, const DelayChartLayers& layers) {
     Plot plot;
-    plot.Axes = {title, {"Run", {0, series.RunCount() + 1.0}}, {DelayTitle, {0, double(series.YMax())}}};
+    plot.Axes = {
+        title, {"Run", {0, series.RunCount() + 1.0}}, {DelayTitle, {LowestAverage(series), double(series.YMax())}}};
     plot.Axes.Across.IsWhole = true;
     plot.ZoomsUp = false;
     plot.ProblemText = "A delay lies too far below 0 to be drawn.";
@@ -381,8 +389,11 @@ std::string DelayChartTitle(const Study& study) {
 }
 
 std::vector<std::byte> DelayChartPicture(const DocumentWriter& documents, const DelaySeries& series,
-                                         const std::string& title, PictureFormat format) {
-    const auto draw = [&](Canvas& canvas) { DrawDelayChart(canvas, PictureBox, series, {LightColours, 9, title}); };
+                                         const std::string& title, PictureFormat format,
+                                         const DelayChartLayers& layers) {
+    const auto draw = [&](Canvas& canvas) {
+        DrawDelayChart(canvas, PictureBox, series, {LightColours, 9, title, true, layers});
+    };
     return documents.Picture(DelayPictureSize, draw, format);
 }
 

@@ -29,8 +29,9 @@ enum class DelayRuns { All, Counted };
 class DelaySeries {
 public:
     DelaySeries() = default;
-    /// `rows` are those of the study's run list.
-    DelaySeries(const Study& study, const std::vector<RunListRow>& rows, DelayRuns shown);
+    /// `rows` are those of the study's run list; `order` has the runs (from 1) in theirs, none for the study's own.
+    DelaySeries(const Study& study, const std::vector<RunListRow>& rows, DelayRuns shown,
+                const std::vector<int>& order = {});
     /// Overflow (error 6) for a delay outside 16 bits or a sum outside 32.
     void Append(DelayRun run, std::int32_t controlDelay);
 
@@ -137,7 +138,8 @@ std::string DelayChartTitle(const Study& study);
 inline constexpr CanvasSize DelayPictureSize = {720, 450};
 /// The chart as a picture file of that size, in light colours.
 std::vector<std::byte> DelayChartPicture(const DocumentWriter& documents, const DelaySeries& series,
-                                         const std::string& title, PictureFormat format);
+                                         const std::string& title, PictureFormat format,
+                                         const DelayChartLayers& layers = {});
 /// The scale that the picture is drawn with.
 DelayScale DelayPictureScale(const DocumentWriter& documents, const DelaySeries& series, const std::string& title);
 

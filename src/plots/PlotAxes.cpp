@@ -86,6 +86,68 @@ double WidestTick(const TextMeasure& measure, const std::vector<AxisTick>& ticks
     return widest;
 }
 
+void DrawHead(Canvas& canvas, const CanvasBox& box, const PlotAxes& axes, const PlotLook& look) {
+    const double line = canvas.LineHeight(TextOf(look));
+    const double space = Space(look);
+    const Head head = HeadOf(canvas, box, axes, look);
+    if (HasTitle(axes, look))
+        canvas.DrawText({box.X + space, head.Title, box.Width - 2 * space, canvas.LineHeight(TitleOf(look))},
+                        axes.Title, TitleOf(look));
+    for (std::size_t i = 0; i < head.Samples.Samples.size(); ++i) {
+        const CanvasBox& place = head.Samples.Samples[i];
+        const double before = PlotSample::Length + space;
+        axes.Legend[i].Draw(canvas, {place.X, place.Y, PlotSample::Length, line}, look);
+        canvas.DrawText({place.X + before, place.Y, place.Width - before, line}, axes.Legend[i].Caption, TextOf(look));
+    }
+    canvas.DrawText({box.X + space, head.Caption, box.Width - 2 * space, line}, axes.Up.Caption, TextOf(look));
+}
+
+void DrawUp(Canvas& canvas, const CanvasBox& box, const PlotAxis& axis, const PlotLook& look, const PlotMap& map) {
+    const CanvasBox& area = map.Area();
+    const PlotWindow window = map.Window();
+    const double line = canvas.LineHeight(TextOf(look));
+    for (const AxisTick& tick : AxisTicks(axis, window.Up, LeastUp(canvas, look, window, area.Height))) {
+        const double y = map.YOf(tick.Value);
+        canvas.DrawLine({area.X, y}, {area.X + area.Width, y}, {1, look.Inks.Grid});
+        canvas.DrawText({box.X, y - line / 2, area.X - Space(look) - box.X, line}, tick.Text,
+                        Dim(look, TextSide::Right));
+    }
+}
+
+/// The values below the area, as many as have room, and the room of each.
+std::pair<std::vector<AxisTick>, double> TicksAcross(const TextMeasure& measure, const PlotAxis& axis,
+                                                     const PlotLook& look, const PlotMap& map) {
+    const PlotRange range = map.Window().Across;
+    const double scale = map.Area().Width / range.Span();
+    double room = 0;
+    std::vector<AxisTick> ticks = AxisTicks(axis, range, range.Span() / 4);
+    for (int pass = 0; pass < 2; ++pass) {  // closer values may be longer ones
+        room = WidestTick(measure, ticks, look) + 4 * Space(look);
+        ticks = AxisTicks(axis, range, room / scale);
+    }
+    if (axis.Names.empty()) return {ticks, room};
+    room = map.Area().Width;
+    for (std::size_t i = 1; i < ticks.size(); ++i)
+        room = std::min(room, (ticks[i].Value - ticks[i - 1].Value) * scale - Space(look));
+    return {ticks, room};
+}
+
+void DrawAcross(Canvas& canvas, const CanvasBox& box, const PlotAxis& axis, const PlotLook& look, const PlotMap& map) {
+    const CanvasBox& area = map.Area();
+    const double line = canvas.LineHeight(TextOf(look));
+    const double bottom = area.Y + area.Height;
+    const double row = bottom + std::max(Space(look), line / 2 + 1);  // below the lowest value of the other axis
+    const auto& [ticks, room] = TicksAcross(canvas, axis, look, map);
+    for (const AxisTick& tick : ticks) {
+        const double x = map.XOf(tick.Value);
+        const double width = std::min(canvas.TextWidth(tick.Text, Dim(look, TextSide::Centre)) + 1, room);
+        const double left = std::clamp(x - width / 2, box.X, std::max(box.X + box.Width - width, box.X));
+        canvas.DrawLine({x, area.Y}, {x, bottom}, {1, look.Inks.Grid});
+        canvas.DrawText({left, row, width, line}, tick.Text, Dim(look, TextSide::Centre));
+    }
+    canvas.DrawText({area.X, row + line, area.Width, line}, axis.Caption, Dim(look, TextSide::Right));
+}
+
 }  // namespace
 
 std::string AxisText(AxisValues values, double value, double step) {
@@ -102,9 +164,12 @@ std::string AxisText(AxisValues values, double value, double step) {
 }
 
 std::vector<AxisTick> AxisTicks(const PlotAxis& axis, const PlotRange& range, double least) {
+    std::vector<AxisTick> ticks;
+    for (const AxisTick& name : axis.Names)
+        if (name.Value >= range.Low && name.Value <= range.High) ticks.push_back(name);
+    if (!axis.Names.empty()) return ticks;
     constexpr int Most = 1000;
     const double step = StepOf(axis, std::max(least, range.Span() / Most));
-    std::vector<AxisTick> ticks;
     for (double number = std::ceil(range.Low / step - 1e-9); number * step <= range.High + step * 1e-9; ++number) {
         const double value = number == 0 ? 0 : number * step;  // never -0
         ticks.push_back({value, AxisText(axis.Values, value, step)});
@@ -121,49 +186,15 @@ PlotMap MapOf(const TextMeasure& measure, const CanvasBox& box, const PlotAxes& 
     const auto ticks = AxisTicks(axes.Up, window.Up, LeastUp(measure, look, window, height));
     const double left = box.X + WidestTick(measure, ticks, look) + 2 * space;
     const double right = std::max(box.X + box.Width - 4 * space, left + 1);
-    return {{std::ceil(left), std::floor(top), std::floor(right) - std::ceil(left), std::floor(height)}, window};
+    return {{std::ceil(left), std::ceil(top), std::floor(right) - std::ceil(left), std::floor(height)}, window};
 }
 
 void DrawAxes(Canvas& canvas, const CanvasBox& box, const PlotAxes& axes, const PlotLook& look, const PlotMap& map) {
-    const double line = canvas.LineHeight(TextOf(look));
-    const double space = Space(look);
-    const CanvasBox& area = map.Area();
-    const PlotWindow window = map.Window();
-    const Head head = HeadOf(canvas, box, axes, look);
     canvas.FillBox(box, look.Inks.Base);
-    if (HasTitle(axes, look))
-        canvas.DrawText({box.X + space, head.Title, box.Width - 2 * space, canvas.LineHeight(TitleOf(look))},
-                        axes.Title, TitleOf(look));
-    for (std::size_t i = 0; i < head.Samples.Samples.size(); ++i) {
-        const CanvasBox& place = head.Samples.Samples[i];
-        axes.Legend[i].Draw(canvas, {place.X, place.Y, PlotSample::Length, line}, look);
-        const double before = PlotSample::Length + space;
-        canvas.DrawText({place.X + before, place.Y, place.Width - before, line}, axes.Legend[i].Caption, TextOf(look));
-    }
-    canvas.DrawText({box.X + space, head.Caption, box.Width - 2 * space, line}, axes.Up.Caption, TextOf(look));
-
-    const LineStyle grid{1, look.Inks.Grid};
-    const double right = area.X + area.Width;
-    const double bottom = area.Y + area.Height;
-    for (const AxisTick& tick : AxisTicks(axes.Up, window.Up, LeastUp(canvas, look, window, area.Height))) {
-        const double y = map.YOf(tick.Value);
-        canvas.DrawLine({area.X, y}, {right, y}, grid);
-        canvas.DrawText({box.X, y - line / 2, area.X - space - box.X, line}, tick.Text, Dim(look, TextSide::Right));
-    }
-    // The longest text that any step can have is that of the highest values.
-    const auto widest = AxisTicks(axes.Across, window.Across, window.Across.Span() / 4);
-    const double wanted = WidestTick(canvas, widest, look) + 4 * space;
-    const double row = bottom + space;
-    for (const AxisTick& tick :
-         AxisTicks(axes.Across, window.Across, wanted * window.Across.Span() / std::max(area.Width, 1.0))) {
-        const double x = map.XOf(tick.Value);
-        const double width = canvas.TextWidth(tick.Text, Dim(look, TextSide::Centre)) + 1;
-        canvas.DrawLine({x, area.Y}, {x, bottom}, grid);
-        const double left = std::clamp(x - width / 2, box.X, std::max(box.X + box.Width - width, box.X));
-        canvas.DrawText({left, row, width, line}, tick.Text, Dim(look, TextSide::Centre));
-    }
-    canvas.DrawText({area.X, row + line, area.Width, line}, axes.Across.Caption, Dim(look, TextSide::Right));
-    canvas.DrawFrame(area, {1, look.Inks.DimText});
+    DrawHead(canvas, box, axes, look);
+    DrawUp(canvas, box, axes.Up, look, map);
+    DrawAcross(canvas, box, axes.Across, look, map);
+    canvas.DrawFrame(map.Area(), {1, look.Inks.DimText});
 }
 
 }  // namespace vantor

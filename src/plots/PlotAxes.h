@@ -14,19 +14,22 @@ enum class AxisValues {
     Clock     ///< seconds since midnight, as the time of day: 06:53
 };
 
+struct AxisTick {
+    double Value = 0;
+    std::string Text;
+};
+
 struct PlotAxis {
     std::string Caption;  ///< with its unit
     PlotRange Whole;
     AxisValues Values = AxisValues::Numbers;
     /// Only values of counted things: the steps are whole.
     bool IsWhole = false;
+    /// What has a name and no value: these in the place of round values.
+    std::vector<AxisTick> Names = {};
 };
 
-struct AxisTick {
-    double Value = 0;
-    std::string Text;
-};
-/// The round values within a range of which each has at least `least` (values) for itself.
+/// The round values, or the names, within a range; a round value has at least `least` (values) for itself.
 std::vector<AxisTick> AxisTicks(const PlotAxis& axis, const PlotRange& range, double least);
 std::string AxisText(AxisValues values, double value, double step);
 

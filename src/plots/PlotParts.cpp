@@ -62,22 +62,22 @@ void DrawMarker(Canvas& canvas, CanvasPoint centre, PlotMarker marker, double si
     }
 }
 
-void PlotTrace::DrawLine(Canvas& canvas, const PlotMap& map, const LineStyle& style) const {
-    const std::vector<CanvasPoint> line = ReducedLine(Points, map);
+void PlotTrace::DrawLine(Canvas& canvas, const PlotMap& map, const PlotLook& look, const LineStyle& style) const {
+    const std::vector<CanvasPoint> line = ReducedLine(Points, map, look.Tolerance);
     if (line.size() > 1) canvas.DrawPolyline(line, style);
 }
 
 void PlotTrace::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const {
     const double markerSize = std::max(5.0, 3 * Width);
     constexpr double Thin = 2;
-    DrawLine(canvas, map, {Width, look.Inks.*Ink, Pattern, Width <= Thin});
+    DrawLine(canvas, map, look, {Width, look.Inks.*Ink, Pattern, Width <= Thin});
     if (Marker == PlotMarker::None) return;
     for (const PlotPoint& point : Points)
         DrawMarker(canvas, map.Of(point), Marker, markerSize, look.Inks.*Ink, look.Inks);
 }
 
 void PlotTrace::DrawChosen(Canvas& canvas, const PlotMap& map, const PlotLook& look, int item) const {
-    if (item == Item) DrawLine(canvas, map, {Width + ChosenWidth, look.Inks.Highlight, Pattern});
+    if (item == Item) DrawLine(canvas, map, look, {Width + ChosenWidth, look.Inks.Highlight, Pattern});
 }
 
 void PlotTrace::Search(PlotSearch& search) const {
@@ -146,6 +146,41 @@ std::optional<PlotPoint> PlotPoints::PlaceOf(int item) const {
     return mark == Marks.end() ? std::nullopt : std::optional(mark->At);
 }
 
+void PlotSpans::DrawSpan(Canvas& canvas, const PlotMap& map, const PlotLook& look, const Span& span, Colour ink) const {
+    constexpr double HalfCap = 6;
+    constexpr double MarkerSize = 9;
+    const double x = map.XOf(span.At.X);
+    if (span.Between) {
+        const double low = map.YOf(span.Between->Low);
+        const double high = map.YOf(span.Between->High);
+        canvas.DrawLine({x, low}, {x, high}, {2, ink, Pattern});
+        for (const double y : {low, high}) canvas.DrawLine({x - HalfCap, y}, {x + HalfCap, y}, {2, ink});
+    }
+    DrawMarker(canvas, map.Of(span.At), Marker, MarkerSize, ink, look.Inks);
+}
+
+void PlotSpans::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const {
+    for (const Span& span : Spans) DrawSpan(canvas, map, look, span, look.Inks.*Ink);
+}
+
+void PlotSpans::DrawChosen(Canvas& canvas, const PlotMap& map, const PlotLook& look, int item) const {
+    for (const Span& span : Spans)
+        if (span.Item == item) DrawSpan(canvas, map, look, span, look.Inks.Highlight);
+}
+
+void PlotSpans::Search(PlotSearch& search) const {
+    for (const Span& span : Spans) {
+        search.OfferPoint(span.Item, span.At);
+        if (span.Item != 0 && span.Between)
+            search.OfferWay(span.Item, {span.At.X, span.Between->Low}, {span.At.X, span.Between->High});
+    }
+}
+
+std::optional<PlotPoint> PlotSpans::PlaceOf(int item) const {
+    const auto span = std::ranges::find(Spans, item, &Span::Item);
+    return span == Spans.end() ? std::nullopt : std::optional(span->At);
+}
+
 void PlotLines::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const {
     const CanvasBox& area = map.Area();
     const double height = canvas.LineHeight(NameStyle(look, TextSide::Left));
@@ -198,7 +233,7 @@ void PlotSample::Draw(Canvas& canvas, const CanvasBox& box, const PlotLook& look
     const double right = box.X + box.Width;
     const Colour ink = look.Inks.*Ink;
     if (Surface > 0) {
-        const double half = std::min(box.Height, 10.0) / 2;
+        const double half = std::min(box.Height * 0.7, 10.0) / 2;
         const std::array corners = {CanvasPoint{box.X, middle - half}, CanvasPoint{right, middle - half},
                                     CanvasPoint{right, middle + half}, CanvasPoint{box.X, middle + half}};
         canvas.FillShape(corners, ink, Surface);

@@ -14,6 +14,8 @@ struct PlotLook {
     double TextSize = 9;
     bool HasLegend = true;
     bool HasTitle = true;
+    /// How far a drawn trace may pass by its points; a window may be coarser than a picture that is looked at closely.
+    double Tolerance = 0.1;
 };
 
 /// Where an item of a plot was found.
@@ -75,7 +77,7 @@ struct PlotTrace : PlotPart {
     std::optional<PlotPoint> PlaceOf(int item) const override;
 
 private:
-    void DrawLine(Canvas& canvas, const PlotMap& map, const LineStyle& style) const;
+    void DrawLine(Canvas& canvas, const PlotMap& map, const PlotLook& look, const LineStyle& style) const;
 };
 
 /// The surface between two lines over the same places. A place without both values parts it.
@@ -111,6 +113,27 @@ struct PlotPoints : PlotPart {
     void DrawChosen(Canvas& canvas, const PlotMap& map, const PlotLook& look, int item) const override;
     void Search(PlotSearch& search) const override;
     std::optional<PlotPoint> PlaceOf(int item) const override;
+};
+
+/// Values with what they may as well be: a mean and its interval.
+struct PlotSpans : PlotPart {
+    struct Span {
+        PlotPoint At;
+        std::optional<PlotRange> Between;  ///< of the upright axis
+        int Item = 0;                      ///< 0: not to be pointed at
+    };
+    std::vector<Span> Spans;
+    PlotInk Ink = &Colours::Trace;
+    LinePattern Pattern = LinePattern::Solid;
+    PlotMarker Marker = PlotMarker::Dot;
+
+    void Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const override;
+    void DrawChosen(Canvas& canvas, const PlotMap& map, const PlotLook& look, int item) const override;
+    void Search(PlotSearch& search) const override;
+    std::optional<PlotPoint> PlaceOf(int item) const override;
+
+private:
+    void DrawSpan(Canvas& canvas, const PlotMap& map, const PlotLook& look, const Span& span, Colour ink) const;
 };
 
 /// Lines over the whole height or width of the area with their names; a name that would meet the one before is left

@@ -14,7 +14,7 @@ constexpr TextStyle FactStyle{11, false, PaperColours.Text};
 constexpr TextStyle FactCaptionStyle{11, false, PaperColours.DimText};
 
 void AddFact(ReportPages& pages, const char* caption, const std::string& text) {
-    if (Trim(text).empty()) return;
+    if (Trim(text).empty() || text == NoFigure) return;
     const double line = pages.Measure().LineHeight(FactStyle) + 3;
     const double width = pages.Width() - CaptionWidth;
     bool isFirst = true;

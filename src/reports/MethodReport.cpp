@@ -35,8 +35,8 @@ void DrawMethod(Canvas& canvas, const CanvasBox& box) {
     const auto y = [&](double part) { return plot.Y + 14 + part * (plot.Height - 14); };
     canvas.DrawLine({plot.X, plot.Y}, {plot.X, y(1)}, ReportRule);
     canvas.DrawLine({plot.X, y(1)}, {plot.X + plot.Width, y(1)}, ReportRule);
-    canvas.DrawLine({plot.X, y(0)}, {plot.X + plot.Width, y(0)}, {0.7, PaperColours.Trace, true});
-    canvas.DrawLine({x(Leave), plot.Y}, {x(Leave), y(1)}, {0.6, PaperColours.Node, true});
+    canvas.DrawLine({plot.X, y(0)}, {plot.X + plot.Width, y(0)}, {0.7, PaperColours.Trace, LinePattern::Dashed});
+    canvas.DrawLine({x(Leave), plot.Y}, {x(Leave), y(1)}, {0.6, PaperColours.Node, LinePattern::Dashed});
     std::vector<CanvasPoint> trace;
     constexpr int Steps = 100;
     for (int step = 0; step <= Steps; ++step) {

@@ -4,6 +4,7 @@
 #include "plots/DelayChart.h"
 #include "reports/ReportContents.h"
 #include "reports/ReportText.h"
+#include "statistics/DelayLayers.h"
 
 namespace vantor {
 namespace {
@@ -74,8 +75,10 @@ void AddDelayChart(ReportPages& pages, const ReportData& data) {
     const CanvasBox box{pages.Left(), pages.Take(height), pages.Width(), height};
     try {
         const DelaySeries series(data.Contents, data.Rows(), DelayRuns::Counted);
-        CheckDrawable(series, DelayScale(DelayPlotEdgesOf(pages.Measure(), box, series, {}), series));
-        pages.Draw([series, box](Canvas& canvas) { DrawDelayChart(canvas, box, series, {}); });
+        DelayChartStyle style;
+        style.Layers = DelayLayersOf(series, data.Contents.Options, {true, true, true});
+        CheckDrawable(series, DelayScale(DelayPlotEdgesOf(pages.Measure(), box, series, style), series));
+        pages.Draw([series, box, style](Canvas& canvas) { DrawDelayChart(canvas, box, series, style); });
     } catch (const RunTimeError& error) {
         const double line = pages.Measure().LineHeight(BodyStyle);
         pages.DrawText({box.X, box.Y, box.Width, line},

@@ -45,6 +45,27 @@ ReportTable MeasureTable(const GroupStatistics& group, const StatisticsOptions& 
     return table;
 }
 
+/// How sure the mean travel time was after each run, in the order driven.
+ReportTable SoFarTable(const ReportData& data, const Units& units) {
+    const StatisticsOptions& options = data.Statistics.Options;
+    ChosenRuns runs;
+    for (const MeasuredRun& run : data.Measured.Runs) runs.push_back(&run);
+    ReportTable table;
+    table.Columns = {{"Runs", Right},        {"Last run", TextSide::Left, true},
+                     {"Mean (s)", Right},    {"\u00B1 (s)", Right},
+                     {"Runs needed", Right}, {"More", Right}};
+    std::size_t i = 0;
+    for (const RunsSoFar& soFar :
+         AfterEachRun(ValuesOf(runs, Measure::TravelTime), options.Error, options.Confidence)) {
+        const auto count = [](std::optional<int> number) { return number ? std::to_string(*number) : NoFigure; };
+        table.Rows.push_back({std::to_string(soFar.Of.N), runs[i++]->Name,
+                              Value(soFar.Of.Mean, FigureUnit::Seconds, 1, units),
+                              Value(soFar.Of.HalfWidth, FigureUnit::Seconds, 1, units), count(soFar.Needed.Needed),
+                              soFar.Needed.Enough ? "enough" : count(soFar.Needed.StillNeeded)});
+    }
+    return table;
+}
+
 ReportTable FigureTable(const std::vector<Figure>& figures, const Units& units) {
     ReportTable table;
     table.Columns = {{"Figure", TextSide::Left, true}, {"Value", Right}, {"Remarks", TextSide::Left, true}};
@@ -178,6 +199,18 @@ std::string RunsForDifferenceText(const ReportData& data, const Units& units) {
            " runs before and as many after (in 8 of 10 such surveys).";
 }
 
+void AddSections(ReportPages& pages, const ReportData& data, const Units& units) {
+    const StudyStatistics& statistics = data.Statistics;
+    if (statistics.Sections.size() < 2)
+        return pages.AddText("The runs have no nodes: there are no sections.", BodyStyle);
+    pages.AddHeading("Sections", 5 * pages.Measure().LineHeight(CellStyle) + SectionGap);
+    if (const std::string counts = statistics.NodeCountText(); !counts.empty())
+        pages.AddText(counts + "; the table is theirs.", BodyStyle);
+    const GroupStatistics& total = statistics.NodeCounts.size() == 1 ? statistics.Whole.All : data.OfMostNodes;
+    AddTable(pages, SectionTable(statistics, total, units));
+    pages.Skip(SectionGap / 2);
+}
+
 }  // namespace
 
 void AddStatistics(ReportPages& pages, const ReportData& data) {
@@ -195,21 +228,20 @@ void AddStatistics(ReportPages& pages, const ReportData& data) {
     pages.Skip(SectionGap / 2);
     AddTable(pages, MeasureTable(group, statistics.Options, units));
     pages.Skip(SectionGap / 2);
-    std::vector<Figure> figures = SpeedFigures(group, statistics.Options);
+    std::vector<Figure> figures = SpeedFigures(group, statistics.Options, units);
     for (Figure& figure : ReliabilityFigures(group, statistics.Options)) figures.push_back(std::move(figure));
     AddTable(pages, FigureTable(figures, units));
     pages.Skip(SectionGap / 2);
+    AddSections(pages, data, units);
     std::vector<std::string> warnings = statistics.Warnings;
     warnings.insert(warnings.end(), group.Warnings.begin(), group.Warnings.end());
     AddLines(pages, "Warnings", warnings);
     AddLines(pages, "Single runs", RunRemarks(data));
-    if (statistics.Sections.size() < 2)
-        return pages.AddText("The runs have no nodes: there are no sections.", BodyStyle);
-    pages.AddHeading("Sections", 5 * pages.Measure().LineHeight(CellStyle) + SectionGap);
-    if (const std::string counts = statistics.NodeCountText(); !counts.empty())
-        pages.AddText(counts + "; the table is theirs.", BodyStyle);
-    const GroupStatistics& total = statistics.NodeCounts.size() == 1 ? group : data.OfMostNodes;
-    AddTable(pages, SectionTable(statistics, total, units));
+    constexpr int MostSoFar = 40;
+    if (group.N <= MostSoFar) {
+        pages.AddHeading("Travel time as the runs were driven", 4 * pages.Measure().LineHeight(CellStyle) + SectionGap);
+        AddTable(pages, SoFarTable(data, units));
+    }
 }
 
 void AddBeforeAfter(ReportPages& pages, const ReportData& data) {

@@ -110,9 +110,21 @@ private:
         return {std::max(event.OnsetDistance, 1), event.EndDistance, std::nullopt};
     }
 
+    bool IsInOtherEvent(const RunToPropose& run, std::int32_t feet) const {
+        for (std::size_t i = 0; i < run.Found.Events.size(); ++i) {
+            const DelayEvent& event = run.Found.Events[i];
+            if (run.Found.EventOfNode[index_] != i && event.OnsetDistance < feet && feet < event.EndDistance)
+                return true;
+        }
+        return false;
+    }
+
     Bounds CommonOf(const RunToPropose& run, std::vector<std::string>& notes) const {
         const std::int32_t node = run.Found.NodeDistances[index_];
         const Bounds whole{node + reach_->Start, node + reach_->End, std::nullopt};
+        for (const auto& [feet, what] : {std::pair(whole.StartDist, "start"), {whole.EndDist, "end"}})
+            if (IsInOtherEvent(run, feet))
+                notes.push_back(std::string("the common ") + what + " lies in another slowing");
         if (whole.StartDist < 1) notes.emplace_back("begins after the common start");
         if (whole.EndDist > run.Length) notes.emplace_back("ends before the common end");
         return {std::max(whole.StartDist, 1), std::min(whole.EndDist, run.Length), std::nullopt};

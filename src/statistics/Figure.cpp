@@ -122,13 +122,13 @@ Figure DelayFigure(const GroupStatistics& group, const StatisticsOptions& option
     return figure;
 }
 
-std::vector<Figure> SpeedFigures(const GroupStatistics& group, const StatisticsOptions& options) {
+std::vector<Figure> SpeedFigures(const GroupStatistics& group, const StatisticsOptions& options, const Units& units) {
     const auto make = [&](const char* name, FigureUnit unit, std::optional<double> value, int decimals = 1) {
         Figure figure = FigureOf(name, unit, decimals, group, options);
         figure.Value = value;
         return figure;
     };
-    const std::string stopped = StopCondition(options.Stops, {});
+    const std::string stopped = StopCondition(options.Stops, units);
     std::vector<Figure> figures = {
         make("Average travel speed", FigureUnit::MilesPerHour, group.AverageTravelSpeed),
         make("Average running speed", FigureUnit::MilesPerHour, group.AverageRunningSpeed),

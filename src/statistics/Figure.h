@@ -48,7 +48,7 @@ Figure MeanFigure(const GroupStatistics& group, Measure measure, const Statistic
 /// The mean control delay in whole seconds as labels beside the study's average have it: "72 s ± 15".
 Figure DelayFigure(const GroupStatistics& group, const StatisticsOptions& options);
 /// Sums over sums, percentiles and indices, in the order in which they are told.
-std::vector<Figure> SpeedFigures(const GroupStatistics& group, const StatisticsOptions& options);
+std::vector<Figure> SpeedFigures(const GroupStatistics& group, const StatisticsOptions& options, const Units& units);
 std::vector<Figure> ReliabilityFigures(const GroupStatistics& group, const StatisticsOptions& options);
 
 /// "10 %" or "5 s".

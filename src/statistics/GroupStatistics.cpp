@@ -131,6 +131,7 @@ GroupStatistics GroupOver(const ChosenRuns& runs, std::optional<std::size_t> sec
     SumUp(group, runs, section);
     const auto times = ValuesOf(runs, Measure::TravelTime, section);
     group.Times = ReliabilityOf(times, FreeFlowTime(group.MeanLength, options.FreeFlowSpeed));
+    group.MedianTime = IntervalOfMedian(times, options.Confidence);
     group.Outlier = Grubbs(times, options.Confidence);
     if (group.Outlier) group.FarthestRun = runs[group.Outlier->Index]->Name;
     group.RestsOn = BasisOf(runs);

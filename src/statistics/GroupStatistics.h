@@ -48,6 +48,7 @@ struct GroupStatistics {
     // The interval of AverageTravelSpeed, from that of the mean travel time; it does not lie evenly.
     std::optional<double> SpeedLow, SpeedHigh;
     Reliability Times;
+    std::optional<MedianInterval> MedianTime;  ///< of travel times
     ByMeasure<RunsNeeded> Needed;       ///< for the permitted error of times and delays, for that of speeds of speeds
     std::optional<GrubbsTest> Outlier;  ///< of travel times; its index counts the group's runs
     std::string FarthestRun;            ///< the name of the run that it looked at, an outlier or not

@@ -1,7 +1,5 @@
 #include "statistics/RunTraces.h"
 
-#include <map>
-
 #include "core/RunArithmetic.h"
 
 namespace vantor {
@@ -42,11 +40,12 @@ RunTrace TraceOf(const RunRecord& run, float speedFactor) {
 TracedRuns ReadTracedRuns(const Study& study, const FileSystem& files, const std::string& folder,
                           const AppSettings& settings, const Progress& progress) {
     TracedRuns traced;
-    std::map<int, RunTrace> byEntry;
+    std::vector<RunTrace> byEntry(static_cast<std::size_t>(study.Record.RunCount) + 1);
     traced.Read = ReadStudyRuns(study, files, folder, settings, progress, [&](int entry, const RunRecord& run) {
-        byEntry[entry] = TraceOf(run, settings.SpeedFactor);
+        byEntry[static_cast<std::size_t>(entry)] = TraceOf(run, settings.SpeedFactor);
     });
-    for (const MeasuredRun& run : traced.Read.Runs) traced.Traces.push_back(std::move(byEntry[run.Entry]));
+    for (const MeasuredRun& run : traced.Read.Runs)
+        traced.Traces.push_back(std::move(byEntry[static_cast<std::size_t>(run.Entry)]));
     return traced;
 }
 

@@ -50,6 +50,15 @@ RunsNeeded RunsNeededFor(const Summary& summary, const PermittedError& error, do
     return result;
 }
 
+std::vector<RunsSoFar> AfterEachRun(std::span<const double> values, const PermittedError& error, double confidence) {
+    std::vector<RunsSoFar> runs;
+    for (std::size_t n = 1; n <= values.size(); ++n) {
+        const Summary summary = Summarise(values.first(n), confidence);
+        runs.push_back({summary, RunsNeededFor(summary, error, confidence)});
+    }
+    return runs;
+}
+
 std::optional<int> RunsForDifference(double sd, double difference, double confidence, double power) {
     if (sd <= 0 || difference == 0) return std::nullopt;
     return SmallestRuns([&](int n) {

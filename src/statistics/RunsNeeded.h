@@ -1,7 +1,9 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "core/StudyOptions.h"
 #include "statistics/Summary.h"
@@ -21,6 +23,14 @@ struct RunsNeeded {
     bool operator==(const RunsNeeded&) const = default;
 };
 RunsNeeded RunsNeededFor(const Summary& summary, const PermittedError& error, double confidence);
+
+/// What was known after a run.
+struct RunsSoFar {
+    Summary Of;
+    RunsNeeded Needed;
+};
+/// After each value, in the order given.
+std::vector<RunsSoFar> AfterEachRun(std::span<const double> values, const PermittedError& error, double confidence);
 
 /// The permitted error in the measure's unit; nothing for a relative one of no mean above 0.
 std::optional<double> ErrorInUnit(const PermittedError& error, std::optional<double> mean);

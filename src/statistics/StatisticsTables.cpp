@@ -139,7 +139,7 @@ StatisticsCell StreetCell(const GroupStatistics& group, const StatisticsOptions&
     return TextCell(mean + " (" + span.Text() + ")");
 }
 
-void AddGrades(SummaryRows& rows, const GroupStatistics& all, const StatisticsOptions& options) {
+void AddGrades(SummaryRows& rows, const GroupStatistics& all, const StatisticsOptions& options, const Units& units) {
     const auto& delay = all.Of[Measure::ControlDelay].Mean;
     const auto add = [&](const char* name, const GradeScale& scale, const std::string& remark) {
         rows.AddText(
@@ -152,8 +152,10 @@ void AddGrades(SummaryRows& rows, const GroupStatistics& all, const StatisticsOp
         add("Grade by your own limits", [&](double value) { return OwnGrade(value, *options.GradeLimits); }, {});
     rows.AddText(
         "Grade, urban street (HCM 6, 7)", [&](const GroupStatistics& group) { return StreetCell(group, options); },
-        options.FreeFlowSpeed ? "of the average travel speed; base speeds of 25 to 55 MPH"
-                              : "no free-flow speed entered");
+        options.FreeFlowSpeed
+            ? "by travel speed and a base speed of " +
+                  ShownNumber(*options.FreeFlowSpeed, FigureUnit::MilesPerHour, 1, units) + " " + units.SpeedLabel()
+            : "no free-flow speed entered");
 }
 
 StatisticsCell OutlierCell(const GroupStatistics& group) {
@@ -166,16 +168,23 @@ StatisticsCell OutlierCell(const GroupStatistics& group) {
                     "G " + g + " is above " + critical + ": look at the run before you set it aside");
 }
 
+StatisticsCell MedianCell(const GroupStatistics& group, const Units& units) {
+    const auto seconds = [&](double value) { return ShownNumber(value, FigureUnit::Seconds, 1, units); };
+    StatisticsCell cell = Cell(group.Of[Measure::TravelTime].Median, FigureUnit::Seconds, 1, units);
+    if (!group.MedianTime) return cell;
+    const MedianInterval& between = *group.MedianTime;
+    return TextCell(cell.Text + " (" + seconds(between.Low) + " to " + seconds(between.High) + ")",
+                    FixedDecimals(between.Coverage, 1) + " % whatever the distribution");
+}
+
 std::vector<StatisticsCell> SectionRow(const std::string& name, const GroupStatistics& group,
                                        const StatisticsOptions& options, const Units& units) {
     const auto mean = [&](Measure measure, int decimals) {
         return Cell(group.Of[measure].Mean, KindOf(measure).Unit, decimals, units);
     };
     const auto percentile = [&](std::optional<double> value) {
-        StatisticsCell cell = Cell(value, FigureUnit::Seconds, 1, units);
-        cell.IsWeak = value && group.N < LeastForPercentiles;
-        if (cell.IsWeak) cell.Note = "fewer than " + std::to_string(LeastForPercentiles) + " runs";
-        return cell;
+        if (group.N >= LeastForPercentiles) return Cell(value, FigureUnit::Seconds, 1, units);
+        return TextCell(NoValueText, "fewer than " + std::to_string(LeastForPercentiles) + " runs");
     };
     const auto needed = group.Needed[Measure::TravelTime].Needed;
     StatisticsCell runs = needed ? CountCell(*needed) : StatisticsCell{NoValueText};
@@ -261,9 +270,13 @@ StatisticsTable SummaryTable(const GroupedStatistics& whole, const StatisticsOpt
                  [](const GroupStatistics& group) { return TextCell(std::to_string(group.N), group.RestsOn.Text()); });
     for (const Measure measure : AllMeasures)
         rows.AddFigure([&](const GroupStatistics& group) { return MeanFigure(group, measure, options); });
-    rows.AddFigures([&](const GroupStatistics& group) { return SpeedFigures(group, options); });
+    rows.AddText(
+        "Median travel time (s)", [&](const GroupStatistics& group) { return MedianCell(group, units); },
+        whole.All.MedianTime ? FixedDecimals(whole.All.MedianTime->Coverage, 1) + " % whatever the distribution"
+                             : std::string());
+    rows.AddFigures([&](const GroupStatistics& group) { return SpeedFigures(group, options, units); });
     AddNeeded(rows, whole.All, options, units);
-    AddGrades(rows, whole.All, options);
+    AddGrades(rows, whole.All, options, units);
     rows.AddFigures([&](const GroupStatistics& group) { return ReliabilityFigures(group, options); });
     rows.AddText("Farthest from the mean travel time (Grubbs)", OutlierCell,
                  whole.All.Outlier ? std::string() : "from " + std::to_string(LeastForGrubbs) + " runs that scatter");

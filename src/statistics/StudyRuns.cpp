@@ -1,8 +1,12 @@
 #include "statistics/StudyRuns.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <future>
 #include <map>
+#include <system_error>
+#include <variant>
 
 #include "analysis/RunFacts.h"
 #include "analysis/RunStatistics.h"
@@ -71,31 +75,81 @@ MeasuredRun MeasureStudyRun(const RunReading& reading, const StudyRunEntry& entr
     return run;
 }
 
+namespace {
+
+/// Below that, a second thread costs more than it saves.
+constexpr int ManyRuns = 100;
+
+/// Reads and measures the runs of a study, of many on two threads: most of the time goes to waiting for the system.
+class RunReader {
+public:
+    RunReader(const Study& study, const FileSystem& files, const std::string& folder, const AppSettings& settings,
+              const RunVisitor& visit)
+        : study_(study), files_(files), folder_(folder), settings_(settings), visit_(visit) {}
+
+    /// The runs in the order of the study.
+    StudyRuns Read(const Progress& progress) {
+        const auto count = static_cast<std::uint64_t>(study_.Record.RunCount);
+        std::vector<std::variant<MeasuredRun, RunLeftOut>> results(count);
+        std::future<void> other;
+        try {
+            if (count >= ManyRuns)
+                other = std::async(std::launch::async, [&] { Fill(results, [](int) { return true; }); });
+        } catch (const std::system_error&) {
+            // One thread is enough.
+        }
+        Fill(results, [&](int entry) { return progress(static_cast<std::uint64_t>(entry - 1), count); });
+        if (other.valid()) other.get();
+        StudyRuns runs;
+        runs.IsWhole = !isStopped_;
+        if (isStopped_) return runs;
+        for (auto& result : results)
+            if (auto* const run = std::get_if<MeasuredRun>(&result))
+                runs.Runs.push_back(std::move(*run));
+            else
+                runs.LeftOut.push_back(std::move(std::get<RunLeftOut>(result)));
+        return runs;
+    }
+
+private:
+    /// Each thread takes the next run that none has taken.
+    template <class GoesOn>
+    void Fill(std::vector<std::variant<MeasuredRun, RunLeftOut>>& results, GoesOn goesOn) {
+        for (int entry = next_++; entry <= study_.Record.RunCount && !isStopped_; entry = next_++) {
+            if (goesOn(entry))
+                results[static_cast<std::size_t>(entry - 1)] = ReadEntry(entry);
+            else
+                isStopped_ = true;
+        }
+    }
+
+    std::variant<MeasuredRun, RunLeftOut> ReadEntry(int number) const {
+        const StudyRunEntry& entry = study_.Entries[number];
+        const std::string name = RunFileName(entry);
+        if (name.empty())
+            return RunLeftOut{number, {}, RunOutcome::Missing, "Entry " + std::to_string(number) + " has no run name."};
+        const RunReading reading = ReadRun(files_, folder_, name, RunPart::Values);
+        if (!reading || reading.Run.SampleValues.IsEmpty()) return LeftOutRun(number, entry, reading, settings_);
+        MeasuredRun run = MeasureStudyRun(reading, entry, settings_, study_.Options.Stops);
+        run.Entry = number;
+        if (visit_) visit_(number, reading.Run);
+        return run;
+    }
+
+    const Study& study_;
+    const FileSystem& files_;
+    const std::string& folder_;
+    const AppSettings& settings_;
+    const RunVisitor& visit_;
+    std::atomic<int> next_{1};
+    std::atomic<bool> isStopped_{false};
+};
+
+}  // namespace
+
 StudyRuns ReadStudyRuns(const Study& study, const FileSystem& files, const std::string& folder,
                         const AppSettings& settings, const Progress& progress, const RunVisitor& visit) {
-    StudyRuns result;
-    const auto count = static_cast<std::uint64_t>(study.Record.RunCount);
-    result.Runs.reserve(count);
-    for (int i = 1; i <= study.Record.RunCount; ++i) {
-        if (!progress(static_cast<std::uint64_t>(i - 1), count)) {
-            result.IsWhole = false;
-            break;
-        }
-        const StudyRunEntry& entry = study.Entries[i];
-        const std::string name = RunFileName(entry);
-        if (name.empty()) {
-            result.LeftOut.push_back({i, {}, RunOutcome::Missing, "Entry " + std::to_string(i) + " has no run name."});
-            continue;
-        }
-        const RunReading reading = ReadRun(files, folder, name, RunPart::Values);
-        if (!reading || reading.Run.SampleValues.IsEmpty()) {
-            result.LeftOut.push_back(LeftOutRun(i, entry, reading, settings));
-            continue;
-        }
-        result.Runs.push_back(MeasureStudyRun(reading, entry, settings, study.Options.Stops));
-        result.Runs.back().Entry = i;
-        if (visit) visit(i, reading.Run);
-    }
+    StudyRuns result = RunReader(study, files, folder, settings, visit).Read(progress);
     std::ranges::stable_sort(result.Runs, {}, MomentOf);
     NameNodes(result.Runs, study, files, folder);
     return result;

@@ -49,10 +49,11 @@ struct RunLeftOut {
 struct StudyRuns {
     std::vector<MeasuredRun> Runs;  ///< in the order of date and time; those of one moment in that of the study
     std::vector<RunLeftOut> LeftOut;
-    bool IsWhole = true;  ///< false when the reading was stopped: figures of a part mean nothing
+    bool IsWhole = true;  ///< false when the reading was stopped: then there are none
 };
 
-/// Gets each run that is measured while its samples are at hand, and its entry of the study.
+/// Gets each run that is measured while its samples are at hand, and its entry of the study; each once, but two at a
+/// time.
 using RunVisitor = std::function<void(int entry, const RunRecord& run)>;
 
 /// Reads the runs of a study, one at a time, and measures them with the study's stop speeds.

@@ -100,7 +100,8 @@ void Warn(StudyStatistics& statistics, const std::vector<MeasuredRun>& runs) {
     if (const auto& flags = statistics.ContradictoryFlags; !flags.empty())
         warnings.push_back("Before and After contradict each other in " + RunsText(flags.size()) + " (" +
                            NamesOf(flags, runs) +
-                           "): Before is both set and cleared by them. Choose one in Run Details.");
+                           "): both are set, or neither. What has Before set is taken as Before. Choose one in Run "
+                           "Details.");
     if (all.Of[Measure::ControlDelay].N == 0)
         warnings.emplace_back("No run has both boundaries set, so there is no control delay.");
     WarnOfNodes(statistics);

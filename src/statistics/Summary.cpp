@@ -76,9 +76,14 @@ std::optional<double> Percentile(std::span<const double> sorted, double part) {
 }
 
 std::optional<double> PercentileOf(std::span<const double> values, double part) {
-    std::vector<double> sorted(values.begin(), values.end());
-    std::ranges::sort(sorted);
-    return Percentile(sorted, part);
+    std::vector<double> parted(values.begin(), values.end());
+    if (parted.empty()) return std::nullopt;
+    const double place = static_cast<double>(parted.size() - 1) * part;
+    const auto below = parted.begin() + static_cast<std::ptrdiff_t>(place);
+    // No more of the order than the one or two values between which it lies.
+    std::ranges::nth_element(parted, below);
+    if (below + 1 == parted.end()) return *below;
+    return *below + (place - std::floor(place)) * (*std::min_element(below + 1, parted.end()) - *below);
 }
 
 std::optional<MedianInterval> IntervalOfMedian(std::span<const double> values, double confidence) {

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/forms/frmContDelayVsAvg.h"
+#include "statistics/forms/frmContDelayVsAvg.h"
 #include "analysis/forms/frmRunStatistics.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
 #include "counter/forms/frmDeleteTempRuns.h"

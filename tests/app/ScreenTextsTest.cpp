@@ -215,6 +215,7 @@ TEST_P(ScreenTextsTest, SaysWhatItsPageSays) {
         const auto like = TextsOf(screen);
         lines.removeIf([&](const QString& line) { return like.first.contains(line); });
         others.removeIf([&](const QString& line) { return like.second.contains(line); });
+        if (lines.isEmpty()) lines << QString();
         lines.front() += QLatin1String("; like ") + screen.Name;
     }
     const std::string text = Joined(lines) + "\nwith something to show:\n" + Joined(others);

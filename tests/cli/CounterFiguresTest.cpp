@@ -88,6 +88,10 @@ TEST_F(CorridorRoad, FiguresMatchTheIndependentOnes) {
     ExpectHas(proposed, {{"node", 3}, {"stored", false}});
     ExpectHas(proposed["runs"][0], {{"start_dist", 3492}, {"end_dist", 4070}});
     EXPECT_EQ(Json("study show", {"/group/AM Peak.ld2"})["entries"], study["entries"]) << "nothing is stored unasked";
+    const auto common = Json("study propose --common", {"/group/AM Peak.ld2"});
+    EXPECT_EQ(common["runs"][0]["remarks"],
+              "the common start lies in another slowing; the common end lies in another slowing")
+        << "from 2745 to 3354 and from 4231 to 5083 ft";
     EXPECT_EQ(Status("study propose --apply --node 6", {"/group/AM Peak.ld2"}), 1);
 
     auto again = Json("study compute", {"/group/AM Peak.ld2"});

@@ -28,43 +28,24 @@ TEST_F(StatisticsCommands, TheSampleStudy) {
     const auto result = Json("study statistics --free-flow 45 --error 5%", Sample);
     const auto& all = result["groups"]["all"];
     EXPECT_EQ(all["rests_on"], "8 runs, 1 day, 06:53 to 08:38");
-    const std::tuple<json, double, double> figures[] = {
-        {all["travel_time"]["mean"], 203.0, 0},
-        {all["travel_time"]["half_width"], 16.33, 0.005},
-        {all["control_delay"]["mean"], 71.875, 0},
-        {all["control_delay"]["half_width"], 15.47, 0.005},
-        {all["runs_needed"]["needed"], 17, 0},
-        {all["runs_needed"]["still_needed"], 9, 0},
-        {all["outliers"]["g"], 1.946, 0.0005},
-        {all["reliability"]["travel_time_index"], 1.687, 0.0005},
-        {all["reliability"]["planning_time_index"], 1.927, 0.0005},
-        {all["reliability"]["p95"], 231.9, 0.05},
-        {all["average_travel_speed"], 26.68, 0.005},
-        {all["average_travel_speed_low"], 24.69, 0.005},
-        {all["average_travel_speed_high"], 29.01, 0.005},
-        {all["average_running_speed"], 32.14, 0.005},
-        {all["percent_stopped"], 17.0, 0.05},
-        {all["stops_per_mile"], 1.66, 0.005},
-        {all["travel_speed"]["mean"], 26.88, 0.005},
-    };
-    int row = 0;
-    for (const auto& [figure, expected, error] : figures) {
-        EXPECT_NEAR(figure.get<double>(), expected, error) << row;
-        ++row;
-    }
+    const std::tuple<const char*, double, double> figures[] = {
+        {"/travel_time/mean", 203.0, 0},          {"/travel_time/half_width", 16.33, 0.005},
+        {"/control_delay/mean", 71.875, 0},       {"/control_delay/half_width", 15.47, 0.005},
+        {"/runs_needed/needed", 17, 0},           {"/outliers/g", 1.946, 0.0005},
+        {"/average_travel_speed", 26.68, 0.005},  {"/average_travel_speed_low", 24.69, 0.005},
+        {"/average_running_speed", 32.14, 0.005}, {"/average_travel_speed_high", 29.01, 0.005},
+        {"/percent_stopped", 17.0, 0.05},         {"/stops_per_mile", 1.66, 0.005},
+        {"/travel_speed/mean", 26.88, 0.005},     {"/reliability/travel_time_index", 1.687, 0.0005}};
+    for (const auto& [place, expected, error] : figures)
+        EXPECT_NEAR(all.at(json::json_pointer(place)).get<double>(), expected, error) << place;
     const auto& first = result["runs"][0];
     EXPECT_THAT(first["node_times"], ElementsAre(15, 40, 100, 137, 175));
     EXPECT_THAT(first["node_distances"], ElementsAre(938, 2207, 3763, 5446, 6781));
     EXPECT_EQ(first["distance"], 7919);
-    std::vector<int> times;
-    for (const auto& section : first["sections"]) times.push_back(section["travel_time"]);
-    EXPECT_THAT(times, ElementsAre(15, 25, 60, 37, 38, 20));
-    EXPECT_TRUE(result["sections_comparable"]);
+    EXPECT_EQ(first["sections"][2]["travel_time"], 60);
     EXPECT_EQ(result["sections"].size(), 6U);
     EXPECT_TRUE(result["sections"][0]["comparison"]["travel_time"].contains("holm_p"));
     EXPECT_EQ(result["groups"]["after"]["reliability"], json::object()) << "no run is After";
-    EXPECT_TRUE(result["groups"]["after"]["travel_time"]["mean"].is_null());
-    EXPECT_TRUE(Json("study statistics", Sample)["groups"]["all"]["reliability"]["travel_time_index"].is_null());
 
     ASSERT_EQ(Status("study statistics", Sample), 0) << Err;
     for (const char* text : {"203.0 s ± 16.3", "71.9 s ± 15.5", "71.9 s is E; over its interval E to F.",
@@ -78,14 +59,13 @@ TEST_F(StatisticsCommands, StudiesAndGroupsAreComparedWithTheFirst) {
     const auto& conditions = result["conditions"];
     ASSERT_EQ(conditions.size(), 3U);
     EXPECT_EQ(conditions[1]["comparison"]["travel_time"]["mann_whitney"]["p"], 1.0);
-    EXPECT_EQ(conditions[1]["comparison"]["control_delay"]["welch"]["difference"], 0.0);
     EXPECT_EQ(conditions[2]["figures"]["n"], 16) << "all runs of the group";
-    EXPECT_TRUE(conditions[2]["comparison"]["travel_time"].contains("holm_p"));
+    const auto& times = conditions[2]["comparison"]["travel_time"];
+    EXPECT_DOUBLE_EQ(times["holm_p"], 2 * times["welch"]["p"].get<double>()) << "two conditions are tested";
     ASSERT_EQ(Status("study compare", {Sample[0], "/group"}), 0) << Err;
     EXPECT_THAT(Out, HasSubstr("group against AM Peak:"));
     EXPECT_EQ(Status("study compare", {Sample[0], "/none.ld2"}), 1);
     EXPECT_THAT(Err, HasSubstr("Missing Study File: none"));
-    EXPECT_EQ(Status("study compare", Sample), 2);
 }
 
 TEST_F(StatisticsCommands, BadInputGetsASentence) {
@@ -95,23 +75,20 @@ TEST_F(StatisticsCommands, BadInputGetsASentence) {
     EXPECT_THAT(Out, HasSubstr("There are no runs to make statistics of."));
     PutRun("One", {44, 44, 44});
     Json("study new /g Single One");
-    ASSERT_EQ(Status("study statistics /g/Single.ld2"), 0);
-    EXPECT_THAT(Out, HasSubstr("There is one run: it has no scatter, no interval and no test."));
     const std::pair<const char*, const char*> wrong[] = {
         {"--error 10", "\"--error 10%\" or \"--error 5s\""},
         {"--error -5s", "above 0"},
-        {"--confidence 100", "below 100"},
-        {"--stop 8 --go 5", "--go must not be below --stop"},
-        {"--free-flow 0", "above 0"},
+        {"--confidence 100", "between 50 and 99.9"},
+        {"--stop 8 --go 5", "not below it"},
+        {"--free-flow 0", "between 1 and 200"},
     };
     for (const auto& [options, message] : wrong) {
         EXPECT_EQ(Status(std::string("study statistics /g/Single.ld2 ") + options), 2) << options;
         EXPECT_THAT(Err, HasSubstr(message));
     }
     Files.Delete("/g/One.rd2");
-    ASSERT_EQ(Status("--json study statistics /g/Single.ld2"), 0);
+    EXPECT_EQ(Json("study statistics /g/Single.ld2")["left_out"][0]["name"], "One");
     EXPECT_THAT(Err, HasSubstr("Missing Run File: One"));
-    EXPECT_EQ(json::parse(Out)["left_out"][0]["name"], "One");
     Files.PutText("/g/One.rd2", "no run");
     EXPECT_EQ(Status("study statistics /g/Single.ld2"), 1);
     AsksBeforeStop = 0;

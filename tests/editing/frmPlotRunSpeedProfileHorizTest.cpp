@@ -332,7 +332,8 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, AProposalIsStoredWhenItIsUsedAndOneStepT
         Press("btnPropose");
         PressKey(Qt::Key_Space);
         EXPECT_EQ(BoundariesOf(Entry()), std::pair(4900, 5150)) << inTime;
-        EXPECT_EQ(Entry().ControlDelay, 20);
+        // The end is found in second 122: 24 s, and 250 ft at 50 ft a second are 5 s.
+        EXPECT_EQ(Entry().ControlDelay, 19);
         EXPECT_FALSE(IsShown("ProposalBar"));
         Press("btnUndo");
         EXPECT_EQ(BoundariesOf(Entry()), std::pair(0, 0));
@@ -348,7 +349,7 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, ProposalsGoOnWithTheRunsAndForAllAtOnce)
     OpenPlot();
     Press("btnPropose");
     EXPECT_THAT(Text("lblProposal"), testing::HasSubstr("This run has no nodes"));
-    EXPECT_THAT(Text("lblProposal"), testing::HasSubstr("Slows down without a node: 4900 to 5150 ft."));
+    EXPECT_THAT(ItemsOf(*Window, "cmbProposalNode"), testing::ElementsAre("No node: 4900 to 5150 ft"));
     EXPECT_FALSE(IsEnabled("btnUseProposal"));
     PressKey(Qt::Key_Right, Qt::AltModifier);
     EXPECT_TRUE(IsShown("ProposalBar"));
@@ -366,7 +367,8 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, ProposalsGoOnWithTheRunsAndForAllAtOnce)
         EXPECT_EQ(BoundariesOf(State.CurrentStudy.Entries[run]), std::pair(1000 * run, 6000));
     Press("btnUndo");
     EXPECT_EQ(BoundariesOf(State.CurrentStudy.Entries[2]), std::pair(0, 0)) << "the run in view has its step";
-    CloseEarly();
+    Press("BtnPlotSpeedExit");
+    EXPECT_TRUE(IsAccepted());
 }
 
 TEST_F(frmPlotRunSpeedProfileHorizTest, PictureIsCopiedAndSaved) {

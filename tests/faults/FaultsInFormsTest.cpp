@@ -1,4 +1,4 @@
-#include "analysis/forms/frmContDelayVsAvg.h"
+#include "statistics/forms/frmContDelayVsAvg.h"
 #include "core/Paths.h"
 #include "counter/forms/frmUploadData.h"
 #include "editing/forms/frmEditPulseData.h"

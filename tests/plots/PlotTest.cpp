@@ -6,6 +6,7 @@
 
 #include "fakes/RecordingCanvas.h"
 #include "plots/PlotReduction.h"
+#include "plots/TextsApart.h"
 
 namespace vantor {
 namespace {
@@ -48,8 +49,8 @@ TEST(PlotReduction, LeavesOutOnlyWhatCannotBeSeen) {
     const PlotMap map({0, 0, 1000, 500}, {{0, 1000}, {0, 500}});
     std::vector<PlotPoint> straight;
     for (int i = 0; i <= 600; ++i) straight.push_back({double(i), i * 0.5});
-    EXPECT_THAT(ReducedLine(straight, map), SizeIs(2));
-    EXPECT_THAT(ReducedLine({}, map), IsEmpty());
+    EXPECT_THAT(ReducedLine(straight, map, 0.3), SizeIs(2));
+    EXPECT_THAT(ReducedLine({}, map, 0.3), IsEmpty());
 
     // A drive with stops: every point lies close to the line that is left.
     std::vector<PlotPoint> drive;
@@ -58,7 +59,7 @@ TEST(PlotReduction, LeavesOutOnlyWhatCannotBeSeen) {
         distance += i % 100 < 30 ? 0 : 0.7 + 0.3 * std::sin(i * 0.05);
         drive.push_back({double(i), distance});
     }
-    const std::vector<CanvasPoint> line = ReducedLine(drive, map);
+    const std::vector<CanvasPoint> line = ReducedLine(drive, map, 0.3);
     EXPECT_LT(line.size(), 300);
     for (const PlotPoint& point : drive) {
         const CanvasPoint place = map.Of(point);
@@ -66,11 +67,11 @@ TEST(PlotReduction, LeavesOutOnlyWhatCannotBeSeen) {
         ASSERT_NE(after, line.end());
         const CanvasPoint from = after == line.begin() ? *after : *(after - 1);
         const double share = after->X > from.X ? (place.X - from.X) / (after->X - from.X) : 0;
-        EXPECT_NEAR(from.Y + share * (after->Y - from.Y), place.Y, 0.6) << point.X;
+        EXPECT_NEAR(from.Y + share * (after->Y - from.Y), place.Y, 0.5) << point.X;
     }
 
     const PlotMap part({0, 0, 1000, 500}, {{100.5, 110.5}, {0, 500}});
-    const std::vector<CanvasPoint> seen = ReducedLine(straight, part);
+    const std::vector<CanvasPoint> seen = ReducedLine(straight, part, 0.3);
     EXPECT_EQ(seen.front().X, part.XOf(100));
     EXPECT_EQ(seen.back().X, part.XOf(111));
 }
@@ -138,6 +139,34 @@ TEST(PlotParts, ABandEndsWhereItIsNotKnownAndGradesWhereTheAreaDoes) {
     names.clear();
     for (const auto& text : canvas.Texts) names.push_back(text.Shown);
     EXPECT_THAT(names, ElementsAre("Oak", "Main")) << "Elm would stand over Oak";
+}
+
+TEST(PlotAxes, TextsStandApartHoweverLittleRoomThereIs) {
+    PlotAxes axes{"A study", {"Distance (ft)", {0, 9876}}, {"Speed (MPH)", {0, 60}}, {}};
+    axes.Legend = {{.Caption = "Before"}, {.Caption = "After", .Surface = 0.2}, {.Caption = "Permitted error"}};
+    PlotAxes named = axes;
+    named.Across.Names = {{1000, "Before"}, {5000, "After"}};
+    for (const PlotAxes& all : {axes, named})
+        for (const double width : {120.0, 230.0, 700.0})
+            for (const double span : {0.01, 3.0, 9876.0}) {
+                RecordingCanvas canvas;
+                const PlotWindow window{{all.Across.Whole.High - span, all.Across.Whole.High}, all.Up.Whole};
+                const CanvasBox box{0, 0, width, 300};
+                DrawAxes(canvas, box, all, {}, MapOf(canvas, box, all, {}, window));
+                SCOPED_TRACE(std::to_string(width) + " " + std::to_string(span));
+                ExpectTextsApart(canvas, width, 300);
+            }
+}
+
+TEST(PlotParts, SpansArePointedAtOverTheirWholeLength) {
+    PlotSpans means;
+    means.Spans = {{{1, 203}, {{187, 219}}, 1}, {{2, 185}, {}, 2}};
+    Plot plot;
+    plot.Add(means);
+    const PlotMap map({0, 0, 300, 100}, {{0, 3}, {150, 250}});
+    EXPECT_EQ(FindItem(plot, map, {104, map.YOf(190)}, 6).Item, 1);
+    EXPECT_EQ(FindItem(plot, map, {200, map.YOf(190)}, 6).Item, 2);
+    EXPECT_EQ(FindItem(plot, map, {200, map.YOf(210)}, 6).Item, 0) << "its interval is not known";
 }
 
 }  // namespace

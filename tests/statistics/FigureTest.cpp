@@ -5,7 +5,7 @@
 namespace vantor {
 namespace {
 
-using testing::HasSubstr;
+using testing::HasSubstr, testing::MatchesRegex;
 using Values = std::vector<double>;
 
 constexpr Units English{false};
@@ -49,11 +49,13 @@ TEST(Figure, IsToldWithItsIntervalAndWhatItRestsOn) {
 TEST(Figure, UnitsAreConvertedOnce) {
     StatisticsOptions options;
     options.FreeFlowSpeed = 45;
-    const auto speeds = SpeedFigures(ComputeStatistics(RunsOf({60, 60}, {}), options).Whole.All, options);
+    const auto speeds = SpeedFigures(ComputeStatistics(RunsOf({60, 60}, {}), options).Whole.All, options, Metric);
     EXPECT_EQ(speeds[0].Text(English) + ", " + speeds[0].Text(Metric), "30.0 MPH, 48.3 KPH");
+    EXPECT_THAT(speeds[2].Remarks(), HasSubstr("stopped below 8.0, until 16.1 KPH"));
     EXPECT_EQ(speeds[4].Text(English) + ", " + speeds[4].Text(Metric), "2640 ft, 804 m");
     EXPECT_EQ(ShownNumber(1.609, FigureUnit::PerMile, 2, Metric), "1.00");
     EXPECT_EQ(ShownNumber(62.5, FigureUnit::Seconds, 0, English), "62") << "as averages of a study are rounded";
+    EXPECT_EQ(ProbabilityText(0.0009) + ProbabilityText(0.0043) + ProbabilityText({}), "< 0.0010.004–");
     EXPECT_EQ(PermittedErrorText({PermittedError::Kind::Absolute, 3}, Measure::TravelSpeed, Metric), "4.827 KPH");
 }
 
@@ -96,12 +98,8 @@ std::string Told(const Values& before, const Values& after, const StatisticsOpti
 TEST(Figure, AComparisonIsToldInASentence) {
     EXPECT_EQ(Told({203, 211, 198, 224, 207, 215}, {189, 195, 201, 184, 192, 186}),
               "Travel time fell by 18.5 s (8.8 %); 95 % interval 8.2 to 28.8 s.");
-    EXPECT_THAT(Told({189, 195, 201, 184, 192, 186}, {203, 211, 198, 224, 207, 215}),
-                HasSubstr("rose by 18.5 s (9.7 %); 95 % interval 8.2 to 28.8 s."));
-    const std::string wide = Told({150, 210, 260, 190, 240}, {160, 230, 180, 250, 150});
-    EXPECT_THAT(wide, HasSubstr("no difference shown: interval −"));
-    EXPECT_THAT(wide, HasSubstr("With this scatter about "));
-    EXPECT_THAT(wide, HasSubstr(" runs each way would show 21.0 s."));
+    EXPECT_THAT(Told({150, 210, 260, 190, 240}, {160, 230, 180, 250, 150}),
+                MatchesRegex(".*no difference shown: interval −.* runs each way would show 21.0 s."));
     EXPECT_THAT(Told({200, 201, 199, 200}, {200, 199, 201, 200}),
                 HasSubstr("no difference larger than 20.0 s: interval −"));
     EXPECT_THAT(Told({200, 201, 199}, {100, 101, 102}), HasSubstr("The check by ranks cannot tell"));
@@ -111,12 +109,6 @@ TEST(Figure, AComparisonIsToldInASentence) {
     EXPECT_THAT(Told({}, {100, 101}), HasSubstr("nothing to compare"));
     EXPECT_THAT(Told({100, 101, 102, 103, 104}, {105, 106, 107, 108, 300}), HasSubstr("The tests disagree: Welch p = "))
         << "one far value hides from the one test what ranks show";
-}
-
-TEST(Figure, SmallProbabilitiesHaveABound) {
-    EXPECT_EQ(ProbabilityText(0.0009), "< 0.001");
-    EXPECT_EQ(ProbabilityText(0.0043), "0.004");
-    EXPECT_EQ(ProbabilityText({}), NoValueText);
 }
 
 }  // namespace

@@ -5,8 +5,6 @@
 namespace vantor {
 namespace {
 
-using testing::Optional;
-
 TEST(Grades, BoundsOfDelays) {
     // Delay, the study's grade, the manual's for signals, that for stops and roundabouts.
     const std::tuple<double, char, char, char> cases[] = {
@@ -32,16 +30,6 @@ TEST(Grades, UrbanStreetsAreGradedAboveABound) {
         {25, 20.1, 'A'},     {25, 8, 'F'},  {42.5, 34, 'B'}, {42.5, 34.1, 'A'},  // half way between 32 and 36
         {24.9, 30, {}},      {55.1, 30, {}}};
     for (const auto& [base, speed, grade] : cases) EXPECT_EQ(UrbanStreetGrade(speed, base), grade) << base;
-}
-
-TEST(Grades, TheIntervalHasTheGradesOfBothEnds) {
-    const std::vector<double> delays = {66, 79, 62, 77, 52, 85, 49, 105};
-    const auto span = GradesOf(Summarise(delays, 95), StudyGrade);
-    ASSERT_TRUE(span);
-    EXPECT_EQ(span->OfMean, 'E');
-    EXPECT_EQ(span->Text(), "E to F");
-    EXPECT_EQ(GradesOf(Summarise(std::vector{12.0}, 95), StudyGrade)->Text(), "B");
-    EXPECT_FALSE(GradesOf({}, StudyGrade));
 }
 
 TEST(Grades, AValueIsPrintedSoThatItHasItsGrade) {

@@ -29,24 +29,24 @@ void SetDelay(Table& table, int row, int column, const StudyRunEntry& entry, boo
 
 }  // namespace
 
-BoundsDialog::BoundsDialog(AppContext& context, QWidget* parent, Columns columns)
-    : QDialog(parent), context_(context), places_(columns == Columns::DelaysAndPlaces ? 2 : 0) {
-    auto* column = new QVBoxLayout(this);
-    column->addLayout(head_ = new QVBoxLayout);
-    BuildTable(columns);
-    column->addWidget(vaRuns_, 1);
-    column->addWidget(buttons_ = new TickButtons(*this, context, *vaRuns_, HelpTopic::SpeedProfile));
+BoundsDialog::BoundsDialog(AppContext& context, QWidget* parent)
+    : QDialog(parent), context_(context), column_(new QVBoxLayout(this)) {
     resize(720, 420);
 }
 
-void BoundsDialog::BuildTable(Columns columns) {
+void BoundsDialog::BuildList(Columns columns) {
+    places_ = columns == Columns::DelaysAndPlaces ? 2 : 0;
     vaRuns_ = Named<TickList>(this, "vaRuns");
     vaRuns_->setAccessibleName(QStringLiteral("Runs"));
+    vaRuns_->SetEmptyText(QStringLiteral("There is no run to list."));
     QStringList heads{QStringLiteral("Run"), QStringLiteral("Delay now (s)")};
     const QString unit = QLatin1Char(' ') + ToQt(UnitsOf(context_.State).LengthTitle());
-    if (columns == Columns::DelaysAndPlaces) heads << QStringLiteral("Start") + unit << QStringLiteral("End") + unit;
+    if (places_ != 0) heads << QStringLiteral("Start") + unit << QStringLiteral("End") + unit;
     heads << QStringLiteral("Delay then (s)") << QStringLiteral("LOS then") << QStringLiteral("Warnings");
     vaRuns_->SetColumns(heads);
+    column_->addWidget(vaRuns_, 1);
+    column_->addWidget(buttons_ = new TickButtons(*this, context_, *vaRuns_, HelpTopic::SpeedProfile));
+    vaRuns_->setFocus();
 }
 
 void BoundsDialog::ShowPreviews(std::vector<BoundsPreview> previews) {

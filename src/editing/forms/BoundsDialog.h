@@ -20,24 +20,24 @@ protected:
     /// Places: each run has boundaries of its own, which the list shows.
     enum class Columns { Delays, DelaysAndPlaces };
 
-    BoundsDialog(AppContext& context, QWidget* parent, Columns columns);
+    BoundsDialog(AppContext& context, QWidget* parent);
 
-    /// What stands above the list is added here.
-    QVBoxLayout& Head() { return *head_; }
+    /// What stands above the list is added here; BuildList comes behind it.
+    QVBoxLayout& Head() { return *column_; }
+    void BuildList(Columns columns);
     void ShowPreviews(std::vector<BoundsPreview> previews);
 
     AppContext& context_;
 
 private:
-    void BuildTable(Columns columns);
     void AddPreview(std::size_t index);
     void SetPlace(int row, int column, std::int32_t feet, bool isThere);
 
     std::vector<BoundsPreview> previews_;
-    const int places_;  ///< columns of them
-    QVBoxLayout* head_;
-    TickList* vaRuns_;
-    TickButtons* buttons_;
+    int places_ = 0;  ///< columns of them
+    QVBoxLayout* column_;
+    TickList* vaRuns_ = nullptr;
+    TickButtons* buttons_ = nullptr;
 };
 
 }  // namespace vantor

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QSignalBlocker>
+#include <QStandardItemModel>
 
 #include "core/forms/Named.h"
 
@@ -11,7 +12,9 @@ ProposalBar::ProposalBar(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("ProposalBar"));
     lblProposal = Named<WrappedLabel>(this, "lblProposal");
     cmbProposalNode = Named<QComboBox>(this, "cmbProposalNode");
-    cmbProposalNode->setToolTip(QStringLiteral("The node at the intersection whose delay the study is about"));
+    cmbProposalNode->setToolTip(
+        QStringLiteral("The node at the intersection whose delay the study is about; below the nodes stand the "
+                       "places without a node where the run slows down, too"));
     btnUseProposal = Named<QPushButton>(this, "btnUseProposal", QStringLiteral("&Use"));
     btnUseProposal->setToolTip(QStringLiteral("Set both boundaries to the proposed lines"));
     btnRejectProposal = Named<QPushButton>(this, "btnRejectProposal", QStringLiteral("Re&ject"));
@@ -28,12 +31,15 @@ ProposalBar::ProposalBar(QWidget* parent) : QWidget(parent) {
     hide();
 }
 
-void ProposalBar::ShowNodes(const QStringList& names, int node) {
+void ProposalBar::ShowNodes(const QStringList& names, int node, const QStringList& others) {
     const QSignalBlocker blocker(cmbProposalNode);
     cmbProposalNode->clear();
-    cmbProposalNode->addItems(names);
+    cmbProposalNode->addItems(names + others);
+    auto* items = qobject_cast<QStandardItemModel*>(cmbProposalNode->model());
+    for (qsizetype other = names.size(); items != nullptr && other < cmbProposalNode->count(); ++other)
+        items->item(static_cast<int>(other))->setEnabled(false);
     cmbProposalNode->setCurrentIndex(node);
-    cmbProposalNode->setEnabled(names.size() > 1);
+    cmbProposalNode->setEnabled(cmbProposalNode->count() > 1 || !others.isEmpty());
 }
 
 void ProposalBar::ShowText(const QString& text, bool canBeUsed) {

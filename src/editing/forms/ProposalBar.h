@@ -15,8 +15,8 @@ class ProposalBar : public QWidget {
 public:
     explicit ProposalBar(QWidget* parent);
 
-    /// `node` is one of the names, from 0; -1 for none.
-    void ShowNodes(const QStringList& names, int node);
+    /// `node` is one of the names, from 0; -1 for none. `others` stand below them and cannot be chosen.
+    void ShowNodes(const QStringList& names, int node, const QStringList& others);
     void ShowText(const QString& text, bool canBeUsed);
 
     WrappedLabel* lblProposal;

@@ -107,6 +107,8 @@ void frmNodePlaces::ShowPlaces() {
     }
     vaPlaces_->resizeColumnToContents(PositionColumn);
     btnRemove_->setEnabled(!places_.empty());
+    vaPlaces_->setAccessibleDescription(
+        places_.empty() ? QStringLiteral("The run has no nodes: Add Place makes a place for one") : QString());
 }
 
 void frmNodePlaces::TakePlace(const QTableWidgetItem& item) {
@@ -182,7 +184,7 @@ void frmNodePlaces::AddRun(std::size_t index) {
         vaRuns_->SetText(row, HowColumn, HowOf(run));
     }
     std::vector<std::string> remarks = run.OutOfReach;
-    if (run.IsSame) remarks.emplace_back("has these nodes already");
+    if (run.IsSame && remarks.empty()) remarks.emplace_back("has these nodes already");
     if (canBe && run.Now > 0) remarks.emplace_back("its nodes so far are replaced");
     vaRuns_->SetText(row, RemarkColumn, ToQt(run.Problem.empty() ? Joined(remarks, "; ") : run.Problem).simplified());
     // Nodes that a run has are not taken away unasked.

@@ -18,6 +18,7 @@
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
 #include "editing/TrimRun.h"
+#include "editing/forms/frmProposeBoundaries.h"
 #include "plots/ReportProfile.h"
 
 namespace vantor {
@@ -161,7 +162,7 @@ void frmPlotRunSpeedProfileHoriz::ShowRun() {
                                NothingToDraw(profile_.Trace(), run_.Header.CalConstant));
     for (QWidget* control :
          std::initializer_list<QWidget*>{controls_.cmbPlotScaleList, controls_.btnToggleSpdTime, controls_.txtStart,
-                                         controls_.txtEnd, controls_.txtIdealSpeed})
+                                         controls_.txtEnd, controls_.txtIdealSpeed, controls_.btnPropose})
         control->setEnabled(profile_.Trace().HasMovement());
     for (QAction* action : {mnuCopyPicture_, mnuSavePicture_}) action->setEnabled(profile_.Trace().HasMovement());
     for (const auto& [button, direction] : {std::pair(controls_.btnPreviousRun, -1), {controls_.btnNextRun, 1}}) {

@@ -80,6 +80,7 @@ private:
     int UserNode() const;
     std::pair<int, QString> NodeOfProposal(const RunToPropose& run);
     void ShowProposal();
+    QString PlacesOf(const DelayEvent& event) const;
     QString ProposalInWords(const RunToPropose& run, int node, const QString& reason) const;
     void UseProposal();
     void TakeProposalAway();

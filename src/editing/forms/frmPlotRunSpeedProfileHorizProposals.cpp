@@ -14,6 +14,9 @@
 namespace vantor {
 namespace {
 
+/// Pixels, beside a proposal.
+constexpr int LeastPlotHeight = 190;
+
 Bounds BoundsOf(const StudyRunEntry& entry) { return {entry.CDStartDist, entry.CDEndDist, std::nullopt}; }
 
 ProposedBoundaries LinesOf(const DelayEvent& event) {
@@ -117,51 +120,59 @@ void frmPlotRunSpeedProfileHoriz::ShowProposal() {
         nodes << ToQt(NodeText({run}, each)) + (run.Found.EventOfNode[static_cast<std::size_t>(each - 1)]
                                                     ? QString()
                                                     : QStringLiteral(" (without delay)"));
-    controls_.Proposal->ShowNodes(nodes, node - 1);
+    QStringList others;
+    for (std::size_t i = 0; i < run.Found.Events.size(); ++i)
+        if (std::ranges::find(run.Found.EventOfNode, std::optional(i)) == run.Found.EventOfNode.end())
+            others << QStringLiteral("No node: ") + PlacesOf(run.Found.Events[i]);
+    controls_.Proposal->ShowNodes(nodes, node - 1, others);
     const auto event = node == 0 ? std::nullopt : run.Found.EventOfNode[static_cast<std::size_t>(node - 1)];
     proposal_.reset();
     if (event) proposal_ = LinesOf(run.Found.Events[*event]);
     controls_.Proposal->ShowText(ProposalInWords(run, node, reason), event.has_value());
+    // Where the screen is small the plot gives way.
+    controls_.Plot->setMinimumHeight(LeastPlotHeight);
     controls_.Proposal->show();
     controls_.Plot->ShowProposal(proposal_);
     ShowFigures();
 }
 
-QString frmPlotRunSpeedProfileHoriz::ProposalInWords(const RunToPropose& run, int node, const QString& reason) const {
+/// "3492 to 4070 ft".
+QString frmPlotRunSpeedProfileHoriz::PlacesOf(const DelayEvent& event) const {
     const Units units = profile_.Geometry().Units();
-    const auto places = [&units](const DelayEvent& event) {
-        return QStringLiteral("%1 to %2")
-            .arg(units.WholeLength(event.OnsetDistance))
-            .arg(ToQt(units.LengthText(event.EndDistance)));
-    };
+    return QStringLiteral("%1 to %2")
+        .arg(units.WholeLength(event.OnsetDistance))
+        .arg(ToQt(units.LengthText(event.EndDistance)));
+}
+
+QString frmPlotRunSpeedProfileHoriz::ProposalInWords(const RunToPropose& run, int node, const QString& reason) const {
     QStringList texts;
     const auto event = node == 0 ? std::nullopt : run.Found.EventOfNode[static_cast<std::size_t>(node - 1)];
     if (event)
-        texts << QStringLiteral("Proposed: %1.").arg(places(run.Found.Events[*event]));
+        texts << QStringLiteral("Proposed: %1.").arg(PlacesOf(run.Found.Events[*event]));
     else if (node != 0)
         texts << QStringLiteral("Passed without delay: no boundaries.");
     if (!reason.isEmpty()) texts << reason;
-    QStringList others;
-    for (std::size_t i = 0; i < run.Found.Events.size(); ++i)
-        if (std::ranges::find(run.Found.EventOfNode, std::optional(i)) == run.Found.EventOfNode.end())
-            others << places(run.Found.Events[i]);
-    if (!others.isEmpty())
-        texts << QStringLiteral("Slows down without a node: %1.").arg(others.join(QLatin1String(", ")));
     return texts.join(QLatin1Char(' '));
 }
 
 void frmPlotRunSpeedProfileHoriz::UseProposal() {
     if (!proposal_ || profile_.Drag().DragLine() != ProfileLine::None) return context_.DesktopServices.Beep();
     const ProposedBoundaries proposed = *proposal_;
+    TakeProposalAway();
+    // By distance: over time a computation would move the end.
+    const BoundaryAxis shown = profile_.Axis();
+    profile_.ShowAlong(BoundaryAxis::Distance);
     for (const ProfileLine line : {ProfileLine::Start, ProfileLine::End}) {
         profile_.Grab(line);
-        profile_.MoveTo(profile_.Geometry().AxisValueOf(proposed.PlaceOf(line, profile_.Axis())));
+        profile_.MoveTo(profile_.Geometry().AxisValueOf(proposed.PlaceOf(line, BoundaryAxis::Distance)));
         profile_.Release();
     }
-    TakeProposalAway();
     ShowReadiness();
-    controls_.Plot->Redraw();
     Guarded(context_.Messages, [this] { Compute(); });
+    profile_.ShowAlong(shown);
+    ShowAxis();
+    controls_.Plot->Redraw();
+    ShowFigures();
     Record(QStringLiteral("Use proposed boundaries"));
 }
 
@@ -170,6 +181,7 @@ void frmPlotRunSpeedProfileHoriz::TakeProposalAway() {
     controls_.Plot->ShowProposal(std::nullopt);
     if (controls_.Proposal->isAncestorOf(focusWidget())) controls_.Plot->setFocus();
     controls_.Proposal->hide();
+    controls_.Plot->setMinimumHeight(0);
 }
 
 void frmPlotRunSpeedProfileHoriz::HideProposal() {

@@ -13,17 +13,14 @@ namespace vantor {
 
 frmProposeBoundaries::frmProposeBoundaries(AppContext& context, Study study, std::vector<RunToPropose> runs, int node,
                                            QWidget* parent)
-    : BoundsDialog(context, parent, Columns::DelaysAndPlaces),
-      study_(std::move(study)),
-      runs_(std::move(runs)),
-      chosenNode_(node) {
+    : BoundsDialog(context, parent), study_(std::move(study)), runs_(std::move(runs)), chosenNode_(node) {
     setObjectName(QStringLiteral("frmProposeBoundaries"));
     setWindowTitle(QStringLiteral("Propose Boundaries"));
     BuildHead();
+    BuildList(Columns::DelaysAndPlaces);
     FillNodes();
     Propose();
     resize(940, 460);
-    findChild<Table*>()->setFocus();
     RememberLayout(*this, context.Memory);
 }
 

@@ -8,7 +8,7 @@ namespace vantor {
 
 frmUseBoundaries::frmUseBoundaries(AppContext& context, std::vector<BoundsPreview> previews, const Bounds& bounds,
                                    QWidget* parent)
-    : BoundsDialog(context, parent, Columns::Delays) {
+    : BoundsDialog(context, parent) {
     setObjectName(QStringLiteral("frmUseBoundaries"));
     setWindowTitle(QStringLiteral("Use Boundaries"));
     const Units units = UnitsOf(context.State.Settings);
@@ -16,8 +16,8 @@ frmUseBoundaries::frmUseBoundaries(AppContext& context, std::vector<BoundsPrevie
         Named<QLabel>(this, "lblBounds",
                       QStringLiteral("The ticked runs get the start boundary %1 and the end boundary %2.")
                           .arg(ToQt(units.LengthText(bounds.StartDist)), ToQt(units.LengthText(bounds.EndDist)))));
+    BuildList(Columns::Delays);
     ShowPreviews(std::move(previews));
-    findChild<Table*>()->setFocus();
     RememberLayout(*this, context.Memory);
 }
 

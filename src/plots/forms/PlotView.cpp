@@ -6,6 +6,8 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QToolTip>
 #include <QWheelEvent>
 #include <algorithm>
@@ -23,13 +25,25 @@ namespace vantor {
 namespace {
 
 constexpr double Reach = 8;
+/// No eye sees a third of a pixel.
+constexpr double Tolerance = 0.35;
 /// Lines stand on pixel centres.
 constexpr double PixelCentre = 0.5;
+/// What is pointed at stands out less than what is chosen.
+constexpr double PointedOpacity = 0.4;
 constexpr double KeyZoom = 1.5;
 constexpr double WheelZoom = 1.25;
 constexpr double WheelStep = 120;
 /// Ranges are told as exactly as a tenth of the axis.
 constexpr double StepsInWords = 10;
+
+bool IsInScrolledWindow(const QWidget& widget) {
+    for (const QWidget* above = widget.parentWidget(); above != nullptr; above = above->parentWidget()) {
+        const auto* area = qobject_cast<const QScrollArea*>(above);
+        if (area != nullptr && area->verticalScrollBar()->maximum() > 0) return true;
+    }
+    return false;
+}
 
 CanvasPoint Place(QPointF pixel) { return {pixel.x() - PixelCentre, pixel.y() - PixelCentre}; }
 
@@ -76,7 +90,7 @@ CanvasBox PlotView::Box() const {
 }
 
 PlotLook PlotView::Look() const {
-    return {ColoursOf(palette()), static_cast<double>(QFontInfo(font()).pixelSize()), hasLegend_, hasTitle_};
+    return {ColoursOf(palette()), static_cast<double>(QFontInfo(font()).pixelSize()), hasLegend_, hasTitle_, Tolerance};
 }
 
 std::optional<PlotMap> PlotView::Map() const {
@@ -150,7 +164,12 @@ void PlotView::paintEvent(QPaintEvent*) {
         painter.setRenderHint(QPainter::Antialiasing);
         painter.translate(PixelCentre, PixelCentre);
         PainterCanvas canvas(painter);
-        for (const int item : {pointed_, chosen_}) DrawChosen(canvas, Box(), plot_, Look(), window_, item);
+        if (pointed_ != chosen_) {
+            painter.setOpacity(PointedOpacity);
+            DrawChosen(canvas, Box(), plot_, Look(), window_, pointed_);
+            painter.setOpacity(1);
+        }
+        DrawChosen(canvas, Box(), plot_, Look(), window_, chosen_);
         painter.restore();
     }
     painter.setPen(Ink(colours.Text));
@@ -213,6 +232,8 @@ void PlotView::mouseReleaseEvent(QMouseEvent* event) {
 void PlotView::leaveEvent(QEvent*) { PointAt(0); }
 
 void PlotView::wheelEvent(QWheelEvent* event) {
+    // On a small screen the wheel alone scrolls the window.
+    if (!event->modifiers().testFlag(Qt::ControlModifier) && IsInScrolledWindow(*this)) return event->ignore();
     ZoomAbout(event->position(), std::pow(WheelZoom, event->angleDelta().y() / WheelStep));
     event->accept();
 }

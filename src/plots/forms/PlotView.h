@@ -11,9 +11,9 @@ class QMenu;
 
 namespace vantor {
 
-/// Shows a plot. Dragging moves it, the wheel and the keys + and - zoom, 0 shows it whole; the arrow keys, Home and End
-/// step through its items, a click chooses one, and what is pointed at is told by a tool tip. The context menu has the
-/// zoom and the picture.
+/// Shows a plot. Dragging moves it, the wheel and the keys + and - zoom, 0 shows it whole; in a window that scrolls the
+/// wheel zooms with Ctrl. The arrow keys, Home and End step through its items, a click chooses one, and what is pointed
+/// at is told by a tool tip. The context menu has the zoom and the picture.
 class PlotView : public QWidget {
 public:
     /// `context` is for the clipboard and for saving.

@@ -66,7 +66,7 @@ void ProfileView::paintEvent(QPaintEvent*) {
     if (!shown_) return PaintInsteadOfProfile(painter, rect(), text_, colours);
     const QFontMetricsF metrics(font());
     const PlotRectangle area = PlotAreaOf(size(), metrics);
-    constexpr int LeastLines = 3;
+    constexpr int LeastLines = 2;
     if (area.Baseline - area.Top < LeastLines * metrics.height())
         return PaintInsteadOfProfile(painter, rect(),
                                      QStringLiteral("There is too little room for the speed profile here."), colours);

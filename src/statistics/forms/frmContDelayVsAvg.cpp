@@ -1,8 +1,11 @@
-#include "analysis/forms/frmContDelayVsAvg.h"
+#include "statistics/forms/frmContDelayVsAvg.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+#include <numeric>
 
 #include "core/Paths.h"
 #include "core/PictureFile.h"
@@ -13,8 +16,18 @@
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
+#include "statistics/DelayLayers.h"
 
 namespace vantor {
+namespace {
+
+// What lies under the delays, as the user wants it.
+constexpr const char* IntervalKey = "delay-chart-interval";
+constexpr const char* ErrorKey = "delay-chart-error";
+constexpr const char* GradesKey = "delay-chart-grades";
+
+}  // namespace
+
 frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
     : context_(context),
       runs_(ReadRunList(context.Work, context.State.CurrentStudy, StudyGroupFolder(context.State),
@@ -33,6 +46,7 @@ frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
     layout->addWidget(plot_, 1);
     layout->addWidget(lblReadOut_);
     layout->addLayout(BuildLegend());
+    layout->addLayout(BuildLayers());
     layout->addLayout(BuildButtons());
     plot_->SetLook(false, false);
     plot_->OnChosen = [this] { ShowReadOut(); };
@@ -45,36 +59,75 @@ frmContDelayVsAvg::frmContDelayVsAvg(AppContext& context)
     if (!runs_.IsWhole) QMetaObject::invokeMethod(this, &QDialog::reject, Qt::QueuedConnection);
 }
 
-QLayout* frmContDelayVsAvg::BuildLegend() {
-    auto* fraLegend = Named<QGroupBox>(this, "fraLegend", QStringLiteral("Legend"));
-    auto* samples = new QHBoxLayout(fraLegend);
-    const auto add = [&](DelayLegend entry, const char* name, const char* labelName) {
-        auto* pair = new QWidget(fraLegend);
-        auto* line = new QHBoxLayout(pair);
-        line->setContentsMargins(0, 0, 16, 0);
-        auto* sample = new PlotSampleView(SampleOf(entry), pair);
-        sample->setObjectName(QLatin1String(name));
-        line->addWidget(sample);
-        line->addWidget(Named<QLabel>(pair, labelName, sample->accessibleName()));
-        samples->addWidget(pair);
-        return pair;
-    };
-    add(DelayLegend::Average, "LegendAvg", "lblLegendAvg");
-    add(DelayLegend::Data, "LegendData", "lblLegendData");
-    legendNotCounted_ = add(DelayLegend::NotCounted, "LegendNotCounted", "lblLegendNotCounted");
+QWidget* frmContDelayVsAvg::AddToLegend(const PlotSample& sample, const char* name, const char* labelName) {
+    auto* pair = new QWidget(fraLegend_);
+    auto* line = new QHBoxLayout(pair);
+    line->setContentsMargins(0, 0, 16, 0);
+    auto* view = new PlotSampleView(sample, pair);
+    view->setObjectName(QLatin1String(name));
+    line->addWidget(view);
+    line->addWidget(Named<QLabel>(pair, labelName, view->accessibleName()));
+    fraLegend_->layout()->addWidget(pair);
+    return pair;
+}
 
-    chkCountedOnly_ = Named<QCheckBox>(this, "chkCountedOnly", QStringLiteral("&Counted runs only"));
-    chkCountedOnly_->setToolTip(QStringLiteral("Leave out the runs that are not in the study's average"));
-    chkCountedOnly_->setChecked(IsTaken(context_.State.Choices, CountedOnlyKey));
-    Connect(chkCountedOnly_, &QCheckBox::toggled, this, context_.Messages, [this](bool isOn) {
-        context_.State.Choices = StoreUserChoices(context_.Files, {{CountedOnlyKey, isOn ? ChoiceTaken : ""}});
+QLayout* frmContDelayVsAvg::BuildLegend() {
+    fraLegend_ = Named<QGroupBox>(this, "fraLegend", QStringLiteral("Legend"));
+    new QHBoxLayout(fraLegend_);
+    AddToLegend(SampleOf(DelayLegend::Average), "LegendAvg", "lblLegendAvg");
+    AddToLegend(SampleOf(DelayLegend::Data), "LegendData", "lblLegendData");
+    legendNotCounted_ = AddToLegend(SampleOf(DelayLegend::NotCounted), "LegendNotCounted", "lblLegendNotCounted");
+    auto* row = new QHBoxLayout;
+    row->addWidget(fraLegend_);
+    row->addStretch();
+    return row;
+}
+
+QCheckBox* frmContDelayVsAvg::Switch(const char* name, const QString& caption, const char* tip, const char* key) {
+    auto* box = Named<QCheckBox>(this, name, caption);
+    box->setToolTip(QString::fromLatin1(tip));
+    box->setChecked(IsTaken(context_.State.Choices, key));
+    Connect(box, &QCheckBox::toggled, this, context_.Messages, [this, key](bool isOn) {
+        context_.State.Choices = StoreUserChoices(context_.Files, {{key, isOn ? ChoiceTaken : ""}});
         ShowSeries();
     });
+    return box;
+}
+
+QLayout* frmContDelayVsAvg::BuildLayers() {
+    chkInterval_ = Switch("chkInterval", QStringLiteral("&Interval"),
+                          "The interval of the average after each run, as sure as Statistics Options say", IntervalKey);
+    chkError_ = Switch("chkError", QStringLiteral("Permitted &error"),
+                       "Enough runs were driven where the interval lies between these lines", ErrorKey);
+    chkGrades_ = Switch("chkGrades", QStringLiteral("&Grades"), "The delays of each grade", GradesKey);
+    chkCountedOnly_ = Switch("chkCountedOnly", QStringLiteral("&Counted runs only"),
+                             "Leave out the runs that are not in the study's average", CountedOnlyKey);
+    cmbOrder_ = Named<QComboBox>(this, "cmbOrder");
+    cmbOrder_->addItems(
+        {QStringLiteral("As in the study"), QStringLiteral("As driven"), QStringLiteral("By time of day")});
+    Connect(cmbOrder_, &QComboBox::currentIndexChanged, this, context_.Messages, [this] { ShowSeries(); });
     auto* row = new QHBoxLayout;
-    row->addWidget(fraLegend);
+    for (QCheckBox* box : {chkInterval_, chkError_, chkGrades_}) row->addWidget(box);
+    row->addSpacing(16);
+    row->addWidget(LabelFor(cmbOrder_, QStringLiteral("&Order")));
+    row->addWidget(cmbOrder_);
     row->addStretch();
     row->addWidget(chkCountedOnly_);
     return row;
+}
+
+std::vector<int> frmContDelayVsAvg::Order() const {
+    enum Items { AsInStudy, AsDriven, ByTimeOfDay };
+    if (cmbOrder_->currentIndex() == AsInStudy) return {};
+    std::vector<int> order(runs_.Rows.size());
+    std::iota(order.begin(), order.end(), 1);
+    const auto clock = [](Date date) { return date.Days - std::floor(date.Days); };
+    std::ranges::stable_sort(order, {}, [&](int run) {
+        const RunFacts& facts = runs_.Rows[static_cast<std::size_t>(run - 1)].Facts;
+        return std::pair(cmbOrder_->currentIndex() == AsDriven ? std::floor(facts.RunDate.Days) : 0.0,
+                         clock(facts.RunTime));
+    });
+    return order;
 }
 
 QLayout* frmContDelayVsAvg::BuildButtons() {
@@ -107,9 +160,19 @@ QLayout* frmContDelayVsAvg::BuildButtons() {
 }
 
 void frmContDelayVsAvg::ShowSeries() {
+    const Study& study = context_.State.CurrentStudy;
     const DelayRuns shown = chkCountedOnly_->isChecked() ? DelayRuns::Counted : DelayRuns::All;
-    series_ = DelaySeries(context_.State.CurrentStudy, runs_.Rows, shown);
-    plot_->Show(DelayPlot(series_, DelayChartTitle(context_.State.CurrentStudy)));
+    series_ = DelaySeries(study, runs_.Rows, shown, Order());
+    layers_ = DelayLayersOf(series_, study.Options,
+                            {chkInterval_->isChecked(), chkError_->isChecked(), chkGrades_->isChecked()});
+    Plot plot = DelayPlot(series_, DelayChartTitle(study), layers_);
+    qDeleteAll(legendLayers_);
+    legendLayers_.clear();
+    // The plot's legend begins with what lies under the delays.
+    const auto layers = static_cast<std::size_t>(!layers_.RunningInterval.empty()) + (layers_.Corridor ? 1 : 0);
+    for (std::size_t i = 0; i < layers; ++i)
+        legendLayers_.push_back(AddToLegend(plot.Axes.Legend[i], "LegendLayer", "lblLegendLayer"));
+    plot_->Show(std::move(plot));
     legendNotCounted_->setVisible(series_.ShowsNotCounted());
     ShowReadOut();
 }
@@ -131,7 +194,7 @@ void frmContDelayVsAvg::ShowReadOut() {
 
 void frmContDelayVsAvg::CopyPicture() {
     context_.DesktopServices.CopyPicture(DelayChartPicture(
-        context_.Documents, series_, DelayChartTitle(context_.State.CurrentStudy), PictureFormat::Png));
+        context_.Documents, series_, DelayChartTitle(context_.State.CurrentStudy), PictureFormat::Png, layers_));
 }
 
 std::string frmContDelayVsAvg::PictureStart() const {
@@ -141,7 +204,8 @@ std::string frmContDelayVsAvg::PictureStart() const {
 
 void frmContDelayVsAvg::Save() {
     SavePicture(context_, PictureStart(), "Save Chart", [&](PictureFormat format) {
-        return DelayChartPicture(context_.Documents, series_, DelayChartTitle(context_.State.CurrentStudy), format);
+        return DelayChartPicture(context_.Documents, series_, DelayChartTitle(context_.State.CurrentStudy), format,
+                                 layers_);
     });
 }
 

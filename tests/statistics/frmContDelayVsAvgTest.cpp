@@ -1,4 +1,4 @@
-#include "analysis/forms/frmContDelayVsAvg.h"
+#include "statistics/forms/frmContDelayVsAvg.h"
 
 #include <QHelpEvent>
 #include <QToolTip>

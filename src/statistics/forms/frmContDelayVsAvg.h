@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialog>
+#include <QGroupBox>
 #include <QLabel>
+#include <vector>
 
 #include "core/AppContext.h"
 #include "plots/DelayChart.h"
@@ -19,6 +22,11 @@ public:
 
 private:
     QLayout* BuildLegend();
+    QLayout* BuildLayers();
+    QCheckBox* Switch(const char* name, const QString& caption, const char* tip, const char* key);
+    QWidget* AddToLegend(const PlotSample& sample, const char* name, const char* labelName);
+    /// The runs in the order that is chosen; none for the study's.
+    std::vector<int> Order() const;
     QLayout* BuildButtons();
     void ShowSeries();
     void ShowReadOut();
@@ -29,9 +37,16 @@ private:
     AppContext& context_;
     const RunList runs_;
     DelaySeries series_;
+    DelayChartLayers layers_;
     PlotView* plot_ = nullptr;
     QCheckBox* chkCountedOnly_ = nullptr;
+    QCheckBox* chkInterval_ = nullptr;
+    QCheckBox* chkError_ = nullptr;
+    QCheckBox* chkGrades_ = nullptr;
+    QComboBox* cmbOrder_ = nullptr;
+    QGroupBox* fraLegend_ = nullptr;
     QWidget* legendNotCounted_ = nullptr;
+    std::vector<QWidget*> legendLayers_;  ///< the samples of what lies under the delays
     QLabel* lblReadOut_ = nullptr;
 };
 
