@@ -99,17 +99,30 @@ void Compare(DetailedStatistics& detailed, const RunFilter& filter, const Units&
         ComparedSectionsTable(bySection ? figures.Sections : std::vector<SectionOverRuns>(), figures.Options, units);
 }
 
-std::string NotDrawn(const DetailedStatistics& detailed, const std::vector<MeasuredRun>& taken, TimeSpaceClock clock) {
+/// The runs that are in neither plot.
+std::vector<std::string> NotDrawn(const StudyStatistics& figures) {
     std::vector<std::string> notes;
-    if (detailed.Figures.NodeCounts.size() > 1)
-        notes.push_back(detailed.Figures.NodeCountText() + "; the plots show these.");
-    if (const std::size_t alike = Alike(detailed.Figures).size(); alike > MostPlottedRuns)
+    if (figures.NodeCounts.size() > 1) notes.push_back(figures.NodeCountText() + "; the plots show these.");
+    if (const std::size_t alike = Alike(figures).size(); alike > MostPlottedRuns)
         notes.push_back("The first " + std::to_string(MostPlottedRuns) + " of " + std::to_string(alike) +
                         " runs are drawn. Choose a period to see others.");
+    return notes;
+}
+
+std::string TimeSpaceNoteOf(const StudyStatistics& figures, const PlottedRuns& runs, TimeSpaceClock clock) {
+    std::vector<std::string> notes = NotDrawn(figures);
     std::vector<std::string> without;
-    for (const MeasuredRun& run : taken)
-        if (!IsDrawn(run, clock)) without.push_back(run.Name);
+    for (const PlottedRun& run : runs)
+        if (!IsDrawn(*run.Run, clock)) without.push_back(run.Run->Name);
     if (!without.empty()) notes.push_back("Not drawn, without a time of day: " + FirstOf(without, MostNames) + ".");
+    return Joined(notes, " ");
+}
+
+std::string OverlayNoteOf(const StudyStatistics& figures, const PlottedRuns& runs) {
+    std::vector<std::string> notes = NotDrawn(figures);
+    const auto isSmall = [](const LookedAt& group) { return std::ssize(group.Runs) < LeastForPercentiles; };
+    if (!runs.empty() && std::ranges::any_of(GroupsOf(runs), isSmall))
+        notes.push_back("The median and its band take " + std::to_string(LeastForPercentiles) + " runs or more.");
     return Joined(notes, " ");
 }
 
@@ -173,12 +186,14 @@ void Draw(DetailedStatistics& detailed, const TracedRuns& runs, const Study& stu
         detailed.Plotted.push_back(run);
         plotted.push_back({&runs.Read.Runs[run], &runs.Traces[run]});
     }
-    const std::string study_(Trim(study.Record.StudyName));
-    const auto title = [&](const char* what) { return study_.empty() ? what : study_ + ": " + what; };
+    const std::string name(Trim(study.Record.StudyName));
+    const auto title = [&](const char* what) { return name.empty() ? what : name + ": " + what; };
     detailed.TimeSpace = TimeSpacePlot(plotted, choices.Clock, title("time and space"), units);
     detailed.Overlay = OverlayPlot(plotted, choices.ShowsRuns, title("speeds"), units);
     detailed.NodeTimes = NodeTimesTable(plotted, units);
     detailed.Speeds = SpeedsTable(plotted, units);
+    detailed.TimeSpaceNote = TimeSpaceNoteOf(detailed.Figures, plotted, choices.Clock);
+    detailed.OverlayNote = OverlayNoteOf(detailed.Figures, plotted);
     const std::string nothing = detailed.Runs.empty() ? detailed.Warnings.front() : std::string();
     detailed.TimeSpace.EmptyText = detailed.Overlay.EmptyText = nothing;
 }
@@ -228,7 +243,6 @@ DetailedStatistics MakeDetailedStatistics(const TracedRuns& runs, const Study& s
     detailed.Apart = ApartText(detailed.Figures, taken);
     Compare(detailed, filter, units);
     Draw(detailed, runs, study, choices, units);
-    detailed.PlotNote = NotDrawn(detailed, taken, choices.Clock);
     return detailed;
 }
 

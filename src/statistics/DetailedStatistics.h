@@ -48,9 +48,9 @@ struct DetailedStatistics {
     StatisticsTable Compared, ComparedSections;
     std::vector<std::size_t> Plotted;  ///< indexes of the runs that are the items of both plots
     Plot TimeSpace, Overlay;
-    StatisticsTable NodeTimes;  ///< the time-space diagram as a table: when each run passes its nodes
-    StatisticsTable Speeds;     ///< the bands of the overlay
-    std::string PlotNote;       ///< the runs that are not drawn, and why; or empty
+    StatisticsTable NodeTimes;               ///< the time-space diagram as a table: when each run passes its nodes
+    StatisticsTable Speeds;                  ///< the bands of the overlay
+    std::string TimeSpaceNote, OverlayNote;  ///< what is not drawn, and why; or empty
 
     /// The item of a run in the plots; 0 for none.
     int ItemOf(std::size_t run) const;

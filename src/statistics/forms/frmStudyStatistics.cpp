@@ -301,7 +301,8 @@ void frmStudyStatistics::ShowTexts() {
     lblRestsOn_->setText(ToQt(shown_.RestsOn));
     ShowText(*lblWarnings_, Lines(shown_.Warnings));
     ShowText(*lblApart_, ToQt(shown_.Apart));
-    for (WrappedLabel* note : plotNotes_) ShowText(*note, ToQt(shown_.PlotNote));
+    ShowText(*plotNotes_[0], ToQt(shown_.TimeSpaceNote));
+    ShowText(*plotNotes_[1], ToQt(shown_.OverlayNote));
     ShowText(*lblSentences_, Lines(shown_.Sentences));
     if (!hasDifference_) {
         const auto error = ErrorInUnit(study_.Options.Error, shown_.Figures.Whole.All.Of[Measure::TravelTime].Mean);
