@@ -120,7 +120,7 @@ std::string TimeSpaceNoteOf(const StudyStatistics& figures, const PlottedRuns& r
 
 std::string OverlayNoteOf(const StudyStatistics& figures, const PlottedRuns& runs) {
     std::vector<std::string> notes = NotDrawn(figures);
-    const auto isSmall = [](const LookedAt& group) { return std::ssize(group.Runs) < LeastForPercentiles; };
+    const auto isSmall = [](const RunsAlike& group) { return std::ssize(group.Runs) < LeastForPercentiles; };
     if (!runs.empty() && std::ranges::any_of(GroupsOf(runs), isSmall))
         notes.push_back("The median and its band take " + std::to_string(LeastForPercentiles) + " runs or more.");
     return Joined(notes, " ");
@@ -160,7 +160,7 @@ StatisticsTable SpeedsTable(const PlottedRuns& runs, const Units& units) {
     table.Heads = {LengthHead("From", units), LengthHead("To", units)};
     const auto groups = GroupsOf(runs);
     const MeanPlaces places = MeanPlacesOf(runs);
-    for (const LookedAt& group : groups) {
+    for (const RunsAlike& group : groups) {
         for (const char* part : {"P15", "P50", "P85"})
             table.Heads.push_back(std::string(group.Look.Caption) + " " + part + " (" + units.SpeedLabel() + ")");
         const auto pieces = SpeedBand(group.Runs, places);

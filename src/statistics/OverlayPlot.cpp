@@ -54,7 +54,7 @@ struct QuietTrace : PlotTrace {
     void Search(PlotSearch&) const override {}
 };
 
-void AddBand(Plot& plot, const LookedAt& group, const MeanPlaces& places, const Units& units) {
+void AddBand(Plot& plot, const RunsAlike& group, const MeanPlaces& places, const Units& units) {
     PlotBand band;
     PlotTrace median;
     band.Ink = median.Ink = group.Look.Ink;
@@ -148,7 +148,7 @@ Plot OverlayPlot(const PlottedRuns& runs, bool showsRuns, const std::string& tit
         else
             plot.Add(QuietTrace(std::move(trace)));
     }
-    for (const LookedAt& group : groups) {
+    for (const RunsAlike& group : groups) {
         if (showsRuns)
             plot.Axes.Legend.push_back(
                 {group.Look.Caption + std::string(", single"), &Colours::Node, 1, group.Look.Pattern});

@@ -36,7 +36,7 @@ PlotTrace WayOf(const PlottedRun& run, const MeanPlaces& places, TimeSpaceClock 
 }
 
 /// Through the mean times at which the nodes are reached.
-PlotTrace MeanWay(const LookedAt& group, const MeanPlaces& ofAll, const Units& units) {
+PlotTrace MeanWay(const RunsAlike& group, const MeanPlaces& ofAll, const Units& units) {
     PlotTrace way;
     way.Width = MeanWidth;
     way.Ink = group.Look.Ink;
@@ -62,7 +62,7 @@ PlotRange TimesOf(const PlottedRuns& runs, TimeSpaceClock clock) {
     return {range.Low, std::max(range.High, range.Low + 1)};
 }
 
-void AddLegend(Plot& plot, const std::vector<LookedAt>& groups, TimeSpaceClock clock) {
+void AddLegend(Plot& plot, const std::vector<RunsAlike>& groups, TimeSpaceClock clock) {
     const bool hasMean = clock == TimeSpaceClock::FromStart;
     for (const auto& [look, runs] : groups) {
         const std::string caption = look.Caption;
@@ -79,9 +79,9 @@ bool IsDrawn(const MeasuredRun& run, TimeSpaceClock clock) {
     return clock == TimeSpaceClock::FromStart || IsValidDate(run.RunTime);
 }
 
-std::vector<LookedAt> GroupsOf(const PlottedRuns& runs) {
-    LookedAt before{BeforeLook, {}};
-    LookedAt after{AfterLook, {}};
+std::vector<RunsAlike> GroupsOf(const PlottedRuns& runs) {
+    RunsAlike before{BeforeLook, {}};
+    RunsAlike after{AfterLook, {}};
     for (const PlottedRun& run : runs) (run.Run->IsBefore ? before : after).Runs.push_back(run);
     if (before.Runs.empty() || after.Runs.empty()) return {{OneLook, runs}};
     return {std::move(before), std::move(after)};
@@ -105,7 +105,7 @@ Plot TimeSpacePlot(const PlottedRuns& runs, TimeSpaceClock clock, const std::str
     for (const PlottedRun& run : runs) {
         plot.Items.push_back({RunInWords(*run.Run)});
         if (!IsDrawn(*run.Run, clock)) continue;
-        const GroupLook& look = groups.size() == 1 ? OneLook : run.Run->IsBefore ? BeforeLook : AfterLook;
+        const RunsLook& look = groups.size() == 1 ? OneLook : run.Run->IsBefore ? BeforeLook : AfterLook;
         PlotTrace way = WayOf(run, places, clock, units);
         way.Item = static_cast<int>(plot.Items.size());
         way.Ink = look.Ink;
@@ -113,7 +113,7 @@ Plot TimeSpacePlot(const PlottedRuns& runs, TimeSpaceClock clock, const std::str
         plot.Add(std::move(way));
     }
     if (fromStart)
-        for (const LookedAt& group : groups) plot.Add(MeanWay(group, places, units));
+        for (const RunsAlike& group : groups) plot.Add(MeanWay(group, places, units));
     return plot;
 }
 

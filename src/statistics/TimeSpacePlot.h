@@ -20,22 +20,22 @@ Plot TimeSpacePlot(const PlottedRuns& runs, TimeSpaceClock clock, const std::str
 bool IsDrawn(const MeasuredRun& run, TimeSpaceClock clock);
 
 /// What tells runs before and after apart in plots over runs, without colour, too.
-struct GroupLook {
+struct RunsLook {
     const char* Caption;
     PlotInk Ink;
     LinePattern Pattern;
     PlotMarker Marker;  ///< of means
 };
-inline constexpr GroupLook BeforeLook = {"Before", &Colours::Boundary, LinePattern::Dashed, PlotMarker::Square};
-inline constexpr GroupLook AfterLook = {"After", &Colours::Trace, LinePattern::Solid, PlotMarker::Dot};
+inline constexpr RunsLook BeforeLook = {"Before", &Colours::Boundary, LinePattern::Dashed, PlotMarker::Square};
+inline constexpr RunsLook AfterLook = {"After", &Colours::Trace, LinePattern::Solid, PlotMarker::Dot};
 /// Of runs that are all of one group.
-inline constexpr GroupLook OneLook = {"Runs", &Colours::Trace, LinePattern::Solid, PlotMarker::Dot};
+inline constexpr RunsLook OneLook = {"Runs", &Colours::Trace, LinePattern::Solid, PlotMarker::Dot};
 
 /// The groups that plots over runs draw apart: those before and those after, or one where all are of the same.
-struct LookedAt {
-    GroupLook Look;
+struct RunsAlike {
+    RunsLook Look;
     PlottedRuns Runs;
 };
-std::vector<LookedAt> GroupsOf(const PlottedRuns& runs);
+std::vector<RunsAlike> GroupsOf(const PlottedRuns& runs);
 
 }  // namespace vantor
