@@ -251,7 +251,7 @@ TEST_F(RunListTest, SeveralRunsAreMarkedBeforeOrAfterGetAPeriodAndAreSetAside) {
     emit periods.aboutToShow();
     periods.actions()[0]->trigger();
     EXPECT_THAT(Column(*Window, "vaRunList", 14), Each("AM peak"));
-    const QString average = Text("lblAvgContDelay");
+    const std::string average = Text("lblAvgContDelay");
     auto& reasons = Get<QMenu>("mnuRunSetAside");
     emit reasons.aboutToShow();
     reasons.actions()[0]->trigger();
