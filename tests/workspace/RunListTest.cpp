@@ -175,6 +175,9 @@ TEST_F(RunListTest, ProposedBoundariesOfSeveralRunsAreOneStep) {
     EXPECT_EQ(Text("lblDone"), "Boundaries given to 2 runs; Ctrl+Z takes them back");
     Do("mnuRunUndo");
     EXPECT_EQ(Current().Entries, before.Entries);
+    OtherScreens.OnShow["frmNodePlaces"] = [] { return true; };
+    Do("mnuRunNodes");
+    for (const char* step : {"mnuRunUndo", "mnuRunRedo"}) EXPECT_FALSE(Get<QAction>(step).isEnabled()) << step;
 }
 
 TEST_F(RunListTest, TakesBackADeletedRunButNoEntryThatFitsTheRunNoMore) {
