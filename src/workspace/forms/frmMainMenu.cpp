@@ -59,7 +59,7 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
         {"&View", "mnuViewStatistics", "Study Statistics", "statistics", {}, 0, "", to(&frmMain::ShowStudyStatistics)},
         {.Menu = "&View",
          .Name = "mnuViewOptions",
-         .Caption = "Statistics &Options",
+         .Caption = "&Statistics Options",
          .Icon = "",
          .Handler = to(&frmMain::ShowStatisticsOptions),
          .Tip = "How sure the figures are to be, the free-flow speed, grades of your own, the lines of the report"},
