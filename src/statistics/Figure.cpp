@@ -92,6 +92,11 @@ std::string Figure::Interval(const Units& units) const {
            WithUnit(ShownNumber(*High, Unit, Decimals, units), Unit, units);
 }
 
+std::string Figure::NumberBeside(const Figure& without, const Units& units) const {
+    if (N == without.N) return Number(units);
+    return Number(units) + " (" + without.Number(units) + " without " + std::to_string(N - without.N) + " set aside)";
+}
+
 std::string Figure::Remarks() const {
     std::vector<std::string> remarks{RestsOn};
     remarks.insert(remarks.end(), Conditions.begin(), Conditions.end());

@@ -35,6 +35,9 @@ struct Figure {
     std::string WithInterval(const Units& units) const;
     /// "186.7 to 219.3 s"; NoValueText for none.
     std::string Interval(const Units& units) const;
+    /// "72 (67 without 1 set aside)", `without` being the same figure without those runs; as Number where none that has
+    /// a value is set aside.
+    std::string NumberBeside(const Figure& without, const Units& units) const;
     /// All that qualifies it, "8 runs, 1 day, 06:53 to 08:38; few runs".
     std::string Remarks() const;
 };

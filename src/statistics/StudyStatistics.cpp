@@ -50,6 +50,7 @@ void Name(SectionOverRuns& section, std::size_t index, const std::vector<std::st
 /// Holm's p of travel time over the sections.
 void Adjust(std::vector<SectionOverRuns>& sections) {
     std::vector<std::optional<double>> p;
+    p.reserve(sections.size());
     for (const SectionOverRuns& section : sections) p.push_back(section.Compared[Measure::TravelTime].Welch.P);
     const auto adjusted = HolmAdjusted(p);
     for (std::size_t i = 0; i < sections.size(); ++i) sections[i].Compared[Measure::TravelTime].HolmP = adjusted[i];
@@ -71,6 +72,7 @@ std::string RunsText(std::size_t count) { return std::to_string(count) + (count 
 /// The names of runs, not too many.
 std::string NamesOf(const std::vector<std::size_t>& indexes, const std::vector<MeasuredRun>& runs) {
     std::vector<std::string> names;
+    names.reserve(indexes.size());
     for (const std::size_t index : indexes) names.push_back(runs[index].Name);
     return FirstOf(names, 5);
 }
@@ -170,6 +172,7 @@ std::vector<SectionOverRuns> SectionsBetween(const ChosenRuns& first, const Chos
 void Adjust(std::vector<ConditionStatistics>& conditions) {
     for (const Measure measure : AllMeasures) {
         std::vector<std::optional<double>> p;
+        p.reserve(conditions.size());
         for (const ConditionStatistics& each : conditions) p.push_back(each.Compared[measure].Welch.P);
         const auto adjusted = HolmAdjusted(p);
         for (std::size_t i = 0; i < conditions.size(); ++i) conditions[i].Compared[measure].HolmP = adjusted[i];

@@ -87,6 +87,9 @@ TEST_F(CorridorRoad, FiguresMatchTheIndependentOnes) {
     const auto proposed = Json("study propose", {"/group/AM Peak.ld2"});
     ExpectHas(proposed, {{"node", 3}, {"stored", false}});
     ExpectHas(proposed["runs"][0], {{"start_dist", 3492}, {"end_dist", 4070}});
+    int withoutNode = 0;
+    for (const auto& run : proposed["runs"]) withoutNode += run["events_without_node"].get<int>();
+    EXPECT_EQ(withoutNode, 38 - 32) << "38 events, 32 of them at nodes";
     EXPECT_EQ(Json("study show", {"/group/AM Peak.ld2"})["entries"], study["entries"]) << "nothing is stored unasked";
     const auto common = Json("study propose --common", {"/group/AM Peak.ld2"});
     EXPECT_EQ(common["runs"][0]["remarks"],

@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
+#include <QTimer>
 
 #include "ProfileScene.h"
 #include "core/ContentHash.h"
+#include "editing/NodeEditing.h"
 #include "fakes/ThrowsError.h"
 
 namespace vantor {
@@ -369,6 +371,26 @@ TEST_F(frmPlotRunSpeedProfileHorizTest, ProposalsGoOnWithTheRunsAndForAllAtOnce)
     EXPECT_EQ(BoundariesOf(State.CurrentStudy.Entries[2]), std::pair(0, 0)) << "the run in view has its step";
     Press("BtnPlotSpeedExit");
     EXPECT_TRUE(IsAccepted());
+}
+
+TEST_F(frmPlotRunSpeedProfileHorizTest, OtherRunsGetNodesAtThePlacesOfTheRunInView) {
+    RunRecord run = RunWithStop();
+    run.SampleValues[110] = static_cast<std::int16_t>(Node);
+    Use(run);
+    AddRuns({"B"});
+    OpenPlot();
+    DragBoundaries();
+    QTimer::singleShot(0, [] { Click(*QApplication::activeModalWidget(), "btnOk"); });
+    Messages.Expect(
+        "1 run has nodes at these places now.\nThe file of each as it was is kept beside it, with .bak behind its "
+        "name; "
+        "Restore in the run details brings it back.");
+    Get<QAction>("mnuNodesForAll").trigger();
+    EXPECT_EQ(RowsOf(OnDisk("B")).size(), 3U);
+    EXPECT_FALSE(IsEnabled("btnUndo")) << "its backup is the way back";
+    EXPECT_EQ(BoundariesOf(Entry()), std::pair(2000, 7000));
+    EXPECT_EQ(Text("lblPlotTitle"), "Data Plot for A");
+    Press("BtnPlotSpeedExit");
 }
 
 TEST_F(frmPlotRunSpeedProfileHorizTest, PictureIsCopiedAndSaved) {

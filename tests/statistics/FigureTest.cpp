@@ -36,6 +36,8 @@ GroupStatistics FirstRuns(std::size_t count) {
 TEST(Figure, IsToldWithItsIntervalAndWhatItRestsOn) {
     const Figure delay = DelayFigure(FirstRuns(8), {});
     EXPECT_EQ(delay.WithInterval(English), "72 s ± 15");
+    EXPECT_EQ(delay.NumberBeside(DelayFigure(FirstRuns(7), {}), English), "72 (67 without 1 set aside)");
+    EXPECT_EQ(delay.NumberBeside(delay, English), "72");
     EXPECT_THAT(delay.Remarks(), HasSubstr("8 runs, 1 day, 00:00; 95 %"));
     const Figure times = MeanFigure(FirstRuns(8), Measure::TravelTime, {});
     EXPECT_EQ(times.WithInterval(English) + " / " + times.Interval(English), "203.0 s ± 16.3 / 186.7 to 219.3 s");

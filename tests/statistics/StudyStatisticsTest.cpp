@@ -33,8 +33,11 @@ TEST(RunMeasures, SecondsFallWhereTheyAreAndStopsWhereTheyBegin) {
 }
 
 TEST(RunMeasures, SectionsAddUp) {
-    std::vector<int> values;
-    for (int i = 0; i < 3000; ++i) values.push_back(i * i % 61 % (i % 97 + 1) | (i % 53 == 0 ? Node : 0));
+    std::vector<int> values(3000);
+    for (int i = 1; int& value : values) {
+        value = i * i % 61 % (i % 97 + 1) | (i % 53 == 0 ? Node : 0);
+        ++i;
+    }
     const RunMeasures run = Measured(values);
     ASSERT_GT(run.Sections.size(), 50U);
     PieceMeasures sum;

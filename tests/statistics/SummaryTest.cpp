@@ -9,7 +9,7 @@
 namespace vantor {
 namespace {
 
-using testing::DoubleNear, testing::ElementsAre, testing::Optional;
+using testing::DoubleNear, testing::Optional;
 using Values = std::vector<double>;
 
 const Values Times = {195, 206, 198, 207, 181, 215, 181, 241};

@@ -175,6 +175,9 @@ TEST_F(RunListTest, ProposedBoundariesOfSeveralRunsAreOneStep) {
     EXPECT_EQ(Text("lblDone"), "Boundaries given to 2 runs; Ctrl+Z takes them back");
     Do("mnuRunUndo");
     EXPECT_EQ(Current().Entries, before.Entries);
+    OtherScreens.OnShow["frmNodePlaces"] = [] { return true; };
+    Do("mnuRunNodes");
+    for (const char* step : {"mnuRunUndo", "mnuRunRedo"}) EXPECT_FALSE(Get<QAction>(step).isEnabled()) << step;
 }
 
 TEST_F(RunListTest, TakesBackADeletedRunButNoEntryThatFitsTheRunNoMore) {
@@ -251,7 +254,7 @@ TEST_F(RunListTest, SeveralRunsAreMarkedBeforeOrAfterGetAPeriodAndAreSetAside) {
     emit periods.aboutToShow();
     periods.actions()[0]->trigger();
     EXPECT_THAT(Column(*Window, "vaRunList", 14), Each("AM peak"));
-    const QString average = Text("lblAvgContDelay");
+    const std::string average = Text("lblAvgContDelay");
     auto& reasons = Get<QMenu>("mnuRunSetAside");
     emit reasons.aboutToShow();
     reasons.actions()[0]->trigger();

@@ -1,6 +1,7 @@
 #include "statistics/forms/frmStatisticsOptions.h"
 
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -41,10 +42,12 @@ frmStatisticsOptions::frmStatisticsOptions(AppContext& context, const StudyChoic
     setObjectName(QStringLiteral("frmStatisticsOptions"));
     setWindowTitle(QStringLiteral("Statistics Options"));
     auto* column = new QVBoxLayout(this);
-    column->addWidget(BuildPrecision());
-    column->addWidget(BuildSpeeds());
-    column->addWidget(BuildGrades());
-    column->addWidget(BuildLines(choices.Lines));
+    auto* groups = new QGridLayout;
+    groups->addWidget(BuildPrecision(), 0, 0);
+    groups->addWidget(BuildSpeeds(), 1, 0);
+    groups->addWidget(BuildGrades(), 0, 1);
+    groups->addWidget(BuildLines(choices.Lines), 1, 1);
+    column->addLayout(groups);
     lblProblem_ = Named<WrappedLabel>(this, "lblProblem");
     column->addWidget(lblProblem_);
     auto* usual = Named<QPushButton>(this, "btnAsUsual", QStringLiteral("As &Usual"));

@@ -65,7 +65,7 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
          .Tip = "Figures over the runs, their sections, their ways over time and distance, before against after"},
         {.Menu = "&View",
          .Name = "mnuViewOptions",
-         .Caption = "Statistics &Options",
+         .Caption = "&Statistics Options",
          .Icon = "",
          .Handler = to(&frmMain::ShowStatisticsOptions),
          .Tip = "How sure the figures are to be, the free-flow speed, grades of your own, the lines of the report"},
