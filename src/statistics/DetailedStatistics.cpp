@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/Text.h"
+#include "statistics/Figure.h"
 #include "statistics/OverlayPlot.h"
 
 namespace vantor {

@@ -4,6 +4,7 @@
 
 #include "core/Numeric.h"
 #include "core/Text.h"
+#include "statistics/Figure.h"
 
 namespace vantor {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "core/Csv.h"
 #include "core/Units.h"
-#include "statistics/Figure.h"
+#include "statistics/StudyStatistics.h"
 
 namespace vantor {
 
