@@ -8,7 +8,7 @@
 namespace vantor {
 namespace {
 
-using testing::ElementsAre, testing::HasSubstr, testing::IsEmpty, testing::Optional;
+using testing::ElementsAre, testing::HasSubstr, testing::IsEmpty, testing::Optional, testing::Pointwise;
 
 constexpr int Node = NodeFlag;
 
@@ -54,8 +54,9 @@ TEST_F(RunPlotsTest, RunsAreStretchedToTheMeanPlacesOfTheirNodes) {
     const MeanPlaces places = MeanPlacesOf(Plotted());
     EXPECT_THAT(places.Feet, ElementsAre(0, 110, 175));
     EXPECT_THAT(places.Seconds, ElementsAre(0, 2, 4));
-    EXPECT_THAT(StretchedDistances(Plotted()[0], places), ElementsAre(0, 55, 110, 110, 175));
-    EXPECT_THAT(StretchedDistances(Plotted()[1], places), ElementsAre(0, 55, 110, 142.5, 175));
+    const auto stretched = [&](std::size_t run) { return StretchedDistances(Plotted()[run], places); };
+    EXPECT_THAT(stretched(0), Pointwise(testing::DoubleEq(), {0.0, 55.0, 110.0, 110.0, 175.0}));
+    EXPECT_THAT(stretched(1), Pointwise(testing::DoubleEq(), {0.0, 55.0, 110.0, 142.5, 175.0}));
 
     const Plot plot = TimeSpacePlot(Plotted(), TimeSpaceClock::TimeOfDay, "", {});
     EXPECT_EQ(plot.Axes.Across.Whole, (PlotRange{7 * 3600 + 60, 7 * 3600 + 124}));
@@ -97,7 +98,7 @@ TEST_F(RunPlotsTest, TheFilterHoldsForAll) {
     EXPECT_EQ(all.ItemOf(2), 0);
     EXPECT_EQ(all.Apart, "Apart, with another number of nodes: R3 (no nodes, 2 s).");
     EXPECT_THAT(all.RestsOn, HasSubstr("4 runs, 1 day, 07:01 to 07:05; 1 of them set aside"));
-    EXPECT_THAT(all.Warnings.back(), HasSubstr("1 run left out: Gone"));
+    EXPECT_THAT(all.Warnings.back(), HasSubstr("1 run left out: Missing Run File: Gone"));
     EXPECT_THAT(all.Sections.Rows.back()[3].Text, "3.3") << "the total is of the runs that have these sections";
     EXPECT_THAT(all.ComparedSections.Rows, IsEmpty());
 
