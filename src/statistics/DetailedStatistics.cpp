@@ -78,8 +78,10 @@ std::vector<std::string> SentencesOf(const StudyStatistics& figures, const RunFi
     if (!whole.HasBoth()) {
         if (filter.Of != RunFilter::Group::All) return {"Choose all runs above to compare before with after."};
         if (whole.All.N == 0) return {"There are no runs to compare."};
-        const std::string all = whole.Before.N > 0 ? "before" : "after";
-        return {"All runs were driven " + all + ". Mark runs as Before in the Run menu of the main window to compare."};
+        const bool isBefore = whole.Before.N > 0;
+        return {std::string("All runs were driven ") + (isBefore ? "before" : "after") +
+                " the change that is studied. To compare, set those of the other kind in the main window: Run, " +
+                (isBefore ? "Set After." : "Set Before.")};
     }
     std::vector<std::string> sentences{"Before: " + whole.Before.RestsOn.Text() +
                                        ". After: " + whole.After.RestsOn.Text() + "."};

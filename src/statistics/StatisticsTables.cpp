@@ -118,6 +118,12 @@ void AddNeeded(SummaryRows& rows, const GroupStatistics& all, const StatisticsOp
     }
 }
 
+/// "E (E to F)", "F" where the interval is all of that grade.
+std::string LettersOf(const GradeSpan& grades) {
+    const std::string mean(1, grades.OfMean);
+    return grades.Text() == mean ? mean : mean + " (" + grades.Text() + ")";
+}
+
 StatisticsCell GradeCell(const GroupStatistics& group, const GradeScale& scale) {
     const Summary& delay = group.Of[Measure::ControlDelay];
     const auto grades = GradesOf(delay, scale);
@@ -125,7 +131,7 @@ StatisticsCell GradeCell(const GroupStatistics& group, const GradeScale& scale) 
     const std::string mean(1, grades->OfMean);
     const std::string value = FixedDecimals(*delay.Mean, DecimalsBesideGrade(*delay.Mean, 1, scale)) + " s is " + mean;
     if (!delay.HalfWidth) return TextCell(mean, value);
-    return TextCell(mean + " (" + grades->Text() + ")", value + "; over its interval " + grades->Text());
+    return TextCell(LettersOf(*grades), value + "; over its interval " + grades->Text());
 }
 
 StatisticsCell StreetCell(const GroupStatistics& group, const StatisticsOptions& options) {
@@ -137,7 +143,7 @@ StatisticsCell StreetCell(const GroupStatistics& group, const StatisticsOptions&
     const auto slow = UrbanStreetGrade(*group.SpeedLow, *options.FreeFlowSpeed);
     const auto fast = UrbanStreetGrade(*group.SpeedHigh, *options.FreeFlowSpeed);
     const GradeSpan span{*grade, *fast, *slow};
-    return TextCell(mean + " (" + span.Text() + ")");
+    return TextCell(LettersOf(span));
 }
 
 void AddGrades(SummaryRows& rows, const GroupStatistics& all, const StatisticsOptions& options, const Units& units) {
@@ -337,11 +343,12 @@ StatisticsTable ComparedSectionsTable(const std::vector<SectionOverRuns>& sectio
 }
 
 std::string RunsForDifferenceText(std::optional<double> sd, double seconds, double confidence) {
-    if (!sd || *sd <= 0) return "no number is known: there is no scatter, which takes two runs that differ";
+    if (!sd || *sd <= 0)
+        return "takes a number that is not known: there is no scatter, which takes two runs that differ";
     const auto runs = RunsForDifference(*sd, seconds, confidence);
-    if (!runs) return "more than " + std::to_string(MostRunsNeeded) + " runs";
+    if (!runs) return "takes more than " + std::to_string(MostRunsNeeded) + " runs";
     const std::string count = std::to_string(*runs);
-    return "with this scatter " + count + " runs before and " + count + " after, in 8 of 10 such surveys";
+    return "takes " + count + " runs before and " + count + " after with this scatter, in 8 of 10 such surveys";
 }
 
 }  // namespace vantor

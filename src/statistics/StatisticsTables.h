@@ -42,8 +42,8 @@ StatisticsTable ComparedTable(const GroupedStatistics& whole, const StatisticsOp
 StatisticsTable ComparedSectionsTable(const std::vector<SectionOverRuns>& sections, const StatisticsOptions& options,
                                       const Units& units);
 
-/// How many runs show a difference of so many seconds in travel time that scatters like this: "with this scatter 16
-/// runs before and 16 after, in 8 of 10 such surveys"; why no number is known, as a sentence.
+/// What a difference of so many seconds in travel time takes that scatters like this: "takes 16 runs before and 16
+/// after with this scatter, in 8 of 10 such surveys"; why no number is known.
 std::string RunsForDifferenceText(std::optional<double> sd, double seconds, double confidence);
 
 }  // namespace vantor

@@ -18,7 +18,7 @@ double StartOf(const MeasuredRun& run, TimeSpaceClock clock) {
 
 PlotLines NodeLines(const MeasuredRun& run, const MeanPlaces& places, const Units& units) {
     PlotLines lines;
-    for (std::size_t i = 0; i < places.Feet.size(); ++i)
+    for (std::size_t i = 1; i < places.Feet.size(); ++i)
         lines.Lines.push_back(
             {units.LengthOfFeet(places.Feet[i]), i < run.NodeNames.size() ? run.NodeNames[i] : std::string()});
     return lines;

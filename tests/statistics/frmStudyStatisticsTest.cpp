@@ -85,7 +85,7 @@ TEST_F(frmStudyStatisticsTest, OptionsAreForTheCallerToTake) {
     EXPECT_EQ(Get<QDoubleSpinBox>("numDifference").value(), 4);
 
     // sd 2 s: five runs show (2.306 + 0.889) 2 √(2/5) = 4.04 s, six (2.228 + 0.879) 2 √(2/6) = 3.59 s.
-    EXPECT_THAT(Text("lblDifference"), StartsWith("with this scatter 6 runs before and 6 after"));
+    EXPECT_THAT(Text("lblDifference"), StartsWith("takes 6 runs before and 6 after with"));
     OtherScreens.Options.Options.Stops = {5, 10};
     Work.AsksBeforeStop = 1;
     Press("BtnOptions");
@@ -119,7 +119,7 @@ TEST_F(frmStudyStatisticsTest, SaysWhatIsMissing) {
     EXPECT_THAT(Text("lblWarnings"), HasSubstr("There is one run"));
     EXPECT_THAT(Text("lblWarnings"), HasSubstr("1 run left out: Missing Run File: Gone"));
     EXPECT_THAT(Rows(*Window, "vaSummary"), Contains(StartsWith("Control delay (s)|–|")));
-    EXPECT_THAT(Text("lblSentences"), HasSubstr("All runs were driven after."));
+    EXPECT_THAT(Text("lblSentences"), HasSubstr("All runs were driven after the change"));
     Work.AsksBeforeStop = 0;
     Window = std::make_unique<frmStudyStatistics>(Context, 0);
     Window->show();

@@ -8,10 +8,17 @@
 #include "core/forms/Named.h"
 
 namespace vantor {
+namespace {
+
+/// Columns of figures are as wide as their texts.
+constexpr int LeastColumn = 40;
+
+}  // namespace
 
 StatisticsTableView::StatisticsTableView(QWidget* parent) : Table(parent) {
     setSelectionMode(QAbstractItemView::SingleSelection);
     horizontalHeader()->setSectionsClickable(false);
+    horizontalHeader()->setDefaultSectionSize(LeastColumn);
 }
 
 void StatisticsTableView::Show(StatisticsTable table) {

@@ -62,6 +62,7 @@ frmStudyStatistics::frmStudyStatistics(AppContext& context, int run)
     split->addWidget(BuildTabs());
     split->addWidget(BuildRuns());
     split->setStretchFactor(0, 1);
+    split->setSizes({900, 330});
     split->setChildrenCollapsible(false);
     column->addWidget(lblRestsOn_);
     column->addWidget(lblWarnings_);
@@ -116,17 +117,18 @@ QLayout* frmStudyStatistics::BuildFilter() {
 QWidget* frmStudyStatistics::BuildTabs() {
     tabs_ = Named<QTabWidget>(this, "tabStatistics");
     tabs_->setAccessibleName(QStringLiteral("Statistics"));
-    vaSummary_ = Named<StatisticsTableView>(tabs_, "vaSummary");
-    vaSummary_->setAccessibleName(QStringLiteral("Summary"));
-    auto* sections = new QWidget(tabs_);
-    vaSections_ = Named<StatisticsTableView>(sections, "vaSections");
-    vaSections_->setAccessibleName(QStringLiteral("Sections"));
-    lblApart_ = AddText(sections, "lblApart");
-    auto* column = new QVBoxLayout(sections);
-    column->addWidget(vaSections_, 1);
-    column->addWidget(lblApart_);
-    tabs_->addTab(vaSummary_, QStringLiteral("Su&mmary"));
-    tabs_->addTab(sections, QStringLiteral("S&ections"));
+    const auto addPage = [this](const char* name, const QString& caption) {
+        auto* page = new QWidget(tabs_);
+        auto* table = Named<StatisticsTableView>(page, name);
+        table->setAccessibleName(WithoutAccessKey(caption));
+        (new QVBoxLayout(page))->addWidget(table, 1);
+        tabs_->addTab(page, caption);
+        return table;
+    };
+    vaSummary_ = addPage("vaSummary", QStringLiteral("Su&mmary"));
+    vaSections_ = addPage("vaSections", QStringLiteral("S&ections"));
+    lblApart_ = AddText(vaSections_->parentWidget(), "lblApart");
+    vaSections_->parentWidget()->layout()->addWidget(lblApart_);
     tabs_->addTab(BuildTimeSpace(), QStringLiteral("&Time-Space"));
     tabs_->addTab(BuildOverlay(), QStringLiteral("O&verlay"));
     tabs_->addTab(BuildCompared(), QStringLiteral("Be&fore/After"));
@@ -190,6 +192,7 @@ QWidget* frmStudyStatistics::BuildCompared() {
     column->addLayout(BuildDifference(page));
     column->addWidget(vaCompared_);
     column->addWidget(vaComparedSections_, 1);
+    column->addStretch();
     return ScrollAreaFor(page, tabs_);
 }
 
@@ -212,6 +215,7 @@ QWidget* frmStudyStatistics::BuildRuns() {
     auto* part = new QWidget(this);
     vaRuns_ = Named<Table>(part, "vaRuns");
     vaRuns_->setSelectionMode(QAbstractItemView::SingleSelection);
+    vaRuns_->horizontalHeader()->setDefaultSectionSize(40);
     vaRuns_->SetColumns({QStringLiteral("Run"), QStringLiteral("Time"), QStringLiteral("s"), QStringLiteral("Group")});
     vaRuns_->SetEmptyText(QStringLiteral("No runs"));
     Connect(vaRuns_, &QTableWidget::itemSelectionChanged, this, context_.Messages, [this] {
