@@ -33,8 +33,8 @@ struct PlotChoices {
     bool operator==(const PlotChoices&) const = default;
 };
 
-/// So many runs at most are drawn.
-inline constexpr std::size_t MostPlottedRuns = 500;
+/// So many runs at most are drawn, so that the plots follow the mouse.
+inline constexpr std::size_t MostPlottedRuns = 200;
 
 /// All that a screen shows of the runs that a filter takes.
 struct DetailedStatistics {

@@ -135,25 +135,19 @@ Plot OverlayPlot(const PlottedRuns& runs, bool showsRuns, const std::string& tit
                     {0, std::max(units.SpeedOfMph(TopSpeed(runs)) * RoomAbove, 1.0)}};
     if (runs.empty()) return plot;
     plot.Add(NodeLines(*runs.front().Run, places, units));
-    const auto groups = GroupsOf(runs);
     for (const PlottedRun& run : runs) {
         plot.Items.push_back({RunInWords(*run.Run)});
         PlotTrace trace = ProfileOf(run, places, units);
         trace.Item = static_cast<int>(plot.Items.size());
         trace.Width = 1;
         trace.Ink = &Colours::Node;
-        if (groups.size() > 1) trace.Pattern = (run.Run->IsBefore ? BeforeLook : AfterLook).Pattern;
         if (showsRuns)
             plot.Add(std::move(trace));
         else
             plot.Add(QuietTrace(std::move(trace)));
     }
-    for (const RunsAlike& group : groups) {
-        if (showsRuns)
-            plot.Axes.Legend.push_back(
-                {group.Look.Caption + std::string(", single"), &Colours::Node, 1, group.Look.Pattern});
-        AddBand(plot, group, places, units);
-    }
+    if (showsRuns) plot.Axes.Legend.push_back({"Single runs", &Colours::Node, 1});
+    for (const RunsAlike& group : GroupsOf(runs)) AddBand(plot, group, places, units);
     return plot;
 }
 
