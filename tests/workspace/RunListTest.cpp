@@ -130,6 +130,20 @@ TEST_F(RunListTest, TheEditorsGetTheActiveRunWithItsSamples) {
                                                 "frmRunStatistics"));
 }
 
+TEST_F(RunListTest, TheStatisticsBringBackTheirRunAndOptions) {
+    StartWith({{"R1", 15}, {"R2", 25}});
+    OtherScreens.OnShow["frmStudyStatistics"] = [this] {
+        OtherScreens.Statistics = {2, {{.FreeFlowSpeed = 45}, {}}};
+        return true;
+    };
+    Do("mnuViewDetail");
+    EXPECT_EQ(Current().Options.FreeFlowSpeed, 45);
+    Do("mnuRunStatistics");
+    EXPECT_EQ(State.CurrentRun.Header.RunName, "R2");
+    Do("mnuRunUndo");
+    EXPECT_FALSE(Current().Options.FreeFlowSpeed);
+}
+
 TEST_F(RunListTest, DetailsBringBackBoundariesAndANewName) {
     StartWith({{"R1", 12}, {"R2", 50, 0, 0}});
     std::string typed = "R1";
