@@ -26,7 +26,7 @@ struct RunsLook {
     LinePattern Pattern;
     PlotMarker Marker;  ///< of means
 };
-inline constexpr RunsLook BeforeLook = {"Before", &Colours::Boundary, LinePattern::Dashed, PlotMarker::Square};
+inline constexpr RunsLook BeforeLook = {"Before", &Colours::IdealSpeed, LinePattern::Dashed, PlotMarker::Square};
 inline constexpr RunsLook AfterLook = {"After", &Colours::Trace, LinePattern::Solid, PlotMarker::Dot};
 /// Of runs that are all of one group.
 inline constexpr RunsLook OneLook = {"Runs", &Colours::Trace, LinePattern::Solid, PlotMarker::Dot};

@@ -16,6 +16,7 @@ constexpr int SortRole = Qt::UserRole + 100;
 
 /// Pixels beside a head's text, for its margins and the arrow of the sorted column.
 constexpr int SortArrowRoom = 32;
+constexpr int HeadMargins = 14;
 
 /// Sorts by the key where there is one, else by the text.
 class SortedItem : public QTableWidgetItem {
@@ -100,9 +101,10 @@ void Table::EndFilling() {
     setSortingEnabled(true);
     SayWhetherEmpty(*this, emptyText_);
     const int last = columnCount() - 1;
+    const int room = horizontalHeader()->sectionsClickable() ? SortArrowRoom : HeadMargins;
     for (int column = 0; column < last; ++column) {
         const QString head = horizontalHeaderItem(column)->text();
-        const int headWidth = horizontalHeader()->fontMetrics().size(0, head).width() + SortArrowRoom;
+        const int headWidth = horizontalHeader()->fontMetrics().size(0, head).width() + room;
         const int needed = std::max(sizeHintForColumn(column) + 4, headWidth);
         columns_->WidenTo(column, needed);
     }

@@ -13,6 +13,13 @@ namespace {
 /// Columns of figures are as wide as their texts.
 constexpr int LeastColumn = 40;
 
+/// A head of several words breaks at its last blank.
+QString InTwoLines(QString head) {
+    const qsizetype blank = head.lastIndexOf(QLatin1Char(' '));
+    if (blank > 0) head[blank] = QLatin1Char('\n');
+    return head;
+}
+
 }  // namespace
 
 StatisticsTableView::StatisticsTableView(QWidget* parent) : Table(parent) {
@@ -24,7 +31,7 @@ StatisticsTableView::StatisticsTableView(QWidget* parent) : Table(parent) {
 void StatisticsTableView::Show(StatisticsTable table) {
     shown_ = std::move(table);
     QStringList heads;
-    for (const std::string& head : shown_.Heads) heads += ToQt(head);
+    for (const std::string& head : shown_.Heads) heads += InTwoLines(ToQt(head));
     SetColumns(heads);
     BeginFilling();
     for (const auto& cells : shown_.Rows) {

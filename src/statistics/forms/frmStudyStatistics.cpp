@@ -20,6 +20,9 @@ namespace vantor {
 namespace {
 
 constexpr int RunRole = Qt::UserRole + 1;
+constexpr int MostRows = 12;  // of a table beside another
+constexpr int UsualWidth = 800;
+constexpr QSize LeastPlot{240, 150};  // there is more around a plot here than elsewhere
 constexpr double LongestDifference = 3600;
 constexpr double UsualDifference = 10;
 
@@ -35,6 +38,7 @@ QString Lines(const std::vector<std::string>& texts) { return ToQt(Joined(texts,
 
 WrappedLabel* AddText(QWidget* parent, const char* name) {
     auto* label = Named<WrappedLabel>(parent, name);
+    label->resize(UsualWidth, 0);  // so that it asks for no more height than it will need
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     return label;
 }
@@ -54,9 +58,6 @@ frmStudyStatistics::frmStudyStatistics(AppContext& context, int run)
     auto* column = new QVBoxLayout(this);
     column->addLayout(BuildHead());
     column->addLayout(BuildFilter());
-    lblRestsOn_ = Named<QLabel>(this, "lblRestsOn");
-    SetValueCaption(*lblRestsOn_, QStringLiteral("The figures rest on"));
-    lblRestsOn_->setTextFormat(Qt::PlainText);
     lblWarnings_ = AddText(this, "lblWarnings");
     auto* split = Named<QSplitter>(this, "splStatistics");
     split->addWidget(BuildTabs());
@@ -64,7 +65,6 @@ frmStudyStatistics::frmStudyStatistics(AppContext& context, int run)
     split->setStretchFactor(0, 1);
     split->setSizes({900, 330});
     split->setChildrenCollapsible(false);
-    column->addWidget(lblRestsOn_);
     column->addWidget(lblWarnings_);
     column->addWidget(split, 1);
     column->addLayout(BuildButtons());
@@ -85,8 +85,13 @@ QLayout* frmStudyStatistics::BuildHead() {
     font.setBold(true);
     lblStudy->setFont(font);
     auto* row = new QHBoxLayout;
+    lblRestsOn_ = Named<QLabel>(this, "lblRestsOn");
+    SetValueCaption(*lblRestsOn_, QStringLiteral("The figures rest on"));
+    lblRestsOn_->setTextFormat(Qt::PlainText);
+    lblRestsOn_->setWordWrap(true);
     row->addWidget(lblStudy);
-    row->addStretch();
+    row->addSpacing(12);
+    row->addWidget(lblRestsOn_, 1);
     return row;
 }
 
@@ -140,6 +145,7 @@ PlotView* frmStudyStatistics::AddPlot(QWidget* page, const char* name, const QSt
     plot->setObjectName(QLatin1String(name));
     plot->setAccessibleName(caption);
     plot->SetLook(false, true);
+    plot->setMinimumSize(LeastPlot);
     plot->OnChosen = [this, plot] { SelectRun(RunOfItem(plot->ChosenItem())); };
     plot->PictureStart = [this] { return FileStart(); };
     plots_.push_back(plot);
@@ -184,7 +190,6 @@ QWidget* frmStudyStatistics::BuildCompared() {
     lblSentences_ = AddText(page, "lblSentences");
     vaCompared_ = Named<StatisticsTableView>(page, "vaCompared");
     vaCompared_->setAccessibleName(QStringLiteral("Measures before and after"));
-    vaCompared_->NeedRows(static_cast<int>(AllMeasures.size()));
     vaComparedSections_ = Named<StatisticsTableView>(page, "vaComparedSections");
     vaComparedSections_->setAccessibleName(QStringLiteral("Travel time by section before and after"));
     auto* column = new QVBoxLayout(page);
@@ -323,9 +328,10 @@ void frmStudyStatistics::ShowTables() {
     vaSections_->Show(shown_.Sections);
     vaCompared_->Show(shown_.Compared);
     vaComparedSections_->Show(shown_.ComparedSections);
-    vaCompared_->setVisible(!shown_.Compared.Rows.empty());
-    vaComparedSections_->setVisible(!shown_.ComparedSections.Rows.empty());
-    vaComparedSections_->NeedRows(static_cast<int>(std::min<std::size_t>(shown_.ComparedSections.Rows.size(), 12)));
+    for (StatisticsTableView* table : {vaCompared_, vaComparedSections_}) {
+        table->NeedRows(std::min(table->rowCount(), MostRows));
+        table->setVisible(table->rowCount() > 0);
+    }
     for (QPushButton* button : outButtons_) button->setEnabled(!shown_.Runs.empty());
 }
 
