@@ -14,6 +14,9 @@ void AddCover(ReportPages& pages, const ReportData& data);
 void AddStatistics(ReportPages& pages, const ReportData& data);
 /// What changed between the runs before and those after.
 void AddBeforeAfter(ReportPages& pages, const ReportData& data);
+/// Several studies, each against the first.
+void AddComparison(ReportPages& pages, const std::vector<ConditionStatistics>& conditions,
+                   const StatisticsOptions& options, const Units& units);
 /// How the figures come about, with a drawing, and the scales of the grades.
 void AddMethod(ReportPages& pages, const ReportData& data);
 /// The study's fields, its results and the table of its runs.

@@ -2,6 +2,7 @@
 #include "reports/ReportContents.h"
 #include "reports/ReportTable.h"
 #include "reports/ReportText.h"
+#include "reports/StatisticsTables.h"
 #include "statistics/Figure.h"
 
 namespace vantor {
@@ -15,15 +16,6 @@ std::string Cell(const Figure& figure, const Units& units) {
     return figure.Value && figure.IsWeak ? "(" + figure.Number(units) + ")" : figure.Number(units);
 }
 
-std::string Value(std::optional<double> value, FigureUnit unit, int decimals, const Units& units) {
-    return value ? ShownNumber(*value, unit, decimals, units) : NoFigure;
-}
-
-std::string NamedWithUnit(const std::string& name, FigureUnit unit, const Units& units) {
-    const std::string label = UnitLabel(unit, units);
-    return label.empty() ? name : name + " (" + label + ")";
-}
-
 /// A row for each measure: how many runs have it, its mean with the interval, its scatter and its range.
 ReportTable MeasureTable(const GroupStatistics& group, const StatisticsOptions& options, const Units& units) {
     ReportTable table;
@@ -34,7 +26,7 @@ ReportTable MeasureTable(const GroupStatistics& group, const StatisticsOptions& 
     for (const Measure measure : AllMeasures) {
         const Figure mean = MeanFigure(group, measure, options);
         const Summary& summary = group.Of[measure];
-        const auto value = [&](std::optional<double> number) { return Value(number, mean.Unit, 1, units); };
+        const auto value = [&](std::optional<double> number) { return ValueText(number, mean.Unit, 1, units); };
         const RunsNeeded& needed = group.Needed[measure];
         table.Rows.push_back({NamedWithUnit(mean.Name, mean.Unit, units), std::to_string(summary.N), mean.Number(units),
                               value(summary.HalfWidth),
@@ -59,8 +51,8 @@ ReportTable SoFarTable(const ReportData& data, const Units& units) {
          AfterEachRun(ValuesOf(runs, Measure::TravelTime), options.Error, options.Confidence)) {
         const auto count = [](std::optional<int> number) { return number ? std::to_string(*number) : NoFigure; };
         table.Rows.push_back({std::to_string(soFar.Of.N), runs[i++]->Name,
-                              Value(soFar.Of.Mean, FigureUnit::Seconds, 1, units),
-                              Value(soFar.Of.HalfWidth, FigureUnit::Seconds, 1, units), count(soFar.Needed.Needed),
+                              ValueText(soFar.Of.Mean, FigureUnit::Seconds, 1, units),
+                              ValueText(soFar.Of.HalfWidth, FigureUnit::Seconds, 1, units), count(soFar.Needed.Needed),
                               soFar.Needed.Enough ? "enough" : count(soFar.Needed.StillNeeded)});
     }
     return table;
@@ -80,18 +72,20 @@ ReportTable FigureTable(const std::vector<Figure>& figures, const Units& units) 
 }
 
 std::vector<std::string> SectionRow(const std::string& name, const GroupStatistics& group, const Units& units) {
-    const auto mean = [&](Measure measure) { return Value(group.Of[measure].Mean, KindOf(measure).Unit, 1, units); };
+    const auto mean = [&](Measure measure) {
+        return ValueText(group.Of[measure].Mean, KindOf(measure).Unit, 1, units);
+    };
     return {name,
             std::to_string(group.N),
-            Value(group.MeanLength, FigureUnit::Feet, 0, units),
+            ValueText(group.MeanLength, FigureUnit::Feet, 0, units),
             mean(Measure::TravelTime),
-            Value(group.Of[Measure::TravelTime].HalfWidth, FigureUnit::Seconds, 1, units),
+            ValueText(group.Of[Measure::TravelTime].HalfWidth, FigureUnit::Seconds, 1, units),
             mean(Measure::RunningTime),
             mean(Measure::StoppedTime),
-            Value(group.AverageTravelSpeed, FigureUnit::MilesPerHour, 1, units),
-            Value(group.AverageRunningSpeed, FigureUnit::MilesPerHour, 1, units),
-            Value(group.PercentStopped, FigureUnit::Percent, 1, units),
-            Value(group.Of[Measure::Stops].Mean, FigureUnit::None, 2, units)};
+            ValueText(group.AverageTravelSpeed, FigureUnit::MilesPerHour, 1, units),
+            ValueText(group.AverageRunningSpeed, FigureUnit::MilesPerHour, 1, units),
+            ValueText(group.PercentStopped, FigureUnit::Percent, 1, units),
+            ValueText(group.Of[Measure::Stops].Mean, FigureUnit::None, 2, units)};
 }
 
 /// From node to node over the runs; the total is made of whole runs, for intervals do not add up.
@@ -144,59 +138,6 @@ std::vector<std::string> RunRemarks(const ReportData& data) {
                     DelayFigure(without, options).WithInterval(units) + "; " + without.RestsOn.Text() +
                     ". They count above.");
     return lines;
-}
-
-std::string IntervalText(const WelchTest& test, FigureUnit unit, const Units& units) {
-    return test.Low ? Value(test.Low, unit, 1, units) + " to " + Value(test.High, unit, 1, units) : NoFigure;
-}
-
-ReportTable ComparisonTable(const GroupedStatistics& grouped, const Units& units) {
-    ReportTable table;
-    table.Columns = {{"Measure"},        {"Before", Right},   {"After", Right},     {"Difference", Right},
-                     {"Percent", Right}, {"Interval", Right}, {"p (Welch)", Right}, {"p (ranks)", Right}};
-    for (const Measure measure : AllMeasures) {
-        const FigureUnit unit = KindOf(measure).Unit;
-        const Comparison& comparison = grouped.Compared[measure];
-        const WelchTest& test = comparison.Welch;
-        table.Rows.push_back({NamedWithUnit(KindOf(measure).Name, unit, units), Value(test.MeanBefore, unit, 1, units),
-                              Value(test.MeanAfter, unit, 1, units), Value(test.Difference, unit, 1, units),
-                              Value(test.Percent, FigureUnit::Percent, 1, units), IntervalText(test, unit, units),
-                              ProbabilityText(test.P), ProbabilityText(comparison.Ranks.P)});
-    }
-    return table;
-}
-
-ReportTable SectionComparisonTable(const StudyStatistics& statistics, const Units& units) {
-    ReportTable table;
-    table.Columns = {{"Section", TextSide::Left, true},
-                     {"Before (s)", Right},
-                     {"After (s)", Right},
-                     {"Difference (s)", Right},
-                     {"Interval", Right},
-                     {"p (Welch)", Right},
-                     {"p (Holm)", Right}};
-    for (const SectionOverRuns& section : statistics.Sections) {
-        const Comparison& comparison = section.Compared[Measure::TravelTime];
-        const WelchTest& test = comparison.Welch;
-        const auto seconds = [&](std::optional<double> value) { return Value(value, FigureUnit::Seconds, 1, units); };
-        table.Rows.push_back({section.From + " to " + section.To, seconds(test.MeanBefore), seconds(test.MeanAfter),
-                              seconds(test.Difference), IntervalText(test, FigureUnit::Seconds, units),
-                              ProbabilityText(test.P), ProbabilityText(comparison.HolmP)});
-    }
-    return table;
-}
-
-/// What a change that matters to the user takes: runs each way to show a difference as large as the permitted error.
-std::string RunsForDifferenceText(const ReportData& data, const Units& units) {
-    const Comparison& comparison = data.Statistics.Whole.Compared[Measure::TravelTime];
-    const StatisticsOptions& options = data.Statistics.Options;
-    const auto error = ErrorInUnit(options.Error, comparison.Welch.MeanBefore);
-    if (!comparison.Sd || !error) return {};
-    const auto runs = RunsForDifference(*comparison.Sd, *error, options.Confidence);
-    if (!runs) return {};
-    return "To show a difference in travel time of " + ShownNumber(*error, FigureUnit::Seconds, 1, units) +
-           " s with this scatter takes " + std::to_string(*runs) +
-           " runs before and as many after (in 8 of 10 such surveys).";
 }
 
 void AddSections(ReportPages& pages, const ReportData& data, const Units& units) {
@@ -255,15 +196,56 @@ void AddBeforeAfter(ReportPages& pages, const ReportData& data) {
     pages.Skip(SectionGap / 2);
     for (const Measure measure : {Measure::TravelTime, Measure::ControlDelay, Measure::Stops})
         pages.AddText(ComparisonText(whole.Compared[measure], measure, statistics.Options, units), BodyStyle);
-    if (const std::string text = RunsForDifferenceText(data, units); !text.empty()) pages.AddText(text, BodyStyle);
+    if (const std::string text = RunsForDifferenceText(whole.Compared[Measure::TravelTime], statistics.Options, units);
+        !text.empty())
+        pages.AddText(text, BodyStyle);
     pages.Skip(SectionGap / 2);
     AddLines(pages, "Warnings", whole.Warnings);
-    AddTable(pages, ComparisonTable(whole, units));
+    AddTable(pages, ComparisonTable(whole.Compared, units));
     pages.Skip(SectionGap / 2);
     if (!statistics.SectionsComparable || statistics.Sections.size() < 2) return;
     pages.AddHeading("Travel time by section", 4 * pages.Measure().LineHeight(CellStyle) + SectionGap);
-    AddTable(pages, SectionComparisonTable(statistics, units));
+    AddTable(pages, SectionComparisonTable(statistics.Sections, units));
     pages.AddText("p (Holm) is adjusted for the number of sections.", CaptionStyle);
+}
+
+void AddComparison(ReportPages& pages, const std::vector<ConditionStatistics>& conditions,
+                   const StatisticsOptions& options, const Units& units) {
+    ReportTable table;
+    table.Columns = {{"Study", TextSide::Left, true}, {"Rests on", TextSide::Left, true}, {"Travel Time (s)", Right},
+                     {"Control Delay (s)", Right},    {"LOS Grade", TextSide::Centre},    {"Stops", Right}};
+    for (const ConditionStatistics& condition : conditions) {
+        const auto mean = [&](Measure measure) {
+            Figure figure = MeanFigure(condition.Figures, measure, options);
+            figure.Unit = FigureUnit::None;
+            return figure.WithInterval(units);
+        };
+        const auto grades = GradesOf(condition.Figures.Of[Measure::ControlDelay], StudyGrade);
+        table.Rows.push_back({condition.Name, condition.Figures.RestsOn.Text(), mean(Measure::TravelTime),
+                              mean(Measure::ControlDelay), grades ? grades->Text() : NoFigure, mean(Measure::Stops)});
+    }
+    AddTable(pages, table);
+    pages.AddText("Means with their " + ConfidenceText(options.Confidence) + " intervals; the grade over the interval.",
+                  CaptionStyle);
+    for (std::size_t i = 1; i < conditions.size(); ++i) {
+        const ConditionStatistics& condition = conditions[i];
+        pages.Skip(SectionGap);
+        pages.AddHeading(condition.Name + " against " + conditions.front().Name,
+                         8 * pages.Measure().LineHeight(BodyStyle));
+        for (const Measure measure : {Measure::TravelTime, Measure::ControlDelay, Measure::Stops})
+            pages.AddText(ComparisonText(condition.Compared[measure], measure, options, units), BodyStyle);
+        const std::string runs = RunsForDifferenceText(condition.Compared[Measure::TravelTime], options, units);
+        if (!runs.empty()) pages.AddText(runs, BodyStyle);
+        for (const std::string& warning : condition.Warnings) pages.AddText("Warning: " + warning, BodyStyle);
+        pages.Skip(SectionGap / 2);
+        AddTable(pages, ComparisonTable(condition.Compared, units));
+        if (condition.Sections.size() < 2) continue;
+        pages.Skip(SectionGap / 2);
+        AddTable(pages, SectionComparisonTable(condition.Sections, units));
+    }
+    pages.AddText(
+        "p (Welch): of Welch's test; p (ranks): of Mann-Whitney's; p (Holm): adjusted for the number of sections.",
+        CaptionStyle);
 }
 
 }  // namespace vantor

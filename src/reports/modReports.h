@@ -33,6 +33,11 @@ struct ReportChoice {
     bool HasHeadings = true;  ///< the lines of the settings, at the top of every report
 };
 
+/// A comparison of studies as a document of its own; the first is the one that the others are compared with.
+PagedDocument MakeComparisonReport(const std::vector<ConditionStatistics>& conditions, const StatisticsOptions& options,
+                                   const AppSettings& settings, Date printed, const ReportChoice& choice,
+                                   const TextMeasure& measure);
+
 /// The chosen reports as one document. A study without runs has no other pages than those of the summary, and one whose
 /// runs were driven all before or all after has no page that compares them, unless that page alone is chosen.
 /// The drawings need nothing of `data` afterwards.
