@@ -28,7 +28,7 @@ constexpr std::array<const char*, ReportNames.size()> ReportCaptions = {"Co&ver"
                                                                         "Before and &After",
                                                                         "Control &Delay and Running Average",
                                                                         "Speed Pro&files",
-                                                                        "&Method and Grades",
+                                                                        "Method a&nd Grades",
                                                                         "Detailed Statistics by &Run"};
 /// In the order of the zoom list.
 constexpr std::array ZoomSteps = {static_cast<int>(ReportPagesView::FitWidth),
