@@ -85,14 +85,11 @@ public:
             notes.push_back(CountOfNodes(nodes) + ", most runs have " + std::to_string(usualNodes_));
         if (IsCommon()) {
             const Bounds common = CommonOf(run, notes);
-            const bool startCuts = IsInOtherEvent(run, common.StartDist);
-            const bool endCuts = IsInOtherEvent(run, common.EndDist);
-            proposal.CutsOtherEvent = startCuts || endCuts;
-            if (proposal.CutsOtherEvent)
-                notes.push_back(std::string(!endCuts    ? "start"
-                                            : startCuts ? "start and end"
-                                                        : "end") +
-                                " in another slowing");
+            std::vector<std::string> cutting;
+            if (IsInOtherEvent(run, common.StartDist)) cutting.emplace_back("start");
+            if (IsInOtherEvent(run, common.EndDist)) cutting.emplace_back("end");
+            proposal.CutsOtherEvent = !cutting.empty();
+            if (proposal.CutsOtherEvent) notes.push_back(Joined(cutting, " and ") + " in another slowing");
             proposal.Proposed = common;
         }
         if (!IsCommon() && !isFree) proposal.Proposed = OwnOf(run.Found.Events[*run.Found.EventOfNode[index_]]);
