@@ -5,7 +5,8 @@
 
 #include "bench/NeedApplication.h"
 #include "core/forms/PainterCanvas.h"
-#include "plots/Plot.h"
+#include "statistics/OverlayPlot.h"
+#include "statistics/TimeSpacePlot.h"
 
 namespace vantor {
 namespace {
@@ -13,46 +14,56 @@ namespace {
 constexpr int Runs = 200;
 constexpr int Samples = 600;
 
-/// Ways of so many runs over time, with stops of different lengths at the same places, and the names of these places.
-Plot TimeSpace() {
-    Plot plot;
-    plot.Axes.Title = "Time-space diagram";
-    plot.Axes.Across = {"Time (min:s)", {0, Samples}, AxisValues::Minutes};
-    plot.Axes.Up = {"Distance (ft)", {0, 16000}};
-    std::uint32_t noise = 1;
-    const auto random = [&](std::uint32_t most) {
-        noise = noise * 1664525U + 1013904223U;
-        return (noise >> 16) % most;
-    };
-    PlotLines nodes;
-    for (int node = 1; node <= 5; ++node) nodes.Lines.push_back({node * 2500.0, "Node " + std::to_string(node)});
-    plot.Add(nodes);
-    for (int run = 1; run <= Runs; ++run) {
-        PlotTrace trace;
-        trace.Item = run;
-        trace.Pattern = run % 2 == 0 ? LinePattern::Dashed : LinePattern::Solid;
-        double feet = 0;
-        int standing = 0;
-        for (int second = 0; second < Samples; ++second) {
-            const int before = static_cast<int>(feet / 2500);
-            if (standing > 0) {
-                --standing;
-            } else {
-                feet += 30 + random(20);
-                if (static_cast<int>(feet / 2500) > before) standing = static_cast<int>(random(50));
+/// Runs of ten minutes with stops of different lengths at their five nodes, every other one before.
+struct Drives {
+    std::vector<RunRecord> Records;
+    TracedRuns Traced;
+
+    Drives() {
+        std::uint32_t noise = 1;
+        const auto random = [&](std::uint32_t most) {
+            noise = noise * 1664525U + 1013904223U;
+            return static_cast<int>((noise >> 16) % most);
+        };
+        constexpr float SpeedFactor = 3600.0F / 5280;
+        for (int run = 1; run <= Runs; ++run) {
+            RunRecord record;
+            record.Header.CalConstant = 1000;
+            int feet = 0;
+            int nodes = 0;
+            int standing = 0;
+            for (int second = 0; second < Samples; ++second) {
+                const int step = standing > 0 ? 0 : 30 + random(20);
+                standing = std::max(standing - 1, 0);
+                feet += step;
+                const bool isNode = nodes < 5 && feet > (nodes + 1) * 2500;
+                if (isNode) standing = random(50);
+                nodes += isNode ? 1 : 0;
+                record.SampleValues.Append(static_cast<std::int16_t>(step | (isNode ? NodeFlag : 0)));
             }
-            trace.Points.push_back({double(second), feet});
+            MeasuredRun& measured = Traced.Read.Runs.emplace_back();
+            measured.Name = "Run " + std::to_string(run);
+            measured.IsBefore = run % 2 == 0;
+            measured.Measures = MeasureRun(record, SpeedFactor, {5, 10});
+            Traced.Traces.push_back(TraceOf(record, SpeedFactor));
         }
-        plot.Items.push_back({"Run " + std::to_string(run)});
-        plot.Add(std::move(trace));
     }
-    return plot;
+
+    PlottedRuns Plotted() const {
+        PlottedRuns runs;
+        for (std::size_t i = 0; i < Traced.Traces.size(); ++i)
+            runs.push_back({&Traced.Read.Runs[i], &Traced.Traces[i]});
+        return runs;
+    }
+};
+
+Plot TimeSpace() {
+    const Drives drives;
+    return TimeSpacePlot(drives.Plotted(), TimeSpaceClock::FromStart, "Time-space diagram", {});
 }
 
 /// The whole plot drawn anew, as on a change of its zoom.
-void TimeSpaceFrame(benchmark::State& state) {
-    NeedApplication();
-    const Plot plot = TimeSpace();
+void DrawFrames(benchmark::State& state, const Plot& plot) {
     const PlotLook look{.Tolerance = 0.35};  // that of a window
     QImage image(1200, 600, QImage::Format_ARGB32_Premultiplied);
     for (auto _ : state) {
@@ -62,7 +73,30 @@ void TimeSpaceFrame(benchmark::State& state) {
         DrawPlot(canvas, {0, 0, 1200, 600}, plot, look, plot.Whole());
     }
 }
+
+void TimeSpaceFrame(benchmark::State& state) {
+    NeedApplication();
+    DrawFrames(state, TimeSpace());
+}
 BENCHMARK(TimeSpaceFrame)->Unit(benchmark::kMillisecond);
+
+void OverlayFrame(benchmark::State& state) {
+    NeedApplication();
+    const Drives drives;
+    DrawFrames(state, OverlayPlot(drives.Plotted(), true, "Speeds", {}));
+}
+BENCHMARK(OverlayFrame)->Unit(benchmark::kMillisecond);
+
+/// Another choice of what is looked at: both plots are made anew.
+void PlotsOverRuns(benchmark::State& state) {
+    const Drives drives;
+    const PlottedRuns runs = drives.Plotted();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(TimeSpacePlot(runs, TimeSpaceClock::FromStart, "Time-space diagram", {}));
+        benchmark::DoNotOptimize(OverlayPlot(runs, true, "Speeds", {}));
+    }
+}
+BENCHMARK(PlotsOverRuns)->Unit(benchmark::kMillisecond);
 
 /// The run under the mouse.
 void TimeSpacePointing(benchmark::State& state) {

@@ -22,6 +22,7 @@
 #include "gpsobd/forms/LogSelect.h"
 #include "reports/forms/frmReportPreview.h"
 #include "statistics/forms/frmStatisticsOptions.h"
+#include "statistics/forms/frmStudyStatistics.h"
 #include "workspace/forms/frmPrefs.h"
 #include "workspace/forms/frmRunSelect.h"
 #include "workspace/forms/frmStartUp.h"
@@ -85,6 +86,11 @@ void AppScreens::ShowRunFileEditor(int entryIndex) { ShowModal<frmEditRunFile>(*
 void AppScreens::ShowRunStatistics(int entryIndex) { ShowModal<frmRunStatistics>(*context_, entryIndex); }
 
 void AppScreens::ShowDelayChart() { ShowModal<frmContDelayVsAvg>(*context_); }
+StatisticsVisit AppScreens::ShowStudyStatistics(int run) {
+    frmStudyStatistics form(*context_, run);
+    Run(form);
+    return form.Outcome();
+}
 std::optional<StudyChoices> AppScreens::ShowStatisticsOptions(const StudyChoices& choices) {
     return ChosenIn<frmStatisticsOptions>(*context_, choices);
 }

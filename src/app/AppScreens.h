@@ -23,6 +23,7 @@ public:
     void ShowRunFileEditor(int entryIndex) override;
     void ShowRunStatistics(int entryIndex) override;
     void ShowDelayChart() override;
+    StatisticsVisit ShowStudyStatistics(int run) override;
     std::optional<StudyChoices> ShowStatisticsOptions(const StudyChoices& choices) override;
     void ShowReportPreview() override;
     void ShowPreferences() override;

@@ -65,6 +65,12 @@ struct StudyChoices {
     bool operator==(const StudyChoices&) const = default;
 };
 
+/// What came of a visit to the statistics over the runs.
+struct StatisticsVisit {
+    int LastRun = 0;  ///< of the study, from 1, the one selected at the end; 0 for none
+    StudyChoices Choices;
+};
+
 /// What the user chose on the start-up screen.
 enum class StartUpChoice {
     None,  ///< the screen was left: on to the main window

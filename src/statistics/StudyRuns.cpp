@@ -83,8 +83,9 @@ constexpr int ManyRuns = 100;
 /// Reads and measures the runs of a study, of many on two threads: most of the time goes to waiting for the system.
 class RunReader {
 public:
-    RunReader(const Study& study, const FileSystem& files, const std::string& folder, const AppSettings& settings)
-        : study_(study), files_(files), folder_(folder), settings_(settings) {}
+    RunReader(const Study& study, const FileSystem& files, const std::string& folder, const AppSettings& settings,
+              const RunVisitor& visit)
+        : study_(study), files_(files), folder_(folder), settings_(settings), visit_(visit) {}
 
     /// The runs in the order of the study.
     StudyRuns Read(const Progress& progress) {
@@ -131,6 +132,7 @@ private:
         if (!reading || reading.Run.SampleValues.IsEmpty()) return LeftOutRun(number, entry, reading, settings_);
         MeasuredRun run = MeasureStudyRun(reading, entry, settings_, study_.Options.Stops);
         run.Entry = number;
+        if (visit_) visit_(number, reading.Run);
         return run;
     }
 
@@ -138,6 +140,7 @@ private:
     const FileSystem& files_;
     const std::string& folder_;
     const AppSettings& settings_;
+    const RunVisitor& visit_;
     std::atomic<int> next_{1};
     std::atomic<bool> isStopped_{false};
 };
@@ -145,8 +148,8 @@ private:
 }  // namespace
 
 StudyRuns ReadStudyRuns(const Study& study, const FileSystem& files, const std::string& folder,
-                        const AppSettings& settings, const Progress& progress) {
-    StudyRuns result = RunReader(study, files, folder, settings).Read(progress);
+                        const AppSettings& settings, const Progress& progress, const RunVisitor& visit) {
+    StudyRuns result = RunReader(study, files, folder, settings, visit).Read(progress);
     std::ranges::stable_sort(result.Runs, {}, MomentOf);
     NameNodes(result.Runs, study, files, folder);
     return result;

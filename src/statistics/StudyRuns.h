@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -51,9 +52,13 @@ struct StudyRuns {
     bool IsWhole = true;  ///< false when the reading was stopped: then there are none
 };
 
+/// Gets each run that is measured while its samples are at hand, and its entry of the study; each once, but two at a
+/// time.
+using RunVisitor = std::function<void(int entry, const RunRecord& run)>;
+
 /// Reads the runs of a study, one at a time, and measures them with the study's stop speeds.
 StudyRuns ReadStudyRuns(const Study& study, const FileSystem& files, const std::string& folder,
-                        const AppSettings& settings, const Progress& progress = {});
+                        const AppSettings& settings, const Progress& progress = {}, const RunVisitor& visit = {});
 
 /// One run that was read; it must be a run with samples.
 MeasuredRun MeasureStudyRun(const RunReading& reading, const StudyRunEntry& entry, const AppSettings& settings,

@@ -33,6 +33,7 @@
 #include "reports/ReportStudies.h"
 #include "reports/forms/frmReportPreview.h"
 #include "statistics/forms/frmStatisticsOptions.h"
+#include "statistics/forms/frmStudyStatistics.h"
 #include "workspace/forms/frmMain.h"
 #include "workspace/forms/frmPrefs.h"
 #include "workspace/forms/frmRunSelect.h"
@@ -198,6 +199,7 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmEditRunFile", OpenRun<frmEditRunFile>},
         {"frmRunStatistics", OpenRun<frmRunStatistics>},
         {"frmContDelayVsAvg", Opens<frmContDelayVsAvg>()},
+        {"frmStudyStatistics", Opens<frmStudyStatistics>(1)},
         {"frmStatisticsOptions", Opens<frmStatisticsOptions>(StudyChoices{})},
         {"frmReportPreview", Opens<frmReportPreview>()},
         {"frmReadTDC", Opens<frmReadTDC>()},

@@ -89,7 +89,8 @@ public:
     StartUpChoice StartUp = StartUpChoice::None;
     CounterFileChoice CounterFile{"/start/Field Data Files/", "dump"};
     LogChoice Log{"/start/Field Data Files/", "drive", ".gd2"};
-    StudyChoices Options;  ///< of the statistics
+    StudyChoices Options;        ///< of the statistics
+    StatisticsVisit Statistics;  ///< its LastRun is the first
     std::map<int, StudyRunEntry> Proposals;
     ProfileChanges Profiles;      ///< by the speed profile; its LastRun is the first
     RunsForStudy Moved;           ///< in the screen that names runs
@@ -114,6 +115,11 @@ public:
     void ShowRunFileEditor(int) override { Show("frmEditRunFile"); }
     void ShowRunStatistics(int) override { Show("frmRunStatistics"); }
     void ShowDelayChart() override { Show("frmContDelayVsAvg"); }
+    StatisticsVisit ShowStudyStatistics(int run) override {
+        Statistics.LastRun = run;
+        Show("frmStudyStatistics");
+        return Statistics;
+    }
     std::optional<StudyChoices> ShowStatisticsOptions(const StudyChoices&) override {
         return If(Show("frmStatisticsOptions"), Options);
     }

@@ -36,6 +36,9 @@ public:
     virtual void ShowRunStatistics(int entryIndex) = 0;
     /// The control delays of the current study and their running average.
     virtual void ShowDelayChart() = 0;
+    /// The statistics over the runs of the current study, of which `run` is selected to begin with; 0 for none. The
+    /// study is not changed.
+    [[nodiscard]] virtual StatisticsVisit ShowStudyStatistics(int run) = 0;
     /// How the statistics of a study are made, and the lines of its report.
     [[nodiscard]] virtual std::optional<StudyChoices> ShowStatisticsOptions(const StudyChoices& choices) = 0;
     /// The reports on the current study.

@@ -336,14 +336,25 @@ void frmMain::ShowHiddenRuns() {
 }
 
 void frmMain::ShowStatisticsOptions() {
-    Study& study = context_.State.CurrentStudy;
+    const Study& study = context_.State.CurrentStudy;
     const auto choices = context_.OtherScreens.ShowStatisticsOptions({study.Options, study.Lines});
-    if (!choices || *choices == StudyChoices{study.Options, study.Lines}) return;
+    if (choices) TakeChoices(*choices);
+}
+
+void frmMain::TakeChoices(const StudyChoices& choices) {
+    Study& study = context_.State.CurrentStudy;
+    if (choices == StudyChoices{study.Options, study.Lines}) return;
     ChangeStudy(QStringLiteral("Statistics Options"), [&] {
-        study.Options = choices->Options;
-        study.Lines = choices->Lines;
+        study.Options = choices.Options;
+        study.Lines = choices.Lines;
         context_.State.StudyUnchanged = false;
     });
+}
+
+void frmMain::ShowStatisticsInDetail() {
+    const StatisticsVisit visit = context_.OtherScreens.ShowStudyStatistics(vaRunList_->ActiveRun());
+    TakeChoices(visit.Choices);
+    if (visit.LastRun > 0 && visit.LastRun != vaRunList_->ActiveRun()) vaRunList_->SelectRuns(visit.LastRun, 1);
 }
 
 void frmMain::ShowStudyStatistics() {

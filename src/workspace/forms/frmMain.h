@@ -127,6 +127,8 @@ private:
     void ShowHiddenRuns();
     void ShowStatisticsOptions();
     void ShowStudyStatistics();
+    void ShowStatisticsInDetail();
+    void TakeChoices(const StudyChoices& choices);
     void ShowHelpTopics();
     void OpenSupportSite();
     void ShowAbout();

@@ -1,0 +1,347 @@
+#include "statistics/StatisticsTables.h"
+
+#include <algorithm>
+
+#include "core/Numeric.h"
+#include "core/Text.h"
+#include "statistics/Figure.h"
+
+namespace vantor {
+namespace {
+
+std::string WithUnit(const std::string& name, FigureUnit unit, const Units& units) {
+    const std::string label = UnitLabel(unit, units);
+    return label.empty() ? name : name + " (" + label + ")";
+}
+
+StatisticsCell Cell(std::optional<double> value, FigureUnit unit, int decimals, const Units& units) {
+    if (!value) return {NoValueText};
+    return {ShownNumber(*value, unit, decimals, units), value};
+}
+
+StatisticsCell TextCell(std::string text, std::string note = {}) {
+    return {std::move(text), {}, false, std::move(note)};
+}
+
+StatisticsCell CountCell(int count) { return {std::to_string(count), count}; }
+
+StatisticsCell ProbabilityCell(std::optional<double> p) {
+    return {ProbabilityText(p), p && *p >= 0.001 ? p : std::nullopt};
+}
+
+/// The value with its interval, without the unit, which the row's name has: "203.0 ± 16.3", "26.7 (24.7 to 29.0)".
+StatisticsCell FigureCell(const Figure& figure, const Units& units) {
+    StatisticsCell cell = Cell(figure.Value, figure.Unit, figure.Decimals, units);
+    cell.IsWeak = figure.Value && figure.IsWeak;
+    cell.Note = figure.Remarks();
+    if (!figure.Value || !figure.Low) return cell;
+    const auto number = [&](double value) { return ShownNumber(value, figure.Unit, figure.Decimals, units); };
+    cell.Number.reset();
+    if (figure.HalfWidth)
+        cell.Text += " ± " + number(*figure.HalfWidth);
+    else
+        cell.Text += " (" + number(*figure.Low) + " to " + number(*figure.High) + ")";
+    cell.Note = "interval " + figure.Interval(units) + "; " + cell.Note;
+    return cell;
+}
+
+/// What stands in the last column: what qualifies the figure, but for what all figures rest on.
+std::string RemarksOf(const Figure& figure) {
+    std::vector<std::string> remarks = figure.Conditions;
+    remarks.insert(remarks.end(), figure.Warnings.begin(), figure.Warnings.end());
+    return Joined(remarks, "; ");
+}
+
+struct Column {
+    std::string Head;
+    const GroupStatistics* Group;
+};
+
+/// Rows of the same figure of each group.
+class SummaryRows {
+public:
+    SummaryRows(StatisticsTable& table, std::vector<Column> columns, const StatisticsOptions& options,
+                const Units& units)
+        : table_(table), columns_(std::move(columns)), options_(options), units_(units) {
+        table_.Heads = {"Figure"};
+        for (const Column& column : columns_) table_.Heads.push_back(column.Head);
+        table_.Heads.emplace_back("Remarks");
+        table_.LastIsText = true;
+    }
+
+    template <class Make>
+    void AddFigure(Make make) {
+        const Figure first = make(*columns_.front().Group);
+        auto& row = Begin(WithUnit(first.Name, first.Unit, units_));
+        for (const Column& column : columns_) row.push_back(FigureCell(make(*column.Group), units_));
+        row.push_back({RemarksOf(first)});
+    }
+    template <class Make>
+    void AddFigures(Make make) {
+        const std::size_t count = make(*columns_.front().Group).size();
+        for (std::size_t i = 0; i < count; ++i) AddFigure([&](const GroupStatistics& group) { return make(group)[i]; });
+    }
+    template <class Text>
+    void AddText(const std::string& name, Text text, const std::string& remark = {}) {
+        auto& row = Begin(name);
+        for (const Column& column : columns_) row.push_back(text(*column.Group));
+        row.push_back({remark});
+    }
+
+private:
+    std::vector<StatisticsCell>& Begin(const std::string& name) { return table_.Rows.emplace_back(1, TextCell(name)); }
+
+    StatisticsTable& table_;
+    std::vector<Column> columns_;
+    const StatisticsOptions& options_;
+    const Units& units_;
+};
+
+StatisticsCell NeededCell(const GroupStatistics& group, Measure measure, const StatisticsOptions& options,
+                          const Units& units) {
+    const RunsNeeded& needed = group.Needed[measure];
+    const std::string sentence = RunsNeededText(group, measure, options, units);
+    if (!needed.Needed) return TextCell(NoValueText, sentence);
+    const std::string count = std::to_string(*needed.Needed) + ", ";
+    if (*needed.StillNeeded > 0) return TextCell(count + std::to_string(*needed.StillNeeded) + " more", sentence);
+    return TextCell(count + (needed.Enough ? "enough" : "0 more"), sentence);
+}
+
+void AddNeeded(SummaryRows& rows, const GroupStatistics& all, const StatisticsOptions& options, const Units& units) {
+    const std::string remark =
+        all.N < FewRuns ? "fewer than " + std::to_string(FewRuns) + " runs are never called enough" : std::string();
+    for (const Measure measure : {Measure::TravelTime, Measure::ControlDelay, Measure::TravelSpeed}) {
+        const std::string name = "Runs for ±" + PermittedErrorText(ErrorOf(measure, options), measure, units) + " of " +
+                                 FoldCase(KindOf(measure).Name);
+        rows.AddText(
+            name, [&](const GroupStatistics& group) { return NeededCell(group, measure, options, units); }, remark);
+    }
+}
+
+StatisticsCell GradeCell(const GroupStatistics& group, const GradeScale& scale) {
+    const Summary& delay = group.Of[Measure::ControlDelay];
+    const auto grades = GradesOf(delay, scale);
+    if (!grades) return {NoValueText};
+    const std::string mean(1, grades->OfMean);
+    const std::string value = FixedDecimals(*delay.Mean, DecimalsBesideGrade(*delay.Mean, 1, scale)) + " s is " + mean;
+    if (!delay.HalfWidth) return TextCell(mean, value);
+    return TextCell(mean + " (" + grades->Text() + ")", value + "; over its interval " + grades->Text());
+}
+
+StatisticsCell StreetCell(const GroupStatistics& group, const StatisticsOptions& options) {
+    if (!group.AverageTravelSpeed || !options.FreeFlowSpeed) return {NoValueText};
+    const auto grade = UrbanStreetGrade(*group.AverageTravelSpeed, *options.FreeFlowSpeed);
+    if (!grade) return {NoValueText};
+    const std::string mean(1, *grade);
+    if (!group.SpeedLow) return TextCell(mean);
+    const auto slow = UrbanStreetGrade(*group.SpeedLow, *options.FreeFlowSpeed);
+    const auto fast = UrbanStreetGrade(*group.SpeedHigh, *options.FreeFlowSpeed);
+    const GradeSpan span{*grade, *fast, *slow};
+    return TextCell(mean + " (" + span.Text() + ")");
+}
+
+void AddGrades(SummaryRows& rows, const GroupStatistics& all, const StatisticsOptions& options, const Units& units) {
+    const auto& delay = all.Of[Measure::ControlDelay].Mean;
+    const auto add = [&](const char* name, const GradeScale& scale, const std::string& remark) {
+        rows.AddText(
+            name, [&](const GroupStatistics& group) { return GradeCell(group, scale); }, remark);
+    };
+    add("Grade of the study's scale", StudyGrade, delay ? GradeFootnote(*delay) : std::string());
+    add("Grade, signals (HCM 6, 7)", SignalGrade, "of the mean of these runs; the manual grades all vehicles");
+    add("Grade, stop control and roundabouts (HCM 6, 7)", StopGrade, "a run's delay at a roundabout holds the curve's");
+    if (options.GradeLimits)
+        add("Grade by your own limits", [&](double value) { return OwnGrade(value, *options.GradeLimits); }, {});
+    rows.AddText(
+        "Grade, urban street (HCM 6, 7)", [&](const GroupStatistics& group) { return StreetCell(group, options); },
+        options.FreeFlowSpeed
+            ? "by travel speed and a base speed of " +
+                  ShownNumber(*options.FreeFlowSpeed, FigureUnit::MilesPerHour, 1, units) + " " + units.SpeedLabel()
+            : "no free-flow speed entered");
+}
+
+StatisticsCell OutlierCell(const GroupStatistics& group) {
+    if (!group.Outlier) return {NoValueText};
+    const std::string g = FixedDecimals(group.Outlier->G, 3);
+    const std::string critical = FixedDecimals(group.Outlier->Critical, 3);
+    if (!group.Outlier->IsOutlier())
+        return TextCell(group.FarthestRun + ", no outlier", "G " + g + " is not above " + critical);
+    return TextCell(group.FarthestRun + ", an outlier",
+                    "G " + g + " is above " + critical + ": look at the run before you set it aside");
+}
+
+StatisticsCell MedianCell(const GroupStatistics& group, const Units& units) {
+    const auto seconds = [&](double value) { return ShownNumber(value, FigureUnit::Seconds, 1, units); };
+    StatisticsCell cell = Cell(group.Of[Measure::TravelTime].Median, FigureUnit::Seconds, 1, units);
+    if (!group.MedianTime) return cell;
+    const MedianInterval& between = *group.MedianTime;
+    return TextCell(cell.Text + " (" + seconds(between.Low) + " to " + seconds(between.High) + ")",
+                    FixedDecimals(between.Coverage, 1) + " % whatever the distribution");
+}
+
+std::vector<StatisticsCell> SectionRow(const std::string& name, const GroupStatistics& group,
+                                       const StatisticsOptions& options, const Units& units) {
+    const auto mean = [&](Measure measure, int decimals) {
+        return Cell(group.Of[measure].Mean, KindOf(measure).Unit, decimals, units);
+    };
+    const auto percentile = [&](std::optional<double> value) {
+        if (group.N >= LeastForPercentiles) return Cell(value, FigureUnit::Seconds, 1, units);
+        return TextCell(NoValueText, "fewer than " + std::to_string(LeastForPercentiles) + " runs");
+    };
+    const auto needed = group.Needed[Measure::TravelTime].Needed;
+    StatisticsCell runs = needed ? CountCell(*needed) : StatisticsCell{NoValueText};
+    runs.Note = RunsNeededText(group, Measure::TravelTime, options, units);
+    return {TextCell(name),
+            CountCell(group.N),
+            Cell(group.MeanLength, FigureUnit::Feet, 0, units),
+            mean(Measure::TravelTime, 1),
+            Cell(group.Of[Measure::TravelTime].HalfWidth, FigureUnit::Seconds, 1, units),
+            mean(Measure::RunningTime, 1),
+            mean(Measure::StoppedTime, 1),
+            Cell(group.AverageTravelSpeed, FigureUnit::MilesPerHour, 1, units),
+            Cell(group.AverageRunningSpeed, FigureUnit::MilesPerHour, 1, units),
+            Cell(group.PercentStopped, FigureUnit::Percent, 2, units),
+            mean(Measure::Stops, 2),
+            percentile(group.Times.P50),
+            percentile(group.Times.P85),
+            runs};
+}
+
+StatisticsCell IntervalCell(const WelchTest& test, FigureUnit unit, const Units& units) {
+    if (!test.Low) return {NoValueText};
+    return TextCell(ShownNumber(*test.Low, unit, 1, units) + " to " + ShownNumber(*test.High, unit, 1, units));
+}
+
+std::vector<StatisticsCell> ComparedRow(const std::string& name, const Comparison& each, Measure measure,
+                                        const StatisticsOptions& options, const Units& units) {
+    const WelchTest& test = each.Welch;
+    const FigureUnit unit = KindOf(measure).Unit;
+    const auto value = [&](std::optional<double> number) { return Cell(number, unit, 1, units); };
+    StatisticsCell ranks = ProbabilityCell(each.Ranks.P);
+    if (each.Ranks.SmallestP)
+        ranks.Note = std::string(each.Ranks.Exact ? "exact" : "normal approximation") +
+                     "; the smallest that groups of these sizes can give is " + ProbabilityText(each.Ranks.SmallestP);
+    StatisticsCell first = TextCell(name, ComparisonText(each, measure, options, units));
+    StatisticsCell welch = ProbabilityCell(test.P);
+    if (test.T)
+        welch.Note = "t " + FixedDecimals(*test.T, 3) + ", " + FixedDecimals(*test.Df, 2) + " degrees of freedom";
+    return {first,
+            CountCell(test.NBefore),
+            value(test.MeanBefore),
+            CountCell(test.NAfter),
+            value(test.MeanAfter),
+            value(test.Difference),
+            Cell(test.Percent, FigureUnit::Percent, 1, units),
+            IntervalCell(test, unit, units),
+            welch,
+            ranks,
+            value(each.Ranks.Shift)};
+}
+
+std::vector<std::string> ComparedHeads(const char* first, const StatisticsOptions& options) {
+    return {first,       "n before",         "Before",  "n after",
+            "After",     "Difference",       "Percent", ConfidenceText(options.Confidence) + " interval",
+            "p (Welch)", "p (Mann-Whitney)", "Shift"};
+}
+
+}  // namespace
+
+std::vector<SheetRow> SheetOf(const StatisticsTable& table) {
+    std::vector<SheetRow> rows;
+    SheetRow& heads = rows.emplace_back();
+    for (const std::string& head : table.Heads) heads.push_back({head});
+    for (const auto& cells : table.Rows) {
+        SheetRow& row = rows.emplace_back();
+        for (const StatisticsCell& cell : cells)
+            row.push_back({cell.Text == NoValueText ? std::string() : cell.Text, cell.Number.has_value()});
+    }
+    return rows;
+}
+
+StatisticsTable SummaryTable(const GroupedStatistics& whole, const StatisticsOptions& options, const std::string& what,
+                             const Units& units) {
+    StatisticsTable table;
+    std::vector<Column> columns{{what, &whole.All}};
+    if (whole.HasBoth()) {
+        columns.push_back({"Before", &whole.Before});
+        columns.push_back({"After", &whole.After});
+    }
+    SummaryRows rows(table, columns, options, units);
+    if (whole.All.N == 0) return table;
+    rows.AddText("Runs",
+                 [](const GroupStatistics& group) { return TextCell(std::to_string(group.N), group.RestsOn.Text()); });
+    for (const Measure measure : AllMeasures)
+        rows.AddFigure([&](const GroupStatistics& group) { return MeanFigure(group, measure, options); });
+    rows.AddText(
+        "Median travel time (s)", [&](const GroupStatistics& group) { return MedianCell(group, units); },
+        whole.All.MedianTime ? FixedDecimals(whole.All.MedianTime->Coverage, 1) + " % whatever the distribution"
+                             : std::string());
+    rows.AddFigures([&](const GroupStatistics& group) { return SpeedFigures(group, options, units); });
+    AddNeeded(rows, whole.All, options, units);
+    AddGrades(rows, whole.All, options, units);
+    rows.AddFigures([&](const GroupStatistics& group) { return ReliabilityFigures(group, options); });
+    rows.AddText("Farthest from the mean travel time (Grubbs)", OutlierCell,
+                 whole.All.Outlier ? std::string() : "from " + std::to_string(LeastForGrubbs) + " runs that scatter");
+    return table;
+}
+
+StatisticsTable SectionsTable(const std::vector<SectionOverRuns>& sections, const GroupStatistics& total,
+                              const StatisticsOptions& options, const Units& units) {
+    StatisticsTable table;
+    const std::string speed = units.SpeedLabel();
+    table.Heads = {"Section",
+                   "n",
+                   std::string("Length (") + units.LengthLabel() + ")",
+                   "Travel time (s)",
+                   "± (s)",
+                   "Running (s)",
+                   "Stopped (s)",
+                   "Travel " + speed,
+                   "Running " + speed,
+                   "Stopped (%)",
+                   "Stops",
+                   "P50 (s)",
+                   "P85 (s)",
+                   "Runs needed"};
+    if (total.N == 0) return table;
+    for (const SectionOverRuns& section : sections)
+        table.Rows.push_back(SectionRow(section.From + " - " + section.To, section.All, options, units));
+    table.Rows.push_back(SectionRow("Whole run", total, options, units));
+    table.HasTotal = true;
+    return table;
+}
+
+StatisticsTable ComparedTable(const GroupedStatistics& whole, const StatisticsOptions& options, const Units& units) {
+    StatisticsTable table;
+    table.Heads = ComparedHeads("Measure", options);
+    if (!whole.HasBoth()) return table;
+    for (const Measure measure : AllMeasures) {
+        const MeasureKind& kind = KindOf(measure);
+        table.Rows.push_back(
+            ComparedRow(WithUnit(kind.Name, kind.Unit, units), whole.Compared[measure], measure, options, units));
+    }
+    return table;
+}
+
+StatisticsTable ComparedSectionsTable(const std::vector<SectionOverRuns>& sections, const StatisticsOptions& options,
+                                      const Units& units) {
+    StatisticsTable table;
+    table.Heads = ComparedHeads("Section, travel time (s)", options);
+    table.Heads.emplace_back("p (Holm)");
+    for (const SectionOverRuns& section : sections) {
+        const Comparison& times = section.Compared[Measure::TravelTime];
+        table.Rows.push_back(
+            ComparedRow(section.From + " - " + section.To, times, Measure::TravelTime, options, units));
+        table.Rows.back().push_back(ProbabilityCell(times.HolmP));
+    }
+    return table;
+}
+
+std::string RunsForDifferenceText(std::optional<double> sd, double seconds, double confidence) {
+    if (!sd || *sd <= 0) return "no number is known: there is no scatter, which takes two runs that differ";
+    const auto runs = RunsForDifference(*sd, seconds, confidence);
+    if (!runs) return "more than " + std::to_string(MostRunsNeeded) + " runs";
+    const std::string count = std::to_string(*runs);
+    return "with this scatter " + count + " runs before and " + count + " after, in 8 of 10 such surveys";
+}
+
+}  // namespace vantor

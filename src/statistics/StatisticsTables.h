@@ -1,0 +1,49 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/Csv.h"
+#include "core/Units.h"
+#include "statistics/StudyStatistics.h"
+
+namespace vantor {
+
+struct StatisticsCell {
+    std::string Text;
+    std::optional<double> Number = {};  ///< that the text shows; it goes to the right, and out as a number
+    bool IsWeak = false;                ///< shown greyed; its note says why
+    std::string Note = {};              ///< what qualifies it
+};
+
+/// A table of a screen over the runs of a study; what is not defined is NoValueText.
+struct StatisticsTable {
+    std::vector<std::string> Heads;
+    std::vector<std::vector<StatisticsCell>> Rows;
+    bool HasTotal = false;    ///< the last row
+    bool LastIsText = false;  ///< the last column holds remarks, no figures
+};
+
+/// To go out to a spreadsheet, where what is not defined is an empty field.
+std::vector<SheetRow> SheetOf(const StatisticsTable& table);
+
+/// The figures of all runs, and of those before and after beside them where there are both. `what` heads the first
+/// column of figures.
+StatisticsTable SummaryTable(const GroupedStatistics& whole, const StatisticsOptions& options, const std::string& what,
+                             const Units& units);
+
+/// From node to node over runs with the same number of nodes; `total` are their whole runs, for intervals do not add.
+StatisticsTable SectionsTable(const std::vector<SectionOverRuns>& sections, const GroupStatistics& total,
+                              const StatisticsOptions& options, const Units& units);
+
+/// Each measure before against after, and the travel times section by section.
+StatisticsTable ComparedTable(const GroupedStatistics& whole, const StatisticsOptions& options, const Units& units);
+StatisticsTable ComparedSectionsTable(const std::vector<SectionOverRuns>& sections, const StatisticsOptions& options,
+                                      const Units& units);
+
+/// How many runs show a difference of so many seconds in travel time that scatters like this: "with this scatter 16
+/// runs before and 16 after, in 8 of 10 such surveys"; why no number is known, as a sentence.
+std::string RunsForDifferenceText(std::optional<double> sd, double seconds, double confidence);
+
+}  // namespace vantor

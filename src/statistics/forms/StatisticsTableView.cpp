@@ -1,0 +1,65 @@
+#include "statistics/forms/StatisticsTableView.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QScrollBar>
+
+#include "core/forms/Accessible.h"
+#include "core/forms/Named.h"
+
+namespace vantor {
+
+StatisticsTableView::StatisticsTableView(QWidget* parent) : Table(parent) {
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    horizontalHeader()->setSectionsClickable(false);
+}
+
+void StatisticsTableView::Show(StatisticsTable table) {
+    shown_ = std::move(table);
+    QStringList heads;
+    for (const std::string& head : shown_.Heads) heads += ToQt(head);
+    SetColumns(heads);
+    BeginFilling();
+    for (const auto& cells : shown_.Rows) {
+        const int row = AddRow();
+        for (int column = 0; column < static_cast<int>(cells.size()); ++column) {
+            const StatisticsCell& cell = cells[static_cast<std::size_t>(column)];
+            SetText(row, column, ToQt(cell.Text));
+            if (!cell.Note.empty()) SetCellNote(*item(row, column), ToQt(cell.Note));
+        }
+    }
+    ShowLooks();
+    EndFilling();
+    setSortingEnabled(false);
+}
+
+void StatisticsTableView::ShowLooks() {
+    const int lastFigure = columnCount() - (shown_.LastIsText ? 2 : 1);
+    for (int column = 1; column <= lastFigure; ++column)
+        horizontalHeaderItem(column)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    for (int row = 0; row < rowCount(); ++row) {
+        const auto& cells = shown_.Rows[static_cast<std::size_t>(row)];
+        const bool isTotal = shown_.HasTotal && row + 1 == rowCount();
+        for (int column = 0; column < static_cast<int>(cells.size()); ++column) {
+            QTableWidgetItem& cell = *item(row, column);
+            if (column > 0 && column <= lastFigure) cell.setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            if (cells[static_cast<std::size_t>(column)].IsWeak)
+                cell.setForeground(palette().color(QPalette::Disabled, QPalette::Text));
+            QFont font = this->font();
+            font.setBold(isTotal);
+            cell.setFont(font);
+        }
+    }
+}
+
+void StatisticsTableView::NeedRows(int rows) {
+    setMinimumHeight(horizontalHeader()->sizeHint().height() + rows * verticalHeader()->defaultSectionSize() +
+                     horizontalScrollBar()->sizeHint().height() + 2 * frameWidth());
+}
+
+void StatisticsTableView::changeEvent(QEvent* event) {
+    Table::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) ShowLooks();
+}
+
+}  // namespace vantor
