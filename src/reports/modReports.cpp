@@ -52,8 +52,8 @@ PagedDocument MakeComparisonReport(const std::vector<ConditionStatistics>& condi
 }
 
 PagedDocument MakeReport(const ReportData& data, const ReportChoice& choice, const TextMeasure& measure) {
-    constexpr std::array Contents = {AddCover,      AddStudySummary,  AddStatistics, AddBeforeAfter,
-                                     AddDelayChart, AddSpeedProfiles, AddMethod,     AddRunStatistics};
+    constexpr std::array Contents = {AddCover,     AddStudySummary,  AddStatistics, AddBeforeAfter,  AddDelayChart,
+                                     AddTimeSpace, AddSpeedProfiles, AddMethod,     AddRunStatistics};
     static_assert(Contents.size() == ReportNames.size());
     const std::string study(Trim(data.Contents.Record.StudyName));
     const RememberingMeasure remembering(measure);

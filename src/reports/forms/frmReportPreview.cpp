@@ -27,6 +27,7 @@ constexpr std::array<const char*, ReportNames.size()> ReportCaptions = {"Co&ver"
                                                                         "S&tatistics over Runs",
                                                                         "Before and &After",
                                                                         "Control &Delay and Running Average",
+                                                                        "Time-Space D&iagram and Speeds",
                                                                         "Speed Pro&files",
                                                                         "Method a&nd Grades",
                                                                         "Detailed Statistics by &Run"};
