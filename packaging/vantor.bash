@@ -42,9 +42,12 @@ _vantor() {
         'study bounds') options='--start-dist --end-dist --ideal-speed --all' files='ld2' ;;
         'study export') options='--output' files='ld2' output='@(xls|xlsx|csv)' ;;
         'study chart') options='--output --counted' files='ld2' output='@(png|svg|pdf)' ;;
-        'study report') options='--output --paper --landscape --only' files='ld2' output='pdf' ;;
-        'study statistics' | 'study compare')
+        'study report') options='--output --paper --landscape --no-headings --only' files='ld2' output='pdf' ;;
+        'study statistics')
             options='--confidence --error --error-speed --stop --go --free-flow' files='ld2'
+            ;;
+        'study compare')
+            options='--output --confidence --error --error-speed --stop --go --free-flow' files='ld2' output='pdf'
             ;;
         *) options='--theme' files='ld2' ;;
     esac
