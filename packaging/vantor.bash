@@ -21,7 +21,7 @@ _vantor() {
         'run ') commands='show convert delay stats despike smooth' ;;
         'counter ') commands='studies convert check' ;;
         'log ') commands='show convert' ;;
-        'study ') commands='new show compute bounds export chart report statistics compare' ;;
+        'study ') commands='new show compute bounds export chart report propose statistics compare' ;;
         'settings show') ;;
         'run show') options='--samples' files='@(rd2|rdf)' ;;
         'run convert') files='rdf' ;;
@@ -42,9 +42,13 @@ _vantor() {
         'study bounds') options='--start-dist --end-dist --ideal-speed --all' files='ld2' ;;
         'study export') options='--output' files='ld2' output='@(xls|xlsx|csv)' ;;
         'study chart') options='--output --counted' files='ld2' output='@(png|svg|pdf)' ;;
-        'study report') options='--output --paper --landscape --only' files='ld2' output='pdf' ;;
-        'study statistics' | 'study compare')
+        'study report') options='--output --paper --landscape --no-headings --only' files='ld2' output='pdf' ;;
+        'study propose') options='--node --common --apply' files='ld2' ;;
+        'study statistics')
             options='--confidence --error --error-speed --stop --go --free-flow' files='ld2'
+            ;;
+        'study compare')
+            options='--output --confidence --error --error-speed --stop --go --free-flow' files='ld2' output='pdf'
             ;;
         *) options='--theme' files='ld2' ;;
     esac
@@ -59,7 +63,7 @@ _vantor() {
         --theme) values='light dark' ;;
         --gaps) values='speed' ;;
         --paper) values='letter a4' ;;
-        --only) values='summary statistics profiles chart' ;;
+        --only) values='cover summary overall before-after chart time-space profiles method statistics' ;;
         --confidence | --error | --error-speed | --stop | --go | --free-flow) return ;;
         --factor | --start-dist | --end-dist | --start-sample | --end-sample | --ideal-speed | --stop-speed) return ;;
     esac

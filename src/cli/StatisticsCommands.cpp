@@ -8,6 +8,7 @@
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/modMain.h"
+#include "reports/modReports.h"
 
 namespace vantor {
 namespace {
@@ -118,7 +119,11 @@ int ShowStatistics(CommandContext& context, const std::string& path, const Given
     return status;
 }
 
-int CompareStudies(CommandContext& context, const std::vector<std::string>& paths, const GivenOptions& given) {
+int CompareStudies(CommandContext& context, const std::vector<std::string>& paths, const std::string& output,
+                   const GivenOptions& given) {
+    if (!output.empty() &&
+        !context.TakesOutput(output, HasExtension(output, ".pdf"), "Give the report a name that ends in .pdf."))
+        return WrongUsage;
     std::optional<StatisticsOptions> options;
     std::vector<Condition> conditions;
     ExitStatus status = Done;
@@ -139,7 +144,11 @@ int CompareStudies(CommandContext& context, const std::vector<std::string>& path
     }
     if (!context.Work(1, 1)) return Stopped;
     const auto compared = CompareConditions(conditions, *options);
-    if (context.AsJson)
+    if (!output.empty()) {
+        const PagedDocument document = MakeComparisonReport(compared, *options, context.State.Settings,
+                                                            context.Time.Now(), {}, context.Documents.Measure());
+        context.PutOutput(output, context.Documents.Pdf(document), {{"pages", document.Pages.size()}});
+    } else if (context.AsJson)
         context.Print(ConditionsAsJson(compared, *options));
     else
         PrintConditions(context, compared, *options);
@@ -166,13 +175,15 @@ void AddStatisticsCommands(CLI::App& studyGroup, CommandAction& chosen) {
     statistics.add_option("FILE", *path, "A study file (.ld2)")->required();
     AddOptions(statistics, given);
 
+    const auto output = std::make_shared<std::string>();
     const auto givenToCompare = std::make_shared<GivenOptions>();
     CLI::App& compare =
         AddCommand(studyGroup, chosen, "compare", "Compare studies, each with the first",
-                   [=](CommandContext& context) { return CompareStudies(context, *paths, *givenToCompare); });
+                   [=](CommandContext& context) { return CompareStudies(context, *paths, *output, *givenToCompare); });
     compare.add_option("FILE", *paths, "Two study files (.ld2) or Study Group folders, or more")
         ->required()
         ->expected(2, 1000);
+    compare.add_option("--output", *output, "Write the comparison as a report (.pdf); - is standard output");
     AddOptions(compare, givenToCompare);
 }
 

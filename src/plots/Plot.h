@@ -30,7 +30,7 @@ struct Plot {
     PlotAxes Axes;
     std::vector<std::shared_ptr<const PlotPart>> Parts;
     std::vector<PlotItem> Items;  ///< item 1 first: parts number them from 1, in the order in which keys go
-    std::string EmptyText;        ///< stands in its area where it is not empty
+    std::string EmptyText;        ///< stands in its area, or in a window in its place, where it is not empty
     std::string ProblemText;      ///< begins what a window says when a place does not fit into 16 bits
     bool ZoomsUp = true;          ///< the upright axis, too
     std::shared_ptr<const PlotFrame> WholeFrame;

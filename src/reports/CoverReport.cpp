@@ -106,7 +106,7 @@ void AddCover(ReportPages& pages, const ReportData& data) {
     AddFact(pages, "Study", record.StudyName);
     AddFact(pages, "Direction", ItemText(DirectionItems, record.Direction));
     AddFact(pages, "Critical lane", ItemText(CritLaneItems, record.CritLane));
-    AddFact(pages, "Driven on", DaysText(data.Measured));
+    AddFact(pages, "Driven on", DaysText(data.Measured.Read));
     AddFact(pages, "Between", HoursText(data.Statistics.Whole.All.RestsOn));
     AddFact(pages, "Runs", RunsText(data));
     AddFact(pages, "Weather", data.Contents.Lines.Weather);

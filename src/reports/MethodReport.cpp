@@ -102,7 +102,7 @@ std::string StopsText(const ReportData& data) {
 
 std::string CorridorWarning(const ReportData& data) {
     std::size_t most = 0;
-    for (const MeasuredRun& run : data.Measured.Runs) {
+    for (const MeasuredRun& run : data.Measured.Read.Runs) {
         if (!run.IsCounted) continue;
         const StudyRunEntry& entry = data.Contents.Entries[run.Entry];
         const auto within = std::ranges::count_if(run.Measures.NodeDistances, [&](std::int32_t feet) {

@@ -14,6 +14,11 @@ void AddCover(ReportPages& pages, const ReportData& data);
 void AddStatistics(ReportPages& pages, const ReportData& data);
 /// What changed between the runs before and those after.
 void AddBeforeAfter(ReportPages& pages, const ReportData& data);
+/// Several studies, each against the first.
+void AddComparison(ReportPages& pages, const std::vector<ConditionStatistics>& conditions,
+                   const StatisticsOptions& options, const Units& units);
+/// The ways of all runs with their nodes, and their speeds lined up at the nodes.
+void AddTimeSpace(ReportPages& pages, const ReportData& data);
 /// How the figures come about, with a drawing, and the scales of the grades.
 void AddMethod(ReportPages& pages, const ReportData& data);
 /// The study's fields, its results and the table of its runs.

@@ -44,7 +44,7 @@ ReportRun LoadRun(ReportData& data, int number, const FileSystem& files, const s
 
 void ComputeStatistics(ReportData& data) {
     const StatisticsOptions& options = data.Contents.Options;
-    const std::vector<MeasuredRun>& runs = data.Measured.Runs;
+    const std::vector<MeasuredRun>& runs = data.Measured.Read.Runs;
     data.Statistics = ComputeStatistics(runs, options);
     const std::vector<MeasuredRun> kept = WithoutSetAside(runs);
     if (kept.size() != runs.size()) data.WithoutSetAside = ComputeStatistics(kept, options);
@@ -81,7 +81,7 @@ ReportData LoadReportData(const Study& study, const AppSettings& settings, const
     data.WithoutWarned = AverageWithoutWarned(rows);
     data.OtherThresholds = OtherThresholds(rows);
     data.StopDelayNow = AverageStopDelayNow(rows);
-    data.Measured = ReadStudyRuns(study, files, folder, settings);
+    data.Measured = ReadTracedRuns(study, files, folder, settings);
     ComputeStatistics(data);
     return data;
 }

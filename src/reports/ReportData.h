@@ -11,6 +11,7 @@
 #include "core/StudyRecords.h"
 #include "core/ports/Clock.h"
 #include "plots/ReportProfile.h"
+#include "statistics/RunTraces.h"
 #include "statistics/StudyStatistics.h"
 
 namespace vantor {
@@ -38,7 +39,7 @@ struct ReportData {
     std::string OtherThresholds;               ///< as the function of that name says it
     std::optional<std::int32_t> StopDelayNow;  ///< the average at the threshold that is printed
 
-    StudyRuns Measured;
+    TracedRuns Measured;         ///< all runs that can be read, in the order driven
     StudyStatistics Statistics;  ///< over all runs that can be read
     /// The same without the runs that are set aside; nothing where none is.
     std::optional<StudyStatistics> WithoutSetAside;

@@ -28,21 +28,36 @@ private:
     mutable std::map<std::pair<double, bool>, std::unordered_map<std::string, double>> widths_;
 };
 
-}  // namespace
-
-PagedDocument MakeReport(const ReportData& data, const ReportChoice& choice, const TextMeasure& measure) {
-    constexpr std::array Contents = {AddCover,      AddStudySummary,  AddStatistics, AddBeforeAfter,
-                                     AddDelayChart, AddSpeedProfiles, AddMethod,     AddRunStatistics};
-    static_assert(Contents.size() == ReportNames.size());
-    const std::string study(Trim(data.Contents.Record.StudyName));
+PageFrame FrameOf(const AppSettings& settings, const std::string& study, Date printed, const ReportChoice& choice) {
     PageFrame frame;
     frame.Page = PageSizeOf(choice.Sheet, choice.IsLandscape);
-    if (choice.HasHeadings) frame.Headings = data.Settings.ReportHeading;
+    if (choice.HasHeadings) frame.Headings = settings.ReportHeading;
     frame.Study = study;
-    frame.Printed = "Printed " + ShortDate(data.Printed) + " " + ShortTime(data.Printed);
-    frame.HasPageNumbers = data.Settings.ShowPageNumbers != 0;
+    frame.Printed = "Printed " + ShortDate(printed) + " " + ShortTime(printed);
+    frame.HasPageNumbers = settings.ShowPageNumbers != 0;
+    return frame;
+}
+
+}  // namespace
+
+PagedDocument MakeComparisonReport(const std::vector<ConditionStatistics>& conditions, const StatisticsOptions& options,
+                                   const AppSettings& settings, Date printed, const ReportChoice& choice,
+                                   const TextMeasure& measure) {
     const RememberingMeasure remembering(measure);
-    ReportPages pages(std::move(frame), remembering);
+    const std::string first = conditions.front().Name;
+    ReportPages pages(FrameOf(settings, first, printed, choice), remembering);
+    pages.BeginReport("Comparison of Studies");
+    AddComparison(pages, conditions, options, UnitsOf(settings));
+    return pages.Finish("Comparison with " + first);
+}
+
+PagedDocument MakeReport(const ReportData& data, const ReportChoice& choice, const TextMeasure& measure) {
+    constexpr std::array Contents = {AddCover,     AddStudySummary,  AddStatistics, AddBeforeAfter,  AddDelayChart,
+                                     AddTimeSpace, AddSpeedProfiles, AddMethod,     AddRunStatistics};
+    static_assert(Contents.size() == ReportNames.size());
+    const std::string study(Trim(data.Contents.Record.StudyName));
+    const RememberingMeasure remembering(measure);
+    ReportPages pages(FrameOf(data.Settings, study, data.Printed, choice), remembering);
     const bool isOneOfSeveral = std::ranges::count(choice.Reports, true) > 1;
     for (std::size_t report = 0; report < Contents.size(); ++report) {
         if (!choice.Reports[report]) continue;

@@ -8,18 +8,19 @@
 namespace vantor {
 
 /// In the order in which they are printed; the last is an appendix.
-enum class ReportKind { Cover, Summary, Overall, BeforeAfter, Chart, Profiles, Method, Statistics };
+enum class ReportKind { Cover, Summary, Overall, BeforeAfter, Chart, TimeSpace, Profiles, Method, Statistics };
 
 struct ReportName {
     const char* Title;  ///< at its top
     const char* Word;   ///< on the command line
 };
 /// By ReportKind.
-inline constexpr std::array<ReportName, 8> ReportNames = {{{"Travel Time and Delay Study", "cover"},
+inline constexpr std::array<ReportName, 9> ReportNames = {{{"Travel Time and Delay Study", "cover"},
                                                            {"Study Summary", "summary"},
                                                            {"Statistics over Runs", "overall"},
                                                            {"Before and After", "before-after"},
                                                            {"Control Delay and Running Average", "chart"},
+                                                           {"Time-Space Diagram and Speeds", "time-space"},
                                                            {"Speed Profiles", "profiles"},
                                                            {"Method and Grades", "method"},
                                                            {"Detailed Statistics by Run", "statistics"}}};
@@ -27,11 +28,16 @@ inline constexpr std::array<ReportName, 8> ReportNames = {{{"Travel Time and Del
 /// Which reports are printed, and on what.
 struct ReportChoice {
     /// By ReportKind. The appendix is long and printed only where it is wanted.
-    std::array<bool, ReportNames.size()> Reports = {true, true, true, true, true, true, true, false};
+    std::array<bool, ReportNames.size()> Reports = {true, true, true, true, true, true, true, true, false};
     Paper Sheet = Paper::Letter;
     bool IsLandscape = false;
     bool HasHeadings = true;  ///< the lines of the settings, at the top of every report
 };
+
+/// A comparison of studies as a document of its own; the first is the one that the others are compared with.
+PagedDocument MakeComparisonReport(const std::vector<ConditionStatistics>& conditions, const StatisticsOptions& options,
+                                   const AppSettings& settings, Date printed, const ReportChoice& choice,
+                                   const TextMeasure& measure);
 
 /// The chosen reports as one document. A study without runs has no other pages than those of the summary, and one whose
 /// runs were driven all before or all after has no page that compares them, unless that page alone is chosen.

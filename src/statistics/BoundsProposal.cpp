@@ -67,7 +67,7 @@ public:
     }
 
     RunProposal For(const RunToPropose& run) const {
-        RunProposal proposal{run.Run, {}, run.Problem, false};
+        RunProposal proposal{run.Run, {}, run.Problem, false, false};
         if (!run.Problem.empty()) return proposal;
         const std::size_t nodes = run.Found.Nodes.size();
         if (index_ >= nodes) {
@@ -83,10 +83,16 @@ public:
         if (isFree) notes.emplace_back(IsCommon() ? "passed without delay" : "passed without delay: no boundaries");
         if (nodes != static_cast<std::size_t>(usualNodes_))
             notes.push_back(CountOfNodes(nodes) + ", most runs have " + std::to_string(usualNodes_));
-        if (IsCommon())
-            proposal.Proposed = CommonOf(run, notes);
-        else if (!isFree)
-            proposal.Proposed = OwnOf(run.Found.Events[*run.Found.EventOfNode[index_]]);
+        if (IsCommon()) {
+            const Bounds common = CommonOf(run, notes);
+            std::vector<std::string> cutting;
+            if (IsInOtherEvent(run, common.StartDist)) cutting.emplace_back("start");
+            if (IsInOtherEvent(run, common.EndDist)) cutting.emplace_back("end");
+            proposal.CutsOtherEvent = !cutting.empty();
+            if (proposal.CutsOtherEvent) notes.push_back(Joined(cutting, " and ") + " in another slowing");
+            proposal.Proposed = common;
+        }
+        if (!IsCommon() && !isFree) proposal.Proposed = OwnOf(run.Found.Events[*run.Found.EventOfNode[index_]]);
         proposal.Note = Joined(notes, "; ");
         return proposal;
     }
@@ -122,9 +128,6 @@ private:
     Bounds CommonOf(const RunToPropose& run, std::vector<std::string>& notes) const {
         const std::int32_t node = run.Found.NodeDistances[index_];
         const Bounds whole{node + reach_->Start, node + reach_->End, std::nullopt};
-        for (const auto& [feet, what] : {std::pair(whole.StartDist, "start"), {whole.EndDist, "end"}})
-            if (IsInOtherEvent(run, feet))
-                notes.push_back(std::string("the common ") + what + " lies in another slowing");
         if (whole.StartDist < 1) notes.emplace_back("begins after the common start");
         if (whole.EndDist > run.Length) notes.emplace_back("ends before the common end");
         return {std::max(whole.StartDist, 1), std::min(whole.EndDist, run.Length), std::nullopt};

@@ -55,6 +55,7 @@ struct RunProposal {
     std::optional<Bounds> Proposed;
     std::string Note;             ///< why nothing is proposed, or what else is to be known; may be empty
     bool IsPassedFreely = false;  ///< no event at the node
+    bool CutsOtherEvent = false;  ///< a common boundary lies in another event, of which a part counts, too
 };
 std::vector<RunProposal> ProposeBounds(const std::vector<RunToPropose>& runs, int node, ProposalKind kind);
 

@@ -44,12 +44,8 @@ StudyCertainty CertaintyOf(const std::vector<RunListRow>& rows, const Statistics
     certainty.RunsNeeded = RunsNeededText(group, Measure::ControlDelay, options, units);
 
     const std::vector<MeasuredRun> kept = WithoutSetAside(runs);
-    const std::size_t setAside = runs.size() - kept.size();
-    if (setAside == 0) return certainty;
-    const std::string count = std::to_string(setAside) + " set aside";
-    certainty.WithoutSetAside = kept.empty()
-                                    ? "no run without the " + count
-                                    : DelayFigure(GroupOf(kept, options), options).Text(units) + " without " + count;
+    if (kept.size() != runs.size())
+        certainty.WithoutSetAside = delay.NumberBeside(DelayFigure(GroupOf(kept, options), options), units);
     return certainty;
 }
 

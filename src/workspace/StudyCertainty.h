@@ -14,7 +14,7 @@ namespace vantor {
 struct StudyCertainty {
     std::string Interval;         ///< "72 s ± 15, E to F; 8 runs, 1 day, 06:53 to 08:38; 95 %"
     std::string RunsNeeded;       ///< "for ±10 % of this delay 28 runs, 20 more"
-    std::string WithoutSetAside;  ///< "67 s without 1 set aside"
+    std::string WithoutSetAside;  ///< "72 (67 without 1 set aside)"; empty where none is
 
     bool operator==(const StudyCertainty&) const = default;
 };

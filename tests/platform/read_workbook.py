@@ -52,8 +52,9 @@ def xls_sheets(path):
                 "boldHeads": all(book.font_list[look.font_index].weight == 700 for look in (looks + [[]])[0]),
                 "frozenRows": sheet.horz_split_pos if sheet.panes_are_frozen else 0,
                 "widths": [sheet.colinfo_map[c].width // 256 for c in range(sheet.ncols)],
-                "headsOnPages": any(name.builtin and name.name == "\x07" and name.area2d() == (sheet, 0, 1, 0, 256)
-                                    for name in book.name_obj_list),
+                "headsOnPages": any(
+                    name.name == "Print_Titles" and name.area2d(clipped=False) == (sheet, 0, 1, 0, 256)
+                    for name in book.name_obj_list),
             }
 
 

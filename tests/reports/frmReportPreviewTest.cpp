@@ -27,17 +27,17 @@ protected:
 TEST_F(frmReportPreviewTest, GoesThroughThePagesByKeysAndButtons) {
     Open();
     PressKey(Qt::Key_PageDown);
-    EXPECT_EQ(PageText(), "2 of 4") << "the pages have the focus";
+    EXPECT_EQ(PageText(), "2 of 7") << "the pages have the focus";
     Press("cmdNext");
-    EXPECT_EQ(PageText(), "3 of 4");
-    EXPECT_EQ(PageAfter(Qt::Key_End, "chkReport(0)"), "4 of 4") << "a key that the check box has no use for";
+    EXPECT_EQ(PageText(), "3 of 7");
+    EXPECT_EQ(PageAfter(Qt::Key_End, "chkReport(0)"), "7 of 7") << "a key that the check box has no use for";
     EXPECT_FALSE(IsEnabled("cmdNext"));
-    EXPECT_EQ(PageAfter(Qt::Key_PageUp), "3 of 4");
+    EXPECT_EQ(PageAfter(Qt::Key_PageUp), "6 of 7");
     TypeInto("qt_spinbox_lineedit", "2");
-    EXPECT_EQ(PageAfter(Qt::Key_Return, "txtPage"), "2 of 4");
+    EXPECT_EQ(PageAfter(Qt::Key_Return, "txtPage"), "2 of 7");
     EXPECT_EQ(View().CurrentPage(), 2);
     EXPECT_TRUE(DesktopServices.Printed.Pages.empty()) << "Enter printed";
-    EXPECT_EQ(PageAfter(Qt::Key_Home), "1 of 4");
+    EXPECT_EQ(PageAfter(Qt::Key_Home), "1 of 7");
     EXPECT_FALSE(IsEnabled("cmdPrevious"));
     QTest::keyClick(Window.get(), Qt::Key_Escape);
     EXPECT_TRUE(Window->isHidden());
@@ -66,7 +66,8 @@ TEST_F(frmReportPreviewTest, ZoomsByStepsOfTheList) {
 
 TEST_F(frmReportPreviewTest, PrintsAndSavesWhatIsChosen) {
     Open();
-    for (const char* report : {"chkReport(0)", "chkReport(2)"}) Press(report);
+    for (const int report : {0, 2, 3, 5, 6, 7}) Press(("chkReport(" + std::to_string(report) + ")").c_str());
+    Press("chkLeaveOutHeadings");
     Pick("cmbPaper", "A4");
     Pick("cmbOrientation", "Landscape");
     DesktopServices.PrinterFault = "Paper jam";
@@ -90,8 +91,9 @@ TEST_F(frmReportPreviewTest, PrintsAndSavesWhatIsChosen) {
     Open();
     EXPECT_EQ(PageText(), "1 of 2");
     EXPECT_FALSE(IsChecked("chkReport(2)"));
+    EXPECT_TRUE(IsChecked("chkLeaveOutHeadings"));
     EXPECT_EQ(Text("cmbOrientation"), "Landscape");
-    for (const char* report : {"chkReport(1)", "chkReport(3)"}) Press(report);
+    for (const char* report : {"chkReport(1)", "chkReport(4)"}) Press(report);
     EXPECT_FALSE(IsEnabled("BtnPrint"));
     EXPECT_EQ(View().accessibleDescription(), "Choose one or more reports on the left.");
 }

@@ -274,6 +274,7 @@ TEST_F(RunListTest, SeveralRunsAreMarkedBeforeOrAfterGetAPeriodAndAreSetAside) {
     reasons.actions()[0]->trigger();
     EXPECT_THAT(Column(*Window, "vaRunList", 16), Each("Detour"));
     EXPECT_EQ(Text("lblAvgContDelay"), average) << "they go on counting";
+    EXPECT_EQ(Text("lblWithoutSetAside"), "30 (– without 3 set aside)");
     OtherScreens.Options.Options.FreeFlowSpeed = 45;
     OtherScreens.OnShow["frmStatisticsOptions"] = [] { return true; };
     Do("mnuViewOptions");

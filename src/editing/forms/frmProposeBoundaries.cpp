@@ -81,6 +81,10 @@ void frmProposeBoundaries::Propose() {
 QString frmProposeBoundaries::WordsFor(const std::vector<RunProposal>& proposals) const {
     if (MostNodes(runs_) == 0)
         return QStringLiteral(" Give the runs nodes first: \"Nodes for All Runs\" in the menu Run does it.");
+    if (const auto cutting = std::ranges::count(proposals, true, &RunProposal::CutsOtherEvent); cutting > 0)
+        return QStringLiteral(" In %1 of %2 runs a boundary lies in another slowing, of which a part counts, too.")
+            .arg(cutting)
+            .arg(proposals.size());
     const auto without = std::ranges::count_if(proposals, [](const RunProposal& run) { return !run.Proposed; });
     if (without == 0 || Kind() == ProposalKind::Common || std::cmp_equal(without, proposals.size())) return {};
     QString text =

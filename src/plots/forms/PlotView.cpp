@@ -142,6 +142,8 @@ QString PlotView::DrawBase() {
     base_ = QPixmap(size() * devicePixelRatioF());
     base_.setDevicePixelRatio(devicePixelRatioF());
     base_.fill(Ink(ColoursOf(palette()).Base));
+    // Axes of nothing say nothing.
+    if (!plot_.EmptyText.empty() && plot_.WholeFrame == nullptr) return ToQt(plot_.EmptyText);
     QPainter painter(&base_);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(PixelCentre, PixelCentre);

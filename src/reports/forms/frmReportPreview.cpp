@@ -27,8 +27,9 @@ constexpr std::array<const char*, ReportNames.size()> ReportCaptions = {"Co&ver"
                                                                         "S&tatistics over Runs",
                                                                         "Before and &After",
                                                                         "Control &Delay and Running Average",
+                                                                        "Time-Space D&iagram and Speeds",
                                                                         "Speed Pro&files",
-                                                                        "&Method and Grades",
+                                                                        "Method a&nd Grades",
                                                                         "Detailed Statistics by &Run"};
 /// In the order of the zoom list.
 constexpr std::array ZoomSteps = {static_cast<int>(ReportPagesView::FitWidth),

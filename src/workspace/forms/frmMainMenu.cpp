@@ -180,7 +180,7 @@ std::vector<MenuEntry> frmMain::MenuEntries() {
          .Fill = [this](QMenu& menu) { FillRunTexts(menu, PeriodText()); }},
         {.Menu = RunMenu,
          .Name = "mnuRunSetAside",
-         .Caption = "Set Asid&e",
+         .Caption = "Set Aside",
          .Icon = "",
          .Tip = "Show the statistics without the selected runs, too, and why; no run stops counting",
          .Fill = [this](QMenu& menu) { FillRunTexts(menu, SetAsideText()); }},
