@@ -307,7 +307,7 @@ void frmStudyStatistics::ShowChosen() {
 }
 
 void frmStudyStatistics::ShowTexts() {
-    lblRestsOn_->setText(ToQt(shown_.RestsOn));
+    lblRestsOn_->setText(shown_.Runs.empty() ? QString() : ToQt(shown_.RestsOn));
     ShowText(*lblWarnings_, Lines(shown_.Warnings));
     ShowText(*lblApart_, ToQt(shown_.Apart));
     ShowText(*plotNotes_[0], ToQt(shown_.TimeSpaceNote));
