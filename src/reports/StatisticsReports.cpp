@@ -45,11 +45,10 @@ ReportTable ScatterTable(const GroupStatistics& group, const Units& units) {
         const auto value = [&](std::optional<double> number) {
             return ValueText(number, KindOf(measure).Unit, 1, units);
         };
-        const auto percent = of.Cv ? std::optional(100 * *of.Cv) : std::nullopt;
         const std::string unit = UnitLabel(KindOf(measure).Unit, units);
         table.Rows.push_back({KindOf(measure).Name + (unit.empty() ? unit : " (" + unit + ")"), std::to_string(of.N),
-                              value(of.Sd), ValueText(percent, FigureUnit::Percent, 1, units), value(of.Min),
-                              value(of.Median), value(of.Max)});
+                              value(of.Sd), of.Cv ? ShownNumber(100 * *of.Cv, FigureUnit::Percent, 1, units) : NoFigure,
+                              value(of.Min), value(of.Median), value(of.Max)});
     }
     return table;
 }

@@ -70,7 +70,15 @@ QBoxLayout* ResultsPanel::Captioned(QWidget* figure, const char* caption, const 
 }
 
 void ResultsPanel::SetLow(bool isLow) {
-    for (QBoxLayout* block : captioned_) block->setDirection(isLow ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    isLow_ = isLow;
+    PlaceCaptions();
+}
+
+void ResultsPanel::PlaceCaptions() {
+    // With the stop delays there is no room for them side by side.
+    const bool areBeside = isLow_ && frStopDelayStats_->isHidden();
+    for (QBoxLayout* block : captioned_)
+        block->setDirection(areBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 
 QGroupBox* ResultsPanel::BuildStudyResults() {
@@ -174,6 +182,7 @@ void ResultsPanel::ShowResults(const ResultLabels& labels, const AppSettings& se
     lblStopSpdUnit_->setText(unit);
     txtStopSpdThreshold_->setAccessibleDescription(unit);
     frStopDelayStats_->setVisible(settings.EnableStopDelay != 0);
+    PlaceCaptions();
     ShowGrade();
 }
 

@@ -27,7 +27,7 @@ public:
     void ShowConditions(const std::string& withoutWarned, const std::string& otherThresholds);
     /// How sure the average is, beside it.
     void ShowCertainty(const StudyCertainty& certainty);
-    /// Captions beside the figures, which needs less height, or above them.
+    /// Captions beside the figures where there is room, which needs less height, or above them.
     void SetLow(bool isLow);
     /// The stop delays are to be counted anew, at the threshold in force.
     std::function<void()> OnComputeAnew;
@@ -44,7 +44,10 @@ private:
 
     QBoxLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "", const char* unitName = "");
 
+    void PlaceCaptions();
+
     std::vector<QBoxLayout*> captioned_;
+    bool isLow_ = false;
     WrappedLabel* lblDelayInterval_ = nullptr;
     WrappedLabel* lblRunsNeeded_ = nullptr;
     WrappedLabel* lblWithoutSetAside_ = nullptr;
