@@ -123,6 +123,8 @@ std::string TimeSpaceNoteOf(const StudyStatistics& figures, const PlottedRuns& r
 
 std::string OverlayNoteOf(const StudyStatistics& figures, const PlottedRuns& runs) {
     std::vector<std::string> notes = NotDrawn(figures);
+    if (std::ssize(runs) > MostSingleProfiles)
+        notes.push_back("Single profiles are those of the first " + std::to_string(MostSingleProfiles) + " runs.");
     const auto isSmall = [](const RunsAlike& group) { return std::ssize(group.Runs) < LeastForPercentiles; };
     if (!runs.empty() && std::ranges::any_of(GroupsOf(runs), isSmall))
         notes.push_back("The median and its band take " + std::to_string(LeastForPercentiles) + " runs or more.");

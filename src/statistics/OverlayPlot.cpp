@@ -141,7 +141,7 @@ Plot OverlayPlot(const PlottedRuns& runs, bool showsRuns, const std::string& tit
         trace.Item = static_cast<int>(plot.Items.size());
         trace.Width = 1;
         trace.Ink = &Colours::Node;
-        if (showsRuns)
+        if (showsRuns && trace.Item <= MostSingleProfiles)
             plot.Add(std::move(trace));
         else
             plot.Add(QuietTrace(std::move(trace)));
