@@ -208,6 +208,7 @@ QLayout* frmStudyStatistics::BuildDifference(QWidget* page) {
     numDifference_->setSuffix(QStringLiteral(" s"));
     lblDifference_ = Named<QLabel>(page, "lblDifference");
     SetValueCaption(*lblDifference_, QStringLiteral("Runs that show it"));
+    lblDifference_->setWordWrap(true);
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(numDifference_, QStringLiteral("To show a &difference in travel time of")));
     row->addWidget(numDifference_);
