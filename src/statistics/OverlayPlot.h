@@ -26,7 +26,8 @@ std::vector<SpeedsOver> SpeedBand(const PlottedRuns& runs, const MeanPlaces& pla
 inline constexpr int MostSingleProfiles = 100;
 
 /// The speed profiles of runs with the same number of nodes, lined up at the nodes, with the median and the band from
-/// P15 to P85; those before and after apart. A run is an item, item 1 first. `showsRuns`: the single ones, too.
+/// P15 to P85; those before and after apart. A run is an item, item 1 first. `showsRuns`: the single ones, too,
+/// which those of a group without a band are in any case.
 Plot OverlayPlot(const PlottedRuns& runs, bool showsRuns, const std::string& title, const Units& units);
 
 }  // namespace vantor
