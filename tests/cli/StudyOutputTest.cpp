@@ -76,7 +76,7 @@ TEST_F(StudyOutputTest, TheTableHasTheFormatOfItsExtension) {
 }
 
 TEST_F(StudyOutputTest, TheChosenReportsStandOnTheChosenPaper) {
-    EXPECT_EQ(Report(""), json({{"pages", 7}}));
+    EXPECT_EQ(Report(""), json({{"pages", 8}}));
     EXPECT_EQ(Documents.Document.Page.Width, 612);
     EXPECT_EQ(Files.Bytes("/out/AM.pdf"), BytesOf("%P"));
     EXPECT_EQ(Report("--only statistics --paper a4 --landscape --only chart")["pages"], 2);
@@ -90,7 +90,7 @@ TEST_F(StudyOutputTest, TheChosenReportsStandOnTheChosenPaper) {
     Files.Delete("/g/NB-2.rd2");
     EXPECT_EQ(Status("study report /g/AM.ld2 --output /out/AM.pdf --json"), 1);
     EXPECT_EQ(Err, "Missing Run File: NB-2\n");
-    EXPECT_EQ(json::parse(Out), json({{"pages", 7}}));
+    EXPECT_EQ(json::parse(Out), json({{"pages", 8}}));
 }
 
 }  // namespace

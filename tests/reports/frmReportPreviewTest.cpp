@@ -27,17 +27,17 @@ protected:
 TEST_F(frmReportPreviewTest, GoesThroughThePagesByKeysAndButtons) {
     Open();
     PressKey(Qt::Key_PageDown);
-    EXPECT_EQ(PageText(), "2 of 7") << "the pages have the focus";
+    EXPECT_EQ(PageText(), "2 of 8") << "the pages have the focus";
     Press("cmdNext");
-    EXPECT_EQ(PageText(), "3 of 7");
-    EXPECT_EQ(PageAfter(Qt::Key_End, "chkReport(0)"), "7 of 7") << "a key that the check box has no use for";
+    EXPECT_EQ(PageText(), "3 of 8");
+    EXPECT_EQ(PageAfter(Qt::Key_End, "chkReport(0)"), "8 of 8") << "a key that the check box has no use for";
     EXPECT_FALSE(IsEnabled("cmdNext"));
-    EXPECT_EQ(PageAfter(Qt::Key_PageUp), "6 of 7");
+    EXPECT_EQ(PageAfter(Qt::Key_PageUp), "7 of 8");
     TypeInto("qt_spinbox_lineedit", "2");
-    EXPECT_EQ(PageAfter(Qt::Key_Return, "txtPage"), "2 of 7");
+    EXPECT_EQ(PageAfter(Qt::Key_Return, "txtPage"), "2 of 8");
     EXPECT_EQ(View().CurrentPage(), 2);
     EXPECT_TRUE(DesktopServices.Printed.Pages.empty()) << "Enter printed";
-    EXPECT_EQ(PageAfter(Qt::Key_Home), "1 of 7");
+    EXPECT_EQ(PageAfter(Qt::Key_Home), "1 of 8");
     EXPECT_FALSE(IsEnabled("cmdPrevious"));
     QTest::keyClick(Window.get(), Qt::Key_Escape);
     EXPECT_TRUE(Window->isHidden());

@@ -117,6 +117,7 @@ QLayout* frmReportPreview::BuildChoices() {
 QGroupBox* frmReportPreview::BuildReports() {
     auto* frame = Named<QGroupBox>(this, "fraReports", QStringLiteral("Reports"));
     auto* layout = new QVBoxLayout(frame);
+    layout->setSpacing(2);
     for (std::size_t i = 0; i < chkReport_.size(); ++i) {
         chkReport_[i] = Named<QCheckBox>(frame, "", QLatin1String(ReportCaptions[i]));
         chkReport_[i]->setObjectName(QStringLiteral("chkReport(%1)").arg(i));

@@ -36,10 +36,12 @@ void ShowFigure(QLabel& label, const std::optional<std::string>& figure) {
 }  // namespace
 
 ResultsPanel::ResultsPanel(QWidget* parent) : QWidget(parent) {
-    auto* line = new QHBoxLayout(this);
-    line->setContentsMargins(0, 0, 0, 0);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    auto* line = new QHBoxLayout;
     line->addWidget(BuildStudyResults(), 1);
     line->addWidget(BuildStopDelay());
+    column->addLayout(line);
     ShowResults({}, {});
     ShowConditions({}, {});
     ShowCertainty({});
@@ -71,12 +73,18 @@ QBoxLayout* ResultsPanel::Captioned(QWidget* figure, const char* caption, const 
 
 void ResultsPanel::SetLow(bool isLow) {
     isLow_ = isLow;
-    PlaceCaptions();
+    PlaceParts();
 }
 
-void ResultsPanel::PlaceCaptions() {
-    // With the stop delays there is no room for them side by side.
-    const bool areBeside = isLow_ && frStopDelayStats_->isHidden();
+void ResultsPanel::PlaceParts() {
+    // With the stop delays there is no room for the captions beside the figures, nor for what is said of them.
+    const bool hasRoom = frStopDelayStats_->isHidden();
+    const bool areBeside = isLow_ && hasRoom;
+    auto* column = static_cast<QBoxLayout*>(layout());
+    if (hasRoom)
+        inResults_->addWidget(certainty_, 1);
+    else
+        column->addWidget(certainty_);
     for (QBoxLayout* block : captioned_)
         block->setDirection(areBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
@@ -89,16 +97,19 @@ QGroupBox* ResultsPanel::BuildStudyResults() {
     line->setSpacing(FigureSpacing);
     line->addLayout(Captioned(lblAvgContDelay_, "Avg. Control Delay (sec)"));
     line->addLayout(Captioned(lblLOSGrade_, "LOS Grade"));
-    line->addLayout(BuildCertainty(group), 1);
+    line->addWidget(certainty_ = BuildCertainty(this), 1);
+    inResults_ = line;
     return group;
 }
 
-QLayout* ResultsPanel::BuildCertainty(QWidget* parent) {
-    auto* column = new QVBoxLayout;
+QWidget* ResultsPanel::BuildCertainty(QWidget* parent) {
+    auto* certainty = new QWidget(parent);
+    auto* column = new QVBoxLayout(certainty);
+    column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(2);
     column->addStretch();
     const auto add = [&](const char* name, const char* caption) {
-        auto* label = Named<WrappedLabel>(parent, name);
+        auto* label = Named<WrappedLabel>(certainty, name);
         SetValueCaption(*label, QString::fromLatin1(caption));
         column->addWidget(label);
         return label;
@@ -108,7 +119,7 @@ QLayout* ResultsPanel::BuildCertainty(QWidget* parent) {
     lblWithoutSetAside_ = add("lblWithoutSetAside", "Without the runs that are set aside");
     lblWithoutWarned_ = add("lblWithoutWarned", "Warnings");
     column->addStretch();
-    return column;
+    return certainty;
 }
 
 QGroupBox* ResultsPanel::BuildStopDelay() {
@@ -182,7 +193,7 @@ void ResultsPanel::ShowResults(const ResultLabels& labels, const AppSettings& se
     lblStopSpdUnit_->setText(unit);
     txtStopSpdThreshold_->setAccessibleDescription(unit);
     frStopDelayStats_->setVisible(settings.EnableStopDelay != 0);
-    PlaceCaptions();
+    PlaceParts();
     ShowGrade();
 }
 

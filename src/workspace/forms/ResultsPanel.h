@@ -38,16 +38,18 @@ protected:
 private:
     QGroupBox* BuildStudyResults();
     QGroupBox* BuildStopDelay();
-    QLayout* BuildCertainty(QWidget* parent);
+    QWidget* BuildCertainty(QWidget* parent);
     QWidget* BuildOtherThresholds();
     void ShowGrade();
 
     QBoxLayout* Captioned(QWidget* figure, const char* caption, const char* unit = "", const char* unitName = "");
 
-    void PlaceCaptions();
+    void PlaceParts();
 
     std::vector<QBoxLayout*> captioned_;
     bool isLow_ = false;
+    QBoxLayout* inResults_ = nullptr;  ///< beside the figures
+    QWidget* certainty_ = nullptr;
     WrappedLabel* lblDelayInterval_ = nullptr;
     WrappedLabel* lblRunsNeeded_ = nullptr;
     WrappedLabel* lblWithoutSetAside_ = nullptr;
