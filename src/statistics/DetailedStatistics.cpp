@@ -19,12 +19,23 @@ std::vector<MeasuredRun> RunsAt(const std::vector<MeasuredRun>& runs, const std:
     return at;
 }
 
-std::string BasisText(const std::vector<MeasuredRun>& runs, const GroupStatistics& all) {
+/// The warnings of a group that are not those of all runs.
+std::string OwnWarnings(const char* name, const GroupStatistics& group, const GroupStatistics& all) {
+    std::string text;
+    for (const std::string& warning : group.Warnings)
+        if (std::ranges::find(all.Warnings, warning) == all.Warnings.end())
+            text += std::string("; ") + name + ": " + warning;
+    return text;
+}
+
+std::string BasisText(const std::vector<MeasuredRun>& runs, const GroupedStatistics& whole) {
+    const GroupStatistics& all = whole.All;
     const auto aside = std::ranges::count_if(runs, [](const MeasuredRun& run) { return !run.SetAside.empty(); });
     std::string text = all.RestsOn.Text();
     if (aside > 0) text += "; " + std::to_string(aside) + " of them set aside";
     if (all.N > 1)
         for (const std::string& warning : all.Warnings) text += "; " + warning;
+    if (whole.HasBoth()) text += OwnWarnings("before", whole.Before, all) + OwnWarnings("after", whole.After, all);
     return text;
 }
 
@@ -237,7 +248,7 @@ DetailedStatistics MakeDetailedStatistics(const TracedRuns& runs, const Study& s
     const std::vector<MeasuredRun> taken = RunsAt(runs.Read.Runs, detailed.Runs);
     detailed.Figures = ComputeStatistics(taken, study.Options);
     const GroupedStatistics& whole = detailed.Figures.Whole;
-    detailed.RestsOn = BasisText(taken, whole.All);
+    detailed.RestsOn = BasisText(taken, whole);
     detailed.Warnings = WarningsOf(detailed, runs, study);
     const char* const what = filter.Of == RunFilter::Group::All      ? "All"
                              : filter.Of == RunFilter::Group::Before ? "Before"
