@@ -127,7 +127,8 @@ with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
         f"{run['ratio']:.2f} ({run['summary_s']:.2f} s / {run['read_s']:.2f} s)", "at most 1.5", run["ratio"] <= 1.5)
 
     runs = bench(["OpenStudyOf1000Runs", "DelayOfTheLongestRun", "ProfileWholeFrame", "ProfileDragFrame",
-                  "SensorRepair", "ReportOn200Runs", "TimeSpaceFrame", "OverlayFrame", "EncodeWorkbook", "CopyWorkbook", "Review"], repetitions=5)
+                  "SensorRepair", "ReportOn200Runs", "TimeSpaceFrame", "OverlayFrame", "EncodeWorkbook",
+                  "CopyWorkbook", "Review"], repetitions=5)
     run = runs["OpenStudyOf1000Runs"]
     row("opening a study of 1,000 runs / reading their headers",
         f"{run['ratio']:.2f} ({run['open_s'] * 1000:.1f} ms / {run['read_s'] * 1000:.1f} ms)", "at most 2",

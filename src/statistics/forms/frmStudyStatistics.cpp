@@ -354,7 +354,8 @@ void frmStudyStatistics::FillRuns() {
         vaRuns_->SetSorted(row, 1, hasTime ? ToQt(ShortTime(run.RunTime)) : QString(), run.RunTime.Days);
         const int seconds = run.Measures.Whole.TravelTime;
         vaRuns_->SetNumber(row, 2, seconds, QString::number(seconds));
-        vaRuns_->SetText(row, 3, run.IsBefore ? QStringLiteral("Before") : QStringLiteral("After"));
+        const std::string group = run.IsBefore ? "Before" : "After";
+        vaRuns_->SetText(row, 3, ToQt(run.SetAside.empty() ? group : group + ", set aside"));
     }
     vaRuns_->EndFilling();
     isFilling_ = false;
