@@ -15,6 +15,7 @@ std::string RunsText(std::size_t count) { return std::to_string(count) + (count 
 
 std::vector<MeasuredRun> RunsAt(const std::vector<MeasuredRun>& runs, const std::vector<std::size_t>& indexes) {
     std::vector<MeasuredRun> at;
+    at.reserve(indexes.size());
     for (const std::size_t index : indexes) at.push_back(runs[index]);
     return at;
 }
