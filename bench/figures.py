@@ -127,7 +127,8 @@ with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
         f"{run['ratio']:.2f} ({run['summary_s']:.2f} s / {run['read_s']:.2f} s)", "at most 1.5", run["ratio"] <= 1.5)
 
     runs = bench(["OpenStudyOf1000Runs", "DelayOfTheLongestRun", "ProfileWholeFrame", "ProfileDragFrame",
-                  "SensorRepair", "ReportOn200Runs", "EncodeWorkbook", "CopyWorkbook", "Review"], repetitions=5)
+                  "SensorRepair", "ReportOn200Runs", "TimeSpaceFrame", "OverlayFrame", "EncodeWorkbook",
+                  "CopyWorkbook", "Review"], repetitions=5)
     run = runs["OpenStudyOf1000Runs"]
     row("opening a study of 1,000 runs / reading their headers",
         f"{run['ratio']:.2f} ({run['open_s'] * 1000:.1f} ms / {run['read_s'] * 1000:.1f} ms)", "at most 2",
@@ -152,6 +153,9 @@ with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
         f"{window / text:.2f} ({window * 1000:.0f} ms / {text * 1000:.0f} ms)", "", True)
     frame = max(runs["ProfileWholeFrame/time:0"]["real_time"], runs["ProfileWholeFrame/time:1"]["real_time"])
     row("frame of a profile of 32,767 samples", f"{frame:.1f} ms", "at most 4 ms", frame <= 4)
+    runs_drawn = runs["TimeSpaceFrame"]["real_time"], runs["OverlayFrame"]["real_time"]
+    row("time-space diagram of 200 runs of 600 samples drawn, beside it their profiles over each other",
+        f"{runs_drawn[0]:.1f} ms, {runs_drawn[1]:.0f} ms", "at most 16 ms", runs_drawn[0] <= 16)
     small, large = (peak_memory(size, folder) for size in (COUNTER_MB // 10, COUNTER_MB))
     row(f"peak memory of converting {COUNTER_MB} MB / {COUNTER_MB // 10} MB, runs of an hour",
         f"{large / small:.2f} ({large:.0f} MB / {small:.0f} MB)", "independent of the size", large / small <= 1.2)

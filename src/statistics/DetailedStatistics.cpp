@@ -15,16 +15,28 @@ std::string RunsText(std::size_t count) { return std::to_string(count) + (count 
 
 std::vector<MeasuredRun> RunsAt(const std::vector<MeasuredRun>& runs, const std::vector<std::size_t>& indexes) {
     std::vector<MeasuredRun> at;
+    at.reserve(indexes.size());
     for (const std::size_t index : indexes) at.push_back(runs[index]);
     return at;
 }
 
-std::string BasisText(const std::vector<MeasuredRun>& runs, const GroupStatistics& all) {
+/// The warnings of a group that are not those of all runs.
+std::string OwnWarnings(const char* name, const GroupStatistics& group, const GroupStatistics& all) {
+    std::string text;
+    for (const std::string& warning : group.Warnings)
+        if (std::ranges::find(all.Warnings, warning) == all.Warnings.end())
+            text += std::string("; ") + name + ": " + warning;
+    return text;
+}
+
+std::string BasisText(const std::vector<MeasuredRun>& runs, const GroupedStatistics& whole) {
+    const GroupStatistics& all = whole.All;
     const auto aside = std::ranges::count_if(runs, [](const MeasuredRun& run) { return !run.SetAside.empty(); });
     std::string text = all.RestsOn.Text();
     if (aside > 0) text += "; " + std::to_string(aside) + " of them set aside";
     if (all.N > 1)
         for (const std::string& warning : all.Warnings) text += "; " + warning;
+    if (whole.HasBoth()) text += OwnWarnings("before", whole.Before, all) + OwnWarnings("after", whole.After, all);
     return text;
 }
 
@@ -123,6 +135,8 @@ std::string TimeSpaceNoteOf(const StudyStatistics& figures, const PlottedRuns& r
 
 std::string OverlayNoteOf(const StudyStatistics& figures, const PlottedRuns& runs) {
     std::vector<std::string> notes = NotDrawn(figures);
+    if (std::ssize(runs) > MostSingleProfiles)
+        notes.push_back("Single profiles are those of the first " + std::to_string(MostSingleProfiles) + " runs.");
     const auto isSmall = [](const RunsAlike& group) { return std::ssize(group.Runs) < LeastForPercentiles; };
     if (!runs.empty() && std::ranges::any_of(GroupsOf(runs), isSmall))
         notes.push_back("The median and its band take " + std::to_string(LeastForPercentiles) + " runs or more.");
@@ -235,7 +249,7 @@ DetailedStatistics MakeDetailedStatistics(const TracedRuns& runs, const Study& s
     const std::vector<MeasuredRun> taken = RunsAt(runs.Read.Runs, detailed.Runs);
     detailed.Figures = ComputeStatistics(taken, study.Options);
     const GroupedStatistics& whole = detailed.Figures.Whole;
-    detailed.RestsOn = BasisText(taken, whole.All);
+    detailed.RestsOn = BasisText(taken, whole);
     detailed.Warnings = WarningsOf(detailed, runs, study);
     const char* const what = filter.Of == RunFilter::Group::All      ? "All"
                              : filter.Of == RunFilter::Group::Before ? "Before"

@@ -54,7 +54,15 @@ struct QuietTrace : PlotTrace {
     void Search(PlotSearch&) const override {}
 };
 
+bool HasBand(const RunsAlike& group) { return std::ssize(group.Runs) >= LeastForPercentiles; }
+
+/// Single profiles are grey under a band of their own, else as their group is.
+RunsLook SingleLook(const RunsAlike& group) {
+    return HasBand(group) ? RunsLook{"Single runs", &Colours::Node, LinePattern::Solid, PlotMarker::None} : group.Look;
+}
+
 void AddBand(Plot& plot, const RunsAlike& group, const MeanPlaces& places, const Units& units) {
+    if (!HasBand(group)) return;
     PlotBand band;
     PlotTrace median;
     band.Ink = median.Ink = group.Look.Ink;
@@ -68,7 +76,6 @@ void AddBand(Plot& plot, const RunsAlike& group, const MeanPlaces& places, const
         slice.Between = PlotRange{units.SpeedOfMph(*piece.P15), units.SpeedOfMph(*piece.P85)};
         median.Points.push_back({middle, units.SpeedOfMph(*piece.P50)});
     }
-    if (median.Points.empty()) return;
     const std::string caption = group.Look.Caption;
     plot.Axes.Legend.push_back({caption + ", P15 to P85", band.Ink, 1, band.Edges, PlotMarker::None, nullptr, 0.3});
     plot.Axes.Legend.push_back({caption + ", median", median.Ink, MedianWidth, median.Pattern});
@@ -135,19 +142,29 @@ Plot OverlayPlot(const PlottedRuns& runs, bool showsRuns, const std::string& tit
                     {0, std::max(units.SpeedOfMph(TopSpeed(runs)) * RoomAbove, 1.0)}};
     if (runs.empty()) return plot;
     plot.Add(NodeLines(*runs.front().Run, places, units));
+    const auto groups = GroupsOf(runs);
     for (const PlottedRun& run : runs) {
         plot.Items.push_back({RunInWords(*run.Run)});
+        const RunsAlike& group = groups.size() == 2 && !run.Run->IsBefore ? groups[1] : groups[0];
+        const RunsLook look = SingleLook(group);
         PlotTrace trace = ProfileOf(run, places, units);
         trace.Item = static_cast<int>(plot.Items.size());
         trace.Width = 1;
-        trace.Ink = &Colours::Node;
-        if (showsRuns)
+        trace.Ink = look.Ink;
+        trace.Pattern = look.Pattern;
+        if ((showsRuns || !HasBand(group)) && trace.Item <= MostSingleProfiles)
             plot.Add(std::move(trace));
         else
             plot.Add(QuietTrace(std::move(trace)));
     }
-    if (showsRuns) plot.Axes.Legend.push_back({"Single runs", &Colours::Node, 1});
-    for (const RunsAlike& group : GroupsOf(runs)) AddBand(plot, group, places, units);
+    auto& legend = plot.Axes.Legend;
+    for (const RunsAlike& group : groups) {
+        const RunsLook look = SingleLook(group);
+        const auto isThere = [&](const PlotSample& sample) { return sample.Caption == look.Caption; };
+        if ((showsRuns || !HasBand(group)) && std::ranges::none_of(legend, isThere))
+            legend.push_back({look.Caption, look.Ink, 1, look.Pattern});
+        AddBand(plot, group, places, units);
+    }
     return plot;
 }
 

@@ -22,8 +22,12 @@ struct SpeedsOver {
 /// spent in it: a stop lowers the piece in which it happens.
 std::vector<SpeedsOver> SpeedBand(const PlottedRuns& runs, const MeanPlaces& places);
 
+/// So many single profiles at most are drawn under the bands.
+inline constexpr int MostSingleProfiles = 100;
+
 /// The speed profiles of runs with the same number of nodes, lined up at the nodes, with the median and the band from
-/// P15 to P85; those before and after apart. A run is an item, item 1 first. `showsRuns`: the single ones, too.
+/// P15 to P85; those before and after apart. A run is an item, item 1 first. `showsRuns`: the single ones, too,
+/// which those of a group without a band are in any case.
 Plot OverlayPlot(const PlottedRuns& runs, bool showsRuns, const std::string& title, const Units& units);
 
 }  // namespace vantor

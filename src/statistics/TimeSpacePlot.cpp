@@ -6,7 +6,7 @@
 namespace vantor {
 namespace {
 
-constexpr double RoomAbove = 1.03;
+constexpr double RoomAbove = 1.1;  // for the name of the end
 constexpr double MeanWidth = 3;
 constexpr double RunWidth = 1.25;
 constexpr double SecondsPerDay = 24 * SecondsPerHour;

@@ -78,6 +78,9 @@ TEST_F(RunPlotsTest, AStopLowersThePieceInWhichItHappens) {
     // 20 ft in 0.4 s and the 9 s of the stop.
     EXPECT_THAT(band[125].P15, Optional(testing::DoubleNear(20 / 9.4 / FeetPerSecondOfMph, 1e-6)));
     EXPECT_THAT(band[125].P85, Optional(testing::DoubleNear(mph, 1e-6)));
+    const Plot overlay = OverlayPlot(Plotted(), false, "", {});
+    EXPECT_NE(TraceOfItem(overlay, 1).Pattern, TraceOfItem(overlay, 2).Pattern)
+        << "without a band, as their groups are";
     PlottedRuns four = Plotted();
     four.pop_back();
     EXPECT_EQ(SpeedBand(four, MeanPlacesOf(four))[0].P50, std::nullopt) << "percentiles take five runs";

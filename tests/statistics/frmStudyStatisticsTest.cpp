@@ -63,6 +63,7 @@ TEST_F(frmStudyStatisticsTest, BeforeAndAfterStandBesideEachOther) {
     Put({60, 62, 64, 50, 52, 54}, 3);
     Open(0);
     EXPECT_THAT(Rows(*Window, "vaSummary"), Contains(StartsWith("Travel time (s)|57.0 ± 6.0|62.0 ± 5.0|52.0 ± 5.0|")));
+    EXPECT_THAT(Text("lblRestsOn"), HasSubstr("; before: few runs; after: few runs"));
     EXPECT_THAT(Text("lblSentences"), HasSubstr("Travel time fell by 10.0 s (16.1 %)"));
     EXPECT_EQ(Rows(*Window, "vaComparedSections").size(), 2U);
     Pick("cmbGroup", "Before");

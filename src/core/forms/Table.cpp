@@ -100,9 +100,9 @@ void Table::BeginFilling() {
 void Table::EndFilling() {
     setSortingEnabled(true);
     SayWhetherEmpty(*this, emptyText_);
-    const int last = columnCount() - 1;
+    const int count = columnCount() - (horizontalHeader()->stretchLastSection() ? 1 : 0);
     const int room = horizontalHeader()->sectionsClickable() ? SortArrowRoom : HeadMargins;
-    for (int column = 0; column < last; ++column) {
+    for (int column = 0; column < count; ++column) {
         const QString head = horizontalHeaderItem(column)->text();
         const int headWidth = horizontalHeader()->fontMetrics().size(0, head).width() + room;
         const int needed = std::max(sizeHintForColumn(column) + 4, headWidth);

@@ -208,6 +208,7 @@ QLayout* frmStudyStatistics::BuildDifference(QWidget* page) {
     numDifference_->setSuffix(QStringLiteral(" s"));
     lblDifference_ = Named<QLabel>(page, "lblDifference");
     SetValueCaption(*lblDifference_, QStringLiteral("Runs that show it"));
+    lblDifference_->setWordWrap(true);
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(numDifference_, QStringLiteral("To show a &difference in travel time of")));
     row->addWidget(numDifference_);
@@ -307,7 +308,7 @@ void frmStudyStatistics::ShowChosen() {
 }
 
 void frmStudyStatistics::ShowTexts() {
-    lblRestsOn_->setText(ToQt(shown_.RestsOn));
+    lblRestsOn_->setText(shown_.Runs.empty() ? QString() : ToQt(shown_.RestsOn));
     ShowText(*lblWarnings_, Lines(shown_.Warnings));
     ShowText(*lblApart_, ToQt(shown_.Apart));
     ShowText(*plotNotes_[0], ToQt(shown_.TimeSpaceNote));
@@ -353,7 +354,8 @@ void frmStudyStatistics::FillRuns() {
         vaRuns_->SetSorted(row, 1, hasTime ? ToQt(ShortTime(run.RunTime)) : QString(), run.RunTime.Days);
         const int seconds = run.Measures.Whole.TravelTime;
         vaRuns_->SetNumber(row, 2, seconds, QString::number(seconds));
-        vaRuns_->SetText(row, 3, run.IsBefore ? QStringLiteral("Before") : QStringLiteral("After"));
+        const std::string group = run.IsBefore ? "Before" : "After";
+        vaRuns_->SetText(row, 3, ToQt(run.SetAside.empty() ? group : group + ", set aside"));
     }
     vaRuns_->EndFilling();
     isFilling_ = false;
