@@ -28,8 +28,8 @@ TEST(RunDecoding, DerivesSectionsEventsAndLength) {
     EXPECT_EQ(std::tuple(header.ButtonWord[16], header.ButtonWord[3]), std::tuple(-1, 0));
     EXPECT_EQ(std::tuple(header.ButtonLabel[16], header.ButtonLabel[3]), std::tuple("Signal", ""));
     EXPECT_EQ(header.RunLength, 128) << "85 pulses of 1.5 feet are 127.5, to even";
-    EXPECT_EQ(std::tuple(header.Duration, header.HeaderWord1, header.HeaderWord2, header.Before),
-              std::tuple(7, -1, 0, -1));
+    EXPECT_EQ(std::tuple(header.Duration, header.HeaderWord1, header.HeaderWord2, header.Before, header.After),
+              std::tuple(7, -1, 0, -1, 0));
 }
 
 TEST(RunDecoding, RunWithoutNodesIsSecondary) {
