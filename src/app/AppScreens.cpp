@@ -3,7 +3,6 @@
 #include <QApplication>
 
 #include "analysis/StudyEdits.h"
-#include "statistics/forms/frmContDelayVsAvg.h"
 #include "analysis/forms/frmRunStatistics.h"
 #include "counter/DamagedCounterFile.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
@@ -21,6 +20,7 @@
 #include "gpsobd/forms/LogReview.h"
 #include "gpsobd/forms/LogSelect.h"
 #include "reports/forms/frmReportPreview.h"
+#include "statistics/forms/frmContDelayVsAvg.h"
 #include "statistics/forms/frmStatisticsOptions.h"
 #include "statistics/forms/frmStudyStatistics.h"
 #include "workspace/forms/frmPrefs.h"

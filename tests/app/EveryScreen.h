@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "statistics/forms/frmContDelayVsAvg.h"
 #include "analysis/forms/frmRunStatistics.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
 #include "counter/forms/frmDeleteTempRuns.h"
@@ -32,6 +31,7 @@
 #include "platform/HelpWindow.h"
 #include "reports/ReportStudies.h"
 #include "reports/forms/frmReportPreview.h"
+#include "statistics/forms/frmContDelayVsAvg.h"
 #include "statistics/forms/frmStatisticsOptions.h"
 #include "statistics/forms/frmStudyStatistics.h"
 #include "workspace/forms/frmMain.h"

@@ -1,4 +1,3 @@
-#include "statistics/forms/frmContDelayVsAvg.h"
 #include "core/Paths.h"
 #include "counter/forms/frmUploadData.h"
 #include "editing/forms/frmEditPulseData.h"
@@ -8,6 +7,7 @@
 #include "faults/FaultHarness.h"
 #include "gpsobd/forms/LogReview.h"
 #include "reports/forms/frmReportPreview.h"
+#include "statistics/forms/frmContDelayVsAvg.h"
 #include "workspace/forms/frmMain.h"
 #include "workspace/forms/frmStudySaveAs.h"
 

@@ -43,7 +43,8 @@ struct LineStyle {
     double Width = 1;
     Colour Ink = {};
     LinePattern Pattern = LinePattern::Solid;
-    /// For thin lines of which there are hundreds: on a screen, corners are not rounded, which takes a fifth of the time.
+    /// For thin lines of which there are hundreds: on a screen, corners are not rounded, which takes a fifth of the
+    /// time.
     bool IsQuick = false;
 };
 

@@ -81,10 +81,21 @@ void ResultsPanel::PlaceParts() {
     const bool hasRoom = frStopDelayStats_->isHidden();
     const bool areBeside = isLow_ && hasRoom;
     auto* column = static_cast<QBoxLayout*>(layout());
+    column->setSpacing(isLow_ ? 2 : -1);
     if (hasRoom)
-        inResults_->addWidget(certainty_, 1);
+        inResults_->addWidget(certainty_, 1, Qt::AlignVCenter);
     else
         column->addWidget(certainty_);
+    static_cast<QBoxLayout*>(certainty_->layout())
+        ->setDirection(hasRoom ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    for (const QGroupBox* group : findChildren<QGroupBox*>()) {
+        QMargins margins = group->layout()->contentsMargins();
+        constexpr int Usual = 12;
+        constexpr int Low = 2;
+        margins.setTop(isLow_ ? Low : Usual);
+        margins.setBottom(margins.top());
+        group->layout()->setContentsMargins(margins);
+    }
     for (QBoxLayout* block : captioned_)
         block->setDirection(areBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
@@ -107,18 +118,16 @@ QWidget* ResultsPanel::BuildCertainty(QWidget* parent) {
     auto* column = new QVBoxLayout(certainty);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(2);
-    column->addStretch();
     const auto add = [&](const char* name, const char* caption) {
         auto* label = Named<WrappedLabel>(certainty, name);
         SetValueCaption(*label, QString::fromLatin1(caption));
-        column->addWidget(label);
+        column->addWidget(label, 1);
         return label;
     };
     lblDelayInterval_ = add("lblDelayInterval", "How sure the average is");
     lblRunsNeeded_ = add("lblRunsNeeded", "Runs needed");
     lblWithoutSetAside_ = add("lblWithoutSetAside", "Without the runs that are set aside");
     lblWithoutWarned_ = add("lblWithoutWarned", "Warnings");
-    column->addStretch();
     return certainty;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QLabel>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTimer>
 #include <algorithm>
@@ -58,6 +59,7 @@ frmMain::frmMain(AppContext& context) : context_(context), recovery_(context) {
     new FileDrops(*this, [this](const std::vector<std::string>& paths) {
         Guarded(context_.Messages, [&] { TakeFiles(paths); });
     });
+    FitHeight(screen()->availableSize().height());
     RememberLayout(*this, context_.Memory);
 }
 
@@ -376,8 +378,12 @@ void frmMain::ShowAbout() {
 
 void frmMain::resizeEvent(QResizeEvent* event) {
     QMainWindow::resizeEvent(event);
+    FitHeight(height());
+}
+
+void frmMain::FitHeight(int height) {
     // On a small screen the list of runs gets what the tools and the figures can do without.
-    const bool isLow = height() < LowWindow;
+    const bool isLow = height < LowWindow;
     menu_->SetToolBarLow(isLow);
     results_->SetLow(isLow);
 }

@@ -68,6 +68,7 @@ private:
     QLayout* BuildRunListButtons(QWidget* parent);
     void OfferRunCommands();
     void BuildStatusBar();
+    void FitHeight(int height);
     void KeepChangesOften();
 
     void ShowFirstRun();
