@@ -16,7 +16,6 @@ constexpr int Samples = 600;
 
 /// Runs of ten minutes with stops of different lengths at their five nodes, every other one before.
 struct Drives {
-    std::vector<RunRecord> Records;
     TracedRuns Traced;
 
     Drives() {

@@ -344,9 +344,10 @@ void frmStudyStatistics::ShowPlots() {
 void frmStudyStatistics::FillRuns() {
     isFilling_ = true;
     vaRuns_->BeginFilling();
+    vaRuns_->setRowCount(static_cast<int>(shown_.Runs.size()));
+    int row = 0;
     for (const std::size_t index : shown_.Runs) {
         const MeasuredRun& run = runs_->Read.Runs[index];
-        const int row = vaRuns_->AddRow();
         vaRuns_->SetText(row, 0, ToQt(run.Name));
         vaRuns_->item(row, 0)->setData(RunRole, run.Entry);
         SetCellNote(*vaRuns_->item(row, 0), ToQt(RunInWords(run)));
@@ -356,6 +357,7 @@ void frmStudyStatistics::FillRuns() {
         vaRuns_->SetNumber(row, 2, seconds, QString::number(seconds));
         const std::string group = run.IsBefore ? "Before" : "After";
         vaRuns_->SetText(row, 3, ToQt(run.SetAside.empty() ? group : group + ", set aside"));
+        ++row;
     }
     vaRuns_->EndFilling();
     isFilling_ = false;
