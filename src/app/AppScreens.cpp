@@ -19,6 +19,7 @@
 #include "editing/forms/frmRunDetails.h"
 #include "gpsobd/forms/LogReview.h"
 #include "gpsobd/forms/LogSelect.h"
+#include "reports/forms/frmCompareStudies.h"
 #include "reports/forms/frmReportPreview.h"
 #include "statistics/forms/frmContDelayVsAvg.h"
 #include "statistics/forms/frmStatisticsOptions.h"
@@ -94,6 +95,7 @@ StatisticsVisit AppScreens::ShowStudyStatistics(int run) {
 std::optional<StudyChoices> AppScreens::ShowStatisticsOptions(const StudyChoices& choices) {
     return ChosenIn<frmStatisticsOptions>(*context_, choices);
 }
+void AppScreens::ShowCompareStudies() { ShowModal<frmCompareStudies>(*context_); }
 void AppScreens::ShowReportPreview() { ShowModal<frmReportPreview>(*context_); }
 
 void AppScreens::ShowPreferences() { ShowModal<frmPrefs>(*context_); }

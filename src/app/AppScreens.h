@@ -25,6 +25,7 @@ public:
     void ShowDelayChart() override;
     StatisticsVisit ShowStudyStatistics(int run) override;
     std::optional<StudyChoices> ShowStatisticsOptions(const StudyChoices& choices) override;
+    void ShowCompareStudies() override;
     void ShowReportPreview() override;
     void ShowPreferences() override;
     std::optional<CounterFileChoice> ShowReadTDC() override;

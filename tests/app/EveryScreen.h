@@ -30,6 +30,7 @@
 #include "gpsobd/forms/LogSelect.h"
 #include "platform/HelpWindow.h"
 #include "reports/ReportStudies.h"
+#include "reports/forms/frmCompareStudies.h"
 #include "reports/forms/frmReportPreview.h"
 #include "statistics/forms/frmContDelayVsAvg.h"
 #include "statistics/forms/frmStatisticsOptions.h"
@@ -201,6 +202,7 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmContDelayVsAvg", Opens<frmContDelayVsAvg>()},
         {"frmStudyStatistics", Opens<frmStudyStatistics>(1)},
         {"frmStatisticsOptions", Opens<frmStatisticsOptions>(StudyChoices{})},
+        {"frmCompareStudies", Opens<frmCompareStudies>()},
         {"frmReportPreview", Opens<frmReportPreview>()},
         {"frmReadTDC", Opens<frmReadTDC>()},
         {"frmUploadSelectTDC", Opens<frmUploadSelectTDC>()},

@@ -123,6 +123,7 @@ public:
     std::optional<StudyChoices> ShowStatisticsOptions(const StudyChoices&) override {
         return If(Show("frmStatisticsOptions"), Options);
     }
+    void ShowCompareStudies() override { Show("frmCompareStudies"); }
     void ShowReportPreview() override { Show("frmReportPreview"); }
     void ShowPreferences() override { Show("frmPrefs"); }
     std::optional<CounterFileChoice> ShowReadTDC() override { return If(Show("frmReadTDC"), CounterFile); }

@@ -41,6 +41,8 @@ public:
     [[nodiscard]] virtual StatisticsVisit ShowStudyStatistics(int run) = 0;
     /// How the statistics of a study are made, and the lines of its report.
     [[nodiscard]] virtual std::optional<StudyChoices> ShowStatisticsOptions(const StudyChoices& choices) = 0;
+    /// The current study and others, each against the first.
+    virtual void ShowCompareStudies() = 0;
     /// The reports on the current study.
     virtual void ShowReportPreview() = 0;
     virtual void ShowPreferences() = 0;
