@@ -35,6 +35,7 @@ frmCompareStudies::frmCompareStudies(AppContext& context)
     if (study.Record.RunCount > 0)
         Add(name.empty() ? "This study" : name, study, StudyGroupFolder(context.State));
     ShowDocument();
+    lstStudies_->setFocus();
     resize(1080, 760);
     RememberLayout(*this, context.Memory);
 }
@@ -147,6 +148,7 @@ void frmCompareStudies::ShowDocument() {
     }
     lstStudies_->setCurrentRow(static_cast<int>(studies_.size()) - 1);
     btnRemove_->setEnabled(!studies_.empty());
+    btnFirst_->setEnabled(studies_.size() > 1);
     document_ = {};
     if (conditions.size() > 1)
         document_ = MakeComparisonReport(CompareConditions(conditions, options_), options_, context_.State.Settings,
