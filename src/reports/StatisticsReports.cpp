@@ -15,8 +15,9 @@ std::string ValueText(std::optional<double> value, FigureUnit unit, int decimals
     return value ? ShownNumber(*value, unit, decimals, units) : NoFigure;
 }
 
-/// The table of a screen on paper: figures to the right, those of few runs in brackets.
-ReportTable OnPaper(const StatisticsTable& table) {
+/// The table of a screen on paper: figures to the right, those of few runs in brackets; without a column that would not
+/// fit beside the others.
+ReportTable OnPaper(const StatisticsTable& table, std::string_view without = {}) {
     ReportTable printed;
     printed.HasTotal = table.HasTotal;
     for (std::size_t column = 0; column < table.Heads.size(); ++column) {
@@ -27,7 +28,10 @@ ReportTable OnPaper(const StatisticsTable& table) {
         auto& row = printed.Rows.emplace_back();
         for (const StatisticsCell& cell : cells) row.push_back(cell.IsWeak ? "(" + cell.Text + ")" : cell.Text);
     }
-    return printed;
+    std::vector<std::size_t> columns;
+    for (std::size_t column = 0; column < table.Heads.size(); ++column)
+        if (table.Heads[column] != without) columns.push_back(column);
+    return WithColumns(printed, columns);
 }
 
 /// How far each measure scatters over the runs.
@@ -109,7 +113,7 @@ void AddRunsForDifference(ReportPages& pages, const Comparison& travelTime, cons
     const auto error = ErrorInUnit(options.Error, travelTime.Welch.MeanBefore);
     if (!error) return;
     pages.AddText("To show a difference in travel time of " + ShownNumber(*error, FigureUnit::Seconds, 1, units) +
-                      " s: " + RunsForDifferenceText(travelTime.Sd, *error, options.Confidence) + ".",
+                      " s " + RunsForDifferenceText(travelTime.Sd, *error, options.Confidence) + ".",
                   BodyStyle);
 }
 
@@ -121,7 +125,7 @@ void AddSections(ReportPages& pages, const ReportData& data, const Units& units)
     if (const std::string counts = statistics.NodeCountText(); !counts.empty())
         pages.AddText(counts + "; the table is theirs.", BodyStyle);
     const GroupStatistics& total = statistics.NodeCounts.size() == 1 ? statistics.Whole.All : data.OfMostNodes;
-    AddTable(pages, OnPaper(SectionsTable(statistics.Sections, total, statistics.Options, units)));
+    AddTable(pages, OnPaper(SectionsTable(statistics.Sections, total, statistics.Options, units), "P50 (s)"));
     pages.Skip(SectionGap / 2);
 }
 
@@ -173,7 +177,7 @@ void AddBeforeAfter(ReportPages& pages, const ReportData& data) {
     pages.Skip(SectionGap / 2);
     if (!statistics.SectionsComparable || statistics.Sections.size() < 2) return;
     pages.AddHeading("Travel time by section", 4 * pages.Measure().LineHeight(CellStyle) + SectionGap);
-    AddTable(pages, OnPaper(ComparedSectionsTable(statistics.Sections, statistics.Options, units)));
+    AddTable(pages, OnPaper(ComparedSectionsTable(statistics.Sections, statistics.Options, units), "Shift"));
     pages.AddText("p (Holm) is adjusted for the number of sections.", CaptionStyle);
 }
 
@@ -212,7 +216,7 @@ void AddComparison(ReportPages& pages, const std::vector<ConditionStatistics>& c
         AddTable(pages, OnPaper(ComparedTable(against, options, units)));
         if (condition.Sections.size() < 2) continue;
         pages.Skip(SectionGap / 2);
-        AddTable(pages, OnPaper(ComparedSectionsTable(condition.Sections, options, units)));
+        AddTable(pages, OnPaper(ComparedSectionsTable(condition.Sections, options, units), "Shift"));
     }
     pages.AddText(
         "p (Welch): of Welch's test; p (ranks): of Mann-Whitney's; p (Holm): adjusted for the number of sections.",
