@@ -1,21 +1,19 @@
 #include <algorithm>
 
 #include "reports/ReportContents.h"
+#include "statistics/DetailedStatistics.h"
 #include "statistics/OverlayPlot.h"
 #include "statistics/TimeSpacePlot.h"
 
 namespace vantor {
 namespace {
 
-/// So many runs at most are drawn.
-constexpr std::size_t MostDrawn = 500;
-
 /// The runs with as many nodes as most have, the first of them.
 PlottedRuns DrawnRuns(const ReportData& data) {
     PlottedRuns runs;
     if (data.Statistics.NodeCounts.empty()) return runs;
     for (const std::size_t run : data.Statistics.NodeCounts.front().Runs)
-        if (runs.size() < MostDrawn) runs.push_back({&data.Measured.Read.Runs[run], &data.Measured.Traces[run]});
+        if (runs.size() < MostPlottedRuns) runs.push_back({&data.Measured.Read.Runs[run], &data.Measured.Traces[run]});
     return runs;
 }
 
@@ -39,6 +37,7 @@ void AddTimeSpace(ReportPages& pages, const ReportData& data) {
     std::string note = "Distances are stretched from node to node, so that the nodes of all runs lie at one place.";
     if (const std::string counts = data.Statistics.NodeCountText(); !counts.empty())
         note += " " + counts + "; only they are drawn.";
+    if (runs.size() == MostPlottedRuns) note += " The first " + std::to_string(MostPlottedRuns) + " of them are drawn.";
     pages.AddText(note, CaptionStyle);
 }
 
