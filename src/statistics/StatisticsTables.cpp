@@ -286,7 +286,8 @@ StatisticsTable SummaryTable(const GroupedStatistics& whole, const StatisticsOpt
     AddGrades(rows, whole.All, options, units);
     rows.AddFigures([&](const GroupStatistics& group) { return ReliabilityFigures(group, options); });
     rows.AddText("Farthest from the mean travel time (Grubbs)", OutlierCell,
-                 whole.All.Outlier ? std::string() : "from " + std::to_string(LeastForGrubbs) + " runs that scatter");
+                 whole.All.Outlier ? OutlierCell(whole.All).Note
+                                   : "from " + std::to_string(LeastForGrubbs) + " runs that scatter");
     return table;
 }
 
