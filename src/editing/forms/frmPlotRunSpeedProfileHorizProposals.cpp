@@ -1,6 +1,7 @@
 // What the screen of the speed profile does for other runs, and the boundaries it proposes.
 
 #include <QComboBox>
+#include <QUndoStack>
 #include <algorithm>
 
 #include "core/StudyFile.h"
@@ -82,7 +83,7 @@ void frmPlotRunSpeedProfileHoriz::ConnectProposal() {
 void frmPlotRunSpeedProfileHoriz::Propose() {
     for (const ProfileLine line : AllLines) LeaveBox(line);
     if (!profile_.Trace().HasMovement()) return context_.DesktopServices.Beep();
-    if (!proposing_) proposing_.emplace();
+    if (!proposing_) proposing_ = Proposing();
     ShowProposal();
     if (controls_.Proposal->btnUseProposal->isEnabled()) controls_.Proposal->btnUseProposal->setFocus();
 }

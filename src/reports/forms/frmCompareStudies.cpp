@@ -32,8 +32,7 @@ frmCompareStudies::frmCompareStudies(AppContext& context)
     layout->addLayout(BuildButtons());
     const Study& study = context.State.CurrentStudy;
     const std::string name(Trim(study.Record.StudyName));
-    if (study.Record.RunCount > 0)
-        Add(name.empty() ? "This study" : name, study, StudyGroupFolder(context.State));
+    if (study.Record.RunCount > 0) Add(name.empty() ? "This study" : name, study, StudyGroupFolder(context.State));
     ShowDocument();
     lstStudies_->setFocus();
     resize(1080, 760);
