@@ -3,6 +3,8 @@
 #include <qpdf/qpdf-c.h>
 
 #include <memory>
+#include <type_traits>
+
 namespace vantor {
 namespace {
 
