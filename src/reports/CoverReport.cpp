@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "core/Text.h"
 #include "reports/ReportContents.h"
 #include "reports/ReportText.h"
@@ -48,7 +50,9 @@ std::string HoursText(const Basis& basis) {
 std::string RunsText(const ReportData& data) {
     const int counted = data.Statistics.Whole.All.Of[Measure::ControlDelay].N;
     std::string text = std::to_string(data.Runs.size()) + " driven, " + std::to_string(counted) + " counted";
-    if (data.WithoutSetAside) text += ", some set aside (see Statistics over Runs)";
+    const auto setAside =
+        std::ranges::count_if(data.Measured.Read.Runs, [](const MeasuredRun& run) { return !run.SetAside.empty(); });
+    if (setAside > 0) text += ", " + std::to_string(setAside) + " set aside (see Statistics over Runs)";
     if (!data.Problems.empty()) text += ", " + std::to_string(data.Problems.size()) + " cannot be read";
     return text;
 }
