@@ -166,7 +166,10 @@ void AddBeforeAfter(ReportPages& pages, const ReportData& data) {
     if (!whole.HasBoth())
         return pages.AddText(
             "The runs of this study were driven all before the change that is studied, or all after it.", BodyStyle);
-    pages.AddText("Before: " + whole.Before.RestsOn.Text() + ". After: " + whole.After.RestsOn.Text() + ".", BodyStyle);
+    const auto restsOn = [](const GroupStatistics& group) {
+        return group.RestsOn.Text() + (group.Warnings.empty() ? "" : "; " + Joined(group.Warnings, "; "));
+    };
+    pages.AddText("Before: " + restsOn(whole.Before) + ". After: " + restsOn(whole.After) + ".", BodyStyle);
     pages.Skip(SectionGap / 2);
     for (const Measure measure : {Measure::TravelTime, Measure::ControlDelay, Measure::Stops})
         pages.AddText(ComparisonText(whole.Compared[measure], measure, statistics.Options, units), BodyStyle);

@@ -57,7 +57,10 @@ std::string WithoutTest(const Comparison& comparison, Measure measure, const Cha
     const WelchTest& test = comparison.Welch;
     const std::string name = KindOf(measure).Name;
     if (!test.Difference) return name + ": nothing to compare, " + SizesText(test) + " have it.";
-    const std::string change = name + " differs by " + texts.SignedSize(*test.Difference) + PercentText(test) + "; ";
+    const std::string change =
+        name + (*test.Difference == 0
+                    ? ": no difference; "
+                    : ": a difference of " + texts.SignedSize(*test.Difference) + PercentText(test) + "; ");
     if (test.NBefore < 2 || test.NAfter < 2)
         return change + "no test: it takes two runs or more each way, and there are " + SizesText(test) + ".";
     return change + "no test: neither group has scatter.";

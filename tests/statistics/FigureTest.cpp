@@ -107,7 +107,7 @@ TEST(Figure, AComparisonIsToldInASentence) {
     EXPECT_THAT(Told({200, 201, 199}, {100, 101, 102}), HasSubstr("The check by ranks cannot tell"));
     EXPECT_THAT(Told({200}, {100, 101}), HasSubstr("no test: it takes two runs or more each way"));
     EXPECT_THAT(Told({200, 200}, {100, 100}),
-                HasSubstr("differs by −100.0 s (50.0 %); no test: neither group has scatter."));
+                HasSubstr("a difference of −100.0 s (50.0 %); no test: neither group has scatter."));
     EXPECT_THAT(Told({}, {100, 101}), HasSubstr("nothing to compare"));
     EXPECT_THAT(Told({100, 101, 102, 103, 104}, {105, 106, 107, 108, 300}), HasSubstr("The tests disagree: Welch p = "))
         << "one far value hides from the one test what ranks show";
