@@ -93,13 +93,15 @@ SheetCell ItemCell(const std::array<const char*, Count>& items, std::int16_t pos
 
 SheetCell NumberCell(const std::optional<std::string>& label) { return label ? SheetCell(Val(*label)) : SheetCell(); }
 
+bool HasStudyDate(const StudyRecord& record) { return record.StudyDate.Days != 0 && IsValidDate(record.StudyDate); }
+
 Sheet StudySheet(const StudyRecord& record, const std::string& group, const ResultLabels& labels, int counted,
                  const std::string& withoutWarned) {
     return {"Study",
             {{"Field", "General", 24}, {"Value", "General", 44}},
             {{"Study Name", std::string(Trim(record.StudyName))},
              {"Study Group", group},
-             {"Study Date", ShortDate(record.StudyDate)},
+             {"Study Date", HasStudyDate(record) ? SheetCell(ShownDay(record.StudyDate)) : SheetCell()},
              {"Street Name", std::string(Trim(record.StreetName))},
              {"Direction", ItemCell(DirectionItems, record.Direction)},
              {"Critical Lane", ItemCell(CritLaneItems, record.CritLane)},

@@ -18,6 +18,9 @@ inline constexpr std::size_t MostTextUnits = 32767;
 std::string CellText(std::string_view utf8, std::size_t mostUnits = MostTextUnits);
 std::u16string CellText16(std::string_view utf8, std::size_t mostUnits = MostTextUnits);
 
+/// The look of a date in a column that has none.
+inline constexpr const char* PlainDayFormat = "mm/dd/yy";
+
 /// A name for each sheet, as spreadsheets allow them and no two alike.
 std::vector<std::string> SheetNames(const std::vector<Sheet>& sheets);
 

@@ -187,7 +187,7 @@ BiffStream Globals(const std::vector<std::string>& names, const std::vector<std:
 class SheetStream {
 public:
     SheetStream(BiffStream& out, const Sheet& sheet, SharedTexts& texts, Formats& formats)
-        : out_(out), sheet_(sheet), texts_(texts) {
+        : out_(out), sheet_(sheet), texts_(texts), formats_(formats) {
         for (const SheetColumn& column : sheet.Columns) xfs_.push_back(formats.XfOf(column.Format));
     }
 
@@ -247,13 +247,14 @@ private:
         }
         const std::vector<SheetCell>& cells = sheet_.Rows[row - 1U];
         const auto count = static_cast<U16>(cells.size());
-        for (U16 column = 0; column < count; ++column)
+        for (U16 column = 0; column < count; ++column) {
+            const bool isPlainDate = xfs_[column] == PlainXf && std::holds_alternative<Date>(cells[column]);
+            const U16 xf = isPlainDate ? formats_.XfOf(PlainDayFormat) : xfs_[column];
             VisitCell(
                 cells[column],
-                [&](const std::string& text) {
-                    out_.Record(Biff::LabelSst, row, column, xfs_[column], texts_.IndexOf(text));
-                },
-                [&](double number) { out_.Record(Biff::Number, row, column, xfs_[column], number); });
+                [&](const std::string& text) { out_.Record(Biff::LabelSst, row, column, xf, texts_.IndexOf(text)); },
+                [&](double number) { out_.Record(Biff::Number, row, column, xf, number); });
+        }
     }
 
     /// The head row stays in view.
@@ -272,6 +273,7 @@ private:
     BiffStream& out_;
     const Sheet& sheet_;
     SharedTexts& texts_;
+    Formats& formats_;
     std::vector<U16> xfs_;  ///< of the columns
 };
 

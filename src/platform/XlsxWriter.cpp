@@ -163,11 +163,13 @@ public:
             const auto line = static_cast<lxw_row_t>(row + 1);
             for (std::size_t i = 0; i < sheet.Rows[row].size(); ++i) {
                 const auto column = static_cast<lxw_col_t>(i);
+                const SheetCell& cell = sheet.Rows[row][i];
+                lxw_format* look = looks[i];
+                if (look == nullptr && std::holds_alternative<Date>(cell)) look = LookOf(PlainDayFormat);
                 VisitCell(
-                    sheet.Rows[row][i],
-                    [&](const std::string& text) { PutText(worksheet, line, column, text, looks[i]); },
+                    cell, [&](const std::string& text) { PutText(worksheet, line, column, text, look); },
                     [&](double number) {
-                        Check(worksheet_write_number(worksheet, line, column, number, looks[i]));
+                        Check(worksheet_write_number(worksheet, line, column, number, look));
                         ++cells_;
                     });
             }

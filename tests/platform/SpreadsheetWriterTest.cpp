@@ -62,7 +62,8 @@ TEST_P(SpreadsheetWriterTest, ReadersFindWhatWasWritten) {
          {},
          {" @x \t\n_x0041_ ", DateOf(2000, 2, 29), std::monostate{}, 0.0},
          {"'x", 12.0}}};
-    const Sheet numbers{"Numbers", {{"N", "0.000"}}, {{1.0}, {4294967296.0}, {123456789.125}}};
+    const Sheet numbers{
+        "Numbers", {{"N", "0.000"}, {"D"}}, {{1.0, DateOf(2008, 3, 14)}, {4294967296.0}, {123456789.125}}};
     const json sheets = Read({runs, numbers, {"Heads only", {{"A"}, {"B"}}, {}}});
 
     ASSERT_EQ(sheets.size(), 3U);
@@ -79,8 +80,9 @@ TEST_P(SpreadsheetWriterTest, ReadersFindWhatWasWritten) {
     EXPECT_EQ(sheets[0]["rows"], json(rows));
     EXPECT_EQ(sheets[0]["formats"], json({"General", "mm/dd/yy", "mm/dd/yyyy hh:mm:ss", "0.0"}));
     EXPECT_EQ(sheets[0]["widths"], json({20, 10, 17, 10}));
-    EXPECT_EQ(sheets[1]["rows"], json({{"N"}, {1.0}, {4294967296.0}, {123456789.125}}));
-    EXPECT_EQ(sheets[1]["formats"], json({"0.000"}));
+    EXPECT_EQ(sheets[1]["rows"], json::array({json::array({"N", "D"}), json::array({1.0, date("2008-03-14T00:00:00")}),
+                                              json::array({4294967296.0}), json::array({123456789.125})}));
+    EXPECT_EQ(sheets[1]["formats"], json({"0.000", "mm/dd/yy"}));
     EXPECT_EQ(sheets[2]["rows"], json::array({json::array({"A", "B"})}));
     for (const json& sheet : sheets) {
         EXPECT_TRUE(sheet["boldHeads"]);
