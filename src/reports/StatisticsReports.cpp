@@ -91,8 +91,8 @@ std::vector<std::string> RunRemarks(const ReportData& data) {
     std::vector<std::string> lines;
     if (group.Outlier)
         lines.push_back(group.FarthestRun + " has the travel time farthest from the mean, " +
-                        ShownNumber(group.Outlier->G, FigureUnit::None, 2, {}) + " standard deviations (Grubbs; " +
-                        ShownNumber(group.Outlier->Critical, FigureUnit::None, 2, {}) +
+                        ShownNumber(group.Outlier->G, FigureUnit::None, 3, {}) + " standard deviations (Grubbs; " +
+                        ShownNumber(group.Outlier->Critical, FigureUnit::None, 3, {}) +
                         " would make it an outlier): " + (group.Outlier->IsOutlier() ? "look at it." : "no outlier."));
     for (const MeasuredRun& run : data.Measured.Read.Runs)
         if (!run.SetAside.empty()) lines.push_back(run.Name + " is set aside: " + run.SetAside + ".");
