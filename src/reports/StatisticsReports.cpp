@@ -152,8 +152,7 @@ void AddStatistics(ReportPages& pages, const ReportData& data) {
     warnings.insert(warnings.end(), group.Warnings.begin(), group.Warnings.end());
     AddLines(pages, "Warnings", warnings);
     AddLines(pages, "Single runs", RunRemarks(data));
-    constexpr int MostSoFar = 40;
-    if (group.N <= MostSoFar) {
+    if (data.Measured.Read.Runs.size() <= MostRunsSoFar) {
         pages.AddHeading("Travel time as the runs were driven", 4 * pages.Measure().LineHeight(CellStyle) + SectionGap);
         AddTable(pages, SoFarTable(data, units));
     }

@@ -255,6 +255,7 @@ DetailedStatistics MakeDetailedStatistics(const TracedRuns& runs, const Study& s
                              : filter.Of == RunFilter::Group::Before ? "Before"
                                                                      : "After";
     detailed.Summary = SummaryTable(whole, study.Options, what, units);
+    AddRunsSoFar(detailed.Summary, taken, study.Options, units);
     detailed.Sections =
         SectionsTable(detailed.Figures.Sections, TotalOf(taken, detailed.Figures), study.Options, units);
     detailed.Apart = ApartText(detailed.Figures, taken);

@@ -291,6 +291,24 @@ StatisticsTable SummaryTable(const GroupedStatistics& whole, const StatisticsOpt
     return table;
 }
 
+void AddRunsSoFar(StatisticsTable& summary, const std::vector<MeasuredRun>& runs, const StatisticsOptions& options,
+                  const Units& units) {
+    if (runs.size() < 2 || runs.size() > MostRunsSoFar) return;
+    std::vector<double> times;
+    for (const MeasuredRun& run : runs) times.push_back(run.Measures.Whole.TravelTime);
+    for (const RunsSoFar& soFar : AfterEachRun(times, options.Error, options.Confidence)) {
+        const auto seconds = [&](double value) { return ShownNumber(value, FigureUnit::Seconds, 1, units); };
+        const std::string interval = soFar.Of.HalfWidth ? " ± " + seconds(*soFar.Of.HalfWidth) : std::string();
+        auto& row = summary.Rows.emplace_back();
+        row.push_back(TextCell("Travel time after run " + std::to_string(soFar.Of.N) + " (s)"));
+        row.push_back(TextCell(seconds(*soFar.Of.Mean) + interval));
+        while (row.size() + 1 < summary.Heads.size()) row.push_back(TextCell({}));
+        const std::string needed =
+            soFar.Needed.Needed ? std::to_string(*soFar.Needed.Needed) + " runs needed" : std::string();
+        row.push_back(TextCell(soFar.Needed.Enough ? needed + ", enough" : needed));
+    }
+}
+
 StatisticsTable SectionsTable(const std::vector<SectionOverRuns>& sections, const GroupStatistics& total,
                               const StatisticsOptions& options, const Units& units) {
     StatisticsTable table;

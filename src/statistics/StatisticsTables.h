@@ -33,6 +33,13 @@ std::vector<SheetRow> SheetOf(const StatisticsTable& table);
 StatisticsTable SummaryTable(const GroupedStatistics& whole, const StatisticsOptions& options, const std::string& what,
                              const Units& units);
 
+/// So many runs at most are told one after the other.
+inline constexpr std::size_t MostRunsSoFar = 40;
+/// How sure the mean travel time was after each of the runs, in their order, as further rows of a summary; none of more
+/// runs than that.
+void AddRunsSoFar(StatisticsTable& summary, const std::vector<MeasuredRun>& runs, const StatisticsOptions& options,
+                  const Units& units);
+
 /// From node to node over runs with the same number of nodes; `total` are their whole runs, for intervals do not add.
 StatisticsTable SectionsTable(const std::vector<SectionOverRuns>& sections, const GroupStatistics& total,
                               const StatisticsOptions& options, const Units& units);
