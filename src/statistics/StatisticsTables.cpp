@@ -295,6 +295,7 @@ void AddRunsSoFar(StatisticsTable& summary, const std::vector<MeasuredRun>& runs
                   const Units& units) {
     if (runs.size() < 2 || runs.size() > MostRunsSoFar) return;
     std::vector<double> times;
+    times.reserve(runs.size());
     for (const MeasuredRun& run : runs) times.push_back(run.Measures.Whole.TravelTime);
     for (const RunsSoFar& soFar : AfterEachRun(times, options.Error, options.Confidence)) {
         const auto seconds = [&](double value) { return ShownNumber(value, FigureUnit::Seconds, 1, units); };
