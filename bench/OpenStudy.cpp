@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "app/AppScreens.h"
+#include "bench/ReadHeaders.h"
 #include "bench/SecondsOf.h"
 #include "core/RunFile.h"
 #include "core/Settings.h"
@@ -122,21 +123,6 @@ double SecondsToOpen(const std::string& path, int runs) {
         window.Start(path);
         while (!watch.IsDrawn()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
     });
-}
-
-double SecondsToReadHeaders(const std::string& folder, int runs) {
-    double seconds = 0;
-    int files = 0;
-    FILE* const peer = popen((VANTOR_READ_HEADERS " " + folder).c_str(), "r");
-    const bool isRead = peer != nullptr && std::fscanf(peer, "%lf %d", &seconds, &files) == 2;
-    if (peer == nullptr || pclose(peer) != 0 || !isRead || files != runs)
-        throw std::runtime_error("read_headers failed");
-    return seconds;
-}
-
-void Tell(const char* name, std::vector<double> seconds) {
-    std::ranges::sort(seconds);
-    std::printf(", \"%s_min\": %.6f, \"%s_median\": %.6f", name, seconds.front(), name, seconds[seconds.size() / 2]);
 }
 
 int Measure(int runs, int rounds) {

@@ -15,6 +15,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "bench/ReadHeaders.h"
 #include "bench/SecondsOf.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
@@ -68,21 +69,6 @@ double SecondsOfStatistics(const Study& study, const std::string& folder) {
     return seconds;
 }
 
-double SecondsToReadFiles(const std::string& folder, int runs) {
-    double seconds = 0;
-    int files = 0;
-    FILE* const peer = popen((VANTOR_READ_HEADERS " " + folder + " --whole").c_str(), "r");
-    const bool isRead = peer != nullptr && std::fscanf(peer, "%lf %d", &seconds, &files) == 2;
-    if (peer == nullptr || pclose(peer) != 0 || !isRead || files != runs)
-        throw std::runtime_error("read_headers failed");
-    return seconds;
-}
-
-void Tell(const char* name, std::vector<double> seconds) {
-    std::ranges::sort(seconds);
-    std::printf(", \"%s_min\": %.6f, \"%s_median\": %.6f", name, seconds.front(), name, seconds[seconds.size() / 2]);
-}
-
 int MeasureStudy(int runs, int rounds) {
     char pattern[] = "/tmp/vantor-bench-XXXXXX";
     const std::string folder = std::string(mkdtemp(pattern)) + "/";
@@ -92,7 +78,7 @@ int MeasureStudy(int runs, int rounds) {
     std::vector<double> reading;
     for (int i = 0; i < rounds; ++i) {
         statistics.push_back(SecondsOfStatistics(study, folder));
-        reading.push_back(SecondsToReadFiles(folder, runs));
+        reading.push_back(SecondsToReadHeaders(folder, runs, "--whole"));
     }
     std::filesystem::remove_all(folder);
     std::printf("{\"runs\": %d", runs);

@@ -37,7 +37,8 @@ void AddTimeSpace(ReportPages& pages, const ReportData& data) {
     std::string note = "Distances are stretched from node to node, so that the nodes of all runs lie at one place.";
     if (const std::string counts = data.Statistics.NodeCountText(); !counts.empty())
         note += " " + counts + "; only they are drawn.";
-    if (runs.size() == MostPlottedRuns) note += " The first " + std::to_string(MostPlottedRuns) + " of them are drawn.";
+    if (data.Statistics.NodeCounts.front().Runs.size() > runs.size())
+        note += " The first " + std::to_string(MostPlottedRuns) + " of them are drawn.";
     pages.AddText(note, CaptionStyle);
 }
 

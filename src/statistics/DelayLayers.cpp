@@ -1,5 +1,9 @@
 #include "statistics/DelayLayers.h"
 
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
 #include "statistics/Figure.h"
 
 namespace vantor {
@@ -12,6 +16,18 @@ std::vector<double> DelaysOf(const DelaySeries& series) {
 }
 
 }  // namespace
+
+std::vector<int> RunsInOrder(const std::vector<RunListRow>& rows, DelayOrder order) {
+    if (order == DelayOrder::AsInStudy) return {};
+    std::vector<int> runs(rows.size());
+    std::iota(runs.begin(), runs.end(), 1);
+    std::ranges::stable_sort(runs, {}, [&](int run) {
+        const RunFacts& facts = rows[static_cast<std::size_t>(run - 1)].Facts;
+        const double day = order == DelayOrder::AsDriven ? std::floor(facts.RunDate.Days) : 0;
+        return std::pair(day, facts.RunTime.Days - std::floor(facts.RunTime.Days));
+    });
+    return runs;
+}
 
 DelayChartLayers DelayLayersOf(const DelaySeries& series, const StatisticsOptions& options,
                                const DelayLayerChoice& choice) {

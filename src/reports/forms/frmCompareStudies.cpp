@@ -12,6 +12,7 @@
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
+#include "reports/forms/SavePdf.h"
 #include "reports/modReports.h"
 
 namespace vantor {
@@ -150,8 +151,10 @@ void frmCompareStudies::ShowDocument() {
     btnFirst_->setEnabled(studies_.size() > 1);
     document_ = {};
     if (conditions.size() > 1)
-        document_ = MakeComparisonReport(CompareConditions(conditions, options_), options_, context_.State.Settings,
-                                         context_.Time.Now(), {}, context_.Documents.Measure());
+        context_.Work.Run("Comparing the studies", [&](FileSystem&, const Progress&) {
+            document_ = MakeComparisonReport(CompareConditions(conditions, options_), options_, context_.State.Settings,
+                                             context_.Time.Now(), {}, context_.Documents.Measure());
+        });
     const QString empty = studies_.empty() ? QStringLiteral("Add two studies or more to compare them.")
                                            : QStringLiteral("Add a study or a Study Group to compare with \"%1\".")
                                                  .arg(ToQt(studies_.front().Of.Name));
@@ -162,14 +165,8 @@ void frmCompareStudies::ShowDocument() {
 }
 
 void frmCompareStudies::SaveAsPdf() {
-    const std::string path = context_.DesktopServices.ChooseFileToSave(
-        StudyGroupFolder(context_.State) + WithSafeCharacters(document_.Title) + ".pdf", "Save Comparison",
-        {{"PDF documents", ".pdf"}});
-    if (path.empty()) return;
-    context_.Work.Run("Writing " + LastComponent(path), [this, path](FileSystem& files, const Progress& progress) {
-        const auto bytes = context_.Documents.Pdf(document_, progress);
-        if (progress(1, 1)) WriteFile(files, path, bytes, AsItStands(files, path));
-    });
+    SavePdf(context_, document_, StudyGroupFolder(context_.State) + WithSafeCharacters(document_.Title),
+            "Save Comparison");
 }
 
 }  // namespace vantor

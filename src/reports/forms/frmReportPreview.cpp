@@ -17,6 +17,7 @@
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
+#include "reports/forms/SavePdf.h"
 
 namespace vantor {
 namespace {
@@ -310,13 +311,7 @@ void frmReportPreview::Print() { context_.DesktopServices.Print(document_); }
 void frmReportPreview::SaveAsPdf() {
     const std::string study(Trim(data_.Contents.Record.StudyName));
     const std::string name = study.empty() ? "Report" : WithSafeCharacters(study);
-    const std::string path = context_.DesktopServices.ChooseFileToSave(StudyGroupFolder(context_.State) + name + ".pdf",
-                                                                       "Save Report", {{"PDF documents", ".pdf"}});
-    if (path.empty()) return;
-    context_.Work.Run("Writing " + LastComponent(path), [this, path](FileSystem& files, const Progress& progress) {
-        const auto bytes = context_.Documents.Pdf(document_, progress);
-        if (progress(1, 1)) WriteFile(files, path, bytes, AsItStands(files, path));
-    });
+    SavePdf(context_, document_, StudyGroupFolder(context_.State) + name, "Save Report");
 }
 
 void frmReportPreview::keyPressEvent(QKeyEvent* event) {

@@ -3,9 +3,6 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
-#include <algorithm>
-#include <cmath>
-#include <numeric>
 
 #include "core/Paths.h"
 #include "core/PictureFile.h"
@@ -116,20 +113,6 @@ QLayout* frmContDelayVsAvg::BuildLayers() {
     return row;
 }
 
-std::vector<int> frmContDelayVsAvg::Order() const {
-    enum Items { AsInStudy, AsDriven, ByTimeOfDay };
-    if (cmbOrder_->currentIndex() == AsInStudy) return {};
-    std::vector<int> order(runs_.Rows.size());
-    std::iota(order.begin(), order.end(), 1);
-    const auto clock = [](Date date) { return date.Days - std::floor(date.Days); };
-    std::ranges::stable_sort(order, {}, [&](int run) {
-        const RunFacts& facts = runs_.Rows[static_cast<std::size_t>(run - 1)].Facts;
-        return std::pair(cmbOrder_->currentIndex() == AsDriven ? std::floor(facts.RunDate.Days) : 0.0,
-                         clock(facts.RunTime));
-    });
-    return order;
-}
-
 QLayout* frmContDelayVsAvg::BuildButtons() {
     auto* BtnCopyPicture = Named<QPushButton>(this, "BtnCopyPicture", QStringLiteral("Copy &Picture"));
     BtnCopyPicture->setToolTip(QStringLiteral("Copy the chart as a picture"));
@@ -162,7 +145,8 @@ QLayout* frmContDelayVsAvg::BuildButtons() {
 void frmContDelayVsAvg::ShowSeries() {
     const Study& study = context_.State.CurrentStudy;
     const DelayRuns shown = chkCountedOnly_->isChecked() ? DelayRuns::Counted : DelayRuns::All;
-    series_ = DelaySeries(study, runs_.Rows, shown, Order());
+    const auto order = static_cast<DelayOrder>(cmbOrder_->currentIndex());
+    series_ = DelaySeries(study, runs_.Rows, shown, RunsInOrder(runs_.Rows, order));
     layers_ = DelayLayersOf(series_, study.Options,
                             {chkInterval_->isChecked(), chkError_->isChecked(), chkGrades_->isChecked()});
     Plot plot = DelayPlot(series_, DelayChartTitle(study), layers_);

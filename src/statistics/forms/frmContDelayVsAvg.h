@@ -25,8 +25,6 @@ private:
     QLayout* BuildLayers();
     QCheckBox* Switch(const char* name, const QString& caption, const char* tip, const char* key);
     QWidget* AddToLegend(const PlotSample& sample, const char* name, const char* labelName);
-    /// The runs in the order that is chosen; none for the study's.
-    std::vector<int> Order() const;
     QLayout* BuildButtons();
     void ShowSeries();
     void ShowReadOut();
