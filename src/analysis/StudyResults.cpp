@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <atomic>
-#include <future>
 #include <optional>
-#include <system_error>
 #include <unordered_map>
 
 #include "core/Numeric.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
+#include "core/TwoThreads.h"
 #include "core/modMain.h"
 
 namespace vantor {
@@ -79,11 +78,7 @@ private:
     std::unordered_map<std::string, std::size_t> byName_;
 };
 
-/// Below that, a second thread costs more than it saves.
-constexpr int ManyRuns = 100;
-
-/// Makes the rows of a study's runs, of which it reads those whose facts are not known; of many runs on two threads,
-/// for most of the time goes to waiting for memory and the system.
+/// Makes the rows of a study's runs, of which it reads those whose facts are not known; of many runs on two threads.
 class RowMaker {
 public:
     RowMaker(const Study& study, const FileSystem& files, const std::string& folder, const AppSettings& settings)
@@ -92,15 +87,9 @@ public:
     /// `known` by place, from 0.
     std::vector<RunListRow> Make(std::vector<std::optional<RunFacts>> known, const Progress& progress) {
         std::vector<RunListRow> rows(known.size());
-        std::future<void> other;
-        try {
-            if (rows.size() >= ManyRuns)
-                other = std::async(std::launch::async, [&] { Fill(rows, known, [](std::size_t) { return true; }); });
-        } catch (const std::system_error&) {
-            // One thread is enough.
-        }
-        Fill(rows, known, [&](std::size_t place) { return progress(place, rows.size()); });
-        if (other.valid()) other.get();
+        OnTwoThreads(
+            rows.size(), [&] { Fill(rows, known, [&](std::size_t place) { return progress(place, rows.size()); }); },
+            [&] { Fill(rows, known, [](std::size_t) { return true; }); });
         return rows;
     }
 

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <future>
 #include <map>
-#include <system_error>
 #include <variant>
 
 #include "analysis/RunFacts.h"
@@ -13,6 +11,7 @@
 #include "core/Paths.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
+#include "core/TwoThreads.h"
 
 namespace vantor {
 namespace {
@@ -77,10 +76,7 @@ MeasuredRun MeasureStudyRun(const RunReading& reading, const StudyRunEntry& entr
 
 namespace {
 
-/// Below that, a second thread costs more than it saves.
-constexpr int ManyRuns = 100;
-
-/// Reads and measures the runs of a study, of many on two threads: most of the time goes to waiting for the system.
+/// Reads and measures the runs of a study, of many on two threads.
 class RunReader {
 public:
     RunReader(const Study& study, const FileSystem& files, const std::string& folder, const AppSettings& settings,
@@ -91,15 +87,10 @@ public:
     StudyRuns Read(const Progress& progress) {
         const auto count = static_cast<std::uint64_t>(study_.Record.RunCount);
         std::vector<std::variant<MeasuredRun, RunLeftOut>> results(count);
-        std::future<void> other;
-        try {
-            if (count >= ManyRuns)
-                other = std::async(std::launch::async, [&] { Fill(results, [](int) { return true; }); });
-        } catch (const std::system_error&) {
-            // One thread is enough.
-        }
-        Fill(results, [&](int entry) { return progress(static_cast<std::uint64_t>(entry - 1), count); });
-        if (other.valid()) other.get();
+        OnTwoThreads(
+            count,
+            [&] { Fill(results, [&](int entry) { return progress(static_cast<std::uint64_t>(entry - 1), count); }); },
+            [&] { Fill(results, [](int) { return true; }); });
         StudyRuns runs;
         runs.IsWhole = !isStopped_;
         if (isStopped_) return runs;
