@@ -193,10 +193,8 @@ Json OptionsAsJson(const StatisticsOptions& options) {
 
 /// How sure the mean travel time was after each run, in the order driven.
 Json SoFarAsJson(const std::vector<MeasuredRun>& runs, const StatisticsOptions& options) {
-    ChosenRuns all;
-    for (const MeasuredRun& run : runs) all.push_back(&run);
     Json list = Json::array();
-    for (const RunsSoFar& soFar : AfterEachRun(ValuesOf(all, Measure::TravelTime), options.Error, options.Confidence))
+    for (const RunsSoFar& soFar : TravelTimesSoFar(runs, options))
         list.push_back({{"n", soFar.Of.N},
                         {"mean", OrNull(soFar.Of.Mean)},
                         {"half_width", OrNull(soFar.Of.HalfWidth)},

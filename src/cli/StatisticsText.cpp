@@ -115,11 +115,8 @@ public:
     }
 
     void SoFar(const std::vector<MeasuredRun>& runs) const {
-        ChosenRuns all;
-        for (const MeasuredRun& run : runs) all.push_back(&run);
         Json rows = Json::array();
-        for (const RunsSoFar& soFar :
-             AfterEachRun(ValuesOf(all, Measure::TravelTime), options_.Error, options_.Confidence)) {
+        for (const RunsSoFar& soFar : TravelTimesSoFar(runs, options_)) {
             const RunsNeeded& needed = soFar.Needed;
             rows.push_back(
                 {{"Runs so far", std::to_string(soFar.Of.N)},

@@ -60,17 +60,15 @@ ReportTable ScatterTable(const GroupStatistics& group, const Units& units) {
 /// How sure the mean travel time was after each run, in the order driven.
 ReportTable SoFarTable(const ReportData& data, const Units& units) {
     const StatisticsOptions& options = data.Statistics.Options;
-    ChosenRuns runs;
-    for (const MeasuredRun& run : data.Measured.Read.Runs) runs.push_back(&run);
+    const std::vector<MeasuredRun>& runs = data.Measured.Read.Runs;
     ReportTable table;
     table.Columns = {{"Runs", Right},        {"Last run", TextSide::Left, true},
                      {"Mean (s)", Right},    {"\u00B1 (s)", Right},
                      {"Runs needed", Right}, {"More", Right}};
     std::size_t i = 0;
-    for (const RunsSoFar& soFar :
-         AfterEachRun(ValuesOf(runs, Measure::TravelTime), options.Error, options.Confidence)) {
+    for (const RunsSoFar& soFar : TravelTimesSoFar(runs, options)) {
         const auto count = [](std::optional<int> number) { return number ? std::to_string(*number) : NoFigure; };
-        table.Rows.push_back({std::to_string(soFar.Of.N), runs[i++]->Name,
+        table.Rows.push_back({std::to_string(soFar.Of.N), runs[i++].Name,
                               ValueText(soFar.Of.Mean, FigureUnit::Seconds, 1, units),
                               ValueText(soFar.Of.HalfWidth, FigureUnit::Seconds, 1, units), count(soFar.Needed.Needed),
                               soFar.Needed.Enough ? "enough" : count(soFar.Needed.StillNeeded)});

@@ -294,10 +294,7 @@ StatisticsTable SummaryTable(const GroupedStatistics& whole, const StatisticsOpt
 void AddRunsSoFar(StatisticsTable& summary, const std::vector<MeasuredRun>& runs, const StatisticsOptions& options,
                   const Units& units) {
     if (runs.size() < 2 || runs.size() > MostRunsSoFar) return;
-    std::vector<double> times;
-    times.reserve(runs.size());
-    for (const MeasuredRun& run : runs) times.push_back(run.Measures.Whole.TravelTime);
-    for (const RunsSoFar& soFar : AfterEachRun(times, options.Error, options.Confidence)) {
+    for (const RunsSoFar& soFar : TravelTimesSoFar(runs, options)) {
         const auto seconds = [&](double value) { return ShownNumber(value, FigureUnit::Seconds, 1, units); };
         const std::string interval = soFar.Of.HalfWidth ? " ± " + seconds(*soFar.Of.HalfWidth) : std::string();
         auto& row = summary.Rows.emplace_back();

@@ -144,6 +144,13 @@ StudyStatistics ComputeStatistics(const std::vector<MeasuredRun>& runs, const St
     return statistics;
 }
 
+std::vector<RunsSoFar> TravelTimesSoFar(const std::vector<MeasuredRun>& runs, const StatisticsOptions& options) {
+    std::vector<double> times;
+    times.reserve(runs.size());
+    for (const MeasuredRun& run : runs) times.push_back(run.Measures.Whole.TravelTime);
+    return AfterEachRun(times, options.Error, options.Confidence);
+}
+
 std::vector<MeasuredRun> WithoutSetAside(const std::vector<MeasuredRun>& runs) {
     std::vector<MeasuredRun> rest;
     std::ranges::copy_if(runs, std::back_inserter(rest), [](const MeasuredRun& run) { return run.SetAside.empty(); });

@@ -48,6 +48,9 @@ struct StudyStatistics {
 /// The statistics of runs, all at once or what a window has chosen of them. Never fails: of no runs it has no figures.
 StudyStatistics ComputeStatistics(const std::vector<MeasuredRun>& runs, const StatisticsOptions& options);
 
+/// How sure the mean travel time was after each run, in their order.
+std::vector<RunsSoFar> TravelTimesSoFar(const std::vector<MeasuredRun>& runs, const StatisticsOptions& options);
+
 /// The runs that are not set aside.
 std::vector<MeasuredRun> WithoutSetAside(const std::vector<MeasuredRun>& runs);
 
