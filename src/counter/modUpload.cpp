@@ -3,35 +3,16 @@
 #include <set>
 #include <utility>
 
-#include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/RunRecords.h"
 #include "core/Text.h"
-#include "core/Windows1252.h"
 #include "core/modMain.h"
 
 namespace vantor {
 namespace {
 
-constexpr const char* LastGroupKey = "LastGroupOfRuns";
-
 std::string RunPath(const std::string& folder, const std::string& name) { return folder + name + RunExtension; }
-
-/// Names are stored in studies and settings, so they must be storable as well as safe.
-bool AcceptName(MessageBoxes& messages, const std::string& name) {
-    if (!IsSafeName(name)) {
-        messages.Tell(UnsafeNameMessage(name), MessageIcon::Warning);
-        return false;
-    }
-    // What cannot be stored becomes a question mark, which a safe name has not.
-    if (Windows1252FromUtf8(name).find('?') != std::string::npos) {
-        messages.Tell("\"" + name + "\" has letters that cannot be stored.\nUse other letters and try again.",
-                      MessageIcon::Warning);
-        return false;
-    }
-    return true;
-}
 
 std::string CountOfRuns(std::size_t count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
 
@@ -44,42 +25,6 @@ bool MoveAll(LongWork& work, const std::string& doing, const std::vector<FileMov
 }
 
 }  // namespace
-
-std::string RunNameOf(const RunNameTemplate& parts) {
-    return std::string(Trim(parts.BaseName)) + "-" + parts.Direction + "-" + parts.RunNumber;
-}
-
-std::string NextRunNumber(const std::string& runNumber) {
-    const std::string digits = "000" + std::to_string(Add32(Round32(Val(runNumber)), 1));
-    return digits.substr(digits.size() - 3);
-}
-
-void TakeNumberOf(TakenNumbers& taken, const RunNameTemplate& parts, const std::string& name) {
-    constexpr std::size_t Digits = 3;
-    // Told by its length, nearly every name: there may be a hundred thousand.
-    const std::size_t stem = Trim(parts.BaseName).size() + parts.Direction.size() + 2;
-    if (name.size() != stem + Digits) return;
-    const auto number = CountOfText(name.substr(stem), 999);
-    if (number && EqualIgnoringCase(name.substr(0, stem), RunNameOf(parts).substr(0, stem)))
-        taken.set(static_cast<std::size_t>(*number));
-}
-
-std::string FreeRunNumber(const TakenNumbers& taken, std::size_t count) {
-    std::size_t free = 0;
-    for (std::size_t number = 1; number < taken.size(); ++number) {
-        free = taken.test(number) ? 0 : free + 1;
-        if (free < count) continue;
-        const std::string digits = "00" + std::to_string(number + 1 - count);
-        return digits.substr(digits.size() - 3);
-    }
-    return {};
-}
-
-std::string DirectionFromLog(const std::string& notes) {
-    if (!notes.starts_with(DirectionNote)) return {};
-    std::string direction(Trim(notes.substr(DirectionNote.size(), notes.find(';') - DirectionNote.size())));
-    return direction.size() == 2 ? direction : std::string();
-}
 
 bool RenameRuns(LongWork& work, MessageBoxes& messages, const std::string& folder, const std::vector<UploadRun*>& runs,
                 RunNameTemplate& parts) {
@@ -119,10 +64,6 @@ void DeleteRuns(LongWork& work, const std::string& folder, const std::vector<std
     });
 }
 
-std::string GroupFolder(const std::string& groupRoot, const std::string& name) {
-    return AsFolder(AsFolder(groupRoot) + std::string(Trim(name)));
-}
-
 bool CheckStudyGroup(const FileSystem& files, MessageBoxes& messages, const std::string& groupRoot,
                      const std::string& name) {
     const std::string trimmed(Trim(name));
@@ -130,16 +71,6 @@ bool CheckStudyGroup(const FileSystem& files, MessageBoxes& messages, const std:
     if (!trimmed.empty() && FolderExists(files, GroupFolder(groupRoot, trimmed))) return true;
     messages.Tell("Check the Current Study Group selected. There seems to be a problem.", MessageIcon::Warning);
     return false;
-}
-
-bool MakeStudyGroup(FileSystem& files, MessageBoxes& messages, const std::string& groupRoot, const std::string& name,
-                    const std::string& currentGroup) {
-    const std::string trimmed(Trim(name));
-    if (!AcceptName(messages, trimmed)) return false;
-    const std::string folder = GroupFolder(groupRoot, trimmed);
-    if (EqualIgnoringCase(folder, GroupFolder(groupRoot, currentGroup)) || FolderExists(files, folder)) return false;
-    files.CreateFolder(folder);
-    return true;
 }
 
 std::optional<std::vector<std::string>> MoveRuns(ApplicationState& state, const FileSystem& files, LongWork& work,
@@ -165,12 +96,6 @@ std::optional<std::vector<std::string>> MoveRuns(ApplicationState& state, const 
     stayed.reserve(staying.size());
     for (NamedText& run : staying) stayed.push_back(std::move(run.Name));
     return stayed;
-}
-
-std::string LastGroupOfRuns(const UserChoices& choices) { return ChoiceOf(choices, LastGroupKey); }
-
-void RememberGroupOfRuns(ApplicationState& state, FileSystem& files, const std::string& name) {
-    state.Choices = StoreUserChoices(files, {{LastGroupKey, name}});
 }
 
 }  // namespace vantor

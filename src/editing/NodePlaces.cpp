@@ -1,8 +1,6 @@
 #include "editing/NodePlaces.h"
 
 #include <algorithm>
-#include <cmath>
-#include <numbers>
 
 #include "analysis/DelayStatistics.h"
 #include "core/Backup.h"
@@ -107,20 +105,6 @@ std::string ProblemOf(const RunReading& reading, const std::string& name) {
 }
 
 }  // namespace
-
-std::optional<Position> PositionOf(const RunSample& sample) {
-    const bool isThere = sample.Latitude != 0 || sample.Longitude != 0;
-    if (!isThere || !(std::fabs(sample.Latitude) <= 90) || !(std::fabs(sample.Longitude) <= 180)) return std::nullopt;
-    return Position{sample.Latitude, sample.Longitude};
-}
-
-double FeetBetween(const Position& from, const Position& to) {
-    constexpr double FeetPerDegree = 6371008.8 / 0.3048 * std::numbers::pi / 180;
-    const double north = to.Latitude - from.Latitude;
-    const double middle = (from.Latitude + to.Latitude) / 2 * std::numbers::pi / 180;
-    const double east = std::remainder(to.Longitude - from.Longitude, 360.0) * std::cos(middle);
-    return FeetPerDegree * std::hypot(north, east);
-}
 
 std::vector<NodePlace> PlacesOf(const RunRecord& run) {
     std::vector<NodePlace> places;

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/Position.h"
 #include "core/Progress.h"
 #include "core/RunRecords.h"
 #include "core/StudyRecords.h"
@@ -12,17 +13,6 @@
 #include "core/ports/FileSystem.h"
 
 namespace vantor {
-
-/// A place on the earth, degrees.
-struct Position {
-    double Latitude = 0;
-    double Longitude = 0;
-
-    bool operator==(const Position&) const = default;
-};
-/// Where the vehicle was in a sample; nothing for runs of counters and for seconds without a fix.
-std::optional<Position> PositionOf(const RunSample& sample);
-double FeetBetween(const Position& from, const Position& to);
 
 /// Where a node is to be in all runs.
 struct NodePlace {

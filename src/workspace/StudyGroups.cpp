@@ -64,17 +64,6 @@ bool IsCurrentStudy(const ApplicationState& state, std::string_view group, std::
            state.Paths.LastStudyName == name;
 }
 
-std::vector<std::string> ListStudyGroups(const FileSystem& files, const std::string& root) {
-    std::vector<std::string> groups;
-    try {
-        for (const FileInfo& info : files.List(root))
-            if (info.IsFolder && !info.IsHidden) groups.push_back(AsFolder(AsFolder(root) + info.Name));
-    } catch (const RunTimeError&) {
-        groups.clear();
-    }
-    return groups;
-}
-
 std::vector<ListedStudy> ListStudies(const FileSystem& files, const std::string& group, const Progress& progress) {
     std::vector<ListedStudy> studies;
     for (const FileInfo& info : FilesWithExtension(files, group, StudyExtension))

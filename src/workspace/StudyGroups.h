@@ -7,6 +7,7 @@
 #include "core/ApplicationState.h"
 #include "core/Progress.h"
 #include "core/RunRecords.h"
+#include "core/StudyGroupFolders.h"
 #include "core/StudyRecords.h"
 #include "core/ports/FileSystem.h"
 
@@ -19,9 +20,6 @@ bool IsSameFolder(std::string_view left, std::string_view right);
 
 /// True when the current study is the one of that file and unchanged.
 bool IsCurrentStudy(const ApplicationState& state, std::string_view group, std::string_view name);
-
-/// The folders directly below the root by name, hidden ones left out. Empty when the root cannot be read.
-std::vector<std::string> ListStudyGroups(const FileSystem& files, const std::string& root);
 
 /// A study file as its first record and its run names describe it.
 struct ListedStudy {
