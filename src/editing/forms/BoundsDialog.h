@@ -6,7 +6,7 @@
 
 #include "analysis/StudyEdits.h"
 #include "core/AppContext.h"
-#include "editing/forms/TickList.h"
+#include "core/forms/TickList.h"
 
 namespace vantor {
 

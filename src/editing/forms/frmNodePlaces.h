@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "core/AppContext.h"
+#include "core/forms/TickList.h"
 #include "editing/NodePlaces.h"
-#include "editing/forms/TickList.h"
 
 namespace vantor {
 

@@ -1,4 +1,4 @@
-#include "editing/forms/TickList.h"
+#include "core/forms/TickList.h"
 
 #include <QHBoxLayout>
 #include <QSignalBlocker>
