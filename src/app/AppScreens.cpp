@@ -19,6 +19,7 @@
 #include "editing/forms/frmRunDetails.h"
 #include "gpsobd/forms/LogReview.h"
 #include "gpsobd/forms/LogSelect.h"
+#include "gpsobd/forms/frmImportTracks.h"
 #include "reports/forms/frmCompareStudies.h"
 #include "reports/forms/frmReportPreview.h"
 #include "statistics/forms/frmContDelayVsAvg.h"
@@ -139,6 +140,10 @@ RunsForStudy AppScreens::ShowUploadData(const Upload& upload) {
         !IsWholeCounterFile(*context_, upload.ToConvert->Folder + upload.ToConvert->Name + CounterFileExtension))
         return {};
     frmUploadData form(*context_, upload);
+    return Run(form) ? form.ForStudy() : RunsForStudy();
+}
+RunsForStudy AppScreens::ShowImportTracks(const std::vector<std::string>& paths) {
+    frmImportTracks form(*context_, paths);
     return Run(form) ? form.ForStudy() : RunsForStudy();
 }
 void AppScreens::ShowDeleteTempRuns() { ShowModal<frmDeleteTempRuns>(*context_); }

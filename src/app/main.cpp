@@ -26,6 +26,7 @@
 #include "platform/QtDesktop.h"
 #include "platform/QtDocumentWriter.h"
 #include "platform/QtMessageBoxes.h"
+#include "platform/QtPrograms.h"
 #include "platform/QtSerialPort.h"
 #include "platform/QtWindowMemory.h"
 #include "platform/SpreadsheetWriter.h"
@@ -104,8 +105,8 @@ std::vector<std::string> ArgumentsAgain(std::vector<std::string> arguments, cons
 }
 
 int RunWindow(QApplication& application, const WindowArguments& arguments, ApplicationState& state, FileSystem& files,
-              Clock& clock, const DatabaseEngine& databases, const Spreadsheet& sheets,
-              const DocumentWriter& documents) {
+              Clock& clock, const DatabaseEngine& databases, const Spreadsheet& sheets, const DocumentWriter& documents,
+              const Programs& programs) {
     ApplyTheme(application, arguments.Theme.value_or(ThemeNamed(ChoiceOf(LoadUserChoices(files), ThemeKey))));
     QtMessageBoxes messages;
     QtDesktop desktop;
@@ -116,8 +117,8 @@ int RunWindow(QApplication& application, const WindowArguments& arguments, Appli
     AppScreens screens;
     const auto makeFiles = [] { return std::make_unique<DiskFileSystem>(ExecutableFolder()); };
     Job work(messages, makeFiles);
-    AppContext context{state,  files,  messages, screens,   desktop, clock,     end,
-                       memory, serial, *device,  databases, sheets,  documents, work};
+    AppContext context{state,  files,   messages,  screens, desktop,   clock,    end, memory,
+                       serial, *device, databases, sheets,  documents, programs, work};
     screens.Use(context);
 
     frmMain window(context);
@@ -152,12 +153,13 @@ int main(int argc, char** argv) {
     vantor::MdbDatabase databases(files);
     vantor::SpreadsheetWriter sheets;
     vantor::QtDocumentWriter documents;
+    const vantor::QtPrograms programs;
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     const auto window = vantor::ReadWindowArguments(arguments);
     if (!window) {
         const int status = vantor::RunCommandLine(
-            arguments, {files, clock, databases, sheets, documents, vantor::TerminalProgress(), &std::cin}, std::cout,
-            std::cerr);
+            arguments, {files, clock, databases, sheets, documents, programs, vantor::TerminalProgress(), &std::cin},
+            std::cout, std::cerr);
         return status == vantor::Stopped ? status + vantor::StoppingSignal() : status;
     }
     if (!vantor::HasDisplay()) {
@@ -168,7 +170,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("Vantor"));
     QApplication::setDesktopFileName(QStringLiteral("vantor"));
     vantor::ApplicationState state;
-    const int status = vantor::RunWindow(application, *window, state, files, clock, databases, sheets, documents);
+    const int status =
+        vantor::RunWindow(application, *window, state, files, clock, databases, sheets, documents, programs);
     if (state.RestartWanted) vantor::StartProgramAgain(vantor::ArgumentsAgain(arguments, state, files));
     return status;
 }

@@ -15,6 +15,7 @@
 #include "core/ports/DocumentWriter.h"
 #include "core/ports/FileSystem.h"
 #include "core/ports/MessageBoxes.h"
+#include "core/ports/Programs.h"
 #include "core/ports/RecordSet.h"
 #include "core/ports/Spreadsheet.h"
 
@@ -35,6 +36,7 @@ struct CommandContext {
     const DatabaseEngine& Databases;
     const Spreadsheet& Sheets;
     const DocumentWriter& Documents;
+    const Programs& OtherPrograms;
     ApplicationEnd& End;
     std::ostream& Out;
     std::ostream& Err;

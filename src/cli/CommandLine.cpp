@@ -43,6 +43,10 @@ public:
                                  const std::vector<std::string>&) override {
         return {};
     }
+    std::vector<std::string> ChooseFilesToOpen(const std::string&, const std::string&, const std::string&,
+                                               const std::vector<std::string>&) override {
+        return {};
+    }
     void CopyText(const std::string&) override {}
     void CopyPicture(const std::vector<std::byte>&) override {}
     bool Print(const PagedDocument&) override { return false; }
@@ -202,8 +206,9 @@ int RunCommandLine(const std::vector<std::string>& arguments, const CommandPorts
     NoDesktop desktop;
     PrintedEnd end(err);
     FilesAndInput files(ports.Files, ports.In);
-    CommandContext context{{},           files,           messages, desktop, ports.Time, ports.Databases,
-                           ports.Sheets, ports.Documents, end,      out,     err};
+    CommandContext context{
+        {},  files, messages, desktop, ports.Time, ports.Databases, ports.Sheets, ports.Documents, ports.OtherPrograms,
+        end, out,   err};
     context.Work = ports.Work;
 
     CLI::App program(

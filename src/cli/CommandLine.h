@@ -8,6 +8,7 @@
 #include "core/ports/Clock.h"
 #include "core/ports/DocumentWriter.h"
 #include "core/ports/FileSystem.h"
+#include "core/ports/Programs.h"
 #include "core/ports/RecordSet.h"
 #include "core/ports/Spreadsheet.h"
 
@@ -20,6 +21,7 @@ struct CommandPorts {
     const DatabaseEngine& Databases;
     const Spreadsheet& Sheets;
     const DocumentWriter& Documents;
+    const Programs& OtherPrograms;
     Progress Work{};             ///< of long commands
     std::istream* In = nullptr;  ///< standard input
 };

@@ -5,6 +5,7 @@
 #include "analysis/StudyEdits.h"
 #include "cli/Commands.h"
 #include "cli/RecordJson.h"
+#include "cli/RunExports.h"
 #include "core/Numeric.h"
 #include "core/RunFile.h"
 #include "core/modMain.h"
@@ -186,6 +187,29 @@ int ShowStatistics(CommandContext& context, const std::string& path) {
     return Done;
 }
 
+int ExportRuns(CommandContext& context, const std::vector<std::string>& paths, const ExportArguments& arguments) {
+    std::vector<ExportedRun> runs;
+    for (const std::string& path : paths) {
+        const auto run = LoadRun(context, path);
+        if (!run) return Failed;
+        runs.push_back(ExportOf(*run, context.State.Settings));
+    }
+    return PutRuns(context, runs, arguments);
+}
+
+void AddExportCommand(CLI::App& group, CommandAction& chosen) {
+    auto paths = std::make_shared<std::vector<std::string>>();
+    auto arguments = std::make_shared<ExportArguments>();
+    CLI::App& command = AddCommand(group, chosen, "export", "Write runs second by second for other programs",
+                                   [=](CommandContext& context) { return ExportRuns(context, *paths, *arguments); });
+    command.add_option("FILE", *paths, RunFilesHelp)->required();
+    command
+        .add_option("--output", arguments->Output,
+                    "A .gpx or .geojson file, which need positions, or a .csv file; - is CSV on standard output")
+        ->required();
+    command.add_option("--time-zone", arguments->TimeZone, TimeZoneHelp);
+}
+
 }  // namespace
 
 void AddRunCommands(CLI::App& program, CommandAction& chosen) {
@@ -213,6 +237,7 @@ void AddRunCommands(CLI::App& program, CommandAction& chosen) {
         AddCommand(*group, chosen, "stats", "Travel time, stops and delay by section and in all",
                    [=](CommandContext& context) { return DoEach(context, *paths, ShowStatistics, RunExtension); });
     stats.add_option("FILE", *paths, RunFilesHelp)->required();
+    AddExportCommand(*group, chosen);
     AddRepairCommands(*group, chosen);
 }
 

@@ -7,6 +7,7 @@
 #include "analysis/StudyTable.h"
 #include "cli/Commands.h"
 #include "cli/RecordJson.h"
+#include "cli/RunExports.h"
 #include "cli/StandardInput.h"
 #include "cli/StudyChange.h"
 #include "core/Csv.h"
@@ -185,7 +186,32 @@ int SetBoundsOfRuns(CommandContext& context, const BoundsOptions& options) {
                                  context.Files, file.Folder, context.State.Settings));
 }
 
-int ExportStudyTo(CommandContext& context, const std::string& path, const std::string& output) {
+/// The runs of a study second by second; those that are not there are told and left out.
+int ExportSamplesTo(CommandContext& context, const std::string& path, const ExportArguments& arguments) {
+    const NamedFile file = TakeApart(path, StudyExtension, "study file");
+    const auto study = LoadNamedStudy(context, file);
+    if (!study) return Failed;
+    std::vector<ExportedRun> runs;
+    ExitStatus status = Done;
+    for (const std::string& name : study->RunNames) {
+        if (!context.Work(runs.size(), study->RunNames.size())) return Stopped;
+        const RunReading reading = ReadRun(context.Files, file.Folder, std::string(Trim(name)), RunPart::Whole);
+        if (reading) {
+            runs.push_back(ExportOf(reading.Run, context.State.Settings));
+            continue;
+        }
+        status = Failed;
+        context.Err << (reading.Outcome == RunOutcome::Missing ? MissingRunText(name) : reading.Fault->Message())
+                    << '\n';
+    }
+    const int written = PutRuns(context, runs, arguments);
+    return written == Done ? status : written;
+}
+
+int ExportStudyTo(CommandContext& context, const std::string& path, const ExportArguments& arguments, bool asSamples) {
+    const std::string& output = arguments.Output;
+    const auto form = ExportFormOf(output);
+    if (asSamples || (form && *form != ExportForm::Csv)) return ExportSamplesTo(context, path, arguments);
     const auto kinds = TableFileKinds();
     const bool isTable =
         std::ranges::any_of(kinds, [&](const FileKind& kind) { return HasExtension(output, kind.Extension); });
@@ -210,12 +236,20 @@ int ExportStudyTo(CommandContext& context, const std::string& path, const std::s
 
 void AddExportCommand(CLI::App& group, CommandAction& chosen) {
     auto path = std::make_shared<std::string>();
-    auto output = std::make_shared<std::string>();
-    CLI::App& command = AddCommand(group, chosen, "export", "Write the run list to a workbook or a CSV file",
-                                   [=](CommandContext& context) { return ExportStudyTo(context, *path, *output); });
+    auto arguments = std::make_shared<ExportArguments>();
+    auto asSamples = std::make_shared<bool>(false);
+    CLI::App& command =
+        AddCommand(group, chosen, "export", "Write the run list as a table, or the runs second by second",
+                   [=](CommandContext& context) { return ExportStudyTo(context, *path, *arguments, *asSamples); });
     command.add_option("FILE", *path, "A study file (.ld2)")->required();
-    command.add_option("--output", *output, "The table: an .xls, .xlsx or .csv file; - is CSV on standard output")
+    command
+        .add_option(
+            "--output", arguments->Output,
+            "The run list: an .xls, .xlsx or .csv file, - is CSV on standard output; the runs second by second: "
+            "a .gpx or .geojson file")
         ->required();
+    command.add_flag("--samples", *asSamples, "A .csv file or standard output gets the runs second by second");
+    command.add_option("--time-zone", arguments->TimeZone, TimeZoneHelp);
 }
 
 void AddBoundsCommand(CLI::App& group, CommandAction& chosen) {

@@ -8,6 +8,7 @@
 #include "core/ports/FileSystem.h"
 #include "core/ports/LongWork.h"
 #include "core/ports/MessageBoxes.h"
+#include "core/ports/Programs.h"
 #include "core/ports/RecordSet.h"
 #include "core/ports/RemoteApi.h"
 #include "core/ports/Screens.h"
@@ -32,6 +33,7 @@ struct AppContext {
     const DatabaseEngine& Databases;
     const Spreadsheet& Sheets;
     const DocumentWriter& Documents;
+    const Programs& OtherPrograms;
     LongWork& Work;
 };
 

@@ -30,6 +30,7 @@ enum class HelpTopic : int {
     Statistics = 54,
     SelectLog = 62,
     ReviewLog = 64,
+    ImportTracks = 66,
 };
 
 inline constexpr std::array AllHelpTopics{
@@ -38,7 +39,7 @@ inline constexpr std::array AllHelpTopics{
     HelpTopic::SpeedProfile, HelpTopic::SensorData,         HelpTopic::RunFile,     HelpTopic::RunStatistics,
     HelpTopic::ReadCounter,  HelpTopic::SelectCounterFile,  HelpTopic::ProcessRuns, HelpTopic::RunsInGroup,
     HelpTopic::DeleteRuns,   HelpTopic::DeleteCounterFiles, HelpTopic::DelayChart,  HelpTopic::Reports,
-    HelpTopic::SelectLog,    HelpTopic::ReviewLog,          HelpTopic::Statistics,
+    HelpTopic::SelectLog,    HelpTopic::ReviewLog,          HelpTopic::Statistics,  HelpTopic::ImportTracks,
 };
 
 }  // namespace vantor

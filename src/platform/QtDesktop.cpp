@@ -123,17 +123,35 @@ std::string QtDesktop::ChooseFileToSave(const std::string& start, const std::str
     return dialog.exec() == QDialog::Accepted ? FromQt(dialog.selectedFiles().constFirst()) : std::string();
 }
 
-std::string QtDesktop::ChooseFileToOpen(const std::string& start, const std::string& title,
-                                        const std::string& description, const std::vector<std::string>& extensions) {
+namespace {
+
+QString FilterOf(const std::string& description, const std::vector<std::string>& extensions) {
     QStringList patterns;
     for (const std::string& extension : extensions) {
         const QString suffix = ToQt(extension);
         // Dialogs that tell letters of different case apart list files of older disks in capitals, too.
         patterns << QLatin1Char('*') + suffix << QLatin1Char('*') + suffix.toUpper();
     }
-    const QString filter = QStringLiteral("%1 (%2)").arg(ToQt(description), patterns.join(QLatin1Char(' ')));
-    return FromQt(QDir::toNativeSeparators(
-        QFileDialog::getOpenFileName(QApplication::activeWindow(), ToQt(title), ToQt(start), filter)));
+    return QStringLiteral("%1 (%2)").arg(ToQt(description), patterns.join(QLatin1Char(' ')));
+}
+
+}  // namespace
+
+std::string QtDesktop::ChooseFileToOpen(const std::string& start, const std::string& title,
+                                        const std::string& description, const std::vector<std::string>& extensions) {
+    return FromQt(QDir::toNativeSeparators(QFileDialog::getOpenFileName(
+        QApplication::activeWindow(), ToQt(title), ToQt(start), FilterOf(description, extensions))));
+}
+
+std::vector<std::string> QtDesktop::ChooseFilesToOpen(const std::string& start, const std::string& title,
+                                                      const std::string& description,
+                                                      const std::vector<std::string>& extensions) {
+    const QString filters = FilterOf(description, extensions) + QStringLiteral(";;All files (*)");
+    std::vector<std::string> paths;
+    for (const QString& path :
+         QFileDialog::getOpenFileNames(QApplication::activeWindow(), ToQt(title), ToQt(start), filters))
+        paths.push_back(FromQt(QDir::toNativeSeparators(path)));
+    return paths;
 }
 
 void QtDesktop::CopyText(const std::string& text) { QApplication::clipboard()->setText(ToQt(text)); }

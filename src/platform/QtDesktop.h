@@ -27,6 +27,9 @@ public:
     std::string ChooseFolder(const std::string& start) override;
     std::string ChooseFileToSave(const std::string& start, const std::string& title,
                                  const std::vector<FileKind>& kinds) override;
+    std::vector<std::string> ChooseFilesToOpen(const std::string& start, const std::string& title,
+                                               const std::string& description,
+                                               const std::vector<std::string>& extensions) override;
     std::string ChooseFileToOpen(const std::string& start, const std::string& title, const std::string& description,
                                  const std::vector<std::string>& extensions) override;
     void CopyText(const std::string& text) override;

@@ -25,6 +25,7 @@ struct CommandRunner {
     FakeDatabases Databases;
     FakeSpreadsheet Sheets;
     FakeDocumentWriter Documents;
+    FakePrograms OtherPrograms;
     /// How often a command may ask whether to go on.
     int AsksBeforeStop = std::numeric_limits<int>::max();
     std::string In;  ///< standard input
@@ -40,8 +41,8 @@ struct CommandRunner {
         std::ostringstream err;
         std::istringstream in(In);
         const Progress goesOn([&](double) { return AsksBeforeStop-- > 0; });
-        const int status =
-            RunCommandLine(arguments, {Files, Time, Databases, Sheets, Documents, goesOn, &in}, out, err);
+        const int status = RunCommandLine(
+            arguments, {Files, Time, Databases, Sheets, Documents, OtherPrograms, goesOn, &in}, out, err);
         Out = out.str();
         Err = err.str();
         return status;

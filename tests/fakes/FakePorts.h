@@ -61,12 +61,26 @@ public:
         AskedFrom = start;
         return FileToOpen;
     }
+    std::vector<std::string> ChooseFilesToOpen(const std::string& start, const std::string&, const std::string&,
+                                               const std::vector<std::string>&) override {
+        AskedFrom = start;
+        return FileToOpen.empty() ? std::vector<std::string>() : std::vector{FileToOpen};
+    }
     void CopyText(const std::string& text) override { Copied = text; }
     void CopyPicture(const std::vector<std::byte>& png) override { CopiedPicture = png; }
     bool Print(const PagedDocument& document) override {
         if (!PrinterFault.empty()) throw RunTimeError(ErrorNumber::PrinterError, PrinterFault);
         if (Prints) Printed = document;
         return Prints;
+    }
+};
+
+/// A computer without other programs.
+class FakePrograms : public Programs {
+public:
+    std::unique_ptr<RunningProgram> Start(const std::string&, const std::vector<std::string>&,
+                                          const ProgramLimits&) const override {
+        return nullptr;
     }
 };
 
@@ -92,9 +106,10 @@ public:
     StudyChoices Options;        ///< of the statistics
     StatisticsVisit Statistics;  ///< its LastRun is the first
     std::map<int, StudyRunEntry> Proposals;
-    ProfileChanges Profiles;      ///< by the speed profile; its LastRun is the first
-    RunsForStudy Moved;           ///< in the screen that names runs
-    std::vector<Upload> Uploads;  ///< what was handed to the screen that names runs
+    ProfileChanges Profiles;                ///< by the speed profile; its LastRun is the first
+    RunsForStudy Moved;                     ///< in the screen that names runs
+    std::vector<std::string> TracksHanded;  ///< to the screen that imports tracks
+    std::vector<Upload> Uploads;            ///< what was handed to the screen that names runs
 
     StartUpChoice ShowStartUp() override { return Show("frmStartUp") ? StartUp : StartUpChoice::None; }
     bool ShowStudyOpen() override { return Show("frmStudyOpen"); }
@@ -138,6 +153,11 @@ public:
     RunsForStudy ShowUploadData(const Upload& upload) override {
         Uploads.push_back(upload);
         Show("frmUploadData");
+        return Moved;
+    }
+    RunsForStudy ShowImportTracks(const std::vector<std::string>& paths) override {
+        TracksHanded = paths;
+        Show("frmImportTracks");
         return Moved;
     }
     void ShowDamagedCounterFile() override { Show("damaged counter file"); }
@@ -202,9 +222,10 @@ struct TestProgram {
     FakeDatabases Databases;
     FakeSpreadsheet Sheets;
     FakeDocumentWriter Documents;
+    FakePrograms OtherPrograms;
     FakeLongWork Work{Files};
-    AppContext Context{State,  Files,  Messages, OtherScreens, DesktopServices, Time,      End,
-                       Memory, Serial, Device,   Databases,    Sheets,          Documents, Work};
+    AppContext Context{State,  Files,  Messages,  OtherScreens, DesktopServices, Time,          End, Memory,
+                       Serial, Device, Databases, Sheets,       Documents,       OtherPrograms, Work};
 
     TestProgram() {
         for (const char* folder : {"/start/Temp", "/start/Study Groups", "/start/Field Data Files"})

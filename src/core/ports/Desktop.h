@@ -40,6 +40,11 @@ public:
     virtual std::string ChooseFileToOpen(const std::string& start, const std::string& title,
                                          const std::string& description,
                                          const std::vector<std::string>& extensions) = 0;
+    /// Lets the user choose one or several existing files; none when none was chosen. As ChooseFileToOpen, and any
+    /// other file, too, by another choice of kind.
+    virtual std::vector<std::string> ChooseFilesToOpen(const std::string& start, const std::string& title,
+                                                       const std::string& description,
+                                                       const std::vector<std::string>& extensions) = 0;
     /// Puts a text on the clipboard.
     virtual void CopyText(const std::string& text) = 0;
     /// Puts a picture, the bytes of a PNG file, on the clipboard.

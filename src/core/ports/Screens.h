@@ -3,6 +3,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/Choices.h"
 #include "core/LogKind.h"
@@ -54,6 +55,8 @@ public:
     /// The review of a log; true when its runs were made.
     [[nodiscard]] virtual bool ShowLogReview(LogKind kind, const LogChoice& log) = 0;
     [[nodiscard]] virtual RunsForStudy ShowUploadData(const Upload& upload) = 0;
+    /// The runs that files of any kind of track would give; those that were taken.
+    [[nodiscard]] virtual RunsForStudy ShowImportTracks(const std::vector<std::string>& paths) = 0;
     /// What can be done about the counter file that ended the program the last time.
     virtual void ShowDamagedCounterFile() = 0;
     /// The runs that lie in a Study Group.

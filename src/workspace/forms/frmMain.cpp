@@ -300,6 +300,9 @@ void frmMain::ProcessRuns() { TakeRuns(ProcessCounterFile(context_)); }
 void frmMain::ProcessTemporaryRuns() { TakeRuns(context_.OtherScreens.ShowUploadData({UploadOf::TemporaryRuns})); }
 
 void frmMain::ProcessLog(LogKind kind) { TakeRuns(ImportLog(context_, kind)); }
+void frmMain::ImportTracks(const std::vector<std::string>& paths) {
+    TakeRuns(context_.OtherScreens.ShowImportTracks(paths));
+}
 
 void frmMain::ShowStartUpOptions() { CarryOut(context_.OtherScreens.ShowStartUp()); }
 

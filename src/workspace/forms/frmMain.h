@@ -104,6 +104,7 @@ private:
     void ProcessRuns();
     void ProcessTemporaryRuns();
     void ProcessLog(LogKind kind);
+    void ImportTracks(const std::vector<std::string>& paths);
     void ShowPreferences();
     /// Closes the window where the user wants the program started again; false when it stays.
     bool Restarts();

@@ -1,0 +1,22 @@
+#include "cli/RunExports.h"
+
+#include "cli/Commands.h"
+#include "cli/StandardInput.h"
+
+namespace vantor {
+
+int PutRuns(CommandContext& context, const std::vector<ExportedRun>& runs, const ExportArguments& arguments) {
+    const auto form =
+        arguments.Output == StandardStream ? std::optional(ExportForm::Csv) : ExportFormOf(arguments.Output);
+    if (!context.TakesOutput(arguments.Output, form.has_value(),
+                             "Samples are written as a .gpx, .geojson or .csv file."))
+        return WrongUsage;
+    const std::string zone = arguments.TimeZone.empty() ? context.Time.OwnZone() : arguments.TimeZone;
+    const auto bytes = ExportBytes(*form, runs, UniversalTimeIn(context.Time, zone), context.State.Settings);
+    std::size_t seconds = 0;
+    for (const ExportedRun& run : runs) seconds += run.Seconds.size();
+    context.PutOutput(arguments.Output, bytes, {{"runs", runs.size()}, {"seconds", seconds}});
+    return Done;
+}
+
+}  // namespace vantor

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "core/AppSettings.h"
+#include "core/Progress.h"
+#include "core/RunNames.h"
+#include "core/RunRecords.h"
+#include "core/Units.h"
+#include "core/ports/FileSystem.h"
+#include "gpsobd/FieldLog.h"
+
+namespace vantor {
+
+/// A run that a file would give, before anything is written.
+struct InboxTrack {
+    std::string Path;  ///< of its file
+    int Number = 0;    ///< of the run in it, from 1
+    RunRecord Run;     ///< without a name
+    /// "NB" by its log, else by the way from its first to its last position; empty where neither tells.
+    std::string Direction;
+    /// What is to be looked at before it is taken, a line each; none for a track without a fault.
+    std::vector<std::string> Flags;
+};
+
+/// The runs of a log, in the order of their numbers. What a run cannot be made of stands in `problems`.
+struct InboxFile {
+    std::vector<InboxTrack> Tracks;
+    std::vector<std::string> Problems;
+};
+InboxFile TracksOf(FieldLog log, const AppSettings& settings);
+/// Reads a file of any kind that has tracks; why it could not be read is a problem.
+InboxFile ReadTracks(const LogSources& sources, const std::string& path, const AppSettings& settings,
+                     const Progress& progress = {});
+/// Of the files that have tracks.
+std::vector<std::string> TrackExtensions();
+
+/// Speeds rise and fall by at most this much in a second.
+inline constexpr double MostMphASecond = 15;
+/// A longer gap, in seconds, is flagged; loggers that write every few seconds have nothing but shorter ones.
+inline constexpr std::int64_t LongestPlainGap = 10;
+/// A run that is shorter is hardly one.
+inline constexpr std::int32_t LeastRunFeet = 500;
+inline constexpr std::int32_t LeastRunSeconds = 20;
+
+/// "NB", "EB", "SB" or "WB" by the way from the first to the last position; empty for less than LeastRunFeet.
+std::string DirectionDriven(const RunRecord& run);
+
+/// A run that lies in the group, or is listed before, and is the same drive: begins in the same second, is as long and
+/// has the same samples.
+struct SameRun {
+    std::size_t Track = 0;  ///< from 0
+    std::string Name;
+};
+std::vector<SameRun> SameRuns(const FileSystem& files, const std::string& groupFolder,
+                              std::span<const InboxTrack> tracks, const Progress& progress = {});
+
+/// Names for tracks that are taken, in their order: base name, direction and the next number that is free in the group.
+/// A track without a direction has the one of `parts`.
+std::vector<std::string> InboxNames(const RunNameTemplate& parts, std::span<const InboxTrack* const> tracks,
+                                    const std::vector<std::string>& namesInGroup);
+
+/// A track and what its run is to be called.
+struct NamedTrack {
+    const InboxTrack* Track = nullptr;
+    std::string Name;
+};
+/// Writes the runs into a folder, all or none; error 58 for a name that is there. False when it was stopped.
+bool WriteTracks(FileSystem& files, std::span<const NamedTrack> tracks, const std::string& folder,
+                 const Progress& progress = {});
+
+}  // namespace vantor

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "analysis/ProfileTrace.h"
+#include "core/AppContext.h"
+#include "core/Choices.h"
+#include "core/forms/TickList.h"
+#include "core/forms/WrappedLabel.h"
+#include "gpsobd/TrackInbox.h"
+#include "plots/forms/ProfileView.h"
+
+class QLayout;
+
+namespace vantor {
+
+/// "Import Tracks": the runs that files of any kind would give, each a row with its picture and what is to be looked at
+/// before it is taken. On OK the ticked ones become run files of a Study Group; nothing is written before.
+class frmImportTracks : public QDialog {
+public:
+    frmImportTracks(AppContext& context, const std::vector<std::string>& paths, QWidget* parent = nullptr);
+
+    /// The runs that were written and that the study is to take.
+    RunsForStudy ForStudy() const { return forStudy_; }
+    /// Reads more files.
+    void AddFiles(const std::vector<std::string>& paths);
+
+    void done(int result) override;
+
+private:
+    /// What the user does with a track.
+    struct InboxRow {
+        ProfileTrace Trace;
+        std::string SameAs;     ///< the run that is the same drive; mostly empty
+        std::string TypedName;  ///< empty: the next one that is free
+        bool IsTaken = true;
+    };
+
+    QLayout* BuildHead();
+    QLayout* BuildFoot();
+    void ConnectControls();
+    void AskForFiles();
+    void TakeGroup();
+    void FindSameRuns();
+    void ShowTracks();
+    void ShowTrack(std::size_t index, const Units& units);
+    void ShowNames();
+    void ShowChosen();
+    void TakeTypedName(std::size_t index, const std::string& name);
+    void TickUnflagged();
+    bool IsWithoutFlags(std::size_t index) const;
+    RunNameTemplate NameParts() const;
+    std::map<std::size_t, std::string> Names() const;
+    std::string Group() const;
+    std::string Folder() const;
+    bool WriteTicked();
+
+    AppContext& context_;
+    std::vector<InboxTrack> tracks_;
+    std::vector<InboxRow> rows_;  ///< of the tracks
+    std::vector<std::string> namesInGroup_;
+    std::vector<std::string> problems_;
+    RunsForStudy forStudy_;
+    QComboBox* cmbGroup_ = nullptr;
+    QLineEdit* txtBaseName_ = nullptr;
+    QPushButton* btnAddFiles_ = nullptr;
+    TickList* vaTracks_ = nullptr;
+    ProfileView* profile_ = nullptr;
+    WrappedLabel* lblProblems_ = nullptr;
+    QPushButton* btnUnflagged_ = nullptr;
+    QCheckBox* chkForStudy_ = nullptr;
+    TickButtons* buttons_ = nullptr;
+};
+
+}  // namespace vantor
