@@ -31,6 +31,11 @@ void SpeedPictures::paint(QPainter* painter, const QStyleOptionViewItem& option,
     PainterCanvas canvas(*painter);
     PlotLook look;
     look.Inks = ColoursOf(option.palette);
+    if (option.state.testFlag(QStyle::State_Selected)) {
+        const QColor text = option.palette.color(QPalette::HighlightedText);
+        look.Inks.Trace = {static_cast<std::uint8_t>(text.red()), static_cast<std::uint8_t>(text.green()),
+                           static_cast<std::uint8_t>(text.blue())};
+    }
     line.Draw(canvas, map, look);
     painter->restore();
 }

@@ -14,6 +14,7 @@
 #include "core/StudyGroupFolders.h"
 #include "core/Text.h"
 #include "core/Units.h"
+#include "core/forms/FileDrops.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
@@ -53,6 +54,9 @@ frmImportTracks::frmImportTracks(AppContext& context, const std::vector<std::str
     vaTracks_->SetColumns({QStringLiteral("Track"), QStringLiteral("Speed"), QStringLiteral("Start"),
                            QStringLiteral("Direction"), QStringLiteral("Length") + unit, QStringLiteral("Duration"),
                            QStringLiteral("Name of the Run"), QStringLiteral("To Be Looked At")});
+    constexpr int LinesARow = 2;
+    vaTracks_->verticalHeader()->setDefaultSectionSize(LinesARow * fontMetrics().height());
+    vaTracks_->setWordWrap(true);
     vaTracks_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     vaTracks_->setItemDelegateForColumn(Picture, new SpeedPictures(vaTracks_, [this](int row) -> const ProfileTrace* {
                                             const auto index = static_cast<std::size_t>(row);
@@ -87,6 +91,7 @@ QLayout* frmImportTracks::BuildHead() {
     cmbGroup_->setCurrentText(ToQt(hasRuns ? current : LastGroupOfRuns(state.Choices)));
     txtBaseName_ = Named<QLineEdit>(this, "txtBaseName");
     txtBaseName_->setText(ToQt(ChoiceOf(state.Choices, BaseNameKey)));
+    txtBaseName_->setPlaceholderText(QStringLiteral("as the Study Group"));
     txtBaseName_->setToolTip(QStringLiteral("Runs are named after it, their direction and the next free number"));
     btnAddFiles_ = Named<QPushButton>(this, "btnAddFiles", QStringLiteral("Add &Files..."));
     btnAddFiles_->setAutoDefault(false);
