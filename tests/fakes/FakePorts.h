@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,14 @@ class FixedClock : public Clock {
 public:
     Date Moment{39521.5};  ///< 14 March 2008, noon
     Date Now() const override { return Moment; }
+    /// "Summer" is an hour ahead of UTC, from 28 March 2021, 01:00 UTC, two; "West" is five hours behind it.
+    std::vector<std::string> ZoneNames() const override { return {"Summer", "UTC", "West"}; }
+    std::string OwnZone() const override { return "UTC"; }
+    std::optional<int> ZoneOffset(const std::string& zone, std::int64_t utc) const override {
+        if (zone == "Summer") return utc < 1616893200 ? 3600 : 7200;
+        if (zone == "West") return -18000;
+        return zone == "UTC" ? std::optional(0) : std::nullopt;
+    }
 };
 
 class FakeDesktop : public Desktop {
