@@ -30,12 +30,12 @@ ARROWS = {
     "statistics": UNDER_STATISTICS,
     "reports": UNDER_REPORTS,
     "counter": UNDER_STATISTICS,
-    "tracks": {"analysis", "core", "core/ports"},
+    "tracks": {"core", "core/ports", "analysis"},
     "gpsobd": {"tracks", *UNDER_STATISTICS},
     "editing": UNDER_REPORTS,
     "workspace": UNDER_REPORTS,
     "platform": {"core", "core/ports", "core/forms"},
-    "cli": {"reports", "counter", "gpsobd", "tracks", "editing", "workspace", *UNDER_REPORTS, "platform"},
+    "cli": {"reports", "counter", "tracks", "gpsobd", "editing", "workspace", *UNDER_REPORTS, "platform"},
     "app": None,
 }
 # Screens may include what their folder's rules may, these rules, and what all screens share.

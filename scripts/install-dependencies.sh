@@ -18,12 +18,13 @@ build=(
     qt6-tools-dev qt6-documentation-tools libqt6sql6-sqlite # the manual: its window, its generator, its storage
     libcli11-dev nlohmann-json3-dev libboost-dev
     pkg-config mdbtools-dev libgsf-1-dev libqpdf-dev libxlsxwriter-dev
+    libexpat1-dev # tracks in GPX
     libgtest-dev libgmock-dev libbenchmark-dev
     fontconfig fonts-dejavu-core # the offscreen platform brings no font of its own
 )
 check=(clang-format clang-tidy python3 python3-xlrd python3-openpyxl)
 fuzz=(clang libclang-rt-14-dev)
-bench=(python3 xvfb x11-utils)
+bench=(python3 xvfb x11-utils gpsbabel)
 coverage=(gcovr)
 faults=(python3 strace)
 window=(python3 xvfb x11-utils openbox xdotool imagemagick)

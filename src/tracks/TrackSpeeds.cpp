@@ -1,0 +1,231 @@
+#include "tracks/TrackSpeeds.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "tracks/TrackTexts.h"
+
+namespace vantor {
+namespace {
+
+constexpr double EarthMetres = 6371008.8;
+constexpr double MetresPerFoot = 0.3048;
+constexpr double RadiansPerDegree = std::numbers::pi / 180;
+
+// What standing still looks like; docs/methods.md says why.
+constexpr double JitterMetres = 5;
+constexpr double ShortestStanding = 4;  // seconds
+constexpr double ShortestCore = 2;      // seconds, without its ends
+constexpr double FastestDrift = 1;      // metres a second, from end to end
+constexpr double FastestWander = 0.25;  // metres a second, from third to third and between two places
+constexpr double WidestWander = 2.5;    // metres, from third to third
+constexpr double LeastSpread = 0.5;     // metres
+constexpr double LongestBetween = 3;    // seconds from one place to the next of the same standing
+
+/// A point on a plane that follows the track, in metres.
+struct PlanePoint {
+    double X = 0;
+    double Y = 0;
+};
+
+double DistanceOf(PlanePoint from, PlanePoint to) { return std::hypot(to.X - from.X, to.Y - from.Y); }
+
+/// A point of a segment with time and position.
+struct Place {
+    std::size_t Index = 0;
+    double Time = 0;
+    TrackPosition Position;
+    PlanePoint At;
+};
+
+/// Places `First` to `Last` at which the vehicle stood around `Centre`.
+struct Standing {
+    std::size_t First = 0;
+    std::size_t Last = 0;
+    PlanePoint Centre;
+};
+
+PlanePoint MeanOf(std::span<const Place> places) {
+    PlanePoint sum;
+    for (const Place& place : places) sum = {sum.X + place.At.X, sum.Y + place.At.Y};
+    const auto count = static_cast<double>(places.size());
+    return {sum.X / count, sum.Y / count};
+}
+
+/// The places from `first` on that lie within the jitter of their mean so far.
+std::size_t LastAround(std::span<const Place> places, std::size_t first) {
+    PlanePoint mean = places[first].At;
+    std::size_t last = first;
+    while (last + 1 < places.size() && DistanceOf(mean, places[last + 1].At) <= JitterMetres) {
+        ++last;
+        const auto count = static_cast<double>(last - first + 1);
+        mean.X += (places[last].At.X - mean.X) / count;
+        mean.Y += (places[last].At.Y - mean.Y) / count;
+    }
+    return last;
+}
+
+/// Braking and starting lie within the jitter, too: takes the places off an end that lie towards the one outside of it.
+void TrimEnds(std::span<const Place> places, Standing& standing) {
+    const std::size_t quarter = (standing.Last - standing.First + 1) / 4;
+    const auto middle = places.subspan(standing.First + quarter, standing.Last - standing.First + 1 - 2 * quarter);
+    const PlanePoint centre = MeanOf(middle);
+    double squares = 0;
+    for (const Place& place : middle) squares += std::pow(DistanceOf(centre, place.At), 2);
+    const double spread = std::max(LeastSpread, std::sqrt(squares / static_cast<double>(middle.size()) / 2));
+    const auto isTowards = [&](const Place& place, const Place& outside) {
+        const double distance = DistanceOf(centre, outside.At);
+        const double along =
+            (place.At.X - centre.X) * (outside.At.X - centre.X) + (place.At.Y - centre.Y) * (outside.At.Y - centre.Y);
+        return distance > 0 && along / distance > spread;
+    };
+    if (standing.First > 0) {
+        const Place& outside = places[standing.First - 1];
+        while (standing.First < standing.Last && isTowards(places[standing.First], outside)) ++standing.First;
+    }
+    if (standing.Last + 1 < places.size()) {
+        const Place& outside = places[standing.Last + 1];
+        while (standing.Last > standing.First && isTowards(places[standing.Last], outside)) --standing.Last;
+    }
+    standing.Centre = MeanOf(places.subspan(standing.First, standing.Last - standing.First + 1));
+}
+
+/// False where the vehicle crept on.
+bool Stands(std::span<const Place> core) {
+    const double seconds = core.back().Time - core.front().Time;
+    if (seconds < ShortestCore) return false;
+    const std::size_t third = std::max<std::size_t>(core.size() / 3, 1);
+    const double wander = DistanceOf(MeanOf(core.first(third)), MeanOf(core.last(third)));
+    return wander <= WidestWander || wander / (seconds * 2 / 3) < FastestWander;
+}
+
+std::vector<Standing> FindStanding(std::span<const Place> places) {
+    std::vector<Standing> found;
+    for (std::size_t first = 0; first < places.size();) {
+        Standing standing{first, LastAround(places, first), {}};
+        const std::size_t last = standing.Last;
+        const double seconds = places[last].Time - places[first].Time;
+        bool stands =
+            seconds >= ShortestStanding && DistanceOf(places[first].At, places[last].At) < FastestDrift * seconds;
+        if (stands) {
+            TrimEnds(places, standing);
+            stands = Stands(places.subspan(standing.First, standing.Last - standing.First + 1));
+        }
+        if (stands) found.push_back(standing);
+        first = stands ? last + 1 : first + std::max<std::size_t>((last - first) / 8, 1);
+    }
+    return found;
+}
+
+/// The position of a receiver wanders over minutes, from one place to the next.
+bool IsSameStanding(std::span<const Place> places, const Standing& standing, const Standing& next) {
+    const auto middle = [&](const Standing& of) { return (places[of.First].Time + places[of.Last].Time) / 2; };
+    return places[next.First].Time - places[standing.Last].Time <= LongestBetween &&
+           DistanceOf(standing.Centre, next.Centre) < FastestWander * (middle(next) - middle(standing));
+}
+
+/// Metres from each place to the next; those of standing are 0.
+std::vector<double> StepsOf(std::span<const Place> places, const std::vector<Standing>& standings) {
+    std::vector<double> steps(places.size(), 0);
+    for (std::size_t i = 1; i < places.size(); ++i)
+        steps[i] = FeetBetween(places[i - 1].Position, places[i].Position) * MetresPerFoot;
+    for (const Standing& standing : standings) {
+        // The vehicle comes to the place around which it stands, and leaves from there.
+        const auto [first, last, centre] = standing;
+        std::fill(steps.begin() + static_cast<std::ptrdiff_t>(first) + 1,
+                  steps.begin() + static_cast<std::ptrdiff_t>(last) + 1, 0.0);
+        if (first > 0) steps[first] = DistanceOf(places[first - 1].At, centre);
+        if (last + 1 < places.size()) steps[last + 1] = DistanceOf(centre, places[last + 1].At);
+    }
+    for (std::size_t i = 1; i < standings.size(); ++i)
+        if (IsSameStanding(places, standings[i - 1], standings[i]))
+            std::fill(steps.begin() + static_cast<std::ptrdiff_t>(standings[i - 1].Last) + 1,
+                      steps.begin() + static_cast<std::ptrdiff_t>(standings[i].First) + 1, 0.0);
+    return steps;
+}
+
+/// The places of the segment that begins at `first`, which moves behind it.
+std::vector<Place> PlacesOf(std::span<const TrackPoint> points, std::size_t& first) {
+    std::vector<Place> places;
+    const std::int32_t segment = points[first].Segment;
+    TrackPosition before;
+    for (; first < points.size() && points[first].Segment == segment; ++first) {
+        const TrackPoint& point = points[first];
+        if (!point.Time || !point.Position) continue;
+        PlanePoint at;
+        if (!places.empty()) {
+            const double degrees = std::remainder(point.Position->Longitude - before.Longitude, 360);
+            const double latitude = (point.Position->Latitude + before.Latitude) / 2 * RadiansPerDegree;
+            at = places.back().At;
+            at.X += degrees * RadiansPerDegree * std::cos(latitude) * EarthMetres;
+            at.Y += (point.Position->Latitude - before.Latitude) * RadiansPerDegree * EarthMetres;
+        }
+        before = *point.Position;
+        if (places.empty() || *point.Time > places.back().Time)
+            places.push_back({first, *point.Time, *point.Position, at});
+    }
+    return places;
+}
+
+}  // namespace
+
+double FeetBetween(const TrackPosition& from, const TrackPosition& to) {
+    const double north = (to.Latitude - from.Latitude) * RadiansPerDegree;
+    const double east = (to.Longitude - from.Longitude) * RadiansPerDegree;
+    const double haversine = std::pow(std::sin(north / 2), 2) + std::cos(from.Latitude * RadiansPerDegree) *
+                                                                    std::cos(to.Latitude * RadiansPerDegree) *
+                                                                    std::pow(std::sin(east / 2), 2);
+    return 2 * EarthMetres * std::asin(std::sqrt(std::min(haversine, 1.0))) / MetresPerFoot;
+}
+
+std::vector<TrackPoint> WholeSecondsOf(std::span<const TrackPoint> points) {
+    std::vector<TrackPoint> seconds;
+    double nearest = 0;  // how far the last of `seconds` was from its second
+    double speeds = 0;
+    double told = 0;
+    for (const TrackPoint& point : points) {
+        if (!point.Time) continue;
+        const double second = std::floor(*point.Time + 0.5);
+        const double distance = std::fabs(*point.Time - second);
+        if (seconds.empty() || seconds.back().Segment != point.Segment || *seconds.back().Time != second) {
+            seconds.push_back(point);
+            nearest = distance;
+            speeds = told = 0;
+        } else if (distance < nearest) {
+            const std::int16_t node = seconds.back().Node;
+            seconds.back() = point;
+            if (node != 0) seconds.back().Node = node;
+            nearest = distance;
+        } else if (seconds.back().Node == 0) {
+            seconds.back().Node = point.Node;
+        }
+        speeds += point.Speed.value_or(0);
+        told += point.Speed ? 1 : 0;
+        seconds.back().Time = second;
+        if (told > 0) seconds.back().Speed = speeds / told;
+    }
+    return seconds;
+}
+
+FilledSpeeds FillSpeeds(std::span<TrackPoint> points) {
+    FilledSpeeds filled;
+    for (std::size_t next = 0; next < points.size();) {
+        const std::vector<Place> places = PlacesOf(points, next);
+        const std::vector<double> steps = StepsOf(places, FindStanding(places));
+        for (std::size_t i = 0; i < places.size() && places.size() > 1; ++i) {
+            TrackPoint& point = points[places[i].Index];
+            if (point.Speed) continue;
+            // The first place has none before it.
+            const std::size_t to = std::max<std::size_t>(i, 1);
+            point.Speed = steps[to] / (places[to].Time - places[to - 1].Time) * MphOfMetresPerSecond;
+            ++filled.FromPositions;
+            if (steps[to] == 0) ++filled.Standing;
+        }
+    }
+    for (const TrackPoint& point : points) ++(point.Speed ? filled.Told : filled.None);
+    filled.Told -= filled.FromPositions;
+    return filled;
+}
+
+}  // namespace vantor
