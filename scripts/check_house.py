@@ -32,7 +32,7 @@ ARROWS = {
     "counter": UNDER_STATISTICS,
     "gpsobd": UNDER_STATISTICS,
     "editing": UNDER_REPORTS,
-    "workspace": UNDER_REPORTS,
+    "workspace": {"gpsobd", *UNDER_REPORTS},
     "platform": {"core", "core/ports", "core/forms"},
     "cli": {"reports", "counter", "gpsobd", "editing", "workspace", *UNDER_REPORTS, "platform"},
     "app": None,
