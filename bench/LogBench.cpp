@@ -7,8 +7,10 @@
 
 #include "bench/SecondsOf.h"
 #include "core/Numeric.h"
-#include "gpsobd/LaptopLog.h"
+#include "gpsobd/FieldLog.h"
+#include "gpsobd/PalmDatabase.h"
 #include "platform/DiskFileSystem.h"
+#include "platform/MdbDatabase.h"
 #include "platform/SystemClock.h"
 
 namespace vantor {
@@ -26,11 +28,11 @@ std::size_t BytesOfLog() {
 class LogOnDisk {
 public:
     LogOnDisk() : path_(fs::current_path() / "bench.gd2") {
-        FieldLog log = NewFieldLog(LogKind::GpsLaptop, path_.string());
+        FieldLog log = NewFieldLog(FormatOf(LogKind::GpsLaptop), path_.string());
         log.Prefix.LogDate = {37755};
-        log.Points.resize(BytesOfLog() / GpsPointSize);
-        for (std::size_t i = 0; i < log.Points.size(); ++i) {
-            GpsPoint& point = log.Points[i].Gps;
+        log.Gps.resize(BytesOfLog() / GpsPointSize);
+        for (std::size_t i = 0; i < log.PointCount(); ++i) {
+            GpsPoint& point = log.Gps[i];
             point.RunNumber = static_cast<std::int16_t>(i / 1000 % 100);
             point.DateTime = {37755 + static_cast<double>(i) / 86400};
             point.Latitude = 42.5;
@@ -60,7 +62,10 @@ std::uint64_t ReadPlainly(const FileSystem& files, const std::string& path) {
 /// The summary of a log against plain reading of the same bytes.
 void LogSummaryAgainstReading(benchmark::State& state) {
     LogOnDisk log;
-    SystemClock clock;
+    const SystemClock clock;
+    const MdbDatabase databases(log.Files);
+    const PalmDatabase devices(log.Files);
+    const LogSources sources{log.Files, databases, devices, clock};
     ReadPlainly(log.Files, log.Path());  // from here on the system has the file at hand
 
     // The best of the rounds: what else the machine does at the time only adds to them.
@@ -68,7 +73,7 @@ void LogSummaryAgainstReading(benchmark::State& state) {
     double reading = summing;
     for (auto iteration : state) {
         const double seconds = SecondsOf(
-            [&] { benchmark::DoNotOptimize(ReadLaptopSummary(log.Files, clock, LogKind::GpsLaptop, log.Path())); });
+            [&] { benchmark::DoNotOptimize(ReadLogSummary(sources, FormatOf(LogKind::GpsLaptop), log.Path())); });
         reading = std::min(reading, SecondsOf([&] { benchmark::DoNotOptimize(ReadPlainly(log.Files, log.Path())); }));
         summing = std::min(summing, seconds);
         state.SetIterationTime(seconds);

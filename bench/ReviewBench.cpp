@@ -13,10 +13,10 @@ constexpr int SpeedColumn = 5;
 
 /// 100,000 points, one a second, each tenth without a speed.
 FieldLog LongLog() {
-    FieldLog log = NewFieldLog(LogKind::GpsLaptop, "bench.gd2");
-    log.Points.resize(100000);
-    for (std::size_t i = 0; i < log.Points.size(); ++i) {
-        GpsPoint& point = log.Points[i].Gps;
+    FieldLog log = NewFieldLog(FormatOf(LogKind::GpsLaptop), "bench.gd2");
+    log.Gps.resize(100000);
+    for (std::size_t i = 0; i < log.PointCount(); ++i) {
+        GpsPoint& point = log.Gps[i];
         point.RunNumber = static_cast<std::int16_t>(1 + i / 3600);
         point.DateTime = {37755 + static_cast<double>(i + 1) / 86400};
         point.Speed = i % 10 == 0 ? -1.F : static_cast<float>(i * 7919 % 4500) / 100;

@@ -1,29 +1,25 @@
 #include <cstdlib>
 
-#include "FuzzInput.h"
+#include "FuzzLog.h"
 #include "gpsobd/LaptopLog.h"
+#include "gpsobd/LogOverview.h"
 
 namespace vantor {
 namespace {
 
-class NoDay : public Clock {
-public:
-    Date Now() const override { return {}; }
-    std::vector<std::string> ZoneNames() const override { return {}; }
-    std::string OwnZone() const override { return {}; }
-    std::optional<int> ZoneOffset(const std::string&, std::int64_t) const override { return std::nullopt; }
-};
-
-/// The summary agrees with the log read whole, and what is written reads back as the same log.
+/// The summary agrees with the log read whole, its points with those that its runs are made of, and what is written
+/// reads back as the same log.
 void ReadAs(MemoryFileSystem& files, LogKind kind) {
-    const NoDay clock;
-    const auto summary = ReadLaptopSummary(files, clock, kind, "/g/L.log");
-    FieldLog log = ReadLaptopLog(files, clock, kind, "/g/L.log");
+    const LogFormat& format = FormatOf(kind);
+    const FileSources sources(files);
+    const auto summary = ReadLogSummary(sources.All, format, "/g/L.log");
+    FieldLog log = ReadFieldLog(sources.All, format, "/g/L.log");
     if (!summary || summary->DroppedBytes != log.DroppedBytes) std::abort();
+    if (ReadLogOverview(sources.All, format, "/g/L.log").PointCount != log.PointCount()) std::abort();
     const auto bytes = EncodeLaptopLog(log);
     files.Put("/g/Again.log", bytes);
-    const FieldLog again = ReadLaptopLog(files, clock, kind, "/g/Again.log");
-    if (again.Points.size() != log.Points.size() || EncodeLaptopLog(again) != bytes) std::abort();
+    const FieldLog again = ReadFieldLog(sources.All, format, "/g/Again.log");
+    if (again.PointCount() != log.PointCount() || EncodeLaptopLog(again) != bytes) std::abort();
 }
 
 }  // namespace

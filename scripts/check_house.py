@@ -33,7 +33,7 @@ ARROWS = {
     "tracks": {"core", "core/ports", "analysis"},
     "gpsobd": {"tracks", *UNDER_STATISTICS},
     "editing": UNDER_REPORTS,
-    "workspace": UNDER_REPORTS,
+    "workspace": {"gpsobd", *UNDER_REPORTS},
     "platform": {"core", "core/ports", "core/forms"},
     "cli": {"reports", "counter", "tracks", "gpsobd", "editing", "workspace", *UNDER_REPORTS, "platform"},
     "app": None,

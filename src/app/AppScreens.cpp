@@ -17,6 +17,7 @@
 #include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
 #include "editing/forms/frmProposeBoundaries.h"
 #include "editing/forms/frmRunDetails.h"
+#include "gpsobd/LogFormat.h"
 #include "gpsobd/forms/LogReview.h"
 #include "gpsobd/forms/LogSelect.h"
 #include "gpsobd/forms/frmImportTracks.h"
@@ -119,7 +120,7 @@ std::optional<Upload> AppScreens::ShowUploadSelect() {
 }
 
 std::optional<LogChoice> AppScreens::ShowLogSelect(LogKind kind) {
-    const auto choice = ChosenIn<LogSelect>(*context_, kind);
+    const auto choice = ChosenIn<LogSelect>(*context_, FormatOf(kind));
     ApplicationState& state = context_->State;
     state.DataFileSelected = choice.has_value();
     if (choice) {
@@ -131,7 +132,7 @@ std::optional<LogChoice> AppScreens::ShowLogSelect(LogKind kind) {
 }
 
 bool AppScreens::ShowLogReview(LogKind kind, const LogChoice& log) {
-    return context_->State.DataFileSelected = ShowModal<LogReview>(*context_, kind, log);
+    return context_->State.DataFileSelected = ShowModal<LogReview>(*context_, FormatOf(kind), log);
 }
 
 void AppScreens::ShowDamagedCounterFile() { OfferDamagedCounterFile(*context_); }

@@ -4,8 +4,8 @@
 #include "cli/RecordJson.h"
 #include "core/LoggerChoices.h"
 #include "core/Paths.h"
-#include "gpsobd/LaptopLog.h"
 #include "gpsobd/LogGaps.h"
+#include "gpsobd/LogOverview.h"
 #include "gpsobd/LogPoints.h"
 #include "gpsobd/LogRuns.h"
 #include "gpsobd/PalmDatabase.h"
@@ -13,18 +13,6 @@
 
 namespace vantor {
 namespace {
-
-const char* KindName(LogKind kind) {
-    switch (kind) {
-        case LogKind::GpsLaptop: return "gps-laptop";
-        case LogKind::ObdLaptop: return "obd-laptop";
-        case LogKind::GpsHandheld: return "gps-handheld";
-        case LogKind::ObdHandheld: return "obd-handheld";
-        case LogKind::GpsObd: return "gps-obd";
-        case LogKind::Battelle: return "battelle";
-    }
-    return "";
-}
 
 /// What the command line says of a log.
 struct LogArguments {
@@ -51,24 +39,27 @@ Json DayJson(const std::optional<Date>& day) {
 }
 
 /// A row of the review with the keys of its columns; the OBD half of a combined log is an object in it.
-Json RowJson(const ReviewLayout& layout, LogKind kind, const LogPoint& point) {
+Json RowJson(const ReviewLayout& layout, const FieldLog& log, std::size_t index) {
     Json row = Json::object();
     Json obd = Json::object();
     for (const ReviewColumn& column : layout.Columns) {
-        Json& half = kind == LogKind::GpsObd && IsOfObd(column.Field) ? obd : row;
+        Json& half = log.Format->HasGps && IsOfObd(column.Field) ? obd : row;
         if (column.Look == ColumnLook::Direction)
-            half[column.Key] = CellText(column, point);
+            half[column.Key] = CellText(column, log, index);
         else
-            half[column.Key] = WithField(column.Field, point, [](const auto& value) { return json::Value(value); });
+            half[column.Key] =
+                WithField(column.Field, log, index, [](const auto& value) { return json::Value(value); });
     }
     if (!obd.empty()) row["OBD"] = std::move(obd);
     return row;
 }
 
-Json RowsJson(const FieldLog& log) {
-    const ReviewLayout layout = ReviewLayoutOf(log.Kind);
+Json RowsJson(const LogSources& sources, const LogFormat& format, const std::string& path) {
+    FieldLog log = ReadFieldLog(sources, format, path);
+    ArrangeForReview(log);
+    const ReviewLayout layout = format.Columns();
     Json rows = Json::array();
-    for (const LogPoint& point : log.Points) rows.push_back(RowJson(layout, log.Kind, point));
+    for (std::size_t i = 0; i < log.PointCount(); ++i) rows.push_back(RowJson(layout, log, i));
     return rows;
 }
 
@@ -93,7 +84,7 @@ Json GapsJson(const std::vector<LogGap>& gaps) {
     return list;
 }
 
-void NameCut(std::ostream& out, const FieldLog& log) {
+void NameCut(std::ostream& out, const LogHead& log) {
     const std::string text = CutText(log.DroppedBytes, log.MissingRecords);
     if (!text.empty()) out << text << "\n" << log.Folder << log.Name << log.Extension << "\n";
 }
@@ -101,23 +92,21 @@ void NameCut(std::ostream& out, const FieldLog& log) {
 int ShowLog(CommandContext& context, const LogArguments& arguments, bool withRows) {
     const Sources sources(context, arguments);
     const std::string& path = arguments.Path;
-    const LogKind kind = LogKindOf(sources.All, path);
-    const LogSummary summary = ReadLogSummary(sources.All, kind, path).value_or(LogSummary{});
-    FieldLog log = ReadFieldLog(sources.All, kind, path);
-    NameCut(context.Err, log);
-    ArrangeForReview(log);
-    const bool hasObdHeader = HasObdHeader(kind);
-    Json result = {{"kind", KindName(kind)},
-                   {"StudyName", StudyName(log)},
-                   {"BaseName", json::Value(hasObdHeader ? log.ObdHeader.BaseName : log.GpsHeader.BaseName)},
+    const LogFormat& format = FormatOfFile(sources.All, path);
+    const LogSummary summary = ReadLogSummary(sources.All, format, path).value_or(LogSummary{});
+    const LogOverview log = ReadLogOverview(sources.All, format, path);
+    NameCut(context.Err, log.Head);
+    Json result = {{"kind", format.Word},
+                   {"StudyName", StudyName(log.Head)},
+                   {"BaseName", json::Value(format.HasObd ? log.Head.ObdHeader.BaseName : log.Head.GpsHeader.BaseName)},
                    {"StudyDate", DayJson(summary.StudyDate)},
                    {"StartTime", DateTimeJson(summary.StartTime)},
                    {"EndTime", DateTimeJson(summary.EndTime)},
                    {"Runs", summary.Runs},
-                   {"rowCount", log.Points.size()},
-                   {"droppedBytes", log.DroppedBytes},
-                   {"gaps", GapsJson(FindGaps(log))}};
-    if (withRows) result["rows"] = RowsJson(log);
+                   {"rowCount", log.PointCount},
+                   {"droppedBytes", log.Head.DroppedBytes},
+                   {"gaps", GapsJson(log.Gaps)}};
+    if (withRows) result["rows"] = RowsJson(sources.All, format, path);
     context.Print(result);
     return Done;
 }
@@ -134,9 +123,8 @@ void NameGaps(std::ostream& out, const std::string& path, const std::vector<LogG
 int ConvertLog(CommandContext& context, const LogArguments& arguments, const std::string& folder, bool fillsBySpeed) {
     const Sources sources(context, arguments);
     const std::string& path = arguments.Path;
-    FieldLog log = ReadFieldLog(sources.All, LogKindOf(sources.All, path), path);
-    NameCut(context.Err, log);
-    ArrangeForReview(log);
+    const RunsOfLog log = ReadRunsOfLog(sources.All, FormatOfFile(sources.All, path), path);
+    NameCut(context.Err, log.Head);
     const std::vector<LogGap> gaps = fillsBySpeed ? std::vector<LogGap>() : FindGaps(log);
     NameGaps(context.Err, path, gaps);
     const auto written = WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings, {}, context.Work);
@@ -161,7 +149,7 @@ void AddLogCommands(CLI::App& program, CommandAction& chosen) {
     auto withRows = std::make_shared<bool>(false);
     auto gaps = std::make_shared<std::string>();
     auto paths = std::make_shared<std::vector<std::string>>();
-    const char* const fileHelp = "Logs (.gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb, .pdb)";
+    const std::string fileHelp = "Logs (" + LogExtensions(", ") + ")";
     const auto addSigned = [&](CLI::App& command) {
         command.add_flag("--signed", *isSigned,
                          "The logger writes signs: positions stay as read, longitudes are not taken for western ones");

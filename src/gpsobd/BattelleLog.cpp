@@ -10,6 +10,10 @@
 #include "core/Numeric.h"
 #include "core/RunTimeError.h"
 #include "core/Text.h"
+#include "gpsobd/FieldLog.h"
+#include "gpsobd/LaptopLog.h"
+#include "gpsobd/LogScreens.h"
+#include "gpsobd/ReviewColumns.h"
 
 namespace vantor {
 namespace {
@@ -18,8 +22,8 @@ constexpr double SecondsPerDay = 86400;
 /// What is kept of a line; a fix is much shorter.
 constexpr std::size_t LongestLine = 1024;
 
-/// Gives every line to `take`, of a long one its first LongestLine bytes, through one buffer whatever the file's
-/// length. The last line may lack its line feed. False when `progress` stopped it.
+/// Gives every line to `take`, until that returns false, of a long one its first LongestLine bytes, through one buffer
+/// whatever the file's length. The last line may lack its line feed. False when it or `progress` stopped it.
 template <class Take>
 bool ForEachLine(InputFile& file, const LogProgress& progress, Take take) {
     std::vector<char> piece(std::min<std::uint64_t>(LogPieceSize, file.Size()) + 1);
@@ -30,10 +34,10 @@ bool ForEachLine(InputFile& file, const LogProgress& progress, Take take) {
         std::string_view rest(piece.data(), count);
         for (std::size_t end = rest.find('\n'); end != std::string_view::npos; end = rest.find('\n')) {
             if (begun.empty()) {
-                take(rest.substr(0, std::min(end, LongestLine)));
+                if (!take(rest.substr(0, std::min(end, LongestLine)))) return false;
             } else {
                 goOn(rest.substr(0, end));
-                take(std::string_view(begun));
+                if (!take(std::string_view(begun))) return false;
                 begun.clear();
             }
             rest.remove_prefix(end + 1);
@@ -42,8 +46,7 @@ bool ForEachLine(InputFile& file, const LogProgress& progress, Take take) {
         if (progress && !progress()) return false;
         if (count < piece.size()) break;
     }
-    if (!begun.empty()) take(std::string_view(begun));
-    return true;
+    return begun.empty() || take(std::string_view(begun));
 }
 
 /// The text up to `separator`, which is taken off `rest` with it.
@@ -125,23 +128,22 @@ constexpr const char* NoBattelleFile =
 bool StartsRun(std::string_view line) { return line.starts_with("$s"); }
 bool IsFix(std::string_view line) { return line.starts_with("$G"); }
 
-}  // namespace
-
-std::optional<LogSummary> ReadBattelleSummary(const FileSystem& files, const std::string& path,
-                                              const LogProgress& progress) {
+std::optional<LogSummary> ReadSummary(const LogSources& sources, const LogFormat&, const std::string& path,
+                                      const LogProgress& progress) {
     LogSummary summary;
     bool hasLines = false;
     bool isBattelle = false;
-    const auto file = files.Open(path);
+    const auto file = sources.Files.Open(path);
     const bool finished = ForEachLine(*file, progress, [&](std::string_view line) {
         hasLines = true;
         isBattelle = isBattelle || StartsRun(line) || IsFix(line);
         if (StartsRun(line)) ++summary.Runs;
-        if (!IsFix(line)) return;
+        if (!IsFix(line)) return true;
         const auto fix = FixIn(line);
-        if (!fix) return;
+        if (!fix) return true;
         if (!summary.StartTime) summary.StartTime = fix->DateTime;
         summary.EndTime = fix->DateTime;
+        return true;
     });
     if (!finished) return std::nullopt;
     if (hasLines && !isBattelle) summary.Problem = NoBattelleFile;
@@ -149,12 +151,13 @@ std::optional<LogSummary> ReadBattelleSummary(const FileSystem& files, const std
     return summary;
 }
 
-FieldLog ReadBattelleLog(const FileSystem& files, const std::string& path, bool isSigned, const Progress& progress) {
-    FieldLog log = NewFieldLog(LogKind::Battelle, path);
+LogHead ReadPoints(const LogSources& sources, const LogFormat& format, const std::string& path, const LogSink& sink,
+                   const Progress& progress) {
+    LogHead log = NewLogHead(format, path);
     std::int64_t run = 0;
     std::uint64_t lines = 0;
     bool isBattelle = false;
-    const auto file = files.Open(path);
+    const auto file = sources.Files.Open(path);
     std::uint64_t done = 0;
     const auto goOn = [&] { return progress(done, file->Size()); };
     ForEachLine(*file, goOn, [&](std::string_view line) {
@@ -164,17 +167,43 @@ FieldLog ReadBattelleLog(const FileSystem& files, const std::string& path, bool 
         if (StartsRun(line) && ++run > std::numeric_limits<std::int16_t>::max())
             throw RunTimeError(ErrorNumber::Overflow, "The file has more than 32767 runs. Divide it.\n" + path +
                                                           ", line " + std::to_string(lines));
-        if (!IsFix(line)) return;
+        if (!IsFix(line)) return true;
         const auto fix = FixIn(line);
-        if (!fix) return;
+        if (!fix) return true;
         if (!log.StudyDate) log.StudyDate = Date{std::floor(fix->DateTime.Days)};
-        if (run != 0) log.Points.push_back({PointOf(*fix, static_cast<std::int16_t>(run), isSigned), {}});
+        return sink({PointOf(*fix, static_cast<std::int16_t>(run), sources.HasSignedCoordinates), {}});
     });
     if (lines > 0 && !isBattelle)
         throw RunTimeError(ErrorNumber::TypeMismatch,
                            std::string(NoBattelleFile) + "\n" + path + ", line 1 to " + std::to_string(lines));
     if (log.StudyDate) log.Prefix.LogDate = *log.StudyDate;
     return log;
+}
+
+bool StartsRunIn(const LogSources&, const LogFormat&, const std::string&, std::string_view head) {
+    return StartsRun(head) || head.find("\n$s") != std::string_view::npos;
+}
+
+constexpr std::array Files = {LogFileType{".txt", ""}};
+
+}  // namespace
+
+LogFormat BattelleLog() {
+    return {.Word = "battelle",
+            .Name = "a Battelle GPS file",
+            .FileTypes = Files,
+            .HasGps = true,
+            .HasObd = false,
+            .HasRunNumbers = true,
+            .Recognises = StartsRunIn,
+            .Refusal = nullptr,
+            .Summary = ReadSummary,
+            .Read = ReadPoints,
+            .WrittenExtension = ".gd2",
+            .Encode = EncodeLaptopLog,
+            .Columns = GpsReviewLayout,
+            .Review = &ReviewScreenOf(true, false),
+            .Screen = &ScreenOf(LogKind::Battelle)};
 }
 
 }  // namespace vantor

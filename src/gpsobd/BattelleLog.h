@@ -1,9 +1,6 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
-#include "gpsobd/FieldLog.h"
+#include "gpsobd/LogFormat.h"
 
 namespace vantor {
 
@@ -11,15 +8,10 @@ namespace vantor {
 // first field with "/" is the date MM/DD/YY or MM/DD/YYYY, the first with ":" the time; behind the time follow latitude
 // and longitude (degrees west) as dddmm.mmmm and, where present, speed (mph), heading, HDOP and satellites. Other lines
 // and fixes without a date or a time are passed over.
+//
+// A summary has the times of the first and the last fix; any text has one, of a text that is no Battelle log with that
+// as its problem. A log is read without the fixes before its first run.
 
-/// Times of the first and the last fix; any text has a summary, one that is no Battelle log with that as its problem.
-/// Nothing when it was stopped.
-std::optional<LogSummary> ReadBattelleSummary(const FileSystem& files, const std::string& path,
-                                              const LogProgress& progress = {});
-
-/// A log whole, without the fixes before its first run; its positions with their signs where it `isSigned`. Errors as
-/// of ReadFieldLog.
-FieldLog ReadBattelleLog(const FileSystem& files, const std::string& path, bool isSigned = false,
-                         const Progress& progress = {});
+LogFormat BattelleLog();
 
 }  // namespace vantor

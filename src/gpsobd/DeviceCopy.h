@@ -5,7 +5,7 @@
 #include <string>
 
 #include "core/AppContext.h"
-#include "gpsobd/LogKinds.h"
+#include "gpsobd/LogScreens.h"
 
 namespace vantor {
 

@@ -1,7 +1,7 @@
 #include "gpsobd/DeviceLog.h"
 
 #include <algorithm>
-#include <charconv>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -10,6 +10,10 @@
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
 #include "core/Text.h"
+#include "gpsobd/FieldLog.h"
+#include "gpsobd/LaptopLog.h"
+#include "gpsobd/LogScreens.h"
+#include "gpsobd/ReviewColumns.h"
 
 namespace vantor {
 namespace {
@@ -18,13 +22,13 @@ constexpr int FieldsOfTable = 9;
 constexpr int DateTimePosition = 0;
 constexpr int RunNumberPosition = 8;
 
-std::string TableOf(LogKind kind) { return kind == LogKind::GpsHandheld ? "GPSData" : "OBDData"; }
+std::string TableOf(const LogFormat& format) { return format.HasGps ? "GPSData" : "OBDData"; }
 
-std::unique_ptr<RecordSet> OpenLog(const LogSources& sources, LogKind kind, const std::string& path) {
-    auto records = HasExtension(path, ".pdb") ? sources.DeviceDatabases.Open(path, TableOf(kind))
-                                              : sources.Databases.OpenTable(path, TableOf(kind));
+std::unique_ptr<RecordSet> OpenLog(const LogSources& sources, const LogFormat& format, const std::string& path) {
+    auto records = HasExtension(path, ".pdb") ? sources.DeviceDatabases.Open(path, TableOf(format))
+                                              : sources.Databases.OpenTable(path, TableOf(format));
     if (records->FieldCount() < FieldsOfTable)
-        throw RunTimeError(ErrorNumber::TypeMismatch, "The table \"" + TableOf(kind) + "\" has only " +
+        throw RunTimeError(ErrorNumber::TypeMismatch, "The table \"" + TableOf(format) + "\" has only " +
                                                           std::to_string(records->FieldCount()) + " fields.\n" + path);
     return records;
 }
@@ -80,8 +84,8 @@ Date MomentOf(std::string_view text) {
 /// none.
 class DeviceRecords {
 public:
-    DeviceRecords(const LogSources& sources, LogKind kind, std::string path)
-        : path_(std::move(path)), records_(OpenLog(sources, kind, path_)) {}
+    DeviceRecords(const LogSources& sources, const LogFormat& format, std::string path)
+        : path_(std::move(path)), records_(OpenLog(sources, format, path_)) {}
 
     bool Next() {
         if (!records_->Next()) return false;
@@ -158,17 +162,11 @@ ObdPoint ObdPointOf(const DeviceRecords& record) {
     return point;
 }
 
-Date TimeOfPoint(LogKind kind, const LogPoint& point) {
-    return kind == LogKind::GpsHandheld ? point.Gps.DateTime : point.Obd.DateTime;
-}
-
-}  // namespace
-
-std::optional<LogSummary> ReadDeviceSummary(const LogSources& sources, LogKind kind, const std::string& path,
-                                            const LogProgress& progress) {
+std::optional<LogSummary> ReadSummary(const LogSources& sources, const LogFormat& format, const std::string& path,
+                                      const LogProgress& progress) {
     constexpr int RecordsPerQuestion = 256;
     LogSummary summary;
-    DeviceRecords record(sources, kind, path);
+    DeviceRecords record(sources, format, path);
     for (int untilQuestion = 0; record.Next(); --untilQuestion) {
         if (untilQuestion == 0) {
             if (progress && !progress()) return std::nullopt;
@@ -184,43 +182,91 @@ std::optional<LogSummary> ReadDeviceSummary(const LogSources& sources, LogKind k
     return summary;
 }
 
-FieldLog ReadDeviceLog(const LogSources& sources, LogKind kind, const std::string& path, const Progress& progress) {
-    FieldLog log = NewFieldLog(kind, path);
-    DeviceRecords record(sources, kind, path);
+LogHead ReadPoints(const LogSources& sources, const LogFormat& format, const std::string& path, const LogSink& sink,
+                   const Progress& progress) {
+    LogHead log = NewLogHead(format, path);
+    DeviceRecords record(sources, format, path);
+    bool isFirst = true;
     // How many records there are is not known before the last one.
     while (record.Next() && progress(0, 1)) {
         LogPoint point;
-        if (kind == LogKind::GpsHandheld)
+        if (format.HasGps)
             point.Gps = GpsPointOf(record, sources.HasSignedCoordinates);
         else
             point.Obd = ObdPointOf(record);
-        if (record.RunNumber() != 0) log.Points.push_back(std::move(point));
+        // A rewritten log without a date would be listed under the day of whoever looks at it.
+        if (isFirst && record.RunNumber() != 0) log.Prefix.LogDate.Days = std::floor(record.DateTime().Days);
+        isFirst = isFirst && record.RunNumber() == 0;
+        if (!sink(std::move(point))) break;
     }
     log.DroppedBytes = record.Records().DroppedBytes();
     log.MissingRecords = record.Records().MissingRecords();
-    // A rewritten log without a date would be listed under the day of whoever looks at it.
-    if (!log.Points.empty()) log.Prefix.LogDate.Days = std::floor(TimeOfPoint(kind, log.Points.front()).Days);
     return log;
 }
 
-std::optional<LogKind> DeviceLogKind(const LogSources& sources, const std::string& path) {
-    for (const LogKind kind : {LogKind::GpsHandheld, LogKind::ObdHandheld}) {
-        try {
-            OpenLog(sources, kind, path);
-            return kind;
-        } catch (const NoSuchTable&) {
-            // Of the other kind, perhaps.
-            continue;
-        }
+bool HasTable(const LogSources& sources, const LogFormat& format, const std::string& path) {
+    try {
+        OpenLog(sources, format, path);
+        return true;
+    } catch (const NoSuchTable&) {
+        // Of the other logger, perhaps.
+        return false;
     }
-    return std::nullopt;
+}
+
+bool IsDeviceLog(const LogSources& sources, const LogFormat& format, const std::string& path, std::string_view) {
+    return IsNamedAs(format, path) && HasTable(sources, format, path);
+}
+
+constexpr std::array Files = {LogFileType{".mdb", "MDB"}, LogFileType{".pdb", "PDB"}};
+constexpr const char* NeitherTable =
+    "The file has neither a table \"GPSData\" nor \"OBDData\", or is no database of a handheld. Copy it from the "
+    "handheld again, or choose another file.";
+
+}  // namespace
+
+LogFormat GpsHandheldLog() {
+    return {.Word = "gps-handheld",
+            .Name = "a GPS database",
+            .FileTypes = Files,
+            .HasGps = true,
+            .HasObd = false,
+            .HasRunNumbers = true,
+            .Recognises = IsDeviceLog,
+            .Refusal = NeitherTable,
+            .Summary = ReadSummary,
+            .Read = ReadPoints,
+            .WrittenExtension = ".gd2",
+            .Encode = EncodeLaptopLog,
+            .Columns = GpsReviewLayout,
+            .Review = &ReviewScreenOf(true, false),
+            .Screen = &ScreenOf(LogKind::GpsHandheld)};
+}
+
+LogFormat ObdHandheldLog() {
+    return {.Word = "obd-handheld",
+            .Name = "an OBD database",
+            .FileTypes = Files,
+            .HasGps = false,
+            .HasObd = true,
+            .HasRunNumbers = true,
+            .Recognises = IsDeviceLog,
+            .Refusal = NeitherTable,
+            .Summary = ReadSummary,
+            .Read = ReadPoints,
+            .WrittenExtension = ".od2",
+            .Encode = EncodeLaptopLog,
+            .Columns = ObdReviewLayout,
+            .Review = &ReviewScreenOf(false, true),
+            .Screen = &ScreenOf(LogKind::ObdHandheld)};
 }
 
 std::string OtherLoggerText(const LogSources& sources, const std::string& path) {
-    const std::optional<LogKind> kind = DeviceLogKind(sources, path);
-    if (!kind) return {};
-    return *kind == LogKind::GpsHandheld ? "This is a GPS database. Open it with File > Process Roampad Data."
-                                         : "This is an OBD database. Open it with File > Process Revpad Data.";
+    for (const LogFormat& format : LogFormats())
+        if (format.Screen != nullptr && format.Screen->Device != nullptr && HasTable(sources, format, path))
+            return std::string("This is ") + format.Name + ". Open it with File > Process " +
+                   format.Screen->Device->Program + " Data.";
+    return {};
 }
 
 }  // namespace vantor

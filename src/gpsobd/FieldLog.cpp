@@ -1,45 +1,20 @@
 #include "gpsobd/FieldLog.h"
 
-#include <array>
 #include <cmath>
 
 #include "core/Backup.h"
 #include "core/Paths.h"
-#include "core/RunTimeError.h"
 #include "core/Text.h"
 #include "core/modMain.h"
-#include "gpsobd/BattelleLog.h"
-#include "gpsobd/DeviceLog.h"
 #include "gpsobd/LaptopLog.h"
 
 namespace vantor {
-namespace {
-
-struct PlainLog {
-    const char* Extension;
-    LogKind Kind;
-};
-constexpr std::array PlainLogs = {PlainLog{".gdf", LogKind::GpsLaptop}, PlainLog{".gd2", LogKind::GpsLaptop},
-                                  PlainLog{".odf", LogKind::ObdLaptop}, PlainLog{".od2", LogKind::ObdLaptop},
-                                  PlainLog{".ddf", LogKind::GpsObd},    PlainLog{".txt", LogKind::Battelle}};
-
-const char* WrittenExtension(LogKind kind) {
-    switch (kind) {
-        case LogKind::ObdLaptop:
-        case LogKind::ObdHandheld: return ".od2";
-        case LogKind::GpsObd: return ".ddf";
-        default: return ".gd2";
-    }
+std::string StudyName(const LogHead& log) {
+    return std::string(TrimRight(log.Format->HasObd ? log.ObdHeader.StudyName : log.GpsHeader.StudyName));
 }
 
-}  // namespace
-
-std::string StudyName(const FieldLog& log) {
-    return std::string(TrimRight(HasObdHeader(log.Kind) ? log.ObdHeader.StudyName : log.GpsHeader.StudyName));
-}
-
-std::string BaseName(const FieldLog& log) {
-    const std::string_view name = Trim(HasObdHeader(log.Kind) ? log.ObdHeader.BaseName : log.GpsHeader.BaseName);
+std::string BaseName(const LogHead& log) {
+    const std::string_view name = Trim(log.Format->HasObd ? log.ObdHeader.BaseName : log.GpsHeader.BaseName);
     return name.empty() ? log.Name : std::string(name);
 }
 
@@ -53,54 +28,44 @@ std::string DirectionText(std::int16_t direction) {
     }
 }
 
-std::optional<LogSummary> ReadLogSummary(const LogSources& sources, LogKind kind, const std::string& path,
+std::optional<LogSummary> ReadLogSummary(const LogSources& sources, const LogFormat& format, const std::string& path,
                                          const LogProgress& progress) {
-    switch (kind) {
-        case LogKind::GpsHandheld:
-        case LogKind::ObdHandheld: return ReadDeviceSummary(sources, kind, path, progress);
-        case LogKind::Battelle: return ReadBattelleSummary(sources.Files, path, progress);
-        default: return ReadLaptopSummary(sources.Files, sources.Time, kind, path, progress);
-    }
+    return format.Summary(sources, format, path, progress);
 }
 
-FieldLog ReadFieldLog(const LogSources& sources, LogKind kind, const std::string& path, const Progress& progress) {
-    switch (kind) {
-        case LogKind::GpsHandheld:
-        case LogKind::ObdHandheld: return ReadDeviceLog(sources, kind, path, progress);
-        case LogKind::Battelle: return ReadBattelleLog(sources.Files, path, sources.HasSignedCoordinates, progress);
-        default: return ReadLaptopLog(sources.Files, sources.Time, kind, path, sources.HasSignedCoordinates, progress);
-    }
-}
-
-LogKind LogKindOf(const LogSources& sources, const std::string& path) {
-    for (const PlainLog& log : PlainLogs)
-        if (HasExtension(path, log.Extension)) return log.Kind;
-    if (HasExtension(path, ".mdb") || HasExtension(path, ".pdb")) {
-        if (const auto kind = DeviceLogKind(sources, path)) return *kind;
-        throw NoSuchTable(
-            "The file has neither a table \"GPSData\" nor \"OBDData\", or is no database of a handheld. Copy it from "
-            "the "
-            "handheld again, or choose another file.\n" +
-            path);
-    }
-    throw RunTimeError(
-        ErrorNumber::TypeMismatch,
-        "The name is none of a log. Logs end in .gdf, .gd2, .odf, .od2, .ddf, .txt, .mdb or .pdb.\n" + path);
+FieldLog ReadFieldLog(const LogSources& sources, const LogFormat& format, const std::string& path,
+                      const Progress& progress) {
+    FieldLog log;
+    log.Format = &format;
+    const auto keep = [&](LogPoint&& point) {
+        log.Add(std::move(point));
+        return true;
+    };
+    static_cast<LogHead&>(log) = ReadLogPoints(sources, format, path, keep, progress);
+    return log;
 }
 
 bool WriteFieldLog(FileSystem& files, const FieldLog& log, const Progress& progress) {
-    return WriteKeepingOld(files, log.Folder + log.Name + WrittenExtension(log.Kind), EncodeLaptopLog(log), progress);
+    const LogFormat& format = *log.Format;
+    if (format.Encode == nullptr) return true;
+    return WriteKeepingOld(files, log.Folder + log.Name + format.WrittenExtension, format.Encode(log), progress);
 }
 
-FieldLog NewFieldLog(LogKind kind, const std::string& path) {
-    FieldLog log;
-    log.Kind = kind;
+LogHead NewLogHead(const LogFormat& format, const std::string& path) {
+    LogHead log;
+    log.Format = &format;
     log.Folder = FolderOf(path);
     log.Name = BaseName(path);
     log.Extension = FoldCase(LastComponent(path).substr(log.Name.size()));
     log.Prefix = WrittenPrefix({});
     log.GpsHeader.StudyName = log.GpsHeader.BaseName = log.Name;
     log.ObdHeader.StudyName = log.ObdHeader.BaseName = log.Name;
+    return log;
+}
+
+FieldLog NewFieldLog(const LogFormat& format, const std::string& path) {
+    FieldLog log;
+    static_cast<LogHead&>(log) = NewLogHead(format, path);
     return log;
 }
 

@@ -1,11 +1,13 @@
 #include "gpsobd/LaptopLog.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
 #include "core/RunTimeError.h"
-#include "gpsobd/LogPoints.h"
+#include "gpsobd/LogScreens.h"
+#include "gpsobd/ReviewColumns.h"
 
 namespace vantor {
 namespace {
@@ -33,18 +35,12 @@ constexpr RecordLayout CombinedLayout{CombinedPointSize, GpsLayout.DateTimeAt};
 
 bool IsFirstFormat(const LogPrefix& prefix) { return prefix.FormatNumber == 0 || prefix.FormatNumber == 1; }
 
-RecordLayout LayoutOf(LogKind kind, const LogPrefix& prefix) {
-    if (kind == LogKind::ObdLaptop) return ObdLayout;
-    if (kind == LogKind::GpsObd) return CombinedLayout;
+RecordLayout LayoutOf(const LogFormat& format, const LogPrefix& prefix) {
+    if (format.HasObd) return format.HasGps ? CombinedLayout : ObdLayout;
     return IsFirstFormat(prefix) ? Ver1GpsLayout : GpsLayout;
 }
 
-std::size_t HeaderSizeOf(LogKind kind) { return HasObdHeader(kind) ? ObdLogHeaderSize : GpsLogHeaderSize; }
-
-const char* NameOf(LogKind kind) {
-    if (kind == LogKind::ObdLaptop) return "an OBD log";
-    return kind == LogKind::GpsObd ? "a combined GPS and OBD log" : "a GPS log";
-}
+std::size_t HeaderSizeOf(const LogFormat& format) { return format.HasObd ? ObdLogHeaderSize : GpsLogHeaderSize; }
 
 bool IsPrinted(std::byte byte) {
     const auto value = std::to_integer<unsigned char>(byte);
@@ -70,25 +66,25 @@ struct OpenLog {
     RecordLayout Layout{};
 };
 
-OpenLog OpenLaptopLog(const FileSystem& files, LogKind kind, const std::string& path) {
+OpenLog OpenLaptopLog(const FileSystem& files, const LogFormat& format, const std::string& path) {
     OpenLog log;
     log.File = files.Open(path);
-    std::vector<std::byte> start(LogPrefixSize + HeaderSizeOf(kind));
+    std::vector<std::byte> start(LogPrefixSize + HeaderSizeOf(format));
     const std::size_t count = log.File->Read(start);
     const auto prefixBytes = std::span(start).first(std::min(count, LogPrefixSize));
     log.Prefix = DecodeRecord<LogPrefix>(LogPrefixFields, prefixBytes);
     if (prefixBytes.size() == LogPrefixSize && IsForeign(prefixBytes, log.Prefix))
-        throw RunTimeError(ErrorNumber::TypeMismatch, std::string("The file is not ") + NameOf(kind) +
+        throw RunTimeError(ErrorNumber::TypeMismatch, std::string("The file is not ") + format.Name +
                                                           ", or its header is damaged. Copy it from the laptop again, "
                                                           "or choose another file.\n" +
                                                           path + ", bytes 1 to 16");
     if (count < start.size())
         throw RunTimeError(ErrorNumber::InputPastEndOfFile,
-                           std::string("The file ends within its header: ") + NameOf(kind) + " has at least " +
+                           std::string("The file ends within its header: ") + format.Name + " has at least " +
                                std::to_string(start.size()) + " bytes. Copy it from the laptop again.\n" + path +
                                ", byte " + std::to_string(count));
     log.Header.assign(start.begin() + LogPrefixSize, start.end());
-    log.Layout = LayoutOf(kind, log.Prefix);
+    log.Layout = LayoutOf(format, log.Prefix);
     return log;
 }
 
@@ -163,32 +159,24 @@ GpsPoint SecondFormatOf(const Ver1GpsPoint& old, bool isSigned) {
     return point;
 }
 
-LogPoint PointOf(LogKind kind, const LogPrefix& prefix, std::span<const std::byte> record, bool isSigned) {
+LogPoint PointOf(const LogFormat& format, const LogPrefix& prefix, std::span<const std::byte> record, bool isSigned) {
     LogPoint point;
-    if (kind == LogKind::ObdLaptop) {
-        point.Obd = DecodeRecord<ObdPoint>(ObdPointFields, record);
-        return point;
-    }
-    if (kind == LogKind::GpsLaptop && IsFirstFormat(prefix))
+    if (format.HasObd)
+        point.Obd = DecodeRecord<ObdPoint>(ObdPointFields, format.HasGps ? record.subspan(GpsPointSize) : record);
+    if (!format.HasGps) return point;
+    if (!format.HasObd && IsFirstFormat(prefix))
         point.Gps = SecondFormatOf(DecodeRecord<Ver1GpsPoint>(Ver1GpsPointFields, record), isSigned);
     else
         point.Gps = DecodeRecord<GpsPoint>(GpsPointFields, record);
     if (!isSigned) point.Gps.Longitude = WesternLongitude(point.Gps.Longitude);
-    if (kind == LogKind::GpsObd) point.Obd = DecodeRecord<ObdPoint>(ObdPointFields, record.subspan(GpsPointSize));
     return point;
 }
 
-}  // namespace
-
-bool HasObdHeader(LogKind kind) {
-    return kind == LogKind::ObdLaptop || kind == LogKind::ObdHandheld || kind == LogKind::GpsObd;
-}
-
-std::optional<LogSummary> ReadLaptopSummary(const FileSystem& files, const Clock& clock, LogKind kind,
-                                            const std::string& path, const LogProgress& progress) {
-    OpenLog log = OpenLaptopLog(files, kind, path);
+std::optional<LogSummary> ReadSummary(const LogSources& sources, const LogFormat& format, const std::string& path,
+                                      const LogProgress& progress) {
+    OpenLog log = OpenLaptopLog(sources.Files, format, path);
     LogSummary summary;
-    summary.StudyDate = RepairedDate(log.Prefix.LogDate, clock);
+    summary.StudyDate = RepairedDate(log.Prefix.LogDate, sources.Time);
     summary.IsFirstFormat = IsFirstFormat(log.Prefix);
     bool isFirst = true;
     bool stopped = false;
@@ -203,13 +191,13 @@ std::optional<LogSummary> ReadLaptopSummary(const FileSystem& files, const Clock
     return stopped ? std::nullopt : std::optional(summary);
 }
 
-FieldLog ReadLaptopLog(const FileSystem& files, const Clock& clock, LogKind kind, const std::string& path,
-                       bool isSigned, const Progress& progress) {
-    OpenLog file = OpenLaptopLog(files, kind, path);
-    FieldLog log = NewFieldLog(kind, path);
+LogHead ReadPoints(const LogSources& sources, const LogFormat& format, const std::string& path, const LogSink& sink,
+                   const Progress& progress) {
+    OpenLog file = OpenLaptopLog(sources.Files, format, path);
+    LogHead log = NewLogHead(format, path);
     log.Prefix = file.Prefix;
-    log.StudyDate = RepairedDate(file.Prefix.LogDate, clock);
-    if (HasObdHeader(kind))
+    log.StudyDate = RepairedDate(file.Prefix.LogDate, sources.Time);
+    if (format.HasObd)
         log.ObdHeader = DecodeRecord<ObdLogHeader>(ObdLogHeaderFields, file.Header);
     else
         log.GpsHeader = DecodeRecord<GpsLogHeader>(GpsLogHeaderFields, file.Header);
@@ -218,30 +206,90 @@ FieldLog ReadLaptopLog(const FileSystem& files, const Clock& clock, LogKind kind
     log.DroppedBytes = ReadRecords(file, [&](std::span<const std::byte> piece) {
         done += piece.size();
         for (; !piece.empty(); piece = piece.subspan(size))
-            if (RunNumberOf(piece.data()) != 0)
-                log.Points.push_back(PointOf(kind, log.Prefix, piece.first(size), isSigned));
+            if (!sink(PointOf(format, log.Prefix, piece.first(size), sources.HasSignedCoordinates))) return false;
         return progress(done, file.File->Size());
     });
     return log;
 }
 
+// The extension, not the format number in the file, is marked: the mark leads back to the file.
+constexpr std::array GpsFiles = {LogFileType{".gdf", "1"}, LogFileType{".gd2", "2"}};
+constexpr std::array ObdFiles = {LogFileType{".odf", "1"}, LogFileType{".od2", "2"}};
+constexpr std::array CombinedFiles = {LogFileType{".ddf", ""}};
+
+}  // namespace
+
+LogFormat GpsLaptopLog() {
+    return {.Word = "gps-laptop",
+            .Name = "a GPS log",
+            .FileTypes = GpsFiles,
+            .HasGps = true,
+            .HasObd = false,
+            .HasRunNumbers = true,
+            .Recognises = nullptr,
+            .Refusal = nullptr,
+            .Summary = ReadSummary,
+            .Read = ReadPoints,
+            .WrittenExtension = ".gd2",
+            .Encode = EncodeLaptopLog,
+            .Columns = GpsReviewLayout,
+            .Review = &ReviewScreenOf(true, false),
+            .Screen = &ScreenOf(LogKind::GpsLaptop)};
+}
+
+LogFormat ObdLaptopLog() {
+    return {.Word = "obd-laptop",
+            .Name = "an OBD log",
+            .FileTypes = ObdFiles,
+            .HasGps = false,
+            .HasObd = true,
+            .HasRunNumbers = true,
+            .Recognises = nullptr,
+            .Refusal = nullptr,
+            .Summary = ReadSummary,
+            .Read = ReadPoints,
+            .WrittenExtension = ".od2",
+            .Encode = EncodeLaptopLog,
+            .Columns = ObdReviewLayout,
+            .Review = &ReviewScreenOf(false, true),
+            .Screen = &ScreenOf(LogKind::ObdLaptop)};
+}
+
+LogFormat GpsObdLog() {
+    return {.Word = "gps-obd",
+            .Name = "a combined GPS and OBD log",
+            .FileTypes = CombinedFiles,
+            .HasGps = true,
+            .HasObd = true,
+            .HasRunNumbers = true,
+            .Recognises = nullptr,
+            .Refusal = nullptr,
+            .Summary = ReadSummary,
+            .Read = ReadPoints,
+            .WrittenExtension = ".ddf",
+            .Encode = EncodeLaptopLog,
+            .Columns = CombinedReviewLayout,
+            .Review = &ReviewScreenOf(true, true),
+            .Screen = &ScreenOf(LogKind::GpsObd)};
+}
+
 LogPrefix WrittenPrefix(Date logDate) { return {2, 0, 0, logDate, "XX"}; }
 
 std::vector<std::byte> EncodeLaptopLog(const FieldLog& log) {
-    const bool hasGps = HasGps(log.Kind);
-    const bool hasObd = HasObdHeader(log.Kind);
+    const bool hasGps = log.Format->HasGps;
+    const bool hasObd = log.Format->HasObd;
     const std::size_t pointSize = (hasGps ? GpsPointSize : 0) + (hasObd ? ObdPointSize : 0);
-    const std::size_t start = LogPrefixSize + HeaderSizeOf(log.Kind);
-    std::vector<std::byte> bytes(start + log.Points.size() * pointSize);
+    const std::size_t start = LogPrefixSize + HeaderSizeOf(*log.Format);
+    std::vector<std::byte> bytes(start + log.PointCount() * pointSize);
     EncodeRecord(WrittenPrefix(log.Prefix.LogDate), LogPrefixFields, bytes.data());
     if (hasObd)
         EncodeRecord(log.ObdHeader, ObdLogHeaderFields, bytes.data() + LogPrefixSize);
     else
         EncodeRecord(log.GpsHeader, GpsLogHeaderFields, bytes.data() + LogPrefixSize);
     std::byte* out = bytes.data() + start;
-    for (const LogPoint& point : log.Points) {
-        if (hasGps) EncodeRecord(point.Gps, GpsPointFields, out);
-        if (hasObd) EncodeRecord(point.Obd, ObdPointFields, out + (hasGps ? GpsPointSize : 0));
+    for (std::size_t i = 0; i < log.PointCount(); ++i) {
+        if (hasGps) EncodeRecord(log.Gps[i], GpsPointFields, out);
+        if (hasObd) EncodeRecord(log.Obd[i], ObdPointFields, out + (hasGps ? GpsPointSize : 0));
         out += pointSize;
     }
     return bytes;

@@ -13,36 +13,16 @@ constexpr double FarthestStanding = 100;            // feet
 constexpr double FastestBesideStanding = 15;        // mph
 constexpr double EarthRadius = 6371008.8 / 0.3048;  // mean radius, feet
 
-/// What is known of a second that has rows.
-struct Moment {
-    std::int64_t Second = 0;
-    const LogPoint* Last = nullptr;
-    std::optional<double> Speed;
-};
-
-std::vector<Moment> MomentsOf(LogKind kind, const RunPoints& points) {
-    std::vector<Moment> moments;
-    moments.reserve(points.size());
-    for (const LogPoint* point : points) moments.push_back({SecondsOf(kind, *point), point, LoggedSpeed(kind, *point)});
-    const auto isEarlier = [](const Moment& left, const Moment& right) { return left.Second < right.Second; };
-    if (!std::ranges::is_sorted(moments, isEarlier)) std::ranges::stable_sort(moments, isEarlier);
-    // The last row of a second stays.
-    const auto kept = std::unique(moments.rbegin(), moments.rend(),
-                                  [](const Moment& left, const Moment& right) { return left.Second == right.Second; });
-    moments.erase(moments.begin(), kept.base());
-    return moments;
-}
-
 /// A receiver without a fix writes -1 or 0, which as degrees and minutes is a sixtieth of a degree at most: no road
-/// leads there.
-bool HasPosition(const GpsPoint& point) {
+/// leads there. A point without a receiver has 0.
+bool HasPosition(const RunPoint& point) {
     constexpr double noFix = 1.0 / 60 + 1e-9;
     return std::fabs(point.Latitude) <= 90 && std::fabs(point.Longitude) <= 180 && point.Latitude != -1 &&
            point.Longitude != -1 && (std::fabs(point.Latitude) > noFix || std::fabs(point.Longitude) > noFix);
 }
 
 /// The haversine formula, which is exact for short distances, too.
-double FeetBetween(const GpsPoint& from, const GpsPoint& to) {
+double FeetBetween(const RunPoint& from, const RunPoint& to) {
     constexpr double radians = std::numbers::pi / 180;
     const double sinLatitude = std::sin((to.Latitude - from.Latitude) * radians / 2);
     const double sinLongitude = std::sin((to.Longitude - from.Longitude) * radians / 2);
@@ -51,57 +31,101 @@ double FeetBetween(const GpsPoint& from, const GpsPoint& to) {
     return 2 * EarthRadius * std::asin(std::sqrt(std::min(half, 1.0)));
 }
 
-/// The feet driven between two moments when the speed follows the line between the nearest seconds that have one,
-/// `before` at the first moment or earlier, `behind` at the second or later.
-double FeetAtSpeeds(const Moment& from, const Moment& to, const Moment* before, const Moment* behind) {
+/// The feet driven in a gap when the speed follows the line between the nearest seconds that have one, `before` at its
+/// first second or earlier, `behind` at its last or later.
+double FeetAtSpeeds(const LogGap& gap, const RunPoint* before, const RunPoint* behind) {
     if (before == nullptr) before = behind;
     if (behind == nullptr) behind = before;
     if (before == nullptr) return 0;
+    const double first = static_cast<double>(before->Speed);
+    const double last = static_cast<double>(behind->Speed);
     const auto speedAt = [&](std::int64_t second) {
-        if (behind->Second == before->Second) return *before->Speed;
+        if (behind->Second == before->Second) return first;
         const double part =
             static_cast<double>(second - before->Second) / static_cast<double>(behind->Second - before->Second);
-        return *before->Speed + (*behind->Speed - *before->Speed) * part;
+        return first + (last - first) * part;
     };
-    const double mean = std::max(0.0, (speedAt(from.Second) + speedAt(to.Second)) / 2);
-    return mean * FeetPerSecondOfMph * static_cast<double>(to.Second - from.Second);
+    const double mean = std::max(0.0, (speedAt(gap.From) + speedAt(gap.To)) / 2);
+    return mean * FeetPerSecondOfMph * static_cast<double>(gap.Seconds());
 }
 
-GapFill FillOf(const LogGap& gap, const Moment& from, const Moment& to) {
+GapFill FillOf(const LogGap& gap, const RunPoint& from, const RunPoint& to) {
     if (!gap.FeetByPosition) return GapFill::Speed;
-    const auto isSlow = [](const Moment& moment) { return moment.Speed && *moment.Speed < FastestBesideStanding; };
+    const auto isSlow = [](const RunPoint& point) {
+        return HasSpeed(point) && static_cast<double>(point.Speed) < FastestBesideStanding;
+    };
     const bool stands = *gap.FeetByPosition < FarthestStanding && (isSlow(from) || isSlow(to));
     return stands ? GapFill::Standing : GapFill::Position;
 }
 
-void AddGaps(LogKind kind, std::int16_t runNumber, const std::vector<Moment>& moments, std::vector<LogGap>& gaps) {
-    const Moment* before = nullptr;  // the last one with a speed
-    std::size_t behind = 0;          // the first one with a speed behind the gap
-    for (std::size_t i = 0; i + 1 < moments.size(); ++i) {
-        const Moment& from = moments[i];
-        const Moment& to = moments[i + 1];
-        if (from.Speed) before = &from;
-        if (to.Second - from.Second < ShortestGap) continue;
-        behind = std::max(behind, i + 1);
-        while (behind < moments.size() && !moments[behind].Speed) ++behind;
-        LogGap gap{runNumber, from.Second, to.Second, {}, 0, GapFill::Speed};
-        if (HasGps(kind) && HasPosition(from.Last->Gps) && HasPosition(to.Last->Gps))
-            gap.FeetByPosition = FeetBetween(from.Last->Gps, to.Last->Gps);
-        gap.FeetBySpeed = FeetAtSpeeds(from, to, before, behind < moments.size() ? &moments[behind] : nullptr);
-        gap.Filled = FillOf(gap, from, to);
-        gaps.push_back(gap);
-    }
-}
+const RunPoint* PointIn(const std::optional<RunPoint>& point) { return point ? &*point : nullptr; }
 
 }  // namespace
 
-std::vector<LogGap> FindGaps(LogKind kind, const std::map<std::int16_t, RunPoints>& runs) {
+void GapSearch::Run::Add(const RunPoint& point) {
+    if (Last && Last->Second != point.Second) EndSecond();
+    Last = point;
+}
+
+void GapSearch::Run::EndSecond() {
+    if (!Last) return;
+    if (Previous && Last->Second - Previous->Second >= ShortestGap) {
+        LogGap gap{Last->RunNumber, Previous->Second, Last->Second, {}, 0, GapFill::Speed};
+        if (HasPosition(*Previous) && HasPosition(*Last)) gap.FeetByPosition = FeetBetween(*Previous, *Last);
+        gap.Filled = FillOf(gap, *Previous, *Last);
+        Gaps.push_back(gap);
+    }
+    if (HasSpeed(*Last)) {
+        Measure(&*Last);
+        WithSpeed = Last;
+    }
+    Previous = Last;
+}
+
+void GapSearch::Run::Measure(const RunPoint* behind) {
+    for (; Measured < Gaps.size(); ++Measured)
+        Gaps[Measured].FeetBySpeed = FeetAtSpeeds(Gaps[Measured], PointIn(WithSpeed), behind);
+}
+
+bool GapSearch::Add(const RunPoint& point) {
+    Run& run = runs_[point.RunNumber];
+    if (!HasTime(point.Second) || (run.Last && point.Second < run.Last->Second)) return false;
+    run.Add(point);
+    return true;
+}
+
+std::vector<LogGap> GapSearch::End() {
     std::vector<LogGap> gaps;
-    for (const auto& [number, points] : runs) AddGaps(kind, number, MomentsOf(kind, points), gaps);
+    for (auto& [number, run] : runs_) {
+        run.EndSecond();
+        run.Measure(nullptr);
+        if (number >= 1) gaps.insert(gaps.end(), run.Gaps.begin(), run.Gaps.end());
+    }
     return gaps;
 }
 
-std::vector<LogGap> FindGaps(const FieldLog& reviewed) { return FindGaps(reviewed.Kind, PointsOfRuns(reviewed)); }
+std::vector<LogGap> FindGaps(const std::vector<RunPoints>& runs) {
+    std::vector<LogGap> gaps;
+    for (const RunPoints& points : runs) {
+        GapSearch::Run run;
+        const auto addAll = [&](std::span<const RunPoint> inOrder) {
+            for (const RunPoint& point : inOrder) run.Add(point);
+        };
+        if (std::ranges::is_sorted(points, {}, &RunPoint::Second)) {
+            addAll(points);
+        } else {
+            std::vector<RunPoint> sorted(points.begin(), points.end());
+            std::ranges::stable_sort(sorted, {}, &RunPoint::Second);
+            addAll(sorted);
+        }
+        run.EndSecond();
+        run.Measure(nullptr);
+        gaps.insert(gaps.end(), run.Gaps.begin(), run.Gaps.end());
+    }
+    return gaps;
+}
+
+std::vector<LogGap> FindGaps(const RunsOfLog& runs) { return FindGaps(RunsAmong(runs.Points)); }
 
 bool CanBeFilled(const LogGap& gap, GapFill fill) { return fill != GapFill::Position || gap.FeetByPosition; }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -36,8 +37,35 @@ struct LogGap {
 
 /// The gaps of a log's runs in order of run and time, whatever the order of the rows, filled as docs/methods.md has it
 /// under "Gaps".
-std::vector<LogGap> FindGaps(LogKind kind, const std::map<std::int16_t, RunPoints>& runs);
-std::vector<LogGap> FindGaps(const FieldLog& reviewed);
+std::vector<LogGap> FindGaps(const std::vector<RunPoints>& runs);
+std::vector<LogGap> FindGaps(const RunsOfLog& runs);
+
+/// Finds the gaps of points that come one after the other, keeping next to none of them.
+class GapSearch {
+public:
+    /// False for a point that lies before the last one of its run, or has no time to go by: the search is of no use
+    /// then, for the run must be brought into the order of the review first.
+    bool Add(const RunPoint& point);
+    /// The gaps as of FindGaps. No more points can be added.
+    std::vector<LogGap> End();
+
+private:
+    /// The gaps of a run as far as its points have come.
+    struct Run {
+        void Add(const RunPoint& point);
+        void EndSecond();
+        void Measure(const RunPoint* behind);
+
+        std::vector<LogGap> Gaps;
+        std::size_t Measured = 0;           ///< gaps whose speeds are known; the others wait for one behind them
+        std::optional<RunPoint> Last;       ///< of a second that may go on
+        std::optional<RunPoint> Previous;   ///< the last row of the second before
+        std::optional<RunPoint> WithSpeed;  ///< that row, or the nearest one before it that has a speed
+    };
+    friend std::vector<LogGap> FindGaps(const std::vector<RunPoints>& runs);
+
+    std::map<std::int16_t, Run> runs_;
+};
 
 /// A gap without positions cannot be filled by position.
 bool CanBeFilled(const LogGap& gap, GapFill fill);

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <tuple>
+#include <utility>
 
 #include "core/Numeric.h"
 
@@ -14,22 +17,17 @@ constexpr float MissingSpeed = -1;
 /// Where a point stands in the order of the review.
 struct Place {
     std::int64_t Seconds = 0;
+    std::uint32_t InFile = 0;
     std::int16_t RunNumber = 0;
-    std::size_t InFile = 0;
-
-    bool HasTime() const { return Seconds % SecondsPerDay != 0; }
 };
 
-std::vector<Place> SortedPlaces(const FieldLog& log) {
+template <class PlaceOf>
+std::vector<Place> SortedPlaces(std::size_t count, PlaceOf placeOf) {
     std::vector<Place> places;
-    places.reserve(log.Points.size());
-    for (const LogPoint& point : log.Points)
-        places.push_back(WithLeadingHalf(log.Kind, point, [&](const auto& half) {
-            return Place{WholeSecondsOf(half.DateTime), half.RunNumber, places.size()};
-        }));
-    std::stable_sort(places.begin(), places.end(), [](const Place& left, const Place& right) {
-        return std::pair(left.Seconds, left.RunNumber) < std::pair(right.Seconds, right.RunNumber);
-    });
+    places.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) places.push_back(placeOf(i));
+    std::ranges::sort(places, {},
+                      [](const Place& place) { return std::tuple(place.Seconds, place.RunNumber, place.InFile); });
     return places;
 }
 
@@ -44,11 +42,11 @@ std::vector<std::size_t> FillTimesWithinRuns(std::vector<Place>& places) {
     for (std::size_t i = 0; i < places.size(); ++i) {
         Place& place = places[i];
         Run& run = runs[place.RunNumber];
-        if (!place.HasTime() && run.Last == nullptr) {
+        if (!HasTime(place.Seconds) && run.Last == nullptr) {
             run.Waiting.push_back(i);
             continue;
         }
-        if (!place.HasTime()) place.Seconds = run.Last->Seconds + 1;
+        if (!HasTime(place.Seconds)) place.Seconds = run.Last->Seconds + 1;
         std::int64_t earlier = place.Seconds;
         while (!run.Waiting.empty()) {
             places[run.Waiting.back()].Seconds = --earlier;
@@ -64,7 +62,7 @@ std::vector<std::size_t> FillTimesWithinRuns(std::vector<Place>& places) {
 
 /// False where no place has a time to go by.
 bool FillTimes(std::vector<Place>& places) {
-    const auto timed = std::ranges::find_if(places, &Place::HasTime);
+    const auto timed = std::ranges::find_if(places, [](const Place& place) { return HasTime(place.Seconds); });
     if (timed == places.end()) return false;
     const auto firstTimed = static_cast<std::size_t>(timed - places.begin());
     const std::int64_t firstTime = timed->Seconds;
@@ -75,33 +73,116 @@ bool FillTimes(std::vector<Place>& places) {
     return true;
 }
 
+/// Puts the value that each place names into that place.
+template <class Value>
+void Rearrange(std::vector<Value>& values, const std::vector<Place>& places) {
+    std::vector<bool> isPlaced(values.size());
+    for (std::size_t first = 0; first < values.size(); ++first) {
+        if (isPlaced[first] || places[first].InFile == first) continue;
+        Value begun = std::move(values[first]);
+        for (std::size_t to = first;;) {
+            isPlaced[to] = true;
+            const std::size_t from = places[to].InFile;
+            if (from == first) {
+                values[to] = std::move(begun);
+                break;
+            }
+            values[to] = std::move(values[from]);
+            to = from;
+        }
+    }
+}
+
+/// Points in the order of the file.
+void ArrangeByRun(std::vector<RunPoint>& points) {
+    std::vector<Place> places = SortedPlaces(points.size(), [&](std::size_t i) {
+        return Place{points[i].Second, static_cast<std::uint32_t>(i), points[i].RunNumber};
+    });
+    if (FillTimes(places))
+        for (const Place& place : places) points[place.InFile].Second = WholeSecondsOf(DateOfSeconds(place.Seconds));
+    const auto isOfEarlierRun = [](const Place& left, const Place& right) { return left.RunNumber < right.RunNumber; };
+    if (!std::ranges::is_sorted(places, isOfEarlierRun)) std::ranges::stable_sort(places, isOfEarlierRun);
+    Rearrange(points, places);
+}
+
 }  // namespace
 
-bool HasGps(LogKind kind) { return kind != LogKind::ObdLaptop && kind != LogKind::ObdHandheld; }
-
-std::int16_t RunNumberOf(LogKind kind, const LogPoint& point) {
-    return WithLeadingHalf(kind, point, [](const auto& half) { return half.RunNumber; });
+RunPoint RunPointOf(const GpsPoint* gps, const ObdPoint* obd) {
+    RunPoint point;
+    const auto takeLeading = [&](const auto& half) {
+        point.Second = WholeSecondsOf(half.DateTime);
+        point.Speed = half.Speed;
+        point.RunNumber = half.RunNumber;
+        point.Node = half.Node;
+        point.DelayNumber = half.DelayNumber;
+        point.Direction = half.Direction;
+    };
+    if (gps == nullptr) {
+        takeLeading(*obd);
+        return point;
+    }
+    takeLeading(*gps);
+    point.Latitude = gps->Latitude;
+    point.Longitude = gps->Longitude;
+    point.Heading = gps->Heading;
+    point.HDOP = gps->HDOP;
+    point.FixQuality = gps->FixQuality;
+    point.SatUsed = gps->SatUsed;
+    if (obd != nullptr && obd->Speed != MissingSpeed) point.Speed = obd->Speed;
+    return point;
 }
 
-std::int64_t SecondsOf(LogKind kind, const LogPoint& point) {
-    return WithLeadingHalf(kind, point, [](const auto& half) { return WholeSecondsOf(half.DateTime); });
+RunPoint RunPointOf(const LogFormat& format, const LogPoint& point) {
+    return RunPointOf(format.HasGps ? &point.Gps : nullptr, format.HasObd ? &point.Obd : nullptr);
 }
 
-float SpeedOf(LogKind kind, const LogPoint& point) {
-    const bool isByVehicle = kind == LogKind::GpsObd ? point.Obd.Speed != MissingSpeed : !HasGps(kind);
-    return isByVehicle ? point.Obd.Speed : point.Gps.Speed;
+RunPoint RunPointAt(const FieldLog& log, std::size_t index) {
+    return RunPointOf(log.Format->HasGps ? &log.Gps[index] : nullptr, log.Format->HasObd ? &log.Obd[index] : nullptr);
 }
 
-std::optional<double> LoggedSpeed(LogKind kind, const LogPoint& point) {
-    const float speed = SpeedOf(kind, point);
-    if (speed == MissingSpeed || !std::isfinite(speed)) return std::nullopt;
-    return static_cast<double>(speed);
+bool HasSpeed(const RunPoint& point) { return point.Speed != MissingSpeed && std::isfinite(point.Speed); }
+
+std::int16_t RunNumberAt(const FieldLog& log, std::size_t index) {
+    return WithLeadingHalf(log, index, [](const auto& half) { return half.RunNumber; });
 }
 
-std::map<std::int16_t, RunPoints> PointsOfRuns(const FieldLog& reviewed) {
-    std::map<std::int16_t, RunPoints> runs;
-    for (const LogPoint& point : reviewed.Points)
-        if (const std::int16_t number = RunNumberOf(reviewed.Kind, point); number >= 1) runs[number].push_back(&point);
+std::int64_t SecondAt(const FieldLog& log, std::size_t index) {
+    return WithLeadingHalf(log, index, [](const auto& half) { return WholeSecondsOf(half.DateTime); });
+}
+
+RunsOfLog RunsOf(const FieldLog& reviewed) {
+    RunsOfLog runs{reviewed, {}};
+    runs.Points.reserve(reviewed.PointCount());
+    for (std::size_t i = 0; i < reviewed.PointCount(); ++i) runs.Points.push_back(RunPointAt(reviewed, i));
+    SortByRun(runs.Points);
+    return runs;
+}
+
+RunsOfLog ReadRunsOfLog(const LogSources& sources, const LogFormat& format, const std::string& path,
+                        const Progress& progress) {
+    RunsOfLog runs;
+    const auto keep = [&](LogPoint&& point) {
+        runs.Points.push_back(RunPointOf(format, point));
+        return true;
+    };
+    runs.Head = ReadLogPoints(sources, format, path, keep, progress);
+    ArrangeByRun(runs.Points);
+    return runs;
+}
+
+void SortByRun(std::vector<RunPoint>& points) {
+    if (!std::ranges::is_sorted(points, {}, &RunPoint::RunNumber))
+        std::ranges::stable_sort(points, {}, &RunPoint::RunNumber);
+}
+
+std::vector<RunPoints> RunsAmong(std::span<const RunPoint> points) {
+    std::vector<RunPoints> runs;
+    auto first = std::ranges::lower_bound(points, 1, {}, &RunPoint::RunNumber);
+    while (first != points.end()) {
+        const auto end = std::ranges::upper_bound(first, points.end(), first->RunNumber, {}, &RunPoint::RunNumber);
+        runs.emplace_back(first, end);
+        first = end;
+    }
     return runs;
 }
 
@@ -120,18 +201,18 @@ Date DateOfSeconds(std::int64_t seconds) {
     return {day < 0 ? static_cast<double>(day) - time : static_cast<double>(day) + time};
 }
 
+bool HasTime(std::int64_t second) { return second % SecondsPerDay != 0; }
+
 void ArrangeForReview(FieldLog& log) {
     if (std::exchange(log.IsArranged, true)) return;
-    std::vector<Place> places = SortedPlaces(log);
-    const bool hasTimes = FillTimes(places);
-    std::vector<LogPoint> arranged;
-    arranged.reserve(places.size());
-    for (const Place& place : places) {
-        LogPoint& point = arranged.emplace_back(std::move(log.Points[place.InFile]));
-        if (hasTimes)
-            WithLeadingHalf(log.Kind, point, [&](auto& half) { half.DateTime = DateOfSeconds(place.Seconds); });
-    }
-    log.Points = std::move(arranged);
+    std::vector<Place> places = SortedPlaces(log.PointCount(), [&](std::size_t i) {
+        return Place{SecondAt(log, i), static_cast<std::uint32_t>(i), RunNumberAt(log, i)};
+    });
+    if (FillTimes(places))
+        for (const Place& place : places)
+            WithLeadingHalf(log, place.InFile, [&](auto& half) { half.DateTime = DateOfSeconds(place.Seconds); });
+    if (!log.Gps.empty()) Rearrange(log.Gps, places);
+    if (!log.Obd.empty()) Rearrange(log.Obd, places);
 }
 
 }  // namespace vantor

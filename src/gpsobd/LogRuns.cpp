@@ -22,24 +22,22 @@ constexpr std::int16_t LargestDelayNumber = 127;
 
 /// What the points of a second say.
 struct Second {
-    const LogPoint* Last = nullptr;
+    const RunPoint* Last = nullptr;
     bool HasNode = false;
     std::int16_t DelayNumber = 0;
 };
 
-void AddPoint(LogKind kind, const LogPoint& point, Second& second) {
+void AddPoint(const RunPoint& point, Second& second) {
     second.Last = &point;
-    WithLeadingHalf(kind, point, [&](const auto& half) {
-        if (half.Node > 0) second.HasNode = true;
-        if (half.DelayNumber >= 1 && half.DelayNumber <= LargestDelayNumber) second.DelayNumber = half.DelayNumber;
-    });
+    if (point.Node > 0) second.HasNode = true;
+    if (point.DelayNumber >= 1 && point.DelayNumber <= LargestDelayNumber) second.DelayNumber = point.DelayNumber;
 }
 
-std::vector<std::optional<double>> LoggedSpeeds(LogKind kind, const std::vector<Second>& seconds) {
-    std::vector<std::optional<double>> speeds;
-    speeds.reserve(seconds.size());
-    for (const Second& second : seconds)
-        speeds.push_back(second.Last == nullptr ? std::nullopt : LoggedSpeed(kind, *second.Last));
+std::vector<std::optional<double>> LoggedSpeeds(const std::vector<Second>& seconds) {
+    std::vector<std::optional<double>> speeds(seconds.size());
+    for (std::size_t i = 0; i < seconds.size(); ++i)
+        if (const RunPoint* point = seconds[i].Last; point != nullptr && HasSpeed(*point))
+            speeds[i] = static_cast<double>(point->Speed);
     return speeds;
 }
 
@@ -82,37 +80,31 @@ std::int16_t SampleValueOf(const Second& second, double speed, float speedFactor
     return To16(pulses + 256 * second.DelayNumber);
 }
 
-RunSample EventRecordOf(LogKind kind, const LogPoint& point) {
+RunSample EventRecordOf(const RunPoint& point) {
     RunSample sample;
-    if (HasGps(kind)) {
-        sample.Latitude = point.Gps.Latitude;
-        sample.Longitude = point.Gps.Longitude;
-        sample.Heading = point.Gps.Heading;
-        sample.FixQuality = point.Gps.FixQuality;
-        sample.HDOP = point.Gps.HDOP;
-        sample.SatUsed = point.Gps.SatUsed;
-    }
-    sample.Speed = SpeedOf(kind, point);
-    sample.DateTime = DateOfSeconds(SecondsOf(kind, point));
-    WithLeadingHalf(kind, point, [&](const auto& half) {
-        sample.Node = half.Node;
-        sample.DelayNumber = half.DelayNumber;
-        sample.Direction = half.Direction;
-    });
+    sample.Latitude = point.Latitude;
+    sample.Longitude = point.Longitude;
+    sample.Heading = point.Heading;
+    sample.FixQuality = point.FixQuality;
+    sample.HDOP = point.HDOP;
+    sample.SatUsed = point.SatUsed;
+    sample.Speed = point.Speed;
+    sample.DateTime = DateOfSeconds(point.Second);
+    sample.Node = point.Node;
+    sample.DelayNumber = point.DelayNumber;
+    sample.Direction = point.Direction;
     return sample;
 }
 
-std::string DirectionIn(LogKind kind, const RunPoints& points) {
-    for (const LogPoint* point : points) {
-        const std::string direction =
-            WithLeadingHalf(kind, *point, [](const auto& half) { return DirectionText(half.Direction); });
-        if (!direction.empty()) return std::string(DirectionNote) + direction;
-    }
+std::string DirectionIn(RunPoints points) {
+    for (const RunPoint& point : points)
+        if (const std::string direction = DirectionText(point.Direction); !direction.empty())
+            return std::string(DirectionNote) + direction;
     return {};
 }
 
-std::string NotesOf(LogKind kind, const RunPoints& points, std::span<const LogGap> gaps) {
-    const std::string direction = DirectionIn(kind, points);
+std::string NotesOf(RunPoints points, std::span<const LogGap> gaps) {
+    const std::string direction = DirectionIn(points);
     const std::string note = GapNote(gaps);
     return direction.empty() || note.empty() ? direction + note : direction + "; " + note;
 }
@@ -125,10 +117,9 @@ struct TimeSpan {
     std::int64_t Seconds() const { return Last - First + 1; }
 };
 
-TimeSpan TimeSpanOf(LogKind kind, const RunPoints& points) {
-    const auto secondOf = [&](const LogPoint* point) { return SecondsOf(kind, *point); };
-    const auto [first, last] = std::ranges::minmax_element(points, {}, secondOf);
-    return {secondOf(*first), secondOf(*last)};
+TimeSpan TimeSpanOf(RunPoints points) {
+    const auto [first, last] = std::ranges::minmax_element(points, {}, &RunPoint::Second);
+    return {first->Second, last->Second};
 }
 
 /// Why the run of a number cannot be made; nothing for one that can.
@@ -144,20 +135,20 @@ struct RunSeconds {
     std::vector<Second> Seconds;
 };
 
-RunSeconds SecondsOfRun(LogKind kind, const RunPoints& points) {
-    const TimeSpan time = TimeSpanOf(kind, points);
-    if (const auto problem = TooLongText(RunNumberOf(kind, *points.front()), time))
+RunSeconds SecondsOfRun(RunPoints points) {
+    const TimeSpan time = TimeSpanOf(points);
+    if (const auto problem = TooLongText(points.front().RunNumber, time))
         throw RunTimeError(ErrorNumber::Overflow, *problem);
     RunSeconds run{time.First, std::vector<Second>(static_cast<std::size_t>(time.Seconds()))};
-    for (const LogPoint* point : points)
-        AddPoint(kind, *point, run.Seconds[static_cast<std::size_t>(SecondsOf(kind, *point) - run.First)]);
+    for (const RunPoint& point : points)
+        AddPoint(point, run.Seconds[static_cast<std::size_t>(point.Second - run.First)]);
     return run;
 }
 
 /// The names that the file of a run can have, of characters that the name of a file can hold.
 class RunFileNames {
 public:
-    RunFileNames(const FieldLog& log, std::int16_t number)
+    RunFileNames(const LogHead& log, std::int16_t number)
         : first_(WithSafeCharacters(BaseName(log) + "-R" + ZeroPadded(number, 3))) {
         // Two dots in a row would be taken for a way out of the folder.
         for (std::size_t at = first_.find(".."); at != std::string::npos; at = first_.find(".."))
@@ -189,58 +180,59 @@ bool IsOfTime(const RunReading& reading, const TimeSpan& time) {
 
 }  // namespace
 
-RunRecord MakeRun(const FieldLog& reviewed, const RunPoints& points, std::span<const LogGap> gaps,
-                  const AppSettings& settings) {
+RunRecord MakeRun(const LogHead& log, RunPoints points, std::span<const LogGap> gaps, const AppSettings& settings) {
     if (settings.SpeedFactor == 0.0F)
         throw RunTimeError(ErrorNumber::DivisionByZero, "The speed factor of the settings is 0.");
-    const RunSeconds run = SecondsOfRun(reviewed.Kind, points);
+    const RunSeconds run = SecondsOfRun(points);
     const Date start = DateOfSeconds(run.First);
 
     RunRecord record;
     RunHeader& header = record.Header;
     header.RunDate = ShownDay(start);
     header.RunTime = ShownClock(start);
-    header.RunNumber = RunNumberOf(reviewed.Kind, *points.front());
-    header.SiteCode = StudyName(reviewed);
+    header.RunNumber = points.front().RunNumber;
+    header.SiteCode = StudyName(log);
     gaps = GapsOfRun(gaps, header.RunNumber);
-    header.Notes = NotesOf(reviewed.Kind, points, gaps);
+    header.Notes = NotesOf(points, gaps);
     header.CalConstant = FeetPer1000Pulses;
     header.SampleCount = static_cast<std::int32_t>(run.Seconds.size());
     record.SampleValues.ResizeTo(header.SampleCount);
     record.RunSamples.ResizeTo(header.SampleCount);
-    std::vector<std::optional<double>> logged = LoggedSpeeds(reviewed.Kind, run.Seconds);
+    std::vector<std::optional<double>> logged = LoggedSpeeds(run.Seconds);
     FillGaps(gaps, run.First, logged);
     const std::vector<double> speeds = Interpolated(logged);
     for (int i = 1; i <= header.SampleCount; ++i) {
         const auto at = static_cast<std::size_t>(i - 1);
         const Second& second = run.Seconds[at];
         record.SampleValues[i] = SampleValueOf(second, speeds[at], settings.SpeedFactor);
-        if (second.Last != nullptr) record.RunSamples[i] = EventRecordOf(reviewed.Kind, *second.Last);
+        if (second.Last != nullptr) record.RunSamples[i] = EventRecordOf(*second.Last);
     }
     DecodeNewRun(record);
     return record;
 }
 
-std::vector<std::string> RunsTooLong(const FieldLog& reviewed) {
+std::vector<std::string> RunsTooLong(const RunsOfLog& log) {
     std::vector<std::string> problems;
-    for (const auto& [number, points] : PointsOfRuns(reviewed))
-        if (const auto problem = TooLongText(number, TimeSpanOf(reviewed.Kind, points))) problems.push_back(*problem);
+    for (const RunPoints points : RunsAmong(log.Points))
+        if (const auto problem = TooLongText(points.front().RunNumber, TimeSpanOf(points)))
+            problems.push_back(*problem);
     return problems;
 }
 
-NamesOfRuns RunsMadeBefore(const FileSystem& files, const FieldLog& reviewed, const std::string& folder) {
+NamesOfRuns RunsMadeBefore(const FileSystem& files, const RunsOfLog& log, const std::string& folder) {
     const std::string there = AsFolder(folder);
     NamesOfRuns found;
-    for (const auto& [number, points] : PointsOfRuns(reviewed)) {
-        const RunFileNames names(reviewed, number);
-        const TimeSpan time = TimeSpanOf(reviewed.Kind, points);
+    for (const RunPoints points : RunsAmong(log.Points)) {
+        const std::int16_t number = points.front().RunNumber;
+        const RunFileNames names(log.Head, number);
+        const TimeSpan time = TimeSpanOf(points);
         for (int i = 0; Exists(files, there, names[i]) && !found.contains(number); ++i)
             if (IsOfTime(ReadRun(files, there, names[i], RunPart::Header), time)) found[number] = names[i];
     }
     return found;
 }
 
-std::optional<LogRunsWritten> WriteLogRuns(FileSystem& files, const FieldLog& reviewed, std::span<const LogGap> gaps,
+std::optional<LogRunsWritten> WriteLogRuns(FileSystem& files, const RunsOfLog& log, std::span<const LogGap> gaps,
                                            const std::string& folder, const AppSettings& settings,
                                            const NamesOfRuns& replaced, const Progress& progress) {
     constexpr double partOfMaking = 0.7;
@@ -248,18 +240,19 @@ std::optional<LogRunsWritten> WriteLogRuns(FileSystem& files, const FieldLog& re
     const std::string there = AsFolder(folder);
     const auto batch = files.BeginWrites();
     LogRunsWritten written;
-    const auto runs = PointsOfRuns(reviewed);
+    const std::vector<RunPoints> runs = RunsAmong(log.Points);
     std::uint64_t done = 0;
-    for (const auto& [number, points] : runs) {
+    for (const RunPoints points : runs) {
+        const std::int16_t number = points.front().RunNumber;
         if (!making(done++, runs.size())) return std::nullopt;
-        if (const auto problem = TooLongText(number, TimeSpanOf(reviewed.Kind, points))) {
+        if (const auto problem = TooLongText(number, TimeSpanOf(points))) {
             written.LeftOut.push_back(*problem);
             continue;
         }
-        RunRecord run = MakeRun(reviewed, points, gaps, settings);
+        RunRecord run = MakeRun(log.Head, points, gaps, settings);
         const auto before = replaced.find(number);
         const bool replaces = before != replaced.end();
-        const std::string name = replaces ? before->second : FreeName(files, there, RunFileNames(reviewed, number));
+        const std::string name = replaces ? before->second : FreeName(files, there, RunFileNames(log.Head, number));
         written.Names.push_back(name);
         const std::string path = there + name + RunExtension;
         const std::vector<std::byte> bytes = RunBytes(run, name);

@@ -8,7 +8,6 @@
 
 #include "core/Numeric.h"
 #include "core/Text.h"
-#include "gpsobd/LogPoints.h"
 
 namespace vantor {
 namespace {
@@ -52,21 +51,6 @@ std::vector<ReviewColumn> ObdColumns() {
             {"Comment", "Comment", ColumnLook::Text, &ObdPoint::Comment}};
 }
 
-/// The GPS columns, then those of the OBD half; both repair the speed that runs are made from first of all, the
-/// vehicle's own.
-ReviewLayout CombinedLayout() {
-    ReviewLayout layout{GpsColumns()};
-    const std::vector<ReviewColumn> obd = ObdColumns();
-    for (std::size_t i = 1; i < obd.size(); ++i) {
-        // Run number and time of a combined point are those of its GPS half.
-        if (obd[i].Key == std::string_view("DateTime")) continue;
-        ReviewColumn& column = layout.Columns.emplace_back(obd[i]);
-        column.Caption.insert(0, "OBD ");
-        if (i + 1 == ObdSpeedColumn) layout.RepairColumn = static_cast<int>(layout.Columns.size());
-    }
-    return layout;
-}
-
 std::string TextOf(ColumnLook look, std::int16_t value) {
     return look == ColumnLook::Direction ? DirectionText(value) : std::to_string(value);
 }
@@ -93,13 +77,26 @@ SheetCell ValueOf(ColumnLook, const std::string& value) { return std::string(Tri
 
 }  // namespace
 
-ReviewLayout ReviewLayoutOf(LogKind kind) {
-    if (kind == LogKind::GpsObd) return CombinedLayout();
-    if (!HasGps(kind)) return {ObdColumns(), ObdSpeedColumn};
-    // Of a GPS log the columns 4 and 5 are repaired, date and time, not the speed, and that is meant to stay: the
-    // number a date begins with is its month and never -1, so the speeds of a GPS log stay as they were received, and
-    // seconds without one are bridged only where a run is made of them.
-    return {GpsColumns(), 4, 5};
+// Of a GPS log the columns 4 and 5 are repaired, date and time, not the speed, and that is meant to stay: the number a
+// date begins with is its month and never -1, so the speeds of a GPS log stay as they were received, and seconds
+// without one are bridged only where a run is made of them.
+ReviewLayout GpsReviewLayout() { return {GpsColumns(), 4, 5}; }
+
+ReviewLayout ObdReviewLayout() { return {ObdColumns(), ObdSpeedColumn}; }
+
+// The GPS columns, then those of the OBD half; both repair the speed that runs are made from first of all, the
+// vehicle's own.
+ReviewLayout CombinedReviewLayout() {
+    ReviewLayout layout{GpsColumns()};
+    const std::vector<ReviewColumn> obd = ObdColumns();
+    for (std::size_t i = 1; i < obd.size(); ++i) {
+        // Run number and time of a combined point are those of its GPS half.
+        if (obd[i].Key == std::string_view("DateTime")) continue;
+        ReviewColumn& column = layout.Columns.emplace_back(obd[i]);
+        column.Caption.insert(0, "OBD ");
+        if (i + 1 == ObdSpeedColumn) layout.RepairColumn = static_cast<int>(layout.Columns.size());
+    }
+    return layout;
 }
 
 bool IsOfObd(const PointField& field) {
@@ -115,13 +112,13 @@ std::string ClockText(Date time) {
     return {text, static_cast<std::size_t>(length)};
 }
 
-std::string CellText(const ReviewColumn& column, const LogPoint& point) {
-    return WithField(column.Field, point, [&](const auto& value) { return TextOf(column.Look, value); });
+std::string CellText(const ReviewColumn& column, const FieldLog& log, std::size_t index) {
+    return WithField(column.Field, log, index, [&](const auto& value) { return TextOf(column.Look, value); });
 }
 
-std::string FullCellText(const ReviewColumn& column, const LogPoint& point) {
+std::string FullCellText(const ReviewColumn& column, const FieldLog& log, std::size_t index) {
     const ColumnLook look = column.Look == ColumnLook::Speed ? ColumnLook::Number : column.Look;
-    return WithField(column.Field, point, [&](const auto& value) { return TextOf(look, value); });
+    return WithField(column.Field, log, index, [&](const auto& value) { return TextOf(look, value); });
 }
 
 std::string ShownNumber(ColumnLook look, double value, int digits) {
@@ -131,8 +128,8 @@ std::string ShownNumber(ColumnLook look, double value, int digits) {
     return SignificantDigits(value, digits);
 }
 
-SheetCell CellValue(const ReviewColumn& column, const LogPoint& point) {
-    return WithField(column.Field, point, [&](const auto& value) { return ValueOf(column.Look, value); });
+SheetCell CellValue(const ReviewColumn& column, const FieldLog& log, std::size_t index) {
+    return WithField(column.Field, log, index, [&](const auto& value) { return ValueOf(column.Look, value); });
 }
 
 SheetColumn SheetColumnOf(const ReviewColumn& column) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <type_traits>
 #include <variant>
@@ -40,32 +41,35 @@ struct ReviewLayout {
     int RepairColumn = 1;
     int CompanionColumn = 0;  ///< filled along with the other; 0 for none
 };
-ReviewLayout ReviewLayoutOf(LogKind kind);
+// Of the formats whose points have these halves.
+ReviewLayout GpsReviewLayout();
+ReviewLayout ObdReviewLayout();
+ReviewLayout CombinedReviewLayout();
 
 /// True for a field of the OBD half of a point.
 bool IsOfObd(const PointField& field);
 
-/// Calls `use` with what the point holds in a field.
-template <class Point, class Use>
-decltype(auto) WithField(const PointField& field, Point& point, Use use) {
+/// Calls `use` with what a point of the log holds in a field.
+template <class Log, class Use>
+decltype(auto) WithField(const PointField& field, Log& log, std::size_t index, Use use) {
     return std::visit(
         [&](auto member) -> decltype(auto) {
             if constexpr (std::is_invocable_v<decltype(member), const GpsPoint&>)
-                return use(point.Gps.*member);
+                return use(log.Gps[index].*member);
             else
-                return use(point.Obd.*member);
+                return use(log.Obd[index].*member);
         },
         field);
 }
 
 /// A cell as it is shown; empty for a value that is none.
-std::string CellText(const ReviewColumn& column, const LogPoint& point);
+std::string CellText(const ReviewColumn& column, const FieldLog& log, std::size_t index);
 /// The same with all the digits of a speed.
-std::string FullCellText(const ReviewColumn& column, const LogPoint& point);
+std::string FullCellText(const ReviewColumn& column, const FieldLog& log, std::size_t index);
 /// A number as a cell with that look shows it.
 std::string ShownNumber(ColumnLook look, double value, int digits);
 /// A cell with its type, for spreadsheets.
-SheetCell CellValue(const ReviewColumn& column, const LogPoint& point);
+SheetCell CellValue(const ReviewColumn& column, const FieldLog& log, std::size_t index);
 /// The look of a column in a spreadsheet.
 SheetColumn SheetColumnOf(const ReviewColumn& column);
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <deque>
 #include <limits>
 #include <numeric>
 #include <type_traits>
@@ -37,12 +36,10 @@ AtEnd(Action) -> AtEnd<Action>;
 
 }  // namespace
 
-ReviewGrid::ReviewGrid(FieldLog log) : ReviewGrid(std::move(log), ReviewLayout{}) {
-    layout_ = ReviewLayoutOf(log_.Kind);
-}
+ReviewGrid::ReviewGrid(FieldLog log) : ReviewGrid(std::move(log), ReviewLayout{}) { layout_ = log_.Format->Columns(); }
 
 ReviewGrid::ReviewGrid(FieldLog log, ReviewLayout layout)
-    : log_(std::move(log)), layout_(std::move(layout)), rows_(log_.Points.size()) {
+    : log_(std::move(log)), layout_(std::move(layout)), rows_(log_.PointCount()) {
     ArrangeForReview(log_);
     std::iota(rows_.begin(), rows_.end(), PointIndex{0});
     ActivateRow(1);
@@ -71,20 +68,20 @@ std::string ReviewGrid::Text(int row, int column) const {
     const ReviewColumn& shown = Column(column);
     if (const double* filled = FilledValue(row, column))
         return ShownNumber(shown.Look, *filled, IsSingle(shown.Field) ? SingleDigits : DoubleDigits);
-    return CellText(shown, log_.Points[PointOf(row)]);
+    return CellText(shown, log_, PointOf(row));
 }
 
 std::string ReviewGrid::FullText(int row, int column) const {
     const ReviewColumn& shown = Column(column);
     if (const double* filled = FilledValue(row, column))
         return SignificantDigits(*filled, IsSingle(shown.Field) ? SingleDigits : DoubleDigits);
-    return FullCellText(shown, log_.Points[PointOf(row)]);
+    return FullCellText(shown, log_, PointOf(row));
 }
 
 SheetCell ReviewGrid::Value(int row, int column) const {
     const ReviewColumn& shown = Column(column);
     if (FilledValue(row, column) != nullptr) return Number(row, column);
-    return CellValue(shown, log_.Points[PointOf(row)]);
+    return CellValue(shown, log_, PointOf(row));
 }
 
 double ReviewGrid::Number(int row, int column) const { return Val(FullText(row, column)); }
@@ -123,7 +120,7 @@ bool ReviewGrid::IsMissing(int row) const {
             return !std::is_same_v<Held, Date>;  // that of a date begins with its month
     };
     if (FilledValue(row, layout_.RepairColumn) == nullptr &&
-        !WithField(Column(layout_.RepairColumn).Field, log_.Points[PointOf(row)], isNear))
+        !WithField(Column(layout_.RepairColumn).Field, log_, PointOf(row), isNear))
         return false;
     return Number(row, layout_.RepairColumn) == Missing;
 }
@@ -235,21 +232,23 @@ void ReviewGrid::SetGapFill(const GapPlace& gap, std::optional<GapFill> fill) {
 }
 
 std::vector<LogGap> ReviewGrid::Gaps() const {
-    std::map<std::int16_t, RunPoints> runs;
-    std::deque<LogPoint> withFilledSpeeds;
+    std::vector<RunPoint> points;
+    points.reserve(rows_.size());
+    const PointField& repaired = Column(layout_.RepairColumn).Field;
     for (const PointIndex index : rows_) {
-        const LogPoint* point = &log_.Points[index];
-        const std::int16_t number = RunNumberOf(log_.Kind, *point);
-        if (number < 1) continue;
         const auto filled = filled_.find(CellKey(index, layout_.RepairColumn));
-        if (filled != filled_.end()) {
-            LogPoint& copy = withFilledSpeeds.emplace_back(*point);
-            WithField(Column(layout_.RepairColumn).Field, copy, [&](auto& held) { TakeOver(held, filled->second); });
-            point = &copy;
+        if (filled == filled_.end()) {
+            points.push_back(RunPointAt(log_, index));
+            continue;
         }
-        runs[number].push_back(point);
+        FieldLog one;
+        one.Format = log_.Format;
+        one.Add(log_.At(index));
+        WithField(repaired, one, 0, [&](auto& held) { TakeOver(held, filled->second); });
+        points.push_back(RunPointAt(one, 0));
     }
-    std::vector<LogGap> gaps = FindGaps(log_.Kind, runs);
+    SortByRun(points);
+    std::vector<LogGap> gaps = FindGaps(RunsAmong(points));
     for (LogGap& gap : gaps)
         if (const auto fill = gapFills_.find({gap.RunNumber, gap.From, gap.To}); fill != gapFills_.end())
             gap.Filled = fill->second;
@@ -272,9 +271,8 @@ void ReviewGrid::ChangeGapFill(const GapPlace& gap, std::optional<GapFill> fill)
 }
 
 void ReviewGrid::JoinGapsAt(int row) {
-    const LogPoint& point = log_.Points[PointOf(row)];
-    const std::int16_t run = RunNumberOf(log_.Kind, point);
-    const std::int64_t second = SecondsOf(log_.Kind, point);
+    const std::int16_t run = RunNumberAt(log_, PointOf(row));
+    const std::int64_t second = SecondAt(log_, PointOf(row));
     const auto before = SecondBeside(row, -1);
     const auto behind = SecondBeside(row, 1);
     // Another row of the second, or the end of the run: no gap becomes longer.
@@ -293,18 +291,15 @@ void ReviewGrid::JoinGapsAt(int row) {
 }
 
 std::optional<std::int64_t> ReviewGrid::SecondBeside(int row, int direction) const {
-    const std::int16_t run = RunNumberOf(log_.Kind, log_.Points[PointOf(row)]);
-    for (int other = row + direction; other >= 1 && other <= RowCount(); other += direction) {
-        const LogPoint& point = log_.Points[PointOf(other)];
-        if (RunNumberOf(log_.Kind, point) == run) return SecondsOf(log_.Kind, point);
-    }
+    const std::int16_t run = RunNumberAt(log_, PointOf(row));
+    for (int other = row + direction; other >= 1 && other <= RowCount(); other += direction)
+        if (RunNumberAt(log_, PointOf(other)) == run) return SecondAt(log_, PointOf(other));
     return std::nullopt;
 }
 
 int ReviewGrid::RowBefore(const LogGap& gap) const {
     const auto row = std::ranges::find_if(rows_, [&](PointIndex index) {
-        const LogPoint& point = log_.Points[index];
-        return RunNumberOf(log_.Kind, point) == gap.RunNumber && SecondsOf(log_.Kind, point) == gap.From;
+        return RunNumberAt(log_, index) == gap.RunNumber && SecondAt(log_, index) == gap.From;
     });
     return row == rows_.end() ? 0 : static_cast<int>(row - rows_.begin()) + 1;
 }
@@ -343,17 +338,17 @@ int ReviewGrid::FirstRowOf(const Step& step) const {
 }
 
 FieldLog ReviewGrid::Edited() const {
-    FieldLog edited = log_;
-    edited.Points.clear();
-    edited.Points.reserve(rows_.size());
-    for (const PointIndex point : rows_) edited.Points.push_back(log_.Points[point]);
+    FieldLog edited;
+    static_cast<LogHead&>(edited) = log_;
+    edited.IsArranged = true;
+    for (const PointIndex point : rows_) edited.Add(log_.At(point));
     for (const auto& [key, value] : filled_) {
         // A row that was deleted after it was filled is not there any more.
         const auto point = static_cast<PointIndex>(key >> 32U);
         const auto place = std::lower_bound(rows_.begin(), rows_.end(), point);
         if (place == rows_.end() || *place != point) continue;
-        LogPoint& filled = edited.Points[static_cast<std::size_t>(place - rows_.begin())];
-        WithField(Column(static_cast<int>(key & 0xFFFFFFFFU)).Field, filled,
+        WithField(Column(static_cast<int>(key & 0xFFFFFFFFU)).Field, edited,
+                  static_cast<std::size_t>(place - rows_.begin()),
                   [value = value](auto& held) { TakeOver(held, value); });
     }
     return edited;

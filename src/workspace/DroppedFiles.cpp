@@ -1,36 +1,28 @@
 #include "workspace/DroppedFiles.h"
 
-#include <array>
+#include <optional>
 
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/modMain.h"
+#include "gpsobd/LogFormat.h"
+#include "gpsobd/LogScreens.h"
 
 namespace vantor {
 namespace {
 
-struct LogExtension {
-    const char* Extension;
-    LogKind Kind;
-    bool IsOfHandheld = false;
-};
-constexpr std::array LogExtensions = {
-    LogExtension{".gdf", LogKind::GpsLaptop},
-    LogExtension{".gd2", LogKind::GpsLaptop},
-    LogExtension{".odf", LogKind::ObdLaptop},
-    LogExtension{".od2", LogKind::ObdLaptop},
-    LogExtension{".ddf", LogKind::GpsObd},
-    LogExtension{".txt", LogKind::Battelle},
-    LogExtension{".mdb", LogKind::GpsHandheld, true},
-    LogExtension{".pdb", LogKind::GpsHandheld, true},
-};
-
-const LogExtension* LogOf(const std::string& path) {
-    for (const LogExtension& log : LogExtensions)
-        if (HasExtension(path, log.Extension)) return &log;
-    return nullptr;
+/// A log by its extension; nothing for one of another file or of logs that no selection screen takes. A handheld's two
+/// loggers share theirs.
+std::optional<DroppedFiles::Log> LogOf(const std::string& path) {
+    for (const LogFormat* format : FormatsNamedAs(path)) {
+        if (format->Screen == nullptr) continue;
+        const char* const extension = FileTypeOf(*format, path).Extension;
+        return DroppedFiles::Log{
+            format->Screen->Kind, {FolderOf(path), BaseName(path), extension}, format->Screen->Device != nullptr};
+    }
+    return std::nullopt;
 }
 
 std::string NamesOf(const std::vector<std::string>& paths) {
@@ -54,8 +46,8 @@ DroppedFiles SortedByKind(const std::vector<std::string>& paths) {
             files.Runs.push_back(path);
         else if (HasExtension(path, Ver1RunExtension))
             files.Ver1Runs.push_back(path);
-        else if (const LogExtension* log = LogOf(path))
-            files.Logs.push_back({log->Kind, {folder, BaseName(path), log->Extension}, log->IsOfHandheld});
+        else if (const auto log = LogOf(path))
+            files.Logs.push_back(*log);
         else
             files.Others.push_back(path);
     }

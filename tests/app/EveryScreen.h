@@ -94,13 +94,14 @@ private:
 
     /// Twelve seconds of run 1 with a gap of two.
     void PutLog(LogKind kind, const std::string& path) {
-        FieldLog log = NewFieldLog(kind, path);
+        FieldLog log = NewFieldLog(FormatOf(kind), path);
         for (int second = 0; second < 12; ++second) {
-            auto& point = log.Points.emplace_back();
+            LogPoint point;
             const Date moment{DateOf(2008, 3, 14).Days + TimeOf(7, 5, second).Days};
             point.Gps.RunNumber = point.Obd.RunNumber = 1;
             point.Gps.DateTime = point.Obd.DateTime = moment;
             point.Gps.Speed = point.Obd.Speed = second == 4 || second == 5 ? -1.0F : 30.0F;
+            log.Add(std::move(point));
         }
         WriteFieldLog(Files, log);
     }
@@ -164,7 +165,8 @@ inline std::shared_ptr<QWidget> OpenNodePlaces(ShownProgram& program) {
 
 inline std::function<std::shared_ptr<QWidget>(ShownProgram&)> Reviews(LogKind kind, const char* extension) {
     return [=](ShownProgram& program) {
-        return std::make_shared<LogReview>(program.Program, kind, LogChoice{program.Logs, "drive", extension});
+        return std::make_shared<LogReview>(program.Program, FormatOf(kind),
+                                           LogChoice{program.Logs, "drive", extension});
     };
 }
 
@@ -210,9 +212,9 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmUploadRunList", Opens<frmUploadRunList>(std::string("Main Street"))},
         {"frmDeleteTempRuns", Opens<frmDeleteTempRuns>()},
         {"frmDeleteTDCFiles", Opens<frmDeleteTDCFiles>()},
-        {"SelectGpsLaptop", Opens<LogSelect>(LogKind::GpsLaptop)},
-        {"SelectObdHandheld", Opens<LogSelect>(LogKind::ObdHandheld)},
-        {"SelectBattelle", Opens<LogSelect>(LogKind::Battelle)},
+        {"SelectGpsLaptop", Opens<LogSelect>(std::cref(FormatOf(LogKind::GpsLaptop)))},
+        {"SelectObdHandheld", Opens<LogSelect>(std::cref(FormatOf(LogKind::ObdHandheld)))},
+        {"SelectBattelle", Opens<LogSelect>(std::cref(FormatOf(LogKind::Battelle)))},
         {"frmGPSViewData", Reviews(LogKind::GpsLaptop, ".gd2")},
         {"frmOBDViewData", Reviews(LogKind::ObdLaptop, ".od2"), true, "frmGPSViewData"},
         {"frmGPSOBDViewData", Reviews(LogKind::GpsObd, ".ddf"), true, "frmGPSViewData"},

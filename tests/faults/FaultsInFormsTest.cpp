@@ -68,25 +68,26 @@ void OpenRenamed(Scene& scene) {
 
 // The review of a log: its runs, then the log itself.
 
-const Operation ReviewsLog{
-    "LogReviewed",
-    [](Scene& scene) {
-        FieldLog log = NewFieldLog(LogKind::ObdLaptop, "/start/Field Data Files/drive.od2");
-        for (int i = 0; i < 5; ++i) {
-            ObdPoint& point = log.Points.emplace_back().Obd;
-            point.RunNumber = static_cast<std::int16_t>(i < 3 ? 1 : 2);
-            point.Speed = 30;
-            point.DateTime = {DateOf(2008, 3, 14).Days + TimeOf(7, 5, i).Days};
-        }
-        WriteFieldLog(scene.Files, log);
-        Opens<LogReview>(LogKind::ObdLaptop, LogChoice{"/start/Field Data Files/", "drive", ".od2"})(scene);
-    },
-    Clicks("BtnOk"),
-    [](Scene& scene) {
-        // Closed means on to the runs in the temporary folder.
-        if (!FormOf(scene).isHidden()) return;
-        for (const char* name : {"drive-R001", "drive-R002"}) scene.StoredRun(scene.Temp, name);
-    }};
+const Operation ReviewsLog{"LogReviewed",
+                           [](Scene& scene) {
+                               FieldLog log =
+                                   NewFieldLog(FormatOf(LogKind::ObdLaptop), "/start/Field Data Files/drive.od2");
+                               for (int i = 0; i < 5; ++i) {
+                                   ObdPoint& point = log.Obd.emplace_back();
+                                   point.RunNumber = static_cast<std::int16_t>(i < 3 ? 1 : 2);
+                                   point.Speed = 30;
+                                   point.DateTime = {DateOf(2008, 3, 14).Days + TimeOf(7, 5, i).Days};
+                               }
+                               WriteFieldLog(scene.Files, log);
+                               Opens<LogReview>(std::cref(FormatOf(LogKind::ObdLaptop)),
+                                                LogChoice{"/start/Field Data Files/", "drive", ".od2"})(scene);
+                           },
+                           Clicks("BtnOk"),
+                           [](Scene& scene) {
+                               // Closed means on to the runs in the temporary folder.
+                               if (!FormOf(scene).isHidden()) return;
+                               for (const char* name : {"drive-R001", "drive-R002"}) scene.StoredRun(scene.Temp, name);
+                           }};
 
 // Files that the user names, each over an older one.
 

@@ -43,24 +43,24 @@ TEST_F(BattelleLogTest, ReadsTheFieldsBehindTheTime) {
         "$G,12:00:03.5,05/14/03,,n/a,,nan,1e999,32768\r\n");
     EXPECT_EQ(log.Folder + log.Name + log.Extension, "/f/Loop.txt");
     EXPECT_EQ(log.StudyDate, Date{LogDay});
-    ASSERT_EQ(log.Points.size(), 3U);  // the fix before the first run belongs to none
+    ASSERT_EQ(log.PointCount(), 3U);  // the fix before the first run belongs to none
 
     GpsPoint full{1, 0, 31.5F, 271.25F, {LogDay + 43201.0 / 86400}, 42.26, -83.7505, 7, 1.5F, 0, -1, -1};
-    EXPECT_NEAR(log.Points[0].Gps.Latitude, full.Latitude, 1e-12);
-    EXPECT_NEAR(log.Points[0].Gps.Longitude, full.Longitude, 1e-12);
-    full.Latitude = log.Points[0].Gps.Latitude;
-    full.Longitude = log.Points[0].Gps.Longitude;
-    EXPECT_EQ(log.Points[0].Gps, full);
+    EXPECT_NEAR(log.Gps[0].Latitude, full.Latitude, 1e-12);
+    EXPECT_NEAR(log.Gps[0].Longitude, full.Longitude, 1e-12);
+    full.Latitude = log.Gps[0].Latitude;
+    full.Longitude = log.Gps[0].Longitude;
+    EXPECT_EQ(log.Gps[0], full);
     const auto bare = [](double second, double latitude, double longitude) {
         return GpsPoint{2, 0, -1, -1, {LogDay + second / 86400}, latitude, longitude, 0, 0, 0, -1, -1};
     };
-    EXPECT_EQ(log.Points[1].Gps, bare(43202, 42.5, -83.5));
-    EXPECT_EQ(log.Points[2].Gps, bare(43203.5, -1, -1));
+    EXPECT_EQ(log.Gps[1], bare(43202, 42.5, -83.5));
+    EXPECT_EQ(log.Gps[2], bare(43203.5, -1, -1));
 }
 
 TEST_F(BattelleLogTest, PositionsKeepTheirSignsOnDemand) {
     Sources.HasSignedCoordinates = true;
-    const GpsPoint sydney = Whole("$s\n$G,05/14/03,12:00:00,-3352.8000,15112.0000\n").Points[0].Gps;
+    const GpsPoint sydney = Whole("$s\n$G,05/14/03,12:00:00,-3352.8000,15112.0000\n").Gps[0];
     EXPECT_NEAR(sydney.Latitude, -33.88, 1e-9);
     EXPECT_NEAR(sydney.Longitude, 151.2, 1e-9);
 }
@@ -82,13 +82,14 @@ TEST_F(BattelleLogTest, LinesOfAnyLengthAnywhereInThePieces) {
     const std::string fix = "$G,05/14/03,12:00:00,4230.0000,8330.0000\n";
     for (std::size_t before = LogPieceSize - fix.size() - 4; before <= LogPieceSize + 1; ++before) {
         const auto log = Whole("$s\n" + std::string(before - 1, '$') + "\n" + fix);
-        ASSERT_EQ(log.Points.size(), 1U) << before;
-        ASSERT_EQ(log.Points[0].Gps.Longitude, -83.5) << before;
+        ASSERT_EQ(log.PointCount(), 1U) << before;
+        ASSERT_EQ(log.Gps[0].Longitude, -83.5) << before;
     }
     EXPECT_EQ(Summary(std::string(2000000, 'x') + "$s\n$s").Runs, 1);
-    EXPECT_EQ(Whole("$s\n$G,05/14/03,12:00:00," + std::string(2000000, '4')).Points.size(), 1U);
+    EXPECT_EQ(Whole("$s\n$G,05/14/03,12:00:00," + std::string(2000000, '4')).PointCount(), 1U);
     int asked = 0;
-    EXPECT_EQ(ReadBattelleSummary(Files, "/f/Loop.txt", [&] { return ++asked < 2; }), std::nullopt);
+    EXPECT_EQ(ReadLogSummary(Sources, FormatOf(LogKind::Battelle), "/f/Loop.txt", [&] { return ++asked < 2; }),
+              std::nullopt);
     EXPECT_EQ(asked, 2);
 }
 
@@ -97,12 +98,12 @@ TEST_F(BattelleLogTest, OtherTextsAndTooManyRuns) {
     EXPECT_EQ(Summary("Minutes of the meeting\nItem 1\n").StartTime, std::nullopt);
     EXPECT_FALSE(Summary("Minutes of the meeting").Problem.empty());
     EXPECT_EQ(Summary("").Problem + Summary("x\n$s").Problem, "");
-    EXPECT_TRUE(Whole("").Points.empty());
+    EXPECT_EQ(Whole("").PointCount(), 0U);
     EXPECT_EQ(Whole("$s\n").StudyDate, std::nullopt);
-    EXPECT_ERROR(FileNotFound, ReadBattelleLog(Files, "/f/None.txt"));
+    EXPECT_ERROR(FileNotFound, ReadFieldLog(Sources, FormatOf(LogKind::Battelle), "/f/None.txt"));
     std::string runs;
     for (int i = 0; i < 32767; ++i) runs += "$s\n";
-    EXPECT_EQ(Whole(runs + "$G,05/14/03,12:00:00\n").Points.back().Gps.RunNumber, 32767);
+    EXPECT_EQ(Whole(runs + "$G,05/14/03,12:00:00\n").Gps.back().RunNumber, 32767);
     EXPECT_ERROR(Overflow, Whole(runs + "$s\n"));
     EXPECT_EQ(Summary(runs + "$s\n").Runs, 32768);
 }

@@ -42,6 +42,13 @@ protected:
         Database.Table = name;
         Database.Records = std::move(records);
     }
+    std::optional<LogKind> KindIn(const std::string& path) {
+        try {
+            return FormatOfFile(Sources, path).Screen->Kind;
+        } catch (const NoSuchTable&) {
+            return std::nullopt;
+        }
+    }
     FieldLog GpsLog(const std::string& palm) { return Whole(GpsHandheld, palm, "/f/Any.PDB"); }
 };
 
@@ -52,36 +59,36 @@ TEST_F(DeviceLogTest, GpsFieldsByPosition) {
                          {"12:00:00 AM", "42", "1.0", "-1", "0", "1e1", "+5", "2.5", "1"},
                          {"37755.5", "42", "1.5", "0", "0", "0", "3.5", "0", "1"},
                          {"12:30:00 PM", "", "", "", "", "", "", "", "1"}});
-    const FieldLog log = ReadFieldLog(Sources, GpsHandheld, Database.Path);
-    EXPECT_EQ(log.Kind, GpsHandheld);
+    const FieldLog log = ReadFieldLog(Sources, FormatOf(GpsHandheld), Database.Path);
+    EXPECT_EQ(log.Format, &FormatOf(GpsHandheld));
     EXPECT_EQ(log.Folder + "|" + log.Name + "|" + log.Extension, "/f/|GPSData|.mdb");
     EXPECT_EQ(log.GpsHeader.StudyName + log.GpsHeader.BaseName, "GPSDataGPSData");
     EXPECT_FALSE(log.StudyDate);
     EXPECT_EQ(log.Prefix, (LogPrefix{2, 0, 0, Date{37755}, "XX"}));
 
-    ASSERT_EQ(log.Points.size(), 5u) << "run 0 is left out";
-    const Date time = log.Points[0].Gps.DateTime;
+    ASSERT_EQ(log.PointCount(), 5u) << "run 0 is left out";
+    const Date time = log.Gps[0].DateTime;
     EXPECT_EQ(IsoDateTime(time), "2003-05-14T22:00:17");
-    EXPECT_EQ(log.Points[0].Gps, (GpsPoint{2, 0, 26.1f, 26.6f, time, 42.1001, -83.4, 4, 0.9f, 3, -1, -1}));
-    EXPECT_EQ(log.Points[1].Gps, (GpsPoint{-4, 0, -1, -1, Date{}, -1, -1, 0, 0, 0, -1, -1})) << "empty fields";
-    EXPECT_EQ(log.Points[2].Gps, (GpsPoint{1, 0, -1, 0, Date{}, 42, 1.0, 5, 10, 2, -1, -1})) << "1.0 stays east";
-    EXPECT_EQ(log.Points[3].Gps, (GpsPoint{1, 0, 0, 0, Date{37755.5}, 42, -1.5, 4, 0, 0, -1, -1}));
-    EXPECT_EQ(log.Points[4].Gps.DateTime, TimeOf(12, 30));
+    EXPECT_EQ(log.Gps[0], (GpsPoint{2, 0, 26.1f, 26.6f, time, 42.1001, -83.4, 4, 0.9f, 3, -1, -1}));
+    EXPECT_EQ(log.Gps[1], (GpsPoint{-4, 0, -1, -1, Date{}, -1, -1, 0, 0, 0, -1, -1})) << "empty fields";
+    EXPECT_EQ(log.Gps[2], (GpsPoint{1, 0, -1, 0, Date{}, 42, 1.0, 5, 10, 2, -1, -1})) << "1.0 stays east";
+    EXPECT_EQ(log.Gps[3], (GpsPoint{1, 0, 0, 0, Date{37755.5}, 42, -1.5, 4, 0, 0, -1, -1}));
+    EXPECT_EQ(log.Gps[4].DateTime, TimeOf(12, 30));
 }
 
 TEST_F(DeviceLogTest, ObdFieldsByPosition) {
     PutTable("OBDData", {{"05/14/2003 22:00:00", "5.1", "936", "86.7", "36", "188", "0.11", "4", "1"},
                          {"", "", "", "", "", "", "", "", "2"}});
-    const FieldLog log = ReadFieldLog(Sources, ObdHandheld, Database.Path);
+    const FieldLog log = ReadFieldLog(Sources, FormatOf(ObdHandheld), Database.Path);
     EXPECT_EQ(log.ObdHeader.StudyName + log.ObdHeader.BaseName + log.Extension, "OBDDataOBDData.mdb");
-    ASSERT_EQ(log.Points.size(), 2u);
+    ASSERT_EQ(log.PointCount(), 2u);
     const Date time{DateOf(2003, 5, 14).Days + TimeOf(22, 0).Days};
-    EXPECT_EQ(log.Points[0].Obd, (ObdPoint{1, time, 5.1f, 936, 86.7f, 36, 188, 0, 0, 0.11f, 4, 0, 0, "", "", ""}));
-    EXPECT_EQ(log.Points[1].Obd, (ObdPoint{2, Date{}, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, "", "", ""}));
+    EXPECT_EQ(log.Obd[0], (ObdPoint{1, time, 5.1f, 936, 86.7f, 36, 188, 0, 0, 0.11f, 4, 0, 0, "", "", ""}));
+    EXPECT_EQ(log.Obd[1], (ObdPoint{2, Date{}, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, "", "", ""}));
 }
 
 TEST_F(DeviceLogTest, AFieldThatDoesNotConvertNamesFileAndRecord) {
-    const auto read = [&] { ReadFieldLog(Sources, GpsHandheld, Database.Path); };
+    const auto read = [&] { ReadFieldLog(Sources, FormatOf(GpsHandheld), Database.Path); };
     // The number of a field and what stands in it.
     for (const std::string field : {"1 14.05.2003", "1 13/01/2003 10:00:00", "1 02/29/2003", "1 05/14/67539 10:00:00",
                                     "1 05/14/2003 24:00:00", "1 05/14/2003 13:00 PM", "1 05/14/2003 10:00:00 or so",
@@ -99,10 +106,11 @@ TEST_F(DeviceLogTest, AFieldThatDoesNotConvertNamesFileAndRecord) {
 
 TEST_F(DeviceLogTest, SummaryCountsEveryRecord) {
     PutTable("GPSData", {First, Second, {"05/14/2003 22:00:16", "", "", "", "", "", "", "", "3"}, Second});
-    EXPECT_EQ(Told(*ReadLogSummary(Sources, GpsHandheld, Database.Path)), "|2003-05-14T22:00:00|2003-05-14T22:00:17|3");
+    EXPECT_EQ(Told(*ReadLogSummary(Sources, FormatOf(GpsHandheld), Database.Path)),
+              "|2003-05-14T22:00:00|2003-05-14T22:00:17|3");
     Database.Records.assign(1000, Second);
     int questions = 0;
-    EXPECT_FALSE(ReadLogSummary(Sources, GpsHandheld, Database.Path, [&] { return ++questions < 3; }));
+    EXPECT_FALSE(ReadLogSummary(Sources, FormatOf(GpsHandheld), Database.Path, [&] { return ++questions < 3; }));
 }
 
 TEST_F(DeviceLogTest, DeviceDatabasesInTheirContainer) {
@@ -113,16 +121,16 @@ TEST_F(DeviceLogTest, DeviceDatabasesInTheirContainer) {
     literal += std::string("\0\0\0\x58\x40\0\0\1\0\0", 10);  // the entry of record 1 at 88, and two bytes of padding
     literal += Record({"05/14/2003 22:00:17", "42.5", "83.5", "12", "90", "1.5", "7", "1", "2"}).substr(1);
     const FieldLog log = GpsLog(literal);
-    ASSERT_EQ(log.Points.size(), 1u);
-    EXPECT_EQ(log.Points[0].Gps, (GpsPoint{2, 0, 12, 90, log.Points[0].Gps.DateTime, 42.5, -83.5, 7, 1.5, 1, -1, -1}));
+    ASSERT_EQ(log.PointCount(), 1u);
+    EXPECT_EQ(log.Gps[0], (GpsPoint{2, 0, 12, 90, log.Gps[0].DateTime, 42.5, -83.5, 7, 1.5, 1, -1, -1}));
     EXPECT_EQ(log.Name + log.Extension, "Any.pdb");
     Sources.HasSignedCoordinates = true;
-    EXPECT_EQ(GpsLog(literal).Points[0].Gps.Longitude, 83.5);
+    EXPECT_EQ(GpsLog(literal).Gps[0].Longitude, 83.5);
 
-    EXPECT_TRUE(GpsLog(Palm("GPSData", {})).Points.empty());
+    EXPECT_EQ(GpsLog(Palm("GPSData", {})).PointCount(), 0U);
     EXPECT_EQ(Told(Summary(GpsHandheld, Palm("GPSData", {}), "/f/Empty.pdb")), "|||0");
     const std::string deleted(1, '\x80');
-    EXPECT_EQ(GpsLog(Palm("GPSData", {Record(Second), deleted, Record(Second, '\x10')})).Points.size(), 2u);
+    EXPECT_EQ(GpsLog(Palm("GPSData", {Record(Second), deleted, Record(Second, '\x10')})).PointCount(), 2u);
 }
 
 TEST_F(DeviceLogTest, DamagedContainersAreRefused) {
@@ -148,21 +156,21 @@ TEST_F(DeviceLogTest, DamagedContainersAreRefused) {
           with(52, BigEndian(5000, 4)), with(56, BigEndian(80, 4)), whole + "x",
           Palm("GPSData", {std::string(70000, '\0')})})
         EXPECT_EQ(errorOf(damaged), ErrorNumber::TypeMismatch);
-    EXPECT_ERROR(FileNotFound, ReadFieldLog(Sources, GpsHandheld, "/f/None.pdb"));
+    EXPECT_ERROR(FileNotFound, ReadFieldLog(Sources, FormatOf(GpsHandheld), "/f/None.pdb"));
 }
 
 TEST_F(DeviceLogTest, KindByTheTableItHas) {
     const auto kindOf = [&](const std::string& bytes) {
         Files.PutText("/f/O.pdb", bytes);
-        return DeviceLogKind(Sources, "/f/O.pdb");
+        return KindIn("/f/O.pdb");
     };
     EXPECT_EQ(kindOf(Palm("OBDData", {})), ObdHandheld);
     EXPECT_EQ(kindOf(Palm("Contacts", {})), std::nullopt);
     EXPECT_ERROR(TypeMismatch, kindOf(Palm("OBDData", {std::string(1, '\0')}))) << "damaged";
-    EXPECT_ERROR(FileNotFound, DeviceLogKind(Sources, "/f/None.pdb"));
+    EXPECT_ERROR(FileNotFound, KindIn("/f/None.pdb"));
     PutTable("GPSData", {First});
-    EXPECT_EQ(DeviceLogKind(Sources, "/f/L.mdb"), std::nullopt);
-    EXPECT_EQ(DeviceLogKind(Sources, Database.Path), GpsHandheld);
+    EXPECT_EQ(KindIn("/f/L.mdb"), std::nullopt);
+    EXPECT_EQ(KindIn(Database.Path), GpsHandheld);
 }
 
 }  // namespace

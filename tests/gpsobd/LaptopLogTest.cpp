@@ -26,9 +26,9 @@ TEST_F(LaptopLogTest, SecondFormatTellsAllPointsAndHasThoseOfRuns) {
     const auto log = Whole(GpsLaptop, bytes, "/f/Trip One.GD2");
     EXPECT_EQ(log.Folder + "|" + log.Name + "|" + log.Extension, "/f/|Trip One|.gd2");
     EXPECT_EQ(StudyName(log) + "|" + BaseName(log), "Main St \u00c4|Main");
-    ASSERT_EQ(log.Points.size(), 3U);
-    EXPECT_EQ(log.Points[0].Gps.RunNumber, -4);
-    EXPECT_EQ(log.Points[2].Gps, (GpsPoint{2, 1, 31.5F, 271.25F, {37755.5}, 42.5, -83.5, 7, 1.5F, 2, 16, 4}));
+    ASSERT_EQ(log.PointCount(), 3U);
+    EXPECT_EQ(log.Gps[0].RunNumber, -4);
+    EXPECT_EQ(log.Gps[2], (GpsPoint{2, 1, 31.5F, 271.25F, {37755.5}, 42.5, -83.5, 7, 1.5F, 2, 16, 4}));
 }
 
 TEST_F(LaptopLogTest, LongitudesAboveOneBecomeWestern) {
@@ -36,8 +36,8 @@ TEST_F(LaptopLogTest, LongitudesAboveOneBecomeWestern) {
         for (const bool isSigned : {false, true}) {
             Sources.HasSignedCoordinates = isSigned;
             const std::string record = GpsRecord(1, LogDay, stored);
-            EXPECT_EQ(Whole(GpsLaptop, Gd2 + record).Points[0].Gps.Longitude, isSigned ? stored : read);
-            EXPECT_EQ(Whole(GpsObd, Prefix(2) + ObdHeader() + record + ObdRecord(9, 1)).Points[0].Gps.Longitude,
+            EXPECT_EQ(Whole(GpsLaptop, Gd2 + record).Gps[0].Longitude, isSigned ? stored : read);
+            EXPECT_EQ(Whole(GpsObd, Prefix(2) + ObdHeader() + record + ObdRecord(9, 1)).Gps[0].Longitude,
                       isSigned ? stored : read);
         }
 }
@@ -51,14 +51,14 @@ TEST_F(LaptopLogTest, FormatNumbers0And1HaveTheFirstLayoutWhateverTheExtension) 
         EXPECT_TRUE(summary.IsFirstFormat);
         EXPECT_EQ(Told(summary), "05/14/03|2003-05-14T06:00:00|2003-05-14T12:00:00|5");
         const auto log = Whole(GpsLaptop, bytes, "/f/Trip.gd2");
-        ASSERT_EQ(log.Points.size(), 2U);
-        EXPECT_EQ(log.Points[0].Gps, (GpsPoint{2, 2, 28.5F, -1, {LogDay + 0.5}, 42.5, -83.5, 6, 2.5F, 3, -1, -1}));
-        EXPECT_NEAR(log.Points[1].Gps.Latitude, 42.26, 1e-12);
-        EXPECT_DOUBLE_EQ(log.Points[1].Gps.Longitude, -1.0 / 60);  // converted like any other
+        ASSERT_EQ(log.PointCount(), 2U);
+        EXPECT_EQ(log.Gps[0], (GpsPoint{2, 2, 28.5F, -1, {LogDay + 0.5}, 42.5, -83.5, 6, 2.5F, 3, -1, -1}));
+        EXPECT_NEAR(log.Gps[1].Latitude, 42.26, 1e-12);
+        EXPECT_DOUBLE_EQ(log.Gps[1].Longitude, -1.0 / 60);  // converted like any other
     }
     const std::string other = Prefix(-7) + GpsHeader() + GpsRecord(1, LogDay);
     EXPECT_FALSE(Summary(GpsLaptop, other).IsFirstFormat);
-    EXPECT_EQ(Whole(GpsLaptop, other, "/f/Trip.gdf").Points.size(), 1U);
+    EXPECT_EQ(Whole(GpsLaptop, other, "/f/Trip.gdf").PointCount(), 1U);
 }
 
 TEST_F(LaptopLogTest, EmptyLogDateBecomesToday) {
@@ -79,8 +79,8 @@ TEST_F(LaptopLogTest, ObdAndCombinedLogsHaveOneLayout) {
     const std::string alone = Prefix(1) + ObdHeader() + ObdRecord(0, 4.5) + ObdRecord(6, 3.5);
     EXPECT_EQ(Told(Summary(ObdLaptop, alone)), "05/14/03|1900-01-03T12:00:00|1900-01-03T12:00:00|6");
     const auto log = Whole(ObdLaptop, alone);
-    ASSERT_EQ(log.Points.size(), 1U);
-    EXPECT_EQ(log.Points[0].Obd, obd);
+    ASSERT_EQ(log.PointCount(), 1U);
+    EXPECT_EQ(log.Obd[0], obd);
     EXPECT_EQ(StudyName(log) + "|" + BaseName(log), "  Elm Ave|Trip") << "its header names none";
 
     // The run and the time of a combined point are those of its GPS half.
@@ -88,9 +88,9 @@ TEST_F(LaptopLogTest, ObdAndCombinedLogsHaveOneLayout) {
                              GpsRecord(0, LogDay + 0.25) + ObdRecord(11, 3.5);
     EXPECT_EQ(Told(Summary(GpsObd, both)), "05/14/03|2003-05-14T12:00:00|2003-05-14T12:00:00|8");
     const auto combined = Whole(GpsObd, both);
-    ASSERT_EQ(combined.Points.size(), 1U);
-    EXPECT_EQ(combined.Points[0].Gps.RunNumber, 8);
-    EXPECT_EQ(combined.Points[0].Obd, obd);
+    ASSERT_EQ(combined.PointCount(), 1U);
+    EXPECT_EQ(combined.Gps[0].RunNumber, 8);
+    EXPECT_EQ(combined.Obd[0], obd);
     EXPECT_EQ(StudyName(combined), "  Elm Ave");
 }
 
@@ -100,7 +100,7 @@ TEST_F(LaptopLogTest, IncompleteLastRecordIsDroppedAndCounted) {
         const auto summary = Summary(GpsLaptop, cut);
         EXPECT_EQ(Told(summary), "05/14/03|2003-05-14T00:00:00|2003-05-14T00:00:00|1");
         const auto log = Whole(GpsLaptop, cut);
-        EXPECT_EQ(log.Points.size(), 1U);
+        EXPECT_EQ(log.PointCount(), 1U);
         for (const std::uint64_t dropped : {summary.DroppedBytes, log.DroppedBytes}) EXPECT_EQ(dropped, kept);
     }
 }
@@ -110,7 +110,7 @@ TEST_F(LaptopLogTest, ImpossibleTimesAreNone) {
     for (const double time : {NotANumber, 5.5, std::numeric_limits<double>::infinity(), 1e300, -1e300, 2958466.0, 4.5})
         bytes += GpsRecord(1, time);
     EXPECT_EQ(Told(Summary(GpsLaptop, bytes)), "05/14/03||1900-01-04T12:00:00|1");
-    EXPECT_EQ(Whole(GpsLaptop, Gd2 + GpsRecord(1, NotANumber, NotANumber)).Points.size(), 1U);
+    EXPECT_EQ(Whole(GpsLaptop, Gd2 + GpsRecord(1, NotANumber, NotANumber)).PointCount(), 1U);
 }
 
 TEST_F(LaptopLogTest, ForeignAndDamagedFilesAreRefusedByName) {
@@ -134,7 +134,7 @@ TEST_F(LaptopLogTest, ForeignAndDamagedFilesAreRefusedByName) {
         EXPECT_THAT(PlaceOf(number, [&, &bytes = bytes] { Whole(GpsLaptop, bytes); }),
                     HasSubstr("\n/f/Trip.log, byte"));
     }
-    EXPECT_ERROR(FileNotFound, ReadLaptopLog(Files, Time, GpsLaptop, "/f/None.gdf"));
+    EXPECT_ERROR(FileNotFound, ReadFieldLog(Sources, FormatOf(GpsLaptop), "/f/None.gdf"));
     EXPECT_ERROR(InputPastEndOfFile, Summary(ObdLaptop, Gd2)) << "120 bytes of header make an OBD log, 100 do not";
     for (const double logDate : {0.0, LogDay})
         EXPECT_NO_THROW(Summary(GpsLaptop, Prefix(2, logDate, "7\x01") + GpsHeader())) << "another logger's tag";
@@ -145,12 +145,12 @@ TEST_F(LaptopLogTest, ReadsALogOfManyPiecesAndStopsOnDemand) {
     for (int i = 0; i < 30000; ++i)  // 1.44 MB
         bytes += GpsRecord(i % 7, LogDay + (i == 20000 ? 0.9 : i / 86400.0));
     const auto whole = Whole(GpsLaptop, bytes + "half a record");
-    ASSERT_EQ(whole.Points.size(), 25714U);  // six of every seven
-    EXPECT_EQ(whole.Points.back().Gps.DateTime, Date{LogDay + 29999 / 86400.0});
+    ASSERT_EQ(whole.PointCount(), 25714U);  // six of every seven
+    EXPECT_EQ(whole.Gps.back().DateTime, Date{LogDay + 29999 / 86400.0});
     int asked = 0;
     const auto summary = [&](int most) {
         asked = 0;
-        return ReadLaptopSummary(Files, Time, GpsLaptop, "/f/Trip.log", [&] { return ++asked < most; });
+        return ReadLogSummary(Sources, FormatOf(GpsLaptop), "/f/Trip.log", [&] { return ++asked < most; });
     };
     const auto all = summary(9);
     EXPECT_EQ(asked, 3);
@@ -164,7 +164,7 @@ TEST_F(LaptopLogTest, WritesTheReviewedLogInTheSecondFormat) {
     FieldLog log = Whole(
         GpsLaptop, Prefix(1, 0, "QQ") + GpsHeader() + Ver1GpsRecord(0, 1, 2, 3) + Ver1GpsRecord(2, 1.5, 4230, 8330),
         "/f/Trip.gdf");
-    log.Points[0].Gps.Direction = 3;
+    log.Gps[0].Direction = 3;
     WriteFieldLog(Files, log);
     // Format 2, reserved, no date, tag; the header as it was; run 2, quality 2, 28.5 mph, heading -1, 1.5 days,
     // 42.5, -83.5, 6 satellites, HDOP 2.5, node 3, delay number -1, direction 3.
@@ -190,7 +190,7 @@ TEST_F(LaptopLogTest, WritesObdAndCombinedLogsAsTheyWere) {
 TEST_F(LaptopLogTest, EveryFileThatIsReplacedIsKept) {
     FieldLog log = Whole(GpsLaptop, Gd2 + GpsRecord(0, 1) + GpsRecord(1, 2), "/f/Trip.gd2");
     for (int round = 0; round < 2; ++round) WriteFieldLog(Files, log);  // the second time it holds those bytes already
-    log.Points.clear();
+    log.Gps.clear();
     WriteFieldLog(Files, log);
     EXPECT_EQ(Files.Bytes("/f/Trip.gd2.bak"), BytesOf(Gd2 + GpsRecord(0, 1) + GpsRecord(1, 2)));
     EXPECT_EQ(Files.Bytes("/f/Trip.gd2.bak2"), BytesOf(Gd2 + GpsRecord(1, 2)));
@@ -204,8 +204,26 @@ TEST_F(LaptopLogTest, TheExtensionTellsTheKind) {
                                      {"/f/A.od2", ObdLaptop},
                                      {"/f/A.ddf", GpsObd},
                                      {"/f/A.b.txt", Battelle}})
-        EXPECT_EQ(LogKindOf(Sources, name), kind) << name;
-    for (const char* name : {"/f/A.rd2", "/f/gdf", "/f/A.mdb"}) EXPECT_ERROR(TypeMismatch, LogKindOf(Sources, name));
+        EXPECT_EQ(&FormatOfFile(Sources, name), &FormatOf(kind)) << name;
+    for (const char* name : {"/f/A.rd2", "/f/gdf", "/f/A.mdb"}) EXPECT_ERROR(TypeMismatch, FormatOfFile(Sources, name));
+}
+
+TEST_F(LaptopLogTest, WhatTheNameLeavesOpenTheHeadTells) {
+    LogFormat sentences = FormatOf(Battelle);
+    sentences.Recognises = [](const LogSources&, const LogFormat&, const std::string&, std::string_view head) {
+        return head.starts_with("$GP");
+    };
+    const LogFormat formats[] = {sentences, FormatOf(Battelle)};
+    const auto isFirst = [&](const std::string& path, const std::string& text) {
+        Files.PutText(path, text);
+        return &FormatOfFile(Sources, path, formats) == formats;
+    };
+    EXPECT_TRUE(isFirst("/f/A.txt", "$GPRMC,\n$s\n"));
+    EXPECT_FALSE(isFirst("/f/A.txt", "Logger\n$s\n"));
+    EXPECT_FALSE(isFirst("/f/A.txt", "neither: the last one says why")) << "of those that share the extension";
+    EXPECT_TRUE(isFirst("/f/A.nmea", "$GPRMC,\n"));
+    EXPECT_FALSE(isFirst("/f/A.dat", "Logger\n$s\n"));
+    EXPECT_ERROR(TypeMismatch, isFirst("/f/A.dat", std::string(1024, ' ') + "\n$s\n"));
 }
 
 TEST(DirectionText, NamesTheFourDirections) {

@@ -7,7 +7,10 @@
 #include <nlohmann/json.hpp>
 
 #include "fakes/FakePorts.h"
+#include "gpsobd/LaptopLog.h"
+#include "gpsobd/LogOverview.h"
 #include "gpsobd/LogRuns.h"
+#include "gpsobd/PalmDatabase.h"
 
 namespace vantor {
 namespace {
@@ -22,19 +25,18 @@ struct Row {
 };
 
 FieldLog LogOf(const std::vector<Row>& rows, double start = 39600, LogKind kind = LogKind::GpsLaptop) {
-    FieldLog log;
-    log.Kind = kind;
+    FieldLog log = NewFieldLog(FormatOf(kind), "/f/Trip.log");
     for (const Row& row : rows) {
         const Date time{39521 + (start + row.Second) / 86400};
-        log.Points.push_back({{1, 1, row.Speed, -1, time, row.Latitude, row.Longitude, 8, 1, 0, -1, 2},
-                              {1, time, row.Speed, 0, 0, 0, 0, 0, 0, 0, 0, -1, 0, "", "", ""}});
+        log.Add({{1, 1, row.Speed, -1, time, row.Latitude, row.Longitude, 8, 1, 0, -1, 2},
+                 {1, time, row.Speed, 0, 0, 0, 0, 0, 0, 0, 0, -1, 0, "", "", ""}});
     }
     ArrangeForReview(log);
     return log;
 }
 
 RunRecord Made(const FieldLog& log, const std::vector<LogGap>& gaps) {
-    return MakeRun(log, PointsOfRuns(log).begin()->second, gaps, TestProgram().State.Settings);
+    return MakeRun(log, RunsAmong(RunsOf(log).Points).front(), gaps, TestProgram().State.Settings);
 }
 
 std::vector<int> Pulses(const RunRecord& run) {
@@ -71,20 +73,20 @@ TEST(LogGaps, AreFilledByTheirPositionsAndSpeeds) {
         {"another hemisphere", {{0, 30, -0.5, 179.9999}, {4, 3, -0.5, -179.9999}}, GapFill::Standing, 72.96, 96.8}};
     for (const Case& gap : cases) {
         SCOPED_TRACE(gap.What);
-        const std::vector<LogGap> gaps = FindGaps(LogOf(gap.Rows));
+        const std::vector<LogGap> gaps = FindGaps(RunsOf(LogOf(gap.Rows)));
         ASSERT_EQ(gaps.size(), gap.Fill ? 1U : 0U);
         if (!gap.Fill) continue;
         EXPECT_EQ(gaps[0].Filled, *gap.Fill);
         EXPECT_NEAR(gaps[0].FeetByPosition.value_or(-1), gap.Feet, 0.01);
         EXPECT_NEAR(gaps[0].FeetBySpeed, gap.FeetBySpeed, 0.01);
     }
-    EXPECT_FALSE(FindGaps(LogOf({{0, 3, 42}, {4, 3, there}}, 39600, LogKind::ObdLaptop))[0].FeetByPosition);
+    EXPECT_FALSE(FindGaps(RunsOf(LogOf({{0, 3, 42}, {4, 3, there}}, 39600, LogKind::ObdLaptop)))[0].FeetByPosition);
 }
 
 TEST(LogGaps, MakeTheSamplesOfTheirSeconds) {
     const FieldLog log =
         LogOf({{0, 60, 42}, {5, 30, 42 + 440 * Foot}, {8, 0, 42 + 441 * Foot}, {9, 6, 42 + 441 * Foot}});
-    std::vector<LogGap> gaps = FindGaps(log);
+    std::vector<LogGap> gaps = FindGaps(RunsOf(log));
     EXPECT_THAT(Pulses(Made(log, gaps)), ElementsAre(88, 88, 88, 88, 88, 44, 0, 0, 0, 9));
     EXPECT_EQ(Made(log, gaps).Header.Notes, "Direction NB; gaps: 1 standing 3 s, 1 by position 5 s");
     gaps[1].Filled = GapFill::Speed;
@@ -102,7 +104,7 @@ TEST(LogGaps, GiveDrivesBackWhatTheirLoggersMissed) {
         std::vector<Row> rows;
         for (const auto& row : drive["rows"]) rows.push_back({row[0], row[1], row[2], row[3]});
         const FieldLog log = LogOf(rows, drive["start"]);
-        const std::vector<LogGap> gaps = FindGaps(log);
+        const std::vector<LogGap> gaps = FindGaps(RunsOf(log));
         ASSERT_EQ(gaps.size(), drive["gaps"].size());
         const std::int64_t start = WholeSecondsOf({39521 + drive["start"].get<double>() / 86400});
         for (std::size_t i = 0; i < gaps.size(); ++i) {
@@ -116,6 +118,30 @@ TEST(LogGaps, GiveDrivesBackWhatTheirLoggersMissed) {
         const double feet = drive["feet"];
         EXPECT_NEAR(Made(log, gaps).Header.RunLength, feet, tolerance * feet);
     }
+}
+
+TEST(LogGaps, AreFoundAlikeWithoutTheLogInMemory) {
+    MemoryFileSystem files;
+    const FakeDatabases databases;
+    const PalmDatabase devices(files);
+    const FixedClock clock;
+    const LogSources sources{files, databases, devices, clock};
+    const std::vector<Row> inOrder = {{0, 30, 42}, {0, 3, 42}, {4, -1, 43}, {4, -1, 42}, {9, -1, 0, 0}, {12, 45, 42.1}};
+    const std::vector<Row> goingBack = {{9, 30, 42}, {0, 40, 42.1}, {4, 50, 42.2}};
+    for (const LogKind kind : {LogKind::GpsLaptop, LogKind::ObdLaptop, LogKind::GpsObd})
+        for (const double start : {39600.0, -4.0})  // at -4 one second is midnight, which is no time
+            for (const auto& rows : {inOrder, goingBack}) {
+                FieldLog log = LogOf(rows, start, kind);
+                log.IsArranged = false;
+                files.Put("/f/Trip.log", EncodeLaptopLog(log));
+                FieldLog read = ReadFieldLog(sources, FormatOf(kind), "/f/Trip.log");
+                ArrangeForReview(read);
+                const LogOverview overview = ReadLogOverview(sources, FormatOf(kind), "/f/Trip.log");
+                EXPECT_EQ(overview.PointCount, rows.size());
+                EXPECT_FALSE(overview.Gaps.empty());
+                EXPECT_EQ(overview.Gaps, FindGaps(RunsOf(read)));
+                EXPECT_EQ(overview.Gaps, FindGaps(ReadRunsOfLog(sources, FormatOf(kind), "/f/Trip.log")));
+            }
 }
 
 }  // namespace

@@ -25,12 +25,12 @@ protected:
     void OpenObd(const FieldLog& log) {
         WriteFieldLog(Files, log);
         Before = *Files.Bytes(LogPath);
-        Open(LogKind::ObdLaptop, LogChoice{Folder, "drive", ".od2"});
+        Open(FormatOf(LogKind::ObdLaptop), LogChoice{Folder, "drive", ".od2"});
     }
     void OpenObd(const std::vector<float>& speeds) { OpenObd(ObdLog(speeds)); }
     void OpenGps(const std::string& records) {
         Files.PutText(Folder + "drive.gd2", Prefix(2) + GpsHeader() + records);
-        Open(LogKind::GpsLaptop, LogChoice{Folder, "drive", ".gd2"});
+        Open(FormatOf(LogKind::GpsLaptop), LogChoice{Folder, "drive", ".gd2"});
     }
     void OpenAndFillGap() {
         OpenObd(WithGap);
@@ -48,8 +48,10 @@ protected:
     std::vector<std::string> Runs() { return Column(*Window, "vaOBDData", RunColumn); }
     std::vector<float> WrittenSpeeds() {
         std::vector<float> speeds;
-        for (const LogPoint& point : ReadLaptopLog(Files, Time, LogKind::ObdLaptop, LogPath).Points)
-            speeds.push_back(point.Obd.Speed);
+        const PalmDatabase devices(Files);
+        const LogSources sources{Files, Databases, devices, Time};
+        for (const ObdPoint& point : ReadFieldLog(sources, FormatOf(LogKind::ObdLaptop), LogPath).Obd)
+            speeds.push_back(point.Speed);
         return speeds;
     }
     bool HasRun(const std::string& name) { return Files.Bytes(Temp + name + ".rd2").has_value(); }
@@ -61,14 +63,14 @@ protected:
 TEST_F(LogReviewTest, ClosesAtOnceWhenTheLogCannotBeRead) {
     for (const auto& [kind, extension] : {std::pair{LogKind::ObdLaptop, ".od2"}, {LogKind::GpsHandheld, ".pdb"}}) {
         Messages.Expect("Run-time error '53':\nFile not found\n\n" + Folder + "drive" + extension);
-        LogReview form(Context, kind, LogChoice{Folder, "drive", extension});
+        LogReview form(Context, FormatOf(kind), LogChoice{Folder, "drive", extension});
         EXPECT_TRUE(Messages.IsDone());
         EXPECT_EQ(form.exec(), QDialog::Rejected) << "without waiting for the user";
     }
 }
 
 TEST_F(LogReviewTest, WithoutAChosenLogThereIsNothingToDo) {
-    Open(LogKind::GpsLaptop, LogChoice{Folder, "", ".gd2"});
+    Open(FormatOf(LogKind::GpsLaptop), LogChoice{Folder, "", ".gd2"});
     EXPECT_EQ(Grid().accessibleDescription(), "No log was chosen.");
     Messages.Expect("There is no run to make: no row has a run number of 1 or more.");
     Press("BtnOk");
@@ -128,7 +130,7 @@ TEST_F(LogReviewTest, DeletesTheActiveRowAndPutsItBack) {
 
 TEST_F(LogReviewTest, SortsByValueAndBackToTheOrderOfTheLog) {
     FieldLog log = ObdLog({9, 100, 30, 9});
-    log.Points[3].Obd.RunNumber = 2;
+    log.Obd[3].RunNumber = 2;
     OpenObd(log);
     ClickHead(Grid(), SpeedColumn);
     EXPECT_THAT(Speeds(), ElementsAre("9.0", "9.0", "30.0", "100.0")) << "as numbers, not as texts";
@@ -237,7 +239,7 @@ TEST_F(LogReviewTest, ExportsTheRowsToTheFileOfTheLogsName) {
 
 TEST_F(LogReviewTest, ExportsToAFileThatTheUserNames) {
     FieldLog log = ObdLog({30});
-    log.Points.front().Obd.Comment = "=1+1";
+    log.Obd.front().Comment = "=1+1";
     OpenObd(log);
     const auto exportTo = [&](const std::string& path) {
         DesktopServices.FileToSave = path;
@@ -316,8 +318,8 @@ TEST_F(LogReviewTest, WhenTheLogCannotBeWrittenTheRunsStand) {
 
 TEST_F(LogReviewTest, ARunThatIsTooLongIsLeftOutOnlyWithConsent) {
     FieldLog log = ObdLog({30, 30, 30});
-    log.Points[1].Obd.RunNumber = log.Points[2].Obd.RunNumber = 2;
-    log.Points[2].Obd.DateTime = {LogDay + 2.5};
+    log.Obd[1].RunNumber = log.Obd[2].RunNumber = 2;
+    log.Obd[2].DateTime = {LogDay + 2.5};
     OpenObd(log);
     const std::string tooLong =
         "Run 2 goes from 2003-05-14T06:00:01 to 2003-05-16T12:00:00; a run holds at most 32767 seconds.\n";

@@ -25,12 +25,11 @@ struct Row {
 
 /// Seconds count from 14 March 2008, 07:05:09.
 FieldLog LogOf(LogKind kind, const std::vector<Row>& rows) {
-    FieldLog log = NewFieldLog(kind, "/f/Trip.log");
+    FieldLog log = NewFieldLog(FormatOf(kind), "/f/Trip.log");
     for (const auto& [second, speed, node, delay, direction, run] : rows) {
         const Date time = DateOfSeconds(WholeSecondsOf({39521 + 25509.0 / 86400}) + second);
-        LogPoint& point = log.Points.emplace_back();
-        if (HasGps(kind)) point.Gps = {run, 0, speed, 0, time, 0, 0, 0, 0, node, delay, direction};
-        if (HasObdHeader(kind)) point.Obd = {run, time, speed, 0, 0, 0, 0, 0, 0, 0, node, delay, direction, "", "", ""};
+        log.Add({{run, 0, speed, 0, time, 0, 0, 0, 0, node, delay, direction},
+                 {run, time, speed, 0, 0, 0, 0, 0, 0, 0, node, delay, direction, "", "", ""}});
     }
     return log;
 }
@@ -38,7 +37,7 @@ FieldLog LogOf(LogKind kind, const std::vector<Row>& rows) {
 class LogRunsTest : public testing::Test {
 protected:
     RunRecord Made(const FieldLog& log) {
-        return MakeRun(log, PointsOfRuns(log).begin()->second, {}, Program.State.Settings);
+        return MakeRun(log, RunsAmong(RunsOf(log).Points).front(), {}, Program.State.Settings);
     }
     static std::vector<std::uint16_t> ValuesOf(const RunRecord& run) {
         return {run.SampleValues.begin(), run.SampleValues.end()};
@@ -47,8 +46,9 @@ protected:
         return ValuesOf(Made(LogOf(LogKind::GpsLaptop, rows)));
     }
     std::vector<std::string> Written(const FieldLog& log, const NamesOfRuns& replaced = {}) {
-        const auto written = WriteLogRuns(Program.Files, log, {}, "/start/Temp", Program.State.Settings, replaced);
-        EXPECT_EQ(written.value().LeftOut, RunsTooLong(log));
+        const auto written =
+            WriteLogRuns(Program.Files, RunsOf(log), {}, "/start/Temp", Program.State.Settings, replaced);
+        EXPECT_EQ(written.value().LeftOut, RunsTooLong(RunsOf(log)));
         return written->Names;
     }
     RunRecord Stored(const char* name) { return ReadRun(Program.Files, std::string("/start/Temp/") + name).Run; }
@@ -91,19 +91,18 @@ TEST_F(LogRunsTest, FillsTheHeaderAndDecodes) {
 
 TEST_F(LogRunsTest, TakesTheSpeedAndTheEventRecordOfEachKind) {
     FieldLog log = LogOf(LogKind::Battelle, {{0, 30, 2, 5, 3}, {2, -1}});
-    const Date start = log.Points[0].Gps.DateTime;
-    log.Points[0].Gps = {1, 0, 30, 90, start, 42.5, 0, 8, 0, 2, 5, 3};
+    const Date start = log.Gps[0].DateTime;
+    log.Gps[0] = {1, 0, 30, 90, start, 42.5, 0, 8, 0, 2, 5, 3};
     RunRecord run = Made(log);
     EXPECT_EQ(run.RunSamples[1], (RunSample{42.5, 0, 30, 90, 0, 0, 8, start, 2, 5, 3}));
     EXPECT_EQ(run.RunSamples[2], RunSample{}) << "no row in that second";
     EXPECT_EQ(run.RunSamples[3].Speed, -1.0F) << "as logged, though it is bridged";
     log = LogOf(LogKind::ObdHandheld, {{0, 30, 2, 5, 3}});
-    log.Points[0].Gps.Latitude = 42.5;
     EXPECT_EQ(Made(log).RunSamples[1], (RunSample{0, 0, 30, 0, 0, 0, 0, start, 2, 5, 3}));
 
     FieldLog both = LogOf(LogKind::GpsObd, {{0, 60}, {1, -1}, {2, -1}, {3, 60}});
-    for (const std::size_t point : {0, 1, 3}) both.Points[point].Gps.Speed = 30;
-    both.Points[0].Obd.Node = 1;
+    for (const std::size_t point : {0, 1, 3}) both.Gps[point].Speed = 30;
+    both.Obd[0].Node = 1;
     run = Made(both);
     EXPECT_THAT(ValuesOf(run), ElementsAre(88, 44, 66, 88)) << "the vehicle's speed, else the receiver's";
     EXPECT_THAT((std::vector{run.RunSamples[1].Speed, run.RunSamples[2].Speed, run.RunSamples[3].Speed}),
@@ -120,21 +119,21 @@ TEST_F(LogRunsTest, WritesARunFileForEveryRunNumber) {
     EXPECT_THAT(ValuesOf(Stored("Trip-R002.rd2")), ElementsAre(44, 59, 73, 88));
 
     EXPECT_THAT(Written(log), ElementsAre("Trip-R001-1", "Trip-R002-1", "Trip-R1234-1"));
-    log.Points.resize(1);
+    log.Obd.resize(1);
     EXPECT_THAT(Written(log), ElementsAre("Trip-R002-2"));
     log.ObdHeader.BaseName = "A/B..a name that is longer than the field";
     EXPECT_THAT(Written(log), ElementsAre("A_B__a name that is longer than the field-R002"));
-    log.Points.clear();
+    log.Obd.clear();
     EXPECT_TRUE(Written(log).empty());
 }
 
 TEST_F(LogRunsTest, ReplacesRunsMadeBeforeOnDemand) {
     FieldLog log = LogOf(LogKind::ObdLaptop, {{0, 30, 0, -1, 0, 1}, {9, 30, 0, -1, 0, 1}, {20, 30, 0, -1, 0, 2}});
-    const auto before = [&] { return RunsMadeBefore(Program.Files, log, "/start/Temp"); };
+    const auto before = [&] { return RunsMadeBefore(Program.Files, RunsOf(log), "/start/Temp"); };
     EXPECT_TRUE(before().empty());
     Written(log);
     const auto old = Program.Files.Bytes("/start/Temp/Trip-R001.rd2");
-    log.Points.erase(log.Points.begin());
+    log.Obd.erase(log.Obd.begin());
     EXPECT_THAT(before(), ElementsAre(Pair(1, "Trip-R001"), Pair(2, "Trip-R002")))
         << "of a drive that was made shorter since";
     EXPECT_THAT(Written(log, before()), ElementsAre("Trip-R001", "Trip-R002"));
@@ -142,7 +141,7 @@ TEST_F(LogRunsTest, ReplacesRunsMadeBeforeOnDemand) {
     EXPECT_FALSE(Program.Files.Bytes("/start/Temp/Trip-R002.rd2.bak")) << "it is as it was";
     EXPECT_EQ(Stored("Trip-R001.rd2").Header.SampleCount, 1);
 
-    for (LogPoint& point : log.Points) point.Obd.DateTime.Days += 1;
+    for (ObdPoint& point : log.Obd) point.DateTime.Days += 1;
     EXPECT_TRUE(before().empty()) << "another day's drives of the same name";
     EXPECT_THAT(Written(log), ElementsAre("Trip-R001-1", "Trip-R002-1"));
     EXPECT_THAT(before(), ElementsAre(Pair(1, "Trip-R001-1"), Pair(2, "Trip-R002-1")));
@@ -151,7 +150,7 @@ TEST_F(LogRunsTest, ReplacesRunsMadeBeforeOnDemand) {
 TEST_F(LogRunsTest, LeavesOutARunThatIsTooLong) {
     const FieldLog log = LogOf(
         LogKind::GpsLaptop, {{0, 1, 0, 0, 0, 1}, {32767, 1, 0, 0, 0, 1}, {0, 1, 0, 0, 0, 2}, {32766, 1, 0, 0, 0, 2}});
-    EXPECT_EQ(RunsTooLong(log).size(), 1u);
+    EXPECT_EQ(RunsTooLong(RunsOf(log)).size(), 1u);
     EXPECT_THAT(Written(log), ElementsAre("Trip-R002"));
     EXPECT_THAT(Program.Files.AllFiles(), ElementsAre("/start/Temp/Trip-R002.rd2"));
     EXPECT_EQ(Stored("Trip-R002.rd2").Header.SampleCount, 32767);

@@ -49,7 +49,7 @@ public:
 class LogSelectTest : public FormScene<LogSelect> {
 protected:
     void OpenList(LogKind kind) {
-        Open(kind);
+        Open(FormatOf(kind));
         WaitForLogs(*Window);
     }
     static void WaitForLogs(LogSelect& form) {
@@ -197,7 +197,7 @@ TEST_F(LogSelectTest, CopiesTheDatabaseOfTheHandheldFirstAndWaitsASecond) {
 TEST_F(LogSelectTest, TheWaitAfterTheCopyEndsWithTheScreen) {
     Device.Files["\\Program Files\\Roampad\\GPSData.pdb"] = BytesOf(EmptyPalm("GPSData"));
     ExpectOffer("Roampad", MessageAnswer::Yes);
-    LogSelect form(Context, GpsHandheld);
+    LogSelect form(Context, FormatOf(GpsHandheld));
     QTimer::singleShot(50, &form, [&] { QTest::keyClick(&form, Qt::Key_Escape); });
     form.exec();  // the clock stands still
     EXPECT_EQ(form.result(), QDialog::Rejected);
@@ -214,7 +214,7 @@ TEST_F(LogSelectTest, StaysAliveWhileALongLogIsRead) {
         AppContext context{State,  Files,  Messages, OtherScreens, DesktopServices, Time,      End,
                            Memory, Serial, Device,   databases,    Sheets,          Documents, work};
         ExpectOffer("Roampad");
-        auto* form = new LogSelect(context, GpsHandheld);
+        auto* form = new LogSelect(context, FormatOf(GpsHandheld));
         const QPointer<LogSelect> alive(form);
         form->show();
         EXPECT_TRUE(QTest::qWaitFor([&] { return TextOf(*form, "lblProgress") == "Reading 2 of 3..."; }));

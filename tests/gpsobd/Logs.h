@@ -6,6 +6,8 @@
 
 #include "fakes/FakePorts.h"
 #include "fakes/ThrowsError.h"
+#include "gpsobd/FieldLog.h"
+#include "gpsobd/LogScreens.h"
 #include "gpsobd/PalmDatabase.h"
 
 namespace vantor {
@@ -70,10 +72,10 @@ inline std::string ObdRecord(int run, double dateTime) {
 
 /// A log with a point a second of run 1, from 06:00:00 on.
 inline FieldLog ObdLog(const std::vector<float>& speeds) {
-    FieldLog log = NewFieldLog(LogKind::ObdLaptop, "/start/Field Data Files/drive.od2");
+    FieldLog log = NewFieldLog(FormatOf(LogKind::ObdLaptop), "/start/Field Data Files/drive.od2");
     for (std::size_t i = 0; i < speeds.size(); ++i) {
         const Date time{LogDay + 0.25 + static_cast<double>(i) / 86400};
-        log.Points.push_back({{}, {1, time, speeds[i], 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, "", "", ""}});
+        log.Obd.push_back({1, time, speeds[i], 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, "", "", ""});
     }
     return log;
 }
@@ -83,11 +85,11 @@ class LogFileScene : public testing::Test {
 protected:
     LogSummary Summary(LogKind kind, const std::string& bytes, const std::string& path = "/f/Trip.log") {
         Files.PutText(path, bytes);
-        return ReadLogSummary(Sources, kind, path).value();
+        return ReadLogSummary(Sources, FormatOf(kind), path).value();
     }
     FieldLog Whole(LogKind kind, const std::string& bytes, const std::string& path = "/f/Trip.log") {
         Files.PutText(path, bytes);
-        return ReadFieldLog(Sources, kind, path);
+        return ReadFieldLog(Sources, FormatOf(kind), path);
     }
     /// Date, first and last time and runs as a summary tells them.
     static std::string Told(const LogSummary& summary) {

@@ -25,11 +25,11 @@ struct Timed {
 
 /// Points in one place, numbered by their satellites.
 FieldLog GpsLog(const std::vector<Timed>& points) {
-    FieldLog log;
+    FieldLog log = NewFieldLog(FormatOf(LogKind::GpsLaptop), "/f/Trip.gd2");
     for (const auto& [time, run] : points) {
-        GpsPoint& point = log.Points.emplace_back().Gps;
+        GpsPoint& point = log.Gps.emplace_back();
         point.RunNumber = run;
-        point.SatUsed = static_cast<std::int16_t>(log.Points.size());
+        point.SatUsed = static_cast<std::int16_t>(log.PointCount());
         point.DateTime = time;
         point.Latitude = point.Longitude = 42;
     }
@@ -65,7 +65,7 @@ TEST(ReviewGrid, LoadsRowsInOrderAndRepairsTheirTimes) {
               "12:00:07 AM 12:00:08 AM 12:00:09 AM 12:00:10 AM 12:00:10 AM 12:00:10 AM 12:00:30 AM 12:00:11 AM ");
     EXPECT_EQ(Texts(grid, 4), "03/14/08 03/14/08 03/14/08 03/14/08 03/14/08 03/14/08 03/14/08 03/14/08 ")
         << "the row of the next midnight goes by its run";
-    EXPECT_EQ(grid.Edited().Points[7].Gps.DateTime, Moment(11));
+    EXPECT_EQ(grid.Edited().Gps[7].DateTime, Moment(11));
 
     EXPECT_EQ(Times({{Moment(43199)}, {Moment(43200)}, {Moment(46800)}}), "11:59:59 AM 12:00:00 PM 1:00:00 PM ");
     EXPECT_EQ(Times({{Moment(75600)}, {Moment(86400), 2}, {Moment(86401), 2}, {Moment(0), 3}, {Moment(86400), 3}}),
@@ -83,9 +83,8 @@ TEST(ReviewGrid, WholeSecondsHoldBeforeDayZero) {
 }
 
 TEST(ReviewGrid, ShowsAGpsPoint) {
-    FieldLog log;
-    log.Points = {
-        {GpsPoint{12, 2, 30.3F, 12.25F, {Day.Days + 47109.0 / 86400}, 42.1234567, -83.5, 7, 1.04F, 3, -1, 4}, {}}};
+    FieldLog log = GpsLog({});
+    log.Gps = {{12, 2, 30.3F, 12.25F, {Day.Days + 47109.0 / 86400}, 42.1234567, -83.5, 7, 1.04F, 3, -1, 4}};
     const ReviewGrid grid(log);
     std::string texts;
     for (int column = 1; column <= grid.ColumnCount(); ++column) texts += grid.Text(1, column) + "|";
@@ -130,11 +129,11 @@ TEST(ReviewGrid, KeepsTheStepInSinglePrecisionAndTheCompanionInDouble) {
     constexpr int time = 5;
     constexpr int delay = 14;
     FieldLog log = ObdLog({0, 0, 0, 0});
-    for (const std::size_t point : {1, 2}) log.Points[point].Obd.Node = -1;
-    log.Points[3].Obd.Node = 1;
-    log.Points[0].Obd.DelayNumber = -5;
-    log.Points[3].Obd.DelayNumber = -4;
-    ReviewLayout layout = ReviewLayoutOf(LogKind::ObdLaptop);
+    for (const std::size_t point : {1, 2}) log.Obd[point].Node = -1;
+    log.Obd[3].Node = 1;
+    log.Obd[0].DelayNumber = -5;
+    log.Obd[3].DelayNumber = -4;
+    ReviewLayout layout = ObdReviewLayout();
     layout.RepairColumn = node;
     const auto repaired = [&](int companion) {
         layout.CompanionColumn = companion;
@@ -151,17 +150,17 @@ TEST(ReviewGrid, KeepsTheStepInSinglePrecisionAndTheCompanionInDouble) {
     const ReviewGrid times = repaired(time);
     EXPECT_EQ(times.Text(3, time), "6") << "the hour that the times around the gap begin with";
     EXPECT_EQ(times.Value(3, time), SheetCell(6.0));
-    EXPECT_EQ(times.Edited().Points[2].Obd.DateTime, DateOfSeconds(WholeSecondsOf({LogDay + 21602.0 / 86400})))
+    EXPECT_EQ(times.Edited().Obd[2].DateTime, DateOfSeconds(WholeSecondsOf({LogDay + 21602.0 / 86400})))
         << "the point keeps its time";
 }
 
 TEST(ReviewGrid, LeavesTheSpeedsOfGpsLogsAlone) {
     FieldLog log = GpsLog({{Moment(10)}, {Moment(11)}, {Moment(12)}});
-    log.Points[1].Gps.Speed = -1;
+    log.Gps[1].Speed = -1;
     for (const LogKind kind : {LogKind::GpsLaptop, LogKind::GpsHandheld, LogKind::Battelle}) {
-        log.Kind = kind;
+        log.Format = &FormatOf(kind);
         ReviewGrid grid(log);
-        EXPECT_EQ(grid.Column(ReviewLayoutOf(kind).RepairColumn).Caption, "Date");
+        EXPECT_EQ(grid.Column(log.Format->Columns().RepairColumn).Caption, "Date");
         CalculateIn(grid, 2);
         EXPECT_TRUE(grid.FindAndFixAll(GoOn));
         EXPECT_EQ(grid.Text(2, Speed), "-1");
@@ -171,16 +170,17 @@ TEST(ReviewGrid, LeavesTheSpeedsOfGpsLogsAlone) {
 
 TEST(ReviewGrid, RepairsTheVehiclesSpeedOfCombinedLogs) {
     FieldLog log = GpsLog({{Moment(10)}, {Moment(11)}});
-    log.Kind = LogKind::GpsObd;
-    log.Points[0].Obd.Speed = -1;
-    log.Points[1].Obd.Speed = 20;
+    log.Format = &FormatOf(LogKind::GpsObd);
+    log.Obd.resize(2);
+    log.Obd[0].Speed = -1;
+    log.Obd[1].Speed = 20;
     ReviewGrid grid(log);
     EXPECT_EQ(grid.ColumnCount(), 13 + 14);
     ASSERT_TRUE(grid.FindNextMissing());
     EXPECT_EQ(grid.Column(grid.ActiveColumn()).Caption, "OBD Speed (MPH)");
     grid.CalculateSpeed();
-    EXPECT_EQ(grid.Edited().Points[0].Obd.Speed, 10.0F);
-    EXPECT_EQ(grid.Edited().Points[0].Gps.Speed, 0.0F);
+    EXPECT_EQ(grid.Edited().Obd[0].Speed, 10.0F);
+    EXPECT_EQ(grid.Edited().Gps[0].Speed, 0.0F);
 }
 
 TEST(ReviewGrid, FindsMissingSpeedsAndScrollsToThem) {
@@ -291,7 +291,7 @@ TEST(ReviewGrid, TakesEveryStepBackAndDoesItAgain) {
     grid.DeleteRow();
     EXPECT_EQ(Texts(grid), "10.0 30.0 40.0 ");
     EXPECT_EQ(grid.ActiveRow(), 2);
-    EXPECT_EQ(grid.Edited().Points.size(), 3U) << "the fill of a deleted row goes with it";
+    EXPECT_EQ(grid.Edited().PointCount(), 3U) << "the fill of a deleted row goes with it";
     Delete(grid, 3);
     EXPECT_EQ(grid.ActiveRow(), 2);
     for (const char* before : {"10.0 30.0 40.0 ", "10.0 20.0 30.0 40.0 ", "10.0 -1 30.0 40.0 "}) {

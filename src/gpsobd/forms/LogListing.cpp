@@ -17,11 +17,11 @@ std::string NoteOn(const LogSummary& summary) {
     return summary.Problem.empty() ? CutText(summary.DroppedBytes, summary.MissingRecords) : summary.Problem;
 }
 
-ListedLog ReadListed(const LogSources& sources, LogKind kind, const std::string& folder, const std::string& fileName,
-                     const LogProgress& goesOn) {
+ListedLog ReadListed(const LogSources& sources, const LogFormat& format, const std::string& folder,
+                     const std::string& fileName, const LogProgress& goesOn) {
     ListedLog log{fileName, {}, {}};
     try {
-        log.Summary = ReadLogSummary(sources, kind, folder + fileName, goesOn);
+        log.Summary = ReadLogSummary(sources, format, folder + fileName, goesOn);
         if (log.Summary) log.Note = NoteOn(*log.Summary);
     } catch (const NoSuchTable& error) {
         const std::string advice = OtherLoggerText(sources, folder + fileName);
@@ -35,8 +35,8 @@ ListedLog ReadListed(const LogSources& sources, LogKind kind, const std::string&
 
 }  // namespace
 
-LogListing::LogListing(AppContext& context, LogKind kind)
-    : context_(context), kind_(kind), work_(context.Work.Another()) {
+LogListing::LogListing(AppContext& context, const LogFormat& format)
+    : context_(context), format_(format), work_(context.Work.Another()) {
     Connect(&timer_, &QTimer::timeout, this, context_.Messages, [this] { TellWhatIsNew(); });
 }
 
@@ -63,14 +63,14 @@ void LogListing::BeginReading() {
     if (work_->IsBusy()) return;
     isBegun_ = true;
     timer_.setInterval(BetweenLooks);
-    const auto read = [listing = listing_, kind = kind_, &databases = context_.Databases, &time = context_.Time](
+    const auto read = [listing = listing_, &format = format_, &databases = context_.Databases, &time = context_.Time](
                           FileSystem& files, const Progress& progress) {
         const PalmDatabase deviceDatabases(files);
         const LogSources sources{files, databases, deviceDatabases, time};
         const auto goesOn = [&] { return !listing->IsStopped && progress(listing->Begun, listing->FileNames.size()); };
         for (const std::string& fileName : listing->FileNames) {
             ++listing->Begun;
-            ListedLog log = ReadListed(sources, kind, listing->Folder, fileName, goesOn);
+            ListedLog log = ReadListed(sources, format, listing->Folder, fileName, goesOn);
             if (!goesOn()) return;
             const std::lock_guard guard(listing->Guard);
             listing->Read.push_back(std::move(log));

@@ -29,7 +29,7 @@ struct ListedLog {
 /// long one. It may be stopped, started anew and destroyed at any time and in every call of its own.
 class LogListing : public QObject {
 public:
-    LogListing(AppContext& context, LogKind kind);
+    LogListing(AppContext& context, const LogFormat& format);
     ~LogListing() override;
 
     /// Reads these files of a folder, which ends in a separator. The listing before it is stopped.
@@ -63,7 +63,7 @@ private:
     bool TellNext(const std::shared_ptr<Listing>& listing);
 
     AppContext& context_;
-    LogKind kind_;
+    const LogFormat& format_;
     QTimer timer_;
     std::unique_ptr<LongWork> work_;
     std::shared_ptr<Listing> listing_;

@@ -19,45 +19,23 @@
 #include "core/modMain.h"
 #include "gpsobd/DeviceLog.h"
 #include "gpsobd/LogPoints.h"
+#include "gpsobd/LogScreens.h"
 #include "gpsobd/PalmDatabase.h"
 #include "gpsobd/forms/ReviewRuns.h"
 
 namespace vantor {
-namespace {
-
-/// What the three screens differ in.
-struct ScreenOfKind {
-    const char* Form;
-    const char* Caption;
-    const char* Grid;
-    const char* ExportTip;
-};
-
-const ScreenOfKind& ScreenOf(LogKind kind) {
-    static constexpr ScreenOfKind gps = {"frmGPSViewData", "GPS Data", "vaGPSData",
-                                         "Export gps data to Excel spreadsheet"};
-    static constexpr ScreenOfKind obd = {"frmOBDViewData", "OBD Data", "vaOBDData",
-                                         "Export obd data to Excel spreadsheet"};
-    static constexpr ScreenOfKind combined = {"frmGPSOBDViewData", "GPS and OBD Data", "vaGPSOBDData",
-                                              "Export gps and obd data to Excel spreadsheet"};
-    if (kind == LogKind::GpsObd) return combined;
-    return HasGps(kind) ? gps : obd;
-}
-
-}  // namespace
-
-LogReview::LogReview(AppContext& context, LogKind kind, const LogChoice& log)
+LogReview::LogReview(AppContext& context, const LogFormat& format, const LogChoice& log)
     : context_(context),
-      kind_(kind),
+      format_(format),
+      screen_(*format.Review),
       logPath_(log.File.empty() ? std::string() : AsFolder(log.Folder) + log.File + log.Extension),
       model_(LoadLog(), context.Work),
       export_(context, AsFolder(log.Folder) + log.File, model_.Grid()) {
-    const ScreenOfKind& screenOfKind = ScreenOf(kind);
-    setObjectName(QLatin1String(screenOfKind.Form));
-    setWindowTitle(QLatin1String(screenOfKind.Caption));
+    setObjectName(QLatin1String(screen_.FormName));
+    setWindowTitle(QLatin1String(screen_.Caption));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     auto* column = new QVBoxLayout(this);
-    vaData_ = Named<ReviewTable>(this, screenOfKind.Grid);
+    vaData_ = Named<ReviewTable>(this, screen_.GridName);
     vaData_->setAccessibleName(QStringLiteral("Logged points"));
     vaData_->SetEmptyText(logPath_.empty() ? QStringLiteral("No log was chosen.")
                                            : QStringLiteral("This log has no points in a run."));
@@ -84,8 +62,7 @@ LogReview::LogReview(AppContext& context, LogKind kind, const LogChoice& log)
 }
 
 FieldLog LogReview::LoadLog() {
-    FieldLog log;
-    log.Kind = kind_;
+    FieldLog log = NewFieldLog(format_, logPath_);
     isLoaded_ = logPath_.empty();
     if (isLoaded_) return log;
     Guarded(context_.Messages, [&] {
@@ -94,17 +71,17 @@ FieldLog LogReview::LoadLog() {
             const PalmDatabase palm(files);
             const LogSources sources{files, context_.Databases, palm, context_.Time, isSigned};
             try {
-                log = ReadFieldLog(sources, kind_, logPath_, progress);
+                log = ReadFieldLog(sources, format_, logPath_, progress);
             } catch (const NoSuchTable& error) {
                 const std::string advice = OtherLoggerText(sources, logPath_);
                 throw RunTimeError(error.Number(), advice.empty() ? error.Place() : advice + "\n" + logPath_);
             }
             ArrangeForReview(log);
-            gapsAsLoaded_ = FindGaps(log);
+            gapsAsLoaded_ = FindGaps(RunsOf(log));
         };
         isLoaded_ = context_.Work.Run("Reading log " + LastComponent(logPath_), load);
     });
-    if (!isLoaded_) return NewFieldLog(kind_, logPath_);
+    if (!isLoaded_) return NewFieldLog(format_, logPath_);
     if (const std::string cut = CutText(log.DroppedBytes, log.MissingRecords); !cut.empty())
         context_.Messages.Tell(cut + "\n" + logPath_, MessageIcon::Warning);
     studyName_ = ToQt(StudyName(log));
@@ -154,8 +131,8 @@ QLayout* LogReview::BuildActions() {
     btnDeleteRow_ = AddButton("btnDeleteRow", QStringLiteral("&Delete Row"), "delete", QStringLiteral("Delete"));
     btnUndo_ = AddButton("btnUndo", QStringLiteral("&Undo"), "undo", QStringLiteral("Ctrl+Z"));
     btnRedo_ = AddButton("btnRedo", QStringLiteral("&Redo"), "redo", QStringLiteral("Ctrl+Y"));
-    btnExport2Excel_ = AddButton("btnExport2Excel", QStringLiteral("&Export"), "export-spreadsheet",
-                                 QLatin1String(ScreenOf(kind_).ExportTip));
+    btnExport2Excel_ =
+        AddButton("btnExport2Excel", QStringLiteral("&Export"), "export-spreadsheet", QLatin1String(screen_.ExportTip));
     btnExportAs_ = AddButton("btnExportAs", QStringLiteral("E&xport As..."), nullptr,
                              QStringLiteral("Export to a file of another name or kind: .xls, .xlsx or .csv"));
 
@@ -259,7 +236,7 @@ void LogReview::FindMissing(ReviewGrid::Search search) {
 
 void LogReview::CalculateSpeed() {
     const int row = model_.Grid().ActiveRow();
-    const int column = ReviewLayoutOf(kind_).RepairColumn;
+    const int column = format_.Columns().RepairColumn;
     const bool fills = row != 0 && model_.Grid().Number(row, column) == ReviewGrid::Missing;
     if (!fills) return ShowState(QStringLiteral("Row %1 has no -1 in column %2.").arg(row).arg(RepairColumn()));
     Change([](ReviewGrid& grid) { grid.CalculateSpeed(); },
@@ -396,8 +373,6 @@ void LogReview::ShowState(const QString& status) {
     for (QWidget* control : {cmdHelp_, BtnOk_, BtnCancel_}) control->setEnabled(!isRepairing_);
 }
 
-QString LogReview::RepairColumn() const {
-    return ToQt(model_.Grid().Column(ReviewLayoutOf(kind_).RepairColumn).Caption);
-}
+QString LogReview::RepairColumn() const { return ToQt(model_.Grid().Column(format_.Columns().RepairColumn).Caption); }
 
 }  // namespace vantor

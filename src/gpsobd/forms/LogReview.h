@@ -17,12 +17,12 @@ class QLayout;
 
 namespace vantor {
 
-/// The review of a log: frmGPSViewData, frmOBDViewData or frmGPSOBDViewData by the log's kind. Shows every
+/// The review of a log: frmGPSViewData, frmOBDViewData or frmGPSOBDViewData by the log's format. Shows every
 /// point, repairs missing values, deletes rows, exports the rows and, on OK, makes runs of them in the folder of
 /// temporary runs and writes the log back; it is accepted then.
 class LogReview : public QDialog {
 public:
-    LogReview(AppContext& context, LogKind kind, const LogChoice& log);
+    LogReview(AppContext& context, const LogFormat& format, const LogChoice& log);
 
     /// Rejected at once, without being shown, when the log could not be read, which was told then.
     int exec() override;
@@ -60,7 +60,8 @@ private:
     QString RepairColumn() const;
 
     AppContext& context_;
-    LogKind kind_;
+    const LogFormat& format_;
+    const ReviewScreen& screen_;
     const std::string logPath_;  ///< empty when no log was chosen
     bool isLoaded_ = false;
     bool isRepairing_ = false;

@@ -46,8 +46,8 @@ void ProcessEventsForAMoment() {
 
 }  // namespace
 
-LogSelect::LogSelect(AppContext& context, LogKind kind)
-    : context_(context), screen_(ScreenOf(kind)), listing_(context, kind) {
+LogSelect::LogSelect(AppContext& context, const LogFormat& format)
+    : context_(context), format_(format), screen_(*format.Screen), listing_(context, format) {
     setObjectName(QLatin1String(screen_.FormName));
     setWindowTitle(QLatin1String(screen_.Caption));
     choice_.Folder = AsFolder(context_.State.Paths.FieldDataPath);
@@ -223,7 +223,7 @@ void LogSelect::ListFolder(const std::string& folder) {
     emptyText_ = QStringLiteral("There are no %1 in this folder.").arg(QLatin1String(screen_.FilesListed));
     std::vector<std::string> fileNames;
     try {
-        fileNames = LogFilesIn(context_.Files, folder, screen_);
+        fileNames = LogFilesIn(context_.Files, folder, format_);
     } catch (const RunTimeError&) {
         const QString problem = FolderExists(context_.Files, folder) ? QStringLiteral("This folder cannot be read:")
                                                                      : QStringLiteral("This folder does not exist:");
@@ -239,7 +239,7 @@ void LogSelect::AddRow(const std::string& fileName) {
         const LogColumn shows = ColumnAt(column);
         std::string text;
         if (shows == LogColumn::FileName) text = BaseName(fileName);
-        if (shows == LogColumn::FileType) text = FileTypeOf(screen_, fileName).Mark;
+        if (shows == LogColumn::FileType) text = FileTypeOf(format_, fileName).Mark;
         if (shows == LogColumn::Extension) text = fileName.substr(BaseName(fileName).size());
         grid_->SetText(row, column, ToQt(text));
     }
@@ -309,9 +309,9 @@ int LogSelect::SelectedRow() const {
 const LogFileType& LogSelect::FileTypeAt(int row) const {
     const int column = ColumnOf(LogColumn::FileType);
     const std::string mark = column < 0 ? std::string() : FromQt(grid_->Text(row, column));
-    for (const LogFileType& type : screen_.FileTypes)
+    for (const LogFileType& type : format_.FileTypes)
         if (mark == type.Mark) return type;
-    return screen_.FileTypes.front();
+    return FileTypeOf(format_, {});
 }
 
 void LogSelect::Select() {

@@ -10,16 +10,16 @@
 #include "core/Choices.h"
 #include "core/forms/FolderTree.h"
 #include "core/forms/Table.h"
-#include "gpsobd/LogKinds.h"
+#include "gpsobd/LogScreens.h"
 #include "gpsobd/forms/LogListing.h"
 
 namespace vantor {
 
-/// The selection screen of a kind of logs, under the name of that kind's form. The logs are listed, and the screens of
-/// the handhelds offer to copy one from the device, when the screen is first shown.
+/// The selection screen of a format of logs, under the name of that format's form. The logs are listed, and the screens
+/// of the handhelds offer to copy one from the device, when the screen is first shown.
 class LogSelect : public QDialog {
 public:
-    LogSelect(AppContext& context, LogKind kind);
+    LogSelect(AppContext& context, const LogFormat& format);
     /// When it was accepted.
     const LogChoice& Choice() const { return choice_; }
     void done(int result) override;
@@ -52,6 +52,7 @@ private:
     void Select();
 
     AppContext& context_;
+    const LogFormat& format_;
     const LogScreen& screen_;
     LogListing listing_;
     FolderTree* tree_ = nullptr;

@@ -14,17 +14,19 @@ namespace {
 /// What is to be written, and what is asked about before.
 struct ReviewedRuns {
     FieldLog Log;
+    RunsOfLog Runs;
     std::vector<LogGap> Gaps;
     std::vector<std::string> TooLong;
     std::size_t Count = 0;  ///< without those that are too long
     NamesOfRuns MadeBefore;
 };
 
-ReviewedRuns RunsOf(const ReviewGrid& grid, const FileSystem& files, const std::string& folder) {
-    ReviewedRuns runs{grid.Edited(), grid.Gaps(), {}, 0, {}};
-    runs.TooLong = RunsTooLong(runs.Log);
-    runs.Count = PointsOfRuns(runs.Log).size() - runs.TooLong.size();
-    runs.MadeBefore = RunsMadeBefore(files, runs.Log, folder);
+ReviewedRuns ReviewedRunsOf(const ReviewGrid& grid, const FileSystem& files, const std::string& folder) {
+    ReviewedRuns runs{grid.Edited(), {}, grid.Gaps(), {}, 0, {}};
+    runs.Runs = RunsOf(runs.Log);
+    runs.TooLong = RunsTooLong(runs.Runs);
+    runs.Count = RunsAmong(runs.Runs.Points).size() - runs.TooLong.size();
+    runs.MadeBefore = RunsMadeBefore(files, runs.Runs, folder);
     return runs;
 }
 
@@ -86,16 +88,16 @@ void WriteLogBack(AppContext& context, const ReviewedRuns& runs) {
 bool WriteReview(AppContext& context, const ReviewGrid& grid) {
     const std::string& folder = context.State.Paths.TempRunsPath;
     ReviewedRuns runs;
-    const bool isWhole =
-        context.Work.Run("Looking at the runs of the log",
-                         [&, folder](FileSystem& files, const Progress&) { runs = RunsOf(grid, files, folder); });
+    const bool isWhole = context.Work.Run(
+        "Looking at the runs of the log",
+        [&, folder](FileSystem& files, const Progress&) { runs = ReviewedRunsOf(grid, files, folder); });
     if (!isWhole || !MayGoOn(context.Messages, runs)) return false;
     const std::optional<NamesOfRuns> replaced = AskAboutRunsMadeBefore(context, runs.MadeBefore);
     if (!replaced) return false;
     std::optional<LogRunsWritten> made;
     context.Work.Run("Making the runs of log " + runs.Log.Name,
                      [&, settings = context.State.Settings, folder](FileSystem& files, const Progress& progress) {
-                         made = WriteLogRuns(files, runs.Log, runs.Gaps, folder, settings, *replaced, progress);
+                         made = WriteLogRuns(files, runs.Runs, runs.Gaps, folder, settings, *replaced, progress);
                      });
     if (!made) return false;
     WriteLogBack(context, runs);

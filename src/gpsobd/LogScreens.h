@@ -6,6 +6,7 @@
 
 #include "core/LogKind.h"
 #include "core/ports/FileSystem.h"
+#include "gpsobd/LogFormat.h"
 
 namespace vantor {
 
@@ -15,12 +16,6 @@ enum class LogColumn { FileName, StudyDate, StartTime, EndTime, Runs, FileType, 
 struct LogColumnHead {
     const char* Caption;
     LogColumn Shows;
-};
-
-/// Files that a selection screen lists, and what stands in their FileType column.
-struct LogFileType {
-    const char* Extension;
-    const char* Mark;
 };
 
 /// How start and end times are shown.
@@ -37,7 +32,7 @@ struct LogDevice {
     const char* File;
 };
 
-/// A selection screen: all that one kind of log makes different.
+/// A selection screen, where logs of one format are chosen.
 struct LogScreen {
     LogKind Kind;
     const char* FormName;
@@ -46,18 +41,24 @@ struct LogScreen {
     const char* GridName;
     std::span<const LogColumnHead> Columns;
     bool IsFileTypeHidden;
-    std::span<const LogFileType> FileTypes;  ///< the first one stands where no file is chosen
     LogTimeLook Times;
     const char* FilesListed;  ///< "laptop GPS logs (.gdf, .gd2)"
     const LogDevice* Device;  ///< of the handheld kinds; otherwise null
 };
 const LogScreen& ScreenOf(LogKind kind);
 
-/// The type of a file by its extension; the first one for a file that the screen does not list.
-const LogFileType& FileTypeOf(const LogScreen& screen, const std::string& fileName);
+/// A review screen.
+struct ReviewScreen {
+    const char* FormName;
+    const char* Caption;
+    const char* GridName;
+    const char* ExportTip;
+};
+/// By the halves that its points have.
+const ReviewScreen& ReviewScreenOf(bool hasGps, bool hasObd);
 
-/// The names of the files in a folder that a screen lists, in name order. Error 76 when there is no such folder.
-std::vector<std::string> LogFilesIn(const FileSystem& files, const std::string& folder, const LogScreen& screen);
+/// The names of the files of a format in a folder, in name order. Error 76 when there is no such folder.
+std::vector<std::string> LogFilesIn(const FileSystem& files, const std::string& folder, const LogFormat& format);
 
 /// Empty for no valid date.
 std::string TimeText(LogTimeLook look, Date time, bool isOverDays);
