@@ -222,6 +222,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const CommandPorts
     AddRunCommands(program, chosen);
     AddCounterCommands(program, chosen);
     AddLogCommands(program, chosen);
+    AddTrackCommands(program, chosen);
     AddStudyCommands(program, chosen);
     AddJsonFlag(program, context.AsJson);
 

@@ -10,6 +10,8 @@
 #include "gpsobd/LogRuns.h"
 #include "gpsobd/PalmDatabase.h"
 #include "gpsobd/ReviewColumns.h"
+#include "gpsobd/TrackChoices.h"
+#include "gpsobd/TrackInbox.h"
 
 namespace vantor {
 namespace {
@@ -18,14 +20,24 @@ namespace {
 struct LogArguments {
     std::string Path;
     bool HasSignedCoordinates = false;
+    // Of tracks, which know neither zones nor runs.
+    std::string TimeZone = {};
+    std::optional<std::int32_t> CutSeconds = {};
 };
 
 /// The ways to read a log, for the length of a command.
 struct Sources {
     Sources(const CommandContext& context, const LogArguments& arguments)
         : Palm(context.Files),
-          All{context.Files, context.Databases, Palm, context.Time,
-              arguments.HasSignedCoordinates || HasSignedCoordinates(context.State.Choices)} {}
+          All{context.Files,
+              context.Databases,
+              Palm,
+              context.Time,
+              arguments.HasSignedCoordinates || HasSignedCoordinates(context.State.Choices),
+              TrackSourcesOf(context.State.Choices, context.OtherPrograms)} {
+        if (!arguments.TimeZone.empty()) All.Tracks.Zone = arguments.TimeZone;
+        if (arguments.CutSeconds) All.Tracks.Cuts.GapSeconds = *arguments.CutSeconds;
+    }
 
     PalmDatabase Palm;
     LogSources All;
@@ -125,6 +137,7 @@ int ConvertLog(CommandContext& context, const LogArguments& arguments, const std
     const std::string& path = arguments.Path;
     const RunsOfLog log = ReadRunsOfLog(sources.All, FormatOfFile(sources.All, path), path);
     NameCut(context.Err, log.Head);
+    for (const std::string& remark : log.Head.Remarks) context.Err << remark << ", in " << path << "\n";
     const std::vector<LogGap> gaps = fillsBySpeed ? std::vector<LogGap>() : FindGaps(log);
     NameGaps(context.Err, path, gaps);
     const auto written = WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings, {}, context.Work);
@@ -138,7 +151,62 @@ int ConvertLog(CommandContext& context, const LogArguments& arguments, const std
     return Done;
 }
 
+Json TrackJson(const InboxTrack& track) {
+    const RunHeader& header = track.Run.Header;
+    const bool isThere = track.Direction.empty();
+    return {{"number", track.Number},
+            {"start", json::Value(Date{header.RunDate.Days + header.RunTime.Days})},
+            {"seconds", header.SampleCount},
+            {"feet", header.RunLength},
+            {"direction", isThere ? Json(nullptr) : Json(track.Direction)},
+            {"flags", track.Flags}};
+}
+
+int ShowTracks(CommandContext& context, const LogArguments& arguments) {
+    const Sources sources(context, arguments);
+    const LogFormat& format = FormatOfFile(sources.All, arguments.Path);
+    const InboxFile file =
+        TracksOf(ReadRunsOfLog(sources.All, format, arguments.Path, context.Work), context.State.Settings);
+    Json tracks = Json::array();
+    for (const InboxTrack& track : file.Tracks) tracks.push_back(TrackJson(track));
+    context.Print({{"kind", format.Word}, {"remarks", file.Remarks}, {"tracks", std::move(tracks)}});
+    return Done;
+}
+
 }  // namespace
+
+void AddTrackCommands(CLI::App& program, CommandAction& chosen) {
+    CLI::App* group = program.add_subcommand("track", "Tracks of any receiver or phone, and logs");
+    group->fallthrough()->require_subcommand(1);
+    auto arguments = std::make_shared<LogArguments>();
+    auto folder = std::make_shared<std::string>();
+    auto paths = std::make_shared<std::vector<std::string>>();
+    const auto addOptions = [&](CLI::App& command) {
+        command.add_option("FILE", *paths, "Tracks and logs (" + LogExtensions(", ") + ", and what gpsbabel reads)")
+            ->required();
+        command.add_option("--time-zone", arguments->TimeZone,
+                           "The zone of the times that runs get, \"Europe/Berlin\"; this computer's at first");
+        command
+            .add_option("--cut", arguments->CutSeconds, "A new run begins after a gap of so many seconds; 300 at first")
+            ->transform(WholeNumber());
+    };
+    const auto each = [=](auto action) {
+        return [=](CommandContext& context) {
+            return DoEach(context, *paths, [&](CommandContext& its, const std::string& file) {
+                LogArguments of = *arguments;
+                of.Path = file;
+                return action(its, of);
+            });
+        };
+    };
+    addOptions(AddCommand(*group, chosen, "show", "The runs that a file would give, and what is to be looked at",
+                          each(ShowTracks)));
+    CLI::App& convert = AddCommand(
+        *group, chosen, "convert", "Make a run file of every run",
+        each([=](CommandContext& context, const LogArguments& of) { return ConvertLog(context, of, *folder, false); }));
+    addOptions(convert);
+    convert.add_option("--to", *folder, "The folder for the run files")->required();
+}
 
 void AddLogCommands(CLI::App& program, CommandAction& chosen) {
     CLI::App* group = program.add_subcommand("log", "The log of a GPS or OBD logger");

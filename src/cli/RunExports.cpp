@@ -12,7 +12,7 @@ int PutRuns(CommandContext& context, const std::vector<ExportedRun>& runs, const
                              "Samples are written as a .gpx, .geojson or .csv file."))
         return WrongUsage;
     const std::string zone = arguments.TimeZone.empty() ? context.Time.OwnZone() : arguments.TimeZone;
-    const auto bytes = ExportBytes(*form, runs, UniversalTimeIn(context.Time, zone), context.State.Settings);
+    const auto bytes = ExportBytes(*form, runs, TrackTimes(context.Time, zone), context.State.Settings);
     std::size_t seconds = 0;
     for (const ExportedRun& run : runs) seconds += run.Seconds.size();
     context.PutOutput(arguments.Output, bytes, {{"runs", runs.size()}, {"seconds", seconds}});

@@ -10,6 +10,7 @@
 #include "gpsobd/DeviceLog.h"
 #include "gpsobd/LaptopLog.h"
 #include "gpsobd/LogScreens.h"
+#include "gpsobd/TrackLog.h"
 
 namespace vantor {
 namespace {
@@ -28,7 +29,8 @@ std::string HeadOf(const FileSystem& files, const std::string& path) {
 
 std::span<const LogFormat> LogFormats() {
     static const std::array formats = {
-        GpsLaptopLog(), ObdLaptopLog(), GpsObdLog(), BattelleLog(), GpsHandheldLog(), ObdHandheldLog(),
+        GpsLaptopLog(),   ObdLaptopLog(),   GpsObdLog(), NmeaLog(), BattelleLog(),
+        GpsHandheldLog(), ObdHandheldLog(), GpxLog(),    CsvLog(),  ConvertedLog(),
     };
     return formats;
 }
@@ -75,12 +77,17 @@ const LogFormat& FormatOfFile(const LogSources& sources, const std::string& path
     return *named.back();
 }
 
-std::string LogExtensions(std::string_view last) {
-    std::vector<std::string_view> extensions;
+std::vector<std::string> LogExtensions() {
+    std::vector<std::string> extensions;
     for (const LogFormat& format : LogFormats())
         for (const LogFileType& type : format.FileTypes)
             if (std::ranges::find(extensions, type.Extension) == extensions.end())
                 extensions.emplace_back(type.Extension);
+    return extensions;
+}
+
+std::string LogExtensions(std::string_view last) {
+    const std::vector<std::string> extensions = LogExtensions();
     std::string text;
     for (std::size_t i = 0; i < extensions.size(); ++i) {
         if (i > 0) text += i + 1 == extensions.size() ? last : ", ";

@@ -13,8 +13,11 @@
 #include "core/Progress.h"
 #include "core/ports/Clock.h"
 #include "core/ports/FileSystem.h"
+#include "core/ports/Programs.h"
 #include "core/ports/RecordSet.h"
 #include "gpsobd/LogRecords.h"
+#include "tracks/CsvMapping.h"
+#include "tracks/TrackCut.h"
 
 namespace vantor {
 
@@ -24,6 +27,15 @@ struct LogScreen;
 struct ReviewLayout;
 struct ReviewScreen;
 
+/// How tracks that know no runs are read.
+struct TrackSources {
+    std::string Zone;  ///< of the times that runs get; the computer's own where it is empty
+    TrackCuts Cuts;
+    /// How the columns of a CSV file with this head are read, where the user has said it.
+    std::function<std::optional<CsvMapping>(const std::string& head)> KeptMapping;
+    const Programs* OtherPrograms = nullptr;  ///< of which one reads further forms; null for none
+};
+
 /// Ways to the outside that reading a log takes.
 struct LogSources {
     const FileSystem& Files;
@@ -32,6 +44,7 @@ struct LogSources {
     const Clock& Time;  ///< for logs without a date
     /// Positions keep their signs as read; otherwise longitudes are taken for western ones.
     bool HasSignedCoordinates = false;
+    TrackSources Tracks = {};
 };
 
 /// A point of a log on its way from the reader. A half that the format does not have is empty; run number, time, node,
@@ -52,8 +65,9 @@ struct LogHead {
     LogPrefix Prefix;        ///< as stored; of a source without one as it is written
     GpsLogHeader GpsHeader;  ///< GPS logs; of a source without one an empty one with the file's name as its names
     ObdLogHeader ObdHeader;  ///< OBD and combined logs
-    std::uint64_t DroppedBytes = 0;  ///< of an incomplete last record
-    std::size_t MissingRecords = 0;  ///< that a handheld's database tells of and does not hold whole
+    std::uint64_t DroppedBytes = 0;         ///< of an incomplete last record
+    std::size_t MissingRecords = 0;         ///< that a handheld's database tells of and does not hold whole
+    std::vector<std::string> Remarks = {};  ///< what a reader of the figures should know of the file
 };
 
 /// What the selection screens tell of a log.
@@ -134,7 +148,9 @@ std::vector<const LogFormat*> FormatsNamedAs(std::string_view path, std::span<co
 const LogFormat& FormatOfFile(const LogSources& sources, const std::string& path,
                               std::span<const LogFormat> formats = LogFormats());
 
-/// Every extension of logs once, divided by ", " but the last one by `last`.
+/// Every extension of logs once.
+std::vector<std::string> LogExtensions();
+/// The same in a sentence, divided by ", " but the last one by `last`.
 std::string LogExtensions(std::string_view last);
 
 /// Gives the points of a log to a sink, those outside any run left out. Errors as of ReadLogSummary (FieldLog.h).

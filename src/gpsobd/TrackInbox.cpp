@@ -81,6 +81,16 @@ bool IsSameDrive(const RunRecord& left, const RunRecord& right) {
            left.Header.RunDate == right.Header.RunDate && left.SampleValues == right.SampleValues;
 }
 
+/// Its own, else the one driven, which goes into its notes as one of a log.
+void TellDirection(InboxTrack& track) {
+    std::string& notes = track.Run.Header.Notes;
+    track.Direction = DirectionFromLog(notes);
+    if (!track.Direction.empty()) return;
+    track.Direction = DirectionDriven(track.Run);
+    if (!track.Direction.empty())
+        notes = std::string(DirectionNote) + track.Direction + (notes.empty() ? "" : "; ") + notes;
+}
+
 }  // namespace
 
 std::string DirectionDriven(const RunRecord& run) {
@@ -99,25 +109,23 @@ std::string DirectionDriven(const RunRecord& run) {
     return east > 0 ? "EB" : "WB";
 }
 
-InboxFile TracksOf(FieldLog log, const AppSettings& settings) {
-    ArrangeForReview(log);
+InboxFile TracksOf(const RunsOfLog& log, const AppSettings& settings) {
     InboxFile file;
+    const std::string path = log.Head.Folder + log.Head.Name + log.Head.Extension;
+    for (const std::string& remark : log.Head.Remarks) file.Remarks.push_back(LastComponent(path) + ": " + remark);
     const std::vector<LogGap> gaps = FindGaps(log);
-    for (const auto& [number, points] : PointsOfRuns(log)) {
-        InboxTrack track{log.Folder + log.Name + log.Extension, number, {}, {}, {}};
+    for (const RunPoints points : RunsAmong(log.Points)) {
+        InboxTrack track;
+        track.Path = path;
+        track.Number = points.front().RunNumber;
         try {
-            track.Run = MakeRun(log, points, gaps, settings);
+            track.Run = MakeRun(log.Head, points, gaps, settings);
         } catch (const RunTimeError& error) {
-            file.Problems.push_back(error.Message());
+            file.Remarks.push_back(LastComponent(path) + ": " + error.Place());
             continue;
         }
-        RunHeader& header = track.Run.Header;
-        track.Direction = DirectionFromLog(header.Notes);
-        if (track.Direction.empty()) track.Direction = DirectionDriven(track.Run);
-        if (!track.Direction.empty() && DirectionFromLog(header.Notes).empty())
-            header.Notes =
-                std::string(DirectionNote) + track.Direction + (header.Notes.empty() ? "" : "; ") + header.Notes;
-        track.Flags = FlagsOf(track.Run, GapsOfRun(gaps, static_cast<std::int16_t>(number)), settings);
+        TellDirection(track);
+        track.Flags = FlagsOf(track.Run, GapsOfRun(gaps, points.front().RunNumber), settings);
         file.Tracks.push_back(std::move(track));
     }
     return file;
@@ -127,16 +135,14 @@ InboxFile ReadTracks(const LogSources& sources, const std::string& path, const A
                      const Progress& progress) {
     InboxFile file;
     try {
-        file = TracksOf(ReadFieldLog(sources, LogKindOf(sources, path), path, progress), settings);
-        if (file.Tracks.empty() && file.Problems.empty())
-            file.Problems.push_back(LastComponent(path) + " has no track.");
+        const RunsOfLog log = ReadRunsOfLog(sources, FormatOfFile(sources, path), path, progress);
+        file = TracksOf(log, settings);
+        if (file.Tracks.empty() && file.Remarks.empty()) file.Remarks.push_back(LastComponent(path) + " has no track.");
     } catch (const RunTimeError& error) {
-        file.Problems.push_back(error.Message());
+        file.Remarks.push_back(LastComponent(path) + ": " + error.Message());
     }
     return file;
 }
-
-std::vector<std::string> TrackExtensions() { return {".gdf", ".gd2", ".odf", ".od2", ".ddf", ".txt", ".mdb", ".pdb"}; }
 
 std::vector<SameRun> SameRuns(const FileSystem& files, const std::string& groupFolder,
                               std::span<const InboxTrack> tracks, const Progress& progress) {

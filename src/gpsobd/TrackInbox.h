@@ -12,7 +12,7 @@
 #include "core/RunRecords.h"
 #include "core/Units.h"
 #include "core/ports/FileSystem.h"
-#include "gpsobd/FieldLog.h"
+#include "gpsobd/LogPoints.h"
 
 namespace vantor {
 
@@ -27,17 +27,15 @@ struct InboxTrack {
     std::vector<std::string> Flags;
 };
 
-/// The runs of a log, in the order of their numbers. What a run cannot be made of stands in `problems`.
+/// What a file gives.
 struct InboxFile {
-    std::vector<InboxTrack> Tracks;
-    std::vector<std::string> Problems;
+    std::vector<InboxTrack> Tracks;    ///< in the order of their numbers
+    std::vector<std::string> Remarks;  ///< each with the name of the file: what it lacks, why it gives none
 };
-InboxFile TracksOf(FieldLog log, const AppSettings& settings);
-/// Reads a file of any kind that has tracks; why it could not be read is a problem.
+InboxFile TracksOf(const RunsOfLog& log, const AppSettings& settings);
+/// Reads a file of any kind that has tracks; why it could not be read is a remark.
 InboxFile ReadTracks(const LogSources& sources, const std::string& path, const AppSettings& settings,
                      const Progress& progress = {});
-/// Of the files that have tracks.
-std::vector<std::string> TrackExtensions();
 
 /// Speeds rise and fall by at most this much in a second.
 inline constexpr double MostMphASecond = 15;

@@ -71,7 +71,7 @@ CsvColumn ColumnOf(const HeadWords& words) {
     if (words.HasAny({"hdop"}) || words.HasBoth("horizontal", "dilution")) return CsvColumn::HDOP;
     if (words.HasAny({"fix", "quality"})) return CsvColumn::Fix;
     if (words.HasAny({"node", "mark", "marker"})) return CsvColumn::Node;
-    if (words.HasAny({"segment", "seg", "track"})) return CsvColumn::Segment;
+    if (words.HasAny({"segment", "seg", "track", "run"})) return CsvColumn::Segment;
     // A unit alone is the head of a speed.
     return words.HasAny({"kmh", "kph", "mph", "mps"}) ? CsvColumn::Speed : CsvColumn::Other;
 }

@@ -9,91 +9,78 @@
 namespace vantor {
 namespace {
 
-constexpr const char *Program = "gpsbabel";
+constexpr const char* Program = "gpsbabel";
 /// Forms that the program reads by itself, and one that is a name for any text.
 constexpr std::array OwnWords = {"gpx", "nmea", "unicsv", "csv"};
 
-std::string AllOf(InputFile &file) {
-  constexpr std::size_t Piece = 64 * 1024;
-  std::string text;
-  for (std::size_t got = Piece; got == Piece;) {
-    const std::size_t before = text.size();
-    text.resize(before + Piece);
-    got = file.Read(std::as_writable_bytes(std::span(text).subspan(before)));
-    text.resize(before + got);
-  }
-  return text;
+std::string AllOf(InputFile& file) {
+    constexpr std::size_t Piece = 64 * 1024;
+    std::string text;
+    for (std::size_t got = Piece; got == Piece;) {
+        const std::size_t before = text.size();
+        text.resize(before + Piece);
+        got = file.Read(std::as_writable_bytes(std::span(text).subspan(before)));
+        text.resize(before + got);
+    }
+    return text;
 }
 
-std::vector<std::string> Parts(const std::string &text, char separator) {
-  std::vector<std::string> parts(1);
-  for (const char character : text) {
-    if (character == separator)
-      parts.emplace_back();
-    else
-      parts.back() += character;
-  }
-  return parts;
+std::vector<std::string> Parts(const std::string& text, char separator) {
+    std::vector<std::string> parts(1);
+    for (const char character : text) {
+        if (character == separator)
+            parts.emplace_back();
+        else
+            parts.back() += character;
+    }
+    return parts;
 }
 
-} // namespace
+}  // namespace
 
-std::vector<BabelForm> BabelFormsOf(const std::string &list) {
-  // "file", what it reads and writes of waypoints, tracks and routes
-  // ("r-rw--"), its word, its extensions, its name.
-  enum { Kind, Abilities, Word, Extensions, Name, Columns };
-  constexpr std::size_t ReadsTracks = 2;
-  std::vector<BabelForm> forms;
-  for (const std::string &line : Parts(list, '\n')) {
-    const std::vector<std::string> fields = Parts(line, '\t');
-    if (fields.size() < Columns || fields[Kind] != "file" ||
-        fields[Abilities].size() <= ReadsTracks)
-      continue;
-    if (fields[Abilities][ReadsTracks] != 'r' ||
-        std::ranges::count(OwnWords, fields[Word]) > 0)
-      continue;
-    BabelForm form{fields[Word], {}, std::string(Trim(fields[Name]))};
-    for (const std::string &extension : Parts(fields[Extensions], '/'))
-      if (!extension.empty())
-        form.Extensions.push_back("." + extension);
-    forms.push_back(std::move(form));
-  }
-  return forms;
+std::vector<BabelForm> BabelFormsOf(const std::string& list) {
+    // "file", what it reads and writes of waypoints, tracks and routes
+    // ("r-rw--"), its word, its extensions, its name.
+    enum { Kind, Abilities, Word, Extensions, Name, Columns };
+    constexpr std::size_t ReadsTracks = 2;
+    std::vector<BabelForm> forms;
+    for (const std::string& line : Parts(list, '\n')) {
+        const std::vector<std::string> fields = Parts(line, '\t');
+        if (fields.size() < Columns || fields[Kind] != "file" || fields[Abilities].size() <= ReadsTracks) continue;
+        if (fields[Abilities][ReadsTracks] != 'r' || std::ranges::count(OwnWords, fields[Word]) > 0) continue;
+        BabelForm form{fields[Word], {}, std::string(Trim(fields[Name]))};
+        for (const std::string& extension : Parts(fields[Extensions], '/'))
+            if (!extension.empty()) form.Extensions.push_back("." + extension);
+        forms.push_back(std::move(form));
+    }
+    return forms;
 }
 
-std::vector<BabelForm> BabelForms(const Programs &programs) {
-  constexpr ProgramLimits Limits{std::chrono::seconds(10), 1 << 20};
-  const auto program = programs.Start(Program, {"-^3"}, Limits);
-  return program == nullptr ? std::vector<BabelForm>()
-                            : BabelFormsOf(AllOf(*program));
+std::vector<BabelForm> BabelForms(const Programs& programs) {
+    constexpr ProgramLimits Limits{std::chrono::seconds(10), 1 << 20};
+    const auto program = programs.Start(Program, {"-^3"}, Limits);
+    return program == nullptr ? std::vector<BabelForm>() : BabelFormsOf(AllOf(*program));
 }
 
-std::vector<BabelForm> FormsOf(const std::vector<BabelForm> &forms,
-                               const std::string &path) {
-  std::vector<BabelForm> fitting;
-  for (const BabelForm &form : forms)
-    if (std::ranges::any_of(form.Extensions, [&](const std::string &extension) {
-          return HasExtension(path, extension);
-        }))
-      fitting.push_back(form);
-  return fitting;
+std::vector<BabelForm> FormsOf(const std::vector<BabelForm>& forms, const std::string& path) {
+    std::vector<BabelForm> fitting;
+    for (const BabelForm& form : forms)
+        if (std::ranges::any_of(form.Extensions,
+                                [&](const std::string& extension) { return HasExtension(path, extension); }))
+            fitting.push_back(form);
+    return fitting;
 }
 
-std::string MissingBabelText(const std::string &path) {
-  return "This form of track is read with the help of the program gpsbabel, "
-         "which is not installed.\nInstall the "
-         "package gpsbabel, or save the track as GPX, NMEA or CSV.\n" +
-         path;
+std::string MissingBabelText(const std::string& path) {
+    return "This form of track is read with the help of the program gpsbabel, "
+           "which is not installed.\nInstall the "
+           "package gpsbabel, or save the track as GPX, NMEA or CSV.\n" +
+           path;
 }
 
-std::unique_ptr<RunningProgram> ReadAsGpx(const Programs &programs,
-                                          const BabelForm &form,
-                                          const std::string &path,
-                                          const ProgramLimits &limits) {
-  return programs.Start(
-      Program,
-      {"-t", "-i", form.Word, "-f", path, "-o", "gpx,gpxver=1.0", "-F", "-"},
-      limits);
+std::unique_ptr<RunningProgram> ReadAsGpx(const Programs& programs, const BabelForm& form, const std::string& path,
+                                          const ProgramLimits& limits) {
+    return programs.Start(Program, {"-t", "-i", form.Word, "-f", path, "-o", "gpx,gpxver=1.0", "-F", "-"}, limits);
 }
 
-} // namespace vantor
+}  // namespace vantor

@@ -83,6 +83,9 @@ void GpxPoint::SetElement(std::string_view localName, std::string_view text) {
         fill(point_.HDOP, TrackNumber(text));
     } else if (localName == "sat") {
         if (const int satellites = DigitsOf(Trim(text)); satellites >= 0) point_.Satellites = satellites;
+    } else if (localName == "node") {
+        // Of this program's own files: the name of a node.
+        point_.Node = 1;
     } else if (localName == "fix") {
         const std::string_view fix = Trim(text);
         isVoid_ = fix == "none";

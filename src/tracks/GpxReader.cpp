@@ -272,17 +272,22 @@ bool LooksLikeGpx(std::string_view head, std::string_view) {
 
 TrackSummary ReadGpx(const FileSystem& files, const std::string& path, const TrackSink& sink,
                      const Progress& progress) {
+    return ReadGpx(*files.Open(path), path, sink, progress);
+}
+
+TrackSummary ReadGpx(InputFile& file, const std::string& path, const TrackSink& sink, const Progress& progress) {
     TrackSummary summary;
     GpxParser parser(path, sink, summary);
-    const auto file = files.Open(path);
-    std::vector<char> piece(std::min<std::uint64_t>(PieceSize, file->Size()) + 1);
+    // What another program writes has no size before its end.
+    const std::uint64_t size = file.Size();
+    std::vector<char> piece((size == 0 ? PieceSize : std::min<std::uint64_t>(PieceSize, size)) + 1);
     std::uint64_t done = 0;
     for (bool isLast = false; !isLast;) {
-        const std::size_t count = file->Read(std::as_writable_bytes(std::span(piece)));
+        const std::size_t count = file.Read(std::as_writable_bytes(std::span(piece)));
         isLast = count < piece.size();
         done += count;
         if (!parser.Feed({piece.data(), count}, isLast)) break;
-        if (!progress(std::min(done, file->Size()), file->Size())) {
+        if (!progress(std::min(done, size), size + 1)) {
             summary.IsStopped = true;
             break;
         }

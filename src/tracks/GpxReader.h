@@ -22,4 +22,7 @@ bool LooksLikeGpx(std::string_view head, std::string_view name);
 TrackSummary ReadGpx(const FileSystem& files, const std::string& path, const TrackSink& sink,
                      const Progress& progress = {});
 
+/// The same of what another program writes; `path` is what its messages name.
+TrackSummary ReadGpx(InputFile& file, const std::string& path, const TrackSink& sink, const Progress& progress = {});
+
 }  // namespace vantor

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -10,60 +9,45 @@
 #include "core/Csv.h"
 #include "core/Position.h"
 #include "core/RunRecords.h"
-#include "core/ports/Clock.h"
+#include "tracks/TrackTimes.h"
 
 namespace vantor {
 
 /// A second of a run as other programs take it.
 struct ExportedSecond {
-  Date Time; ///< local
-  std::optional<Position> At;
-  float Speed = 0; ///< mph
-  std::int32_t Feet =
-      0; ///< from the start of the run to the end of this second
-  std::optional<float> Course; ///< degrees
-  bool IsNode = false;
-  std::string Node; ///< its name, "Node 3" where it has none
-  std::string Key;  ///< that was pressed
+    Date Time;  ///< local
+    std::optional<Position> At;
+    float Speed = 0;              ///< mph
+    std::int32_t Feet = 0;        ///< from the start of the run to the end of this second
+    std::optional<float> Course;  ///< degrees
+    bool IsNode = false;
+    std::string Node;  ///< its name, "Node 3" where it has none
+    std::string Key;   ///< that was pressed
 };
 
 struct ExportedRun {
-  std::string Name;
-  std::vector<ExportedSecond> Seconds;
+    std::string Name;
+    std::vector<ExportedSecond> Seconds;
 
-  bool HasPositions() const;
+    bool HasPositions() const;
 };
-ExportedRun ExportOf(const RunRecord &run, const AppSettings &settings);
+ExportedRun ExportOf(const RunRecord& run, const AppSettings& settings);
 
 /// What runs may be written as beside their own form.
 enum class ExportForm { Gpx, GeoJson, Csv };
 /// By the extension of a file: ".gpx", ".geojson" or ".json", ".csv".
-std::optional<ExportForm> ExportFormOf(const std::string &path);
+std::optional<ExportForm> ExportFormOf(const std::string& path);
 
-/// Seconds since 1970 in universal time of a local date.
-using UniversalTimeOf = std::function<double(Date local)>;
-/// Of the local times of a zone. Error 13 for a zone that is not known. The
-/// clock must outlive it.
-UniversalTimeOf UniversalTimeIn(const Clock &clock, const std::string &zone);
+/// GPX 1.1: a track a run, of its seconds with a position; nodes are waypoints and marked in their track points, speeds
+/// and courses stand in the extension that receivers use.
+std::string GpxText(std::span<const ExportedRun> runs, const TrackTimes& times);
+/// A FeatureCollection: a LineString a run, with the time, speed (mph) and distance (ft) of each of its places as
+/// lists, and a Point a node.
+std::string GeoJsonText(std::span<const ExportedRun> runs, const TrackTimes& times);
+/// What runs are written as in a form. Error 13 for GPX and GeoJSON of a run without positions, which it names.
+std::vector<std::byte> ExportBytes(ExportForm form, std::span<const ExportedRun> runs, const TrackTimes& times,
+                                   const AppSettings& settings);
+/// A row a second, local times, in the units of the settings; positions are left empty where there are none.
+std::vector<SheetRow> SampleRows(std::span<const ExportedRun> runs, const AppSettings& settings);
 
-/// GPX 1.1: a track a run, of its seconds with a position; nodes are waypoints
-/// and names of track points, speeds and courses stand in the extension that
-/// receivers use.
-std::string GpxText(std::span<const ExportedRun> runs,
-                    const UniversalTimeOf &universal);
-/// A FeatureCollection: a LineString a run, with the time, speed (mph) and
-/// distance (ft) of each of its places as lists, and a Point a node.
-std::string GeoJsonText(std::span<const ExportedRun> runs,
-                        const UniversalTimeOf &universal);
-/// What runs are written as in a form. Error 13 for GPX and GeoJSON of a run
-/// without positions, which it names.
-std::vector<std::byte> ExportBytes(ExportForm form,
-                                   std::span<const ExportedRun> runs,
-                                   const UniversalTimeOf &universal,
-                                   const AppSettings &settings);
-/// A row a second, local times, in the units of the settings; positions are
-/// left empty where there are none.
-std::vector<SheetRow> SampleRows(std::span<const ExportedRun> runs,
-                                 const AppSettings &settings);
-
-} // namespace vantor
+}  // namespace vantor

@@ -21,6 +21,7 @@
 #include "gpsobd/LogPoints.h"
 #include "gpsobd/LogScreens.h"
 #include "gpsobd/PalmDatabase.h"
+#include "gpsobd/TrackChoices.h"
 #include "gpsobd/forms/ReviewRuns.h"
 
 namespace vantor {
@@ -67,9 +68,10 @@ FieldLog LogReview::LoadLog() {
     if (isLoaded_) return log;
     Guarded(context_.Messages, [&] {
         const bool isSigned = HasSignedCoordinates(context_.State.Choices);
+        const TrackSources tracks = TrackSourcesOf(context_.State.Choices, context_.OtherPrograms);
         const auto load = [&](FileSystem& files, const Progress& progress) {
             const PalmDatabase palm(files);
-            const LogSources sources{files, context_.Databases, palm, context_.Time, isSigned};
+            const LogSources sources{files, context_.Databases, palm, context_.Time, isSigned, tracks};
             try {
                 log = ReadFieldLog(sources, format_, logPath_, progress);
             } catch (const NoSuchTable& error) {

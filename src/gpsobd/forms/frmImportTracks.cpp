@@ -6,6 +6,7 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "core/LoggerChoices.h"
 #include "core/Paths.h"
@@ -20,6 +21,7 @@
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
 #include "gpsobd/PalmDatabase.h"
+#include "gpsobd/TrackChoices.h"
 #include "gpsobd/forms/SpeedPictures.h"
 
 namespace vantor {
@@ -69,8 +71,8 @@ frmImportTracks::frmImportTracks(AppContext& context, const std::vector<std::str
     parts->setStretchFactor(1, 2);
     parts->setChildrenCollapsible(false);
     column->addWidget(parts, 1);
-    lblProblems_ = Named<WrappedLabel>(this, "lblProblems");
-    column->addWidget(lblProblems_);
+    lblRemarks_ = Named<WrappedLabel>(this, "lblRemarks");
+    column->addWidget(lblRemarks_);
     column->addLayout(BuildFoot());
     ConnectControls();
     resize(1120, 640);
@@ -93,8 +95,16 @@ QLayout* frmImportTracks::BuildHead() {
     txtBaseName_->setText(ToQt(ChoiceOf(state.Choices, BaseNameKey)));
     txtBaseName_->setPlaceholderText(QStringLiteral("as the Study Group"));
     txtBaseName_->setToolTip(QStringLiteral("Runs are named after it, their direction and the next free number"));
+    BuildReading();
     btnAddFiles_ = Named<QPushButton>(this, "btnAddFiles", QStringLiteral("Add &Files..."));
     btnAddFiles_->setAutoDefault(false);
+    auto* how = new QHBoxLayout;
+    how->addWidget(LabelFor(cmbZone_, QStringLiteral("Times of tracks in &zone")));
+    how->addWidget(cmbZone_);
+    how->addSpacing(8);
+    how->addWidget(LabelFor(spnGap_, QStringLiteral("A new run &after a gap of")));
+    how->addWidget(spnGap_);
+    how->addStretch();
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(cmbGroup_, QStringLiteral("&Study Group")));
     row->addWidget(cmbGroup_);
@@ -103,7 +113,29 @@ QLayout* frmImportTracks::BuildHead() {
     row->addWidget(txtBaseName_, 1);
     row->addSpacing(8);
     row->addWidget(btnAddFiles_);
-    return row;
+    auto* rows = new QVBoxLayout;
+    rows->addLayout(row);
+    rows->addLayout(how);
+    return rows;
+}
+
+/// How tracks that know neither zones nor runs are read.
+void frmImportTracks::BuildReading() {
+    const UserChoices& choices = context_.State.Choices;
+    cmbZone_ = Named<QComboBox>(this, "cmbZone");
+    cmbZone_->addItem(QStringLiteral("this computer's, ") + ToQt(context_.Time.OwnZone()), QString());
+    for (const std::string& zone : context_.Time.ZoneNames()) cmbZone_->addItem(ToQt(zone), ToQt(zone));
+    cmbZone_->setCurrentIndex(std::max(0, cmbZone_->findData(ToQt(ChoiceOf(choices, TrackZoneKey)))));
+    cmbZone_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    constexpr int ZoneLetters = 28;
+    cmbZone_->setMinimumContentsLength(ZoneLetters);
+    cmbZone_->setToolTip(QStringLiteral("Receivers and phones tell universal time; runs have the time of a clock"));
+    constexpr int LongestGap = 86400;
+    spnGap_ = Named<QSpinBox>(this, "spnGap");
+    spnGap_->setRange(1, LongestGap);
+    spnGap_->setSuffix(QStringLiteral(" s"));
+    spnGap_->setValue(static_cast<int>(TrackGapOf(choices)));
+    spnGap_->setKeyboardTracking(false);
 }
 
 QLayout* frmImportTracks::BuildFoot() {
@@ -130,6 +162,8 @@ void frmImportTracks::ConnectControls() {
     Connect(cmbGroup_, &QComboBox::activated, this, messages, [this] { TakeGroup(); });
     Connect(cmbGroup_->lineEdit(), &QLineEdit::editingFinished, this, messages, [this] { TakeGroup(); });
     Connect(txtBaseName_, &QLineEdit::textChanged, this, messages, [this] { ShowNames(); });
+    Connect(cmbZone_, &QComboBox::activated, this, messages, [this] { ReadAgain(); });
+    Connect(spnGap_, &QSpinBox::valueChanged, this, messages, [this] { ReadAgain(); });
     Connect(vaTracks_, &QTableWidget::itemChanged, this, messages, [this](QTableWidgetItem* item) {
         if (item->column() == Name) TakeTypedName(static_cast<std::size_t>(item->row()), FromQt(item->text()));
         ShowNames();
@@ -141,22 +175,24 @@ void frmImportTracks::ConnectControls() {
 
 void frmImportTracks::AskForFiles() {
     AddFiles(context_.DesktopServices.ChooseFilesToOpen(context_.State.Paths.FieldDataPath, "Add Tracks", "Tracks",
-                                                        TrackExtensions()));
+                                                        LogExtensions()));
 }
 
 void frmImportTracks::AddFiles(const std::vector<std::string>& paths) {
     std::vector<InboxFile> read;
+    paths_.insert(paths_.end(), paths.begin(), paths.end());
     const bool isSigned = HasSignedCoordinates(context_.State.Choices);
+    const TrackSources choices = TrackSourcesOf(context_.State.Choices, context_.OtherPrograms);
     const auto readAll = [&, settings = context_.State.Settings](FileSystem& files, const Progress& progress) {
         const PalmDatabase palm(files);
-        const LogSources sources{files, context_.Databases, palm, context_.Time, isSigned};
+        const LogSources sources{files, context_.Databases, palm, context_.Time, isSigned, choices};
         for (std::size_t i = 0; i < paths.size() && progress(i, paths.size()); ++i)
             read.push_back(ReadTracks(sources, paths[i], settings, progress.PartOf(i, paths.size())));
     };
     if (!paths.empty()) context_.Work.Run("Reading tracks", readAll);
     for (InboxFile& file : read) {
         std::ranges::move(file.Tracks, std::back_inserter(tracks_));
-        std::ranges::move(file.Problems, std::back_inserter(problems_));
+        std::ranges::move(file.Remarks, std::back_inserter(remarks_));
     }
     const std::size_t before = rows_.size();
     for (std::size_t i = before; i < tracks_.size(); ++i)
@@ -164,6 +200,18 @@ void frmImportTracks::AddFiles(const std::vector<std::string>& paths) {
     FindSameRuns();
     for (std::size_t i = before; i < rows_.size(); ++i) rows_[i].IsTaken = IsWithoutFlags(i);
     ShowTracks();
+}
+
+/// The files, in another zone or cut in another way.
+void frmImportTracks::ReadAgain() {
+    context_.State.Choices = StoreUserChoices(
+        context_.Files,
+        {{TrackZoneKey, FromQt(cmbZone_->currentData().toString())}, {TrackGapKey, std::to_string(spnGap_->value())}});
+    const std::vector<std::string> paths = std::exchange(paths_, {});
+    tracks_.clear();
+    rows_.clear();
+    remarks_.clear();
+    AddFiles(paths);
 }
 
 bool frmImportTracks::IsWithoutFlags(std::size_t index) const {
@@ -208,8 +256,8 @@ void frmImportTracks::ShowTracks() {
         vaTracks_->setSortingEnabled(false);
         vaTracks_->setCurrentCell(std::clamp(current, 0, std::max(0, vaTracks_->rowCount() - 1)), File);
     }
-    lblProblems_->setText(ToQt(Joined(problems_, "\n")));
-    lblProblems_->setVisible(!problems_.empty());
+    lblRemarks_->setText(ToQt(Joined(remarks_, "\n")));
+    lblRemarks_->setVisible(!remarks_.empty());
     btnUnflagged_->setEnabled(!tracks_.empty());
     ShowNames();
     ShowChosen();

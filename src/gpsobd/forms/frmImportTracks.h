@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSpinBox>
 #include <map>
 #include <string>
 #include <vector>
@@ -45,7 +46,9 @@ private:
 
     QLayout* BuildHead();
     QLayout* BuildFoot();
+    void BuildReading();
     void ConnectControls();
+    void ReadAgain();
     void AskForFiles();
     void TakeGroup();
     void FindSameRuns();
@@ -63,17 +66,20 @@ private:
     bool WriteTicked();
 
     AppContext& context_;
+    std::vector<std::string> paths_;  ///< as they were added
     std::vector<InboxTrack> tracks_;
     std::vector<InboxRow> rows_;  ///< of the tracks
     std::vector<std::string> namesInGroup_;
-    std::vector<std::string> problems_;
+    std::vector<std::string> remarks_;
     RunsForStudy forStudy_;
     QComboBox* cmbGroup_ = nullptr;
     QLineEdit* txtBaseName_ = nullptr;
+    QComboBox* cmbZone_ = nullptr;
+    QSpinBox* spnGap_ = nullptr;
     QPushButton* btnAddFiles_ = nullptr;
     TickList* vaTracks_ = nullptr;
     ProfileView* profile_ = nullptr;
-    WrappedLabel* lblProblems_ = nullptr;
+    WrappedLabel* lblRemarks_ = nullptr;
     QPushButton* btnUnflagged_ = nullptr;
     QCheckBox* chkForStudy_ = nullptr;
     TickButtons* buttons_ = nullptr;

@@ -1,0 +1,244 @@
+#include "gpsobd/TrackLog.h"
+
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "core/Numeric.h"
+#include "core/Paths.h"
+#include "core/RunTimeError.h"
+#include "core/Text.h"
+#include "gpsobd/FieldLog.h"
+#include "gpsobd/LaptopLog.h"
+#include "gpsobd/LogScreens.h"
+#include "gpsobd/ReviewColumns.h"
+#include "tracks/CsvReader.h"
+#include "tracks/GpsBabel.h"
+#include "tracks/GpxReader.h"
+#include "tracks/NmeaReader.h"
+#include "tracks/TrackRuns.h"
+#include "tracks/TrackTimes.h"
+
+namespace vantor {
+namespace {
+
+using ReadTrack = TrackSummary (*)(const LogSources& sources, const std::string& path, const TrackSink& sink,
+                                   const Progress& progress);
+
+std::string ZoneOf(const LogSources& sources) {
+    return sources.Tracks.Zone.empty() ? sources.Time.OwnZone() : sources.Tracks.Zone;
+}
+
+GpsPoint GpsPointOf(const TrackPoint& point, std::int16_t run, const TrackTimes& times) {
+    GpsPoint gps = MissingGpsPoint();
+    gps.RunNumber = run;
+    gps.DateTime = times.LocalOf(*point.Time);
+    if (point.Position) {
+        gps.Latitude = point.Position->Latitude;
+        gps.Longitude = point.Position->Longitude;
+    }
+    if (point.Speed) gps.Speed = static_cast<float>(*point.Speed);
+    if (point.Course) gps.Heading = static_cast<float>(*point.Course);
+    if (point.FixQuality) gps.FixQuality = Round16(*point.FixQuality);
+    if (point.Satellites) gps.SatUsed = Round16(*point.Satellites);
+    if (point.HDOP) gps.HDOP = static_cast<float>(*point.HDOP);
+    gps.Node = point.Node;
+    return gps;
+}
+
+std::string CountText(std::uint64_t count, const char* one, const char* many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+/// What a reader of the figures should know of the file.
+std::vector<std::string> RemarksOf(const TrackSummary& summary, const TrackRuns& runs) {
+    std::vector<std::string> remarks;
+    const FilledSpeeds& speeds = runs.Speeds();
+    if (speeds.FromPositions + speeds.Standing > 0)
+        remarks.push_back(speeds.Told == 0
+                              ? "its speeds are from its positions"
+                              : CountText(speeds.FromPositions, "speed is", "speeds are") + " from the positions");
+    if (speeds.None > 0)
+        remarks.push_back(CountText(speeds.None, "point has", "points have") + " neither speed nor position");
+    if (summary.Broken > 0)
+        remarks.push_back(CountText(summary.Broken, "line", "lines") + " passed over, the first in line " +
+                          std::to_string(summary.FirstBrokenLine) + ": " + summary.FirstBrokenReason);
+    if (summary.Void > 0) remarks.push_back(CountText(summary.Void, "point", "points") + " without a fix passed over");
+    if (summary.OutOfOrder > 0)
+        remarks.push_back(CountText(summary.OutOfOrder, "point", "points") +
+                          " earlier than the one before passed over");
+    if (summary.WithoutTime > 0)
+        remarks.push_back(CountText(summary.WithoutTime, "point", "points") + " without a time passed over");
+    if (runs.SecondsOfStanding() >= 1)
+        remarks.push_back(CountText(static_cast<std::uint64_t>(runs.SecondsOfStanding()), "second", "seconds") +
+                          " of standing cut off at ends");
+    if (!summary.Damage.empty()) remarks.push_back(summary.Damage);
+    return remarks;
+}
+
+std::string NoRunText(const TrackSummary& summary) {
+    if (summary.Points == 0 && summary.RoutePoints > 0)
+        return "The file has a route and no track: a route was planned, not driven. Export the track.";
+    if (summary.Points == 0) return "The file has no point of a track. Choose another file.";
+    if (summary.WithoutTime == summary.Points)
+        return "The points of the track have no times, and speeds need times. Export the track with its times.";
+    return "Nothing moves in this track, or it has single points only. Choose another file.";
+}
+
+LogHead ReadPoints(const LogSources& sources, const LogFormat& format, const std::string& path, const LogSink& sink,
+                   const Progress& progress, ReadTrack read) {
+    LogHead log = NewLogHead(format, path);
+    const TrackTimes times(sources.Time, ZoneOf(sources));
+    std::int32_t run = 0;
+    TrackRuns runs(sources.Tracks.Cuts, [&](std::span<const TrackPoint> points) {
+        if (++run > std::numeric_limits<std::int16_t>::max())
+            throw RunTimeError(ErrorNumber::Overflow, "The file has more than 32767 runs. Divide it.\n" + path);
+        for (const TrackPoint& point : points) {
+            LogPoint its;
+            its.Gps = GpsPointOf(point, static_cast<std::int16_t>(run), times);
+            if (!log.StudyDate) log.StudyDate = Date{std::floor(its.Gps.DateTime.Days)};
+            if (!sink(std::move(its))) return false;
+        }
+        return true;
+    });
+    const TrackSummary summary = read(
+        sources, path, [&](const TrackPoint& point) { return runs.Add(point); }, progress);
+    if (summary.IsStopped || !runs.Finish()) return log;
+    if (run == 0)
+        throw RunTimeError(ErrorNumber::TypeMismatch,
+                           (summary.Damage.empty() ? NoRunText(summary) : summary.Damage) + "\n" + path);
+    log.Remarks = RemarksOf(summary, runs);
+    if (log.StudyDate) log.Prefix.LogDate = *log.StudyDate;
+    return log;
+}
+
+std::optional<LogSummary> ReadSummary(const LogSources& sources, const LogFormat& format, const std::string& path,
+                                      const LogProgress& progress) {
+    LogSummary summary;
+    bool goesOn = true;
+    const Progress asked([&](double) { return goesOn = !progress || progress(); });
+    const auto count = [&](LogPoint&& point) {
+        summary.Runs = point.Gps.RunNumber;
+        if (!summary.StartTime) summary.StartTime = point.Gps.DateTime;
+        summary.EndTime = point.Gps.DateTime;
+        return true;
+    };
+    const LogHead log = format.Read(sources, format, path, count, asked);
+    summary.StudyDate = log.StudyDate;
+    return goesOn ? std::optional(summary) : std::nullopt;
+}
+
+template <ReadTrack read>
+LogHead ReadAs(const LogSources& sources, const LogFormat& format, const std::string& path, const LogSink& sink,
+               const Progress& progress) {
+    return ReadPoints(sources, format, path, sink, progress, read);
+}
+
+TrackSummary FromGpx(const LogSources& sources, const std::string& path, const TrackSink& sink,
+                     const Progress& progress) {
+    return ReadGpx(sources.Files, path, sink, progress);
+}
+
+TrackSummary FromNmea(const LogSources& sources, const std::string& path, const TrackSink& sink,
+                      const Progress& progress) {
+    return ReadNmea(sources.Files, path, sink, progress);
+}
+
+TrackSummary FromCsv(const LogSources& sources, const std::string& path, const TrackSink& sink,
+                     const Progress& progress) {
+    const CsvPreview preview = PreviewCsv(sources.Files, path);
+    const auto kept = sources.Tracks.KeptMapping ? sources.Tracks.KeptMapping(preview.Head) : std::nullopt;
+    CsvMapping mapping = kept.value_or(preview.Mapping);
+    // Times that are told as local ones are those of the computer, or of the zone that was chosen.
+    if (!kept && FoldCase(preview.Head).find("local") != std::string::npos) mapping.Zone = ZoneOf(sources);
+    return ReadCsv(sources.Files, sources.Time, path, mapping, sink, progress);
+}
+
+/// The forms that may be this file's, by the converter that is installed; those of a few names without it.
+std::vector<BabelForm> ConvertedForms(const LogSources& sources, const std::string& path) {
+    if (sources.Tracks.OtherPrograms == nullptr) return {};
+    return FormsOf(BabelForms(*sources.Tracks.OtherPrograms), path);
+}
+
+/// Several forms may share an extension: the first one that gives points is the file's.
+TrackSummary FromConverter(const LogSources& sources, const std::string& path, const TrackSink& sink,
+                           const Progress& progress) {
+    const std::vector<BabelForm> forms = ConvertedForms(sources, path);
+    if (forms.empty()) throw RunTimeError(ErrorNumber::TypeMismatch, MissingBabelText(path));
+    std::string messages;
+    for (const BabelForm& form : forms) {
+        const auto program = ReadAsGpx(*sources.Tracks.OtherPrograms, form, path);
+        if (program == nullptr) throw RunTimeError(ErrorNumber::TypeMismatch, MissingBabelText(path));
+        TrackSummary summary;
+        try {
+            summary = ReadGpx(*program, path, sink, progress);
+        } catch (const RunTimeError&) {
+            // It wrote nothing, or no whole GPX: it says why itself.
+        }
+        const ProgramEnd end = program->End();
+        if (summary.Points > 0 || summary.IsStopped) {
+            if (!end.Messages.empty()) summary.Damage = "gpsbabel: " + end.Messages;
+            return summary;
+        }
+        messages += (messages.empty() ? "" : "\n") + form.Name + ": " +
+                    (end.WasStopped         ? "it took too long"
+                     : end.Messages.empty() ? "no track"
+                                            : end.Messages);
+    }
+    throw RunTimeError(ErrorNumber::TypeMismatch,
+                       "No track could be read with the help of gpsbabel.\n" + messages + "\n" + path);
+}
+
+bool IsGpx(const LogSources&, const LogFormat&, const std::string& path, std::string_view head) {
+    return LooksLikeGpx(head, path);
+}
+
+/// Battelle texts have the same extension and their own beginning of runs.
+bool IsNmea(const LogSources&, const LogFormat&, const std::string& path, std::string_view head) {
+    return LooksLikeNmea(head, path) && !head.starts_with("$s") && head.find("\n$s") == std::string_view::npos;
+}
+
+bool IsCsv(const LogSources&, const LogFormat&, const std::string& path, std::string_view head) {
+    return LooksLikeCsv(head, path);
+}
+
+bool IsConverted(const LogSources& sources, const LogFormat&, const std::string& path, std::string_view) {
+    return !ConvertedForms(sources, path).empty();
+}
+
+constexpr std::array GpxFiles = {LogFileType{".gpx", ""}};
+constexpr std::array NmeaFiles = {LogFileType{".nmea", ""}, LogFileType{".nma", ""}, LogFileType{".txt", ""}};
+constexpr std::array CsvFiles = {LogFileType{".csv", ""}, LogFileType{".tsv", ""}};
+/// Those that people have most; the converter knows many more.
+constexpr std::array ConvertedFiles = {LogFileType{".fit", ""}, LogFileType{".tcx", ""}, LogFileType{".kml", ""},
+                                       LogFileType{".igc", ""}, LogFileType{".gdb", ""}, LogFileType{".sbp", ""}};
+
+LogFormat TrackFormat(const char* word, const char* name, std::span<const LogFileType> files,
+                      decltype(LogFormat::Recognises) recognises, decltype(LogFormat::Read) read) {
+    return {.Word = word,
+            .Name = name,
+            .FileTypes = files,
+            .HasGps = true,
+            .HasObd = false,
+            .HasRunNumbers = true,
+            .Recognises = recognises,
+            .Refusal = nullptr,
+            .Summary = ReadSummary,
+            .Read = read,
+            .WrittenExtension = ".gd2",
+            .Encode = EncodeLaptopLog,
+            .Columns = GpsReviewLayout,
+            .Review = &ReviewScreenOf(true, false),
+            .Screen = nullptr};
+}
+
+}  // namespace
+
+LogFormat GpxLog() { return TrackFormat("gpx", "a GPX track", GpxFiles, IsGpx, ReadAs<FromGpx>); }
+LogFormat NmeaLog() { return TrackFormat("nmea", "an NMEA log", NmeaFiles, IsNmea, ReadAs<FromNmea>); }
+LogFormat CsvLog() { return TrackFormat("csv", "a CSV track", CsvFiles, IsCsv, ReadAs<FromCsv>); }
+LogFormat ConvertedLog() {
+    return TrackFormat("gpsbabel", "a track read by gpsbabel", ConvertedFiles, IsConverted, ReadAs<FromConverter>);
+}
+
+}  // namespace vantor

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <vector>
+
+#include "tracks/TrackCut.h"
+#include "tracks/TrackSpeeds.h"
+
+namespace vantor {
+
+/// Cuts the points of a track into pieces for runs as they come, and holds no more than the stretch that is not cut
+/// yet, at most what one run holds.
+class TrackRuns {
+public:
+    /// Gets a piece: its points stand at whole seconds, each with its time and speed. False ends the work.
+    using Take = std::function<bool(std::span<const TrackPoint> points)>;
+
+    TrackRuns(const TrackCuts& cuts, Take take) : cuts_(cuts), take_(std::move(take)) {}
+
+    /// False when nothing more is wanted.
+    bool Add(const TrackPoint& point);
+    /// After the last point.
+    bool Finish();
+
+    const FilledSpeeds& Speeds() const { return speeds_; }
+    /// Points outside of any piece: without a time, alone, or standing throughout.
+    std::uint64_t Left() const { return left_; }
+    double SecondsOfStanding() const { return standing_; }  ///< cut off at ends
+
+private:
+    bool EndsBefore(const TrackPoint& point) const;
+    bool CutStretch();
+
+    TrackCuts cuts_;
+    Take take_;
+    std::vector<TrackPoint> stretch_;
+    FilledSpeeds speeds_;
+    std::uint64_t left_ = 0;
+    double standing_ = 0;
+};
+
+}  // namespace vantor
