@@ -113,9 +113,9 @@ struct TimesSeen {
 
 TimesSeen SeeTimes(const CsvPreview& preview) {
     TimesSeen seen;
-    const auto see = [&](const std::string& cell) {
+    const auto see = [&](const std::string& cell, bool isDate) {
         const auto number = NumberOfCell(cell, preview.Mapping.HasDecimalComma);
-        const auto time = CellTimeOf(cell, DayOrder::Unknown);
+        const auto time = CellTimeOf(cell, DayOrder::Unknown, isDate);
         // "161418" is a time of day.
         seen.AllNumbers = seen.AllNumbers && number && !(time && preview.Mapping.Has(CsvColumn::Date));
         if (number) seen.Largest = std::max(seen.Largest, *number);
@@ -129,8 +129,8 @@ TimesSeen SeeTimes(const CsvPreview& preview) {
             cell.find('/') == std::string::npos)
             seen.Proved = DayOrder::DayFirst;
     };
-    ForEachCell(preview, CsvColumn::Time, see);
-    ForEachCell(preview, CsvColumn::Date, see);
+    ForEachCell(preview, CsvColumn::Time, [&](const std::string& cell) { see(cell, false); });
+    ForEachCell(preview, CsvColumn::Date, [&](const std::string& cell) { see(cell, true); });
     return seen;
 }
 

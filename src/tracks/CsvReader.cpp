@@ -114,7 +114,7 @@ private:
             return nullptr;
         }
         const auto timeTold = CellTimeOf(time, mapping_.DayOrder);
-        const auto dateTold = CellTimeOf(date, mapping_.DayOrder);
+        const auto dateTold = CellTimeOf(date, mapping_.DayOrder, true);
         if ((!timeTold && !time.empty()) || (!dateTold && !date.empty())) return WrongTime;
         const CellTime first = timeTold.value_or(CellTime{});
         const CellTime second = dateTold.value_or(CellTime{});

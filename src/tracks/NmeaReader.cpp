@@ -131,12 +131,19 @@ public:
 private:
     static constexpr double NoClock = -1;
 
-    /// The sentence belongs to this time of day: a new point where it is another than before.
-    bool Turn(double clock) {
-        if (clock_ == clock) return true;
+    /// The sentence belongs to this time of day, and day where it tells one: a new point where they are others than
+    /// before.
+    bool Turn(double clock, std::optional<std::int64_t> day) {
+        if (clock_ == clock && (!day || !isDayTold_ || day == day_)) {
+            isDayTold_ = isDayTold_ || day;
+            if (day) day_ = day;
+            return true;
+        }
         const bool goesOn = Finish();
         constexpr double HalfADay = 43200;
         if (day_ && clock_ - clock > HalfADay) ++*day_;
+        if (day) day_ = day;
+        isDayTold_ = day.has_value();
         clock_ = clock;
         point_ = {};
         isVoid_ = false;
@@ -156,9 +163,8 @@ private:
             fault = WrongFields;
             return true;
         }
-        if (!Turn(*clock)) return false;
+        if (!Turn(*clock, day)) return false;
         isVoid_ = isVoid_ || isVoid;
-        if (day) day_ = day;
         FillIn(point_.Position, position);
         // The speed over ground of this sentence is told in more digits than that of VTG.
         if (const auto speed = TrackSpeed(TrackNumber(fields[7]), MphOfKnots)) point_.Speed = speed;
@@ -176,7 +182,7 @@ private:
             fault = WrongFields;
             return true;
         }
-        if (!Turn(*clock)) return false;
+        if (!Turn(*clock, std::nullopt)) return false;
         isVoid_ = isVoid_ || isVoid;
         FillIn(point_.Position, position);
         FillIn(point_.HDOP, TrackNumber(fields[8]));
@@ -202,9 +208,7 @@ private:
             fault = WrongFields;
             return true;
         }
-        if (!Turn(*clock)) return false;
-        day_ = day;
-        return true;
+        return Turn(*clock, day);
     }
 
     TrackOrder& order_;
@@ -213,6 +217,7 @@ private:
     double clock_ = NoClock;  ///< seconds of the day of `point_`
     TrackPoint point_;
     bool isVoid_ = false;
+    bool isDayTold_ = false;  ///< by a sentence of `point_`
     bool hasSentences_ = false;
 };
 
