@@ -6,14 +6,6 @@
 namespace vantor {
 namespace {
 
-class NoDay : public Clock {
-public:
-    Date Now() const override { return {}; }
-    std::vector<std::string> ZoneNames() const override { return {}; }
-    std::string OwnZone() const override { return {}; }
-    std::optional<int> ZoneOffset(const std::string&, std::int64_t) const override { return std::nullopt; }
-};
-
 /// The summary agrees with the log read whole, and what is written reads back as the same log.
 void ReadAs(MemoryFileSystem& files, LogKind kind) {
     const NoDay clock;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <utility>
@@ -16,8 +17,9 @@
 namespace vantor {
 namespace {
 
-constexpr std::array ColumnNames = {"",       "latitude",   "longitude", "time", "date", "speed",
-                                    "course", "satellites", "hdop",      "fix",  "node", "segment"};
+constexpr std::array<const char*, CsvColumnKinds> ColumnNames = {
+    "",      "latitude", "longitude",  "north/south", "east/west", "time", "date",
+    "speed", "course",   "satellites", "hdop",        "fix",       "node", "segment"};
 constexpr std::array UnitNames = {"m/s", "km/h", "mph", "knots"};
 constexpr std::array TimeFormNames = {"text", "epoch", "elapsed s", "elapsed ms"};
 constexpr std::array DayOrderNames = {"unknown", "day first", "month first"};

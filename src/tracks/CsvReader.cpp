@@ -22,7 +22,7 @@ namespace {
 
 constexpr const char* WrongPosition = "The position of the row is impossible.";
 constexpr const char* WrongTime = "The date or the time of the row cannot be read.";
-constexpr const char* EmptyRow = "The row has neither a time nor a position.";
+constexpr const char* EmptyRow = "The row has no position, and no time with a speed.";
 
 double MphOf(CsvSpeedUnit unit) {
     switch (unit) {
@@ -57,8 +57,8 @@ public:
         const char* fault = ReadTime(number);
         if (fault == nullptr) fault = ReadPosition();
         if (fault != nullptr) return fault;
-        if (!Point.Time && !Point.Position && !IsVoid) return EmptyRow;
         Point.Speed = TrackSpeed(Number(CsvColumn::Speed), MphOf(mapping_.SpeedUnit));
+        if (!Point.Position && (!Point.Time || !Point.Speed)) return EmptyRow;
         Point.Course = TrackCourse(Number(CsvColumn::Course));
         Point.HDOP = Number(CsvColumn::HDOP);
         if (const int count = DigitsOf(Cell(CsvColumn::Satellites)); count >= 0) Point.Satellites = count;
@@ -84,11 +84,20 @@ private:
         return NumberOfCell(Cell(column), mapping_.HasDecimalComma);
     }
 
+    /// A coordinate; one with the letter of the negative side in a column of its own is negative.
+    std::optional<double> Signed(CsvColumn column, CsvColumn side, char negative) const {
+        const auto number = Number(column);
+        const std::string_view letter = Cell(side);
+        const bool isNegative = !letter.empty() && (letter[0] & ~0x20) == negative;
+        return number && isNegative ? std::optional(-std::fabs(*number)) : number;
+    }
+
     const char* ReadPosition() {
         const std::string_view latitude = Cell(CsvColumn::Latitude);
         const std::string_view longitude = Cell(CsvColumn::Longitude);
         if (latitude.empty() && longitude.empty()) return nullptr;
-        Point.Position = PositionOf(Number(CsvColumn::Latitude), Number(CsvColumn::Longitude));
+        Point.Position = PositionOf(Signed(CsvColumn::Latitude, CsvColumn::NorthSouth, 'S'),
+                                    Signed(CsvColumn::Longitude, CsvColumn::EastWest, 'W'));
         IsVoid = Point.Position == TrackPosition{};
         return Point.Position ? nullptr : WrongPosition;
     }
@@ -170,7 +179,7 @@ private:
     TrackTimes times_;
     const std::string& path_;
     const CsvMapping& mapping_;
-    std::array<std::size_t, 12> at_{};  ///< by kind
+    std::array<std::size_t, CsvColumnKinds> at_{};  ///< by kind
     std::vector<std::string_view> cells_;
     std::string unquoted_;
     double latestClock_ = 0;

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdint>
 
-#include "core/Text.h"
 #include "tracks/TrackTexts.h"
 
 namespace vantor {
@@ -37,7 +36,6 @@ struct Scanner {
     const char* End;
     std::size_t LineEnds = 0;  ///< passed over
 
-    void PassBlanks() { While(Blank); }
     bool Pass(std::string_view literal) {
         if (static_cast<std::size_t>(End - At) < literal.size() || std::string_view(At, literal.size()) != literal)
             return false;
@@ -51,19 +49,25 @@ struct Scanner {
     }
 };
 
-/// Two attributes, which are the coordinates.
+/// The one coordinate and the other.
 bool ReadCoordinates(Scanner& scanner, GpxPoint& point) {
+    std::string_view before;
     for (int count = 0; count < 2; ++count) {
-        if (scanner.At == scanner.End || !Is(Blank, *scanner.At)) return false;
-        scanner.PassBlanks();
-        const bool isLatitude = scanner.Pass("lat=\"");
-        if (!isLatitude && !scanner.Pass("lon=\"")) return false;
-        const auto text = scanner.While(NumberPart);
+        if (scanner.While(Blank).empty()) return false;
+        const std::string_view name = scanner.While(NameLetter);
+        if ((name != "lat" && name != "lon") || name == before || !scanner.Pass("=\"")) return false;
+        point.SetAttribute(name, scanner.While(NumberPart));
         if (!scanner.Pass("\"")) return false;
-        point.SetAttribute(isLatitude ? "lat" : "lon", text);
+        before = name;
     }
-    scanner.PassBlanks();
+    scanner.While(Blank);
     return scanner.Pass(">");
+}
+
+std::string_view WithoutBlanks(std::string_view text) {
+    while (!text.empty() && Is(Blank, text.front())) text.remove_prefix(1);
+    while (!text.empty() && Is(Blank, text.back())) text.remove_suffix(1);
+    return text;
 }
 
 }  // namespace
@@ -91,7 +95,8 @@ void GpxPoint::SetAttribute(std::string_view name, std::string_view text) {
     if (name == "lon") longitude_ = TrackNumber(text);
 }
 
-void GpxPoint::SetElement(std::string_view localName, std::string_view text) {
+void GpxPoint::SetElement(std::string_view localName, std::string_view told) {
+    const std::string_view text = WithoutBlanks(told.substr(0, LongestText));
     const auto fill = [](auto& value, const auto& read) {
         if (!value) value = read;
     };
@@ -104,11 +109,10 @@ void GpxPoint::SetElement(std::string_view localName, std::string_view text) {
     } else if (localName == "hdop") {
         fill(point_.HDOP, TrackNumber(text));
     } else if (localName == "sat") {
-        if (const int satellites = DigitsOf(Trim(text)); satellites >= 0) point_.Satellites = satellites;
+        if (const int satellites = DigitsOf(text); satellites >= 0) point_.Satellites = satellites;
     } else if (localName == "fix") {
-        const std::string_view fix = Trim(text);
-        isVoid_ = fix == "none";
-        if (!isVoid_) point_.FixQuality = fix == "dgps" ? 2 : fix == "pps" ? 3 : 1;
+        isVoid_ = text == "none";
+        if (!isVoid_) point_.FixQuality = text == "dgps" ? 2 : text == "pps" ? 3 : 1;
     }
 }
 
@@ -119,7 +123,7 @@ TrackPoint& GpxPoint::Point() {
 
 PlainPoint ReadPlainPoint(std::string_view text, GpxPoint& point) {
     Scanner scanner{text.data(), text.data() + text.size(), 0};
-    scanner.PassBlanks();
+    scanner.While(Blank);
     if (!scanner.Pass("<trkpt") || !ReadCoordinates(scanner, point)) return {};
     std::array<std::string_view, 8> open;
     std::size_t depth = 0;

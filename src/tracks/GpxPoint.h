@@ -8,6 +8,9 @@
 
 namespace vantor {
 
+/// What is kept of the text of an element.
+inline constexpr std::size_t LongestText = 256;
+
 /// A name without its prefix: "gpxtpx:speed" is "speed".
 std::string_view LocalName(std::string_view name);
 
@@ -17,7 +20,7 @@ public:
     /// Nothing is told yet.
     void Clear();
     void SetAttribute(std::string_view name, std::string_view text);
-    void SetElement(std::string_view localName, std::string_view text);
+    void SetElement(std::string_view localName, std::string_view told);
 
     /// The point; without a position where that is missing or impossible.
     TrackPoint& Point();

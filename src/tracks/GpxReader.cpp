@@ -22,7 +22,6 @@ namespace {
 constexpr std::size_t PieceSize = 256 * 1024;
 constexpr std::size_t LongestMarkup = 1024 * 1024;
 constexpr std::size_t DeepestMarkup = 64;
-constexpr std::size_t LongestText = 256;
 constexpr std::string_view PointEnd = "</trkpt>";
 constexpr const char* WrongPosition = "The position of the point is missing or impossible.";
 
@@ -248,7 +247,7 @@ std::size_t GpxParser::PassPlainPoints(std::string_view piece) {
 bool GpxParser::Feed(std::string_view piece, bool isLast) {
     while (!piece.empty()) {
         // Right behind the end of a track point, and nowhere else, a plain one is known to be what it seems.
-        if (endOfPoint_ != 0 && endOfPoint_ == fed_) {
+        if (endOfPoint_ != 0 && endOfPoint_ == fed_ && open_.size() < DeepestMarkup / 2) {
             piece.remove_prefix(PassPlainPoints(piece));
             if (summary_.IsStopped) return false;
         }

@@ -75,7 +75,8 @@ std::optional<double> DegreesOf(std::string_view text, std::string_view side, ch
     if (!number || *number < 0 || side.size() != 1 || (side[0] != positive && side[0] != negative)) return std::nullopt;
     const double degrees = std::floor(*number / 100);
     const double minutes = *number - degrees * 100;
-    if (minutes >= 60) return std::nullopt;
+    // Loggers that round seconds away write 59.99999 minutes as 60.
+    if (minutes > 60) return std::nullopt;
     return (side[0] == negative ? -1 : 1) * (degrees + minutes / 60);
 }
 

@@ -141,7 +141,8 @@ TEST_F(NmeaReaderTest, BrokenLines) {
              {good + "\n" + good + "*4", "1 points, 1 untimed, 1 broken from line 2: The sentence is cut off."},
              {good.substr(0, 9) + good + "\nx\n\n",
               "1 points, 1 untimed, 1 broken from line 2: The line holds no sentence."},
-             {"$GPGGA,120000,9100,N,00030,E,1\n$GPGGA,250000,0030,N,00030,E,1\n$GPRMC,120000,A,0030,X,00030,E,,,010126",
+             {"$GPGGA,120000,9000.1,N,00030,E,1\n$GPGGA,250000,0030,N,00030,E,1\n$GPRMC,120000,A,0030,X,00030,E,,,"
+              "010126",
               "0 points, 3 broken from line 1: A time, a position or a date of the sentence is impossible."},
              {"$GPGGA,120000,,,,,0\n$GPRMC,120000,V,,,,,,,010126\n$GPRMC,,V,,,,,,,,,N", "0 points, 2 void"},
              {Rmc("120001", "010126") + Rmc("120000", "010126") + Rmc("120002", "010126"), "2 points, 1 late"},
@@ -170,6 +171,8 @@ TEST_F(CsvReaderTest, HeadsAndFormsOfLoggers) {
               at + " v=25.0000 n=1"},
              {"INDEX|DATE|TIME|LATITUDE N/S|LONGITUDE E/W|SPEED_KNOTS\n1|260304|120000|42.5N|83.25W|10",
               at + " v=11.5078"},
+             {"DATE,TIME,LATITUDE,N/S,LONGITUDE,E/W,SPEED(km/h)\n2026/03/04,12:00:00.000,42.5,N,83.25,W,36 \n",
+              at + " v=22.3694"},
              {"timestampMs lat lng speed_mps\n1772625600000  42.5 -83.25 10", at + " v=22.3694"},
              {"Date;Time;lat;long;kmh\n4-Mar-26;12:00:00 PM;42.5;-83.25;50", at + " v=31.0686"},
              {"epoch,vehicle speed (mph),engine speed\n1772625600,25,2000", "0:1772625600 v=25.0000"}}) {
@@ -214,7 +217,7 @@ TEST_F(CsvReaderTest, BrokenRows) {
               "1 points, 3 broken from line 2: The position of the row is impossible."},
              {head + "2026-02-30T12:00:00Z,1,1\nyesterday,1,1\n12:00,1,1\n",
               "1 points, 1 untimed, 2 broken from line 2: The date or the time of the row cannot be read."},
-             {head + ",,\n;\n", "0 points, 2 broken from line 2: The row has neither a time nor a position."},
+             {head + ",,\n;\n", "0 points, 2 broken from line 2: The row has no position, and no time with a speed."},
              {head + "2026-03-04T12:00:00Z,0,0,a\n9999-03-04T12:00:00Z,1,1,a\n", "1 points, 1 untimed, 1 void"},
              {head + "2026-03-04T12:00:05Z,1,1,a\n" + head + "2026-03-04T12:00:00Z,1,1,a\n2026-03-04T11:00:00Z,1,1,b",
               "3 points"},
