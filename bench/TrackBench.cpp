@@ -9,7 +9,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "bench/SecondsOf.h"
 #include "core/Numeric.h"
@@ -66,12 +65,16 @@ public:
         fs::remove(path_);
         const auto file = Files.Create(path_);
         std::string text(start);
+        const auto append = [&] {
+            file->Append(std::as_bytes(std::span(text)));
+            text.clear();
+        };
         for (int i = 0; i < PointsOfTrack(); ++i) {
             text += pointText(i, 42.5 + i % 700 * 1e-5, -83.5 - i % 1100 * 1e-5);
-            if (text.size() > 1000000) file->Append(std::as_bytes(std::span(std::exchange(text, {}))));
+            if (text.size() > 1000000) append();
         }
         text += end;
-        file->Append(std::as_bytes(std::span(text)));
+        append();
         file->Close();
     }
     ~TrackOnDisk() { fs::remove(path_); }

@@ -177,6 +177,7 @@ CsvPreview PreviewOf(const std::vector<std::string>& lines) {
     for (std::size_t i = isFound ? head.Line : 0; i < lines.size(); ++i) {
         SplitCells(lines[i], head.Delimiter, cells, unquoted);
         std::vector<std::string> texts;
+        texts.reserve(cells.size());
         for (const std::string_view cell : cells) texts.push_back(TextOfCell(cell));
         if (isFound && i == head.Line)
             preview.HeadCells = std::move(texts);

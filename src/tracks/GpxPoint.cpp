@@ -42,9 +42,11 @@ struct Scanner {
         At += literal.size();
         return true;
     }
-    std::string_view While(std::uint8_t kind) {
+    template <std::uint8_t Kind>
+    std::string_view While() {
         const char* const start = At;
-        for (; At != End && Is(kind, *At); ++At) LineEnds += *At == '\n' ? 1 : 0;
+        for (; At != End && Is(Kind, *At); ++At)
+            if constexpr ((Kind & (Blank | PlainText)) != 0) LineEnds += *At == '\n' ? 1 : 0;
         return {start, static_cast<std::size_t>(At - start)};
     }
 };
@@ -53,14 +55,14 @@ struct Scanner {
 bool ReadCoordinates(Scanner& scanner, GpxPoint& point) {
     std::string_view before;
     for (int count = 0; count < 2; ++count) {
-        if (scanner.While(Blank).empty()) return false;
-        const std::string_view name = scanner.While(NameLetter);
+        if (scanner.While<Blank>().empty()) return false;
+        const std::string_view name = scanner.While<NameLetter>();
         if ((name != "lat" && name != "lon") || name == before || !scanner.Pass("=\"")) return false;
-        point.SetAttribute(name, scanner.While(NumberPart));
+        point.SetAttribute(name, scanner.While<NumberPart>());
         if (!scanner.Pass("\"")) return false;
         before = name;
     }
-    scanner.While(Blank);
+    scanner.While<Blank>();
     return scanner.Pass(">");
 }
 
@@ -123,15 +125,15 @@ TrackPoint& GpxPoint::Point() {
 
 PlainPoint ReadPlainPoint(std::string_view text, GpxPoint& point) {
     Scanner scanner{text.data(), text.data() + text.size(), 0};
-    scanner.While(Blank);
+    scanner.While<Blank>();
     if (!scanner.Pass("<trkpt") || !ReadCoordinates(scanner, point)) return {};
     std::array<std::string_view, 8> open;
     std::size_t depth = 0;
     for (std::string_view content;;) {
-        content = scanner.While(PlainText);
+        content = scanner.While<PlainText>();
         if (!scanner.Pass("<")) return {};
         if (!scanner.Pass("/")) {
-            const std::string_view name = scanner.While(NameLetter);
+            const std::string_view name = scanner.While<NameLetter>();
             if (depth == open.size() || name.empty() || Is(NumberPart, name[0]) || name == "trkpt" ||
                 !scanner.Pass(">"))
                 return {};
