@@ -106,6 +106,9 @@ private:
         const std::string_view time = Cell(CsvColumn::Time);
         const std::string_view date = Cell(CsvColumn::Date);
         if (time.empty() && date.empty()) return nullptr;
+        const bool isElapsed =
+            mapping_.TimeForm == CsvTimeForm::Elapsed || mapping_.TimeForm == CsvTimeForm::ElapsedMilliseconds;
+        if (isElapsed && !IsTrackTime(mapping_.Start)) ThrowWithoutDay(line);
         if (mapping_.TimeForm == CsvTimeForm::Text) return ReadTexts(time, date, line);
         const auto number = NumberOfCell(time.empty() ? date : time, mapping_.HasDecimalComma);
         if (!number || *number < 0) return WrongTime;
@@ -119,6 +122,7 @@ private:
     const char* ReadTexts(std::string_view time, std::string_view date, std::uint64_t line) {
         bool hasZone = false;
         if (const auto iso = IsoTime(time, hasZone)) {
+            hasDays_ = true;
             Point.Time = hasZone ? *iso : times_.UtcOf(*iso);
             return nullptr;
         }
@@ -131,20 +135,28 @@ private:
         if (dayTold.IsAmbiguous && mapping_.DayOrder == DayOrder::Unknown)
             ThrowAmbiguous(first.Day ? time : date, line);
         const auto clock = first.Clock ? first.Clock : second.Clock;
-        if (!clock) return WrongTime;
-        const double local =
-            *clock + (dayTold.Day ? static_cast<double>(*dayTold.Day * SecondsOfDay) : DayOfClock(*clock));
+        if (!dayTold.Day && !IsTrackTime(mapping_.Start) && !hasDays_) ThrowWithoutDay(line);
+        if (!clock || (!dayTold.Day && !IsTrackTime(mapping_.Start))) return WrongTime;
+        hasDays_ = hasDays_ || dayTold.Day;
+        const double midnight = dayTold.Day ? static_cast<double>(*dayTold.Day * SecondsOfDay) : MidnightBefore(*clock);
+        const double local = midnight + *clock;
         const auto offset = first.ZoneOffset ? first.ZoneOffset : second.ZoneOffset;
         Point.Time = offset ? local - *offset : times_.UtcOf(local);
         return nullptr;
     }
 
     /// The midnight before a time of day that has no date; it goes on with the rows.
-    double DayOfClock(double clock) {
+    double MidnightBefore(double clock) {
         constexpr double HalfADay = 43200;
         if (latestClock_ - clock > HalfADay) daysSinceStart_ += static_cast<double>(SecondsOfDay);
         latestClock_ = clock;
         return mapping_.Start + daysSinceStart_;
+    }
+
+    [[noreturn]] void ThrowWithoutDay(std::uint64_t line) const {
+        throw RunTimeError(ErrorNumber::TypeMismatch,
+                           "The times of the file have no day. Say on what day, and when, the log began.\n" + path_ +
+                               ", line " + std::to_string(line));
     }
 
     [[noreturn]] void ThrowAmbiguous(std::string_view cell, std::uint64_t line) const {
@@ -182,6 +194,7 @@ private:
     std::array<std::size_t, CsvColumnKinds> at_{};  ///< by kind
     std::vector<std::string_view> cells_;
     std::string unquoted_;
+    bool hasDays_ = false;
     double latestClock_ = 0;
     double daysSinceStart_ = 0;
 };

@@ -208,6 +208,21 @@ TEST_F(CsvReaderTest, WhatTheDataLeavesOpenIsAsked) {
     EXPECT_THAT(Points, ElementsAre("0:1775235600 1.500000 2.000000 v=3.0000"));
 }
 
+TEST_F(CsvReaderTest, TimesWithoutADayCountFromTheStart) {
+    const auto read = [&](const std::string& text) {
+        Files.PutText("/f/Trip.csv", text);
+        CsvMapping mapping = PreviewCsv(Files, "/f/Trip.csv").Mapping;
+        mapping.Start = 1772582400;  // 4 March 2026
+        Points.clear();
+        ReadCsv(Files, Zones, "/f/Trip.csv", mapping, Sink);
+        return Points;
+    };
+    EXPECT_THAT(read("Elapsed (ms),mph\n1000,20\n"), ElementsAre("0:1772582401 v=20.0000"));
+    EXPECT_THAT(read("Elapsed (s),mph\n7,20\n"), ElementsAre("0:1772582407 v=20.0000"));
+    EXPECT_THAT(read("time,mph\n23:59:59,20\n00:00:01,21\n"),
+                ElementsAre("0:1772668799 v=20.0000", "0:1772668801 v=21.0000"));
+}
+
 TEST_F(CsvReaderTest, BrokenRows) {
     const std::string head = "time,lat,lon,track\n";
     const std::string place = "\n/f/Trip.csv, line ";
@@ -215,12 +230,16 @@ TEST_F(CsvReaderTest, BrokenRows) {
              {head + "2026-03-04T12:00:00Z,91,0\n2026-03-04T12:00:01Z,nan,0\n2026-03-04T12:00:02Z,1\n2026-03-04T12:00:"
                      "03Z,1,1",
               "1 points, 3 broken from line 2: The position of the row is impossible."},
-             {head + "2026-02-30T12:00:00Z,1,1\nyesterday,1,1\n12:00,1,1\n",
-              "1 points, 1 untimed, 2 broken from line 2: The date or the time of the row cannot be read."},
+             {head + "2026-02-30T12:00:00Z,1,1\nyesterday,1,1\n2026-03-04 12:00:00,1,1\n12:01,1,1\n",
+              "1 points, 3 broken from line 2: The date or the time of the row cannot be read."},
              {head + ",,\n;\n", "0 points, 2 broken from line 2: The row has no position, and no time with a speed."},
              {head + "2026-03-04T12:00:00Z,0,0,a\n9999-03-04T12:00:00Z,1,1,a\n", "1 points, 1 untimed, 1 void"},
              {head + "2026-03-04T12:00:05Z,1,1,a\n" + head + "2026-03-04T12:00:00Z,1,1,a\n2026-03-04T11:00:00Z,1,1,b",
               "3 points"},
+             {"elapsed (s),mph\n1,20",
+              "The times of the file have no day. Say on what day, and when, the log began." + place + "2"},
+             {"time,lat,lon\n12:00,1,1",
+              "The times of the file have no day. Say on what day, and when, the log began." + place + "2"},
              {"time,lat,lon\n13:00 PM,1,1\n03/04/26 12:00:00,1,1",
               "The date \"03/04/26 12:00:00\" may be two days. Say whether the day or the month comes first." + place +
                   "3"},
