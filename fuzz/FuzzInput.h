@@ -2,11 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "core/RunTimeError.h"
 #include "core/ports/ApplicationEnd.h"
+#include "core/ports/Clock.h"
 #include "fakes/MemoryFileSystem.h"
 #include "fakes/ScriptedMessageBoxes.h"
 
@@ -24,6 +26,15 @@ public:
 class SilentMessageBoxes : public MessageBoxes {
 public:
     MessageAnswer Ask(const Prompt&) override { return MessageAnswer::Ok; }
+};
+
+/// A clock without a day, in whose zones it is UTC.
+class NoDay : public Clock {
+public:
+    Date Now() const override { return {}; }
+    std::vector<std::string> ZoneNames() const override { return {}; }
+    std::string OwnZone() const override { return {}; }
+    std::optional<int> ZoneOffset(const std::string&, std::int64_t) const override { return 0; }
 };
 
 /// Gives `read` a disk in memory on which the input lies as the file of that path. A run-time error is an answer;

@@ -20,7 +20,7 @@ corpus=build/fuzz/corpus
 findings=build/fuzz/findings
 seeds=build/fuzz/seeds
 rm -rf "$seeds"
-mkdir -p "$findings" "$seeds"/{settings,run,ver1run,study,counter,workspace,laptoplog,battelle,palm,mdb}
+mkdir -p "$findings" "$seeds"/{settings,run,ver1run,study,counter,workspace,laptoplog,battelle,palm,gpx,nmea,csv,mdb}
 
 head -c 20000 samples/Corridor.tdc >"$seeds/counter/corridor.tdc"
 cp "samples/Version 1 runs"/*.[rR][dD][fF] "$seeds/ver1run/"
@@ -31,6 +31,14 @@ build/release/bin/vantor study new "$seeds/workspace" Seed $(basename -a -s .rd2
 cp "$seeds/workspace/Seed.ld2" "$seeds/study/"
 head -c 1024 /dev/zero >"$seeds/settings/VANTOR.bin"
 printf '$s,1\r\n$G,05/14/03,12:00:0%s,4230.5000,8330.2500,31.5,90.0,1.2,7\r\n' 1 2 3 >"$seeds/battelle/loop.txt"
+# The start of each drive of the model, and a little of what it does not write.
+scripts/make_tracks.py "$seeds/tracks" 1
+for kind in gpx nmea csv; do
+    head -n 33 "$seeds/tracks/clean-1.$kind" >"$seeds/$kind/clean.$kind"
+done
+printf '</trkseg></trk></gpx>' >>"$seeds/gpx/clean.gpx"
+printf '$GPRMC,120000,V,,,,,,,010126\n$GNZDA,120000,01,01,2026\n$GPVTG,90,T,,M,10,N\n' >"$seeds/nmea/void.nmea"
+printf 'Date,Time,Lat,Long,Speed (mph),Mark\n13/04/26,12:00:00 PM,42.5N,83.25W,20,x\n' >"$seeds/csv/day.csv"
 cp tests/data/*.mdb "$seeds/mdb/"
 # A container of two records: the header, their entries, nine texts each.
 record='05/14/2003 22:00:17\00042.5\00083.5\00012\00090\0001.5\0007\0001\0002\000'  # 46 bytes

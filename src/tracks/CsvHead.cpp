@@ -62,6 +62,8 @@ CsvColumn ColumnOf(const HeadWords& words) {
         return CsvColumn::Other;
     if (words.HasAny({"lat", "latitude"})) return CsvColumn::Latitude;
     if (words.HasAny({"lon", "lng", "long", "longitude"})) return CsvColumn::Longitude;
+    if (words.HasBoth("n", "s") || words.HasAny({"ns"})) return CsvColumn::NorthSouth;
+    if (words.HasBoth("e", "w") || words.HasAny({"ew"})) return CsvColumn::EastWest;
     if (words.HasAny({"speed", "velocity", "speedkmh", "speedmph"})) return CsvColumn::Speed;
     if (words.HasAny({"time", "timestamp", "datetime", "epoch", "elapsed"})) return CsvColumn::Time;
     if (words.HasAny({"date"})) return CsvColumn::Date;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <utility>
@@ -16,8 +17,9 @@
 namespace vantor {
 namespace {
 
-constexpr std::array ColumnNames = {"",       "latitude",   "longitude", "time", "date", "speed",
-                                    "course", "satellites", "hdop",      "fix",  "node", "segment"};
+constexpr std::array<const char*, CsvColumnKinds> ColumnNames = {
+    "",      "latitude", "longitude",  "north/south", "east/west", "time", "date",
+    "speed", "course",   "satellites", "hdop",        "fix",       "node", "segment"};
 constexpr std::array UnitNames = {"m/s", "km/h", "mph", "knots"};
 constexpr std::array TimeFormNames = {"text", "epoch", "elapsed s", "elapsed ms"};
 constexpr std::array DayOrderNames = {"unknown", "day first", "month first"};
@@ -113,9 +115,9 @@ struct TimesSeen {
 
 TimesSeen SeeTimes(const CsvPreview& preview) {
     TimesSeen seen;
-    const auto see = [&](const std::string& cell) {
+    const auto see = [&](const std::string& cell, bool isDate) {
         const auto number = NumberOfCell(cell, preview.Mapping.HasDecimalComma);
-        const auto time = CellTimeOf(cell, DayOrder::Unknown);
+        const auto time = CellTimeOf(cell, DayOrder::Unknown, isDate);
         // "161418" is a time of day.
         seen.AllNumbers = seen.AllNumbers && number && !(time && preview.Mapping.Has(CsvColumn::Date));
         if (number) seen.Largest = std::max(seen.Largest, *number);
@@ -129,8 +131,8 @@ TimesSeen SeeTimes(const CsvPreview& preview) {
             cell.find('/') == std::string::npos)
             seen.Proved = DayOrder::DayFirst;
     };
-    ForEachCell(preview, CsvColumn::Time, see);
-    ForEachCell(preview, CsvColumn::Date, see);
+    ForEachCell(preview, CsvColumn::Time, [&](const std::string& cell) { see(cell, false); });
+    ForEachCell(preview, CsvColumn::Date, [&](const std::string& cell) { see(cell, true); });
     return seen;
 }
 
@@ -175,6 +177,7 @@ CsvPreview PreviewOf(const std::vector<std::string>& lines) {
     for (std::size_t i = isFound ? head.Line : 0; i < lines.size(); ++i) {
         SplitCells(lines[i], head.Delimiter, cells, unquoted);
         std::vector<std::string> texts;
+        texts.reserve(cells.size());
         for (const std::string_view cell : cells) texts.push_back(TextOfCell(cell));
         if (isFound && i == head.Line)
             preview.HeadCells = std::move(texts);

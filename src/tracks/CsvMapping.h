@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,7 +12,23 @@
 namespace vantor {
 
 /// What a column of a CSV file holds.
-enum class CsvColumn { Other, Latitude, Longitude, Time, Date, Speed, Course, Satellites, HDOP, Fix, Node, Segment };
+enum class CsvColumn {
+    Other,
+    Latitude,
+    Longitude,
+    NorthSouth,  ///< the letter of an unsigned latitude
+    EastWest,    ///< the letter of an unsigned longitude
+    Time,
+    Date,
+    Speed,
+    Course,
+    Satellites,
+    HDOP,
+    Fix,
+    Node,
+    Segment,
+};
+inline constexpr std::size_t CsvColumnKinds = 14;
 enum class CsvSpeedUnit { MetresPerSecond, KilometresPerHour, MilesPerHour, Knots };
 /// How times are told: as texts; as numbers since 1970, whose size tells whether they are seconds or thousandths,
 /// millionths or milliardths of them; as seconds or thousandths since the log began.

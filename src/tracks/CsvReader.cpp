@@ -22,7 +22,7 @@ namespace {
 
 constexpr const char* WrongPosition = "The position of the row is impossible.";
 constexpr const char* WrongTime = "The date or the time of the row cannot be read.";
-constexpr const char* EmptyRow = "The row has neither a time nor a position.";
+constexpr const char* EmptyRow = "The row has no position, and no time with a speed.";
 
 double MphOf(CsvSpeedUnit unit) {
     switch (unit) {
@@ -57,8 +57,8 @@ public:
         const char* fault = ReadTime(number);
         if (fault == nullptr) fault = ReadPosition();
         if (fault != nullptr) return fault;
-        if (!Point.Time && !Point.Position && !IsVoid) return EmptyRow;
         Point.Speed = TrackSpeed(Number(CsvColumn::Speed), MphOf(mapping_.SpeedUnit));
+        if (!Point.Position && (!Point.Time || !Point.Speed)) return EmptyRow;
         Point.Course = TrackCourse(Number(CsvColumn::Course));
         Point.HDOP = Number(CsvColumn::HDOP);
         if (const int count = DigitsOf(Cell(CsvColumn::Satellites)); count >= 0) Point.Satellites = count;
@@ -84,11 +84,20 @@ private:
         return NumberOfCell(Cell(column), mapping_.HasDecimalComma);
     }
 
+    /// A coordinate; one with the letter of the negative side in a column of its own is negative.
+    std::optional<double> Signed(CsvColumn column, CsvColumn side, char negative) const {
+        const auto number = Number(column);
+        const std::string_view letter = Cell(side);
+        const bool isNegative = !letter.empty() && (letter[0] & ~0x20) == negative;
+        return number && isNegative ? std::optional(-std::fabs(*number)) : number;
+    }
+
     const char* ReadPosition() {
         const std::string_view latitude = Cell(CsvColumn::Latitude);
         const std::string_view longitude = Cell(CsvColumn::Longitude);
         if (latitude.empty() && longitude.empty()) return nullptr;
-        Point.Position = PositionOf(Number(CsvColumn::Latitude), Number(CsvColumn::Longitude));
+        Point.Position = PositionOf(Signed(CsvColumn::Latitude, CsvColumn::NorthSouth, 'S'),
+                                    Signed(CsvColumn::Longitude, CsvColumn::EastWest, 'W'));
         IsVoid = Point.Position == TrackPosition{};
         return Point.Position ? nullptr : WrongPosition;
     }
@@ -97,6 +106,9 @@ private:
         const std::string_view time = Cell(CsvColumn::Time);
         const std::string_view date = Cell(CsvColumn::Date);
         if (time.empty() && date.empty()) return nullptr;
+        const bool isElapsed =
+            mapping_.TimeForm == CsvTimeForm::Elapsed || mapping_.TimeForm == CsvTimeForm::ElapsedMilliseconds;
+        if (isElapsed && !IsTrackTime(mapping_.Start)) ThrowWithoutDay(line);
         if (mapping_.TimeForm == CsvTimeForm::Text) return ReadTexts(time, date, line);
         const auto number = NumberOfCell(time.empty() ? date : time, mapping_.HasDecimalComma);
         if (!number || *number < 0) return WrongTime;
@@ -110,11 +122,12 @@ private:
     const char* ReadTexts(std::string_view time, std::string_view date, std::uint64_t line) {
         bool hasZone = false;
         if (const auto iso = IsoTime(time, hasZone)) {
+            hasDays_ = true;
             Point.Time = hasZone ? *iso : times_.UtcOf(*iso);
             return nullptr;
         }
         const auto timeTold = CellTimeOf(time, mapping_.DayOrder);
-        const auto dateTold = CellTimeOf(date, mapping_.DayOrder);
+        const auto dateTold = CellTimeOf(date, mapping_.DayOrder, true);
         if ((!timeTold && !time.empty()) || (!dateTold && !date.empty())) return WrongTime;
         const CellTime first = timeTold.value_or(CellTime{});
         const CellTime second = dateTold.value_or(CellTime{});
@@ -122,20 +135,28 @@ private:
         if (dayTold.IsAmbiguous && mapping_.DayOrder == DayOrder::Unknown)
             ThrowAmbiguous(first.Day ? time : date, line);
         const auto clock = first.Clock ? first.Clock : second.Clock;
-        if (!clock) return WrongTime;
-        const double local =
-            *clock + (dayTold.Day ? static_cast<double>(*dayTold.Day * SecondsOfDay) : DayOfClock(*clock));
+        if (!dayTold.Day && !IsTrackTime(mapping_.Start) && !hasDays_) ThrowWithoutDay(line);
+        if (!clock || (!dayTold.Day && !IsTrackTime(mapping_.Start))) return WrongTime;
+        hasDays_ = hasDays_ || dayTold.Day;
+        const double midnight = dayTold.Day ? static_cast<double>(*dayTold.Day * SecondsOfDay) : MidnightBefore(*clock);
+        const double local = midnight + *clock;
         const auto offset = first.ZoneOffset ? first.ZoneOffset : second.ZoneOffset;
         Point.Time = offset ? local - *offset : times_.UtcOf(local);
         return nullptr;
     }
 
     /// The midnight before a time of day that has no date; it goes on with the rows.
-    double DayOfClock(double clock) {
+    double MidnightBefore(double clock) {
         constexpr double HalfADay = 43200;
         if (latestClock_ - clock > HalfADay) daysSinceStart_ += static_cast<double>(SecondsOfDay);
         latestClock_ = clock;
         return mapping_.Start + daysSinceStart_;
+    }
+
+    [[noreturn]] void ThrowWithoutDay(std::uint64_t line) const {
+        throw RunTimeError(ErrorNumber::TypeMismatch,
+                           "The times of the file have no day. Say on what day, and when, the log began.\n" + path_ +
+                               ", line " + std::to_string(line));
     }
 
     [[noreturn]] void ThrowAmbiguous(std::string_view cell, std::uint64_t line) const {
@@ -170,9 +191,10 @@ private:
     TrackTimes times_;
     const std::string& path_;
     const CsvMapping& mapping_;
-    std::array<std::size_t, 12> at_{};  ///< by kind
+    std::array<std::size_t, CsvColumnKinds> at_{};  ///< by kind
     std::vector<std::string_view> cells_;
     std::string unquoted_;
+    bool hasDays_ = false;
     double latestClock_ = 0;
     double daysSinceStart_ = 0;
 };

@@ -24,7 +24,7 @@ bool IsLetter(char character) {
 /// Takes a text apart from its start.
 class TimeParser {
 public:
-    explicit TimeParser(std::string_view text) : rest_(Trim(text)) {}
+    TimeParser(std::string_view text, bool isDate) : rest_(Trim(text)), isDate_(isDate) {}
 
     bool Parse(DayOrder order) {
         while (!rest_.empty()) {
@@ -50,9 +50,10 @@ private:
         const std::string_view digits = Digits();
         const bool isClock = !Time.Clock && rest_.starts_with(':');
         if (isClock) return ReadClock(DigitsOf(digits));
-        if (digits.size() == 8 && dayNumbers_.empty()) {
-            Time.Day =
-                DaysSince1970(DigitsOf(digits.substr(0, 4)), DigitsOf(digits.substr(4, 2)), DigitsOf(digits.substr(6)));
+        const std::size_t yearDigits = digits.size() == 8 ? 4 : 2;
+        if (dayNumbers_.empty() && (digits.size() == 8 || (digits.size() == 6 && isDate_))) {
+            Time.Day = DaysSince1970(FourDigits({DigitsOf(digits.substr(0, yearDigits)), yearDigits}),
+                                     DigitsOf(digits.substr(yearDigits, 2)), DigitsOf(digits.substr(yearDigits + 2)));
             return Time.Day.has_value();
         }
         if (digits.size() == 6 && !Time.Clock) return ReadPackedClock(digits);
@@ -168,12 +169,13 @@ private:
     int month_ = 0;                                        ///< where it has a name
     char halfDay_ = 0;
     bool hasZone_ = false;
+    bool isDate_ = false;
 };
 
 }  // namespace
 
-std::optional<CellTime> CellTimeOf(std::string_view text, DayOrder order) {
-    TimeParser parser(text);
+std::optional<CellTime> CellTimeOf(std::string_view text, DayOrder order, bool isDate) {
+    TimeParser parser(text, isDate);
     if (!parser.Parse(order)) return std::nullopt;
     return parser.Time;
 }

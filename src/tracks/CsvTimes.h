@@ -19,8 +19,9 @@ struct CellTime {
 };
 
 /// A date and a time of day in one of the common forms: ISO, parted by / . or -, with names of months and days of the
-/// week, AM and PM, a zone as Z, UTC, GMT or +hh:mm, "20261122", "161418", and two digits for the year 2000 and later.
-/// Where `order` is unknown, an ambiguous date is taken as if the month came first. Nothing for any other text.
-std::optional<CellTime> CellTimeOf(std::string_view text, DayOrder order);
+/// week, AM and PM, a zone as Z, UTC, GMT or +hh:mm, "20261122", "161418" and, in a column of dates, "261122"; a year
+/// of two digits is 2000 or later. Where `order` is unknown, an ambiguous date is taken as if the month came first.
+/// Nothing for any other text.
+std::optional<CellTime> CellTimeOf(std::string_view text, DayOrder order, bool isDate = false);
 
 }  // namespace vantor

@@ -1,60 +1,75 @@
 #include "tracks/GpxPoint.h"
 
 #include <array>
+#include <cstdint>
 
-#include "core/Text.h"
 #include "tracks/TrackTexts.h"
 
 namespace vantor {
 namespace {
 
-bool IsBlank(char character) { return character == ' ' || character == '\n' || character == '\r' || character == '\t'; }
+// Kinds of characters, as bits of a table: most of the time of a long file is spent on looking at each.
+constexpr std::uint8_t Blank = 1;
+constexpr std::uint8_t NameLetter = 2;
+constexpr std::uint8_t PlainText = 4;
+constexpr std::uint8_t NumberPart = 8;
+
+constexpr std::array<std::uint8_t, 256> KindsOfCharacters = [] {
+    std::array<std::uint8_t, 256> kinds{};
+    const auto add = [&](std::string_view characters, std::uint8_t kind) {
+        for (const char character : characters) kinds[static_cast<unsigned char>(character)] |= kind;
+    };
+    for (std::size_t i = ' '; i < 0x7F; ++i) kinds[i] = i == '<' || i == '&' || i == '>' ? 0 : PlainText;
+    add(" \n\r\t", Blank | PlainText);
+    add("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_:", NameLetter);
+    add("0123456789-.", NameLetter | NumberPart);
+    return kinds;
+}();
+
+bool Is(std::uint8_t kind, char character) {
+    return (KindsOfCharacters[static_cast<unsigned char>(character)] & kind) != 0;
+}
 
 /// What is left of a text that is read from its start.
 struct Scanner {
     const char* At;
     const char* End;
+    std::size_t LineEnds = 0;  ///< passed over
 
-    void PassBlanks() {
-        while (At != End && IsBlank(*At)) ++At;
-    }
     bool Pass(std::string_view literal) {
         if (static_cast<std::size_t>(End - At) < literal.size() || std::string_view(At, literal.size()) != literal)
             return false;
         At += literal.size();
         return true;
     }
-    template <class Test>
-    std::string_view While(Test test) {
+    template <std::uint8_t Kind>
+    std::string_view While() {
         const char* const start = At;
-        while (At != End && test(*At)) ++At;
+        for (; At != End && Is(Kind, *At); ++At)
+            if constexpr ((Kind & (Blank | PlainText)) != 0) LineEnds += *At == '\n' ? 1 : 0;
         return {start, static_cast<std::size_t>(At - start)};
     }
 };
 
-bool IsNameLetter(char character) {
-    const char lower = static_cast<char>(character | 0x20);
-    return (lower >= 'a' && lower <= 'z') || IsDigit(character) || character == '_' || character == ':' ||
-           character == '-' || character == '.';
-}
-
-bool IsPlainText(char character) {
-    return character != '<' && character != '&' && character != '>' && (character >= ' ' || IsBlank(character));
-}
-
-/// Two attributes, which are the coordinates.
+/// The one coordinate and the other.
 bool ReadCoordinates(Scanner& scanner, GpxPoint& point) {
+    std::string_view before;
     for (int count = 0; count < 2; ++count) {
-        if (scanner.At == scanner.End || !IsBlank(*scanner.At)) return false;
-        scanner.PassBlanks();
-        const bool isLatitude = scanner.Pass("lat=\"");
-        if (!isLatitude && !scanner.Pass("lon=\"")) return false;
-        const auto text = scanner.While([](char c) { return IsDigit(c) || c == '-' || c == '.'; });
+        if (scanner.While<Blank>().empty()) return false;
+        const std::string_view name = scanner.While<NameLetter>();
+        if ((name != "lat" && name != "lon") || name == before || !scanner.Pass("=\"")) return false;
+        point.SetAttribute(name, scanner.While<NumberPart>());
         if (!scanner.Pass("\"")) return false;
-        point.SetAttribute(isLatitude ? "lat" : "lon", text);
+        before = name;
     }
-    scanner.PassBlanks();
+    scanner.While<Blank>();
     return scanner.Pass(">");
+}
+
+std::string_view WithoutBlanks(std::string_view text) {
+    while (!text.empty() && Is(Blank, text.front())) text.remove_prefix(1);
+    while (!text.empty() && Is(Blank, text.back())) text.remove_suffix(1);
+    return text;
 }
 
 }  // namespace
@@ -64,12 +79,26 @@ std::string_view LocalName(std::string_view name) {
     return prefix == std::string_view::npos ? name : name.substr(prefix + 1);
 }
 
+void GpxPoint::Clear() {
+    // Field by field, which takes a fraction of the time of a new point.
+    latitude_.reset();
+    longitude_.reset();
+    isVoid_ = false;
+    point_.Time.reset();
+    point_.Speed.reset();
+    point_.Course.reset();
+    point_.FixQuality.reset();
+    point_.Satellites.reset();
+    point_.HDOP.reset();
+}
+
 void GpxPoint::SetAttribute(std::string_view name, std::string_view text) {
     if (name == "lat") latitude_ = TrackNumber(text);
     if (name == "lon") longitude_ = TrackNumber(text);
 }
 
-void GpxPoint::SetElement(std::string_view localName, std::string_view text) {
+void GpxPoint::SetElement(std::string_view localName, std::string_view told) {
+    const std::string_view text = WithoutBlanks(told.substr(0, LongestText));
     const auto fill = [](auto& value, const auto& read) {
         if (!value) value = read;
     };
@@ -82,42 +111,44 @@ void GpxPoint::SetElement(std::string_view localName, std::string_view text) {
     } else if (localName == "hdop") {
         fill(point_.HDOP, TrackNumber(text));
     } else if (localName == "sat") {
-        if (const int satellites = DigitsOf(Trim(text)); satellites >= 0) point_.Satellites = satellites;
+        if (const int satellites = DigitsOf(text); satellites >= 0) point_.Satellites = satellites;
     } else if (localName == "node") {
         // Of this program's own files: the name of a node.
         point_.Node = 1;
     } else if (localName == "fix") {
-        const std::string_view fix = Trim(text);
-        isVoid_ = fix == "none";
-        if (!isVoid_) point_.FixQuality = fix == "dgps" ? 2 : fix == "pps" ? 3 : 1;
+        isVoid_ = text == "none";
+        if (!isVoid_) point_.FixQuality = text == "dgps" ? 2 : text == "pps" ? 3 : 1;
     }
 }
 
-const TrackPoint& GpxPoint::Point() {
+TrackPoint& GpxPoint::Point() {
     point_.Position = PositionOf(latitude_, longitude_);
     return point_;
 }
 
-std::size_t ReadPlainPoint(std::string_view text, GpxPoint& point) {
-    Scanner scanner{text.data(), text.data() + text.size()};
-    scanner.PassBlanks();
-    if (!scanner.Pass("<trkpt") || !ReadCoordinates(scanner, point)) return 0;
+PlainPoint ReadPlainPoint(std::string_view text, GpxPoint& point) {
+    Scanner scanner{text.data(), text.data() + text.size(), 0};
+    scanner.While<Blank>();
+    if (!scanner.Pass("<trkpt") || !ReadCoordinates(scanner, point)) return {};
     std::array<std::string_view, 8> open;
     std::size_t depth = 0;
     for (std::string_view content;;) {
-        content = scanner.While(IsPlainText);
-        if (!scanner.Pass("<")) return 0;
+        content = scanner.While<PlainText>();
+        if (!scanner.Pass("<")) return {};
         if (!scanner.Pass("/")) {
-            const std::string_view name = scanner.While(IsNameLetter);
-            if (depth == open.size() || name.empty() || IsDigit(name[0]) || name[0] == '-' || name[0] == '.' ||
-                name == "trkpt" || !scanner.Pass(">"))
-                return 0;
+            const std::string_view name = scanner.While<NameLetter>();
+            if (depth == open.size() || name.empty() || Is(NumberPart, name[0]) || name == "trkpt" ||
+                !scanner.Pass(">"))
+                return {};
             open[depth++] = name;
             continue;
         }
-        if (depth == 0) return scanner.Pass("trkpt>") ? static_cast<std::size_t>(scanner.At - text.data()) : 0;
+        if (depth == 0) {
+            if (!scanner.Pass("trkpt>")) return {};
+            return {static_cast<std::size_t>(scanner.At - text.data()), scanner.LineEnds};
+        }
         const std::string_view name = open[--depth];
-        if (!scanner.Pass(name) || !scanner.Pass(">")) return 0;
+        if (!scanner.Pass(name) || !scanner.Pass(">")) return {};
         point.SetElement(LocalName(name), content);
     }
 }

@@ -8,17 +8,22 @@
 
 namespace vantor {
 
+/// What is kept of the text of an element.
+inline constexpr std::size_t LongestText = 256;
+
 /// A name without its prefix: "gpxtpx:speed" is "speed".
 std::string_view LocalName(std::string_view name);
 
 /// A track point of GPX as its attributes and the elements in it come.
 class GpxPoint {
 public:
+    /// Nothing is told yet.
+    void Clear();
     void SetAttribute(std::string_view name, std::string_view text);
-    void SetElement(std::string_view localName, std::string_view text);
+    void SetElement(std::string_view localName, std::string_view told);
 
     /// The point; without a position where that is missing or impossible.
-    const TrackPoint& Point();
+    TrackPoint& Point();
     bool IsVoid() const { return isVoid_; }
 
 private:
@@ -28,9 +33,15 @@ private:
     bool isVoid_ = false;
 };
 
+/// How far a plain point goes.
+struct PlainPoint {
+    std::size_t Length = 0;
+    std::size_t LineEnds = 0;
+};
+
 /// Reads one track point of the plainest kind at the start of `text`: "<trkpt" with both coordinates, in it elements
-/// without attributes, in them ASCII without references, all closed in their order; blanks may stand before it. Returns
-/// its length with these blanks; 0 for anything else, which an XML parser has to read.
-std::size_t ReadPlainPoint(std::string_view text, GpxPoint& point);
+/// without attributes, in them ASCII without references, all closed in their order; blanks may stand before it. Length
+/// 0 for anything else, which an XML parser has to read.
+PlainPoint ReadPlainPoint(std::string_view text, GpxPoint& point);
 
 }  // namespace vantor

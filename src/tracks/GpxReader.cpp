@@ -22,7 +22,6 @@ namespace {
 constexpr std::size_t PieceSize = 256 * 1024;
 constexpr std::size_t LongestMarkup = 1024 * 1024;
 constexpr std::size_t DeepestMarkup = 64;
-constexpr std::size_t LongestText = 256;
 constexpr std::string_view PointEnd = "</trkpt>";
 constexpr const char* WrongPosition = "The position of the point is missing or impossible.";
 
@@ -52,10 +51,12 @@ public:
     bool Feed(std::string_view piece, bool isLast);
 
 private:
-    // What the C library calls: nothing is thrown through it.
+    // What the C library calls: nothing is thrown through it. Of an empty element it tells the end, too, when it was
+    // stopped at its start.
     template <class Action>
     static void Call(void* self, Action action) {
         auto& parser = *static_cast<GpxParser*>(self);
+        if (parser.fault_ || parser.summary_.IsStopped) return;
         try {
             action(parser);
         } catch (...) {
@@ -143,7 +144,7 @@ void GpxParser::Start(std::string_view name, const XML_Char** attributes) {
     open_.push_back(element);
     text_.clear();
     const auto begin = [&](GpxPoint& point) {
-        point = {};
+        point.Clear();
         for (const XML_Char** next = attributes; *next != nullptr; next += 2)
             point.SetAttribute(LocalName(next[0]), next[1]);
     };
@@ -184,7 +185,7 @@ void GpxParser::End(std::string_view fullName) {
 }
 
 void GpxParser::EndOfPoint() {
-    TrackPoint point = point_.Point();
+    TrackPoint& point = point_.Point();
     point.Name = trackName_;
     if (!point.Position)
         order_.AddBroken(Line(), WrongPosition);
@@ -219,7 +220,9 @@ bool GpxParser::Parse(std::string_view part, bool isLast) {
                 "another file.");
         return true;
     }
-    const std::string reason = XML_ErrorString(XML_GetErrorCode(parser_.get()));
+    const XML_Error error = XML_GetErrorCode(parser_.get());
+    const std::string reason =
+        error == XML_ERROR_NO_ELEMENTS && hasRoot_ ? "it ends within an element" : XML_ErrorString(error);
     if (!hasRoot_) Refuse("The file is no GPX file: " + reason + ". Choose another file, or export the track as GPX.");
     summary_.Damage = "The file is damaged: " + reason +
                       ". What stands before was read; export the track again to have " + "the rest.\n" + path_ +
@@ -231,12 +234,11 @@ bool GpxParser::Parse(std::string_view part, bool isLast) {
 std::size_t GpxParser::PassPlainPoints(std::string_view piece) {
     std::size_t passed = 0;
     while (!summary_.IsStopped) {
-        point_ = {};
-        const std::size_t length = ReadPlainPoint(piece.substr(passed), point_);
-        if (length == 0) break;
-        const std::string_view point = piece.substr(passed, length);
-        plainLines_ += static_cast<std::uint64_t>(std::count(point.begin(), point.end(), '\n'));
-        passed += length;
+        point_.Clear();
+        const PlainPoint plain = ReadPlainPoint(piece.substr(passed), point_);
+        if (plain.Length == 0) break;
+        passed += plain.Length;
+        plainLines_ += plain.LineEnds;
         EndOfPoint();
     }
     return passed;
@@ -245,7 +247,7 @@ std::size_t GpxParser::PassPlainPoints(std::string_view piece) {
 bool GpxParser::Feed(std::string_view piece, bool isLast) {
     while (!piece.empty()) {
         // Right behind the end of a track point, and nowhere else, a plain one is known to be what it seems.
-        if (endOfPoint_ != 0 && endOfPoint_ == fed_) {
+        if (endOfPoint_ != 0 && endOfPoint_ == fed_ && open_.size() < DeepestMarkup / 2) {
             piece.remove_prefix(PassPlainPoints(piece));
             if (summary_.IsStopped) return false;
         }

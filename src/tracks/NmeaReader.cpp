@@ -75,7 +75,8 @@ std::optional<double> DegreesOf(std::string_view text, std::string_view side, ch
     if (!number || *number < 0 || side.size() != 1 || (side[0] != positive && side[0] != negative)) return std::nullopt;
     const double degrees = std::floor(*number / 100);
     const double minutes = *number - degrees * 100;
-    if (minutes >= 60) return std::nullopt;
+    // Loggers that round seconds away write 59.99999 minutes as 60.
+    if (minutes > 60) return std::nullopt;
     return (side[0] == negative ? -1 : 1) * (degrees + minutes / 60);
 }
 
@@ -131,12 +132,19 @@ public:
 private:
     static constexpr double NoClock = -1;
 
-    /// The sentence belongs to this time of day: a new point where it is another than before.
-    bool Turn(double clock) {
-        if (clock_ == clock) return true;
+    /// The sentence belongs to this time of day, and day where it tells one: a new point where they are others than
+    /// before.
+    bool Turn(double clock, std::optional<std::int64_t> day) {
+        if (clock_ == clock && (!day || !isDayTold_ || day == day_)) {
+            isDayTold_ = isDayTold_ || day;
+            if (day) day_ = day;
+            return true;
+        }
         const bool goesOn = Finish();
         constexpr double HalfADay = 43200;
         if (day_ && clock_ - clock > HalfADay) ++*day_;
+        if (day) day_ = day;
+        isDayTold_ = day.has_value();
         clock_ = clock;
         point_ = {};
         isVoid_ = false;
@@ -156,9 +164,8 @@ private:
             fault = WrongFields;
             return true;
         }
-        if (!Turn(*clock)) return false;
+        if (!Turn(*clock, day)) return false;
         isVoid_ = isVoid_ || isVoid;
-        if (day) day_ = day;
         FillIn(point_.Position, position);
         // The speed over ground of this sentence is told in more digits than that of VTG.
         if (const auto speed = TrackSpeed(TrackNumber(fields[7]), MphOfKnots)) point_.Speed = speed;
@@ -176,7 +183,7 @@ private:
             fault = WrongFields;
             return true;
         }
-        if (!Turn(*clock)) return false;
+        if (!Turn(*clock, std::nullopt)) return false;
         isVoid_ = isVoid_ || isVoid;
         FillIn(point_.Position, position);
         FillIn(point_.HDOP, TrackNumber(fields[8]));
@@ -202,9 +209,7 @@ private:
             fault = WrongFields;
             return true;
         }
-        if (!Turn(*clock)) return false;
-        day_ = day;
-        return true;
+        return Turn(*clock, day);
     }
 
     TrackOrder& order_;
@@ -213,6 +218,7 @@ private:
     double clock_ = NoClock;  ///< seconds of the day of `point_`
     TrackPoint point_;
     bool isVoid_ = false;
+    bool isDayTold_ = false;  ///< by a sentence of `point_`
     bool hasSentences_ = false;
 };
 

@@ -1,5 +1,7 @@
 #include "tracks/TrackOrder.h"
 
+#include <utility>
+
 #include "tracks/TrackTexts.h"
 
 namespace vantor {
@@ -15,7 +17,7 @@ void TrackOrder::BeginSegment() {
     backward_.clear();
 }
 
-bool TrackOrder::Give(TrackPoint point) {
+bool TrackOrder::Give(TrackPoint& point) {
     if (isNew_) ++summary_.Segments;
     isNew_ = false;
     point.Segment = summary_.Segments - 1;
@@ -32,15 +34,16 @@ bool TrackOrder::AddBackward(const TrackPoint& point) {
     if (!backward_.empty() && *point.Time <= *backward_.back().Time) backward_.clear();
     backward_.push_back(point);
     if (backward_.size() < BackwardForGood) return true;
-    const std::vector<TrackPoint> waiting = std::move(backward_);
+    std::vector<TrackPoint> waiting = std::move(backward_);
     BeginSegment();
     summary_.OutOfOrder -= waiting.size();
-    for (const TrackPoint& next : waiting)
+    for (TrackPoint& next : waiting)
         if (!Give(next)) return false;
     return true;
 }
 
-bool TrackOrder::Add(TrackPoint point) {
+bool TrackOrder::Add(const TrackPoint& told) {
+    TrackPoint point = told;
     if (point.Time && !IsTrackTime(*point.Time)) point.Time.reset();
     if (point.Time && latest_) {
         if (*point.Time < *latest_) return AddBackward(point);

@@ -17,13 +17,13 @@ public:
 
     /// The next point begins a new segment.
     void BeginSegment();
-    /// False when nothing more is wanted. `point.Segment` is set here. A point of an impossible time has none.
-    bool Add(TrackPoint point);
+    /// False when nothing more is wanted. Its segment is set here. A point of an impossible time has none.
+    bool Add(const TrackPoint& told);
     /// Notes a line that could not be read.
     void AddBroken(std::uint64_t line, std::string_view reason);
 
 private:
-    bool Give(TrackPoint point);
+    bool Give(TrackPoint& point);
     bool AddBackward(const TrackPoint& point);
 
     const TrackSink& sink_;

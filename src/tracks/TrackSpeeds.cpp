@@ -19,8 +19,11 @@ constexpr double ShortestStanding = 4;  // seconds
 constexpr double ShortestCore = 2;      // seconds, without its ends
 constexpr double FastestDrift = 1;      // metres a second, from end to end
 constexpr double FastestWander = 0.25;  // metres a second, from third to third and between two places
-constexpr double WidestWander = 2.5;    // metres, from third to third
+constexpr double WidestWander = 3.5;    // metres, from third to third
+constexpr double LongestTrim = 3;       // seconds at each end
+constexpr double LongestRest = 8;       // seconds beside a trimmed end
 constexpr double LeastSpread = 0.5;     // metres
+constexpr double LongestLeaps = 30;     // seconds, between two places within the jitter
 constexpr double LongestBetween = 3;    // seconds from one place to the next of the same standing
 
 /// A point on a plane that follows the track, in metres.
@@ -66,27 +69,51 @@ std::size_t LastAround(std::span<const Place> places, std::size_t first) {
     return last;
 }
 
+/// Where a receiver stood for a while, and how far its positions spread along an axis.
+struct Rest {
+    PlanePoint Centre;
+    double Spread = LeastSpread;
+};
+
+Rest RestOf(std::span<const Place> places) {
+    const PlanePoint centre = MeanOf(places);
+    double squares = 0;
+    for (const Place& place : places) squares += std::pow(DistanceOf(centre, place.At), 2);
+    return {centre, std::max(LeastSpread, std::sqrt(squares / static_cast<double>(places.size()) / 2))};
+}
+
+/// The places next to those that may be trimmed: over longer times the receiver wanders. Of few places their middle.
+Rest RestBeside(std::span<const Place> core, double from, double to) {
+    const auto first = std::ranges::lower_bound(core, from, {}, &Place::Time);
+    const auto last = std::ranges::upper_bound(core, to, {}, &Place::Time);
+    if (last - first >= 3) return RestOf({first, last});
+    const std::size_t quarter = core.size() / 4;
+    return RestOf(core.subspan(quarter, core.size() - 2 * quarter));
+}
+
+bool IsTowards(const Place& place, const Place& outside, const Rest& rest) {
+    const double distance = DistanceOf(rest.Centre, outside.At);
+    const double along = (place.At.X - rest.Centre.X) * (outside.At.X - rest.Centre.X) +
+                         (place.At.Y - rest.Centre.Y) * (outside.At.Y - rest.Centre.Y);
+    return distance > 0 && along > rest.Spread * distance;
+}
+
 /// Braking and starting lie within the jitter, too: takes the places off an end that lie towards the one outside of it.
 void TrimEnds(std::span<const Place> places, Standing& standing) {
-    const std::size_t quarter = (standing.Last - standing.First + 1) / 4;
-    const auto middle = places.subspan(standing.First + quarter, standing.Last - standing.First + 1 - 2 * quarter);
-    const PlanePoint centre = MeanOf(middle);
-    double squares = 0;
-    for (const Place& place : middle) squares += std::pow(DistanceOf(centre, place.At), 2);
-    const double spread = std::max(LeastSpread, std::sqrt(squares / static_cast<double>(middle.size()) / 2));
-    const auto isTowards = [&](const Place& place, const Place& outside) {
-        const double distance = DistanceOf(centre, outside.At);
-        const double along =
-            (place.At.X - centre.X) * (outside.At.X - centre.X) + (place.At.Y - centre.Y) * (outside.At.Y - centre.Y);
-        return distance > 0 && along / distance > spread;
-    };
+    const auto core = places.subspan(standing.First, standing.Last - standing.First + 1);
+    const double begin = core.front().Time + LongestTrim;
+    const double end = core.back().Time - LongestTrim;
     if (standing.First > 0) {
-        const Place& outside = places[standing.First - 1];
-        while (standing.First < standing.Last && isTowards(places[standing.First], outside)) ++standing.First;
+        const Rest rest = RestBeside(core, begin, begin + LongestRest);
+        while (standing.First < standing.Last && places[standing.First + 1].Time <= begin &&
+               IsTowards(places[standing.First], places[standing.First - 1], rest))
+            ++standing.First;
     }
     if (standing.Last + 1 < places.size()) {
-        const Place& outside = places[standing.Last + 1];
-        while (standing.Last > standing.First && isTowards(places[standing.Last], outside)) --standing.Last;
+        const Rest rest = RestBeside(core, end - LongestRest, end);
+        while (standing.Last > standing.First && places[standing.Last - 1].Time >= end &&
+               IsTowards(places[standing.Last], places[standing.Last + 1], rest))
+            --standing.Last;
     }
     standing.Centre = MeanOf(places.subspan(standing.First, standing.Last - standing.First + 1));
 }
@@ -118,11 +145,16 @@ std::vector<Standing> FindStanding(std::span<const Place> places) {
     return found;
 }
 
-/// The position of a receiver wanders over minutes, from one place to the next.
+/// The position of a receiver wanders over minutes from one place to the next, and leaps to and fro in between.
 bool IsSameStanding(std::span<const Place> places, const Standing& standing, const Standing& next) {
     const auto middle = [&](const Standing& of) { return (places[of.First].Time + places[of.Last].Time) / 2; };
-    return places[next.First].Time - places[standing.Last].Time <= LongestBetween &&
-           DistanceOf(standing.Centre, next.Centre) < FastestWander * (middle(next) - middle(standing));
+    const double distance = DistanceOf(standing.Centre, next.Centre);
+    const double seconds = places[next.First].Time - places[standing.Last].Time;
+    if (seconds <= LongestBetween && distance < FastestWander * (middle(next) - middle(standing))) return true;
+    return seconds <= LongestLeaps && distance <= JitterMetres &&
+           std::ranges::all_of(places.subspan(standing.Last, next.First - standing.Last), [&](const Place& place) {
+               return DistanceOf(place.At, standing.Centre) <= 2 * JitterMetres;
+           });
 }
 
 /// Metres from each place to the next; those of standing are 0.

@@ -1,5 +1,6 @@
 #include "tracks/TrackTexts.h"
 
+#include <array>
 #include <charconv>
 #include <chrono>
 #include <cmath>
@@ -9,16 +10,19 @@
 namespace vantor {
 namespace {
 
-/// The number that `count` digits at `at` are; -1 where they are none.
-int DigitsAt(std::string_view text, std::size_t at, std::size_t count) {
-    return at + count <= text.size() ? DigitsOf(text.substr(at, count)) : -1;
+/// The number that two digits at `at` are; -1 where they are none.
+int TwoDigitsAt(std::string_view text, std::size_t at) {
+    if (at + 2 > text.size()) return -1;
+    const int first = text[at] - '0';
+    const int second = text[at + 1] - '0';
+    return first < 0 || first > 9 || second < 0 || second > 9 ? -1 : 10 * first + second;
 }
 
 /// Seconds that a zone is ahead of UTC; nothing for a text that is none.
 std::optional<int> OffsetOfZone(std::string_view zone) {
     if (zone == "Z" || zone == "z") return 0;
     if (zone.size() < 3 || (zone[0] != '+' && zone[0] != '-')) return std::nullopt;
-    const int hours = DigitsAt(zone, 1, 2);
+    const int hours = TwoDigitsAt(zone, 1);
     std::string_view rest = zone.substr(3);
     if (rest.size() == 3 && rest[0] == ':') rest.remove_prefix(1);
     const int minutes = rest.empty() ? 0 : rest.size() == 2 ? DigitsOf(rest) : -1;
@@ -29,7 +33,7 @@ std::optional<int> OffsetOfZone(std::string_view zone) {
 /// The seconds at the start of a text, with decimals or none, taken off it; -1 where there are none. A leap second, 60,
 /// counts as the second before it.
 double TakeSeconds(std::string_view& text) {
-    const int whole = DigitsAt(text, 0, 2);
+    const int whole = TwoDigitsAt(text, 0);
     if (whole < 0 || whole > 60) return -1;
     text.remove_prefix(2);
     double seconds = whole == 60 ? 59 : whole;
@@ -39,6 +43,28 @@ double TakeSeconds(std::string_view& text) {
     if (text.empty() || !IsDigit(text[0])) return -1;
     for (; !text.empty() && IsDigit(text[0]); text.remove_prefix(1), part /= 10) seconds += part * (text[0] - '0');
     return seconds;
+}
+
+/// A number of up to 15 digits. These and the power of ten are exact, so their quotient is rounded once, as it has to
+/// be.
+std::optional<double> ShortNumber(std::string_view text) {
+    constexpr std::array Powers = {1.0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    if (text.size() > Powers.size()) return std::nullopt;
+    std::int64_t digits = 0;
+    std::size_t point = text.size();
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const int digit = text[i] - '0';
+        if (digit >= 0 && digit <= 9)
+            digits = 10 * digits + digit;
+        else if (text[i] == '.' && point == text.size())
+            point = i;
+        else
+            return std::nullopt;
+    }
+    const std::size_t decimals = point == text.size() ? 0 : text.size() - point - 1;
+    if (text == ".") return std::nullopt;
+    return static_cast<double>(digits) / Powers[decimals];
 }
 
 }  // namespace
@@ -58,21 +84,12 @@ std::optional<double> TrackNumber(std::string_view text) {
     if (isNegative || digits[0] == '+') digits.remove_prefix(1);
     // from_chars alone would also read a second sign, "inf" and "nan".
     if (digits.empty() || (!IsDigit(digits[0]) && digits[0] != '.')) return std::nullopt;
+    if (const auto number = ShortNumber(digits)) return isNegative ? -*number : *number;
     double number = 0;
     const auto [end, error] =
         std::from_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed);
     if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
     return isNegative ? -number : number;
-}
-
-int DigitsOf(std::string_view text) {
-    if (text.empty() || text.size() > 9) return -1;
-    int number = 0;
-    for (const char character : text) {
-        if (!IsDigit(character)) return -1;
-        number = 10 * number + (character - '0');
-    }
-    return number;
 }
 
 std::optional<TrackPosition> PositionOf(std::optional<double> latitude, std::optional<double> longitude) {
@@ -102,9 +119,9 @@ std::optional<double> IsoTime(std::string_view text, bool& hasZone) {
     if (text.size() < 19 || text[4] != '-' || text[7] != '-' || text[13] != ':' || text[16] != ':' ||
         (text[10] != 'T' && text[10] != 't' && text[10] != ' '))
         return std::nullopt;
-    const auto day = DaysSince1970(DigitsAt(text, 0, 4), DigitsAt(text, 5, 2), DigitsAt(text, 8, 2));
-    const int hour = DigitsAt(text, 11, 2);
-    const int minute = DigitsAt(text, 14, 2);
+    const auto day = DaysSince1970(DigitsOf(text.substr(0, 4)), TwoDigitsAt(text, 5), TwoDigitsAt(text, 8));
+    const int hour = TwoDigitsAt(text, 11);
+    const int minute = TwoDigitsAt(text, 14);
     std::string_view rest = text.substr(17);
     const double seconds = TakeSeconds(rest);
     rest = TrimLeft(rest);
@@ -115,8 +132,8 @@ std::optional<double> IsoTime(std::string_view text, bool& hasZone) {
 }
 
 std::optional<double> PackedClock(std::string_view text) {
-    const int hour = DigitsAt(text, 0, 2);
-    const int minute = DigitsAt(text, 2, 2);
+    const int hour = TwoDigitsAt(text, 0);
+    const int minute = TwoDigitsAt(text, 2);
     if (hour < 0 || hour > 23 || minute < 0 || minute > 59) return std::nullopt;
     text.remove_prefix(4);
     const double seconds = TakeSeconds(text);

@@ -28,7 +28,14 @@ std::optional<std::int64_t> DaysSince1970(int year, int month, int day);
 /// The decimal number that a text is as a whole: a sign or none, digits with at most one point.
 std::optional<double> TrackNumber(std::string_view text);
 /// The whole number that a text of at most nine digits is; -1 for any other text.
-int DigitsOf(std::string_view text);
+inline int DigitsOf(std::string_view text) {
+    int number = text.empty() || text.size() > 9 ? -1 : 0;
+    for (const char character : text) {
+        const int digit = character - '0';
+        number = digit < 0 || digit > 9 || number < 0 ? -1 : 10 * number + digit;
+    }
+    return number;
+}
 
 /// Nothing beyond 90 or 180 degrees, or where one of them is missing.
 std::optional<TrackPosition> PositionOf(std::optional<double> latitude, std::optional<double> longitude);
