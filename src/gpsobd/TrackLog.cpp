@@ -58,6 +58,9 @@ std::vector<std::string> RemarksOf(const TrackSummary& summary, const TrackRuns&
         remarks.push_back(speeds.Told == 0
                               ? "its speeds are from its positions"
                               : CountText(speeds.FromPositions, "speed is", "speeds are") + " from the positions");
+    if (runs.Interval() > 0)
+        remarks.push_back("it has a point every " + std::to_string(Round32(runs.Interval())) +
+                          " s; the seconds between are on the way from one position to the next");
     if (speeds.None > 0)
         remarks.push_back(CountText(speeds.None, "point has", "points have") + " neither speed nor position");
     if (summary.Broken > 0)

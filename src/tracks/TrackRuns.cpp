@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "tracks/TrackSeconds.h"
+
 namespace vantor {
 
 bool TrackRuns::EndsBefore(const TrackPoint& point) const {
@@ -25,8 +27,13 @@ bool TrackRuns::Add(const TrackPoint& point) {
 bool TrackRuns::Finish() { return CutStretch(); }
 
 bool TrackRuns::CutStretch() {
-    std::vector<TrackPoint> points = WholeSecondsOf(std::exchange(stretch_, {}));
+    const std::vector<TrackPoint> told = WholeSecondsOf(std::exchange(stretch_, {}));
+    std::vector<TrackPoint> points = told;
     const FilledSpeeds filled = FillSpeeds(points);
+    if (const double interval = IntervalOf(points); interval > 0) {
+        interval_ = interval;
+        points = WithSecondsBetween(points, told);
+    }
     speeds_.Told += filled.Told;
     speeds_.FromPositions += filled.FromPositions;
     speeds_.Standing += filled.Standing;

@@ -27,6 +27,8 @@ public:
     const FilledSpeeds& Speeds() const { return speeds_; }
     /// Points outside of any piece: without a time, alone, or standing throughout.
     std::uint64_t Left() const { return left_; }
+    /// Of a logger that writes a point every few seconds, else 0; between those its seconds are filled.
+    double Interval() const { return interval_; }
     double SecondsOfStanding() const { return standing_; }  ///< cut off at ends
 
 private:
@@ -39,6 +41,7 @@ private:
     FilledSpeeds speeds_;
     std::uint64_t left_ = 0;
     double standing_ = 0;
+    double interval_ = 0;
 };
 
 }  // namespace vantor
