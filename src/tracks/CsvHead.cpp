@@ -81,8 +81,10 @@ CsvColumn ColumnOf(const HeadWords& words) {
 }  // namespace
 
 CsvHeadCell CsvHeadOf(std::string_view cell) {
-    const HeadWords words(cell);
     CsvHeadCell head;
+    constexpr std::size_t LongestHead = 100;
+    if (cell.empty() || cell.size() > LongestHead) return head;
+    const HeadWords words(cell);
     head.Column = ColumnOf(words);
     if (head.Column == CsvColumn::Speed) {
         head.Unit = words.HasAny({"speedkmh"})   ? CsvSpeedUnit::KilometresPerHour

@@ -71,6 +71,7 @@ FoundHead FindHead(const std::vector<std::string>& lines) {
     FoundHead found;
     for (std::size_t i = 0; i < std::min(lines.size(), MostLinesAbove); ++i)
         for (const char delimiter : Delimiters) {
+            if (lines[i].find(delimiter) == std::string::npos) continue;
             HeadCells cells = HeadCellsOf(lines[i], delimiter);
             const int recognised = RecognisedIn(cells);
             if (recognised > found.Recognised) found = {i, delimiter, std::move(cells), recognised};

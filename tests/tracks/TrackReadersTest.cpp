@@ -84,6 +84,8 @@ TEST_F(GpxReaderTest, BrokenFiles) {
               "1 points, The file is damaged: it ends within an element" + damaged + place + "7"},
              {begin + PlainPoint(1) + "</trk>" + end,
               "1 points, The file is damaged: mismatched tag" + damaged + place + "6"},
+             {begin + PlainPoint(1) + "<trkpt lat=\"1\" lat=\"2\">\n</trkpt>",
+              "1 points, The file is damaged: duplicate attribute" + damaged + place + "6"},
              {"Dear Sir",
               "The file is no GPX file: syntax error. Choose another file, or export the track as GPX." + place + "1"},
              {"", "The file is no GPX file: no element found. Choose another file, or export the track as GPX." +

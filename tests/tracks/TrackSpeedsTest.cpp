@@ -56,7 +56,7 @@ Driven Measure(const std::vector<TrackPoint>& seconds) {
 }
 
 TEST(TrackSpeedsTest, StandingAndLengthAgreeWithTheMotion) {
-    for (const auto& [latitude, longitude] : {std::pair{42.3, -83.0}, {-33.9, 151.2}, {-17.0, 179.99}})
+    for (const auto& [latitude, longitude] : {std::pair{42.3, -83.0}, {-33.9, 151.2}, {-17.0, 179.99999}})
         for (const double noise : {0.0, 0.5}) {
             for (const double perSecond : {1.0, 5.0, 0.2}) {
                 auto seconds = WholeSecondsOf(Drive(perSecond, noise, latitude, longitude));
@@ -69,6 +69,15 @@ TEST(TrackSpeedsTest, StandingAndLengthAgreeWithTheMotion) {
                 EXPECT_NEAR(driven.Metres, 3 * 768, noise == 0 ? 0.01 * 768 : 0.02 * 3 * 768) << perSecond;
             }
         }
+}
+
+TEST(TrackSpeedsTest, AReceiverThatWandersForLongStands) {
+    std::vector<TrackPoint> points;
+    for (int t = 0; t < 1200; ++t)
+        points.push_back({.Time = 1772625600 + t,
+                          .Position = TrackPosition{(t % 3 + 9 * std::sin(t / 60.0)) * MetreOfLatitude,
+                                                    9 * std::cos(t / 80.0) * MetreOfLatitude}});
+    EXPECT_EQ(FillSpeeds(points).Standing, 1200U);
 }
 
 TEST(TrackSpeedsTest, CreepingIsNoStandingAndToldSpeedsStay) {
@@ -87,12 +96,16 @@ TEST(TrackSpeedsTest, CreepingIsNoStandingAndToldSpeedsStay) {
 TEST(TrackSpeedsTest, SecondsHaveTheNearestPointAndTheMeanSpeed) {
     std::vector<TrackPoint> points;
     for (const auto& [time, speed, node] :
-         {std::tuple{100.6, 10.0, 0}, {100.9, 20.0, 0}, {101.1, 30.0, 4}, {101.6, 40.0, 5}})
-        points.push_back({.Time = 1e9 + time, .Speed = speed, .Node = static_cast<std::int16_t>(node)});
+         {std::tuple{100.6, 10.0, 0}, {100.9, 20.0, 0}, {101.2, 30.0, 4}, {101.6, 40.0, 5}})
+        points.push_back({.Time = 1e9 + time,
+                          .Position = TrackPosition{speed, 0},
+                          .Speed = speed,
+                          .Node = static_cast<std::int16_t>(node)});
     points.push_back({.Speed = 50});
     const auto seconds = WholeSecondsOf(points);
     ASSERT_EQ(seconds.size(), 2U);
-    EXPECT_EQ(Told(seconds[0]) + "|" + Told(seconds[1]), "0:1000000101 v=20.0000 n=4|0:1000000102 v=40.0000 n=5");
+    EXPECT_EQ(Told(seconds[0]), "0:1000000101 20.000000 0.000000 v=20.0000 n=4");
+    EXPECT_EQ(Told(seconds[1]), "0:1000000102 40.000000 0.000000 v=40.0000 n=5");
 }
 
 /// Speeds second by second: "60x0" is 60 s standing, "gap400" a gap, "|" a new segment.
