@@ -90,8 +90,9 @@ std::vector<LogProblem> FindProblems(std::span<const RunPoint> rows) {
 }
 
 std::span<const LogProblem> ProblemsOfRow(std::span<const LogProblem> problems, std::size_t row) {
-    const auto found = std::ranges::equal_range(problems, row, {}, &LogProblem::Row);
-    return {found.begin(), found.end()};
+    const auto first = std::ranges::lower_bound(problems, row, {}, &LogProblem::Row);
+    const auto end = std::ranges::upper_bound(problems, row, {}, &LogProblem::Row);
+    return {first, end};
 }
 
 std::size_t NextProblemRow(std::span<const LogProblem> problems, std::size_t row) {

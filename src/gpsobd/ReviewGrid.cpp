@@ -4,7 +4,6 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
-#include <ranges>
 #include <type_traits>
 
 #include "core/Numeric.h"
@@ -205,9 +204,10 @@ void ReviewGrid::DeleteRows(std::vector<int> rows) {
     std::ranges::sort(rows);
     for (const int row : rows) underWay_.Deleted.push_back(PointOf(row));
     if (!gapFills_.empty())
-        for (const int row : rows | std::views::reverse) {  // the last one first: it leaves the others where they are
-            JoinGapsAt(row);
-            rows_.erase(rows_.begin() + (row - 1));
+        // The last one first: it leaves the others where they are.
+        for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
+            JoinGapsAt(*row);
+            rows_.erase(rows_.begin() + (*row - 1));
         }
     TakeOut(underWay_.Deleted);
     ActivateRow(rows.front());
