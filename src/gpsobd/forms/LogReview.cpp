@@ -137,13 +137,13 @@ QLayout* LogReview::BuildActions() {
                               QStringLiteral("Fill the gap that begins in the active row, of any length"));
     btnFindAndFixAll_ = AddButton("btnFindAndFixAll", QStringLiteral("Find and Fix &All Speeds"), "process-runs",
                                   QStringLiteral("Fill every gap of up to %1 rows").arg(ReviewGrid::MaximumGap));
-    btnNextProblem_ =
-        AddButton("btnNextProblem", QStringLiteral("Next Prob&lem"), "missing",
-                  QStringLiteral("Go to the next row without a speed or with a spike, a gap or a jump (F8)"));
     btnDeleteRow_ = AddButton("btnDeleteRow", QStringLiteral("&Delete Row"), "delete",
                               QStringLiteral("Delete the selected rows (Delete)"));
     btnUndo_ = AddButton("btnUndo", QStringLiteral("&Undo"), "undo", QStringLiteral("Ctrl+Z"));
     btnRedo_ = AddButton("btnRedo", QStringLiteral("&Redo"), "redo", QStringLiteral("Ctrl+Y"));
+    btnNextProblem_ =
+        AddButton("btnNextProblem", QStringLiteral("Next Prob&lem"), "missing",
+                  QStringLiteral("Go to the next row without a speed or with a spike, a gap or a jump (F8)"));
     btnExport2Excel_ =
         AddButton("btnExport2Excel", QStringLiteral("&Export"), "export-spreadsheet", QLatin1String(screen_.ExportTip));
     btnExportAs_ = AddButton("btnExportAs", QStringLiteral("E&xport As..."), nullptr,
@@ -153,8 +153,9 @@ QLayout* LogReview::BuildActions() {
     auto* repairs = new QHBoxLayout(frame);
     for (QPushButton* button : {btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_}) repairs->addWidget(button);
     auto* rowActions = new QHBoxLayout;
-    for (QPushButton* button : {btnNextProblem_, btnDeleteRow_, btnUndo_, btnRedo_}) rowActions->addWidget(button);
+    for (QPushButton* button : {btnDeleteRow_, btnUndo_, btnRedo_}) rowActions->addWidget(button);
     auto* exports = new QHBoxLayout;
+    exports->addWidget(btnNextProblem_);
     exports->addStretch();
     for (QPushButton* button : {btnExport2Excel_, btnExportAs_}) exports->addWidget(button);
     auto* right = new QVBoxLayout;
