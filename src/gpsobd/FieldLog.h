@@ -20,6 +20,7 @@ struct FieldLog : LogHead {
     std::vector<ObdPoint> Obd;
     bool IsArranged = false;  ///< in the order of the review (ArrangeForReview)
 
+    const LogHead& Head() const { return *this; }
     std::size_t PointCount() const { return std::max(Gps.size(), Obd.size()); }
     LogPoint At(std::size_t index) const {
         LogPoint point;

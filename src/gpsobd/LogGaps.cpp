@@ -2,34 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <numbers>
 #include "core/Units.h"
 
 namespace vantor {
 namespace {
 
-constexpr double FarthestStanding = 100;            // feet
-constexpr double FastestBesideStanding = 15;        // mph
-constexpr double EarthRadius = 6371008.8 / 0.3048;  // mean radius, feet
-
-/// A receiver without a fix writes -1 or 0, which as degrees and minutes is a sixtieth of a degree at most: no road
-/// leads there. A point without a receiver has 0.
-bool HasPosition(const RunPoint& point) {
-    constexpr double noFix = 1.0 / 60 + 1e-9;
-    return std::fabs(point.Latitude) <= 90 && std::fabs(point.Longitude) <= 180 && point.Latitude != -1 &&
-           point.Longitude != -1 && (std::fabs(point.Latitude) > noFix || std::fabs(point.Longitude) > noFix);
-}
-
-/// The haversine formula, which is exact for short distances, too.
-double FeetBetween(const RunPoint& from, const RunPoint& to) {
-    constexpr double radians = std::numbers::pi / 180;
-    const double sinLatitude = std::sin((to.Latitude - from.Latitude) * radians / 2);
-    const double sinLongitude = std::sin((to.Longitude - from.Longitude) * radians / 2);
-    const double half = sinLatitude * sinLatitude + std::cos(from.Latitude * radians) *
-                                                        std::cos(to.Latitude * radians) * sinLongitude * sinLongitude;
-    return 2 * EarthRadius * std::asin(std::sqrt(std::min(half, 1.0)));
-}
+constexpr double FarthestStanding = 100;      // feet
+constexpr double FastestBesideStanding = 15;  // mph
 
 /// The feet driven in a gap when the speed follows the line between the nearest seconds that have one, `before` at its
 /// first second or earlier, `behind` at its last or later.

@@ -34,6 +34,10 @@ RunPoint RunPointAt(const FieldLog& log, std::size_t index);
 
 /// False for a speed that stands for none.
 bool HasSpeed(const RunPoint& point);
+/// False for a position that stands for none.
+bool HasPosition(const RunPoint& point);
+/// On the great circle.
+double FeetBetween(const RunPoint& from, const RunPoint& to);
 
 /// Calls `use` with the half of a point that its run number, time, node, delay number and direction are taken from.
 template <class Log, class Use>

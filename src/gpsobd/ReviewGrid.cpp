@@ -199,13 +199,28 @@ bool ReviewGrid::FindAndFixAll(const std::function<bool()>& goOn, Search search)
     return !isStopped;
 }
 
-void ReviewGrid::DeleteRow() {
-    if (activeRow_ == 0) return;
-    JoinGapsAt(activeRow_);
-    underWay_.Deleted = {activeRow_, PointOf(activeRow_)};
-    rows_.erase(rows_.begin() + (activeRow_ - 1));
-    ActivateRow(activeRow_);
+void ReviewGrid::DeleteRows(std::vector<int> rows) {
+    if (rows.empty()) return;
+    std::ranges::sort(rows);
+    for (const int row : rows) underWay_.Deleted.push_back(PointOf(row));
+    if (!gapFills_.empty())
+        // The last one first: it leaves the others where they are.
+        for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
+            JoinGapsAt(*row);
+            rows_.erase(rows_.begin() + (*row - 1));
+        }
+    TakeOut(underWay_.Deleted);
+    ActivateRow(rows.front());
     EndStep();
+}
+
+void ReviewGrid::TakeOut(const std::vector<PointIndex>& points) {
+    std::erase_if(rows_, [&](PointIndex point) { return std::ranges::binary_search(points, point); });
+}
+
+void ReviewGrid::PutBack(const std::vector<PointIndex>& points) {
+    const auto middle = rows_.insert(rows_.end(), points.begin(), points.end());
+    std::inplace_merge(rows_.begin(), middle, rows_.end());
 }
 
 void ReviewGrid::Fill(int row, int column, double value) {
@@ -231,7 +246,7 @@ void ReviewGrid::SetGapFill(const GapPlace& gap, std::optional<GapFill> fill) {
         gapFills_.erase(gap);
 }
 
-std::vector<LogGap> ReviewGrid::Gaps() const {
+std::vector<RunPoint> ReviewGrid::Points() const {
     std::vector<RunPoint> points;
     points.reserve(rows_.size());
     const PointField& repaired = Column(layout_.RepairColumn).Field;
@@ -247,6 +262,11 @@ std::vector<LogGap> ReviewGrid::Gaps() const {
         WithField(repaired, one, 0, [&](auto& held) { TakeOver(held, filled->second); });
         points.push_back(RunPointAt(one, 0));
     }
+    return points;
+}
+
+std::vector<LogGap> ReviewGrid::Gaps() const {
+    std::vector<RunPoint> points = Points();
     SortByRun(points);
     std::vector<LogGap> gaps = FindGaps(RunsAmong(points));
     for (LogGap& gap : gaps)
@@ -305,7 +325,7 @@ int ReviewGrid::RowBefore(const LogGap& gap) const {
 }
 
 void ReviewGrid::EndStep() {
-    if (underWay_.Cells.empty() && underWay_.Gaps.empty() && !underWay_.Deleted) return;
+    if (underWay_.Cells.empty() && underWay_.Gaps.empty() && underWay_.Deleted.empty()) return;
     steps_.resize(done_);
     underWay_.Cells.shrink_to_fit();
     steps_.push_back(std::exchange(underWay_, Step{}));
@@ -316,8 +336,9 @@ void ReviewGrid::Undo() {
     if (!CanUndo()) return;
     const Step& step = steps_[--done_];
     for (auto change = step.Cells.rbegin(); change != step.Cells.rend(); ++change) SetFilled(*change, change->Before);
-    for (const GapChange& change : step.Gaps) SetGapFill(change.Gap, change.Before);
-    if (step.Deleted) rows_.insert(rows_.begin() + (step.Deleted->first - 1), step.Deleted->second);
+    for (auto change = step.Gaps.rbegin(); change != step.Gaps.rend(); ++change)
+        SetGapFill(change->Gap, change->Before);
+    PutBack(step.Deleted);
     ActivateRow(FirstRowOf(step));
 }
 
@@ -326,20 +347,20 @@ void ReviewGrid::Redo() {
     const Step& step = steps_[done_++];
     for (const CellChange& change : step.Cells) SetFilled(change, change.After);
     for (const GapChange& change : step.Gaps) SetGapFill(change.Gap, change.After);
-    if (step.Deleted) rows_.erase(rows_.begin() + (step.Deleted->first - 1));
+    TakeOut(step.Deleted);
     ActivateRow(FirstRowOf(step));
 }
 
 int ReviewGrid::FirstRowOf(const Step& step) const {
-    if (step.Deleted) return step.Deleted->first;
-    if (step.Cells.empty()) return activeRow_;
-    const auto place = std::lower_bound(rows_.begin(), rows_.end(), step.Cells.front().Point);
+    if (step.Deleted.empty() && step.Cells.empty()) return activeRow_;
+    const PointIndex first = step.Deleted.empty() ? step.Cells.front().Point : step.Deleted.front();
+    const auto place = std::ranges::lower_bound(rows_, first);
     return static_cast<int>(place - rows_.begin()) + 1;
 }
 
 FieldLog ReviewGrid::Edited() const {
     FieldLog edited;
-    static_cast<LogHead&>(edited) = log_;
+    static_cast<LogHead&>(edited) = log_.Head();
     edited.IsArranged = true;
     for (const PointIndex point : rows_) edited.Add(log_.At(point));
     for (const auto& [key, value] : filled_) {

@@ -75,11 +75,13 @@ public:
     /// between the steps; it may let events run but must leave the grid alone. When it returns false the repair stops
     /// with what is filled so far, and so does this. The search row is 1 afterwards.
     bool FindAndFixAll(const std::function<bool()>& goOn, Search search = Search::FromSearchRow);
-    /// Deletes the active row; the one that takes its place is active then. A gap beside it that FillGapsAs filled is
-    /// filled so as the longer gap that it becomes, too. Of two gaps that become one only what both were filled as
-    /// stays.
-    void DeleteRow();
+    /// Deletes rows, each named once, as one step to undo; the one that takes the place of the first is active then. A
+    /// gap beside a row that FillGapsAs filled is filled so as the longer gap that it becomes, too. Of two gaps that
+    /// become one only what both were filled as stays.
+    void DeleteRows(std::vector<int> rows);
 
+    /// The rows as they stand now, for the runs that are made of them; in the order of the rows.
+    std::vector<RunPoint> Points() const;
     /// The gaps between the rows as they stand now, filled by the rule of FindGaps or as FillGapsAs said.
     std::vector<LogGap> Gaps() const;
     /// Fills these gaps so, those without positions not by position; one step to undo.
@@ -116,7 +118,7 @@ private:
     struct Step {
         std::vector<CellChange> Cells;
         std::vector<GapChange> Gaps;
-        std::optional<std::pair<int, PointIndex>> Deleted;  ///< the row and what stood in it
+        std::vector<PointIndex> Deleted;  ///< ascending
     };
 
     static std::uint64_t CellKey(PointIndex point, int column);
@@ -131,6 +133,8 @@ private:
     void SetGapFill(const GapPlace& gap, std::optional<GapFill> fill);
     void ChangeGapFill(const GapPlace& gap, std::optional<GapFill> fill);
     void JoinGapsAt(int row);
+    void TakeOut(const std::vector<PointIndex>& points);
+    void PutBack(const std::vector<PointIndex>& points);
     /// The second of the next row of the same run in that direction, 1 or -1; nothing where it is the last one.
     std::optional<std::int64_t> SecondBeside(int row, int direction) const;
     void EndStep();

@@ -161,6 +161,44 @@ TEST_F(LogReviewTest, WhatIsDoneInASortedGridGoesByTheOrderOfTheLog) {
     EXPECT_THAT(WrittenSpeeds(), ElementsAre(50, 40, 35, 30));
 }
 
+TEST_F(LogReviewTest, MarksProblemsAndWalksThroughThem) {
+    OpenObd({30, -1, 31, 32, 60, 61});
+    EXPECT_EQ(Text("lblStatus"), "6 rows. With a problem: 2.");
+    const auto isMarked = [&](int row) {
+        return !Grid().model()->headerData(row, Qt::Vertical, Qt::DecorationRole).isNull();
+    };
+    EXPECT_TRUE(isMarked(1) && isMarked(4) && !isMarked(0) && !isMarked(3));
+    PressKey(Qt::Key_F8);
+    EXPECT_EQ(Text("lblStatus"), "Row 2: no speed.");
+    EXPECT_EQ(Grid().currentIndex().row(), 1);
+    Press("btnCalcSpeed");
+    EXPECT_FALSE(isMarked(1)) << "it is filled";
+    for (const int row : {4, 4}) {
+        Press("btnNextProblem");
+        EXPECT_EQ(Grid().currentIndex().row(), row);
+    }
+    EXPECT_EQ(Text("lblStatus"), "Row 5: the speed changes by 28 MPH a second.");
+    Press("btnDeleteRow");
+    ChooseRow(4);
+    Press("btnDeleteRow");
+    Press("btnNextProblem");
+    EXPECT_EQ(Text("lblStatus"), "No row has a problem.");
+}
+
+TEST_F(LogReviewTest, DeletesARangeAndKeepsThePlaceInASortedGrid) {
+    OpenObd({50, 40, 10, 30, 20, 60});
+    ClickHead(Grid(), SpeedColumn);
+    ASSERT_THAT(Speeds(), ElementsAre("10.0", "20.0", "30.0", "40.0", "50.0", "60.0"));
+    ChooseRow(1);
+    ClickCell(Grid(), 3, RunColumn, Qt::ShiftModifier);
+    PressKey(Qt::Key_Delete);
+    EXPECT_THAT(Speeds(), ElementsAre("10.0", "50.0", "60.0"));
+    EXPECT_EQ(Text("lblStatus"), "3 rows are deleted.");
+    EXPECT_EQ(Grid().currentIndex().row(), 1);
+    Press("btnUndo");
+    EXPECT_EQ(Speeds().size(), 6U);
+}
+
 TEST_F(LogReviewTest, ListsGapsAndFillsThemOtherwise) {
     std::string records;
     for (const int second : {0, 10, 11, 15}) records += GpsRecord(1, LogDay + 0.5 + second / 86400.0);

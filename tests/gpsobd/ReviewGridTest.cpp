@@ -51,10 +51,8 @@ void CalculateIn(ReviewGrid& grid, int row) {
     grid.SetActive(row, 1);
     grid.CalculateSpeed();
 }
-void Delete(ReviewGrid& grid, int row) {
-    grid.SetActive(row, 1);
-    grid.DeleteRow();
-}
+void Delete(ReviewGrid& grid, int row) { grid.DeleteRows({row}); }
+void DeleteActive(ReviewGrid& grid) { Delete(grid, grid.ActiveRow()); }
 
 TEST(ReviewGrid, LoadsRowsInOrderAndRepairsTheirTimes) {
     const std::vector<Timed> points{{Moment(30), -2}, {Moment(86400)}, {Moment(10.4)}, {Moment(0)},
@@ -288,7 +286,7 @@ TEST(ReviewGrid, AGapKeepsItsFillWhenTheRowAtItsEndIsDeleted) {
 TEST(ReviewGrid, TakesEveryStepBackAndDoesItAgain) {
     ReviewGrid grid(ObdLog({10, -1, 30, 40}));
     CalculateIn(grid, 2);
-    grid.DeleteRow();
+    DeleteActive(grid);
     EXPECT_EQ(Texts(grid), "10.0 30.0 40.0 ");
     EXPECT_EQ(grid.ActiveRow(), 2);
     EXPECT_EQ(grid.Edited().PointCount(), 3U) << "the fill of a deleted row goes with it";
@@ -308,15 +306,35 @@ TEST(ReviewGrid, TakesEveryStepBackAndDoesItAgain) {
     grid.Undo();
     grid.CalculateSpeed();
     EXPECT_TRUE(grid.CanRedo()) << "nothing was filled";
-    grid.DeleteRow();
+    DeleteActive(grid);
     EXPECT_FALSE(grid.CanRedo());
-    for (int row = 0; row < 3; ++row) grid.DeleteRow();  // the last time there is none
+    for (int row = 0; row < 2; ++row) DeleteActive(grid);
     EXPECT_EQ(std::pair(grid.RowCount(), grid.ActiveRow()), std::pair(0, 0));
     EXPECT_FALSE(grid.FindNextMissing());
     grid.CalculateSpeed();
     grid.Undo();
     EXPECT_EQ(Texts(grid), "10.0 ");
     EXPECT_EQ(grid.ActiveRow(), 1);
+}
+
+TEST(ReviewGrid, DeletesSeveralRowsAsOneStep) {
+    // Of the three gaps from second 10 to 30, which become one, two were filled otherwise.
+    const std::vector<Timed> points{{Moment(1)}, {Moment(10)}, {Moment(15)}, {Moment(20)}, {Moment(30)}, {Moment(31)}};
+    ReviewGrid grid(GpsLog(points));
+    grid.FillGapsAs(std::vector{grid.Gaps()[1], grid.Gaps()[2]}, GapFill::Speed);
+    const std::string before = Texts(grid, 5);
+    const std::vector<LogGap> gaps = grid.Gaps();
+    grid.DeleteRows({4, 6, 3});
+    EXPECT_EQ(Texts(grid, 5), "12:00:01 AM 12:00:10 AM 12:00:30 AM ");
+    EXPECT_EQ(grid.ActiveRow(), 3) << "what took the place of the first";
+    EXPECT_EQ(grid.Gaps().back().Seconds(), 20);
+    grid.Undo();
+    EXPECT_EQ(Texts(grid, 5), before);
+    EXPECT_EQ(grid.Gaps(), gaps) << "filled as they were";
+    grid.Redo();
+    EXPECT_EQ(grid.RowCount(), 3);
+    grid.Undo();
+    EXPECT_EQ(grid.Gaps(), gaps);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "core/LoggerChoices.h"
 #include "core/Paths.h"
@@ -59,7 +60,11 @@ LogReview::LogReview(AppContext& context, const LogFormat& format, const LogChoi
     // A log opens in the order it is reviewed in, whatever column the one before was sorted by.
     vaData_->sortByColumn(-1, Qt::AscendingOrder);
     gaps_->Show(std::exchange(gapsAsLoaded_, {}));
-    ShowState(QStringLiteral("%1 rows.").arg(model_.rowCount()));
+    ShowProblems(std::exchange(problemsAsLoaded_, {}));
+    QString status = QStringLiteral("%1 rows.").arg(model_.rowCount());
+    if (const std::size_t count = CountRowsOf(model_.Problems()); count > 0)
+        status += QStringLiteral(" With a problem: %1.").arg(count);
+    ShowState(status);
 }
 
 FieldLog LogReview::LoadLog() {
@@ -80,6 +85,10 @@ FieldLog LogReview::LoadLog() {
             }
             ArrangeForReview(log);
             gapsAsLoaded_ = FindGaps(RunsOf(log));
+            std::vector<RunPoint> rows;
+            rows.reserve(log.PointCount());
+            for (std::size_t i = 0; i < log.PointCount(); ++i) rows.push_back(RunPointAt(log, i));
+            problemsAsLoaded_ = FindProblems(rows);
         };
         isLoaded_ = context_.Work.Run("Reading log " + LastComponent(logPath_), load);
     });
@@ -130,9 +139,13 @@ QLayout* LogReview::BuildActions() {
                               QStringLiteral("Fill the gap that begins in the active row, of any length"));
     btnFindAndFixAll_ = AddButton("btnFindAndFixAll", QStringLiteral("Find and Fix &All Speeds"), "process-runs",
                                   QStringLiteral("Fill every gap of up to %1 rows").arg(ReviewGrid::MaximumGap));
-    btnDeleteRow_ = AddButton("btnDeleteRow", QStringLiteral("&Delete Row"), "delete", QStringLiteral("Delete"));
+    btnDeleteRow_ = AddButton("btnDeleteRow", QStringLiteral("&Delete Row"), "delete",
+                              QStringLiteral("Delete the selected rows (Delete)"));
     btnUndo_ = AddButton("btnUndo", QStringLiteral("&Undo"), "undo", QStringLiteral("Ctrl+Z"));
     btnRedo_ = AddButton("btnRedo", QStringLiteral("&Redo"), "redo", QStringLiteral("Ctrl+Y"));
+    btnNextProblem_ =
+        AddButton("btnNextProblem", QStringLiteral("Next Prob&lem"), "missing",
+                  QStringLiteral("Go to the next row without a speed or with a spike, a gap or a jump (F8)"));
     btnExport2Excel_ =
         AddButton("btnExport2Excel", QStringLiteral("&Export"), "export-spreadsheet", QLatin1String(screen_.ExportTip));
     btnExportAs_ = AddButton("btnExportAs", QStringLiteral("E&xport As..."), nullptr,
@@ -144,6 +157,7 @@ QLayout* LogReview::BuildActions() {
     auto* rowActions = new QHBoxLayout;
     for (QPushButton* button : {btnDeleteRow_, btnUndo_, btnRedo_}) rowActions->addWidget(button);
     auto* exports = new QHBoxLayout;
+    exports->addWidget(btnNextProblem_);
     exports->addStretch();
     for (QPushButton* button : {btnExport2Excel_, btnExportAs_}) exports->addWidget(button);
     auto* right = new QVBoxLayout;
@@ -196,7 +210,8 @@ void LogReview::ConnectControls() {
     onClick(btnFindAndFixAll_, [this] { FindAndFixAll(ReviewGrid::Search::FromSearchRow); });
     onClick(btnGoOn_, [this] { GoOnFromThere(); });
     onClick(btnStop_, [this] { stopRequested_ = true; });
-    onClick(btnDeleteRow_, [this] { DeleteRow(); });
+    onClick(btnNextProblem_, [this] { NextProblem(); });
+    onClick(btnDeleteRow_, [this] { DeleteRows(); });
     onClick(btnUndo_, [this] { Undo(); });
     onClick(btnRedo_, [this] { Redo(); });
     onClick(btnExport2Excel_, [this] { export_.ToXls(); });
@@ -216,7 +231,8 @@ void LogReview::ConnectControls() {
     };
     onKeys(new QShortcut(Qt::CTRL | Qt::Key_Z, this), [this] { Undo(); });
     onKeys(new QShortcut(Qt::CTRL | Qt::Key_Y, this), [this] { Redo(); });
-    onKeys(new QShortcut(Qt::Key_Delete, vaData_, nullptr, nullptr, Qt::WidgetShortcut), [this] { DeleteRow(); });
+    onKeys(new QShortcut(Qt::Key_Delete, vaData_, nullptr, nullptr, Qt::WidgetShortcut), [this] { DeleteRows(); });
+    onKeys(new QShortcut(Qt::Key_F8, this), [this] { NextProblem(); });
 }
 
 void LogReview::FindMissing(ReviewGrid::Search search) {
@@ -285,13 +301,34 @@ void LogReview::GoOnFromThere() {
 
 void LogReview::ShowGaps() {
     std::vector<LogGap> gaps;
-    context_.Work.Run("Looking for gaps", [&](FileSystem&, const Progress&) { gaps = model_.Grid().Gaps(); });
+    std::vector<LogProblem> problems;
+    context_.Work.Run("Looking for gaps", [&](FileSystem&, const Progress&) {
+        gaps = model_.Grid().Gaps();
+        problems = FindProblems(model_.Grid().Points());
+    });
     gaps_->Show(std::move(gaps));
+    ShowProblems(std::move(problems));
+}
+
+void LogReview::ShowProblems(std::vector<LogProblem> problems) {
+    model_.ShowProblems(std::move(problems), UnitsOf(context_.State.Settings));
+}
+
+void LogReview::NextProblem() {
+    if (isRepairing_) return;
+    if (model_.Problems().empty()) return ShowState(QStringLiteral("No row has a problem."));
+    const auto active = static_cast<std::size_t>(std::max(model_.Grid().ActiveRow() - 1, 0));
+    const int row = static_cast<int>(NextProblemRow(model_.Problems(), active)) + 1;
+    ShowRow(row);
+    ShowState(QStringLiteral("Row %1: %2.").arg(row).arg(model_.ProblemOf(row)));
 }
 
 void LogReview::ShowGap(const LogGap& gap) {
     const int row = model_.Grid().RowBefore(gap);
-    if (row == 0) return;
+    if (row != 0) ShowRow(row);
+}
+
+void LogReview::ShowRow(int row) {
     model_.SetActiveRow(row);
     vaData_->ShowActive();
     vaData_->scrollTo(vaData_->currentIndex(), QAbstractItemView::PositionAtCenter);
@@ -321,9 +358,17 @@ void LogReview::SetRepairing(bool isRepairing) {
     ShowState(isRepairing ? QStringLiteral("Filling gaps...") : QString());
 }
 
-void LogReview::DeleteRow() {
-    const int row = model_.Grid().ActiveRow();
-    if (row != 0) Change([](ReviewGrid& grid) { grid.DeleteRow(); }, QStringLiteral("Row %1 is deleted.").arg(row));
+void LogReview::DeleteRows() {
+    const std::vector<int> places = vaData_->SelectedPlaces();
+    if (places.empty()) return;
+    std::vector<int> rows;
+    rows.reserve(places.size());
+    for (const int place : places) rows.push_back(model_.GridRow(place));
+    Change([&](ReviewGrid& grid) { grid.DeleteRows(rows); },
+           rows.size() == 1 ? QStringLiteral("Row %1 is deleted.").arg(rows.front())
+                            : QStringLiteral("%1 rows are deleted.").arg(rows.size()));
+    // In a sorted grid the row that follows in the log may be anywhere.
+    vaData_->ShowPlace(places.front());
 }
 
 void LogReview::Undo() {
@@ -367,8 +412,8 @@ void LogReview::ShowState(const QString& status) {
     gaps_->setEnabled(!isRepairing_);
     const bool hasRows = model_.rowCount() > 0 && !isRepairing_;
     for (QWidget* control :
-         std::initializer_list<QWidget*>{vaData_, btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_, btnDeleteRow_,
-                                         btnExport2Excel_, btnExportAs_})
+         std::initializer_list<QWidget*>{vaData_, btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_,
+                                         btnNextProblem_, btnDeleteRow_, btnExport2Excel_, btnExportAs_})
         control->setEnabled(hasRows);
     btnUndo_->setEnabled(!isRepairing_ && model_.Grid().CanUndo());
     btnRedo_->setEnabled(!isRepairing_ && model_.Grid().CanRedo());

@@ -18,8 +18,8 @@ class QLayout;
 namespace vantor {
 
 /// The review of a log: frmGPSViewData, frmOBDViewData or frmGPSOBDViewData by the log's format. Shows every
-/// point, repairs missing values, deletes rows, exports the rows and, on OK, makes runs of them in the folder of
-/// temporary runs and writes the log back; it is accepted then.
+/// point, marks problems and walks through them, repairs missing values, deletes rows, exports the rows and, on OK,
+/// makes runs of them in the folder of temporary runs and writes the log back; it is accepted then.
 class LogReview : public QDialog {
 public:
     LogReview(AppContext& context, const LogFormat& format, const LogChoice& log);
@@ -45,10 +45,13 @@ private:
     void GoOnFromThere();
     void ShowGaps();
     void ShowGap(const LogGap& gap);
+    void ShowRow(int row);
     void FillGaps(const std::vector<LogGap>& gaps, GapFill fill);
     bool GoesOnAfterEvents();
     void SetRepairing(bool isRepairing);
-    void DeleteRow();
+    void DeleteRows();
+    void NextProblem();
+    void ShowProblems(std::vector<LogProblem> problems);
     void Undo();
     void Redo();
     void Change(const std::function<void(ReviewGrid&)>& change, const QString& status);
@@ -70,6 +73,7 @@ private:
     QString studyName_;
     QString studyDate_;
     std::vector<LogGap> gapsAsLoaded_;
+    std::vector<LogProblem> problemsAsLoaded_;
     ReviewModel model_;
     ReviewExport export_;
     ReviewTable* vaData_ = nullptr;
@@ -81,6 +85,7 @@ private:
     QPushButton* btnFindMissingData_ = nullptr;
     QPushButton* btnCalcSpeed_ = nullptr;
     QPushButton* btnFindAndFixAll_ = nullptr;
+    QPushButton* btnNextProblem_ = nullptr;
     QPushButton* btnDeleteRow_ = nullptr;
     QPushButton* btnUndo_ = nullptr;
     QPushButton* btnRedo_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <limits>
+#include <utility>
 
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
@@ -52,6 +53,16 @@ void ReviewModel::Change(const std::function<void(ReviewGrid&)>& change) {
     show();
 }
 
+void ReviewModel::ShowProblems(std::vector<LogProblem> problems, const Units& units) {
+    problems_ = std::move(problems);
+    units_ = units;
+    if (rowCount() > 0) emit headerDataChanged(Qt::Vertical, 0, rowCount() - 1);
+}
+
+QString ReviewModel::ProblemOf(int gridRow) const {
+    return ToQt(ProblemText(ProblemsOfRow(problems_, static_cast<std::size_t>(gridRow - 1)), units_));
+}
+
 QModelIndex ReviewModel::ActiveIndex() const {
     const int row = grid_.ActiveRow() - 1;
     if (row < 0 || row >= rowCount()) return {};
@@ -70,7 +81,8 @@ QVariant ReviewModel::data(const QModelIndex& index, int role) const {
     const int column = index.column() + 1;
     if (role == Qt::DisplayRole) return ToQt(grid_.Text(row, column));
     if (role == Qt::TextAlignmentRole) return AlignmentOf(grid_.Column(column).Look);
-    if (!grid_.IsComputed(row, column)) return {};
+    if (role == Qt::AccessibleDescriptionRole) return ProblemOf(row);
+    if (!grid_.IsComputed(row, column)) return role == Qt::ToolTipRole ? QVariant(ProblemOf(row)) : QVariant();
     switch (role) {
         case Qt::BackgroundRole: return GreenPair(QGuiApplication::palette()).Background;
         case Qt::ForegroundRole: return GreenPair(QGuiApplication::palette()).Text;
@@ -82,10 +94,18 @@ QVariant ReviewModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant ReviewModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation == Qt::Vertical) return role == Qt::DisplayRole ? QVariant(GridRow(section)) : QVariant();
+    if (orientation == Qt::Vertical) return RowHead(GridRow(section), role);
     const ReviewColumn& column = grid_.Column(section + 1);
     if (role == Qt::DisplayRole) return ToQt(column.Caption);
     if (role == Qt::TextAlignmentRole) return AlignmentOf(column.Look);
+    return {};
+}
+
+QVariant ReviewModel::RowHead(int row, int role) const {
+    if (role == Qt::DisplayRole) return row;
+    if (role == Qt::ToolTipRole) return ProblemOf(row);
+    if (role == Qt::DecorationRole && !ProblemsOfRow(problems_, static_cast<std::size_t>(row - 1)).empty())
+        return LineIcon(QStringLiteral("missing"));
     return {};
 }
 

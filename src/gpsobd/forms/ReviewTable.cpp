@@ -2,6 +2,7 @@
 
 #include <QHeaderView>
 #include <algorithm>
+#include <set>
 
 namespace vantor {
 namespace {
@@ -18,7 +19,7 @@ constexpr int SampleRows = 100;
 }  // namespace
 
 ReviewTable::ReviewTable(QWidget* parent) : QTableView(parent) {
-    setSelectionMode(QAbstractItemView::SingleSelection);
+    setSelectionMode(QAbstractItemView::ContiguousSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
     setAlternatingRowColors(true);
@@ -32,6 +33,8 @@ ReviewTable::ReviewTable(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSortIndicatorClearable(true);
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    // Beside the number there may be the symbol of a problem.
+    verticalHeader()->setMinimumWidth(SymbolRoom + fontMetrics().horizontalAdvance(QStringLiteral("000000")));
     columns_ = new TableColumns(*this);
 }
 
@@ -55,6 +58,19 @@ void ReviewTable::ShowFound() {
     ShowActive();
     const int top = review_->IsSorted() ? currentIndex().row() : review_->Grid().TopRow() - 1;
     scrollTo(model()->index(top, currentIndex().column()), QAbstractItemView::PositionAtTop);
+}
+
+std::vector<int> ReviewTable::SelectedPlaces() const {
+    std::set<int> places;
+    for (const QItemSelectionRange& range : selectionModel()->selection())
+        for (int place = range.top(); place <= range.bottom(); ++place) places.insert(place);
+    if (places.empty() && currentIndex().isValid()) places.insert(currentIndex().row());
+    return {places.begin(), places.end()};
+}
+
+void ReviewTable::ShowPlace(int place) {
+    if (review_->rowCount() == 0) return;
+    setCurrentIndex(review_->index(std::min(place, review_->rowCount() - 1), review_->Grid().ActiveColumn() - 1));
 }
 
 void ReviewTable::FitColumns() {

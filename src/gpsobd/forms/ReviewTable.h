@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "core/forms/TableColumns.h"
 #include "gpsobd/forms/ReviewModel.h"
 
@@ -19,6 +21,11 @@ public:
     void ShowActive();
     /// The same for a cell that was searched for: three rows before it stay in view.
     void ShowFound();
+
+    /// The places of the rows with a selected cell; the active row's where none is.
+    std::vector<int> SelectedPlaces() const;
+    /// Makes the row at that place, or the last one, the active one.
+    void ShowPlace(int place);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
