@@ -13,6 +13,7 @@
 #include "core/ports/Screens.h"
 #include "core/ports/SerialPort.h"
 #include "core/ports/Spreadsheet.h"
+#include "core/ports/TileSource.h"
 #include "core/ports/WindowMemory.h"
 
 namespace vantor {
@@ -33,6 +34,7 @@ struct AppContext {
     const Spreadsheet& Sheets;
     const DocumentWriter& Documents;
     LongWork& Work;
+    const TileFiles& Tiles;
 };
 
 }  // namespace vantor

@@ -12,6 +12,7 @@
 #include "fakes/FakeLongWork.h"
 #include "fakes/FakeRemoteApi.h"
 #include "fakes/FakeSerialPort.h"
+#include "fakes/FakeTiles.h"
 #include "fakes/MemoryFileSystem.h"
 #include "fakes/RecordingCanvas.h"
 #include "fakes/ScriptedMessageBoxes.h"
@@ -203,8 +204,9 @@ struct TestProgram {
     FakeSpreadsheet Sheets;
     FakeDocumentWriter Documents;
     FakeLongWork Work{Files};
-    AppContext Context{State,  Files,  Messages, OtherScreens, DesktopServices, Time,      End,
-                       Memory, Serial, Device,   Databases,    Sheets,          Documents, Work};
+    FakeTiles Tiles;
+    AppContext Context{State,  Files,  Messages,  OtherScreens, DesktopServices, Time, End,  Memory,
+                       Serial, Device, Databases, Sheets,       Documents,       Work, Tiles};
 
     TestProgram() {
         for (const char* folder : {"/start/Temp", "/start/Study Groups", "/start/Field Data Files"})
