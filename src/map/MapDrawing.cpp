@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <utility>
+#include <vector>
 
 #include "map/MapLegend.h"
 
@@ -15,7 +18,6 @@ constexpr double MarkerSize = 9;
 constexpr double Halo = 1.5;
 /// How much broader a track is drawn that is chosen.
 constexpr double ChosenBroader = 4;
-constexpr double ChosenOpacity = 0.45;
 
 /// What the parts of a drawing share.
 struct Frame {
@@ -25,6 +27,8 @@ struct Frame {
     const MapLook& Look;
     int Level;
     WorldBox View;
+    double Scale;
+    CanvasPoint Origin;  ///< where the world's upper left corner lies
 
     Frame(Canvas& canvas, const MapScene& scene, const MapWindow& window, const MapLook& look)
         : On(canvas),
@@ -32,12 +36,78 @@ struct Frame {
           Window(window),
           Look(look),
           Level(scene.LevelFor(window, look.Detail)),
-          View(window.View(ChosenBroader)) {}
+          View(window.View(ChosenBroader)),
+          Scale(window.Scale()),
+          Origin(window.PlaceOf({0, 0})) {}
+
+    CanvasPoint PlaceOf(const WorldPoint& place) const {
+        return {Origin.X + place.X * Scale, Origin.Y + place.Y * Scale};
+    }
 };
 
-/// Gives the lines of one class in view, a line going on as long as it keeps to the class.
+/// Cells of a map that tracks are drawn in so far. Where all cells of a way have been drawn in, it would not be seen.
+class Cells {
+public:
+    Cells(const CanvasBox& area, double detail)
+        : area_(area),
+          side_(2 / detail),
+          across_(static_cast<std::size_t>(area.Width / side_) + 1),
+          down_(static_cast<std::size_t>(area.Height / side_) + 1),
+          isDrawn_(across_ * down_) {}
+
+    /// Draws a way in; true where it comes into a new cell.
+    bool Add(CanvasPoint from, CanvasPoint to) {
+        if (!ClipTo(from, to)) return false;
+        const double x = to.X - from.X;
+        const double y = to.Y - from.Y;
+        const double steps = std::ceil(std::max(std::abs(x), std::abs(y)) / side_);
+        bool isNew = false;
+        for (double step = 0; step <= steps; ++step) {
+            const double part = steps == 0 ? 0 : step / steps;
+            const auto column = static_cast<std::size_t>((from.X + part * x - area_.X) / side_);
+            const auto row = static_cast<std::size_t>((from.Y + part * y - area_.Y) / side_);
+            std::uint8_t& cell = isDrawn_[std::min(row, down_ - 1) * across_ + std::min(column, across_ - 1)];
+            isNew = isNew || cell == 0;
+            cell = 1;
+        }
+        return isNew;
+    }
+
+private:
+    /// Cuts a way off at the edges; false where nothing is left.
+    bool ClipTo(CanvasPoint& from, CanvasPoint& to) const {
+        double first = 0;
+        double last = 1;
+        const auto cut = [&](double start, double way, double low, double high) {
+            if (way == 0) return start >= low && start <= high;
+            const double a = (low - start) / way;
+            const double b = (high - start) / way;
+            first = std::max(first, std::min(a, b));
+            last = std::min(last, std::max(a, b));
+            return first <= last;
+        };
+        const double x = to.X - from.X;
+        const double y = to.Y - from.Y;
+        if (!cut(from.X, x, area_.X, area_.X + area_.Width) || !cut(from.Y, y, area_.Y, area_.Y + area_.Height))
+            return false;
+        to = {from.X + last * x, from.Y + last * y};
+        from = {from.X + first * x, from.Y + first * y};
+        return true;
+    }
+
+    CanvasBox area_;
+    double side_;
+    std::size_t across_;
+    std::size_t down_;
+    std::vector<std::uint8_t> isDrawn_;
+};
+
+constexpr int AllClasses = -1;
+
+/// Gives the lines of one class in view, a line going on as long as it keeps to the class; without the ways that
+/// `cells`, where there are any, have no room for.
 template <class Take>
-void ForLines(const Frame& frame, int item, int speedClass, Take take) {
+void ForLines(const Frame& frame, int item, int speedClass, Cells* cells, Take take) {
     std::vector<CanvasPoint> line;
     const auto end = [&] {
         if (line.size() > 1) take(line);
@@ -45,51 +115,80 @@ void ForLines(const Frame& frame, int item, int speedClass, Take take) {
     };
     for (const ThinnedTrack::Run& run : frame.Scene.Thinned(item).Seen(frame.Level, frame.View)) {
         for (std::size_t i = 1; i < run.size(); ++i) {
-            if (run[i].Begins || (speedClass >= 0 && run[i].Speed != speedClass)) {
+            if (run[i].Begins || (speedClass != AllClasses && run[i].Speed != speedClass)) {
                 end();
                 continue;
             }
-            if (line.empty()) line.push_back(frame.Window.PlaceOf(run[i - 1].At));
-            line.push_back(frame.Window.PlaceOf(run[i].At));
+            const CanvasPoint from = line.empty() ? frame.PlaceOf(run[i - 1].At) : line.back();
+            const CanvasPoint to = frame.PlaceOf(run[i].At);
+            if (cells != nullptr && !cells->Add(from, to)) {
+                end();
+                continue;
+            }
+            if (line.empty()) line.push_back(from);
+            line.push_back(to);
         }
         end();
     }
 }
 
 bool IsSpeck(const std::vector<CanvasPoint>& line, double size) {
-    return std::ranges::all_of(line, [&](CanvasPoint point) {
-        return std::hypot(point.X - line[0].X, point.Y - line[0].Y) < size;
-    });
+    return std::ranges::all_of(
+        line, [&](CanvasPoint point) { return std::hypot(point.X - line[0].X, point.Y - line[0].Y) < size; });
 }
 
 void DrawSetAside(const Frame& frame) {
     for (int item = 1; item <= frame.Scene.Items(); ++item) {
         if (!frame.Scene.Track(item).IsSetAside) continue;
-        ForLines(frame, item, -1, [&](const std::vector<CanvasPoint>& line) {
+        ForLines(frame, item, AllClasses, nullptr, [&](const std::vector<CanvasPoint>& line) {
             frame.On.DrawPolyline(line, {1.5, frame.Look.Inks.Node, LinePattern::Dashed, true});
         });
     }
 }
 
+using Lines = std::vector<std::vector<CanvasPoint>>;
+using LinesByClass = std::array<Lines, SpeedScale::NoClass + 1>;
+
+/// The lines that can be seen, by class; what lies under slower ones is left out.
+LinesByClass SeenLines(const Frame& frame, std::size_t& ways) {
+    LinesByClass lines;
+    Cells cells(frame.Window.Area, frame.Look.Detail);
+    ways = 0;
+    for (int speed = 0; speed <= SpeedScale::NoClass; ++speed)
+        for (int item = 1; item <= frame.Scene.Items(); ++item)
+            if (!frame.Scene.Track(item).IsSetAside)
+                ForLines(frame, item, speed, &cells, [&](std::vector<CanvasPoint>& line) {
+                    ways += line.size() - 1;
+                    lines[static_cast<std::size_t>(speed)].push_back(std::move(line));
+                });
+    return lines;
+}
+
 /// The tracks by class, the slowest on top. Over a base map they have an edge.
-void DrawTracks(const Frame& frame) {
+void DrawTracks(Frame frame) {
+    constexpr std::size_t MostWays = 12'000;  // that a frame has time for
+    std::size_t ways = 0;
+    LinesByClass lines = SeenLines(frame, ways);
+    while (ways > MostWays && frame.Level + 1 < ThinnedTrack::Levels) {
+        ++frame.Level;
+        lines = SeenLines(frame, ways);
+    }
     const MapLook& look = frame.Look;
     const SpeedScale& speeds = frame.Scene.Speeds();
-    const auto forTracks = [&](int speedClass, auto take) {
-        for (int item = 1; item <= frame.Scene.Items(); ++item)
-            if (!frame.Scene.Track(item).IsSetAside) ForLines(frame, item, speedClass, take);
-    };
     if (look.Under != nullptr)
-        forTracks(-1, [&](const std::vector<CanvasPoint>& line) {
-            frame.On.DrawPolyline(line, {speeds.WidthOf(0) + 2 * Halo, look.Inks.Base, LinePattern::Solid, true});
-        });
+        for (const Lines& ofClass : lines)
+            for (const auto& line : ofClass)
+                frame.On.DrawPolyline(line, {speeds.WidthOf(0) + 2 * Halo, look.Inks.Base, LinePattern::Solid, true});
     for (int speed = SpeedScale::NoClass; speed >= 0; --speed) {
         const double width = speeds.WidthOf(speed);
-        forTracks(speed, [&](const std::vector<CanvasPoint>& line) {
+        const Colour ink = speeds.InkOf(speed, look.Inks);
+        for (const auto& line : lines[static_cast<std::size_t>(speed)]) {
             // A stop would be a line without length.
-            if (speed == 0 && IsSpeck(line, width)) return frame.On.DrawDot(line[0], width, speeds.InkOf(speed, look.Inks));
-            frame.On.DrawPolyline(line, {width, speeds.InkOf(speed, look.Inks), LinePattern::Solid, true});
-        });
+            if (speed == 0 && IsSpeck(line, width))
+                frame.On.DrawDot(line[0], width, ink);
+            else
+                frame.On.DrawPolyline(line, {width, ink, LinePattern::Solid, true});
+        }
     }
 }
 
@@ -101,7 +200,7 @@ void DrawLonePoints(const Frame& frame) {
                 const bool isLast = i + 1 == run.size() || run[i + 1].Begins;
                 if (!run[i].Begins || !isLast) continue;
                 const Colour ink = frame.Scene.Speeds().InkOf(run[i].Speed, frame.Look.Inks);
-                frame.On.DrawDot(frame.Window.PlaceOf(run[i].At), 4, ink);
+                frame.On.DrawDot(frame.PlaceOf(run[i].At), 4, ink);
             }
         }
     }
@@ -111,9 +210,10 @@ void DrawArrow(const Frame& frame, CanvasPoint at, double x, double y) {
     constexpr double Long = 7;
     constexpr double Broad = 4.5;
     const auto head = [&](double size) {
-        return std::array{CanvasPoint{at.X + x * Long * size, at.Y + y * Long * size},
-                          CanvasPoint{at.X - (x * Long - y * Broad * 2) * size / 2, at.Y - (y * Long + x * Broad * 2) * size / 2},
-                          CanvasPoint{at.X - (x * Long + y * Broad * 2) * size / 2, at.Y - (y * Long - x * Broad * 2) * size / 2}};
+        return std::array{
+            CanvasPoint{at.X + x * Long * size, at.Y + y * Long * size},
+            CanvasPoint{at.X - (x * Long - y * Broad * 2) * size / 2, at.Y - (y * Long + x * Broad * 2) * size / 2},
+            CanvasPoint{at.X - (x * Long + y * Broad * 2) * size / 2, at.Y - (y * Long - x * Broad * 2) * size / 2}};
     };
     frame.On.FillShape(head(1.45), frame.Look.Inks.Base, 1);
     frame.On.FillShape(head(1), frame.Look.Inks.Text, 1);
@@ -124,7 +224,7 @@ void DrawArrows(const Frame& frame, int item) {
     constexpr double Distance = 130;
     constexpr double LeastWay = 3;
     double left = Distance / 2;
-    ForLines(frame, item, -1, [&](const std::vector<CanvasPoint>& line) {
+    ForLines(frame, item, AllClasses, nullptr, [&](const std::vector<CanvasPoint>& line) {
         for (std::size_t i = 1; i < line.size(); ++i) {
             const double x = line[i].X - line[i - 1].X;
             const double y = line[i].Y - line[i - 1].Y;
@@ -141,8 +241,8 @@ void DrawArrows(const Frame& frame, int item) {
 void DrawEnds(const Frame& frame, int item) {
     const auto& points = frame.Scene.Track(item).Points();
     if (points.empty()) return;
-    DrawEndMarker(frame.On, frame.Window.PlaceOf(points.back().At), MarkerSize, frame.Look.Inks, false);
-    DrawEndMarker(frame.On, frame.Window.PlaceOf(points.front().At), MarkerSize, frame.Look.Inks, true);
+    DrawEndMarker(frame.On, frame.PlaceOf(points.back().At), MarkerSize, frame.Look.Inks, false);
+    DrawEndMarker(frame.On, frame.PlaceOf(points.front().At), MarkerSize, frame.Look.Inks, true);
 }
 
 bool Overlap(const CanvasBox& a, const CanvasBox& b) {
@@ -161,7 +261,7 @@ void DrawNodes(const Frame& frame, std::vector<CanvasBox> taken) {
     const TextStyle style{.Size = frame.Look.TextSize, .IsBold = true, .Ink = frame.Look.Inks.Text};
     const auto& nodes = frame.Scene.Contents().Nodes;
     std::vector<CanvasPoint> places;
-    for (const WorldPoint& node : frame.Scene.Nodes()) places.push_back(frame.Window.PlaceOf(node));
+    for (const WorldPoint& node : frame.Scene.Nodes()) places.push_back(frame.PlaceOf(node));
     for (const CanvasPoint& at : places) taken.push_back({at.X - Size / 2, at.Y - Size / 2, Size, Size});
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         const CanvasPoint at = places[i];
@@ -184,14 +284,19 @@ void DrawNodes(const Frame& frame, std::vector<CanvasBox> taken) {
     }
 }
 
+/// Base maps are made for dark lines.
+MapLook UsedLook(MapLook look) {
+    if (look.Under != nullptr) look.Inks = LightColours;
+    return look;
+}
+
 }  // namespace
 
 void DrawMap(Canvas& canvas, const MapScene& scene, const MapWindow& window, const MapLook& look) {
     canvas.DrawInside(window.Area, [&] {
-        MapLook used = look;
-        if (look.Under == nullptr || !look.Under->Draw(canvas, window, look.Detail)) used.Under = nullptr;
-        // Base maps are made for dark lines.
-        if (used.Under != nullptr) used.Inks = LightColours;
+        const MapLook used = UsedLook(look);
+        canvas.FillBox(window.Area, used.Inks.Base);
+        if (look.Under != nullptr) look.Under->Draw(canvas, window, look.Detail);
         const Frame frame(canvas, scene, window, used);
         DrawSetAside(frame);
         DrawTracks(frame);
@@ -211,13 +316,15 @@ void DrawMap(Canvas& canvas, const MapScene& scene, const MapWindow& window, con
 void DrawChosenTrack(Canvas& canvas, const MapScene& scene, const MapWindow& window, const MapLook& look, int item) {
     if (item < 1 || item > scene.Items()) return;
     canvas.DrawInside(window.Area, [&] {
-        const Frame frame(canvas, scene, window, look);
-        ForLines(frame, item, -1, [&](const std::vector<CanvasPoint>& line) {
-            canvas.DrawPolyline(line, {scene.Speeds().WidthOf(0) + ChosenBroader, look.Inks.Highlight, LinePattern::Solid, true});
+        const MapLook used = UsedLook(look);
+        const Frame frame(canvas, scene, window, used);
+        ForLines(frame, item, AllClasses, nullptr, [&](const std::vector<CanvasPoint>& line) {
+            canvas.DrawPolyline(
+                line, {scene.Speeds().WidthOf(0) + ChosenBroader, used.Inks.Highlight, LinePattern::Solid, true});
         });
         for (int speed = SpeedScale::NoClass; speed >= 0; --speed)
-            ForLines(frame, item, speed, [&](const std::vector<CanvasPoint>& line) {
-                canvas.DrawPolyline(line, {scene.Speeds().WidthOf(speed), scene.Speeds().InkOf(speed, look.Inks),
+            ForLines(frame, item, speed, nullptr, [&](const std::vector<CanvasPoint>& line) {
+                canvas.DrawPolyline(line, {scene.Speeds().WidthOf(speed), scene.Speeds().InkOf(speed, used.Inks),
                                            LinePattern::Solid, true});
             });
         DrawArrows(frame, item);

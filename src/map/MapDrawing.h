@@ -9,9 +9,8 @@ namespace vantor {
 struct MapLook {
     Colours Inks = LightColours;
     double TextSize = 9;
-    double Detail = 1;                  ///< pixels to the unit
-    const MapTiles* Under = nullptr;    ///< the base map, where there is one
-    bool HasTitle = false;
+    double Detail = 1;                ///< pixels to the unit
+    const MapTiles* Under = nullptr;  ///< the base map, where there is one
 };
 
 /// The map from the base map to the legend, in the area of its window.

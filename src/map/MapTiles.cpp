@@ -28,8 +28,8 @@ std::vector<MapTiles::Square> MapTiles::SquaresOf(const MapWindow& window, doubl
     std::vector<Square> squares;
     for (int y = std::max(static_cast<int>(std::floor(view.Low.Y * count)), 0);
          y <= std::min(static_cast<int>(std::floor(view.High.Y * count)), last); ++y) {
-        for (int x = static_cast<int>(std::floor(view.Low.X * count)); x <= static_cast<int>(std::floor(view.High.X * count));
-             ++x) {
+        for (int x = static_cast<int>(std::floor(view.Low.X * count));
+             x <= static_cast<int>(std::floor(view.High.X * count)); ++x) {
             const CanvasPoint corner = window.PlaceOf({x / count, y / count});
             const int turned = (x % (last + 1) + last + 1) % (last + 1);
             squares.push_back({{zoom, turned, y}, {corner.X, corner.Y, side, side}});
@@ -69,8 +69,7 @@ void MapTiles::Put(const TilePlace& place, std::optional<Pixels> picture) {
     tiles_.erase(std::ranges::min_element(tiles_, {}, [](const auto& tile) { return tile.second.Seen; }));
 }
 
-bool MapTiles::Draw(Canvas& canvas, const MapWindow& window, double detail) const {
-    bool isDrawn = false;
+void MapTiles::Draw(Canvas& canvas, const MapWindow& window, double detail) const {
     for (const Square& square : SquaresOf(window, detail)) {
         // The part of the tile, from 0 to 1, that the square is.
         CanvasBox part{0, 0, 1, 1};
@@ -80,13 +79,11 @@ bool MapTiles::Draw(Canvas& canvas, const MapWindow& window, double detail) cons
                 canvas.DrawPicture(square.Box, picture,
                                    {part.X * picture.Width, part.Y * picture.Height, part.Width * picture.Width,
                                     part.Height * picture.Height});
-                isDrawn = true;
                 break;
             }
             part = {(part.X + place.X % 2) / 2, (part.Y + place.Y % 2) / 2, part.Width / 2, part.Height / 2};
         }
     }
-    return isDrawn;
 }
 
 }  // namespace vantor

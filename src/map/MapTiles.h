@@ -23,8 +23,8 @@ public:
     std::vector<TilePlace> Missing(const MapWindow& window, double detail) const;
     /// What was read; nothing where the file has no such tile.
     void Put(const TilePlace& place, std::optional<Pixels> picture);
-    /// Draws what is there; for what is not, the part of a larger tile. Tells whether anything was drawn.
-    bool Draw(Canvas& canvas, const MapWindow& window, double detail) const;
+    /// Draws what is there; for what is not, the part of a larger tile.
+    void Draw(Canvas& canvas, const MapWindow& window, double detail) const;
     std::size_t Kept() const { return tiles_.size(); }
 
 private:

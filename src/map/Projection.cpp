@@ -83,13 +83,13 @@ WorldBox MapWindow::View(double margin) const {
 }
 
 MapWindow FittedWindow(const WorldBox& contents, const CanvasBox& area) {
-    constexpr double Margin = 36;     // room for names and markers at the edges
+    constexpr double Margin = 36;  // room for names and markers at the edges
     constexpr double StreetZoom = 17;
     constexpr double LeastSide = 8;
     MapWindow window{.Area = area};
     if (contents.IsEmpty()) return window;
     window.Centre = contents.Middle();
-    const auto zoomOf = [](double room, double span) {
+    const auto zoomOf = [&](double room, double span) {
         return std::log2(std::max(room - 2 * Margin, LeastSide) / MapWindow::TileSide / std::max(span, 1e-12));
     };
     const double zoom = std::min(zoomOf(area.Width, contents.High.X - contents.Low.X),
