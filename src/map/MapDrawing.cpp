@@ -40,6 +40,14 @@ struct Frame {
           Scale(window.Scale()),
           Origin(window.PlaceOf({0, 0})) {}
 
+    bool IsAtNode(CanvasPoint place) const {
+        constexpr double Room = 16;
+        return std::ranges::any_of(Scene.Nodes(), [&](const WorldPoint& node) {
+            const CanvasPoint at = PlaceOf(node);
+            return std::hypot(at.X - place.X, at.Y - place.Y) < Room;
+        });
+    }
+    bool HasMarks() const { return Scene.Items() <= MostMarkedTracks; }
     CanvasPoint PlaceOf(const WorldPoint& place) const {
         return {Origin.X + place.X * Scale, Origin.Y + place.Y * Scale};
     }
@@ -166,7 +174,7 @@ LinesByClass SeenLines(const Frame& frame, std::size_t& ways) {
 
 /// The tracks by class, the slowest on top. Over a base map they have an edge.
 void DrawTracks(Frame frame) {
-    constexpr std::size_t MostWays = 12'000;  // that a frame has time for
+    constexpr std::size_t MostWays = 8'000;  // that a frame has time for
     std::size_t ways = 0;
     LinesByClass lines = SeenLines(frame, ways);
     while (ways > MostWays && frame.Level + 1 < ThinnedTrack::Levels) {
@@ -219,8 +227,16 @@ void DrawArrow(const Frame& frame, CanvasPoint at, double x, double y) {
     frame.On.FillShape(head(1), frame.Look.Inks.Text, 1);
 }
 
+/// Where arrow heads stand, so that they do not pile up: by whether they point to the right.
+struct ArrowCells {
+    static constexpr double Side = 60;
+    explicit ArrowCells(const CanvasBox& area) : Left(area, 2 / Side), Right(area, 2 / Side) {}
+    Cells Left;
+    Cells Right;
+};
+
 /// Arrow heads along the way, as far from each other as they tell the direction without hiding the colours.
-void DrawArrows(const Frame& frame, int item) {
+void DrawArrows(const Frame& frame, int item, ArrowCells& taken) {
     constexpr double Distance = 130;
     constexpr double LeastWay = 3;
     double left = Distance / 2;
@@ -231,9 +247,11 @@ void DrawArrows(const Frame& frame, int item) {
             const double length = std::hypot(x, y);
             left -= length;
             if (left > 0 || length < LeastWay) continue;
-            const double part = 0.5;
-            DrawArrow(frame, {line[i - 1].X + x * part, line[i - 1].Y + y * part}, x / length, y / length);
+            const CanvasPoint middle{line[i - 1].X + x / 2, line[i - 1].Y + y / 2};
+            if (frame.IsAtNode(middle)) continue;
             left = Distance;
+            if ((x > 0 ? taken.Right : taken.Left).Add(middle, middle))
+                DrawArrow(frame, middle, x / length, y / length);
         }
     });
 }
@@ -256,19 +274,30 @@ bool IsInside(const CanvasBox& inner, const CanvasBox& outer) {
 
 /// The nodes with those of their names that find room beside them.
 void DrawNodes(const Frame& frame, std::vector<CanvasBox> taken) {
-    constexpr double Size = 8;
+    constexpr double Size = 15;
     constexpr double Space = 3;
     const TextStyle style{.Size = frame.Look.TextSize, .IsBold = true, .Ink = frame.Look.Inks.Text};
     const auto& nodes = frame.Scene.Contents().Nodes;
+    const auto take = [&](CanvasPoint at, double size) {
+        taken.push_back({at.X - size / 2, at.Y - size / 2, size, size});
+    };
+    if (frame.HasMarks()) {
+        for (int item = 1; item <= frame.Scene.Items(); ++item) {
+            const auto& points = frame.Scene.Track(item).Points();
+            if (points.empty()) continue;
+            take(frame.PlaceOf(points.front().At), MarkerSize);
+            take(frame.PlaceOf(points.back().At), MarkerSize);
+        }
+    }
     std::vector<CanvasPoint> places;
     for (const WorldPoint& node : frame.Scene.Nodes()) places.push_back(frame.PlaceOf(node));
-    for (const CanvasPoint& at : places) taken.push_back({at.X - Size / 2, at.Y - Size / 2, Size, Size});
+    for (const CanvasPoint& at : places) take(at, Size);
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         const CanvasPoint at = places[i];
         DrawNodeMarker(frame.On, at, Size, frame.Look.Inks);
         const double width = frame.On.TextWidth(nodes[i].Name, style) + 2 * Space;
         const double height = frame.On.LineHeight(style);
-        const double aside = Size / 2 + Space;
+        const double aside = Size / 2;
         for (const CanvasBox& box : {CanvasBox{at.X + aside, at.Y - height / 2, width, height},
                                      CanvasBox{at.X - aside - width, at.Y - height / 2, width, height},
                                      CanvasBox{at.X - width / 2, at.Y - aside - height, width, height},
@@ -284,8 +313,9 @@ void DrawNodes(const Frame& frame, std::vector<CanvasBox> taken) {
     }
 }
 
-/// Base maps are made for dark lines.
-MapLook UsedLook(MapLook look) {
+/// Base maps are made for dark lines. One that has nothing here is none.
+MapLook UsedLook(MapLook look, const MapWindow& window) {
+    if (look.Under != nullptr && !look.Under->Covers(window, look.Detail)) look.Under = nullptr;
     if (look.Under != nullptr) look.Inks = LightColours;
     return look;
 }
@@ -294,29 +324,30 @@ MapLook UsedLook(MapLook look) {
 
 void DrawMap(Canvas& canvas, const MapScene& scene, const MapWindow& window, const MapLook& look) {
     canvas.DrawInside(window.Area, [&] {
-        const MapLook used = UsedLook(look);
+        const MapLook used = UsedLook(look, window);
         canvas.FillBox(window.Area, used.Inks.Base);
-        if (look.Under != nullptr) look.Under->Draw(canvas, window, look.Detail);
+        if (used.Under != nullptr) used.Under->Draw(canvas, window, look.Detail);
         const Frame frame(canvas, scene, window, used);
         DrawSetAside(frame);
         DrawTracks(frame);
         DrawLonePoints(frame);
-        if (scene.Items() <= MostMarkedTracks) {
+        if (frame.HasMarks()) {
+            ArrowCells arrows(window.Area);
             for (int item = 1; item <= scene.Items(); ++item) {
-                DrawArrows(frame, item);
+                DrawArrows(frame, item, arrows);
                 DrawEnds(frame, item);
             }
         }
         const MapFurniture furniture(canvas, scene, window, used);
-        DrawNodes(frame, furniture.Boxes());
         furniture.Draw(canvas);
+        DrawNodes(frame, furniture.Boxes());
     });
 }
 
 void DrawChosenTrack(Canvas& canvas, const MapScene& scene, const MapWindow& window, const MapLook& look, int item) {
     if (item < 1 || item > scene.Items()) return;
     canvas.DrawInside(window.Area, [&] {
-        const MapLook used = UsedLook(look);
+        const MapLook used = UsedLook(look, window);
         const Frame frame(canvas, scene, window, used);
         ForLines(frame, item, AllClasses, nullptr, [&](const std::vector<CanvasPoint>& line) {
             canvas.DrawPolyline(
@@ -327,7 +358,8 @@ void DrawChosenTrack(Canvas& canvas, const MapScene& scene, const MapWindow& win
                 canvas.DrawPolyline(line, {scene.Speeds().WidthOf(speed), scene.Speeds().InkOf(speed, used.Inks),
                                            LinePattern::Solid, true});
             });
-        DrawArrows(frame, item);
+        ArrowCells arrows(window.Area);
+        DrawArrows(frame, item, arrows);
         DrawEnds(frame, item);
     });
 }

@@ -51,13 +51,13 @@ void DrawEndMarker(Canvas& canvas, CanvasPoint at, double size, const Colours& i
 }
 
 void DrawNodeMarker(Canvas& canvas, CanvasPoint at, double size, const Colours& inks) {
-    const auto diamond = [&](double half, Colour ink) {
-        const std::array outline = {CanvasPoint{at.X, at.Y - half}, CanvasPoint{at.X + half, at.Y},
-                                    CanvasPoint{at.X, at.Y + half}, CanvasPoint{at.X - half, at.Y}};
-        canvas.FillShape(outline, ink, 1);
-    };
-    diamond(size * 0.8 + 2, inks.Base);
-    diamond(size * 0.8, inks.Boundary);
+    const double half = size / 2;
+    const std::array outline = {CanvasPoint{at.X, at.Y - half}, CanvasPoint{at.X + half, at.Y},
+                                CanvasPoint{at.X, at.Y + half}, CanvasPoint{at.X - half, at.Y},
+                                CanvasPoint{at.X, at.Y - half}, CanvasPoint{at.X + half, at.Y}};
+    // Hollow: runs stop at their nodes, and that is to be seen.
+    canvas.DrawPolyline(outline, {4, inks.Base});
+    canvas.DrawPolyline(outline, {2, inks.Boundary});
 }
 
 ScaleBar ScaleBarOf(const MapWindow& window, const Units& units, double room) {
@@ -74,7 +74,7 @@ ScaleBar ScaleBarOf(const MapWindow& window, const Units& units, double room) {
     for (const double next : {RoundFraction(fits / 2), RoundFraction(fits)})
         if (next <= fits) count = std::max(count, next);
     const char* name = isLarge ? (units.Metric ? "km" : count == 1 ? "mile" : "miles") : units.LengthLabel();
-    return {count * unit / feetPerUnit, SignificantDigits(count, 3) + " " + name};
+    return {count * unit / feetPerUnit, FixedDecimals(count, count < 1 ? 1 : 0) + " " + name};
 }
 
 MapFurniture::MapFurniture(const TextMeasure& measure, const MapScene& scene, const MapWindow& window,

@@ -74,7 +74,7 @@ std::size_t MapScene::LeftOut() const {
 }
 
 int MapScene::LevelFor(const MapWindow& window, double detail) const {
-    constexpr std::size_t MostWays = 60'000;
+    constexpr std::size_t MostWays = 36'000;
     const WorldBox view = window.View();
     int level = ThinnedTrack::LevelOf(window.Zoom + std::log2(detail));
     for (; level + 1 < ThinnedTrack::Levels; ++level) {

@@ -43,8 +43,8 @@ public:
     const ThinnedTrack& Thinned(int item) const { return thinned_[static_cast<std::size_t>(item) - 1]; }
     std::size_t LeftOut() const;
 
-    /// The level of the tracks that a window shows: as fine as its pixels, but no more ways than a frame has time to look at.
-    /// `detail` is the number of pixels to its unit.
+    /// The level of the tracks that a window shows: as fine as its pixels, but no more ways than a frame has time to
+    /// look at. `detail` is the number of pixels to its unit.
     int LevelFor(const MapWindow& window, double detail) const;
     /// The point nearest to a place of the window, no farther than `reach`, and its track; of several the chosen one.
     MapHit Find(const MapWindow& window, CanvasPoint place, double reach, int chosen = 0) const;

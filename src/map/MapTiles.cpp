@@ -69,20 +69,31 @@ void MapTiles::Put(const TilePlace& place, std::optional<Pixels> picture) {
     tiles_.erase(std::ranges::min_element(tiles_, {}, [](const auto& tile) { return tile.second.Seen; }));
 }
 
+MapTiles::Found MapTiles::PictureOf(TilePlace place) const {
+    Found found;
+    for (; place.Zoom >= facts_.LeastZoom; place = Above(place)) {
+        if (const Tile* tile = Find(place); tile != nullptr && tile->Picture) {
+            found.Picture = &*tile->Picture;
+            break;
+        }
+        CanvasBox& part = found.Part;
+        part = {(part.X + place.X % 2) / 2, (part.Y + place.Y % 2) / 2, part.Width / 2, part.Height / 2};
+    }
+    return found;
+}
+
+bool MapTiles::Covers(const MapWindow& window, double detail) const {
+    return std::ranges::any_of(SquaresOf(window, detail),
+                               [&](const Square& square) { return PictureOf(square.Place).Picture != nullptr; });
+}
+
 void MapTiles::Draw(Canvas& canvas, const MapWindow& window, double detail) const {
     for (const Square& square : SquaresOf(window, detail)) {
-        // The part of the tile, from 0 to 1, that the square is.
-        CanvasBox part{0, 0, 1, 1};
-        for (TilePlace place = square.Place; place.Zoom >= facts_.LeastZoom; place = Above(place)) {
-            if (const Tile* tile = Find(place); tile != nullptr && tile->Picture) {
-                const Pixels& picture = *tile->Picture;
-                canvas.DrawPicture(square.Box, picture,
-                                   {part.X * picture.Width, part.Y * picture.Height, part.Width * picture.Width,
-                                    part.Height * picture.Height});
-                break;
-            }
-            part = {(part.X + place.X % 2) / 2, (part.Y + place.Y % 2) / 2, part.Width / 2, part.Height / 2};
-        }
+        const auto [picture, part] = PictureOf(square.Place);
+        if (picture == nullptr) continue;
+        canvas.DrawPicture(square.Box, *picture,
+                           {part.X * picture->Width, part.Y * picture->Height, part.Width * picture->Width,
+                            part.Height * picture->Height});
     }
 }
 

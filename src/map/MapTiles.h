@@ -25,6 +25,8 @@ public:
     void Put(const TilePlace& place, std::optional<Pixels> picture);
     /// Draws what is there; for what is not, the part of a larger tile.
     void Draw(Canvas& canvas, const MapWindow& window, double detail) const;
+    /// Whether a window shows a part of it, as far as it has been read.
+    bool Covers(const MapWindow& window, double detail) const;
     std::size_t Kept() const { return tiles_.size(); }
 
 private:
@@ -37,6 +39,12 @@ private:
         CanvasBox Box;
     };
     std::vector<Square> SquaresOf(const MapWindow& window, double detail) const;
+    /// The picture of a square, or of a larger tile, and the part of it, from 0 to 1, that the square is.
+    struct Found {
+        const Pixels* Picture = nullptr;
+        CanvasBox Part{0, 0, 1, 1};
+    };
+    Found PictureOf(TilePlace place) const;
     const Tile* Find(const TilePlace& place) const;
 
     TileFacts facts_;

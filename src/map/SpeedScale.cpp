@@ -29,8 +29,8 @@ Colour SpeedScale::InkOf(int speedClass, const Colours& inks) const {
 }
 
 double SpeedScale::WidthOf(int speedClass) const {
-    constexpr double Broad = 4.5;
-    constexpr double Narrow = 2;
+    constexpr double Broad = 5;
+    constexpr double Narrow = 2.5;
     if (speedClass >= classes_) return Narrow;
     return Broad - (Broad - Narrow) * speedClass / std::max(classes_ - 1, 1);
 }
