@@ -84,9 +84,8 @@ MapFurniture::MapFurniture(const TextMeasure& measure, const MapScene& scene, co
     line_ = measure.LineHeight(Style());
     bottom_ = area.Y + area.Height - Edge;
     constexpr double LeastWidth = 140;
-    constexpr double LeastHeight = 90;
     PlaceAttribution();
-    if (area.Width < LeastWidth || area.Height < LeastHeight || scene.IsEmpty()) return;
+    if (area.Width < LeastWidth || area.Height < MapWindow::LeastFurnished || scene.IsEmpty()) return;
     const double north = 2 * line_;
     north_ = {area.X + area.Width - Edge - north, area.Y + Edge, north, north + line_};
     PlaceScaleAndLegend();

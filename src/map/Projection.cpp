@@ -83,22 +83,22 @@ WorldBox MapWindow::View(double margin) const {
 }
 
 MapWindow FittedWindow(const WorldBox& contents, const CanvasBox& area) {
-    // Room for names and markers at the edges, and for the scale below.
-    constexpr double Margin = 30;
-    constexpr double Below = 28;
+    // Room for names and markers at the edges, and for the scale below where there is one.
+    const double margin = std::min({30.0, area.Width / 8, area.Height / 8});
+    const double below = area.Height < MapWindow::LeastFurnished ? 0 : 28;
     constexpr double StreetZoom = 17;
     constexpr double LeastSide = 8;
     constexpr double LeastSpan = 1e-12;
     MapWindow window{.Area = area};
     if (contents.IsEmpty()) return window;
     const auto zoomOf = [&](double room, double span) {
-        return std::log2(std::max(room - 2 * Margin, LeastSide) / MapWindow::TileSide / std::max(span, LeastSpan));
+        return std::log2(std::max(room - 2 * margin, LeastSide) / MapWindow::TileSide / std::max(span, LeastSpan));
     };
     const double zoom = std::min(zoomOf(area.Width, contents.High.X - contents.Low.X),
-                                 zoomOf(area.Height - Below, contents.High.Y - contents.Low.Y));
+                                 zoomOf(area.Height - below, contents.High.Y - contents.Low.Y));
     window.Zoom = std::clamp(zoom, MapWindow::LeastZoom, StreetZoom);
     window.Centre = contents.Middle();
-    window.Centre.Y += Below / 2 / window.Scale();
+    window.Centre.Y += below / 2 / window.Scale();
     return window;
 }
 

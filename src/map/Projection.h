@@ -46,6 +46,8 @@ struct MapWindow {
     static constexpr double TileSide = 256;
     static constexpr double LeastZoom = 0;
     static constexpr double MostZoom = 21;
+    /// The height from which on there is room for a scale and a legend.
+    static constexpr double LeastFurnished = 90;
 
     WorldPoint Centre{0.5, 0.5};
     double Zoom = LeastZoom;

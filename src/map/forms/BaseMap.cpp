@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "core/Text.h"
+#include "core/Paths.h"
 #include "core/UserChoices.h"
 #include "core/forms/Guarded.h"
 
@@ -12,12 +12,10 @@ namespace {
 /// So few that what is on the screen by now comes soon.
 constexpr std::size_t TilesAtOnce = 12;
 
-/// The reason and the file of an error, on one line.
-std::string OneLine(const RunTimeError& error) {
-    std::string text = error.Place().empty() ? ErrorText(error.Number()) : error.Place();
-    for (char& character : text)
-        if (character == '\n') character = ' ';
-    return "No base map. " + text;
+/// The file and the reason of an error, on one line.
+std::string OneLine(const std::string& path, const RunTimeError& error) {
+    const std::string reason = error.Place().empty() ? ErrorText(error.Number()) : error.Place();
+    return "No base map (" + LastComponent(path) + "): " + reason.substr(0, reason.find('\n'));
 }
 
 }  // namespace
@@ -60,7 +58,7 @@ void BaseMap::Begin(std::vector<TilePlace> places) {
             if (!reading->Source) reading->Source = files.Open(path);
             for (const TilePlace& place : places) reading->Tiles.emplace_back(place, reading->Source->Tile(place));
         } catch (const RunTimeError& error) {
-            reading->Problem = OneLine(error);
+            reading->Problem = OneLine(path, error);
         }
     });
     whenRead_.start();

@@ -56,7 +56,10 @@ MapView::MapView(AppContext& context, QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     SetAccessibleRole(*this, QAccessible::Chart);
-    under_->OnRead = [this] { Redraw(); };
+    under_->OnRead = [this] {
+        DescribeItself();
+        Redraw();
+    };
 }
 
 void MapView::Show(std::shared_ptr<const MapScene> scene) {
@@ -159,6 +162,19 @@ void MapView::PaintOver(QPainter& painter) {
     painter.drawLine(middle - QPoint(0, Arm), middle + QPoint(0, Arm));
 }
 
+void MapView::PaintProblem(QPainter& painter) {
+    const QString problem = ToQt(under_->Problem());
+    if (problem.isEmpty() || height() < MapWindow::LeastFurnished) return;
+    constexpr int Flags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
+    constexpr int Space = 4;
+    const int north = 3 * fontMetrics().height();  // which stands on the right
+    const QRect room(Space, Space, width() - 2 * Space - north, height() / 3);
+    const Colours& colours = ColoursOf(palette());
+    painter.fillRect(fontMetrics().boundingRect(room, Flags, problem).intersected(room), Ink(colours.Base));
+    painter.setPen(Ink(colours.DimText));
+    painter.drawText(room, Flags, problem);
+}
+
 void MapView::paintEvent(QPaintEvent*) {
     if (base_.size() != size() * devicePixelRatioF()) DrawBase();
     const Colours& colours = ColoursOf(palette());
@@ -171,10 +187,7 @@ void MapView::paintEvent(QPaintEvent*) {
                          ToQt(scene_->Contents().EmptyText));
     } else {
         PaintOver(painter);
-        const QRect line(4, 2, width() - 8, fontMetrics().height());
-        painter.setPen(Ink(colours.DimText));
-        painter.drawText(line, Qt::AlignLeft,
-                         fontMetrics().elidedText(ToQt(under_->Problem()), Qt::ElideRight, line.width()));
+        PaintProblem(painter);
     }
     painter.setBrush(Qt::NoBrush);
     painter.setPen(hasFocus() ? palette().color(QPalette::Highlight) : Ink(colours.Grid));
@@ -291,6 +304,7 @@ void MapView::DescribeItself() {
     if (scene_->IsEmpty()) return setAccessibleDescription(ToQt(scene_->Contents().EmptyText));
     std::string text =
         Counted(scene_->Items(), "track") + ", " + Counted(static_cast<int>(scene_->Nodes().size()), "node") + ".";
+    if (!under_->Problem().empty()) text += " " + under_->Problem();
     if (const std::size_t out = scene_->LeftOut(); out > 0)
         text += " " + Counted(static_cast<int>(out), "point") + " without a position.";
     if (chosen_ != 0) text += " " + scene_->Track(chosen_).Name;

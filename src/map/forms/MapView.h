@@ -75,6 +75,8 @@ private:
     void Redraw();
     void DrawBase();
     void PaintOver(QPainter& painter);
+    /// Why there is no base map, in the upper left corner.
+    void PaintProblem(QPainter& painter);
     void Choose(int item);
     void PointAt(int item);
     void BringIntoView(int item);
