@@ -1,10 +1,10 @@
 #pragma once
 
-#include <compare>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <tuple>
 
 #include "core/Pixels.h"
 
@@ -16,7 +16,10 @@ struct TilePlace {
     int X = 0;
     int Y = 0;
 
-    auto operator<=>(const TilePlace&) const = default;
+    bool operator==(const TilePlace&) const = default;
+    bool operator<(const TilePlace& other) const {
+        return std::tie(Zoom, X, Y) < std::tie(other.Zoom, other.X, other.Y);
+    }
 };
 
 /// What a file of tiles says of itself. Names are UTF-8 and may be empty.
