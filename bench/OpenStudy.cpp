@@ -24,11 +24,14 @@
 #include "core/StudyFile.h"
 #include "core/forms/Job.h"
 #include "core/forms/Theme.h"
+#include "platform/DecodePicture.h"
 #include "platform/DiskFileSystem.h"
+#include "platform/MbTiles.h"
 #include "platform/MdbDatabase.h"
 #include "platform/MountedDevice.h"
 #include "platform/QtDesktop.h"
 #include "platform/QtDocumentWriter.h"
+#include "platform/QtPrograms.h"
 #include "platform/QtSerialPort.h"
 #include "platform/QtWindowMemory.h"
 #include "platform/SpreadsheetWriter.h"
@@ -109,11 +112,13 @@ double SecondsToOpen(const std::string& path, int runs) {
     QtDocumentWriter documents;
     QtWindowMemory memory(files.SettingsFolder());
     QtSerialPort serial;
+    const MbTiles tiles(DecodePicture);
+    const QtPrograms programs;
     MountedDevice device(files, {});
     AppScreens screens;
     Job work(messages, [] { return std::make_unique<DiskFileSystem>("/"); });
-    AppContext context{state,  files,  messages, screens,   desktop, clock,     end,
-                       memory, serial, device,   databases, sheets,  documents, work};
+    AppContext context{state,  files,  messages,  screens, desktop,   clock,    end,  memory,
+                       serial, device, databases, sheets,  documents, programs, work, tiles};
     screens.Use(context);
     frmMain window(context);
     window.show();

@@ -135,7 +135,7 @@ with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
                 run["ratio"] <= 0.05)
 
     runs = bench(["OpenStudyOf1000Runs", "DelayOfTheLongestRun", "ProfileWholeFrame", "ProfileDragFrame",
-                  "SensorRepair", "ReportOn200Runs", "TimeSpaceFrame", "OverlayFrame", "EncodeWorkbook",
+                  "SensorRepair", "ReportOn200Runs", "TimeSpaceFrame", "OverlayFrame", "MapFrame", "EncodeWorkbook",
                   "CopyWorkbook", "Review"], repetitions=5)
     run = runs["OpenStudyOf1000Runs"]
     row("opening a study of 1,000 runs / reading their headers",
@@ -164,6 +164,12 @@ with tempfile.TemporaryDirectory(dir=os.getcwd()) as folder:
     runs_drawn = runs["TimeSpaceFrame"]["real_time"], runs["OverlayFrame"]["real_time"]
     row("time-space diagram of 200 runs of 600 samples drawn, beside it their profiles over each other",
         f"{runs_drawn[0]:.1f} ms, {runs_drawn[1]:.0f} ms", "at most 16 ms", runs_drawn[0] <= 16)
+    hundred, million, town = (max(run["real_time"] for name, run in runs.items() if name.startswith(f"MapFrame{points}/"))
+                              for points in ("100000", "Million", "Town"))
+    row("map of 100,000 points of 100 runs drawn at 1200 x 800, at three zooms; of a million of 1,000 runs",
+        f"{hundred:.1f} ms, {million:.1f} ms", "at most 16 ms", max(hundred, million) <= 16)
+    row("map of a million points that turn every way over a town / one of 100,000 points of 100 runs",
+        f"{town / hundred:.1f} ({town:.1f} ms / {hundred:.1f} ms)", "", True)
     small, large = (peak_memory(size, folder) for size in (COUNTER_MB // 10, COUNTER_MB))
     row(f"peak memory of converting {COUNTER_MB} MB / {COUNTER_MB // 10} MB, runs of an hour",
         f"{large / small:.2f} ({large:.0f} MB / {small:.0f} MB)", "independent of the size", large / small <= 1.2)

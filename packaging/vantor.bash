@@ -63,7 +63,7 @@ _vantor() {
         --theme) values='light dark' ;;
         --gaps) values='speed' ;;
         --paper) values='letter a4' ;;
-        --only) values='cover summary overall before-after chart time-space profiles method statistics' ;;
+        --only) values='cover summary overall before-after chart time-space map profiles method statistics' ;;
         --confidence | --error | --error-speed | --stop | --go | --free-flow) return ;;
         --factor | --start-dist | --end-dist | --start-sample | --end-sample | --ideal-speed | --stop-speed) return ;;
     esac

@@ -16,7 +16,7 @@ from pathlib import Path
 Finding = namedtuple("Finding", "path line rule remedy")
 
 UNDER_STATISTICS = {"plots", "analysis", "core", "core/ports"}
-UNDER_REPORTS = {"statistics", *UNDER_STATISTICS}
+UNDER_REPORTS = {"statistics", "map", *UNDER_STATISTICS}
 
 # Folder under src -> folders whose headers its files may include, itself aside. None: every folder.
 ARROWS = {
@@ -27,11 +27,13 @@ ARROWS = {
     "analysis/forms": {"plots/forms", "core/forms", "analysis", *UNDER_STATISTICS},
     "plots": {"analysis", "core", "core/ports"},
     "plots/forms": {"plots", "analysis", "core", "core/ports", "core/forms"},
-    "statistics": UNDER_STATISTICS,
+    "map": {"core", "core/ports"},
+    "map/forms": {"map", "core", "core/ports", "core/forms"},
+    "statistics": {"map", *UNDER_STATISTICS},
     "reports": UNDER_REPORTS,
     "counter": UNDER_STATISTICS,
     "tracks": {"core", "core/ports", "analysis"},
-    "gpsobd": {"tracks", *UNDER_STATISTICS},
+    "gpsobd": {"map", "tracks", *UNDER_STATISTICS},
     "editing": UNDER_REPORTS,
     "workspace": {"gpsobd", *UNDER_REPORTS},
     "platform": {"core", "core/ports", "core/forms"},
@@ -40,7 +42,7 @@ ARROWS = {
 }
 # Screens may include what their folder's rules may, these rules, and what all screens share.
 for name in ("statistics", "reports", "counter", "gpsobd", "editing", "workspace"):
-    ARROWS[f"{name}/forms"] = {name, "plots/forms", "core/forms", *ARROWS[name]}
+    ARROWS[f"{name}/forms"] = {name, "plots/forms", "map", "map/forms", "core/forms", *ARROWS[name]}
 
 MAX_LINES = 450
 

@@ -17,7 +17,7 @@ build=(
     qt6-base-dev qt6-svg-dev qt6-serialport-dev qt6-wayland
     qt6-tools-dev qt6-documentation-tools libqt6sql6-sqlite # the manual: its window, its generator, its storage
     libcli11-dev nlohmann-json3-dev libboost-dev
-    pkg-config mdbtools-dev libgsf-1-dev libqpdf-dev libxlsxwriter-dev
+    pkg-config mdbtools-dev libgsf-1-dev libqpdf-dev libxlsxwriter-dev libsqlite3-dev
     libexpat1-dev # tracks in GPX
     libgtest-dev libgmock-dev libbenchmark-dev
     fontconfig fonts-dejavu-core # the offscreen platform brings no font of its own

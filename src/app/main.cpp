@@ -19,7 +19,9 @@
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/modMain.h"
+#include "platform/DecodePicture.h"
 #include "platform/DiskFileSystem.h"
+#include "platform/MbTiles.h"
 #include "platform/MdbDatabase.h"
 #include "platform/MountedDevice.h"
 #include "platform/NativeFile.h"
@@ -113,12 +115,13 @@ int RunWindow(QApplication& application, const WindowArguments& arguments, Appli
     WindowEnd end;
     QtWindowMemory memory(files.SettingsFolder());
     QtSerialPort serial;
+    const MbTiles tiles(DecodePicture);
     const auto device = MakeRemoteApi(files);
     AppScreens screens;
     const auto makeFiles = [] { return std::make_unique<DiskFileSystem>(ExecutableFolder()); };
     Job work(messages, makeFiles);
-    AppContext context{state,  files,   messages,  screens, desktop,   clock,    end, memory,
-                       serial, *device, databases, sheets,  documents, programs, work};
+    AppContext context{state,  files,   messages,  screens, desktop,   clock,    end,  memory,
+                       serial, *device, databases, sheets,  documents, programs, work, tiles};
     screens.Use(context);
 
     frmMain window(context);

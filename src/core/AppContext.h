@@ -14,6 +14,7 @@
 #include "core/ports/Screens.h"
 #include "core/ports/SerialPort.h"
 #include "core/ports/Spreadsheet.h"
+#include "core/ports/TileSource.h"
 #include "core/ports/WindowMemory.h"
 
 namespace vantor {
@@ -35,6 +36,7 @@ struct AppContext {
     const DocumentWriter& Documents;
     const Programs& OtherPrograms;
     LongWork& Work;
+    const TileFiles& Tiles;
 };
 
 }  // namespace vantor

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 namespace vantor {
@@ -24,6 +25,9 @@ struct Face {
     Colour Text;
 };
 
+/// The colours of a scale of speeds.
+using SpeedInks = std::array<Colour, 6>;
+
 /// Every colour of the windows with a light or a dark palette. Texts have a contrast of 4.5 : 1 or more to what they
 /// stand on, what is drawn in plots and the edges of controls 3 : 1, by the rule of WCAG 2.1; grids and page edges are
 /// meant to be faint.
@@ -46,6 +50,9 @@ struct Colours {
     Colour DimText{}, Grid{};
     Colour Trace{}, Node{}, Key{}, Boundary{}, IdealSpeed{};
     Colour Delay{}, Average{}, AveragePoint{};
+    /// Tracks on a map by their speed, the slowest first: it stands out most, and in grey each is paler than the one
+    /// before.
+    SpeedInks Speeds{};
 };
 
 inline constexpr Colours LightColours = {
@@ -79,6 +86,7 @@ inline constexpr Colours LightColours = {
     .Delay = Rgb(0xFF0000),
     .Average = Rgb(0x000000),
     .AveragePoint = Rgb(0x0080C0),
+    .Speeds = {Rgb(0x5E0B15), Rgb(0x84103F), Rgb(0x7A3290), Rgb(0x3465B4), Rgb(0x1C84AA), Rgb(0x43A06F)},
 };
 
 inline constexpr Colours DarkColours = {
@@ -112,6 +120,7 @@ inline constexpr Colours DarkColours = {
     .Delay = Rgb(0xFF5A5A),
     .Average = Rgb(0xF2F2F2),
     .AveragePoint = Rgb(0x38A8E8),
+    .Speeds = {Rgb(0xFFF2C4), Rgb(0xFFC861), Rgb(0xF59A6B), Rgb(0xCF78AA), Rgb(0x7C75C8), Rgb(0x3F70A4)},
 };
 
 /// Those of printed pages, which have no controls.

@@ -19,6 +19,9 @@ inline constexpr const char* ChoiceTaken = "yes";
 /// Of the run list and the delay chart: the runs that do not count are left out.
 inline constexpr const char* CountedOnlyKey = "counted-only";
 
+/// The file with the tiles that lie under maps.
+inline constexpr const char* BaseMapKey = "base-map";
+
 /// The text under a key; empty where there is none.
 std::string ChoiceOf(const UserChoices& choices, const std::string& key);
 inline bool IsTaken(const UserChoices& choices, const std::string& key) {

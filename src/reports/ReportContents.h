@@ -19,6 +19,8 @@ void AddComparison(ReportPages& pages, const std::vector<ConditionStatistics>& c
                    const StatisticsOptions& options, const Units& units);
 /// The ways of all runs with their nodes, and their speeds lined up at the nodes.
 void AddTimeSpace(ReportPages& pages, const ReportData& data);
+/// The ways of the runs that have positions, with the nodes of one of them.
+void AddMap(ReportPages& pages, const ReportData& data);
 /// How the figures come about, with a drawing, and the scales of the grades.
 void AddMethod(ReportPages& pages, const ReportData& data);
 /// The study's fields, its results and the table of its runs.

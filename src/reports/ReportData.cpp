@@ -5,6 +5,8 @@
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
+#include "core/Units.h"
+#include "map/MapFromRun.h"
 
 namespace vantor {
 namespace {
@@ -19,6 +21,13 @@ const char* ProblemTitle(RunOutcome outcome) {
     return "";
 }
 
+void AddToMap(MapContents& map, const RunRecord& run, const std::string& name) {
+    if (!HasPositions(run)) return;
+    map.Tracks.push_back(TrackOf(run, name));
+    std::vector<MapNode> nodes = NodesOf(run);
+    if (nodes.size() > map.Nodes.size()) map.Nodes = std::move(nodes);
+}
+
 ReportRun LoadRun(ReportData& data, int number, const FileSystem& files, const std::string& folder) {
     const StudyRunEntry& entry = data.Contents.Entries[number];
     const std::string name = RunFileName(entry);
@@ -29,6 +38,7 @@ ReportRun LoadRun(ReportData& data, int number, const FileSystem& files, const s
     run.Problem = ProblemTitle(reading.Outcome);
     try {
         if (reading) {
+            AddToMap(data.Map, reading.Run, name);
             run.Statistics = ComputeRunStatistics(reading.Run, data.Settings);
             run.Profile = std::make_shared<const ReportProfile>(MakeReportProfile(reading.Run, data.Settings));
         }
@@ -69,9 +79,11 @@ ReportData LoadReportData(const Study& study, const AppSettings& settings, const
     data.StudyGroup = LastComponent(WholePath(files, folder));
     data.Settings = settings;
     data.Printed = printed;
+    data.Map.Shown = UnitsOf(settings);
     for (int i = 1; i <= study.Record.RunCount; ++i) {
         if (!progress(static_cast<std::uint64_t>(i - 1), static_cast<std::uint64_t>(study.Record.RunCount))) {
             data.Runs.clear();
+            data.Map = {};
             return data;
         }
         data.Runs.push_back(LoadRun(data, i, files, folder));
@@ -82,6 +94,9 @@ ReportData LoadReportData(const Study& study, const AppSettings& settings, const
     data.OtherThresholds = OtherThresholds(rows);
     data.StopDelayNow = AverageStopDelayNow(rows);
     data.Measured = ReadTracedRuns(study, files, folder, settings);
+    for (const MeasuredRun& run : data.Measured.Read.Runs)
+        for (MapTrack& track : data.Map.Tracks)
+            if (track.Name == run.Name) track.IsSetAside = !run.SetAside.empty();
     ComputeStatistics(data);
     return data;
 }

@@ -52,8 +52,8 @@ PagedDocument MakeComparisonReport(const std::vector<ConditionStatistics>& condi
 }
 
 PagedDocument MakeReport(const ReportData& data, const ReportChoice& choice, const TextMeasure& measure) {
-    constexpr std::array Contents = {AddCover,     AddStudySummary,  AddStatistics, AddBeforeAfter,  AddDelayChart,
-                                     AddTimeSpace, AddSpeedProfiles, AddMethod,     AddRunStatistics};
+    constexpr std::array Contents = {AddCover,     AddStudySummary, AddStatistics,    AddBeforeAfter, AddDelayChart,
+                                     AddTimeSpace, AddMap,          AddSpeedProfiles, AddMethod,      AddRunStatistics};
     static_assert(Contents.size() == ReportNames.size());
     const std::string study(Trim(data.Contents.Record.StudyName));
     const RememberingMeasure remembering(measure);
@@ -63,6 +63,7 @@ PagedDocument MakeReport(const ReportData& data, const ReportChoice& choice, con
         if (!choice.Reports[report]) continue;
         if (data.Runs.empty() && Contents[report] != AddStudySummary) continue;
         if (Contents[report] == AddBeforeAfter && !data.Statistics.Whole.HasBoth() && isOneOfSeveral) continue;
+        if (Contents[report] == AddMap && data.Map.Tracks.empty() && isOneOfSeveral) continue;
         pages.BeginReport(ReportNames[report].Title);
         Contents[report](pages, data);
     }

@@ -57,8 +57,8 @@ struct ShownProgram : TestProgram {
     const std::string Group = "/start/Study Groups/Main Street/";
     const std::string Logs = "/start/Field Data Files/";
     DecliningMessageBoxes Declining;
-    AppContext Program{State,  Files,  Declining, OtherScreens, DesktopServices, Time,      End,
-                       Memory, Serial, Device,    Databases,    Sheets,          Documents, Work};
+    AppContext Program{State,  Files,  Declining, OtherScreens, DesktopServices, Time,          End,  Memory,
+                       Serial, Device, Databases, Sheets,       Documents,       OtherPrograms, Work, Tiles};
 
     explicit ShownProgram(bool isFilled) {
         State.Settings.UseStartUpScreen = 0;

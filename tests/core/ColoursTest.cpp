@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -37,6 +38,10 @@ TEST(Colours, TextsAndMarksStandOutFromWhatTheyStandOn) {
                                   all.AveragePoint, all.ClosedPort})
             EXPECT_GE(Contrast(mark, all.Base), 3);
         EXPECT_GE(Contrast(all.Edge, all.Window), 3);
+        for (const Colour speed : all.Speeds) EXPECT_GE(Contrast(speed, all.Base), 3);
+        // Told apart by their lightness alone, as in a grey print.
+        for (std::size_t i = 1; i < all.Speeds.size(); ++i)
+            EXPECT_GE(Contrast(all.Speeds[i - 1], all.Base) / Contrast(all.Speeds[i], all.Base), 1.25);
     }
     for (const Colour text : {PaperColours.Text, PaperColours.DimText})
         EXPECT_GE(Contrast(text, PaperColours.Base), 4.5);

@@ -13,6 +13,7 @@
 #include "fakes/FakeLongWork.h"
 #include "fakes/FakeRemoteApi.h"
 #include "fakes/FakeSerialPort.h"
+#include "fakes/FakeTiles.h"
 #include "fakes/MemoryFileSystem.h"
 #include "fakes/RecordingCanvas.h"
 #include "fakes/ScriptedMessageBoxes.h"
@@ -233,8 +234,9 @@ struct TestProgram {
     FakeDocumentWriter Documents;
     FakePrograms OtherPrograms;
     FakeLongWork Work{Files};
-    AppContext Context{State,  Files,  Messages,  OtherScreens, DesktopServices, Time,          End, Memory,
-                       Serial, Device, Databases, Sheets,       Documents,       OtherPrograms, Work};
+    FakeTiles Tiles;
+    AppContext Context{State,  Files,  Messages,  OtherScreens, DesktopServices, Time,          End,  Memory,
+                       Serial, Device, Databases, Sheets,       Documents,       OtherPrograms, Work, Tiles};
 
     TestProgram() {
         for (const char* folder : {"/start/Temp", "/start/Study Groups", "/start/Field Data Files"})

@@ -49,6 +49,11 @@ public:
         double Opacity;
     };
     std::vector<Shape> Shapes;
+    struct Picture {
+        CanvasBox Where;
+        CanvasBox Part;
+    };
+    std::vector<Picture> Pictures;
 
     double TextWidth(const std::string& text, const TextStyle& style) const override {
         return PlainMeasure().TextWidth(text, style);
@@ -69,6 +74,9 @@ public:
         Shapes.push_back({{outline.begin(), outline.end()}, ink, opacity});
     }
     void DrawDot(CanvasPoint centre, double diameter, Colour ink) override { Dots.push_back({centre, diameter, ink}); }
+    void DrawPicture(const CanvasBox& box, const Pixels&, const CanvasBox& part) override {
+        Pictures.push_back({box, part});
+    }
     void DrawInside(const CanvasBox&, const std::function<void()>& draw) override { draw(); }
 };
 

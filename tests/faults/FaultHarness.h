@@ -29,8 +29,8 @@ struct FaultScene : TestProgram {
     const std::string Group = "/start/Study Groups/Main/";
     const std::string Temp = "/start/Temp/";
     AgreeingMessageBoxes Told;
-    AppContext Program{State,  Files,  Told,   OtherScreens, DesktopServices, Time,      End,
-                       Memory, Serial, Device, Databases,    Sheets,          Documents, Work};
+    AppContext Program{State,  Files,  Told,      OtherScreens, DesktopServices, Time,          End,  Memory,
+                       Serial, Device, Databases, Sheets,       Documents,       OtherPrograms, Work, Tiles};
     /// What an operation works on besides the state of the program; it lives until its checks are done.
     std::shared_ptr<void> Object;
 

@@ -174,9 +174,9 @@ public:
 TEST_F(FileTransferTest, TheDatabaseIsCopiedIntoItsFolderOrWhyNotIsTold) {
     PromptRecorder messages;
     TestProgram& of = Program;
-    AppContext context{of.State,     Files,     messages,     of.OtherScreens,  of.DesktopServices,
-                       of.Time,      of.End,    of.Memory,    of.Serial,        Api,
-                       of.Databases, of.Sheets, of.Documents, of.OtherPrograms, of.Work};
+    AppContext context{
+        of.State,  Files, messages,     of.OtherScreens, of.DesktopServices, of.Time,          of.End,  of.Memory,
+        of.Serial, Api,   of.Databases, of.Sheets,       of.Documents,       of.OtherPrograms, of.Work, of.Tiles};
     const LogDevice device{"Roampad", "GPSData.pdb"};
     int delays = 0;
     const auto copy = [&] { CopyFromDevice(context, device, "/field/", [&](int time) { delays += time; }); };

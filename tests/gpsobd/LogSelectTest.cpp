@@ -211,8 +211,8 @@ TEST_F(LogSelectTest, StaysAliveWhileALongLogIsRead) {
     const auto openAnd = [&](const std::function<void(LogSelect&)>& act) {
         const LongDatabases databases;
         Job work(Messages, [&] { return std::make_unique<MemoryFileSystem>(Files); });
-        AppContext context{State,  Files,  Messages,  OtherScreens, DesktopServices, Time,          End, Memory,
-                           Serial, Device, databases, Sheets,       Documents,       OtherPrograms, work};
+        AppContext context{State,  Files,  Messages,  OtherScreens, DesktopServices, Time,          End,  Memory,
+                           Serial, Device, databases, Sheets,       Documents,       OtherPrograms, work, Tiles};
         ExpectOffer("Roampad");
         auto* form = new LogSelect(context, FormatOf(GpsHandheld));
         const QPointer<LogSelect> alive(form);

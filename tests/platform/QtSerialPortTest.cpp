@@ -202,8 +202,8 @@ protected:
 
     const std::string First = "!Kestrel-03-14-08-1.tdc";
     QtSerialPort Port;
-    AppContext Real{State,  Disk, Messages, OtherScreens, DesktopServices, Time,      End,
-                    Memory, Port, Device,   Databases,    Sheets,          Documents, Work};
+    AppContext Real{State, Disk,   Messages,  OtherScreens, DesktopServices, Time,          End,  Memory,
+                    Port,  Device, Databases, Sheets,       Documents,       OtherPrograms, Work, Tiles};
     std::unique_ptr<frmReadTDC> Window;
 };
 

@@ -66,7 +66,7 @@ TEST_F(frmReportPreviewTest, ZoomsByStepsOfTheList) {
 
 TEST_F(frmReportPreviewTest, PrintsAndSavesWhatIsChosen) {
     Open();
-    for (const int report : {0, 2, 3, 5, 6, 7}) Press(("chkReport(" + std::to_string(report) + ")").c_str());
+    for (const int report : {0, 2, 3, 5, 6, 7, 8}) Press(("chkReport(" + std::to_string(report) + ")").c_str());
     Press("chkLeaveOutHeadings");
     Pick("cmbPaper", "A4");
     Pick("cmbOrientation", "Landscape");

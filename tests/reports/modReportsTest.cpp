@@ -71,7 +71,7 @@ constexpr auto Only(ReportKind kind) {
     reports[static_cast<std::size_t>(kind)] = true;
     return reports;
 }
-constexpr decltype(ReportChoice::Reports) Everything = {true, true, true, true, true, true, true, true, true};
+constexpr decltype(ReportChoice::Reports) Everything = {true, true, true, true, true, true, true, true, true, true};
 constexpr auto Summary = Only(ReportKind::Summary);
 constexpr auto Statistics = Only(ReportKind::Statistics);
 constexpr auto Profiles = Only(ReportKind::Profiles);
@@ -180,6 +180,18 @@ TEST_F(modReportsTest, LongProfilesAreReducedWithoutLosingTheirExtremes) {
     EXPECT_EQ(slowest->Speed, 0.0F);
     EXPECT_NEAR(fastest->Speed, 200 * 0.6818182, 1e-3);
     EXPECT_NEAR(fastest->X / profile.Feet, 20000.0 / 32767, 0.01);
+}
+
+TEST_F(modReportsTest, TheMapHasTheRunsWithPositionsAndTheNodesOfOne) {
+    Print(Only(ReportKind::Map));
+    EXPECT_THAT(Texts(), Contains(testing::StartsWith("No run of this study has positions")));
+    RunRecord run = ReportedRun();
+    for (int i = 1; i <= run.RunSamples.LastIndex(); ++i)
+        run.RunSamples[i] = {.Latitude = 33.7, .Longitude = -84.4 + i * 1e-4, .Speed = 30};
+    PutRunFile(Files, run, Folder, "NB-1");
+    Print(Only(ReportKind::Map));
+    EXPECT_THAT(Texts(), AllOf(Contains("Oak"), Contains("MPH"), Contains("N"),
+                               Contains(testing::StartsWith("1 of 3 runs have positions"))));
 }
 
 TEST_F(modReportsTest, RunsThatCannotBeReadAreNamedAndTheOthersPrinted) {

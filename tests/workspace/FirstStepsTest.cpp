@@ -127,5 +127,22 @@ TEST_F(FirstSteps, WhatTheViewShowsIsRemembered) {
     EXPECT_EQ(ThemeNamed(ChoiceOf(State.Choices, ThemeKey)), ThemeChoice::Dark);
 }
 
+TEST_F(FirstSteps, AMapStandsInPlaceOfTheProfileWhereARunHasPositions) {
+    StartWith({{"R1", 12}, {"R2", 50}});
+    EXPECT_FALSE(IsEnabled("btnShowMap"));
+    RunRecord run = ReadRun(Files, Group, "R2", RunPart::Whole).Run;
+    run.RunSamples[1] = {.Latitude = 33.7, .Longitude = -84.4};
+    PutRunFile(Files, run, Group, "R2");
+    PressKey(Qt::Key_Down);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return IsEnabled("btnShowMap"); }));
+    Press("btnShowMap");
+    EXPECT_TRUE(IsShown("RunMap") && !IsShown("RunProfile"));
+    PressKey(Qt::Key_Up);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return IsShown("RunProfile"); }));
+    EXPECT_EQ(Get<QWidget>("btnShowMap").toolTip(), "This run has no positions, as runs of counters have none.");
+    PressKey(Qt::Key_Down);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return IsShown("RunMap"); })) << "the choice stays";
+}
+
 }  // namespace
 }  // namespace vantor

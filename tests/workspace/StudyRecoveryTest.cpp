@@ -13,7 +13,7 @@ struct OtherProgram {
     explicit OtherProgram(TestProgram& first)
         : Context{State,           first.Files,  Messages,        first.OtherScreens, first.DesktopServices,
                   first.Time,      first.End,    first.Memory,    first.Serial,       first.Device,
-                  first.Databases, first.Sheets, first.Documents, first.Work} {
+                  first.Databases, first.Sheets, first.Documents, first.Work,         first.Tiles} {
         LoadSettings(State, first.Files);
         NewStudy(State, first.Time);
     }

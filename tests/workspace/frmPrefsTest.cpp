@@ -2,6 +2,7 @@
 
 #include <QTabWidget>
 
+#include "core/UserChoices.h"
 #include "core/forms/Theme.h"
 #include "fakes/FormScene.h"
 #include "workspace/MainStreet.h"
@@ -268,6 +269,25 @@ TEST_F(frmPrefsTest, ListsThePortsThatOpenAndShowsAnotherSavedOneInRed) {
     OpenAt(1);
     EXPECT_THAT(ItemsOf(*Window, "cmbCommPort"), IsEmpty());
     ExpectPort("3", true, "/dev/fake3, USB Serial Converter\nThis port cannot be opened.");
+}
+
+TEST_F(frmPrefsTest, TheBaseMapIsLookedAtWhenItIsChosen) {
+    Tiles.Path = "/maps/town.mbtiles";
+    Open();
+    DesktopServices.FileToOpen = "/maps/other.mbtiles";
+    Messages.Expect("Run-time error '53':\nFile not found\n\n/maps/other.mbtiles");
+    Press("cmdBrowseBaseMap");
+    EXPECT_EQ(Text("txtBaseMap"), "") << "what cannot be drawn is not taken";
+    DesktopServices.FileToOpen = Tiles.Path;
+    Press("cmdBrowseBaseMap");
+    EXPECT_EQ(Text("lblBaseMap"), "Streets, zoom levels 0 to 16");
+    Press("btnOk");
+    EXPECT_EQ(ChoiceOf(LoadUserChoices(Files), BaseMapKey), Tiles.Path);
+    Open();
+    EXPECT_EQ(Text("txtBaseMap"), Tiles.Path);
+    Press("cmdClearBaseMap");
+    Press("btnOk");
+    EXPECT_EQ(ChoiceOf(State.Choices, BaseMapKey), "");
 }
 
 }  // namespace

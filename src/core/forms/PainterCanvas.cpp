@@ -2,6 +2,7 @@
 
 #include <QFont>
 #include <QFontMetricsF>
+#include <QImage>
 #include <QList>
 #include <QPaintEngine>
 
@@ -151,6 +152,16 @@ void PainterCanvas::DrawDot(CanvasPoint centre, double diameter, Colour ink) {
     painter_.setPen(Qt::NoPen);
     painter_.setBrush(Ink(ink));
     painter_.drawEllipse(Position(centre), diameter / 2, diameter / 2);
+}
+
+void PainterCanvas::DrawPicture(const CanvasBox& box, const Pixels& picture, const CanvasBox& part) {
+    // The image is only a view of the points.
+    const QImage image(reinterpret_cast<const uchar*>(picture.Points.data()), picture.Width, picture.Height,
+                       QImage::Format_ARGB32_Premultiplied);
+    painter_.save();
+    painter_.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter_.drawImage(Rectangle(box), image, Rectangle(part));
+    painter_.restore();
 }
 
 void PainterCanvas::DrawInside(const CanvasBox& box, const std::function<void()>& draw) {

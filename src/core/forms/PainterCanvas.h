@@ -27,6 +27,7 @@ public:
     void FillBox(const CanvasBox& box, Colour ink) override;
     void FillShape(std::span<const CanvasPoint> outline, Colour ink, double opacity) override;
     void DrawDot(CanvasPoint centre, double diameter, Colour ink) override;
+    void DrawPicture(const CanvasBox& box, const Pixels& picture, const CanvasBox& part) override;
     void DrawInside(const CanvasBox& box, const std::function<void()>& draw) override;
 
 private:

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/Colours.h"
+#include "core/Pixels.h"
 
 namespace vantor {
 
@@ -69,6 +70,8 @@ public:
     virtual void FillShape(std::span<const CanvasPoint> outline, Colour ink, double opacity) = 0;
     /// A filled circle.
     virtual void DrawDot(CanvasPoint centre, double diameter, Colour ink) = 0;
+    /// The part of a picture, in its points, that fills a box.
+    virtual void DrawPicture(const CanvasBox& box, const Pixels& picture, const CanvasBox& part) = 0;
     /// Draws with what lies outside the box cut off.
     virtual void DrawInside(const CanvasBox& box, const std::function<void()>& draw) = 0;
 };

@@ -29,6 +29,7 @@ constexpr std::array<const char*, ReportNames.size()> ReportCaptions = {"Co&ver"
                                                                         "Before and &After",
                                                                         "Control &Delay and Running Average",
                                                                         "Time-Space D&iagram and Speeds",
+                                                                        "Map of th&e Runs",
                                                                         "Speed Pro&files",
                                                                         "Method a&nd Grades",
                                                                         "Detailed Statistics by &Run"};
@@ -46,7 +47,7 @@ constexpr std::array ZoomSteps = {static_cast<int>(ReportPagesView::FitWidth),
                                   400};
 constexpr int FirstPercent = 2;
 
-constexpr const char* ChoiceKey = "frmReportPreview.choice";
+constexpr const char* ChoiceKey = "frmReportPreview.reports";
 
 }  // namespace
 

@@ -67,6 +67,7 @@ QLayout* PrefsPathTab::BuildFolders() {
     AddNextRoot(*grid);
     AddFolder(*grid, FieldData, QStringLiteral("&Field Data Files Path"),
               QStringLiteral("Where counter data files are stored before processing"));
+    baseMap_ = new BaseMapField(this, *grid, context_);
     const WorkingPaths& paths = context_.State.Paths;
     fields_[Temp]->Fill(paths.TempRunsPath);
     fields_[Root]->Fill(paths.StudyGroupRootPath);

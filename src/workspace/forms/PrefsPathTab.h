@@ -10,12 +10,13 @@
 #include "core/AppContext.h"
 #include "core/forms/FolderTree.h"
 #include "workspace/Preferences.h"
+#include "workspace/forms/BaseMapField.h"
 #include "workspace/forms/PathField.h"
 
 namespace vantor {
 
-/// The folders of the preferences. One folder box at a time is marked in yellow; a folder clicked in the tree goes
-/// into it.
+/// The folders of the preferences and the file of the base map. One folder box at a time is marked in yellow; a folder
+/// clicked in the tree goes into it.
 class PrefsPathTab : public QWidget {
 public:
     PrefsPathTab(QWidget* parent, AppContext& context);
@@ -26,6 +27,8 @@ public:
     void FocusRefused();
     /// The trimmed folders: a new Study Group root into the record, the others into the working copies.
     void Take(Preferences& preferences) const;
+    /// The file of the base map; empty for none.
+    std::string BaseMap() const { return baseMap_->Path(); }
     /// True for a folder that is to be made without asking: the user chose it by the bar.
     bool IsToBeMade(const std::string& folder) const;
 
@@ -59,6 +62,7 @@ private:
     std::array<std::string, FieldCount> inDocuments_;  ///< empty where the desktop has no folder of documents
     bool usesDocuments_ = false;
     std::array<PathField*, FieldCount> fields_{};
+    BaseMapField* baseMap_ = nullptr;
     PathBox* marked_ = nullptr;  ///< the box being edited, none at first
     QLabel* lblDocuments_ = nullptr;
     QLabel* lblNextRoot_ = nullptr;

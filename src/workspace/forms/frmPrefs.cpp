@@ -143,7 +143,8 @@ void frmPrefs::Save(bool restarts) {
     if (!OfferMissingFolders(chosen)) return;
     SavePreferences(context_.State, context_.Files, chosen);
     context_.State.Choices = StoreUserChoices(
-        context_.Files, {{SignedCoordinatesKey, defaults_->SignedCoordinates()->isChecked() ? ChoiceTaken : ""}});
+        context_.Files, {{SignedCoordinatesKey, defaults_->SignedCoordinates()->isChecked() ? ChoiceTaken : ""},
+                         {BaseMapKey, paths_->BaseMap()}});
     if (ChangesRoot(chosen) && !restarts) {
         context_.DesktopServices.Beep();
         context_.Messages.Tell(
