@@ -3,6 +3,7 @@
 #include <set>
 #include <utility>
 
+#include "core/Counted.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
@@ -33,12 +34,10 @@ bool AcceptName(MessageBoxes& messages, const std::string& name) {
     return true;
 }
 
-std::string CountOfRuns(std::size_t count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
-
 /// `doing` is what the user reads meanwhile, "Moving". False when it was stopped.
 bool MoveAll(LongWork& work, const std::string& doing, const std::vector<FileMove>& moves) {
     bool isDone = false;
-    work.Run(doing + " " + CountOfRuns(moves.size()),
+    work.Run(doing + " " + Counted(moves.size(), "run"),
              [&](FileSystem& files, const Progress& progress) { isDone = files.RenameAll(moves, progress); });
     return isDone;
 }
@@ -75,12 +74,6 @@ std::string FreeRunNumber(const TakenNumbers& taken, std::size_t count) {
     return {};
 }
 
-std::string DirectionFromLog(const std::string& notes) {
-    if (!notes.starts_with(DirectionNote)) return {};
-    std::string direction(Trim(notes.substr(DirectionNote.size(), notes.find(';') - DirectionNote.size())));
-    return direction.size() == 2 ? direction : std::string();
-}
-
 bool RenameRuns(LongWork& work, MessageBoxes& messages, const std::string& folder, const std::vector<UploadRun*>& runs,
                 RunNameTemplate& parts) {
     if (!AcceptName(messages, RunNameOf(parts))) return false;
@@ -113,7 +106,7 @@ bool UndoRename(LongWork& work, const std::string& folder, const std::vector<Upl
 }
 
 void DeleteRuns(LongWork& work, const std::string& folder, const std::vector<std::string>& names) {
-    work.Run("Deleting " + CountOfRuns(names.size()), [&](FileSystem& files, const Progress& progress) {
+    work.Run("Deleting " + Counted(names.size(), "run"), [&](FileSystem& files, const Progress& progress) {
         for (std::size_t i = 0; i < names.size() && progress(i, names.size()); ++i)
             DeleteRunFile(files, folder, names[i]);
     });
