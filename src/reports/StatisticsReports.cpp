@@ -138,6 +138,7 @@ void AddComparison(ReportPages& pages, const std::vector<ConditionStatistics>& c
     AddTable(pages, OnPaper(ConditionsTable(conditions, options, units)));
     pages.AddText("Means with their " + ConfidenceText(options.Confidence) + " intervals; the grade over the interval.",
                   CaptionStyle);
+    pages.Skip(SectionGap / 2);
     for (const ConditionStatistics& condition : conditions)
         for (const std::string& remark : condition.Remarks) pages.AddText(condition.Name + ": " + remark, BodyStyle);
     for (std::size_t i = 1; i < conditions.size(); ++i) {
@@ -150,13 +151,16 @@ void AddComparison(ReportPages& pages, const std::vector<ConditionStatistics>& c
         AddRunsForDifference(pages, condition.Compared[Measure::TravelTime], options, units);
         for (const std::string& warning : condition.Warnings) pages.AddText("Warning: " + warning, BodyStyle);
         pages.Skip(SectionGap / 2);
-        AddTable(pages, OnPaper(ComparedTable(AgainstFirst(conditions, i), options, units)));
+        const bool isOneOfSeveral = conditions.size() > 2;
+        AddTable(pages,
+                 OnPaper(ComparedTable(AgainstFirst(conditions, i), options, units), isOneOfSeveral ? "Shift" : ""));
         if (condition.Sections.size() < 2) continue;
         pages.Skip(SectionGap / 2);
         AddTable(pages, OnPaper(ComparedSectionsTable(condition.Sections, options, units), "Shift"));
     }
     pages.AddText(
-        "p (Welch): of Welch's test; p (ranks): of Mann-Whitney's; p (Holm): adjusted for the number of sections.",
+        "p (Welch): of Welch's test; p (Mann-Whitney): by ranks; p (Holm): adjusted for the number of sections, "
+        "in the table of measures for that of the studies.",
         CaptionStyle);
 }
 

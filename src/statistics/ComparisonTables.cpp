@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 
 #include "core/Numeric.h"
@@ -52,10 +53,14 @@ StatisticsTable ComparedTable(const GroupedStatistics& whole, const StatisticsOp
     StatisticsTable table;
     table.Heads = ComparedHeads("Measure", options);
     if (!whole.HasBoth()) return table;
+    const bool hasHolm =
+        std::ranges::any_of(AllMeasures, [&](Measure measure) { return whole.Compared[measure].HolmP.has_value(); });
+    if (hasHolm) table.Heads.emplace_back("p (Holm)");
     for (const Measure measure : AllMeasures) {
         const MeasureKind& kind = KindOf(measure);
         table.Rows.push_back(
             ComparedRow(WithUnit(kind.Name, kind.Unit, units), whole.Compared[measure], measure, options, units));
+        if (hasHolm) table.Rows.back().push_back(ProbabilityCell(whole.Compared[measure].HolmP));
     }
     return table;
 }

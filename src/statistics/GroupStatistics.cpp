@@ -163,7 +163,7 @@ std::vector<std::string> Unlike(const GroupStatistics& before, const GroupStatis
                            " after. Compare runs of the same " + same + ".");
     };
     if (differ(left.Directions, right.Directions))
-        warn("directions", Joined(left.Directions, ", "), Joined(right.Directions, ", "), "direction");
+        warn("directions", Joined(left.Directions, " and "), Joined(right.Directions, " and "), "direction");
     if (!left.Periods.empty() && !right.Periods.empty()) {
         if (differ(left.Periods, right.Periods))
             warn("periods", Joined(left.Periods, ", "), Joined(right.Periods, ", "), "time of day");

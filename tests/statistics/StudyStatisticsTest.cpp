@@ -158,7 +158,7 @@ TEST_F(StudyStatisticsTest, DirectionsTellWhatIsAlike) {
                           {});
     EXPECT_THAT(compared[0].Remarks, ElementsAre("2 of 3 entries are there: the study file was cut short."));
     EXPECT_THAT(compared[1].Remarks, ElementsAre(HasSubstr("a Study Group alone has no boundaries. Make a study")));
-    EXPECT_THAT(compared[1].Warnings, ElementsAre(HasSubstr("SB before, NB, SB after")));
+    EXPECT_THAT(compared[1].Warnings, ElementsAre(HasSubstr("SB before, NB and SB after")));
 }
 
 TEST_F(StudyStatisticsTest, BadCasesGetASentenceEach) {
