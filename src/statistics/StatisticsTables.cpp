@@ -41,9 +41,8 @@ struct Column {
 /// Rows of the same figure of each group.
 class SummaryRows {
 public:
-    SummaryRows(StatisticsTable& table, std::vector<Column> columns, const StatisticsOptions& options,
-                const Units& units)
-        : table_(table), columns_(std::move(columns)), options_(options), units_(units) {
+    SummaryRows(StatisticsTable& table, std::vector<Column> columns, const Units& units)
+        : table_(table), columns_(std::move(columns)), units_(units) {
         table_.Heads = {"Figure"};
         for (const Column& column : columns_) table_.Heads.push_back(column.Head);
         table_.Heads.emplace_back("Remarks");
@@ -74,7 +73,6 @@ private:
 
     StatisticsTable& table_;
     std::vector<Column> columns_;
-    const StatisticsOptions& options_;
     const Units& units_;
 };
 
@@ -228,7 +226,7 @@ StatisticsTable SummaryTable(const GroupedStatistics& whole, const StatisticsOpt
         columns.push_back({"Before", &whole.Before});
         columns.push_back({"After", &whole.After});
     }
-    SummaryRows rows(table, columns, options, units);
+    SummaryRows rows(table, columns, units);
     if (whole.All.N == 0) return table;
     rows.AddText("Runs",
                  [](const GroupStatistics& group) { return TextCell(std::to_string(group.N), group.RestsOn.Text()); });
