@@ -19,10 +19,8 @@ const char* ProblemTitle(RunOutcome outcome) {
     return "";
 }
 
-ReportRun LoadRun(ReportData& data, int number, const FileSystem& files, const std::string& folder) {
+ReportRun MakeReportRun(const ReportData& data, int number, const RunReading& reading) {
     const StudyRunEntry& entry = data.Contents.Entries[number];
-    const std::string name = RunFileName(entry);
-    const RunReading reading = ReadRun(files, folder, name, RunPart::Whole);
     ReportRun run;
     run.Number = number;
     run.Row = MakeRunListRow(entry, FactsOf(reading, entry, data.Settings), data.Settings);
@@ -36,10 +34,16 @@ ReportRun LoadRun(ReportData& data, int number, const FileSystem& files, const s
         run.Problem = "Run without Statistics";
         run.Row.Facts.Problem = error.Message();
     }
-    if (run.Problem.empty()) return run;
-    const bool isMissing = reading.Outcome == RunOutcome::Missing;
-    data.Problems.push_back(run.Problem + ": " + name + (isMissing ? std::string() : "\n" + run.Row.Facts.Problem));
     return run;
+}
+
+void NoteProblems(ReportData& data) {
+    const std::string missing = ProblemTitle(RunOutcome::Missing);
+    for (const ReportRun& run : data.Runs) {
+        if (run.Problem.empty()) continue;
+        const std::string reason = run.Problem == missing ? std::string() : "\n" + run.Row.Facts.Problem;
+        data.Problems.push_back(run.Problem + ": " + RunFileName(data.Contents.Entries[run.Number]) + reason);
+    }
 }
 
 void ComputeStatistics(ReportData& data) {
@@ -48,10 +52,6 @@ void ComputeStatistics(ReportData& data) {
     data.Statistics = ComputeStatistics(runs, options);
     const std::vector<MeasuredRun> kept = WithoutSetAside(runs);
     if (kept.size() != runs.size()) data.WithoutSetAside = ComputeStatistics(kept, options);
-    if (data.Statistics.NodeCounts.empty()) return;
-    ChosenRuns ofMostNodes;
-    for (const std::size_t run : data.Statistics.NodeCounts.front().Runs) ofMostNodes.push_back(&runs[run]);
-    data.OfMostNodes = GroupOver(ofMostNodes, std::nullopt, options);
 }
 
 }  // namespace
@@ -69,19 +69,21 @@ ReportData LoadReportData(const Study& study, const AppSettings& settings, const
     data.StudyGroup = LastComponent(WholePath(files, folder));
     data.Settings = settings;
     data.Printed = printed;
-    for (int i = 1; i <= study.Record.RunCount; ++i) {
-        if (!progress(static_cast<std::uint64_t>(i - 1), static_cast<std::uint64_t>(study.Record.RunCount))) {
-            data.Runs.clear();
-            return data;
-        }
-        data.Runs.push_back(LoadRun(data, i, files, folder));
+    data.Runs.resize(static_cast<std::size_t>(study.Record.RunCount));
+    const auto take = [&](int number, const RunReading& reading) {
+        data.Runs[static_cast<std::size_t>(number - 1)] = MakeReportRun(data, number, reading);
+    };
+    data.Measured = ReadTracedRuns(study, files, folder, settings, progress, take, RunPart::Whole);
+    if (!data.Measured.Read.IsWhole) {
+        data.Runs.clear();
+        return data;
     }
+    NoteProblems(data);
     const std::vector<RunListRow> rows = data.Rows();
     ComputeStudyResults(data.Contents, rows, data.Labels);
     data.WithoutWarned = AverageWithoutWarned(rows);
     data.OtherThresholds = OtherThresholds(rows);
     data.StopDelayNow = AverageStopDelayNow(rows);
-    data.Measured = ReadTracedRuns(study, files, folder, settings);
     ComputeStatistics(data);
     return data;
 }
