@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "plots/NamesInRow.h"
 #include "plots/VisibleTrace.h"
@@ -223,16 +224,12 @@ void ProfileKeys::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look)
 }
 
 void ProfileLinesPart::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const {
-    ProfileLinePlaces places;
-    for (std::size_t i = 0; i < Lines.size(); ++i) {
-        if (!Lines[i]) continue;
-        const bool isLevel = AllLines[i] == ProfileLine::IdealSpeed;
-        const CanvasBox& area = map.Area();
-        const double place = isLevel ? std::max(map.YOf(Lines[i]->Value), area.Y)
-                                     : std::clamp(map.XOf(Lines[i]->Value), area.X, area.X + area.Width);
-        places[i] = {place, true, Lines[i]->Text};
-    }
-    ProfileLines(canvas, look, map.Area(), places).Draw(canvas, look);
+    const CanvasBox& area = map.Area();
+    ProfileLinePlaces places = Lines;
+    for (auto& line : std::span(places).first(2))
+        if (line) line->Place = std::clamp(map.XOf(line->Place), area.X, area.X + area.Width);
+    if (places.back()) places.back()->Place = std::max(map.YOf(places.back()->Place), area.Y);
+    ProfileLines(canvas, look, area, places).Draw(canvas, look);
 }
 
 std::vector<PlotSample> ProfileLegend(bool hasNodes, bool hasKeys) {

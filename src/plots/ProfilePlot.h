@@ -47,11 +47,7 @@ struct ProfileKeys : PlotPart {
 
 /// The lines where they lie on a map.
 struct ProfileLinesPart : PlotPart {
-    struct Line {
-        double Value = 0;  ///< along the run, or miles per hour
-        std::string Text;
-    };
-    std::array<std::optional<Line>, 3> Lines;  ///< in the order of AllLines
+    ProfileLinePlaces Lines;  ///< their places are values: along the run, of the ideal speed in miles per hour
 
     void Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const override;
 };

@@ -15,14 +15,15 @@ constexpr double PageTextSize = 7;
 ProfileLinesPart LinesOf(const ProfileFrame& frame) {
     const StudyRunEntry& entry = frame.Entry;
     ProfileLinesPart lines;
-    const auto boundary = [&](const char* name, std::int32_t feet) -> std::optional<ProfileLinesPart::Line> {
+    const auto boundary = [&](const char* name, std::int32_t feet) -> std::optional<ProfileLineAt> {
         if (feet == 0) return std::nullopt;
-        return {{frame.Units.LengthOfFeet(feet), name + frame.Units.LengthText(feet)}};
+        return {{frame.Units.LengthOfFeet(feet), true, name + frame.Units.LengthText(feet)}};
     };
     lines.Lines[0] = boundary("Start ", entry.CDStartDist);
     lines.Lines[1] = boundary("End ", entry.CDEndDist);
     const std::int32_t mph = entry.IdealSpeedUser != 0 ? entry.IdealSpeedUser : entry.IdealSpeedCalc;
-    if (HasBothBoundaries(entry) && mph > 0) lines.Lines[2] = {{double(mph), "Ideal " + frame.Units.SpeedText(mph)}};
+    if (HasBothBoundaries(entry) && mph > 0)
+        lines.Lines[2] = {{double(mph), true, "Ideal " + frame.Units.SpeedText(mph)}};
     return lines;
 }
 
