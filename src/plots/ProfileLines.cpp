@@ -24,6 +24,10 @@ double LabelHeight(const TextMeasure& measure, const PlotLook& look) {
     return std::ceil(measure.LineHeight(LabelStyle(look, {})) + look.TextSize / 4);
 }
 
+Colour InkOf(const PlotLook& look, ProfileLine line) {
+    return line == ProfileLine::IdealSpeed ? look.Inks.IdealSpeed : look.Inks.Boundary;
+}
+
 const char* Name(ProfileLine line) { return line == ProfileLine::Start ? "Start " : "End "; }
 
 /// "3492 ft", or seconds.
@@ -162,23 +166,25 @@ void ProfileLines::Draw(Canvas& canvas, const PlotLook& look, ProfileLine active
                                     CanvasPoint{left, bottom}};
         if (left < right) canvas.FillShape(corners, look.Inks.Boundary, BetweenOpacity);
     }
-    for (const ProfileLine line : {ProfileLine::IdealSpeed, ProfileLine::Start, ProfileLine::End})
-        DrawLine(canvas, look, line, line == active);
+    for (const ProfileLine line : AllLines) DrawLine(canvas, look, line, line == active);
+    // Last, so that no line runs through a label.
+    for (const ProfileLine line : AllLines)
+        if (At(line).IsVisible)
+            DrawLabel(canvas, look, At(line).Label, At(line).At.Text, InkOf(look, line), line == active);
 }
 
 void ProfileLines::DrawLine(Canvas& canvas, const PlotLook& look, ProfileLine line, bool isActive) const {
     const Placed& placed = At(line);
     if (!placed.IsVisible) return;
-    const bool isIdeal = line == ProfileLine::IdealSpeed;
-    const Colour ink = isIdeal ? look.Inks.IdealSpeed : look.Inks.Boundary;
-    const LineStyle style{(isActive ? 3 : 2) * look.TextSize / 12, ink,
-                          placed.At.IsSet ? LinePattern::Solid : LinePattern::Dashed};
-    const CanvasBox& label = placed.Label;
-    if (isIdeal)
-        canvas.DrawLine({area_.X, placed.At.Place}, {area_.X + area_.Width, placed.At.Place}, style);
-    else
-        canvas.DrawLine({placed.At.Place, label.Y + label.Height}, {placed.At.Place, area_.Y + area_.Height}, style);
-    DrawLabel(canvas, look, label, placed.At.Text, ink, isActive);
+    const double place = placed.At.Place;
+    const bool isLevel = line == ProfileLine::IdealSpeed;
+    const CanvasPoint from =
+        isLevel ? CanvasPoint{area_.X, place} : CanvasPoint{place, placed.Label.Y + placed.Label.Height};
+    const CanvasPoint to =
+        isLevel ? CanvasPoint{area_.X + area_.Width, place} : CanvasPoint{place, area_.Y + area_.Height};
+    canvas.DrawLine(from, to,
+                    {(isActive ? 3 : 2) * look.TextSize / 12, InkOf(look, line),
+                     placed.At.IsSet ? LinePattern::Solid : LinePattern::Dashed});
 }
 
 void DrawProposal(Canvas& canvas, const PlotLook& look, const SpeedProfile& profile,
