@@ -70,6 +70,12 @@ public:
         if (endWhole >= firstWhole) fillPart(endWhole, bottom - endWhole);
     }
 
+    /// From a row down to the last.
+    void FillRows(int column, int columns, int top, QRgb premultiplied) {
+        for (int row = top; row < image_.height(); ++row)
+            std::fill_n(pixels_ + row * stride_ + column, columns, premultiplied);
+    }
+
     void Paint(QPainter& painter, QPointF place, double pixelRatio) {
         image_.setDevicePixelRatio(pixelRatio);
         painter.drawImage(place, image_);
@@ -97,11 +103,22 @@ void PaintTraceImage(QPainter& painter, std::span<const CanvasPoint> line, const
     const QColor colour = Ink(style.Ink);
     QColor surface = colour;
     surface.setAlphaF(static_cast<float>(opacity));
+    // Below the lowest point of a strip the surface is filled row by row, as the pixels lie in the memory.
+    constexpr int Strip = 16;
+    double below = height;
     for (int column = 0; column < size.width(); ++column) {
-        const Span& span = spans[static_cast<std::size_t>(column)];
+        const auto index = static_cast<std::size_t>(column);
+        if (column % Strip == 0) {
+            const auto strip = std::span(spans).subspan(index, std::min<std::size_t>(Strip, spans.size() - index));
+            const double lowest = std::ranges::max_element(strip, {}, &Span::Top)->Top - skipped;
+            below = std::ceil(std::clamp(lowest, 0.0, height));
+            image.FillRows(column, static_cast<int>(strip.size()), static_cast<int>(below),
+                           qPremultiply(surface.rgba()));
+        }
+        const Span& span = spans[index];
         if (span.IsEmpty()) continue;
         const double top = span.Top - skipped;
-        image.FillColumn(column, top, height, qPremultiply(surface.rgba()));
+        image.FillColumn(column, top, below, qPremultiply(surface.rgba()));
         if (drawsLine)
             image.FillColumn(column, top - halfWidth, span.Bottom - skipped + halfWidth, qPremultiply(colour.rgba()));
     }
