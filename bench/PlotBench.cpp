@@ -61,15 +61,17 @@ Plot TimeSpace() {
     return TimeSpacePlot(drives.Plotted(), TimeSpaceClock::FromStart, "Time-space diagram", {});
 }
 
-/// The whole plot drawn anew, as on a change of its zoom.
+/// The whole plot drawn anew, as on a change of its zoom, on a screen with so many pixels for one.
 void DrawFrames(benchmark::State& state, const Plot& plot) {
     const PlotLook look{.Tolerance = 0.35};  // that of a window
+    const auto ratio = static_cast<double>(state.range(0));
     QImage image(1200, 600, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
     for (auto _ : state) {
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
         PainterCanvas canvas(painter);
-        DrawPlot(canvas, {0, 0, 1200, 600}, plot, look, plot.Whole());
+        DrawPlot(canvas, {0, 0, 1200 / ratio, 600 / ratio}, plot, look, plot.Whole());
     }
 }
 
@@ -77,14 +79,14 @@ void TimeSpaceFrame(benchmark::State& state) {
     NeedApplication();
     DrawFrames(state, TimeSpace());
 }
-BENCHMARK(TimeSpaceFrame)->Unit(benchmark::kMillisecond);
+BENCHMARK(TimeSpaceFrame)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
 void OverlayFrame(benchmark::State& state) {
     NeedApplication();
     const Drives drives;
     DrawFrames(state, OverlayPlot(drives.Plotted(), true, "Speeds", {}));
 }
-BENCHMARK(OverlayFrame)->Unit(benchmark::kMillisecond);
+BENCHMARK(OverlayFrame)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
 /// Another choice of what is looked at: both plots are made anew.
 void PlotsOverRuns(benchmark::State& state) {

@@ -46,7 +46,7 @@ struct ProfileScreen {
         if (axis == BoundaryAxis::Time) Profile->ToggleAxis();
         Profile->Compute();
         Plot.resize(1200, 600);
-        Plot.SetProfile(&*Profile, {"MPH", "ft"}, {});
+        Plot.SetProfile(&*Profile, {});
         Plot.show();
         QApplication::processEvents();
     }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <unordered_map>
 
+#include "core/Counted.h"
 #include "core/Numeric.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
@@ -114,8 +115,6 @@ private:
     std::atomic<bool> isStopped_{false};
 };
 
-std::string RunsText(std::ptrdiff_t count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
-
 }  // namespace
 
 const char* StateWord(RunState state) {
@@ -177,7 +176,7 @@ std::string AverageWithoutWarned(const std::vector<RunListRow>& rows) {
     if (warned == 0) return {};
     if (warned == counted) return "all counted runs have warnings";
     const auto average = AverageOf(rows, ShownControlDelay, HasNoWarning);
-    return std::to_string(warned) + " of " + RunsText(counted) + (warned == 1 ? " has" : " have") +
+    return std::to_string(warned) + " of " + Counted(counted, "run") + (warned == 1 ? " has" : " have") +
            " warnings; without them: " + std::to_string(*average);
 }
 
@@ -186,7 +185,7 @@ std::string ConditionsOfAverage(const std::vector<RunListRow>& rows) {
     const auto count = std::ranges::count_if(rows, [](const RunListRow& row) { return !IsThere(row.State); });
     if (count == 0) return text;
     const std::string notThere =
-        std::to_string(count) + " of " + RunsText(std::ssize(rows)) +
+        std::to_string(count) + " of " + Counted(rows.size(), "run") +
         (count == 1 ? " cannot be read and does not count" : " cannot be read and do not count");
     return text.empty() ? notThere : notThere + "\n" + text;
 }
@@ -198,9 +197,9 @@ std::string OtherThresholds(const std::vector<RunListRow>& rows) {
     };
     std::string text;
     if (const auto other = counted(StopDelayBasis::Other); other != 0)
-        text = RunsText(other) + " computed with another threshold";
+        text = Counted(other, "run") + " computed with another threshold";
     if (const auto unknown = counted(StopDelayBasis::Unknown); unknown != 0)
-        text += (text.empty() ? "" : "; ") + RunsText(unknown) + ": threshold not known";
+        text += (text.empty() ? "" : "; ") + Counted(unknown, "run") + ": threshold not known";
     return text;
 }
 

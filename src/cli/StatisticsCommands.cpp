@@ -9,6 +9,7 @@
 #include "core/Text.h"
 #include "core/modMain.h"
 #include "reports/modReports.h"
+#include "statistics/ComparedStudy.h"
 
 namespace vantor {
 namespace {
@@ -53,25 +54,15 @@ bool Apply(const GivenOptions& given, StatisticsOptions& options, std::ostream& 
 }
 
 /// A study, or all runs of a Study Group; nothing, and a message, where there is none.
-struct LoadedRuns {
-    std::string Folder;
-    std::string Name;
-    Study From;
-};
-std::optional<LoadedRuns> Load(CommandContext& context, const std::string& path, bool mayBeFolder) {
-    if (mayBeFolder && FolderExists(context.Files, path)) {
-        const std::string folder = AsFolder(path);
-        return LoadedRuns{folder, LastComponent(path), StudyOfFolder(context.Files, folder)};
-    }
+std::optional<ComparedStudy> Load(CommandContext& context, const std::string& path, bool mayBeFolder) {
+    if (mayBeFolder && FolderExists(context.Files, path)) return OpenStudyGroup(context.Files, AsFolder(path));
     const NamedFile file = TakeApart(path, StudyExtension, "study file");
-    auto study = LoadStudy(context.Files, file.Folder, file.Name);
-    if (!study) {
+    auto study = OpenStudy(context.Files, file.Folder, file.Name);
+    if (!study)
         context.Err << "Missing Study File: " << file.Name << '\n';
-        return std::nullopt;
-    }
-    if (study->MissingEntries != 0)
-        context.Err << CutShortText(*study) << '\n' << file.Folder << file.Name << StudyExtension << '\n';
-    return LoadedRuns{file.Folder, file.Name, std::move(*study)};
+    else if (study->Contents.MissingEntries != 0)
+        context.Err << CutShortText(study->Contents) << '\n' << file.Folder << file.Name << StudyExtension << '\n';
+    return study;
 }
 
 /// Names the runs that have no figures; Failed where a file is there that cannot be read as a run.
@@ -95,11 +86,11 @@ Json LeftOutAsJson(const StudyRuns& runs) {
 int ShowStatistics(CommandContext& context, const std::string& path, const GivenOptions& given) {
     auto loaded = Load(context, path, false);
     if (!loaded) return Failed;
-    StatisticsOptions& options = loaded->From.Options;
+    StatisticsOptions& options = loaded->Contents.Options;
     if (!Apply(given, options, context.Err)) return WrongUsage;
     StudyFigures figures;
     figures.Name = loaded->Name;
-    figures.Read = ReadStudyRuns(loaded->From, context.Files, loaded->Folder, context.State.Settings, context.Work);
+    figures.Read = ReadStudyRuns(loaded->Contents, context.Files, loaded->Folder, context.State.Settings, context.Work);
     if (!figures.Read.IsWhole || !context.Work(1, 1)) return Stopped;
     figures.All = ComputeStatistics(figures.Read.Runs, options);
     const auto rest = WithoutSetAside(figures.Read.Runs);
@@ -112,7 +103,7 @@ int ShowStatistics(CommandContext& context, const std::string& path, const Given
     Json result = {{"study", figures.Name}};
     result.update(
         StatisticsAsJson(figures.All, figures.Read.Runs,
-                         ReadRunsToPropose(loaded->From, context.Files, loaded->Folder, context.State.Settings)));
+                         ReadRunsToPropose(loaded->Contents, context.Files, loaded->Folder, context.State.Settings)));
     result["left_out"] = LeftOutAsJson(figures.Read);
     if (figures.Without) result["without_set_aside"] = FiguresAsJson(*figures.Without);
     context.Print(result);
@@ -131,16 +122,16 @@ int CompareStudies(CommandContext& context, const std::vector<std::string>& path
         auto loaded = Load(context, path, true);
         if (!loaded) return Failed;
         if (!options) {
-            options = loaded->From.Options;
+            options = loaded->Contents.Options;
             if (!Apply(given, *options, context.Err)) return WrongUsage;
         }
-        loaded->From.Options = *options;
+        loaded->Contents.Options = *options;
         StudyRuns runs =
-            ReadStudyRuns(loaded->From, context.Files, loaded->Folder, context.State.Settings, context.Work);
+            ReadStudyRuns(loaded->Contents, context.Files, loaded->Folder, context.State.Settings, context.Work);
         if (!runs.IsWhole) return Stopped;
         status = std::max(status, Tell(context, runs));
         if (runs.Runs.empty()) context.Err << path << ": there are no runs to compare.\n";
-        conditions.push_back({loaded->Name, std::move(runs.Runs)});
+        conditions.push_back(ConditionOf(*loaded, std::move(runs)));
     }
     if (!context.Work(1, 1)) return Stopped;
     const auto compared = CompareConditions(conditions, *options);

@@ -62,7 +62,10 @@ Json OutliersAsJson(const GroupStatistics& group) {
 bool HasControlDelay(const GroupStatistics& group) { return group.Of[Measure::ControlDelay].N > 0; }
 
 Json GroupAsJson(const GroupStatistics& group) {
-    Json result = {{"n", group.N}, {"rests_on", group.RestsOn.Text()}, {"warnings", group.Warnings}};
+    Json result = {{"n", group.N},
+                   {"rests_on", group.RestsOn.Text()},
+                   {"directions", group.RestsOn.Directions},
+                   {"warnings", group.Warnings}};
     for (const Measure measure : AllMeasures)
         if (measure != Measure::ControlDelay || HasControlDelay(group))
             result[KindOf(measure).Key] = SummaryAsJson(group.Of[measure]);
@@ -170,6 +173,7 @@ Json RunAsJson(const MeasuredRun& run) {
                    {"time", IsValidDate(run.RunTime) ? Json(ShortTime(run.RunTime)) : Json(nullptr)},
                    {"before", run.IsBefore},
                    {"period", run.Period},
+                   {"direction", run.Direction},
                    {"set_aside", run.SetAside}};
     AddPiece(result, run.Measures.Whole);
     result["control_delay"] = OrNull(run.ValueOf(Measure::ControlDelay));
@@ -246,6 +250,7 @@ Json ConditionsAsJson(const std::vector<ConditionStatistics>& conditions, const 
         each["comparison"] = ComparisonAsJson(condition.Compared, options, false);
         each["sections"] = SectionsAsJson(condition.Sections, options);
         each["warnings"] = condition.Warnings;
+        each["remarks"] = condition.Remarks;
         result["conditions"].push_back(std::move(each));
     }
     return result;

@@ -125,7 +125,7 @@ inline constexpr Colours DarkColours = {
 
 /// Those of printed pages, which have no controls.
 struct PaperInks {
-    Colour Base, Text, DimText, Rule, Grid, Trace, Node, Start, End, Between;
+    Colour Base, Text, DimText, Rule, Grid, Trace, Node, Start, End;
 };
 inline constexpr PaperInks PaperColours = {
     .Base = Rgb(0xFFFFFF),
@@ -137,7 +137,6 @@ inline constexpr PaperInks PaperColours = {
     .Node = Rgb(0x8A8A8A),
     .Start = Rgb(0x1B7A3D),
     .End = Rgb(0xB02A2A),
-    .Between = Rgb(0xF3F5F8),
 };
 
 }  // namespace vantor

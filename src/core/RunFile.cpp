@@ -29,13 +29,14 @@ std::int32_t CheckedSampleCount(std::int32_t count, const std::string& path) {
     return count;
 }
 
-/// Before the labels of the keys and the names of the sections, which are most of a header.
-constexpr std::size_t HeaderFiguresSize = 128;
+// The labels of the keys and the names of the sections lie between, which are most of a header.
+constexpr std::size_t HeaderFiguresEnd = 128;
+constexpr std::size_t NotesBegin = 8320;
 
-/// The fields of the header that lie before its labels.
+/// The fields of the header without its labels and sections.
 void DecodeFigures(RunHeader& header, std::span<const std::byte> bytes) {
     const auto decode = [&](const auto& field) {
-        if (field.Offset < HeaderFiguresSize) codec::DecodeField(header, field, bytes);
+        if (field.Offset < HeaderFiguresEnd || field.Offset >= NotesBegin) codec::DecodeField(header, field, bytes);
     };
     std::apply([&](const auto&... field) { (decode(field), ...); }, RunHeaderFields);
 }

@@ -1,7 +1,6 @@
 #include "core/RunNames.h"
 
 #include "core/Numeric.h"
-#include "core/RunRecords.h"
 #include "core/Text.h"
 
 namespace vantor {
@@ -34,12 +33,6 @@ std::string FreeRunNumber(const TakenNumbers& taken, std::size_t count) {
         return digits.substr(digits.size() - 3);
     }
     return {};
-}
-
-std::string DirectionFromLog(const std::string& notes) {
-    if (!notes.starts_with(DirectionNote)) return {};
-    std::string direction(Trim(notes.substr(DirectionNote.size(), notes.find(';') - DirectionNote.size())));
-    return direction.size() == 2 ? direction : std::string();
 }
 
 }  // namespace vantor

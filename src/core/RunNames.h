@@ -25,7 +25,5 @@ using TakenNumbers = std::bitset<1000>;
 void TakeNumberOf(TakenNumbers& taken, const RunNameTemplate& parts, const std::string& name);
 /// The lowest number from "001" on from which `count` numbers in a row are free; empty where there are not so many.
 std::string FreeRunNumber(const TakenNumbers& taken, std::size_t count);
-/// The direction in the notes of a run that was made from a log, "EB"; empty for any other run.
-std::string DirectionFromLog(const std::string& notes);
 
 }  // namespace vantor

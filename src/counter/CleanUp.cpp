@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/Counted.h"
 #include "core/RunTimeError.h"
 #include "core/Text.h"
 
@@ -24,7 +25,7 @@ void PendingDeletions::DeleteAll(LongWork& work, MessageBoxes& messages) {
             }
         }
     };
-    work.Run("Deleting " + std::to_string(names.size()) + (names.size() == 1 ? " file" : " files"), deleteAll);
+    work.Run("Deleting " + Counted(names.size(), "file"), deleteAll);
     if (kept.empty()) return;
     messages.Tell("These files could not be deleted:\n" + FirstOf(kept, MostNamed, LineBreak), MessageIcon::Warning);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/Counted.h"
 #include "core/Paths.h"
 #include "core/modMain.h"
 #include "counter/CounterFile.h"
@@ -65,6 +66,6 @@ void DeleteOldDumps(FileSystem& files, const std::string& fieldDataFolder, Date 
     }
 }
 
-std::string CountOfBytes(std::uint64_t count) { return std::to_string(count) + (count == 1 ? " byte" : " bytes"); }
+std::string CountOfBytes(std::uint64_t count) { return Counted(count, "byte"); }
 
 }  // namespace vantor

@@ -3,6 +3,7 @@
 #include <set>
 #include <utility>
 
+#include "core/Counted.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
 #include "core/RunRecords.h"
@@ -14,12 +15,10 @@ namespace {
 
 std::string RunPath(const std::string& folder, const std::string& name) { return folder + name + RunExtension; }
 
-std::string CountOfRuns(std::size_t count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
-
 /// `doing` is what the user reads meanwhile, "Moving". False when it was stopped.
 bool MoveAll(LongWork& work, const std::string& doing, const std::vector<FileMove>& moves) {
     bool isDone = false;
-    work.Run(doing + " " + CountOfRuns(moves.size()),
+    work.Run(doing + " " + Counted(moves.size(), "run"),
              [&](FileSystem& files, const Progress& progress) { isDone = files.RenameAll(moves, progress); });
     return isDone;
 }
@@ -58,7 +57,7 @@ bool UndoRename(LongWork& work, const std::string& folder, const std::vector<Upl
 }
 
 void DeleteRuns(LongWork& work, const std::string& folder, const std::vector<std::string>& names) {
-    work.Run("Deleting " + CountOfRuns(names.size()), [&](FileSystem& files, const Progress& progress) {
+    work.Run("Deleting " + Counted(names.size(), "run"), [&](FileSystem& files, const Progress& progress) {
         for (std::size_t i = 0; i < names.size() && progress(i, names.size()); ++i)
             DeleteRunFile(files, folder, names[i]);
     });

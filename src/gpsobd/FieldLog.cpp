@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "core/Backup.h"
+#include "core/Counted.h"
 #include "core/Paths.h"
 #include "core/Text.h"
 #include "core/modMain.h"
@@ -102,7 +103,7 @@ double LongitudeOf(double degreesAndMinutes, bool isSigned) {
 }
 
 std::string CutText(std::uint64_t droppedBytes, std::size_t missingRecords) {
-    const std::string bytes = std::to_string(droppedBytes) + (droppedBytes == 1 ? " byte" : " bytes");
+    const std::string bytes = Counted(droppedBytes, "byte");
     if (missingRecords == 0)
         return droppedBytes == 0
                    ? std::string()

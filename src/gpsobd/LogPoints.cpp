@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <numbers>
 #include <tuple>
 #include <utility>
 
 #include "core/Numeric.h"
+#include "core/Position.h"
 
 namespace vantor {
 namespace {
@@ -143,23 +143,10 @@ RunPoint RunPointAt(const FieldLog& log, std::size_t index) {
 
 bool HasSpeed(const RunPoint& point) { return point.Speed != MissingSpeed && std::isfinite(point.Speed); }
 
-// A receiver without a fix writes -1 or 0, which as degrees and minutes is a sixtieth of a degree at most: no road
-// leads there. A point without a receiver has 0.
-bool HasPosition(const RunPoint& point) {
-    constexpr double noFix = 1.0 / 60 + 1e-9;
-    return std::fabs(point.Latitude) <= 90 && std::fabs(point.Longitude) <= 180 && point.Latitude != -1 &&
-           point.Longitude != -1 && (std::fabs(point.Latitude) > noFix || std::fabs(point.Longitude) > noFix);
-}
+bool HasPosition(const RunPoint& point) { return PositionFrom(point.Latitude, point.Longitude).has_value(); }
 
-// The haversine formula, which is exact for short distances, too.
 double FeetBetween(const RunPoint& from, const RunPoint& to) {
-    constexpr double earthRadius = 6371008.8 / 0.3048;  // mean radius, feet
-    constexpr double radians = std::numbers::pi / 180;
-    const double sinLatitude = std::sin((to.Latitude - from.Latitude) * radians / 2);
-    const double sinLongitude = std::sin((to.Longitude - from.Longitude) * radians / 2);
-    const double half = sinLatitude * sinLatitude + std::cos(from.Latitude * radians) *
-                                                        std::cos(to.Latitude * radians) * sinLongitude * sinLongitude;
-    return 2 * earthRadius * std::asin(std::sqrt(std::min(half, 1.0)));
+    return FeetBetween(Position{from.Latitude, from.Longitude}, Position{to.Latitude, to.Longitude});
 }
 
 std::int16_t RunNumberAt(const FieldLog& log, std::size_t index) {

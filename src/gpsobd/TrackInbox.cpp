@@ -9,6 +9,7 @@
 #include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/Position.h"
+#include "core/RunDirection.h"
 #include "core/RunFile.h"
 #include "core/modMain.h"
 #include "gpsobd/LogGaps.h"

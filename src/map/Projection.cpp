@@ -9,7 +9,6 @@ namespace {
 
 constexpr double HalfTurn = 180;
 constexpr double Turn = 360;
-constexpr double Pole = 90;
 constexpr double RadiansPerDegree = std::numbers::pi / HalfTurn;
 /// Where the projection's world is as high as it is wide.
 constexpr double LatitudeLimit = 85.0511287798066;
@@ -20,13 +19,6 @@ constexpr double MetresPerFoot = 0.3048;
 double NearestWhole(double value) { return std::floor(value + 0.5); }
 
 }  // namespace
-
-bool IsPosition(const GeoPosition& position) {
-    const auto& [latitude, longitude] = position;
-    // No number is in no range.
-    if (!(std::abs(latitude) <= Pole) || !(std::abs(longitude) <= HalfTurn)) return false;
-    return !(latitude == longitude && (latitude == 0 || latitude == -1));
-}
 
 WorldPoint WorldOf(const GeoPosition& position) {
     const double latitude = std::clamp(position.Latitude, -LatitudeLimit, LatitudeLimit) * RadiansPerDegree;
@@ -44,7 +36,7 @@ WorldPoint NearestTurn(WorldPoint place, double x) {
 }
 
 double GroundFeet(double worldY) {
-    const double latitude = PositionOf({0, worldY}).Latitude * RadiansPerDegree;
+    const double latitude = PositionOf(WorldPoint{0, worldY}).Latitude * RadiansPerDegree;
     return std::cos(latitude) * 2 * std::numbers::pi * EarthMetres / MetresPerFoot;
 }
 

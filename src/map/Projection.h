@@ -1,17 +1,16 @@
 #pragma once
 
+#include "core/Position.h"
 #include "core/ports/Canvas.h"
 
 namespace vantor {
 
-/// A place on the earth, in degrees; north and east are above 0.
-struct GeoPosition {
-    double Latitude = 0;
-    double Longitude = 0;
-};
+using GeoPosition = Position;
 
-/// False for what loggers write where they know no position: 0/0, -1/-1, no numbers, values off the earth.
-bool IsPosition(const GeoPosition& position);
+/// False for what loggers write where they know no position (PositionFrom).
+inline bool IsPosition(const GeoPosition& position) {
+    return PositionFrom(position.Latitude, position.Longitude).has_value();
+}
 
 /// A place in Web Mercator: the world is 1 wide and 1 high, from 180 degrees west to the east and from 85.05 degrees
 /// north, its limit at the poles, to the south. X may be a whole number of turns off, so that what crosses the date

@@ -49,15 +49,7 @@ PlotMap PlotMap::OnWholeUnits(const CanvasBox& area, CanvasPoint origin, float a
     return map;
 }
 
-double PlotMap::XOf(double value) const {
-    const double x = value * across_ + origin_.X;
-    return isWhole_ ? Round16(x) : x;
-}
-
-double PlotMap::YOf(double value) const {
-    const double y = origin_.Y - up_ * value;
-    return isWhole_ ? Round16(y) : y;
-}
+double PlotMap::WholeUnit(double place) { return Round16(place); }
 
 PlotPoint PlotMap::ValueAt(CanvasPoint place) const {
     return {across_ > 0 ? (place.X - origin_.X) / across_ : 0, up_ > 0 ? (origin_.Y - place.Y) / up_ : 0};

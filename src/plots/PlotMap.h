@@ -45,13 +45,16 @@ public:
 
     /// Between the axes.
     const CanvasBox& Area() const { return area_; }
-    double XOf(double value) const;
-    double YOf(double value) const;
+    double XOf(double value) const { return Unit(value * across_ + origin_.X); }
+    double YOf(double value) const { return Unit(origin_.Y - up_ * value); }
     CanvasPoint Of(PlotPoint point) const { return {XOf(point.X), YOf(point.Y)}; }
     PlotPoint ValueAt(CanvasPoint place) const;
     PlotWindow Window() const;
 
 private:
+    double Unit(double place) const { return isWhole_ ? WholeUnit(place) : place; }
+    static double WholeUnit(double place);
+
     CanvasBox area_{0, 0, 1, 1};
     CanvasPoint origin_;
     double across_ = 1;

@@ -56,6 +56,7 @@ void DrawMarker(Canvas& canvas, CanvasPoint centre, PlotMarker marker, double si
         case PlotMarker::None: return;
         case PlotMarker::RingedDot: DrawDiscs(canvas, centre, size + RingRoom, inks); [[fallthrough]];
         case PlotMarker::Dot: return canvas.DrawDot(centre, size, ink);
+        case PlotMarker::Ring: canvas.DrawDot(centre, size, ink); return canvas.DrawDot(centre, size / 2, inks.Base);
         case PlotMarker::Square: return canvas.FillBox({x - half, y - half, size, size}, ink);
         case PlotMarker::Diamond: return fill({{x, y - half}, {x + half, y}, {x, y + half}, {x - half, y}});
         case PlotMarker::Triangle: return fill({{x, y - half}, {x + half, y + half}, {x - half, y + half}});
@@ -228,7 +229,6 @@ void PlotLayers::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) 
 }
 
 void PlotSample::Draw(Canvas& canvas, const CanvasBox& box, const PlotLook& look) const {
-    constexpr double MarkerSize = 6;
     const double middle = box.Y + box.Height / 2;
     const double right = box.X + box.Width;
     const Colour ink = look.Inks.*Ink;

@@ -59,7 +59,7 @@ public:
 using PlotInk = Colour Colours::*;
 
 /// What stands at a point.
-enum class PlotMarker { None, Dot, Square, Diamond, Triangle, RingedDot };
+enum class PlotMarker { None, Dot, Square, Diamond, Triangle, RingedDot, Ring };
 void DrawMarker(Canvas& canvas, CanvasPoint centre, PlotMarker marker, double size, Colour ink, const Colours& inks);
 
 /// A line through points whose x never falls.
@@ -173,6 +173,7 @@ struct PlotSample {
     PlotMarker Marker = PlotMarker::None;
     PlotInk MarkerInk = nullptr;  ///< where it is another than the line's
     double Surface = 0;           ///< the opacity of a band; 0 for none
+    double MarkerSize = 6;
 
     static constexpr double Length = 24;
     /// In the middle of a box.

@@ -37,6 +37,8 @@ public:
 
     vantor::Units Units() const { return units_; }
     BoundaryAxis Axis() const { return axis_; }
+    /// That of lengths, or "Secs.".
+    const char* AxisUnit() const { return axis_ == BoundaryAxis::Time ? "Secs." : units_.LengthName(); }
     int ScaleStep() const { return scaleStep_; }
     const PlotRectangle& Rectangle() const { return rectangle_; }
     const SpeedAxis& Speeds() const { return speeds_; }

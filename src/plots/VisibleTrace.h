@@ -7,14 +7,10 @@
 
 namespace vantor {
 
-/// The visible part of a trace, one sample beyond either side of the plot included.
-struct VisibleTrace {
-    std::vector<TracePoint> Points;
-    /// There are so many samples that those of one pixel column are reduced.
-    bool IsDense = false;
-};
-
-/// `columnsPerPixel` is how many device pixels a pixel has in its width.
-VisibleTrace VisibleTraceOf(const ProfileTrace& trace, const ProfileGeometry& geometry, double columnsPerPixel);
+/// The visible part of a trace, one sample beyond either side of the plot included. Where there are so many samples
+/// that they cannot be told apart, those of one pixel column are reduced. `columnsPerPixel` is how many device pixels a
+/// pixel has in its width.
+std::vector<TracePoint> VisibleTraceOf(const ProfileTrace& trace, const ProfileGeometry& geometry,
+                                       double columnsPerPixel);
 
 }  // namespace vantor

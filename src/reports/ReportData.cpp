@@ -21,24 +21,32 @@ const char* ProblemTitle(RunOutcome outcome) {
     return "";
 }
 
-void AddToMap(MapContents& map, const RunRecord& run, const std::string& name) {
-    if (!HasPositions(run)) return;
-    map.Tracks.push_back(TrackOf(run, name));
-    std::vector<MapNode> nodes = NodesOf(run);
-    if (nodes.size() > map.Nodes.size()) map.Nodes = std::move(nodes);
+/// What a run gives to the map.
+struct RunOnMap {
+    std::optional<MapTrack> Track;
+    std::vector<MapNode> Nodes;
+};
+
+RunOnMap OnMap(const RunRecord& run, const std::string& name) {
+    if (!HasPositions(run)) return {};
+    return {TrackOf(run, name), NodesOf(run)};
 }
 
-ReportRun LoadRun(ReportData& data, int number, const FileSystem& files, const std::string& folder) {
+void AddToMap(MapContents& map, RunOnMap run, bool isSetAside) {
+    if (!run.Track) return;
+    run.Track->IsSetAside = isSetAside;
+    map.Tracks.push_back(std::move(*run.Track));
+    if (run.Nodes.size() > map.Nodes.size()) map.Nodes = std::move(run.Nodes);
+}
+
+ReportRun MakeReportRun(const ReportData& data, int number, const RunReading& reading) {
     const StudyRunEntry& entry = data.Contents.Entries[number];
-    const std::string name = RunFileName(entry);
-    const RunReading reading = ReadRun(files, folder, name, RunPart::Whole);
     ReportRun run;
     run.Number = number;
     run.Row = MakeRunListRow(entry, FactsOf(reading, entry, data.Settings), data.Settings);
     run.Problem = ProblemTitle(reading.Outcome);
     try {
         if (reading) {
-            AddToMap(data.Map, reading.Run, name);
             run.Statistics = ComputeRunStatistics(reading.Run, data.Settings);
             run.Profile = std::make_shared<const ReportProfile>(MakeReportProfile(reading.Run, data.Settings));
         }
@@ -46,10 +54,16 @@ ReportRun LoadRun(ReportData& data, int number, const FileSystem& files, const s
         run.Problem = "Run without Statistics";
         run.Row.Facts.Problem = error.Message();
     }
-    if (run.Problem.empty()) return run;
-    const bool isMissing = reading.Outcome == RunOutcome::Missing;
-    data.Problems.push_back(run.Problem + ": " + name + (isMissing ? std::string() : "\n" + run.Row.Facts.Problem));
     return run;
+}
+
+void NoteProblems(ReportData& data) {
+    const std::string missing = ProblemTitle(RunOutcome::Missing);
+    for (const ReportRun& run : data.Runs) {
+        if (run.Problem.empty()) continue;
+        const std::string reason = run.Problem == missing ? std::string() : "\n" + run.Row.Facts.Problem;
+        data.Problems.push_back(run.Problem + ": " + RunFileName(data.Contents.Entries[run.Number]) + reason);
+    }
 }
 
 void ComputeStatistics(ReportData& data) {
@@ -58,10 +72,6 @@ void ComputeStatistics(ReportData& data) {
     data.Statistics = ComputeStatistics(runs, options);
     const std::vector<MeasuredRun> kept = WithoutSetAside(runs);
     if (kept.size() != runs.size()) data.WithoutSetAside = ComputeStatistics(kept, options);
-    if (data.Statistics.NodeCounts.empty()) return;
-    ChosenRuns ofMostNodes;
-    for (const std::size_t run : data.Statistics.NodeCounts.front().Runs) ofMostNodes.push_back(&runs[run]);
-    data.OfMostNodes = GroupOver(ofMostNodes, std::nullopt, options);
 }
 
 }  // namespace
@@ -79,24 +89,27 @@ ReportData LoadReportData(const Study& study, const AppSettings& settings, const
     data.StudyGroup = LastComponent(WholePath(files, folder));
     data.Settings = settings;
     data.Printed = printed;
-    data.Map.Shown = UnitsOf(settings);
-    for (int i = 1; i <= study.Record.RunCount; ++i) {
-        if (!progress(static_cast<std::uint64_t>(i - 1), static_cast<std::uint64_t>(study.Record.RunCount))) {
-            data.Runs.clear();
-            data.Map = {};
-            return data;
-        }
-        data.Runs.push_back(LoadRun(data, i, files, folder));
+    data.Runs.resize(static_cast<std::size_t>(study.Record.RunCount));
+    std::vector<RunOnMap> onMap(data.Runs.size());
+    const auto take = [&](int number, const RunReading& reading) {
+        const auto at = static_cast<std::size_t>(number - 1);
+        data.Runs[at] = MakeReportRun(data, number, reading);
+        if (reading) onMap[at] = OnMap(reading.Run, RunFileName(study.Entries[number]));
+    };
+    data.Measured = ReadTracedRuns(study, files, folder, settings, progress, take, RunPart::Whole);
+    if (!data.Measured.Read.IsWhole) {
+        data.Runs.clear();
+        return data;
     }
+    NoteProblems(data);
     const std::vector<RunListRow> rows = data.Rows();
     ComputeStudyResults(data.Contents, rows, data.Labels);
     data.WithoutWarned = AverageWithoutWarned(rows);
     data.OtherThresholds = OtherThresholds(rows);
     data.StopDelayNow = AverageStopDelayNow(rows);
-    data.Measured = ReadTracedRuns(study, files, folder, settings);
-    for (const MeasuredRun& run : data.Measured.Read.Runs)
-        for (MapTrack& track : data.Map.Tracks)
-            if (track.Name == run.Name) track.IsSetAside = !run.SetAside.empty();
+    data.Map.Shown = UnitsOf(settings);
+    for (std::size_t i = 0; i < onMap.size(); ++i)
+        AddToMap(data.Map, std::move(onMap[i]), !study.Entries[static_cast<int>(i) + 1].SetAside.empty());
     ComputeStatistics(data);
     return data;
 }

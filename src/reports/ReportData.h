@@ -46,7 +46,6 @@ struct ReportData {
     StudyStatistics Statistics;  ///< over all runs that can be read
     /// The same without the runs that are set aside; nothing where none is.
     std::optional<StudyStatistics> WithoutSetAside;
-    GroupStatistics OfMostNodes;  ///< the runs that the sections are of, over their whole length
 
     std::vector<RunListRow> Rows() const;  ///< of the run list
 };

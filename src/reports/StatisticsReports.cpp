@@ -9,11 +9,6 @@ namespace vantor {
 namespace {
 
 constexpr double SectionGap = 12;
-constexpr TextSide Right = TextSide::Right;
-
-std::string ValueText(std::optional<double> value, FigureUnit unit, int decimals, const Units& units) {
-    return value ? ShownNumber(*value, unit, decimals, units) : NoFigure;
-}
 
 /// The table of a screen on paper: figures to the right, those of few runs in brackets; without a column that would not
 /// fit beside the others.
@@ -32,48 +27,6 @@ ReportTable OnPaper(const StatisticsTable& table, std::string_view without = {})
     for (std::size_t column = 0; column < table.Heads.size(); ++column)
         if (table.Heads[column] != without) columns.push_back(column);
     return WithColumns(printed, columns);
-}
-
-/// How far each measure scatters over the runs.
-ReportTable ScatterTable(const GroupStatistics& group, const Units& units) {
-    ReportTable table;
-    table.Columns = {{"Scatter"},
-                     {"Runs", Right},
-                     {"Standard deviation", Right},
-                     {"Percent of the mean", Right},
-                     {"Least", Right},
-                     {"Median", Right},
-                     {"Most", Right}};
-    for (const Measure measure : AllMeasures) {
-        const Summary& of = group.Of[measure];
-        const auto value = [&](std::optional<double> number) {
-            return ValueText(number, KindOf(measure).Unit, 1, units);
-        };
-        const std::string unit = UnitLabel(KindOf(measure).Unit, units);
-        table.Rows.push_back({KindOf(measure).Name + (unit.empty() ? unit : " (" + unit + ")"), std::to_string(of.N),
-                              value(of.Sd), of.Cv ? ShownNumber(100 * *of.Cv, FigureUnit::Percent, 1, units) : NoFigure,
-                              value(of.Min), value(of.Median), value(of.Max)});
-    }
-    return table;
-}
-
-/// How sure the mean travel time was after each run, in the order driven.
-ReportTable SoFarTable(const ReportData& data, const Units& units) {
-    const StatisticsOptions& options = data.Statistics.Options;
-    const std::vector<MeasuredRun>& runs = data.Measured.Read.Runs;
-    ReportTable table;
-    table.Columns = {{"Runs", Right},        {"Last run", TextSide::Left, true},
-                     {"Mean (s)", Right},    {"\u00B1 (s)", Right},
-                     {"Runs needed", Right}, {"More", Right}};
-    std::size_t i = 0;
-    for (const RunsSoFar& soFar : TravelTimesSoFar(runs, options)) {
-        const auto count = [](std::optional<int> number) { return number ? std::to_string(*number) : NoFigure; };
-        table.Rows.push_back({std::to_string(soFar.Of.N), runs[i++].Name,
-                              ValueText(soFar.Of.Mean, FigureUnit::Seconds, 1, units),
-                              ValueText(soFar.Of.HalfWidth, FigureUnit::Seconds, 1, units), count(soFar.Needed.Needed),
-                              soFar.Needed.Enough ? "enough" : count(soFar.Needed.StillNeeded)});
-    }
-    return table;
 }
 
 void AddLines(ReportPages& pages, const std::string& heading, const std::vector<std::string>& lines) {
@@ -122,8 +75,7 @@ void AddSections(ReportPages& pages, const ReportData& data, const Units& units)
     pages.AddHeading("Sections", 5 * pages.Measure().LineHeight(CellStyle) + SectionGap);
     if (const std::string counts = statistics.NodeCountText(); !counts.empty())
         pages.AddText(counts + "; the table is theirs.", BodyStyle);
-    const GroupStatistics& total = statistics.NodeCounts.size() == 1 ? statistics.Whole.All : data.OfMostNodes;
-    AddTable(pages, OnPaper(SectionsTable(statistics.Sections, total, statistics.Options, units), "P50 (s)"));
+    AddTable(pages, OnPaper(SectionsTable(statistics, units), "P50 (s)"));
     pages.Skip(SectionGap / 2);
 }
 
@@ -143,17 +95,17 @@ void AddStatistics(ReportPages& pages, const ReportData& data) {
     pages.Skip(SectionGap / 2);
     AddTable(pages, OnPaper(SummaryTable(statistics.Whole, statistics.Options, "All runs", units)));
     pages.Skip(SectionGap / 2);
-    AddTable(pages, ScatterTable(group, units));
+    AddTable(pages, OnPaper(ScatterTable(group, units)));
     pages.Skip(SectionGap / 2);
     AddSections(pages, data, units);
     std::vector<std::string> warnings = statistics.Warnings;
     warnings.insert(warnings.end(), group.Warnings.begin(), group.Warnings.end());
     AddLines(pages, "Warnings", warnings);
     AddLines(pages, "Single runs", RunRemarks(data));
-    if (data.Measured.Read.Runs.size() <= MostRunsSoFar) {
-        pages.AddHeading("Travel time as the runs were driven", 4 * pages.Measure().LineHeight(CellStyle) + SectionGap);
-        AddTable(pages, SoFarTable(data, units));
-    }
+    const StatisticsTable soFar = RunsSoFarTable(data.Measured.Read.Runs, statistics.Options, units);
+    if (soFar.Rows.empty()) return;
+    pages.AddHeading("Travel time as the runs were driven", 4 * pages.Measure().LineHeight(CellStyle) + SectionGap);
+    AddTable(pages, OnPaper(soFar));
 }
 
 void AddBeforeAfter(ReportPages& pages, const ReportData& data) {
@@ -183,22 +135,12 @@ void AddBeforeAfter(ReportPages& pages, const ReportData& data) {
 
 void AddComparison(ReportPages& pages, const std::vector<ConditionStatistics>& conditions,
                    const StatisticsOptions& options, const Units& units) {
-    ReportTable table;
-    table.Columns = {{"Study", TextSide::Left, true}, {"Rests on", TextSide::Left, true}, {"Travel Time (s)", Right},
-                     {"Control Delay (s)", Right},    {"LOS Grade", TextSide::Centre},    {"Stops", Right}};
-    for (const ConditionStatistics& condition : conditions) {
-        const auto mean = [&](Measure measure) {
-            Figure figure = MeanFigure(condition.Figures, measure, options);
-            figure.Unit = FigureUnit::None;
-            return figure.WithInterval(units);
-        };
-        const auto grades = GradesOf(condition.Figures.Of[Measure::ControlDelay], StudyGrade);
-        table.Rows.push_back({condition.Name, condition.Figures.RestsOn.Text(), mean(Measure::TravelTime),
-                              mean(Measure::ControlDelay), grades ? grades->Text() : NoFigure, mean(Measure::Stops)});
-    }
-    AddTable(pages, table);
+    AddTable(pages, OnPaper(ConditionsTable(conditions, options, units)));
     pages.AddText("Means with their " + ConfidenceText(options.Confidence) + " intervals; the grade over the interval.",
                   CaptionStyle);
+    pages.Skip(SectionGap / 2);
+    for (const ConditionStatistics& condition : conditions)
+        for (const std::string& remark : condition.Remarks) pages.AddText(condition.Name + ": " + remark, BodyStyle);
     for (std::size_t i = 1; i < conditions.size(); ++i) {
         const ConditionStatistics& condition = conditions[i];
         pages.Skip(SectionGap);
@@ -209,17 +151,16 @@ void AddComparison(ReportPages& pages, const std::vector<ConditionStatistics>& c
         AddRunsForDifference(pages, condition.Compared[Measure::TravelTime], options, units);
         for (const std::string& warning : condition.Warnings) pages.AddText("Warning: " + warning, BodyStyle);
         pages.Skip(SectionGap / 2);
-        GroupedStatistics against;
-        against.Before = conditions.front().Figures;
-        against.After = condition.Figures;
-        against.Compared = condition.Compared;
-        AddTable(pages, OnPaper(ComparedTable(against, options, units)));
+        const bool isOneOfSeveral = conditions.size() > 2;
+        AddTable(pages,
+                 OnPaper(ComparedTable(AgainstFirst(conditions, i), options, units), isOneOfSeveral ? "Shift" : ""));
         if (condition.Sections.size() < 2) continue;
         pages.Skip(SectionGap / 2);
         AddTable(pages, OnPaper(ComparedSectionsTable(condition.Sections, options, units), "Shift"));
     }
     pages.AddText(
-        "p (Welch): of Welch's test; p (ranks): of Mann-Whitney's; p (Holm): adjusted for the number of sections.",
+        "p (Welch): of Welch's test; p (Mann-Whitney): by ranks; p (Holm): adjusted for the number of sections, "
+        "in the table of measures for that of the studies.",
         CaptionStyle);
 }
 

@@ -1,21 +1,13 @@
-#include <algorithm>
+#include <string>
+#include <vector>
 
+#include "core/Text.h"
 #include "reports/ReportContents.h"
-#include "statistics/DetailedStatistics.h"
 #include "statistics/OverlayPlot.h"
 #include "statistics/TimeSpacePlot.h"
 
 namespace vantor {
 namespace {
-
-/// The runs with as many nodes as most have, the first of them.
-PlottedRuns DrawnRuns(const ReportData& data) {
-    PlottedRuns runs;
-    if (data.Statistics.NodeCounts.empty()) return runs;
-    for (const std::size_t run : data.Statistics.NodeCounts.front().Runs)
-        if (runs.size() < MostPlottedRuns) runs.push_back({&data.Measured.Read.Runs[run], &data.Measured.Traces[run]});
-    return runs;
-}
 
 void AddPlot(ReportPages& pages, Plot plot, double height) {
     const CanvasBox box{pages.Left(), pages.Take(height), pages.Width(), height};
@@ -25,7 +17,7 @@ void AddPlot(ReportPages& pages, Plot plot, double height) {
 }  // namespace
 
 void AddTimeSpace(ReportPages& pages, const ReportData& data) {
-    const PlottedRuns runs = DrawnRuns(data);
+    const PlottedRuns runs = PlottedRunsAt(data.Measured, data.Statistics.RunsToPlot());
     if (runs.empty()) return pages.AddText("No run of this study can be read: there is nothing to draw.", BodyStyle);
     const Units units = UnitsOf(data.Settings);
     constexpr double Gap = 10;
@@ -34,12 +26,10 @@ void AddTimeSpace(ReportPages& pages, const ReportData& data) {
     AddPlot(pages, TimeSpacePlot(runs, TimeSpaceClock::FromStart, "Where the runs were", units), height);
     pages.Skip(Gap);
     AddPlot(pages, OverlayPlot(runs, false, "Speeds over the road, median and middle 70 %", units), height);
-    std::string note = "Distances are stretched from node to node, so that the nodes of all runs lie at one place.";
-    if (const std::string counts = data.Statistics.NodeCountText(); !counts.empty())
-        note += " " + counts + "; only they are drawn.";
-    if (data.Statistics.NodeCounts.front().Runs.size() > runs.size())
-        note += " The first " + std::to_string(MostPlottedRuns) + " of them are drawn.";
-    pages.AddText(note, CaptionStyle);
+    std::vector<std::string> notes = data.Statistics.NotPlotted();
+    notes.insert(notes.begin(),
+                 "Distances are stretched from node to node, so that the nodes of all runs lie at one place.");
+    pages.AddText(Joined(notes, " "), CaptionStyle);
 }
 
 }  // namespace vantor

@@ -4,6 +4,7 @@
 #include <map>
 #include <numeric>
 
+#include "core/Counted.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
@@ -51,8 +52,6 @@ int ReadableRuns(const std::vector<RunToPropose>& runs) {
     return static_cast<int>(std::ranges::count_if(runs, &std::string::empty, &RunToPropose::Problem));
 }
 
-std::string CountOfNodes(std::size_t nodes) { return std::to_string(nodes) + (nodes == 1 ? " node" : " nodes"); }
-
 /// Feet from the node to where boundaries lie.
 struct Reach {
     std::int32_t Start = 0;
@@ -74,7 +73,7 @@ public:
             const bool isFree = nodes > 0 && index_ == NoNode;
             proposal.Note = (isFree       ? "passed without delay"
                              : nodes == 0 ? "no nodes"
-                                          : "only " + CountOfNodes(nodes)) +
+                                          : "only " + Counted(nodes, "node")) +
                             std::string(": no boundaries");
             return proposal;
         }
@@ -82,7 +81,7 @@ public:
         const bool isFree = proposal.IsPassedFreely = !run.Found.EventOfNode[index_];
         if (isFree) notes.emplace_back(IsCommon() ? "passed without delay" : "passed without delay: no boundaries");
         if (nodes != static_cast<std::size_t>(usualNodes_))
-            notes.push_back(CountOfNodes(nodes) + ", most runs have " + std::to_string(usualNodes_));
+            notes.push_back(Counted(nodes, "node") + ", most runs have " + std::to_string(usualNodes_));
         if (IsCommon()) {
             const Bounds common = CommonOf(run, notes);
             std::vector<std::string> cutting;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/Counted.h"
 #include "core/Text.h"
 #include "statistics/Figure.h"
 #include "statistics/OverlayPlot.h"
@@ -10,8 +11,6 @@ namespace vantor {
 namespace {
 
 constexpr std::size_t MostNames = 5;
-
-std::string RunsText(std::size_t count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
 
 std::vector<MeasuredRun> RunsAt(const std::vector<MeasuredRun>& runs, const std::vector<std::size_t>& indexes) {
     std::vector<MeasuredRun> at;
@@ -55,20 +54,11 @@ std::vector<std::string> WarningsOf(const DetailedStatistics& detailed, const Tr
     std::vector<std::string> problems;
     for (const RunLeftOut& run : runs.Read.LeftOut) problems.push_back(run.Problem);
     if (!problems.empty())
-        warnings.push_back(RunsText(problems.size()) + " left out: " + FirstOf(problems, MostNames, " "));
+        warnings.push_back(Counted(problems.size(), "run") + " left out: " + FirstOf(problems, MostNames, " "));
     return warnings;
 }
 
-/// The runs with as many nodes as most of them have, as indexes into the taken ones.
-const std::vector<std::size_t>& Alike(const StudyStatistics& figures) {
-    static const std::vector<std::size_t> none;
-    return figures.NodeCounts.empty() ? none : figures.NodeCounts.front().Runs;
-}
-
-std::string NodesText(int nodes) {
-    if (nodes == 0) return "no nodes";
-    return std::to_string(nodes) + (nodes == 1 ? " node" : " nodes");
-}
+std::string NodesText(int nodes) { return nodes == 0 ? "no nodes" : Counted(nodes, "node"); }
 
 std::string ApartText(const StudyStatistics& figures, const std::vector<MeasuredRun>& taken) {
     std::vector<std::string> runs;
@@ -77,12 +67,6 @@ std::string ApartText(const StudyStatistics& figures, const std::vector<Measured
             runs.push_back(taken[run].Name + " (" + NodesText(figures.NodeCounts[i].Nodes) + ", " +
                            std::to_string(taken[run].Measures.Whole.TravelTime) + " s)");
     return runs.empty() ? std::string() : "Apart, with another number of nodes: " + FirstOf(runs, 2 * MostNames) + ".";
-}
-
-GroupStatistics TotalOf(const std::vector<MeasuredRun>& taken, const StudyStatistics& figures) {
-    ChosenRuns alike;
-    for (const std::size_t index : Alike(figures)) alike.push_back(&taken[index]);
-    return GroupOver(alike, {}, figures.Options);
 }
 
 std::vector<std::string> SentencesOf(const StudyStatistics& figures, const RunFilter& filter, const Units& units) {
@@ -116,11 +100,8 @@ void Compare(DetailedStatistics& detailed, const RunFilter& filter, const Units&
 
 /// The runs that are in neither plot.
 std::vector<std::string> NotDrawn(const StudyStatistics& figures) {
-    std::vector<std::string> notes;
-    if (figures.NodeCounts.size() > 1) notes.push_back(figures.NodeCountText() + "; the plots show these.");
-    if (const std::size_t alike = Alike(figures).size(); alike > MostPlottedRuns)
-        notes.push_back("The first " + std::to_string(MostPlottedRuns) + " of " + std::to_string(alike) +
-                        " runs are drawn. Choose a period to see others.");
+    std::vector<std::string> notes = figures.NotPlotted();
+    if (std::ssize(figures.RunsToPlot()) < figures.OfMostNodes.N) notes.emplace_back("Choose a period to see others.");
     return notes;
 }
 
@@ -196,13 +177,8 @@ StatisticsTable SpeedsTable(const PlottedRuns& runs, const Units& units) {
 
 void Draw(DetailedStatistics& detailed, const TracedRuns& runs, const Study& study, const PlotChoices& choices,
           const Units& units) {
-    PlottedRuns plotted;
-    for (const std::size_t index : Alike(detailed.Figures)) {
-        if (plotted.size() == MostPlottedRuns) break;
-        const std::size_t run = detailed.Runs[index];
-        detailed.Plotted.push_back(run);
-        plotted.push_back({&runs.Read.Runs[run], &runs.Traces[run]});
-    }
+    for (const std::size_t index : detailed.Figures.RunsToPlot()) detailed.Plotted.push_back(detailed.Runs[index]);
+    const PlottedRuns plotted = PlottedRunsAt(runs, detailed.Plotted);
     const std::string name(Trim(study.Record.StudyName));
     const auto title = [&](const char* what) { return name.empty() ? what : name + ": " + what; };
     detailed.TimeSpace = TimeSpacePlot(plotted, choices.Clock, title("time and space"), units);
@@ -219,21 +195,18 @@ void Draw(DetailedStatistics& detailed, const TracedRuns& runs, const Study& stu
 
 bool RunFilter::Takes(const MeasuredRun& run) const {
     if (Period && run.Period != *Period) return false;
+    if (Direction && run.Direction != *Direction) return false;
     if (WithoutSetAside && !run.SetAside.empty()) return false;
     return Of == Group::All || run.IsBefore == (Of == Group::Before);
 }
 
-std::vector<std::string> PeriodsOf(const std::vector<MeasuredRun>& runs) {
-    std::vector<std::string> periods;
-    bool hasNone = false;
-    for (const MeasuredRun& run : runs) {
-        if (run.Period.empty())
-            hasNone = true;
-        else if (std::ranges::find(periods, run.Period) == periods.end())
-            periods.push_back(run.Period);
-    }
-    if (hasNone) periods.emplace_back();
-    return periods;
+std::vector<std::string> DifferentOf(const std::vector<MeasuredRun>& runs, std::string MeasuredRun::*what) {
+    std::vector<std::string> different;
+    for (const MeasuredRun& run : runs)
+        if (std::ranges::find(different, run.*what) == different.end()) different.push_back(run.*what);
+    if (const auto none = std::ranges::find(different, std::string()); none != different.end())
+        std::rotate(none, none + 1, different.end());
+    return different;
 }
 
 int DetailedStatistics::ItemOf(std::size_t run) const {
@@ -256,8 +229,7 @@ DetailedStatistics MakeDetailedStatistics(const TracedRuns& runs, const Study& s
                                                                      : "After";
     detailed.Summary = SummaryTable(whole, study.Options, what, units);
     AddRunsSoFar(detailed.Summary, taken, study.Options, units);
-    detailed.Sections =
-        SectionsTable(detailed.Figures.Sections, TotalOf(taken, detailed.Figures), study.Options, units);
+    detailed.Sections = SectionsTable(detailed.Figures, units);
     detailed.Apart = ApartText(detailed.Figures, taken);
     Compare(detailed, filter, units);
     Draw(detailed, runs, study, choices, units);

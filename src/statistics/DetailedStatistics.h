@@ -15,7 +15,8 @@ namespace vantor {
 /// What of a study's runs is looked at.
 struct RunFilter {
     enum class Group { All, Before, After };
-    std::optional<std::string> Period;  ///< nothing for any; empty for the runs without one
+    std::optional<std::string> Period;     ///< nothing for any; empty for the runs without one
+    std::optional<std::string> Direction;  ///< likewise
     Group Of = Group::All;
     bool WithoutSetAside = false;
 
@@ -23,8 +24,8 @@ struct RunFilter {
     bool operator==(const RunFilter&) const = default;
 };
 
-/// The different periods of runs in the order of time; an empty one last, where some have none.
-std::vector<std::string> PeriodsOf(const std::vector<MeasuredRun>& runs);
+/// The different periods or directions of runs in the order of time; an empty one last, where some have none.
+std::vector<std::string> DifferentOf(const std::vector<MeasuredRun>& runs, std::string MeasuredRun::*what);
 
 struct PlotChoices {
     TimeSpaceClock Clock = TimeSpaceClock::FromStart;
@@ -32,9 +33,6 @@ struct PlotChoices {
 
     bool operator==(const PlotChoices&) const = default;
 };
-
-/// So many runs at most are drawn, so that the plots follow the mouse.
-inline constexpr std::size_t MostPlottedRuns = 200;
 
 /// All that a screen shows of the runs that a filter takes.
 struct DetailedStatistics {

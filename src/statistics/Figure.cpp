@@ -114,6 +114,7 @@ Figure MeanFigure(const GroupStatistics& group, Measure measure, const Statistic
     figure.High = summary.High;
     figure.HalfWidth = summary.HalfWidth;
     if (summary.HalfWidth) figure.Conditions.push_back(ConfidenceText(options.Confidence));
+    if (measure == Measure::TravelSpeed) figure.Conditions.emplace_back("the mean of the runs' speeds");
     if (summary.N != group.N)
         figure.Warnings.push_back(std::to_string(summary.N) + " of " + std::to_string(group.N) + " runs have it");
     figure.Warnings.insert(figure.Warnings.end(), group.Warnings.begin(), group.Warnings.end());
@@ -135,8 +136,8 @@ std::vector<Figure> SpeedFigures(const GroupStatistics& group, const StatisticsO
     };
     const std::string stopped = StopCondition(options.Stops, units);
     std::vector<Figure> figures = {
-        make("Average travel speed", FigureUnit::MilesPerHour, group.AverageTravelSpeed),
-        make("Average running speed", FigureUnit::MilesPerHour, group.AverageRunningSpeed),
+        make("Overall travel speed", FigureUnit::MilesPerHour, group.AverageTravelSpeed),
+        make("Overall running speed", FigureUnit::MilesPerHour, group.AverageRunningSpeed),
         make("Time stopped", FigureUnit::Percent, group.PercentStopped, 2),
         make("Stops", FigureUnit::PerMile, group.StopsPerMile, 2),
         make("Mean length", FigureUnit::Feet, group.MeanLength, 0),
@@ -144,6 +145,8 @@ std::vector<Figure> SpeedFigures(const GroupStatistics& group, const StatisticsO
     figures[0].Low = group.SpeedLow;
     figures[0].High = group.SpeedHigh;
     if (group.SpeedLow) figures[0].Conditions.push_back(ConfidenceText(options.Confidence));
+    figures[0].Conditions.emplace_back("all lengths over all times");
+    figures[1].Conditions.emplace_back("all lengths over all running times");
     for (const std::size_t i : {1U, 2U, 3U}) figures[i].Conditions.push_back(stopped);
     return figures;
 }

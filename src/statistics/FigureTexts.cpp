@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "core/Counted.h"
 #include "core/Numeric.h"
 #include "core/Text.h"
 #include "statistics/Distributions.h"
@@ -15,8 +16,6 @@ std::string Plain(double value) { return SignificantDigits(value, 6); }
 std::string NounOf(Measure measure) {
     return measure == Measure::ControlDelay ? "delay" : FoldCase(KindOf(measure).Name);
 }
-
-std::string RunsText(int count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
 
 /// "8.2 to 28.8 s" of a change that is told by its size, "−31.9 to +0.9 s" of one that may be either.
 class ChangeTexts {
@@ -49,7 +48,7 @@ std::string PercentText(const WelchTest& test) {
 }
 
 std::string SizesText(const WelchTest& test) {
-    return RunsText(test.NBefore) + " before and " + std::to_string(test.NAfter) + " after";
+    return Counted(test.NBefore, "run") + " before and " + std::to_string(test.NAfter) + " after";
 }
 
 /// Why there is no test, and what is known all the same.
@@ -85,7 +84,8 @@ std::string NotShown(const Comparison& comparison, Measure measure, const Statis
     const std::string text = name + ": no difference shown: " + interval;
     const auto runs = RunsForDifference(comparison.Sd.value_or(0), error, options.Confidence);
     if (!runs) return text;
-    return text + " With this scatter about " + RunsText(*runs) + " each way would show " + texts.Size(error) + ".";
+    return text + " With this scatter about " + Counted(*runs, "run") + " each way would show " + texts.Size(error) +
+           ".";
 }
 
 std::string Shown(const WelchTest& test, Measure measure, double confidence, const ChangeTexts& texts) {
@@ -115,7 +115,7 @@ std::string RunsNeededText(const GroupStatistics& group, Measure measure, const 
         const bool hasMean = ErrorInUnit(error, group.Of[measure].Mean).has_value();
         return what + (hasMean ? "more than " + std::to_string(MostRunsNeeded) + " runs" : "no number is known");
     }
-    const std::string text = what + RunsText(*needed.Needed) + ", ";
+    const std::string text = what + Counted(*needed.Needed, "run") + ", ";
     if (*needed.StillNeeded > 0) return text + std::to_string(*needed.StillNeeded) + " more";
     return text + (needed.Enough ? "enough" : "but fewer than " + std::to_string(FewRuns) + " are never enough");
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <set>
 
+#include "core/Counted.h"
 #include "core/Text.h"
 #include "core/Units.h"
 
@@ -15,7 +16,7 @@ constexpr std::array<MeasureKind, AllMeasures.size()> Kinds = {
     {"running_time", "Running time", FigureUnit::Seconds},
     {"stopped_time", "Stopped time", FigureUnit::Seconds},
     {"stops", "Stops", FigureUnit::None},
-    {"travel_speed", "Travel speed", FigureUnit::MilesPerHour},
+    {"travel_speed", "Mean run speed", FigureUnit::MilesPerHour},
     {"control_delay", "Control delay", FigureUnit::Seconds},
 };
 
@@ -31,8 +32,8 @@ std::string TimesText(const Basis& basis) {
     return first == last ? first : first + " to " + last;
 }
 
-std::string Counted(int count, const char* what) {
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+void Note(std::vector<std::string>& different, const std::string& text) {
+    if (!text.empty() && std::ranges::find(different, text) == different.end()) different.push_back(text);
 }
 
 Basis BasisOf(const ChosenRuns& runs) {
@@ -41,8 +42,8 @@ Basis BasisOf(const ChosenRuns& runs) {
     std::set<double> days;
     for (const MeasuredRun* run : runs) {
         if (IsValidDate(run->RunDate)) days.insert(std::floor(run->RunDate.Days));
-        if (!run->Period.empty() && std::ranges::find(basis.Periods, run->Period) == basis.Periods.end())
-            basis.Periods.push_back(run->Period);
+        Note(basis.Periods, run->Period);
+        Note(basis.Directions, run->Direction);
         if (!IsValidDate(run->RunTime)) continue;
         const Date clock{ClockOf(run->RunTime)};
         if (!basis.FirstTime || clock.Days < basis.FirstTime->Days) basis.FirstTime = clock;
@@ -57,6 +58,7 @@ std::vector<std::string> WarningsOf(const GroupStatistics& group) {
     if (group.N == 1) warnings.emplace_back("one run: no scatter, no interval");
     if (group.N >= 2 && group.N < FewRuns) warnings.emplace_back("few runs");
     const Basis& basis = group.RestsOn;
+    if (basis.Directions.size() > 1) warnings.push_back("directions mixed: " + Joined(basis.Directions, ", "));
     if (basis.Periods.size() > 1)
         warnings.push_back("periods mixed: " + Joined(basis.Periods, ", "));
     else if (basis.Periods.empty() && basis.FirstTime &&
@@ -148,18 +150,28 @@ ByMeasure<Comparison> CompareGroups(const ChosenRuns& before, const ChosenRuns& 
     return compared;
 }
 
-std::vector<std::string> UnlikeTimes(const GroupStatistics& before, const GroupStatistics& after) {
+std::vector<std::string> Unlike(const GroupStatistics& before, const GroupStatistics& after) {
     const Basis& left = before.RestsOn;
     const Basis& right = after.RestsOn;
-    const std::string likeWithLike = ". Compare runs of the same time of day.";
+    std::vector<std::string> warnings;
+    const auto differ = [](const auto& some, const auto& other) {
+        return !some.empty() && !other.empty() && !std::ranges::is_permutation(some, other);
+    };
+    const auto warn = [&](const std::string& what, const std::string& first, const std::string& second,
+                          const char* same) {
+        warnings.push_back("The " + what + " differ: " + first + " before, " + second +
+                           " after. Compare runs of the same " + same + ".");
+    };
+    if (differ(left.Directions, right.Directions))
+        warn("directions", Joined(left.Directions, " and "), Joined(right.Directions, " and "), "direction");
     if (!left.Periods.empty() && !right.Periods.empty()) {
-        if (std::ranges::is_permutation(left.Periods, right.Periods)) return {};
-        return {"The periods differ: " + Joined(left.Periods, ", ") + " before, " + Joined(right.Periods, ", ") +
-                " after" + likeWithLike};
+        if (differ(left.Periods, right.Periods))
+            warn("periods", Joined(left.Periods, ", "), Joined(right.Periods, ", "), "time of day");
+    } else if (left.FirstTime && right.FirstTime &&
+               (left.FirstTime->Days > right.LastTime->Days || right.FirstTime->Days > left.LastTime->Days)) {
+        warn("times of day", TimesText(left), TimesText(right), "time of day");
     }
-    if (!left.FirstTime || !right.FirstTime) return {};
-    if (left.FirstTime->Days <= right.LastTime->Days && right.FirstTime->Days <= left.LastTime->Days) return {};
-    return {"The times of day differ: " + TimesText(left) + " before, " + TimesText(right) + " after" + likeWithLike};
+    return warnings;
 }
 
 }  // namespace vantor

@@ -29,7 +29,8 @@ struct Basis {
     int Days = 0;  ///< different ones; runs without a valid date are not among them
     std::optional<Date> FirstTime;
     std::optional<Date> LastTime;
-    std::vector<std::string> Periods;  ///< the different ones, in the order of time; runs without one leave none
+    std::vector<std::string> Periods;     ///< the different ones, in the order of time; runs without one leave none
+    std::vector<std::string> Directions;  ///< likewise
 
     std::string Text() const;
     bool operator==(const Basis&) const = default;
@@ -53,7 +54,7 @@ struct GroupStatistics {
     std::optional<GrubbsTest> Outlier;  ///< of travel times; its index counts the group's runs
     std::string FarthestRun;            ///< the name of the run that it looked at, an outlier or not
     Basis RestsOn;
-    std::vector<std::string> Warnings;  ///< "few runs", mixed periods or times of day
+    std::vector<std::string> Warnings;  ///< "few runs", mixed directions, periods or times of day
 };
 
 /// The figures of the runs over their whole length, or over a section that each of them has.
@@ -65,7 +66,8 @@ PermittedError ErrorOf(Measure measure, const StatisticsOptions& options);
 ByMeasure<Comparison> CompareGroups(const ChosenRuns& before, const ChosenRuns& after,
                                     std::optional<std::size_t> section, const StatisticsOptions& options);
 
-/// Warns, in a sentence, where the two groups were driven in unlike periods or at times of day that do not meet.
-std::vector<std::string> UnlikeTimes(const GroupStatistics& before, const GroupStatistics& after);
+/// Warns, in sentences, where the two groups were driven in unlike directions, in unlike periods or at times of day
+/// that do not meet.
+std::vector<std::string> Unlike(const GroupStatistics& before, const GroupStatistics& after);
 
 }  // namespace vantor

@@ -1,5 +1,6 @@
 #include "statistics/RunTraces.h"
 
+#include "core/Counted.h"
 #include "core/RunArithmetic.h"
 
 namespace vantor {
@@ -21,10 +22,6 @@ std::vector<double> SecondsOf(const MeasuredRun& run) {
     return WithEnds(run.Measures.NodeTimes, run.Measures.Whole.TravelTime);
 }
 
-std::string Counted(int count, const char* what) {
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
 }  // namespace
 
 RunTrace TraceOf(const RunRecord& run, float speedFactor) {
@@ -38,15 +35,25 @@ RunTrace TraceOf(const RunRecord& run, float speedFactor) {
 }
 
 TracedRuns ReadTracedRuns(const Study& study, const FileSystem& files, const std::string& folder,
-                          const AppSettings& settings, const Progress& progress) {
+                          const AppSettings& settings, const Progress& progress, const RunVisitor& visit,
+                          RunPart part) {
     TracedRuns traced;
     std::vector<RunTrace> byEntry(static_cast<std::size_t>(study.Record.RunCount) + 1);
-    traced.Read = ReadStudyRuns(study, files, folder, settings, progress, [&](int entry, const RunRecord& run) {
-        byEntry[static_cast<std::size_t>(entry)] = TraceOf(run, settings.SpeedFactor);
-    });
+    const auto trace = [&](int entry, const RunReading& reading) {
+        if (reading) byEntry[static_cast<std::size_t>(entry)] = TraceOf(reading.Run, settings.SpeedFactor);
+        if (visit) visit(entry, reading);
+    };
+    traced.Read = ReadStudyRuns(study, files, folder, settings, progress, trace, part);
     for (const MeasuredRun& run : traced.Read.Runs)
         traced.Traces.push_back(std::move(byEntry[static_cast<std::size_t>(run.Entry)]));
     return traced;
+}
+
+PlottedRuns PlottedRunsAt(const TracedRuns& runs, const std::vector<std::size_t>& indexes) {
+    PlottedRuns plotted;
+    plotted.reserve(indexes.size());
+    for (const std::size_t index : indexes) plotted.push_back({&runs.Read.Runs[index], &runs.Traces[index]});
+    return plotted;
 }
 
 MeanPlaces MeanPlacesOf(const PlottedRuns& runs) {

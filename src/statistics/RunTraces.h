@@ -19,7 +19,8 @@ struct TracedRuns {
     std::vector<RunTrace> Traces;  ///< of Read.Runs, in their order
 };
 TracedRuns ReadTracedRuns(const Study& study, const FileSystem& files, const std::string& folder,
-                          const AppSettings& settings, const Progress& progress = {});
+                          const AppSettings& settings, const Progress& progress = {}, const RunVisitor& visit = {},
+                          RunPart part = RunPart::Values);
 RunTrace TraceOf(const RunRecord& run, float speedFactor);
 
 /// A run as a plot over several runs takes it.
@@ -28,6 +29,8 @@ struct PlottedRun {
     const RunTrace* Trace = nullptr;
 };
 using PlottedRuns = std::vector<PlottedRun>;
+/// Those at some indexes; they must outlive it.
+PlottedRuns PlottedRunsAt(const TracedRuns& runs, const std::vector<std::size_t>& indexes);
 
 /// Where runs with the same number of nodes have their start, their nodes and their end on the average.
 struct MeanPlaces {

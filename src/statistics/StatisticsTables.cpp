@@ -5,33 +5,14 @@
 #include "core/Numeric.h"
 #include "core/Text.h"
 #include "statistics/Figure.h"
+#include "statistics/StatisticsCells.h"
 
 namespace vantor {
 namespace {
 
-std::string WithUnit(const std::string& name, FigureUnit unit, const Units& units) {
-    const std::string label = UnitLabel(unit, units);
-    return label.empty() ? name : name + " (" + label + ")";
-}
-
-StatisticsCell Cell(std::optional<double> value, FigureUnit unit, int decimals, const Units& units) {
-    if (!value) return {NoValueText};
-    return {ShownNumber(*value, unit, decimals, units), value};
-}
-
-StatisticsCell TextCell(std::string text, std::string note = {}) {
-    return {std::move(text), {}, false, std::move(note)};
-}
-
-StatisticsCell CountCell(int count) { return {std::to_string(count), count}; }
-
-StatisticsCell ProbabilityCell(std::optional<double> p) {
-    return {ProbabilityText(p), p && *p >= 0.001 ? p : std::nullopt};
-}
-
 /// The value with its interval, without the unit, which the row's name has: "203.0 ± 16.3", "26.7 (24.7 to 29.0)".
 StatisticsCell FigureCell(const Figure& figure, const Units& units) {
-    StatisticsCell cell = Cell(figure.Value, figure.Unit, figure.Decimals, units);
+    StatisticsCell cell = ValueCell(figure.Value, figure.Unit, figure.Decimals, units);
     cell.IsWeak = figure.Value && figure.IsWeak;
     cell.Note = figure.Remarks();
     if (!figure.Value || !figure.Low) return cell;
@@ -60,9 +41,8 @@ struct Column {
 /// Rows of the same figure of each group.
 class SummaryRows {
 public:
-    SummaryRows(StatisticsTable& table, std::vector<Column> columns, const StatisticsOptions& options,
-                const Units& units)
-        : table_(table), columns_(std::move(columns)), options_(options), units_(units) {
+    SummaryRows(StatisticsTable& table, std::vector<Column> columns, const Units& units)
+        : table_(table), columns_(std::move(columns)), units_(units) {
         table_.Heads = {"Figure"};
         for (const Column& column : columns_) table_.Heads.push_back(column.Head);
         table_.Heads.emplace_back("Remarks");
@@ -93,7 +73,6 @@ private:
 
     StatisticsTable& table_;
     std::vector<Column> columns_;
-    const StatisticsOptions& options_;
     const Units& units_;
 };
 
@@ -160,7 +139,7 @@ void AddGrades(SummaryRows& rows, const GroupStatistics& all, const StatisticsOp
     rows.AddText(
         "Grade, urban street (HCM 6, 7)", [&](const GroupStatistics& group) { return StreetCell(group, options); },
         options.FreeFlowSpeed
-            ? "by travel speed and a base speed of " +
+            ? "by the overall travel speed and a base speed of " +
                   ShownNumber(*options.FreeFlowSpeed, FigureUnit::MilesPerHour, 1, units) + " " + units.SpeedLabel()
             : "no free-flow speed entered");
 }
@@ -177,7 +156,7 @@ StatisticsCell OutlierCell(const GroupStatistics& group) {
 
 StatisticsCell MedianCell(const GroupStatistics& group, const Units& units) {
     const auto seconds = [&](double value) { return ShownNumber(value, FigureUnit::Seconds, 1, units); };
-    StatisticsCell cell = Cell(group.Of[Measure::TravelTime].Median, FigureUnit::Seconds, 1, units);
+    StatisticsCell cell = ValueCell(group.Of[Measure::TravelTime].Median, FigureUnit::Seconds, 1, units);
     if (!group.MedianTime) return cell;
     const MedianInterval& between = *group.MedianTime;
     return TextCell(cell.Text + " (" + seconds(between.Low) + " to " + seconds(between.High) + ")",
@@ -187,66 +166,28 @@ StatisticsCell MedianCell(const GroupStatistics& group, const Units& units) {
 std::vector<StatisticsCell> SectionRow(const std::string& name, const GroupStatistics& group,
                                        const StatisticsOptions& options, const Units& units) {
     const auto mean = [&](Measure measure, int decimals) {
-        return Cell(group.Of[measure].Mean, KindOf(measure).Unit, decimals, units);
+        return ValueCell(group.Of[measure].Mean, KindOf(measure).Unit, decimals, units);
     };
     const auto percentile = [&](std::optional<double> value) {
-        if (group.N >= LeastForPercentiles) return Cell(value, FigureUnit::Seconds, 1, units);
+        if (group.N >= LeastForPercentiles) return ValueCell(value, FigureUnit::Seconds, 1, units);
         return TextCell(NoValueText, "fewer than " + std::to_string(LeastForPercentiles) + " runs");
     };
-    const auto needed = group.Needed[Measure::TravelTime].Needed;
-    StatisticsCell runs = needed ? CountCell(*needed) : StatisticsCell{NoValueText};
+    StatisticsCell runs = CountCell(group.Needed[Measure::TravelTime].Needed);
     runs.Note = RunsNeededText(group, Measure::TravelTime, options, units);
     return {TextCell(name),
             CountCell(group.N),
-            Cell(group.MeanLength, FigureUnit::Feet, 0, units),
+            ValueCell(group.MeanLength, FigureUnit::Feet, 0, units),
             mean(Measure::TravelTime, 1),
-            Cell(group.Of[Measure::TravelTime].HalfWidth, FigureUnit::Seconds, 1, units),
+            ValueCell(group.Of[Measure::TravelTime].HalfWidth, FigureUnit::Seconds, 1, units),
             mean(Measure::RunningTime, 1),
             mean(Measure::StoppedTime, 1),
-            Cell(group.AverageTravelSpeed, FigureUnit::MilesPerHour, 1, units),
-            Cell(group.AverageRunningSpeed, FigureUnit::MilesPerHour, 1, units),
-            Cell(group.PercentStopped, FigureUnit::Percent, 2, units),
+            ValueCell(group.AverageTravelSpeed, FigureUnit::MilesPerHour, 1, units),
+            ValueCell(group.AverageRunningSpeed, FigureUnit::MilesPerHour, 1, units),
+            ValueCell(group.PercentStopped, FigureUnit::Percent, 2, units),
             mean(Measure::Stops, 2),
             percentile(group.Times.P50),
             percentile(group.Times.P85),
             runs};
-}
-
-StatisticsCell IntervalCell(const WelchTest& test, FigureUnit unit, const Units& units) {
-    if (!test.Low) return {NoValueText};
-    return TextCell(ShownNumber(*test.Low, unit, 1, units) + " to " + ShownNumber(*test.High, unit, 1, units));
-}
-
-std::vector<StatisticsCell> ComparedRow(const std::string& name, const Comparison& each, Measure measure,
-                                        const StatisticsOptions& options, const Units& units) {
-    const WelchTest& test = each.Welch;
-    const FigureUnit unit = KindOf(measure).Unit;
-    const auto value = [&](std::optional<double> number) { return Cell(number, unit, 1, units); };
-    StatisticsCell ranks = ProbabilityCell(each.Ranks.P);
-    if (each.Ranks.SmallestP)
-        ranks.Note = std::string(each.Ranks.Exact ? "exact" : "normal approximation") +
-                     "; the smallest that groups of these sizes can give is " + ProbabilityText(each.Ranks.SmallestP);
-    StatisticsCell first = TextCell(name, ComparisonText(each, measure, options, units));
-    StatisticsCell welch = ProbabilityCell(test.P);
-    if (test.T)
-        welch.Note = "t " + FixedDecimals(*test.T, 3) + ", " + FixedDecimals(*test.Df, 2) + " degrees of freedom";
-    return {first,
-            CountCell(test.NBefore),
-            value(test.MeanBefore),
-            CountCell(test.NAfter),
-            value(test.MeanAfter),
-            value(test.Difference),
-            Cell(test.Percent, FigureUnit::Percent, 1, units),
-            IntervalCell(test, unit, units),
-            welch,
-            ranks,
-            value(each.Ranks.Shift)};
-}
-
-std::vector<std::string> ComparedHeads(const char* first, const StatisticsOptions& options) {
-    return {first,       "n before",         "Before",  "n after",
-            "After",     "Difference",       "Percent", ConfidenceText(options.Confidence) + " interval",
-            "p (Welch)", "p (Mann-Whitney)", "Shift"};
 }
 
 }  // namespace
@@ -263,6 +204,20 @@ std::vector<SheetRow> SheetOf(const StatisticsTable& table) {
     return rows;
 }
 
+std::string RowInWords(const StatisticsTable& table, std::size_t row) {
+    const auto& cells = table.Rows.at(row);
+    std::vector<std::string> lines{cells.front().Text};
+    const std::string remark = table.LastIsText ? cells.back().Text : std::string();
+    bool isTold = remark.empty();
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        if (cells[i].Note.empty()) continue;
+        isTold = isTold || cells[i].Note.ends_with(remark);
+        lines.push_back(i == 0 ? cells[i].Note : table.Heads[i] + ": " + cells[i].Note);
+    }
+    if (!isTold) lines.insert(lines.begin() + 1, remark);
+    return lines.size() > 1 ? Joined(lines, "\n") : std::string();
+}
+
 StatisticsTable SummaryTable(const GroupedStatistics& whole, const StatisticsOptions& options, const std::string& what,
                              const Units& units) {
     StatisticsTable table;
@@ -271,7 +226,7 @@ StatisticsTable SummaryTable(const GroupedStatistics& whole, const StatisticsOpt
         columns.push_back({"Before", &whole.Before});
         columns.push_back({"After", &whole.After});
     }
-    SummaryRows rows(table, columns, options, units);
+    SummaryRows rows(table, columns, units);
     if (whole.All.N == 0) return table;
     rows.AddText("Runs",
                  [](const GroupStatistics& group) { return TextCell(std::to_string(group.N), group.RestsOn.Text()); });
@@ -307,8 +262,40 @@ void AddRunsSoFar(StatisticsTable& summary, const std::vector<MeasuredRun>& runs
     }
 }
 
-StatisticsTable SectionsTable(const std::vector<SectionOverRuns>& sections, const GroupStatistics& total,
-                              const StatisticsOptions& options, const Units& units) {
+StatisticsTable ScatterTable(const GroupStatistics& group, const Units& units) {
+    StatisticsTable table;
+    table.Heads = {"Scatter", "Runs", "Standard deviation", "Percent of the mean", "Least", "Median", "Most"};
+    for (const Measure measure : AllMeasures) {
+        const Summary& of = group.Of[measure];
+        const MeasureKind& kind = KindOf(measure);
+        const auto value = [&](std::optional<double> number) { return ValueCell(number, kind.Unit, 1, units); };
+        table.Rows.push_back(
+            {TextCell(WithUnit(kind.Name, kind.Unit, units)), CountCell(of.N), value(of.Sd),
+             ValueCell(of.Cv ? std::optional(100 * *of.Cv) : std::nullopt, FigureUnit::Percent, 1, units),
+             value(of.Min), value(of.Median), value(of.Max)});
+    }
+    return table;
+}
+
+StatisticsTable RunsSoFarTable(const std::vector<MeasuredRun>& runs, const StatisticsOptions& options,
+                               const Units& units) {
+    StatisticsTable table;
+    table.Heads = {"Last run", "Runs", "Mean (s)", "± (s)", "Runs needed", "More"};
+    if (runs.size() > MostRunsSoFar) return table;
+    std::size_t last = 0;
+    for (const RunsSoFar& soFar : TravelTimesSoFar(runs, options)) {
+        const auto seconds = [&](std::optional<double> value) {
+            return ValueCell(value, FigureUnit::Seconds, 1, units);
+        };
+        table.Rows.push_back({TextCell(runs[last++].Name), CountCell(soFar.Of.N), seconds(soFar.Of.Mean),
+                              seconds(soFar.Of.HalfWidth), CountCell(soFar.Needed.Needed),
+                              soFar.Needed.Enough ? TextCell("enough") : CountCell(soFar.Needed.StillNeeded)});
+    }
+    return table;
+}
+
+StatisticsTable SectionsTable(const StudyStatistics& statistics, const Units& units) {
+    const StatisticsOptions& options = statistics.Options;
     StatisticsTable table;
     const std::string speed = units.SpeedLabel();
     table.Heads = {"Section",
@@ -325,47 +312,12 @@ StatisticsTable SectionsTable(const std::vector<SectionOverRuns>& sections, cons
                    "P50 (s)",
                    "P85 (s)",
                    "Runs needed"};
-    if (total.N == 0) return table;
-    for (const SectionOverRuns& section : sections)
+    if (statistics.Sections.empty()) return table;
+    for (const SectionOverRuns& section : statistics.Sections)
         table.Rows.push_back(SectionRow(section.From + " - " + section.To, section.All, options, units));
-    table.Rows.push_back(SectionRow("Whole run", total, options, units));
+    table.Rows.push_back(SectionRow("Whole run", statistics.OfMostNodes, options, units));
     table.HasTotal = true;
     return table;
-}
-
-StatisticsTable ComparedTable(const GroupedStatistics& whole, const StatisticsOptions& options, const Units& units) {
-    StatisticsTable table;
-    table.Heads = ComparedHeads("Measure", options);
-    if (!whole.HasBoth()) return table;
-    for (const Measure measure : AllMeasures) {
-        const MeasureKind& kind = KindOf(measure);
-        table.Rows.push_back(
-            ComparedRow(WithUnit(kind.Name, kind.Unit, units), whole.Compared[measure], measure, options, units));
-    }
-    return table;
-}
-
-StatisticsTable ComparedSectionsTable(const std::vector<SectionOverRuns>& sections, const StatisticsOptions& options,
-                                      const Units& units) {
-    StatisticsTable table;
-    table.Heads = ComparedHeads("Section, travel time (s)", options);
-    table.Heads.emplace_back("p (Holm)");
-    for (const SectionOverRuns& section : sections) {
-        const Comparison& times = section.Compared[Measure::TravelTime];
-        table.Rows.push_back(
-            ComparedRow(section.From + " - " + section.To, times, Measure::TravelTime, options, units));
-        table.Rows.back().push_back(ProbabilityCell(times.HolmP));
-    }
-    return table;
-}
-
-std::string RunsForDifferenceText(std::optional<double> sd, double seconds, double confidence) {
-    if (!sd || *sd <= 0)
-        return "takes a number that is not known: there is no scatter, which takes two runs that differ";
-    const auto runs = RunsForDifference(*sd, seconds, confidence);
-    if (!runs) return "takes more than " + std::to_string(MostRunsNeeded) + " runs";
-    const std::string count = std::to_string(*runs);
-    return "takes " + count + " runs before and " + count + " after with this scatter, in 8 of 10 such surveys";
 }
 
 }  // namespace vantor

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,6 +29,10 @@ struct StatisticsTable {
 /// To go out to a spreadsheet, where what is not defined is an empty field.
 std::vector<SheetRow> SheetOf(const StatisticsTable& table);
 
+/// What qualifies a row, which its cells have no room for: "Travel time (s)" and a line for each column that has a
+/// note; empty where nothing does.
+std::string RowInWords(const StatisticsTable& table, std::size_t row);
+
 /// The figures of all runs, and of those before and after beside them where there are both. `what` heads the first
 /// column of figures.
 StatisticsTable SummaryTable(const GroupedStatistics& whole, const StatisticsOptions& options, const std::string& what,
@@ -40,14 +45,24 @@ inline constexpr std::size_t MostRunsSoFar = 40;
 void AddRunsSoFar(StatisticsTable& summary, const std::vector<MeasuredRun>& runs, const StatisticsOptions& options,
                   const Units& units);
 
-/// From node to node over runs with the same number of nodes; `total` are their whole runs, for intervals do not add.
-StatisticsTable SectionsTable(const std::vector<SectionOverRuns>& sections, const GroupStatistics& total,
-                              const StatisticsOptions& options, const Units& units);
+/// The same as a table of its own.
+StatisticsTable RunsSoFarTable(const std::vector<MeasuredRun>& runs, const StatisticsOptions& options,
+                               const Units& units);
+
+/// How far each measure scatters over the runs.
+StatisticsTable ScatterTable(const GroupStatistics& group, const Units& units);
+
+/// From node to node over runs with the same number of nodes, and their whole runs below, for intervals do not add.
+StatisticsTable SectionsTable(const StudyStatistics& statistics, const Units& units);
 
 /// Each measure before against after, and the travel times section by section.
 StatisticsTable ComparedTable(const GroupedStatistics& whole, const StatisticsOptions& options, const Units& units);
 StatisticsTable ComparedSectionsTable(const std::vector<SectionOverRuns>& sections, const StatisticsOptions& options,
                                       const Units& units);
+
+/// The means of several studies.
+StatisticsTable ConditionsTable(const std::vector<ConditionStatistics>& conditions, const StatisticsOptions& options,
+                                const Units& units);
 
 /// What a difference of so many seconds in travel time takes that scatters like this: "takes 16 runs before and 16
 /// after with this scatter, in 8 of 10 such surveys"; why no number is known.

@@ -8,7 +8,7 @@
 
 #include "analysis/RunFacts.h"
 #include "analysis/RunStatistics.h"
-#include "core/Paths.h"
+#include "core/RunDirection.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/TwoThreads.h"
@@ -66,6 +66,7 @@ MeasuredRun MeasureStudyRun(const RunReading& reading, const StudyRunEntry& entr
     run.IsBefore = header.Before != 0;
     run.HasContradictoryFlags = (header.Before != 0) == (header.After != 0);
     run.Period = Trim(entry.Period);
+    run.Direction = DirectionFromLog(header.Notes);
     run.SetAside = Trim(entry.SetAside);
     run.IsCounted = HasBothBoundaries(entry);
     run.ControlDelay = entry.ControlDelay;
@@ -80,8 +81,8 @@ namespace {
 class RunReader {
 public:
     RunReader(const Study& study, const FileSystem& files, const std::string& folder, const AppSettings& settings,
-              const RunVisitor& visit)
-        : study_(study), files_(files), folder_(folder), settings_(settings), visit_(visit) {}
+              const RunVisitor& visit, RunPart part)
+        : study_(study), files_(files), folder_(folder), settings_(settings), visit_(visit), part_(part) {}
 
     /// The runs in the order of the study.
     StudyRuns Read(const Progress& progress) {
@@ -117,13 +118,13 @@ private:
     std::variant<MeasuredRun, RunLeftOut> ReadEntry(int number) const {
         const StudyRunEntry& entry = study_.Entries[number];
         const std::string name = RunFileName(entry);
+        const RunReading reading = ReadRun(files_, folder_, name, part_);
+        if (visit_) visit_(number, reading);
         if (name.empty())
             return RunLeftOut{number, {}, RunOutcome::Missing, "Entry " + std::to_string(number) + " has no run name."};
-        const RunReading reading = ReadRun(files_, folder_, name, RunPart::Values);
         if (!reading || reading.Run.SampleValues.IsEmpty()) return LeftOutRun(number, entry, reading, settings_);
         MeasuredRun run = MeasureStudyRun(reading, entry, settings_, study_.Options.Stops);
         run.Entry = number;
-        if (visit_) visit_(number, reading.Run);
         return run;
     }
 
@@ -132,6 +133,7 @@ private:
     const std::string& folder_;
     const AppSettings& settings_;
     const RunVisitor& visit_;
+    const RunPart part_;
     std::atomic<int> next_{1};
     std::atomic<bool> isStopped_{false};
 };
@@ -139,20 +141,11 @@ private:
 }  // namespace
 
 StudyRuns ReadStudyRuns(const Study& study, const FileSystem& files, const std::string& folder,
-                        const AppSettings& settings, const Progress& progress, const RunVisitor& visit) {
-    StudyRuns result = RunReader(study, files, folder, settings, visit).Read(progress);
+                        const AppSettings& settings, const Progress& progress, const RunVisitor& visit, RunPart part) {
+    StudyRuns result = RunReader(study, files, folder, settings, visit, part).Read(progress);
     std::ranges::stable_sort(result.Runs, {}, MomentOf);
     NameNodes(result.Runs, study, files, folder);
     return result;
-}
-
-Study StudyOfFolder(const FileSystem& files, const std::string& folder) {
-    Study study;
-    std::vector<std::string> names;
-    for (const FileInfo& file : FilesWithExtension(files, folder, RunExtension)) names.push_back(BaseName(file.Name));
-    std::ranges::sort(names);
-    for (const std::string& name : names) AppendRun(study, name);
-    return study;
 }
 
 }  // namespace vantor

@@ -26,6 +26,7 @@ struct MeasuredRun {
     bool IsBefore = false;               ///< else after
     bool HasContradictoryFlags = false;  ///< Before and After are both set, or neither
     std::string Period;                  ///< the user's name for the time of day, or empty
+    std::string Direction;               ///< that of the log it was made from, "EB"; or empty
     std::string SetAside;                ///< the reason, or empty
     bool IsCounted = false;              ///< both boundaries are set: its control delay counts
     std::int32_t ControlDelay = 0;       ///< seconds, as the study has it; means nothing where it does not count
@@ -52,19 +53,17 @@ struct StudyRuns {
     bool IsWhole = true;  ///< false when the reading was stopped: then there are none
 };
 
-/// Gets each run that is measured while its samples are at hand, and its entry of the study; each once, but two at a
-/// time.
-using RunVisitor = std::function<void(int entry, const RunRecord& run)>;
+/// Gets what came of reading each entry of the study, a run or none, while it is at hand; each once, but two at a time.
+using RunVisitor = std::function<void(int entry, const RunReading& reading)>;
 
-/// Reads the runs of a study, one at a time, and measures them with the study's stop speeds.
+/// Reads the runs of a study, one at a time, and measures them with the study's stop speeds. `part` is what the visitor
+/// needs of them, Values or Whole.
 StudyRuns ReadStudyRuns(const Study& study, const FileSystem& files, const std::string& folder,
-                        const AppSettings& settings, const Progress& progress = {}, const RunVisitor& visit = {});
+                        const AppSettings& settings, const Progress& progress = {}, const RunVisitor& visit = {},
+                        RunPart part = RunPart::Values);
 
 /// One run that was read; it must be a run with samples.
 MeasuredRun MeasureStudyRun(const RunReading& reading, const StudyRunEntry& entry, const AppSettings& settings,
                             const StopSpeeds& speeds);
-
-/// All runs of a Study Group as a study that was never stored; none of them counts.
-Study StudyOfFolder(const FileSystem& files, const std::string& folder);
 
 }  // namespace vantor

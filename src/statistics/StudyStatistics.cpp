@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/Counted.h"
 #include "core/Text.h"
 
 namespace vantor {
@@ -24,7 +25,7 @@ void Compute(GroupedStatistics& grouped, const Parted& runs, std::optional<std::
     grouped.After = GroupOver(runs.After, section, options);
     if (!compares) return;
     grouped.Compared = CompareGroups(runs.Before, runs.After, section, options);
-    grouped.Warnings = UnlikeTimes(grouped.Before, grouped.After);
+    grouped.Warnings = Unlike(grouped.Before, grouped.After);
 }
 
 std::vector<NodeCount> NodeCountsOf(const std::vector<MeasuredRun>& runs) {
@@ -67,8 +68,6 @@ std::vector<SectionOverRuns> SectionsOf(const Parted& runs, bool compares, const
     return sections;
 }
 
-std::string RunsText(std::size_t count) { return std::to_string(count) + (count == 1 ? " run" : " runs"); }
-
 /// The names of runs, not too many.
 std::string NamesOf(const std::vector<std::size_t>& indexes, const std::vector<MeasuredRun>& runs) {
     std::vector<std::string> names;
@@ -100,7 +99,7 @@ void Warn(StudyStatistics& statistics, const std::vector<MeasuredRun>& runs) {
     if (times.Sd == 0.0)
         warnings.emplace_back("All travel times are equal: without scatter there is neither an interval nor a test.");
     if (const auto& flags = statistics.ContradictoryFlags; !flags.empty())
-        warnings.push_back("Before and After contradict each other in " + RunsText(flags.size()) + " (" +
+        warnings.push_back("Before and After contradict each other in " + Counted(flags.size(), "run") + " (" +
                            NamesOf(flags, runs) +
                            "): both are set, or neither. What has Before set is taken as Before. Choose one in Run "
                            "Details.");
@@ -122,9 +121,25 @@ std::string StudyStatistics::NodeCountText() const {
     if (NodeCounts.size() < 2) return {};
     const int nodes = NodeCounts.front().Nodes;
     const std::size_t runs = NodeCounts.front().Runs.size();
-    return std::to_string(runs) + " of " + RunsText(static_cast<std::size_t>(Whole.All.N)) +
-           (runs == 1 ? " has " : " have ") +
-           (nodes == 0 ? "no nodes" : std::to_string(nodes) + (nodes == 1 ? " node" : " nodes"));
+    return std::to_string(runs) + " of " + Counted(Whole.All.N, "run") + (runs == 1 ? " has " : " have ") +
+           (nodes == 0 ? "no nodes" : Counted(nodes, "node"));
+}
+
+std::vector<std::size_t> StudyStatistics::RunsToPlot() const {
+    if (NodeCounts.empty()) return {};
+    std::vector<std::size_t> runs = NodeCounts.front().Runs;
+    runs.resize(std::min(runs.size(), MostPlottedRuns));
+    return runs;
+}
+
+std::vector<std::string> StudyStatistics::NotPlotted() const {
+    std::vector<std::string> notes;
+    if (NodeCounts.empty()) return notes;
+    if (NodeCounts.size() > 1) notes.push_back(NodeCountText() + "; only these are drawn.");
+    if (const std::size_t alike = NodeCounts.front().Runs.size(); alike > MostPlottedRuns)
+        notes.push_back("The first " + std::to_string(MostPlottedRuns) + " of " + Counted(alike, "run") +
+                        " are drawn.");
+    return notes;
 }
 
 StudyStatistics ComputeStatistics(const std::vector<MeasuredRun>& runs, const StatisticsOptions& options) {
@@ -139,6 +154,7 @@ StudyStatistics ComputeStatistics(const std::vector<MeasuredRun>& runs, const St
         ChosenRuns alike;
         for (const std::size_t index : statistics.NodeCounts.front().Runs) alike.push_back(&runs[index]);
         statistics.Sections = SectionsOf(Part(alike), statistics.SectionsComparable, options);
+        statistics.OfMostNodes = statistics.SectionsComparable ? statistics.Whole.All : GroupOver(alike, {}, options);
     }
     Warn(statistics, runs);
     return statistics;
@@ -197,15 +213,26 @@ std::vector<ConditionStatistics> CompareConditions(const std::vector<Condition>&
         const ChosenRuns runs = PointersTo(condition.Runs);
         ConditionStatistics& each = result.emplace_back();
         each.Name = condition.Name;
+        each.Remarks = condition.Remarks;
         each.Figures = GroupOver(runs, {}, options);
+        if (!condition.Direction.empty()) each.Figures.RestsOn.Directions = {condition.Direction};
         if (result.size() == 1) continue;
         const ChosenRuns first = PointersTo(conditions.front().Runs);
         each.Compared = CompareGroups(first, runs, {}, options);
-        each.Warnings = UnlikeTimes(result.front().Figures, each.Figures);
+        each.Warnings = Unlike(result.front().Figures, each.Figures);
         if (bySection) each.Sections = SectionsBetween(first, runs, options);
     }
     if (result.size() > 2) Adjust(result);
     return result;
+}
+
+GroupedStatistics AgainstFirst(const std::vector<ConditionStatistics>& conditions, std::size_t index) {
+    GroupedStatistics against;
+    against.Before = conditions.front().Figures;
+    against.After = conditions[index].Figures;
+    against.Compared = conditions[index].Compared;
+    against.Warnings = conditions[index].Warnings;
+    return against;
 }
 
 }  // namespace vantor

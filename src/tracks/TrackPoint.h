@@ -7,14 +7,11 @@
 #include <string_view>
 #include <vector>
 
+#include "core/Position.h"
+
 namespace vantor {
 
-/// Decimal degrees, north and east positive.
-struct TrackPosition {
-    double Latitude = 0;   ///< -90 to 90
-    double Longitude = 0;  ///< -180 to 180
-    bool operator==(const TrackPosition&) const = default;
-};
+using TrackPosition = Position;
 
 /// A point of a track as a file tells it; what the file does not tell has no value.
 struct TrackPoint {

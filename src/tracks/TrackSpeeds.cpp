@@ -202,15 +202,6 @@ std::vector<Place> PlacesOf(std::span<const TrackPoint> points, std::size_t& fir
 
 }  // namespace
 
-double FeetBetween(const TrackPosition& from, const TrackPosition& to) {
-    const double north = (to.Latitude - from.Latitude) * RadiansPerDegree;
-    const double east = (to.Longitude - from.Longitude) * RadiansPerDegree;
-    const double haversine = std::pow(std::sin(north / 2), 2) + std::cos(from.Latitude * RadiansPerDegree) *
-                                                                    std::cos(to.Latitude * RadiansPerDegree) *
-                                                                    std::pow(std::sin(east / 2), 2);
-    return 2 * EarthMetres * std::asin(std::sqrt(std::min(haversine, 1.0))) / MetresPerFoot;
-}
-
 std::vector<TrackPoint> WholeSecondsOf(std::span<const TrackPoint> points) {
     std::vector<TrackPoint> seconds;
     double nearest = 0;  // how far the last of `seconds` was from its second

@@ -7,9 +7,6 @@
 
 namespace vantor {
 
-/// Feet between two positions: haversine on the mean radius of the earth.
-double FeetBetween(const TrackPosition& from, const TrackPosition& to);
-
 /// Points of a track at whole seconds, as runs hold them: of those that lie within half a second around one the
 /// nearest, with the mean of the speeds that they tell and the first node. Seconds without a point stay away; points
 /// without a time are left out.

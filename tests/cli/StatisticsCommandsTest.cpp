@@ -48,8 +48,8 @@ TEST_F(StatisticsCommands, TheSampleStudy) {
     EXPECT_EQ(result["groups"]["after"]["reliability"], json::object()) << "no run is After";
 
     ASSERT_EQ(Status("study statistics", Sample), 0) << Err;
-    for (const char* text : {"203.0 s ± 16.3", "71.9 s ± 15.5", "71.9 s is E; over its interval E to F.",
-                             "for ±10 % of this delay 28 runs, 20 more", "no outlier", "fewer than 20 runs"})
+    for (const char* text :
+         {"203.0 ± 16.3", "71.9 ± 15.5", "E (E to F)", "28, 20 more", "no outlier", "fewer than 20 runs"})
         EXPECT_THAT(Out, HasSubstr(text));
 }
 
@@ -64,6 +64,7 @@ TEST_F(StatisticsCommands, StudiesAndGroupsAreComparedWithTheFirst) {
     EXPECT_DOUBLE_EQ(times["holm_p"], 2 * times["welch"]["p"].get<double>()) << "two conditions are tested";
     ASSERT_EQ(Status("study compare", {Sample[0], "/group"}), 0) << Err;
     EXPECT_THAT(Out, HasSubstr("group against AM Peak:"));
+    EXPECT_THAT(Out, HasSubstr("group: " + conditions[2]["remarks"][0].get<std::string>()));
     EXPECT_EQ(Status("study compare", {Sample[0], "/none.ld2"}), 1);
     EXPECT_THAT(Err, HasSubstr("Missing Study File: none"));
 }

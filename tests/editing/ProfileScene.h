@@ -21,12 +21,11 @@ protected:
     void OpenPlot() {
         Open(ProfileVisit{.Run = 1, .GoesOn = true, .Selected = Selected},
              [this](int run, const StudyRunEntry& entry) { TakeEntry(State, run, entry); });
-        const QFontMetricsF metrics(Plot().font());
-        const PlotRectangle area = PlotAreaOf({2000, 1000}, metrics);
+        const PlotRectangle area = PlotAreaOf({2000, 1000}, Plot());
         Plot().setFixedSize(static_cast<int>(area.Left + 1000 + 2000 - area.Right),
                             static_cast<int>(area.Top + 400 + 1000 - area.Baseline));
         QCoreApplication::processEvents();
-        Area = PlotAreaOf(Plot().size(), metrics);
+        Area = PlotAreaOf(Plot().size(), Plot());
         EXPECT_EQ(std::pair(Area.Right - Area.Left, Area.Baseline - Area.Top), std::pair(1000.0, 400.0));
     }
 

@@ -3,6 +3,7 @@
 #include <QScreen>
 
 #include "ProfileScene.h"
+#include "plots/forms/ProfileWords.h"
 
 namespace vantor {
 namespace {

@@ -5,8 +5,11 @@
 #include <QWheelEvent>
 
 #include "RunScene.h"
+#include "core/forms/PainterCanvas.h"
+#include "editing/SensorPicture.h"
 #include "fakes/FormScene.h"
 #include "fakes/ThrowsError.h"
+#include "plots/forms/ProfilePicture.h"
 
 namespace vantor {
 namespace {
@@ -42,7 +45,8 @@ protected:
     void ClickMiddle() { QTest::mouseClick(&Plot(), Qt::LeftButton, {}, Plot().rect().center()); }
     void ClickPoint(int point) {
         SensorView view(State.CurrentRun, State.Settings);
-        view.SetRectangle(SensorAreaOf(Plot().size(), QFontMetricsF(Plot().font())));
+        view.SetRectangle(
+            SensorAreaOf(FontMeasure(), {double(Plot().width()), double(Plot().height())}, LookOf(Plot())));
         QTest::mouseClick(&Plot(), Qt::LeftButton, {},
                           {static_cast<int>(view.Geometry().XOf(point)), Plot().height() / 2});
     }

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "fakes/RecordingCanvas.h"
+#include "plots/NamesInRow.h"
 #include "plots/PlotReduction.h"
 #include "plots/TextsApart.h"
 
@@ -167,6 +168,22 @@ TEST(PlotParts, SpansArePointedAtOverTheirWholeLength) {
     EXPECT_EQ(FindItem(plot, map, {104, map.YOf(190)}, 6).Item, 1);
     EXPECT_EQ(FindItem(plot, map, {200, map.YOf(190)}, 6).Item, 2);
     EXPECT_EQ(FindItem(plot, map, {200, map.YOf(210)}, 6).Item, 0) << "its interval is not known";
+}
+
+TEST(NamesInRow, PartWhereTheyWouldMeetAndStayInTheirRow) {
+    const auto rooms = [](const std::vector<RowName>& names, Crowded crowded) {
+        std::vector<std::pair<double, double>> ends;
+        for (const PlotRange& room : PlaceInRow(names, {0, 100}, 2, crowded)) ends.emplace_back(room.Low, room.High);
+        return ends;
+    };
+    using testing::Pair;
+    EXPECT_THAT(rooms({{5, 20, 20}, {50, 20, 20}, {95, 20, 20}}, Crowded::LeavesOut),
+                ElementsAre(Pair(0, 20), Pair(40, 60), Pair(80, 100)));
+    EXPECT_THAT(rooms({{40, 60, 10}, {60, 60, 10}}, Crowded::LeavesOut), ElementsAre(Pair(0, 49), Pair(51, 100)));
+    EXPECT_THAT(rooms({{40, 20, 20}, {41, 20, 20}, {80, 20, 20}, {81, 20, 20}}, Crowded::LeavesOut),
+                ElementsAre(Pair(19.5, 39.5), Pair(41.5, 61.5), Pair(70, 90), Pair(71, 71)))
+        << "the third cannot give way as far as the first, so the fourth is left out";
+    EXPECT_THAT(rooms({{10, 30, 30}, {20, 30, 30}}, Crowded::MovesApart), ElementsAre(Pair(0, 30), Pair(32, 62)));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "core/forms/Named.h"
+#include "core/forms/Theme.h"
 #include "fakes/Clicks.h"
 #include "plots/Profiles.h"
 #include "plots/forms/ProfilePicture.h"
@@ -20,14 +21,14 @@ TEST(ProfileView, ShowsARunWithItsBoundariesOrSaysWhyThereIsNone) {
     view.resize(700, 300);
     view.ShowRun(run, entry, EnglishSettings());
     EXPECT_EQ(view.accessibleDescription(), "Start boundary: 1000 Feet. End boundary: 2000 Feet. Ideal speed: 34 MPH.");
-    const PlotRectangle area = PlotAreaOf(view.size(), QFontMetricsF(view.font()));
+    const PlotRectangle area = PlotAreaOf(view.size(), view);
     const auto colourAt = [&](double feet, double ofHeight) {
         const double x = area.Left + feet / 5000 * (area.Right - area.Left);
         return view.grab().toImage().pixelColor(
             static_cast<int>(x), static_cast<int>(area.Baseline - ofHeight * (area.Baseline - area.Top)));
     };
     const QColor plain = view.palette().color(QPalette::Base);
-    const QColor boundary = ProfileColours(view.palette()).Boundary;
+    const QColor boundary = Ink(ColoursOf(view.palette()).Boundary);
     EXPECT_EQ(colourAt(1000, 0.95), boundary);
     EXPECT_EQ(colourAt(2000, 0.95), boundary);
     EXPECT_NE(colourAt(1750, 0.95), plain);  // shaded between them

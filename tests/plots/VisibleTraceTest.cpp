@@ -149,11 +149,10 @@ TEST(ProfileTrace, DamagedRunsDoNotMove) {
 
 TEST(VisibleTrace, FewSamplesAreAllThere) {
     const ProfileTrace trace(RunOf({10, 20, 30}), 1);
-    const VisibleTrace visible =
+    const std::vector<TracePoint> visible =
         VisibleTraceOf(trace, GeometryOf(trace.Extent(), BoundaryAxis::Time), 1);  // 20 pixels a second
-    EXPECT_FALSE(visible.IsDense);
-    ASSERT_EQ(visible.Points.size(), 3u);
-    EXPECT_EQ(std::pair(visible.Points[1].X, visible.Points[1].Speed), std::pair(90.0, 20.0F));
+    ASSERT_EQ(visible.size(), 3u);
+    EXPECT_EQ(std::pair(visible[1].X, visible[1].Speed), std::pair(90.0, 20.0F));
 }
 
 TEST(VisibleTrace, ScrolledPartReachesBeyondBothEdges) {
@@ -161,10 +160,10 @@ TEST(VisibleTrace, ScrolledPartReachesBeyondBothEdges) {
     ProfileGeometry geometry = GeometryOf(trace.Extent(), BoundaryAxis::Time);
     geometry.SetScaleStep(5, 50);
     geometry.SetOffset(60);
-    const VisibleTrace visible = VisibleTraceOf(trace, geometry, 1);
-    EXPECT_EQ(visible.Points.size(), 52u);  // seconds 59 to 110
-    EXPECT_DOUBLE_EQ(visible.Points.front().X, 30);
-    EXPECT_DOUBLE_EQ(visible.Points.back().X, 1050);
+    const std::vector<TracePoint> visible = VisibleTraceOf(trace, geometry, 1);
+    EXPECT_EQ(visible.size(), 52u);  // seconds 59 to 110
+    EXPECT_DOUBLE_EQ(visible.front().X, 30);
+    EXPECT_DOUBLE_EQ(visible.back().X, 1050);
 }
 
 TEST(VisibleTrace, ManySamplesKeepTheRangeOfEveryPixelColumn) {
@@ -177,19 +176,18 @@ TEST(VisibleTrace, ManySamplesKeepTheRangeOfEveryPixelColumn) {
     for (const double columnsPerPixel : {1.0, 2.0}) {
         ProfileGeometry geometry = GeometryOf(trace.Extent(), BoundaryAxis::Time);
         geometry.SetRectangle({50.3, 40, 1047.9, 440});  // no sample on the border of two columns
-        const VisibleTrace visible = VisibleTraceOf(trace, geometry, columnsPerPixel);
-        EXPECT_TRUE(visible.IsDense);
+        const std::vector<TracePoint> visible = VisibleTraceOf(trace, geometry, columnsPerPixel);
         std::map<int, std::pair<float, float>> drawn, expected;
         const auto widen = [&](auto& ranges, double x, float speed) {
             const auto column = static_cast<int>(std::floor(x * columnsPerPixel));
             const auto [range, isNew] = ranges.try_emplace(column, speed, speed);
             range->second = {std::min(range->second.first, speed), std::max(range->second.second, speed)};
         };
-        for (const TracePoint& point : visible.Points) widen(drawn, point.X, point.Speed);
+        for (const TracePoint& point : visible) widen(drawn, point.X, point.Speed);
         for (int i = 1; i <= trace.SampleCount(); ++i) widen(expected, geometry.XOf(i), trace.SpeedOf(i));
         EXPECT_EQ(drawn, expected);
-        EXPECT_LE(visible.Points.size(), 4 * expected.size());
-        EXPECT_EQ(visible.Points.back().Speed, trace.SpeedOf(trace.SampleCount()));
+        EXPECT_LE(visible.size(), 4 * expected.size());
+        EXPECT_EQ(visible.back().Speed, trace.SpeedOf(trace.SampleCount()));
     }
 }
 

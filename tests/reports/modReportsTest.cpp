@@ -75,6 +75,8 @@ constexpr decltype(ReportChoice::Reports) Everything = {true, true, true, true, 
 constexpr auto Summary = Only(ReportKind::Summary);
 constexpr auto Statistics = Only(ReportKind::Statistics);
 constexpr auto Profiles = Only(ReportKind::Profiles);
+/// The margin, room for four digits of 7 points, and two thirds of these, on a whole point.
+constexpr double PlotLeft = 50 + 18;
 
 TEST_F(modReportsTest, SummaryTellsTheStudyItsResultsAndEveryRun) {
     TheStudy.Entries[2].CDEndDist = 0;
@@ -128,7 +130,7 @@ TEST_F(modReportsTest, ProfilesMarkNodesAndBoundaries) {
     const auto& trace = page.Polylines[0].Points;
     ASSERT_EQ(trace.size(), 60u);
     // The plot is as wide as the page without its margins and the scale at the left; the run ends at its right edge.
-    constexpr double left = 50 + 24;
+    constexpr double left = PlotLeft;
     constexpr double width = 612 - 50 - left;
     EXPECT_NEAR(trace[0].X, left + 44.0 / 2420 * width, 1e-6);
     EXPECT_NEAR(trace[59].X, left + width, 1e-6);
@@ -140,8 +142,9 @@ TEST_F(modReportsTest, ProfilesMarkNodesAndBoundaries) {
     };
     for (const double feet : {880.0, 1540.0, 300.0}) EXPECT_EQ(upright(feet), 3) << feet;
     EXPECT_EQ(upright(2000), 6) << "a boundary and a mark of the scale";
-    EXPECT_THAT(Texts(), AllOf(Contains("Oak").Times(3), Contains("Node 2").Times(3), Contains("Start 300").Times(3),
-                               Contains("Distance from start of run (ft)"), Contains("MPH")));
+    EXPECT_THAT(Texts(),
+                AllOf(Contains("Oak").Times(3), Contains("Node 2").Times(3), Contains("Start 300 ft").Times(3),
+                      Contains("End 2000 ft").Times(3), Contains("Distance from start of run (ft)"), Contains("MPH")));
     // 30 MPH, with room for a tenth more: the axis ends at 35.
     const double bottom = trace[30].Y;  // at rest
     const auto top = std::find_if(page.Lines.begin(), page.Lines.end(), [&](const RecordingCanvas::Line& line) {
@@ -162,10 +165,11 @@ TEST_F(modReportsTest, CaptionsOfCloseBoundariesStandSideBySide) {
             ADD_FAILURE() << caption;
             return CanvasBox{};
         };
-        const CanvasBox left = boxOf("Start " + std::to_string(start));
-        const CanvasBox right = boxOf("End " + std::to_string(end));
+        CanvasBox left = boxOf("Start " + std::to_string(start) + " ft");
+        CanvasBox right = boxOf("End " + std::to_string(end) + " ft");
+        if (end < start) std::swap(left, right);
         EXPECT_LE(left.X + left.Width, right.X) << start;
-        EXPECT_GE(left.X, 74) << start;
+        EXPECT_GE(left.X, PlotLeft) << start;
         EXPECT_LE(right.X + right.Width, 612 - 50) << start;
     }
 }

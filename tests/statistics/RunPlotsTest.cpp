@@ -92,7 +92,7 @@ TEST_F(RunPlotsTest, TheFilterHoldsForAll) {
     TheStudy.Entries[5].SetAside = "Detour";
     TheStudy.Entries[4].EntryRunName = "Gone";
     Runs = ReadTracedRuns(TheStudy, Files, "/g/", MphSettings());
-    EXPECT_THAT(PeriodsOf(Runs.Read.Runs), ElementsAre("AM", ""));
+    EXPECT_THAT(DifferentOf(Runs.Read.Runs, &MeasuredRun::Period), ElementsAre("AM", ""));
 
     const DetailedStatistics all = Make();
     EXPECT_THAT(all.Runs, ElementsAre(0, 1, 2, 3));

@@ -4,6 +4,7 @@
 
 #include "fakes/FakePorts.h"
 #include "fakes/PutFiles.h"
+#include "statistics/ComparedStudy.h"
 
 namespace vantor {
 namespace {
@@ -51,12 +52,14 @@ TEST(RunMeasures, SectionsAddUp) {
 struct StudyStatisticsTest : testing::Test {
     MemoryFileSystem Files;
     Study TheStudy;
+    std::string Notes;
 
     void Put(const std::vector<int>& feet, bool isBefore = false, bool isAfter = true, int hour = 7) {
         const std::string name = "R" + std::to_string(TheStudy.Record.RunCount + 1);
         RunRecord run = RunOfValues(feet);
         run.Header.RunDate = DateOf(2008, 3, 11);
         run.Header.RunTime = TimeOf(hour, 0);
+        run.Header.Notes = Notes;
         run.Header.Before = isBefore ? -1 : 0;
         run.Header.After = isAfter ? -1 : 0;
         if (TheStudy.Record.RunCount == 0) Files.CreateFolder("/g");
@@ -137,6 +140,25 @@ TEST_F(StudyStatisticsTest, PeriodsTellWhatIsAlike) {
     EXPECT_THAT(Compute().Whole.Before.Warnings, testing::Contains("periods mixed: PM, AM"));
     TheStudy.Entries[2].Period = "PM";
     EXPECT_THAT(Compute().Whole.Warnings, ElementsAre(HasSubstr("PM before, PM, AM after")));
+}
+
+TEST_F(StudyStatisticsTest, DirectionsTellWhatIsAlike) {
+    for (const char* notes : {"Direction NB; a.gd2", "Direction SB", "Direction of travel"}) {
+        Notes = notes;
+        Put({44, 44}, Notes.ends_with('2'), !Notes.ends_with('2'));
+    }
+    EXPECT_THAT(Compute().Whole.All.Warnings, testing::Contains("directions mixed: NB, SB"));
+    EXPECT_THAT(Compute().Whole.Warnings, ElementsAre(HasSubstr("NB before, SB after. Compare runs of the same dir")));
+    TheStudy.Record.Direction = 1;
+    TheStudy.MissingEntries = 1;
+    const ComparedStudy group = OpenStudyGroup(Files, "/g/");
+    const auto compared =
+        CompareConditions({ConditionOf({"/g/", "AM", TheStudy, false}, Read()),
+                           ConditionOf(group, ReadStudyRuns(group.Contents, Files, group.Folder, MphSettings()))},
+                          {});
+    EXPECT_THAT(compared[0].Remarks, ElementsAre("2 of 3 entries are there: the study file was cut short."));
+    EXPECT_THAT(compared[1].Remarks, ElementsAre(HasSubstr("a Study Group alone has no boundaries. Make a study")));
+    EXPECT_THAT(compared[1].Warnings, ElementsAre(HasSubstr("SB before, NB and SB after")));
 }
 
 TEST_F(StudyStatisticsTest, BadCasesGetASentenceEach) {

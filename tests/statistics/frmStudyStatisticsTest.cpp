@@ -19,13 +19,14 @@ protected:
         State.CurrentStudy.Record.StudyName = "AM";
     }
     /// Runs "R1" and so on that take so many seconds with a node in the middle, the first `before` of them Before.
-    void Put(const std::vector<int>& seconds, int before) {
+    void Put(const std::vector<int>& seconds, int before, const char* notes = "") {
         for (const int count : seconds) {
             const int number = State.CurrentStudy.Record.RunCount + 1;
             std::vector<int> feet(static_cast<std::size_t>(count), 30);
             feet[feet.size() / 2] |= NodeFlag;
             RunRecord run = RunOfValues(feet);
             run.Header.RunTime = TimeOf(7, number);
+            run.Header.Notes = notes;
             run.Header.Before = number <= before ? -1 : 0;
             run.Header.After = number <= before ? 0 : -1;
             PutRunFile(Files, run, State.Paths.LastStudyGroupPath, "R" + std::to_string(number));
@@ -34,7 +35,7 @@ protected:
     }
     /// The plots' chosen items and the row of the list.
     std::string Selected() {
-        const auto rows = Get<Table>("vaRuns").SelectedRows();
+        const auto rows = Get<LongList>("vaRuns").SelectedRows();
         return std::to_string(Get<PlotView>("picTimeSpace").ChosenItem()) +
                std::to_string(Get<PlotView>("picOverlay").ChosenItem()) +
                (rows.empty() ? "-" : CellText(Get<QTableView>("vaRuns"), rows.front(), 0));
@@ -70,6 +71,24 @@ TEST_F(frmStudyStatisticsTest, BeforeAndAfterStandBesideEachOther) {
     EXPECT_THAT(Rows(*Window, "vaSummary"), Contains(StartsWith("Travel time (s)|62.0 ± 5.0|")));
     EXPECT_THAT(Text("lblSentences"), HasSubstr("Choose all runs"));
     EXPECT_FALSE(Get<QWidget>("vaCompared").isVisibleTo(Window.get()));
+}
+
+TEST_F(frmStudyStatisticsTest, DirectionsAreOfferedAndChoicesKept) {
+    Put({60, 62}, 0);
+    Open(0);
+    EXPECT_FALSE(Get<QWidget>("cmbDirection").isVisibleTo(Window.get())) << "nothing to choose between";
+    Put({64, 66}, 0, "Direction NB");
+    Open(0);
+    Pick("cmbDirection", "NB");
+    EXPECT_EQ(Rows(*Window, "vaRuns").size(), 2U);
+    Pick("cmbClock", "of the day");
+    Get<QCheckBox>("chkSingleRuns").click();
+    Open(0);
+    EXPECT_EQ(Get<QComboBox>("cmbClock").currentIndex(), 1);
+    EXPECT_FALSE(Get<QCheckBox>("chkSingleRuns").isChecked());
+    Get<QTableWidget>("vaSummary").setCurrentCell(1, 0);
+    EXPECT_EQ(Text("lblSummaryRow"),
+              "Travel time (s)\nAll: interval 58.9 to 67.1 s; 4 runs, 1 day, 07:01 to 07:04; 95 %; few runs");
 }
 
 TEST_F(frmStudyStatisticsTest, OptionsAreForTheCallerToTake) {

@@ -1,10 +1,11 @@
 #include "core/forms/PainterCanvas.h"
 
-#include <QFont>
 #include <QFontMetricsF>
 #include <QImage>
 #include <QList>
 #include <QPaintEngine>
+#include <QTextLayout>
+#include <limits>
 
 #include "core/Numeric.h"
 #include "core/forms/Named.h"
@@ -24,6 +25,11 @@ QFont EnlargedFont(const TextStyle& style) {
     font.setHintingPreference(QFont::PreferNoHinting);
     return font;
 }
+
+double WidthOf(const std::string& text, const QFont& font) {
+    return QFontMetricsF(font).horizontalAdvance(ToQt(text)) / Enlarged;
+}
+double HeightOf(const QFont& font) { return QFontMetricsF(font).height() / Enlarged; }
 
 QRectF Rectangle(const CanvasBox& box) { return {box.X, box.Y, box.Width, box.Height}; }
 QPointF Position(CanvasPoint point) { return {point.X, point.Y}; }
@@ -76,44 +82,69 @@ QPen Pen(const LineStyle& style) {
     return pen;
 }
 
-Qt::Alignment Side(TextSide side) {
-    switch (side) {
-        case TextSide::Left: return Qt::AlignLeft;
-        case TextSide::Centre: return Qt::AlignHCenter;
-        case TextSide::Right: return Qt::AlignRight;
+/// A text in one line, shaped once to be measured and drawn.
+class TextLine {
+public:
+    TextLine(const QString& text, const QFont& font) : layout_(text, font) {
+        layout_.setCacheEnabled(true);
+        LayOut();
     }
-    return Qt::AlignLeft;
-}
+
+    void CutOff(double width) {
+        if (line_.naturalTextWidth() <= width) return;
+        layout_.setText(QFontMetricsF(layout_.font()).elidedText(layout_.text(), Qt::ElideRight, width));
+        LayOut();
+    }
+
+    void Draw(QPainter& painter, const QRectF& room, TextSide side) const {
+        const double free = room.width() - line_.naturalTextWidth();
+        const double before = side == TextSide::Left ? 0 : side == TextSide::Centre ? free / 2 : free;
+        layout_.draw(&painter, {room.x() + before, room.center().y() - line_.height() / 2});
+    }
+
+private:
+    void LayOut() {
+        layout_.beginLayout();
+        line_ = layout_.createLine();
+        line_.setLineWidth(std::numeric_limits<int>::max());
+        layout_.endLayout();
+    }
+
+    QTextLayout layout_;
+    QTextLine line_;
+};
 
 }  // namespace
 
 double FontMeasure::TextWidth(const std::string& text, const TextStyle& style) const {
-    return QFontMetricsF(EnlargedFont(style)).horizontalAdvance(ToQt(text)) / Enlarged;
+    return WidthOf(text, EnlargedFont(style));
 }
 
-double FontMeasure::LineHeight(const TextStyle& style) const {
-    return QFontMetricsF(EnlargedFont(style)).height() / Enlarged;
+double FontMeasure::LineHeight(const TextStyle& style) const { return HeightOf(EnlargedFont(style)); }
+
+const QFont& PainterCanvas::FontOf(const TextStyle& style) const {
+    if (style.Size != fontStyle_.Size || style.IsBold != fontStyle_.IsBold) font_ = EnlargedFont(style);
+    fontStyle_ = style;
+    return font_;
 }
 
 double PainterCanvas::TextWidth(const std::string& text, const TextStyle& style) const {
-    return measure_.TextWidth(text, style);
+    return WidthOf(text, FontOf(style));
 }
 
-double PainterCanvas::LineHeight(const TextStyle& style) const { return measure_.LineHeight(style); }
+double PainterCanvas::LineHeight(const TextStyle& style) const { return HeightOf(FontOf(style)); }
 
 void PainterCanvas::DrawText(const CanvasBox& box, const std::string& text, const TextStyle& style) {
-    const QFont font = EnlargedFont(style);
-    const QFontMetricsF metrics(font);
-    QRectF room(box.X * Enlarged, box.Y * Enlarged, box.Width * Enlarged, box.Height * Enlarged);
+    if (text.empty()) return;
+    const QRectF room(box.X * Enlarged, box.Y * Enlarged, box.Width * Enlarged, box.Height * Enlarged);
+    TextLine line(ToQt(text), FontOf(style));
     // Half a point more, so that a box made by the text's own measure holds it.
-    const QString shown = metrics.elidedText(ToQt(text), Qt::ElideRight, room.width() + Enlarged / 2.0);
-    painter_.save();
+    line.CutOff(room.width() + Enlarged / 2.0);
+    const QTransform before = painter_.worldTransform();
     painter_.scale(1.0 / Enlarged, 1.0 / Enlarged);
-    painter_.setFont(font);
     painter_.setPen(Ink(style.Ink));
-    painter_.drawText(
-        room, static_cast<int>(Side(style.Side) | Qt::AlignVCenter) | Qt::TextDontClip | Qt::TextSingleLine, shown);
-    painter_.restore();
+    line.Draw(painter_, room, style.Side);
+    painter_.setWorldTransform(before);
 }
 
 void PainterCanvas::DrawLine(CanvasPoint from, CanvasPoint to, const LineStyle& style) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <QPainter>
 
 #include "core/ports/Canvas.h"
@@ -30,9 +31,16 @@ public:
     void DrawPicture(const CanvasBox& box, const Pixels& picture, const CanvasBox& part) override;
     void DrawInside(const CanvasBox& box, const std::function<void()>& draw) override;
 
+protected:
+    QPainter& Painter() { return painter_; }
+
 private:
+    const QFont& FontOf(const TextStyle& style) const;
+
     QPainter& painter_;
-    FontMeasure measure_;
+    /// That of the last text: to find one anew takes longer than to lay a word out.
+    mutable QFont font_;
+    mutable TextStyle fontStyle_{0};
 };
 
 }  // namespace vantor

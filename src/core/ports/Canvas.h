@@ -68,6 +68,10 @@ public:
     virtual void FillBox(const CanvasBox& box, Colour ink) = 0;
     /// A surface without an edge, from 0 for one that does not show to 1 for one that nothing shows through.
     virtual void FillShape(std::span<const CanvasPoint> outline, Colour ink, double opacity) = 0;
+    /// A line whose x never falls, of however many points, and the surface from it down to the lower edge of `area`,
+    /// beyond which nothing of both is drawn. `opacity` is that of the surface, as for FillShape.
+    virtual void DrawSurface(const CanvasBox& area, std::span<const CanvasPoint> line, const LineStyle& style,
+                             double opacity);
     /// A filled circle.
     virtual void DrawDot(CanvasPoint centre, double diameter, Colour ink) = 0;
     /// The part of a picture, in its points, that fills a box.

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "core/Paths.h"
+#include "core/RunDirection.h"
 #include "core/Text.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/HelpButton.h"

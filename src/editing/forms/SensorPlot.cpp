@@ -2,7 +2,13 @@
 
 #include <QApplication>
 #include <QMouseEvent>
+#include <QPainter>
 #include <cmath>
+
+#include "core/forms/Theme.h"
+#include "core/forms/WindowCanvas.h"
+#include "editing/SensorPicture.h"
+#include "plots/forms/ProfilePicture.h"
 
 namespace vantor {
 
@@ -16,19 +22,23 @@ QSize SensorPlot::sizeHint() const { return {940, 400}; }
 QSize SensorPlot::minimumSizeHint() const { return {480, 200}; }
 
 void SensorPlot::PlacePlotArea() {
-    view_.SetRectangle(SensorAreaOf(size(), QFontMetricsF(font())));
+    view_.SetRectangle(SensorAreaOf(FontMeasure(), {double(width()), double(height())}, LookOf(*this)));
     update();
 }
 
 void SensorPlot::paintEvent(QPaintEvent*) {
-    const ProfileColours colours(palette());
+    const PlotLook look = LookOf(*this);
     QPainter painter(this);
-    PaintSensorData(painter, size(), view_, colours);
+    painter.fillRect(rect(), Ink(look.Inks.Base));
+    WindowCanvas canvas(painter);
+    DrawSensorData(canvas, {double(width()), double(height())}, view_, look, devicePixelRatioF());
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setBrush(Qt::NoBrush);
     if (view_.PointCount() == 0) {
-        painter.setPen(colours.DimText);
+        painter.setPen(Ink(look.Inks.DimText));
         painter.drawText(rect(), Qt::AlignCenter, QStringLiteral("This run has no samples."));
     }
-    painter.setPen(hasFocus() ? palette().color(QPalette::Highlight) : colours.Grid);
+    painter.setPen(hasFocus() ? palette().color(QPalette::Highlight) : Ink(look.Inks.Grid));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
@@ -96,17 +106,6 @@ void SensorPlot::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_End: return OnChosen(view_.PointCount());
         default: QWidget::keyPressEvent(event);
     }
-}
-
-LegendSymbol::LegendSymbol(QWidget* parent, SensorSymbol symbol) : QWidget(parent), symbol_(symbol) {
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
-}
-
-QSize LegendSymbol::sizeHint() const { return QSizeF(SensorSymbolSize + 2, SensorSymbolSize + 2).toSize(); }
-
-void LegendSymbol::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    PaintSymbol(painter, symbol_, QRectF(rect()).center(), ProfileColours(palette()));
 }
 
 }  // namespace vantor

@@ -6,7 +6,6 @@
 #include <optional>
 
 #include "editing/SensorView.h"
-#include "editing/forms/SensorPicture.h"
 
 namespace vantor {
 
@@ -48,19 +47,6 @@ private:
     SensorView& view_;
     std::optional<Press> press_;
     int wheelAngle_ = 0;
-};
-
-/// A symbol of the plot, for its legend.
-class LegendSymbol : public QWidget {
-public:
-    LegendSymbol(QWidget* parent, SensorSymbol symbol);
-    QSize sizeHint() const override;
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
-
-private:
-    SensorSymbol symbol_;
 };
 
 }  // namespace vantor

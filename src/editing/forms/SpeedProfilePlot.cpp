@@ -5,11 +5,20 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/forms/Theme.h"
+#include "core/forms/WindowCanvas.h"
+#include "plots/forms/ProfilePicture.h"
+
 namespace vantor {
 namespace {
 
 constexpr double GrabTolerance = 6;
 constexpr int EdgeScrollMilliseconds = 40;
+
+QRect BoundsOf(const ProfileLines& lines, ProfileLine line) {
+    const CanvasBox bounds = lines.BoundsOf(line);
+    return QRectF(bounds.X, bounds.Y, bounds.Width, bounds.Height).toAlignedRect();
+}
 
 }  // namespace
 
@@ -20,9 +29,8 @@ SpeedProfilePlot::SpeedProfilePlot(QWidget* parent) : QWidget(parent) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
-void SpeedProfilePlot::SetProfile(SpeedProfile* profile, ProfileLabels labels, QString nothingToDraw) {
+void SpeedProfilePlot::SetProfile(SpeedProfile* profile, QString nothingToDraw) {
     profile_ = profile;
-    labels_ = std::move(labels);
     nothingToDraw_ = std::move(nothingToDraw);
     PlacePlotArea();
 }
@@ -41,9 +49,9 @@ void SpeedProfilePlot::UpdateLines() {
     // With both boundaries the part between them is shaded, however far they are apart.
     const bool isShaded = profile_ != nullptr && profile_->HasBothBoundaries();
     if (!IsDrawable() || pictureIsStale_ || isShaded != paintedShaded_) return update();
-    const ProfileLines lines(*profile_, labels_, QFontMetricsF(font()));
+    const ProfileLines lines(FontMeasure(), LookOf(*this), *profile_);
     for (std::size_t i = 0; i < AllLines.size(); ++i) {
-        const QRect bounds = lines.BoundsOf(AllLines[i]);
+        const QRect bounds = BoundsOf(lines, AllLines[i]);
         // The rectangle around both places also holds the shading that changes between them.
         if (bounds != painted_[i]) update(bounds.united(painted_[i]));
     }
@@ -53,7 +61,7 @@ QSize SpeedProfilePlot::sizeHint() const { return {980, 460}; }
 QSize SpeedProfilePlot::minimumSizeHint() const { return {520, 240}; }
 
 void SpeedProfilePlot::PlacePlotArea() {
-    if (profile_ != nullptr) profile_->Geometry().SetRectangle(PlotAreaOf(size(), QFontMetricsF(font())));
+    if (profile_ != nullptr) profile_->Geometry().SetRectangle(PlotAreaOf(size(), *this));
     Redraw();
 }
 
@@ -61,13 +69,12 @@ void SpeedProfilePlot::RenewPicture() {
     const qreal pixelRatio = devicePixelRatioF();
     picture_ = QPixmap(size() * pixelRatio);
     picture_.setDevicePixelRatio(pixelRatio);
-    const ProfileColours colours(palette());
     QPainter painter(&picture_);
     painter.setFont(font());
     if (IsDrawable()) {
-        PaintProfile(painter, size(), *profile_, labels_, colours);
+        PaintProfile(painter, *this, *profile_);
     } else {
-        PaintInsteadOfProfile(painter, rect(), nothingToDraw_, colours);
+        PaintInsteadOfProfile(painter, *this, nothingToDraw_);
     }
     pictureIsStale_ = false;
 }
@@ -79,17 +86,18 @@ void SpeedProfilePlot::paintEvent(QPaintEvent* event) {
     for (const QRect& part : event->region())
         painter.drawPixmap(part, picture_,
                            QRectF(QPointF(part.topLeft()) * pixelRatio, QSizeF(part.size()) * pixelRatio).toRect());
-    const ProfileColours colours(palette());
+    const PlotLook look = LookOf(*this);
     if (IsDrawable()) {
-        const ProfileLines lines(*profile_, labels_, QFontMetricsF(font()));
-        for (std::size_t i = 0; i < AllLines.size(); ++i) painted_[i] = lines.BoundsOf(AllLines[i]);
+        WindowCanvas canvas(painter);
+        const ProfileLines lines(canvas, look, *profile_);
+        for (std::size_t i = 0; i < AllLines.size(); ++i) painted_[i] = BoundsOf(lines, AllLines[i]);
         paintedShaded_ = profile_->HasBothBoundaries();
-        lines.Paint(painter, colours, hasFocus() || IsDragging() ? active_ : ProfileLine::None);
-        if (proposal_) PaintProposal(painter, *profile_, labels_, *proposal_, colours);
+        lines.Draw(canvas, look, hasFocus() || IsDragging() ? active_ : ProfileLine::None);
+        if (proposal_) DrawProposal(canvas, look, *profile_, *proposal_);
     }
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(hasFocus() ? palette().color(QPalette::Highlight) : colours.Grid);
+    painter.setPen(hasFocus() ? palette().color(QPalette::Highlight) : Ink(look.Inks.Grid));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
@@ -103,7 +111,7 @@ void SpeedProfilePlot::changeEvent(QEvent* event) {
 
 ProfileLine SpeedProfilePlot::LineUnder(QPointF pointer) const {
     const PlotRectangle& area = profile_->Geometry().Rectangle();
-    const double labels = LabelRowHeight(QFontMetricsF(font()));
+    const double labels = ProfileLines::LabelRow(FontMeasure(), LookOf(*this));
     const QRectF reach(QPointF(area.Left, area.Top - labels), QPointF(area.Right, area.Baseline));
     const bool isNear = reach.adjusted(-GrabTolerance, 0, GrabTolerance, GrabTolerance).contains(pointer);
     return isNear ? profile_->LineAt(pointer.x(), pointer.y(), GrabTolerance) : ProfileLine::None;

@@ -7,7 +7,7 @@
 #include <functional>
 #include <optional>
 
-#include "plots/forms/ProfileLines.h"
+#include "plots/ProfileLines.h"
 
 namespace vantor {
 
@@ -21,8 +21,7 @@ public:
     explicit SpeedProfilePlot(QWidget* parent);
 
     /// `profile` must outlive the plot; `nothingToDraw` is shown instead of it where it is not empty.
-    void SetProfile(SpeedProfile* profile, ProfileLabels labels, QString nothingToDraw);
-    const ProfileLabels& Labels() const { return labels_; }
+    void SetProfile(SpeedProfile* profile, QString nothingToDraw);
     /// Draws these lines, too, or none.
     void ShowProposal(const std::optional<ProposedBoundaries>& proposal);
     /// Paints the whole picture anew.
@@ -79,7 +78,6 @@ private:
     void ScrollTo(double x);
 
     SpeedProfile* profile_ = nullptr;
-    ProfileLabels labels_;
     QString nothingToDraw_;
     QPixmap picture_;
     bool pictureIsStale_ = true;

@@ -18,6 +18,8 @@
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
 #include "editing/SaveRun.h"
+#include "editing/SensorPicture.h"
+#include "plots/forms/PlotView.h"
 
 namespace vantor {
 namespace {
@@ -96,17 +98,17 @@ QLayout* frmEditPulseData::LayOutHead() {
 
 QLayout* frmEditPulseData::LayOutLegend() {
     struct Entry {
-        SensorSymbol Symbol;
+        PlotSample Symbol;
         const char* Name;
         const char* Text;
     };
     auto* row = new QHBoxLayout;
     row->setSpacing(0);
-    for (const Entry& entry : {Entry{SensorSymbol::ActivePoint, "lblLegendActivePoint", " = Active data point"},
-                               Entry{SensorSymbol::Node, "lblLegendNewLink", " = New Link button"},
-                               Entry{SensorSymbol::Key, "lblLegendDelay", " = Delay button"}}) {
+    for (const Entry& entry : {Entry{SensorActivePoint(), "lblLegendActivePoint", " = Active data point"},
+                               Entry{SensorNode(), "lblLegendNewLink", " = New Link button"},
+                               Entry{SensorKey(), "lblLegendDelay", " = Delay button"}}) {
         row->addSpacing(2 * static_cast<int>(SensorSymbolSize));
-        row->addWidget(new LegendSymbol(this, entry.Symbol));
+        row->addWidget(new PlotSampleView(entry.Symbol, this));
         row->addWidget(Named<QLabel>(this, entry.Name, QLatin1String(entry.Text)));
     }
     return row;

@@ -20,6 +20,7 @@
 #include "editing/TrimRun.h"
 #include "editing/forms/frmProposeBoundaries.h"
 #include "plots/ReportProfile.h"
+#include "plots/forms/ProfileWords.h"
 
 namespace vantor {
 frmPlotRunSpeedProfileHoriz::frmPlotRunSpeedProfileHoriz(AppContext& context, const ProfileVisit& visit,
@@ -158,8 +159,7 @@ void frmPlotRunSpeedProfileHoriz::ShowRun() {
     if (stack == nullptr) stack = new QUndoStack(&undo_);
     stack->setActive();
     controls_.ShowName(ToQt(Trim(run_.Header.RunName)));
-    controls_.Plot->SetProfile(&profile_, LabelsOf(UnitsOf(context_.State.Settings)),
-                               NothingToDraw(profile_.Trace(), run_.Header.CalConstant));
+    controls_.Plot->SetProfile(&profile_, NothingToDraw(profile_.Trace(), run_.Header.CalConstant));
     for (QWidget* control :
          std::initializer_list<QWidget*>{controls_.cmbPlotScaleList, controls_.btnToggleSpdTime, controls_.txtStart,
                                          controls_.txtEnd, controls_.txtIdealSpeed, controls_.btnPropose})

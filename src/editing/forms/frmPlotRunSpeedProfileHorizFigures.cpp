@@ -10,6 +10,7 @@
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "editing/forms/frmPlotRunSpeedProfileHoriz.h"
+#include "plots/forms/ProfileWords.h"
 
 namespace vantor {
 
@@ -27,7 +28,7 @@ void frmPlotRunSpeedProfileHoriz::ShowAxis() {
     controls_.btnToggleSpdTime->setText(inTime ? QStringLiteral("Plot Speed vs &Dist.")
                                                : QStringLiteral("Plot Speed vs &Time"));
     controls_.btnToggleSpdTime->setAccessibleName(WithoutAccessKey(controls_.btnToggleSpdTime->text()));
-    const QString unit = AxisUnit(profile_.Geometry());
+    const QString unit = QLatin1String(profile_.Geometry().AxisUnit());
     for (QLabel* label :
          std::initializer_list<QLabel*>{controls_.PlotScale, controls_.lblStartUnit, controls_.lblEndUnit})
         label->setText(unit);
@@ -80,14 +81,13 @@ void frmPlotRunSpeedProfileHoriz::ShowFigures() {
     controls_.lblLOS->setPalette(badge);
     ShowBoxes();
     ShowWarning();
-    controls_.lblBetween->setText(BetweenInWords(profile_, controls_.Plot->Labels()));
+    controls_.lblBetween->setText(BetweenInWords(profile_));
 
     controls_.Plot->UpdateLines();
-    const ProfileLabels& labels = controls_.Plot->Labels();
-    QString places = PlacesInWords(profile_, labels);
+    QString places = PlacesInWords(profile_);
     if (proposal_)
         for (const ProfileLine line : {ProfileLine::Start, ProfileLine::End})
-            places += QLatin1Char(' ') + ProposalLabel(profile_, labels, *proposal_, line) + QLatin1Char('.');
+            places += QLatin1Char(' ') + ToQt(ProposalLabel(profile_, *proposal_, line)) + QLatin1Char('.');
     controls_.Plot->setAccessibleDescription(
         QStringLiteral("%1 The arrow keys move the %2.").arg(places, NameOf(controls_.Plot->ActiveLine()).toLower()));
     ShowReadOut(std::nullopt);
@@ -127,9 +127,9 @@ void frmPlotRunSpeedProfileHoriz::ShowReadOut(std::optional<double> x) {
     const ProfileLine dragged = profile_.Drag().DragLine();
     QString text = QStringLiteral("1, 2, 3 and the arrow keys move the lines, too.");
     if (dragged != ProfileLine::None)
-        text = PlaceInWords(profile_, dragged, controls_.Plot->Labels());
+        text = PlaceInWords(profile_, dragged);
     else if (x)
-        text = PointInWords(profile_, *x, controls_.Plot->Labels());
+        text = PointInWords(profile_, *x);
     controls_.lblReadOut->setText(text);
 }
 

@@ -1,21 +1,25 @@
 #pragma once
 
+#include <QPainter>
+#include <QString>
+#include <QWidget>
+
+#include "plots/PlotParts.h"
 #include "plots/SpeedProfile.h"
-#include "plots/forms/PlotPainter.h"
-#include "plots/forms/ProfileWords.h"
 
 namespace vantor {
 
-/// The plot area of a widget, its rows for legend, node names and line labels above it and those of the axis below.
-PlotRectangle PlotAreaOf(const QSizeF& size, const QFontMetricsF& metrics);
-/// Height of the row right above the plot area, in which the labels of the boundary lines stand.
-double LabelRowHeight(const QFontMetricsF& metrics);
+/// How plots look in the palette and the font of a widget.
+PlotLook LookOf(const QWidget& widget);
 
-/// Paints all that stays while a line is dragged: axes, grid, trace, nodes, keys, legend.
-void PaintProfile(QPainter& painter, const QSizeF& size, const SpeedProfile& profile, const ProfileLabels& labels,
-                  const ProfileColours& colours);
+/// The area of a profile that fills a widget of that size.
+PlotRectangle PlotAreaOf(const QSizeF& size, const QWidget& widget);
+
+/// Paints all that stays while a line is dragged: axes, grid, trace, nodes, keys, legend. The profile's area is that of
+/// the widget.
+void PaintProfile(QPainter& painter, const QWidget& widget, const SpeedProfile& profile);
 
 /// Paints in the place of a profile why there is none.
-void PaintInsteadOfProfile(QPainter& painter, const QRect& place, const QString& text, const ProfileColours& colours);
+void PaintInsteadOfProfile(QPainter& painter, const QWidget& widget, const QString& text);
 
 }  // namespace vantor

@@ -3,18 +3,16 @@
 #include <QPainter>
 
 #include "core/forms/Accessible.h"
-#include "plots/forms/ProfileLines.h"
+#include "core/forms/WindowCanvas.h"
+#include "plots/ProfileLines.h"
+#include "plots/forms/ProfilePicture.h"
 
 namespace vantor {
 
 /// The copies, and the profile over them.
 struct ProfileView::Shown {
     Shown(RunRecord run, const StudyRunEntry& entry, const AppSettings& settings)
-        : Run(std::move(run)),
-          Settings(settings),
-          Entry(entry),
-          Profile(Run, Settings, Entry),
-          Labels(LabelsOf(UnitsOf(settings))) {
+        : Run(std::move(run)), Settings(settings), Entry(entry), Profile(Run, Settings, Entry) {
         if (!Profile.HasBothBoundaries()) return;
         try {
             Profile.Compute();
@@ -27,7 +25,6 @@ struct ProfileView::Shown {
     AppSettings Settings;
     StudyRunEntry Entry;
     SpeedProfile Profile;
-    ProfileLabels Labels;
 };
 
 ProfileView::ProfileView(QWidget* parent) : QWidget(parent) {
@@ -46,7 +43,7 @@ void ProfileView::ShowRun(RunRecord run, const StudyRunEntry& entry, const AppSe
     if (!nothing.isEmpty()) return ShowText(nothing);
     shown_ = std::move(shown);
     text_.clear();
-    setAccessibleDescription(PlacesInWords(shown_->Profile, shown_->Labels));
+    setAccessibleDescription(PlacesInWords(shown_->Profile));
     update();
 }
 
@@ -62,17 +59,17 @@ QSize ProfileView::minimumSizeHint() const { return {280, 160}; }
 
 void ProfileView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const ProfileColours colours(palette());
-    if (!shown_) return PaintInsteadOfProfile(painter, rect(), text_, colours);
-    const QFontMetricsF metrics(font());
-    const PlotRectangle area = PlotAreaOf(size(), metrics);
+    if (!shown_) return PaintInsteadOfProfile(painter, *this, text_);
+    const PlotRectangle area = PlotAreaOf(size(), *this);
     constexpr int LeastLines = 2;
-    if (area.Baseline - area.Top < LeastLines * metrics.height())
-        return PaintInsteadOfProfile(painter, rect(),
-                                     QStringLiteral("There is too little room for the speed profile here."), colours);
+    if (area.Baseline - area.Top < LeastLines * fontMetrics().height())
+        return PaintInsteadOfProfile(painter, *this,
+                                     QStringLiteral("There is too little room for the speed profile here."));
     shown_->Profile.Geometry().SetRectangle(area);
-    PaintProfile(painter, size(), shown_->Profile, shown_->Labels, colours);
-    ProfileLines(shown_->Profile, shown_->Labels, metrics).Paint(painter, colours, ProfileLine::None);
+    PaintProfile(painter, *this, shown_->Profile);
+    WindowCanvas canvas(painter);
+    const PlotLook look = LookOf(*this);
+    ProfileLines(canvas, look, shown_->Profile).Draw(canvas, look);
 }
 
 }  // namespace vantor

@@ -2,15 +2,13 @@
 
 namespace vantor {
 
-ProfileLabels LabelsOf(const Units& units) {
-    return {QLatin1String(units.SpeedLabel()), QLatin1String(units.LengthLabel())};
-}
+namespace {
+
+QString SpeedUnit(const SpeedProfile& profile) { return QLatin1String(profile.Geometry().Units().SpeedLabel()); }
+
+}  // namespace
 
 QString LengthUnitInWords(const ProfileGeometry& geometry) { return QLatin1String(geometry.Units().LengthName()); }
-
-QString AxisUnit(const ProfileGeometry& geometry) {
-    return geometry.Axis() == BoundaryAxis::Time ? QStringLiteral("Secs.") : LengthUnitInWords(geometry);
-}
 
 QString NameOf(ProfileLine line) {
     switch (line) {
@@ -22,17 +20,17 @@ QString NameOf(ProfileLine line) {
     return {};
 }
 
-QString PlaceInWords(const SpeedProfile& profile, ProfileLine line, const ProfileLabels& labels) {
+QString PlaceInWords(const SpeedProfile& profile, ProfileLine line) {
     const bool isSpeed = line == ProfileLine::IdealSpeed;
     const auto value = isSpeed ? profile.ShownIdealSpeed() : profile.ShownBoundary(line);
-    const QString unit = isSpeed ? labels.SpeedUnit : AxisUnit(profile.Geometry());
+    const QString unit = isSpeed ? SpeedUnit(profile) : QString(QLatin1String(profile.Geometry().AxisUnit()));
     return NameOf(line) + (value ? QStringLiteral(": %1 %2").arg(*value).arg(unit) : QStringLiteral(": not set"));
 }
 
-QString PlacesInWords(const SpeedProfile& profile, const ProfileLabels& labels) {
+QString PlacesInWords(const SpeedProfile& profile) {
     return QStringLiteral("%1. %2. %3.")
-        .arg(PlaceInWords(profile, ProfileLine::Start, labels), PlaceInWords(profile, ProfileLine::End, labels),
-             PlaceInWords(profile, ProfileLine::IdealSpeed, labels));
+        .arg(PlaceInWords(profile, ProfileLine::Start), PlaceInWords(profile, ProfileLine::End),
+             PlaceInWords(profile, ProfileLine::IdealSpeed));
 }
 
 QString RangeInWords(const SpeedProfile& profile, ProfileLine boundary) {
@@ -44,20 +42,20 @@ QString RangeInWords(const SpeedProfile& profile, ProfileLine boundary) {
         .arg(inTime ? QString() : QStringLiteral("\n0 stands for a boundary that is not set."));
 }
 
-QString BetweenInWords(const SpeedProfile& profile, const ProfileLabels& labels) {
+QString BetweenInWords(const SpeedProfile& profile) {
     const auto between = profile.Between();
     if (!between) return {};
     const Units units = profile.Geometry().Units();
     QString text = QStringLiteral("%1 %2, %3 s")
                        .arg(units.WholeLength(between->Feet))
-                       .arg(labels.LengthUnit)
+                       .arg(QLatin1String(units.LengthLabel()))
                        .arg(between->Seconds);
     if (const auto speed = between->Speed())
-        text += QStringLiteral(", %1 %2").arg(units.WholeSpeed(*speed)).arg(labels.SpeedUnit);
+        text += QStringLiteral(", %1 %2").arg(units.WholeSpeed(*speed)).arg(SpeedUnit(profile));
     return text + QStringLiteral(" between the boundaries");
 }
 
-QString PointInWords(const SpeedProfile& profile, double x, const ProfileLabels& labels) {
+QString PointInWords(const SpeedProfile& profile, double x) {
     const ProfileTrace& trace = profile.Trace();
     const ProfileGeometry& geometry = profile.Geometry();
     const std::int32_t sample = trace.SampleAt(geometry.Axis(), geometry.PlaceOf(geometry.AxisValueAt(x)));
@@ -66,7 +64,7 @@ QString PointInWords(const SpeedProfile& profile, double x, const ProfileLabels&
         .arg(LengthUnitInWords(geometry))
         .arg(sample)
         .arg(geometry.Units().WholeSpeed(trace.SpeedOf(sample)))
-        .arg(labels.SpeedUnit);
+        .arg(SpeedUnit(profile));
 }
 
 QString NothingToDraw(const ProfileTrace& trace, std::int16_t calConstant) {

@@ -6,31 +6,21 @@
 
 namespace vantor {
 
-/// The unit labels of the moment: "MPH", "ft".
-struct ProfileLabels {
-    QString SpeedUnit;
-    QString LengthUnit;
-};
-
-ProfileLabels LabelsOf(const Units& units);
-
 /// "Feet" or "Meters".
 QString LengthUnitInWords(const ProfileGeometry& geometry);
-/// The unit of the horizontal axis: that of lengths, or "Secs.".
-QString AxisUnit(const ProfileGeometry& geometry);
 
 /// "Start boundary".
 QString NameOf(ProfileLine line);
 /// "Start boundary: 1500 Feet", or "...: not set".
-QString PlaceInWords(const SpeedProfile& profile, ProfileLine line, const ProfileLabels& labels);
+QString PlaceInWords(const SpeedProfile& profile, ProfileLine line);
 /// The places of all three lines.
-QString PlacesInWords(const SpeedProfile& profile, const ProfileLabels& labels);
+QString PlacesInWords(const SpeedProfile& profile);
 /// "The start boundary is a whole number of feet from 0 to 9000." and what 0 is.
 QString RangeInWords(const SpeedProfile& profile, ProfileLine boundary);
 /// "5000 ft, 119 s, 29 MPH between the boundaries"; empty where nothing lies between them.
-QString BetweenInWords(const SpeedProfile& profile, const ProfileLabels& labels);
+QString BetweenInWords(const SpeedProfile& profile);
 /// Distance, time and speed of the run under a pixel column.
-QString PointInWords(const SpeedProfile& profile, double x, const ProfileLabels& labels);
+QString PointInWords(const SpeedProfile& profile, double x);
 
 /// Why there is nothing to draw; empty when there is something.
 QString NothingToDraw(const ProfileTrace& trace, std::int16_t calConstant);

@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "core/Counted.h"
 #include "core/Paths.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
@@ -33,7 +34,8 @@ frmCompareStudies::frmCompareStudies(AppContext& context)
     layout->addLayout(BuildButtons());
     const Study& study = context.State.CurrentStudy;
     const std::string name(Trim(study.Record.StudyName));
-    if (study.Record.RunCount > 0) Add(name.empty() ? "This study" : name, study, StudyGroupFolder(context.State));
+    if (study.Record.RunCount > 0)
+        Add({StudyGroupFolder(context.State), name.empty() ? "This study" : name, study, false});
     ShowDocument();
     lstStudies_->setFocus();
     resize(1080, 760);
@@ -91,35 +93,31 @@ void frmCompareStudies::AddStudyFile() {
     const std::string path = context_.DesktopServices.ChooseFileToOpen(
         context_.State.Paths.StudyGroupRootPath, "Compare with a Study", "Studies", {StudyExtension});
     if (path.empty()) return;
-    const auto study = LoadStudy(context_.Files, FolderOf(path), BaseName(path));
+    auto study = OpenStudy(context_.Files, FolderOf(path), BaseName(path));
     if (!study) throw RunTimeError(ErrorNumber::FileNotFound, path);
-    Add(BaseName(path), *study, FolderOf(path));
+    Add(std::move(*study));
     ShowDocument();
 }
 
 void frmCompareStudies::AddStudyGroup() {
     const std::string chosen = context_.DesktopServices.ChooseFolder(context_.State.Paths.StudyGroupRootPath);
     if (chosen.empty()) return;
-    const std::string folder = AsFolder(chosen);
-    Add(LastComponent(folder), StudyOfFolder(context_.Files, folder), folder);
+    Add(OpenStudyGroup(context_.Files, AsFolder(chosen)));
     ShowDocument();
 }
 
-void frmCompareStudies::Add(const std::string& name, const Study& study, const std::string& folder) {
+void frmCompareStudies::Add(ComparedStudy study) {
     StudyRuns runs;
-    Study asked = study;
-    asked.Options = options_;  // one way of counting for all
+    study.Contents.Options = options_;  // one way of counting for all
     const bool isWhole = context_.Work.Run(
-        "Reading the runs of " + name,
-        [&runs, asked, folder, settings = context_.State.Settings](FileSystem& files, const Progress& progress) {
-            runs = ReadStudyRuns(asked, files, folder, settings, progress);
+        "Reading the runs of " + study.Name,
+        [&runs, study, settings = context_.State.Settings](FileSystem& files, const Progress& progress) {
+            runs = ReadStudyRuns(study.Contents, files, study.Folder, settings, progress);
         });
     if (!isWhole || !runs.IsWhole) return;
     if (runs.Runs.empty())
-        return context_.Messages.Tell("There is no run to compare in\n" + folder, MessageIcon::Warning);
-    Compared& added = studies_.emplace_back();
-    added.Of = {name, std::move(runs.Runs)};
-    for (const RunLeftOut& run : runs.LeftOut) added.Problems.push_back(run.Problem);
+        return context_.Messages.Tell("There is no run to compare in\n" + study.Folder, MessageIcon::Warning);
+    studies_.push_back(ConditionOf(study, std::move(runs)));
 }
 
 void frmCompareStudies::Remove() {
@@ -138,26 +136,24 @@ void frmCompareStudies::MakeFirst() {
 
 void frmCompareStudies::ShowDocument() {
     lstStudies_->clear();
-    std::vector<Condition> conditions;
-    for (const Compared& study : studies_) {
-        QString text = ToQt(study.Of.Name) + QStringLiteral("\n%1 runs").arg(study.Of.Runs.size());
-        if (!study.Problems.empty()) text += QStringLiteral(", %1 left out").arg(study.Problems.size());
-        auto* item = new QListWidgetItem(text, lstStudies_);
-        item->setToolTip(ToQt(Joined(study.Problems, "\n")));
-        conditions.push_back(study.Of);
+    for (const Condition& study : studies_) {
+        std::vector<std::string> lines = study.Remarks;
+        lines.insert(lines.begin(), {study.Name, Counted(study.Runs.size(), "run")});
+        new QListWidgetItem(ToQt(Joined(lines, "\n")), lstStudies_);
     }
     lstStudies_->setCurrentRow(static_cast<int>(studies_.size()) - 1);
     btnRemove_->setEnabled(!studies_.empty());
     btnFirst_->setEnabled(studies_.size() > 1);
     document_ = {};
-    if (conditions.size() > 1)
+    if (studies_.size() > 1)
         context_.Work.Run("Comparing the studies", [&](FileSystem&, const Progress&) {
-            document_ = MakeComparisonReport(CompareConditions(conditions, options_), options_, context_.State.Settings,
+            document_ = MakeComparisonReport(CompareConditions(studies_, options_), options_, context_.State.Settings,
                                              context_.Time.Now(), {}, context_.Documents.Measure());
         });
-    const QString empty = studies_.empty() ? QStringLiteral("Add two studies or more to compare them.")
-                                           : QStringLiteral("Add a study or a Study Group to compare with \"%1\".")
-                                                 .arg(ToQt(studies_.front().Of.Name));
+    const QString empty =
+        studies_.empty()
+            ? QStringLiteral("Add two studies or more to compare them.")
+            : QStringLiteral("Add a study or a Study Group to compare with \"%1\".").arg(ToQt(studies_.front().Name));
     picReport_->SetEmptyText(empty);
     picReport_->setAccessibleDescription(document_.Pages.empty() ? empty : QString());
     picReport_->SetDocument(document_);

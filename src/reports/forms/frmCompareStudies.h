@@ -7,7 +7,7 @@
 
 #include "core/AppContext.h"
 #include "reports/forms/ReportPagesView.h"
-#include "statistics/StudyStatistics.h"
+#include "statistics/ComparedStudy.h"
 
 namespace vantor {
 
@@ -18,16 +18,11 @@ public:
     explicit frmCompareStudies(AppContext& context);
 
 private:
-    struct Compared {
-        Condition Of;
-        std::vector<std::string> Problems;  ///< of runs that could not be read
-    };
-
     QLayout* BuildList();
     QLayout* BuildButtons();
     void AddStudyFile();
     void AddStudyGroup();
-    void Add(const std::string& name, const Study& study, const std::string& folder);
+    void Add(ComparedStudy study);
     void Remove();
     void MakeFirst();
     void ShowDocument();
@@ -35,7 +30,7 @@ private:
 
     AppContext& context_;
     const StatisticsOptions options_;
-    std::vector<Compared> studies_;
+    std::vector<Condition> studies_;
     PagedDocument document_;
     QListWidget* lstStudies_ = nullptr;
     QPushButton* btnRemove_ = nullptr;

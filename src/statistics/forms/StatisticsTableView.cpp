@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QHeaderView>
 #include <QScrollBar>
+#include <algorithm>
 
 #include "core/forms/Accessible.h"
 #include "core/forms/Named.h"
@@ -26,9 +27,12 @@ StatisticsTableView::StatisticsTableView(QWidget* parent) : Table(parent) {
     setSelectionMode(QAbstractItemView::SingleSelection);
     horizontalHeader()->setSectionsClickable(false);
     horizontalHeader()->setDefaultSectionSize(LeastColumn);
+    connect(this, &QTableWidget::currentCellChanged, this, [this] { TellOfRow(); });
 }
 
 void StatisticsTableView::Show(StatisticsTable table) {
+    const int current = std::max(currentRow(), 0);
+    isFilling_ = true;
     shown_ = std::move(table);
     QStringList heads;
     for (const std::string& head : shown_.Heads) heads += InTwoLines(ToQt(head));
@@ -46,6 +50,16 @@ void StatisticsTableView::Show(StatisticsTable table) {
     ShowLooks();
     EndFilling();
     setSortingEnabled(false);
+    if (rowCount() > 0) setCurrentCell(std::min(current, rowCount() - 1), 0);
+    isFilling_ = false;
+    TellOfRow();
+}
+
+void StatisticsTableView::TellOfRow() {
+    if (label_ == nullptr || isFilling_) return;
+    const int row = currentRow();
+    label_->setText(row < 0 || row >= rowCount() ? QString() : ToQt(RowInWords(shown_, static_cast<std::size_t>(row))));
+    label_->setVisible(!label_->text().isEmpty());
 }
 
 void StatisticsTableView::ShowLooks() {

@@ -12,6 +12,7 @@
 
 #include "core/AppContext.h"
 #include "core/Choices.h"
+#include "core/forms/LongList.h"
 #include "core/forms/WrappedLabel.h"
 #include "plots/forms/PlotView.h"
 #include "statistics/DetailedStatistics.h"
@@ -34,6 +35,7 @@ private:
 
     QLayout* BuildHead();
     QLayout* BuildFilter();
+    QWidget* BuildWarnings();
     QWidget* BuildTabs();
     QWidget* BuildTimeSpace();
     QWidget* BuildOverlay();
@@ -42,17 +44,22 @@ private:
     QWidget* BuildRuns();
     QLayout* BuildButtons();
     PlotView* AddPlot(QWidget* page, const char* name, const QString& caption);
+    StatisticsTableView* AddTable(QWidget* page, const char* name, const QString& caption);
+    /// Keeps a switch for the next visit.
+    void StoreChoice(const char* key, bool isTaken);
 
     /// Reads the runs with the options of study_; false, and nothing changed, when it was stopped.
     bool ReadRuns();
-    void FillPeriods();
+    /// Offers what the runs differ in.
+    void FillFilter();
     RunFilter Filter() const;
     /// Shows what is chosen above.
     void ShowChosen();
     void ShowTexts();
     void ShowTables();
     void ShowPlots();
-    void FillRuns();
+    void ShowRuns();
+    const MeasuredRun& RunOfRow(int row) const;
     void ShowDifference();
     void SelectRun(int run);
     void ShowSelected();
@@ -75,6 +82,8 @@ private:
     bool hasDifference_ = false;
 
     QComboBox* cmbPeriod_ = nullptr;
+    QComboBox* cmbDirection_ = nullptr;
+    QLabel* lblDirection_ = nullptr;
     QComboBox* cmbGroup_ = nullptr;
     QCheckBox* chkWithoutSetAside_ = nullptr;
     QLabel* lblRestsOn_ = nullptr;
@@ -92,7 +101,7 @@ private:
     StatisticsTableView* vaComparedSections_ = nullptr;
     QDoubleSpinBox* numDifference_ = nullptr;
     QLabel* lblDifference_ = nullptr;
-    Table* vaRuns_ = nullptr;
+    LongList* vaRuns_ = nullptr;
     std::vector<QPushButton*> outButtons_;
 };
 

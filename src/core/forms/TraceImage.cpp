@@ -1,14 +1,15 @@
-#include "plots/forms/TraceImage.h"
+#include "core/forms/TraceImage.h"
 
+#include <QImage>
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>
 
+#include "core/forms/Theme.h"
+
 namespace vantor {
 namespace {
-
-constexpr float SurfaceOpacity = 0.14F;
 
 /// The part of a pixel column that the line covers.
 struct Span {
@@ -21,11 +22,12 @@ struct Span {
     }
 };
 
-std::vector<Span> SpansOf(const QPolygonF& line, const QPointF& origin, double pixelRatio, int columns) {
+std::vector<Span> SpansOf(std::span<const CanvasPoint> line, const QPointF& origin, double pixelRatio, int columns) {
     std::vector<Span> spans(static_cast<std::size_t>(columns));
-    for (qsizetype i = 0; i + 1 < line.size(); ++i) {
-        const QPointF from = (line[i] - origin) * pixelRatio;
-        const QPointF to = (line[i + 1] - origin) * pixelRatio;
+    const auto pixel = [&](CanvasPoint point) { return (QPointF(point.X, point.Y) - origin) * pixelRatio; };
+    for (std::size_t i = 0; i + 1 < line.size(); ++i) {
+        const QPointF from = pixel(line[i]);
+        const QPointF to = pixel(line[i + 1]);
         const double slope = to.x() > from.x() ? (to.y() - from.y()) / (to.x() - from.x()) : 0;
         const int first = static_cast<int>(std::max(0.0, std::floor(from.x())));
         const int last = static_cast<int>(std::min(columns - 1.0, std::floor(to.x())));
@@ -46,9 +48,9 @@ QRgb Mixed(QRgb under, QRgb over, double coverage) {
                  part(qAlpha(under), qAlpha(over)));
 }
 
-class Canvas {
+class Columns {
 public:
-    explicit Canvas(const QSize& size) : image_(size, QImage::Format_ARGB32_Premultiplied) {
+    explicit Columns(const QSize& size) : image_(size, QImage::Format_ARGB32_Premultiplied) {
         image_.fill(Qt::transparent);
         pixels_ = reinterpret_cast<QRgb*>(image_.bits());
         stride_ = image_.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
@@ -68,9 +70,15 @@ public:
         if (endWhole >= firstWhole) fillPart(endWhole, bottom - endWhole);
     }
 
-    QImage Image(double pixelRatio) {
+    /// From a row down to the last.
+    void FillRows(int column, int columns, int top, QRgb premultiplied) {
+        for (int row = top; row < image_.height(); ++row)
+            std::fill_n(pixels_ + row * stride_ + column, columns, premultiplied);
+    }
+
+    void Paint(QPainter& painter, QPointF place, double pixelRatio) {
         image_.setDevicePixelRatio(pixelRatio);
-        return image_;
+        painter.drawImage(place, image_);
     }
 
 private:
@@ -81,21 +89,40 @@ private:
 
 }  // namespace
 
-QImage TraceImage(const QPolygonF& line, const QRectF& rect, double pixelRatio, const QColor& colour, bool drawsLine) {
+void PaintTraceImage(QPainter& painter, std::span<const CanvasPoint> line, const QRectF& rect, const LineStyle& style,
+                     double opacity, bool drawsLine) {
+    const double pixelRatio = painter.device()->devicePixelRatioF();
     const QSize size = (rect.size() * pixelRatio).toSize();
     const auto spans = SpansOf(line, rect.topLeft(), pixelRatio, size.width());
-    Canvas canvas(size);
+    const double halfWidth = style.Width * pixelRatio / 2;
+    // Nothing is above the highest point.
+    const double highest = std::ranges::min_element(spans, {}, &Span::Top)->Top - halfWidth;
+    const double skipped = std::floor(std::clamp(highest, 0.0, size.height() - 1.0));
+    const double height = size.height() - skipped;
+    Columns image(QSize(size.width(), static_cast<int>(height)));
+    const QColor colour = Ink(style.Ink);
     QColor surface = colour;
-    surface.setAlphaF(SurfaceOpacity);
-    const double halfWidth = TraceWidth * pixelRatio / 2;
+    surface.setAlphaF(static_cast<float>(opacity));
+    // Below the lowest point of a strip the surface is filled row by row, as the pixels lie in the memory.
+    constexpr int Strip = 16;
+    double below = height;
     for (int column = 0; column < size.width(); ++column) {
-        const Span& span = spans[static_cast<std::size_t>(column)];
+        const auto index = static_cast<std::size_t>(column);
+        if (column % Strip == 0) {
+            const auto strip = std::span(spans).subspan(index, std::min<std::size_t>(Strip, spans.size() - index));
+            const double lowest = std::ranges::max_element(strip, {}, &Span::Top)->Top - skipped;
+            below = std::ceil(std::clamp(lowest, 0.0, height));
+            image.FillRows(column, static_cast<int>(strip.size()), static_cast<int>(below),
+                           qPremultiply(surface.rgba()));
+        }
+        const Span& span = spans[index];
         if (span.IsEmpty()) continue;
-        canvas.FillColumn(column, span.Top, size.height(), qPremultiply(surface.rgba()));
+        const double top = span.Top - skipped;
+        image.FillColumn(column, top, below, qPremultiply(surface.rgba()));
         if (drawsLine)
-            canvas.FillColumn(column, span.Top - halfWidth, span.Bottom + halfWidth, qPremultiply(colour.rgba()));
+            image.FillColumn(column, top - halfWidth, span.Bottom - skipped + halfWidth, qPremultiply(colour.rgba()));
     }
-    return canvas.Image(pixelRatio);
+    image.Paint(painter, {rect.left(), rect.top() + skipped / pixelRatio}, pixelRatio);
 }
 
 }  // namespace vantor
