@@ -97,7 +97,7 @@ MapHit MapScene::Find(const MapWindow& window, CanvasPoint place, double reach, 
         hit.Item = item;
     }
     if (hit.Item == 0) return hit;
-    const std::vector<TrackPoint>& points = Track(hit.Item).Points();
+    const std::vector<MapPoint>& points = Track(hit.Item).Points();
     double least = std::numeric_limits<double>::infinity();
     for (std::size_t i = nearest.First; i <= nearest.Last; ++i) {
         const CanvasPoint at = window.PlaceOf(points[i].At);
@@ -113,7 +113,7 @@ std::string MapScene::TextOf(const MapHit& hit) const {
     const MapTrack& track = Track(hit.Item);
     std::string text = track.Name;
     if (hit.Point >= track.Points().size()) return text;
-    const TrackPoint& point = track.Points()[hit.Point];
+    const MapPoint& point = track.Points()[hit.Point];
     if (std::isfinite(point.Mph)) text += ", " + contents_.Shown.SpeedText(point.Mph);
     const std::string time = IsoDateTime(point.Time);
     constexpr std::size_t TimeAt = 11;

@@ -108,7 +108,7 @@ int ThinnedTrack::LevelOf(double zoom) {
 ThinnedTrack::ThinnedTrack(const MapTrack& track, const SpeedScale& scale) {
     std::vector<ThinPoint> points;
     points.reserve(track.Points().size());
-    for (const TrackPoint& point : track.Points()) {
+    for (const MapPoint& point : track.Points()) {
         const auto number = static_cast<std::uint32_t>(points.size());
         points.push_back({point.At, number, static_cast<std::uint8_t>(scale.ClassOf(point.Mph)), point.Begins});
     }

@@ -23,7 +23,7 @@ void MapTrack::Add(const RecordedPoint& point) {
 
 void MapTrack::Turn(double turns) {
     if (turns == 0) return;
-    for (TrackPoint& point : points_) point.At.X += turns;
+    for (MapPoint& point : points_) point.At.X += turns;
     bounds_.Low.X += turns;
     bounds_.High.X += turns;
 }

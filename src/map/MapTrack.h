@@ -17,7 +17,7 @@ struct RecordedPoint {
 };
 
 /// A point of a track in the world.
-struct TrackPoint {
+struct MapPoint {
     WorldPoint At;
     float Mph = 0;
     bool Begins = false;  ///< a segment: no way leads here from the point before
@@ -37,14 +37,14 @@ public:
     /// Moves the track by so many turns.
     void Turn(double turns);
 
-    const std::vector<TrackPoint>& Points() const { return points_; }
+    const std::vector<MapPoint>& Points() const { return points_; }
     const WorldBox& Bounds() const { return bounds_; }
     std::size_t LeftOut() const { return leftOut_; }
     float TopMph() const { return topMph_; }
     bool LacksSpeeds() const { return lacksSpeeds_; }
 
 private:
-    std::vector<TrackPoint> points_;
+    std::vector<MapPoint> points_;
     WorldBox bounds_;
     std::size_t leftOut_ = 0;
     float topMph_ = 0;
