@@ -25,7 +25,7 @@ TEST(Projection, PlacesAreThoseOfTheTileNames) {
         EXPECT_NEAR(back.Latitude, at.Latitude, 1e-9);
         EXPECT_NEAR(back.Longitude, at.Longitude, 1e-9);
     }
-    EXPECT_NEAR(PositionOf({1.25, 0.5}).Longitude, -90, 1e-9) << "a turn further";
+    EXPECT_NEAR(PositionOf(WorldPoint{1.25, 0.5}).Longitude, -90, 1e-9) << "a turn further";
     // 2 pi 6378137 m = 131,479,713.5 ft; half of that at 60 degrees.
     EXPECT_NEAR(GroundFeet(WorldOf({60, 0}).Y), 65739856.8, 1);
 }
