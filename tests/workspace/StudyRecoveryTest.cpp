@@ -11,9 +11,10 @@ namespace {
 /// A program of its own on the disk of the first one.
 struct OtherProgram {
     explicit OtherProgram(TestProgram& first)
-        : Context{State,           first.Files,  Messages,        first.OtherScreens, first.DesktopServices,
-                  first.Time,      first.End,    first.Memory,    first.Serial,       first.Device,
-                  first.Databases, first.Sheets, first.Documents, first.Work,         first.Tiles} {
+        : Context{State,           first.Files,  Messages,        first.OtherScreens,  first.DesktopServices,
+                  first.Time,      first.End,    first.Memory,    first.Serial,        first.Device,
+                  first.Databases, first.Sheets, first.Documents, first.OtherPrograms, first.Work,
+                  first.Tiles} {
         LoadSettings(State, first.Files);
         NewStudy(State, first.Time);
     }
