@@ -119,6 +119,7 @@ QLayout* frmReportPreview::BuildChoices() {
 QGroupBox* frmReportPreview::BuildReports() {
     auto* frame = Named<QGroupBox>(this, "fraReports", QStringLiteral("Reports"));
     auto* layout = new QVBoxLayout(frame);
+    // There are many, and low screens.
     layout->setSpacing(2);
     for (std::size_t i = 0; i < chkReport_.size(); ++i) {
         chkReport_[i] = Named<QCheckBox>(frame, "", QLatin1String(ReportCaptions[i]));
@@ -135,8 +136,11 @@ QGroupBox* frmReportPreview::BuildPaper() {
     cmbPaper_->addItems({QStringLiteral("Letter"), QStringLiteral("A4")});
     cmbOrientation_ = Named<QComboBox>(frame, "cmbOrientation");
     cmbOrientation_->addItems({QStringLiteral("Portrait"), QStringLiteral("Landscape")});
-    form->addRow(LabelFor(cmbPaper_, QStringLiteral("Si&ze")), cmbPaper_);
-    form->addRow(LabelFor(cmbOrientation_, QStringLiteral("&Orientation")), cmbOrientation_);
+    cmbOrientation_->setAccessibleName(QStringLiteral("Orientation"));
+    auto* sheet = new QHBoxLayout;
+    sheet->addWidget(cmbPaper_);
+    sheet->addWidget(cmbOrientation_);
+    form->addRow(LabelFor(cmbPaper_, QStringLiteral("Si&ze")), sheet);
     chkLeaveOutHeadings_ = Named<QCheckBox>(frame, "chkLeaveOutHeadings", QStringLiteral("Leave out &headings"));
     chkLeaveOutHeadings_->setToolTip(QStringLiteral("The heading lines of Preferences, Report Options"));
     form->addRow(chkLeaveOutHeadings_);

@@ -75,6 +75,8 @@ QLayout* RunProfilePane::BuildHead() {
         button->setCheckable(true);
         button->setAutoExclusive(true);
         button->setAutoRaise(true);
+        // No higher than the name beside it: on a low screen each line counts.
+        button->setMaximumHeight(lblRunProfile_->sizeHint().height());
         button->setFocusPolicy(Qt::TabFocus);
         Connect(button, &QToolButton::clicked, this, context_.Messages, [this, showsMap] { ChooseMap(showsMap); });
         line->addWidget(button);
