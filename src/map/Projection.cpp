@@ -75,9 +75,13 @@ WorldBox MapWindow::View(double margin) const {
 }
 
 MapWindow FittedWindow(const WorldBox& contents, const CanvasBox& area) {
-    // Room for names and markers at the edges, and for the scale below where there is one.
+    // Room for names and markers at the edges, and below for the scale and the legend, which in a narrow area stand one
+    // above the other.
     const double margin = std::min({30.0, area.Width / 8, area.Height / 8});
-    const double below = area.Height < MapWindow::LeastFurnished ? 0 : 28;
+    constexpr double RowOfFurniture = 34;
+    constexpr double OneRowWidth = 460;
+    const bool isTwoRows = area.Width < OneRowWidth && area.Height >= 2 * MapWindow::LeastFurnished;
+    const double below = area.Height < MapWindow::LeastFurnished ? 0 : isTwoRows ? 2 * RowOfFurniture : RowOfFurniture;
     constexpr double StreetZoom = 17;
     constexpr double LeastSide = 8;
     constexpr double LeastSpan = 1e-12;
