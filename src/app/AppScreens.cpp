@@ -131,8 +131,9 @@ std::optional<LogChoice> AppScreens::ShowLogSelect(LogKind kind) {
     return choice;
 }
 
-bool AppScreens::ShowLogReview(LogKind kind, const LogChoice& log) {
-    return context_->State.DataFileSelected = ShowModal<LogReview>(*context_, FormatOf(kind), log);
+bool AppScreens::ShowLogReview(std::optional<LogKind> kind, const LogChoice& log) {
+    const LogFormat* format = kind ? &FormatOf(*kind) : FormatToReview(*context_, log);
+    return context_->State.DataFileSelected = format != nullptr && ShowModal<LogReview>(*context_, *format, log);
 }
 
 void AppScreens::ShowDamagedCounterFile() { OfferDamagedCounterFile(*context_); }

@@ -31,7 +31,7 @@ public:
     std::optional<CounterFileChoice> ShowReadTDC() override;
     std::optional<Upload> ShowUploadSelect() override;
     std::optional<LogChoice> ShowLogSelect(LogKind kind) override;
-    bool ShowLogReview(LogKind kind, const LogChoice& log) override;
+    bool ShowLogReview(std::optional<LogKind> kind, const LogChoice& log) override;
     RunsForStudy ShowUploadData(const Upload& upload) override;
     RunsForStudy ShowImportTracks(const std::vector<std::string>& paths) override;
     void ShowDamagedCounterFile() override;

@@ -325,7 +325,7 @@ int ReviewGrid::RowBefore(const LogGap& gap) const {
 }
 
 void ReviewGrid::EndStep() {
-    if (underWay_.Cells.empty() && underWay_.Gaps.empty() && underWay_.Deleted.empty()) return;
+    if (underWay_.IsEmpty()) return;
     steps_.resize(done_);
     underWay_.Cells.shrink_to_fit();
     steps_.push_back(std::exchange(underWay_, Step{}));
@@ -338,6 +338,7 @@ void ReviewGrid::Undo() {
     for (auto change = step.Cells.rbegin(); change != step.Cells.rend(); ++change) SetFilled(*change, change->Before);
     for (auto change = step.Gaps.rbegin(); change != step.Gaps.rend(); ++change)
         SetGapFill(change->Gap, change->Before);
+    SetRunNumber(step.Moved, step.MovedFrom);
     PutBack(step.Deleted);
     ActivateRow(FirstRowOf(step));
 }
@@ -347,13 +348,16 @@ void ReviewGrid::Redo() {
     const Step& step = steps_[done_++];
     for (const CellChange& change : step.Cells) SetFilled(change, change.After);
     for (const GapChange& change : step.Gaps) SetGapFill(change.Gap, change.After);
+    SetRunNumber(step.Moved, step.MovedTo);
     TakeOut(step.Deleted);
     ActivateRow(FirstRowOf(step));
 }
 
 int ReviewGrid::FirstRowOf(const Step& step) const {
-    if (step.Deleted.empty() && step.Cells.empty()) return activeRow_;
-    const PointIndex first = step.Deleted.empty() ? step.Cells.front().Point : step.Deleted.front();
+    if (step.Deleted.empty() && step.Cells.empty() && step.Moved.empty()) return activeRow_;
+    const PointIndex first = !step.Deleted.empty() ? step.Deleted.front()
+                             : !step.Moved.empty() ? step.Moved.front()
+                                                   : step.Cells.front().Point;
     const auto place = std::ranges::lower_bound(rows_, first);
     return static_cast<int>(place - rows_.begin()) + 1;
 }

@@ -80,6 +80,15 @@ public:
     /// become one only what both were filled as stays.
     void DeleteRows(std::vector<int> rows);
 
+    // A run by hand, one step to undo each; the row stays the active one. Rows of other runs between stay.
+    /// Deletes the rows of a row's run before it, or behind it; how many there were.
+    int StartRunAt(int row);
+    int EndRunAt(int row);
+    /// The rows of a row's run from it on become a run of their own, of the next number that no row has; that number. A
+    /// gap keeps what it was filled as. 0 where the row is the first of its run. Error 6 where no number is left.
+    std::int16_t SplitRunAt(int row);
+    std::int16_t RunNumber(int row) const { return RunNumberAt(log_, PointOf(row)); }
+
     /// The rows as they stand now, for the runs that are made of them; in the order of the rows.
     std::vector<RunPoint> Points() const;
     /// The gaps between the rows as they stand now, filled by the rule of FindGaps or as FillGapsAs said.
@@ -119,6 +128,11 @@ private:
         std::vector<CellChange> Cells;
         std::vector<GapChange> Gaps;
         std::vector<PointIndex> Deleted;  ///< ascending
+        std::vector<PointIndex> Moved;    ///< ascending; to another run
+        std::int16_t MovedFrom = 0;
+        std::int16_t MovedTo = 0;
+
+        bool IsEmpty() const { return Cells.empty() && Gaps.empty() && Deleted.empty() && Moved.empty(); }
     };
 
     static std::uint64_t CellKey(PointIndex point, int column);
@@ -133,6 +147,10 @@ private:
     void SetGapFill(const GapPlace& gap, std::optional<GapFill> fill);
     void ChangeGapFill(const GapPlace& gap, std::optional<GapFill> fill);
     void JoinGapsAt(int row);
+    /// The points of a row's run in the rows `first` to `last`.
+    std::vector<PointIndex> PointsOfRun(int row, int first, int last) const;
+    std::int16_t FreeRunNumber(std::int16_t behind) const;
+    void SetRunNumber(const std::vector<PointIndex>& points, std::int16_t number);
     void TakeOut(const std::vector<PointIndex>& points);
     void PutBack(const std::vector<PointIndex>& points);
     /// The second of the next row of the same run in that direction, 1 or -1; nothing where it is the last one.

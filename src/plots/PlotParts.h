@@ -32,6 +32,9 @@ public:
     void OfferPoint(int item, PlotPoint point);
     /// The way from one point to the next.
     void OfferWay(int item, PlotPoint from, PlotPoint to);
+    /// What is pointed at wherever the place is, as by its value across.
+    void Take(int item) { Offer(item, place_.X, place_.Y); }
+    PlotPoint Place() const { return map_.ValueAt(place_); }
     const PlotHit& Found() const { return found_; }
 
 private:

@@ -156,9 +156,9 @@ public:
         return If(Show("frmUploadSelectTDC"), Upload{UploadOf::CounterFile, CounterFile});
     }
     std::optional<LogChoice> ShowLogSelect(LogKind kind) override { return If(Show("select " + NameOf(kind)), Log); }
-    bool ShowLogReview(LogKind kind, const LogChoice& log) override {
+    bool ShowLogReview(std::optional<LogKind> kind, const LogChoice& log) override {
         EXPECT_EQ(log, Log);
-        return Show("review " + NameOf(kind));
+        return Show("review " + (kind ? NameOf(*kind) : log.File + log.Extension));
     }
     RunsForStudy ShowUploadData(const Upload& upload) override {
         Uploads.push_back(upload);

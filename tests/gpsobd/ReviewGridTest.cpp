@@ -179,6 +179,10 @@ TEST(ReviewGrid, RepairsTheVehiclesSpeedOfCombinedLogs) {
     grid.CalculateSpeed();
     EXPECT_EQ(grid.Edited().Obd[0].Speed, 10.0F);
     EXPECT_EQ(grid.Edited().Gps[0].Speed, 0.0F);
+    log.Obd[1].RunNumber = 1;
+    ReviewGrid split(log);
+    EXPECT_EQ(split.SplitRunAt(2), 2);
+    EXPECT_EQ(split.Edited().Obd[1].RunNumber, 2) << "both halves tell it";
 }
 
 TEST(ReviewGrid, FindsMissingSpeedsAndScrollsToThem) {
@@ -335,6 +339,60 @@ TEST(ReviewGrid, DeletesSeveralRowsAsOneStep) {
     EXPECT_EQ(grid.RowCount(), 3);
     grid.Undo();
     EXPECT_EQ(grid.Gaps(), gaps);
+}
+
+/// Seconds 1 to 9 of run 1, a gap and seconds 20 and 30, with two points of run 2 between.
+FieldLog TwoRuns() {
+    return GpsLog({{Moment(1)},
+                   {Moment(2)},
+                   {Moment(2), 2},
+                   {Moment(3)},
+                   {Moment(4)},
+                   {Moment(5), 2},
+                   {Moment(9)},
+                   {Moment(20)},
+                   {Moment(30)}});
+}
+
+TEST(ReviewGrid, StartsAndEndsARunAtARow) {
+    ReviewGrid grid(TwoRuns());
+    EXPECT_EQ(grid.StartRunAt(4), 2);
+    EXPECT_EQ(Texts(grid, 1), "2 1 1 2 1 1 1 ");
+    EXPECT_EQ(grid.Text(grid.ActiveRow(), 5), "12:00:03 AM") << "the row stays the active one";
+    EXPECT_EQ(grid.EndRunAt(3), 3);
+    EXPECT_EQ(Texts(grid, 5), "12:00:02 AM 12:00:03 AM 12:00:04 AM 12:00:05 AM ");
+    EXPECT_EQ(grid.EndRunAt(3) + grid.StartRunAt(1), 0);
+    grid.Undo();
+    grid.Undo();
+    EXPECT_EQ(Texts(grid, 1), "1 1 2 1 1 2 1 1 1 ");
+    EXPECT_FALSE(grid.CanUndo()) << "what deletes nothing is no step";
+    grid.Redo();
+    EXPECT_EQ(Texts(grid, 1), "2 1 1 2 1 1 1 ");
+}
+
+TEST(ReviewGrid, SplitsARunAtARow) {
+    ReviewGrid grid(TwoRuns());
+    grid.FillGapsAs(grid.Gaps(), GapFill::Speed);
+    EXPECT_EQ(grid.SplitRunAt(1), 0);
+    EXPECT_EQ(grid.SplitRunAt(8), 3) << "run 2 is there";
+    EXPECT_EQ(Texts(grid, 1), "1 1 2 1 1 2 1 3 3 ");
+    EXPECT_EQ(grid.ActiveRow(), 8);
+    const auto expectGaps = [&](const char* expected) {
+        std::string gaps;
+        for (const LogGap& gap : grid.Gaps())
+            gaps += std::to_string(gap.RunNumber) + ":" + std::to_string(gap.Seconds()) +
+                    (gap.Filled == GapFill::Speed ? " " : "? ");
+        EXPECT_EQ(gaps, expected);
+    };
+    expectGaps("1:5 2:3 3:10 ");
+    EXPECT_EQ(grid.SplitRunAt(4), 4);
+    EXPECT_EQ(Texts(grid, 1), "1 1 2 4 4 2 4 3 3 ");
+    EXPECT_EQ(grid.Edited().Gps[3].RunNumber, 4);
+    grid.Undo();
+    grid.Undo();
+    expectGaps("1:5 1:11 1:10 2:3 ");
+    grid.Redo();
+    expectGaps("1:5 2:3 3:10 ");
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 #include "gpsobd/forms/LogReview.h"
 
-#include <QApplication>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QMenu>
+#include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -11,6 +12,7 @@
 #include "core/LoggerChoices.h"
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
+#include "core/UserChoices.h"
 #include "core/forms/Accessible.h"
 #include "core/forms/FigureLabel.h"
 #include "core/forms/Guarded.h"
@@ -26,11 +28,46 @@
 #include "gpsobd/forms/ReviewRuns.h"
 
 namespace vantor {
+namespace {
+
+/// Of a review: trace and map stand beside the grid; without the choice where the screen is wide enough.
+constexpr const char* ReviewViewsKey = "review-views";
+constexpr const char* ViewsShown = "shown";
+constexpr const char* ViewsHidden = "hidden";
+constexpr int WidthForViews = 1000;
+
+std::string PathOf(const LogChoice& log) {
+    return log.File.empty() ? std::string() : AsFolder(log.Folder) + log.File + log.Extension;
+}
+
+/// What a log is read with on another thread.
+template <class Use>
+bool UseSources(AppContext& context, const std::string& text, Use use) {
+    const bool isSigned = HasSignedCoordinates(context.State.Choices);
+    const TrackSources tracks = TrackSourcesOf(context.State.Choices, context.OtherPrograms);
+    return context.Work.Run(text, [&](FileSystem& files, const Progress& progress) {
+        const PalmDatabase palm(files);
+        use(LogSources{files, context.Databases, palm, context.Time, isSigned, tracks}, progress);
+    });
+}
+
+}  // namespace
+
+const LogFormat* FormatToReview(AppContext& context, const LogChoice& log) {
+    const LogFormat* format = nullptr;
+    const std::string path = PathOf(log);
+    Guarded(context.Messages, [&] {
+        UseSources(context, "Looking at " + LastComponent(path),
+                   [&](const LogSources& sources, const Progress&) { format = &FormatOfFile(sources, path); });
+    });
+    return format;
+}
+
 LogReview::LogReview(AppContext& context, const LogFormat& format, const LogChoice& log)
     : context_(context),
       format_(format),
       screen_(*format.Review),
-      logPath_(log.File.empty() ? std::string() : AsFolder(log.Folder) + log.File + log.Extension),
+      logPath_(PathOf(log)),
       model_(LoadLog(), context.Work),
       export_(context, AsFolder(log.Folder) + log.File, model_.Grid()) {
     setObjectName(QLatin1String(screen_.FormName));
@@ -42,25 +79,20 @@ LogReview::LogReview(AppContext& context, const LogFormat& format, const LogChoi
     vaData_->SetEmptyText(logPath_.empty() ? QStringLiteral("No log was chosen.")
                                            : QStringLiteral("This log has no points in a run."));
     column->addLayout(BuildHead());
-    auto* lists = Named<QSplitter>(this, "splGaps");
-    lists->setOrientation(Qt::Vertical);
-    gaps_ = new GapList(lists, context.Messages, context.Work, UnitsOf(context.State.Settings));
-    for (QWidget* list : std::initializer_list<QWidget*>{vaData_, gaps_}) lists->addWidget(list);
-    lists->setStretchFactor(0, 3);
-    lists->setStretchFactor(1, 1);
-    lists->setChildrenCollapsible(false);
-    column->addWidget(lists, 1);
+    column->addWidget(BuildLists(), 1);
     column->addLayout(BuildActions());
     column->addLayout(BuildFoot());
+    BuildRunActions();
     ConnectControls();
     vaData_->Show(model_);
     vaData_->setFocus();
-    resize(1180, 680);
+    resize(1280, 700);
     RememberLayout(*this, context.Memory);
+    OfferViews();
     // A log opens in the order it is reviewed in, whatever column the one before was sorted by.
     vaData_->sortByColumn(-1, Qt::AscendingOrder);
     gaps_->Show(std::exchange(gapsAsLoaded_, {}));
-    ShowProblems(std::exchange(problemsAsLoaded_, {}));
+    ShowRows(rows_ != nullptr ? rows_ : std::make_shared<const ReviewedRows>());
     QString status = QStringLiteral("%1 rows.").arg(model_.rowCount());
     if (const std::size_t count = CountRowsOf(model_.Problems()); count > 0)
         status += QStringLiteral(" With a problem: %1.").arg(count);
@@ -72,11 +104,7 @@ FieldLog LogReview::LoadLog() {
     isLoaded_ = logPath_.empty();
     if (isLoaded_) return log;
     Guarded(context_.Messages, [&] {
-        const bool isSigned = HasSignedCoordinates(context_.State.Choices);
-        const TrackSources tracks = TrackSourcesOf(context_.State.Choices, context_.OtherPrograms);
-        const auto load = [&](FileSystem& files, const Progress& progress) {
-            const PalmDatabase palm(files);
-            const LogSources sources{files, context_.Databases, palm, context_.Time, isSigned, tracks};
+        const auto load = [&](const LogSources& sources, const Progress& progress) {
             try {
                 log = ReadFieldLog(sources, format_, logPath_, progress);
             } catch (const NoSuchTable& error) {
@@ -85,12 +113,13 @@ FieldLog LogReview::LoadLog() {
             }
             ArrangeForReview(log);
             gapsAsLoaded_ = FindGaps(RunsOf(log));
-            std::vector<RunPoint> rows;
-            rows.reserve(log.PointCount());
-            for (std::size_t i = 0; i < log.PointCount(); ++i) rows.push_back(RunPointAt(log, i));
-            problemsAsLoaded_ = FindProblems(rows);
+            const auto rows = std::make_shared<ReviewedRows>();
+            rows->Points.reserve(log.PointCount());
+            for (std::size_t i = 0; i < log.PointCount(); ++i) rows->Points.push_back(RunPointAt(log, i));
+            rows->Problems = FindProblems(rows->Points);
+            rows_ = rows;
         };
-        isLoaded_ = context_.Work.Run("Reading log " + LastComponent(logPath_), load);
+        isLoaded_ = UseSources(context_, "Reading log " + LastComponent(logPath_), load);
     });
     if (!isLoaded_) return NewFieldLog(format_, logPath_);
     if (const std::string cut = CutText(log.DroppedBytes, log.MissingRecords); !cut.empty())
@@ -101,6 +130,23 @@ FieldLog LogReview::LoadLog() {
 }
 
 int LogReview::exec() { return isLoaded_ ? QDialog::exec() : int{Rejected}; }
+
+QWidget* LogReview::BuildLists() {
+    auto* lists = Named<QSplitter>(this, "splGaps");
+    lists->setOrientation(Qt::Vertical);
+    gaps_ = new GapList(lists, context_.Messages, context_.Work, UnitsOf(context_.State.Settings));
+    for (QWidget* list : std::initializer_list<QWidget*>{vaData_, gaps_}) lists->addWidget(list);
+    lists->setStretchFactor(0, 3);
+    lists->setStretchFactor(1, 1);
+    auto* sides = Named<QSplitter>(this, "splViews");
+    views_ = new ReviewViews(context_, format_.HasGps, sides);
+    for (QWidget* side : std::initializer_list<QWidget*>{lists, views_}) sides->addWidget(side);
+    sides->setStretchFactor(0, 3);
+    sides->setStretchFactor(1, 2);
+    sides->setSizes({720, 480});
+    for (QSplitter* splitter : {lists, sides}) splitter->setChildrenCollapsible(false);
+    return sides;
+}
 
 QLayout* LogReview::BuildHead() {
     const auto addPair = [this](QHBoxLayout* row, const QString& title, const char* name, const QString& text) {
@@ -141,6 +187,11 @@ QLayout* LogReview::BuildActions() {
                                   QStringLiteral("Fill every gap of up to %1 rows").arg(ReviewGrid::MaximumGap));
     btnDeleteRow_ = AddButton("btnDeleteRow", QStringLiteral("&Delete Row"), "delete",
                               QStringLiteral("Delete the selected rows (Delete)"));
+    btnRunHere_ = AddButton("btnRunHere", QStringLiteral("Run &Here"), "trim",
+                            QStringLiteral("Start, end or split the run of the selected row at that row"));
+    btnViews_ = AddButton("btnViews", QStringLiteral("Trace and &Map"), "chart",
+                          QStringLiteral("The run of the selected row as its speeds over time and on a map"));
+    btnViews_->setCheckable(true);
     btnUndo_ = AddButton("btnUndo", QStringLiteral("&Undo"), "undo", QStringLiteral("Ctrl+Z"));
     btnRedo_ = AddButton("btnRedo", QStringLiteral("&Redo"), "redo", QStringLiteral("Ctrl+Y"));
     btnNextProblem_ =
@@ -155,9 +206,9 @@ QLayout* LogReview::BuildActions() {
     auto* repairs = new QHBoxLayout(frame);
     for (QPushButton* button : {btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_}) repairs->addWidget(button);
     auto* rowActions = new QHBoxLayout;
-    for (QPushButton* button : {btnDeleteRow_, btnUndo_, btnRedo_}) rowActions->addWidget(button);
+    for (QPushButton* button : {btnDeleteRow_, btnRunHere_, btnUndo_, btnRedo_}) rowActions->addWidget(button);
     auto* exports = new QHBoxLayout;
-    exports->addWidget(btnNextProblem_);
+    for (QPushButton* button : {btnNextProblem_, btnViews_}) exports->addWidget(button);
     exports->addStretch();
     for (QPushButton* button : {btnExport2Excel_, btnExportAs_}) exports->addWidget(button);
     auto* right = new QVBoxLayout;
@@ -168,6 +219,42 @@ QLayout* LogReview::BuildActions() {
     row->addStretch();
     row->addLayout(right);
     return row;
+}
+
+void LogReview::BuildRunActions() {
+    mnuRunHere_ = Named<QMenu>(this, "mnuRunHere");
+    const auto add = [&](const char* name, const char* caption, const char* tip, void (LogReview::*action)()) {
+        QAction* entry = mnuRunHere_->addAction(QLatin1String(caption));
+        entry->setObjectName(QLatin1String(name));
+        entry->setToolTip(QLatin1String(tip));
+        Connect(entry, &QAction::triggered, this, context_.Messages, [this, action] { (this->*action)(); });
+    };
+    add("mnuStartRun", "&Start Run Here", "Delete the rows of this run before the selected one", &LogReview::StartRun);
+    add("mnuEndRun", "&End Run Here", "Delete the rows of this run behind the selected one", &LogReview::EndRun);
+    add("mnuSplitRun", "S&plit Run Here", "The rows of this run from the selected one on become a run of their own",
+        &LogReview::SplitRun);
+    mnuRunHere_->setToolTipsVisible(true);
+    btnRunHere_->setMenu(mnuRunHere_);
+    vaData_->addActions(mnuRunHere_->actions());
+    vaData_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    views_->Extend([this](QMenu& menu) {
+        menu.addSeparator();
+        menu.addActions(mnuRunHere_->actions());
+    });
+}
+
+void LogReview::OfferViews() {
+    const std::string choice = ChoiceOf(context_.State.Choices, ReviewViewsKey);
+    // Beside a grid on a small screen both are too narrow.
+    const bool isShown = choice.empty() ? screen()->availableGeometry().width() >= WidthForViews : choice == ViewsShown;
+    btnViews_->setChecked(isShown);
+    views_->setVisible(isShown);
+    Connect(btnViews_, &QPushButton::toggled, this, context_.Messages, [this](bool isOn) {
+        context_.State.Choices = StoreUserChoices(context_.Files, {{ReviewViewsKey, isOn ? ViewsShown : ViewsHidden}});
+        views_->setVisible(isOn);
+        auto* sides = qobject_cast<QSplitter*>(views_->parentWidget());
+        if (isOn && sides->sizes().back() == 0) sides->setSizes({3, 2});
+    });
 }
 
 QLayout* LogReview::BuildFoot() {
@@ -223,6 +310,8 @@ void LogReview::ConnectControls() {
     onClick(BtnOk_, [this] { MakeRuns(); });
     onClick(BtnCancel_, [this] { reject(); });
 
+    vaData_->OnActive = [this] { ShowActiveRow(); };
+    views_->OnRow = [this](int row) { ShowRow(row); };
     gaps_->OnChosen = [this](const LogGap& gap) { ShowGap(gap); };
     gaps_->OnFill = [this](const std::vector<LogGap>& gaps, GapFill fill) { FillGaps(gaps, fill); };
 
@@ -233,159 +322,6 @@ void LogReview::ConnectControls() {
     onKeys(new QShortcut(Qt::CTRL | Qt::Key_Y, this), [this] { Redo(); });
     onKeys(new QShortcut(Qt::Key_Delete, vaData_, nullptr, nullptr, Qt::WidgetShortcut), [this] { DeleteRows(); });
     onKeys(new QShortcut(Qt::Key_F8, this), [this] { NextProblem(); });
-}
-
-void LogReview::FindMissing(ReviewGrid::Search search) {
-    isGoingOnFixing_ = false;
-    const bool isOn = search == ReviewGrid::Search::OnFromThere;
-    const int from = isOn ? model_.Grid().UnreachedRow() : int{model_.Grid().SearchRow()};
-    std::optional<bool> isFound;
-    Guarded(context_.Messages, [&] {
-        int row = 0;
-        context_.Work.Run("Searching", [&](FileSystem&, const Progress&) { row = model_.Grid().NextMissing(search); });
-        isFound = model_.GoToMissing(row, search);
-    });
-    if (!isFound) return OfferToGoOn();
-    if (!*isFound)
-        return ShowState(QStringLiteral("From row %1 on no row has -1 in column %2.").arg(from).arg(RepairColumn()));
-    vaData_->ShowFound();
-    ShowState(QStringLiteral("Row %1 has -1 in column %2.").arg(model_.Grid().ActiveRow()).arg(RepairColumn()));
-}
-
-void LogReview::CalculateSpeed() {
-    const int row = model_.Grid().ActiveRow();
-    const int column = format_.Columns().RepairColumn;
-    const bool fills = row != 0 && model_.Grid().Number(row, column) == ReviewGrid::Missing;
-    if (!fills) return ShowState(QStringLiteral("Row %1 has no -1 in column %2.").arg(row).arg(RepairColumn()));
-    Change([](ReviewGrid& grid) { grid.CalculateSpeed(); },
-           QStringLiteral("The gap that begins in row %1 is filled.").arg(row));
-}
-
-void LogReview::FindAndFixAll(ReviewGrid::Search search) {
-    isGoingOnFixing_ = true;
-    const bool hadChanges = model_.Grid().CanUndo();
-    SetRepairing(true);
-    bool isDone = false;
-    Guarded(context_.Messages, [&] {
-        model_.Change(
-            [&](ReviewGrid& grid) { isDone = grid.FindAndFixAll([this] { return GoesOnAfterEvents(); }, search); });
-    });
-    SetRepairing(false);
-    // Of what the repair did nothing is asked, of what was changed before it is.
-    const bool wasStopped = std::exchange(stopRequested_, false);
-    if (wasStopped && MayDiscard(hadChanges)) return QDialog::done(Rejected);
-    ShowGaps();
-    vaData_->ShowActive();
-    vaData_->setFocus();
-    if (wasStopped) return ShowState(QStringLiteral("Stopped. Undo takes back what was filled."));
-    if (!isDone) return OfferToGoOn();
-    ShowState(QStringLiteral("No gap of up to %1 rows is left in column %2.")
-                  .arg(ReviewGrid::MaximumGap)
-                  .arg(RepairColumn()));
-}
-
-/// A search that went as far as 16 bits reach can be had for the rest.
-void LogReview::OfferToGoOn() {
-    const int row = model_.Grid().UnreachedRow();
-    ShowState(QStringLiteral("Searched as far as row 32767."));
-    btnGoOn_->setVisible(row != 0);
-    if (row != 0) btnGoOn_->setFocus();
-}
-
-void LogReview::GoOnFromThere() {
-    if (isGoingOnFixing_)
-        FindAndFixAll(ReviewGrid::Search::OnFromThere);
-    else
-        FindMissing(ReviewGrid::Search::OnFromThere);
-}
-
-void LogReview::ShowGaps() {
-    std::vector<LogGap> gaps;
-    std::vector<LogProblem> problems;
-    context_.Work.Run("Looking for gaps", [&](FileSystem&, const Progress&) {
-        gaps = model_.Grid().Gaps();
-        problems = FindProblems(model_.Grid().Points());
-    });
-    gaps_->Show(std::move(gaps));
-    ShowProblems(std::move(problems));
-}
-
-void LogReview::ShowProblems(std::vector<LogProblem> problems) {
-    model_.ShowProblems(std::move(problems), UnitsOf(context_.State.Settings));
-}
-
-void LogReview::NextProblem() {
-    if (isRepairing_) return;
-    if (model_.Problems().empty()) return ShowState(QStringLiteral("No row has a problem."));
-    const auto active = static_cast<std::size_t>(std::max(model_.Grid().ActiveRow() - 1, 0));
-    const int row = static_cast<int>(NextProblemRow(model_.Problems(), active)) + 1;
-    ShowRow(row);
-    ShowState(QStringLiteral("Row %1: %2.").arg(row).arg(model_.ProblemOf(row)));
-}
-
-void LogReview::ShowGap(const LogGap& gap) {
-    const int row = model_.Grid().RowBefore(gap);
-    if (row != 0) ShowRow(row);
-}
-
-void LogReview::ShowRow(int row) {
-    model_.SetActiveRow(row);
-    vaData_->ShowActive();
-    vaData_->scrollTo(vaData_->currentIndex(), QAbstractItemView::PositionAtCenter);
-}
-
-void LogReview::FillGaps(const std::vector<LogGap>& gaps, GapFill fill) {
-    const auto left = std::ranges::count_if(gaps, [&](const LogGap& gap) { return !CanBeFilled(gap, fill); });
-    QString status =
-        (gaps.size() == 1 ? QStringLiteral("The gap is filled ") : QStringLiteral("The gaps are filled ")) +
-        GapFillText(fill) + QLatin1Char('.');
-    if (left != 0) status += QStringLiteral(" %1 without positions stayed as before.").arg(left);
-    Change([&](ReviewGrid& grid) { grid.FillGapsAs(gaps, fill); }, status);
-}
-
-bool LogReview::GoesOnAfterEvents() {
-    prgRepair_->setValue(model_.Grid().ActiveRow());
-    QApplication::processEvents();
-    return !stopRequested_;
-}
-
-void LogReview::SetRepairing(bool isRepairing) {
-    isRepairing_ = isRepairing;
-    prgRepair_->setRange(0, model_.rowCount());
-    prgRepair_->setVisible(isRepairing);
-    btnStop_->setVisible(isRepairing);
-    if (isRepairing) btnStop_->setFocus();
-    ShowState(isRepairing ? QStringLiteral("Filling gaps...") : QString());
-}
-
-void LogReview::DeleteRows() {
-    const std::vector<int> places = vaData_->SelectedPlaces();
-    if (places.empty()) return;
-    std::vector<int> rows;
-    rows.reserve(places.size());
-    for (const int place : places) rows.push_back(model_.GridRow(place));
-    Change([&](ReviewGrid& grid) { grid.DeleteRows(rows); },
-           rows.size() == 1 ? QStringLiteral("Row %1 is deleted.").arg(rows.front())
-                            : QStringLiteral("%1 rows are deleted.").arg(rows.size()));
-    // In a sorted grid the row that follows in the log may be anywhere.
-    vaData_->ShowPlace(places.front());
-}
-
-void LogReview::Undo() {
-    if (!isRepairing_ && model_.Grid().CanUndo())
-        Change([](ReviewGrid& grid) { grid.Undo(); }, QStringLiteral("Undone."));
-}
-
-void LogReview::Redo() {
-    if (!isRepairing_ && model_.Grid().CanRedo())
-        Change([](ReviewGrid& grid) { grid.Redo(); }, QStringLiteral("Done again."));
-}
-
-void LogReview::Change(const std::function<void(ReviewGrid&)>& change, const QString& status) {
-    model_.Change(change);
-    vaData_->ShowActive();
-    ShowGaps();
-    ShowState(status);
 }
 
 void LogReview::MakeRuns() {
@@ -412,9 +348,10 @@ void LogReview::ShowState(const QString& status) {
     gaps_->setEnabled(!isRepairing_);
     const bool hasRows = model_.rowCount() > 0 && !isRepairing_;
     for (QWidget* control :
-         std::initializer_list<QWidget*>{vaData_, btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_,
-                                         btnNextProblem_, btnDeleteRow_, btnExport2Excel_, btnExportAs_})
+         std::initializer_list<QWidget*>{vaData_, btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_, views_,
+                                         btnRunHere_, btnNextProblem_, btnDeleteRow_, btnExport2Excel_, btnExportAs_})
         control->setEnabled(hasRows);
+    for (QAction* action : mnuRunHere_->actions()) action->setEnabled(hasRows);
     btnUndo_->setEnabled(!isRepairing_ && model_.Grid().CanUndo());
     btnRedo_->setEnabled(!isRepairing_ && model_.Grid().CanRedo());
     for (QWidget* control : {cmdHelp_, BtnOk_, BtnCancel_}) control->setEnabled(!isRepairing_);

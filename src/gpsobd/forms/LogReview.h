@@ -4,6 +4,8 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,10 +14,15 @@
 #include "gpsobd/forms/GapList.h"
 #include "gpsobd/forms/ReviewExport.h"
 #include "gpsobd/forms/ReviewTable.h"
+#include "gpsobd/forms/ReviewViews.h"
 
 class QLayout;
+class QMenu;
 
 namespace vantor {
+
+/// The format of a log's file, whatever it is; null where it is none, which was told then.
+const LogFormat* FormatToReview(AppContext& context, const LogChoice& log);
 
 /// The review of a log: frmGPSViewData, frmOBDViewData or frmGPSOBDViewData by the log's format. Shows every
 /// point, marks problems and walks through them, repairs missing values, deletes rows, exports the rows and, on OK,
@@ -31,9 +38,12 @@ public:
 
 private:
     FieldLog LoadLog();
+    QWidget* BuildLists();
     QLayout* BuildHead();
     QLayout* BuildActions();
     QLayout* BuildFoot();
+    void BuildRunActions();
+    void OfferViews();
     QPushButton* AddButton(const char* name, const QString& caption, const char* icon = nullptr,
                            const QString& toolTip = {});
     void ConnectControls();
@@ -51,7 +61,11 @@ private:
     void SetRepairing(bool isRepairing);
     void DeleteRows();
     void NextProblem();
-    void ShowProblems(std::vector<LogProblem> problems);
+    void ShowRows(std::shared_ptr<const ReviewedRows> rows);
+    void ShowActiveRow();
+    void StartRun();
+    void EndRun();
+    void SplitRun();
     void Undo();
     void Redo();
     void Change(const std::function<void(ReviewGrid&)>& change, const QString& status);
@@ -73,13 +87,17 @@ private:
     QString studyName_;
     QString studyDate_;
     std::vector<LogGap> gapsAsLoaded_;
-    std::vector<LogProblem> problemsAsLoaded_;
+    std::shared_ptr<const ReviewedRows> rows_;  ///< as the views show them
     ReviewModel model_;
     ReviewExport export_;
     ReviewTable* vaData_ = nullptr;
     QLabel* lblStatus_ = nullptr;
     QProgressBar* prgRepair_ = nullptr;
     GapList* gaps_ = nullptr;
+    ReviewViews* views_ = nullptr;
+    QMenu* mnuRunHere_ = nullptr;
+    QPushButton* btnRunHere_ = nullptr;
+    QPushButton* btnViews_ = nullptr;
     QPushButton* btnStop_ = nullptr;
     QPushButton* btnGoOn_ = nullptr;
     QPushButton* btnFindMissingData_ = nullptr;

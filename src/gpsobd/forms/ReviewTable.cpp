@@ -95,6 +95,7 @@ void ReviewTable::paintEvent(QPaintEvent* event) {
 void ReviewTable::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTableView::currentChanged(current, previous);
     review_->SetActive(current);
+    if (OnActive) OnActive();
 }
 
 }  // namespace vantor

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "core/forms/TableColumns.h"
@@ -26,6 +27,8 @@ public:
     std::vector<int> SelectedPlaces() const;
     /// Makes the row at that place, or the last one, the active one.
     void ShowPlace(int place);
+    /// Another row may be the active one.
+    std::function<void()> OnActive;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -66,6 +66,7 @@ void MapView::Show(std::shared_ptr<const MapScene> scene) {
     const bool staysInView = isMoved_ && !scene->IsEmpty() && scene->Bounds().Meets(Window().View());
     scene_ = std::move(scene);
     chosen_ = pointed_ = 0;
+    mark_.reset();
     if (accessibleName().isEmpty()) setAccessibleName(ToQt(scene_->Contents().Title));
     if (staysInView)
         Redraw();
@@ -85,6 +86,16 @@ void MapView::SetChosenItem(int item) {
     chosen_ = item >= 1 && item <= scene_->Items() ? item : 0;
     BringIntoView(chosen_);
     DescribeItself();
+    update();
+}
+
+void MapView::SetMark(const std::optional<GeoPosition>& place) {
+    mark_ = place;
+    if (mark_) {
+        WorldBox bounds;
+        bounds.Include(NearestTurn(WorldOf(*mark_), scene_->Bounds().Middle().X));
+        BringIntoView(bounds);
+    }
     update();
 }
 
@@ -152,6 +163,7 @@ void MapView::PaintOver(QPainter& painter) {
         painter.setOpacity(1);
     }
     DrawChosenTrack(canvas, *scene_, window, Look(), chosen_);
+    PaintMark(canvas, window);
     painter.restore();
     // The middle, which Enter stands for.
     if (!OnPlace || !hasFocus()) return;
@@ -160,6 +172,17 @@ void MapView::PaintOver(QPainter& painter) {
     painter.setPen(palette().color(QPalette::Highlight));
     painter.drawLine(middle - QPoint(Arm, 0), middle + QPoint(Arm, 0));
     painter.drawLine(middle - QPoint(0, Arm), middle + QPoint(0, Arm));
+}
+
+void MapView::PaintMark(Canvas& canvas, const MapWindow& window) {
+    if (!mark_) return;
+    constexpr double Size = 15;
+    constexpr double Line = 3;
+    const Colours& inks = ColoursOf(palette());
+    const CanvasPoint at = window.PlaceOf(NearestTurn(WorldOf(*mark_), window.Centre.X));
+    canvas.DrawDot(at, Size, inks.Base);
+    canvas.DrawDot(at, Size - 2, inks.Text);
+    canvas.DrawDot(at, Size - 2 - 2 * Line, inks.Base);
 }
 
 void MapView::PaintProblem(QPainter& painter) {
@@ -292,9 +315,12 @@ void MapView::PointAt(int item) {
 }
 
 void MapView::BringIntoView(int item) {
-    if (item == 0 || !isMoved_) return;
-    const WorldBox& bounds = scene_->Track(item).Bounds();
-    if (bounds.IsEmpty() || bounds.Meets(Window().View())) return;
+    if (item == 0) return;
+    BringIntoView(scene_->Track(item).Bounds());
+}
+
+void MapView::BringIntoView(const WorldBox& bounds) {
+    if (!isMoved_ || bounds.IsEmpty() || bounds.Meets(Window().View())) return;
     MapWindow window = Window();
     window.Centre = bounds.Middle();
     MoveTo(window);
@@ -355,10 +381,13 @@ QMenu* MapView::MakeMenu() {
     menu->addSeparator();
     add("mnuCopyPicture", QStringLiteral("&Copy Picture"), QKeySequence::Copy, hasMap, [this] { CopyPicture(); });
     add("mnuSavePicture", QStringLiteral("&Save Picture..."), {}, hasMap, [this] { SavePicture(); });
+    if (ExtendMenu) ExtendMenu(*menu);
     return menu;
 }
 
 void MapView::contextMenuEvent(QContextMenuEvent* event) {
+    if (ExtendMenu && OnPlace && event->reason() == QContextMenuEvent::Mouse && !scene_->IsEmpty())
+        OnPlace(PositionOf(Window().WorldAt(Place(event->pos()))));
     QMenu* menu = MakeMenu();
     menu->setObjectName(QStringLiteral("mnuMap"));
     menu->setAttribute(Qt::WA_DeleteOnClose);

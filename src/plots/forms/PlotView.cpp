@@ -331,10 +331,14 @@ QMenu* PlotView::MakeMenu() {
     menu->addSeparator();
     add("mnuCopyPicture", QStringLiteral("&Copy Picture"), QKeySequence::Copy, hasPlot, [this] { CopyPicture(); });
     add("mnuSavePicture", QStringLiteral("&Save Picture..."), {}, hasPlot, [this] { SavePicture(); });
+    if (ExtendMenu) ExtendMenu(*menu);
     return menu;
 }
 
 void PlotView::contextMenuEvent(QContextMenuEvent* event) {
+    if (const int item = HitAt(event->pos()).Item;
+        ExtendMenu && event->reason() == QContextMenuEvent::Mouse && item != 0)
+        Choose(item);
     QMenu* menu = MakeMenu();
     menu->setObjectName(QStringLiteral("mnuPlot"));
     menu->setAttribute(Qt::WA_DeleteOnClose);

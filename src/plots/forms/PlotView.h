@@ -33,6 +33,8 @@ public:
     std::function<void()> OnChosen;
     /// The user points at another item; 0 for none.
     std::function<void(int item)> OnPointed;
+    /// Adds to the context menu, which chooses what lies under the pointer first.
+    std::function<void(QMenu& menu)> ExtendMenu;
     /// Where a picture is saved: a path without extension.
     std::function<std::string()> PictureStart;
 
