@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds Vantor and shows it: makes a demo workspace from the sample counter files on the command line, compares its
-# two studies, then opens the main window on the first.
+# two studies, makes a study of a phone's track, then opens the main window on the first.
 #
 #   ./run.sh              keeps the workspace of the last time, with all that was changed in it
 #   ./run.sh --fresh      makes the workspace anew
@@ -29,6 +29,8 @@ workspace=$root/build/demo
 study="Study Groups/Main Street NB/AM Peak.ld2"
 retimed="Study Groups/Main Street NB/AM Peak retimed.ld2"
 complete=$workspace/.complete # written last, so that a workspace that failed half way is made anew
+day="Study Groups/Main Street day"
+dayComplete=$workspace/.complete-day
 
 # Prints a command as one would type it, then runs it.
 show() {
@@ -63,6 +65,18 @@ makeStudy() {
     show vantor study compute "$path"
 }
 
+# Makes a study from the northbound drives of a phone's track, which are its first, third and fifth.
+makeDay() {
+    local track="Field Data Files/Corridor day.gpx"
+    rm -rf "$day"
+    mkdir -p "$day"
+    cp "$root/samples/Corridor day.gpx" "$track"
+    show vantor track show "$track" --time-zone America/Chicago
+    show vantor track convert "$track" --time-zone America/Chicago --to "$day"
+    show vantor study new "$day" Northbound "Corridor day-R001" "Corridor day-R003" "Corridor day-R005"
+    show vantor study bounds "$day/Northbound.ld2" --all --start-dist 300 --end-dist 7600
+}
+
 if ((fresh)) || [[ ! -e $complete ]]; then
     rm -rf "$workspace"
     mkdir -p "$workspace"/{Temp,"Study Groups","Field Data Files"}
@@ -84,6 +98,15 @@ show vantor study statistics "$study"
 
 printf '\nDid the retiming of the signals work?\n'
 show vantor study compare "$study" "$retimed"
+
+printf '\nA morning of drives on the same street, as a phone recorded it:\n'
+if [[ ! -e $dayComplete ]]; then
+    makeDay
+    touch "$dayComplete"
+fi
+show vantor study show "$day/Northbound.ld2"
+printf '\nA run for other programs:\n'
+show vantor run export "$day/Corridor day-R001.rd2" --time-zone America/Chicago --output "$day/Corridor day-R001.gpx"
 
 if ((!window)); then
     exit 0

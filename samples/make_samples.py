@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the sample corridor: two counter dumps and a group of version 1 runs.
+"""Writes the sample corridor: two counter dumps, a group of version 1 runs and the track of a phone.
 
 Usage: make_samples.py [FOLDER]     (default: the folder of this script)
 
@@ -16,7 +16,7 @@ import random
 import struct
 import sys
 from dataclasses import dataclass
-from datetime import date
+from datetime import date, datetime, timedelta
 from math import sqrt
 from pathlib import Path
 
@@ -303,6 +303,74 @@ def write_version_1_runs(folder):
         (folder / f"{name}.rdf").write_bytes(header + bytes(spare_bytes) + samples)
 
 
+# Where the street lies: its south end, and from there the direction of each of its legs with the feet at which it
+# begins. Directions are (east, north, length of both).
+SOUTH_END = (40.07, -99.12)
+LEGS = [(0.0, (7, 24, 25)), (2600.0, (0, 1, 1)), (5000.0, (-20, 99, 101))]
+FEET_A_DEGREE = (364813.3, 279132.6)  # of latitude, of longitude at the middle of the street
+LANE = 6.0               # feet to the right of the middle
+
+# A phone: how far it places itself from where it is, feet.
+DRIFT_MEMORY = 25.0      # seconds in which the drift fades
+DRIFT_KICK = 2.0         # largest change of the drift in a second: about 4 ft r.m.s.
+JITTER = 3.0             # largest error that is new each second
+
+
+def place_on_street(feet, right):
+    """Feet east and north of the south end of what lies `right` feet beside the street."""
+    east = north = 0.0
+    for n, (begin, (to_east, to_north, length)) in enumerate(LEGS):
+        end = LEGS[n + 1][0] if n + 1 < len(LEGS) else feet
+        way = min(feet, end) - begin
+        east, north = east + way * to_east / length, north + way * to_north / length
+        if feet <= end:
+            break
+    return east + right * to_north / length, north - right * to_east / length
+
+
+def drive_from_kerb(conditions, rng):
+    """Feet from the start, a number a second, of a car that stands, drives to the end and stands there."""
+    drive = Drive(conditions, rng)
+    drive.v, feet = 0.0, [0.0] * int(rng.uniform(40, 90))
+    while drive.x < CORRIDOR_LENGTH - 20 or drive.v > 0.0:
+        for _ in range(round(1 / TIME_STEP)):
+            if not drive.signals and not drive.held and drive.x > CORRIDOR_LENGTH - SIGHT:
+                drive.held = (CORRIDOR_LENGTH, float("inf"))
+            drive.step()
+        feet.append(drive.x)
+    return feet + [drive.x] * int(rng.uniform(40, 90))
+
+
+def seen_by_phone(feet, northbound, rng):
+    """Latitude and longitude of each second."""
+    drift = [rng.uniform(-6, 6), rng.uniform(-6, 6)]
+    for x in feet:
+        place = place_on_street(x if northbound else CORRIDOR_LENGTH - x, LANE if northbound else -LANE)
+        for axis in (0, 1):
+            drift[axis] += rng.uniform(-DRIFT_KICK, DRIFT_KICK) - drift[axis] / DRIFT_MEMORY
+        east, north = (place[axis] + drift[axis] + rng.uniform(-JITTER, JITTER) for axis in (0, 1))
+        yield SOUTH_END[0] + north / FEET_A_DEGREE[0], SOUTH_END[1] + east / FEET_A_DEGREE[1]
+
+
+def write_day(path, starts):
+    """The track of a phone that rests while the car is parked between its drives, north and south in turns. `starts` are
+    times of the day, UTC."""
+    lines = ['<?xml version="1.0" encoding="UTF-8"?>', '<gpx version="1.1" creator="make_samples.py" '
+             'xmlns="http://www.topografix.com/GPX/1/1">']
+    for street, feet in CROSS_STREETS:
+        east, north = place_on_street(feet, 0.0)
+        lines.append(f'<wpt lat="{SOUTH_END[0] + north / FEET_A_DEGREE[0]:.6f}" '
+                     f'lon="{SOUTH_END[1] + east / FEET_A_DEGREE[1]:.6f}"><name>{street}</name></wpt>')
+    lines.append("<trk><name>Main St</name><trkseg>")
+    for number, start in enumerate(starts):
+        rng, northbound = random.Random(SEED + 3000 + number), number % 2 == 0
+        feet = drive_from_kerb(PEAK if northbound else AGAINST_PEAK, rng)
+        for second, (latitude, longitude) in enumerate(seen_by_phone(feet, northbound, rng)):
+            at = datetime.fromisoformat(start) + timedelta(seconds=second)
+            lines.append(f'<trkpt lat="{latitude:.6f}" lon="{longitude:.6f}"><time>{at.isoformat()}Z</time></trkpt>')
+    path.write_bytes("\n".join(lines + ["</trkseg></trk>", "</gpx>", ""]).encode("ascii"))
+
+
 def main():
     folder = Path(sys.argv[1]) if len(sys.argv) > 1 else Path(__file__).resolve().parent
     write_version_1_runs(folder / "Version 1 runs")
@@ -311,6 +379,8 @@ def main():
                        + counter_study(2, "MAINSTSB", "031108", AGAINST_PEAK, 6 * 60 + 59, SEED + 200))
     write_counter_file(folder / "Retimed.tdc",
                        counter_study(1, "MAINSTNB", "061008", RETIMED, 6 * 60 + 52, SEED + 2000))
+    write_day(folder / "Corridor day.gpx", [f"2026-03-11T{clock}" for clock in (
+        "12:02:10", "12:16:41", "12:31:05", "12:47:30", "13:01:12", "13:18:26")])
 
 
 if __name__ == "__main__":

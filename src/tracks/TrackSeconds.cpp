@@ -55,7 +55,7 @@ void AddSeconds(const TrackPoint& from, const TrackPoint& to, double begin, doub
         point.Speed = begin + (end - begin) * (second - 0.5) / count;
         if (from.Position && to.Position) point.Position = Between(*from.Position, *to.Position, second / count);
         sum += *point.Speed;
-        seconds.push_back(std::move(point));
+        seconds.push_back(point);
     }
     const auto mean = MeanSpeed(from, to);
     // A receiver that stands wanders; a vehicle that stopped at both ends has driven the rest.

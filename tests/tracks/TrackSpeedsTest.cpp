@@ -73,6 +73,7 @@ TEST(TrackSpeedsTest, StandingAndLengthAgreeWithTheMotion) {
 
 TEST(TrackSpeedsTest, AReceiverThatWandersForLongStands) {
     std::vector<TrackPoint> points;
+    points.reserve(1200);
     for (int t = 0; t < 1200; ++t)
         points.push_back({.Time = 1772625600 + t,
                           .Position = TrackPosition{(t % 3 + 9 * std::sin(t / 60.0)) * MetreOfLatitude,
@@ -82,6 +83,7 @@ TEST(TrackSpeedsTest, AReceiverThatWandersForLongStands) {
 
 TEST(TrackSpeedsTest, CreepingIsNoStandingAndToldSpeedsStay) {
     std::vector<TrackPoint> creeping;
+    creeping.reserve(120);
     for (int i = 0; i < 120; ++i)
         creeping.push_back({.Time = 1772625600 + i, .Position = TrackPosition{10 + 0.6 * i * MetreOfLatitude, 0}});
     creeping[50].Speed = 9;
