@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -13,7 +12,7 @@ namespace vantor {
 namespace {
 
 constexpr std::int64_t SecondsPerDay = 86400;
-/// Marks that stand closer together are one on any screen.
+/// Marks that stand closer together cannot be told apart.
 constexpr double MarkRoom = 3;
 constexpr double GapOpacity = 0.2;
 /// An axis of standing vehicles is as high, in MPH.
@@ -44,17 +43,24 @@ struct RowPart : PlotPart {
     std::optional<PlotPoint> PlaceOf(int item) const override { return Points[static_cast<std::size_t>(item) - 1]; }
 };
 
-/// Marks whose x never falls, of which no more are drawn than can be told apart.
+/// Marks whose x never falls. Of those that cannot be told apart the highest and the lowest are drawn.
 struct MarkPart : PlotPart {
     std::vector<PlotPoint> Points;
 
     void Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const override {
-        double last = -std::numeric_limits<double>::infinity();
-        for (const PlotPoint& point : Points) {
-            const CanvasPoint at = map.Of(point);
-            if (at.X - last < MarkRoom) continue;
-            last = at.X;
-            DrawMarker(canvas, at, PlotMarker::Diamond, Size, look.Inks.*Ink, look.Inks);
+        for (std::size_t first = 0, next = 0; first < Points.size(); first = next) {
+            CanvasPoint high = map.Of(Points[first]);
+            CanvasPoint low = high;
+            const double left = high.X;
+            for (next = first; next < Points.size(); ++next) {
+                const CanvasPoint at = map.Of(Points[next]);
+                if (at.X - left >= MarkRoom) break;
+                if (at.Y < high.Y) high = at;
+                if (at.Y > low.Y) low = at;
+            }
+            DrawMarker(canvas, high, PlotMarker::Diamond, Size, look.Inks.*Ink, look.Inks);
+            if (low.Y - high.Y >= MarkRoom)
+                DrawMarker(canvas, low, PlotMarker::Diamond, Size, look.Inks.*Ink, look.Inks);
         }
     }
     static constexpr double Size = 8;

@@ -35,6 +35,8 @@ constexpr const char* ReviewViewsKey = "review-views";
 constexpr const char* ViewsShown = "shown";
 constexpr const char* ViewsHidden = "hidden";
 constexpr int WidthForViews = 1000;
+/// The least where they stand below the grid.
+constexpr int HeightOfViews = 200;
 
 std::string PathOf(const LogChoice& log) {
     return log.File.empty() ? std::string() : AsFolder(log.Folder) + log.File + log.Extension;
@@ -244,16 +246,21 @@ void LogReview::BuildRunActions() {
 }
 
 void LogReview::OfferViews() {
-    const std::string choice = ChoiceOf(context_.State.Choices, ReviewViewsKey);
-    // Beside a grid on a small screen both are too narrow.
-    const bool isShown = choice.empty() ? screen()->availableGeometry().width() >= WidthForViews : choice == ViewsShown;
-    btnViews_->setChecked(isShown);
-    views_->setVisible(isShown);
-    Connect(btnViews_, &QPushButton::toggled, this, context_.Messages, [this](bool isOn) {
-        context_.State.Choices = StoreUserChoices(context_.Files, {{ReviewViewsKey, isOn ? ViewsShown : ViewsHidden}});
+    auto* sides = qobject_cast<QSplitter*>(views_->parentWidget());
+    // Beside a grid on a small screen both are too narrow: they stand below it, where they are wanted.
+    const bool isSmall = screen()->availableGeometry().width() < WidthForViews;
+    sides->setOrientation(isSmall ? Qt::Vertical : Qt::Horizontal);
+    if (isSmall) views_->setMinimumHeight(HeightOfViews);
+    const auto show = [this, sides](bool isOn) {
         views_->setVisible(isOn);
-        auto* sides = qobject_cast<QSplitter*>(views_->parentWidget());
         if (isOn && sides->sizes().back() == 0) sides->setSizes({3, 2});
+    };
+    const std::string choice = ChoiceOf(context_.State.Choices, ReviewViewsKey);
+    btnViews_->setChecked(choice.empty() ? !isSmall : choice == ViewsShown);
+    show(btnViews_->isChecked());
+    Connect(btnViews_, &QPushButton::toggled, this, context_.Messages, [this, show](bool isOn) {
+        context_.State.Choices = StoreUserChoices(context_.Files, {{ReviewViewsKey, isOn ? ViewsShown : ViewsHidden}});
+        show(isOn);
     });
 }
 

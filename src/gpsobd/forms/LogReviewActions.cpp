@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QScrollBar>
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -132,7 +133,11 @@ void LogReview::ShowGap(const LogGap& gap) {
 void LogReview::ShowRow(int row) {
     model_.SetActiveRow(row);
     vaData_->ShowActive();
+    // The row is brought to the middle, its columns stay where they are.
+    QScrollBar* across = vaData_->horizontalScrollBar();
+    const int place = across->value();
     vaData_->scrollTo(vaData_->currentIndex(), QAbstractItemView::PositionAtCenter);
+    across->setValue(place);
 }
 
 void LogReview::FillGaps(const std::vector<LogGap>& gaps, GapFill fill) {

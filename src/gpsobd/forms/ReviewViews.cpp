@@ -43,6 +43,7 @@ ReviewViews::ReviewViews(AppContext& context, bool hasPositions, QWidget* parent
     trace_->setAccessibleName(QStringLiteral("Speeds of the run of the selected row"));
     // It gives way to the grid where the screen is small.
     trace_->setMinimumSize(160, 60);
+    trace_->SetLook(true, true);
     trace_->Show(NoTrace());
     map_->setObjectName(QStringLiteral("RunMap"));
     map_->setAccessibleName(QStringLiteral("Way of the run of the selected row"));

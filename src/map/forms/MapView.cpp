@@ -12,6 +12,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "core/PictureFile.h"
 #include "core/forms/Accessible.h"
@@ -176,13 +177,12 @@ void MapView::PaintOver(QPainter& painter) {
 
 void MapView::PaintMark(Canvas& canvas, const MapWindow& window) {
     if (!mark_) return;
-    constexpr double Size = 15;
-    constexpr double Line = 3;
     const Colours& inks = ColoursOf(palette());
     const CanvasPoint at = window.PlaceOf(NearestTurn(WorldOf(*mark_), window.Centre.X));
-    canvas.DrawDot(at, Size, inks.Base);
-    canvas.DrawDot(at, Size - 2, inks.Text);
-    canvas.DrawDot(at, Size - 2 - 2 * Line, inks.Base);
+    // Unlike the ring at the start of a track.
+    const std::pair<double, Colour> discs[] = {
+        {21, inks.Base}, {18, inks.Highlight}, {11, inks.Base}, {6, inks.Highlight}};
+    for (const auto& [size, ink] : discs) canvas.DrawDot(at, size, ink);
 }
 
 void MapView::PaintProblem(QPainter& painter) {
