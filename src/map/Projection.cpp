@@ -75,9 +75,15 @@ WorldBox MapWindow::View(double margin) const {
 }
 
 MapWindow FittedWindow(const WorldBox& contents, const CanvasBox& area) {
-    // Room for names and markers at the edges, and for the scale below where there is one.
+    // Room for names and markers at the edges, and below for scale and legend, which a narrow area has above each
+    // other.
+    constexpr double OneRow = 28;
+    constexpr double TwoRows = 60;
+    constexpr double Narrow = 440;
+    constexpr double LeastForTwoRows = 200;
     const double margin = std::min({30.0, area.Width / 8, area.Height / 8});
-    const double below = area.Height < MapWindow::LeastFurnished ? 0 : 28;
+    const double rows = area.Width < Narrow && area.Height >= LeastForTwoRows ? TwoRows : OneRow;
+    const double below = area.Height < MapWindow::LeastFurnished ? 0 : rows;
     constexpr double StreetZoom = 17;
     constexpr double LeastSide = 8;
     constexpr double LeastSpan = 1e-12;
