@@ -108,14 +108,13 @@ std::vector<std::string> ArgumentsAgain(std::vector<std::string> arguments, cons
 
 int RunWindow(QApplication& application, const WindowArguments& arguments, ApplicationState& state, FileSystem& files,
               Clock& clock, const DatabaseEngine& databases, const Spreadsheet& sheets, const DocumentWriter& documents,
-              const Programs& programs) {
+              const Programs& programs, const TileFiles& tiles) {
     ApplyTheme(application, arguments.Theme.value_or(ThemeNamed(ChoiceOf(LoadUserChoices(files), ThemeKey))));
     QtMessageBoxes messages;
     QtDesktop desktop;
     WindowEnd end;
     QtWindowMemory memory(files.SettingsFolder());
     QtSerialPort serial;
-    const MbTiles tiles(DecodePicture);
     const auto device = MakeRemoteApi(files);
     AppScreens screens;
     const auto makeFiles = [] { return std::make_unique<DiskFileSystem>(ExecutableFolder()); };
@@ -157,11 +156,13 @@ int main(int argc, char** argv) {
     vantor::SpreadsheetWriter sheets;
     vantor::QtDocumentWriter documents;
     const vantor::QtPrograms programs;
+    const vantor::MbTiles tiles(vantor::DecodePicture);
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     const auto window = vantor::ReadWindowArguments(arguments);
     if (!window) {
         const int status = vantor::RunCommandLine(
-            arguments, {files, clock, databases, sheets, documents, programs, vantor::TerminalProgress(), &std::cin},
+            arguments,
+            {files, clock, databases, sheets, documents, programs, tiles, vantor::TerminalProgress(), &std::cin},
             std::cout, std::cerr);
         return status == vantor::Stopped ? status + vantor::StoppingSignal() : status;
     }
@@ -174,7 +175,7 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("vantor"));
     vantor::ApplicationState state;
     const int status =
-        vantor::RunWindow(application, *window, state, files, clock, databases, sheets, documents, programs);
+        vantor::RunWindow(application, *window, state, files, clock, databases, sheets, documents, programs, tiles);
     if (state.RestartWanted) vantor::StartProgramAgain(vantor::ArgumentsAgain(arguments, state, files));
     return status;
 }

@@ -18,6 +18,7 @@
 #include "core/ports/Programs.h"
 #include "core/ports/RecordSet.h"
 #include "core/ports/Spreadsheet.h"
+#include "core/ports/TileSource.h"
 
 namespace vantor {
 
@@ -37,6 +38,7 @@ struct CommandContext {
     const Spreadsheet& Sheets;
     const DocumentWriter& Documents;
     const Programs& OtherPrograms;
+    const TileFiles& Tiles;
     ApplicationEnd& End;
     std::ostream& Out;
     std::ostream& Err;

@@ -206,9 +206,19 @@ int RunCommandLine(const std::vector<std::string>& arguments, const CommandPorts
     NoDesktop desktop;
     PrintedEnd end(err);
     FilesAndInput files(ports.Files, ports.In);
-    CommandContext context{
-        {},  files, messages, desktop, ports.Time, ports.Databases, ports.Sheets, ports.Documents, ports.OtherPrograms,
-        end, out,   err};
+    CommandContext context{{},
+                           files,
+                           messages,
+                           desktop,
+                           ports.Time,
+                           ports.Databases,
+                           ports.Sheets,
+                           ports.Documents,
+                           ports.OtherPrograms,
+                           ports.Tiles,
+                           end,
+                           out,
+                           err};
     context.Work = ports.Work;
 
     CLI::App program(

@@ -11,6 +11,7 @@
 #include "core/ports/Programs.h"
 #include "core/ports/RecordSet.h"
 #include "core/ports/Spreadsheet.h"
+#include "core/ports/TileSource.h"
 
 namespace vantor {
 
@@ -22,6 +23,7 @@ struct CommandPorts {
     const Spreadsheet& Sheets;
     const DocumentWriter& Documents;
     const Programs& OtherPrograms;
+    const TileFiles& Tiles;
     Progress Work{};             ///< of long commands
     std::istream* In = nullptr;  ///< standard input
 };

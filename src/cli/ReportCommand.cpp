@@ -4,6 +4,8 @@
 #include "cli/Commands.h"
 #include "core/Paths.h"
 #include "core/StudyFile.h"
+#include "core/UserChoices.h"
+#include "map/BaseMapFile.h"
 #include "reports/modReports.h"
 
 namespace vantor {
@@ -22,7 +24,7 @@ struct ReportOptions {
     bool HasNoHeadings = false;
 };
 
-ReportChoice ChoiceOf(const ReportOptions& options) {
+ReportChoice ChosenBy(const ReportOptions& options) {
     ReportChoice choice;
     choice.Sheet = options.PaperName == "a4" ? Paper::A4 : Paper::Letter;
     choice.IsLandscape = options.IsLandscape;
@@ -44,10 +46,11 @@ int PrintReport(CommandContext& context, const ReportOptions& options) {
         context.Err << "Missing Study File: " << file.Name << '\n';
         return Failed;
     }
-    const ReportData data = LoadReportData(*study, context.State.Settings, context.Files, file.Folder,
-                                           context.Time.Now(), context.Work.Part(0, Loaded));
+    ReportData data = LoadReportData(*study, context.State.Settings, context.Files, file.Folder, context.Time.Now(),
+                                     context.Work.Part(0, Loaded));
     if (!context.Work.Part(Loaded, 1)(0, 1)) return Stopped;
-    const PagedDocument document = MakeReport(data, ChoiceOf(options), context.Documents.Measure());
+    data.UnderMap = OpenBaseMap(context.Tiles, ChoiceOf(context.State.Choices, BaseMapKey));
+    const PagedDocument document = MakeReport(data, ChosenBy(options), context.Documents.Measure());
     const auto bytes = context.Documents.Pdf(document, context.Work.Part(Loaded, 1));
     if (!context.Work(1, 1)) return Stopped;
     for (const std::string& problem : data.Problems) context.Err << problem << '\n';

@@ -338,9 +338,16 @@ void DrawMap(Canvas& canvas, const MapScene& scene, const MapWindow& window, con
                 DrawEnds(frame, item);
             }
         }
+    });
+    DrawOverTracks(canvas, scene, window, look);
+}
+
+void DrawOverTracks(Canvas& canvas, const MapScene& scene, const MapWindow& window, const MapLook& look) {
+    canvas.DrawInside(window.Area, [&] {
+        const MapLook used = UsedLook(look, window);
         const MapFurniture furniture(canvas, scene, window, used);
         furniture.Draw(canvas);
-        DrawNodes(frame, furniture.Boxes());
+        DrawNodes(Frame(canvas, scene, window, used), furniture.Boxes());
     });
 }
 

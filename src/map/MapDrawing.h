@@ -17,6 +17,8 @@ struct MapLook {
 void DrawMap(Canvas& canvas, const MapScene& scene, const MapWindow& window, const MapLook& look);
 /// Draws a track once more, so that it stands out, with its ends and its direction.
 void DrawChosenTrack(Canvas& canvas, const MapScene& scene, const MapWindow& window, const MapLook& look, int item);
+/// Draws what lies over all tracks, also over a chosen one: nodes, scale, legend, north.
+void DrawOverTracks(Canvas& canvas, const MapScene& scene, const MapWindow& window, const MapLook& look);
 
 /// A round length for a bar of at most `room` units of the window, with its name: feet and miles, metres and
 /// kilometres.

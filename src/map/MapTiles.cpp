@@ -40,12 +40,10 @@ std::vector<MapTiles::Square> MapTiles::SquaresOf(const MapWindow& window, doubl
 
 const MapTiles::Tile* MapTiles::Find(const TilePlace& place) const {
     const auto tile = tiles_.find(place);
-    if (tile == tiles_.end()) return nullptr;
-    tile->second.Seen = ++time_;
-    return &tile->second;
+    return tile == tiles_.end() ? nullptr : &tile->second;
 }
 
-std::vector<TilePlace> MapTiles::Missing(const MapWindow& window, double detail) const {
+std::vector<TilePlace> MapTiles::Missing(const MapWindow& window, double detail) {
     std::vector<Square> squares = SquaresOf(window, detail);
     const double x = window.Area.X + window.Area.Width / 2;
     const double y = window.Area.Y + window.Area.Height / 2;
@@ -55,9 +53,13 @@ std::vector<TilePlace> MapTiles::Missing(const MapWindow& window, double detail)
     std::vector<TilePlace> missing;
     for (const Square& square : squares) {
         for (TilePlace place = square.Place; place.Zoom >= facts_.LeastZoom; place = Above(place)) {
-            const Tile* tile = Find(place);
-            if (tile == nullptr && std::ranges::find(missing, place) == missing.end()) missing.push_back(place);
-            if (tile == nullptr || tile->Picture) break;
+            const auto tile = tiles_.find(place);
+            if (tile == tiles_.end()) {
+                if (std::ranges::find(missing, place) == missing.end()) missing.push_back(place);
+                break;
+            }
+            tile->second.Seen = ++time_;
+            if (tile->second.Picture) break;
         }
     }
     return missing;

@@ -12,7 +12,7 @@
 namespace vantor {
 
 /// The tiles that lie under a map, as far as they have been read. Those that were not seen for the longest time are
-/// forgotten.
+/// forgotten; those are seen that were looked for among the missing.
 class MapTiles {
 public:
     explicit MapTiles(TileFacts facts) : facts_(std::move(facts)) {}
@@ -20,7 +20,7 @@ public:
     const TileFacts& Facts() const { return facts_; }
     /// The tiles of a window that are still to be read, those in its middle first. Where the file has none, the larger
     /// one above it is asked for. `detail` is the number of pixels to a unit of the window.
-    std::vector<TilePlace> Missing(const MapWindow& window, double detail) const;
+    std::vector<TilePlace> Missing(const MapWindow& window, double detail);
     /// What was read; nothing where the file has no such tile.
     void Put(const TilePlace& place, std::optional<Pixels> picture);
     /// Draws what is there; for what is not, the part of a larger tile.
@@ -32,7 +32,7 @@ public:
 private:
     struct Tile {
         std::optional<Pixels> Picture;
-        mutable std::uint64_t Seen = 0;
+        std::uint64_t Seen = 0;
     };
     struct Square {
         TilePlace Place;
@@ -49,7 +49,7 @@ private:
 
     TileFacts facts_;
     std::map<TilePlace, Tile> tiles_;
-    mutable std::uint64_t time_ = 0;
+    std::uint64_t time_ = 0;
 };
 
 }  // namespace vantor

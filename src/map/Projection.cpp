@@ -75,13 +75,15 @@ WorldBox MapWindow::View(double margin) const {
 }
 
 MapWindow FittedWindow(const WorldBox& contents, const CanvasBox& area) {
-    // Room for names and markers at the edges, and below for the scale and the legend, which in a narrow area stand one
-    // above the other.
+    // Room for names and markers at the edges, and below for scale and legend, which a narrow area has above each
+    // other.
+    constexpr double OneRow = 28;
+    constexpr double TwoRows = 60;
+    constexpr double Narrow = 440;
+    constexpr double LeastForTwoRows = 200;
     const double margin = std::min({30.0, area.Width / 8, area.Height / 8});
-    constexpr double RowOfFurniture = 34;
-    constexpr double OneRowWidth = 460;
-    const bool isTwoRows = area.Width < OneRowWidth && area.Height >= 2 * MapWindow::LeastFurnished;
-    const double below = area.Height < MapWindow::LeastFurnished ? 0 : isTwoRows ? 2 * RowOfFurniture : RowOfFurniture;
+    const double rows = area.Width < Narrow && area.Height >= LeastForTwoRows ? TwoRows : OneRow;
+    const double below = area.Height < MapWindow::LeastFurnished ? 0 : rows;
     constexpr double StreetZoom = 17;
     constexpr double LeastSide = 8;
     constexpr double LeastSpan = 1e-12;

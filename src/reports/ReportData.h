@@ -10,6 +10,7 @@
 #include "core/Progress.h"
 #include "core/StudyRecords.h"
 #include "core/ports/Clock.h"
+#include "map/BaseMapFile.h"
 #include "map/MapScene.h"
 #include "plots/ReportProfile.h"
 #include "statistics/RunTraces.h"
@@ -40,7 +41,8 @@ struct ReportData {
     std::string OtherThresholds;               ///< as the function of that name says it
     std::optional<std::int32_t> StopDelayNow;  ///< the average at the threshold that is printed
 
-    MapContents Map;  ///< the runs that have positions, and the nodes of the one that has most
+    MapContents Map;       ///< the runs that have positions, and the nodes of the one that has most
+    BaseMapFile UnderMap;  ///< what the map of the runs lies on; the caller opens it
 
     TracedRuns Measured;         ///< all runs that can be read, in the order driven
     StudyStatistics Statistics;  ///< over all runs that can be read

@@ -11,6 +11,7 @@
 
 #include "cli/CommandLine.h"
 #include "fakes/FakePorts.h"
+#include "fakes/FakeTiles.h"
 #include "fakes/PutFiles.h"
 
 namespace vantor {
@@ -26,6 +27,7 @@ struct CommandRunner {
     FakeSpreadsheet Sheets;
     FakeDocumentWriter Documents;
     FakePrograms OtherPrograms;
+    FakeTiles Tiles;
     /// How often a command may ask whether to go on.
     int AsksBeforeStop = std::numeric_limits<int>::max();
     std::string In;  ///< standard input
@@ -42,7 +44,7 @@ struct CommandRunner {
         std::istringstream in(In);
         const Progress goesOn([&](double) { return AsksBeforeStop-- > 0; });
         const int status = RunCommandLine(
-            arguments, {Files, Time, Databases, Sheets, Documents, OtherPrograms, goesOn, &in}, out, err);
+            arguments, {Files, Time, Databases, Sheets, Documents, OtherPrograms, Tiles, goesOn, &in}, out, err);
         Out = out.str();
         Err = err.str();
         return status;

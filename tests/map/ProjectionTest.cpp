@@ -47,6 +47,8 @@ TEST(Projection, WindowsFitZoomAndMove) {
         const CanvasPoint at = fitted.PlaceOf(corner);
         EXPECT_TRUE(at.X > 30 && at.X < 790 && at.Y > 40 && at.Y < 600) << at.X << " " << at.Y;
     }
+    constexpr CanvasBox Pane{0, 0, 350, 295};
+    EXPECT_LT(FittedWindow(box, Pane).PlaceOf(box.High).Y, 295 - 80) << "scale and legend stand above each other there";
     const CanvasPoint about{200, 100};
     const GeoPosition before = PositionOf(fitted.WorldAt(about));
     const MapWindow nearer = ZoomedWindow(fitted, about, 1.5);

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/Settings.h"
+#include "fakes/FakeTiles.h"
 #include "fakes/MemoryFileSystem.h"
 #include "fakes/RecordingCanvas.h"
 #include "reports/ReportStudies.h"
@@ -30,7 +31,11 @@ protected:
         Settings.ShowRunNamesOnStats = -1;
     }
 
-    ReportData Load() { return LoadReportData(TheStudy, Settings, Files, Folder, DateOf(2008, 4, 1)); }
+    ReportData Load() {
+        ReportData data = LoadReportData(TheStudy, Settings, Files, Folder, DateOf(2008, 4, 1));
+        data.UnderMap = BaseMap;
+        return data;
+    }
 
     using Reports = decltype(ReportChoice::Reports);
     const std::vector<RecordingCanvas>& Print(const Reports& reports = ReportChoice().Reports,
@@ -63,6 +68,7 @@ protected:
     MemoryFileSystem Files;
     AppSettings Settings;
     Study TheStudy;
+    BaseMapFile BaseMap;
     FakeDocumentWriter Writer;
 };
 
@@ -196,6 +202,16 @@ TEST_F(modReportsTest, TheMapHasTheRunsWithPositionsAndTheNodesOfOne) {
     Print(Only(ReportKind::Map));
     EXPECT_THAT(Texts(), AllOf(Contains("Oak"), Contains("MPH"), Contains("N"),
                                Contains(testing::StartsWith("1 of 3 runs have positions"))));
+
+    FakeTiles tiles;
+    tiles.Path = "/maps/Streets.mbtiles";
+    tiles.Tiles[{0, 0, 0}] = {1, 1, {0xFF00FF00}};
+    for (const char* path : {"/maps/Streets.mbtiles", "/maps/gone.mbtiles"}) {
+        BaseMap = OpenBaseMap(tiles, path);
+        Print(Only(ReportKind::Map));
+        EXPECT_THAT(Texts(), Contains("(c) Surveyors").Times(BaseMap.Source ? 1 : 0));
+        EXPECT_THAT(Texts(), Contains(testing::StartsWith("No base map (gone.mbtiles)")).Times(BaseMap.Source ? 0 : 1));
+    }
 }
 
 TEST_F(modReportsTest, RunsThatCannotBeReadAreNamedAndTheOthersPrinted) {

@@ -2,7 +2,6 @@
 
 #include <chrono>
 
-#include "core/Paths.h"
 #include "core/UserChoices.h"
 #include "core/forms/Guarded.h"
 
@@ -11,12 +10,6 @@ namespace {
 
 /// So few that what is on the screen by now comes soon.
 constexpr std::size_t TilesAtOnce = 12;
-
-/// The file and the reason of an error, on one line.
-std::string OneLine(const std::string& path, const RunTimeError& error) {
-    const std::string reason = error.Place().empty() ? ErrorText(error.Number()) : error.Place();
-    return "No base map (" + LastComponent(path) + "): " + reason.substr(0, reason.find('\n'));
-}
 
 }  // namespace
 
@@ -51,15 +44,11 @@ void BaseMap::Need(const MapWindow& window, double detail) {
 
 void BaseMap::Begin(std::vector<TilePlace> places) {
     reading_ = std::make_shared<Reading>();
-    reading_->Source = source_;
+    reading_->File.Source = source_;
     work_->Begin([reading = reading_, path = path_, places = std::move(places), &files = context_.Tiles](
                      FileSystem&, const Progress&) {
-        try {
-            if (!reading->Source) reading->Source = files.Open(path);
-            for (const TilePlace& place : places) reading->Tiles.emplace_back(place, reading->Source->Tile(place));
-        } catch (const RunTimeError& error) {
-            reading->Problem = OneLine(path, error);
-        }
+        if (!reading->File.Source) reading->File = OpenBaseMap(files, path);
+        for (const TilePlace& place : places) reading->Tiles.emplace_back(place, reading->File.Source->Tile(place));
     });
     whenRead_.start();
 }
@@ -70,8 +59,8 @@ void BaseMap::TakeWhenRead() {
     work_->Finish();
     const std::shared_ptr<Reading> read = std::exchange(reading_, nullptr);
     if (read) {
-        problem_ = read->Problem;
-        source_ = read->Source;
+        problem_ = read->File.Problem;
+        source_ = read->File.Source;
         if (source_ && !tiles_) tiles_.emplace(source_->Facts());
         if (tiles_)
             for (auto& [place, picture] : read->Tiles) tiles_->Put(place, std::move(picture));

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "core/AppContext.h"
-#include "map/MapTiles.h"
+#include "map/BaseMapFile.h"
 
 namespace vantor {
 
@@ -32,8 +32,7 @@ public:
 
 private:
     struct Reading {
-        std::shared_ptr<TileSource> Source;
-        std::string Problem;
+        BaseMapFile File;
         std::vector<std::pair<TilePlace, std::optional<Pixels>>> Tiles;
     };
     void Begin(std::vector<TilePlace> places);
@@ -43,8 +42,8 @@ private:
     std::unique_ptr<LongWork> work_;
     QTimer whenRead_;
     std::string path_;
-    std::shared_ptr<TileSource> source_;  ///< used by the work alone once there
-    std::shared_ptr<Reading> reading_;    ///< that is under way; nothing when the file was left meanwhile
+    std::shared_ptr<const TileSource> source_;  ///< used by the work alone once there
+    std::shared_ptr<Reading> reading_;          ///< that is under way; nothing when the file was left meanwhile
     std::optional<MapTiles> tiles_;
     std::string problem_;
     MapWindow window_;  ///< what was needed last

@@ -14,6 +14,7 @@
 #include <cmath>
 #include <utility>
 
+#include "core/Counted.h"
 #include "core/PictureFile.h"
 #include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
@@ -42,8 +43,6 @@ bool IsInScrolledWindow(const QWidget& widget) {
 }
 
 CanvasPoint Place(QPointF pixel) { return {pixel.x(), pixel.y()}; }
-
-std::string Counted(int count, const char* one) { return std::to_string(count) + " " + one + (count == 1 ? "" : "s"); }
 
 }  // namespace
 
@@ -164,6 +163,7 @@ void MapView::PaintOver(QPainter& painter) {
         painter.setOpacity(1);
     }
     DrawChosenTrack(canvas, *scene_, window, Look(), chosen_);
+    if (pointed_ != 0 || chosen_ != 0) DrawOverTracks(canvas, *scene_, window, Look());
     PaintMark(canvas, window);
     painter.restore();
     // The middle, which Enter stands for.
@@ -328,11 +328,10 @@ void MapView::BringIntoView(const WorldBox& bounds) {
 
 void MapView::DescribeItself() {
     if (scene_->IsEmpty()) return setAccessibleDescription(ToQt(scene_->Contents().EmptyText));
-    std::string text =
-        Counted(scene_->Items(), "track") + ", " + Counted(static_cast<int>(scene_->Nodes().size()), "node") + ".";
+    std::string text = Counted(scene_->Items(), "track") + ", " + Counted(scene_->Nodes().size(), "node") + ".";
     if (!under_->Problem().empty()) text += " " + under_->Problem();
     if (const std::size_t out = scene_->LeftOut(); out > 0)
-        text += " " + Counted(static_cast<int>(out), "point") + " without a position.";
+        text += " " + Counted(out, "point") + " without a position.";
     if (chosen_ != 0) text += " " + scene_->Track(chosen_).Name;
     setAccessibleDescription(ToQt(text));
 }
@@ -353,6 +352,7 @@ std::vector<std::byte> MapView::Picture(PictureFormat format) const {
         [&](Canvas& canvas) {
             DrawMap(canvas, *scene_, window, look);
             DrawChosenTrack(canvas, *scene_, window, look, chosen_);
+            if (chosen_ != 0) DrawOverTracks(canvas, *scene_, window, look);
         },
         format);
 }

@@ -11,12 +11,14 @@
 #include "core/Paths.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
+#include "core/UserChoices.h"
 #include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
+#include "map/BaseMapFile.h"
 #include "reports/forms/SavePdf.h"
 
 namespace vantor {
@@ -78,10 +80,12 @@ frmReportPreview::frmReportPreview(AppContext& context) : context_(context) {
 
 void frmReportPreview::LoadData() {
     const bool isWhole = context_.Work.Run(
-        "Reading the runs of the study", [&data = data_, study = context_.State.CurrentStudy,
-                                          settings = context_.State.Settings, folder = StudyGroupFolder(context_.State),
-                                          now = context_.Time.Now()](FileSystem& files, const Progress& progress) {
+        "Reading the runs of the study",
+        [&data = data_, study = context_.State.CurrentStudy, settings = context_.State.Settings,
+         folder = StudyGroupFolder(context_.State), now = context_.Time.Now(), &tiles = context_.Tiles,
+         baseMap = ChoiceOf(context_.State.Choices, BaseMapKey)](FileSystem& files, const Progress& progress) {
             data = LoadReportData(study, settings, files, folder, now, progress);
+            data.UnderMap = OpenBaseMap(tiles, baseMap);
         });
     // A report on a part of the runs would be taken for one on all.
     if (!isWhole) QMetaObject::invokeMethod(this, &QDialog::reject, Qt::QueuedConnection);
