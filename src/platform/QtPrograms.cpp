@@ -26,23 +26,26 @@ public:
 
     std::size_t Read(std::span<std::byte> into) override {
         std::size_t filled = 0;
-        while (filled < into.size() && !wasStopped_) {
+        while (filled < into.size() && MayGoOn()) {
             const qint64 got =
                 process_.read(reinterpret_cast<char*>(into.data()) + filled, static_cast<qint64>(into.size() - filled));
-            if (got > 0) {
-                filled += static_cast<std::size_t>(got);
-                output_ += static_cast<std::uint64_t>(got);
-                if (output_ > limits_.OutputBytes) StopIt();
-            } else if (!WaitForOutput()) {
-                break;
-            }
+            if (got <= 0 && process_.state() == QProcess::NotRunning) break;
+            if (got <= 0) process_.waitForReadyRead(Turn);
+            filled += static_cast<std::size_t>(std::max<qint64>(got, 0));
+            output_ += static_cast<std::uint64_t>(std::max<qint64>(got, 0));
+            TakeMessages();
         }
         return filled;
     }
 
     ProgramEnd End() override {
-        // One that nobody reads to its end would wait for ever.
-        if (process_.state() != QProcess::NotRunning && !process_.waitForFinished(LastWait)) StopIt();
+        // One that nobody reads to its end would wait for ever, or fill the memory.
+        process_.closeReadChannel(QProcess::StandardOutput);
+        for (int waited = 0; waited < LastWait && process_.state() != QProcess::NotRunning; waited += Turn) {
+            process_.waitForFinished(Turn);
+            TakeMessages();
+        }
+        StopIt();
         TakeMessages();
         ProgramEnd end;
         end.WasStopped = wasStopped_;
@@ -53,23 +56,22 @@ public:
 
 private:
     static constexpr int LastWait = 2000;  // milliseconds
+    static constexpr int Turn = 50;       // milliseconds
 
-    /// False when there will be no more.
-    bool WaitForOutput() {
-        TakeMessages();
-        if (process_.bytesAvailable() > 0) return true;
-        if (process_.state() == QProcess::NotRunning) return false;
-        const qint64 left = std::chrono::milliseconds(limits_.Time).count() - clock_.elapsed();
-        if (left <= 0) {
-            StopIt();
-            return false;
-        }
-        constexpr qint64 Turn = 200;
-        process_.waitForReadyRead(static_cast<int>(std::min(left, Turn)));
-        return true;
+    bool MayGoOn() {
+        const bool isOver = output_ > limits_.OutputBytes ||
+                            clock_.hasExpired(std::chrono::milliseconds(limits_.Time).count()) ||
+                            (limits_.GoesOn && !limits_.GoesOn());
+        if (isOver) StopIt();
+        return !wasStopped_;
     }
 
-    void TakeMessages() { messages_ = (messages_ + process_.readAllStandardError()).right(MostMessages); }
+    void TakeMessages() {
+        const QByteArray more = process_.readAllStandardError();
+        if (more.isEmpty()) return;
+        output_ += static_cast<std::uint64_t>(more.size());
+        messages_ = (messages_ + more).right(MostMessages);
+    }
 
     void StopIt() {
         if (process_.state() == QProcess::NotRunning) return;
