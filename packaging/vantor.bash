@@ -16,11 +16,12 @@ _vantor() {
 
     local values='' output='' commands='' options='' files=''
     case "$group $command" in
-        ' ') commands='settings run counter log study' options='--theme --version' files='ld2' ;;
+        ' ') commands='settings run counter log track study' options='--theme --version' files='ld2' ;;
         'settings ') commands='show' ;;
-        'run ') commands='show convert delay stats despike smooth' ;;
+        'run ') commands='show convert delay stats export despike smooth' ;;
         'counter ') commands='studies convert check' ;;
         'log ') commands='show convert' ;;
+        'track ') commands='show convert' ;;
         'study ') commands='new show compute bounds export chart report propose statistics compare' ;;
         'settings show') ;;
         'run show') options='--samples' files='@(rd2|rdf)' ;;
@@ -29,6 +30,7 @@ _vantor() {
             options='--start-dist --end-dist --start-sample --end-sample --ideal-speed --stop-speed' files='@(rd2|rdf)'
             ;;
         'run stats') files='@(rd2|rdf)' ;;
+        'run export') options='--output --time-zone' files='@(rd2|rdf)' output='@(gpx|geojson|json|csv)' ;;
         'run despike') options='--output' files='rd2' output='rd2' ;;
         'run smooth') options='--factor --output' files='rd2' output='rd2' ;;
         'counter studies') files='tdc' ;;
@@ -36,11 +38,15 @@ _vantor() {
         'counter check') files='tdc' ;;
         'log show') options='--rows --signed' files='@(gdf|gd2|odf|od2|ddf|txt|mdb|pdb)' ;;
         'log convert') options='--to --gaps --signed' files='@(gdf|gd2|odf|od2|ddf|txt|mdb|pdb)' ;;
+        'track show') options='--time-zone --cut' files='@(gpx|nmea|nma|csv|tsv|txt|fit|tcx|kml|igc|gdb|sbp|gdf|gd2|odf|od2|ddf|mdb|pdb)' ;;
+        'track convert') options='--to --time-zone --cut' files='@(gpx|nmea|nma|csv|tsv|txt|fit|tcx|kml|igc|gdb|sbp|gdf|gd2|odf|od2|ddf|mdb|pdb)' ;;
         'study new') files='-d' ;;
         'study show') files='ld2' ;;
         'study compute') options='--stop-speed' files='ld2' ;;
         'study bounds') options='--start-dist --end-dist --ideal-speed --all' files='ld2' ;;
-        'study export') options='--output' files='ld2' output='@(xls|xlsx|csv)' ;;
+        'study export')
+            options='--output --samples --time-zone' files='ld2' output='@(xls|xlsx|csv|gpx|geojson|json)'
+            ;;
         'study chart') options='--output --counted' files='ld2' output='@(png|svg|pdf)' ;;
         'study report') options='--output --paper --landscape --no-headings --only' files='ld2' output='pdf' ;;
         'study propose') options='--node --common --apply' files='ld2' ;;
@@ -65,6 +71,8 @@ _vantor() {
         --paper) values='letter a4' ;;
         --only) values='cover summary overall before-after chart time-space map profiles method statistics' ;;
         --confidence | --error | --error-speed | --stop | --go | --free-flow) return ;;
+        --time-zone) values=$(cd /usr/share/zoneinfo 2>/dev/null && printf '%s\n' UTC [A-Z]*/[A-Z]*) ;;
+        --cut) return ;;
         --factor | --start-dist | --end-dist | --start-sample | --end-sample | --ideal-speed | --stop-speed) return ;;
     esac
 

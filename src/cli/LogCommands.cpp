@@ -135,12 +135,16 @@ void NameGaps(std::ostream& out, const std::string& path, const std::vector<LogG
 int ConvertLog(CommandContext& context, const LogArguments& arguments, const std::string& folder, bool fillsBySpeed) {
     const Sources sources(context, arguments);
     const std::string& path = arguments.Path;
-    const RunsOfLog log = ReadRunsOfLog(sources.All, FormatOfFile(sources.All, path), path);
+    constexpr double partOfReading = 0.6;
+    const RunsOfLog log =
+        ReadRunsOfLog(sources.All, FormatOfFile(sources.All, path), path, context.Work.Part(0, partOfReading));
+    if (!context.Work.Part(0, partOfReading)(1, 1)) return Stopped;
     NameCut(context.Err, log.Head);
     for (const std::string& remark : log.Head.Remarks) context.Err << remark << ", in " << path << "\n";
     const std::vector<LogGap> gaps = fillsBySpeed ? std::vector<LogGap>() : FindGaps(log);
     NameGaps(context.Err, path, gaps);
-    const auto written = WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings, {}, context.Work);
+    const auto written =
+        WriteLogRuns(context.Files, log, gaps, folder, context.State.Settings, {}, context.Work.Part(partOfReading, 1));
     if (!written) return Stopped;
     if (!written->LeftOut.empty())
         throw RunTimeError(ErrorNumber::Overflow,
@@ -165,8 +169,9 @@ Json TrackJson(const InboxTrack& track) {
 int ShowTracks(CommandContext& context, const LogArguments& arguments) {
     const Sources sources(context, arguments);
     const LogFormat& format = FormatOfFile(sources.All, arguments.Path);
-    const InboxFile file =
-        TracksOf(ReadRunsOfLog(sources.All, format, arguments.Path, context.Work), context.State.Settings);
+    const RunsOfLog log = ReadRunsOfLog(sources.All, format, arguments.Path, context.Work);
+    if (!context.Work(1, 1)) return Stopped;
+    const InboxFile file = TracksOf(log, context.State.Settings);
     Json tracks = Json::array();
     for (const InboxTrack& track : file.Tracks) tracks.push_back(TrackJson(track));
     context.Print({{"kind", format.Word}, {"remarks", file.Remarks}, {"tracks", std::move(tracks)}});

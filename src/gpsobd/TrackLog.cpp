@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <span>
 
 #include "core/Numeric.h"
 #include "core/Paths.h"
@@ -16,7 +17,9 @@
 #include "tracks/GpsBabel.h"
 #include "tracks/GpxReader.h"
 #include "tracks/NmeaReader.h"
+#include "tracks/RunExport.h"
 #include "tracks/TrackRuns.h"
+#include "tracks/TrackTexts.h"
 #include "tracks/TrackTimes.h"
 
 namespace vantor {
@@ -29,10 +32,9 @@ std::string ZoneOf(const LogSources& sources) {
     return sources.Tracks.Zone.empty() ? sources.Time.OwnZone() : sources.Tracks.Zone;
 }
 
-GpsPoint GpsPointOf(const TrackPoint& point, std::int16_t run, const TrackTimes& times) {
+GpsPoint GpsPointOf(const TrackPoint& point, std::int16_t run) {
     GpsPoint gps = MissingGpsPoint();
     gps.RunNumber = run;
-    gps.DateTime = times.LocalOf(*point.Time);
     if (point.Position) {
         gps.Latitude = point.Position->Latitude;
         gps.Longitude = point.Position->Longitude;
@@ -80,12 +82,32 @@ std::vector<std::string> RemarksOf(const TrackSummary& summary, const TrackRuns&
 }
 
 std::string NoRunText(const TrackSummary& summary) {
+    if (!summary.Damage.empty() && summary.Points == 0) return summary.Damage;
+    const std::string damage = summary.Damage.empty() ? "" : "\n" + summary.Damage;
+    if (summary.Points == 0 && summary.Broken > 0)
+        return "No point of the file can be read, the first of " + std::to_string(summary.Broken) + " in line " +
+               std::to_string(summary.FirstBrokenLine) + ": " + summary.FirstBrokenReason +
+               " Export the track again, or choose another file.";
     if (summary.Points == 0 && summary.RoutePoints > 0)
         return "The file has a route and no track: a route was planned, not driven. Export the track.";
+    if (summary.Points == 0 && summary.Void > 0)
+        return "The receiver had no fix in any point of the file. Choose another file.";
     if (summary.Points == 0) return "The file has no point of a track. Choose another file.";
     if (summary.WithoutTime == summary.Points)
-        return "The points of the track have no times, and speeds need times. Export the track with its times.";
-    return "Nothing moves in this track, or it has single points only. Choose another file.";
+        return "The points of the track have no times between 1980 and 2099, and speeds need times. Export the track "
+               "with its times." +
+               damage;
+    return "Nothing moves in this track, or it has single points only. Choose another file." + damage;
+}
+
+/// What runs were written as is read run by run.
+TrackCuts CutsOf(const LogSources& sources, const std::string& path) {
+    std::string head(RunExportHead, '\0');
+    head.resize(sources.Files.Open(path)->Read(std::as_writable_bytes(std::span(head))));
+    if (head.empty())
+        throw RunTimeError(ErrorNumber::TypeMismatch,
+                           "The file is empty. Choose another file, or export the track again.\n" + path);
+    return IsRunExport(head) ? TrackCuts{.GapSeconds = 0, .StandingSeconds = 0} : sources.Tracks.Cuts;
 }
 
 LogHead ReadPoints(const LogSources& sources, const LogFormat& format, const std::string& path, const LogSink& sink,
@@ -93,12 +115,15 @@ LogHead ReadPoints(const LogSources& sources, const LogFormat& format, const std
     LogHead log = NewLogHead(format, path);
     const TrackTimes times(sources.Time, ZoneOf(sources));
     std::int32_t run = 0;
-    TrackRuns runs(sources.Tracks.Cuts, [&](std::span<const TrackPoint> points) {
+    TrackRuns runs(CutsOf(sources, path), [&](std::span<const TrackPoint> points) {
         if (++run > std::numeric_limits<std::int16_t>::max())
             throw RunTimeError(ErrorNumber::Overflow, "The file has more than 32767 runs. Divide it.\n" + path);
+        // The clock of a run goes on where those of the zone are changed.
+        const Date start = times.LocalOf(*points.front().Time);
         for (const TrackPoint& point : points) {
             LogPoint its;
-            its.Gps = GpsPointOf(point, static_cast<std::int16_t>(run), times);
+            its.Gps = GpsPointOf(point, static_cast<std::int16_t>(run));
+            its.Gps.DateTime = {start.Days + (*point.Time - *points.front().Time) / static_cast<double>(SecondsOfDay)};
             if (!log.StudyDate) log.StudyDate = Date{std::floor(its.Gps.DateTime.Days)};
             if (!sink(std::move(its))) return false;
         }
@@ -107,9 +132,7 @@ LogHead ReadPoints(const LogSources& sources, const LogFormat& format, const std
     const TrackSummary summary = read(
         sources, path, [&](const TrackPoint& point) { return runs.Add(point); }, progress);
     if (summary.IsStopped || !runs.Finish()) return log;
-    if (run == 0)
-        throw RunTimeError(ErrorNumber::TypeMismatch,
-                           (summary.Damage.empty() ? NoRunText(summary) : summary.Damage) + "\n" + path);
+    if (run == 0) throw RunTimeError(ErrorNumber::TypeMismatch, NoRunText(summary) + "\n" + path);
     log.Remarks = RemarksOf(summary, runs);
     if (log.StudyDate) log.Prefix.LogDate = *log.StudyDate;
     return log;
@@ -167,26 +190,39 @@ std::vector<BabelForm> ConvertedForms(const LogSources& sources, const std::stri
 TrackSummary FromConverter(const LogSources& sources, const std::string& path, const TrackSink& sink,
                            const Progress& progress) {
     const std::vector<BabelForm> forms = ConvertedForms(sources, path);
+    const Programs* const programs = sources.Tracks.OtherPrograms;
+    if (forms.empty() && programs != nullptr && !BabelForms(*programs).empty())
+        throw RunTimeError(ErrorNumber::TypeMismatch,
+                           "gpsbabel knows no track in files of this extension. Save the track as GPX, NMEA or "
+                           "CSV.\n" +
+                               path);
     if (forms.empty()) throw RunTimeError(ErrorNumber::TypeMismatch, MissingBabelText(path));
     std::string messages;
     for (const BabelForm& form : forms) {
-        const auto program = ReadAsGpx(*sources.Tracks.OtherPrograms, form, path);
+        bool goesOn = true;
+        ProgramLimits limits;
+        limits.GoesOn = [&] { return goesOn = progress(0, 1); };
+        const auto program = ReadAsGpx(*programs, form, path, limits);
         if (program == nullptr) throw RunTimeError(ErrorNumber::TypeMismatch, MissingBabelText(path));
+        bool hasPoints = false;
+        const TrackSink take = [&](const TrackPoint& point) {
+            hasPoints = true;
+            return sink(point);
+        };
         TrackSummary summary;
         try {
-            summary = ReadGpx(*program, path, sink, progress);
+            summary = ReadGpx(*program, path, take, progress);
         } catch (const RunTimeError&) {
-            // It wrote nothing, or no whole GPX: it says why itself.
+            // Without a point it wrote nothing, or no whole GPX: it says why itself.
+            if (hasPoints) throw;
         }
         const ProgramEnd end = program->End();
-        if (summary.Points > 0 || summary.IsStopped) {
-            if (!end.Messages.empty()) summary.Damage = "gpsbabel: " + end.Messages;
-            return summary;
-        }
-        messages += (messages.empty() ? "" : "\n") + form.Name + ": " +
-                    (end.WasStopped         ? "it took too long"
-                     : end.Messages.empty() ? "no track"
-                                            : end.Messages);
+        summary.IsStopped = summary.IsStopped || !goesOn;
+        const std::string said = SaidBy(end);
+        if (hasPoints && !said.empty()) summary.Damage = "gpsbabel: " + said;
+        if (hasPoints || summary.IsStopped) return summary;
+        messages += (messages.empty() ? "" : "\n") + form.Name + ": " + (said.empty() ? "no track" : said);
+        if (end.WasStopped) break;
     }
     throw RunTimeError(ErrorNumber::TypeMismatch,
                        "No track could be read with the help of gpsbabel.\n" + messages + "\n" + path);

@@ -119,8 +119,9 @@ std::unique_ptr<InputFile> DiskFileSystem::Open(const std::string& path) const {
     if (auto file = OpenExact(path)) return file;
     const fs::path resolved = ResolvedPath(path);
     const auto native = InfoOfNative(resolved);
-    // A folder, a pipe or a device is no file to read from.
-    if (native && !native->IsFile) throw RunTimeError(ErrorNumber::PathFileAccessError, path);
+    if (native && !native->IsFile)
+        throw RunTimeError(ErrorNumber::PathFileAccessError,
+                           "A folder, a pipe or a device is no file to read. Choose a file.\n" + path);
     return OpenOnDisk(resolved);
 }
 

@@ -16,6 +16,9 @@ public:
     QtProgram(const QString& path, const QStringList& arguments, const ProgramLimits& limits) : limits_(limits) {
         process_.setProcessChannelMode(QProcess::SeparateChannels);
         process_.setStandardInputFile(QProcess::nullDevice());
+        // Waiting for one channel takes in the other, too, and goes on as long as that has something.
+        QObject::connect(&process_, &QProcess::readyReadStandardError, [this] { Watch(); });
+        QObject::connect(&process_, &QProcess::readyReadStandardOutput, [this] { Watch(); });
         process_.start(path, arguments, QIODevice::ReadOnly);
         clock_.start();
         hasStarted_ = process_.waitForStarted();
@@ -26,23 +29,24 @@ public:
 
     std::size_t Read(std::span<std::byte> into) override {
         std::size_t filled = 0;
-        while (filled < into.size() && !wasStopped_) {
+        for (Watch(); filled < into.size() && !wasStopped_; Watch()) {
             const qint64 got =
                 process_.read(reinterpret_cast<char*>(into.data()) + filled, static_cast<qint64>(into.size() - filled));
-            if (got > 0) {
-                filled += static_cast<std::size_t>(got);
-                output_ += static_cast<std::uint64_t>(got);
-                if (output_ > limits_.OutputBytes) StopIt();
-            } else if (!WaitForOutput()) {
-                break;
-            }
+            if (got <= 0 && process_.state() == QProcess::NotRunning) break;
+            if (got <= 0) process_.waitForReadyRead(Turn);
+            filled += static_cast<std::size_t>(std::max<qint64>(got, 0));
+            output_ += static_cast<std::uint64_t>(std::max<qint64>(got, 0));
         }
         return filled;
     }
 
     ProgramEnd End() override {
         // One that nobody reads to its end would wait for ever.
-        if (process_.state() != QProcess::NotRunning && !process_.waitForFinished(LastWait)) StopIt();
+        isEnding_ = true;
+        clock_.start();
+        Watch();
+        if (process_.state() != QProcess::NotRunning) process_.waitForFinished(LastWait);
+        StopIt();
         TakeMessages();
         ProgramEnd end;
         end.WasStopped = wasStopped_;
@@ -53,23 +57,27 @@ public:
 
 private:
     static constexpr int LastWait = 2000;  // milliseconds
+    static constexpr int Turn = 50;        // milliseconds
 
-    /// False when there will be no more.
-    bool WaitForOutput() {
-        TakeMessages();
-        if (process_.bytesAvailable() > 0) return true;
-        if (process_.state() == QProcess::NotRunning) return false;
-        const qint64 left = std::chrono::milliseconds(limits_.Time).count() - clock_.elapsed();
-        if (left <= 0) {
-            StopIt();
-            return false;
-        }
-        constexpr qint64 Turn = 200;
-        process_.waitForReadyRead(static_cast<int>(std::min(left, Turn)));
-        return true;
+    bool IsOver() const {
+        const qint64 most = isEnding_ ? LastWait : std::chrono::milliseconds(limits_.Time).count();
+        return output_ > limits_.OutputBytes || clock_.hasExpired(most) || (limits_.GoesOn && !limits_.GoesOn());
     }
 
-    void TakeMessages() { messages_ = (messages_ + process_.readAllStandardError()).right(MostMessages); }
+    void Watch() {
+        TakeMessages();
+        if (isEnding_) process_.readAllStandardOutput();
+        if (wasStopped_ || process_.state() == QProcess::NotRunning || !IsOver()) return;
+        wasStopped_ = true;
+        process_.kill();
+    }
+
+    void TakeMessages() {
+        const QByteArray more = process_.readAllStandardError();
+        if (more.isEmpty()) return;
+        output_ += static_cast<std::uint64_t>(more.size());
+        messages_ = (messages_ + more).right(MostMessages);
+    }
 
     void StopIt() {
         if (process_.state() == QProcess::NotRunning) return;
@@ -85,6 +93,7 @@ private:
     std::uint64_t output_ = 0;
     bool hasStarted_ = false;
     bool wasStopped_ = false;
+    bool isEnding_ = false;
 };
 
 }  // namespace

@@ -1,13 +1,17 @@
 #include "tracks/RunExport.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "analysis/ProfileTrace.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
 #include "core/Units.h"
+#include "core/Windows1252.h"
 
 namespace vantor {
 namespace {
@@ -19,23 +23,41 @@ constexpr int SpeedDecimals = 3;
 constexpr double SecondsPerDay = 86400;
 constexpr double DayOf1970 = 25569;
 constexpr double MetresPerFoot = 0.3048;
+/// What a file of ours is known by.
+constexpr const char* GpxCreator = "creator=\"Vantor\"";
+constexpr std::array<const char*, 3> FirstColumns = {"Run", "Second", "Local Time"};
 
-constexpr double SecondsOf(Date date) { return (date.Days - DayOf1970) * SecondsPerDay; }
+/// The moments of a run's seconds. Its clock goes on where those of the zone are changed.
+class Moments {
+public:
+    Moments(const ExportedRun& run, const TrackTimes& times) {
+        if (run.Seconds.empty()) return;
+        const double local = std::floor((run.Seconds.front().Time.Days - DayOf1970) * SecondsPerDay + 0.5);
+        first_ = times.UtcOf(local);
+    }
+    /// Of a second from 0.
+    std::string operator[](std::size_t index) const {
+        return IsoDateTime({DayOf1970 + (first_ + static_cast<double>(index)) / SecondsPerDay}) + "Z";
+    }
 
-std::string UniversalText(const ExportedSecond& second, const TrackTimes& times) {
-    return IsoDateTime({DayOf1970 + times.UtcOf(SecondsOf(second.Time)) / SecondsPerDay}) + "Z";
-}
+private:
+    double first_ = 0;
+};
 
+/// Names come from files of any make, and XML holds neither all characters nor what is no UTF-8.
 std::string Escaped(const std::string& text) {
     std::string escaped;
-    for (const char character : text) switch (character) {
+    for (std::size_t at = 0; at < text.size();) {
+        const char32_t character = NextCharacter(text, at);
+        switch (character) {
             case '&': escaped += "&amp;"; break;
             case '<': escaped += "&lt;"; break;
             case '>': escaped += "&gt;"; break;
             case '"': escaped += "&quot;"; break;
-            // Other control characters cannot stand in XML at all.
-            default: escaped += static_cast<unsigned char>(character) < ' ' ? ' ' : character;
+            default:
+                AppendUtf8(escaped, character < ' ' || character == 0xFFFE || character == 0xFFFF ? U' ' : character);
         }
+    }
     return escaped;
 }
 
@@ -44,8 +66,8 @@ std::string GpxPlace(const Position& at) {
            FixedDecimals(at.Longitude, PositionDecimals) + "\"";
 }
 
-void AddTrackPoint(std::string& text, const ExportedSecond& second, const TrackTimes& times) {
-    text += "      <trkpt" + GpxPlace(*second.At) + "><time>" + UniversalText(second, times) + "</time>";
+void AddTrackPoint(std::string& text, const ExportedSecond& second, const std::string& moment) {
+    text += "      <trkpt" + GpxPlace(*second.At) + "><time>" + moment + "</time>";
     const double metresPerSecond = static_cast<double>(second.Speed) * FeetPerSecondOfMph * MetresPerFoot;
     text += "<extensions><tpx:TrackPointExtension><tpx:speed>" + FixedDecimals(metresPerSecond, SpeedDecimals) +
             "</tpx:speed>";
@@ -61,21 +83,22 @@ Json Feature(Json geometry, Json properties) {
     return {{"type", "Feature"}, {"geometry", std::move(geometry)}, {"properties", std::move(properties)}};
 }
 
-Json LineFeature(const ExportedRun& run, const TrackTimes& times) {
+Json LineFeature(const ExportedRun& run, const Moments& moments) {
     Json places = Json::array();
-    Json moments = Json::array();
+    Json times = Json::array();
     Json speeds = Json::array();
     Json distances = Json::array();
-    for (const ExportedSecond& second : run.Seconds) {
+    for (std::size_t i = 0; i < run.Seconds.size(); ++i) {
+        const ExportedSecond& second = run.Seconds[i];
         if (!second.At) continue;
         places.push_back(PlaceJson(*second.At));
-        moments.push_back(UniversalText(second, times));
-        speeds.push_back(static_cast<double>(second.Speed));
+        times.push_back(moments[i]);
+        speeds.push_back(std::floor(static_cast<double>(second.Speed) * 1000 + 0.5) / 1000);
         distances.push_back(second.Feet);
     }
     return Feature({{"type", "LineString"}, {"coordinates", std::move(places)}},
                    {{"run", run.Name},
-                    {"times", std::move(moments)},
+                    {"times", std::move(times)},
                     {"speedMph", std::move(speeds)},
                     {"distanceFt", std::move(distances)}});
 }
@@ -89,8 +112,9 @@ std::vector<std::byte> BytesOf(const std::string& text) {
 
 }  // namespace
 
-bool ExportedRun::HasPositions() const {
-    return std::ranges::count_if(Seconds, [](const ExportedSecond& second) { return second.At.has_value(); }) > 1;
+std::size_t ExportedRun::Positions() const {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(Seconds, [](const ExportedSecond& second) { return second.At.has_value(); }));
 }
 
 ExportedRun ExportOf(const RunRecord& run, const AppSettings& settings) {
@@ -106,7 +130,7 @@ ExportedRun ExportOf(const RunRecord& run, const AppSettings& settings) {
         if (sample > run.RunSamples.LastIndex()) continue;
         const RunSample& event = run.RunSamples[sample];
         second.At = PositionOf(event);
-        if (second.At && event.Heading >= 0) second.Course = event.Heading;
+        if (second.At && event.Heading >= 0 && event.Heading <= 360) second.Course = event.Heading;
     }
     int nodes = 0;
     for (const ProfileMark& mark : trace.Marks()) {
@@ -119,6 +143,23 @@ ExportedRun ExportOf(const RunRecord& run, const AppSettings& settings) {
     return exported;
 }
 
+std::string LeftOutText(const ExportedRun& run) {
+    const std::size_t seconds = run.Seconds.size() - run.Positions();
+    if (seconds == 0) return {};
+    const auto nodes =
+        std::ranges::count_if(run.Seconds, [](const ExportedSecond& second) { return second.IsNode && !second.At; });
+    return run.Name + ": " + std::to_string(seconds) + " of its " + std::to_string(run.Seconds.size()) +
+           " seconds have no position and are left out" +
+           (nodes == 0 ? "" : ", among them " + std::to_string(nodes) + (nodes == 1 ? " node" : " nodes")) +
+           "; CSV has all of them";
+}
+
+bool IsRunExport(std::string_view head) {
+    std::string columns;
+    for (const char* const column : FirstColumns) columns += std::string(column) + ",";
+    return head.find(GpxCreator) != std::string_view::npos || head.find(columns) != std::string_view::npos;
+}
+
 std::optional<ExportForm> ExportFormOf(const std::string& path) {
     if (HasExtension(path, ".gpx")) return ExportForm::Gpx;
     if (HasExtension(path, ".geojson") || HasExtension(path, ".json")) return ExportForm::GeoJson;
@@ -129,20 +170,22 @@ std::optional<ExportForm> ExportFormOf(const std::string& path) {
 std::string GpxText(std::span<const ExportedRun> runs, const TrackTimes& times) {
     std::string text =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-        "<gpx version=\"1.1\" creator=\"Vantor\" "
-        "xmlns=\"http://www.topografix.com/GPX/1/1\"\n"
-        "     "
-        "xmlns:tpx=\"http://www.garmin.com/xmlschemas/"
-        "TrackPointExtension/v2\" xmlns:v=\"urn:vantor:node\">\n";
-    for (const ExportedRun& run : runs)
-        for (const ExportedSecond& second : run.Seconds)
-            if (second.IsNode && second.At)
-                text += "  <wpt" + GpxPlace(*second.At) + "><time>" + UniversalText(second, times) + "</time><name>" +
-                        Escaped(second.Node) + "</name><desc>" + Escaped(run.Name) + "</desc></wpt>\n";
+        "<gpx version=\"1.1\" " +
+        std::string(GpxCreator) +
+        " xmlns=\"http://www.topografix.com/GPX/1/1\"\n"
+        "     xmlns:tpx=\"http://www.garmin.com/xmlschemas/TrackPointExtension/v2\" xmlns:v=\"urn:vantor:node\">\n";
     for (const ExportedRun& run : runs) {
+        const Moments moments(run, times);
+        for (std::size_t i = 0; i < run.Seconds.size(); ++i)
+            if (const ExportedSecond& second = run.Seconds[i]; second.IsNode && second.At)
+                text += "  <wpt" + GpxPlace(*second.At) + "><time>" + moments[i] + "</time><name>" +
+                        Escaped(second.Node) + "</name><desc>" + Escaped(run.Name) + "</desc></wpt>\n";
+    }
+    for (const ExportedRun& run : runs) {
+        const Moments moments(run, times);
         text += "  <trk><name>" + Escaped(run.Name) + "</name>\n    <trkseg>\n";
-        for (const ExportedSecond& second : run.Seconds)
-            if (second.At) AddTrackPoint(text, second, times);
+        for (std::size_t i = 0; i < run.Seconds.size(); ++i)
+            if (run.Seconds[i].At) AddTrackPoint(text, run.Seconds[i], moments[i]);
         text += "    </trkseg>\n  </trk>\n";
     }
     return text + "</gpx>\n";
@@ -151,12 +194,12 @@ std::string GpxText(std::span<const ExportedRun> runs, const TrackTimes& times) 
 std::string GeoJsonText(std::span<const ExportedRun> runs, const TrackTimes& times) {
     Json features = Json::array();
     for (const ExportedRun& run : runs) {
-        features.push_back(LineFeature(run, times));
-        for (const ExportedSecond& second : run.Seconds)
-            if (second.IsNode && second.At)
-                features.push_back(
-                    Feature({{"type", "Point"}, {"coordinates", PlaceJson(*second.At)}},
-                            {{"node", second.Node}, {"run", run.Name}, {"time", UniversalText(second, times)}}));
+        const Moments moments(run, times);
+        features.push_back(LineFeature(run, moments));
+        for (std::size_t i = 0; i < run.Seconds.size(); ++i)
+            if (const ExportedSecond& second = run.Seconds[i]; second.IsNode && second.At)
+                features.push_back(Feature({{"type", "Point"}, {"coordinates", PlaceJson(*second.At)}},
+                                           {{"node", second.Node}, {"run", run.Name}, {"time", moments[i]}}));
     }
     const Json all = {{"type", "FeatureCollection"}, {"features", std::move(features)}};
     // Names may come from files of any make.
@@ -167,9 +210,9 @@ std::vector<SheetRow> SampleRows(std::span<const ExportedRun> runs, const AppSet
     const Units units = UnitsOf(settings);
     const std::string speed = std::string("Speed (") + (units.Metric ? "km/h" : "mph") + ")";
     const std::string distance = std::string("Distance (") + units.LengthLabel() + ")";
-    std::vector<SheetRow> rows = {{{"Run"},
-                                   {"Second"},
-                                   {"Local Time"},
+    std::vector<SheetRow> rows = {{{FirstColumns[0]},
+                                   {FirstColumns[1]},
+                                   {FirstColumns[2]},
                                    {"Latitude"},
                                    {"Longitude"},
                                    {speed},
@@ -200,11 +243,12 @@ std::vector<std::byte> ExportBytes(ExportForm form, std::span<const ExportedRun>
                                    const AppSettings& settings) {
     if (form == ExportForm::Csv) return BytesOf(CsvText(SampleRows(runs, settings)));
     for (const ExportedRun& run : runs)
-        if (!run.HasPositions())
-            throw RunTimeError(ErrorNumber::TypeMismatch, "Run " + run.Name +
-                                                              " has no positions: it is of a counter or of an "
-                                                              "OBD log.\nGPX and GeoJSON need "
-                                                              "positions; write its samples as CSV.");
+        if (const std::size_t positions = run.Positions(); positions < 2)
+            throw RunTimeError(ErrorNumber::TypeMismatch,
+                               "Run " + run.Name +
+                                   (positions == 0 ? " has no positions: it is of a counter or of an OBD log."
+                                                   : " has a position in one of its seconds only.") +
+                                   "\nGPX and GeoJSON need positions; write its samples as CSV.");
     return BytesOf(form == ExportForm::Gpx ? GpxText(runs, times) : GeoJsonText(runs, times));
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/AppSettings.h"
@@ -29,14 +32,23 @@ struct ExportedRun {
     std::string Name;
     std::vector<ExportedSecond> Seconds;
 
-    bool HasPositions() const;
+    /// How many of the seconds have one.
+    std::size_t Positions() const;
 };
 ExportedRun ExportOf(const RunRecord& run, const AppSettings& settings);
+/// What GPX and GeoJSON do not tell of a run: its seconds without a position; empty where all have one.
+std::string LeftOutText(const ExportedRun& run);
+
+/// True for the beginning of a GPX or CSV file that was written here: it holds runs as they are.
+bool IsRunExport(std::string_view head);
+inline constexpr std::size_t RunExportHead = 256;  ///< bytes that tell it
 
 /// What runs may be written as beside their own form.
 enum class ExportForm { Gpx, GeoJson, Csv };
 /// By the extension of a file: ".gpx", ".geojson" or ".json", ".csv".
 std::optional<ExportForm> ExportFormOf(const std::string& path);
+
+// Times of GPX and GeoJSON are UTC: the run's first second by its zone's clocks, the others from there.
 
 /// GPX 1.1: a track a run, of its seconds with a position; nodes are waypoints and marked in their track points, speeds
 /// and courses stand in the extension that receivers use.

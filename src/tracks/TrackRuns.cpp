@@ -1,16 +1,15 @@
 #include "tracks/TrackRuns.h"
 
-#include <utility>
+#include <cmath>
 
 #include "tracks/TrackSeconds.h"
 
 namespace vantor {
 
 bool TrackRuns::EndsBefore(const TrackPoint& point) const {
-    const TrackPoint& last = stretch_.back();
-    if (cuts_.AtSegments && point.Segment != last.Segment) return true;
-    if (cuts_.GapSeconds > 0 && *point.Time - *last.Time > cuts_.GapSeconds) return true;
-    return *point.Time - *stretch_.front().Time >= LongestPiece - 1;
+    if (cuts_.AtSegments && point.Segment != stretch_.Points().back().Segment) return true;
+    if (cuts_.GapSeconds > 0 && *point.Time - lastTime_ > cuts_.GapSeconds) return true;
+    return std::floor(*point.Time + 0.5) - *stretch_.Points().front().Time >= LongestPiece;
 }
 
 bool TrackRuns::Add(const TrackPoint& point) {
@@ -18,16 +17,18 @@ bool TrackRuns::Add(const TrackPoint& point) {
         ++left_;
         return true;
     }
-    if (!stretch_.empty() && EndsBefore(point) && !CutStretch()) return false;
-    stretch_.push_back(point);
-    stretch_.back().Name = {};  // it holds for this call alone
+    if (!stretch_.Points().empty() && EndsBefore(point) && !CutStretch()) return false;
+    TrackPoint kept = point;
+    kept.Name = {};  // it holds for this call alone
+    stretch_.Add(kept);
+    lastTime_ = *point.Time;
     return true;
 }
 
 bool TrackRuns::Finish() { return CutStretch(); }
 
 bool TrackRuns::CutStretch() {
-    const std::vector<TrackPoint> told = WholeSecondsOf(std::exchange(stretch_, {}));
+    const std::vector<TrackPoint> told = stretch_.Take();
     std::vector<TrackPoint> points = told;
     const FilledSpeeds filled = FillSpeeds(points);
     if (const double interval = IntervalOf(points); interval > 0) {

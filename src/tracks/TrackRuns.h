@@ -3,15 +3,15 @@
 #include <cstdint>
 #include <functional>
 #include <span>
-#include <vector>
+#include <utility>
 
 #include "tracks/TrackCut.h"
 #include "tracks/TrackSpeeds.h"
 
 namespace vantor {
 
-/// Cuts the points of a track into pieces for runs as they come, and holds no more than the stretch that is not cut
-/// yet, at most what one run holds.
+/// Cuts the points of a track into pieces for runs as they come, and holds no more than the seconds of the stretch
+/// that is not cut yet, at most those of one run.
 class TrackRuns {
 public:
     /// Gets a piece: its points stand at whole seconds, each with its time and speed. False ends the work.
@@ -37,7 +37,8 @@ private:
 
     TrackCuts cuts_;
     Take take_;
-    std::vector<TrackPoint> stretch_;
+    WholeSeconds stretch_;
+    double lastTime_ = 0;
     FilledSpeeds speeds_;
     std::uint64_t left_ = 0;
     double standing_ = 0;

@@ -202,33 +202,32 @@ std::vector<Place> PlacesOf(std::span<const TrackPoint> points, std::size_t& fir
 
 }  // namespace
 
-std::vector<TrackPoint> WholeSecondsOf(std::span<const TrackPoint> points) {
-    std::vector<TrackPoint> seconds;
-    double nearest = 0;  // how far the last of `seconds` was from its second
-    double speeds = 0;
-    double told = 0;
-    for (const TrackPoint& point : points) {
-        if (!point.Time) continue;
-        const double second = std::floor(*point.Time + 0.5);
-        const double distance = std::fabs(*point.Time - second);
-        if (seconds.empty() || seconds.back().Segment != point.Segment || *seconds.back().Time != second) {
-            seconds.push_back(point);
-            nearest = distance;
-            speeds = told = 0;
-        } else if (distance < nearest) {
-            const std::int16_t node = seconds.back().Node;
-            seconds.back() = point;
-            if (node != 0) seconds.back().Node = node;
-            nearest = distance;
-        } else if (seconds.back().Node == 0) {
-            seconds.back().Node = point.Node;
-        }
-        speeds += point.Speed.value_or(0);
-        told += point.Speed ? 1 : 0;
-        seconds.back().Time = second;
-        if (told > 0) seconds.back().Speed = speeds / told;
+void WholeSeconds::Add(const TrackPoint& point) {
+    if (!point.Time) return;
+    const double second = std::floor(*point.Time + 0.5);
+    const double distance = std::fabs(*point.Time - second);
+    if (points_.empty() || points_.back().Segment != point.Segment || *points_.back().Time != second) {
+        points_.push_back(point);
+        nearest_ = distance;
+        speeds_ = told_ = 0;
+    } else if (distance < nearest_) {
+        const std::int16_t node = points_.back().Node;
+        points_.back() = point;
+        if (node != 0) points_.back().Node = node;
+        nearest_ = distance;
+    } else if (points_.back().Node == 0) {
+        points_.back().Node = point.Node;
     }
-    return seconds;
+    speeds_ += point.Speed.value_or(0);
+    told_ += point.Speed ? 1 : 0;
+    points_.back().Time = second;
+    if (told_ > 0) points_.back().Speed = speeds_ / told_;
+}
+
+std::vector<TrackPoint> WholeSecondsOf(std::span<const TrackPoint> points) {
+    WholeSeconds seconds;
+    for (const TrackPoint& point : points) seconds.Add(point);
+    return seconds.Take();
 }
 
 FilledSpeeds FillSpeeds(std::span<TrackPoint> points) {

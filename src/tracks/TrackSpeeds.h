@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "tracks/TrackPoint.h"
@@ -10,6 +12,19 @@ namespace vantor {
 /// Points of a track at whole seconds, as runs hold them: of those that lie within half a second around one the
 /// nearest, with the mean of the speeds that they tell and the first node. Seconds without a point stay away; points
 /// without a time are left out.
+class WholeSeconds {
+public:
+    void Add(const TrackPoint& point);
+    const std::vector<TrackPoint>& Points() const { return points_; }
+    /// Those so far; none are left.
+    std::vector<TrackPoint> Take() { return std::exchange(points_, {}); }
+
+private:
+    std::vector<TrackPoint> points_;
+    double nearest_ = 0;  ///< how far the last point was from its second
+    double speeds_ = 0;   ///< of that second, their sum
+    double told_ = 0;     ///< and how many there are
+};
 std::vector<TrackPoint> WholeSecondsOf(std::span<const TrackPoint> points);
 
 /// How many speeds were found.

@@ -1,9 +1,14 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/AppContext.h"
@@ -24,11 +29,12 @@ class FixedClock : public Clock {
 public:
     Date Moment{39521.5};  ///< 14 March 2008, noon
     Date Now() const override { return Moment; }
-    /// "Summer" is an hour ahead of UTC, from 28 March 2021, 01:00 UTC, two; "West" is five hours behind it.
+    /// "Summer" is an hour ahead of UTC, from 28 March 2021, 01:00 UTC, two, and from 31 October, 01:00 UTC, one again;
+    /// "West" is five hours behind it.
     std::vector<std::string> ZoneNames() const override { return {"Summer", "UTC", "West"}; }
     std::string OwnZone() const override { return "UTC"; }
     std::optional<int> ZoneOffset(const std::string& zone, std::int64_t utc) const override {
-        if (zone == "Summer") return utc < 1616893200 ? 3600 : 7200;
+        if (zone == "Summer") return utc < 1616893200 || utc >= 1635642000 ? 3600 : 7200;
         if (zone == "West") return -18000;
         return zone == "UTC" ? std::optional(0) : std::nullopt;
     }
@@ -85,12 +91,34 @@ public:
     }
 };
 
-/// A computer without other programs.
+/// A program that has written what it is told.
+class FakeProgram : public RunningProgram {
+public:
+    FakeProgram(std::string output, ProgramEnd end) : output_(std::move(output)), end_(std::move(end)) {}
+    std::size_t Read(std::span<std::byte> into) override {
+        const auto bytes = std::as_bytes(std::span(output_)).subspan(read_);
+        const auto part = bytes.first(std::min(into.size(), bytes.size()));
+        std::ranges::copy(part, into.begin());
+        read_ += part.size();
+        return part.size();
+    }
+    ProgramEnd End() override { return end_; }
+
+private:
+    std::string output_;
+    ProgramEnd end_;
+    std::size_t read_ = 0;
+};
+
+/// A computer without other programs, or with one that has answers by its third argument, "" where it gets less.
 class FakePrograms : public Programs {
 public:
-    std::unique_ptr<RunningProgram> Start(const std::string&, const std::vector<std::string>&,
+    std::map<std::string, std::pair<std::string, ProgramEnd>> Answers;
+    std::unique_ptr<RunningProgram> Start(const std::string&, const std::vector<std::string>& arguments,
                                           const ProgramLimits&) const override {
-        return nullptr;
+        const auto answer = Answers.find(arguments.size() < 3 ? "" : arguments[2]);
+        if (answer == Answers.end()) return nullptr;
+        return std::make_unique<FakeProgram>(answer->second.first, answer->second.second);
     }
 };
 

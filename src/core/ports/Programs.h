@@ -2,8 +2,8 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,7 +14,8 @@ namespace vantor {
 /// How far a program may go before it is ended.
 struct ProgramLimits {
     std::chrono::seconds Time{600};
-    std::uint64_t OutputBytes = 4ULL << 30;
+    std::uint64_t OutputBytes = 4ULL << 30;  ///< standard output and standard error
+    std::function<bool()> GoesOn = {};       ///< asked several times a second while it is read; false ends it
 };
 
 /// A program that has ended.
@@ -29,7 +30,7 @@ class RunningProgram : public InputFile {
 public:
     /// 0: not known before its end.
     std::uint64_t Size() const override { return 0; }
-    /// Waits for its end; what was not read is left.
+    /// Waits a moment for its end, then ends it; what was not read is left.
     virtual ProgramEnd End() = 0;
 };
 
