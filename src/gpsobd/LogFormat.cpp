@@ -77,6 +77,14 @@ const LogFormat& FormatOfFile(const LogSources& sources, const std::string& path
     return *named.back();
 }
 
+const LogFormat* FormatKnown(const LogSources& sources, const std::string& path) {
+    try {
+        return &FormatOfFile(sources, path);
+    } catch (const RunTimeError&) {
+        return nullptr;
+    }
+}
+
 std::vector<std::string> LogExtensions() {
     std::vector<std::string> extensions;
     for (const LogFormat& format : LogFormats())

@@ -147,6 +147,8 @@ std::vector<const LogFormat*> FormatsNamedAs(std::string_view path, std::span<co
 /// a file of none.
 const LogFormat& FormatOfFile(const LogSources& sources, const std::string& path,
                               std::span<const LogFormat> formats = LogFormats());
+/// The same; null for a file of none.
+const LogFormat* FormatKnown(const LogSources& sources, const std::string& path);
 
 /// Every extension of logs once.
 std::vector<std::string> LogExtensions();

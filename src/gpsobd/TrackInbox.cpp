@@ -11,9 +11,12 @@
 #include "core/Position.h"
 #include "core/RunDirection.h"
 #include "core/RunFile.h"
+#include "core/RunTimeError.h"
+#include "core/Text.h"
 #include "core/modMain.h"
 #include "gpsobd/LogGaps.h"
 #include "gpsobd/LogRuns.h"
+#include "gpsobd/TrackLog.h"
 
 namespace vantor {
 namespace {
@@ -92,6 +95,19 @@ void TellDirection(InboxTrack& track) {
         notes = std::string(DirectionNote) + track.Direction + (notes.empty() ? "" : "; ") + notes;
 }
 
+/// Without the path, whose name stands before it.
+std::string ReasonOf(const RunTimeError& error, const std::string& path) {
+    std::string reason = error.Place();
+    if (reason.empty() || reason.starts_with(path)) return ErrorText(error.Number());
+    const std::string line = "\n" + path;
+    if (const std::size_t at = reason.find(line); at != std::string::npos) reason.erase(at, line.size());
+    return reason;
+}
+
+void FlagColumns(const std::vector<std::string>& notes, InboxFile& file) {
+    for (InboxTrack& track : file.Tracks) track.Flags.insert(track.Flags.end(), notes.begin(), notes.end());
+}
+
 }  // namespace
 
 std::string DirectionDriven(const RunRecord& run) {
@@ -139,9 +155,11 @@ InboxFile ReadTracks(const LogSources& sources, const std::string& path, const A
         const RunsOfLog log = ReadRunsOfLog(sources, FormatOfFile(sources, path), path, progress);
         file = TracksOf(log, settings);
         if (file.Tracks.empty() && file.Remarks.empty()) file.Remarks.push_back(LastComponent(path) + " has no track.");
+        if (HasColumns(path)) FlagColumns(ColumnNotes(sources, path), file);
     } catch (const RunTimeError& error) {
-        file.Remarks.push_back(LastComponent(path) + ": " + error.Message());
+        file.Remarks.push_back(LastComponent(path) + ": " + ReasonOf(error, path));
     }
+    file.HasColumns = HasColumns(path);
     return file;
 }
 
@@ -190,6 +208,17 @@ std::vector<std::string> InboxNames(const RunNameTemplate& parts, std::span<cons
         TakeNumberOf(numbers, its, names.back());
     }
     return names;
+}
+
+std::string NameClash(std::span<const std::string> names, std::span<const std::string> namesInGroup) {
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const auto isIts = [&](const std::string& name) { return EqualIgnoringCase(name, names[i]); };
+        const bool isThere = std::ranges::any_of(namesInGroup, isIts);
+        if (!isThere && std::ranges::none_of(names.first(i), isIts)) continue;
+        return (isThere ? "The Study Group has a run " : "Two runs would be called ") + names[i] +
+               (isThere ? " already." : ".") + "\nType another name (F2), or none for the next free number.";
+    }
+    return {};
 }
 
 bool WriteTracks(FileSystem& files, std::span<const NamedTrack> tracks, const std::string& folder,

@@ -31,6 +31,7 @@ struct InboxTrack {
 struct InboxFile {
     std::vector<InboxTrack> Tracks;    ///< in the order of their numbers
     std::vector<std::string> Remarks;  ///< each with the name of the file: what it lacks, why it gives none
+    bool HasColumns = false;           ///< whose meaning can be chosen
 };
 InboxFile TracksOf(const RunsOfLog& log, const AppSettings& settings);
 /// Reads a file of any kind that has tracks; why it could not be read is a remark.
@@ -61,6 +62,9 @@ std::vector<SameRun> SameRuns(const FileSystem& files, const std::string& groupF
 /// A track without a direction has the one of `parts`.
 std::vector<std::string> InboxNames(const RunNameTemplate& parts, std::span<const InboxTrack* const> tracks,
                                     const std::vector<std::string>& namesInGroup);
+
+/// Why runs cannot be called so, with the remedy; empty where they can: two of one name, or one that the group has.
+std::string NameClash(std::span<const std::string> names, std::span<const std::string> namesInGroup);
 
 /// A track and what its run is to be called.
 struct NamedTrack {

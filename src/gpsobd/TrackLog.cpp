@@ -5,6 +5,7 @@
 #include <limits>
 #include <span>
 
+#include "core/Date.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/RunTimeError.h"
@@ -172,13 +173,16 @@ TrackSummary FromNmea(const LogSources& sources, const std::string& path, const 
 
 TrackSummary FromCsv(const LogSources& sources, const std::string& path, const TrackSink& sink,
                      const Progress& progress) {
-    const CsvPreview preview = PreviewCsv(sources.Files, path);
-    const auto kept = sources.Tracks.KeptMapping ? sources.Tracks.KeptMapping(preview.Head) : std::nullopt;
-    CsvMapping mapping = kept.value_or(preview.Mapping);
-    // Times that are told as local ones are those of the computer, or of the zone that was chosen.
-    if (!kept && FoldCase(preview.Head).find("local") != std::string::npos) mapping.Zone = ZoneOf(sources);
+    const CsvMapping mapping = MappingOf(sources, PreviewCsv(sources.Files, path));
     return ReadCsv(sources.Files, sources.Time, path, mapping, sink, progress);
 }
+
+std::optional<CsvMapping> KeptFor(const LogSources& sources, const CsvPreview& preview) {
+    return sources.Tracks.KeptMapping ? sources.Tracks.KeptMapping(preview.Head) : std::nullopt;
+}
+
+/// Times that are told as local ones are those of the computer, or of the zone that was chosen.
+bool HasLocalTimes(const CsvPreview& preview) { return FoldCase(preview.Head).find("local") != std::string::npos; }
 
 /// The forms that may be this file's, by the converter that is installed; those of a few names without it.
 std::vector<BabelForm> ConvertedForms(const LogSources& sources, const std::string& path) {
@@ -276,6 +280,31 @@ LogFormat TrackFormat(const char* word, const char* name, std::span<const LogFil
 LogFormat GpxLog() { return TrackFormat("gpx", "a GPX track", GpxFiles, IsGpx, ReadAs<FromGpx>); }
 LogFormat NmeaLog() { return TrackFormat("nmea", "an NMEA log", NmeaFiles, IsNmea, ReadAs<FromNmea>); }
 LogFormat CsvLog() { return TrackFormat("csv", "a CSV track", CsvFiles, IsCsv, ReadAs<FromCsv>); }
+
+bool HasColumns(const std::string& path) { return IsNamedAs(CsvLog(), path); }
+
+CsvMapping MappingOf(const LogSources& sources, const CsvPreview& preview) {
+    const auto kept = KeptFor(sources, preview);
+    CsvMapping mapping = kept.value_or(preview.Mapping);
+    if (!kept && HasLocalTimes(preview)) mapping.Zone = ZoneOf(sources);
+    return mapping;
+}
+
+std::vector<std::string> ColumnNotes(const LogSources& sources, const std::string& path) {
+    const CsvPreview preview = PreviewCsv(sources.Files, path);
+    const auto kept = KeptFor(sources, preview);
+    std::vector<std::string> notes;
+    for (const CsvQuestion question : preview.Questions) {
+        const bool isStart = question == CsvQuestion::Start;
+        if (kept && isStart)
+            notes.push_back("its times have no day; they are taken to begin on " +
+                            IsoDateTime(TrackTimes(sources.Time, kept->StartZone()).LocalOf(kept->Start)));
+        else if (!kept && (question != CsvQuestion::Zone || !HasLocalTimes(preview)))
+            notes.emplace_back(CsvQuestionText(question));
+    }
+    return notes;
+}
+
 LogFormat ConvertedLog() {
     return TrackFormat("gpsbabel", "a track read by gpsbabel", ConvertedFiles, IsConverted, ReadAs<FromConverter>);
 }

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "gpsobd/LogFormat.h"
+#include "tracks/CsvMapping.h"
 
 namespace vantor {
 
@@ -13,6 +17,13 @@ LogFormat GpxLog();
 LogFormat NmeaLog();
 /// Error 13 also for a file whose columns are not recognised, or whose dates may be two days.
 LogFormat CsvLog();
+/// Whether a file is read as one, and its columns can be chosen.
+bool HasColumns(const std::string& path);
+/// How it is read: as the user has said it for files with its head, else as it was guessed.
+CsvMapping MappingOf(const LogSources& sources, const CsvPreview& preview);
+/// What the user has not said yet and should, and the day that was said for a file that tells none; a line each.
+std::vector<std::string> ColumnNotes(const LogSources& sources, const std::string& path);
+
 /// All that the converter program reads, where it is installed; error 13 with the remedy where it is not.
 LogFormat ConvertedLog();
 

@@ -167,25 +167,55 @@ void GuessNumbers(CsvPreview& preview) {
         ForEachCell(preview, column, see);
 }
 
+/// The cells of the head and of the rows below it, by the mapping.
+void SplitRows(const std::vector<std::string>& lines, CsvPreview& preview) {
+    const auto head = static_cast<std::size_t>(preview.Mapping.HeadLine);
+    std::vector<std::string_view> cells;
+    std::string unquoted;
+    for (std::size_t i = head == 0 ? 0 : head - 1; i < lines.size(); ++i) {
+        SplitCells(lines[i], preview.Mapping.Delimiter, cells, unquoted);
+        std::vector<std::string> texts;
+        texts.reserve(cells.size());
+        for (const std::string_view cell : cells) texts.push_back(TextOfCell(cell));
+        if (i + 1 == head)
+            preview.HeadCells = std::move(texts);
+        else if (preview.Rows.size() < CsvPreviewRows)
+            preview.Rows.push_back(std::move(texts));
+    }
+}
+
+std::vector<std::string> FirstLines(const FileSystem& files, const std::string& path) {
+    const Progress progress;
+    TrackLines reader(files.Open(path), progress);
+    std::vector<std::string> lines;
+    for (std::string_view line; lines.size() < MostLinesAbove + CsvPreviewRows && reader.Next(line);)
+        lines.emplace_back(lines.empty() ? WithoutMark(line) : line);
+    return lines;
+}
+
+/// Of a file whose head is not recognised: the delimiter that its first line has most, and whether that is a head.
+void GuessHead(const std::vector<std::string>& lines, CsvMapping& mapping) {
+    if (lines.empty()) return;
+    std::ptrdiff_t most = 0;
+    for (const char delimiter : Delimiters)
+        if (const auto count = std::ranges::count(lines.front(), delimiter); count > most && delimiter != ' ') {
+            most = count;
+            mapping.Delimiter = delimiter;
+        }
+    const bool hasDigit = std::ranges::any_of(lines.front(), IsDigit);
+    mapping.HeadLine = hasDigit ? 0 : 1;
+}
+
 CsvPreview PreviewOf(const std::vector<std::string>& lines) {
     CsvPreview preview;
     const FoundHead head = FindHead(lines);
     const bool isFound = head.Recognised > 0;
     preview.Mapping.Delimiter = head.Delimiter;
     preview.Mapping.HeadLine = isFound ? static_cast<int>(head.Line) + 1 : 0;
-    std::vector<std::string_view> cells;
-    std::string unquoted;
-    for (std::size_t i = isFound ? head.Line : 0; i < lines.size(); ++i) {
-        SplitCells(lines[i], head.Delimiter, cells, unquoted);
-        std::vector<std::string> texts;
-        texts.reserve(cells.size());
-        for (const std::string_view cell : cells) texts.push_back(TextOfCell(cell));
-        if (isFound && i == head.Line)
-            preview.HeadCells = std::move(texts);
-        else if (preview.Rows.size() < CsvPreviewRows)
-            preview.Rows.push_back(std::move(texts));
-    }
+    if (!isFound) GuessHead(lines, preview.Mapping);
+    SplitRows(lines, preview);
     if (!isFound) {
+        if (!lines.empty()) preview.Head = TextOfCell(lines.front());
         preview.Questions.push_back(CsvQuestion::Columns);
         return preview;
     }
@@ -256,13 +286,12 @@ const char* CsvQuestionText(CsvQuestion question) {
     return "On what day, and when, did the log begin? Its times do not say.";
 }
 
-CsvPreview PreviewCsv(const FileSystem& files, const std::string& path) {
-    const Progress progress;
-    TrackLines reader(files.Open(path), progress);
-    std::vector<std::string> lines;
-    for (std::string_view line; lines.size() < MostLinesAbove + CsvPreviewRows && reader.Next(line);)
-        lines.emplace_back(lines.empty() ? WithoutMark(line) : line);
-    return PreviewOf(lines);
+CsvPreview PreviewCsv(const FileSystem& files, const std::string& path) { return PreviewOf(FirstLines(files, path)); }
+
+void SplitAgain(const FileSystem& files, const std::string& path, CsvPreview& preview) {
+    preview.HeadCells.clear();
+    preview.Rows.clear();
+    SplitRows(FirstLines(files, path), preview);
 }
 
 bool LooksLikeCsv(std::string_view head, std::string_view) {

@@ -44,9 +44,12 @@ struct CsvMapping {
     CsvTimeForm TimeForm = CsvTimeForm::Text;
     vantor::DayOrder DayOrder = vantor::DayOrder::Unknown;
     std::string Zone = "UTC";  ///< of times that tell no zone themselves
-    double Start = 0;          ///< of elapsed times, and the midnight of times without a day: seconds UTC since 1970
+    /// Seconds since 1970: UTC, where elapsed times begin; by the clocks of Zone, the midnight of times without a day.
+    double Start = 0;
 
     bool Has(CsvColumn column) const;
+    /// The zone in which Start shows the time that the user says.
+    std::string StartZone() const { return TimeForm == CsvTimeForm::Text ? "UTC" : Zone; }
     bool operator==(const CsvMapping&) const = default;
 };
 
@@ -66,7 +69,8 @@ const char* CsvQuestionText(CsvQuestion question);
 
 /// The start of a CSV file as texts, and how it would be read.
 struct CsvPreview {
-    std::string Head;                            ///< the line of the head, UTF-8: what a mapping is kept under
+    /// The line of the head, UTF-8: what a mapping is kept under. The first line where none is recognised.
+    std::string Head;
     std::vector<std::vector<std::string>> Rows;  ///< the first ones, cell by cell
     std::vector<std::string> HeadCells;
     CsvMapping Mapping;
@@ -77,6 +81,8 @@ inline constexpr std::size_t CsvPreviewRows = 200;
 
 /// Guesses the mapping from the head and the first rows. Any text has a preview.
 CsvPreview PreviewCsv(const FileSystem& files, const std::string& path);
+/// Its cells anew, after its mapping got another delimiter or head line.
+void SplitAgain(const FileSystem& files, const std::string& path, CsvPreview& preview);
 
 /// True for a text with a head by which positions or speeds by time are recognised.
 bool LooksLikeCsv(std::string_view head, std::string_view name);

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "core/Choices.h"
 #include "core/LogKind.h"
+#include "gpsobd/LogFormat.h"
 
 namespace vantor {
 
@@ -17,14 +19,16 @@ struct DroppedFiles {
     };
     std::vector<std::string> Studies;
     std::vector<CounterFileChoice> CounterFiles;
-    std::vector<Log> Logs;
+    std::vector<Log> Logs;            ///< at most one, which is reviewed
+    std::vector<std::string> Tracks;  ///< and several logs, which are imported
     std::vector<std::string> Runs;
     std::vector<std::string> Ver1Runs;
     std::vector<std::string> Others;
 };
 
-/// By their extensions.
-DroppedFiles SortedByKind(const std::vector<std::string>& paths);
+/// By their extensions; `formatOf` tells the format of a file whose extension does not, null for none.
+DroppedFiles SortedByKind(const std::vector<std::string>& paths,
+                          const std::function<const LogFormat*(const std::string& path)>& formatOf);
 
 /// What keeps the files from being used here, a line each kind; empty when nothing does.
 std::string RefusalOf(const DroppedFiles& files);

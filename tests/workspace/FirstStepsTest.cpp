@@ -82,9 +82,10 @@ TEST_F(FirstSteps, FilesThatAreDroppedGoWhereTheyBelong) {
     StartWith({{"R1", 12}});
     PutRun(OakElm, "Far");
     Messages.Expect(
-        "These files are of no kind that the program reads: a.docx\nIt takes studies (.ld2), counter files "
-        "(.tdc), GPS and OBD logs and runs (.rd2).\n\nVersion 1 runs are converted as they are added: use "
-        "Add Run for Old.rdf.");
+        "These files are of no kind that the program reads: a.docx\nIt takes studies (.ld2), counter files (.tdc), "
+        "runs (.rd2), and as logs and tracks .gdf, .gd2, .odf, .od2, .ddf, .nmea, .nma, .txt, .mdb, .pdb, .gpx, .csv, "
+        ".tsv, .fit, .tcx, .kml, .igc, .gdb, .sbp and what gpsbabel reads.\n\nVersion 1 runs are converted as they "
+        "are added: use Add Run for Old.rdf.");
     Messages.Expect(
         "The runs of a study lie in one Study Group.\nThese lie elsewhere than the first and are not added: Far");
     OtherScreens.Log = {"/logs/", "drive", ".pdb"};
@@ -104,6 +105,28 @@ TEST_F(FirstSteps, FilesThatAreDroppedGoWhereTheyBelong) {
     EXPECT_THAT(RunsShown(), ElementsAre("Far ")) << "a new study takes what was moved";
     EXPECT_EQ(OtherScreens.Uploads[0].ToConvert, (CounterFileChoice{"/data/", "Day"}));
     EXPECT_TRUE(OtherScreens.Uploads[0].ChecksFirst) << "no list has read it";
+}
+
+/// Into the screen that imports: tracks of all kinds, also under a name that says nothing, and several logs.
+TEST_F(FirstSteps, DroppedTracksAreImportedAndOneLogIsReviewed) {
+    StartWith({{"R1", 12}});
+    Files.PutText("/t/phone.data", "<?xml version=\"1.0\"?><gpx version=\"1.1\"><trk></trk></gpx>");
+    Files.PutText("/t/day.txt", "$GPRMC,140000,A,4200.0,N,08300.0,W,30,0,040326,,*00\n");
+    OtherScreens.OnShow["frmImportTracks"] = [&] {
+        PutRun(Group, "Main-NB-001");
+        OtherScreens.Moved = {Group, {"Main-NB-001"}};
+        return true;
+    };
+    Drop({"/t/phone.data", "/t/day.txt", "/logs/drive.gd2", "/t/a.GPX"});
+    EXPECT_THAT(OtherScreens.TracksHanded, ElementsAre("/t/phone.data", "/t/day.txt", "/logs/drive.gd2", "/t/a.GPX"));
+    EXPECT_THAT(RunsShown(), ElementsAre("R1 ", "Main-NB-001 "));
+    OtherScreens.Moved = {};
+    Drop({"/logs/1.gd2", "/logs/2.ddf"});
+    EXPECT_THAT(OtherScreens.TracksHanded, ElementsAre("/logs/1.gd2", "/logs/2.ddf"));
+    OtherScreens.Shown.clear();
+    OtherScreens.Log = {"/logs/", "1", ".gd2"};
+    Drop({"/logs/1.gd2"});
+    EXPECT_THAT(OtherScreens.Shown, ElementsAre("review GPS laptop"));
 }
 
 TEST_F(FirstSteps, WhatTheViewShowsIsRemembered) {

@@ -1,11 +1,11 @@
 #include "gpsobd/forms/frmImportTracks.h"
 
-#include <QHBoxLayout>
-#include <QHeaderView>
 #include <QSignalBlocker>
 #include <QSplitter>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <iterator>
+#include <memory>
 #include <utility>
 
 #include "core/LoggerChoices.h"
@@ -15,27 +15,27 @@
 #include "core/StudyGroupFolders.h"
 #include "core/Text.h"
 #include "core/Units.h"
-#include "core/forms/FileDrops.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
 #include "core/modMain.h"
 #include "gpsobd/PalmDatabase.h"
 #include "gpsobd/TrackChoices.h"
-#include "gpsobd/forms/SpeedPictures.h"
+#include "gpsobd/TrackLog.h"
+#include "gpsobd/forms/frmTrackColumns.h"
+#include "map/MapFromRun.h"
+#include "map/MapScene.h"
 
 namespace vantor {
 namespace {
-
-enum Column { File, Picture, Start, Direction, Length, Duration, Name, Flags };
-
-constexpr const char* BaseNameKey = "ImportBaseName";
 
 QString DurationText(const RunRecord& run) {
     constexpr std::int32_t Minute = 60;
     const std::int32_t seconds = run.Header.SampleCount;
     return QStringLiteral("%1:%2").arg(seconds / Minute).arg(seconds % Minute, 2, 10, QLatin1Char('0'));
 }
+
+std::string TitleOf(const InboxTrack& track) { return LastComponent(track.Path) + ", " + std::to_string(track.Number); }
 
 }  // namespace
 
@@ -48,25 +48,8 @@ frmImportTracks::frmImportTracks(AppContext& context, const std::vector<std::str
     column->addLayout(BuildHead());
     auto* parts = Named<QSplitter>(this, "splTracks");
     parts->setOrientation(Qt::Vertical);
-    vaTracks_ = Named<TickList>(parts, "vaTracks");
-    vaTracks_->setAccessibleName(QStringLiteral("Tracks"));
-    vaTracks_->SetEmptyText(
-        QStringLiteral("No track yet. Add files, or drop them here: logs of GPS and OBD loggers, GPX, NMEA, CSV."));
-    const QString unit = QLatin1Char(' ') + ToQt(UnitsOf(context.State).LengthTitle());
-    vaTracks_->SetColumns({QStringLiteral("Track"), QStringLiteral("Speed"), QStringLiteral("Start"),
-                           QStringLiteral("Direction"), QStringLiteral("Length") + unit, QStringLiteral("Duration"),
-                           QStringLiteral("Name of the Run"), QStringLiteral("To Be Looked At")});
-    constexpr int LinesARow = 2;
-    vaTracks_->verticalHeader()->setDefaultSectionSize(LinesARow * fontMetrics().height());
-    vaTracks_->setWordWrap(true);
-    vaTracks_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
-    vaTracks_->setItemDelegateForColumn(Picture, new SpeedPictures(vaTracks_, [this](int row) -> const ProfileTrace* {
-                                            const auto index = static_cast<std::size_t>(row);
-                                            return index < rows_.size() ? &rows_[index].Trace : nullptr;
-                                        }));
-    profile_ = Named<ProfileView>(parts, "picTrack");
-    parts->addWidget(vaTracks_);
-    parts->addWidget(profile_);
+    parts->addWidget(BuildList());
+    parts->addWidget(BuildChosen());
     parts->setStretchFactor(0, 3);
     parts->setStretchFactor(1, 2);
     parts->setChildrenCollapsible(false);
@@ -80,126 +63,67 @@ frmImportTracks::frmImportTracks(AppContext& context, const std::vector<std::str
     AddFiles(paths);
 }
 
-QLayout* frmImportTracks::BuildHead() {
-    cmbGroup_ = Named<QComboBox>(this, "cmbGroup");
-    cmbGroup_->setEditable(true);
-    cmbGroup_->setMinimumContentsLength(20);
-    cmbGroup_->setToolTip(QStringLiteral("Where the runs go. A new name makes a new Study Group"));
-    const ApplicationState& state = context_.State;
-    for (const std::string& folder : ListStudyGroups(context_.Files, state.Paths.StudyGroupRootPath))
-        cmbGroup_->addItem(ToQt(LastComponent(folder)));
-    const std::string current = LastComponent(StudyGroupFolder(state));
-    const bool hasRuns = state.CurrentStudy.Record.RunCount > 0;
-    cmbGroup_->setCurrentText(ToQt(hasRuns ? current : LastGroupOfRuns(state.Choices)));
-    txtBaseName_ = Named<QLineEdit>(this, "txtBaseName");
-    txtBaseName_->setText(ToQt(ChoiceOf(state.Choices, BaseNameKey)));
-    txtBaseName_->setPlaceholderText(QStringLiteral("as the Study Group"));
-    txtBaseName_->setToolTip(QStringLiteral("Runs are named after it, their direction and the next free number"));
-    BuildReading();
-    btnAddFiles_ = Named<QPushButton>(this, "btnAddFiles", QStringLiteral("Add &Files..."));
-    btnAddFiles_->setAutoDefault(false);
-    auto* how = new QHBoxLayout;
-    how->addWidget(LabelFor(cmbZone_, QStringLiteral("Times of tracks in &zone")));
-    how->addWidget(cmbZone_);
-    how->addSpacing(8);
-    how->addWidget(LabelFor(spnGap_, QStringLiteral("A new run &after a gap of")));
-    how->addWidget(spnGap_);
-    how->addStretch();
-    auto* row = new QHBoxLayout;
-    row->addWidget(LabelFor(cmbGroup_, QStringLiteral("&Study Group")));
-    row->addWidget(cmbGroup_);
-    row->addSpacing(8);
-    row->addWidget(LabelFor(txtBaseName_, QStringLiteral("&Base Name")));
-    row->addWidget(txtBaseName_, 1);
-    row->addSpacing(8);
-    row->addWidget(btnAddFiles_);
-    auto* rows = new QVBoxLayout;
-    rows->addLayout(row);
-    rows->addLayout(how);
-    return rows;
-}
-
-/// How tracks that know neither zones nor runs are read.
-void frmImportTracks::BuildReading() {
-    const UserChoices& choices = context_.State.Choices;
-    cmbZone_ = Named<QComboBox>(this, "cmbZone");
-    cmbZone_->addItem(QStringLiteral("this computer's, ") + ToQt(context_.Time.OwnZone()), QString());
-    for (const std::string& zone : context_.Time.ZoneNames()) cmbZone_->addItem(ToQt(zone), ToQt(zone));
-    cmbZone_->setCurrentIndex(std::max(0, cmbZone_->findData(ToQt(ChoiceOf(choices, TrackZoneKey)))));
-    cmbZone_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    constexpr int ZoneLetters = 28;
-    cmbZone_->setMinimumContentsLength(ZoneLetters);
-    cmbZone_->setToolTip(QStringLiteral("Receivers and phones tell universal time; runs have the time of a clock"));
-    constexpr int LongestGap = 86400;
-    spnGap_ = Named<QSpinBox>(this, "spnGap");
-    spnGap_->setRange(1, LongestGap);
-    spnGap_->setSuffix(QStringLiteral(" s"));
-    spnGap_->setValue(static_cast<int>(TrackGapOf(choices)));
-    spnGap_->setKeyboardTracking(false);
-}
-
-QLayout* frmImportTracks::BuildFoot() {
-    chkForStudy_ = Named<QCheckBox>(this, "chkForStudy", QStringLiteral("Add the runs to the stud&y"));
-    chkForStudy_->setToolTip(QStringLiteral("After OK the study that is open takes the runs"));
-    chkForStudy_->setChecked(true);
-    btnUnflagged_ = Named<QPushButton>(this, "btnAcceptUnflagged", QStringLiteral("Accept All &Without Flags"));
-    btnUnflagged_->setToolTip(QStringLiteral("Ticks the tracks of which nothing is to be looked at, and no other"));
-    btnUnflagged_->setAutoDefault(false);
-    auto* choices = new QHBoxLayout;
-    choices->addWidget(btnUnflagged_);
-    choices->addStretch();
-    choices->addWidget(chkForStudy_);
-    auto* foot = new QVBoxLayout;
-    foot->addLayout(choices);
-    foot->addWidget(buttons_ = new TickButtons(*this, context_, *vaTracks_, HelpTopic::ImportTracks));
-    return foot;
-}
-
-void frmImportTracks::ConnectControls() {
-    MessageBoxes& messages = context_.Messages;
-    Connect(btnAddFiles_, &QPushButton::clicked, this, messages, [this] { AskForFiles(); });
-    Connect(btnUnflagged_, &QPushButton::clicked, this, messages, [this] { TickUnflagged(); });
-    Connect(cmbGroup_, &QComboBox::activated, this, messages, [this] { TakeGroup(); });
-    Connect(cmbGroup_->lineEdit(), &QLineEdit::editingFinished, this, messages, [this] { TakeGroup(); });
-    Connect(txtBaseName_, &QLineEdit::textChanged, this, messages, [this] { ShowNames(); });
-    Connect(cmbZone_, &QComboBox::activated, this, messages, [this] { ReadAgain(); });
-    Connect(spnGap_, &QSpinBox::valueChanged, this, messages, [this] { ReadAgain(); });
-    Connect(vaTracks_, &QTableWidget::itemChanged, this, messages, [this](QTableWidgetItem* item) {
-        if (item->column() == Name) TakeTypedName(static_cast<std::size_t>(item->row()), FromQt(item->text()));
-        ShowNames();
-    });
-    Connect(vaTracks_, &QTableWidget::currentCellChanged, this, messages, [this] { ShowChosen(); });
-    new FileDrops(
-        *this, [this](const std::vector<std::string>& paths) { Guarded(context_.Messages, [&] { AddFiles(paths); }); });
-}
-
 void frmImportTracks::AskForFiles() {
     AddFiles(context_.DesktopServices.ChooseFilesToOpen(context_.State.Paths.FieldDataPath, "Add Tracks", "Tracks",
                                                         LogExtensions()));
 }
 
 void frmImportTracks::AddFiles(const std::vector<std::string>& paths) {
+    std::vector<std::string> added;
+    for (const std::string& path : paths)
+        if (!files_.contains(path) && std::ranges::find(added, path) == added.end()) added.push_back(path);
     std::vector<InboxFile> read;
-    paths_.insert(paths_.end(), paths.begin(), paths.end());
     const bool isSigned = HasSignedCoordinates(context_.State.Choices);
     const TrackSources choices = TrackSourcesOf(context_.State.Choices, context_.OtherPrograms);
     const auto readAll = [&, settings = context_.State.Settings](FileSystem& files, const Progress& progress) {
         const PalmDatabase palm(files);
         const LogSources sources{files, context_.Databases, palm, context_.Time, isSigned, choices};
-        for (std::size_t i = 0; i < paths.size() && progress(i, paths.size()); ++i)
-            read.push_back(ReadTracks(sources, paths[i], settings, progress.PartOf(i, paths.size())));
+        for (std::size_t i = 0; i < added.size(); ++i) {
+            InboxFile file = ReadTracks(sources, added[i], settings, progress.PartOf(i, added.size()));
+            // A file in which the user stopped the reading may lack its end.
+            if (!progress(i + 1, added.size())) return;
+            read.push_back(std::move(file));
+        }
     };
-    if (!paths.empty()) context_.Work.Run("Reading tracks", readAll);
-    for (InboxFile& file : read) {
-        std::ranges::move(file.Tracks, std::back_inserter(tracks_));
-        std::ranges::move(file.Remarks, std::back_inserter(remarks_));
-    }
+    if (!added.empty()) context_.Work.Run("Reading tracks", readAll);
+    added.resize(read.size());
+    TakeInbox(added, std::move(read));
+}
+
+void frmImportTracks::TakeInbox(const std::vector<std::string>& paths, std::vector<InboxFile> read) {
     const std::size_t before = rows_.size();
-    for (std::size_t i = before; i < tracks_.size(); ++i)
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        InboxFile& file = read[i];
+        paths_.push_back(paths[i]);
+        files_[paths[i]] = {std::move(file.Remarks), !file.Tracks.empty(), file.HasColumns};
+        std::ranges::move(file.Tracks, std::back_inserter(tracks_));
+    }
+    for (std::size_t i = before; i < tracks_.size(); ++i) {
         rows_.push_back({ProfileTrace(tracks_[i].Run, context_.State.Settings.SpeedFactor), {}, {}, true});
+        const auto kept = kept_.find({tracks_[i].Path, tracks_[i].Number});
+        if (kept != kept_.end()) rows_.back().TypedName = kept->second.TypedName;
+    }
     FindSameRuns();
-    for (std::size_t i = before; i < rows_.size(); ++i) rows_[i].IsTaken = IsWithoutFlags(i);
+    for (std::size_t i = before; i < rows_.size(); ++i)
+        rows_[i].IsTaken = IsWithoutFlags(i) || !rows_[i].TypedName.empty();
+    ShowMap();
     ShowTracks();
+}
+
+/// The ways of all tracks; without a position the profile has the room.
+void frmImportTracks::ShowMap() {
+    const bool hasPositions = std::ranges::any_of(tracks_, [](const auto& track) { return HasPositions(track.Run); });
+    map_->setVisible(hasPositions);
+    if (!hasPositions) return;
+    auto scene = std::make_shared<MapScene>();
+    context_.Work.Run("Drawing the map", [&](FileSystem&, const Progress&) {
+        MapContents contents;
+        contents.Title = "Tracks";
+        contents.Shown = UnitsOf(context_.State);
+        for (const InboxTrack& track : tracks_) contents.Tracks.push_back(TrackOf(track.Run, TitleOf(track)));
+        *scene = MapScene(std::move(contents));
+    });
+    map_->Show(std::move(scene));
 }
 
 /// The files, in another zone or cut in another way.
@@ -207,11 +131,20 @@ void frmImportTracks::ReadAgain() {
     context_.State.Choices = StoreUserChoices(
         context_.Files,
         {{TrackZoneKey, FromQt(cmbZone_->currentData().toString())}, {TrackGapKey, std::to_string(spnGap_->value())}});
+    ReadFilesAgain();
+}
+
+/// Reads the files anew; what was ticked and typed stays with tracks that are still there.
+void frmImportTracks::ReadFilesAgain() {
     const std::vector<std::string> paths = std::exchange(paths_, {});
+    for (std::size_t i = 0; i < rows_.size(); ++i)
+        if (!rows_[i].TypedName.empty())
+            kept_.insert_or_assign({tracks_[i].Path, tracks_[i].Number}, std::move(rows_[i]));
     tracks_.clear();
     rows_.clear();
-    remarks_.clear();
+    files_.clear();
     AddFiles(paths);
+    kept_.clear();
 }
 
 bool frmImportTracks::IsWithoutFlags(std::size_t index) const {
@@ -222,16 +155,23 @@ std::string frmImportTracks::Group() const { return std::string(Trim(FromQt(cmbG
 
 std::string frmImportTracks::Folder() const { return GroupFolder(context_.State.Paths.StudyGroupRootPath, Group()); }
 
+/// A track is ticked or not anew where the group changes whether something is to be looked at.
 void frmImportTracks::TakeGroup() {
+    if (Group() == shownGroup_) return;
+    std::vector<bool> hadFlags;
+    for (std::size_t i = 0; i < rows_.size(); ++i) hadFlags.push_back(!IsWithoutFlags(i));
     FindSameRuns();
+    for (std::size_t i = 0; i < rows_.size(); ++i)
+        if (hadFlags[i] == IsWithoutFlags(i)) rows_[i].IsTaken = IsWithoutFlags(i);
     ShowTracks();
 }
 
 /// Looks for the tracks among the runs that lie in the group, and among each other.
 void frmImportTracks::FindSameRuns() {
     namesInGroup_.clear();
+    shownGroup_ = Group();
     const std::string folder = Folder();
-    const bool isThere = !Group().empty() && FolderExists(context_.Files, folder);
+    const bool isThere = IsSafeName(Group()) && FolderExists(context_.Files, folder);
     for (InboxRow& row : rows_) row.SameAs.clear();
     if (isThere)
         for (const FileInfo& info : context_.Files.List(folder, RunExtension))
@@ -256,9 +196,13 @@ void frmImportTracks::ShowTracks() {
         vaTracks_->setSortingEnabled(false);
         vaTracks_->setCurrentCell(std::clamp(current, 0, std::max(0, vaTracks_->rowCount() - 1)), File);
     }
-    lblRemarks_->setText(ToQt(Joined(remarks_, "\n")));
-    lblRemarks_->setVisible(!remarks_.empty());
+    std::vector<std::string> failures;
+    for (const auto& [path, file] : files_)
+        if (!file.HasTracks) failures.insert(failures.end(), file.Remarks.begin(), file.Remarks.end());
+    lblRemarks_->setText(ToQt(FirstOf(failures, 3, "\n")));
+    lblRemarks_->setVisible(!failures.empty());
     btnUnflagged_->setEnabled(!tracks_.empty());
+    btnColumns_->setEnabled(std::ranges::any_of(files_, [](const auto& file) { return file.second.HasColumns; }));
     ShowNames();
     ShowChosen();
 }
@@ -267,7 +211,7 @@ void frmImportTracks::ShowTrack(std::size_t index, const Units& units) {
     const InboxTrack& track = tracks_[index];
     const RunHeader& header = track.Run.Header;
     const int row = vaTracks_->AddRow();
-    vaTracks_->SetText(row, File, ToQt(LastComponent(track.Path) + ", " + std::to_string(track.Number)));
+    vaTracks_->SetText(row, File, ToQt(TitleOf(track)));
     vaTracks_->item(row, File)->setToolTip(ToQt(track.Path));
     vaTracks_->SetText(row, Picture, {});
     vaTracks_->SetText(row, Start, ToQt(ShortDate(header.RunDate) + " " + ShortTime(header.RunTime)));
@@ -275,14 +219,18 @@ void frmImportTracks::ShowTrack(std::size_t index, const Units& units) {
     vaTracks_->SetNumber(row, Length, header.RunLength, ToQt(units.LengthCell(header.RunLength)));
     vaTracks_->SetText(row, Duration, DurationText(track.Run));
     vaTracks_->SetText(row, Name, {});
-    std::vector<std::string> flags = track.Flags;
-    if (!rows_[index].SameAs.empty()) flags.insert(flags.begin(), "same drive as " + rows_[index].SameAs);
-    vaTracks_->SetText(row, Flags, ToQt(Joined(flags, "; ")));
+    vaTracks_->SetText(row, Flags, ToQt(Joined(FlagsOf(index), "; ")));
     for (int column = 0; column < vaTracks_->columnCount(); ++column) {
         QTableWidgetItem* item = vaTracks_->item(row, column);
         item->setFlags(item->flags().setFlag(Qt::ItemIsEditable, column == Name));
     }
     vaTracks_->SetTick(row, index, rows_[index].IsTaken);
+}
+
+std::vector<std::string> frmImportTracks::FlagsOf(std::size_t index) const {
+    std::vector<std::string> flags = tracks_[index].Flags;
+    if (!rows_[index].SameAs.empty()) flags.insert(flags.begin(), "same drive as " + rows_[index].SameAs);
+    return flags;
 }
 
 RunNameTemplate frmImportTracks::NameParts() const {
@@ -306,7 +254,10 @@ std::map<std::size_t, std::string> frmImportTracks::Names() const {
             taken.push_back(names[index] = rows_[index].TypedName);
         }
     }
-    const std::vector<std::string> proposed = InboxNames(NameParts(), tracks, taken);
+    const RunNameTemplate parts = NameParts();
+    // Without a group there are no names yet.
+    const std::vector<std::string> proposed =
+        parts.BaseName.empty() ? std::vector<std::string>(tracks.size()) : InboxNames(parts, tracks, taken);
     for (std::size_t i = 0; i < unnamed.size(); ++i) names[unnamed[i]] = proposed[i];
     return names;
 }
@@ -336,8 +287,53 @@ void frmImportTracks::TickUnflagged() {
 
 void frmImportTracks::ShowChosen() {
     const int row = vaTracks_->currentRow();
+    map_->SetChosenItem(row + 1);
+    ShowNotes();
     if (row < 0 || tracks_.empty()) return profile_->ShowText(QStringLiteral("The chosen track is shown here."));
     profile_->ShowRun(tracks_[static_cast<std::size_t>(row)].Run, {}, context_.State.Settings);
+}
+
+/// The file of the chosen track; null without one.
+const std::string* frmImportTracks::ChosenPath() const {
+    const auto row = static_cast<std::size_t>(vaTracks_->currentRow());
+    return row < tracks_.size() ? &tracks_[row].Path : nullptr;
+}
+
+void frmImportTracks::ShowNotes() {
+    std::vector<std::string> lines;
+    if (const std::string* path = ChosenPath()) {
+        const auto row = static_cast<std::size_t>(vaTracks_->currentRow());
+        lines = FlagsOf(row);
+        lines.insert(lines.begin(), TitleOf(tracks_[row]) + (lines.empty() ? "" : ", to be looked at:"));
+        const std::vector<std::string>& remarks = files_.at(*path).Remarks;
+        lines.insert(lines.end(), remarks.begin(), remarks.end());
+    } else {
+        for (const auto& [name, file] : files_) lines.insert(lines.end(), file.Remarks.begin(), file.Remarks.end());
+    }
+    txtNotes_->setPlainText(ToQt(Joined(lines, "\n")));
+}
+
+void frmImportTracks::ChooseColumns() {
+    std::vector<std::string> paths;
+    for (const std::string& path : paths_)
+        if (files_.at(path).HasColumns) paths.push_back(path);
+    // First the one that is chosen, or that gave nothing.
+    const std::string* chosen = ChosenPath();
+    const auto isFirst = [&](const std::string& path) {
+        return chosen != nullptr && HasColumns(*chosen) ? path == *chosen : !files_.at(path).HasTracks;
+    };
+    std::ranges::stable_partition(paths, isFirst);
+    frmTrackColumns form(context_, paths, this);
+    if (form.exec() == Accepted) ReadFilesAgain();
+}
+
+void frmImportTracks::keyPressEvent(QKeyEvent* event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const QWidget* field = focusWidget();
+    // Above the list Enter takes what was typed, and the list shows what came of it.
+    if (isEnter && (field == cmbGroup_ || field == txtBaseName_ || field == cmbZone_ || field == spnGap_))
+        return vaTracks_->setFocus();
+    QDialog::keyPressEvent(event);
 }
 
 void frmImportTracks::done(int result) {
@@ -345,26 +341,44 @@ void frmImportTracks::done(int result) {
         bool isWritten = false;
         Guarded(context_.Messages, [&] { isWritten = WriteTicked(); });
         if (!isWritten) return;
+    } else if (std::ranges::any_of(rows_, [](const InboxRow& row) { return !row.TypedName.empty(); }) &&
+               !context_.Messages.ConfirmLoss("Names of runs were typed, and no run was made.\nDo you want to discard "
+                                              "the names?")) {
+        return;
     }
     QDialog::done(result);
 }
 
-bool frmImportTracks::WriteTicked() {
-    const std::map<std::size_t, std::string> names = Names();
+/// Whether the group and the names can be used; else the user was told why.
+bool frmImportTracks::AcceptNames(const std::map<std::size_t, std::string>& names) {
     if (Group().empty()) {
         context_.Messages.Tell("The runs need a Study Group.\nEnter its name above the list.", MessageIcon::Warning);
         cmbGroup_->setFocus();
         return false;
     }
-    std::vector<NamedTrack> tracks;
+    if (!AcceptName(context_.Messages, Group())) {
+        cmbGroup_->setFocus();
+        return false;
+    }
+    std::vector<std::string> called;
     for (const auto& [index, name] : names) {
         if (!AcceptName(context_.Messages, name)) return false;
-        tracks.push_back({&tracks_[index], name});
+        called.push_back(name);
     }
+    const std::string clash = NameClash(called, namesInGroup_);
+    if (!clash.empty()) context_.Messages.Tell(clash, MessageIcon::Warning);
+    return clash.empty();
+}
+
+bool frmImportTracks::WriteTicked() {
+    TakeGroup();
+    const std::map<std::size_t, std::string> names = Names();
+    if (!AcceptNames(names)) return false;
+    std::vector<NamedTrack> tracks;
+    for (const auto& [index, name] : names) tracks.push_back({&tracks_[index], name});
     ApplicationState& state = context_.State;
     MakeStudyGroup(context_.Files, context_.Messages, state.Paths.StudyGroupRootPath, Group(), {});
     const std::string folder = Folder();
-    if (!FolderExists(context_.Files, folder)) return false;
     bool isWritten = false;
     context_.Work.Run("Writing the runs", [&](FileSystem& files, const Progress& progress) {
         isWritten = WriteTracks(files, tracks, folder, progress);

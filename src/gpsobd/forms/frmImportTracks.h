@@ -3,11 +3,14 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "analysis/ProfileTrace.h"
@@ -16,6 +19,8 @@
 #include "core/forms/TickList.h"
 #include "core/forms/WrappedLabel.h"
 #include "gpsobd/TrackInbox.h"
+#include "gpsobd/forms/ZoneBox.h"
+#include "map/forms/MapView.h"
 #include "plots/forms/ProfileView.h"
 
 class QLayout;
@@ -35,7 +40,13 @@ public:
 
     void done(int result) override;
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
+    enum Column { File, Picture, Start, Direction, Length, Duration, Name, Flags };
+    static constexpr const char* BaseNameKey = "ImportBaseName";
+
     /// What the user does with a track.
     struct InboxRow {
         ProfileTrace Trace;
@@ -44,43 +55,65 @@ private:
         bool IsTaken = true;
     };
 
+    /// What a file gave beside their tracks.
+    struct ReadFile {
+        std::vector<std::string> Remarks;
+        bool HasTracks = false;
+        bool HasColumns = false;
+    };
+
     QLayout* BuildHead();
+    QWidget* BuildList();
+    QWidget* BuildChosen();
     QLayout* BuildFoot();
     void BuildReading();
     void ConnectControls();
     void ReadAgain();
+    void ReadFilesAgain();
     void AskForFiles();
+    void ChooseColumns();
     void TakeGroup();
+    void TakeInbox(const std::vector<std::string>& paths, std::vector<InboxFile> read);
+    void ShowMap();
     void FindSameRuns();
     void ShowTracks();
     void ShowTrack(std::size_t index, const Units& units);
     void ShowNames();
     void ShowChosen();
+    void ShowNotes();
     void TakeTypedName(std::size_t index, const std::string& name);
     void TickUnflagged();
     bool IsWithoutFlags(std::size_t index) const;
+    std::vector<std::string> FlagsOf(std::size_t index) const;
+    const std::string* ChosenPath() const;
     RunNameTemplate NameParts() const;
     std::map<std::size_t, std::string> Names() const;
     std::string Group() const;
     std::string Folder() const;
     bool WriteTicked();
+    bool AcceptNames(const std::map<std::size_t, std::string>& names);
 
     AppContext& context_;
     std::vector<std::string> paths_;  ///< as they were added
     std::vector<InboxTrack> tracks_;
     std::vector<InboxRow> rows_;  ///< of the tracks
     std::vector<std::string> namesInGroup_;
-    std::vector<std::string> remarks_;
+    std::map<std::string, ReadFile> files_;                 ///< by path
+    std::map<std::pair<std::string, int>, InboxRow> kept_;  ///< by file and number, while files are read again
+    std::string shownGroup_;
     RunsForStudy forStudy_;
     QComboBox* cmbGroup_ = nullptr;
     QLineEdit* txtBaseName_ = nullptr;
-    QComboBox* cmbZone_ = nullptr;
+    ZoneBox* cmbZone_ = nullptr;
     QSpinBox* spnGap_ = nullptr;
     QPushButton* btnAddFiles_ = nullptr;
     TickList* vaTracks_ = nullptr;
     ProfileView* profile_ = nullptr;
+    MapView* map_ = nullptr;
+    QPlainTextEdit* txtNotes_ = nullptr;
     WrappedLabel* lblRemarks_ = nullptr;
     QPushButton* btnUnflagged_ = nullptr;
+    QPushButton* btnColumns_ = nullptr;
     QCheckBox* chkForStudy_ = nullptr;
     TickButtons* buttons_ = nullptr;
 };

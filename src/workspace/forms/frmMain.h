@@ -9,6 +9,7 @@
 
 #include "analysis/StudyResults.h"
 #include "core/AppContext.h"
+#include "workspace/DroppedFiles.h"
 #include "workspace/RunMarks.h"
 #include "workspace/StudyRecovery.h"
 #include "workspace/StudyWorkspace.h"
@@ -118,6 +119,7 @@ private:
     void RemoveSample();
     void FillThemes(QMenu& menu);
     void TakeFiles(const std::vector<std::string>& paths);
+    DroppedFiles SortDropped(const std::vector<std::string>& paths);
     void AddDroppedRuns(const std::vector<std::string>& paths);
     /// Adds runs of the study's own Study Group; a study without runs gets theirs.
     void TakeRuns(const RunsForStudy& runs);

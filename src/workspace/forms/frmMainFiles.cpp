@@ -9,6 +9,9 @@
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/modMain.h"
+#include "gpsobd/LogFormat.h"
+#include "gpsobd/PalmDatabase.h"
+#include "gpsobd/TrackChoices.h"
 #include "workspace/DroppedFiles.h"
 #include "workspace/RecentStudies.h"
 #include "workspace/SampleStudy.h"
@@ -109,7 +112,7 @@ void frmMain::FillThemes(QMenu& menu) {
 }
 
 void frmMain::TakeFiles(const std::vector<std::string>& paths) {
-    const DroppedFiles files = SortedByKind(paths);
+    const DroppedFiles files = SortDropped(paths);
     if (const std::string refusal = RefusalOf(files); !refusal.empty())
         context_.Messages.Tell(refusal, MessageIcon::Warning);
     if (!files.Studies.empty() && MayLeaveStudy(context_)) OpenStudyAt(files.Studies.front());
@@ -130,6 +133,19 @@ void frmMain::TakeFiles(const std::vector<std::string>& paths) {
         }
         TakeRuns(ReviewLog(context_, kind, log.Choice));
     }
+    if (!files.Tracks.empty()) ImportTracks(files.Tracks);
+}
+
+/// Looks into those files whose names do not tell what they are.
+DroppedFiles frmMain::SortDropped(const std::vector<std::string>& paths) {
+    DroppedFiles sorted;
+    const TrackSources tracks = TrackSourcesOf(context_.State.Choices, context_.OtherPrograms);
+    context_.Work.Run("Looking into the files", [&](FileSystem& files, const Progress&) {
+        const PalmDatabase palm(files);
+        const LogSources sources{files, context_.Databases, palm, context_.Time, false, tracks};
+        sorted = SortedByKind(paths, [&](const std::string& path) { return FormatKnown(sources, path); });
+    });
+    return sorted;
 }
 
 void frmMain::AddDroppedRuns(const std::vector<std::string>& paths) {
