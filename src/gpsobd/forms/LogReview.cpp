@@ -126,6 +126,7 @@ FieldLog LogReview::LoadLog() {
     if (!isLoaded_) return NewFieldLog(format_, logPath_);
     if (const std::string cut = CutText(log.DroppedBytes, log.MissingRecords); !cut.empty())
         context_.Messages.Tell(cut + "\n" + logPath_, MessageIcon::Warning);
+    for (const std::string& remark : log.Remarks) remarks_ += QLatin1Char('\n') + ToQt(remark);
     studyName_ = ToQt(StudyName(log));
     if (log.StudyDate) studyDate_ = ToQt(ShortDate(*log.StudyDate));
     return log;
@@ -166,7 +167,7 @@ QLayout* LogReview::BuildHead() {
     addPair(row, QStringLiteral("Study Name"), "lblStudyName", studyName_);
     addPair(row, QStringLiteral("Study Date"), "lblStudyDate", studyDate_);
     QLabel* file = addPair(row, QStringLiteral("Log"), "lblDataFile", ToQt(LastComponent(logPath_)));
-    file->setToolTip(ToQt(logPath_));
+    file->setToolTip(ToQt(logPath_) + remarks_);
     row->addStretch();
     return row;
 }
