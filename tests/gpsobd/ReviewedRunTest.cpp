@@ -16,7 +16,7 @@ RunPoint PointAt(std::int64_t second, float speed, double latitude = 42.5, std::
     point.Speed = speed;
     point.RunNumber = run;
     point.Latitude = latitude;
-    point.Longitude = -83.5;
+    point.Longitude = latitude == 0 ? 0 : -83.5;
     return point;
 }
 
