@@ -355,9 +355,9 @@ void LogReview::ShowState(const QString& status) {
     btnGoOn_->hide();
     gaps_->setEnabled(!isRepairing_);
     const bool hasRows = model_.rowCount() > 0 && !isRepairing_;
-    for (QWidget* control :
-         std::initializer_list<QWidget*>{vaData_, btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_, views_,
-                                         btnRunHere_, btnNextProblem_, btnDeleteRow_, btnExport2Excel_, btnExportAs_})
+    for (QWidget* control : std::initializer_list<QWidget*>{
+             vaData_, btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_, views_, btnViews_, btnRunHere_,
+             btnNextProblem_, btnDeleteRow_, btnExport2Excel_, btnExportAs_})
         control->setEnabled(hasRows);
     for (QAction* action : mnuRunHere_->actions()) action->setEnabled(hasRows);
     btnUndo_->setEnabled(!isRepairing_ && model_.Grid().CanUndo());
