@@ -35,7 +35,7 @@ constexpr const char* ReviewViewsKey = "review-views";
 constexpr const char* ViewsShown = "shown";
 constexpr const char* ViewsHidden = "hidden";
 constexpr int WidthForViews = 1000;
-/// The least where they stand below the grid.
+/// The least where they stand below the grid, and twice that of the grid then: the window scrolls instead.
 constexpr int HeightOfViews = 200;
 
 std::string PathOf(const LogChoice& log) {
@@ -252,8 +252,9 @@ void LogReview::OfferViews() {
     const bool isSmall = screen()->availableGeometry().width() < WidthForViews;
     sides->setOrientation(isSmall ? Qt::Vertical : Qt::Horizontal);
     if (isSmall) views_->setMinimumHeight(HeightOfViews);
-    const auto show = [this, sides](bool isOn) {
+    const auto show = [this, sides, isSmall](bool isOn) {
         views_->setVisible(isOn);
+        if (isSmall) vaData_->setMinimumHeight(isOn ? HeightOfViews / 2 : 0);
         if (isOn && sides->sizes().back() == 0) sides->setSizes({3, 2});
     };
     const std::string choice = ChoiceOf(context_.State.Choices, ReviewViewsKey);
