@@ -35,8 +35,8 @@ constexpr const char* ReviewViewsKey = "review-views";
 constexpr const char* ViewsShown = "shown";
 constexpr const char* ViewsHidden = "hidden";
 constexpr int WidthForViews = 1000;
-/// The least where they stand below the grid, and twice that of the grid then: the window scrolls instead.
-constexpr int HeightOfViews = 200;
+/// The least where they stand below the grid, which keeps half of it; the window scrolls where it must.
+constexpr int HeightOfViews = 240;
 
 std::string PathOf(const LogChoice& log) {
     return log.File.empty() ? std::string() : AsFolder(log.Folder) + log.File + log.Extension;
