@@ -366,8 +366,6 @@ TEST(ReviewGrid, StartsAndEndsARunAtARow) {
     grid.Undo();
     EXPECT_EQ(Texts(grid, 1), "1 1 2 1 1 2 1 1 1 ");
     EXPECT_FALSE(grid.CanUndo()) << "what deletes nothing is no step";
-    grid.Redo();
-    EXPECT_EQ(Texts(grid, 1), "2 1 1 2 1 1 1 ");
 }
 
 TEST(ReviewGrid, SplitsARunAtARow) {
@@ -376,7 +374,6 @@ TEST(ReviewGrid, SplitsARunAtARow) {
     EXPECT_EQ(grid.SplitRunAt(1), 0);
     EXPECT_EQ(grid.SplitRunAt(8), 3) << "run 2 is there";
     EXPECT_EQ(Texts(grid, 1), "1 1 2 1 1 2 1 3 3 ");
-    EXPECT_EQ(grid.ActiveRow(), 8);
     const auto expectGaps = [&](const char* expected) {
         std::string gaps;
         for (const LogGap& gap : grid.Gaps())
@@ -387,7 +384,6 @@ TEST(ReviewGrid, SplitsARunAtARow) {
     expectGaps("1:5 2:3 3:10 ");
     EXPECT_EQ(grid.SplitRunAt(4), 4);
     EXPECT_EQ(Texts(grid, 1), "1 1 2 4 4 2 4 3 3 ");
-    EXPECT_EQ(grid.Edited().Gps[3].RunNumber, 4);
     grid.Undo();
     grid.Undo();
     expectGaps("1:5 1:11 1:10 2:3 ");

@@ -16,7 +16,7 @@ RunPoint PointAt(std::int64_t second, float speed, double latitude = 42.5, std::
     point.Speed = speed;
     point.RunNumber = run;
     point.Latitude = latitude;
-    point.Longitude = -83.5;
+    point.Longitude = latitude == 0 ? 0 : -83.5;
     return point;
 }
 
@@ -42,8 +42,9 @@ TEST(ReviewedRun, IsPointedAtByTimeAndTellsItsProblems) {
     EXPECT_EQ(run.Trace.Items[1].Text, "Row 3, 6:00:01 AM\nno speed");
     EXPECT_EQ(run.Trace.Items[2].Text, "Row 4, 6:00:02 AM, 40 MPH\n10 s without rows behind it");
     EXPECT_EQ(run.Trace.Axes.Legend.size(), 3U) << "speed, problem and gap";
-    EXPECT_EQ(run.PlaceOf(4), 3);
-    EXPECT_EQ(run.PlaceOf(2), 0) << "of the other run";
+    EXPECT_EQ(std::pair(run.PlaceOf(4), run.PlaceOf(2)), std::pair(3, 0)) << "row 2 is of the other run";
+    const ReviewedRun untimed = RunOf({PointAt(0, 30), PointAt(0, 31), PointAt(0, 32)});
+    EXPECT_EQ(ItemAt(untimed.Trace, 2.2), 2) << "by its rows";
 }
 
 TEST(ReviewedRun, KnowsTheRowOfAPlaceOnTheMap) {
@@ -51,14 +52,7 @@ TEST(ReviewedRun, KnowsTheRowOfAPlaceOnTheMap) {
                                    PointAt(Morning + 3, 30, 42.501)});
     EXPECT_THAT(run.MapPlaces, ElementsAre(2, 4));
     EXPECT_EQ(run.PlaceOf(MapHit{1, 1}), 4);
-    EXPECT_EQ(run.PlaceOf(MapHit{}), 0);
     EXPECT_EQ(RunOf({PointAt(Morning, 30, 0)}).Map, nullptr);
-}
-
-TEST(ReviewedRun, OfALogWithoutTimesGoesByItsRows) {
-    const ReviewedRun run = RunOf({PointAt(0, 30), PointAt(0, 31), PointAt(0, 32)});
-    EXPECT_EQ(run.Trace.Whole().Across, (PlotRange{1, 3}));
-    EXPECT_EQ(ItemAt(run.Trace, 2.2), 2);
 }
 
 }  // namespace

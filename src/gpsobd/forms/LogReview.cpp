@@ -35,8 +35,8 @@ constexpr const char* ReviewViewsKey = "review-views";
 constexpr const char* ViewsShown = "shown";
 constexpr const char* ViewsHidden = "hidden";
 constexpr int WidthForViews = 1000;
-/// The least where they stand below the grid.
-constexpr int HeightOfViews = 200;
+/// The least where they stand below the grid, which keeps half of it; the window scrolls where it must.
+constexpr int HeightOfViews = 240;
 
 std::string PathOf(const LogChoice& log) {
     return log.File.empty() ? std::string() : AsFolder(log.Folder) + log.File + log.Extension;
@@ -126,6 +126,7 @@ FieldLog LogReview::LoadLog() {
     if (!isLoaded_) return NewFieldLog(format_, logPath_);
     if (const std::string cut = CutText(log.DroppedBytes, log.MissingRecords); !cut.empty())
         context_.Messages.Tell(cut + "\n" + logPath_, MessageIcon::Warning);
+    for (const std::string& remark : log.Remarks) remarks_ += QLatin1Char('\n') + ToQt(remark);
     studyName_ = ToQt(StudyName(log));
     if (log.StudyDate) studyDate_ = ToQt(ShortDate(*log.StudyDate));
     return log;
@@ -166,7 +167,7 @@ QLayout* LogReview::BuildHead() {
     addPair(row, QStringLiteral("Study Name"), "lblStudyName", studyName_);
     addPair(row, QStringLiteral("Study Date"), "lblStudyDate", studyDate_);
     QLabel* file = addPair(row, QStringLiteral("Log"), "lblDataFile", ToQt(LastComponent(logPath_)));
-    file->setToolTip(ToQt(logPath_));
+    file->setToolTip(ToQt(logPath_) + remarks_);
     row->addStretch();
     return row;
 }
@@ -251,8 +252,9 @@ void LogReview::OfferViews() {
     const bool isSmall = screen()->availableGeometry().width() < WidthForViews;
     sides->setOrientation(isSmall ? Qt::Vertical : Qt::Horizontal);
     if (isSmall) views_->setMinimumHeight(HeightOfViews);
-    const auto show = [this, sides](bool isOn) {
+    const auto show = [this, sides, isSmall](bool isOn) {
         views_->setVisible(isOn);
+        if (isSmall) vaData_->setMinimumHeight(isOn ? HeightOfViews / 2 : 0);
         if (isOn && sides->sizes().back() == 0) sides->setSizes({3, 2});
     };
     const std::string choice = ChoiceOf(context_.State.Choices, ReviewViewsKey);
@@ -354,9 +356,9 @@ void LogReview::ShowState(const QString& status) {
     btnGoOn_->hide();
     gaps_->setEnabled(!isRepairing_);
     const bool hasRows = model_.rowCount() > 0 && !isRepairing_;
-    for (QWidget* control :
-         std::initializer_list<QWidget*>{vaData_, btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_, views_,
-                                         btnRunHere_, btnNextProblem_, btnDeleteRow_, btnExport2Excel_, btnExportAs_})
+    for (QWidget* control : std::initializer_list<QWidget*>{
+             vaData_, btnFindMissingData_, btnCalcSpeed_, btnFindAndFixAll_, views_, btnViews_, btnRunHere_,
+             btnNextProblem_, btnDeleteRow_, btnExport2Excel_, btnExportAs_})
         control->setEnabled(hasRows);
     for (QAction* action : mnuRunHere_->actions()) action->setEnabled(hasRows);
     btnUndo_->setEnabled(!isRepairing_ && model_.Grid().CanUndo());

@@ -86,6 +86,7 @@ private:
     bool isGoingOnFixing_ = false;  ///< what "Go On From There" does: fix all, or find the next
     QString studyName_;
     QString studyDate_;
+    QString remarks_;  ///< what was found while the log was read, a line each, begun by its end
     std::vector<LogGap> gapsAsLoaded_;
     std::shared_ptr<const ReviewedRows> rows_;  ///< as the views show them
     ReviewModel model_;

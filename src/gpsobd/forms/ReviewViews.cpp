@@ -39,6 +39,7 @@ ReviewViews::ReviewViews(AppContext& context, bool hasPositions, QWidget* parent
       rows_(std::make_shared<const ReviewedRows>()),
       ofRows_(rows_) {
     setObjectName(QStringLiteral("tabViews"));
+    setAccessibleName(QStringLiteral("Run of the selected row"));
     trace_->setObjectName(QStringLiteral("RunTrace"));
     trace_->setAccessibleName(QStringLiteral("Speeds of the run of the selected row"));
     // It gives way to the grid where the screen is small.
