@@ -4,6 +4,7 @@
 
 #include "cli/CommandRunner.h"
 #include "core/RunFile.h"
+#include "gpsobd/TrackChoices.h"
 
 namespace vantor {
 namespace {
@@ -57,6 +58,20 @@ TEST_F(TrackCommandsTest, ShowsTheRunsThatAFileWouldGive) {
     EXPECT_EQ(Json("track show /t/gap.csv --cut 17")["tracks"].size(), 2U);
     EXPECT_EQ(Json("track convert /t/gap.csv --cut 17 --to /runs"), json({"gap-R001", "gap-R002"}));
     EXPECT_THAT(Json("run show /runs/gap-R002.rd2")["RunTime"], HasSubstr("12:00:31"));
+}
+
+TEST_F(TrackCommandsTest, TracksAreReadAsTheUserChoseLast) {
+    CsvMapping mapping;
+    mapping.Delimiter = '\t';
+    mapping.Columns = {CsvColumn::Time, CsvColumn::Other, CsvColumn::Speed};
+    UserChoices choices = KeptMapping("Zeit\t=ö;\tv", mapping);
+    choices[TrackGapKey] = "90";
+    choices[TrackZoneKey] = "West";
+    const TrackSources sources = TrackSourcesOf(choices, OtherPrograms);
+    EXPECT_EQ(sources.KeptMapping("Zeit\t=ö;\tv"), mapping);
+    EXPECT_EQ(sources.KeptMapping("Zeit\tv"), std::nullopt);
+    EXPECT_TRUE(sources.Cuts.GapSeconds == 90 && sources.Zone == "West");
+    EXPECT_EQ(TrackGapOf({{TrackGapKey, "-1"}}), 300);
 }
 
 TEST_F(TrackCommandsTest, SaysWhyAFileGivesNoRun) {
