@@ -28,7 +28,10 @@ std::string Gpx(int from, int seconds, const std::string& inPoint = "") {
 std::string GpxFile(const std::string& segments) { return "<gpx version=\"1.1\"><trk>" + segments + "</trk></gpx>"; }
 
 struct TrackCommandsTest : CommandTest {
-    TrackCommandsTest() { Files.CreateFolder("/runs"); }
+    TrackCommandsTest() {
+        Files.CreateFolder("/runs");
+        Files.CreateFolder("/t");
+    }
 
     /// What a command says of one file.
     std::string Told(const std::string& name, const std::string& text, const std::string& options = "") {
@@ -168,7 +171,9 @@ TEST_F(TrackCommandsTest, ExportsOfStudiesAndOfRunsWithoutPositions) {
     RunRecord run = DrivenRun();
     for (int i = 3; i <= 7; ++i) run.RunSamples[i] = {};
     PutRunFile(Files, run, "/g/", "Drive");
+    PutRun("Gone", {1});
     ASSERT_EQ(Status("study new /g AM Drive Gone"), 0) << Err;
+    Files.Delete("/g/Gone.rd2");
     EXPECT_EQ(Status("study export /g/AM.ld2 --output /t/am.gpx --time-zone Summer"), 1);
     EXPECT_THAT(Err, AllOf(HasSubstr("Gone"), HasSubstr("Drive: 5 of its 2400 seconds have no position and are left "
                                                         "out, among them 1 node; CSV has all of them\n")));
