@@ -29,7 +29,8 @@ coverage=(gcovr)
 faults=(python3 strace)
 window=(python3 xvfb x11-utils openbox xdotool imagemagick)
 package=(dpkg-dev desktop-file-utils appstream mandoc lintian)
-windows=(cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine wine64)
+windows=(cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine wine64 nlohmann-json3-dev libboost-dev
+    libexpat1-dev)
 
 case "${1-}" in
 "") wanted=("${build[@]}" "${check[@]}") ;;

@@ -193,7 +193,8 @@ void AddTrackCommands(CLI::App& program, CommandAction& chosen) {
                            "The zone of the times that runs get, \"Europe/Berlin\"; this computer's at first");
         command
             .add_option("--cut", arguments->CutSeconds, "A new run begins after a gap of so many seconds; 300 at first")
-            ->transform(WholeNumber());
+            ->transform(WholeNumber())
+            ->check(CLI::NonNegativeNumber);
     };
     const auto each = [=](auto action) {
         return [=](CommandContext& context) {

@@ -190,6 +190,7 @@ int ShowStatistics(CommandContext& context, const std::string& path) {
 int ExportRuns(CommandContext& context, const std::vector<std::string>& paths, const ExportArguments& arguments) {
     std::vector<ExportedRun> runs;
     for (const std::string& path : paths) {
+        if (!context.Work(runs.size(), paths.size())) return Stopped;
         const auto run = LoadRun(context, path);
         if (!run) return Failed;
         runs.push_back(ExportOf(*run, context.State.Settings));

@@ -206,13 +206,15 @@ std::string GeoJsonText(std::span<const ExportedRun> runs, const TrackTimes& tim
     return all.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-std::vector<SheetRow> SampleRows(std::span<const ExportedRun> runs, const AppSettings& settings) {
+std::vector<SheetRow> SampleRows(std::span<const ExportedRun> runs, const TrackTimes& times,
+                                 const AppSettings& settings) {
     const Units units = UnitsOf(settings);
     const std::string speed = std::string("Speed (") + (units.Metric ? "km/h" : "mph") + ")";
     const std::string distance = std::string("Distance (") + units.LengthLabel() + ")";
     std::vector<SheetRow> rows = {{{FirstColumns[0]},
                                    {FirstColumns[1]},
                                    {FirstColumns[2]},
+                                   {"UTC"},
                                    {"Latitude"},
                                    {"Longitude"},
                                    {speed},
@@ -221,12 +223,14 @@ std::vector<SheetRow> SampleRows(std::span<const ExportedRun> runs, const AppSet
                                    {"Node"},
                                    {"Key"}}};
     for (const ExportedRun& run : runs) {
-        double seconds = 0;
-        for (const ExportedSecond& second : run.Seconds) {
+        const Moments moments(run, times);
+        for (std::size_t i = 0; i < run.Seconds.size(); ++i) {
+            const ExportedSecond& second = run.Seconds[i];
             const SheetField none{"", true};
             rows.push_back({{run.Name},
-                            Number(++seconds, 0),
+                            Number(static_cast<double>(i + 1), 0),
                             {IsoDateTime(second.Time)},
+                            {moments[i]},
                             second.At ? Number(second.At->Latitude, PositionDecimals) : none,
                             second.At ? Number(second.At->Longitude, PositionDecimals) : none,
                             Number(units.SpeedOfMph(static_cast<double>(second.Speed)), SpeedDecimals),
@@ -241,7 +245,7 @@ std::vector<SheetRow> SampleRows(std::span<const ExportedRun> runs, const AppSet
 
 std::vector<std::byte> ExportBytes(ExportForm form, std::span<const ExportedRun> runs, const TrackTimes& times,
                                    const AppSettings& settings) {
-    if (form == ExportForm::Csv) return BytesOf(CsvText(SampleRows(runs, settings)));
+    if (form == ExportForm::Csv) return BytesOf(CsvText(SampleRows(runs, times, settings)));
     for (const ExportedRun& run : runs)
         if (const std::size_t positions = run.Positions(); positions < 2)
             throw RunTimeError(ErrorNumber::TypeMismatch,

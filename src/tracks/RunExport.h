@@ -48,7 +48,7 @@ enum class ExportForm { Gpx, GeoJson, Csv };
 /// By the extension of a file: ".gpx", ".geojson" or ".json", ".csv".
 std::optional<ExportForm> ExportFormOf(const std::string& path);
 
-// Times of GPX and GeoJSON are UTC: the run's first second by its zone's clocks, the others from there.
+// Universal times: the run's first second by its zone's clocks, the others from there.
 
 /// GPX 1.1: a track a run, of its seconds with a position; nodes are waypoints and marked in their track points, speeds
 /// and courses stand in the extension that receivers use.
@@ -59,7 +59,8 @@ std::string GeoJsonText(std::span<const ExportedRun> runs, const TrackTimes& tim
 /// What runs are written as in a form. Error 13 for GPX and GeoJSON of a run without positions, which it names.
 std::vector<std::byte> ExportBytes(ExportForm form, std::span<const ExportedRun> runs, const TrackTimes& times,
                                    const AppSettings& settings);
-/// A row a second, local times, in the units of the settings; positions are left empty where there are none.
-std::vector<SheetRow> SampleRows(std::span<const ExportedRun> runs, const AppSettings& settings);
+/// A row a second, in the units of the settings; positions are left empty where there are none.
+std::vector<SheetRow> SampleRows(std::span<const ExportedRun> runs, const TrackTimes& times,
+                                 const AppSettings& settings);
 
 }  // namespace vantor

@@ -4,6 +4,7 @@
 
 #include "cli/CommandRunner.h"
 #include "core/RunFile.h"
+#include "gpsobd/TrackChoices.h"
 
 namespace vantor {
 namespace {
@@ -27,7 +28,10 @@ std::string Gpx(int from, int seconds, const std::string& inPoint = "") {
 std::string GpxFile(const std::string& segments) { return "<gpx version=\"1.1\"><trk>" + segments + "</trk></gpx>"; }
 
 struct TrackCommandsTest : CommandTest {
-    TrackCommandsTest() { Files.CreateFolder("/runs"); }
+    TrackCommandsTest() {
+        Files.CreateFolder("/runs");
+        Files.CreateFolder("/t");
+    }
 
     /// What a command says of one file.
     std::string Told(const std::string& name, const std::string& text, const std::string& options = "") {
@@ -57,6 +61,20 @@ TEST_F(TrackCommandsTest, ShowsTheRunsThatAFileWouldGive) {
     EXPECT_EQ(Json("track show /t/gap.csv --cut 17")["tracks"].size(), 2U);
     EXPECT_EQ(Json("track convert /t/gap.csv --cut 17 --to /runs"), json({"gap-R001", "gap-R002"}));
     EXPECT_THAT(Json("run show /runs/gap-R002.rd2")["RunTime"], HasSubstr("12:00:31"));
+}
+
+TEST_F(TrackCommandsTest, TracksAreReadAsTheUserChoseLast) {
+    CsvMapping mapping;
+    mapping.Delimiter = '\t';
+    mapping.Columns = {CsvColumn::Time, CsvColumn::Other, CsvColumn::Speed};
+    UserChoices choices = KeptMapping("Zeit\t=ö;\tv", mapping);
+    choices[TrackGapKey] = "90";
+    choices[TrackZoneKey] = "West";
+    const TrackSources sources = TrackSourcesOf(choices, OtherPrograms);
+    EXPECT_EQ(sources.KeptMapping("Zeit\t=ö;\tv"), mapping);
+    EXPECT_EQ(sources.KeptMapping("Zeit\tv"), std::nullopt);
+    EXPECT_TRUE(sources.Cuts.GapSeconds == 90 && sources.Zone == "West");
+    EXPECT_EQ(TrackGapOf({{TrackGapKey, "-1"}}), 300);
 }
 
 TEST_F(TrackCommandsTest, SaysWhyAFileGivesNoRun) {
@@ -102,7 +120,7 @@ TEST_F(TrackCommandsTest, ReadsOtherFormsThroughTheConverterAndTellsWhatItSays) 
                                               "magic\nForm two: it ended with the status 2\n/t/a.trk"));
 }
 
-/// A run of a receiver that stands at both ends, loses its fix for a while and drives on where clocks are set back.
+/// A run of a receiver that stands at both ends and drives on where clocks are set back.
 RunRecord DrivenRun() {
     std::vector<int> values;
     for (int i = 0; i < 2400; ++i) {
@@ -148,12 +166,14 @@ TEST_F(TrackCommandsTest, ExportsOfStudiesAndOfRunsWithoutPositions) {
     EXPECT_EQ(Status("run export /g/Counter.rd2 --output /t/c.gpx"), 1);
     EXPECT_THAT(Err, HasSubstr("Run Counter has no positions: it is of a counter"));
     EXPECT_EQ(Status("run export /g/Counter.rd2 --output -"), 0);
-    EXPECT_THAT(Out, HasSubstr("\r\nCounter,3,2008-03-11T07:05:02,,,20.455,,60,,\r\n"));
+    EXPECT_THAT(Out, HasSubstr("\r\nCounter,3,2008-03-11T07:05:02,2008-03-11T07:05:02Z,,,20.455,,60,,\r\n"));
     EXPECT_EQ(Status("run export /g/Counter.rd2 --output /t/c.kml"), 2);
     RunRecord run = DrivenRun();
     for (int i = 3; i <= 7; ++i) run.RunSamples[i] = {};
     PutRunFile(Files, run, "/g/", "Drive");
+    PutRun("Gone", {1});
     ASSERT_EQ(Status("study new /g AM Drive Gone"), 0) << Err;
+    Files.Delete("/g/Gone.rd2");
     EXPECT_EQ(Status("study export /g/AM.ld2 --output /t/am.gpx --time-zone Summer"), 1);
     EXPECT_THAT(Err, AllOf(HasSubstr("Gone"), HasSubstr("Drive: 5 of its 2400 seconds have no position and are left "
                                                         "out, among them 1 node; CSV has all of them\n")));

@@ -16,8 +16,8 @@ struct Ran {
     qint64 Milliseconds = 0;
 };
 
-Ran Run(const std::string& script, const ProgramLimits& limits = {}, const std::string& argument = {},
-        std::size_t pieces = 1000) {
+Ran RanBy(const std::string& script, const ProgramLimits& limits = {}, const std::string& argument = {},
+          std::size_t pieces = 1000) {
     QElapsedTimer clock;
     clock.start();
     Ran ran;
@@ -34,34 +34,34 @@ Ran Run(const std::string& script, const ProgramLimits& limits = {}, const std::
 
 TEST(QtProgramsTest, OutputMessagesAndStatusAreThoseOfTheProgram) {
     // Arguments pass no shell, and the input is empty.
-    const Ran said = Run("cat; printf %s \"$1\"; echo ' warned ' >&2; exit 7", {}, "a b'\"$(x)ä");
+    const Ran said = RanBy("cat; printf %s \"$1\"; echo ' warned ' >&2; exit 7", {}, "a b'\"$(x)ä");
     EXPECT_EQ(said.Output, "a b'\"$(x)ä");
     EXPECT_EQ(said.End.Messages, "warned");
     EXPECT_EQ(said.End.Status, 7);
     EXPECT_FALSE(said.End.WasStopped);
-    EXPECT_EQ(Run("seq 1 200000").Output.size(), 1288895U) << "more than a pipe holds";
-    EXPECT_NE(Run("kill -9 $$").End.Status, 0);
+    EXPECT_EQ(RanBy("seq 1 200000").Output.size(), 1288895U) << "more than a pipe holds";
+    EXPECT_NE(RanBy("kill -9 $$").End.Status, 0);
     EXPECT_EQ(QtPrograms().Start("no-such-program-of-vantor", {}, {}), nullptr);
 }
 
 TEST(QtProgramsTest, AProgramWithoutAnEndIsStopped) {
-    const Ran hung = Run("echo begun; exec sleep 60", {.Time = 1s});
+    const Ran hung = RanBy("echo begun; exec sleep 60", {.Time = 1s});
     EXPECT_EQ(hung.Output, "begun\n");
     EXPECT_TRUE(hung.End.WasStopped);
     EXPECT_LT(hung.Milliseconds, 5000);
-    EXPECT_TRUE(Run("while :; do echo more; sleep 0.05; done", {.Time = 1s}).End.WasStopped) << "always a bit more";
+    EXPECT_TRUE(RanBy("while :; do echo more; sleep 0.05; done", {.Time = 1s}).End.WasStopped) << "always a bit more";
 
-    const Ran flood = Run("exec yes", {.OutputBytes = 100000});
+    const Ran flood = RanBy("exec yes", {.OutputBytes = 100000});
     EXPECT_TRUE(flood.End.WasStopped);
     EXPECT_LT(flood.Output.size(), 200000U);
-    const Ran warnings = Run("exec yes >&2", {.OutputBytes = 100000});
+    const Ran warnings = RanBy("exec yes >&2", {.OutputBytes = 100000});
     EXPECT_TRUE(warnings.End.WasStopped);
     EXPECT_LE(warnings.End.Messages.size(), 65536U);
 
     int asked = 0;
-    const Ran unwanted = Run("exec sleep 60", {.GoesOn = [&] { return ++asked < 3; }});
+    const Ran unwanted = RanBy("exec sleep 60", {.GoesOn = [&] { return ++asked < 3; }});
     EXPECT_TRUE(unwanted.End.WasStopped && unwanted.Milliseconds < 5000);
-    const Ran unread = Run("exec yes", {}, {}, 1);
+    const Ran unread = RanBy("exec yes", {}, {}, 1);
     EXPECT_TRUE(unread.End.WasStopped && unread.Milliseconds < 5000);
 }
 

@@ -74,13 +74,14 @@ TEST_F(RunExportTest, CsvHasEverySecondInTheUnitsOfTheSettings) {
     Of.Header.SectionName[1] = "1st, \"N\"";
     const std::string key = EventCodeLabel(2);
     EXPECT_EQ(As(ExportForm::Csv, "UTC"),
-              "\xEF\xBB\xBFRun,Second,Local Time,Latitude,Longitude,Speed (mph),Course,Distance (ft),Node,Key\r\n"
-              "A & B,1,2021-03-28T01:59:59,,,0.000,,0,,\r\n"
-              "A & B,2,2021-03-28T02:00:00,42.50200000,-83.25000000,6.818,90.5,10,\"1st, \"\"N\"\"\",\r\n"
-              "A & B,3,2021-03-28T02:00:01,42.50300000,-83.25000000,13.636,,30,," +
+              "\xEF\xBB\xBFRun,Second,Local Time,UTC,Latitude,Longitude,Speed (mph),Course,Distance (ft),Node,Key\r\n"
+              "A & B,1,2021-03-28T01:59:59,2021-03-28T01:59:59Z,,,0.000,,0,,\r\n"
+              "A & B,2,2021-03-28T02:00:00,2021-03-28T02:00:00Z,42.50200000,-83.25000000,6.818,90.5,10,\"1st, "
+              "\"\"N\"\"\",\r\n"
+              "A & B,3,2021-03-28T02:00:01,2021-03-28T02:00:01Z,42.50300000,-83.25000000,13.636,,30,," +
                   key + "\r\n");
     Settings.MetricUnits = -1;
-    EXPECT_THAT(As(ExportForm::Csv, "UTC"), testing::HasSubstr("02:00:01,42.50300000,-83.25000000,21.941,,9,,"));
+    EXPECT_THAT(As(ExportForm::Csv, "UTC"), testing::HasSubstr("02:00:01Z,42.50300000,-83.25000000,21.941,,9,,"));
 }
 
 TEST_F(RunExportTest, SecondsWithoutAPositionAreToldAndARunWithoutAnyIsRefused) {
