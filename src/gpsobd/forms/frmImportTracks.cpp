@@ -151,7 +151,7 @@ void frmImportTracks::ReadAgain() {
     ReadFilesAgain();
 }
 
-/// Reads the files anew; what was ticked and typed stays with tracks that are still there.
+/// Reads the files anew; names that were typed stay with tracks that are still there.
 void frmImportTracks::ReadFilesAgain() {
     const std::vector<std::string> paths = std::exchange(paths_, {});
     for (std::size_t i = 0; i < rows_.size(); ++i)
