@@ -343,7 +343,7 @@ void frmImportTracks::ChooseColumns() {
     const auto isFirst = [&](const std::string& path) {
         return chosen != nullptr && HasColumns(*chosen) ? path == *chosen : !files_.at(path).HasTracks;
     };
-    std::ranges::stable_partition(paths, isFirst);
+    std::stable_partition(paths.begin(), paths.end(), isFirst);
     frmTrackColumns form(context_, paths, this);
     if (form.exec() == Accepted) ReadFilesAgain();
 }
