@@ -396,6 +396,7 @@ bool frmImportTracks::WriteTicked() {
     const std::map<std::size_t, std::string> names = Names();
     if (!AcceptNames(names)) return false;
     std::vector<NamedTrack> tracks;
+    tracks.reserve(names.size());
     for (const auto& [index, name] : names) tracks.push_back({&tracks_[index], name});
     ApplicationState& state = context_.State;
     MakeStudyGroup(context_.Files, context_.Messages, state.Paths.StudyGroupRootPath, Group(), {});
