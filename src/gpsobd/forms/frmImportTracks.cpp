@@ -107,13 +107,17 @@ void frmImportTracks::TakeInbox(const std::vector<std::string>& paths, std::vect
         std::ranges::move(file.Tracks, std::back_inserter(tracks_));
     }
     for (std::size_t i = before; i < tracks_.size(); ++i) {
-        rows_.push_back({ProfileTrace(tracks_[i].Run, context_.State.Settings.SpeedFactor), {}, {}, true});
+        rows_.push_back({ProfileTrace(tracks_[i].Run, context_.State.Settings.SpeedFactor), {}, {}, true, false});
         const auto kept = kept_.find({tracks_[i].Path, tracks_[i].Number});
         if (kept != kept_.end()) rows_.back().TypedName = kept->second.TypedName;
     }
     FindSameRuns();
-    for (std::size_t i = before; i < rows_.size(); ++i)
-        rows_[i].IsTaken = IsWithoutFlags(i) || !rows_[i].TypedName.empty();
+    for (std::size_t i = before; i < rows_.size(); ++i) {
+        const bool isFlagged = !IsWithoutFlags(i);
+        const auto kept = kept_.find({tracks_[i].Path, tracks_[i].Number});
+        const bool isAsBefore = kept != kept_.end() && kept->second.WasFlagged == isFlagged;
+        rows_[i].IsTaken = isAsBefore ? kept->second.IsTaken : !isFlagged || !rows_[i].TypedName.empty();
+    }
     mapped_.clear();
     ShowTracks();
 }
@@ -151,12 +155,13 @@ void frmImportTracks::ReadAgain() {
     ReadFilesAgain();
 }
 
-/// Reads the files anew; names that were typed stay with tracks that are still there.
+/// Reads the files anew; what was ticked and typed stays with tracks that are still there.
 void frmImportTracks::ReadFilesAgain() {
     const std::vector<std::string> paths = std::exchange(paths_, {});
-    for (std::size_t i = 0; i < rows_.size(); ++i)
-        if (!rows_[i].TypedName.empty())
-            kept_.insert_or_assign({tracks_[i].Path, tracks_[i].Number}, std::move(rows_[i]));
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        rows_[i].WasFlagged = !IsWithoutFlags(i);
+        kept_.insert_or_assign({tracks_[i].Path, tracks_[i].Number}, std::move(rows_[i]));
+    }
     tracks_.clear();
     rows_.clear();
     files_.clear();

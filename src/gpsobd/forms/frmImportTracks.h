@@ -53,6 +53,7 @@ private:
         std::string SameAs;     ///< the run that is the same drive; mostly empty
         std::string TypedName;  ///< empty: the next one that is free
         bool IsTaken = true;
+        bool WasFlagged = false;  ///< before its file was read again
     };
 
     /// What a file gave beside their tracks.
