@@ -100,8 +100,11 @@ std::string ReasonOf(const RunTimeError& error, const std::string& path) {
     std::string reason = error.Place();
     if (reason.empty() || reason.starts_with(path)) return ErrorText(error.Number());
     const std::string line = "\n" + path;
-    if (const std::size_t at = reason.find(line); at != std::string::npos) reason.erase(at, line.size());
-    return reason;
+    const std::size_t at = reason.find(line);
+    if (at == std::string::npos) return reason;
+    // What is left is a place in the file, ", line 5".
+    const std::string place = reason.substr(at + line.size());
+    return reason.substr(0, at) + (place.starts_with(", ") ? " (" + place.substr(2) + ")" : place);
 }
 
 void FlagColumns(const std::vector<std::string>& notes, InboxFile& file) {

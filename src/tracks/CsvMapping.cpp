@@ -156,11 +156,13 @@ void GuessTimes(CsvPreview& preview, const std::map<CsvColumn, CsvHeadCell>& hea
     if (!seen.HasZone && !head.IsUtc) preview.Questions.push_back(CsvQuestion::Zone);
 }
 
+bool IsCommaNumber(const std::string& cell) {
+    return cell.find(',') != std::string::npos && cell.find('.') == std::string::npos && NumberOfCell(cell, true);
+}
+
 void GuessNumbers(CsvPreview& preview) {
     const auto see = [&](const std::string& cell) {
-        const std::size_t comma = cell.find(',');
-        if (comma != std::string::npos && cell.find('.') == std::string::npos && NumberOfCell(cell, true))
-            preview.Mapping.HasDecimalComma = true;
+        if (IsCommaNumber(cell)) preview.Mapping.HasDecimalComma = true;
     };
     if (preview.Mapping.Delimiter == ',') return;
     for (const CsvColumn column : {CsvColumn::Latitude, CsvColumn::Longitude, CsvColumn::Speed})
@@ -193,6 +195,8 @@ std::vector<std::string> FirstLines(const FileSystem& files, const std::string& 
     return lines;
 }
 
+bool HasComma(const std::vector<std::string>& row) { return std::ranges::any_of(row, IsCommaNumber); }
+
 /// Of a file whose head is not recognised: the delimiter that its first line has most, and whether that is a head.
 void GuessHead(const std::vector<std::string>& lines, CsvMapping& mapping) {
     if (lines.empty()) return;
@@ -215,6 +219,8 @@ CsvPreview PreviewOf(const std::vector<std::string>& lines) {
     if (!isFound) GuessHead(lines, preview.Mapping);
     SplitRows(lines, preview);
     if (!isFound) {
+        preview.Mapping.HasDecimalComma =
+            preview.Mapping.Delimiter != ',' && std::ranges::any_of(preview.Rows, HasComma);
         if (!lines.empty()) preview.Head = TextOfCell(lines.front());
         preview.Questions.push_back(CsvQuestion::Columns);
         return preview;

@@ -28,6 +28,8 @@
 #include "fakes/PutFiles.h"
 #include "gpsobd/forms/LogReview.h"
 #include "gpsobd/forms/LogSelect.h"
+#include "gpsobd/forms/frmImportTracks.h"
+#include "gpsobd/forms/frmTrackColumns.h"
 #include "platform/HelpWindow.h"
 #include "reports/ReportStudies.h"
 #include "reports/forms/frmCompareStudies.h"
@@ -90,6 +92,9 @@ private:
         for (const auto& [kind, extension] :
              {std::pair(LogKind::GpsLaptop, ".gd2"), {LogKind::ObdLaptop, ".od2"}, {LogKind::GpsObd, ".ddf"}})
             PutLog(kind, Logs + "drive" + extension);
+        Files.PutText(Logs + "phone.csv",
+                      "time,lat,lon,speed\n2026-03-04T15:00:00Z,42.0,-83.0,10\n2026-03-04T15:00:01Z,42.0001,-83.0,11\n"
+                      "2026-03-04T15:00:02Z,42.0002,-83.0,11\n");
     }
 
     /// Twelve seconds of run 1 with a gap of two.
@@ -170,6 +175,19 @@ inline std::function<std::shared_ptr<QWidget>(ShownProgram&)> Reviews(LogKind ki
     };
 }
 
+/// A log with a gap, and a CSV file whose columns leave a question; both of nothing where there is nothing to see.
+inline std::shared_ptr<QWidget> OpenImportTracks(ShownProgram& program) {
+    std::vector<std::string> paths;
+    for (const char* name : {"drive.gd2", "phone.csv"})
+        if (program.Files.Find(program.Logs + name)) paths.push_back(program.Logs + name);
+    return std::make_shared<frmImportTracks>(program.Program, paths);
+}
+
+inline std::shared_ptr<QWidget> OpenTrackColumns(ShownProgram& program) {
+    if (!program.Files.Find(program.Logs + "phone.csv")) program.Files.PutText(program.Logs + "phone.csv", "");
+    return std::make_shared<frmTrackColumns>(program.Program, std::vector{program.Logs + "phone.csv"});
+}
+
 /// What stands before the control that takes the keys, in the first line of a screen's page of text.
 inline const QString FocusMark = QStringLiteral("; keys to ");
 
@@ -218,6 +236,8 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmGPSViewData", Reviews(LogKind::GpsLaptop, ".gd2")},
         {"frmOBDViewData", Reviews(LogKind::ObdLaptop, ".od2"), true, "frmGPSViewData"},
         {"frmGPSOBDViewData", Reviews(LogKind::GpsObd, ".ddf"), true, "frmGPSViewData"},
+        {"frmImportTracks", OpenImportTracks},
+        {"frmTrackColumns", OpenTrackColumns},
         {"frmHelp", help, false},
     };
 }

@@ -77,6 +77,7 @@ TEST_F(ImportTracksTest, TypedNamesAreKeptAndChecked) {
     ChooseGroup("Main");
     List().item(0, Name)->setText(QStringLiteral("Main-EB-001"));
     EXPECT_THAT(NamesShown(), ElementsAre("Main-EB-001", "", "Main-EB-002")) << "the others make room";
+    List().item(1, 0)->setCheckState(Qt::Checked);
     auto& gap = Get<QSpinBox>("spnGap");
     gap.setFocus();
     gap.selectAll();
@@ -84,7 +85,7 @@ TEST_F(ImportTracksTest, TypedNamesAreKeptAndChecked) {
     PressKey(Qt::Key_Return);
     EXPECT_TRUE(Window->isVisible());
     EXPECT_EQ(ChoiceOf(State.Choices, TrackGapKey), "20");
-    EXPECT_THAT(NamesShown(), ElementsAre("Main-EB-001", "", "Main-EB-002")) << "read again";
+    EXPECT_THAT(NamesShown(), ElementsAre("Main-EB-001", "Main-NB-001", "Main-EB-002")) << "read again";
     List().item(2, Name)->setText(QStringLiteral("MAIN-eb-001"));
     Messages.Expect("Two runs would be called MAIN-eb-001.\nType another name (F2), or none for the next free number.");
     Press("btnOk");

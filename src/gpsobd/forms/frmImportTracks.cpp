@@ -6,10 +6,12 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "core/LoggerChoices.h"
 #include "core/Paths.h"
+#include "core/Position.h"
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "core/StudyGroupFolders.h"
@@ -33,6 +35,12 @@ QString DurationText(const RunRecord& run) {
     constexpr std::int32_t Minute = 60;
     const std::int32_t seconds = run.Header.SampleCount;
     return QStringLiteral("%1:%2").arg(seconds / Minute).arg(seconds % Minute, 2, 10, QLatin1Char('0'));
+}
+
+std::optional<Position> FirstPosition(const RunRecord& run) {
+    for (const RunSample& sample : run.RunSamples)
+        if (const auto at = PositionOf(sample)) return at;
+    return std::nullopt;
 }
 
 std::string TitleOf(const InboxTrack& track) { return LastComponent(track.Path) + ", " + std::to_string(track.Number); }
@@ -99,28 +107,41 @@ void frmImportTracks::TakeInbox(const std::vector<std::string>& paths, std::vect
         std::ranges::move(file.Tracks, std::back_inserter(tracks_));
     }
     for (std::size_t i = before; i < tracks_.size(); ++i) {
-        rows_.push_back({ProfileTrace(tracks_[i].Run, context_.State.Settings.SpeedFactor), {}, {}, true});
+        rows_.push_back({ProfileTrace(tracks_[i].Run, context_.State.Settings.SpeedFactor), {}, {}, true, false});
         const auto kept = kept_.find({tracks_[i].Path, tracks_[i].Number});
         if (kept != kept_.end()) rows_.back().TypedName = kept->second.TypedName;
     }
     FindSameRuns();
-    for (std::size_t i = before; i < rows_.size(); ++i)
-        rows_[i].IsTaken = IsWithoutFlags(i) || !rows_[i].TypedName.empty();
-    ShowMap();
+    for (std::size_t i = before; i < rows_.size(); ++i) {
+        const bool isFlagged = !IsWithoutFlags(i);
+        const auto kept = kept_.find({tracks_[i].Path, tracks_[i].Number});
+        const bool isAsBefore = kept != kept_.end() && kept->second.WasFlagged == isFlagged;
+        rows_[i].IsTaken = isAsBefore ? kept->second.IsTaken : !isFlagged || !rows_[i].TypedName.empty();
+    }
+    mapped_.clear();
     ShowTracks();
 }
 
-/// The ways of all tracks; without a position the profile has the room.
-void frmImportTracks::ShowMap() {
-    const bool hasPositions = std::ranges::any_of(tracks_, [](const auto& track) { return HasPositions(track.Run); });
-    map_->setVisible(hasPositions);
-    if (!hasPositions) return;
+/// The way of the chosen track and of those that begin near it; without a position the profile has the room.
+void frmImportTracks::ShowMap(std::size_t chosen) {
+    const auto at = FirstPosition(tracks_[chosen].Run);
+    const auto isNear = [&](const InboxTrack& track) {
+        constexpr double Near = 30 * FeetPerMile;
+        const auto its = FirstPosition(track.Run);
+        return at && its && FeetBetween(*at, *its) <= Near;
+    };
+    map_->setVisible(at.has_value());
+    if (!at || (chosen < mapped_.size() && mapped_[chosen])) return;
+    mapped_.assign(tracks_.size(), false);
     auto scene = std::make_shared<MapScene>();
     context_.Work.Run("Drawing the map", [&](FileSystem&, const Progress&) {
         MapContents contents;
         contents.Title = "Tracks";
         contents.Shown = UnitsOf(context_.State);
-        for (const InboxTrack& track : tracks_) contents.Tracks.push_back(TrackOf(track.Run, TitleOf(track)));
+        for (std::size_t i = 0; i < tracks_.size(); ++i) {
+            mapped_[i] = isNear(tracks_[i]);
+            contents.Tracks.push_back(mapped_[i] ? TrackOf(tracks_[i].Run, TitleOf(tracks_[i])) : MapTrack());
+        }
         *scene = MapScene(std::move(contents));
     });
     map_->Show(std::move(scene));
@@ -137,9 +158,10 @@ void frmImportTracks::ReadAgain() {
 /// Reads the files anew; what was ticked and typed stays with tracks that are still there.
 void frmImportTracks::ReadFilesAgain() {
     const std::vector<std::string> paths = std::exchange(paths_, {});
-    for (std::size_t i = 0; i < rows_.size(); ++i)
-        if (!rows_[i].TypedName.empty())
-            kept_.insert_or_assign({tracks_[i].Path, tracks_[i].Number}, std::move(rows_[i]));
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        rows_[i].WasFlagged = !IsWithoutFlags(i);
+        kept_.insert_or_assign({tracks_[i].Path, tracks_[i].Number}, std::move(rows_[i]));
+    }
     tracks_.clear();
     rows_.clear();
     files_.clear();
@@ -287,9 +309,13 @@ void frmImportTracks::TickUnflagged() {
 
 void frmImportTracks::ShowChosen() {
     const int row = vaTracks_->currentRow();
-    map_->SetChosenItem(row + 1);
     ShowNotes();
-    if (row < 0 || tracks_.empty()) return profile_->ShowText(QStringLiteral("The chosen track is shown here."));
+    if (row < 0 || tracks_.empty()) {
+        map_->hide();
+        return profile_->ShowText(QStringLiteral("The chosen track is shown here."));
+    }
+    ShowMap(static_cast<std::size_t>(row));
+    map_->SetChosenItem(row + 1);
     profile_->ShowRun(tracks_[static_cast<std::size_t>(row)].Run, {}, context_.State.Settings);
 }
 
@@ -322,7 +348,7 @@ void frmImportTracks::ChooseColumns() {
     const auto isFirst = [&](const std::string& path) {
         return chosen != nullptr && HasColumns(*chosen) ? path == *chosen : !files_.at(path).HasTracks;
     };
-    std::ranges::stable_partition(paths, isFirst);
+    std::stable_partition(paths.begin(), paths.end(), isFirst);
     frmTrackColumns form(context_, paths, this);
     if (form.exec() == Accepted) ReadFilesAgain();
 }
@@ -375,6 +401,7 @@ bool frmImportTracks::WriteTicked() {
     const std::map<std::size_t, std::string> names = Names();
     if (!AcceptNames(names)) return false;
     std::vector<NamedTrack> tracks;
+    tracks.reserve(names.size());
     for (const auto& [index, name] : names) tracks.push_back({&tracks_[index], name});
     ApplicationState& state = context_.State;
     MakeStudyGroup(context_.Files, context_.Messages, state.Paths.StudyGroupRootPath, Group(), {});

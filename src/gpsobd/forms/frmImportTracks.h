@@ -53,6 +53,7 @@ private:
         std::string SameAs;     ///< the run that is the same drive; mostly empty
         std::string TypedName;  ///< empty: the next one that is free
         bool IsTaken = true;
+        bool WasFlagged = false;  ///< before its file was read again
     };
 
     /// What a file gave beside their tracks.
@@ -74,7 +75,7 @@ private:
     void ChooseColumns();
     void TakeGroup();
     void TakeInbox(const std::vector<std::string>& paths, std::vector<InboxFile> read);
-    void ShowMap();
+    void ShowMap(std::size_t chosen);
     void FindSameRuns();
     void ShowTracks();
     void ShowTrack(std::size_t index, const Units& units);
@@ -97,6 +98,7 @@ private:
     std::vector<std::string> paths_;  ///< as they were added
     std::vector<InboxTrack> tracks_;
     std::vector<InboxRow> rows_;  ///< of the tracks
+    std::vector<bool> mapped_;    ///< whether a track is on the map
     std::vector<std::string> namesInGroup_;
     std::map<std::string, ReadFile> files_;                 ///< by path
     std::map<std::pair<std::string, int>, InboxRow> kept_;  ///< by file and number, while files are read again

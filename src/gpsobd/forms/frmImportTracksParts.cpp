@@ -58,13 +58,12 @@ QWidget* frmImportTracks::BuildChosen() {
     };
     txtNotes_ = Named<QPlainTextEdit>(parts, "txtNotes");
     txtNotes_->setAccessibleName(QStringLiteral("About the chosen track"));
+    txtNotes_->setPlaceholderText(QStringLiteral("What is to be looked at stands here."));
     txtNotes_->setReadOnly(true);
     txtNotes_->setTabChangesFocus(true);
     txtNotes_->setMinimumSize(160, 60);
     for (QWidget* part : std::initializer_list<QWidget*>{profile_, map_, txtNotes_}) parts->addWidget(part);
-    parts->setStretchFactor(0, 3);
-    parts->setStretchFactor(1, 2);
-    parts->setStretchFactor(2, 2);
+    parts->setSizes({440, 340, 320});
     parts->setChildrenCollapsible(false);
     return parts;
 }

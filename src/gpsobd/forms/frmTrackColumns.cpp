@@ -36,7 +36,7 @@ constexpr std::array<const char*, CsvColumnKinds> KindNames = {"-",    "Latitude
 constexpr std::array UnitNames = {"m/s", "km/h", "mph", "knots"};
 constexpr std::array TimeNames = {"dates and times", "seconds since 1970", "seconds since the start",
                                   "milliseconds since the start"};
-constexpr std::array OrderNames = {"not known", "day, month", "month, day"};
+constexpr std::array OrderNames = {"not known", "day before month", "month before day"};
 constexpr std::array DelimiterNames = {"comma", "semicolon", "tab", "bar", "blank"};
 constexpr std::array Delimiters = {',', ';', '\t', '|', ' '};
 constexpr int MostRows = 50;
@@ -64,13 +64,15 @@ frmTrackColumns::frmTrackColumns(AppContext& context, const std::vector<std::str
     vaRows_ = Named<QTableWidget>(this, "vaRows");
     vaRows_->setAccessibleName(QStringLiteral("The first rows of the file"));
     vaRows_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    vaRows_->setTabKeyNavigation(false);
+    // Its boxes take the keys.
+    vaRows_->setFocusPolicy(Qt::NoFocus);
     vaRows_->verticalHeader()->hide();
     column->addWidget(vaRows_, 1);
     lblOutcome_ = Named<WrappedLabel>(this, "lblOutcome");
     column->addWidget(lblOutcome_);
     auto* foot = new QHBoxLayout;
-    foot->addWidget(HelpButton(*this, context, HelpTopic::ImportTracks));
+    cmdHelp_ = HelpButton(*this, context, HelpTopic::ImportTracks);
+    foot->addWidget(cmdHelp_);
     foot->addStretch();
     btnOk_ = Named<QPushButton>(this, "btnOk", QStringLiteral("OK"));
     btnOk_->setDefault(true);
@@ -187,7 +189,9 @@ void frmTrackColumns::ShowRows() {
     Chosen().Preview.Mapping.Columns.resize(columns, CsvColumn::Other);
     const int rows = std::min(static_cast<int>(preview.Rows.size()), MostRows);
     vaRows_->clear();
+    vaRows_->setRowCount(0);
     vaRows_->setRowCount(rows + 1);
+    QWidget* before = dteStart_;
     vaRows_->setColumnCount(static_cast<int>(columns));
     for (int column = 0; column < vaRows_->columnCount(); ++column) {
         const auto at = static_cast<std::size_t>(column);
@@ -195,23 +199,36 @@ void frmTrackColumns::ShowRows() {
                                  ? ToQt(preview.HeadCells[at])
                                  : QString::number(column + 1);
         vaRows_->setHorizontalHeaderItem(column, new QTableWidgetItem(head));
-        AddKindBox(column);
+        QWidget* const box = KindBox(column);
+        vaRows_->setCellWidget(0, column, box);
+        setTabOrder(before, box);
+        before = box;
         for (int row = 0; row < rows; ++row) {
             const auto& cells = preview.Rows[static_cast<std::size_t>(row)];
             if (at < cells.size()) vaRows_->setItem(row + 1, column, new QTableWidgetItem(ToQt(cells[at])));
         }
     }
+    setTabOrder(before, cmdHelp_);
     vaRows_->resizeColumnsToContents();
 }
 
-void frmTrackColumns::AddKindBox(int column) {
+/// The box that has the keys comes into view.
+bool frmTrackColumns::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn)
+        for (int column = 0; column < vaRows_->columnCount(); ++column)
+            if (vaRows_->cellWidget(0, column) == watched) vaRows_->scrollTo(vaRows_->model()->index(0, column));
+    return QDialog::eventFilter(watched, event);
+}
+
+QWidget* frmTrackColumns::KindBox(int column) {
     auto* box = BoxOf(vaRows_, "", KindNames);
     box->setObjectName(QStringLiteral("cmbKind%1").arg(column + 1));
     box->setAccessibleName(QStringLiteral("What column %1 holds").arg(vaRows_->horizontalHeaderItem(column)->text()));
     box->setCurrentIndex(static_cast<int>(Chosen().Preview.Mapping.Columns[static_cast<std::size_t>(column)]));
     Connect(box, &QComboBox::activated, this, context_.Messages,
             [this, column](int kind) { TakeColumn(column, kind); });
-    vaRows_->setCellWidget(0, column, box);
+    box->installEventFilter(this);
+    return box;
 }
 
 /// A kind stands in one column: the one that had it has none then.

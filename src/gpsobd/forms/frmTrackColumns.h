@@ -29,6 +29,9 @@ public:
 
     void accept() override;
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     struct File {
         CsvPreview Preview;  ///< with the mapping as it is chosen
@@ -41,7 +44,7 @@ private:
     void ShowFile();
     void ShowRows();
     void ShowStart();
-    void AddKindBox(int column);
+    QWidget* KindBox(int column);
     void TakeColumn(int column, int kind);
     void TakeSplitting();
     void TakeMeaning();
@@ -62,6 +65,7 @@ private:
     QDateTimeEdit* dteStart_ = nullptr;
     QTableWidget* vaRows_ = nullptr;
     WrappedLabel* lblOutcome_ = nullptr;
+    QPushButton* cmdHelp_ = nullptr;
     QPushButton* btnOk_ = nullptr;
     bool isShowing_ = false;
 };
