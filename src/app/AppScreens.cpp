@@ -146,7 +146,8 @@ RunsForStudy AppScreens::ShowUploadData(const Upload& upload) {
 }
 RunsForStudy AppScreens::ShowImportTracks(const std::vector<std::string>& paths) {
     frmImportTracks form(*context_, paths);
-    return Run(form) ? form.ForStudy() : RunsForStudy();
+    Run(form);
+    return form.ForStudy();
 }
 void AppScreens::ShowDeleteTempRuns() { ShowModal<frmDeleteTempRuns>(*context_); }
 void AppScreens::ShowDeleteTDCFiles() { ShowModal<frmDeleteTDCFiles>(*context_); }

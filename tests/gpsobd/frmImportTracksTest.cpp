@@ -166,5 +166,21 @@ TEST_F(ImportTracksTest, TheStartOfALogIsSaid) {
     EXPECT_THAT(Notes(), HasSubstr("its times have no day; they are taken to begin on 2026-03-04T08:30:00"));
 }
 
+TEST_F(ImportTracksTest, AReviewedFileGivesItsRunsAndLeavesTheList) {
+    OpenInbox();
+    OtherScreens.Log = {"/t/", "a", ".gpx"};
+    OtherScreens.Moved = {Main, {"Main-NB-007"}};
+    Press("btnReview");
+    EXPECT_THAT(OtherScreens.Shown, ElementsAre("review a.gpx")) << "left without runs";
+    EXPECT_EQ(List().rowCount(), 3);
+    OtherScreens.OnShow["review a.gpx"] = [] { return true; };
+    Press("btnReview");
+    EXPECT_EQ(OtherScreens.Shown.back(), "frmUploadData");
+    EXPECT_EQ(List().rowCount(), 2);
+    ChooseGroup("Main");
+    Press("btnOk");
+    EXPECT_THAT(Window->ForStudy().Names, ElementsAre("Main-EB-001", "Main-NB-007"));
+}
+
 }  // namespace
 }  // namespace vantor

@@ -309,6 +309,7 @@ void frmImportTracks::TickUnflagged() {
 
 void frmImportTracks::ShowChosen() {
     const int row = vaTracks_->currentRow();
+    btnReview_->setEnabled(ChosenPath() != nullptr);
     ShowNotes();
     if (row < 0 || tracks_.empty()) {
         map_->hide();

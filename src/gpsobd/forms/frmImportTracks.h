@@ -33,8 +33,9 @@ class frmImportTracks : public QDialog {
 public:
     frmImportTracks(AppContext& context, const std::vector<std::string>& paths, QWidget* parent = nullptr);
 
-    /// The runs that were written and that the study is to take.
-    RunsForStudy ForStudy() const { return forStudy_; }
+    /// The runs that were written and that the study is to take: those of the ticked tracks, and those that reviews
+    /// have put into the same group, or these alone.
+    RunsForStudy ForStudy() const;
     /// Reads more files.
     void AddFiles(const std::vector<std::string>& paths);
 
@@ -73,6 +74,7 @@ private:
     void ReadFilesAgain();
     void AskForFiles();
     void ChooseColumns();
+    void ReviewChosen();
     void TakeGroup();
     void TakeInbox(const std::vector<std::string>& paths, std::vector<InboxFile> read);
     void ShowMap(std::size_t chosen);
@@ -104,6 +106,7 @@ private:
     std::map<std::pair<std::string, int>, InboxRow> kept_;  ///< by file and number, while files are read again
     std::string shownGroup_;
     RunsForStudy forStudy_;
+    RunsForStudy reviewed_;
     QComboBox* cmbGroup_ = nullptr;
     QLineEdit* txtBaseName_ = nullptr;
     ZoneBox* cmbZone_ = nullptr;
@@ -116,6 +119,7 @@ private:
     WrappedLabel* lblRemarks_ = nullptr;
     QPushButton* btnUnflagged_ = nullptr;
     QPushButton* btnColumns_ = nullptr;
+    QPushButton* btnReview_ = nullptr;
     QCheckBox* chkForStudy_ = nullptr;
     TickButtons* buttons_ = nullptr;
 };

@@ -96,7 +96,12 @@ QLayout* frmImportTracks::BuildHead() {
     how->addWidget(LabelFor(spnGap_, QStringLiteral("A new run after a &gap of")));
     how->addWidget(spnGap_);
     how->addStretch();
+    btnReview_ = Named<QPushButton>(this, "btnReview", QStringLiteral("Re&view..."));
+    btnReview_->setToolTip(
+        QStringLiteral("Every point of the chosen track's file: repair it, or mark its runs by hand"));
+    btnReview_->setAutoDefault(false);
     how->addWidget(btnColumns_);
+    how->addWidget(btnReview_);
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(cmbGroup_, QStringLiteral("&Study Group")));
     row->addWidget(cmbGroup_);
@@ -149,6 +154,7 @@ void frmImportTracks::ConnectControls() {
     MessageBoxes& messages = context_.Messages;
     Connect(btnAddFiles_, &QPushButton::clicked, this, messages, [this] { AskForFiles(); });
     Connect(btnColumns_, &QPushButton::clicked, this, messages, [this] { ChooseColumns(); });
+    Connect(btnReview_, &QPushButton::clicked, this, messages, [this] { ReviewChosen(); });
     Connect(btnUnflagged_, &QPushButton::clicked, this, messages, [this] { TickUnflagged(); });
     Connect(cmbGroup_, &QComboBox::activated, this, messages, [this] { TakeGroup(); });
     Connect(cmbGroup_->lineEdit(), &QLineEdit::editingFinished, this, messages, [this] { TakeGroup(); });
@@ -162,6 +168,28 @@ void frmImportTracks::ConnectControls() {
     Connect(vaTracks_, &QTableWidget::currentCellChanged, this, messages, [this] { ShowChosen(); });
     new FileDrops(
         *this, [this](const std::vector<std::string>& paths) { Guarded(context_.Messages, [&] { AddFiles(paths); }); });
+}
+
+/// A file that was reviewed has given its runs; its tracks leave the list.
+void frmImportTracks::ReviewChosen() {
+    const std::string path = *ChosenPath();
+    const std::string name = BaseName(path);
+    if (!context_.OtherScreens.ShowLogReview(std::nullopt,
+                                             {FolderOf(path), name, LastComponent(path).substr(name.size())}))
+        return;
+    const RunsForStudy runs = context_.OtherScreens.ShowUploadData({UploadOf::Log});
+    if (reviewed_.Folder != runs.Folder) reviewed_ = {runs.Folder, {}};
+    reviewed_.Names.insert(reviewed_.Names.end(), runs.Names.begin(), runs.Names.end());
+    std::erase(paths_, path);
+    ReadFilesAgain();
+}
+
+RunsForStudy frmImportTracks::ForStudy() const {
+    if (forStudy_.Names.empty()) return reviewed_;
+    RunsForStudy all = forStudy_;
+    if (reviewed_.Folder == all.Folder)
+        all.Names.insert(all.Names.end(), reviewed_.Names.begin(), reviewed_.Names.end());
+    return all;
 }
 
 }  // namespace vantor
