@@ -66,6 +66,7 @@ frmTrackColumns::frmTrackColumns(AppContext& context, const std::vector<std::str
     vaRows_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     // Its boxes take the keys.
     vaRows_->setFocusPolicy(Qt::NoFocus);
+    vaRows_->setTabKeyNavigation(false);
     vaRows_->verticalHeader()->hide();
     column->addWidget(vaRows_, 1);
     lblOutcome_ = Named<WrappedLabel>(this, "lblOutcome");
