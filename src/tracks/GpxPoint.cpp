@@ -90,6 +90,7 @@ void GpxPoint::Clear() {
     point_.FixQuality.reset();
     point_.Satellites.reset();
     point_.HDOP.reset();
+    point_.Node = 0;
 }
 
 void GpxPoint::SetAttribute(std::string_view name, std::string_view text) {
