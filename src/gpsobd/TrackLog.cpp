@@ -64,6 +64,9 @@ std::vector<std::string> RemarksOf(const TrackSummary& summary, const TrackRuns&
     if (runs.Interval() > 0)
         remarks.push_back("it has a point every " + std::to_string(Round32(runs.Interval())) +
                           " s; the seconds between are on the way from one position to the next");
+    if (runs.GoingOn() > 0)
+        remarks.push_back("a run holds at most 32767 s: " + CountText(runs.GoingOn(), "run goes", "runs go") +
+                          " on in the next one");
     if (speeds.None > 0)
         remarks.push_back(CountText(speeds.None, "point has", "points have") + " neither speed nor position");
     if (summary.Broken > 0)

@@ -8,7 +8,10 @@ namespace vantor {
 
 bool TrackRuns::EndsBefore(const TrackPoint& point) const {
     if (cuts_.AtSegments && point.Segment != stretch_.Points().back().Segment) return true;
-    if (cuts_.GapSeconds > 0 && *point.Time - lastTime_ > cuts_.GapSeconds) return true;
+    return cuts_.GapSeconds > 0 && *point.Time - lastTime_ > cuts_.GapSeconds;
+}
+
+bool TrackRuns::IsFullBefore(const TrackPoint& point) const {
     return std::floor(*point.Time + 0.5) - *stretch_.Points().front().Time >= LongestPiece;
 }
 
@@ -17,7 +20,12 @@ bool TrackRuns::Add(const TrackPoint& point) {
         ++left_;
         return true;
     }
-    if (!stretch_.Points().empty() && EndsBefore(point) && !CutStretch()) return false;
+    if (!stretch_.Points().empty()) {
+        const bool ends = EndsBefore(point);
+        const bool isFull = !ends && IsFullBefore(point);
+        if (isFull) ++goingOn_;
+        if ((ends || isFull) && !CutStretch()) return false;
+    }
     TrackPoint kept = point;
     kept.Name = {};  // it holds for this call alone
     stretch_.Add(kept);

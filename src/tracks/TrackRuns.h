@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -29,10 +30,13 @@ public:
     std::uint64_t Left() const { return left_; }
     /// Of a logger that writes a point every few seconds, else 0; between those its seconds are filled.
     double Interval() const { return interval_; }
+    /// Pieces that go on in the next one: a run holds no more.
+    std::size_t GoingOn() const { return goingOn_; }
     double SecondsOfStanding() const { return standing_; }  ///< cut off at ends
 
 private:
     bool EndsBefore(const TrackPoint& point) const;
+    bool IsFullBefore(const TrackPoint& point) const;
     bool CutStretch();
 
     TrackCuts cuts_;
@@ -41,6 +45,7 @@ private:
     double lastTime_ = 0;
     FilledSpeeds speeds_;
     std::uint64_t left_ = 0;
+    std::size_t goingOn_ = 0;
     double standing_ = 0;
     double interval_ = 0;
 };

@@ -89,7 +89,7 @@ TEST_F(TrackRunsTest, StretchesEndAtSegmentsGapsAndTheLengthOfARun) {
     Points.clear();
     // Ten points a second are held as one.
     Drive(400000, 0.1, 0.00001);
-    Cut();
+    EXPECT_EQ(Cut().GoingOn(), 1U);
     ASSERT_EQ(Pieces.size(), 2U);
     EXPECT_EQ(Pieces[0].size(), 32767U);
     EXPECT_EQ(*Pieces[1].front().Time - *Pieces[0].back().Time, 1);
