@@ -52,8 +52,8 @@ public:
     /// A counter file to convert, or the temporary runs as they wait.
     [[nodiscard]] virtual std::optional<Upload> ShowUploadSelect() = 0;
     [[nodiscard]] virtual std::optional<LogChoice> ShowLogSelect(LogKind kind) = 0;
-    /// The review of a log, of the kind whose screen it was chosen on, or of whatever format its file has; true when its
-    /// runs were made.
+    /// The review of a log, of the kind whose screen it was chosen on, or of whatever format its file has; true when
+    /// its runs were made.
     [[nodiscard]] virtual bool ShowLogReview(std::optional<LogKind> kind, const LogChoice& log) = 0;
     [[nodiscard]] virtual RunsForStudy ShowUploadData(const Upload& upload) = 0;
     /// The runs that files of any kind of track would give; those that were taken.
