@@ -13,7 +13,6 @@
 #include "gpsobd/FieldLog.h"
 #include "gpsobd/LaptopLog.h"
 #include "gpsobd/LogScreens.h"
-#include "gpsobd/ReviewColumns.h"
 
 namespace vantor {
 namespace {
@@ -189,21 +188,15 @@ constexpr std::array Files = {LogFileType{".txt", ""}};
 }  // namespace
 
 LogFormat BattelleLog() {
-    return {.Word = "battelle",
-            .Name = "a Battelle GPS file",
-            .FileTypes = Files,
-            .HasGps = true,
-            .HasObd = false,
-            .HasRunNumbers = true,
-            .Recognises = StartsRunIn,
-            .Refusal = nullptr,
-            .Summary = ReadSummary,
-            .Read = ReadPoints,
-            .WrittenExtension = ".gd2",
-            .Encode = EncodeLaptopLog,
-            .Columns = GpsReviewLayout,
-            .Review = &ReviewScreenOf(true, false),
-            .Screen = &ScreenOf(LogKind::Battelle)};
+    LogFormat format = FormatWith(true, false);
+    format.Word = "battelle";
+    format.Name = "a Battelle GPS file";
+    format.FileTypes = Files;
+    format.Recognises = StartsRunIn;
+    format.Summary = ReadSummary;
+    format.Read = ReadPoints;
+    format.Screen = &ScreenOf(LogKind::Battelle);
+    return format;
 }
 
 }  // namespace vantor

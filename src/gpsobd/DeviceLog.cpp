@@ -13,7 +13,6 @@
 #include "gpsobd/FieldLog.h"
 #include "gpsobd/LaptopLog.h"
 #include "gpsobd/LogScreens.h"
-#include "gpsobd/ReviewColumns.h"
 
 namespace vantor {
 namespace {
@@ -223,42 +222,25 @@ constexpr const char* NeitherTable =
     "The file has neither a table \"GPSData\" nor \"OBDData\", or is no database of a handheld. Copy it from the "
     "handheld again, or choose another file.";
 
+LogFormat HandheldLog(const char* word, const char* name, LogFormat format, LogKind kind) {
+    format.Word = word;
+    format.Name = name;
+    format.FileTypes = Files;
+    format.Recognises = IsDeviceLog;
+    format.Refusal = NeitherTable;
+    format.Summary = ReadSummary;
+    format.Read = ReadPoints;
+    format.Screen = &ScreenOf(kind);
+    return format;
+}
+
 }  // namespace
 
 LogFormat GpsHandheldLog() {
-    return {.Word = "gps-handheld",
-            .Name = "a GPS database",
-            .FileTypes = Files,
-            .HasGps = true,
-            .HasObd = false,
-            .HasRunNumbers = true,
-            .Recognises = IsDeviceLog,
-            .Refusal = NeitherTable,
-            .Summary = ReadSummary,
-            .Read = ReadPoints,
-            .WrittenExtension = ".gd2",
-            .Encode = EncodeLaptopLog,
-            .Columns = GpsReviewLayout,
-            .Review = &ReviewScreenOf(true, false),
-            .Screen = &ScreenOf(LogKind::GpsHandheld)};
+    return HandheldLog("gps-handheld", "a GPS database", FormatWith(true, false), LogKind::GpsHandheld);
 }
-
 LogFormat ObdHandheldLog() {
-    return {.Word = "obd-handheld",
-            .Name = "an OBD database",
-            .FileTypes = Files,
-            .HasGps = false,
-            .HasObd = true,
-            .HasRunNumbers = true,
-            .Recognises = IsDeviceLog,
-            .Refusal = NeitherTable,
-            .Summary = ReadSummary,
-            .Read = ReadPoints,
-            .WrittenExtension = ".od2",
-            .Encode = EncodeLaptopLog,
-            .Columns = ObdReviewLayout,
-            .Review = &ReviewScreenOf(false, true),
-            .Screen = &ScreenOf(LogKind::ObdHandheld)};
+    return HandheldLog("obd-handheld", "an OBD database", FormatWith(false, true), LogKind::ObdHandheld);
 }
 
 std::string OtherLoggerText(const LogSources& sources, const std::string& path) {

@@ -217,60 +217,40 @@ constexpr std::array GpsFiles = {LogFileType{".gdf", "1"}, LogFileType{".gd2", "
 constexpr std::array ObdFiles = {LogFileType{".odf", "1"}, LogFileType{".od2", "2"}};
 constexpr std::array CombinedFiles = {LogFileType{".ddf", ""}};
 
+LogFormat LaptopLog(const char* word, const char* name, std::span<const LogFileType> files, LogFormat format,
+                    LogKind kind) {
+    format.Word = word;
+    format.Name = name;
+    format.FileTypes = files;
+    format.Summary = ReadSummary;
+    format.Read = ReadPoints;
+    format.Screen = &ScreenOf(kind);
+    return format;
+}
+
 }  // namespace
 
+LogFormat FormatWith(bool hasGps, bool hasObd) {
+    const bool isCombined = hasGps && hasObd;
+    LogFormat format{};
+    format.HasGps = hasGps;
+    format.HasObd = hasObd;
+    format.HasRunNumbers = true;
+    format.WrittenExtension = isCombined ? ".ddf" : hasGps ? ".gd2" : ".od2";
+    format.Encode = EncodeLaptopLog;
+    format.Columns = isCombined ? CombinedReviewLayout : hasGps ? GpsReviewLayout : ObdReviewLayout;
+    format.Review = &ReviewScreenOf(hasGps, hasObd);
+    return format;
+}
+
 LogFormat GpsLaptopLog() {
-    return {.Word = "gps-laptop",
-            .Name = "a GPS log",
-            .FileTypes = GpsFiles,
-            .HasGps = true,
-            .HasObd = false,
-            .HasRunNumbers = true,
-            .Recognises = nullptr,
-            .Refusal = nullptr,
-            .Summary = ReadSummary,
-            .Read = ReadPoints,
-            .WrittenExtension = ".gd2",
-            .Encode = EncodeLaptopLog,
-            .Columns = GpsReviewLayout,
-            .Review = &ReviewScreenOf(true, false),
-            .Screen = &ScreenOf(LogKind::GpsLaptop)};
+    return LaptopLog("gps-laptop", "a GPS log", GpsFiles, FormatWith(true, false), LogKind::GpsLaptop);
 }
-
 LogFormat ObdLaptopLog() {
-    return {.Word = "obd-laptop",
-            .Name = "an OBD log",
-            .FileTypes = ObdFiles,
-            .HasGps = false,
-            .HasObd = true,
-            .HasRunNumbers = true,
-            .Recognises = nullptr,
-            .Refusal = nullptr,
-            .Summary = ReadSummary,
-            .Read = ReadPoints,
-            .WrittenExtension = ".od2",
-            .Encode = EncodeLaptopLog,
-            .Columns = ObdReviewLayout,
-            .Review = &ReviewScreenOf(false, true),
-            .Screen = &ScreenOf(LogKind::ObdLaptop)};
+    return LaptopLog("obd-laptop", "an OBD log", ObdFiles, FormatWith(false, true), LogKind::ObdLaptop);
 }
-
 LogFormat GpsObdLog() {
-    return {.Word = "gps-obd",
-            .Name = "a combined GPS and OBD log",
-            .FileTypes = CombinedFiles,
-            .HasGps = true,
-            .HasObd = true,
-            .HasRunNumbers = true,
-            .Recognises = nullptr,
-            .Refusal = nullptr,
-            .Summary = ReadSummary,
-            .Read = ReadPoints,
-            .WrittenExtension = ".ddf",
-            .Encode = EncodeLaptopLog,
-            .Columns = CombinedReviewLayout,
-            .Review = &ReviewScreenOf(true, true),
-            .Screen = &ScreenOf(LogKind::GpsObd)};
+    return LaptopLog("gps-obd", "a combined GPS and OBD log", CombinedFiles, FormatWith(true, true), LogKind::GpsObd);
 }
 
 LogPrefix WrittenPrefix(Date logDate) { return {2, 0, 0, logDate, "XX"}; }

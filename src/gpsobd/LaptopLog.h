@@ -16,6 +16,10 @@ LogFormat GpsLaptopLog();
 LogFormat ObdLaptopLog();
 LogFormat GpsObdLog();
 
+/// What a format has by the halves of its points, one at least: it is reviewed as such logs are, and written back as
+/// the laptop's log of them. Its name, its files and its reader are for the format to say.
+LogFormat FormatWith(bool hasGps, bool hasObd);
+
 /// The bytes of a log of any format in the current form of the laptop programs: second-format GPS records, OBD records,
 /// or one behind the other.
 std::vector<std::byte> EncodeLaptopLog(const FieldLog& log);

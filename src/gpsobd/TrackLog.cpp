@@ -12,8 +12,6 @@
 #include "core/Text.h"
 #include "gpsobd/FieldLog.h"
 #include "gpsobd/LaptopLog.h"
-#include "gpsobd/LogScreens.h"
-#include "gpsobd/ReviewColumns.h"
 #include "tracks/CsvReader.h"
 #include "tracks/GpsBabel.h"
 #include "tracks/GpxReader.h"
@@ -261,21 +259,14 @@ constexpr std::array ConvertedFiles = {LogFileType{".fit", ""}, LogFileType{".tc
 
 LogFormat TrackFormat(const char* word, const char* name, std::span<const LogFileType> files,
                       decltype(LogFormat::Recognises) recognises, decltype(LogFormat::Read) read) {
-    return {.Word = word,
-            .Name = name,
-            .FileTypes = files,
-            .HasGps = true,
-            .HasObd = false,
-            .HasRunNumbers = true,
-            .Recognises = recognises,
-            .Refusal = nullptr,
-            .Summary = ReadSummary,
-            .Read = read,
-            .WrittenExtension = ".gd2",
-            .Encode = EncodeLaptopLog,
-            .Columns = GpsReviewLayout,
-            .Review = &ReviewScreenOf(true, false),
-            .Screen = nullptr};
+    LogFormat format = FormatWith(true, false);
+    format.Word = word;
+    format.Name = name;
+    format.FileTypes = files;
+    format.Recognises = recognises;
+    format.Summary = ReadSummary;
+    format.Read = read;
+    return format;
 }
 
 }  // namespace

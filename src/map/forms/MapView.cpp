@@ -6,9 +6,6 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QScrollArea>
-#include <QScrollBar>
-#include <QToolTip>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
@@ -18,6 +15,7 @@
 #include "core/PictureFile.h"
 #include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
+#include "core/forms/ItemTip.h"
 #include "core/forms/Named.h"
 #include "core/forms/PainterCanvas.h"
 #include "core/forms/Theme.h"
@@ -33,14 +31,6 @@ constexpr double WheelZoom = 0.35;
 constexpr double WheelStep = 120;
 /// The part of the view that an arrow key moves it by.
 constexpr double KeyMove = 0.125;
-
-bool IsInScrolledWindow(const QWidget& widget) {
-    for (const QWidget* above = widget.parentWidget(); above != nullptr; above = above->parentWidget()) {
-        const auto* area = qobject_cast<const QScrollArea*>(above);
-        if (area != nullptr && area->verticalScrollBar()->maximum() > 0) return true;
-    }
-    return false;
-}
 
 CanvasPoint Place(QPointF pixel) { return {pixel.x(), pixel.y()}; }
 
@@ -226,17 +216,9 @@ void MapView::changeEvent(QEvent* event) {
 
 bool MapView::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip) return QWidget::event(event);
-    const auto* help = static_cast<QHelpEvent*>(event);
+    auto* help = static_cast<QHelpEvent*>(event);
     const MapHit hit = HitAt(help->pos());
-    if (hit.Item == 0) {
-        QToolTip::hideText();
-        event->ignore();
-    } else {
-        // Plain, whatever characters a run's name has.
-        QToolTip::showText(help->globalPos(),
-                           QStringLiteral("<p style='white-space:pre'>") + ToQt(scene_->TextOf(hit)).toHtmlEscaped(),
-                           this);
-    }
+    ShowPlainTip(*help, hit.Item == 0 ? std::string() : scene_->TextOf(hit), *this);
     return true;
 }
 

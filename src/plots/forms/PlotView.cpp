@@ -6,9 +6,6 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QScrollArea>
-#include <QScrollBar>
-#include <QToolTip>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
@@ -17,6 +14,7 @@
 #include "core/RunTimeError.h"
 #include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
+#include "core/forms/ItemTip.h"
 #include "core/forms/Named.h"
 #include "core/forms/PainterCanvas.h"
 #include "core/forms/Theme.h"
@@ -36,14 +34,6 @@ constexpr double WheelZoom = 1.25;
 constexpr double WheelStep = 120;
 /// Ranges are told as exactly as a tenth of the axis.
 constexpr double StepsInWords = 10;
-
-bool IsInScrolledWindow(const QWidget& widget) {
-    for (const QWidget* above = widget.parentWidget(); above != nullptr; above = above->parentWidget()) {
-        const auto* area = qobject_cast<const QScrollArea*>(above);
-        if (area != nullptr && area->verticalScrollBar()->maximum() > 0) return true;
-    }
-    return false;
-}
 
 CanvasPoint Place(QPointF pixel) { return {pixel.x() - PixelCentre, pixel.y() - PixelCentre}; }
 
@@ -188,16 +178,10 @@ void PlotView::changeEvent(QEvent* event) {
 
 bool PlotView::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip) return QWidget::event(event);
-    const auto* help = static_cast<QHelpEvent*>(event);
+    auto* help = static_cast<QHelpEvent*>(event);
     const int item = HitAt(help->pos()).Item;
-    if (!plot_.HasItem(item)) {
-        QToolTip::hideText();
-        event->ignore();
-    } else {
-        // Plain, whatever characters a run's name has.
-        const QString text = ToQt(plot_.Items[static_cast<std::size_t>(item) - 1].Text).toHtmlEscaped();
-        QToolTip::showText(help->globalPos(), QStringLiteral("<p style='white-space:pre'>") + text, this);
-    }
+    ShowPlainTip(*help, plot_.HasItem(item) ? plot_.Items[static_cast<std::size_t>(item) - 1].Text : std::string(),
+                 *this);
     return true;
 }
 
