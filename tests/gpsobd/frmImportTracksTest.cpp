@@ -177,6 +177,10 @@ TEST_F(ImportTracksTest, AReviewedFileGivesItsRunsAndLeavesTheList) {
     Press("btnReview");
     EXPECT_EQ(OtherScreens.Shown.back(), "frmUploadData");
     EXPECT_EQ(List().rowCount(), 2);
+    OtherScreens.Log = {"/t/", "b", ".gpx"};
+    OtherScreens.Moved = {};
+    OtherScreens.OnShow["review b.gpx"] = [] { return true; };
+    Press("btnReview");
     ChooseGroup("Main");
     Press("btnOk");
     EXPECT_THAT(Window->ForStudy().Names, ElementsAre("Main-EB-001", "Main-NB-007"));

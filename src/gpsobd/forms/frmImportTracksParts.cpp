@@ -178,7 +178,8 @@ void frmImportTracks::ReviewChosen() {
                                              {FolderOf(path), name, LastComponent(path).substr(name.size())}))
         return;
     const RunsForStudy runs = context_.OtherScreens.ShowUploadData({UploadOf::Log});
-    if (reviewed_.Folder != runs.Folder) reviewed_ = {runs.Folder, {}};
+    // A review whose runs the study is not to take leaves those of an earlier one.
+    if (!runs.Names.empty() && reviewed_.Folder != runs.Folder) reviewed_ = {runs.Folder, {}};
     reviewed_.Names.insert(reviewed_.Names.end(), runs.Names.begin(), runs.Names.end());
     std::erase(paths_, path);
     ReadFilesAgain();
