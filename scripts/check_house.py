@@ -16,7 +16,8 @@ from pathlib import Path
 Finding = namedtuple("Finding", "path line rule remedy")
 
 UNDER_STATISTICS = {"plots", "analysis", "core", "core/ports"}
-UNDER_REPORTS = {"statistics", "map", *UNDER_STATISTICS}
+UNDER_CORRIDOR = {"statistics", "map", *UNDER_STATISTICS}
+UNDER_REPORTS = {"corridor", *UNDER_CORRIDOR}
 
 # Folder under src -> folders whose headers its files may include, itself aside. None: every folder.
 ARROWS = {
@@ -30,10 +31,11 @@ ARROWS = {
     "map": {"core", "core/ports"},
     "map/forms": {"map", "core", "core/ports", "core/forms"},
     "statistics": {"map", *UNDER_STATISTICS},
+    "corridor": UNDER_CORRIDOR,
     "reports": UNDER_REPORTS,
     "counter": UNDER_STATISTICS,
     "tracks": {"core", "core/ports", "analysis"},
-    "gpsobd": {"map", "tracks", *UNDER_STATISTICS},
+    "gpsobd": {"tracks", *UNDER_REPORTS},
     "editing": UNDER_REPORTS,
     "workspace": {"gpsobd", *UNDER_REPORTS},
     "platform": {"core", "core/ports", "core/forms"},
@@ -41,7 +43,7 @@ ARROWS = {
     "app": None,
 }
 # Screens may include what their folder's rules may, these rules, and what all screens share.
-for name in ("statistics", "reports", "counter", "gpsobd", "editing", "workspace"):
+for name in ("statistics", "corridor", "reports", "counter", "gpsobd", "editing", "workspace"):
     ARROWS[f"{name}/forms"] = {name, "plots/forms", "map", "map/forms", "core/forms", *ARROWS[name]}
 
 MAX_LINES = 450

@@ -4,6 +4,7 @@
 #include <limits>
 #include <span>
 
+#include "analysis/CutRun.h"
 #include "analysis/DelayStatistics.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
@@ -14,7 +15,6 @@
 #include "core/Windows1252.h"
 #include "core/modMain.h"
 #include "editing/SaveRun.h"
-#include "editing/TrimRun.h"
 
 namespace vantor {
 namespace {

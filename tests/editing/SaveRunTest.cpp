@@ -1,7 +1,7 @@
 #include "editing/SaveRun.h"
 
 #include "RunScene.h"
-#include "editing/TrimRun.h"
+#include "analysis/CutRun.h"
 
 namespace vantor {
 namespace {

@@ -1,5 +1,6 @@
 #include <string_view>
 
+#include "analysis/CutRun.h"
 #include "analysis/DelayStatistics.h"
 #include "core/Paths.h"
 #include "counter/CleanUp.h"

@@ -1,0 +1,1 @@
+#include "corridor/Passes.h"

@@ -1,0 +1,1 @@
+#include "corridor/RunMatch.h"
