@@ -33,14 +33,14 @@ struct NodePassage {
     bool IsKnown() const { return Source != MatchSource::None; }
 };
 
+std::size_t KnownNodes(const std::vector<NodePassage>& nodes);
+
 /// A piece of a run that drives along a corridor one way, with what its outermost bands need before and behind.
 struct Pass {
     Way Along = Way::Forward;
     std::int32_t First = 0;  ///< sample, from 1
     std::int32_t Last = 0;
     std::vector<NodePassage> Nodes;  ///< by the corridor's nodes; samples of the run that it was found in
-
-    std::size_t Known() const;
 };
 
 /// The passes of a run by its positions, in the order driven: each goes past two nodes or more. A turn back, or more

@@ -14,8 +14,6 @@ struct RunMatch {
     Way Along = Way::Forward;
     std::vector<NodePassage> Nodes;    ///< by the corridor's nodes
     std::vector<std::string> Remarks;  ///< what is to be known of it, sentences
-
-    std::size_t Known() const;
 };
 
 /// By positions where the run has them, else by its marks; what the user has set holds against both; nodes between two
