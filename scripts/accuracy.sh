@@ -12,6 +12,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 vantor=$PWD/${VANTOR:-build/release/bin/vantor}
 made=$PWD/build/accuracy
+judge=(python3 -B "$PWD/scripts/judge_corridor.py")
 
 # All that is asked of the program. In the folder of a day: before.gpx, after.gpx, before.tdc, after.tdc, corridor.csv.
 newCorridor() {
@@ -49,8 +50,8 @@ judge() {
         return 1
     fi
     report=0
-    python3 -B ../../../scripts/judge_corridor.py truth.json "$ask.json" ${option:+"$option"} >"$ask-report.txt" || report=1
-    row=$(python3 -B ../../../scripts/judge_corridor.py truth.json "$ask.json" ${option:+"$option"} --row "$name") || true
+    "${judge[@]}" truth.json "$ask.json" ${option:+"$option"} >"$ask-report.txt" || report=1
+    row=$("${judge[@]}" truth.json "$ask.json" ${option:+"$option"} --row "$name") || true
     table+=("$row")
     return $report
 }
@@ -84,6 +85,6 @@ for seed in "$@"; do
     done
 done
 
-python3 -B scripts/judge_corridor.py --head
+"${judge[@]}" --head
 printf '%s\n' "${table[@]}"
 exit $failed

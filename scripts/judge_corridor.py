@@ -4,7 +4,8 @@
     scripts/judge_corridor.py TRUTH MATCH_JSON [--counter] [--row NAME]
     scripts/judge_corridor.py --head
 
---counter   the matched runs are those of the counter: they are known by their names, and their nodes by the sample
+--counter   the matched runs are those of the counter: they are known by their names, and their nodes by the sample,
+            which stands for the middle of its second
 --row NAME  one row of a table in Markdown in place of the report; --head: the head of that table
 
 Exit status 1 unless every pass was found and no false one, every node passed is within 2 s, and 95 % of the control
@@ -33,7 +34,7 @@ def read_match(path):
                 continue
             band = node.get("band") or {}
             nodes[node["index"]] = {
-                "time": node.get("time_utc"), "sample": node["sample"], "source": node["source"],
+                "time": node.get("time_utc"), "sample": node["sample"] - 0.5, "source": node["source"],
                 "delay": node.get("control_delay") if node.get("covered", True) else None,
                 "band": band["end"] - band["start"] if band.get("end") and band.get("start") else None}
         source = told.get("source") or {}

@@ -6,9 +6,26 @@
 before.gpx, after.gpx   the track of a receiver, one continuous track a day, out and back and out again
 before.tdc, after.tdc   the counter's runs of the same drives, nodes marked by an observer
 corridor.csv            name, latitude and longitude of the nodes
-truth.json              what the model of motion (corridor_model.py) did; docs/accuracy.md says what its figures mean
+truth.json              what the model of motion (corridor_model.py) did
 
 A case makes the days harder: see CASES. The output depends on the seed and the options alone.
+
+In truth.json, times are seconds UTC since 1970, from the car's place ten times a second, without a receiver's error:
+
+passes       each way along the street past one signal or more, ended by a turn, a loop or a side trip; `partial` where
+             it is not past all six. From `start_utc` to `end_utc` it is inside the bands of its nodes; `travel_time` is
+             from its first node to its last. Its sums are over its nodes.
+nodes        `passed_utc`: the car is at the node, which is STOP_LINE behind the stop line. The band is from UPSTREAM
+             before the node to DOWNSTREAM behind it along the driven line, entered and left at `enter_utc` and
+             `leave_utc`. `control_delay` is leave - enter - (UPSTREAM + DOWNSTREAM) / IDEAL_SPEED.
+             `stopped_seconds`: below 5 mph inside the band. A stop begins below 5 mph inside the band and ends at
+             10 mph: `stop_began_utc` of the first, `departed_utc` of the last. `arrived_on` is the signal's colour when
+             the first stop began, or without a stop when the car passed.
+             `position_seen`, `band_seen`: no gap of more than 5 s at the node, in the band.
+timing       green begins where (time - offset) is a multiple of the cycle; 4 s of amber follow, then red.
+counter_runs `marks`: [sample from 1, node's index, or null for one too many]; a sample covers the second that ends
+             `sample` seconds after `start_utc`.
+no_pass      what a matcher could take for a pass, or a part of one: turns, loops, side trips, parallel streets.
 """
 
 import argparse
@@ -18,7 +35,7 @@ from datetime import datetime, timedelta, timezone
 from math import hypot
 from pathlib import Path
 
-from corridor_model import LANE, MPH, STEP, Car, Crossings, Route, Street, Timing
+from corridor_model import AMBER, LANE, MPH, STEP, Car, Crossings, Route, Street, Timing
 
 NAMES = ["Oak St", "Elm Ave", "Maple St", "Cedar Rd", "Birch Ave", "Pine St"]
 SITES = {True: "HARBORNB", False: "HARBORSB"}
@@ -141,11 +158,12 @@ class Day:
         if self.rng.random() < 0.5:
             self.u_turn(s, sign, "turn round")
         else:
-            self.route.beside("turn round", [(s, 300), (s + 250 * sign, 300), (s + 250 * sign, -LANE), (s, -LANE)], sign)
+            behind = s + 250 * sign
+            self.route.beside("turn round", [(s, 300), (behind, 300), (behind, -LANE), (s, -LANE)], sign)
 
 
 def no_points(day, crossings, whole, rng):
-    """Times at which the receiver logged nothing: dropouts of a few seconds, a rest of minutes, and what the case asks."""
+    """Times at which the receiver logged nothing: dropouts of seconds, a rest of minutes, and what the case asks."""
     gaps = []
     for drive in whole[::4]:
         begin, end = (crossings.time(feet) for _, feet in (drive.nodes[0], drive.nodes[-1]))
@@ -308,7 +326,8 @@ def corridor_truth(street, timings):
         return {"name": NAMES[n], "latitude": round(latitude, 6), "longitude": round(longitude, 6),
                 "distance_ft": round(s, 1), "control": "signal", "speed_limit_mph": SPEED_LIMIT, "timing": timing}
     return {"directions": ["NB", "SB"], "ideal_speed_mph": IDEAL_SPEED, "upstream_ft": UPSTREAM,
-            "downstream_ft": DOWNSTREAM, "amber_seconds": 4, "nodes": [node_of(n, s) for n, s in enumerate(street.nodes)]}
+            "downstream_ft": DOWNSTREAM, "amber_seconds": AMBER,
+            "nodes": [node_of(n, s) for n, s in enumerate(street.nodes)]}
 
 
 def main():
@@ -329,7 +348,9 @@ def main():
     for period in DAYS:
         for key, value in make_day(options.folder, period, street, timings[period], options).items():
             truth[key] = {**truth[key], **value} if isinstance(value, dict) else truth[key] + value
-    text = json.dumps(truth, separators=(",", ":")).replace('{"name"', '\n{"name"').replace('{"direction"', '\n{"direction"')
+    text = json.dumps(truth, separators=(",", ":"))
+    for begin in ('{"name"', '{"direction"', '{"file"'):
+        text = text.replace(begin, "\n" + begin)
     (options.folder / "truth.json").write_bytes((text + "\n").encode("ascii"))
     rows = [f'{node["name"]},{node["latitude"]:.6f},{node["longitude"]:.6f}' for node in truth["corridor"]["nodes"]]
     (options.folder / "corridor.csv").write_bytes("\n".join(["name,latitude,longitude", *rows, ""]).encode("ascii"))
