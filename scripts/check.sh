@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Checks the sources without running them: format, house rules, clang-tidy. Exit status 0 when all are clean.
+# Checks the sources without running them: format, house rules, samples, clang-tidy. Exit status 0 when all are clean.
 #
-#   scripts/check.sh          all three
+#   scripts/check.sh          all four
 #   scripts/check.sh --fix    brings the format in order first
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -30,6 +30,16 @@ checkWithClangTidy() {
     python3 -B scripts/check_tidy.py build/check
 }
 
+# The samples hold what their scripts make, byte for byte.
+checkSamples() {
+    local made status=0
+    made=$(mktemp -d)
+    python3 -B samples/make_samples.py "$made" && python3 -B scripts/make_corridor.py "$made/Corridor" &&
+        diff -rq --exclude='*.py' --exclude=README.md --exclude=__pycache__ "$made" samples || status=1
+    rm -rf "$made"
+    return $status
+}
+
 case "${1-}" in
 "") ;;
 --fix) formatSources -i ;;
@@ -54,5 +64,6 @@ check() {
 check "format (scripts/check.sh --fix)" formatSources --dry-run --Werror
 check "self-test of the house rules" python3 -B scripts/check_house.py --self-test
 check "house rules" python3 -B scripts/check_house.py
+check "samples" checkSamples
 check "clang-tidy" checkWithClangTidy
 ((${#failed[@]} == 0))
