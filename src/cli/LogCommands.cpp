@@ -1,47 +1,18 @@
 #include <memory>
 
 #include "cli/Commands.h"
+#include "cli/LogArguments.h"
 #include "cli/RecordJson.h"
-#include "core/LoggerChoices.h"
 #include "core/Paths.h"
 #include "gpsobd/LogGaps.h"
 #include "gpsobd/LogOverview.h"
 #include "gpsobd/LogPoints.h"
 #include "gpsobd/LogRuns.h"
-#include "gpsobd/PalmDatabase.h"
 #include "gpsobd/ReviewColumns.h"
-#include "gpsobd/TrackChoices.h"
 #include "gpsobd/TrackInbox.h"
 
 namespace vantor {
 namespace {
-
-/// What the command line says of a log.
-struct LogArguments {
-    std::string Path;
-    bool HasSignedCoordinates = false;
-    // Of tracks, which know neither zones nor runs.
-    std::string TimeZone = {};
-    std::optional<std::int32_t> CutSeconds = {};
-};
-
-/// The ways to read a log, for the length of a command.
-struct Sources {
-    Sources(const CommandContext& context, const LogArguments& arguments)
-        : Palm(context.Files),
-          All{context.Files,
-              context.Databases,
-              Palm,
-              context.Time,
-              arguments.HasSignedCoordinates || HasSignedCoordinates(context.State.Choices),
-              TrackSourcesOf(context.State.Choices, context.OtherPrograms)} {
-        if (!arguments.TimeZone.empty()) All.Tracks.Zone = arguments.TimeZone;
-        if (arguments.CutSeconds) All.Tracks.Cuts.GapSeconds = *arguments.CutSeconds;
-    }
-
-    PalmDatabase Palm;
-    LogSources All;
-};
 
 Json DateTimeJson(const std::optional<Date>& time) { return time ? json::Value(*time) : Json(nullptr); }
 
@@ -102,7 +73,7 @@ void NameCut(std::ostream& out, const LogHead& log) {
 }
 
 int ShowLog(CommandContext& context, const LogArguments& arguments, bool withRows) {
-    const Sources sources(context, arguments);
+    const CommandSources sources(context, arguments);
     const std::string& path = arguments.Path;
     const LogFormat& format = FormatOfFile(sources.All, path);
     const LogSummary summary = ReadLogSummary(sources.All, format, path).value_or(LogSummary{});
@@ -133,7 +104,7 @@ void NameGaps(std::ostream& out, const std::string& path, const std::vector<LogG
 }
 
 int ConvertLog(CommandContext& context, const LogArguments& arguments, const std::string& folder, bool fillsBySpeed) {
-    const Sources sources(context, arguments);
+    const CommandSources sources(context, arguments);
     const std::string& path = arguments.Path;
     constexpr double partOfReading = 0.6;
     const RunsOfLog log =
@@ -167,7 +138,7 @@ Json TrackJson(const InboxTrack& track) {
 }
 
 int ShowTracks(CommandContext& context, const LogArguments& arguments) {
-    const Sources sources(context, arguments);
+    const CommandSources sources(context, arguments);
     const LogFormat& format = FormatOfFile(sources.All, arguments.Path);
     const RunsOfLog log = ReadRunsOfLog(sources.All, format, arguments.Path, context.Work);
     if (!context.Work(1, 1)) return Stopped;

@@ -13,7 +13,7 @@ namespace vantor {
 namespace {
 
 /// The run as statistics take it: with the nodes of the corridor that it passes and what the corridor says of it.
-MeasuredRun Measure(const MatchedRun& run, const Corridor& corridor, const AppSettings& settings) {
+MeasuredRun MeasureMatched(const MatchedRun& run, const Corridor& corridor, const AppSettings& settings) {
     const CorridorRun& as = corridor.Runs[run.Index];
     RunReading flagged = *run.Read;
     FlagNodes(flagged.Run, run.Match.Nodes, run.Match.Along, corridor);
@@ -82,7 +82,7 @@ MatchedRun MatchAgain(MatchedRun run, const Corridor& corridor, const CorridorLi
     } else {
         run.Match = MatchRun(run.Read->Run, corridor, line, as.Along, as.SetNodes);
         run.Period = as.Period.empty() ? PeriodAt(corridor, run.Read->Run.Header.RunTime) : as.Period;
-        run.Measured = Measure(run, corridor, settings);
+        run.Measured = MeasureMatched(run, corridor, settings);
         run.Trace = TraceOf(run.Read->Run, settings.SpeedFactor);
         run.Remarks = RemarksOf(run, as);
         DelayAgain(run, corridor, settings);

@@ -10,6 +10,7 @@
 #include "core/RunTimeError.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
+#include "core/modMain.h"
 
 namespace vantor {
 namespace {
