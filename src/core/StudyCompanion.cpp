@@ -178,8 +178,7 @@ std::optional<Study> DecodeWholeStudy(std::span<const std::byte> file) {
 
 bool DecodeCompanion(std::span<const std::byte> file, Study& study) {
     try {
-        const auto* text = reinterpret_cast<const char*>(file.data());
-        const Json companion = Json::parse(text, text + file.size());
+        const Json companion = JsonFromBytes(file);
         std::unordered_map<std::string, StudyRunEntry> facts;
         for (const Json& run : companion.at(RunsMember)) {
             StudyRunEntry entry = FactsFrom(run);
