@@ -113,6 +113,16 @@ void SwapNodes(Corridor& corridor, std::size_t first) {
     Remeasure(corridor);
 }
 
+void ReplaceNodes(Corridor& corridor, FoundNodes nodes) {
+    const std::vector<CorridorNode> old = std::move(corridor.Nodes);
+    PutNodes(corridor, std::move(nodes));
+    Renumber(corridor, [&](std::size_t each) {
+        const auto there = std::ranges::find(corridor.Nodes, old[each].Name, &CorridorNode::Name);
+        return there == corridor.Nodes.end() ? std::nullopt
+                                             : std::optional(static_cast<std::size_t>(there - corridor.Nodes.begin()));
+    });
+}
+
 void SetOwnBand(CorridorRun& run, std::size_t node, const std::optional<Band>& band) {
     SetByNode(run.OwnBands, node, band ? std::optional(OwnBand{node, *band}) : std::nullopt);
 }

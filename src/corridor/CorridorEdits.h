@@ -8,6 +8,7 @@
 
 #include "core/Position.h"
 #include "corridor/Corridor.h"
+#include "corridor/CorridorNodes.h"
 
 namespace vantor {
 
@@ -20,6 +21,9 @@ std::size_t InsertNodeAt(Corridor& corridor, const Position& position);
 void RemoveNode(Corridor& corridor, std::size_t node);
 /// Exchanges a node with the next one. Of nodes without positions the distances stay where they are.
 void SwapNodes(Corridor& corridor, std::size_t first);
+
+/// Other nodes in place of all; what the runs hold of a node stays with one of the same name.
+void ReplaceNodes(Corridor& corridor, FoundNodes nodes);
 
 /// Distances along the line, from the first node, whatever was set.
 void Remeasure(Corridor& corridor);

@@ -14,14 +14,10 @@
 #include "corridor/CorridorRules.h"
 
 namespace vantor {
-namespace {
-
-constexpr const char* LastCorridorKey = "last-corridor";  // its path
-
-}  // namespace
-
 CorridorDocument::CorridorDocument(AppContext& context, QWidget& window)
-    : QObject(&window), context_(context), window_(window), root_(AsFolder(context.State.Paths.StudyGroupRootPath)) {}
+    : QObject(&window), context_(context), window_(window) {
+    TakeFile({}, AsFolder(context.State.Paths.StudyGroupRootPath));
+}
 
 void CorridorDocument::Tell() const {
     for (const auto& listener : shownTo_) listener();
@@ -29,20 +25,21 @@ void CorridorDocument::Tell() const {
 
 bool CorridorDocument::Show(const Corridor& now, const CorridorFilter& filter, const std::string& work, bool mayStop) {
     const auto made = std::make_shared<DetailedCorridor>();
-    context_.Work.Run(work, [made, before = shown_, now, filter, root = root_, settings = context_.State.Settings,
-                             mayStop](FileSystem& files, const Progress& progress) {
+    context_.Work.Run(work, [made, before = taken_.Shown, now, filter, root = Root(),
+                             settings = context_.State.Settings, mayStop](FileSystem& files, const Progress& progress) {
         *made = DetailCorridor(*before, now, filter, files, root, settings, mayStop ? progress : Progress());
     });
     if (!made->IsWhole) return false;
     const Corridor before = Of();
-    shown_ = made;
-    if (run_) {
-        const CorridorRun& selected = before.Runs[*run_];
+    made->Of.Name = taken_.Name;
+    taken_.Shown = made;
+    if (taken_.Run) {
+        const CorridorRun& selected = before.Runs[*taken_.Run];
         const CorridorRun* there = FindCorridorRun(Of(), selected.Group, selected.Name);
-        run_ = there == nullptr ? std::nullopt
-                                : std::optional(static_cast<std::size_t>(there - Of().Runs.data()));
+        taken_.Run =
+            there == nullptr ? std::nullopt : std::optional(static_cast<std::size_t>(there - Of().Runs.data()));
     }
-    if (node_ && *node_ >= Of().Nodes.size()) node_.reset();
+    if (taken_.Node && *taken_.Node >= Of().Nodes.size()) taken_.Node.reset();
     Tell();
     return true;
 }
@@ -64,7 +61,6 @@ bool CorridorDocument::Change(const QString& text, const Corridor& after) {
     steps_.push(new DocumentChange<Corridor>(text, before, after, [this](const Corridor& shown) {
         Show(shown, Shown().Filter, "Computing the corridor", false);
     }));
-    Tell();  // what the steps say has changed
     return true;
 }
 
@@ -73,17 +69,19 @@ void CorridorDocument::SetFilter(const CorridorFilter& filter) {
 }
 
 void CorridorDocument::TakeFile(const std::string& path, const std::string& root) {
-    path_ = path;
-    root_ = root;
-    run_.reset();
-    node_.reset();
+    taken_ = {};
+    taken_.Path = path;
+    taken_.Root = root;
+    const std::string file = LastComponent(path);
+    if (HasExtension(file, CorridorExtension))
+        taken_.Name = file.substr(0, file.size() - std::string_view(CorridorExtension).size());
+    else
+        taken_.Name = BaseName(file);
 }
 
 void CorridorDocument::Begin() {
     if (!MayLeave()) return;
     TakeFile({}, AsFolder(context_.State.Paths.StudyGroupRootPath));
-    stamp_.reset();
-    shown_ = std::make_shared<DetailedCorridor>();
     steps_.clear();
     Tell();
 }
@@ -91,71 +89,54 @@ void CorridorDocument::Begin() {
 void CorridorDocument::Open(const std::string& path) {
     if (!MayLeave()) return;
     const StoredCorridor stored = LoadCorridor(context_.Files, path);
-    const auto kept = std::pair(shown_, root_);
-    const auto selected = std::pair(run_, node_);
-    // Runs of the same names may lie in another folder.
-    shown_ = std::make_shared<DetailedCorridor>();
-    root_ = FolderOf(path);
-    run_.reset();
-    node_.reset();
-    if (!Show(stored.Corridor, {}, "Reading the runs of " + stored.Corridor.Name, true)) {
-        std::tie(shown_, root_) = kept;
-        std::tie(run_, node_) = selected;
+    const Taken kept = taken_;
+    TakeFile(path, FolderOf(path));
+    taken_.Stamp = stored.Stamp;
+    // Half a corridor would be taken for the whole.
+    if (!Show(stored.Corridor, {}, "Reading the runs of " + taken_.Name, true)) {
+        taken_ = kept;
         return;
     }
-    TakeFile(path, root_);
-    stamp_ = stored.Stamp;
     steps_.clear();
     context_.State.Choices = StoreUserChoices(context_.Files, {{LastCorridorKey, path}});
     Tell();
 }
 
-bool CorridorDocument::AskForName() {
-    bool isGiven = false;
-    const std::string name = FromQt(QInputDialog::getText(&window_, QStringLiteral("Save Corridor"),
-                                                          QStringLiteral("Name of the corridor, such as its street:"),
-                                                          QLineEdit::Normal, QString(), &isGiven)
-                                        .simplified());
-    if (!isGiven) return false;
-    if (const std::string problem = CorridorNameProblem(name); !problem.empty()) {
+std::optional<std::string> CorridorDocument::AskForName() {
+    for (;;) {
+        bool isGiven = false;
+        const std::string name = FromQt(QInputDialog::getText(&window_, QStringLiteral("Save Corridor"),
+                                                              QStringLiteral("Name of the corridor, as its street:"),
+                                                              QLineEdit::Normal, QString(), &isGiven)
+                                            .simplified());
+        if (!isGiven) return std::nullopt;
+        std::string problem = CorridorNameProblem(name);
+        if (problem.empty() && context_.Files.Find(CorridorPath(Root(), name)))
+            problem = "There is a corridor \"" + name + "\" already.\nEnter another name, or open that one.";
+        if (problem.empty()) return name;
         context_.Messages.Tell(problem, MessageIcon::Warning);
-        return AskForName();
     }
-    path_ = CorridorPath(root_, name);
-    if (context_.Files.Find(path_)) {
-        path_.clear();
-        context_.Messages.Tell("There is a corridor \"" + name + "\" already.\nEnter another name, or open that one.",
-                               MessageIcon::Warning);
-        return AskForName();
-    }
-    return true;
 }
 
 bool CorridorDocument::Save() {
-    const bool isNew = path_.empty();
-    if (isNew && !AskForName()) return false;
-    Corridor named = Of();
-    if (isNew) {
-        const std::string file = LastComponent(path_);
-        named.Name = file.substr(0, file.size() - std::string_view(CorridorExtension).size());
+    Taken then = taken_;
+    if (then.Path.empty()) {
+        const auto name = AskForName();
+        if (!name) return false;
+        then.Path = CorridorPath(Root(), *name);
+        then.Name = *name;
     }
-    try {
-        const SavedCorridor saved = SaveCorridor(context_.Files, path_, named,
-                                                 stamp_ ? Expected::Unchanged(*stamp_) : Expected::Nothing());
-        stamp_ = saved.Stamp;
-        if (!saved.Backup.empty())
-            context_.Messages.Tell("Another program had changed the corridor meanwhile.\nWhat it had written is kept as " +
-                                   saved.Backup);
-    } catch (...) {
-        if (isNew) path_.clear();
-        throw;
-    }
-    if (isNew) {
-        const auto made = std::make_shared<DetailedCorridor>(*shown_);
-        made->Of.Name = named.Name;
-        shown_ = made;
-    }
-    context_.State.Choices = StoreUserChoices(context_.Files, {{LastCorridorKey, path_}});
+    const auto named = std::make_shared<DetailedCorridor>(Shown());
+    named->Of.Name = then.Name;
+    const SavedCorridor saved = SaveCorridor(context_.Files, then.Path, named->Of,
+                                             then.Stamp ? Expected::Unchanged(*then.Stamp) : Expected::Nothing());
+    then.Stamp = saved.Stamp;
+    then.Shown = named;
+    taken_ = then;
+    if (!saved.Backup.empty())
+        context_.Messages.Tell("Another program had written the corridor meanwhile.\nWhat it wrote is kept as " +
+                               saved.Backup);
+    context_.State.Choices = StoreUserChoices(context_.Files, {{LastCorridorKey, then.Path}});
     steps_.setClean();
     Tell();
     return true;
@@ -176,14 +157,22 @@ std::vector<std::string> CorridorDocument::Others() const {
 }
 
 void CorridorDocument::SelectRun(std::optional<std::size_t> run) {
-    if (run == run_) return;
-    run_ = run;
+    if (run == taken_.Run) return;
+    taken_.Run = run;
+    if (run) taken_.Along = Of().Runs[*run].Along;
+    for (const auto& listener : selectedTo_) listener();
+}
+
+void CorridorDocument::SelectWay(Way way) {
+    if (way == taken_.Along) return;
+    taken_.Along = way;
+    taken_.Run.reset();
     for (const auto& listener : selectedTo_) listener();
 }
 
 void CorridorDocument::SelectNode(std::optional<std::size_t> node) {
-    if (node == node_) return;
-    node_ = node;
+    if (node == taken_.Node) return;
+    taken_.Node = node;
     for (const auto& listener : selectedTo_) listener();
 }
 

@@ -17,6 +17,9 @@
 
 namespace vantor {
 
+/// Of the user's choices: the path of the corridor that was open last.
+inline constexpr const char* LastCorridorKey = "last-corridor";
+
 /// The corridor that is open in a window, with its file, what can be taken back, what is looked at, and what is
 /// selected: its parts show it, and change it through here.
 class CorridorDocument : public QObject {
@@ -25,13 +28,13 @@ public:
 
     AppContext& Context() const { return context_; }
     QWidget& Window() const { return window_; }
-    const Corridor& Of() const { return shown_->Of; }
-    const DetailedCorridor& Shown() const { return *shown_; }
-    std::shared_ptr<const DetailedCorridor> Share() const { return shown_; }
+    const Corridor& Of() const { return taken_.Shown->Of; }
+    const DetailedCorridor& Shown() const { return *taken_.Shown; }
+    std::shared_ptr<const DetailedCorridor> Share() const { return taken_.Shown; }
     QUndoStack& Steps() { return steps_; }
     /// The folder of its Study Groups, with a final separator.
-    const std::string& Root() const { return root_; }
-    const std::string& Path() const { return path_; }
+    const std::string& Root() const { return taken_.Root; }
+    const std::string& Path() const { return taken_.Path; }
     bool HasChanges() const { return !steps_.isClean(); }
     Units Shows() const { return UnitsOf(context_.State.Settings); }
 
@@ -49,14 +52,18 @@ public:
     bool MayLeave();
     std::vector<std::string> Others() const;
 
-    std::optional<std::size_t> Run() const { return run_; }
-    std::optional<std::size_t> Node() const { return node_; }
+    std::optional<std::size_t> Run() const { return taken_.Run; }
+    std::optional<std::size_t> Node() const { return taken_.Node; }
+    /// The way that plots show: that of the selected run, or as it was chosen last.
+    Way Along() const { return taken_.Along; }
     void SelectRun(std::optional<std::size_t> run);
+    /// A selected run that goes the other way is no longer selected.
+    void SelectWay(Way way);
     void SelectNode(std::optional<std::size_t> node);
 
     /// Called when the corridor, or what is looked at of it, is another one; in the order they were given.
     void WhenShown(std::function<void()> listener) { shownTo_.push_back(std::move(listener)); }
-    /// Called when a run or node is selected.
+    /// Called when a run, a node or a way is selected.
     void WhenSelected(std::function<void()> listener) { selectedTo_.push_back(std::move(listener)); }
     /// Shows everything anew, as after an edit that was refused.
     void Tell() const;
@@ -64,17 +71,23 @@ public:
 private:
     bool Show(const Corridor& now, const CorridorFilter& filter, const std::string& work, bool mayStop);
     void TakeFile(const std::string& path, const std::string& root);
-    bool AskForName();
+    std::optional<std::string> AskForName();
+
+    /// What is taken together.
+    struct Taken {
+        std::string Path;  ///< empty before it was saved for the first time
+        std::string Name;
+        std::string Root;
+        std::optional<FileStamp> Stamp;
+        std::shared_ptr<const DetailedCorridor> Shown = std::make_shared<DetailedCorridor>();
+        std::optional<std::size_t> Run, Node;
+        Way Along = Way::Forward;
+    };
 
     AppContext& context_;
     QWidget& window_;
     QUndoStack steps_;
-    std::shared_ptr<const DetailedCorridor> shown_ = std::make_shared<DetailedCorridor>();
-    std::string root_;
-    std::string path_;  ///< empty before it was saved for the first time
-    std::optional<FileStamp> stamp_;
-    std::optional<std::size_t> run_;
-    std::optional<std::size_t> node_;
+    Taken taken_;
     std::vector<std::function<void()>> shownTo_;
     std::vector<std::function<void()>> selectedTo_;
 };
