@@ -40,7 +40,7 @@ std::string TextOfRest(Json object, std::initializer_list<const char*> known) {
     return object.empty() ? std::string() : object.dump();
 }
 
-std::vector<std::byte> BytesOf(const Json& file) {
+std::vector<std::byte> JsonBytes(const Json& file) {
     const std::string text = file.dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
     const auto bytes = std::as_bytes(std::span(text));
     return {bytes.begin(), bytes.end()};

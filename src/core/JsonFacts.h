@@ -24,6 +24,6 @@ nlohmann::ordered_json JsonFromBytes(std::span<const std::byte> file);
 nlohmann::ordered_json ObjectFromText(const std::string& object);
 std::string TextOfRest(nlohmann::ordered_json object, std::initializer_list<const char*> known);
 
-std::vector<std::byte> BytesOf(const nlohmann::ordered_json& file);
+std::vector<std::byte> JsonBytes(const nlohmann::ordered_json& file);
 
 }  // namespace vantor

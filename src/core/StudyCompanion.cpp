@@ -140,7 +140,7 @@ bool NeedsCompanion(const Study& study) {
            std::any_of(study.Entries.begin(), study.Entries.end(), HasFacts);
 }
 
-std::vector<std::byte> EncodeCompanion(const Study& study) { return BytesOf(CompanionJson(study)); }
+std::vector<std::byte> EncodeCompanion(const Study& study) { return JsonBytes(CompanionJson(study)); }
 
 std::vector<std::byte> EncodeWholeStudy(const Study& study) {
     std::vector<std::byte> bytes = EncodeStudy(study);
@@ -150,7 +150,7 @@ std::vector<std::byte> EncodeWholeStudy(const Study& study) {
         stored[PathMember] = study.Stored->Path;
         if (study.Stored->Companion) stored[CompanionMember] = AsJson(*study.Stored->Companion);
     }
-    const std::vector<std::byte> beside = BytesOf(companion);
+    const std::vector<std::byte> beside = JsonBytes(companion);
     bytes.insert(bytes.end(), beside.begin(), beside.end());
     return bytes;
 }
