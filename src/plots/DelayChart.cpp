@@ -63,11 +63,12 @@ PlotSample CorridorSample(const DelayChartLayers& layers) {
 /// Samples with their captions in a row, the first one rightmost. Returns where they begin.
 double DrawSamples(Canvas& canvas, const std::vector<PlotSample>& samples, double right, double row,
                    const DelayChartStyle& style) {
-    const PlotLook look = LookOf(style);
+    const double line = canvas.LineHeight(TextOf(style));
     for (const PlotSample& sample : samples) {
-        const double length = sample.NamedLength(canvas, look, Space(style));
-        right -= length;
-        sample.DrawNamed(canvas, {right, row, length, canvas.LineHeight(look.Text())}, look, Space(style));
+        const double width = canvas.TextWidth(sample.Caption, TextOf(style));
+        canvas.DrawText({right - width, row, width, line}, sample.Caption, TextOf(style));
+        right -= width + Space(style) + PlotSample::Length;
+        sample.Draw(canvas, {right, row, PlotSample::Length, line}, LookOf(style));
         right -= 3 * Space(style);
     }
     return right;

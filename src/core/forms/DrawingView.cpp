@@ -5,6 +5,9 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QToolTip>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
@@ -12,12 +15,34 @@
 #include "core/PictureFile.h"
 #include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
-#include "core/forms/ItemTip.h"
 #include "core/forms/Named.h"
 #include "core/forms/PainterCanvas.h"
 #include "core/forms/Theme.h"
 
 namespace vantor {
+namespace {
+
+/// Shows a text at the pointer as it stands, whatever characters it has; none where it is empty.
+void ShowTip(QHelpEvent& event, const std::string& text, QWidget& over) {
+    if (text.empty()) {
+        QToolTip::hideText();
+        event.ignore();
+    } else {
+        QToolTip::showText(event.globalPos(),
+                           QStringLiteral("<p style='white-space:pre'>") + ToQt(text).toHtmlEscaped(), &over);
+    }
+}
+
+/// Whether a window around the widget scrolls: there the wheel alone is the window's.
+bool IsInScrolledWindow(const QWidget& widget) {
+    for (const QWidget* above = widget.parentWidget(); above != nullptr; above = above->parentWidget()) {
+        const auto* area = qobject_cast<const QScrollArea*>(above);
+        if (area != nullptr && area->verticalScrollBar()->maximum() > 0) return true;
+    }
+    return false;
+}
+
+}  // namespace
 
 DrawingView::DrawingView(AppContext& context, QWidget* parent, const DrawingHabits& habits)
     : QWidget(parent), context_(context), habits_(habits) {
@@ -122,7 +147,7 @@ void DrawingView::changeEvent(QEvent* event) {
 bool DrawingView::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip) return QWidget::event(event);
     auto* help = static_cast<QHelpEvent*>(event);
-    ShowPlainTip(*help, TipAt(Place(help->pos())), *this);
+    ShowTip(*help, TipAt(Place(help->pos())), *this);
     return true;
 }
 
@@ -158,7 +183,6 @@ void DrawingView::leaveEvent(QEvent*) { PointAt(0); }
 
 void DrawingView::wheelEvent(QWheelEvent* event) {
     constexpr double WheelStep = 120;
-    // On a small screen the wheel alone scrolls the window.
     if (!event->modifiers().testFlag(Qt::ControlModifier) && IsInScrolledWindow(*this)) return event->ignore();
     ZoomAbout(Place(event->position()), std::pow(habits_.WheelZoom, event->angleDelta().y() / WheelStep));
     event->accept();
