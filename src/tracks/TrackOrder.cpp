@@ -42,8 +42,7 @@ bool TrackOrder::AddBackward(const TrackPoint& point) {
     return true;
 }
 
-bool TrackOrder::Add(const TrackPoint& told) {
-    TrackPoint point = told;
+bool TrackOrder::Add(TrackPoint& point) {
     if (point.Time && !IsTrackTime(*point.Time)) point.Time.reset();
     if (point.Time && latest_) {
         if (*point.Time < *latest_) return AddBackward(point);

@@ -17,8 +17,8 @@ public:
 
     /// The next point begins a new segment.
     void BeginSegment();
-    /// False when nothing more is wanted. Its segment is set here. A point of an impossible time has none.
-    bool Add(const TrackPoint& told);
+    /// False when nothing more is wanted. Its segment is set here; an impossible time is taken off it.
+    bool Add(TrackPoint& point);
     /// Notes a line that could not be read.
     void AddBroken(std::uint64_t line, std::string_view reason);
 

@@ -27,6 +27,8 @@ std::optional<std::int64_t> DaysSince1970(int year, int month, int day);
 
 /// The decimal number that a text is as a whole: a sign or none, digits with at most one point.
 std::optional<double> TrackNumber(std::string_view text);
+/// The decimal number of up to 15 digits at `at`, which goes behind it; nothing where there is none or a longer one.
+std::optional<double> TakeShortNumber(const char*& at, const char* end);
 /// The whole number that a text of at most nine digits is; -1 for any other text.
 inline int DigitsOf(std::string_view text) {
     int number = text.empty() || text.size() > 9 ? -1 : 0;
