@@ -131,8 +131,9 @@ void GpxPoint::SetElement(std::string_view localName, std::string_view told) {
     } else if (localName == "sat") {
         if (const int satellites = DigitsOf(text); satellites >= 0) point_.Satellites = satellites;
     } else if (localName == "node") {
-        // Of this program's own files: the name of a node.
+        // Of this program's own files.
         point_.Node = 1;
+        nodeName_ = text;
     } else if (localName == "fix") {
         isVoid_ = text == "none";
         if (!isVoid_) point_.FixQuality = text == "dgps" ? 2 : text == "pps" ? 3 : 1;

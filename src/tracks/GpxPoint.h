@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "tracks/TrackPoint.h"
@@ -29,12 +30,15 @@ public:
 
     /// The point; without a position where that is missing or impossible.
     TrackPoint& Point();
+    /// The name of its node, where it has one.
+    const std::string& NodeName() const { return nodeName_; }
     bool IsVoid() const { return isVoid_; }
 
 private:
     TrackPoint point_;
     std::optional<double> latitude_;
     std::optional<double> longitude_;
+    std::string nodeName_;
     bool isVoid_ = false;
 };
 
