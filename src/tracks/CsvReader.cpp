@@ -21,7 +21,7 @@
 namespace vantor {
 namespace {
 
-constexpr const char* WrongPosition = "The position of the row is impossible.";
+constexpr const char* WrongPosition = "The position of the row is impossible or cannot be read.";
 constexpr const char* WrongTime = "The date or the time of the row cannot be read.";
 constexpr const char* WrongSpeed = "The speed of the row cannot be read, and it has no position.";
 constexpr const char* EmptyRow = "The row has no position, and no time with a speed.";

@@ -266,7 +266,7 @@ TEST_F(CsvReaderTest, BrokenRows) {
     for (const auto& [text, outcome] : std::vector<std::pair<std::string, std::string>>{
              {head + "2026-03-04T12:00:00Z,91,0\n2026-03-04T12:00:01Z,nan,0\n2026-03-04T12:00:02Z,1\n2026-03-04T12:00:"
                      "03Z,1,1",
-              "1 points, 3 broken from line 2: The position of the row is impossible."},
+              "1 points, 3 broken from line 2: The position of the row is impossible or cannot be read."},
              {head + "2026-02-30T12:00:00Z,1,1\nyesterday,1,1\n2026-03-04 12:00:00,1,1\n12:01,1,1\n",
               "1 points, 3 broken from line 2: The date or the time of the row cannot be read."},
              {head + ",,\n;\n", "0 points, 2 broken from line 2: The row has no position, and no time with a speed."},
@@ -274,7 +274,7 @@ TEST_F(CsvReaderTest, BrokenRows) {
               "1 points, 1 broken from line 2: The speed of the row cannot be read, and it has no position."},
              {"time,position\n2026-03-04T12:00:00Z,42 61 N 83 W\n2026-03-04T12:00:00Z,42.5\n2026-03-04T12:00:00Z,"
               "42.5 30 N 83 W\n2026-03-04T12:00:00Z,\"42.5, -83.25\"\n",
-              "1 points, 3 broken from line 2: The position of the row is impossible."},
+              "1 points, 3 broken from line 2: The position of the row is impossible or cannot be read."},
              {head + "2026-03-04T12:00:00Z,0,0,a\n9999-03-04T12:00:00Z,1,1,a\n", "1 points, 1 untimed, 1 void"},
              {head + "2026-03-04T12:00:05Z,1,1,a\n" + head + "2026-03-04T12:00:00Z,1,1,a\n2026-03-04T11:00:00Z,1,1,b",
               "3 points"},
