@@ -65,7 +65,8 @@ CorridorTracks ReadCorridorTracks(const LogSources& sources, const std::string& 
                                      std::move(pass.Source)});
         }
     if (taken > 0)
-        tracks.Remarks.push_back(source.File + ": " + Counted(taken, "pass") + " of it " + (taken == 1 ? "is" : "are") +
+        tracks.Remarks.push_back(source.File + ": " +
+                                 (taken == 1 ? "1 pass of it is" : std::to_string(taken) + " passes of it are") +
                                  " in the corridor already.");
     else if (tracks.Passes.empty())
         tracks.Remarks.push_back(source.File + ": it does not drive along " + corridor.Name + " past two nodes.");
