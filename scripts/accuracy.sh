@@ -16,16 +16,19 @@ judge=(python3 -B "$PWD/scripts/judge_corridor.py")
 
 # All that is asked of the program. In the folder of a day: before.gpx, after.gpx, before.tdc, after.tdc, corridor.csv.
 newCorridor() {
-    "$vantor" corridor new "Harbor St" --nodes corridor.csv --directions NB,SB --ideal-speed 38 --upstream 600 \
+    "$vantor" corridor new "$1" --nodes corridor.csv --directions NB,SB --ideal-speed 38 --upstream 600 \
         --downstream 450
 }
 matchTracks() {
-    "$vantor" corridor match "Harbor St.corridor.geojson" before.gpx after.gpx --json
+    newCorridor "Harbor St" >new.txt
+    "$vantor" corridor match "Harbor St.corridor.geojson" before.gpx --time-zone UTC >match.txt
+    "$vantor" corridor match "Harbor St.corridor.geojson" after.gpx --after --time-zone UTC --json
 }
 matchCounter() {
+    newCorridor "Harbor St, counter" >new.txt
     "$vantor" counter convert before.tdc --to Temp >convert.txt
     "$vantor" counter convert after.tdc --to Temp >>convert.txt
-    "$vantor" corridor match "Harbor St.corridor.geojson" Temp/*.rd2 --json
+    "$vantor" corridor match "Harbor St, counter.corridor.geojson" Temp/*.rd2 --json
 }
 
 cases=(plain)
@@ -67,7 +70,6 @@ for seed in "$@"; do
         cd "$day"
         export VANTOR_PROGRAM_FOLDER=$day/
         good=1
-        newCorridor >new.txt
         case $case in
         marks-* | calibrations) judge "seed $seed, $case" matchCounter --counter || good=0 ;;
         plain)

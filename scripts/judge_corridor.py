@@ -13,6 +13,7 @@ delays are within 3 s. Nodes and bands that fall into a gap of the log are not j
 """
 
 import argparse
+import datetime
 import json
 import sys
 from pathlib import Path, PurePath
@@ -29,12 +30,14 @@ def read_match(path):
     passes = []
     for told in json.loads(Path(path).read_text(encoding="utf-8"))["passes"]:
         nodes = {}
+        # Days are read with --time-zone UTC. A second of a track ends at its point; the node lies before that.
+        start = datetime.datetime.fromisoformat(told["start"] + "+00:00").timestamp()
         for node in told["nodes"]:
             if node.get("source") in (None, "none") or node.get("sample") is None:
                 continue
             band = node.get("band") or {}
             nodes[node["index"]] = {
-                "time": node.get("time_utc"), "sample": node["sample"] - 0.5, "source": node["source"],
+                "time": start + node["sample"] - 1.5, "sample": node["sample"] - 0.5, "source": node["source"],
                 "delay": node.get("control_delay") if node.get("covered", True) else None,
                 "band": band["end"] - band["start"] if band.get("end") and band.get("start") else None}
         source = told.get("source") or {}

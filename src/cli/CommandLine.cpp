@@ -233,6 +233,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const CommandPorts
     AddCounterCommands(program, chosen);
     AddLogCommands(program, chosen);
     AddTrackCommands(program, chosen);
+    AddCorridorCommands(program, chosen);
     AddStudyCommands(program, chosen);
     AddJsonFlag(program, context.AsJson);
 

@@ -32,6 +32,7 @@ void AddRepairCommands(CLI::App& runGroup, CommandAction& chosen);
 void AddCounterCommands(CLI::App& program, CommandAction& chosen);
 void AddLogCommands(CLI::App& program, CommandAction& chosen);
 void AddTrackCommands(CLI::App& program, CommandAction& chosen);
+void AddCorridorCommands(CLI::App& program, CommandAction& chosen);
 void AddStudyCommands(CLI::App& program, CommandAction& chosen);
 /// Below the group "study".
 void AddProposeCommand(CLI::App& studyGroup, CommandAction& chosen);

@@ -55,7 +55,7 @@ std::string_view WithoutMark(std::string_view line) {
 
 std::string TextOfCell(std::string_view cell) {
     for (std::size_t at = 0; at < cell.size();)
-        if (NextCharacter(cell, at) == NoCharacter)
+        if (NextCharacter(cell, at) == NoCharacter && !cell.substr(0, at).ends_with("\xEF\xBF\xBD"))
             return Utf8FromWindows1252(std::as_bytes(std::span(cell.data(), cell.size())));
     return std::string(cell);
 }

@@ -46,7 +46,7 @@ std::vector<Position> PointsOf(const Corridor& corridor) {
 
 }  // namespace
 
-CorridorLine::CorridorLine(const std::vector<Position>& points) {
+CorridorLine::CorridorLine(const std::vector<Position>& points, bool isStraight) : isStraight_(isStraight) {
     std::vector<Position> line = points;
     line.insert(line.begin(), Beyond(points[1], points[0], EndFeet));
     line.push_back(Beyond(points[points.size() - 2], points.back(), EndFeet));
@@ -67,7 +67,7 @@ CorridorLine::CorridorLine(const std::vector<Position>& points) {
 std::optional<CorridorLine> CorridorLine::Of(const Corridor& corridor) {
     const std::vector<Position> points = PointsOf(corridor);
     if (points.size() < 2) return std::nullopt;
-    CorridorLine line(points);
+    CorridorLine line(points, corridor.Alignment.size() < 2);
     std::optional<double> first;
     for (const CorridorNode& node : corridor.Nodes) {
         if (node.At && !first) first = line.FootOf(*node.At).Along;
@@ -84,7 +84,11 @@ CorridorLine::Foot CorridorLine::FootOn(std::size_t index, const Position& posit
                         (position.Latitude - piece.From.Latitude) * feetNorth};
     const double square = piece.East * piece.East + piece.North * piece.North;
     const double part = std::clamp((at.East * piece.East + at.North * piece.North) / square, 0.0, 1.0);
-    return {piece.Along + part * piece.Length, std::hypot(at.East - part * piece.East, at.North - part * piece.North)};
+    constexpr double SlackOfWay = 0.05;
+    constexpr double MostSlack = 100;
+    const double slack = std::min(SlackOfWay * std::min(part, 1 - part) * piece.Length, MostSlack);
+    return {piece.Along + part * piece.Length, std::hypot(at.East - part * piece.East, at.North - part * piece.North),
+            isStraight_ ? slack : 0};
 }
 
 CorridorLine::Foot CorridorLine::FootOf(const Position& position, std::size_t& near) const {
@@ -114,7 +118,7 @@ CorridorLine::Foot CorridorLine::FootOf(const Position& position, std::size_t& n
 }
 
 CorridorLine::Foot CorridorLine::FootOf(const Position& position) const {
-    Foot nearest{0, std::numeric_limits<double>::infinity()};
+    Foot nearest{0, std::numeric_limits<double>::infinity(), 0};
     for (std::size_t i = 0; i < pieces_.size(); ++i)
         if (const Foot foot = FootOn(i, position); foot.Beside < nearest.Beside) nearest = foot;
     return nearest;

@@ -18,6 +18,9 @@ public:
     struct Foot {
         double Along = 0;   ///< feet from the first node; below 0 before it
         double Beside = 0;  ///< feet from the line
+        /// Feet by which a street may leave the line here: one that is drawn straight from node to node knows nothing
+        /// of the bends between them.
+        double Slack = 0;
     };
 
     /// Nothing where fewer than two nodes have a position.
@@ -39,9 +42,10 @@ private:
         double East = 0, North = 0;  ///< of its end from its beginning on the plane, feet
         double FeetEast = 0;         ///< to a degree of longitude
     };
-    explicit CorridorLine(const std::vector<Position>& points);
+    CorridorLine(const std::vector<Position>& points, bool isStraight);
     Foot FootOn(std::size_t piece, const Position& position) const;
 
+    bool isStraight_;  ///< from node to node
     std::vector<Piece> pieces_;
     std::vector<std::optional<double>> nodes_;
 };

@@ -32,11 +32,25 @@ MeasuredRun MeasureMatched(const MatchedRun& run, const Corridor& corridor, cons
     return measured;
 }
 
+/// A stretch of a run with positions that has none: its speeds may be made up.
+void RemarkMissing(const RunRecord& run, std::vector<std::string>& remarks) {
+    constexpr std::int32_t Told = 5;
+    std::int32_t last = 0;
+    for (std::int32_t i = 1; i <= run.RunSamples.LastIndex(); ++i) {
+        if (!PositionOf(run.RunSamples[i])) continue;
+        if (last > 0 && i - last > Told)
+            remarks.push_back("No positions from second " + std::to_string(last + 1) + " to " + std::to_string(i - 1) +
+                              ": what was driven there may be made up.");
+        last = i;
+    }
+}
+
 std::vector<std::string> RemarksOf(const MatchedRun& run, const CorridorRun& as) {
     std::vector<std::string> remarks = run.Match.Remarks;
     const RunRecord& record = run.Read->Run;
     if (as.Movement != 0 && MovementHash(record) != as.Movement)
         remarks.push_back("Its samples have changed since it was taken into the corridor.");
+    RemarkMissing(record, remarks);
     if (run.Read->IsCut())
         remarks.push_back("Its file is " + CutText(run.Read->SamplesInFile, record.Header.SampleCount) + ".");
     if ((record.Header.Before != 0) != as.IsBefore)

@@ -18,6 +18,7 @@ struct Fix {
     double Feet = 0;   ///< the run's own distance
     double Along = 0;  ///< of its foot on the line
     double Beside = 0;
+    double Slack = 0;
 };
 
 /// Looks for passes among the fixes of a run.
@@ -30,7 +31,7 @@ public:
             const auto position = PositionOf(run.RunSamples[i]);
             if (!position) continue;
             const CorridorLine::Foot foot = line.FootOf(*position, near);
-            fixes_.push_back({i, static_cast<double>(distances_[i]), foot.Along, foot.Beside});
+            fixes_.push_back({i, static_cast<double>(distances_[i]), foot.Along, foot.Beside, foot.Slack});
         }
     }
 
@@ -49,7 +50,7 @@ public:
     }
 
 private:
-    bool IsOnLine(const Fix& fix) const { return fix.Beside <= corridor_.Matching.ToleranceFt; }
+    bool IsOnLine(const Fix& fix) const { return fix.Beside <= corridor_.Matching.ToleranceFt + fix.Slack; }
 
     /// The last fix on the line before the vehicle drives away from it.
     std::size_t EndOfStretch(std::size_t first) const {

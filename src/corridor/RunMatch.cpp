@@ -125,8 +125,14 @@ private:
         for (std::size_t i = 0; i < nodes.size(); ++i) {
             const auto& mark = matched.MarkOf[i];
             if (!mark) continue;
-            match_.Nodes[NodeAlong(corridor_, match_.Along, i)] = {
-                MatchSource::Mark, marks.Samples[*mark], marks.Feet[*mark], marks.Feet[*mark] - nodes[i] - shift};
+            const double residual = marks.Feet[*mark] - nodes[i] - shift;
+            constexpr double FarOff = 150;
+            if (std::fabs(residual) > FarOff)
+                Remark("The mark at " + corridor_.Nodes[NodeAlong(corridor_, match_.Along, i)].Name + " lies " +
+                       std::to_string(Round32(std::fabs(residual))) + " ft " + (residual > 0 ? "behind" : "before") +
+                       " where the other marks put it.");
+            match_.Nodes[NodeAlong(corridor_, match_.Along, i)] = {MatchSource::Mark, marks.Samples[*mark],
+                                                                   marks.Feet[*mark], residual};
         }
         if (marks.Samples.empty()) Remark("It has no positions and no marks.");
         const auto left = static_cast<std::size_t>(std::ranges::count(isTaken, false));

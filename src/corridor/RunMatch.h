@@ -29,6 +29,6 @@ struct MarksMatched {
     double Cost = 0;                                 ///< square feet
 };
 MarksMatched MatchMarks(std::span<const double> nodes, std::span<const double> marks);
-inline constexpr double LeftOutFt = 400;
+inline constexpr double LeftOutFt = 200;
 
 }  // namespace vantor

@@ -18,6 +18,7 @@
 #include "gpsobd/LogRecords.h"
 #include "tracks/CsvMapping.h"
 #include "tracks/TrackCut.h"
+#include "tracks/TrackPoint.h"
 
 namespace vantor {
 
@@ -67,6 +68,7 @@ struct LogHead {
     ObdLogHeader ObdHeader;  ///< OBD and combined logs
     std::uint64_t DroppedBytes = 0;         ///< of an incomplete last record
     std::size_t MissingRecords = 0;         ///< that a handheld's database tells of and does not hold whole
+    NodeNames Nodes = {};                   ///< names of nodes by the numbers that points have
     std::vector<std::string> Remarks = {};  ///< what a reader of the figures should know of the file
 };
 

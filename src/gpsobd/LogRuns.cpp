@@ -23,13 +23,13 @@ constexpr std::int16_t LargestDelayNumber = 127;
 /// What the points of a second say.
 struct Second {
     const RunPoint* Last = nullptr;
-    bool HasNode = false;
+    std::int16_t Node = 0;
     std::int16_t DelayNumber = 0;
 };
 
 void AddPoint(const RunPoint& point, Second& second) {
     second.Last = &point;
-    if (point.Node > 0) second.HasNode = true;
+    if (point.Node > 0) second.Node = point.Node;
     if (point.DelayNumber >= 1 && point.DelayNumber <= LargestDelayNumber) second.DelayNumber = point.DelayNumber;
 }
 
@@ -76,8 +76,19 @@ std::vector<double> Interpolated(const std::vector<std::optional<double>>& speed
 std::int16_t SampleValueOf(const Second& second, double speed, float speedFactor) {
     constexpr double mostPulses = 255;
     const std::int32_t pulses = Round32(std::clamp(speed / static_cast<double>(speedFactor), 0.0, mostPulses));
-    if (second.HasNode) return static_cast<std::int16_t>(static_cast<std::uint16_t>(pulses) | NodeFlag);
+    if (second.Node > 0) return static_cast<std::int16_t>(static_cast<std::uint16_t>(pulses) | NodeFlag);
     return To16(pulses + 256 * second.DelayNumber);
+}
+
+/// Nodes that have a name in the log get it; without one a node is shown by its number in the run.
+void NameNodes(const NodeNames& names, const std::vector<Second>& seconds, RunHeader& header) {
+    int node = 0;
+    for (const Second& second : seconds) {
+        if (second.Node <= 0 || ++node > decltype(header.SectionName)::LastIndex) continue;
+        const auto name = names.find(second.Node);
+        if (name != names.end() && name->second != "Node " + std::to_string(node))
+            header.SectionName[node] = name->second;
+    }
 }
 
 RunSample EventRecordOf(const RunPoint& point) {
@@ -208,6 +219,7 @@ RunRecord MakeRun(const LogHead& log, RunPoints points, std::span<const LogGap> 
         if (second.Last != nullptr) record.RunSamples[i] = EventRecordOf(*second.Last);
     }
     DecodeNewRun(record);
+    NameNodes(log.Nodes, run.Seconds, header);
     return record;
 }
 

@@ -135,6 +135,7 @@ LogHead ReadPoints(const LogSources& sources, const LogFormat& format, const std
         sources, path, [&](const TrackPoint& point) { return runs.Add(point); }, progress);
     if (summary.IsStopped || !runs.Finish()) return log;
     if (run == 0) throw RunTimeError(ErrorNumber::TypeMismatch, NoRunText(summary) + "\n" + path);
+    log.Nodes = summary.Nodes;
     log.Remarks = RemarksOf(summary, runs);
     if (log.StudyDate) log.Prefix.LogDate = *log.StudyDate;
     return log;

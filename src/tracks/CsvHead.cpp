@@ -40,6 +40,13 @@ public:
     }
     bool HasBoth(std::string_view first, std::string_view second) const { return HasAny({first}) && HasAny({second}); }
 
+    /// Where there is one at all.
+    bool AreAll(std::initializer_list<std::string_view> words) const {
+        return !words_.empty() && std::ranges::all_of(words_, [&](const std::string& word) {
+            return std::ranges::find(words, word) != words.end();
+        });
+    }
+
 private:
     std::vector<std::string> words_;
 };
@@ -62,6 +69,9 @@ CsvColumn ColumnOf(const HeadWords& words) {
         return CsvColumn::Other;
     if (words.HasAny({"lat", "latitude"})) return CsvColumn::Latitude;
     if (words.HasAny({"lon", "lng", "long", "longitude"})) return CsvColumn::Longitude;
+    if ((words.HasAny({"position"}) && words.AreAll({"gps", "position"})) ||
+        words.HasAny({"coordinates", "coordinate", "latlon", "latlng"}))
+        return CsvColumn::Position;
     if (words.HasBoth("n", "s") || words.HasAny({"ns"})) return CsvColumn::NorthSouth;
     if (words.HasBoth("e", "w") || words.HasAny({"ew"})) return CsvColumn::EastWest;
     if (words.HasAny({"speed", "velocity", "speedkmh", "speedmph"})) return CsvColumn::Speed;
@@ -79,6 +89,8 @@ CsvColumn ColumnOf(const HeadWords& words) {
 }
 
 }  // namespace
+
+std::optional<CsvSpeedUnit> SpeedUnitOf(std::string_view text) { return UnitOf(HeadWords(text)); }
 
 CsvHeadCell CsvHeadOf(std::string_view cell) {
     CsvHeadCell head;

@@ -18,6 +18,9 @@ struct CsvHeadCell {
     bool IsMilliseconds = false;
 };
 
+/// The unit of speed that a text tells: "km/h", "Meters/second".
+std::optional<CsvSpeedUnit> SpeedUnitOf(std::string_view text);
+
 /// The spellings of phone loggers, receivers, converters and OBD apps, with their units.
 CsvHeadCell CsvHeadOf(std::string_view cell);
 

@@ -11,15 +11,17 @@
 #include "core/Progress.h"
 #include "core/Text.h"
 #include "tracks/CsvHead.h"
+#include "tracks/CsvMeasures.h"
 #include "tracks/TrackLines.h"
 #include "tracks/TrackTexts.h"
+#include "tracks/Utf16File.h"
 
 namespace vantor {
 namespace {
 
 constexpr std::array<const char*, CsvColumnKinds> ColumnNames = {
-    "",      "latitude", "longitude",  "north/south", "east/west", "time", "date",
-    "speed", "course",   "satellites", "hdop",        "fix",       "node", "segment"};
+    "",       "latitude",   "longitude", "north/south", "east/west", "time",    "date",    "speed",
+    "course", "satellites", "hdop",      "fix",         "node",      "segment", "position"};
 constexpr std::array UnitNames = {"m/s", "km/h", "mph", "knots"};
 constexpr std::array TimeFormNames = {"text", "epoch", "elapsed s", "elapsed ms"};
 constexpr std::array DayOrderNames = {"unknown", "day first", "month first"};
@@ -55,6 +57,7 @@ int RecognisedIn(const HeadCells& heads) {
     for (const CsvHeadCell& head : heads) ++count[head.Column];
     const auto has = [&](CsvColumn column) { return count.contains(column); };
     const bool isEnough = (has(CsvColumn::Latitude) && has(CsvColumn::Longitude)) ||
+                          (has(CsvColumn::Position) && (has(CsvColumn::Time) || has(CsvColumn::Date))) ||
                           (has(CsvColumn::Speed) && (has(CsvColumn::Time) || has(CsvColumn::Date)));
     return isEnough ? static_cast<int>(count.size()) - (has(CsvColumn::Other) ? 1 : 0) : 0;
 }
@@ -72,6 +75,8 @@ FoundHead FindHead(const std::vector<std::string>& lines) {
     for (std::size_t i = 0; i < std::min(lines.size(), MostLinesAbove); ++i)
         for (const char delimiter : Delimiters) {
             if (lines[i].find(delimiter) == std::string::npos) continue;
+            // Blanks between words of a head part nothing where something else does.
+            if (delimiter == ' ' && lines[i].find_first_of("\t;,|") != std::string::npos) continue;
             HeadCells cells = HeadCellsOf(lines[i], delimiter);
             const int recognised = RecognisedIn(cells);
             if (recognised > found.Recognised) found = {i, delimiter, std::move(cells), recognised};
@@ -157,7 +162,8 @@ void GuessTimes(CsvPreview& preview, const std::map<CsvColumn, CsvHeadCell>& hea
 }
 
 bool IsCommaNumber(const std::string& cell) {
-    return cell.find(',') != std::string::npos && cell.find('.') == std::string::npos && NumberOfCell(cell, true);
+    return cell.find(',') != std::string::npos && cell.find('.') == std::string::npos &&
+           (SpeedOfCell(cell, true) || DegreesOfCell(cell, true));
 }
 
 void GuessNumbers(CsvPreview& preview) {
@@ -167,6 +173,16 @@ void GuessNumbers(CsvPreview& preview) {
     if (preview.Mapping.Delimiter == ',') return;
     for (const CsvColumn column : {CsvColumn::Latitude, CsvColumn::Longitude, CsvColumn::Speed})
         ForEachCell(preview, column, see);
+}
+
+/// The unit that the speeds tell themselves.
+std::optional<CsvSpeedUnit> UnitInCells(const CsvPreview& preview) {
+    std::optional<CsvSpeedUnit> unit;
+    ForEachCell(preview, CsvColumn::Speed, [&](const std::string& cell) {
+        const auto speed = SpeedOfCell(cell, preview.Mapping.HasDecimalComma);
+        if (speed && !unit) unit = speed->Unit;
+    });
+    return unit;
 }
 
 /// The cells of the head and of the rows below it, by the mapping.
@@ -230,8 +246,9 @@ CsvPreview PreviewOf(const std::vector<std::string>& lines) {
     GuessNumbers(preview);
     GuessTimes(preview, heads);
     if (const auto speed = heads.find(CsvColumn::Speed); speed != heads.end()) {
-        preview.Mapping.SpeedUnit = speed->second.Unit.value_or(CsvSpeedUnit::MetresPerSecond);
-        if (!speed->second.Unit) preview.Questions.push_back(CsvQuestion::SpeedUnit);
+        const auto unit = speed->second.Unit ? speed->second.Unit : UnitInCells(preview);
+        preview.Mapping.SpeedUnit = unit.value_or(CsvSpeedUnit::MetresPerSecond);
+        if (!unit) preview.Questions.push_back(CsvQuestion::SpeedUnit);
     }
     return preview;
 }
@@ -300,7 +317,9 @@ void SplitAgain(const FileSystem& files, const std::string& path, CsvPreview& pr
     SplitRows(FirstLines(files, path), preview);
 }
 
-bool LooksLikeCsv(std::string_view head, std::string_view) {
+bool LooksLikeCsv(std::string_view start, std::string_view) {
+    const std::string text = Utf8Head(start);
+    std::string_view head = text;
     std::vector<std::string> lines;
     for (std::size_t end = 0; !head.empty() && lines.size() < MostLinesAbove; head.remove_prefix(end)) {
         end = std::min(head.find('\n'), head.size() - 1) + 1;

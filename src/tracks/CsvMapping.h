@@ -27,8 +27,9 @@ enum class CsvColumn {
     Fix,
     Node,
     Segment,
+    Position,  ///< latitude and longitude in one cell
 };
-inline constexpr std::size_t CsvColumnKinds = 14;
+inline constexpr std::size_t CsvColumnKinds = 15;
 enum class CsvSpeedUnit { MetresPerSecond, KilometresPerHour, MilesPerHour, Knots };
 /// How times are told: as texts; as numbers since 1970, whose size tells whether they are seconds or thousandths,
 /// millionths or milliardths of them; as seconds or thousandths since the log began.

@@ -12,6 +12,7 @@
 #include "core/Numeric.h"
 #include "core/RunTimeError.h"
 #include "core/Text.h"
+#include "tracks/CsvMeasures.h"
 #include "tracks/TrackLines.h"
 #include "tracks/TrackOrder.h"
 #include "tracks/TrackTexts.h"
@@ -20,8 +21,9 @@
 namespace vantor {
 namespace {
 
-constexpr const char* WrongPosition = "The position of the row is impossible.";
+constexpr const char* WrongPosition = "The position of the row is impossible or cannot be read.";
 constexpr const char* WrongTime = "The date or the time of the row cannot be read.";
+constexpr const char* WrongSpeed = "The speed of the row cannot be read, and it has no position.";
 constexpr const char* EmptyRow = "The row has no position, and no time with a speed.";
 
 double MphOf(CsvSpeedUnit unit) {
@@ -41,10 +43,13 @@ double SecondsOfEpoch(double number) {
     return number;
 }
 
+/// What is kept of the name of a node.
+constexpr std::size_t LongestName = 256;
+
 class CsvRows {
 public:
-    CsvRows(const Clock& clock, const std::string& path, const CsvMapping& mapping)
-        : times_(clock, mapping.Zone), path_(path), mapping_(mapping) {
+    CsvRows(const Clock& clock, const std::string& path, const CsvMapping& mapping, TrackOrder& order)
+        : times_(clock, mapping.Zone), path_(path), mapping_(mapping), order_(order) {
         at_.fill(None);
         for (std::size_t i = 0; i < mapping.Columns.size(); ++i) at_[static_cast<std::size_t>(mapping.Columns[i])] = i;
     }
@@ -57,7 +62,8 @@ public:
         const char* fault = ReadTime(number);
         if (fault == nullptr) fault = ReadPosition();
         if (fault != nullptr) return fault;
-        Point.Speed = TrackSpeed(Number(CsvColumn::Speed), MphOf(mapping_.SpeedUnit));
+        ReadSpeed();
+        if (!Point.Position && Point.Time && !Point.Speed && !Cell(CsvColumn::Speed).empty()) return WrongSpeed;
         if (!Point.Position && (!Point.Time || !Point.Speed)) return EmptyRow;
         Point.Course = TrackCourse(Number(CsvColumn::Course));
         Point.HDOP = Number(CsvColumn::HDOP);
@@ -86,18 +92,26 @@ private:
 
     /// A coordinate; one with the letter of the negative side in a column of its own is negative.
     std::optional<double> Signed(CsvColumn column, CsvColumn side, char negative) const {
-        const auto number = Number(column);
+        const auto number = DegreesOfCell(Cell(column), mapping_.HasDecimalComma);
         const std::string_view letter = Cell(side);
         const bool isNegative = !letter.empty() && (letter[0] & ~0x20) == negative;
         return number && isNegative ? std::optional(-std::fabs(*number)) : number;
     }
 
+    void ReadSpeed() {
+        const auto speed = SpeedOfCell(Cell(CsvColumn::Speed), mapping_.HasDecimalComma);
+        if (speed) Point.Speed = TrackSpeed(speed->Number, MphOf(speed->Unit.value_or(mapping_.SpeedUnit)));
+    }
+
     const char* ReadPosition() {
         const std::string_view latitude = Cell(CsvColumn::Latitude);
         const std::string_view longitude = Cell(CsvColumn::Longitude);
-        if (latitude.empty() && longitude.empty()) return nullptr;
-        Point.Position = PositionOf(Signed(CsvColumn::Latitude, CsvColumn::NorthSouth, 'S'),
-                                    Signed(CsvColumn::Longitude, CsvColumn::EastWest, 'W'));
+        const std::string_view both = Cell(CsvColumn::Position);
+        if (latitude.empty() && longitude.empty() && both.empty()) return nullptr;
+        const bool isOne = latitude.empty() && longitude.empty();
+        Point.Position = isOne ? PositionOfCell(both, mapping_.HasDecimalComma)
+                               : PositionOf(Signed(CsvColumn::Latitude, CsvColumn::NorthSouth, 'S'),
+                                            Signed(CsvColumn::Longitude, CsvColumn::EastWest, 'W'));
         IsVoid = Point.Position == TrackPosition{};
         return Point.Position ? nullptr : WrongPosition;
     }
@@ -179,18 +193,21 @@ private:
                                                                 : 1;
     }
 
-    /// A number, and 1 for any other text.
+    /// A number, or the name of one.
     void ReadNode() {
         const std::string_view node = Cell(CsvColumn::Node);
         if (node.empty()) return;
         const auto number = NumberOfCell(node, mapping_.HasDecimalComma);
-        const bool isKept = !number || (*number > 0 && *number <= std::numeric_limits<std::int16_t>::max());
-        if (isKept) Point.Node = number ? Round16(*number) : std::int16_t{1};
+        if (!number)
+            Point.Node = order_.NodeOf(TextOfCell(node.substr(0, LongestName)));
+        else if (*number > 0 && *number <= std::numeric_limits<std::int16_t>::max())
+            Point.Node = order_.NodeOf(node, Round16(*number));
     }
 
     TrackTimes times_;
     const std::string& path_;
     const CsvMapping& mapping_;
+    TrackOrder& order_;
     std::array<std::size_t, CsvColumnKinds> at_{};  ///< by kind
     std::vector<std::string_view> cells_;
     std::string unquoted_;
@@ -200,7 +217,8 @@ private:
 };
 
 void RefuseWithoutColumns(const std::string& path, const CsvMapping& mapping) {
-    const bool hasPosition = mapping.Has(CsvColumn::Latitude) && mapping.Has(CsvColumn::Longitude);
+    const bool hasPosition =
+        (mapping.Has(CsvColumn::Latitude) && mapping.Has(CsvColumn::Longitude)) || mapping.Has(CsvColumn::Position);
     const bool hasTime = mapping.Has(CsvColumn::Time) || mapping.Has(CsvColumn::Date);
     if (hasPosition || (hasTime && mapping.Has(CsvColumn::Speed))) return;
     throw RunTimeError(ErrorNumber::TypeMismatch,
@@ -216,7 +234,7 @@ TrackSummary ReadCsv(const FileSystem& files, const Clock& clock, const std::str
     RefuseWithoutColumns(path, mapping);
     TrackSummary summary;
     TrackOrder order(sink, summary);
-    CsvRows rows(clock, path, mapping);
+    CsvRows rows(clock, path, mapping, order);
     TrackLines lines(files.Open(path), progress);
     std::string head;
     std::string segment;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 #include "tracks/TrackTexts.h"
 
@@ -36,34 +37,55 @@ struct Scanner {
     const char* End;
     std::size_t LineEnds = 0;  ///< passed over
 
-    bool Pass(std::string_view literal) {
-        if (static_cast<std::size_t>(End - At) < literal.size() || std::string_view(At, literal.size()) != literal)
-            return false;
-        At += literal.size();
+    bool Pass(char character) {
+        if (At == End || *At != character) return false;
+        ++At;
+        return true;
+    }
+    /// Of a length that the compiler knows, so that no function is called.
+    template <std::size_t Size>
+    bool Pass(const char (&literal)[Size]) {
+        constexpr std::size_t Length = Size - 1;
+        if (static_cast<std::size_t>(End - At) < Length || std::memcmp(At, literal, Length) != 0) return false;
+        At += Length;
         return true;
     }
     template <std::uint8_t Kind>
     std::string_view While() {
-        const char* const start = At;
-        for (; At != End && Is(Kind, *At); ++At)
-            if constexpr ((Kind & (Blank | PlainText)) != 0) LineEnds += *At == '\n' ? 1 : 0;
-        return {start, static_cast<std::size_t>(At - start)};
+        const char* next = At;
+        std::size_t lineEnds = 0;
+        for (; next != End && Is(Kind, *next); ++next)
+            if constexpr ((Kind & (Blank | PlainText)) != 0) lineEnds += *next == '\n' ? 1 : 0;
+        LineEnds += lineEnds;
+        const std::string_view passed(At, static_cast<std::size_t>(next - At));
+        At = next;
+        return passed;
     }
 };
 
 /// The one coordinate and the other.
 bool ReadCoordinates(Scanner& scanner, GpxPoint& point) {
-    std::string_view before;
-    for (int count = 0; count < 2; ++count) {
+    bool hasLatitude = false;
+    bool hasLongitude = false;
+    while (!hasLatitude || !hasLongitude) {
         if (scanner.While<Blank>().empty()) return false;
-        const std::string_view name = scanner.While<NameLetter>();
-        if ((name != "lat" && name != "lon") || name == before || !scanner.Pass("=\"")) return false;
-        point.SetAttribute(name, scanner.While<NumberPart>());
-        if (!scanner.Pass("\"")) return false;
-        before = name;
+        const bool isLatitude = !hasLatitude && scanner.Pass("lat=\"");
+        if (!isLatitude && (hasLongitude || !scanner.Pass("lon=\""))) return false;
+        const char* end = scanner.At;
+        auto number = TakeShortNumber(end, scanner.End);
+        if (end != scanner.End && *end == '"')
+            scanner.At = end;
+        else
+            number = TrackNumber(scanner.While<NumberPart>());
+        if (!scanner.Pass('"')) return false;
+        if (isLatitude)
+            point.SetLatitude(number);
+        else
+            point.SetLongitude(number);
+        (isLatitude ? hasLatitude : hasLongitude) = true;
     }
     scanner.While<Blank>();
-    return scanner.Pass(">");
+    return scanner.Pass('>');
 }
 
 std::string_view WithoutBlanks(std::string_view text) {
@@ -73,11 +95,6 @@ std::string_view WithoutBlanks(std::string_view text) {
 }
 
 }  // namespace
-
-std::string_view LocalName(std::string_view name) {
-    const std::size_t prefix = name.rfind(':');
-    return prefix == std::string_view::npos ? name : name.substr(prefix + 1);
-}
 
 void GpxPoint::Clear() {
     // Field by field, which takes a fraction of the time of a new point.
@@ -94,8 +111,8 @@ void GpxPoint::Clear() {
 }
 
 void GpxPoint::SetAttribute(std::string_view name, std::string_view text) {
-    if (name == "lat") latitude_ = TrackNumber(text);
-    if (name == "lon") longitude_ = TrackNumber(text);
+    if (name == "lat") SetLatitude(TrackNumber(text));
+    if (name == "lon") SetLongitude(TrackNumber(text));
 }
 
 void GpxPoint::SetElement(std::string_view localName, std::string_view told) {
@@ -114,8 +131,9 @@ void GpxPoint::SetElement(std::string_view localName, std::string_view told) {
     } else if (localName == "sat") {
         if (const int satellites = DigitsOf(text); satellites >= 0) point_.Satellites = satellites;
     } else if (localName == "node") {
-        // Of this program's own files: the name of a node.
+        // Of this program's own files.
         point_.Node = 1;
+        nodeName_ = text;
     } else if (localName == "fix") {
         isVoid_ = text == "none";
         if (!isVoid_) point_.FixQuality = text == "dgps" ? 2 : text == "pps" ? 3 : 1;
@@ -135,11 +153,11 @@ PlainPoint ReadPlainPoint(std::string_view text, GpxPoint& point) {
     std::size_t depth = 0;
     for (std::string_view content;;) {
         content = scanner.While<PlainText>();
-        if (!scanner.Pass("<")) return {};
-        if (!scanner.Pass("/")) {
+        if (!scanner.Pass('<')) return {};
+        if (!scanner.Pass('/')) {
             const std::string_view name = scanner.While<NameLetter>();
             if (depth == open.size() || name.empty() || Is(NumberPart, name[0]) || name == "trkpt" ||
-                !scanner.Pass(">"))
+                !scanner.Pass('>'))
                 return {};
             open[depth++] = name;
             continue;
@@ -149,7 +167,9 @@ PlainPoint ReadPlainPoint(std::string_view text, GpxPoint& point) {
             return {static_cast<std::size_t>(scanner.At - text.data()), scanner.LineEnds};
         }
         const std::string_view name = open[--depth];
-        if (!scanner.Pass(name) || !scanner.Pass(">")) return {};
+        for (const char letter : name)
+            if (!scanner.Pass(letter)) return {};
+        if (!scanner.Pass('>')) return {};
         point.SetElement(LocalName(name), content);
     }
 }

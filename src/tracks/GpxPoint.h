@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "tracks/TrackPoint.h"
@@ -12,7 +13,10 @@ namespace vantor {
 inline constexpr std::size_t LongestText = 256;
 
 /// A name without its prefix: "gpxtpx:speed" is "speed".
-std::string_view LocalName(std::string_view name);
+inline std::string_view LocalName(std::string_view name) {
+    const std::size_t prefix = name.rfind(':');
+    return prefix == std::string_view::npos ? name : name.substr(prefix + 1);
+}
 
 /// A track point of GPX as its attributes and the elements in it come.
 class GpxPoint {
@@ -20,16 +24,21 @@ public:
     /// Nothing is told yet.
     void Clear();
     void SetAttribute(std::string_view name, std::string_view text);
+    void SetLatitude(std::optional<double> degrees) { latitude_ = degrees; }
+    void SetLongitude(std::optional<double> degrees) { longitude_ = degrees; }
     void SetElement(std::string_view localName, std::string_view told);
 
     /// The point; without a position where that is missing or impossible.
     TrackPoint& Point();
+    /// The name of its node, where it has one.
+    const std::string& NodeName() const { return nodeName_; }
     bool IsVoid() const { return isVoid_; }
 
 private:
     TrackPoint point_;
     std::optional<double> latitude_;
     std::optional<double> longitude_;
+    std::string nodeName_;
     bool isVoid_ = false;
 };
 

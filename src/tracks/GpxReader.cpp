@@ -187,6 +187,7 @@ void GpxParser::End(std::string_view fullName) {
 void GpxParser::EndOfPoint() {
     TrackPoint& point = point_.Point();
     point.Name = trackName_;
+    if (point.Node != 0) point.Node = order_.NodeOf(point_.NodeName());
     if (!point.Position)
         order_.AddBroken(Line(), WrongPosition);
     else if (point_.IsVoid())

@@ -8,6 +8,7 @@
 #include "tracks/TrackLines.h"
 #include "tracks/TrackOrder.h"
 #include "tracks/TrackTexts.h"
+#include "tracks/Utf16File.h"
 
 namespace vantor {
 namespace {
@@ -224,7 +225,9 @@ private:
 
 }  // namespace
 
-bool LooksLikeNmea(std::string_view head, std::string_view) {
+bool LooksLikeNmea(std::string_view start, std::string_view) {
+    const std::string text = Utf8Head(start);
+    std::string_view head = text;
     while (!head.empty()) {
         const std::size_t end = head.find('\n');
         const Sentence sentence = SentenceIn(head.substr(0, end));

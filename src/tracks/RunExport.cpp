@@ -83,24 +83,53 @@ Json Feature(Json geometry, Json properties) {
     return {{"type", "Feature"}, {"geometry", std::move(geometry)}, {"properties", std::move(properties)}};
 }
 
+/// Of a line that crosses the date line, its parts on either side: both come to it at the same latitude.
+class LineParts {
+public:
+    void Add(const Position& at) {
+        const double east = last_ ? at.Longitude - last_->Longitude : 0;
+        if (std::fabs(east) > 180) Cross(*last_, at);
+        lines_.back().push_back(PlaceJson(at));
+        last_ = at;
+    }
+    Json Geometry() const {
+        return lines_.size() == 1 ? Json{{"type", "LineString"}, {"coordinates", lines_.front()}}
+                                  : Json{{"type", "MultiLineString"}, {"coordinates", lines_}};
+    }
+
+private:
+    void Cross(const Position& from, const Position& to) {
+        const double side = from.Longitude > 0 ? 180 : -180;
+        const double before = side - from.Longitude;
+        const double behind = to.Longitude + side;
+        const double way = before + behind;
+        const double latitude = way == 0 ? to.Latitude : from.Latitude + (to.Latitude - from.Latitude) * before / way;
+        if (before != 0) lines_.back().push_back(PlaceJson({latitude, side}));
+        lines_.push_back(Json::array());
+        if (behind != 0) lines_.back().push_back(PlaceJson({latitude, -side}));
+    }
+
+    std::vector<Json> lines_ = {Json::array()};
+    std::optional<Position> last_;
+};
+
 Json LineFeature(const ExportedRun& run, const Moments& moments) {
-    Json places = Json::array();
+    LineParts places;
     Json times = Json::array();
     Json speeds = Json::array();
     Json distances = Json::array();
     for (std::size_t i = 0; i < run.Seconds.size(); ++i) {
         const ExportedSecond& second = run.Seconds[i];
         if (!second.At) continue;
-        places.push_back(PlaceJson(*second.At));
+        places.Add(*second.At);
         times.push_back(moments[i]);
         speeds.push_back(std::floor(static_cast<double>(second.Speed) * 1000 + 0.5) / 1000);
         distances.push_back(second.Feet);
     }
-    return Feature({{"type", "LineString"}, {"coordinates", std::move(places)}},
-                   {{"run", run.Name},
-                    {"times", std::move(times)},
-                    {"speedMph", std::move(speeds)},
-                    {"distanceFt", std::move(distances)}});
+    return Feature(places.Geometry(), {{"run", run.Name},
+                                       {"times", std::move(times)},
+                                       {"speedMph", std::move(speeds)},
+                                       {"distanceFt", std::move(distances)}});
 }
 
 SheetField Number(double value, int decimals) { return {FixedDecimals(value, decimals), true}; }

@@ -5,6 +5,8 @@
 #include <span>
 #include <utility>
 
+#include "tracks/Utf16File.h"
+
 namespace vantor {
 namespace {
 
@@ -17,6 +19,12 @@ TrackLines::TrackLines(std::unique_ptr<InputFile> file, const Progress& progress
       progress_(progress),
       buffer_(std::min<std::uint64_t>(PieceSize, file_->Size()) + LongestLine + 1) {
     Fill();
+    if (const std::string_view head(buffer_.data(), end_); IsUtf16(head)) {
+        file_ = FromUtf16(std::move(file_), head);
+        end_ = 0;
+        isLast_ = false;
+        Fill();
+    }
     const auto begin = buffer_.begin();
     const auto end = begin + static_cast<std::ptrdiff_t>(end_);
     if (std::find(begin, end, '\n') == end && std::find(begin, end, '\r') != end) lineEnd_ = '\r';

@@ -12,7 +12,7 @@
 namespace vantor {
 
 /// The lines of a text through one buffer, whatever the file's length. Lines end with LF, CR LF or, where the first
-/// piece of the file has no LF, CR; the last one may lack its end.
+/// piece of the file has no LF, CR; the last one may lack its end. UTF-16 becomes UTF-8.
 class TrackLines {
 public:
     /// Of a longer line the rest is passed over.

@@ -1,5 +1,6 @@
 #include "tracks/TrackOrder.h"
 
+#include <limits>
 #include <utility>
 
 #include "tracks/TrackTexts.h"
@@ -42,8 +43,7 @@ bool TrackOrder::AddBackward(const TrackPoint& point) {
     return true;
 }
 
-bool TrackOrder::Add(const TrackPoint& told) {
-    TrackPoint point = told;
+bool TrackOrder::Add(TrackPoint& point) {
     if (point.Time && !IsTrackTime(*point.Time)) point.Time.reset();
     if (point.Time && latest_) {
         if (*point.Time < *latest_) return AddBackward(point);
@@ -54,6 +54,22 @@ bool TrackOrder::Add(const TrackPoint& told) {
     }
     backward_.clear();
     return Give(point);
+}
+
+std::int16_t TrackOrder::NodeOf(std::string_view name, std::optional<std::int16_t> number) {
+    if (const auto known = nodes_.find(name); known != nodes_.end()) return known->second;
+    if (number && !summary_.Nodes.contains(*number)) {
+        numbers_.insert(*number);
+        return *number;
+    }
+    constexpr std::int16_t Last = std::numeric_limits<std::int16_t>::max();
+    if (nodes_.size() == MostTrackNames) return Last;
+    std::int16_t free = 1;
+    while (free < Last && (numbers_.contains(free) || summary_.Nodes.contains(free))) ++free;
+    if (free == Last) return Last;
+    nodes_.emplace(name, free);
+    summary_.Nodes.emplace(free, name);
+    return free;
 }
 
 void TrackOrder::AddBroken(std::uint64_t line, std::string_view reason) {

@@ -1,5 +1,10 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,8 +22,11 @@ public:
 
     /// The next point begins a new segment.
     void BeginSegment();
-    /// False when nothing more is wanted. Its segment is set here. A point of an impossible time has none.
-    bool Add(const TrackPoint& told);
+    /// False when nothing more is wanted. Its segment is set here; an impossible time is taken off it.
+    bool Add(TrackPoint& point);
+    /// The number of a node by its name: its own where it is a number and free, else the first free one. Every name has
+    /// one number, and the summary has the name.
+    std::int16_t NodeOf(std::string_view name, std::optional<std::int16_t> number = std::nullopt);
     /// Notes a line that could not be read.
     void AddBroken(std::uint64_t line, std::string_view reason);
 
@@ -31,6 +39,8 @@ private:
     bool isNew_ = true;
     std::optional<double> latest_;
     std::vector<TrackPoint> backward_;
+    std::map<std::string, std::int16_t, std::less<>> nodes_;  ///< by name
+    std::set<std::int16_t> numbers_;                          ///< of nodes that have no other name
 };
 
 /// A new track; its name is kept.

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,7 +23,7 @@ struct TrackPoint {
     std::optional<int> FixQuality;  ///< 1 GPS, 2 differential, 3 PPS, further ones as NMEA numbers them
     std::optional<int> Satellites;  ///< in use
     std::optional<double> HDOP;
-    std::int16_t Node = 0;       ///< the number of a node or mark; 0 for none
+    std::int16_t Node = 0;       ///< the number of a node or mark, which may have a name; 0 for none
     std::int32_t Segment = 0;    ///< from 0; every track and every segment of one has the next number
     std::string_view Name = {};  ///< of the track; holds for the call of the sink
 };
@@ -35,6 +36,9 @@ struct TrackWaypoint {
     std::string Name;
     TrackPosition Position;
 };
+
+/// Names of nodes by their numbers.
+using NodeNames = std::map<std::int16_t, std::string>;
 
 /// Names and places that a summary keeps at most; all are counted.
 inline constexpr std::size_t MostTrackNames = 1000;
@@ -53,6 +57,7 @@ struct TrackSummary {
     std::int32_t Segments = 0;
     std::uint64_t TrackCount = 0;
     std::vector<std::string> Names;  ///< of the tracks, in order
+    NodeNames Nodes;                 ///< those of names
     std::uint64_t RoutePoints = 0;   ///< passed over
     std::uint64_t WaypointCount = 0;
     std::vector<TrackWaypoint> Waypoints;

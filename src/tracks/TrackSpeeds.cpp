@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "tracks/TrackSmoothing.h"
 #include "tracks/TrackTexts.h"
 
 namespace vantor {
@@ -177,6 +178,19 @@ std::vector<double> StepsOf(std::span<const Place> places, const std::vector<Sta
     return steps;
 }
 
+/// Stretches of a place a second, between standing or gaps.
+void SmoothStretches(std::span<const Place> places, std::span<double> steps) {
+    const auto follows = [&](std::size_t i) { return places[i].Time - places[i - 1].Time == 1; };
+    for (std::size_t first = 1; first < places.size();) {
+        std::size_t end = first;
+        while (end < places.size() && follows(end) && steps[end] > 0) ++end;
+        const bool standsBefore = first > 1 && follows(first - 1) && steps[first - 1] == 0;
+        const bool standsBehind = end < places.size() && follows(end);
+        if (end > first) SmoothSteps(steps.subspan(first, end - first), {standsBefore, standsBehind});
+        first = std::max(end, first + 1);
+    }
+}
+
 /// The places of the segment that begins at `first`, which moves behind it.
 std::vector<Place> PlacesOf(std::span<const TrackPoint> points, std::size_t& first) {
     std::vector<Place> places;
@@ -234,7 +248,8 @@ FilledSpeeds FillSpeeds(std::span<TrackPoint> points) {
     FilledSpeeds filled;
     for (std::size_t next = 0; next < points.size();) {
         const std::vector<Place> places = PlacesOf(points, next);
-        const std::vector<double> steps = StepsOf(places, FindStanding(places));
+        std::vector<double> steps = StepsOf(places, FindStanding(places));
+        SmoothStretches(places, steps);
         for (std::size_t i = 0; i < places.size() && places.size() > 1; ++i) {
             TrackPoint& point = points[places[i].Index];
             if (point.Speed) continue;

@@ -37,7 +37,8 @@ struct FilledSpeeds {
 
 /// Gives points without a speed one from their positions, segment by segment: the distance from the point before over
 /// the time since. A receiver that stands still wanders: where the positions of 4 s and more lie around one place
-/// (see docs/methods.md), the vehicle stood there and its speed is 0.
+/// (see docs/methods.md), the vehicle stood there and its speed is 0. Where positions of a point a second have jitter,
+/// the speeds between standing are smoothed, their sum and all standing stay.
 FilledSpeeds FillSpeeds(std::span<TrackPoint> points);
 
 }  // namespace vantor

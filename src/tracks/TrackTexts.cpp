@@ -46,28 +46,6 @@ double TakeSeconds(std::string_view& text) {
     return seconds;
 }
 
-/// A number of up to 15 digits. These and the power of ten are exact, so their quotient is rounded once, as it has to
-/// be.
-std::optional<double> ShortNumber(std::string_view text) {
-    constexpr std::array Powers = {1.0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    if (text.size() > Powers.size()) return std::nullopt;
-    std::int64_t digits = 0;
-    std::size_t point = text.size();
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const int digit = text[i] - '0';
-        if (digit >= 0 && digit <= 9)
-            digits = 10 * digits + digit;
-        else if (text[i] == '.' && point == text.size())
-            point = i;
-        else
-            return std::nullopt;
-    }
-    const std::size_t decimals = point == text.size() ? 0 : text.size() - point - 1;
-    if (text == ".") return std::nullopt;
-    return static_cast<double>(digits) / Powers[decimals];
-}
-
 }  // namespace
 
 std::optional<std::int64_t> DaysSince1970(int year, int month, int day) {
@@ -75,6 +53,35 @@ std::optional<std::int64_t> DaysSince1970(int year, int month, int day) {
                                             std::chrono::day{static_cast<unsigned>(day)}};
     if (year < 0 || month < 1 || month > 12 || day < 1 || day > 31 || !civil.ok()) return std::nullopt;
     return std::chrono::sys_days{civil}.time_since_epoch().count();
+}
+
+std::optional<double> TakeShortNumber(const char*& at, const char* end) {
+    constexpr std::array Powers = {1.0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const char* next = at;
+    const bool isNegative = next != end && *next == '-';
+    if (isNegative) ++next;
+    const char* const start = next;
+    std::uint64_t digits = 0;
+    const auto take = [&] {
+        for (; next != end && static_cast<unsigned char>(*next - '0') <= 9; ++next)
+            digits = 10 * digits + static_cast<unsigned char>(*next - '0');
+    };
+    take();
+    std::ptrdiff_t decimals = 0;
+    const bool hasPoint = next != end && *next == '.';
+    if (hasPoint) {
+        const char* const point = ++next;
+        take();
+        decimals = next - point;
+    }
+    // These and the power of ten are exact, so their quotient is rounded once, as it has to be.
+    const std::ptrdiff_t count = next - start - (hasPoint ? 1 : 0);
+    if (count == 0 || count > static_cast<std::ptrdiff_t>(Powers.size()) - 1) return std::nullopt;
+    at = next;
+    const double number =
+        static_cast<double>(static_cast<std::int64_t>(digits)) / Powers[static_cast<std::size_t>(decimals)];
+    return isNegative ? -number : number;
 }
 
 std::optional<double> TrackNumber(std::string_view text) {
@@ -85,7 +92,10 @@ std::optional<double> TrackNumber(std::string_view text) {
     if (isNegative || digits[0] == '+') digits.remove_prefix(1);
     // from_chars alone would also read a second sign, "inf" and "nan".
     if (digits.empty() || (!IsDigit(digits[0]) && digits[0] != '.')) return std::nullopt;
-    if (const auto number = ShortNumber(digits)) return isNegative ? -*number : *number;
+    const char* at = digits.data();
+    if (const auto number = TakeShortNumber(at, digits.data() + digits.size());
+        number && at == digits.data() + digits.size())
+        return isNegative ? -*number : *number;
     double number = 0;
     const auto [end, error] =
         std::from_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed);

@@ -30,6 +30,8 @@ std::optional<double> TrackNumber(std::string_view text);
 /// A number with a decimal point or, where `decimalComma`, a comma; "4230.5N" and "W 83.5" have the sign of their
 /// letter. Nothing for any other text.
 std::optional<double> NumberOfCell(std::string_view cell, bool decimalComma);
+/// The decimal number of up to 15 digits at `at`, which goes behind it; nothing where there is none or a longer one.
+std::optional<double> TakeShortNumber(const char*& at, const char* end);
 /// The whole number that a text of at most nine digits is; -1 for any other text.
 inline int DigitsOf(std::string_view text) {
     int number = text.empty() || text.size() > 9 ? -1 : 0;

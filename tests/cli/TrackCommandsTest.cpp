@@ -4,6 +4,7 @@
 
 #include "cli/CommandRunner.h"
 #include "core/RunFile.h"
+#include "core/Text.h"
 #include "gpsobd/TrackChoices.h"
 
 namespace vantor {
@@ -142,6 +143,8 @@ RunRecord DrivenRun() {
 
 TEST_F(TrackCommandsTest, WhatWasExportedReadsAsTheSameRun) {
     RunRecord run = DrivenRun();
+    run.Header.SectionName[2] = "3\xC2\xB2, \"N\" & <S>";
+    run.Header.SectionName[3] = run.Header.SectionName[5] = "Main St";
     Files.CreateFolder("/g");
     PutRunFile(Files, run, "/g/", "Drive");
     for (const std::string form : {"gpx", "csv"}) {
@@ -153,6 +156,8 @@ TEST_F(TrackCommandsTest, WhatWasExportedReadsAsTheSameRun) {
         const RunReading again = ReadRun(Files, "/runs/", names[0], RunPart::Whole);
         EXPECT_EQ(IsoDateTime({again.Run.Header.RunDate.Days + again.Run.Header.RunTime.Days}), "2021-10-31T02:30:17");
         ASSERT_EQ(again.Run.Header.SampleCount, run.Header.SampleCount);
+        for (int node = 0; node < 10; ++node)
+            EXPECT_EQ(Trim(again.Run.Header.SectionName[node]), run.Header.SectionName[node]) << form << node;
         for (int i = 1; i <= run.Header.SampleCount; ++i) {
             EXPECT_EQ(HasNode(again.Run.SampleValues[i]), HasNode(run.SampleValues[i])) << form << i;
             EXPECT_NEAR(PulsesOf(again.Run.SampleValues[i]), PulsesOf(run.SampleValues[i]), 1) << form << i;

@@ -69,6 +69,23 @@ TEST_F(RunExportTest, GeoJsonHasALineAndItsNodes) {
                              R"({"node":"Node 1","run":"A & B","time":"2021-03-28T07:00:00Z"},"type":"Feature"})");
 }
 
+TEST_F(RunExportTest, GeoJsonDividesALineAtTheDateLine) {
+    const auto line = [&](double first, double second, double third) {
+        const double longitudes[] = {first, second, third};
+        for (int i = 1; i <= 3; ++i) Of.RunSamples[i].Longitude = longitudes[i - 1];
+        for (int i = 1; i <= 3; ++i) Of.RunSamples[i].Latitude = i;
+        const auto geometry = nlohmann::json::parse(As(ExportForm::GeoJson, "West"))["features"][0]["geometry"];
+        return geometry["type"].get<std::string>() + geometry["coordinates"].dump();
+    };
+    EXPECT_EQ(line(179, 179.75, -179.75),
+              "MultiLineString[[[179.0,1.0],[179.75,2.0],[180.0,2.5]],[[-180.0,2.5],[-179.75,3.0]]]");
+    EXPECT_EQ(line(-179.25, 179.75, -179.5),
+              "MultiLineString[[[-179.25,1.0],[-180.0,1.75]],[[180.0,1.75],[179.75,2.0],"
+              "[180.0,2.3333333333333335]],[[-180.0,2.3333333333333335],[-179.5,3.0]]]");
+    EXPECT_EQ(line(179, 180, -179), "MultiLineString[[[179.0,1.0],[180.0,2.0]],[[-180.0,2.0],[-179.0,3.0]]]");
+    EXPECT_EQ(line(-2, 0.5, 90), "LineString[[-2.0,1.0],[0.5,2.0],[90.0,3.0]]");
+}
+
 TEST_F(RunExportTest, CsvHasEverySecondInTheUnitsOfTheSettings) {
     Of.RunSamples[1] = {};
     Of.Header.SectionName[1] = "1st, \"N\"";

@@ -177,12 +177,47 @@ TEST_F(CsvReaderTest, HeadsAndFormsOfLoggers) {
               at + " v=22.3694"},
              {"timestampMs lat lng speed_mps\n1772625600000  42.5 -83.25 10", at + " v=22.3694"},
              {"Date;Time;lat;long;kmh\n4-Mar-26;12:00:00 PM;42.5;-83.25;50", at + " v=31.0686"},
-             {"epoch,vehicle speed (mph),engine speed\n1772625600,25,2000", "0:1772625600 v=25.0000"}}) {
+             {"time;Position;speed\n2026-03-04 12:00:00;N42 30.000 W83 15,000;36,0 km/h\n", at + " v=22.3694"},
+             {"time,lat,lon,speed\n2026-03-04 12:00:00,42\xC2\xB0"
+              "29'60.0\"N,83:15 W,10 m/s\n",
+              at + " v=22.3694"},
+             {"time;lat;lon;speed\n2026-03-04 12:00:00;42\xB0"
+              "30';-83 15;25 mph\n",
+              at + " v=25.0000"},
+             {"epoch,lat,lon,speed,coordinates\n1772625600,42.5,-83.25,10 kn,x\n", at + " v=11.5078"},
+             {"epoch,vehicle speed (mph),engine speed,throttle position\n1772625600,25,2000,12",
+              "0:1772625600 v=25.0000"}}) {
         EXPECT_EQ(Outcome("Trip.csv", text), "1 points") << text;
         EXPECT_THAT(Points, ElementsAre(told)) << text;
         EXPECT_TRUE(LooksLikeCsv(text, "")) << text;
     }
     EXPECT_FALSE(LooksLikeCsv("Name,Phone\nAnn,1\n", "Trip.csv"));
+}
+
+TEST_F(CsvReaderTest, Utf16) {
+    const std::u16string text = u"time,lat,lon,mph,node\n2026-03-04 12:00:00,42.5,-83.25,25,\xC9\xD83D\xDE97\xD83D\n";
+    for (const bool isBig : {false, true})
+        for (const bool hasMark : {false, true}) {
+            std::string bytes;
+            for (const char16_t unit : (hasMark ? u"\xFEFF" : u"") + text)
+                for (const int shift : {isBig ? 8 : 0, isBig ? 0 : 8}) bytes += static_cast<char>(unit >> shift & 0xFF);
+            const TrackSummary read = Read("Trip.csv", bytes);
+            EXPECT_THAT(Points, ElementsAre("0:1772625600 42.500000 -83.250000 v=25.0000 n=1"));
+            EXPECT_EQ(read.Nodes, (NodeNames{{1, "\u00C9\U0001F697\uFFFD"}}));
+            EXPECT_TRUE(LooksLikeCsv(bytes, ""));
+        }
+}
+
+TEST_F(CsvReaderTest, NodesOfANameHaveOneNumberAndNumbersTheirOwnWhereItIsFree) {
+    std::string text = "epoch,mph,node\n";
+    int second = 1772625600;
+    for (const char* node : {"3", "Main", "1", "Main", "Elm", "2", "3", ""})
+        text += std::to_string(second++) + ",9," + node + "\n";
+    const TrackSummary read = Read("Trip.csv", text);
+    std::string nodes;
+    for (const std::string& point : Points) nodes += point.substr(point.find("9.0000") + 6);
+    EXPECT_EQ(nodes, " n=3 n=1 n=2 n=1 n=4 n=5 n=3");
+    EXPECT_EQ(read.Nodes, (NodeNames{{1, "Main"}, {2, "1"}, {4, "Elm"}, {5, "2"}}));
 }
 
 TEST_F(CsvReaderTest, WhatTheDataLeavesOpenIsAsked) {
@@ -231,10 +266,15 @@ TEST_F(CsvReaderTest, BrokenRows) {
     for (const auto& [text, outcome] : std::vector<std::pair<std::string, std::string>>{
              {head + "2026-03-04T12:00:00Z,91,0\n2026-03-04T12:00:01Z,nan,0\n2026-03-04T12:00:02Z,1\n2026-03-04T12:00:"
                      "03Z,1,1",
-              "1 points, 3 broken from line 2: The position of the row is impossible."},
+              "1 points, 3 broken from line 2: The position of the row is impossible or cannot be read."},
              {head + "2026-02-30T12:00:00Z,1,1\nyesterday,1,1\n2026-03-04 12:00:00,1,1\n12:01,1,1\n",
               "1 points, 3 broken from line 2: The date or the time of the row cannot be read."},
              {head + ",,\n;\n", "0 points, 2 broken from line 2: The row has no position, and no time with a speed."},
+             {"time,speed\n2026-03-04T12:00:00Z,5 furlongs\n2026-03-04T12:00:01Z,5 mph",
+              "1 points, 1 broken from line 2: The speed of the row cannot be read, and it has no position."},
+             {"time,position\n2026-03-04T12:00:00Z,42 61 N 83 W\n2026-03-04T12:00:00Z,42.5\n2026-03-04T12:00:00Z,"
+              "42.5 30 N 83 W\n2026-03-04T12:00:00Z,\"42.5, -83.25\"\n",
+              "1 points, 3 broken from line 2: The position of the row is impossible or cannot be read."},
              {head + "2026-03-04T12:00:00Z,0,0,a\n9999-03-04T12:00:00Z,1,1,a\n", "1 points, 1 untimed, 1 void"},
              {head + "2026-03-04T12:00:05Z,1,1,a\n" + head + "2026-03-04T12:00:00Z,1,1,a\n2026-03-04T11:00:00Z,1,1,b",
               "3 points"},

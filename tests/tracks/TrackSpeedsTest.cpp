@@ -71,6 +71,24 @@ TEST(TrackSpeedsTest, StandingAndLengthAgreeWithTheMotion) {
         }
 }
 
+TEST(TrackSpeedsTest, JitterIsSmoothedAndCleanSpeedsStay) {
+    const auto metresASecond = [](double noise) {
+        auto seconds = WholeSecondsOf(Drive(1, noise, 42.3, -83.0));
+        FillSpeeds(seconds);
+        std::vector<double> speeds;
+        for (const TrackPoint& point : seconds) speeds.push_back(*point.Speed * 1609.344 / 3600);
+        return speeds;
+    };
+    const auto clean = metresASecond(0);
+    for (const auto& [second, speed] : {std::pair{64, 7.0}, {68, 15.0}, {69, 16.0}, {108, 16.0}, {109, 15.0}})
+        EXPECT_NEAR(clean[static_cast<std::size_t>(second)], speed, 1e-3) << second;
+    // Without smoothing the error is the noise of two positions, 1 m/s.
+    const auto noisy = metresASecond(1.2);
+    double squares = 0;
+    for (std::size_t i = 72; i < 106; ++i) squares += std::pow(noisy[i] - 16, 2);
+    EXPECT_LT(std::sqrt(squares / 34), 0.35);
+}
+
 TEST(TrackSpeedsTest, AReceiverThatWandersForLongStands) {
     std::vector<TrackPoint> points;
     points.reserve(1200);

@@ -30,9 +30,10 @@
 namespace vantor {
 namespace {
 
-constexpr std::array<const char*, CsvColumnKinds> KindNames = {"-",    "Latitude", "Longitude", "N or S", "E or W",
-                                                               "Time", "Date",     "Speed",     "Course", "Satellites",
-                                                               "HDOP", "Fix",      "Node",      "Segment"};
+constexpr std::array<const char*, CsvColumnKinds> KindNames = {
+    "-",    "Latitude", "Longitude", "N or S",  "E or W",
+    "Time", "Date",     "Speed",     "Course",  "Satellites",
+    "HDOP", "Fix",      "Node",      "Segment", "Latitude and longitude"};
 constexpr std::array UnitNames = {"m/s", "km/h", "mph", "knots"};
 constexpr std::array TimeNames = {"dates and times", "seconds since 1970", "seconds since the start",
                                   "milliseconds since the start"};
