@@ -73,7 +73,8 @@ CorridorResultsPage::CorridorResultsPage(CorridorDocument& document, QWidget* pa
         ShowCell();
         if (const NodeFigures* figures = Chosen()) document_.SelectNode(figures->Node);
     });
-    Connect(vaNodeRuns_, &QTableWidget::currentCellChanged, this, messages, [this](int row) {
+    Connect(vaNodeRuns_, &QTableWidget::currentCellChanged, this, messages, [this] {
+        const int row = vaNodeRuns_->currentRow();
         if (!isFilling_ && row >= 0 && row < static_cast<int>(rows_.size()))
             document_.SelectRun(rows_[static_cast<std::size_t>(row)]);
     });

@@ -4,8 +4,10 @@
 #include <QWidget>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "core/forms/Table.h"
+#include "corridor/CorridorNodes.h"
 #include "corridor/forms/CorridorDocument.h"
 
 class QMenu;

@@ -9,7 +9,6 @@
 
 #include "core/Counted.h"
 #include "core/Paths.h"
-#include "core/RunFile.h"
 #include "core/StudyGroupFolders.h"
 #include "core/Text.h"
 #include "core/UserChoices.h"
@@ -19,6 +18,7 @@
 #include "corridor/CorridorFile.h"
 #include "corridor/CorridorStudies.h"
 #include "corridor/forms/frmCorridorSettings.h"
+#include "corridor/forms/frmCorridorTracks.h"
 
 namespace vantor {
 namespace {
@@ -108,10 +108,12 @@ void frmCorridor::FillAddRuns(QMenu& menu) {
 }
 
 void frmCorridor::ImportTracks() {
-    const RunsForStudy imported = context_.OtherScreens.ShowImportTracks({});
-    std::vector<std::string> paths;
-    for (const std::string& name : imported.Names) paths.push_back(imported.Folder + name + RunExtension);
-    runs_->Take(paths);
+    // The runs are named after the corridor.
+    if (document_.Path().empty() && !document_.Save()) return;
+    const auto changed = ImportPasses(context_, document_.Of(), document_.Root(), this);
+    if (!changed) return;
+    const std::size_t count = changed->Runs.size() - document_.Of().Runs.size();
+    document_.Change(QStringLiteral("Add ") + ToQt(Counted(count, "run")), *changed);
 }
 
 void frmCorridor::MakeStudies() {
@@ -124,7 +126,7 @@ void frmCorridor::MakeStudies() {
     if (studies->empty())
         return context_.Messages.Tell(
             "No run that counts has a figure at a node, so there is nothing to make studies of.");
-    const std::string count = Counted(studies->size(), "study", "studies");
+    const std::string count = studies->size() == 1 ? "1 study" : std::to_string(studies->size()) + " studies";
     if (!context_.Messages.Confirm(count +
                                    " will be written, one for each node, direction, period and Study Group:\n\n" +
                                    InWords(*studies) + "\n\nDo you want to write them?"))

@@ -20,7 +20,7 @@ namespace vantor {
 namespace {
 
 constexpr int FastestMph = 200;
-constexpr int Gap = 12;
+constexpr int Space = 12;
 
 }  // namespace
 
@@ -80,9 +80,9 @@ QLayout* frmCorridor::BuildFileRow() {
     auto* row = new QHBoxLayout;
     row->addWidget(lblCorridor_, 1);
     for (QPushButton* button : {btnOpen_, make, btnSave_}) row->addWidget(button);
-    row->addSpacing(Gap);
+    row->addSpacing(Space);
     for (QToolButton* button : {undo, redo}) row->addWidget(button);
-    row->addSpacing(Gap);
+    row->addSpacing(Space);
     for (QPushButton* button : onNodes_) row->addWidget(button);
     return row;
 }
@@ -109,10 +109,10 @@ QLayout* frmCorridor::BuildFilterRow() {
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(cmbPeriod_, QStringLiteral("&Period")));
     row->addWidget(cmbPeriod_);
-    row->addSpacing(Gap);
+    row->addSpacing(Space);
     row->addWidget(LabelFor(cmbCondition_, QStringLiteral("&Condition")));
     row->addWidget(cmbCondition_);
-    row->addSpacing(Gap);
+    row->addSpacing(Space);
     row->addWidget(LabelFor(cmbWay_, QStringLiteral("&Way")));
     row->addWidget(cmbWay_);
     row->addStretch();

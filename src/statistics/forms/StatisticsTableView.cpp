@@ -32,7 +32,7 @@ StatisticsTableView::StatisticsTableView(QWidget* parent) : Table(parent) {
 
 void StatisticsTableView::Show(StatisticsTable table) {
     const int current = std::max(currentRow(), 0);
-    const int cell = selectionBehavior() == SelectItems ? std::max(currentColumn(), 0) : 0;
+    const int chosen = selectionBehavior() == SelectItems ? std::max(currentColumn(), 0) : 0;
     isFilling_ = true;
     shown_ = std::move(table);
     QStringList heads;
@@ -51,7 +51,7 @@ void StatisticsTableView::Show(StatisticsTable table) {
     ShowLooks();
     EndFilling();
     setSortingEnabled(false);
-    if (rowCount() > 0) setCurrentCell(std::min(current, rowCount() - 1), std::min(cell, columnCount() - 1));
+    if (rowCount() > 0) setCurrentCell(std::min(current, rowCount() - 1), std::min(chosen, columnCount() - 1));
     isFilling_ = false;
     TellOfRow();
 }
