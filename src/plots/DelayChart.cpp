@@ -18,8 +18,9 @@ constexpr int FirstAverage = 3;
 
 constexpr const char* DelayTitle = "Control Delay (s)";
 
-TextStyle TextOf(const DelayChartStyle& style) { return {style.TextSize, false, style.Inks.Text}; }
-TextStyle TitleOf(const DelayChartStyle& style) { return {style.TextSize * 1.25, true, style.Inks.Text}; }
+PlotLook LookOf(const DelayChartStyle& style) { return {style.Inks, style.TextSize, style.HasLegend}; }
+TextStyle TextOf(const DelayChartStyle& style) { return LookOf(style).Text(); }
+TextStyle TitleOf(const DelayChartStyle& style) { return LookOf(style).Title(); }
 double Space(const DelayChartStyle& style) { return style.TextSize / 2; }
 
 std::int16_t Tens(double seconds) { return Round16(seconds * 10); }
@@ -62,12 +63,11 @@ PlotSample CorridorSample(const DelayChartLayers& layers) {
 /// Samples with their captions in a row, the first one rightmost. Returns where they begin.
 double DrawSamples(Canvas& canvas, const std::vector<PlotSample>& samples, double right, double row,
                    const DelayChartStyle& style) {
-    const double line = canvas.LineHeight(TextOf(style));
+    const PlotLook look = LookOf(style);
     for (const PlotSample& sample : samples) {
-        const double width = canvas.TextWidth(sample.Caption, TextOf(style));
-        canvas.DrawText({right - width, row, width, line}, sample.Caption, TextOf(style));
-        right -= width + Space(style) + PlotSample::Length;
-        sample.Draw(canvas, {right, row, PlotSample::Length, line}, {style.Inks, style.TextSize});
+        const double length = sample.NamedLength(canvas, look, Space(style));
+        right -= length;
+        sample.DrawNamed(canvas, {right, row, length, canvas.LineHeight(look.Text())}, look, Space(style));
         right -= 3 * Space(style);
     }
     return right;
@@ -96,7 +96,7 @@ public:
     }
 
 private:
-    TextStyle Dim(TextSide side) const { return {style_.TextSize, false, colours_.DimText, side}; }
+    TextStyle Dim(TextSide side) const { return LookOf(style_).Dim(side); }
 
     void DrawHead() {
         double row = edges_.Top - line_ / 2 - line_;
@@ -343,7 +343,7 @@ Plot DelayPlot(const DelaySeries& series, const std::string& title, const DelayC
 
 void DrawDelayChart(Canvas& canvas, const CanvasBox& box, const DelaySeries& series, const DelayChartStyle& style) {
     const Plot plot = DelayPlot(series, style.Title, style.Layers);
-    DrawPlot(canvas, box, plot, {style.Inks, style.TextSize, style.HasLegend}, plot.Whole());
+    DrawPlot(canvas, box, plot, LookOf(style), plot.Whole());
 }
 
 PlotSample SampleOf(DelayLegend entry) {

@@ -25,8 +25,7 @@ void DrawPlot(Canvas& canvas, const CanvasBox& box, const Plot& plot, const Plot
         plot.WholeFrame->Draw(canvas, box, look);
     else
         DrawAxes(canvas, box, plot.Axes, look, map);
-    if (!plot.EmptyText.empty())
-        canvas.DrawText(map.Area(), plot.EmptyText, {look.TextSize, false, look.Inks.Text, TextSide::Centre});
+    if (!plot.EmptyText.empty()) canvas.DrawText(map.Area(), plot.EmptyText, look.Text(TextSide::Centre));
     canvas.DrawInside(RoomOf(plot, box, map, window), [&] {
         for (const auto& part : plot.Parts) part->Draw(canvas, map, look);
     });

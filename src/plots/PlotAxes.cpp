@@ -11,9 +11,6 @@ namespace {
 
 constexpr std::array ClockSteps = {1, 2, 5, 10, 15, 30, 60, 120, 300, 600, 900, 1800, 3600, 7200, 10800, 21600, 86400};
 
-TextStyle TextOf(const PlotLook& look) { return {look.TextSize, false, look.Inks.Text}; }
-TextStyle TitleOf(const PlotLook& look) { return {look.TextSize * 1.25, true, look.Inks.Text}; }
-TextStyle Dim(const PlotLook& look, TextSide side) { return {look.TextSize, false, look.Inks.DimText, side}; }
 double Space(const PlotLook& look) { return look.TextSize / 2; }
 
 bool HasTitle(const PlotAxes& axes, const PlotLook& look) { return look.HasTitle && !axes.Title.empty(); }
@@ -40,12 +37,12 @@ LegendPlace PlaceLegend(const TextMeasure& measure, const std::vector<PlotSample
                         const CanvasBox& box) {
     LegendPlace placed;
     if (!look.HasLegend || legend.empty()) return placed;
-    const double line = measure.LineHeight(TextOf(look));
+    const double line = measure.LineHeight(look.Text());
     const double space = Space(look);
     double x = box.X + space;
     placed.Rows = 1;
     for (const PlotSample& sample : legend) {
-        const double width = PlotSample::Length + space + measure.TextWidth(sample.Caption, TextOf(look));
+        const double width = sample.NamedLength(measure, look, space);
         if (x > box.X + space && x + width > box.X + box.Width - space) {
             x = box.X + space;
             ++placed.Rows;
@@ -67,9 +64,9 @@ struct Head {
 
 Head HeadOf(const TextMeasure& measure, const CanvasBox& box, const PlotAxes& axes, const PlotLook& look) {
     Head head;
-    const double line = measure.LineHeight(TextOf(look));
+    const double line = measure.LineHeight(look.Text());
     head.Title = box.Y + Space(look);
-    head.Legend = head.Title + (HasTitle(axes, look) ? measure.LineHeight(TitleOf(look)) + Space(look) : 0);
+    head.Legend = head.Title + (HasTitle(axes, look) ? measure.LineHeight(look.Title()) + Space(look) : 0);
     head.Samples = PlaceLegend(measure, axes.Legend, look, {box.X, head.Legend, box.Width, 0});
     head.Caption = head.Legend + head.Samples.Rows * line + (head.Samples.Rows > 0 ? Space(look) : 0);
     head.Bottom = head.Caption + line + line / 2;
@@ -77,40 +74,36 @@ Head HeadOf(const TextMeasure& measure, const CanvasBox& box, const PlotAxes& ax
 }
 
 double LeastUp(const TextMeasure& measure, const PlotLook& look, const PlotWindow& window, double height) {
-    return 2 * measure.LineHeight(TextOf(look)) * window.Up.Span() / std::max(height, 1.0);
+    return 2 * measure.LineHeight(look.Text()) * window.Up.Span() / std::max(height, 1.0);
 }
 
 double WidestTick(const TextMeasure& measure, const std::vector<AxisTick>& ticks, const PlotLook& look) {
     double widest = 0;
-    for (const AxisTick& tick : ticks) widest = std::max(widest, measure.TextWidth(tick.Text, TextOf(look)));
+    for (const AxisTick& tick : ticks) widest = std::max(widest, measure.TextWidth(tick.Text, look.Text()));
     return widest;
 }
 
 void DrawHead(Canvas& canvas, const CanvasBox& box, const PlotAxes& axes, const PlotLook& look) {
-    const double line = canvas.LineHeight(TextOf(look));
+    const double line = canvas.LineHeight(look.Text());
     const double space = Space(look);
     const Head head = HeadOf(canvas, box, axes, look);
     if (HasTitle(axes, look))
-        canvas.DrawText({box.X + space, head.Title, box.Width - 2 * space, canvas.LineHeight(TitleOf(look))},
-                        axes.Title, TitleOf(look));
-    for (std::size_t i = 0; i < head.Samples.Samples.size(); ++i) {
-        const CanvasBox& place = head.Samples.Samples[i];
-        const double before = PlotSample::Length + space;
-        axes.Legend[i].Draw(canvas, {place.X, place.Y, PlotSample::Length, line}, look);
-        canvas.DrawText({place.X + before, place.Y, place.Width - before, line}, axes.Legend[i].Caption, TextOf(look));
-    }
-    canvas.DrawText({box.X + space, head.Caption, box.Width - 2 * space, line}, axes.Up.Caption, TextOf(look));
+        canvas.DrawText({box.X + space, head.Title, box.Width - 2 * space, canvas.LineHeight(look.Title())}, axes.Title,
+                        look.Title());
+    for (std::size_t i = 0; i < head.Samples.Samples.size(); ++i)
+        axes.Legend[i].DrawNamed(canvas, head.Samples.Samples[i], look, space);
+    canvas.DrawText({box.X + space, head.Caption, box.Width - 2 * space, line}, axes.Up.Caption, look.Text());
 }
 
 void DrawUp(Canvas& canvas, const CanvasBox& box, const PlotAxis& axis, const PlotLook& look, const PlotMap& map) {
     const CanvasBox& area = map.Area();
     const PlotWindow window = map.Window();
-    const double line = canvas.LineHeight(TextOf(look));
+    const double line = canvas.LineHeight(look.Text());
     for (const AxisTick& tick : AxisTicks(axis, window.Up, LeastUp(canvas, look, window, area.Height))) {
         const double y = map.YOf(tick.Value);
         canvas.DrawLine({area.X, y}, {area.X + area.Width, y}, {1, look.Inks.Grid});
         canvas.DrawText({box.X, y - line / 2, area.X - Space(look) - box.X, line}, tick.Text,
-                        Dim(look, TextSide::Right));
+                        look.Dim(TextSide::Right));
     }
 }
 
@@ -134,18 +127,18 @@ std::pair<std::vector<AxisTick>, double> TicksAcross(const TextMeasure& measure,
 
 void DrawAcross(Canvas& canvas, const CanvasBox& box, const PlotAxis& axis, const PlotLook& look, const PlotMap& map) {
     const CanvasBox& area = map.Area();
-    const double line = canvas.LineHeight(TextOf(look));
+    const double line = canvas.LineHeight(look.Text());
     const double bottom = area.Y + area.Height;
     const double row = bottom + std::max(Space(look), line / 2 + 1);  // below the lowest value of the other axis
     const auto& [ticks, room] = TicksAcross(canvas, axis, look, map);
     for (const AxisTick& tick : ticks) {
         const double x = map.XOf(tick.Value);
-        const double width = std::min(canvas.TextWidth(tick.Text, Dim(look, TextSide::Centre)) + 1, room);
+        const double width = std::min(canvas.TextWidth(tick.Text, look.Dim(TextSide::Centre)) + 1, room);
         const double left = std::clamp(x - width / 2, box.X, std::max(box.X + box.Width - width, box.X));
         canvas.DrawLine({x, area.Y}, {x, bottom}, {1, look.Inks.Grid});
-        canvas.DrawText({left, row, width, line}, tick.Text, Dim(look, TextSide::Centre));
+        canvas.DrawText({left, row, width, line}, tick.Text, look.Dim(TextSide::Centre));
     }
-    canvas.DrawText({area.X, row + line, area.Width, line}, axis.Caption, Dim(look, TextSide::Right));
+    canvas.DrawText({area.X, row + line, area.Width, line}, axis.Caption, look.Dim(TextSide::Right));
 }
 
 }  // namespace
@@ -180,7 +173,7 @@ std::vector<AxisTick> AxisTicks(const PlotAxis& axis, const PlotRange& range, do
 PlotMap MapOf(const TextMeasure& measure, const CanvasBox& box, const PlotAxes& axes, const PlotLook& look,
               const PlotWindow& window) {
     const double space = Space(look);
-    const double line = measure.LineHeight(TextOf(look));
+    const double line = measure.LineHeight(look.Text());
     const double top = HeadOf(measure, box, axes, look).Bottom;
     const double height = std::max(box.Y + box.Height - 2 * line - 2 * space - top, 1.0);
     const auto ticks = AxisTicks(axes.Up, window.Up, LeastUp(measure, look, window, height));

@@ -19,8 +19,6 @@ void DrawDiscs(Canvas& canvas, CanvasPoint centre, double size, const Colours& i
     canvas.DrawDot(centre, size - 2 * RingWidth, inks.Base);
 }
 
-TextStyle NameStyle(const PlotLook& look, TextSide side) { return {look.TextSize, false, look.Inks.DimText, side}; }
-
 bool IsWithin(double place, double from, double length) { return place >= from - 0.5 && place <= from + length + 0.5; }
 
 }  // namespace
@@ -184,7 +182,7 @@ std::optional<PlotPoint> PlotSpans::PlaceOf(int item) const {
 
 void PlotLines::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const {
     const CanvasBox& area = map.Area();
-    const double height = canvas.LineHeight(NameStyle(look, TextSide::Left));
+    const double height = canvas.LineHeight(look.Dim());
     const bool isLevel = Along == Way::Level;
     std::vector<CanvasBox> names;
     for (const Line& line : Lines) {
@@ -194,7 +192,7 @@ void PlotLines::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) c
         const CanvasPoint to =
             isLevel ? CanvasPoint{area.X + area.Width, place} : CanvasPoint{place, area.Y + area.Height};
         canvas.DrawLine(from, to, {Width, look.Inks.*Ink, Pattern});
-        const double width = canvas.TextWidth(line.Name, NameStyle(look, TextSide::Left));
+        const double width = canvas.TextWidth(line.Name, look.Dim());
         const CanvasBox name = isLevel ? CanvasBox{to.X - width - NameGap, place - height, width, height}
                                        : CanvasBox{place + NameGap, area.Y, width, height};
         const bool meets = std::ranges::any_of(names, [&](const CanvasBox& other) {
@@ -202,14 +200,14 @@ void PlotLines::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) c
                    other.Y < name.Y + name.Height;
         });
         if (line.Name.empty() || meets || name.X + width > area.X + area.Width || name.Y < area.Y - height) continue;
-        canvas.DrawText(name, line.Name, NameStyle(look, TextSide::Left));
+        canvas.DrawText(name, line.Name, look.Dim());
         names.push_back(name);
     }
 }
 
 void PlotLayers::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const {
     const CanvasBox& area = map.Area();
-    const TextStyle style = NameStyle(look, TextSide::Right);
+    const TextStyle style = look.Dim(TextSide::Right);
     const double height = canvas.LineHeight(style);
     double bottom = std::min(map.YOf(0), area.Y + area.Height);
     for (std::size_t i = 0; i < Layers.size() && bottom > area.Y; ++i) {
@@ -244,6 +242,12 @@ void PlotSample::Draw(Canvas& canvas, const CanvasBox& box, const PlotLook& look
     }
     const Colour marker = MarkerInk != nullptr ? look.Inks.*MarkerInk : ink;
     DrawMarker(canvas, {box.X + box.Width / 2, middle}, Marker, MarkerSize, marker, look.Inks);
+}
+
+void PlotSample::DrawNamed(Canvas& canvas, const CanvasBox& box, const PlotLook& look, double gap) const {
+    const double before = Length + gap;
+    Draw(canvas, {box.X, box.Y, Length, box.Height}, look);
+    canvas.DrawText({box.X + before, box.Y, box.Width - before, box.Height}, Caption, look.Text());
 }
 
 }  // namespace vantor

@@ -16,6 +16,10 @@ struct PlotLook {
     bool HasTitle = true;
     /// How far a drawn trace may pass by its points; a window may be coarser than a picture that is looked at closely.
     double Tolerance = 0.1;
+
+    TextStyle Text(TextSide side = TextSide::Left) const { return {TextSize, false, Inks.Text, side}; }
+    TextStyle Dim(TextSide side = TextSide::Left) const { return {TextSize, false, Inks.DimText, side}; }
+    TextStyle Title() const { return {TextSize * 1.25, true, Inks.Text}; }
 };
 
 /// Where an item of a plot was found.
@@ -181,6 +185,11 @@ struct PlotSample {
     static constexpr double Length = 24;
     /// In the middle of a box.
     void Draw(Canvas& canvas, const CanvasBox& box, const PlotLook& look) const;
+    /// With its caption beside it, `gap` between them.
+    void DrawNamed(Canvas& canvas, const CanvasBox& box, const PlotLook& look, double gap) const;
+    double NamedLength(const TextMeasure& measure, const PlotLook& look, double gap) const {
+        return Length + gap + measure.TextWidth(Caption, look.Text());
+    }
 };
 
 }  // namespace vantor

@@ -15,17 +15,13 @@ double Hairline(const PlotLook& look) { return look.TextSize / 12; }
 double Space(const PlotLook& look) { return look.TextSize / 3; }
 double KeySize(const PlotLook& look) { return 0.75 * look.TextSize; }
 
-TextStyle Dim(const PlotLook& look, TextSide side) { return {look.TextSize, false, look.Inks.DimText, side}; }
-TextStyle Plain(const PlotLook& look, TextSide side) { return {look.TextSize, false, look.Inks.Text, side}; }
-TextStyle TitleStyle(const PlotLook& look) { return {look.TextSize * 1.25, true, look.Inks.Text}; }
-
-double Line(const TextMeasure& measure, const PlotLook& look) { return measure.LineHeight(Plain(look, {})); }
+double Line(const TextMeasure& measure, const PlotLook& look) { return measure.LineHeight(look.Text()); }
 double TitleHeight(const TextMeasure& measure, const PlotLook& look) {
-    return look.HasTitle ? measure.LineHeight(TitleStyle(look)) + Space(look) : 0;
+    return look.HasTitle ? measure.LineHeight(look.Title()) + Space(look) : 0;
 }
 /// Left of the area.
 double NumberRoom(const TextMeasure& measure, const PlotLook& look) {
-    return measure.TextWidth("0000", Dim(look, {})) + 2 * Space(look);
+    return measure.TextWidth("0000", look.Dim()) + 2 * Space(look);
 }
 
 /// The rows of a profile around its area.
@@ -41,14 +37,14 @@ public:
         const PlotMap map = MapOf(canvas, box, look);
         const CanvasBox& area = map.Area();
         if (look.HasTitle)
-            canvas.DrawText({box.X, box.Y, box.Width, TitleHeight(canvas, look)}, axes_.Axes.Title, TitleStyle(look));
+            canvas.DrawText({box.X, box.Y, box.Width, TitleHeight(canvas, look)}, axes_.Axes.Title, look.Title());
         DrawHead(canvas, {box.X, box.Y + TitleHeight(canvas, look), box.Width, Line(canvas, look)}, look, area);
         DrawSpeedGrid(canvas, axes_.Axes.Up, look, map, box.X);
         DrawScaleGrid(canvas, axes_.Axes.Across, look, map, box.X + box.Width + 4 * Space(look));
         const double line = Line(canvas, look);
         const CanvasBox row{area.X, area.Y + area.Height + line + 2 * Space(look), area.Width, line};
-        canvas.DrawText(row, axes_.Axes.Across.Caption, Plain(look, TextSide::Centre));
-        canvas.DrawText(row, axes_.Unit, Dim(look, TextSide::Right));
+        canvas.DrawText(row, axes_.Axes.Across.Caption, look.Text(TextSide::Centre));
+        canvas.DrawText(row, axes_.Unit, look.Dim(TextSide::Right));
     }
 
     /// A line on the edge of the area is not cut in half.
@@ -62,27 +58,21 @@ private:
         const std::string& caption = axes_.Axes.Up.Caption;
         if (!look.HasLegend)
             return canvas.DrawText({row.X, row.Y, area.X - 2 * Space(look) - row.X, row.Height}, caption,
-                                   Dim(look, TextSide::Right));
-        canvas.DrawText(row, caption, Plain(look, TextSide::Left));
-        DrawLegend(canvas, row, look, canvas.TextWidth(caption, Plain(look, TextSide::Left)));
+                                   look.Dim(TextSide::Right));
+        canvas.DrawText(row, caption, look.Text());
+        DrawLegend(canvas, row, look, canvas.TextWidth(caption, look.Text()));
     }
 
     /// At the right, where all of it has room beside the caption.
     void DrawLegend(Canvas& canvas, const CanvasBox& row, const PlotLook& look, double taken) const {
         const double between = 3 * Space(look);
+        const auto room = [&](const PlotSample& sample) { return sample.NamedLength(canvas, look, Space(look)) + 1; };
         double left = row.X + row.Width + between;
-        std::vector<double> widths;
-        for (const PlotSample& sample : axes_.Axes.Legend) {
-            widths.push_back(canvas.TextWidth(sample.Caption, Plain(look, TextSide::Left)) + 1);
-            left -= PlotSample::Length + Space(look) + widths.back() + between;
-        }
+        for (const PlotSample& sample : axes_.Axes.Legend) left -= room(sample) + between;
         if (left < row.X + taken + between) return;
-        for (std::size_t i = 0; i < widths.size(); ++i) {
-            const PlotSample& sample = axes_.Axes.Legend[i];
-            sample.Draw(canvas, {left, row.Y, PlotSample::Length, row.Height}, look);
-            left += PlotSample::Length + Space(look);
-            canvas.DrawText({left, row.Y, widths[i], row.Height}, sample.Caption, Plain(look, TextSide::Left));
-            left += widths[i] + between;
+        for (const PlotSample& sample : axes_.Axes.Legend) {
+            sample.DrawNamed(canvas, {left, row.Y, room(sample), row.Height}, look, Space(look));
+            left += room(sample) + between;
         }
     }
 
@@ -127,13 +117,13 @@ void DrawSpeedGrid(Canvas& canvas, const PlotAxis& axis, const PlotLook& look, c
         canvas.DrawLine({area.X, y}, {area.X + area.Width, y},
                         {Hairline(look), tick.Value == 0 ? look.Inks.DimText : look.Inks.Grid});
         canvas.DrawText({left, y - line / 2, area.X - 2 * Space(look) - left, line}, tick.Text,
-                        Dim(look, TextSide::Right));
+                        look.Dim(TextSide::Right));
     }
 }
 
 void DrawScaleGrid(Canvas& canvas, const PlotAxis& axis, const PlotLook& look, const PlotMap& map, double right) {
     const CanvasBox& area = map.Area();
-    const TextStyle style = Dim(look, TextSide::Centre);
+    const TextStyle style = look.Dim(TextSide::Centre);
     const double bottom = area.Y + area.Height;
     const double least =
         axis.Names.empty()
@@ -171,7 +161,7 @@ SpeedTrace VisibleSpeeds(const ProfileTrace& trace, const ProfileGeometry& geome
 
 void ProfileNodes::Draw(Canvas& canvas, const PlotMap& map, const PlotLook& look) const {
     const CanvasBox& area = map.Area();
-    const TextStyle style = Plain(look, TextSide::Centre);
+    const TextStyle style = look.Text(TextSide::Centre);
     const double row = ProfileLines::LabelRow(canvas, look);
     const double line = Line(canvas, look);
     const double nearest = 3 * Hairline(look);

@@ -50,6 +50,11 @@ TEST_F(PlotViewTest, KeysAndMouseChooseItems) {
     EXPECT_EQ(Window->ChosenItem(), 1) << "nothing is there to be chosen in its place";
     Window->SetChosenItem(2);
     EXPECT_EQ(Told, "p21") << "who chooses knows it";
+    QTest::mouseClick(Window.get(), Qt::LeftButton, Qt::ControlModifier, PlaceOf({2, 40}));
+    EXPECT_EQ(Told, "p212") << "with Ctrl an item is told again, so that it can be left out";
+    EXPECT_EQ(Window->ChosenWith(), Qt::ControlModifier);
+    PressKey(Qt::Key_Home);
+    EXPECT_EQ(Window->ChosenWith(), Qt::NoModifier);
 }
 
 TEST_F(PlotViewTest, ZoomsByKeysAndWheelAndMovesByDragging) {

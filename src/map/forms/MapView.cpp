@@ -1,21 +1,13 @@
 #include "map/forms/MapView.h"
 
 #include <QFontInfo>
-#include <QHelpEvent>
 #include <QKeyEvent>
-#include <QMenu>
-#include <QMouseEvent>
 #include <QPainter>
-#include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "core/Counted.h"
-#include "core/PictureFile.h"
-#include "core/forms/Accessible.h"
-#include "core/forms/Guarded.h"
-#include "core/forms/ItemTip.h"
 #include "core/forms/Named.h"
 #include "core/forms/PainterCanvas.h"
 #include "core/forms/Theme.h"
@@ -24,28 +16,28 @@ namespace vantor {
 namespace {
 
 constexpr double Reach = 8;
-/// What is pointed at stands out less than what is chosen.
-constexpr double PointedOpacity = 0.5;
-constexpr double KeyZoom = 0.5;  // levels
-constexpr double WheelZoom = 0.35;
-constexpr double WheelStep = 120;
 /// The part of the view that an arrow key moves it by.
 constexpr double KeyMove = 0.125;
 
-CanvasPoint Place(QPointF pixel) { return {pixel.x(), pixel.y()}; }
+DrawingHabits Habits() {
+    constexpr double KeyLevels = 0.5;
+    constexpr double WheelLevels = 0.35;
+    return {.KeyZoom = std::exp2(KeyLevels),
+            .WheelZoom = std::exp2(WheelLevels),
+            .PointedOpacity = 0.5,
+            .ZoomsOutOfWhole = true,
+            .MenuName = "mnuMap",
+            .WholeName = "mnuShowAll",
+            .WholeCaption = "Show &All",
+            .WholeKey = Qt::Key_F};
+}
 
 }  // namespace
 
 MapView::MapView(AppContext& context, QWidget* parent)
-    : QWidget(parent),
-      context_(context),
+    : DrawingView(context, parent, Habits()),
       under_(new BaseMap(context, this)),
       scene_(std::make_shared<const MapScene>()) {
-    setFocusPolicy(Qt::StrongFocus);
-    setMouseTracking(true);
-    setAttribute(Qt::WA_OpaquePaintEvent);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    SetAccessibleRole(*this, QAccessible::Chart);
     under_->OnRead = [this] {
         DescribeItself();
         Redraw();
@@ -53,30 +45,16 @@ MapView::MapView(AppContext& context, QWidget* parent)
 }
 
 void MapView::Show(std::shared_ptr<const MapScene> scene) {
-    const bool staysInView = isMoved_ && !scene->IsEmpty() && scene->Bounds().Meets(Window().View());
+    isMoved_ = isMoved_ && !scene->IsEmpty() && scene->Bounds().Meets(Window().View());
     scene_ = std::move(scene);
-    chosen_ = pointed_ = 0;
     mark_.reset();
-    if (accessibleName().isEmpty()) setAccessibleName(ToQt(scene_->Contents().Title));
-    if (staysInView)
-        Redraw();
-    else
-        ShowAll();
-    DescribeItself();
+    BeginAnew();
 }
 
 void MapView::ShowText(const std::string& text) {
     MapContents contents;
     contents.EmptyText = text;
     Show(std::make_shared<const MapScene>(std::move(contents)));
-}
-
-void MapView::SetChosenItem(int item) {
-    if (item == chosen_) return;
-    chosen_ = item >= 1 && item <= scene_->Items() ? item : 0;
-    BringIntoView(chosen_);
-    DescribeItself();
-    update();
 }
 
 void MapView::SetMark(const std::optional<GeoPosition>& place) {
@@ -102,7 +80,12 @@ MapLook MapView::Look() const {
             under_->Tiles()};
 }
 
-MapHit MapView::HitAt(QPointF place) const { return scene_->Find(Window(), Place(place), Reach, chosen_); }
+MapHit MapView::HitAt(CanvasPoint place) const { return scene_->Find(Window(), place, Reach, ChosenItem()); }
+
+std::string MapView::TipAt(CanvasPoint place) const {
+    const MapHit hit = HitAt(place);
+    return hit.Item == 0 ? std::string() : scene_->TextOf(hit);
+}
 
 void MapView::MoveTo(const MapWindow& window) {
     if (scene_->IsEmpty()) return;
@@ -116,47 +99,45 @@ void MapView::MoveBy(double across, double up) {
     MoveTo(MovedWindow(Window(), from, {from.X - across * width(), from.Y + up * height()}));
 }
 
-void MapView::ShowAll() {
+void MapView::ShowWhole() {
     isMoved_ = false;
     Redraw();
 }
 
-void MapView::ZoomBy(double levels) { MoveTo(ZoomedWindow(Window(), {width() / 2.0, height() / 2.0}, levels)); }
-
-void MapView::Redraw() {
-    base_ = QPixmap();
-    update();
+bool MapView::Drag(CanvasPoint from, CanvasPoint to) {
+    MoveTo(MovedWindow(Window(), from, to));
+    return HasDrawing();
 }
 
-void MapView::DrawBase() {
-    base_ = QPixmap(size() * devicePixelRatioF());
-    base_.setDevicePixelRatio(devicePixelRatioF());
-    base_.fill(Ink(ColoursOf(palette()).Base));
-    if (scene_->IsEmpty()) return;
+void MapView::ZoomAbout(CanvasPoint place, double factor) { MoveTo(ZoomedWindow(Window(), place, std::log2(factor))); }
+
+void MapView::ClickAt(CanvasPoint place) {
+    if (OnPlace && HasDrawing()) OnPlace(PositionOf(Window().WorldAt(place)));
+}
+
+QString MapView::Draw(Canvas& canvas) {
+    if (scene_->IsEmpty()) return ToQt(scene_->Contents().EmptyText);
     under_->FollowChoice();
     const MapWindow window = Window();
     under_->Need(window, devicePixelRatioF());
-    QPainter painter(&base_);
-    painter.setRenderHint(QPainter::Antialiasing);
-    PainterCanvas canvas(painter);
     DrawMap(canvas, *scene_, window, Look());
+    return {};
 }
 
+void MapView::DrawItem(Canvas& canvas, int item) { DrawChosenTrack(canvas, *scene_, Window(), Look(), item); }
+
 void MapView::PaintOver(QPainter& painter) {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
+    if (scene_->IsEmpty()) return;
     PainterCanvas canvas(painter);
     const MapWindow window = Window();
-    if (pointed_ != chosen_) {
-        painter.setOpacity(PointedOpacity);
-        DrawChosenTrack(canvas, *scene_, window, Look(), pointed_);
-        painter.setOpacity(1);
-    }
-    DrawChosenTrack(canvas, *scene_, window, Look(), chosen_);
-    if (pointed_ != 0 || chosen_ != 0) DrawOverTracks(canvas, *scene_, window, Look());
+    if (HasItemOver()) DrawOverTracks(canvas, *scene_, window, Look());
     PaintMark(canvas, window);
-    painter.restore();
-    // The middle, which Enter stands for.
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    PaintMiddle(painter);
+    PaintProblem(painter);
+}
+
+void MapView::PaintMiddle(QPainter& painter) {
     if (!OnPlace || !hasFocus()) return;
     const QPoint middle(width() / 2, height() / 2);
     constexpr int Arm = 8;
@@ -188,117 +169,21 @@ void MapView::PaintProblem(QPainter& painter) {
     painter.drawText(room, Flags, problem);
 }
 
-void MapView::paintEvent(QPaintEvent*) {
-    if (base_.size() != size() * devicePixelRatioF()) DrawBase();
-    const Colours& colours = ColoursOf(palette());
-    QPainter painter(this);
-    painter.drawPixmap(0, 0, base_);
-    constexpr int Margin = 24;
-    if (scene_->IsEmpty()) {
-        painter.setPen(Ink(colours.Text));
-        painter.drawText(rect().adjusted(Margin, Margin, -Margin, -Margin), Qt::AlignCenter | Qt::TextWordWrap,
-                         ToQt(scene_->Contents().EmptyText));
-    } else {
-        PaintOver(painter);
-        PaintProblem(painter);
-    }
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(hasFocus() ? palette().color(QPalette::Highlight) : Ink(colours.Grid));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
-}
-
-void MapView::resizeEvent(QResizeEvent*) { Redraw(); }
-
-void MapView::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    Redraw();
-}
-
-bool MapView::event(QEvent* event) {
-    if (event->type() != QEvent::ToolTip) return QWidget::event(event);
-    auto* help = static_cast<QHelpEvent*>(event);
-    const MapHit hit = HitAt(help->pos());
-    ShowPlainTip(*help, hit.Item == 0 ? std::string() : scene_->TextOf(hit), *this);
-    return true;
-}
-
-void MapView::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) return QWidget::mousePressEvent(event);
-    grabbed_ = event->position();
-    isDragging_ = false;
-}
-
-void MapView::mouseMoveEvent(QMouseEvent* event) {
-    constexpr double LeastDrag = 4;
-    if (!grabbed_) return PointAt(HitAt(event->position()).Item);
-    if (!isDragging_ && (event->position() - *grabbed_).manhattanLength() < LeastDrag) return;
-    isDragging_ = true;
-    setCursor(Qt::ClosedHandCursor);
-    MoveTo(MovedWindow(Window(), Place(*grabbed_), Place(event->position())));
-    grabbed_ = event->position();
-}
-
-void MapView::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !grabbed_) return QWidget::mouseReleaseEvent(event);
-    grabbed_.reset();
-    unsetCursor();
-    if (isDragging_ || scene_->IsEmpty()) return;
-    if (const int item = HitAt(event->position()).Item; item != 0) Choose(item);
-    if (OnPlace) OnPlace(PositionOf(Window().WorldAt(Place(event->position()))));
-}
-
-void MapView::leaveEvent(QEvent*) { PointAt(0); }
-
-void MapView::wheelEvent(QWheelEvent* event) {
-    // On a small screen the wheel alone scrolls the window.
-    if (!event->modifiers().testFlag(Qt::ControlModifier) && IsInScrolledWindow(*this)) return event->ignore();
-    MoveTo(ZoomedWindow(Window(), Place(event->position()), WheelZoom * event->angleDelta().y() / WheelStep));
-    event->accept();
-}
-
 void MapView::keyPressEvent(QKeyEvent* event) {
-    const int last = scene_->Items();
-    if (event->matches(QKeySequence::Copy)) {
-        if (!scene_->IsEmpty()) Guarded(context_.Messages, [this] { CopyPicture(); });
-        return;
-    }
     switch (event->key()) {
         case Qt::Key_Left: return MoveBy(-KeyMove, 0);
         case Qt::Key_Right: return MoveBy(KeyMove, 0);
         case Qt::Key_Up: return MoveBy(0, KeyMove);
         case Qt::Key_Down: return MoveBy(0, -KeyMove);
-        case Qt::Key_PageDown: return Choose(std::min(chosen_ + 1, last));
-        case Qt::Key_PageUp: return Choose(chosen_ == 0 ? last : std::max(chosen_ - 1, 1));
-        case Qt::Key_Home: return Choose(std::min(1, last));
-        case Qt::Key_End: return Choose(last);
-        case Qt::Key_Plus:
-        case Qt::Key_Equal: return ZoomBy(KeyZoom);
-        case Qt::Key_Minus: return ZoomBy(-KeyZoom);
-        case Qt::Key_0:
-        case Qt::Key_F: return ShowAll();
+        case Qt::Key_PageDown: return ChooseNext(*event);
+        case Qt::Key_PageUp: return ChooseBefore(*event);
+        case Qt::Key_F: return ShowWhole();
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            if (OnPlace && !scene_->IsEmpty()) return OnPlace(PositionOf(Window().Centre));
+            if (OnPlace && HasDrawing()) return OnPlace(PositionOf(Window().Centre));
             [[fallthrough]];
-        default: QWidget::keyPressEvent(event);
+        default: DrawingView::keyPressEvent(event);
     }
-}
-
-void MapView::Choose(int item) {
-    if (item == chosen_) return;
-    SetChosenItem(item);
-    if (OnChosen) OnChosen();
-}
-
-void MapView::PointAt(int item) {
-    if (item == pointed_) return;
-    pointed_ = item;
-    update();
-}
-
-void MapView::BringIntoView(int item) {
-    if (item == 0) return;
-    BringIntoView(scene_->Track(item).Bounds());
 }
 
 void MapView::BringIntoView(const WorldBox& bounds) {
@@ -308,17 +193,17 @@ void MapView::BringIntoView(const WorldBox& bounds) {
     MoveTo(window);
 }
 
-void MapView::DescribeItself() {
-    if (scene_->IsEmpty()) return setAccessibleDescription(ToQt(scene_->Contents().EmptyText));
+std::string MapView::Description() const {
+    if (scene_->IsEmpty()) return scene_->Contents().EmptyText;
     std::string text = Counted(scene_->Items(), "track") + ", " + Counted(scene_->Nodes().size(), "node") + ".";
     if (!under_->Problem().empty()) text += " " + under_->Problem();
     if (const std::size_t out = scene_->LeftOut(); out > 0)
         text += " " + Counted(out, "point") + " without a position.";
-    if (chosen_ != 0) text += " " + scene_->Track(chosen_).Name;
-    setAccessibleDescription(ToQt(text));
+    if (ChosenItem() != 0) text += " " + scene_->Track(ChosenItem()).Name;
+    return text;
 }
 
-std::vector<std::byte> MapView::Picture(PictureFormat format) const {
+std::vector<std::byte> MapView::Picture(const DocumentWriter& documents, PictureFormat format) const {
     constexpr double PictureWidth = 720;
     constexpr double PixelsToPoint = 192.0 / 72;
     MapWindow window = Window();
@@ -329,54 +214,14 @@ std::vector<std::byte> MapView::Picture(PictureFormat format) const {
     MapLook look;
     look.Detail = PixelsToPoint;
     look.Under = under_->Tiles();
-    return context_.Documents.Picture(
+    return documents.Picture(
         size,
         [&](Canvas& canvas) {
             DrawMap(canvas, *scene_, window, look);
-            DrawChosenTrack(canvas, *scene_, window, look, chosen_);
-            if (chosen_ != 0) DrawOverTracks(canvas, *scene_, window, look);
+            DrawChosenTrack(canvas, *scene_, window, look, ChosenItem());
+            if (ChosenItem() != 0) DrawOverTracks(canvas, *scene_, window, look);
         },
         format);
 }
-
-void MapView::CopyPicture() { context_.DesktopServices.CopyPicture(Picture(PictureFormat::Png)); }
-
-void MapView::SavePicture() {
-    vantor::SavePicture(context_, PictureStart ? PictureStart() : scene_->Contents().Title, "Save Picture",
-                        [this](PictureFormat format) { return Picture(format); });
-}
-
-QMenu* MapView::MakeMenu() {
-    auto* menu = new QMenu(this);
-    const auto add = [&](const char* name, const QString& caption, const QKeySequence& key, bool isOn, auto action) {
-        QAction* entry = menu->addAction(caption);
-        entry->setObjectName(QLatin1String(name));
-        entry->setShortcut(key);
-        entry->setShortcutVisibleInContextMenu(true);
-        entry->setEnabled(isOn);
-        Connect(entry, &QAction::triggered, this, context_.Messages, action);
-    };
-    const bool hasMap = !scene_->IsEmpty();
-    add("mnuZoomIn", QStringLiteral("Zoom &In"), Qt::Key_Plus, hasMap, [this] { ZoomBy(KeyZoom); });
-    add("mnuZoomOut", QStringLiteral("Zoom &Out"), Qt::Key_Minus, hasMap, [this] { ZoomBy(-KeyZoom); });
-    add("mnuShowAll", QStringLiteral("Show &All"), Qt::Key_F, hasMap && isMoved_, [this] { ShowAll(); });
-    menu->addSeparator();
-    add("mnuCopyPicture", QStringLiteral("&Copy Picture"), QKeySequence::Copy, hasMap, [this] { CopyPicture(); });
-    add("mnuSavePicture", QStringLiteral("&Save Picture..."), {}, hasMap, [this] { SavePicture(); });
-    if (ExtendMenu) ExtendMenu(*menu);
-    return menu;
-}
-
-void MapView::contextMenuEvent(QContextMenuEvent* event) {
-    if (ExtendMenu && OnPlace && event->reason() == QContextMenuEvent::Mouse && !scene_->IsEmpty())
-        OnPlace(PositionOf(Window().WorldAt(Place(event->pos()))));
-    QMenu* menu = MakeMenu();
-    menu->setObjectName(QStringLiteral("mnuMap"));
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(event->globalPos());
-}
-
-void MapView::focusInEvent(QFocusEvent*) { update(); }
-void MapView::focusOutEvent(QFocusEvent*) { update(); }
 
 }  // namespace vantor
