@@ -20,7 +20,7 @@ corpus=build/fuzz/corpus
 findings=build/fuzz/findings
 seeds=build/fuzz/seeds
 rm -rf "$seeds"
-mkdir -p "$findings" "$seeds"/{settings,run,ver1run,study,counter,workspace,laptoplog,battelle,palm,gpx,nmea,csv,mdb}
+mkdir -p "$findings" "$seeds"/{settings,run,ver1run,study,corridor,counter,workspace,laptoplog,battelle,palm,gpx,nmea,csv,mdb}
 
 head -c 20000 samples/Corridor.tdc >"$seeds/counter/corridor.tdc"
 cp "samples/Version 1 runs"/*.[rR][dD][fF] "$seeds/ver1run/"
@@ -40,6 +40,8 @@ printf '</trkseg></trk></gpx>' >>"$seeds/gpx/clean.gpx"
 printf '$GPRMC,120000,V,,,,,,,010126\n$GNZDA,120000,01,01,2026\n$GPVTG,90,T,,M,10,N\n' >"$seeds/nmea/void.nmea"
 printf 'Date,Time,Lat,Long,Speed (mph),Mark\n13/04/26,12:00:00 PM,42.5N,83.25W,20,x\n' >"$seeds/csv/day.csv"
 cp tests/data/*.mdb "$seeds/mdb/"
+sed -n '/^    {"type":"FeatureCollection"/,/}]}}$/p' docs/formats.md >"$seeds/corridor/main.geojson"
+printf 'name;lat;lon;control\nOak;42,33;-83,05;stop\nElm;42,34;-83,05;\n' >"$seeds/corridor/nodes.csv"
 # A container of two records: the header, their entries, nine texts each.
 record='05/14/2003 22:00:17\00042.5\00083.5\00012\00090\0001.5\0007\0001\0002\000'  # 46 bytes
 {

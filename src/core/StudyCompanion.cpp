@@ -4,14 +4,15 @@
 #include <nlohmann/json.hpp>
 #include <unordered_map>
 
+#include "core/JsonFacts.h"
 #include "core/StudyBytes.h"
 #include "core/StudyFile.h"
+#include "core/StudyOptionsJson.h"
 #include "core/Text.h"
 
 namespace vantor {
 namespace {
 
-/// Members keep their order, so that a file stays as it was where nothing changed.
 using Json = nlohmann::ordered_json;
 
 constexpr const char* VersionMember = "version";
@@ -34,19 +35,6 @@ constexpr const char* PeriodMember = "period";
 constexpr const char* SetAsideMember = "set_aside";
 constexpr const char* OptionsMember = "statistics";
 constexpr const char* LinesMember = "lines";
-constexpr const char* ErrorMember = "error";
-constexpr const char* ErrorKindMember = "error_is";
-constexpr const char* AbsoluteError = "absolute";
-constexpr const char* PercentError = "percent";
-constexpr const char* FreeFlowMember = "free_flow";
-constexpr const char* GradeLimitsMember = "grade_limits";
-
-/// The options that are plain numbers, of options that may be changed or not.
-template <class Options>
-auto NumbersOf(Options& options) {
-    return std::array{std::pair{"confidence", &options.Confidence}, std::pair{"error_speed", &options.SpeedError},
-                      std::pair{"stop", &options.Stops.Stop}, std::pair{"go", &options.Stops.Go}};
-}
 
 struct LineMember {
     const char* Name;
@@ -55,14 +43,6 @@ struct LineMember {
 constexpr std::array Lines = {
     LineMember{"weather", &StudyLines::Weather}, LineMember{"observer", &StudyLines::Observer},
     LineMember{"prepared_by", &StudyLines::PreparedBy}, LineMember{"checked_by", &StudyLines::CheckedBy}};
-
-/// 16 hexadecimal digits: a JSON number holds no 64 bits everywhere.
-std::string HashText(std::uint64_t hash) {
-    constexpr std::string_view Digits = "0123456789abcdef";
-    std::string text(16, '0');
-    for (auto digit = text.rbegin(); digit != text.rend(); ++digit, hash >>= 4) *digit = Digits[hash & 0xF];
-    return text;
-}
 
 Json AsJson(const Computation& computation) {
     Json json = {{MovementMember, HashText(computation.Movement)}};
@@ -80,36 +60,6 @@ Computation ComputationFrom(const Json& json) {
     return computation;
 }
 
-/// Options that are as usual are left out.
-Json AsJson(const StatisticsOptions& options) {
-    Json json = Json::object();
-    const StatisticsOptions usual;
-    const auto numbers = NumbersOf(options);
-    for (std::size_t i = 0; i < numbers.size(); ++i)
-        if (*numbers[i].second != *NumbersOf(usual)[i].second) json[numbers[i].first] = *numbers[i].second;
-    if (options.Error != usual.Error) {
-        json[ErrorMember] = options.Error.Value;
-        json[ErrorKindMember] = options.Error.Of == PermittedError::Kind::Absolute ? AbsoluteError : PercentError;
-    }
-    if (options.FreeFlowSpeed) json[FreeFlowMember] = *options.FreeFlowSpeed;
-    if (options.GradeLimits) json[GradeLimitsMember] = *options.GradeLimits;
-    return json;
-}
-
-/// Throws the library's errors, and std::invalid_argument for options of which no statistics can be made.
-StatisticsOptions OptionsFrom(const Json& json) {
-    StatisticsOptions options;
-    for (const auto& [name, number] : NumbersOf(options)) *number = json.value(name, *number);
-    options.Error.Value = json.value(ErrorMember, options.Error.Value);
-    if (json.value(ErrorKindMember, PercentError) == std::string_view(AbsoluteError))
-        options.Error.Of = PermittedError::Kind::Absolute;
-    if (const auto speed = json.find(FreeFlowMember); speed != json.end()) options.FreeFlowSpeed = speed->get<double>();
-    if (const auto limits = json.find(GradeLimitsMember); limits != json.end())
-        options.GradeLimits = limits->get<std::array<double, 5>>();
-    if (const std::string problem = ProblemOf(options); !problem.empty()) throw std::invalid_argument(problem);
-    return options;
-}
-
 Json AsJson(const StudyLines& lines) {
     Json json = Json::object();
     for (const LineMember& member : Lines)
@@ -121,13 +71,6 @@ StudyLines LinesFrom(const Json& json) {
     StudyLines lines;
     for (const LineMember& member : Lines) lines.*member.Line = json.value(member.Name, std::string());
     return lines;
-}
-
-Json FromText(const std::string& object) { return object.empty() ? Json::object() : Json::parse(object); }
-
-std::string TextOfRest(Json object, std::initializer_list<const char*> known) {
-    for (const char* member : known) object.erase(member);
-    return object.empty() ? std::string() : object.dump();
 }
 
 bool HasFacts(const StudyRunEntry& entry) {
@@ -153,7 +96,7 @@ std::string KeyOf(const StudyRunEntry& entry) { return FoldCase(RunFileName(entr
 
 Json CompanionJson(const Study& study) {
     Json file = {{VersionMember, Version}};
-    if (study.Options != StatisticsOptions()) file[OptionsMember] = AsJson(study.Options);
+    if (study.Options != StatisticsOptions()) file[OptionsMember] = JsonOf(study.Options);
     if (study.Lines != StudyLines()) file[LinesMember] = AsJson(study.Lines);
     file[RunsMember] = Json::array();
     for (int i = 1; i <= study.Record.RunCount; ++i) {
@@ -164,17 +107,11 @@ Json CompanionJson(const Study& study) {
         if (entry.StopDelayThreshold) run[ThresholdMember] = *entry.StopDelayThreshold;
         if (!entry.Period.empty()) run[PeriodMember] = entry.Period;
         if (!entry.SetAside.empty()) run[SetAsideMember] = entry.SetAside;
-        run.update(FromText(entry.OtherFacts));
+        run.update(ObjectFromText(entry.OtherFacts));
         file[RunsMember].push_back(std::move(run));
     }
-    file.update(FromText(study.OtherFacts));
+    file.update(ObjectFromText(study.OtherFacts));
     return file;
-}
-
-std::vector<std::byte> BytesOf(const Json& file) {
-    const std::string text = file.dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
-    const auto bytes = std::as_bytes(std::span(text));
-    return {bytes.begin(), bytes.end()};
 }
 
 constexpr const char* StoredMember = "stored";
@@ -203,7 +140,7 @@ bool NeedsCompanion(const Study& study) {
            std::any_of(study.Entries.begin(), study.Entries.end(), HasFacts);
 }
 
-std::vector<std::byte> EncodeCompanion(const Study& study) { return BytesOf(CompanionJson(study)); }
+std::vector<std::byte> EncodeCompanion(const Study& study) { return JsonBytes(CompanionJson(study)); }
 
 std::vector<std::byte> EncodeWholeStudy(const Study& study) {
     std::vector<std::byte> bytes = EncodeStudy(study);
@@ -213,7 +150,7 @@ std::vector<std::byte> EncodeWholeStudy(const Study& study) {
         stored[PathMember] = study.Stored->Path;
         if (study.Stored->Companion) stored[CompanionMember] = AsJson(*study.Stored->Companion);
     }
-    const std::vector<std::byte> beside = BytesOf(companion);
+    const std::vector<std::byte> beside = JsonBytes(companion);
     bytes.insert(bytes.end(), beside.begin(), beside.end());
     return bytes;
 }
@@ -228,7 +165,7 @@ std::optional<Study> DecodeWholeStudy(std::span<const std::byte> file) {
     if (beside.empty()) return study;
     if (!DecodeCompanion(beside, study)) return std::nullopt;
     try {
-        Json rest = FromText(study.OtherFacts);
+        Json rest = ObjectFromText(study.OtherFacts);
         if (const auto stored = rest.find(StoredMember); stored != rest.end()) study.Stored = StoredFrom(*stored);
         study.OtherFacts = TextOfRest(std::move(rest), {StoredMember});
         return study;
@@ -241,8 +178,7 @@ std::optional<Study> DecodeWholeStudy(std::span<const std::byte> file) {
 
 bool DecodeCompanion(std::span<const std::byte> file, Study& study) {
     try {
-        const auto* text = reinterpret_cast<const char*>(file.data());
-        const Json companion = Json::parse(text, text + file.size());
+        const Json companion = JsonFromBytes(file);
         std::unordered_map<std::string, StudyRunEntry> facts;
         for (const Json& run : companion.at(RunsMember)) {
             StudyRunEntry entry = FactsFrom(run);

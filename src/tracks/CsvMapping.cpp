@@ -7,9 +7,9 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "core/CsvCells.h"
 #include "core/Progress.h"
 #include "core/Text.h"
-#include "tracks/CsvCells.h"
 #include "tracks/CsvHead.h"
 #include "tracks/TrackLines.h"
 #include "tracks/TrackTexts.h"

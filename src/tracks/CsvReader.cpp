@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "core/CsvCells.h"
 #include "core/Numeric.h"
 #include "core/RunTimeError.h"
 #include "core/Text.h"
-#include "tracks/CsvCells.h"
 #include "tracks/TrackLines.h"
 #include "tracks/TrackOrder.h"
 #include "tracks/TrackTexts.h"

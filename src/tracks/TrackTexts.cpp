@@ -1,5 +1,6 @@
 #include "tracks/TrackTexts.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <chrono>
@@ -90,6 +91,29 @@ std::optional<double> TrackNumber(std::string_view text) {
         std::from_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed);
     if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
     return isNegative ? -number : number;
+}
+
+std::optional<double> NumberOfCell(std::string_view cell, bool decimalComma) {
+    cell = Trim(cell);
+    double sign = 1;
+    const auto takeSide = [&](char letter) {
+        const char upper = static_cast<char>(letter & ~0x20);
+        if (upper != 'N' && upper != 'S' && upper != 'E' && upper != 'W') return false;
+        if (upper == 'S' || upper == 'W') sign = -1;
+        return true;
+    };
+    if (!cell.empty() && takeSide(cell.back()))
+        cell.remove_suffix(1);
+    else if (!cell.empty() && takeSide(cell.front()))
+        cell.remove_prefix(1);
+    cell = Trim(cell);
+    std::array<char, 40> text{};
+    if (decimalComma && cell.size() <= text.size()) {
+        std::ranges::replace_copy(cell, text.begin(), ',', '.');
+        cell = {text.data(), cell.size()};
+    }
+    const auto number = TrackNumber(cell);
+    return number ? std::optional(sign * *number) : std::nullopt;
 }
 
 std::optional<TrackPosition> PositionOf(std::optional<double> latitude, std::optional<double> longitude) {

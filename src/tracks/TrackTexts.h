@@ -27,6 +27,9 @@ std::optional<std::int64_t> DaysSince1970(int year, int month, int day);
 
 /// The decimal number that a text is as a whole: a sign or none, digits with at most one point.
 std::optional<double> TrackNumber(std::string_view text);
+/// A number with a decimal point or, where `decimalComma`, a comma; "4230.5N" and "W 83.5" have the sign of their
+/// letter. Nothing for any other text.
+std::optional<double> NumberOfCell(std::string_view cell, bool decimalComma);
 /// The whole number that a text of at most nine digits is; -1 for any other text.
 inline int DigitsOf(std::string_view text) {
     int number = text.empty() || text.size() > 9 ? -1 : 0;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,9 +16,5 @@ std::string_view WithoutMark(std::string_view line);
 
 /// A text as UTF-8: as it is, or where it is none, taken as Windows-1252, of which Latin-1 is a part.
 std::string TextOfCell(std::string_view cell);
-
-/// A number with a decimal point or, where `decimalComma`, a comma; "4230.5N" and "W 83.5" have the sign of their
-/// letter. Nothing for any other text.
-std::optional<double> NumberOfCell(std::string_view cell, bool decimalComma);
 
 }  // namespace vantor

@@ -1,12 +1,10 @@
-#include "tracks/CsvCells.h"
+#include "core/CsvCells.h"
 
 #include <algorithm>
-#include <array>
 #include <span>
 
 #include "core/Text.h"
 #include "core/Windows1252.h"
-#include "tracks/TrackTexts.h"
 
 namespace vantor {
 namespace {
@@ -60,29 +58,6 @@ std::string TextOfCell(std::string_view cell) {
         if (NextCharacter(cell, at) == NoCharacter)
             return Utf8FromWindows1252(std::as_bytes(std::span(cell.data(), cell.size())));
     return std::string(cell);
-}
-
-std::optional<double> NumberOfCell(std::string_view cell, bool decimalComma) {
-    cell = Trim(cell);
-    double sign = 1;
-    const auto takeSide = [&](char letter) {
-        const char upper = static_cast<char>(letter & ~0x20);
-        if (upper != 'N' && upper != 'S' && upper != 'E' && upper != 'W') return false;
-        if (upper == 'S' || upper == 'W') sign = -1;
-        return true;
-    };
-    if (!cell.empty() && takeSide(cell.back()))
-        cell.remove_suffix(1);
-    else if (!cell.empty() && takeSide(cell.front()))
-        cell.remove_prefix(1);
-    cell = Trim(cell);
-    std::array<char, 40> text{};
-    if (decimalComma && cell.size() <= text.size()) {
-        std::ranges::replace_copy(cell, text.begin(), ',', '.');
-        cell = {text.data(), cell.size()};
-    }
-    const auto number = TrackNumber(cell);
-    return number ? std::optional(sign * *number) : std::nullopt;
 }
 
 }  // namespace vantor
