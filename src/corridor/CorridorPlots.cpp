@@ -171,10 +171,12 @@ void AddBands(Plot& plot, const Corridor& corridor, const std::vector<MatchedRun
 void AddIdealSpeed(Plot& plot, const CorridorDirection& direction, const Units& units) {
     if (!direction.IdealSpeedMph) return;
     PlotLines line;
-    line.Lines.push_back(
-        {units.SpeedOfMph(*direction.IdealSpeedMph), "Ideal speed " + units.SpeedText(*direction.IdealSpeedMph)});
-    line.Ink = &Colours::IdealSpeed;
+    line.Lines.push_back({units.SpeedOfMph(*direction.IdealSpeedMph), {}});
+    line.Ink = &Colours::Average;
+    line.Width = 1.5;
     line.Pattern = LinePattern::DashDotted;
+    plot.Axes.Legend.push_back(
+        {"Ideal speed " + units.SpeedText(*direction.IdealSpeedMph), line.Ink, line.Width, line.Pattern});
     plot.Add(std::move(line));
 }
 
@@ -375,12 +377,11 @@ Plot CorridorTimeSpacePlot(const Corridor& corridor, const std::vector<MatchedRu
     plot.Axes.Up = DistanceAxis(road, look.Shown);
     for (const std::size_t index : aligned.Indexes) plot.Items.push_back({InWords(corridor, runs[index])});
     plot.Add(NodeLines(corridor, axis, PlotLines::Way::Level, look.Shown));
-    const std::size_t beneath = plot.Parts.size();
     AddWays(plot, runs, aligned, RunClock(aligned, axis.Bounds().Low, clock), road, look.Shown);
     if (fromStart)
         AddMeanWays(plot, corridor, aligned, axis, way, look.Shown);
     else
-        AddGreenTimes(plot, beneath, corridor, filter, way, GroupsOf(aligned.Plotted), look.Shown);
+        AddGreenTimes(plot, corridor, filter, way, GroupsOf(aligned.Plotted), look.Shown);
     return plot;
 }
 
