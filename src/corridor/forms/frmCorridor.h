@@ -35,8 +35,6 @@ public:
     void done(int result) override;
 
 private:
-    enum Page { ResultsPage, ComparedPage, MapPage, RunPage };
-
     QLayout* BuildFileRow();
     QLayout* BuildFilterRow();
     QLayout* BuildIdealSpeeds();

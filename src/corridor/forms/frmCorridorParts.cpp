@@ -11,6 +11,7 @@
 #include "core/forms/Guarded.h"
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
+#include "corridor/forms/CorridorPlotPages.h"
 #include "corridor/forms/frmCorridor.h"
 #include "statistics/forms/SheetOut.h"
 
@@ -193,6 +194,8 @@ QWidget* frmCorridor::BuildTabs() {
     results_ = new CorridorResultsPage(document_, tabs_);
     compared_ = new CorridorComparedPage(document_, tabs_);
     run_ = new CorridorRunPage(document_, tabs_);
+    tabs_->addTab(new CorridorProfilesPage(document_, tabs_), QStringLiteral("Pro&files"));
+    tabs_->addTab(new CorridorTimeSpacePage(document_, tabs_), QStringLiteral("Time-Spac&e"));
     tabs_->addTab(new CorridorMapPage(document_, tabs_), QStringLiteral("M&ap"));
     tabs_->addTab(results_, QStringLiteral("Resu&lts"));
     tabs_->addTab(compared_, QStringLiteral("&Before/After"));
