@@ -44,7 +44,7 @@ bool CorridorDocument::Show(const Corridor& now, const CorridorFilter& filter, c
     return true;
 }
 
-bool CorridorDocument::Change(const QString& text, const Corridor& after) {
+bool CorridorDocument::Change(const QString& text, const Corridor& after, int gesture) {
     if (after == Of()) return true;
     const Corridor before = Of();
     if (const std::string problem = ProblemOf(after); !problem.empty()) {
@@ -58,9 +58,8 @@ bool CorridorDocument::Change(const QString& text, const Corridor& after) {
         Tell();
         return false;
     }
-    steps_.push(new DocumentChange<Corridor>(text, before, after, [this](const Corridor& shown) {
-        Show(shown, Shown().Filter, "Computing the corridor", false);
-    }));
+    const auto show = [this](const Corridor& shown) { Show(shown, Shown().Filter, "Computing the corridor", false); };
+    steps_.push(new DocumentChange<Corridor>(text, before, after, show, gesture));
     return true;
 }
 

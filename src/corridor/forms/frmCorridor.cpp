@@ -164,7 +164,7 @@ void frmCorridor::TakeIdealSpeed(Way way, int mph) {
     if (isFilling_) return;
     Corridor changed = document_.Of();
     changed.Of(way).IdealSpeedMph = mph == 0 ? std::nullopt : std::optional(mph);
-    document_.Change(QStringLiteral("Ideal speed of ") + ToQt(changed.Of(way).Name), changed);
+    document_.Change(QStringLiteral("Ideal speed of ") + ToQt(changed.Of(way).Name), changed, 1);
 }
 
 void frmCorridor::ShowHead() {
