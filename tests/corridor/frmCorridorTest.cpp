@@ -145,9 +145,9 @@ TEST_F(frmCorridorTest, ARunIsSelectedEverywhereAndCorrected) {
     EXPECT_THAT(Column(*Window, "vaMatch", 1), ElementsAre("mark", "mark", "mark"));
     Get<QSpinBox>("spnOwnUpstream").setValue(50);
     Press("btnOwnBand");
-    EXPECT_EQ(Text("lblBand"), "this run's own");
+    EXPECT_EQ(Text("lblBand"), "Own band");
     ClickRow(*Window, "vaRuns", 0);
-    EXPECT_EQ(Text("lblBand"), "that of all runs");
+    EXPECT_EQ(Text("lblBand"), "Band of all runs");
     Get<QTabWidget>("tabCorridor").setCurrentWidget(Get<QWidget>("splResults").parentWidget());
     ClickCell(Get<QTableView>("vaDelays"), 0, 4);
     EXPECT_THAT(Text("lblCell"), StartsWith("NB before at C: 2 runs; mean"));
