@@ -159,7 +159,7 @@ void MapFurniture::DrawLegend(Canvas& canvas) const {
         // As broad as the lines are against each other.
         const double height = BlockHeight * speeds.WidthOf(speed) / speeds.WidthOf(0);
         canvas.FillBox({x, below - height, BlockWidth, height}, speeds.InkOf(speed, look_.Inks));
-        canvas.DrawText({x, below, BlockWidth, line_}, std::to_string(speeds.LowOf(speed)), Style());
+        canvas.DrawText({x, below, BlockWidth, line_}, speeds.NameOf(speed), Style());
     }
     const char* unit = scene_.Contents().Shown.SpeedLabel();
     const double unitWidth = measure_.TextWidth(unit, Style());

@@ -35,6 +35,8 @@ constexpr const char* ReviewViewsKey = "review-views";
 constexpr const char* ViewsShown = "shown";
 constexpr const char* ViewsHidden = "hidden";
 constexpr int WidthForViews = 1000;
+/// Below it the actions stand in rows.
+constexpr int WidthForActions = 900;
 /// The least where they stand below the grid, which keeps half of it; the window scrolls where it must.
 constexpr int HeightOfViews = 240;
 
@@ -217,9 +219,10 @@ QLayout* LogReview::BuildActions() {
     auto* right = new QVBoxLayout;
     right->addLayout(rowActions);
     right->addLayout(exports);
-    auto* row = new QHBoxLayout;
+    const bool isNarrow = screen()->availableGeometry().width() < WidthForActions;
+    auto* row = new QBoxLayout(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     row->addWidget(frame);
-    row->addStretch();
+    if (!isNarrow) row->addStretch();
     row->addLayout(right);
     return row;
 }

@@ -79,7 +79,7 @@ void MapView::SetChosenItem(int item) {
     update();
 }
 
-void MapView::SetMark(const std::optional<GeoPosition>& place) {
+void MapView::SetMark(const std::optional<Position>& place) {
     mark_ = place;
     if (mark_) {
         WorldBox bounds;

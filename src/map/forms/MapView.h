@@ -38,10 +38,10 @@ public:
     std::function<void()> OnChosen;
     /// The user clicked a place, or pressed Enter, which stands for the place in the middle. Without it places mean
     /// nothing here.
-    std::function<void(const GeoPosition& place)> OnPlace;
+    std::function<void(const Position& place)> OnPlace;
     /// Rings a place, as that of a row of a list, and brings it into view; nothing for none.
-    void SetMark(const std::optional<GeoPosition>& place);
-    const std::optional<GeoPosition>& Mark() const { return mark_; }
+    void SetMark(const std::optional<Position>& place);
+    const std::optional<Position>& Mark() const { return mark_; }
     /// Adds to the context menu; the place under the pointer is as clicked first.
     std::function<void(QMenu& menu)> ExtendMenu;
     /// Where a picture is saved: a path without extension.
@@ -98,7 +98,7 @@ private:
     bool isMoved_ = false;  ///< by the user; else it shows all, whatever its size
     int chosen_ = 0;
     int pointed_ = 0;
-    std::optional<GeoPosition> mark_;
+    std::optional<Position> mark_;
     QPixmap base_;  ///< the map without what is chosen; null when it is to be drawn anew
     std::optional<QPointF> grabbed_;
     bool isDragging_ = false;

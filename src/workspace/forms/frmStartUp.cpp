@@ -130,7 +130,9 @@ QLayout* frmStartUp::BuildChoices() {
                                     {ProcessCombined, "BtnProcessCombined", QStringLiteral("Process C&ombined Data"),
                                      "gps-log", QStringLiteral("Combined GPS and OBD logs (key P).")},
                                     {ProcessBattelle, "BtnProcessBattelle", QStringLiteral("Process &Battelle Data"),
-                                     "gps-log", QStringLiteral("Battelle GPS files (key B).")}});
+                                     "gps-log", QStringLiteral("Battelle GPS files (key B).")},
+                                    {ImportTracks, "BtnImportTracks", QStringLiteral("&Import Tracks"), "gps-log",
+                                     QStringLiteral("GPX, NMEA, CSV and any logs, many at once.")}});
     AddKey(Qt::Key_P, ProcessCombined);
     AddKey(Qt::Key_B, ProcessBattelle);
     add(1, logs);
