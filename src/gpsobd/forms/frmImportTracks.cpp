@@ -386,7 +386,8 @@ bool frmImportTracks::WriteTicked() {
     std::vector<TakenTrack> tracks = NamedTracks();
     if (!AcceptGroups(tracks) || !AcceptNames(tracks)) return false;
     // A study without runs takes those of the first group.
-    std::ranges::stable_partition(tracks, [&](const TakenTrack& track) { return track.Group == Group(); });
+    std::stable_partition(tracks.begin(), tracks.end(),
+                          [&](const TakenTrack& track) { return track.Group == Group(); });
     ApplicationState& state = context_.State;
     const std::string root = state.Paths.StudyGroupRootPath;
     for (const TakenTrack& track : tracks) MakeStudyGroup(context_.Files, context_.Messages, root, track.Group, {});

@@ -1,5 +1,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QScreen>
 #include <QSplitter>
 #include <QVBoxLayout>
 #include <initializer_list>
@@ -81,8 +82,8 @@ QLayout* frmImportTracks::BuildHead() {
     cmbGroup_ = Named<QComboBox>(this, "cmbGroup");
     cmbGroup_->setEditable(true);
     cmbGroup_->setMinimumContentsLength(20);
-    cmbGroup_->setToolTip(QStringLiteral(
-        "Where the runs go, but those of rows with a group of their own. A new name makes a new Study Group"));
+    cmbGroup_->setToolTip(
+        QStringLiteral("Where runs go whose rows have no group of their own. A new name makes a new Study Group"));
     const ApplicationState& state = context_.State;
     for (const std::string& folder : ListStudyGroups(context_.Files, state.Paths.StudyGroupRootPath))
         cmbGroup_->addItem(ToQt(LastComponent(folder)));
@@ -110,8 +111,6 @@ QLayout* frmImportTracks::BuildHead() {
     btnReview_->setToolTip(
         QStringLiteral("Every point of the chosen track's file: repair it, or mark its runs by hand"));
     btnReview_->setAutoDefault(false);
-    how->addWidget(btnColumns_);
-    how->addWidget(btnReview_);
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(cmbGroup_, QStringLiteral("&Study Group")));
     row->addWidget(cmbGroup_);
@@ -119,10 +118,20 @@ QLayout* frmImportTracks::BuildHead() {
     row->addWidget(LabelFor(txtBaseName_, QStringLiteral("&Base Name")));
     row->addWidget(txtBaseName_, 1);
     row->addSpacing(8);
-    row->addWidget(btnAddFiles_);
     auto* rows = new QVBoxLayout;
     rows->addLayout(row);
     rows->addLayout(how);
+    constexpr int WidthForButtons = 900;
+    constexpr int LettersOfZone = 18;
+    const bool isNarrow = screen()->availableGeometry().width() < WidthForButtons;
+    auto* buttons = isNarrow ? new QHBoxLayout : how;
+    if (isNarrow) {
+        cmbZone_->setMinimumContentsLength(LettersOfZone);
+        rows->addLayout(buttons);
+    }
+    (isNarrow ? buttons : row)->addWidget(btnAddFiles_);
+    buttons->addWidget(btnColumns_);
+    buttons->addWidget(btnReview_);
     return rows;
 }
 
