@@ -125,7 +125,8 @@ TEST_F(ImportTracksTest, RowsGoToGroupsOfTheirOwn) {
     EXPECT_THAT(NamesShown(), ElementsAre("Mine", "Elm-NB-001", "Main-EB-001")) << "F2 is for the name";
     ChooseGroup("Oak");
     EXPECT_THAT(Column(*Window, "vaTracks", Group), ElementsAre("Elm", "Elm", "Oak"));
-    Press("btnOk");
+    PressKey(Qt::Key_Return);
+    EXPECT_TRUE(IsAccepted()) << "Enter in the list is OK";
     EXPECT_EQ(Taken(), "/start/Study Groups/Oak/ Oak-EB-001;" + Elm + " Mine Elm-NB-001;");
     Open(Names{"/t/a.gpx"});
     EXPECT_THAT(Column(*Window, "vaTracks", Flags), ElementsAre("")) << "the drive lies in another group than this";

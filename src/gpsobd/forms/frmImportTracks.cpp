@@ -330,7 +330,7 @@ void frmImportTracks::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const QWidget* field = focusWidget();
     // A cell's editor takes it, too.
-    if (isEnter && vaTracks_->isAncestorOf(field)) return;
+    if (isEnter && field != vaTracks_ && vaTracks_->isAncestorOf(field)) return;
     // Above the list Enter takes what was typed, and the list shows what came of it.
     if (isEnter && (field == cmbGroup_ || field == txtBaseName_ || field == cmbZone_ || field == spnGap_))
         return vaTracks_->setFocus();
