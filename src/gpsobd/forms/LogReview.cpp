@@ -30,13 +30,12 @@
 namespace vantor {
 namespace {
 
-/// Of a review: trace and map stand beside the grid; without the choice where the screen is wide enough.
+/// Of a review: trace and map stand beside the grid; without the choice where the screen is wide enough, which it is
+/// for the actions in one row, too.
 constexpr const char* ReviewViewsKey = "review-views";
 constexpr const char* ViewsShown = "shown";
 constexpr const char* ViewsHidden = "hidden";
 constexpr int WidthForViews = 1000;
-/// Below it the actions stand in rows.
-constexpr int WidthForActions = 900;
 /// The least where they stand below the grid, which keeps half of it; the window scrolls where it must.
 constexpr int HeightOfViews = 240;
 
@@ -220,7 +219,7 @@ QLayout* LogReview::BuildActions() {
     auto* right = new QVBoxLayout;
     right->addLayout(rowActions);
     right->addLayout(exports);
-    const bool isNarrow = screen()->availableGeometry().width() < WidthForActions;
+    const bool isNarrow = screen()->availableGeometry().width() < WidthForViews;
     auto* row = new QBoxLayout(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     row->addWidget(frame);
     if (!isNarrow) row->addStretch();
