@@ -329,8 +329,8 @@ void frmImportTracks::ReviewChosen() {
 void frmImportTracks::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const QWidget* field = focusWidget();
-    // A cell's editor takes it, too.
-    if (isEnter && field != vaTracks_ && vaTracks_->isAncestorOf(field)) return;
+    // A cell's editor, which stands until it has closed, takes it, too.
+    if (isEnter && vaTracks_->viewport()->findChild<QWidget*>() != nullptr) return;
     // Above the list Enter takes what was typed, and the list shows what came of it.
     if (isEnter && (field == cmbGroup_ || field == txtBaseName_ || field == cmbZone_ || field == spnGap_))
         return vaTracks_->setFocus();
