@@ -330,7 +330,8 @@ void frmImportTracks::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const QWidget* field = focusWidget();
     // A cell's editor, which stands until it has closed, takes it, too.
-    if (isEnter && vaTracks_->viewport()->findChild<QWidget*>() != nullptr) return;
+    const auto* editor = vaTracks_->viewport()->findChild<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    if (isEnter && editor != nullptr && editor->isVisible()) return;
     // Above the list Enter takes what was typed, and the list shows what came of it.
     if (isEnter && (field == cmbGroup_ || field == txtBaseName_ || field == cmbZone_ || field == spnGap_))
         return vaTracks_->setFocus();
