@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "corridor/SignalArrivals.h"
 #include "statistics/GroupJson.h"
 
 namespace vantor {
@@ -25,7 +26,7 @@ public:
     Json Write(const WayFigures& way) const {
         const CorridorDirection& direction = corridor_.Of(way.Along);
         Json nodes = Json::array();
-        for (const NodeFigures& node : way.Nodes) nodes.push_back(NodeAsJson(node));
+        for (const NodeFigures& node : way.Nodes) nodes.push_back(NodeAsJson(node, way.Runs));
         Json sections = Json::array();
         for (const SectionFigures& section : way.Sections) sections.push_back(SectionAsJson(section));
         return {{"direction", direction.Name},
@@ -37,7 +38,7 @@ public:
     }
 
 private:
-    Json NodeAsJson(const NodeFigures& figures) const {
+    Json NodeAsJson(const NodeFigures& figures, const std::vector<std::size_t>& all) const {
         const GroupStatistics& group = figures.Figures;
         Json json = {{"name", corridor_.Nodes[figures.Node].Name},
                      {"control_delay", SummaryAsJson(group.Of[Measure::ControlDelay])},
@@ -47,7 +48,8 @@ private:
                      {"stop_delay", SummaryAsJson(figures.StopDelay)},
                      {"runs_needed", NeededAsJson(group.Needed[Measure::ControlDelay])},
                      {"warnings", group.Warnings},
-                     {"without", WithoutAsJson(figures)}};
+                     {"without", WithoutAsJson(figures)},
+                     {"arrivals", ArrivalsAsJson(ArrivalsAt(corridor_, runs_, all, figures.Node), runs_)}};
         json["sensitivity"] = nullptr;
         if (figures.Moved)
             json["sensitivity"] = {{"least", figures.Moved->Least},

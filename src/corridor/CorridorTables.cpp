@@ -5,6 +5,7 @@
 #include "core/Counted.h"
 #include "core/Numeric.h"
 #include "core/Text.h"
+#include "corridor/SignalArrivals.h"
 #include "statistics/Figure.h"
 #include "statistics/StatisticsCells.h"
 
@@ -220,6 +221,8 @@ StatisticsTable NodeRunsTable(const Corridor& corridor, const std::vector<Matche
                    "Stop delay (s)",
                    WithUnit("Band from", FigureUnit::Feet, units),
                    WithUnit("Band to", FigureUnit::Feet, units),
+                   "Arrival in cycle (s)",
+                   "On green",
                    "Node by",
                    "Remarks"};
     std::vector<std::size_t> all = figures.Runs;
@@ -235,6 +238,7 @@ StatisticsTable NodeRunsTable(const Corridor& corridor, const std::vector<Matche
         const auto feet = [&](std::int32_t value) {
             return delay.HasFigure() ? ValueCell(value, FigureUnit::Feet, 0, units) : TextCell(NoValueText);
         };
+        const auto arrival = ArrivalAt(corridor, runs, index, figures.Node);
         std::vector<std::string> remarks = delay.Row.Warnings;
         if (!delay.HasFigure()) remarks.insert(remarks.begin(), delay.Problem);
         if (delay.Measured.IsOwn) remarks.emplace_back("its own band");
@@ -244,6 +248,10 @@ StatisticsTable NodeRunsTable(const Corridor& corridor, const std::vector<Matche
                               TextCell(corridor.Runs[run.Index].IsBefore ? "before" : "after"),
                               seconds(entry.ControlDelay), TextCell(delay.HasFigure() ? entry.LOSGrade : NoValueText),
                               seconds(entry.StopDelay), feet(entry.CDStartDist), feet(entry.CDEndDist),
+                              arrival ? CountCell(static_cast<int>(arrival->ArrivalInCycle)) : TextCell(NoValueText),
+                              TextCell(!arrival             ? NoValueText
+                                       : arrival->IsOnGreen ? "yes"
+                                                            : "no"),
                               TextCell(WordOf(run.Match.Nodes[figures.Node].Source)), TextCell(Joined(remarks, "; "))});
     }
     return table;
