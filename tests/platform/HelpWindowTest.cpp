@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QHelpContentWidget>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QToolBar>
 #include <QWindow>
@@ -20,9 +21,9 @@ namespace {
 
 const QString ManualFile = QStringLiteral(VANTOR_HELP_FILE);
 
-/// What is wrong with the links and anchors of the manual, one line each.
+/// What is wrong with the links, anchors and pictures of the manual, one line each.
 QStringList BrokenLinks(const HelpBook& book) {
-    static const QRegularExpression links(QStringLiteral("href=\"([^\"]*)\""));
+    static const QRegularExpression links(QStringLiteral("(?:href|src)=\"([^\"]*)\""));
     QStringList broken;
     for (const QUrl& page : book.Pages()) {
         const QString text = QString::fromUtf8(book.Data(page));
@@ -127,6 +128,19 @@ TEST_F(HelpWindowTest, OpensTopicsAndGoesBackAndForwardByKeys) {
     EXPECT_EQ(Page.font().pointSizeF(), size);
     PageAfter(Qt::Key_Escape, Qt::NoModifier);
     EXPECT_FALSE(Window.isVisible());
+}
+
+TEST_F(HelpWindowTest, PicturesFitThePageHoweverWideItIs) {
+    Open(HelpTopic::SpeedProfile);
+    const auto width = [this] {
+        const auto picture = Page.document()->resource(QTextDocument::ImageResource, QUrl("images/speed-profile.png"));
+        return picture.value<QImage>().deviceIndependentSize().width();
+    };
+    const qreal wide = width();
+    EXPECT_GT(wide, 500);
+    Window.resize(800, 600);
+    EXPECT_LT(width(), wide);
+    EXPECT_EQ(Page.horizontalScrollBar()->maximum(), 0);
 }
 
 TEST_F(HelpWindowTest, FollowsLinksAndShowsThePlaceInTheContents) {
