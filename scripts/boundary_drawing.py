@@ -1,6 +1,6 @@
 """The manual's drawing of boundaries and ideal speed: one drive through a signal, reckoned here, as an SVG picture."""
 
-WIDTH, HEIGHT = 720, 470
+WIDTH, HEIGHT = 720, 446
 LEFT, RIGHT = 60, 20  # margins of the plots
 SPEED = 40 * 5280 / 3600  # feet a second, of a free drive
 BRAKES, GAINS = 8.0, 5.0  # feet a second squared

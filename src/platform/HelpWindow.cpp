@@ -124,6 +124,9 @@ QWidget* HelpWindow::BuildContents() {
     contents->setObjectName(QStringLiteral("treContents"));
     contents->setAccessibleName(QStringLiteral("Contents"));
     QObject::connect(contents, &QHelpContentWidget::linkActivated, this, [this](const QUrl& page) { Open(page); });
+    QObject::connect(contents, &QHelpContentWidget::clicked, this, [this](const QModelIndex& entry) {
+        Open(book_.Engine().contentModel()->contentItemAt(entry)->url());
+    });
     QObject::connect(book_.Engine().contentModel(), &QHelpContentModel::contentsCreated, this, [this, contents] {
         contents->expandAll();
         ShowPlaceInContents();
@@ -145,6 +148,7 @@ QWidget* HelpWindow::BuildIndex() {
     QObject::connect(keyword, &QLineEdit::textChanged, index,
                      [index](const QString& text) { index->filterIndices(text); });
     QObject::connect(keyword, &QLineEdit::returnPressed, index, &QHelpIndexWidget::activateCurrentItem);
+    QObject::connect(index, &QHelpIndexWidget::clicked, index, &QHelpIndexWidget::activateCurrentItem);
     QObject::connect(index, &QHelpIndexWidget::documentActivated, this,
                      [this](const QHelpLink& page) { Open(page.url); });
     QObject::connect(index, &QHelpIndexWidget::documentsActivated, this, [this](const QList<QHelpLink>& pages) {
