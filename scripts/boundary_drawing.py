@@ -39,7 +39,8 @@ def height(plot, share):
 
 def line(x1, y1, x2, y2, colour=GREY, width=1.0, dashes=""):
     dashes = f' stroke-dasharray="{dashes}"' if dashes else ""
-    return f'<line x1="{x1:.1f}" y1="{y1:.1f}" x2="{x2:.1f}" y2="{y2:.1f}" stroke="{colour}" stroke-width="{width}"{dashes}/>'
+    return (f'<line x1="{x1:.1f}" y1="{y1:.1f}" x2="{x2:.1f}" y2="{y2:.1f}" stroke="{colour}" '
+            f'stroke-width="{width}"{dashes}/>')
 
 
 def curve(points, colour, dashes=""):
@@ -86,7 +87,8 @@ def times(points):
     within = [point for point in points if START <= point[0] <= END]
     yield curve([(across(feet), height(TIME_PLOT, seconds / LONGEST)) for feet, _, seconds in within], INK)
     ideal, taken = (END - START) / SPEED, within[-1][2]
-    yield curve([(across(START), height(TIME_PLOT, 0)), (across(END), height(TIME_PLOT, ideal / LONGEST))], GREEN, "7 4")
+    ends = [(across(START), height(TIME_PLOT, 0)), (across(END), height(TIME_PLOT, ideal / LONGEST))]
+    yield curve(ends, GREEN, "7 4")
     x, y1, y2 = across(END) + 12, height(TIME_PLOT, ideal / LONGEST), height(TIME_PLOT, taken / LONGEST)
     yield line(x, y1, x, y2, RED, 3)
     yield text(x + 8, (y1 + y2) / 2 - 4, "control delay", RED)

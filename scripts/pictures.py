@@ -4,8 +4,8 @@
     scripts/pictures.py [--only NAME] [VANTOR]    the release build where nothing is given
 
 A program folder is filled from samples/ by the program's own commands. For each row of SCREENS the window is started in
-it as it was filled, driven by keys to the screen, and photographed into docs/manual/images. A screen that does not come ends
-the script with its name. Look through the pictures before they are committed.
+it as it was filled, driven by keys to the screen, and photographed into docs/manual/images. The exit status is 1 where
+a screen did not come, and its name is printed. Look through the pictures before they are committed.
 
 --only NAME   only the pictures whose names contain that
 """
@@ -57,10 +57,11 @@ SCREENS = [
     Screen("study-statistics", ["alt+v", "d > Statistics in Detail"], size=(960, 620)),
     Screen("statistics-sections", ["alt+v", "d > Statistics in Detail", "alt+e"], size=(860, 620)),
     Screen("time-space", ["alt+v", "d > Statistics in Detail", "alt+t"], size=(860, 620)),
-    Screen("before-after", ["alt+h", "s > Sample.*Vantor", "alt+v", "d > Statistics in Detail", "alt+f"], size=(960, 620)),
+    Screen("before-after", ["alt+h", "s > Sample.*Vantor", "alt+v", "d > Statistics in Detail", "alt+f"],
+           size=(960, 620)),
     Screen("statistics-options", ["alt+v", "s > Statistics Options"]),
-    Screen("compare-studies", ["alt+v", "m > Compare Studies", "alt+t > Compare with a Study", f"'{shown}/{RETIMED}", "Return > Compare Studies"],
-           size=(860, 640)),
+    Screen("compare-studies", ["alt+v", "m > Compare Studies", "alt+t > Compare with a Study", f"'{shown}/{RETIMED}",
+                               "Return > Compare Studies"], size=(860, 640)),
     Screen("reports", ["ctrl+p > Print Report"], size=(860, 680)),
     Screen("preferences", ["alt+s > Vantor Preferences"], None),
     Screen("speed-profile", [f"alt+w > {PROFILE}"], size=(860, 600)),
@@ -224,7 +225,7 @@ def go(program, only, started):
 
 
 def in_a_room_of_its_own():
-    """Goes on where the folder of the pictures is an empty one, so that trees of folders show nothing of this machine."""
+    """Goes on where the parent of the pictures' folder is empty: trees of folders are to show nothing of a machine."""
     if os.environ.get("VANTOR_PICTURES") != "room":
         os.environ["VANTOR_PICTURES"] = "room"
         os.execvp("unshare", ["unshare", "--map-root-user", "--mount", sys.executable, *sys.argv])
