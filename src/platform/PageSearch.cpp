@@ -97,9 +97,11 @@ PageSearch::PageSearch(const std::vector<Page>& pages) {
 }
 
 std::vector<PageSearch::Hit> PageSearch::Matching(const std::string& question) const {
+    // Of a page that says a word often the weight of the title's alone would leave the page about it behind.
     const Statement found = Prepare(database_.get(),
                                     "SELECT address, title, highlight(pages, 2, char(1), char(2)) FROM pages "
-                                    "WHERE pages MATCH ?1 ORDER BY bm25(pages, 0, 10, 1), title");
+                                    "WHERE pages MATCH ?1 ORDER BY rowid IN (SELECT rowid FROM pages WHERE pages MATCH "
+                                    "'{title} : (' || ?1 || ')') DESC, bm25(pages, 0, 10, 1), title");
     Bind(found, 1, question);
     std::vector<Hit> hits;
     while (sqlite3_step(found.get()) == SQLITE_ROW)

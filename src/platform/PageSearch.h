@@ -24,8 +24,9 @@ public:
     /// Error 7 where memory does not hold the pages.
     explicit PageSearch(const std::vector<Page>& pages);
 
-    /// The pages that have all the words, the best first; a word of the title counts for ten. Where no page has them,
-    /// the last word is taken for the beginning of one, as it is while it is being typed.
+    /// The pages that have all the words: first those that have them all in their title, then by how often they stand
+    /// there for the length of the page, a word of the title counting for ten. Where no page has them, the last word is
+    /// taken for the beginning of one, as it is while it is being typed.
     std::vector<Hit> Find(const std::string& words) const;
     /// Those of the words and phrases that are on no page, not even as a beginning.
     std::vector<std::string> Unknown(const std::string& words) const;

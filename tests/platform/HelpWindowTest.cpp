@@ -60,6 +60,7 @@ TEST(HelpBook, SearchPutsThePageAboutTheWordsFirst) {
     };
     EXPECT_EQ(first("SENSOR data"), "sensor-data.html");
     EXPECT_EQ(first("\"start sample\""), "method.html");
+    EXPECT_EQ(first("speed profile"), "speed-profile.html");
 }
 
 TEST(PageSearch, FindsWholeWordsInAnyFormPhrasesAndTheBeginningOfTheLastWord) {
