@@ -44,7 +44,7 @@ MapContents Town(int points) {
     MapTrack& track = contents.Tracks.emplace_back();
     std::uint32_t noise = 1;
     double direction = 0;
-    GeoPosition at{33.7, -84.4};
+    Position at{33.7, -84.4};
     for (int i = 0; i < points; ++i) {
         noise = noise * 1664525U + 1013904223U;
         const double chance = static_cast<double>(noise >> 8) / 0x1000000;

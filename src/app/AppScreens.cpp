@@ -145,7 +145,7 @@ RunsForStudy AppScreens::ShowUploadData(const Upload& upload) {
     frmUploadData form(*context_, upload);
     return Run(form) ? form.ForStudy() : RunsForStudy();
 }
-RunsForStudy AppScreens::ShowImportTracks(const std::vector<std::string>& paths) {
+std::vector<RunsForStudy> AppScreens::ShowImportTracks(const std::vector<std::string>& paths) {
     frmImportTracks form(*context_, paths);
     Run(form);
     return form.ForStudy();

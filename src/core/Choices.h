@@ -89,6 +89,7 @@ enum class StartUpChoice {
     ProcessBattelle,  ///< the key B
     Preferences,
     Exit,
+    ImportTracks,  ///< files of any kind of track
 };
 
 }  // namespace vantor

@@ -82,15 +82,14 @@ bool TakePasses(FileSystem& files, Corridor& corridor, std::span<const CorridorT
         track.Run.Header.Before = areBefore ? -1 : 0;
         track.Run.Header.After = areBefore ? 0 : -1;
     }
-    std::vector<const InboxTrack*> pointers;
-    for (const InboxTrack& track : tracks) pointers.push_back(&track);
-    const auto names = InboxNames({BaseNameOf(corridor)}, pointers, NamesIn(files, folder));
-    std::vector<NamedTrack> named;
-    for (std::size_t i = 0; i < tracks.size(); ++i) named.push_back({&tracks[i], names[i]});
+    const std::string name(Trim(group));
+    std::vector<TakenTrack> taken;
+    for (const InboxTrack& track : tracks) taken.push_back({&track, name, {}});
+    NameTracks(BaseNameOf(corridor), taken, {{name, NamesIn(files, folder)}});
     files.CreateFolder(folder);
-    if (!WriteTracks(files, named, folder, progress)) return false;
+    if (!WriteTracks(files, taken, groupRoot, progress)) return false;
     for (std::size_t i = 0; i < tracks.size(); ++i) {
-        CorridorRun run = CorridorRunOf(tracks[i].Run, std::string(Trim(group)), names[i], passes[i].Along);
+        CorridorRun run = CorridorRunOf(tracks[i].Run, name, taken[i].Name, passes[i].Along);
         run.Source = passes[i].Source;
         TakeRun(corridor, std::move(run));
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include "core/Position.h"
 #include "core/Units.h"
 
 namespace vantor {
@@ -50,7 +51,9 @@ void GapSearch::Run::EndSecond() {
     if (!Last) return;
     if (Previous && Last->Second - Previous->Second >= ShortestGap) {
         LogGap gap{Last->RunNumber, Previous->Second, Last->Second, {}, 0, GapFill::Speed};
-        if (HasPosition(*Previous) && HasPosition(*Last)) gap.FeetByPosition = FeetBetween(*Previous, *Last);
+        const auto from = PositionOf(*Previous);
+        const auto to = PositionOf(*Last);
+        if (from && to) gap.FeetByPosition = FeetBetween(*from, *to);
         gap.Filled = FillOf(gap, *Previous, *Last);
         Gaps.push_back(gap);
     }

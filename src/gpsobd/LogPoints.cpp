@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "core/Numeric.h"
-#include "core/Position.h"
 
 namespace vantor {
 namespace {
@@ -143,11 +142,7 @@ RunPoint RunPointAt(const FieldLog& log, std::size_t index) {
 
 bool HasSpeed(const RunPoint& point) { return point.Speed != MissingSpeed && std::isfinite(point.Speed); }
 
-bool HasPosition(const RunPoint& point) { return PositionFrom(point.Latitude, point.Longitude).has_value(); }
-
-double FeetBetween(const RunPoint& from, const RunPoint& to) {
-    return FeetBetween(Position{from.Latitude, from.Longitude}, Position{to.Latitude, to.Longitude});
-}
+std::optional<Position> PositionOf(const RunPoint& point) { return PositionFrom(point.Latitude, point.Longitude); }
 
 std::int16_t RunNumberAt(const FieldLog& log, std::size_t index) {
     return WithLeadingHalf(log, index, [](const auto& half) { return half.RunNumber; });

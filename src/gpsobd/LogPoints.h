@@ -2,10 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "core/Position.h"
 #include "gpsobd/FieldLog.h"
 
 namespace vantor {
@@ -34,10 +36,8 @@ RunPoint RunPointAt(const FieldLog& log, std::size_t index);
 
 /// False for a speed that stands for none.
 bool HasSpeed(const RunPoint& point);
-/// False for a position that stands for none.
-bool HasPosition(const RunPoint& point);
-/// On the great circle.
-double FeetBetween(const RunPoint& from, const RunPoint& to);
+/// Nothing for a position that stands for none.
+std::optional<Position> PositionOf(const RunPoint& point);
 
 /// Calls `use` with the half of a point that its run number, time, node, delay number and direction are taken from.
 template <class Log, class Use>

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "core/Numeric.h"
+#include "core/Position.h"
 #include "gpsobd/LogGaps.h"
 
 namespace vantor {
@@ -38,12 +39,14 @@ std::optional<double> SpikeAt(const RunPoint& point, const RunPoint& before) {
 }
 
 std::optional<double> JumpTo(const RunPoint& point, const RunPoint& before) {
-    if (!HasPosition(point) || !HasPosition(before)) return std::nullopt;
+    const auto from = PositionOf(before);
+    const auto to = PositionOf(point);
+    if (!from || !to) return std::nullopt;
     const double seconds = SecondsBetween(before, point);
     double fastest = HasSpeed(point) || HasSpeed(before) ? 0 : FastestWithoutOne;
     for (const RunPoint& end : {before, point})
         if (HasSpeed(end)) fastest = std::max(fastest, static_cast<double>(end.Speed));
-    const double feet = FeetBetween(before, point);
+    const double feet = FeetBetween(*from, *to);
     const double most = (fastest + FastestChange * seconds) * FeetPerSecondOfMph * seconds;
     if (feet <= ShortestJump || feet <= most) return std::nullopt;
     return feet;

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <numbers>
+#include <set>
+#include <utility>
 
 #include "analysis/ProfileTrace.h"
 #include "core/Numeric.h"
@@ -11,7 +12,9 @@
 #include "core/Position.h"
 #include "core/RunDirection.h"
 #include "core/RunFile.h"
+#include "core/RunNames.h"
 #include "core/RunTimeError.h"
+#include "core/StudyGroupFolders.h"
 #include "core/Text.h"
 #include "core/modMain.h"
 #include "gpsobd/LogGaps.h"
@@ -80,9 +83,13 @@ std::vector<std::string> FlagsOf(const RunRecord& run, std::span<const LogGap> g
     return flags;
 }
 
+bool BeginsAsLong(const RunRecord& left, const RunRecord& right) {
+    return left.Header.SampleCount == right.Header.SampleCount && ClockOf(left, 1) == ClockOf(right, 1);
+}
+
 bool IsSameDrive(const RunRecord& left, const RunRecord& right) {
-    return left.Header.SampleCount == right.Header.SampleCount && ClockOf(left, 1) == ClockOf(right, 1) &&
-           left.Header.RunDate == right.Header.RunDate && left.SampleValues == right.SampleValues;
+    return BeginsAsLong(left, right) && left.Header.RunDate == right.Header.RunDate &&
+           left.SampleValues == right.SampleValues;
 }
 
 /// Its own, else the one driven, which goes into its notes as one of a log.
@@ -105,6 +112,22 @@ std::string ReasonOf(const RunTimeError& error, const std::string& path) {
     // What is left is a place in the file, ", line 5".
     const std::string place = reason.substr(at + line.size());
     return reason.substr(0, at) + (place.starts_with(", ") ? " (" + place.substr(2) + ")" : place);
+}
+
+template <class Filter>
+void FindSameRuns(const FileSystem& files, const std::string& folder, std::span<const InboxTrack> tracks,
+                  Filter isOfGroup, const Progress& progress, std::vector<SameRun>& same) {
+    const std::vector<FileInfo> listed = files.List(folder, RunExtension);
+    for (std::size_t i = 0; i < listed.size() && progress(i, listed.size()); ++i) {
+        const std::string name = BaseName(listed[i].Name);
+        const RunReading header = ReadRun(files, AsFolder(folder), name, RunPart::Header);
+        if (!header) continue;
+        for (std::size_t track = 0; track < tracks.size(); ++track) {
+            if (!isOfGroup(track) || !BeginsAsLong(tracks[track].Run, header.Run)) continue;
+            const RunReading whole = ReadRun(files, AsFolder(folder) + listed[i].Name);
+            if (whole && IsSameDrive(tracks[track].Run, whole.Run)) same.push_back({track, name});
+        }
+    }
 }
 
 void FlagColumns(const std::vector<std::string>& notes, InboxFile& file) {
@@ -166,7 +189,7 @@ InboxFile ReadTracks(const LogSources& sources, const std::string& path, const A
     return file;
 }
 
-std::vector<SameRun> SameRuns(const FileSystem& files, const std::string& groupFolder,
+std::vector<SameRun> SameRuns(const FileSystem& files, std::span<const std::string> groupFolders,
                               std::span<const InboxTrack> tracks, const Progress& progress) {
     std::vector<SameRun> same;
     for (std::size_t i = 0; i < tracks.size(); ++i)
@@ -175,63 +198,67 @@ std::vector<SameRun> SameRuns(const FileSystem& files, const std::string& groupF
                 same.push_back({i, LastComponent(tracks[earlier].Path)});
                 break;
             }
-    if (groupFolder.empty() || !FolderExists(files, groupFolder)) return same;
-    const std::vector<FileInfo> listed = files.List(groupFolder, RunExtension);
-    for (std::size_t i = 0; i < listed.size() && progress(i, listed.size()); ++i) {
-        const std::string name = BaseName(listed[i].Name);
-        const RunReading header = ReadRun(files, AsFolder(groupFolder), name, RunPart::Header);
-        if (!header) continue;
-        for (std::size_t track = 0; track < tracks.size(); ++track) {
-            const RunRecord& run = tracks[track].Run;
-            if (run.Header.SampleCount != header.Run.Header.SampleCount || ClockOf(run, 1) != ClockOf(header.Run, 1))
-                continue;
-            const RunReading whole = ReadRun(files, AsFolder(groupFolder) + listed[i].Name);
-            if (whole && IsSameDrive(run, whole.Run)) same.push_back({track, name});
-        }
+    const std::set<std::string> folders(groupFolders.begin(), groupFolders.end());
+    std::size_t done = 0;
+    for (const std::string& folder : folders) {
+        const Progress its = progress.PartOf(done++, folders.size());
+        if (folder.empty() || !FolderExists(files, folder)) continue;
+        const auto isOfGroup = [&](std::size_t track) { return groupFolders[track] == folder; };
+        FindSameRuns(files, folder, tracks, isOfGroup, its, same);
     }
     return same;
 }
 
-std::vector<std::string> InboxNames(const RunNameTemplate& parts, std::span<const InboxTrack* const> tracks,
-                                    const std::vector<std::string>& namesInGroup) {
-    std::map<std::string, TakenNumbers> taken;
-    std::vector<std::string> names;
-    for (const InboxTrack* track : tracks) {
-        RunNameTemplate its = parts;
-        if (!track->Direction.empty()) its.Direction = track->Direction;
-        const bool isFirst = !taken.contains(its.Direction);
-        TakenNumbers& numbers = taken[its.Direction];
-        if (isFirst)
-            for (const std::string& name : namesInGroup) TakeNumberOf(numbers, its, name);
-        its.RunNumber = FreeRunNumber(numbers, 1);
-        if (its.RunNumber.empty())
-            throw RunTimeError(ErrorNumber::FileAlreadyExists, "The group has no free number for " + its.BaseName +
-                                                                   "-" + its.Direction + ". Choose another base name.");
-        names.push_back(RunNameOf(its));
-        TakeNumberOf(numbers, its, names.back());
+void NameTracks(const std::string& baseName, std::span<TakenTrack> tracks, const NamesInGroups& namesInGroups) {
+    std::map<std::pair<std::string, std::string>, TakenNumbers> taken;  // by group and direction
+    const auto numbersFor = [&](const TakenTrack& track, const RunNameTemplate& parts) -> TakenNumbers& {
+        const auto [at, isNew] = taken.try_emplace({track.Group, parts.Direction});
+        if (!isNew) return at->second;
+        if (const auto names = namesInGroups.find(track.Group); names != namesInGroups.end())
+            for (const std::string& name : names->second) TakeNumberOf(at->second, parts, name);
+        for (const TakenTrack& other : tracks)
+            if (other.Group == track.Group) TakeNumberOf(at->second, parts, other.Name);
+        return at->second;
+    };
+    for (TakenTrack& track : tracks) {
+        if (!track.Name.empty() || (baseName.empty() && track.Group.empty())) continue;
+        RunNameTemplate parts;
+        parts.BaseName = baseName.empty() ? track.Group : baseName;
+        if (!track.Track->Direction.empty()) parts.Direction = track.Track->Direction;
+        TakenNumbers& numbers = numbersFor(track, parts);
+        parts.RunNumber = FreeRunNumber(numbers, 1);
+        if (parts.RunNumber.empty())
+            throw RunTimeError(ErrorNumber::FileAlreadyExists, "The group has no free number for " + parts.BaseName +
+                                                                   "-" + parts.Direction +
+                                                                   ". Choose another base name.");
+        track.Name = RunNameOf(parts);
+        TakeNumberOf(numbers, parts, track.Name);
     }
-    return names;
 }
 
-std::string NameClash(std::span<const std::string> names, std::span<const std::string> namesInGroup) {
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        const auto isIts = [&](const std::string& name) { return EqualIgnoringCase(name, names[i]); };
-        const bool isThere = std::ranges::any_of(namesInGroup, isIts);
-        if (!isThere && std::ranges::none_of(names.first(i), isIts)) continue;
-        return (isThere ? "The Study Group has a run " : "Two runs would be called ") + names[i] +
+std::string NameClash(std::span<const TakenTrack> tracks, const NamesInGroups& namesInGroups) {
+    for (std::size_t i = 0; i < tracks.size(); ++i) {
+        const TakenTrack& track = tracks[i];
+        const auto isIts = [&](const std::string& name) { return EqualIgnoringCase(name, track.Name); };
+        const auto isTwin = [&](const TakenTrack& other) { return other.Group == track.Group && isIts(other.Name); };
+        const auto names = namesInGroups.find(track.Group);
+        const bool isThere = names != namesInGroups.end() && std::ranges::any_of(names->second, isIts);
+        if (!isThere && std::ranges::none_of(tracks.first(i), isTwin)) continue;
+        return (isThere ? "Study Group " + track.Group + " has a run " : "Two runs would be called ") + track.Name +
                (isThere ? " already." : ".") + "\nType another name (F2), or none for the next free number.";
     }
     return {};
 }
 
-bool WriteTracks(FileSystem& files, std::span<const NamedTrack> tracks, const std::string& folder,
+bool WriteTracks(FileSystem& files, std::span<const TakenTrack> tracks, const std::string& groupRoot,
                  const Progress& progress) {
-    const std::string there = AsFolder(folder);
     const auto batch = files.BeginWrites();
     for (std::size_t i = 0; i < tracks.size(); ++i) {
         if (!progress.Part(0, 0.5)(i, tracks.size())) return false;
-        RunRecord run = tracks[i].Track->Run;
-        AddRunBytes(*batch, RunBytes(run, tracks[i].Name), there, tracks[i].Name, Expected::Nothing());
+        const TakenTrack& track = tracks[i];
+        RunRecord run = track.Track->Run;
+        AddRunBytes(*batch, RunBytes(run, track.Name), GroupFolder(groupRoot, track.Group), track.Name,
+                    Expected::Nothing());
     }
     return batch->Commit(progress.Part(0.5, 1));
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -8,7 +10,6 @@
 
 #include "core/AppSettings.h"
 #include "core/Progress.h"
-#include "core/RunNames.h"
 #include "core/RunRecords.h"
 #include "core/Units.h"
 #include "core/ports/FileSystem.h"
@@ -55,24 +56,30 @@ struct SameRun {
     std::size_t Track = 0;  ///< from 0
     std::string Name;
 };
-std::vector<SameRun> SameRuns(const FileSystem& files, const std::string& groupFolder,
+/// `groupFolders` holds that of the group of each track, empty where there is none yet.
+std::vector<SameRun> SameRuns(const FileSystem& files, std::span<const std::string> groupFolders,
                               std::span<const InboxTrack> tracks, const Progress& progress = {});
 
-/// Names for tracks that are taken, in their order: base name, direction and the next number that is free in the group.
-/// A track without a direction has the one of `parts`.
-std::vector<std::string> InboxNames(const RunNameTemplate& parts, std::span<const InboxTrack* const> tracks,
-                                    const std::vector<std::string>& namesInGroup);
+/// The names of the runs that lie in Study Groups, by group.
+using NamesInGroups = std::map<std::string, std::vector<std::string>>;
 
-/// Why runs cannot be called so, with the remedy; empty where they can: two of one name, or one that the group has.
-std::string NameClash(std::span<const std::string> names, std::span<const std::string> namesInGroup);
-
-/// A track and what its run is to be called.
-struct NamedTrack {
+/// A track that is taken, the group that its run goes to and what it is to be called.
+struct TakenTrack {
     const InboxTrack* Track = nullptr;
+    std::string Group;
     std::string Name;
 };
-/// Writes the runs into a folder, all or none; error 58 for a name that is there. False when it was stopped.
-bool WriteTracks(FileSystem& files, std::span<const NamedTrack> tracks, const std::string& folder,
+/// Names those tracks that have none yet: base name, direction and the next number that is free in their groups.
+/// Without a base name it is the group's; a track without both stays without a name.
+void NameTracks(const std::string& baseName, std::span<TakenTrack> tracks, const NamesInGroups& namesInGroups);
+
+/// Why runs cannot be called so, with the remedy; empty where they can: two of one name in a group, or one that the
+/// group has.
+std::string NameClash(std::span<const TakenTrack> tracks, const NamesInGroups& namesInGroups);
+
+/// Writes the runs into the folders of their groups, all or none; error 58 for a name that is there. False when it was
+/// stopped.
+bool WriteTracks(FileSystem& files, std::span<const TakenTrack> tracks, const std::string& groupRoot,
                  const Progress& progress = {});
 
 }  // namespace vantor

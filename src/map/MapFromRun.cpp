@@ -7,7 +7,7 @@
 namespace vantor {
 namespace {
 
-GeoPosition PlaceOf(const RunSample& sample) { return {sample.Latitude, sample.Longitude}; }
+Position PlaceOf(const RunSample& sample) { return {sample.Latitude, sample.Longitude}; }
 
 }  // namespace
 
@@ -29,7 +29,7 @@ std::vector<MapNode> NodesOf(const RunRecord& run) {
     for (int i = 1; i <= samples; ++i) {
         if (!HasNode(run.SampleValues[i])) continue;
         ++node;
-        const GeoPosition at = PlaceOf(run.RunSamples[i]);
+        const Position at = PlaceOf(run.RunSamples[i]);
         if (!IsPosition(at)) continue;
         std::string name;
         if (node <= decltype(RunHeader::SectionName)::LastIndex) name = Trim(run.Header.SectionName[node]);

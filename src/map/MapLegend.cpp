@@ -101,11 +101,17 @@ void MapFurniture::PlaceAttribution() {
     attribution_ = {area.X + area.Width - width, area.Y + area.Height - line_, width, line_};
 }
 
+/// Of the class whose name may be longer.
+double MapFurniture::LastBlockWidth() const {
+    const SpeedScale& speeds = scene_.Speeds();
+    return std::max(BlockWidth, measure_.TextWidth(speeds.NameOf(speeds.Classes() - 1), Style()) + Space);
+}
+
 double MapFurniture::LegendWidth() const {
     if (scene_.Items() == 0) return 0;
     const double ends =
         Marker + Space + std::max(measure_.TextWidth(StartName, Style()), measure_.TextWidth(EndName, Style()));
-    const double speeds = scene_.Speeds().Classes() * BlockWidth +
+    const double speeds = (scene_.Speeds().Classes() - 1) * BlockWidth + LastBlockWidth() +
                           measure_.TextWidth(scene_.Contents().Shown.SpeedLabel(), Style()) + Space;
     return Space + speeds + (scene_.LacksSpeeds() ? NoSpeedWidth + Space : 0) + 2 * Space + ends + Space;
 }
@@ -155,11 +161,13 @@ void MapFurniture::DrawLegend(Canvas& canvas) const {
     const double top = legend_.Y + Space;
     const double below = top + BlockHeight;
     double x = legend_.X + Space;
-    for (int speed = 0; speed < speeds.Classes(); ++speed, x += BlockWidth) {
+    for (int speed = 0; speed < speeds.Classes(); ++speed) {
+        const double width = speed + 1 < speeds.Classes() ? BlockWidth : LastBlockWidth();
         // As broad as the lines are against each other.
         const double height = BlockHeight * speeds.WidthOf(speed) / speeds.WidthOf(0);
-        canvas.FillBox({x, below - height, BlockWidth, height}, speeds.InkOf(speed, look_.Inks));
-        canvas.DrawText({x, below, BlockWidth, line_}, std::to_string(speeds.LowOf(speed)), Style());
+        canvas.FillBox({x, below - height, width, height}, speeds.InkOf(speed, look_.Inks));
+        canvas.DrawText({x, below, width, line_}, speeds.NameOf(speed), Style());
+        x += width;
     }
     const char* unit = scene_.Contents().Shown.SpeedLabel();
     const double unitWidth = measure_.TextWidth(unit, Style());

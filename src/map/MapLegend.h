@@ -26,6 +26,7 @@ private:
     void PlaceAttribution();
     void PlaceScaleAndLegend();
     TextStyle Style(TextSide side = TextSide::Left) const;
+    double LastBlockWidth() const;
     double LegendWidth() const;
     void DrawScale(Canvas& canvas) const;
     void DrawLegend(Canvas& canvas) const;

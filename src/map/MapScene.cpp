@@ -47,9 +47,9 @@ NearWay NearestWay(const ThinnedTrack& track, int level, const MapWindow& window
 MapScene::MapScene(MapContents contents) : contents_(std::move(contents)) {
     // What lies on both sides of the date line is brought to one.
     const auto middle = [&](const WorldBox& box) { return (bounds_.IsEmpty() ? box : bounds_).Middle().X; };
-    float top = 0;
+    std::vector<float> speeds;
     for (MapTrack& track : contents_.Tracks) {
-        top = std::max(top, track.TopMph());
+        for (const MapPoint& point : track.Points()) speeds.push_back(point.Mph);
         lacksSpeeds_ = lacksSpeeds_ || track.LacksSpeeds();
         if (track.Points().empty()) continue;
         const double x = track.Bounds().Middle().X;
@@ -62,7 +62,7 @@ MapScene::MapScene(MapContents contents) : contents_(std::move(contents)) {
         nodes_.push_back(NearestTurn(place, middle({place, place})));
         bounds_.Include(nodes_.back());
     }
-    speeds_ = SpeedScale(top, contents_.Shown);
+    speeds_ = SpeedScale(std::move(speeds), contents_.Shown);
     thinned_.reserve(contents_.Tracks.size());
     for (const MapTrack& track : contents_.Tracks) thinned_.emplace_back(track, speeds_);
 }

@@ -15,10 +15,7 @@ void MapTrack::Add(const RecordedPoint& point) {
     points_.push_back({at, static_cast<float>(point.Mph), isParted_, point.Time});
     isParted_ = false;
     bounds_.Include(at);
-    if (std::isfinite(point.Mph))
-        topMph_ = std::max(topMph_, static_cast<float>(point.Mph));
-    else
-        lacksSpeeds_ = true;
+    if (!std::isfinite(point.Mph)) lacksSpeeds_ = true;
 }
 
 void MapTrack::Turn(double turns) {

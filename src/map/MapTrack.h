@@ -11,7 +11,7 @@ namespace vantor {
 
 /// A point of a track as it was recorded.
 struct RecordedPoint {
-    GeoPosition At;
+    Position At;
     double Mph = std::numeric_limits<double>::quiet_NaN();  ///< no number where it is not known
     Date Time{};                                            ///< no valid date where it is not known
 };
@@ -40,14 +40,12 @@ public:
     const std::vector<MapPoint>& Points() const { return points_; }
     const WorldBox& Bounds() const { return bounds_; }
     std::size_t LeftOut() const { return leftOut_; }
-    float TopMph() const { return topMph_; }
     bool LacksSpeeds() const { return lacksSpeeds_; }
 
 private:
     std::vector<MapPoint> points_;
     WorldBox bounds_;
     std::size_t leftOut_ = 0;
-    float topMph_ = 0;
     bool lacksSpeeds_ = false;
     bool isParted_ = true;
 };
@@ -55,7 +53,7 @@ private:
 /// A named place, such as an intersection.
 struct MapNode {
     std::string Name;
-    GeoPosition At;
+    Position At;
 };
 
 }  // namespace vantor

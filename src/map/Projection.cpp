@@ -20,12 +20,12 @@ double NearestWhole(double value) { return std::floor(value + 0.5); }
 
 }  // namespace
 
-WorldPoint WorldOf(const GeoPosition& position) {
+WorldPoint WorldOf(const Position& position) {
     const double latitude = std::clamp(position.Latitude, -LatitudeLimit, LatitudeLimit) * RadiansPerDegree;
     return {(position.Longitude + HalfTurn) / Turn, (1 - std::asinh(std::tan(latitude)) / std::numbers::pi) / 2};
 }
 
-GeoPosition PositionOf(const WorldPoint& place) {
+Position PositionOf(const WorldPoint& place) {
     const double x = place.X - std::floor(place.X);
     return {std::atan(std::sinh(std::numbers::pi * (1 - 2 * place.Y))) / RadiansPerDegree, x * Turn - HalfTurn};
 }

@@ -5,10 +5,8 @@
 
 namespace vantor {
 
-using GeoPosition = Position;
-
 /// False for what loggers write where they know no position (PositionFrom).
-inline bool IsPosition(const GeoPosition& position) {
+inline bool IsPosition(const Position& position) {
     return PositionFrom(position.Latitude, position.Longitude).has_value();
 }
 
@@ -20,9 +18,9 @@ struct WorldPoint {
     double Y = 0;
 };
 
-WorldPoint WorldOf(const GeoPosition& position);
+WorldPoint WorldOf(const Position& position);
 /// Its longitude is from -180 up to 180.
-GeoPosition PositionOf(const WorldPoint& place);
+Position PositionOf(const WorldPoint& place);
 /// The place with as many turns as bring it nearest to `x`.
 WorldPoint NearestTurn(WorldPoint place, double x);
 /// Feet on the ground, straight across, that the width of the world is there.

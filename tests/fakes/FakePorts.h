@@ -146,6 +146,7 @@ public:
     std::map<int, StudyRunEntry> Proposals;
     ProfileChanges Profiles;                ///< by the speed profile; its LastRun is the first
     RunsForStudy Moved;                     ///< in the screen that names runs
+    std::vector<RunsForStudy> Imported;     ///< in the screen that imports tracks
     std::vector<std::string> TracksHanded;  ///< to the screen that imports tracks
     std::vector<Upload> Uploads;            ///< what was handed to the screen that names runs
 
@@ -193,10 +194,10 @@ public:
         Show("frmUploadData");
         return Moved;
     }
-    RunsForStudy ShowImportTracks(const std::vector<std::string>& paths) override {
+    std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths) override {
         TracksHanded = paths;
         Show("frmImportTracks");
-        return Moved;
+        return Imported;
     }
     void ShowDamagedCounterFile() override { Show("damaged counter file"); }
     void ShowUploadRunList(const std::string&) override { Show("frmUploadRunList"); }

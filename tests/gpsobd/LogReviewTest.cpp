@@ -1,5 +1,6 @@
 #include "gpsobd/forms/LogReview.h"
 
+#include <QScreen>
 #include <QTimer>
 
 #include "Logs.h"
@@ -112,6 +113,17 @@ TEST_F(LogReviewTest, FindsAGapAndFillsIt) {
     expectFilled("35.0", "40.0");
     Press("btnFindMissingData");
     EXPECT_EQ(Text("lblStatus"), "From row 17 on no row has -1 in column Speed (MPH).");
+}
+
+/// The screen of the tests is a small one; a laptop's of 1366 pixels leaves half of them at twice the size.
+TEST_F(LogReviewTest, FitsASmallScreenInWidth) {
+    constexpr int Room = 1366 / 2 - 8;
+    OpenObd(WithGap);
+    ASSERT_LT(Window->screen()->availableGeometry().width(), 900);
+    EXPECT_LE(Window->minimumSizeHint().width(), Room);
+    Press("btnViews");
+    EXPECT_TRUE(IsShown("tabViews"));
+    EXPECT_LE(Window->minimumSizeHint().width(), Room);
 }
 
 TEST_F(LogReviewTest, DeletesTheActiveRowAndPutsItBack) {

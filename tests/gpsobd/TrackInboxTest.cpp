@@ -29,11 +29,6 @@ protected:
         return ReadTracks(sources, "/t/" + name, State.Settings);
     }
     InboxTrack Track(const Drive& drive) { return Read("a.gpx", Gpx(drive)).Tracks.at(0); }
-    static std::vector<const InboxTrack*> All(const std::vector<InboxTrack>& tracks) {
-        std::vector<const InboxTrack*> all;
-        for (const InboxTrack& track : tracks) all.push_back(&track);
-        return all;
-    }
 };
 
 TEST_F(TrackInboxTest, DirectionIsTheWayDriven) {
@@ -80,30 +75,44 @@ TEST_F(TrackInboxTest, ColumnsThatLeaveAQuestionAreFlaggedUntilItIsAnswered) {
 
 TEST_F(TrackInboxTest, NamesTakeTheNextFreeNumberOfTheirDirection) {
     const std::vector<InboxTrack> tracks{Track({}), Track({.Minute = 5}), Track({.Minute = 9, .IsNorth = false})};
-    RunNameTemplate parts;
-    parts.BaseName = "Main";
-    EXPECT_THAT(InboxNames(parts, All(tracks), {"Main-NB-001", "main-nb-003", "Main-EB-x"}),
-                ElementsAre("Main-NB-002", "Main-NB-004", "Main-EB-001"));
-    const std::vector<std::string> names{"A", "B", "a"};
-    EXPECT_THAT(NameClash(names, {}), StartsWith("Two runs would be called a."));
-    EXPECT_THAT(NameClash(std::span(names).first(2), std::vector<std::string>{"b"}),
-                StartsWith("The Study Group has a run B already."));
-    EXPECT_EQ(NameClash(std::span(names).first(2), {}), "");
+    const NamesInGroups there{{"Main", {"Main-NB-001", "main-nb-003", "Main-EB-x"}}, {"Elm", {"Elm-NB-001"}}};
+    std::vector<TakenTrack> taken{{&tracks[0], "Main"}, {&tracks[1], "Main"}, {&tracks[2], "Main"},
+                                  {&tracks[0], "Elm"},  {&tracks[1], "New"},  {&tracks[0], "Elm", "Elm-NB-002"}};
+    const auto names = [&](const std::string& base) {
+        std::vector<TakenTrack> named = taken;
+        NameTracks(base, named, there);
+        std::vector<std::string> all;
+        for (const TakenTrack& track : named) all.push_back(track.Name);
+        return all;
+    };
+    EXPECT_THAT(names(""),
+                ElementsAre("Main-NB-002", "Main-NB-004", "Main-EB-001", "Elm-NB-003", "New-NB-001", "Elm-NB-002"));
+    EXPECT_THAT(names("Elm"),
+                ElementsAre("Elm-NB-001", "Elm-NB-002", "Elm-EB-001", "Elm-NB-003", "Elm-NB-001", "Elm-NB-002"))
+        << "each group counts its own";
+    taken = {{nullptr, "Main", "A"}, {nullptr, "Elm", "a"}, {nullptr, "Main", "a"}};
+    EXPECT_THAT(NameClash(taken, {}), StartsWith("Two runs would be called a."));
+    taken.pop_back();
+    EXPECT_EQ(NameClash(taken, {{"Main", {"B"}}}), "") << "one of a name in each group";
+    EXPECT_THAT(NameClash(taken, {{"Elm", {"A"}}}), StartsWith("Study Group Elm has a run a already."));
 }
 
 TEST_F(TrackInboxTest, RunsAreWrittenAllOrNoneAndKnownAgain) {
     const std::vector<InboxTrack> tracks{Track({}), Track({.Minute = 5}), Track({})};
-    Files.CreateFolder("/g");
-    Files.PutText("/g/B.rd2", "there before");
-    EXPECT_ERROR(FileAlreadyExists,
-                 WriteTracks(Files, std::vector<NamedTrack>{{&tracks[0], "A"}, {&tracks[1], "B"}}, "/g"));
-    EXPECT_THAT(Files.List("/g", RunExtension), SizeIs(1));
-    EXPECT_TRUE(WriteTracks(Files, std::vector<NamedTrack>{{&tracks[0], "A"}}, "/g"));
-    EXPECT_EQ(ReadRun(Files, "/g/", "A", RunPart::Whole).Run.Header.SampleCount, tracks[0].Run.Header.SampleCount);
+    for (const char* folder : {"/g/one", "/g/two"}) Files.CreateFolder(folder);
+    Files.PutText("/g/two/B.rd2", "there before");
+    std::vector<TakenTrack> taken{{&tracks[0], "one", "A"}, {&tracks[1], "two", "B"}};
+    EXPECT_ERROR(FileAlreadyExists, WriteTracks(Files, taken, "/g"));
+    EXPECT_THAT(Files.List("/g/one", RunExtension), IsEmpty());
+    taken[1].Name = "C";
+    EXPECT_TRUE(WriteTracks(Files, taken, "/g"));
+    EXPECT_EQ(ReadRun(Files, "/g/one/", "A", RunPart::Whole).Run.Header.SampleCount, tracks[0].Run.Header.SampleCount);
     std::vector<std::pair<std::size_t, std::string>> same;
-    for (const SameRun& run : SameRuns(Files, "/g", tracks)) same.emplace_back(run.Track, run.Name);
-    EXPECT_THAT(same, testing::UnorderedElementsAre(testing::Pair(2U, "a.gpx"), testing::Pair(0U, "A"),
-                                                    testing::Pair(2U, "A")));
+    const std::vector<std::string> folders{"/g/two", "/g/two", "/g/one"};
+    for (const SameRun& run : SameRuns(Files, folders, tracks)) same.emplace_back(run.Track, run.Name);
+    EXPECT_THAT(
+        same, testing::UnorderedElementsAre(testing::Pair(2U, "a.gpx"), testing::Pair(1U, "C"), testing::Pair(2U, "A")))
+        << "the first does not lie in its group";
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "gpsobd/forms/frmImportTracks.h"
 
 #include <gmock/gmock.h>
+#include <QApplication>
 #include <QSpinBox>
 #include <QTimer>
 
@@ -8,6 +9,7 @@
 #include "core/RunFile.h"
 #include "core/StudyFile.h"
 #include "core/StudyGroupFolders.h"
+#include "core/Text.h"
 #include "core/modMain.h"
 #include "fakes/FormScene.h"
 #include "gpsobd/TrackChoices.h"
@@ -21,8 +23,8 @@ using Names = std::vector<std::string>;
 
 class ImportTracksTest : public FormScene<frmImportTracks> {
 protected:
-    static constexpr int Start = 2, Name = 6, Flags = 7;
-    const std::string Main = "/start/Study Groups/Main/";
+    static constexpr int Start = 2, Group = 6, Name = 7, Flags = 8;
+    const std::string Main = "/start/Study Groups/Main/", Elm = "/start/Study Groups/Elm/";
 
     /// Two drives to the north, the second with a jump, and one to the east.
     void OpenInbox() {
@@ -37,6 +39,12 @@ protected:
         PressKey(Qt::Key_Return);
     }
     Names NamesShown() { return Column(*Window, "vaTracks", Name); }
+    /// "FOLDER NAME NAME;" of each group that the study is offered runs of.
+    std::string Taken() {
+        std::string text;
+        for (const RunsForStudy& runs : Window->ForStudy()) text += runs.Folder + " " + Joined(runs.Names, " ") + ";";
+        return text;
+    }
     TickList& List() { return Get<TickList>("vaTracks"); }
     std::string Notes() { return FromQt(Get<QPlainTextEdit>("txtNotes").toPlainText()); }
 };
@@ -66,8 +74,7 @@ TEST_F(ImportTracksTest, RunsGoToANewGroupUnderTheirNames) {
     EXPECT_EQ(Text("lblCount"), "2 of 3 runs");
     Press("btnOk");
     EXPECT_TRUE(IsAccepted());
-    EXPECT_EQ(Window->ForStudy().Folder, Main);
-    EXPECT_THAT(Window->ForStudy().Names, ElementsAre("Elm-NB-001", "Elm-EB-001"));
+    EXPECT_EQ(Taken(), Main + " Elm-NB-001 Elm-EB-001;");
     EXPECT_TRUE(ReadRun(Files, Main, "Elm-EB-001", RunPart::Whole));
     EXPECT_EQ(LastGroupOfRuns(State.Choices), "Main");
 }
@@ -89,13 +96,43 @@ TEST_F(ImportTracksTest, TypedNamesAreKeptAndChecked) {
     List().item(2, Name)->setText(QStringLiteral("MAIN-eb-001"));
     Messages.Expect("Two runs would be called MAIN-eb-001.\nType another name (F2), or none for the next free number.");
     Press("btnOk");
-    const std::string asks = "Names of runs were typed, and no run was made.\nDo you want to discard the names?";
+    const std::string asks =
+        "Names or Study Groups of runs were typed, and no run was made.\nDo you want to discard them?";
     Messages.Expect(asks, MessageAnswer::No);
     PressKey(Qt::Key_Escape);
     EXPECT_TRUE(Window->isVisible());
     Messages.Expect(asks, MessageAnswer::Yes);
     PressKey(Qt::Key_Escape);
     EXPECT_FALSE(FolderExists(Files, Main));
+}
+
+TEST_F(ImportTracksTest, RowsGoToGroupsOfTheirOwn) {
+    OpenInbox();
+    List().item(1, 0)->setCheckState(Qt::Checked);
+    ChooseGroup("Main");
+    PressKey(Qt::Key_Down, Qt::ShiftModifier);
+    Press("btnGroupOfRows");
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("Elm"));
+    PressKey(Qt::Key_Return);
+    EXPECT_TRUE(Window->isVisible());
+    EXPECT_THAT(Column(*Window, "vaTracks", Group), ElementsAre("Elm", "Elm", "Main")) << "all that were selected";
+    EXPECT_THAT(NamesShown(), ElementsAre("Elm-NB-001", "Elm-NB-002", "Main-EB-001"));
+    List().setCurrentCell(0, 0);
+    PressKey(Qt::Key_F2);
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("Mine"));
+    PressKey(Qt::Key_Return);
+    QCoreApplication::processEvents();
+    EXPECT_THAT(NamesShown(), ElementsAre("Mine", "Elm-NB-001", "Main-EB-001")) << "F2 is for the name";
+    ChooseGroup("Oak");
+    EXPECT_THAT(Column(*Window, "vaTracks", Group), ElementsAre("Elm", "Elm", "Oak"));
+    PressKey(Qt::Key_Return);
+    EXPECT_TRUE(IsAccepted()) << "Enter in the list is OK";
+    EXPECT_EQ(Taken(), "/start/Study Groups/Oak/ Oak-EB-001;" + Elm + " Mine Elm-NB-001;");
+    Open(Names{"/t/a.gpx"});
+    EXPECT_THAT(Column(*Window, "vaTracks", Flags), ElementsAre("")) << "the drive lies in another group than this";
+    ChooseGroup("Elm");
+    EXPECT_THAT(Column(*Window, "vaTracks", Flags), ElementsAre("same drive as Mine"));
+    EXPECT_EQ(Text("lblCount"), "0 of 1 runs");
 }
 
 TEST_F(ImportTracksTest, ADriveThatTheGroupHasIsNotTakenTwice) {
@@ -178,12 +215,12 @@ TEST_F(ImportTracksTest, AReviewedFileGivesItsRunsAndLeavesTheList) {
     EXPECT_EQ(OtherScreens.Shown.back(), "frmUploadData");
     EXPECT_EQ(List().rowCount(), 2);
     OtherScreens.Log = {"/t/", "b", ".gpx"};
-    OtherScreens.Moved = {};
+    OtherScreens.Moved = {Elm, {"Elm-NB-001"}};
     OtherScreens.OnShow["review b.gpx"] = [] { return true; };
     Press("btnReview");
     ChooseGroup("Main");
     Press("btnOk");
-    EXPECT_THAT(Window->ForStudy().Names, ElementsAre("Main-EB-001", "Main-NB-007"));
+    EXPECT_EQ(Taken(), Main + " Main-EB-001 Main-NB-007;" + Elm + " Elm-NB-001;");
 }
 
 }  // namespace

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <vector>
 
 #include "fakes/RecordingCanvas.h"
 #include "map/MapDrawing.h"
 #include "map/MapFromRun.h"
+#include "map/SpeedScale.h"
 
 namespace vantor {
 namespace {
@@ -116,6 +119,20 @@ TEST(MapDrawing, HasScaleLegendNorthAndNamesThatDoNotMeet) {
     EXPECT_EQ(ScaleBarOf({.Zoom = 8, .Area = Area}, {}, 120).Name, "20 miles");
 }
 
+TEST(SpeedScale, IsOfTheSpeedsWithoutAFewFarAbove) {
+    std::vector<float> speeds;
+    for (int second = 0; second < 200; ++second) speeds.push_back(static_cast<float>(second % 46));
+    const SpeedScale sound(speeds, {});
+    EXPECT_EQ(sound.Classes(), 5) << "up to 45 mph";
+    EXPECT_EQ(sound.NameOf(4), "40");
+    for (const float fault : {800.0F, 650.0F, std::numeric_limits<float>::infinity()}) speeds.push_back(fault);
+    const SpeedScale damaged(speeds, {});
+    EXPECT_EQ(damaged.Classes(), 5);
+    EXPECT_EQ(damaged.NameOf(4), "> 40");
+    EXPECT_EQ(damaged.ClassOf(800), 4);
+    EXPECT_EQ(SpeedScale({10, 60}, {}).NameOf(5), "50") << "few points are all there is";
+}
+
 TEST(MapTiles, AreAskedForFromTheMiddleAndEnlargedWhereTheyEnd) {
     MapTiles tiles({"", "", 3, 4});
     MapWindow window{.Centre = {0.001, 0.5}, .Zoom = 6, .Area = {0, 0, 256, 256}};
@@ -147,7 +164,7 @@ TEST(MapFromRun, TakesPositionsAndNamedNodesOfSamples) {
     run.Header.SectionName[2] = "Elm Ave   ";
     EXPECT_TRUE(HasPositions(run));
     EXPECT_EQ(TrackOf(run, "R1").LeftOut(), 3);
-    EXPECT_EQ(TrackOf(run, "R1").TopMph(), 25);
+    EXPECT_EQ(TrackOf(run, "R1").Points().front().Mph, 25);
     const std::vector<MapNode> nodes = NodesOf(run);
     ASSERT_EQ(nodes.size(), 1) << "the first node has no position";
     EXPECT_EQ(nodes[0].Name, "Elm Ave");

@@ -23,7 +23,7 @@ protected:
         Window->OnChosen = [this] { Told += std::to_string(Window->ChosenItem()); };
         Window->resize(600, 400);
     }
-    QPoint PlaceOf(const GeoPosition& at) const {
+    QPoint PlaceOf(const Position& at) const {
         const CanvasPoint place = Window->Window().PlaceOf(WorldOf(at));
         return {static_cast<int>(place.X), static_cast<int>(place.Y)};
     }
@@ -36,8 +36,8 @@ TEST_F(MapViewTest, KeysAndMouseChooseTracksAndPlaces) {
         PressKey(key);
     EXPECT_EQ(Told, "32123");
     EXPECT_EQ(Window->accessibleDescription(), "3 tracks, 0 nodes. NB-3");
-    GeoPosition clicked;
-    Window->OnPlace = [&](const GeoPosition& at) { clicked = at; };
+    Position clicked;
+    Window->OnPlace = [&](const Position& at) { clicked = at; };
     QTest::mouseClick(Window.get(), Qt::LeftButton, {}, PlaceOf({33.71, -84.38}));
     EXPECT_EQ(Told, "321232");
     EXPECT_NEAR(clicked.Latitude, 33.71, 1e-3);
@@ -48,7 +48,7 @@ TEST_F(MapViewTest, KeysAndMouseChooseTracksAndPlaces) {
 
 TEST_F(MapViewTest, ZoomsAndMovesByWheelKeysAndDragging) {
     const MapWindow whole = Window->Window();
-    const GeoPosition at{33.71, -84.39};
+    const Position at{33.71, -84.39};
     const QPoint place = PlaceOf(at);
     QWheelEvent wheel(place, Window->mapToGlobal(place), {}, {0, 240}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
     QApplication::sendEvent(Window.get(), &wheel);

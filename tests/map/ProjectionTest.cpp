@@ -20,8 +20,8 @@ TEST(Projection, PlacesAreThoseOfTheTileNames) {
     EXPECT_EQ(std::floor(sydney.Y * 4096), 2457);
     EXPECT_NEAR(WorldOf({85.0511287798, 0}).Y, 0, 1e-9);
     EXPECT_NEAR(WorldOf({-90, 0}).Y, 1, 1e-9) << "the poles lie at the limit";
-    for (const GeoPosition at : {GeoPosition{47.3769, 8.5417}, GeoPosition{-33.8688, 151.2093}}) {
-        const GeoPosition back = PositionOf(WorldOf(at));
+    for (const Position at : {Position{47.3769, 8.5417}, Position{-33.8688, 151.2093}}) {
+        const Position back = PositionOf(WorldOf(at));
         EXPECT_NEAR(back.Latitude, at.Latitude, 1e-9);
         EXPECT_NEAR(back.Longitude, at.Longitude, 1e-9);
     }
@@ -32,8 +32,8 @@ TEST(Projection, PlacesAreThoseOfTheTileNames) {
 
 TEST(Projection, WhatIsNoPositionIsKnown) {
     constexpr double None = std::numeric_limits<double>::quiet_NaN();
-    for (const GeoPosition none : {GeoPosition{0, 0}, GeoPosition{-1, -1}, GeoPosition{None, 8}, GeoPosition{91, 8},
-                                   GeoPosition{47, 180.1}, GeoPosition{47, None}})
+    for (const Position none : {Position{0, 0}, Position{-1, -1}, Position{None, 8}, Position{91, 8},
+                                Position{47, 180.1}, Position{47, None}})
         EXPECT_FALSE(IsPosition(none)) << none.Latitude << " " << none.Longitude;
     EXPECT_TRUE(IsPosition({0, 8}) && IsPosition({-90, -180}) && IsPosition({-2, 1}));
 }
@@ -50,7 +50,7 @@ TEST(Projection, WindowsFitZoomAndMove) {
     constexpr CanvasBox Pane{0, 0, 350, 295};
     EXPECT_LT(FittedWindow(box, Pane).PlaceOf(box.High).Y, 295 - 80) << "scale and legend stand above each other there";
     const CanvasPoint about{200, 100};
-    const GeoPosition before = PositionOf(fitted.WorldAt(about));
+    const Position before = PositionOf(fitted.WorldAt(about));
     const MapWindow nearer = ZoomedWindow(fitted, about, 1.5);
     EXPECT_NEAR(PositionOf(nearer.WorldAt(about)).Latitude, before.Latitude, 1e-9);
     EXPECT_NEAR(fitted.FeetPerUnit() / nearer.FeetPerUnit(), std::exp2(1.5), 0.01);

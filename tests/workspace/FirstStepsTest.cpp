@@ -114,13 +114,17 @@ TEST_F(FirstSteps, DroppedTracksAreImportedAndOneLogIsReviewed) {
     Files.PutText("/t/day.txt", "$GPRMC,140000,A,4200.0,N,08300.0,W,30,0,040326,,*00\n");
     OtherScreens.OnShow["frmImportTracks"] = [&] {
         PutRun(Group, "Main-NB-001");
-        OtherScreens.Moved = {Group, {"Main-NB-001"}};
+        OtherScreens.Imported = {{OakElm, {"A", "B"}}, {Group, {"Main-NB-001"}}};
         return true;
     };
+    Messages.Expect(
+        "The study takes the runs of its own Study Group, Main Street.\nThe others lie in theirs, for "
+        "studies there:\n2 runs are in Oak & Elm Ave: A, B");
     Drop({"/t/phone.data", "/t/day.txt", "/logs/drive.gd2", "/t/a.GPX"});
     EXPECT_THAT(OtherScreens.TracksHanded, ElementsAre("/t/phone.data", "/t/day.txt", "/logs/drive.gd2", "/t/a.GPX"));
     EXPECT_THAT(RunsShown(), ElementsAre("R1 ", "Main-NB-001 "));
-    OtherScreens.Moved = {};
+    OtherScreens.OnShow.clear();
+    OtherScreens.Imported = {};
     Drop({"/logs/1.gd2", "/logs/2.ddf"});
     EXPECT_THAT(OtherScreens.TracksHanded, ElementsAre("/logs/1.gd2", "/logs/2.ddf"));
     OtherScreens.Shown.clear();

@@ -24,10 +24,10 @@ struct frmStartUpTest : MainStreet<FormScene<frmStartUp>> {
 
 TEST_F(frmStartUpTest, EachChoiceIsHandedOver) {
     // In the order of StartUpChoice; two choices have a key alone.
-    for (int choice = 0;
-         const char* button : {"BtnCancel", "BtnNewStudy", "BtnOpenStudy", "BtnLastStudy", "ReadTDCBut",
-                               "BtnProcessTDC", "BtnProcessTemp", "BtnProcessRoamlap", "BtnProcessRoampad",
-                               "BtnProcessRevlap", "BtnProcessRevpad", "", "", "BtnPreferences", "BtnExit"}) {
+    for (int choice = 0; const char* button :
+                         {"BtnCancel", "BtnNewStudy", "BtnOpenStudy", "BtnLastStudy", "ReadTDCBut", "BtnProcessTDC",
+                          "BtnProcessTemp", "BtnProcessRoamlap", "BtnProcessRoampad", "BtnProcessRevlap",
+                          "BtnProcessRevpad", "", "", "BtnPreferences", "BtnExit", "BtnImportTracks"}) {
         const auto expected = static_cast<StartUpChoice>(choice++);
         if (*button == '\0') continue;
         Open();
@@ -51,6 +51,7 @@ TEST_F(frmStartUpTest, WorksByKeyboard) {
         {Qt::Key_P, Qt::ShiftModifier, StartUpChoice::ProcessCombined},
         {Qt::Key_B, Qt::ShiftModifier, StartUpChoice::ProcessBattelle},
         {Qt::Key_F, Qt::AltModifier, StartUpChoice::ProcessTempRuns},
+        {Qt::Key_I, Qt::AltModifier, StartUpChoice::ImportTracks},
         {Qt::Key_Escape, Qt::NoModifier, StartUpChoice::None}};
     for (const auto& [key, modifier, choice] : keys) {
         Open();

@@ -30,7 +30,8 @@
 namespace vantor {
 namespace {
 
-/// Of a review: trace and map stand beside the grid; without the choice where the screen is wide enough.
+/// Of a review: trace and map stand beside the grid; without the choice where the screen is wide enough, which it is
+/// for the actions in one row, too.
 constexpr const char* ReviewViewsKey = "review-views";
 constexpr const char* ViewsShown = "shown";
 constexpr const char* ViewsHidden = "hidden";
@@ -89,6 +90,7 @@ LogReview::LogReview(AppContext& context, const LogFormat& format, const LogChoi
     vaData_->Show(model_);
     vaData_->setFocus();
     resize(1280, 700);
+    StackOnSmallScreen();
     RememberLayout(*this, context.Memory);
     OfferViews();
     // A log opens in the order it is reviewed in, whatever column the one before was sorted by.
@@ -217,9 +219,10 @@ QLayout* LogReview::BuildActions() {
     auto* right = new QVBoxLayout;
     right->addLayout(rowActions);
     right->addLayout(exports);
-    auto* row = new QHBoxLayout;
+    const bool isNarrow = screen()->availableGeometry().width() < WidthForViews;
+    auto* row = new QBoxLayout(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     row->addWidget(frame);
-    row->addStretch();
+    if (!isNarrow) row->addStretch();
     row->addLayout(right);
     return row;
 }
@@ -246,12 +249,19 @@ void LogReview::BuildRunActions() {
     });
 }
 
+/// Beside a grid on a small screen both are too narrow: the views stand below it, where they are wanted. Returns
+/// whether it is one. To be called before the window is fitted to its screen, so that it scrolls when they are shown.
+bool LogReview::StackOnSmallScreen() {
+    const bool isSmall = screen()->availableGeometry().width() < WidthForViews;
+    views_->setMinimumHeight(isSmall ? HeightOfViews : 0);
+    vaData_->setMinimumHeight(isSmall ? HeightOfViews / 2 : 0);
+    qobject_cast<QSplitter*>(views_->parentWidget())->setOrientation(isSmall ? Qt::Vertical : Qt::Horizontal);
+    return isSmall;
+}
+
 void LogReview::OfferViews() {
     auto* sides = qobject_cast<QSplitter*>(views_->parentWidget());
-    // Beside a grid on a small screen both are too narrow: they stand below it, where they are wanted.
-    const bool isSmall = screen()->availableGeometry().width() < WidthForViews;
-    sides->setOrientation(isSmall ? Qt::Vertical : Qt::Horizontal);
-    if (isSmall) views_->setMinimumHeight(HeightOfViews);
+    const bool isSmall = StackOnSmallScreen();  // again: the layout of the last time may be another
     const auto show = [this, sides, isSmall](bool isOn) {
         views_->setVisible(isOn);
         if (isSmall) vaData_->setMinimumHeight(isOn ? HeightOfViews / 2 : 0);

@@ -43,6 +43,7 @@ private:
     QLayout* BuildActions();
     QLayout* BuildFoot();
     void BuildRunActions();
+    bool StackOnSmallScreen();
     void OfferViews();
     QPushButton* AddButton(const char* name, const QString& caption, const char* icon = nullptr,
                            const QString& toolTip = {});

@@ -51,7 +51,7 @@ ReviewViews::ReviewViews(AppContext& context, bool hasPositions, QWidget* parent
     addTab(trace_, QStringLiteral("Trace"));
     addTab(map_, QStringLiteral("Map"));
     trace_->OnChosen = [this] { ChooseRow(trace_->ChosenItem()); };
-    map_->OnPlace = [this](const GeoPosition& place) { ChoosePlace(place); };
+    map_->OnPlace = [this](const Position& place) { ChoosePlace(place); };
     OfferMap();
     whenMade_.setInterval(20ms);
     Connect(&whenMade_, &QTimer::timeout, this, context.Messages, [this] { ShowWhenMade(); });
@@ -120,11 +120,8 @@ void ReviewViews::ShowWhenMade() {
 void ReviewViews::ShowPlace() {
     const int place = run_.PlaceOf(row_);
     trace_->SetChosenItem(place);
-    std::optional<GeoPosition> at;
-    if (place != 0 && run_.Map != nullptr) {
-        const RunPoint& point = rows_->Points[static_cast<std::size_t>(row_) - 1];
-        if (HasPosition(point)) at = GeoPosition{point.Latitude, point.Longitude};
-    }
+    std::optional<Position> at;
+    if (place != 0 && run_.Map != nullptr) at = PositionOf(rows_->Points[static_cast<std::size_t>(row_) - 1]);
     map_->SetMark(at);
 }
 
@@ -143,7 +140,7 @@ void ReviewViews::ChooseRow(int place) {
     if (place != 0 && ofRows_ == rows_ && OnRow) OnRow(run_.RowAt(place));
 }
 
-void ReviewViews::ChoosePlace(const GeoPosition& place) {
+void ReviewViews::ChoosePlace(const Position& place) {
     constexpr double Reach = 24;
     map_->SetChosenItem(0);
     if (run_.Map == nullptr) return;

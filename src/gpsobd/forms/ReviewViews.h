@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/AppContext.h"
+#include "core/Position.h"
 #include "core/ports/LongWork.h"
 #include "gpsobd/ReviewedRun.h"
 #include "map/forms/MapView.h"
@@ -47,7 +48,7 @@ private:
     void ShowPlace();
     void OfferMap();
     void ChooseRow(int place);
-    void ChoosePlace(const GeoPosition& place);
+    void ChoosePlace(const Position& place);
 
     AppContext& context_;
     const bool hasPositions_;

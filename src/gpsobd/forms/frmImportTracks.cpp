@@ -7,6 +7,7 @@
 #include <iterator>
 #include <memory>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "core/LoggerChoices.h"
@@ -41,6 +42,14 @@ std::optional<Position> FirstPosition(const RunRecord& run) {
     for (const RunSample& sample : run.RunSamples)
         if (const auto at = PositionOf(sample)) return at;
     return std::nullopt;
+}
+
+/// To those of its group; none where there are none.
+void AddRuns(std::vector<RunsForStudy>& groups, const RunsForStudy& runs) {
+    if (runs.Names.empty()) return;
+    auto its = std::ranges::find(groups, runs.Folder, &RunsForStudy::Folder);
+    if (its == groups.end()) its = groups.insert(its, {runs.Folder, {}});
+    its->Names.insert(its->Names.end(), runs.Names.begin(), runs.Names.end());
 }
 
 std::string TitleOf(const InboxTrack& track) { return LastComponent(track.Path) + ", " + std::to_string(track.Number); }
@@ -107,9 +116,11 @@ void frmImportTracks::TakeInbox(const std::vector<std::string>& paths, std::vect
         std::ranges::move(file.Tracks, std::back_inserter(tracks_));
     }
     for (std::size_t i = before; i < tracks_.size(); ++i) {
-        rows_.push_back({ProfileTrace(tracks_[i].Run, context_.State.Settings.SpeedFactor), {}, {}, true, false});
+        rows_.push_back({ProfileTrace(tracks_[i].Run, context_.State.Settings.SpeedFactor), {}, {}, {}, true, false});
         const auto kept = kept_.find({tracks_[i].Path, tracks_[i].Number});
-        if (kept != kept_.end()) rows_.back().TypedName = kept->second.TypedName;
+        if (kept == kept_.end()) continue;
+        rows_.back().OwnGroup = kept->second.OwnGroup;
+        rows_.back().TypedName = kept->second.TypedName;
     }
     FindSameRuns();
     for (std::size_t i = before; i < rows_.size(); ++i) {
@@ -173,39 +184,6 @@ bool frmImportTracks::IsWithoutFlags(std::size_t index) const {
     return tracks_[index].Flags.empty() && rows_[index].SameAs.empty();
 }
 
-std::string frmImportTracks::Group() const { return std::string(Trim(FromQt(cmbGroup_->currentText()))); }
-
-std::string frmImportTracks::Folder() const { return GroupFolder(context_.State.Paths.StudyGroupRootPath, Group()); }
-
-/// A track is ticked or not anew where the group changes whether something is to be looked at.
-void frmImportTracks::TakeGroup() {
-    if (Group() == shownGroup_) return;
-    std::vector<bool> hadFlags;
-    for (std::size_t i = 0; i < rows_.size(); ++i) hadFlags.push_back(!IsWithoutFlags(i));
-    FindSameRuns();
-    for (std::size_t i = 0; i < rows_.size(); ++i)
-        if (hadFlags[i] == IsWithoutFlags(i)) rows_[i].IsTaken = IsWithoutFlags(i);
-    ShowTracks();
-}
-
-/// Looks for the tracks among the runs that lie in the group, and among each other.
-void frmImportTracks::FindSameRuns() {
-    namesInGroup_.clear();
-    shownGroup_ = Group();
-    const std::string folder = Folder();
-    const bool isThere = IsSafeName(Group()) && FolderExists(context_.Files, folder);
-    for (InboxRow& row : rows_) row.SameAs.clear();
-    if (isThere)
-        for (const FileInfo& info : context_.Files.List(folder, RunExtension))
-            namesInGroup_.push_back(BaseName(info.Name));
-    std::vector<SameRun> same;
-    context_.Work.Run("Comparing the tracks with the runs of the group",
-                      [&](FileSystem& files, const Progress& progress) {
-                          same = SameRuns(files, isThere ? folder : std::string(), tracks_, progress);
-                      });
-    for (const SameRun& run : same) rows_[run.Track].SameAs = run.Name;
-}
-
 void frmImportTracks::ShowTracks() {
     const Units units = UnitsOf(context_.State);
     const int current = vaTracks_->currentRow();
@@ -223,7 +201,7 @@ void frmImportTracks::ShowTracks() {
         if (!file.HasTracks) failures.insert(failures.end(), file.Remarks.begin(), file.Remarks.end());
     lblRemarks_->setText(ToQt(FirstOf(failures, 3, "\n")));
     lblRemarks_->setVisible(!failures.empty());
-    btnUnflagged_->setEnabled(!tracks_.empty());
+    for (QPushButton* button : {btnUnflagged_, btnGroupOfRows_}) button->setEnabled(!tracks_.empty());
     btnColumns_->setEnabled(std::ranges::any_of(files_, [](const auto& file) { return file.second.HasColumns; }));
     ShowNames();
     ShowChosen();
@@ -240,11 +218,12 @@ void frmImportTracks::ShowTrack(std::size_t index, const Units& units) {
     vaTracks_->SetText(row, Direction, ToQt(track.Direction));
     vaTracks_->SetNumber(row, Length, header.RunLength, ToQt(units.LengthCell(header.RunLength)));
     vaTracks_->SetText(row, Duration, DurationText(track.Run));
+    vaTracks_->SetText(row, GroupOfRow, ToQt(GroupOf(index)));
     vaTracks_->SetText(row, Name, {});
     vaTracks_->SetText(row, Flags, ToQt(Joined(FlagsOf(index), "; ")));
     for (int column = 0; column < vaTracks_->columnCount(); ++column) {
         QTableWidgetItem* item = vaTracks_->item(row, column);
-        item->setFlags(item->flags().setFlag(Qt::ItemIsEditable, column == Name));
+        item->setFlags(item->flags().setFlag(Qt::ItemIsEditable, column == Name || column == GroupOfRow));
     }
     vaTracks_->SetTick(row, index, rows_[index].IsTaken);
 }
@@ -255,42 +234,23 @@ std::vector<std::string> frmImportTracks::FlagsOf(std::size_t index) const {
     return flags;
 }
 
-RunNameTemplate frmImportTracks::NameParts() const {
-    RunNameTemplate parts;
-    parts.BaseName = std::string(Trim(FromQt(txtBaseName_->text())));
-    if (parts.BaseName.empty()) parts.BaseName = Group();
-    return parts;
-}
-
-/// Of each ticked track the name that was typed, or the next one that is free; of the others none.
-std::map<std::size_t, std::string> frmImportTracks::Names() const {
-    std::vector<std::string> taken = namesInGroup_;
-    std::map<std::size_t, std::string> names;
-    std::vector<std::size_t> unnamed;
-    std::vector<const InboxTrack*> tracks;
-    for (const std::size_t index : vaTracks_->Ticked()) {
-        if (rows_[index].TypedName.empty()) {
-            unnamed.push_back(index);
-            tracks.push_back(&tracks_[index]);
-        } else {
-            taken.push_back(names[index] = rows_[index].TypedName);
-        }
-    }
-    const RunNameTemplate parts = NameParts();
-    // Without a group there are no names yet.
-    const std::vector<std::string> proposed =
-        parts.BaseName.empty() ? std::vector<std::string>(tracks.size()) : InboxNames(parts, tracks, taken);
-    for (std::size_t i = 0; i < unnamed.size(); ++i) names[unnamed[i]] = proposed[i];
-    return names;
+/// The ticked tracks with the names that were typed, or the next ones that are free.
+std::vector<TakenTrack> frmImportTracks::NamedTracks() const {
+    std::vector<TakenTrack> tracks;
+    for (const std::size_t index : vaTracks_->Ticked())
+        tracks.push_back({&tracks_[index], GroupOf(index), rows_[index].TypedName});
+    NameTracks(std::string(Trim(FromQt(txtBaseName_->text()))), tracks, namesInGroups_);
+    return tracks;
 }
 
 void frmImportTracks::ShowNames() {
-    const std::map<std::size_t, std::string> names = Names();
+    const std::vector<TakenTrack> named = NamedTracks();
     const QSignalBlocker blocker(vaTracks_);
+    auto next = named.begin();
     for (std::size_t i = 0; i < rows_.size(); ++i) {
-        const auto name = names.find(i);
-        rows_[i].IsTaken = name != names.end();
-        vaTracks_->item(static_cast<int>(i), Name)->setText(rows_[i].IsTaken ? ToQt(name->second) : QString());
+        rows_[i].IsTaken = next != named.end() && next->Track == &tracks_[i];
+        vaTracks_->item(static_cast<int>(i), Name)->setText(rows_[i].IsTaken ? ToQt(next->Name) : QString());
+        if (rows_[i].IsTaken) ++next;
     }
     vaTracks_->viewport()->update();
     buttons_->ShowCount();
@@ -354,12 +314,28 @@ void frmImportTracks::ChooseColumns() {
     if (form.exec() == Accepted) ReadFilesAgain();
 }
 
+/// A file that was reviewed has given its runs; its tracks leave the list.
+void frmImportTracks::ReviewChosen() {
+    const std::string path = *ChosenPath();
+    const std::string name = BaseName(path);
+    if (!context_.OtherScreens.ShowLogReview(std::nullopt,
+                                             {FolderOf(path), name, LastComponent(path).substr(name.size())}))
+        return;
+    AddRuns(reviewed_, context_.OtherScreens.ShowUploadData({UploadOf::Log}));
+    std::erase(paths_, path);
+    ReadFilesAgain();
+}
+
 void frmImportTracks::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const QWidget* field = focusWidget();
+    // A cell's editor, which stands until it has closed, takes it, too.
+    const auto* editor = vaTracks_->viewport()->findChild<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    if (isEnter && editor != nullptr && editor->isVisible()) return;
     // Above the list Enter takes what was typed, and the list shows what came of it.
     if (isEnter && (field == cmbGroup_ || field == txtBaseName_ || field == cmbZone_ || field == spnGap_))
         return vaTracks_->setFocus();
+    if (event->key() == Qt::Key_F2 && field == vaTracks_) return EditChosen(Name);
     QDialog::keyPressEvent(event);
 }
 
@@ -368,56 +344,70 @@ void frmImportTracks::done(int result) {
         bool isWritten = false;
         Guarded(context_.Messages, [&] { isWritten = WriteTicked(); });
         if (!isWritten) return;
-    } else if (std::ranges::any_of(rows_, [](const InboxRow& row) { return !row.TypedName.empty(); }) &&
-               !context_.Messages.ConfirmLoss("Names of runs were typed, and no run was made.\nDo you want to discard "
-                                              "the names?")) {
+    } else if (std::ranges::any_of(rows_, &InboxRow::HasEntries) &&
+               !context_.Messages.ConfirmLoss("Names or Study Groups of runs were typed, and no run was made.\nDo you "
+                                              "want to discard them?")) {
         return;
     }
     QDialog::done(result);
 }
 
-/// Whether the group and the names can be used; else the user was told why.
-bool frmImportTracks::AcceptNames(const std::map<std::size_t, std::string>& names) {
-    if (Group().empty()) {
-        context_.Messages.Tell("The runs need a Study Group.\nEnter its name above the list.", MessageIcon::Warning);
-        cmbGroup_->setFocus();
+/// Whether the groups can be used; else the user was told why.
+bool frmImportTracks::AcceptGroups(const std::vector<TakenTrack>& tracks) {
+    std::set<std::string> accepted;
+    for (const TakenTrack& track : tracks) {
+        if (accepted.contains(track.Group)) continue;
+        if (track.Group.empty())
+            context_.Messages.Tell("The runs need a Study Group.\nEnter its name above the list.",
+                                   MessageIcon::Warning);
+        if (!track.Group.empty() && AcceptName(context_.Messages, track.Group)) {
+            accepted.insert(track.Group);
+            continue;
+        }
+        if (track.Group == Group())
+            cmbGroup_->setFocus();
+        else
+            vaTracks_->setCurrentCell(static_cast<int>(track.Track - tracks_.data()), GroupOfRow);
         return false;
     }
-    if (!AcceptName(context_.Messages, Group())) {
-        cmbGroup_->setFocus();
+    return true;
+}
+
+bool frmImportTracks::AcceptNames(const std::vector<TakenTrack>& tracks) {
+    if (!std::ranges::all_of(tracks,
+                             [&](const TakenTrack& track) { return AcceptName(context_.Messages, track.Name); }))
         return false;
-    }
-    std::vector<std::string> called;
-    for (const auto& [index, name] : names) {
-        if (!AcceptName(context_.Messages, name)) return false;
-        called.push_back(name);
-    }
-    const std::string clash = NameClash(called, namesInGroup_);
+    const std::string clash = NameClash(tracks, namesInGroups_);
     if (!clash.empty()) context_.Messages.Tell(clash, MessageIcon::Warning);
     return clash.empty();
 }
 
 bool frmImportTracks::WriteTicked() {
     TakeGroup();
-    const std::map<std::size_t, std::string> names = Names();
-    if (!AcceptNames(names)) return false;
-    std::vector<NamedTrack> tracks;
-    tracks.reserve(names.size());
-    for (const auto& [index, name] : names) tracks.push_back({&tracks_[index], name});
+    std::vector<TakenTrack> tracks = NamedTracks();
+    if (!AcceptGroups(tracks) || !AcceptNames(tracks)) return false;
+    // A study without runs takes those of the first group.
+    std::stable_partition(tracks.begin(), tracks.end(),
+                          [&](const TakenTrack& track) { return track.Group == Group(); });
     ApplicationState& state = context_.State;
-    MakeStudyGroup(context_.Files, context_.Messages, state.Paths.StudyGroupRootPath, Group(), {});
-    const std::string folder = Folder();
+    const std::string root = state.Paths.StudyGroupRootPath;
+    for (const TakenTrack& track : tracks) MakeStudyGroup(context_.Files, context_.Messages, root, track.Group, {});
     bool isWritten = false;
     context_.Work.Run("Writing the runs", [&](FileSystem& files, const Progress& progress) {
-        isWritten = WriteTracks(files, tracks, folder, progress);
+        isWritten = WriteTracks(files, tracks, root, progress);
     });
     if (!isWritten) return false;
-    RememberGroupOfRuns(state, context_.Files, Group());
+    RememberGroupOfRuns(state, context_.Files, tracks.front().Group);
     state.Choices = StoreUserChoices(context_.Files, {{BaseNameKey, FromQt(txtBaseName_->text())}});
     if (!chkForStudy_->isChecked()) return true;
-    forStudy_.Folder = folder;
-    for (const NamedTrack& track : tracks) forStudy_.Names.push_back(track.Name);
+    for (const TakenTrack& track : tracks) AddRuns(forStudy_, {GroupFolder(root, track.Group), {track.Name}});
     return true;
+}
+
+std::vector<RunsForStudy> frmImportTracks::ForStudy() const {
+    std::vector<RunsForStudy> all = forStudy_;
+    for (const RunsForStudy& runs : reviewed_) AddRuns(all, runs);
+    return all;
 }
 
 }  // namespace vantor

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractItemDelegate>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
@@ -33,9 +34,9 @@ class frmImportTracks : public QDialog {
 public:
     frmImportTracks(AppContext& context, const std::vector<std::string>& paths, QWidget* parent = nullptr);
 
-    /// The runs that were written and that the study is to take: those of the ticked tracks, and those that reviews
-    /// have put into the same group, or these alone.
-    RunsForStudy ForStudy() const;
+    /// The runs that were written and that the study is to take, by group: those of the ticked tracks, the group above
+    /// the list first, and those of reviews.
+    std::vector<RunsForStudy> ForStudy() const;
     /// Reads more files.
     void AddFiles(const std::vector<std::string>& paths);
 
@@ -45,16 +46,19 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    enum Column { File, Picture, Start, Direction, Length, Duration, Name, Flags };
+    enum Column { File, Picture, Start, Direction, Length, Duration, GroupOfRow, Name, Flags };
     static constexpr const char* BaseNameKey = "ImportBaseName";
 
     /// What the user does with a track.
     struct InboxRow {
         ProfileTrace Trace;
         std::string SameAs;     ///< the run that is the same drive; mostly empty
+        std::string OwnGroup;   ///< empty: the one above the list
         std::string TypedName;  ///< empty: the next one that is free
         bool IsTaken = true;
         bool WasFlagged = false;  ///< before its file was read again
+
+        bool HasEntries() const { return !OwnGroup.empty() || !TypedName.empty(); }
     };
 
     /// What a file gave beside their tracks.
@@ -76,6 +80,11 @@ private:
     void ChooseColumns();
     void ReviewChosen();
     void TakeGroup();
+    void TakeGroupOf(std::size_t index, const std::string& group);
+    void EditChosen(Column column);
+    void LeaveCell(QAbstractItemDelegate::EndEditHint hint);
+    void Regroup();
+    void ShowGroups();
     void TakeInbox(const std::vector<std::string>& paths, std::vector<InboxFile> read);
     void ShowMap(std::size_t chosen);
     void FindSameRuns();
@@ -89,24 +98,25 @@ private:
     bool IsWithoutFlags(std::size_t index) const;
     std::vector<std::string> FlagsOf(std::size_t index) const;
     const std::string* ChosenPath() const;
-    RunNameTemplate NameParts() const;
-    std::map<std::size_t, std::string> Names() const;
+    std::vector<TakenTrack> NamedTracks() const;
     std::string Group() const;
-    std::string Folder() const;
+    std::string GroupOf(std::size_t index) const;
+    std::vector<std::string> KnownGroups() const;
     bool WriteTicked();
-    bool AcceptNames(const std::map<std::size_t, std::string>& names);
+    bool AcceptGroups(const std::vector<TakenTrack>& tracks);
+    bool AcceptNames(const std::vector<TakenTrack>& tracks);
 
     AppContext& context_;
     std::vector<std::string> paths_;  ///< as they were added
     std::vector<InboxTrack> tracks_;
     std::vector<InboxRow> rows_;  ///< of the tracks
     std::vector<bool> mapped_;    ///< whether a track is on the map
-    std::vector<std::string> namesInGroup_;
+    NamesInGroups namesInGroups_;
     std::map<std::string, ReadFile> files_;                 ///< by path
     std::map<std::pair<std::string, int>, InboxRow> kept_;  ///< by file and number, while files are read again
     std::string shownGroup_;
-    RunsForStudy forStudy_;
-    RunsForStudy reviewed_;
+    std::vector<RunsForStudy> forStudy_;
+    std::vector<RunsForStudy> reviewed_;
     QComboBox* cmbGroup_ = nullptr;
     QLineEdit* txtBaseName_ = nullptr;
     ZoneBox* cmbZone_ = nullptr;
@@ -118,6 +128,7 @@ private:
     QPlainTextEdit* txtNotes_ = nullptr;
     WrappedLabel* lblRemarks_ = nullptr;
     QPushButton* btnUnflagged_ = nullptr;
+    QPushButton* btnGroupOfRows_ = nullptr;
     QPushButton* btnColumns_ = nullptr;
     QPushButton* btnReview_ = nullptr;
     QCheckBox* chkForStudy_ = nullptr;

@@ -1,5 +1,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QScreen>
 #include <QSplitter>
 #include <QVBoxLayout>
 #include <initializer_list>
@@ -16,6 +17,7 @@
 #include "core/forms/Named.h"
 #include "core/modMain.h"
 #include "gpsobd/TrackChoices.h"
+#include "gpsobd/forms/GroupCells.h"
 #include "gpsobd/forms/SpeedPictures.h"
 #include "gpsobd/forms/frmImportTracks.h"
 
@@ -31,7 +33,8 @@ QWidget* frmImportTracks::BuildList() {
     const QString unit = QLatin1Char(' ') + ToQt(UnitsOf(context_.State).LengthTitle());
     vaTracks_->SetColumns({QStringLiteral("Track"), QStringLiteral("Speed"), QStringLiteral("Start"),
                            QStringLiteral("Direction"), QStringLiteral("Length") + unit, QStringLiteral("Duration"),
-                           QStringLiteral("Name of the Run"), QStringLiteral("To Be Looked At")});
+                           QStringLiteral("Study Group"), QStringLiteral("Name of the Run"),
+                           QStringLiteral("To Be Looked At")});
     constexpr int LinesARow = 2;
     vaTracks_->verticalHeader()->setDefaultSectionSize(LinesARow * fontMetrics().height() + 4);
     vaTracks_->setWordWrap(true);
@@ -40,6 +43,13 @@ QWidget* frmImportTracks::BuildList() {
                                             const auto index = static_cast<std::size_t>(row);
                                             return index < rows_.size() ? &rows_[index].Trace : nullptr;
                                         }));
+    vaTracks_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    auto* groups = new GroupCells(vaTracks_);
+    groups->Groups = [this] { return KnownGroups(); };
+    groups->OnEntered = [this](int row, const std::string& group) {
+        Guarded(context_.Messages, [&] { TakeGroupOf(static_cast<std::size_t>(row), group); });
+    };
+    vaTracks_->setItemDelegateForColumn(GroupOfRow, groups);
     return vaTracks_;
 }
 
@@ -72,7 +82,8 @@ QLayout* frmImportTracks::BuildHead() {
     cmbGroup_ = Named<QComboBox>(this, "cmbGroup");
     cmbGroup_->setEditable(true);
     cmbGroup_->setMinimumContentsLength(20);
-    cmbGroup_->setToolTip(QStringLiteral("Where the runs go. A new name makes a new Study Group"));
+    cmbGroup_->setToolTip(
+        QStringLiteral("Where runs go whose rows have no group of their own. A new name makes a new Study Group"));
     const ApplicationState& state = context_.State;
     for (const std::string& folder : ListStudyGroups(context_.Files, state.Paths.StudyGroupRootPath))
         cmbGroup_->addItem(ToQt(LastComponent(folder)));
@@ -100,8 +111,6 @@ QLayout* frmImportTracks::BuildHead() {
     btnReview_->setToolTip(
         QStringLiteral("Every point of the chosen track's file: repair it, or mark its runs by hand"));
     btnReview_->setAutoDefault(false);
-    how->addWidget(btnColumns_);
-    how->addWidget(btnReview_);
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(cmbGroup_, QStringLiteral("&Study Group")));
     row->addWidget(cmbGroup_);
@@ -109,10 +118,20 @@ QLayout* frmImportTracks::BuildHead() {
     row->addWidget(LabelFor(txtBaseName_, QStringLiteral("&Base Name")));
     row->addWidget(txtBaseName_, 1);
     row->addSpacing(8);
-    row->addWidget(btnAddFiles_);
     auto* rows = new QVBoxLayout;
     rows->addLayout(row);
     rows->addLayout(how);
+    constexpr int WidthForButtons = 900;
+    constexpr int LettersOfZone = 18;
+    const bool isNarrow = screen()->availableGeometry().width() < WidthForButtons;
+    auto* buttons = isNarrow ? new QHBoxLayout : how;
+    if (isNarrow) {
+        cmbZone_->setMinimumContentsLength(LettersOfZone);
+        rows->addLayout(buttons);
+    }
+    (isNarrow ? buttons : row)->addWidget(btnAddFiles_);
+    buttons->addWidget(btnColumns_);
+    buttons->addWidget(btnReview_);
     return rows;
 }
 
@@ -140,8 +159,12 @@ QLayout* frmImportTracks::BuildFoot() {
     btnUnflagged_ = Named<QPushButton>(this, "btnAcceptUnflagged", QStringLiteral("Accept All &Without Flags"));
     btnUnflagged_->setToolTip(QStringLiteral("Ticks the tracks of which nothing is to be looked at, and no other"));
     btnUnflagged_->setAutoDefault(false);
+    btnGroupOfRows_ = Named<QPushButton>(this, "btnGroupOfRows", QStringLiteral("G&roup of Selected Rows"));
+    btnGroupOfRows_->setToolTip(QStringLiteral("The runs of the selected rows go into a Study Group of their own"));
+    btnGroupOfRows_->setAutoDefault(false);
     auto* choices = new QHBoxLayout;
     choices->addWidget(btnUnflagged_);
+    choices->addWidget(btnGroupOfRows_);
     choices->addStretch();
     choices->addWidget(chkForStudy_);
     auto* foot = new QVBoxLayout;
@@ -156,6 +179,7 @@ void frmImportTracks::ConnectControls() {
     Connect(btnColumns_, &QPushButton::clicked, this, messages, [this] { ChooseColumns(); });
     Connect(btnReview_, &QPushButton::clicked, this, messages, [this] { ReviewChosen(); });
     Connect(btnUnflagged_, &QPushButton::clicked, this, messages, [this] { TickUnflagged(); });
+    Connect(btnGroupOfRows_, &QPushButton::clicked, this, messages, [this] { EditChosen(GroupOfRow); });
     Connect(cmbGroup_, &QComboBox::activated, this, messages, [this] { TakeGroup(); });
     Connect(cmbGroup_->lineEdit(), &QLineEdit::editingFinished, this, messages, [this] { TakeGroup(); });
     Connect(txtBaseName_, &QLineEdit::textChanged, this, messages, [this] { ShowNames(); });
@@ -165,32 +189,12 @@ void frmImportTracks::ConnectControls() {
         if (item->column() == Name) TakeTypedName(static_cast<std::size_t>(item->row()), FromQt(item->text()));
         ShowNames();
     });
+    for (QAbstractItemDelegate* cells : {vaTracks_->itemDelegate(), vaTracks_->itemDelegateForColumn(GroupOfRow)})
+        Connect(cells, &QAbstractItemDelegate::closeEditor, this, messages,
+                [this](QWidget*, QAbstractItemDelegate::EndEditHint hint) { LeaveCell(hint); });
     Connect(vaTracks_, &QTableWidget::currentCellChanged, this, messages, [this] { ShowChosen(); });
     new FileDrops(
         *this, [this](const std::vector<std::string>& paths) { Guarded(context_.Messages, [&] { AddFiles(paths); }); });
-}
-
-/// A file that was reviewed has given its runs; its tracks leave the list.
-void frmImportTracks::ReviewChosen() {
-    const std::string path = *ChosenPath();
-    const std::string name = BaseName(path);
-    if (!context_.OtherScreens.ShowLogReview(std::nullopt,
-                                             {FolderOf(path), name, LastComponent(path).substr(name.size())}))
-        return;
-    const RunsForStudy runs = context_.OtherScreens.ShowUploadData({UploadOf::Log});
-    // A review whose runs the study is not to take leaves those of an earlier one.
-    if (!runs.Names.empty() && reviewed_.Folder != runs.Folder) reviewed_ = {runs.Folder, {}};
-    reviewed_.Names.insert(reviewed_.Names.end(), runs.Names.begin(), runs.Names.end());
-    std::erase(paths_, path);
-    ReadFilesAgain();
-}
-
-RunsForStudy frmImportTracks::ForStudy() const {
-    if (forStudy_.Names.empty()) return reviewed_;
-    RunsForStudy all = forStudy_;
-    if (reviewed_.Folder == all.Folder)
-        all.Names.insert(all.Names.end(), reviewed_.Names.begin(), reviewed_.Names.end());
-    return all;
 }
 
 }  // namespace vantor

@@ -57,7 +57,7 @@ void MapView::ShowText(const std::string& text) {
     Show(std::make_shared<const MapScene>(std::move(contents)));
 }
 
-void MapView::SetMark(const std::optional<GeoPosition>& place) {
+void MapView::SetMark(const std::optional<Position>& place) {
     mark_ = place;
     if (mark_) {
         WorldBox bounds;

@@ -24,10 +24,10 @@ public:
 
     /// The user clicked a place, or pressed Enter, which stands for the place in the middle. Without it places mean
     /// nothing here.
-    std::function<void(const GeoPosition& place)> OnPlace;
+    std::function<void(const Position& place)> OnPlace;
     /// Rings a place, as that of a row of a list, and brings it into view; nothing for none.
-    void SetMark(const std::optional<GeoPosition>& place);
-    const std::optional<GeoPosition>& Mark() const { return mark_; }
+    void SetMark(const std::optional<Position>& place);
+    const std::optional<Position>& Mark() const { return mark_; }
 
     MapWindow Window() const;
     bool IsWhole() const override { return !isMoved_; }
@@ -70,7 +70,7 @@ private:
     std::shared_ptr<const MapScene> scene_;
     MapWindow window_;
     bool isMoved_ = false;  ///< by the user; else it shows all, whatever its size
-    std::optional<GeoPosition> mark_;
+    std::optional<Position> mark_;
 };
 
 }  // namespace vantor

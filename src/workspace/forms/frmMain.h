@@ -123,6 +123,7 @@ private:
     void AddDroppedRuns(const std::vector<std::string>& paths);
     /// Adds runs of the study's own Study Group; a study without runs gets theirs.
     void TakeRuns(const RunsForStudy& runs);
+    void TakeRunsOfGroups(const std::vector<RunsForStudy>& groups);
     void ShowProfilePane(bool isShown);
     /// Shows what the user chose to see.
     void ShowChosenView();

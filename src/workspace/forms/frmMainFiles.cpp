@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QMenu>
 
+#include "core/Counted.h"
 #include "core/Paths.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
@@ -172,6 +173,27 @@ void frmMain::TakeRuns(const RunsForStudy& runs) {
                                "\nThese lie elsewhere and are not added: " + FirstOf(runs.Names, 3),
                            MessageIcon::Warning);
     RefreshStudyResults();
+}
+
+/// The study takes the runs of its own group; a study without runs has that of the first.
+void frmMain::TakeRunsOfGroups(const std::vector<RunsForStudy>& groups) {
+    if (groups.size() < 2) return TakeRuns(groups.empty() ? RunsForStudy() : groups.front());
+    const bool isEmpty = context_.State.CurrentStudy.Record.RunCount == 0;
+    const std::string own = isEmpty ? groups.front().Folder : StudyGroupFolder(context_.State);
+    RunsForStudy taken;
+    std::string elsewhere;
+    for (const RunsForStudy& runs : groups) {
+        if (IsSameFolder(runs.Folder, own)) {
+            taken = runs;
+            continue;
+        }
+        elsewhere += "\n" + Counted(runs.Names.size(), "run") + (runs.Names.size() == 1 ? " is in " : " are in ") +
+                     LastComponent(runs.Folder) + ": " + FirstOf(runs.Names, 3);
+    }
+    TakeRuns(taken);
+    context_.Messages.Tell("The study takes the runs of its own Study Group, " + LastComponent(own) +
+                               ".\nThe others lie in theirs, for studies there:" + elsewhere,
+                           MessageIcon::Information);
 }
 
 }  // namespace vantor

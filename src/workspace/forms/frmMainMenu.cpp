@@ -264,6 +264,7 @@ void frmMain::CarryOut(StartUpChoice choice) {
         case StartUpChoice::ProcessRevpad: return ProcessLog(LogKind::ObdHandheld);
         case StartUpChoice::ProcessCombined: return ProcessLog(LogKind::GpsObd);
         case StartUpChoice::ProcessBattelle: return ProcessLog(LogKind::Battelle);
+        case StartUpChoice::ImportTracks: return ImportTracks({});
     }
 }
 

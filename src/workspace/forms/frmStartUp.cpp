@@ -25,6 +25,9 @@ namespace {
 /// The least width of a card in average characters: most explanations take one line.
 constexpr int CardCharacters = 60;
 
+constexpr const char* IconName = "picIcon";
+constexpr const char* TitleName = "lblTitle";
+
 /// Shows the keyboard's place as styles show the pointer's.
 class CardButton : public QCommandLinkButton {
 public:
@@ -80,21 +83,29 @@ frmStartUp::frmStartUp(AppContext& context) : context_(context), choices_(new QB
 }
 
 void frmStartUp::MakeLow() {
+    constexpr int LowMargin = 4;
     for (QAbstractButton* button : choices_->buttons()) {
         auto* card = static_cast<CardButton*>(button);
         card->setToolTip(card->description());
         card->setDescription({});
         card->setFixedHeight(card->minimumSizeHint().height());
+        QMargins margins = card->parentWidget()->layout()->contentsMargins();
+        margins.setTop(LowMargin);
+        margins.setBottom(LowMargin);
+        card->parentWidget()->layout()->setContentsMargins(margins);
     }
+    for (const char* ofHead : {IconName, TitleName}) findChild<QLabel*>(QLatin1String(ofHead))->hide();
 }
 
 QLayout* frmStartUp::BuildHead() {
     constexpr int IconSize = 40;
-    auto* icon = new QLabel(this);
+    auto* icon = Named<QLabel>(this, IconName);
     icon->setPixmap(windowIcon().pixmap(QSize(IconSize, IconSize), devicePixelRatioF()));
     auto* texts = new QVBoxLayout;
     texts->setSpacing(0);
-    texts->addWidget(Heading(this, QStringLiteral("Vantor"), 6));
+    auto* title = Heading(this, QStringLiteral("Vantor"), 6);
+    title->setObjectName(QLatin1String(TitleName));
+    texts->addWidget(title);
     texts->addWidget(new QLabel(QStringLiteral("What do you want to do?"), this));
     auto* head = new QHBoxLayout;
     head->addWidget(icon);
@@ -130,7 +141,9 @@ QLayout* frmStartUp::BuildChoices() {
                                     {ProcessCombined, "BtnProcessCombined", QStringLiteral("Process C&ombined Data"),
                                      "gps-log", QStringLiteral("Combined GPS and OBD logs (key P).")},
                                     {ProcessBattelle, "BtnProcessBattelle", QStringLiteral("Process &Battelle Data"),
-                                     "gps-log", QStringLiteral("Battelle GPS files (key B).")}});
+                                     "gps-log", QStringLiteral("Battelle GPS files (key B).")},
+                                    {ImportTracks, "BtnImportTracks", QStringLiteral("&Import Tracks"), "gps-log",
+                                     QStringLiteral("GPX, NMEA, CSV and any logs, many at once.")}});
     AddKey(Qt::Key_P, ProcessCombined);
     AddKey(Qt::Key_B, ProcessBattelle);
     add(1, logs);

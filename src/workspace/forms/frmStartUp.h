@@ -25,7 +25,7 @@ private:
     QVBoxLayout* BuildGroup(const char* name, const QString& heading, const std::vector<Card>& cards);
     std::vector<Card> StudyCards() const;
     void AddKey(Qt::Key key, StartUpChoice choice);
-    /// For a low screen: what the cards explain becomes their tool tips.
+    /// For a low screen: what the cards explain becomes their tool tips, and of the head the question is left.
     void MakeLow();
     void Choose(StartUpChoice choice);
 

@@ -1,0 +1,38 @@
+#include "gpsobd/forms/GroupCells.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+
+#include "core/Text.h"
+#include "core/forms/Named.h"
+
+namespace vantor {
+
+QWidget* GroupCells::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const {
+    auto* box = Named<QComboBox>(parent, "cmbRowGroup");
+    box->setAccessibleName(QStringLiteral("Study Group of the row"));
+    box->setEditable(true);
+    for (const std::string& group : Groups()) box->addItem(ToQt(group));
+    // What is chosen in the list is entered at once.
+    auto* cells = const_cast<GroupCells*>(this);
+    connect(box, &QComboBox::activated, cells, [cells, box] {
+        box->lineEdit()->setModified(true);
+        emit cells->commitData(box);
+        emit cells->closeEditor(box);
+    });
+    return box;
+}
+
+void GroupCells::setEditorData(QWidget* editor, const QModelIndex& index) const {
+    auto* box = qobject_cast<QComboBox*>(editor);
+    box->setCurrentText(index.data().toString());
+    box->lineEdit()->selectAll();
+}
+
+void GroupCells::setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const {
+    // A cell that is merely left keeps its group, and so do the other selected rows.
+    const auto* box = qobject_cast<QComboBox*>(editor);
+    if (box->lineEdit()->isModified()) OnEntered(index.row(), std::string(Trim(FromQt(box->currentText()))));
+}
+
+}  // namespace vantor
