@@ -1,5 +1,7 @@
 #include "editing/TrimRun.h"
 
+#include "analysis/CutRun.h"
+
 #include <gmock/gmock.h>
 
 #include <random>
