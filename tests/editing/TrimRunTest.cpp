@@ -1,11 +1,10 @@
 #include "editing/TrimRun.h"
 
-#include "analysis/CutRun.h"
-
 #include <gmock/gmock.h>
 
 #include <random>
 
+#include "analysis/CutRun.h"
 #include "fakes/ThrowsError.h"
 #include "plots/Profiles.h"
 
