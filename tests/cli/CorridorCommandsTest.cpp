@@ -91,7 +91,7 @@ TEST_F(CorridorCommandsTest, SaysWhyItCannot) {
     EXPECT_THAT(told("corridor new --nodes /t/corridor.csv", {"/groups/Harbor St"}), HasSubstr("Harbor St"));
     EXPECT_THAT(told("corridor new --nodes /t/corridor.csv --period", {"morning", "/groups/B"}),
                 HasSubstr("\"07:00-09:00 AM\""));
-    EXPECT_THAT(told("corridor show /root/None.corridor.geojson", {}), HasSubstr("None.corridor.geojson"));
+    EXPECT_THAT(told("corridor show /groups/None.corridor.geojson", {}), HasSubstr("None.corridor.geojson"));
     // A track elsewhere gives nothing, with the reason.
     Files.PutText("/t/far.csv", "lat,lon,time,mph\n50,10,2021-03-01T12:00:00Z,30\n50,10.001,2021-03-01T12:00:01Z,30\n");
     EXPECT_EQ(Status("corridor match", {File, "/t/far.csv"}), 0);
