@@ -12,7 +12,7 @@
 namespace vantor {
 namespace {
 
-constexpr double RunWidth = 1.25;
+constexpr double RunWidth = 1;
 constexpr double MeanWidth = 3;
 constexpr double BandOpacity = 0.1;
 /// A run's way before and behind the bands is looked at so far at most.
