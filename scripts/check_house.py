@@ -46,6 +46,8 @@ ARROWS = {
 for name in ("statistics", "corridor", "reports", "counter", "gpsobd", "editing", "workspace"):
     ARROWS[f"{name}/forms"] = {name, "plots/forms", "map", "map/forms", "core/forms", *ARROWS[name]}
 
+ARROWS["corridor/forms"] |= {"statistics/forms", "gpsobd", "tracks"}  # its tables; passes of tracks
+
 MAX_LINES = 450
 
 # Pattern, what it is, remedy, and the paths (a regular expression) where it is allowed.

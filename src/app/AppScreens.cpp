@@ -4,6 +4,7 @@
 
 #include "analysis/StudyEdits.h"
 #include "analysis/forms/frmRunStatistics.h"
+#include "corridor/forms/frmCorridor.h"
 #include "counter/DamagedCounterFile.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
 #include "counter/forms/frmDeleteTempRuns.h"
@@ -151,6 +152,7 @@ std::vector<RunsForStudy> AppScreens::ShowImportTracks(const std::vector<std::st
 }
 void AppScreens::ShowDeleteTempRuns() { ShowModal<frmDeleteTempRuns>(*context_); }
 void AppScreens::ShowDeleteTDCFiles() { ShowModal<frmDeleteTDCFiles>(*context_); }
+void AppScreens::ShowCorridor(const std::optional<std::string>& path) { ShowModal<frmCorridor>(*context_, path); }
 
 void AppScreens::ShowUploadRunList(const std::string& studyGroup) {
     ShowModal<frmUploadRunList>(*context_, studyGroup);

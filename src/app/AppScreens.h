@@ -38,6 +38,7 @@ public:
     void ShowUploadRunList(const std::string& studyGroup) override;
     void ShowDeleteTempRuns() override;
     void ShowDeleteTDCFiles() override;
+    void ShowCorridor(const std::optional<std::string>& path) override;
 
 private:
     /// Notes the choice in the state.

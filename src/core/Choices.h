@@ -61,6 +61,7 @@ struct ProfileChanges {
 struct StudyChoices {
     StatisticsOptions Options;
     StudyLines Lines;
+    bool HasLines = true;  ///< else nobody asks for them
 
     bool operator==(const StudyChoices&) const = default;
 };

@@ -31,6 +31,7 @@ enum class HelpTopic : int {
     SelectLog = 62,
     ReviewLog = 64,
     ImportTracks = 66,
+    Corridor = 68,
 };
 
 inline constexpr std::array AllHelpTopics{
@@ -40,6 +41,7 @@ inline constexpr std::array AllHelpTopics{
     HelpTopic::ReadCounter,  HelpTopic::SelectCounterFile,  HelpTopic::ProcessRuns, HelpTopic::RunsInGroup,
     HelpTopic::DeleteRuns,   HelpTopic::DeleteCounterFiles, HelpTopic::DelayChart,  HelpTopic::Reports,
     HelpTopic::SelectLog,    HelpTopic::ReviewLog,          HelpTopic::Statistics,  HelpTopic::ImportTracks,
+    HelpTopic::Corridor,
 };
 
 }  // namespace vantor

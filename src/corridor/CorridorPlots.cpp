@@ -171,10 +171,12 @@ void AddBands(Plot& plot, const Corridor& corridor, const std::vector<MatchedRun
 void AddIdealSpeed(Plot& plot, const CorridorDirection& direction, const Units& units) {
     if (!direction.IdealSpeedMph) return;
     PlotLines line;
-    line.Lines.push_back(
-        {units.SpeedOfMph(*direction.IdealSpeedMph), "Ideal speed " + units.SpeedText(*direction.IdealSpeedMph)});
-    line.Ink = &Colours::IdealSpeed;
+    line.Lines.push_back({units.SpeedOfMph(*direction.IdealSpeedMph), {}});
+    line.Ink = &Colours::Average;
+    line.Width = 1.5;
     line.Pattern = LinePattern::DashDotted;
+    plot.Axes.Legend.push_back(
+        {"Ideal speed " + units.SpeedText(*direction.IdealSpeedMph), line.Ink, line.Width, line.Pattern});
     plot.Add(std::move(line));
 }
 
@@ -194,8 +196,8 @@ public:
         : aligned_(aligned), begin_(begin), clock_(clock) {}
 
     /// What a run's seconds are added to; nothing for one without a time of day.
-    std::optional<double> ZeroOf(const AlignedRun& run) const {
-        if (clock_ == TimeSpaceClock::TimeOfDay) return ClockOf(*run.Of.Run);
+    std::optional<double> ZeroOf(const AlignedRun& run, const MatchedRun& matched) const {
+        if (clock_ == TimeSpaceClock::TimeOfDay) return ClockOf(matched);
         if (const auto moment = MomentAt(run, begin_)) return -*moment;
         return MeanAt(run.At.front()).value_or(0);
     }
@@ -220,13 +222,14 @@ private:
 };
 
 /// The ways of the runs, as far as the road goes; each an item, those without a time have no line.
-void AddWays(Plot& plot, const AlignedRuns& aligned, const RunClock& clock, const PlotRange& road, const Units& units) {
+void AddWays(Plot& plot, const std::vector<MatchedRun>& runs, const AlignedRuns& aligned, const RunClock& clock,
+             const PlotRange& road, const Units& units) {
     const auto groups = GroupsOf(aligned.Plotted);
     std::optional<PlotRange> times;
     int item = 0;
     for (const AlignedRun& run : aligned.Runs) {
+        const auto zero = clock.ZeroOf(run, runs[aligned.Indexes[static_cast<std::size_t>(item)]]);
         ++item;
-        const auto zero = clock.ZeroOf(run);
         if (!zero) continue;
         const RunsLook& look = groups.size() == 1 ? OneLook : run.Of.Run->IsBefore ? BeforeLook : AfterLook;
         PlotTrace way;
@@ -374,12 +377,11 @@ Plot CorridorTimeSpacePlot(const Corridor& corridor, const std::vector<MatchedRu
     plot.Axes.Up = DistanceAxis(road, look.Shown);
     for (const std::size_t index : aligned.Indexes) plot.Items.push_back({InWords(corridor, runs[index])});
     plot.Add(NodeLines(corridor, axis, PlotLines::Way::Level, look.Shown));
-    const std::size_t beneath = plot.Parts.size();
-    AddWays(plot, aligned, RunClock(aligned, axis.Bounds().Low, clock), road, look.Shown);
+    AddWays(plot, runs, aligned, RunClock(aligned, axis.Bounds().Low, clock), road, look.Shown);
     if (fromStart)
         AddMeanWays(plot, corridor, aligned, axis, way, look.Shown);
     else
-        AddGreenTimes(plot, beneath, corridor, filter, way, GroupsOf(aligned.Plotted), look.Shown);
+        AddGreenTimes(plot, corridor, filter, way, GroupsOf(aligned.Plotted), look.Shown);
     return plot;
 }
 

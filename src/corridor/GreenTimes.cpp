@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -16,7 +15,7 @@ namespace {
 
 constexpr double SecondsPerDay = 24 * SecondsPerHour;
 constexpr double SecondsPerMinute = 60;
-constexpr double PieceHeight = 6;
+constexpr double PieceHeight = 4;
 constexpr double PieceOpacity = 0.75;
 constexpr double WayOpacity = 0.13;
 /// Greens that are closer would run together.
@@ -170,21 +169,20 @@ private:
 
 }  // namespace
 
-void AddGreenTimes(Plot& plot, std::size_t beneath, const Corridor& corridor, const CorridorFilter& filter, Way way,
+void AddGreenTimes(Plot& plot, const Corridor& corridor, const CorridorFilter& filter, Way way,
                    const std::vector<RunsAlike>& groups, const Units& units) {
     GreenTimesPart part = GreenMaker(corridor, filter, way, groups, units).Make(plot.Axes.Across.Whole);
     if (part.Signals.empty()) return;
-    const auto captionOf = [&](const RunsAlike& group) {
-        return groups.size() == 1 ? std::string("Green") : std::string("Green, ") + group.Look.Caption;
+    std::vector<PlotSample>& legend = plot.Axes.Legend;
+    const auto add = [&](const char* caption, PlotInk ink, double opacity) {
+        legend.push_back({caption, ink, 0, LinePattern::Solid, PlotMarker::None, nullptr, opacity});
     };
-    for (const RunsAlike& group : groups)
-        plot.Axes.Legend.push_back(
-            {captionOf(group), group.Look.Ink, 0, LinePattern::Solid, PlotMarker::None, nullptr, PieceOpacity});
-    if (!part.Links.empty())
-        plot.Axes.Legend.push_back({"Green to green at the ideal speed", &Colours::Trace, 0, LinePattern::Solid,
-                                    PlotMarker::None, nullptr, 0.25});
-    plot.Parts.insert(plot.Parts.begin() + static_cast<std::ptrdiff_t>(beneath),
-                      std::make_shared<const GreenTimesPart>(std::move(part)));
+    const auto isThere = [&](auto holds) { return std::ranges::any_of(part.Signals, holds, &TimedSignal::Beside); };
+    if (isThere([](double beside) { return beside == 0; })) add("Green", &Colours::Trace, PieceOpacity);
+    if (isThere([](double beside) { return beside > 0; })) add("Green, before", BeforeLook.Ink, PieceOpacity);
+    if (isThere([](double beside) { return beside < 0; })) add("Green, after", AfterLook.Ink, PieceOpacity);
+    if (!part.Links.empty()) add("Green to green at the ideal speed", &Colours::Trace, 2 * WayOpacity);
+    plot.Parts.insert(plot.Parts.begin(), std::make_shared<const GreenTimesPart>(std::move(part)));
 }
 
 }  // namespace vantor

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/Position.h"
 #include "corridor/NodeDelays.h"
 #include "statistics/StatisticsCells.h"
 
@@ -50,9 +51,14 @@ double SecondInCycle(const SignalTiming& timing, double time) {
     return since - std::floor(since / timing.CycleSeconds) * timing.CycleSeconds;
 }
 
-std::optional<double> ClockOf(const MeasuredRun& run) {
-    if (!IsValidDate(run.RunTime) || !IsValidDate(run.RunDate) || run.RunDate.Days < 1) return std::nullopt;
-    return (run.RunTime.Days - std::floor(run.RunTime.Days)) * SecondsPerDay;
+std::optional<double> ClockOf(const MatchedRun& run) {
+    const MeasuredRun& measured = run.Measured;
+    if (!IsValidDate(measured.RunTime) || !IsValidDate(measured.RunDate) || measured.RunDate.Days < 1)
+        return std::nullopt;
+    const bool hasPositions = std::ranges::any_of(
+        run.Read->Run.RunSamples, [](const RunSample& sample) { return PositionOf(sample).has_value(); });
+    const double time = (measured.RunTime.Days - std::floor(measured.RunTime.Days)) * SecondsPerDay;
+    return hasPositions ? time - 1 : time;
 }
 
 std::optional<SignalArrival> ArrivalAt(const Corridor& corridor, const std::vector<MatchedRun>& runs, std::size_t run,
@@ -61,7 +67,7 @@ std::optional<SignalArrival> ArrivalAt(const Corridor& corridor, const std::vect
     if (!matched.IsThere() || !matched.Match.Nodes[node].IsKnown()) return std::nullopt;
     const SignalTiming* const timing =
         TimingFor(corridor.Nodes[node], matched.Match.Along, matched.Measured.IsBefore, matched.Period);
-    const auto clock = ClockOf(matched.Measured);
+    const auto clock = ClockOf(matched);
     const PassedBand& band = matched.Delays[node].Measured;
     if (timing == nullptr || !clock || band.StartFt < 0) return std::nullopt;
 

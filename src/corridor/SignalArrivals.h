@@ -25,8 +25,9 @@ inline bool IsGreenAt(const SignalTiming& timing, double time) {
     return SecondInCycle(timing, time) < timing.GreenSeconds;
 }
 
-/// Seconds after midnight at which a run begins; nothing where its time of day is not known.
-std::optional<double> ClockOf(const MeasuredRun& run);
+/// Seconds after midnight at which the first second of a run begins; nothing where its time of day is not known. The
+/// seconds of a run with positions end at them, and the first of these has the run's time: it began a second before.
+std::optional<double> ClockOf(const MatchedRun& run);
 
 /// A run at a signal; times in seconds after the midnight before the run.
 struct SignalArrival {

@@ -11,6 +11,12 @@
 #include <vector>
 
 #include "analysis/forms/frmRunStatistics.h"
+#include "corridor/CorridorFile.h"
+#include "corridor/CorridorNodes.h"
+#include "corridor/CorridorTaking.h"
+#include "corridor/forms/frmCorridor.h"
+#include "corridor/forms/frmCorridorSettings.h"
+#include "corridor/forms/frmCorridorTracks.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
 #include "counter/forms/frmDeleteTempRuns.h"
 #include "counter/forms/frmReadTDC.h"
@@ -188,6 +194,38 @@ inline std::shared_ptr<QWidget> OpenTrackColumns(ShownProgram& program) {
     return std::make_shared<frmTrackColumns>(program.Program, std::vector{program.Logs + "phone.csv"});
 }
 
+/// The nodes of the current run and the runs of its Study Group.
+inline Corridor FilledCorridor(ShownProgram& program) {
+    Corridor corridor;
+    corridor.Name = "Main St";
+    if (program.State.CurrentStudy.Record.RunCount == 0) return corridor;
+    PutNodes(corridor, NodesFromRun(program.State.CurrentRun, Way::Forward));
+    for (const Way way : BothWays) corridor.Of(way).IdealSpeedMph = 35;
+    std::vector<std::string> paths;
+    for (const FileInfo& file : program.Files.List(program.Group, RunExtension))
+        paths.push_back(program.Group + file.Name);
+    corridor.Runs = TakeRunFiles(corridor, paths, program.Files, "/start/Study Groups/").Runs;
+    return corridor;
+}
+inline std::shared_ptr<QWidget> OpenCorridor(ShownProgram& program) {
+    const Corridor corridor = FilledCorridor(program);
+    const std::string path = CorridorPath("/start/Study Groups/", corridor.Name);
+    if (!corridor.Nodes.empty() && !program.Files.Find(path))
+        SaveCorridor(program.Files, path, corridor, Expected::Nothing());
+    return std::make_shared<frmCorridor>(program.Program, std::nullopt);
+}
+inline std::shared_ptr<QWidget> OpenCorridorSettings(ShownProgram& program) {
+    return std::make_shared<frmCorridorSettings>(program.Program, FilledCorridor(program));
+}
+inline std::shared_ptr<QWidget> OpenCorridorTracks(ShownProgram& program) {
+    static const CorridorTracks nothing;
+    static CorridorTracks tracks;
+    tracks = {{{{"/t/before.gpx", 1, ReportedRun(), "NB", {"passes 2 of 3 nodes"}}, Way::Forward, {}}}, {"a remark"}};
+    const bool isFilled = program.State.CurrentStudy.Record.RunCount > 0;
+    return std::make_shared<frmCorridorTracks>(program.Program, isFilled ? tracks : nothing,
+                                               std::vector<std::string>{"Main Street"}, "Main St");
+}
+
 /// What stands before the control that takes the keys, in the first line of a screen's page of text.
 inline const QString FocusMark = QStringLiteral("; keys to ");
 
@@ -238,6 +276,9 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmGPSOBDViewData", Reviews(LogKind::GpsObd, ".ddf"), true, "frmGPSViewData"},
         {"frmImportTracks", OpenImportTracks},
         {"frmTrackColumns", OpenTrackColumns},
+        {"frmCorridor", OpenCorridor, false},
+        {"frmCorridorSettings", OpenCorridorSettings},
+        {"frmCorridorTracks", OpenCorridorTracks},
         {"frmHelp", help, false},
     };
 }

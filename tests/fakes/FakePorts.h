@@ -203,6 +203,7 @@ public:
     void ShowUploadRunList(const std::string&) override { Show("frmUploadRunList"); }
     void ShowDeleteTempRuns() override { Show("frmDeleteTempRuns"); }
     void ShowDeleteTDCFiles() override { Show("frmDeleteTDCFiles"); }
+    void ShowCorridor(const std::optional<std::string>&) override { Show("frmCorridor"); }
 
 private:
     template <class Choice>

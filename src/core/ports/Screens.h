@@ -64,6 +64,8 @@ public:
     virtual void ShowUploadRunList(const std::string& studyGroup) = 0;
     virtual void ShowDeleteTempRuns() = 0;
     virtual void ShowDeleteTDCFiles() = 0;
+    /// A corridor: that of the path, or the one that was open last.
+    virtual void ShowCorridor(const std::optional<std::string>& path) = 0;
 };
 
 }  // namespace vantor

@@ -32,6 +32,7 @@ StatisticsTableView::StatisticsTableView(QWidget* parent) : Table(parent) {
 
 void StatisticsTableView::Show(StatisticsTable table) {
     const int current = std::max(currentRow(), 0);
+    const int chosen = selectionBehavior() == SelectItems ? std::max(currentColumn(), 0) : 0;
     isFilling_ = true;
     shown_ = std::move(table);
     QStringList heads;
@@ -50,7 +51,7 @@ void StatisticsTableView::Show(StatisticsTable table) {
     ShowLooks();
     EndFilling();
     setSortingEnabled(false);
-    if (rowCount() > 0) setCurrentCell(std::min(current, rowCount() - 1), 0);
+    if (rowCount() > 0) setCurrentCell(std::min(current, rowCount() - 1), std::min(chosen, columnCount() - 1));
     isFilling_ = false;
     TellOfRow();
 }
@@ -72,13 +73,25 @@ void StatisticsTableView::ShowLooks() {
         for (int column = 0; column < static_cast<int>(cells.size()); ++column) {
             QTableWidgetItem& cell = *item(row, column);
             if (column > 0 && column <= lastFigure) cell.setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-            if (cells[static_cast<std::size_t>(column)].IsWeak)
-                cell.setForeground(palette().color(QPalette::Disabled, QPalette::Text));
+            if (cells[static_cast<std::size_t>(column)].IsWeak) ShowWeak(cell);
             QFont font = this->font();
             font.setBold(isTotal);
             cell.setFont(font);
         }
     }
+}
+
+void StatisticsTableView::ShowWeak(QTableWidgetItem& cell) {
+    const QColor grey = palette().color(QPalette::Disabled, QPalette::Text);
+    if (hatchesWeak_)
+        cell.setBackground(QBrush(grey, Qt::BDiagPattern));
+    else
+        cell.setForeground(grey);
+}
+
+void StatisticsTableView::ChooseCells() {
+    hatchesWeak_ = true;
+    setSelectionBehavior(SelectItems);
 }
 
 void StatisticsTableView::NeedRows(int rows) {

@@ -15,6 +15,8 @@ public:
     void Show(StatisticsTable table);
     /// Tells there what qualifies the current row.
     void TellIn(WrappedLabel* label) { label_ = label; }
+    /// Cells are chosen, not rows, and weak ones are hatched.
+    void ChooseCells();
     /// High enough to show that many rows without scrolling.
     void NeedRows(int rows);
 
@@ -23,11 +25,13 @@ protected:
 
 private:
     void ShowLooks();
+    void ShowWeak(QTableWidgetItem& cell);
     void TellOfRow();
 
     StatisticsTable shown_;
     WrappedLabel* label_ = nullptr;
     bool isFilling_ = false;
+    bool hatchesWeak_ = false;
 };
 
 }  // namespace vantor

@@ -38,7 +38,7 @@ QHBoxLayout* Beside(std::initializer_list<QWidget*> parts) {
 }  // namespace
 
 frmStatisticsOptions::frmStatisticsOptions(AppContext& context, const StudyChoices& choices)
-    : units_(UnitsOf(context.State.Settings)) {
+    : units_(UnitsOf(context.State.Settings)), hasLines_(choices.HasLines) {
     setObjectName(QStringLiteral("frmStatisticsOptions"));
     setWindowTitle(QStringLiteral("Statistics Options"));
     auto* column = new QVBoxLayout(this);
@@ -46,7 +46,9 @@ frmStatisticsOptions::frmStatisticsOptions(AppContext& context, const StudyChoic
     groups->addWidget(BuildPrecision(), 0, 0);
     groups->addWidget(BuildSpeeds(), 1, 0);
     groups->addWidget(BuildGrades(), 0, 1);
-    groups->addWidget(BuildLines(choices.Lines), 1, 1);
+    QGroupBox* lines = BuildLines(choices.Lines);
+    lines->setVisible(hasLines_);
+    groups->addWidget(lines, 1, 1);
     column->addLayout(groups);
     lblProblem_ = Named<WrappedLabel>(this, "lblProblem");
     column->addWidget(lblProblem_);
@@ -185,7 +187,7 @@ StatisticsOptions frmStatisticsOptions::ShownOptions() const {
 }
 
 StudyChoices frmStatisticsOptions::Choice() const {
-    StudyChoices choices{ShownOptions(), {}};
+    StudyChoices choices{ShownOptions(), {}, hasLines_};
     for (std::size_t i = 0; i < LineFields.size(); ++i)
         choices.Lines.*LineFields[i].Line = FromQt(txtLine_[i]->text().simplified());
     return choices;

@@ -45,6 +45,7 @@ private:
     void ShowProblem();
 
     const Units units_;
+    const bool hasLines_;
     QDoubleSpinBox* numConfidence_ = nullptr;
     QDoubleSpinBox* numError_ = nullptr;
     QComboBox* cmbError_ = nullptr;

@@ -5,7 +5,6 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <span>
 
 #include "core/Paths.h"
 #include "core/StudyFile.h"
@@ -220,21 +219,11 @@ std::vector<SheetRow> frmStudyStatistics::ShownSheet() const {
     return rows;
 }
 
-void frmStudyStatistics::Copy() { context_.DesktopServices.CopyText(TabSeparatedText(ShownSheet())); }
-
 std::string frmStudyStatistics::FileStart() const {
     constexpr std::array Names = {"statistics", "sections", "time-space", "speeds", "before and after"};
     const std::string study = WithSafeCharacters(Trim(study_.Record.StudyName));
     return StudyGroupFolder(context_.State) + (study.empty() ? "Study" : study) + " " +
            Names[static_cast<std::size_t>(tabs_->currentIndex())];
-}
-
-void frmStudyStatistics::SaveAsCsv() {
-    const std::string path = context_.DesktopServices.ChooseFileToSave(FileStart() + ".csv", "Save Statistics",
-                                                                       {{"Comma-separated values", ".csv"}});
-    if (path.empty()) return;
-    const std::string text = CsvText(ShownSheet());
-    WriteFile(context_.Files, path, std::as_bytes(std::span(text)), AsItStands(context_.Files, path));
 }
 
 }  // namespace vantor

@@ -68,8 +68,6 @@ private:
     void ChangeOptions();
     /// The tab in view as a table.
     std::vector<SheetRow> ShownSheet() const;
-    void Copy();
-    void SaveAsCsv();
     std::string FileStart() const;
 
     AppContext& context_;

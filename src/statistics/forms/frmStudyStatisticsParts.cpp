@@ -11,6 +11,7 @@
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
+#include "statistics/forms/SheetOut.h"
 #include "statistics/forms/frmStudyStatistics.h"
 
 // What "Statistics in Detail" is made of.
@@ -258,8 +259,9 @@ QLayout* frmStudyStatistics::BuildButtons() {
     for (QPushButton* button : {BtnOptions, BtnCopy, BtnSaveCsv}) button->setAutoDefault(false);
     MessageBoxes& messages = context_.Messages;
     Connect(BtnOptions, &QPushButton::clicked, this, messages, [this] { ChangeOptions(); });
-    Connect(BtnCopy, &QPushButton::clicked, this, messages, [this] { Copy(); });
-    Connect(BtnSaveCsv, &QPushButton::clicked, this, messages, [this] { SaveAsCsv(); });
+    Connect(BtnCopy, &QPushButton::clicked, this, messages, [this] { CopySheet(context_, ShownSheet()); });
+    Connect(BtnSaveCsv, &QPushButton::clicked, this, messages,
+            [this] { SaveSheetAsCsv(context_, ShownSheet(), FileStart(), "Save Statistics"); });
     Connect(BtnClose, &QPushButton::clicked, this, messages, [this] { accept(); });
     auto* row = new QHBoxLayout;
     row->addWidget(HelpButton(*this, context_, HelpTopic::Statistics));

@@ -1,0 +1,274 @@
+#include "corridor/forms/frmCorridor.h"
+
+#include <gmock/gmock.h>
+
+#include <QInputDialog>
+#include <QMenu>
+#include <QTimer>
+#include <QToolButton>
+
+#include "corridor/CorridorFile.h"
+#include "corridor/forms/frmCorridorSettings.h"
+#include "corridor/forms/frmCorridorTracks.h"
+#include "fakes/FormScene.h"
+#include "fakes/PutFiles.h"
+
+namespace vantor {
+namespace {
+
+using testing::ElementsAre, testing::HasSubstr, testing::StartsWith;
+
+constexpr const char* Path = "/start/Study Groups/Main St.corridor.geojson";
+
+/// Three nodes, 1000 ft apart, and a Study Group with two runs before and two after, with a stop before each node.
+class frmCorridorTest : public FormScene<frmCorridor> {
+protected:
+    frmCorridorTest() {
+        State.Settings.SpeedFactor = static_cast<float>(3600.0 / 5280.0);
+        Files.CreateFolder("/start/Study Groups/G");
+        for (int number = 1; number <= 4; ++number) {
+            std::vector<int> feet(20, 40);
+            feet.back() |= NodeFlag;
+            for (int section = 0; section < 2; ++section) {
+                feet.insert(feet.end(), 24, 40);
+                feet.insert(feet.end(), 4 + static_cast<std::size_t>(number) * 2, 0);
+                feet.push_back(40);
+                feet.back() |= NodeFlag;
+            }
+            feet.insert(feet.end(), 20, 40);
+            RunRecord run = RunOfValues(feet);
+            run.Header.Before = number <= 2 ? -1 : 0;
+            PutRunFile(Files, run, "/start/Study Groups/G/", "R" + std::to_string(number));
+        }
+    }
+    void PutCorridor() {
+        Corridor corridor;
+        for (int i = 0; i < 3; ++i) {
+            CorridorNode& node = corridor.Nodes.emplace_back();
+            node.Name = std::string(1, static_cast<char>('A' + i));
+            node.DistanceFt = 1000.0 * i;
+            node.Around = {400, 200};
+        }
+        for (int number = 1; number <= 4; ++number) {
+            CorridorRun& run = corridor.Runs.emplace_back();
+            run.Group = "G";
+            run.Name = "R" + std::to_string(number);
+            run.IsBefore = number <= 2;
+        }
+        SaveCorridor(Files, Path, corridor, Expected::Nothing());
+    }
+    void OpenIt() {
+        PutCorridor();
+        Open(Path);
+    }
+    void EditNode(int row, int column, const char* text) {
+        Get<QTableWidget>("vaNodes").item(row, column)->setText(QLatin1String(text));
+        QCoreApplication::processEvents();
+    }
+    /// Chooses in a menu of a button; "Set Aside/Detour" below another menu.
+    template <class Button>
+    void PickFromMenu(const char* button, const char* path) {
+        QMenu* menu = Get<Button>(button).menu();
+        for (const QString& caption : QString::fromLatin1(path).split(QLatin1Char('/'))) {
+            emit menu->aboutToShow();
+            const auto actions = menu->actions();
+            const auto action = std::ranges::find_if(
+                actions, [&](const QAction* each) { return WithoutAccessKey(each->text()) == caption; });
+            ASSERT_NE(action, actions.end()) << FromQt(caption);
+            if ((*action)->menu() == nullptr) return (*action)->trigger();
+            menu = (*action)->menu();
+        }
+    }
+    /// Answers the next question for a text.
+    static void AnswerNext(const QString& text) {
+        QTimer::singleShot(0, [text] {
+            auto* box = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+            if (box == nullptr) return;
+            box->setTextValue(text);
+            box->accept();
+        });
+    }
+    std::string States() {
+        std::string states;
+        for (const std::string& state : Column(*Window, "vaRuns", 0)) states += state + ",";
+        return states;
+    }
+};
+
+TEST_F(frmCorridorTest, EditsAreStepsAndAreSaved) {
+    OpenIt();
+    const auto before = Rows(*Window, "vaDelays");
+    ASSERT_EQ(before.size(), 2U);
+    EXPECT_FALSE(IsEnabled("btnSave"));
+    EditNode(1, 3, "100");
+    EXPECT_EQ(Text("lblCorridor"), "Main St (not saved)");
+    const auto after = Rows(*Window, "vaDelays");
+    EXPECT_NE(after, before) << "most of the stop lies outside of the band";
+    Messages.Expect("\"wide\" is no number.\nType digits alone.");
+    EditNode(1, 4, "wide");
+    EXPECT_EQ(CellText(Get<QTableView>("vaNodes"), 1, 4), "200");
+    EditNode(1, 0, "Elm");
+    PressKey(Qt::Key_Z, Qt::ControlModifier);
+    PressKey(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(Rows(*Window, "vaDelays"), before);
+    EXPECT_EQ(Text("lblCorridor"), "Main St");
+    Press("btnRedo");
+    EXPECT_EQ(Rows(*Window, "vaDelays"), after);
+    PressKey(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(LoadCorridor(Files, Path).Corridor.Nodes[1].Around.UpstreamFt, 100);
+    EXPECT_FALSE(IsEnabled("btnSave"));
+    Get<QSpinBox>("spnIdealForward").setValue(27);
+    Messages.Expect("The corridor Main St has been changed.\nDo you want to save it?", MessageAnswer::Cancel);
+    PressKey(Qt::Key_Escape);
+    EXPECT_TRUE(Window->isVisible());
+    Messages.Expect("The corridor Main St has been changed.\nDo you want to save it?", MessageAnswer::No);
+    PressKey(Qt::Key_Escape);
+    EXPECT_FALSE(Window->isVisible());
+    EXPECT_FALSE(LoadCorridor(Files, Path).Corridor.Directions[0].IdealSpeedMph);
+}
+
+TEST_F(frmCorridorTest, ARunIsSelectedEverywhereAndCorrected) {
+    OpenIt();
+    ClickRow(*Window, "vaRuns", 1);
+    Get<QTabWidget>("tabCorridor").setCurrentWidget(Get<QWidget>("vaMatch").parentWidget());
+    EXPECT_THAT(Text("lblRun"), StartsWith("R2 (G), NB"));
+    EXPECT_THAT(Column(*Window, "vaMatch", 1), ElementsAre("mark", "mark", "mark"));
+    ClickRow(*Window, "vaMatch", 2);
+    EXPECT_EQ(Get<QTableWidget>("vaNodes").currentRow(), 2) << "and so is its node";
+    Press("btnNotPassed");
+    EXPECT_EQ(States(), "ok,gap,ok,ok,");
+    Get<QSpinBox>("spnSecond").setValue(81);
+    Press("btnSetSecond");
+    EXPECT_THAT(Row(*Window, "vaMatch", 2), testing::Contains("user"));
+    EXPECT_EQ(CellText(Get<QTableView>("vaMatch"), 2, 2), "81");
+    Press("btnAsMatched");
+    EXPECT_THAT(Column(*Window, "vaMatch", 1), ElementsAre("mark", "mark", "mark"));
+    Get<QSpinBox>("spnOwnUpstream").setValue(50);
+    Press("btnOwnBand");
+    EXPECT_EQ(Text("lblBand"), "this run's own");
+    ClickRow(*Window, "vaRuns", 0);
+    EXPECT_EQ(Text("lblBand"), "that of all runs");
+    Get<QTabWidget>("tabCorridor").setCurrentWidget(Get<QWidget>("splResults").parentWidget());
+    ClickCell(Get<QTableView>("vaDelays"), 0, 4);
+    EXPECT_THAT(Text("lblCell"), StartsWith("NB before at C: 2 runs; mean"));
+    EXPECT_THAT(Column(*Window, "vaNodeRuns", 0), ElementsAre("R1", "R2"));
+    EXPECT_THAT(Row(*Window, "vaNodeRuns", 1), testing::Contains(HasSubstr("its own band")));
+    ClickRow(*Window, "vaNodeRuns", 1);
+    EXPECT_THAT(Get<LongList>("vaRuns").SelectedRows(), ElementsAre(1));
+    Messages.Expect("The corridor Main St has been changed.\nDo you want to save it?", MessageAnswer::No);
+    PressKey(Qt::Key_Escape);
+}
+
+TEST_F(frmCorridorTest, SeveralRunsAreChangedAtOnce) {
+    OpenIt();
+    ClickRow(*Window, "vaRuns", 0);
+    ClickRow(*Window, "vaRuns", 1, Qt::ShiftModifier);
+    PickFromMenu<QToolButton>("btnRun", "Set Aside/Detour");
+    EXPECT_EQ(States(), "set aside,set aside,ok,ok,");
+    EXPECT_THAT(Column(*Window, "vaDelays", 0), ElementsAre("NB")) << "there is nothing to compare any more";
+    EXPECT_THAT(Text("lblWarnings"), HasSubstr("Not counted: R1: set aside: Detour R2: set aside: Detour"));
+    EXPECT_EQ(Get<LongList>("vaRuns").SelectedRows().size(), 2U);
+    PickFromMenu<QToolButton>("btnRun", "Count Again");
+    PickFromMenu<QToolButton>("btnRun", "Period/AM peak");
+    EXPECT_THAT(ItemsOf(*Window, "cmbPeriod"), ElementsAre("All", "AM peak", "without a period"));
+    Pick("cmbPeriod", "AM peak");
+    EXPECT_THAT(Column(*Window, "vaDelays", 0), ElementsAre("NB"));
+    EXPECT_EQ(CellText(Get<QTableView>("vaDelays"), 0, 1), "2");
+    Get<QWidget>("vaRuns").setFocus();
+    PressKey(Qt::Key_Delete);
+    EXPECT_EQ(States(), "ok,ok,");
+    EXPECT_EQ(Text("cmbPeriod"), "AM peak") << "what is shown is what is chosen";
+    PressKey(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(States(), "ok,ok,ok,ok,");
+    Messages.Expect(
+        "6 studies will be written, one for each node, direction, period and Study Group:\n\nA NB AM peak "
+        "(G)\nB NB AM peak (G)\nC NB AM peak (G)\nA NB (G)\nB NB (G)\nC NB (G)\n\nDo you want to write them?",
+        MessageAnswer::Yes);
+    Messages.Expect("6 studies stand in the Study Groups of their runs.");
+    Press("btnStudies");
+    EXPECT_TRUE(Files.Find("/start/Study Groups/G/C NB AM peak.ld2"));
+    Messages.Expect("The corridor Main St has been changed.\nDo you want to save it?", MessageAnswer::No);
+    PressKey(Qt::Key_Escape);
+}
+
+TEST_F(frmCorridorTest, BeginsWithNodesAndTakesAStudyGroup) {
+    DesktopServices.FileToOpen = "/start/nodes.csv";
+    Files.PutText("/start/nodes.csv", "name,distance\nA,0\nB,1000\nC,2000\n");
+    Open(std::nullopt);
+    EXPECT_TRUE(IsShown("lblStart"));
+    Press("btnStartFile");
+    EXPECT_THAT(Column(*Window, "vaNodes", 0), ElementsAre("A", "B", "C"));
+    PickFromMenu<QPushButton>("btnAddRuns", "All of G");
+    EXPECT_EQ(States(), "ok,ok,ok,ok,");
+    AnswerNext(QStringLiteral("Main St"));
+    Press("btnSave");
+    EXPECT_EQ(Text("lblCorridor"), "Main St");
+    EXPECT_EQ(LoadCorridor(Files, Path).Corridor.Runs.size(), 4U);
+    PressKey(Qt::Key_N, Qt::ControlModifier);
+    EXPECT_TRUE(IsShown("lblStart"));
+    Press("btnStartType");
+    EXPECT_THAT(Column(*Window, "vaNodes", 0), ElementsAre("Node 1"));
+    Press("btnUndo");
+    EXPECT_TRUE(IsShown("lblStart"));
+    PickFromMenu<QPushButton>("btnOpen", "Main St");
+    EXPECT_EQ(States(), "ok,ok,ok,ok,");
+    Messages.Expect("The Study Group G has no run that is not in the corridor.");
+    PickFromMenu<QPushButton>("btnAddRuns", "All of G");
+    PressKey(Qt::Key_Escape);
+    Window.reset();
+    Open(std::nullopt);
+    EXPECT_EQ(Text("lblCorridor"), "Main St") << "the one that was open last";
+}
+
+TEST_F(frmCorridorTest, PassesOfATrackBecomeRuns) {
+    // 40 ft a second to the north along a degree, which is 364813 ft.
+    std::string track = "time,lat,lon\n";
+    for (int second = 0; second < 120; ++second) {
+        char line[80];
+        std::snprintf(line, sizeof line, "2026-03-04T15:%02d:%02dZ,%.7f,-83.0\n", second / 60, second % 60,
+                      42 + (second - 25) * 40 / 364813.0);
+        track += line;
+    }
+    Files.PutText("/start/Field Data Files/day.csv", track);
+    Files.PutText("/start/nodes.csv", "name,lat,lon\nA,42,-83\nB,42.00274,-83\nC,42.00548,-83\n");
+    DesktopServices.FileToOpen = "/start/nodes.csv";
+    Open(std::nullopt);
+    Press("btnStartFile");
+    AnswerNext(QStringLiteral("Main St"));
+    Press("btnSave");
+    DesktopServices.FileToOpen = "/start/Field Data Files/day.csv";
+    QTimer::singleShot(0, [] {
+        auto* form = dynamic_cast<frmCorridorTracks*>(QApplication::activeModalWidget());
+        ASSERT_NE(form, nullptr);
+        EXPECT_EQ(TextOf(*form, "cmbGroup"), "Main St");
+        EXPECT_THAT(Rows(*form, "vaPasses"), ElementsAre(StartsWith("day.csv, 1|NB|")));
+        Choose(*form, "cmbCondition", "After");
+        form->accept();
+    });
+    Press("btnImport");
+    EXPECT_THAT(Row(*Window, "vaRuns", 0), ElementsAre("ok", "Main St-NB-001", "NB", "", "After", ""));
+    EXPECT_TRUE(Files.Find("/start/Study Groups/Main St/Main St-NB-001.rd2"));
+    Messages.Expect("day.csv: 1 pass of it is in the corridor already.");
+    Press("btnImport");
+    Press("btnSave");
+    PressKey(Qt::Key_Escape);
+}
+
+TEST_F(frmCorridorTest, SettingsTellWhatCannotBe) {
+    Corridor corridor;
+    corridor.Periods = {{"AM", 420, 540}};
+    frmCorridorSettings form(Context, corridor);
+    EXPECT_EQ(form.Choice(), corridor);
+    Find<QPlainTextEdit>(form, "txtPeriods").setPlainText(QStringLiteral("07:00-09:00 AM\nnoon"));
+    EXPECT_EQ(TextOf(form, "lblProblem"), "\"noon\" is no period. Write it as 07:00-09:00 AM peak.");
+    EXPECT_FALSE(Find<QWidget>(form, "btnOK").isEnabled());
+    Find<QPlainTextEdit>(form, "txtPeriods").setPlainText(QStringLiteral("\n15:30-18:00 PM peak\n"));
+    Find<QLineEdit>(form, "txtBack").setText(QStringLiteral("NB"));
+    EXPECT_THAT(TextOf(form, "lblProblem"), StartsWith("Both directions are called"));
+    Find<QLineEdit>(form, "txtBack").setText(QStringLiteral("WB"));
+    EXPECT_THAT(form.Choice().Periods, ElementsAre(CorridorPeriod{"PM peak", 930, 1080}));
+    EXPECT_EQ(form.Choice().Of(Way::Back).Name, "WB");
+}
+
+}  // namespace
+}  // namespace vantor
