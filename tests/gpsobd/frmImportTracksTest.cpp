@@ -114,6 +114,7 @@ TEST_F(ImportTracksTest, RowsGoToGroupsOfTheirOwn) {
     Press("btnGroupOfRows");
     QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("Elm"));
     PressKey(Qt::Key_Return);
+    QCoreApplication::processEvents();
     EXPECT_TRUE(Window->isVisible());
     EXPECT_THAT(Column(*Window, "vaTracks", Group), ElementsAre("Elm", "Elm", "Main")) << "all that were selected";
     EXPECT_THAT(NamesShown(), ElementsAre("Elm-NB-001", "Elm-NB-002", "Main-EB-001"));

@@ -56,7 +56,8 @@ std::string TitleOf(const InboxTrack& track) { return LastComponent(track.Path) 
 
 }  // namespace
 
-frmImportTracks::frmImportTracks(AppContext& context, const std::vector<std::string>& paths, QWidget* parent)
+frmImportTracks::frmImportTracks(AppContext& context, const std::vector<std::string>& paths,
+                                 const std::string& /*corridor*/, QWidget* parent)
     : QDialog(parent), context_(context) {
     setObjectName(QStringLiteral("frmImportTracks"));
     setWindowTitle(QStringLiteral("Import Tracks"));
@@ -329,9 +330,8 @@ void frmImportTracks::ReviewChosen() {
 void frmImportTracks::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const QWidget* field = focusWidget();
-    // A cell's editor, which stands until it has closed, takes it, too.
-    const auto* editor = vaTracks_->viewport()->findChild<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
-    if (isEnter && editor != nullptr && editor->isVisible()) return;
+    // A cell's editor takes Enter, but hands it on, and closes only afterwards.
+    if (isEnter && vaTracks_->isPersistentEditorOpen(vaTracks_->currentIndex())) return;
     // Above the list Enter takes what was typed, and the list shows what came of it.
     if (isEnter && (field == cmbGroup_ || field == txtBaseName_ || field == cmbZone_ || field == spnGap_))
         return vaTracks_->setFocus();

@@ -32,7 +32,9 @@ namespace vantor {
 /// before it is taken. On OK the ticked ones become run files of a Study Group; nothing is written before.
 class frmImportTracks : public QDialog {
 public:
-    frmImportTracks(AppContext& context, const std::vector<std::string>& paths, QWidget* parent = nullptr);
+    /// `corridor` is the file of the one chosen to begin with; empty for none.
+    frmImportTracks(AppContext& context, const std::vector<std::string>& paths, const std::string& corridor = {},
+                    QWidget* parent = nullptr);
 
     /// The runs that were written and that the study is to take, by group: those of the ticked tracks, the group above
     /// the list first, and those of reviews.
