@@ -40,7 +40,7 @@ CorridorMapPage::CorridorMapPage(CorridorDocument& document, QWidget* parent)
         const int item = map_->ChosenItem();
         document_.SelectRun(item == 0 ? std::nullopt : std::optional(items_[static_cast<std::size_t>(item) - 1]));
     };
-    map_->OnPlace = [this](const GeoPosition& place) { place_ = place; };
+    map_->OnPlace = [this](const Position& place) { place_ = place; };
     map_->ExtendMenu = [this](QMenu& menu) { FillMenu(menu); };
     map_->PictureStart = [this] { return document_.Root() + document_.Of().Name + " map"; };
     auto* column = new QVBoxLayout(this);
@@ -75,7 +75,7 @@ void CorridorMapPage::ShowSelected() {
     const auto node = document_.Node();
     const CorridorNode* selected = node ? &document_.Of().Nodes[*node] : nullptr;
     map_->SetMark(selected != nullptr && selected->At
-                      ? std::optional(GeoPosition{selected->At->Latitude, selected->At->Longitude})
+                      ? std::optional(Position{selected->At->Latitude, selected->At->Longitude})
                       : std::nullopt);
 }
 

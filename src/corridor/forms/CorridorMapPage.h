@@ -33,7 +33,7 @@ private:
     MapView* map_;
     std::shared_ptr<const DetailedCorridor> drawn_;
     std::vector<std::size_t> items_;  ///< runs by item, the first is item 1
-    std::optional<GeoPosition> place_;
+    std::optional<Position> place_;
 };
 
 }  // namespace vantor
