@@ -145,8 +145,9 @@ RunsForStudy AppScreens::ShowUploadData(const Upload& upload) {
     frmUploadData form(*context_, upload);
     return Run(form) ? form.ForStudy() : RunsForStudy();
 }
-std::vector<RunsForStudy> AppScreens::ShowImportTracks(const std::vector<std::string>& paths) {
-    frmImportTracks form(*context_, paths);
+std::vector<RunsForStudy> AppScreens::ShowImportTracks(const std::vector<std::string>& paths,
+                                                       const std::string& corridor) {
+    frmImportTracks form(*context_, paths, corridor);
     Run(form);
     return form.ForStudy();
 }

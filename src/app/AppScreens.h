@@ -33,7 +33,8 @@ public:
     std::optional<LogChoice> ShowLogSelect(LogKind kind) override;
     bool ShowLogReview(std::optional<LogKind> kind, const LogChoice& log) override;
     RunsForStudy ShowUploadData(const Upload& upload) override;
-    std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths) override;
+    std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths,
+                                               const std::string& corridor) override;
     void ShowDamagedCounterFile() override;
     void ShowUploadRunList(const std::string& studyGroup) override;
     void ShowDeleteTempRuns() override;

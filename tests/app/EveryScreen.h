@@ -220,7 +220,8 @@ inline std::shared_ptr<QWidget> OpenCorridorSettings(ShownProgram& program) {
 inline std::shared_ptr<QWidget> OpenCorridorTracks(ShownProgram& program) {
     static const CorridorTracks nothing;
     static CorridorTracks tracks;
-    tracks = {{{{"/t/before.gpx", 1, ReportedRun(), "NB", {"passes 2 of 3 nodes"}}, Way::Forward, {}}}, {"a remark"}};
+    tracks = {{{{"/t/before.gpx", 1, ReportedRun(), "NB", {"passes 2 of 3 nodes"}, {}}, {Way::Forward, 2, {}}}},
+              {"a remark"}};
     const bool isFilled = program.State.CurrentStudy.Record.RunCount > 0;
     return std::make_shared<frmCorridorTracks>(program.Program, isFilled ? tracks : nothing,
                                                std::vector<std::string>{"Main Street"}, "Main St");

@@ -194,7 +194,7 @@ public:
         Show("frmUploadData");
         return Moved;
     }
-    std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths) override {
+    std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths, const std::string&) override {
         TracksHanded = paths;
         Show("frmImportTracks");
         return Imported;

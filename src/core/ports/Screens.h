@@ -57,7 +57,10 @@ public:
     [[nodiscard]] virtual bool ShowLogReview(std::optional<LogKind> kind, const LogChoice& log) = 0;
     [[nodiscard]] virtual RunsForStudy ShowUploadData(const Upload& upload) = 0;
     /// The runs that files of any kind of track would give; those that were taken, by the group that they lie in.
-    [[nodiscard]] virtual std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths) = 0;
+    /// `corridor` is the file of the corridor that is chosen to begin with, or empty: the passes along one are taken
+    /// into its file, and are not returned.
+    [[nodiscard]] virtual std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths,
+                                                                     const std::string& corridor) = 0;
     /// What can be done about the counter file that ended the program the last time.
     virtual void ShowDamagedCounterFile() = 0;
     /// The runs that lie in a Study Group.

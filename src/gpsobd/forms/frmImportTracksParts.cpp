@@ -32,8 +32,8 @@ QWidget* frmImportTracks::BuildList() {
         QStringLiteral("No track yet. Add files, or drop them here: logs of GPS and OBD loggers, GPX, NMEA, CSV."));
     const QString unit = QLatin1Char(' ') + ToQt(UnitsOf(context_.State).LengthTitle());
     vaTracks_->SetColumns({QStringLiteral("Track"), QStringLiteral("Speed"), QStringLiteral("Start"),
-                           QStringLiteral("Direction"), QStringLiteral("Length") + unit, QStringLiteral("Duration"),
-                           QStringLiteral("Study Group"), QStringLiteral("Name of the Run"),
+                           QStringLiteral("Direction"), QStringLiteral("Nodes"), QStringLiteral("Length") + unit,
+                           QStringLiteral("Duration"), QStringLiteral("Study Group"), QStringLiteral("Name of the Run"),
                            QStringLiteral("To Be Looked At")});
     constexpr int LinesARow = 2;
     vaTracks_->verticalHeader()->setDefaultSectionSize(LinesARow * fontMetrics().height() + 4);
@@ -119,6 +119,7 @@ QLayout* frmImportTracks::BuildHead() {
     row->addWidget(txtBaseName_, 1);
     row->addSpacing(8);
     auto* rows = new QVBoxLayout;
+    rows->addLayout(BuildCorridor());
     rows->addLayout(row);
     rows->addLayout(how);
     constexpr int WidthForButtons = 900;
@@ -180,6 +181,8 @@ void frmImportTracks::ConnectControls() {
     Connect(btnReview_, &QPushButton::clicked, this, messages, [this] { ReviewChosen(); });
     Connect(btnUnflagged_, &QPushButton::clicked, this, messages, [this] { TickUnflagged(); });
     Connect(btnGroupOfRows_, &QPushButton::clicked, this, messages, [this] { EditChosen(GroupOfRow); });
+    Connect(cmbCorridor_, &QComboBox::activated, this, messages,
+            [this] { ChooseCorridor(FromQt(cmbCorridor_->currentData().toString())); });
     Connect(cmbGroup_, &QComboBox::activated, this, messages, [this] { TakeGroup(); });
     Connect(cmbGroup_->lineEdit(), &QLineEdit::editingFinished, this, messages, [this] { TakeGroup(); });
     Connect(txtBaseName_, &QLineEdit::textChanged, this, messages, [this] { ShowNames(); });
