@@ -193,8 +193,6 @@ CorridorRun RunFrom(const JsonPlace& json) {
     const JsonPlace set = json["setNodes"];
     for (std::size_t i = 0; i < set.Size(); ++i)
         run.SetNodes.push_back({NodeIndexFrom(set.At(i)["node"]), set.At(i)["sample"].Whole()});
-    std::ranges::stable_sort(run.OwnBands, {}, &OwnBand::Node);
-    std::ranges::stable_sort(run.SetNodes, {}, &SetNode::Node);
     if (const JsonPlace source = json["source"]; source.IsThere())
         run.Source = {source["file"].Text(), source["hash"].Hash(), MomentFrom(source["from"]),
                       MomentFrom(source["to"])};

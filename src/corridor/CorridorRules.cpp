@@ -122,7 +122,8 @@ std::string OwnProblem(const std::vector<Own>& own, std::size_t nodes) {
             return "has facts of its own for node " + std::to_string(own[i].Node + 1) + ", and the corridor has " +
                    std::to_string(nodes) + " nodes.";
         if (i > 0 && own[i].Node <= own[i - 1].Node)
-            return "has facts of its own for node " + std::to_string(own[i].Node + 1) + " twice.";
+            return "has facts of its own for node " + std::to_string(own[i].Node + 1) +
+                   " twice, or behind those of a later node.";
     }
     return {};
 }

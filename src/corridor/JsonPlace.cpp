@@ -87,11 +87,12 @@ Position JsonPlace::Place() const {
 Json RestOf(const Json& read, const Json& written) {
     Json rest;
     if (read.is_object() && written.is_object()) {
-        for (const auto& [name, member] : read.items()) {
-            const auto known = written.find(name);
-            Json other = known == written.end() ? member : RestOf(member, *known);
-            if (known == written.end() || !other.is_null()) rest[name] = std::move(other);
-        }
+        // Those that are written first: so what is written is read with its rest in the same order.
+        for (const auto& [name, member] : written.items())
+            if (const auto found = read.find(name); found != read.end())
+                if (Json other = RestOf(*found, member); !other.is_null()) rest[name] = std::move(other);
+        for (const auto& [name, member] : read.items())
+            if (!written.contains(name)) rest[name] = member;
     } else if (read.is_array() && written.is_array()) {
         for (std::size_t i = 0; i < std::min(read.size(), written.size()); ++i)
             if (Json other = RestOf(read[i], written[i]); !other.is_null())

@@ -1,7 +1,7 @@
 #include "statistics/OverlayPlot.h"
 
 #include <algorithm>
-#include <cmath>
+#include <iterator>
 
 #include "statistics/Reliability.h"
 #include "statistics/Summary.h"
@@ -18,8 +18,7 @@ constexpr double BandOpacity = 0.18;
 /// The moment, in seconds from the start, at which a run has come so far; nothing behind its end.
 class Passing {
 public:
-    Passing(const PlottedRun& run, const MeanPlaces& places)
-        : trace_(*run.Trace), at_(StretchedDistances(run, places)) {}
+    explicit Passing(const AlignedRun& run) : trace_(*run.Of.Trace), at_(run.At) {}
 
     std::optional<double> SpeedOver(double from, double to) const {
         const double begin = MomentAt(from);
@@ -44,7 +43,7 @@ private:
     }
 
     const RunTrace& trace_;
-    std::vector<double> at_;
+    const std::vector<double>& at_;
 };
 
 /// A profile that is seen where its run is chosen.
@@ -54,22 +53,41 @@ struct QuietTrace : PlotTrace {
     void Search(PlotSearch&) const override {}
 };
 
-bool HasBand(const RunsAlike& group) { return std::ssize(group.Runs) >= LeastForPercentiles; }
+/// The runs before or those after, or all where they are of one group.
+struct ProfilesAlike {
+    RunsLook Look;
+    std::vector<AlignedRun> Runs;
 
-/// Single profiles are grey under a band of their own, else as their group is.
-RunsLook SingleLook(const RunsAlike& group) {
-    return HasBand(group) ? RunsLook{"Single runs", &Colours::Node, LinePattern::Solid, PlotMarker::None} : group.Look;
+    bool HasBand() const { return std::ssize(Runs) >= LeastForPercentiles; }
+    /// Single profiles are grey under a band of their own, else as their group is.
+    RunsLook SingleLook() const {
+        return HasBand() ? RunsLook{"Single runs", &Colours::Node, LinePattern::Solid, PlotMarker::None} : Look;
+    }
+};
+
+std::vector<ProfilesAlike> ProfileGroups(const std::vector<AlignedRun>& runs) {
+    PlottedRuns plotted;
+    for (const AlignedRun& run : runs) plotted.push_back(run.Of);
+    std::vector<ProfilesAlike> groups;
+    for (const RunsAlike& alike : GroupsOf(plotted)) {
+        ProfilesAlike& group = groups.emplace_back(ProfilesAlike{alike.Look, {}});
+        const auto isOne = [&](const AlignedRun& run) {
+            return alike.Runs.size() == runs.size() || run.Of.Run->IsBefore == alike.Runs.front().Run->IsBefore;
+        };
+        std::ranges::copy_if(runs, std::back_inserter(group.Runs), isOne);
+    }
+    return groups;
 }
 
-void AddBand(Plot& plot, const RunsAlike& group, const MeanPlaces& places, const Units& units) {
-    if (!HasBand(group)) return;
+void AddBand(Plot& plot, const ProfilesAlike& group, const PlotRange& road, const Units& units) {
+    if (!group.HasBand()) return;
     PlotBand band;
     PlotTrace median;
     band.Ink = median.Ink = group.Look.Ink;
     band.Edges = median.Pattern = group.Look.Pattern;
     band.Opacity = BandOpacity;
     median.Width = MedianWidth;
-    for (const SpeedsOver& piece : SpeedBand(group.Runs, places)) {
+    for (const SpeedsOver& piece : SpeedBand(group.Runs, road)) {
         const double middle = units.LengthOfFeet((piece.From + piece.To) / 2);
         auto& slice = band.Slices.emplace_back(PlotBand::Slice{middle, std::nullopt});
         if (!piece.P50) continue;
@@ -83,12 +101,11 @@ void AddBand(Plot& plot, const RunsAlike& group, const MeanPlaces& places, const
     plot.Add(std::move(median));
 }
 
-PlotTrace ProfileOf(const PlottedRun& run, const MeanPlaces& places, const Units& units) {
+PlotTrace ProfileOf(const AlignedRun& run, const Units& units) {
     PlotTrace trace;
-    const auto distances = StretchedDistances(run, places);
-    trace.Points.reserve(distances.size());
-    for (std::size_t i = 1; i < distances.size(); ++i)
-        trace.Points.push_back({units.LengthOfFeet(distances[i]), units.SpeedOfMph(run.Trace->Speeds[i - 1])});
+    trace.Points.reserve(run.At.size());
+    for (std::size_t i = 1; i < run.At.size(); ++i)
+        trace.Points.push_back({units.LengthOfFeet(run.At[i]), units.SpeedOfMph(run.Of.Trace->Speeds[i - 1])});
     return trace;
 }
 
@@ -110,17 +127,23 @@ double TopSpeed(const PlottedRuns& runs) {
 
 }  // namespace
 
-std::vector<SpeedsOver> SpeedBand(const PlottedRuns& runs, const MeanPlaces& places) {
+std::vector<AlignedRun> AlignedAt(const PlottedRuns& runs, const MeanPlaces& places) {
+    std::vector<AlignedRun> aligned;
+    aligned.reserve(runs.size());
+    for (const PlottedRun& run : runs) aligned.push_back({run, StretchedDistances(run, places)});
+    return aligned;
+}
+
+std::vector<SpeedsOver> SpeedBand(std::span<const AlignedRun> runs, const PlotRange& road) {
     std::vector<SpeedsOver> pieces;
-    if (runs.empty() || places.Feet.back() <= 0) return pieces;
-    const double step = places.Feet.back() / Pieces;
-    std::vector<Passing> passings;
-    passings.reserve(runs.size());
-    for (const PlottedRun& run : runs) passings.emplace_back(run, places);
+    if (runs.empty() || road.Span() <= 0) return pieces;
+    const double step = road.Span() / Pieces;
+    const std::vector<Passing> passings(runs.begin(), runs.end());
+    std::vector<double> speeds;
     for (std::size_t i = 0; i < Pieces; ++i) {
-        SpeedsOver& piece = pieces.emplace_back(
-            SpeedsOver{step * static_cast<double>(i), step * static_cast<double>(i + 1), {}, {}, {}});
-        std::vector<double> speeds;
+        SpeedsOver& piece = pieces.emplace_back(SpeedsOver{
+            road.Low + step * static_cast<double>(i), road.Low + step * static_cast<double>(i + 1), {}, {}, {}});
+        speeds.clear();
         for (const Passing& passing : passings)
             if (const auto speed = passing.SpeedOver(piece.From, piece.To)) speeds.push_back(*speed);
         if (static_cast<int>(speeds.size()) < LeastForPercentiles) continue;
@@ -132,39 +155,53 @@ std::vector<SpeedsOver> SpeedBand(const PlottedRuns& runs, const MeanPlaces& pla
     return pieces;
 }
 
-Plot OverlayPlot(const PlottedRuns& runs, bool showsRuns, const std::string& title, const Units& units) {
-    Plot plot;
-    plot.Axes.Title = title;
-    const MeanPlaces places = MeanPlacesOf(runs);
-    const double length = places.Feet.empty() ? 0 : units.LengthOfFeet(places.Feet.back());
-    plot.Axes.Across = {std::string("Distance (") + units.LengthLabel() + ")", {0, std::max(length, 1.0)}};
-    plot.Axes.Up = {std::string("Speed (") + units.SpeedLabel() + ")",
-                    {0, std::max(units.SpeedOfMph(TopSpeed(runs)) * RoomAbove, 1.0)}};
-    if (runs.empty()) return plot;
-    plot.Add(NodeLines(*runs.front().Run, places, units));
-    const auto groups = GroupsOf(runs);
-    for (const PlottedRun& run : runs) {
-        plot.Items.push_back({RunInWords(*run.Run)});
-        const RunsAlike& group = groups.size() == 2 && !run.Run->IsBefore ? groups[1] : groups[0];
-        const RunsLook look = SingleLook(group);
-        PlotTrace trace = ProfileOf(run, places, units);
+std::vector<SpeedsOver> SpeedBand(const PlottedRuns& runs, const MeanPlaces& places) {
+    return runs.empty() ? std::vector<SpeedsOver>() : SpeedBand(AlignedAt(runs, places), {0, places.Feet.back()});
+}
+
+PlotAxis SpeedAxis(const PlottedRuns& runs, const Units& units) {
+    return {std::string("Speed (") + units.SpeedLabel() + ")",
+            {0, std::max(units.SpeedOfMph(TopSpeed(runs)) * RoomAbove, 1.0)}};
+}
+
+void AddProfiles(Plot& plot, const std::vector<AlignedRun>& runs, const PlotRange& road, bool showsRuns,
+                 const Units& units) {
+    const auto groups = ProfileGroups(runs);
+    for (const AlignedRun& run : runs) {
+        plot.Items.push_back({RunInWords(*run.Of.Run)});
+        const ProfilesAlike& group = groups.size() == 2 && !run.Of.Run->IsBefore ? groups[1] : groups[0];
+        const RunsLook look = group.SingleLook();
+        PlotTrace trace = ProfileOf(run, units);
         trace.Item = static_cast<int>(plot.Items.size());
         trace.Width = 1;
         trace.Ink = look.Ink;
         trace.Pattern = look.Pattern;
-        if ((showsRuns || !HasBand(group)) && trace.Item <= MostSingleProfiles)
+        if ((showsRuns || !group.HasBand()) && trace.Item <= MostSingleProfiles)
             plot.Add(std::move(trace));
         else
             plot.Add(QuietTrace(std::move(trace)));
     }
     auto& legend = plot.Axes.Legend;
-    for (const RunsAlike& group : groups) {
-        const RunsLook look = SingleLook(group);
+    for (const ProfilesAlike& group : groups) {
+        const RunsLook look = group.SingleLook();
         const auto isThere = [&](const PlotSample& sample) { return sample.Caption == look.Caption; };
-        if ((showsRuns || !HasBand(group)) && std::ranges::none_of(legend, isThere))
+        if ((showsRuns || !group.HasBand()) && std::ranges::none_of(legend, isThere))
             legend.push_back({look.Caption, look.Ink, 1, look.Pattern});
-        AddBand(plot, group, places, units);
+        AddBand(plot, group, road, units);
     }
+}
+
+Plot OverlayPlot(const PlottedRuns& runs, bool showsRuns, const std::string& title, const Units& units) {
+    Plot plot;
+    plot.Axes.Title = title;
+    const MeanPlaces places = MeanPlacesOf(runs);
+    const double length = places.Feet.empty() ? 0 : places.Feet.back();
+    plot.Axes.Across = {std::string("Distance (") + units.LengthLabel() + ")",
+                        {0, std::max(units.LengthOfFeet(length), 1.0)}};
+    plot.Axes.Up = SpeedAxis(runs, units);
+    if (runs.empty()) return plot;
+    plot.Add(NodeLines(*runs.front().Run, places, units));
+    AddProfiles(plot, AlignedAt(runs, places), {0, length}, showsRuns, units);
     return plot;
 }
 

@@ -98,6 +98,15 @@ TEST(CorridorFile, SaysAllOfACorridorAndCarriesThroughWhatItDoesNotKnow) {
     EXPECT_EQ(Decoded(changed).Nodes[0].SpeedLimitMph, std::nullopt);
     EXPECT_FALSE(Decoded(changed).BandsMayOverlap);
     EXPECT_EQ(Decoded(Nodes("")), Corridor()) << "what is missing is as usual";
+    // The example of the page.
+    MemoryFileSystem files;
+    files.PutCopyOf(VANTOR_TEST_DATA "../../docs/formats.md", "/page");
+    const std::vector<std::byte> bytes = ReadWholeFile(files, "/page");
+    const std::string page(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const std::size_t example = page.find(R"(    {"type":"FeatureCollection",)");
+    corridor = Decoded(page.substr(example, page.find("\n\n", example) - example));
+    EXPECT_EQ(corridor.Runs[0].Movement, 0x93f1c0d2a4b5e687);
+    EXPECT_EQ(corridor.Nodes[1].Control, NodeControl::Stop);
 }
 
 TEST(CorridorFile, SaysWhatIsWrongWithOneAndWhere) {
@@ -149,6 +158,7 @@ TEST(CorridorFile, SaysWhatIsWrongWithOneAndWhere) {
 
 TEST(CorridorFile, KeepsWhatAnotherProgramWroteAndIsListedByName) {
     MemoryFileSystem files;
+    files.CreateFolder("/groups");
     Corridor corridor = Decoded(Whole);
     const FileStamp first = SaveCorridor(files, Path, corridor, Expected::Nothing()).Stamp;
     EXPECT_ERROR(FileAlreadyExists, SaveCorridor(files, Path, corridor, Expected::Nothing()));

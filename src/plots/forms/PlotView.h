@@ -25,17 +25,19 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    std::string Description() const override;
+    std::string TipAt(CanvasPoint place) const override { return TextOf(ItemAt(place)); }
+    /// Nothing where the plot cannot be drawn.
+    std::optional<PlotMap> Map() const;
 
 private:
     QString Draw(Canvas& canvas) override;
     void DrawItem(Canvas& canvas, int item) override;
     bool HasDrawing() const override { return plot_.EmptyText.empty() && Map().has_value(); }
     std::string Title() const override { return plot_.Axes.Title; }
-    std::string Description() const override;
     std::vector<std::byte> Picture(const DocumentWriter& documents, PictureFormat format) const override;
     int LastItem() const override { return static_cast<int>(plot_.Items.size()); }
     int ItemAt(CanvasPoint place) const override;
-    std::string TipAt(CanvasPoint place) const override { return TextOf(ItemAt(place)); }
     void BringIntoView(int item) override;
     bool Drag(CanvasPoint from, CanvasPoint to) override;
     void ZoomAbout(CanvasPoint place, double factor) override;
@@ -43,8 +45,6 @@ private:
 
     CanvasBox Box() const;
     PlotLook Look() const;
-    /// Nothing where the plot cannot be drawn.
-    std::optional<PlotMap> Map() const;
     void SetWindow(const PlotWindow& window);
     std::string TextOf(int item) const;
 
