@@ -45,6 +45,56 @@ StatisticsCell FeetCell(std::optional<double> feet, const Units& units) {
     return ValueCell(feet, FigureUnit::Feet, 0, units);
 }
 
+std::string SectionName(const Corridor& corridor, const SectionFigures& section) {
+    return corridor.Nodes[section.From].Name + " to " + corridor.Nodes[section.To].Name;
+}
+
+std::vector<StatisticsCell> SectionCells(const std::string& way, const std::string& name, const GroupStatistics& group,
+                                         const Units& units) {
+    const Summary& time = group.Of[Measure::TravelTime];
+    const auto plain = [&](std::optional<double> value) { return ValueCell(value, FigureUnit::None, 2, units); };
+    const auto speed = [&](std::optional<double> value) {
+        return ValueCell(value, FigureUnit::MilesPerHour, 1, units);
+    };
+    return {TextCell(way),
+            TextCell(name),
+            CountCell(group.N),
+            FeetCell(group.MeanLength, units),
+            SecondsCell(time.Mean, units),
+            SecondsCell(time.Low, units),
+            SecondsCell(time.High, units),
+            SecondsCell(group.Of[Measure::RunningTime].Mean, units),
+            SecondsCell(group.Of[Measure::StoppedTime].Mean, units),
+            plain(group.Of[Measure::Stops].Mean),
+            speed(group.AverageTravelSpeed),
+            speed(group.AverageRunningSpeed),
+            SecondsCell(group.Times.P50, units),
+            SecondsCell(group.Times.P85, units),
+            plain(group.Times.TravelTimeIndex),
+            NeededCell(group.Needed[Measure::TravelTime]),
+            TextCell(Joined(group.Warnings, "; "))};
+}
+
+std::vector<StatisticsCell> ComparedCells(const std::string& way, const std::string& measure, const std::string& where,
+                                          const Comparison& of, const Units& units) {
+    const WelchTest& welch = of.Welch;
+    const auto plain = [&](std::optional<double> value) { return ValueCell(value, FigureUnit::None, 4, units); };
+    return {TextCell(way),
+            TextCell(measure),
+            TextCell(where),
+            CountCell(welch.NBefore),
+            CountCell(welch.NAfter),
+            SecondsCell(welch.MeanBefore, units),
+            SecondsCell(welch.MeanAfter, units),
+            SecondsCell(welch.Difference, units),
+            plain(welch.Percent),
+            SecondsCell(welch.Low, units),
+            SecondsCell(welch.High, units),
+            plain(welch.P),
+            plain(of.HolmP),
+            plain(of.Ranks.P)};
+}
+
 std::vector<std::string> RemarksOf(const ReportedCorridor& corridor, const MatchedRun& run) {
     const CorridorRun& as = corridor.Of.Runs[run.Index];
     if (!run.IsThere()) return {run.Problem};
@@ -115,6 +165,53 @@ StatisticsTable NodeDelaysTable(const Corridor& corridor, const CorridorFindings
                               SecondsCell(node.StopDelay.Mean, units),
                               NeededCell(node.Figures.Needed[Measure::ControlDelay]), TextCell(Joined(remarks, "; "))});
     });
+    return table;
+}
+
+StatisticsTable SectionFiguresTable(const Corridor& corridor, const CorridorFindings& findings, const Units& units) {
+    StatisticsTable table;
+    table.LastIsText = true;
+    table.Heads = {"Way",
+                   "Section",
+                   "Runs",
+                   WithUnit("Length", FigureUnit::Feet, units),
+                   "Travel time (s)",
+                   "Interval from (s)",
+                   "Interval to (s)",
+                   "Running (s)",
+                   "Stopped (s)",
+                   "Stops",
+                   WithUnit("Travel speed", FigureUnit::MilesPerHour, units),
+                   WithUnit("Running speed", FigureUnit::MilesPerHour, units),
+                   "Median (s)",
+                   "P85 (s)",
+                   "Travel time index",
+                   "More runs",
+                   "Remarks"};
+    for (const FindingsRow& row : RowsOf(corridor, findings)) {
+        const WayFigures& way = row.Results->Of(row.Along);
+        for (const SectionFigures& section : way.Sections)
+            table.Rows.push_back(SectionCells(row.Name, SectionName(corridor, section), section.Figures, units));
+        table.Rows.push_back(SectionCells(row.Name, "Whole way", way.Total.Figures, units));
+    }
+    return table;
+}
+
+StatisticsTable ComparedFiguresTable(const Corridor& corridor, const CorridorResults& results, const Units& units) {
+    StatisticsTable table;
+    table.Heads = {"Way",        "Measure", "Where",    "Runs before", "Runs after", "Before (s)", "After (s)",
+                   "Difference", "Percent", "From (s)", "To (s)",      "p (Welch)",  "p (Holm)",   "p (ranks)"};
+    for (const WayFigures& way : results.Ways) {
+        const auto add = [&](const char* measure, const std::string& where, const Comparison& of) {
+            table.Rows.push_back(ComparedCells(corridor.Of(way.Along).Name, measure, where, of, units));
+        };
+        for (const NodeFigures& node : way.Nodes)
+            if (node.Compared) add("Control delay", corridor.Nodes[node.Node].Name, *node.Compared);
+        for (const SectionFigures& section : way.Sections)
+            if (section.Compared)
+                add("Travel time", SectionName(corridor, section), (*section.Compared)[Measure::TravelTime]);
+        if (way.Total.Compared) add("Travel time", "Whole way", (*way.Total.Compared)[Measure::TravelTime]);
+    }
     return table;
 }
 

@@ -14,6 +14,10 @@ namespace vantor {
 /// A row for each way, condition and node: the control delay with its interval, what a study says, the stop delay.
 StatisticsTable NodeDelaysTable(const Corridor& corridor, const CorridorFindings& findings, const Units& units);
 
+/// The sections and the whole way, and before against after, with each number in a column of its own: for workbooks.
+StatisticsTable SectionFiguresTable(const Corridor& corridor, const CorridorFindings& findings, const Units& units);
+StatisticsTable ComparedFiguresTable(const Corridor& corridor, const CorridorResults& results, const Units& units);
+
 /// What becomes of each delay when its boundaries and the ideal speed are moved.
 StatisticsTable SensitivityTable(const Corridor& corridor, const CorridorFindings& findings, const Units& units);
 

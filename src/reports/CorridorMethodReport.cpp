@@ -65,9 +65,9 @@ void AddProof(ReportPages& pages, const CorridorReportData& data) {
     pages.AddHeading("Proof", 3 * pages.Measure().LineHeight(BodyStyle));
     pages.AddText(
         "All figures of this report, and what they are computed from but for the samples of the runs, stand in " +
-            file + ". \"vantor corridor verify " + named +
-            "\" computes them again from the runs and says \"same\", or names the first that differs.",
+            file + ". This computes them again from the runs and says \"same\", or names the first that differs:",
         BodyStyle);
+    pages.AddText("vantor corridor verify " + named, BodyStyle);
     pages.Skip(SectionGap / 2);
 }
 
@@ -79,8 +79,8 @@ void AddCorridorMethod(ReportPages& pages, const CorridorReportData& data) {
     pages.AddText(
         "Vehicles are driven along the street and their distance is recorded once a second. Around each node lies a "
         "band: control delay is the time that a run takes from its beginning to its end, less the time that the same "
-        "distance takes at the ideal speed, in whole seconds. The grade is that of the mean over the runs, rounded to "
-        "whole seconds, on the scale of signalized intersections. Travel times are those from node to node.",
+        "distance takes at the ideal speed, in whole seconds. The grade is that of the mean over the runs in whole "
+        "seconds. Travel times are those from node to node, one sample a second.",
         BodyStyle);
     pages.Skip(SectionGap / 2);
     pages.AddText("Ideal speed. " + IdealSpeedText(corridor, Way::Forward, units) + ". " +
@@ -102,6 +102,7 @@ void AddCorridorMethod(ReportPages& pages, const CorridorReportData& data) {
     pages.Skip(SectionGap / 2);
     AddSources(pages, data);
     AddProof(pages, data);
+    AddGradeScales(pages, corridor.Options);
 }
 
 void AddCorridorRuns(ReportPages& pages, const CorridorReportData& data) {
@@ -115,7 +116,7 @@ void AddCorridorRuns(ReportPages& pages, const CorridorReportData& data) {
                                run.Delays[node].Problem);
     }
     AddLines(pages, "Runs without a figure at a node", gaps);
-    AddTable(pages, WithTexts(OnPaper(RunsTable(*data.Of), "Track"),
+    AddTable(pages, WithTexts(WithoutEmpty(OnPaper(RunsTable(*data.Of), "Track")),
                               {"Group", "Way", "Condition", "Period", "Start", "Movement"}));
     pages.AddText(
         "Movement: the hash of a run's calibration and of the pulses of its samples, as they were when this report was "

@@ -18,6 +18,8 @@ namespace {
 
 /// The columns that name a row stay with each part of a wide table.
 constexpr std::size_t WayAndSection = 2;
+/// The column that says what is compared.
+constexpr std::size_t What = 1;
 
 /// "All runs", "Period AM"; empty where all are the only part.
 std::string HeadingOf(const CorridorReportData& data, const PartOfFindings& part) {
@@ -75,6 +77,16 @@ std::vector<std::string> WarningsOf(const CorridorReportData& data) {
     return lines;
 }
 
+/// The rows of one measure, which then need not say it: "Travel time, Oak St to Elm Ave".
+StatisticsTable OfMeasure(const StatisticsTable& compared, const std::string& measure) {
+    const std::string begin = measure + ", ";
+    StatisticsTable part = compared;
+    part.Heads[What] = measure + " (s)";
+    std::erase_if(part.Rows, [&](const auto& row) { return !row[What].Text.starts_with(begin); });
+    for (auto& row : part.Rows) row[What].Text.erase(0, begin.size());
+    return part;
+}
+
 double HeightOfStart(const ReportPages& pages) { return 4 * pages.Measure().LineHeight(CellStyle) + SectionGap; }
 
 void AddWayPlots(ReportPages& pages, const CorridorReportData& data, Way way, double height) {
@@ -129,7 +141,7 @@ void AddCorridorSections(ReportPages& pages, const CorridorReportData& data) {
         if (table.Rows.empty()) continue;
         if (const std::string heading = HeadingOf(data, part); !heading.empty())
             pages.AddHeading(heading, HeightOfStart(pages));
-        AddTable(pages, WithTexts(OnPaper(table), {"Section"}), WayAndSection);
+        AddTable(pages, WithTexts(WithoutEmpty(OnPaper(table, "Running (s)")), {"Section"}), WayAndSection);
         pages.Skip(SectionGap / 2);
     }
 }
@@ -147,8 +159,11 @@ void AddCorridorBeforeAfter(ReportPages& pages, const CorridorReportData& data) 
         for (const std::string& sentence : ComparedSentences(corridor, part.Findings.All, units))
             pages.AddText(sentence, BodyStyle);
         pages.Skip(SectionGap / 2);
-        AddTable(pages, WithTexts(OnPaper(table), {"Measure (s)"}), WayAndSection);
-        pages.Skip(SectionGap / 2);
+        for (const char* measure : {"Control delay", "Travel time"}) {
+            const StatisticsTable of = OfMeasure(table, measure);
+            AddTable(pages, WithTexts(OnPaper(of), {of.Heads[What]}), WayAndSection);
+            pages.Skip(SectionGap / 2);
+        }
     }
     pages.AddText(
         "Means in seconds; the difference is after less before, with its interval and Welch's p. p (Holm) is adjusted "
@@ -194,7 +209,7 @@ void AddCorridorSensitivity(ReportPages& pages, const CorridorReportData& data) 
         if (table.Rows.empty()) continue;
         if (const std::string heading = HeadingOf(data, part); !heading.empty())
             pages.AddHeading(heading, HeightOfStart(pages));
-        AddTable(pages, WithTexts(OnPaper(table), {"Node"}), WayAndSection);
+        AddTable(pages, WithTexts(WithoutEmpty(OnPaper(table)), {"Node"}), WayAndSection);
         pages.Skip(SectionGap / 2);
     }
 }

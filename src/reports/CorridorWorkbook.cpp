@@ -29,7 +29,7 @@ Sheet SheetFrom(std::string name, const StatisticsTable& table) {
             else if (cell.Text.empty() || cell.Text == NoValueText)
                 row.emplace_back(std::monostate());
             else
-                row.emplace_back(cell.IsWeak ? "(" + cell.Text + ")" : cell.Text);
+                row.emplace_back(cell.IsWeak ? "(" + std::string(Trim(cell.Text)) + ")" : std::string(Trim(cell.Text)));
         }
     }
     return sheet;
@@ -51,8 +51,8 @@ std::vector<Sheet> CorridorSheets(const CorridorReportData& data) {
         add("Matrix", DelayTable(corridor, findings, units));
         add("Delays", NodeDelaysTable(corridor, findings, units));
         add("Sensitivity", SensitivityTable(corridor, findings, units));
-        add("Sections", CorridorSectionsTable(corridor, findings, units));
-        add("Before and after", CorridorComparedTable(corridor, findings.All, units));
+        add("Sections", SectionFiguresTable(corridor, findings, units));
+        add("Before and after", ComparedFiguresTable(corridor, findings.All, units));
     }
     for (const auto& [name, table] :
          {std::pair("Runs", RunsTable(*data.Of)), std::pair("Nodes of runs", NodesOfRunsTable(*data.Of, units)),

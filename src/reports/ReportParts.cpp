@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "core/Text.h"
 #include "map/MapDrawing.h"
 #include "reports/ReportText.h"
 
@@ -31,7 +32,10 @@ ReportTable OnPaper(const StatisticsTable& table, std::string_view without) {
     }
     for (const auto& cells : table.Rows) {
         auto& row = printed.Rows.emplace_back();
-        for (const StatisticsCell& cell : cells) row.push_back(cell.IsWeak ? "(" + cell.Text + ")" : cell.Text);
+        for (const StatisticsCell& cell : cells) {
+            const std::string text(Trim(cell.Text));
+            row.push_back(cell.IsWeak ? "(" + text + ")" : text);
+        }
     }
     std::vector<std::size_t> columns;
     for (std::size_t column = 0; column < table.Heads.size(); ++column)
@@ -46,6 +50,16 @@ ReportTable WithTexts(ReportTable table, const std::vector<std::string_view>& he
         column.Wraps = true;
     }
     return table;
+}
+
+ReportTable WithoutEmpty(const ReportTable& table) {
+    std::vector<std::size_t> columns;
+    for (std::size_t column = 0; column < table.Columns.size(); ++column)
+        if (column == 0 || std::ranges::any_of(table.Rows, [column](const std::vector<std::string>& row) {
+                return !row[column].empty() && row[column] != NoFigure;
+            }))
+            columns.push_back(column);
+    return WithColumns(table, columns);
 }
 
 void AddLines(ReportPages& pages, const std::string& heading, const std::vector<std::string>& lines) {
