@@ -18,7 +18,6 @@
 #include "corridor/CorridorFile.h"
 #include "corridor/CorridorStudies.h"
 #include "corridor/forms/frmCorridorSettings.h"
-#include "corridor/forms/frmCorridorTracks.h"
 
 namespace vantor {
 namespace {
@@ -108,12 +107,10 @@ void frmCorridor::FillAddRuns(QMenu& menu) {
 }
 
 void frmCorridor::ImportTracks() {
-    // The runs are named after the corridor.
-    if (document_.Path().empty() && !document_.Save()) return;
-    const auto changed = ImportPasses(context_, document_.Of(), document_.Root(), this);
-    if (!changed) return;
-    const std::size_t count = changed->Runs.size() - document_.Of().Runs.size();
-    document_.Change(QStringLiteral("Add ") + ToQt(Counted(count, "run")), *changed);
+    // The passes go into its file.
+    if ((document_.Path().empty() || document_.HasChanges()) && !document_.Save()) return;
+    static_cast<void>(context_.OtherScreens.ShowImportTracks({}, document_.Path()));
+    document_.Reload();
 }
 
 void frmCorridor::MakeStudies() {
