@@ -226,7 +226,7 @@ TEST_F(frmCorridorTest, ShowsWhatTracksGaveToItsFile) {
     Press("btnStartFile");
     AnswerNext(QStringLiteral("Main St"));
     Press("btnImport");
-    EXPECT_THAT(Screens.Shown, Contains("frmImportTracks"));
+    EXPECT_THAT(OtherScreens.Shown, Contains("frmImportTracks"));
     const std::string path = CorridorPath("/start/Study Groups/", "Main St");
     StoredCorridor stored = LoadCorridor(Files, path);
     stored.Corridor.Runs.push_back({});

@@ -17,6 +17,7 @@
 #include "core/forms/WindowLayout.h"
 #include "corridor/CorridorFile.h"
 #include "corridor/CorridorStudies.h"
+#include "corridor/ReportedCorridor.h"
 #include "corridor/forms/frmCorridorSettings.h"
 
 namespace vantor {
@@ -111,6 +112,12 @@ void frmCorridor::ImportTracks() {
     if ((document_.Path().empty() || document_.HasChanges()) && !document_.Save()) return;
     static_cast<void>(context_.OtherScreens.ShowImportTracks({}, document_.Path()));
     document_.Reload();
+}
+
+void frmCorridor::ShowReport() {
+    const DetailedCorridor& shown = document_.Shown();
+    context_.OtherScreens.ShowCorridorReport(
+        std::make_shared<ReportedCorridor>(ReportedCorridor{shown.Of, shown.Runs, shown.Filter, document_.Root()}));
 }
 
 void frmCorridor::MakeStudies() {
