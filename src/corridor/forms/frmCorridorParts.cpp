@@ -77,7 +77,7 @@ QLayout* frmCorridor::BuildFileRow() {
         "btnStudies", QStringLiteral("&Make Studies..."),
         QStringLiteral("A study of the runs at each node, for each direction and period, in their Study Group"),
         [this] { MakeStudies(); });
-    auto* report = AddButton("btnReport", QStringLiteral("Re&port..."),
+    auto* report = AddButton("btnReport", QStringLiteral("Repor&t..."),
                              QStringLiteral("Preview, print or save as PDF what the corridor shows (Ctrl+P)"),
                              [this] { ShowReport(); });
     connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+P")), this), &QShortcut::activated, report,

@@ -92,6 +92,8 @@ frmImportTracks::frmImportTracks(AppContext& context, const std::vector<std::str
 void frmImportTracks::AskForFiles() {
     AddFiles(context_.DesktopServices.ChooseFilesToOpen(context_.State.Paths.FieldDataPath, "Add Tracks", "Tracks",
                                                         LogExtensions()));
+    // With a group, and so with names, Enter takes the runs.
+    if (!tracks_.empty() && !Group().empty()) vaTracks_->setFocus();
 }
 
 void frmImportTracks::AddFiles(const std::vector<std::string>& paths) {
