@@ -25,22 +25,8 @@ constexpr qint64 LongestFrame = 8;
 /// So long, in milliseconds, the hand may rest before all is drawn again.
 constexpr int Rest = 150;
 
-/// Without single runs and large surfaces of many corners; lines are thin.
-Plot LightOf(const Plot& plot) {
-    Plot light;
-    light.Axes = plot.Axes;
-    for (const auto& part : plot.Parts) {
-        const auto* trace = dynamic_cast<const PlotTrace*>(part.get());
-        if (trace != nullptr && trace->Item == 0) {
-            PlotTrace thin(*trace);
-            thin.Width = 1;
-            light.Add(std::move(thin));
-        } else if (trace == nullptr && dynamic_cast<const PlotBand*>(part.get()) == nullptr) {
-            light.Parts.push_back(part);
-        }
-    }
-    return light;
-}
+/// Bands that are not confirmed.
+const PlotSample ProposedSample{"Proposed", &Colours::Key, 2, LinePattern::Dashed};
 
 /// An upright line over the whole area.
 void DrawUpright(Canvas& canvas, const PlotMap& map, double value, const LineStyle& style) {
@@ -148,7 +134,9 @@ Units CorridorPlotView::ShownUnits() const { return UnitsOf(context_.State.Setti
 Plot CorridorProfilesView::Make(const CorridorLook& look) const {
     CorridorLook shown = look;
     shown.ShowsRuns = showsRuns_;
-    return CorridorProfilePlot(TheCorridor(), Runs(), Filter(), Along(), shown);
+    Plot plot = CorridorProfilePlot(TheCorridor(), Runs(), Filter(), Along(), shown);
+    if (!proposals_.empty()) plot.Axes.Legend.push_back(ProposedSample);
+    return plot;
 }
 
 void CorridorProfilesView::ChosenRunChanged() {
@@ -178,7 +166,7 @@ void CorridorProfilesView::SetShowsRuns(bool showsRuns) {
 void CorridorProfilesView::SetProposals(std::vector<BandProposal> proposals, Proposed kind) {
     proposals_ = std::move(proposals);
     kind_ = kind;
-    update();
+    Refresh();
 }
 
 double CorridorProfilesView::FeetAt(const PlotMap& map, double pixel) const {
@@ -229,7 +217,8 @@ void CorridorProfilesView::PaintOver(QPainter& painter) {
     canvas.DrawInside(map->Area(), [&] {
         for (const PlotRange& proposed : ProposedRanges())
             for (const double value : {proposed.Low, proposed.High})
-                DrawUpright(canvas, *map, value, {2, inks.Key, LinePattern::Dashed});
+                DrawUpright(canvas, *map, value,
+                            {ProposedSample.Width, inks.*ProposedSample.Ink, ProposedSample.Pattern});
         const auto& grabbed = drag_.Grabbed();
         if (!grabbed) return;
         const auto shown = [&](bool isEnd) { return ShownUnits().LengthOfFeet(drag_.PlaceOf({grabbed->Node, isEnd})); };
