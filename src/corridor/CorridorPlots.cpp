@@ -306,6 +306,7 @@ Plot CorridorProfilePlot(const Corridor& corridor, const std::vector<MatchedRun>
     const PlotRange road = RoadOf(axis, aligned, LengthOf(corridor));
     plot.Axes.Across = DistanceAxis(road, look.Shown);
     plot.Axes.Up = SpeedAxis(aligned.Plotted, look.Shown);
+    plot.ZoomsUp = false;
     if (const auto ideal = corridor.Of(way).IdealSpeedMph)
         plot.Axes.Up.Whole.High = std::max(plot.Axes.Up.Whole.High, look.Shown.SpeedOfMph(*ideal) * 1.1);
     AddBands(plot, corridor, runs, aligned, axis, look);
