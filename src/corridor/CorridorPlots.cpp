@@ -305,14 +305,14 @@ Plot CorridorProfilePlot(const Corridor& corridor, const std::vector<MatchedRun>
     const WayAxis axis(corridor, way);
     const PlotRange road = RoadOf(axis, aligned, LengthOf(corridor));
     plot.Axes.Across = DistanceAxis(road, look.Shown);
-    plot.Axes.Up = SpeedAxis(aligned.Plotted, look.Shown);
-    plot.ZoomsUp = false;
+    plot.Axes.Up = AxisOfSpeeds(aligned.Plotted, look.Shown);
     if (const auto ideal = corridor.Of(way).IdealSpeedMph)
         plot.Axes.Up.Whole.High = std::max(plot.Axes.Up.Whole.High, look.Shown.SpeedOfMph(*ideal) * 1.1);
     AddBands(plot, corridor, runs, aligned, axis, look);
     plot.Add(NodeLines(corridor, axis, PlotLines::Way::Upright, look.Shown));
     AddProfiles(plot, aligned.Runs, road, look.ShowsRuns, look.Shown);
     AddIdealSpeed(plot, corridor.Of(way), look.Shown);
+    plot.ZoomsUp = false;
     for (std::size_t i = 0; i < aligned.Indexes.size(); ++i)
         plot.Items[i].Text = InWords(corridor, runs[aligned.Indexes[i]]);
     return plot;
