@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/Paths.h"
+#include "core/StudyGroupFolders.h"
 #include "core/Text.h"
 #include "core/UserChoices.h"
 #include "core/forms/DocumentChange.h"
@@ -153,6 +154,13 @@ bool CorridorDocument::MayLeave() {
 
 std::vector<std::string> CorridorDocument::Others() const {
     return ListCorridors(context_.Files, context_.State.Paths.StudyGroupRootPath);
+}
+
+std::vector<std::string> CorridorDocument::Groups() const {
+    std::vector<std::string> groups;
+    for (const std::string& folder : ListStudyGroups(context_.Files, Root()))
+        groups.push_back(LastComponent(std::string_view(folder).substr(0, folder.size() - 1)));
+    return groups;
 }
 
 void CorridorDocument::SelectRun(std::optional<std::size_t> run) {

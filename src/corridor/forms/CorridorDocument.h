@@ -52,6 +52,8 @@ public:
     /// False where the user stays.
     bool MayLeave();
     std::vector<std::string> Others() const;
+    /// The names of its Study Groups.
+    std::vector<std::string> Groups() const;
 
     std::optional<std::size_t> Run() const { return taken_.Run; }
     std::optional<std::size_t> Node() const { return taken_.Node; }

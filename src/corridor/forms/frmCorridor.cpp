@@ -9,7 +9,6 @@
 
 #include "core/Counted.h"
 #include "core/Paths.h"
-#include "core/StudyGroupFolders.h"
 #include "core/Text.h"
 #include "core/UserChoices.h"
 #include "core/forms/Guarded.h"
@@ -97,7 +96,7 @@ void frmCorridor::FillOpen(QMenu& menu) {
 void frmCorridor::FillAddRuns(QMenu& menu) {
     menu.clear();
     MessageBoxes& messages = context_.Messages;
-    for (const std::string& group : ListStudyGroups(context_.Files, document_.Root())) {
+    for (const std::string& group : document_.Groups()) {
         QAction* action =
             menu.addAction(QStringLiteral("All of ") + ToQt(group).replace(QLatin1Char('&'), QLatin1String("&&")));
         Connect(action, &QAction::triggered, this, messages, [this, group] { runs_->TakeGroup(group); });
@@ -110,7 +109,7 @@ void frmCorridor::FillAddRuns(QMenu& menu) {
 void frmCorridor::ImportTracks() {
     // The runs are named after the corridor.
     if (document_.Path().empty() && !document_.Save()) return;
-    const auto changed = ImportPasses(context_, document_.Of(), document_.Root(), this);
+    const auto changed = ImportPasses(document_, this);
     if (!changed) return;
     const std::size_t count = changed->Runs.size() - document_.Of().Runs.size();
     document_.Change(QStringLiteral("Add ") + ToQt(Counted(count, "run")), *changed);

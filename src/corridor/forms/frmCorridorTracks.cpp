@@ -130,8 +130,9 @@ void frmCorridorTracks::done(int result) {
     QDialog::done(result);
 }
 
-std::optional<Corridor> ImportPasses(AppContext& context, const Corridor& corridor, const std::string& groupRoot,
-                                     QWidget* parent) {
+std::optional<Corridor> ImportPasses(const CorridorDocument& document, QWidget* parent) {
+    AppContext& context = document.Context();
+    const Corridor& corridor = document.Of();
     const std::vector<std::string> paths = context.DesktopServices.ChooseFilesToOpen(
         context.State.Paths.FieldDataPath, "Import Tracks", "Tracks", LogExtensions());
     CorridorTracks tracks;
@@ -141,14 +142,14 @@ std::optional<Corridor> ImportPasses(AppContext& context, const Corridor& corrid
                               MessageIcon::Warning);
         return std::nullopt;
     }
-    frmCorridorTracks form(context, tracks, ListStudyGroups(context.Files, groupRoot),
+    frmCorridorTracks form(context, tracks, document.Groups(),
                            corridor.Runs.empty() ? corridor.Name : corridor.Runs.back().Group, parent);
     if (form.exec() != QDialog::Accepted) return std::nullopt;
     Corridor changed = corridor;
     bool isWritten = false;
     const std::vector<CorridorTrack> taken = form.Taken();
     context.Work.Run("Writing runs", [&](FileSystem& files, const Progress& progress) {
-        isWritten = TakePasses(files, changed, taken, groupRoot, form.Group(), form.AreBefore(), progress);
+        isWritten = TakePasses(files, changed, taken, document.Root(), form.Group(), form.AreBefore(), progress);
     });
     return isWritten ? std::optional(changed) : std::nullopt;
 }

@@ -9,6 +9,7 @@
 
 #include "core/AppContext.h"
 #include "core/forms/TickList.h"
+#include "corridor/forms/CorridorDocument.h"
 #include "gpsobd/CorridorTracks.h"
 
 namespace vantor {
@@ -40,7 +41,6 @@ private:
 
 /// Asks for track files, and takes their passes into a copy of the corridor, which must have a name: nothing where the
 /// user takes none. The runs are written.
-std::optional<Corridor> ImportPasses(AppContext& context, const Corridor& corridor, const std::string& groupRoot,
-                                     QWidget* parent);
+std::optional<Corridor> ImportPasses(const CorridorDocument& document, QWidget* parent);
 
 }  // namespace vantor
