@@ -148,7 +148,7 @@ TEST_F(frmCorridorTest, ARunIsSelectedEverywhereAndCorrected) {
     EXPECT_EQ(Text("lblBand"), "Own band");
     ClickRow(*Window, "vaRuns", 0);
     EXPECT_EQ(Text("lblBand"), "Band of all runs");
-    Get<QTabWidget>("tabCorridor").setCurrentWidget(Get<QWidget>("splResults").parentWidget());
+    Get<QTabWidget>("tabCorridor").setCurrentIndex(3);
     ClickCell(Get<QTableView>("vaDelays"), 0, 4);
     EXPECT_THAT(Text("lblCell"), StartsWith("NB before at C: 2 runs; mean"));
     EXPECT_THAT(Column(*Window, "vaNodeRuns", 0), ElementsAre("R1", "R2"));

@@ -81,6 +81,7 @@ private:
     QStackedWidget* stack_ = nullptr;
     QTabWidget* tabs_ = nullptr;
     CorridorResultsPage* results_ = nullptr;
+    QWidget* resultsArea_ = nullptr;
     CorridorComparedPage* compared_ = nullptr;
     CorridorRunPage* run_ = nullptr;
     std::vector<QPushButton*> outButtons_;

@@ -11,6 +11,7 @@
 #include "core/forms/Guarded.h"
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
+#include "core/forms/WindowLayout.h"
 #include "corridor/forms/CorridorPlotPages.h"
 #include "corridor/forms/frmCorridor.h"
 #include "statistics/forms/SheetOut.h"
@@ -21,6 +22,7 @@ namespace vantor {
 namespace {
 
 constexpr int FastestMph = 200;
+constexpr int NarrowSpin = 84;
 constexpr int Space = 12;
 
 }  // namespace
@@ -135,6 +137,7 @@ QLayout* frmCorridor::BuildIdealSpeeds() {
             QStringLiteral("What a vehicle drives that nothing delays; 0 is the speed of each run at its "
                            "boundaries"));
         spin->setKeyboardTracking(false);
+        spin->setMinimumWidth(NarrowSpin);
         lblIdeal_[index] = LabelFor(spin, QStringLiteral("NB"));
         row->addWidget(lblIdeal_[index]);
         row->addWidget(spin, 1);
@@ -197,10 +200,10 @@ QWidget* frmCorridor::BuildTabs() {
     tabs_->addTab(new CorridorProfilesPage(document_, tabs_), QStringLiteral("Pro&files"));
     tabs_->addTab(new CorridorTimeSpacePage(document_, tabs_), QStringLiteral("Time-Spac&e"));
     tabs_->addTab(new CorridorMapPage(document_, tabs_), QStringLiteral("M&ap"));
-    tabs_->addTab(results_, QStringLiteral("Resu&lts"));
+    tabs_->addTab(resultsArea_ = ScrollAreaFor(results_, tabs_), QStringLiteral("Resu&lts"));
     tabs_->addTab(compared_, QStringLiteral("&Before/After"));
     tabs_->addTab(run_, QStringLiteral("Selecte&d Run"));
-    tabs_->setCurrentWidget(results_);
+    tabs_->setCurrentWidget(resultsArea_);
     Connect(tabs_, &QTabWidget::currentChanged, this, context_.Messages, [this] { ShowAll(); });
     return tabs_;
 }
