@@ -20,6 +20,9 @@ CorridorDocument::CorridorDocument(AppContext& context, QWidget& window)
     TakeFile({}, AsFolder(context.State.Paths.StudyGroupRootPath));
 }
 
+// A stack that ends tells that it is empty; nobody listens any more.
+CorridorDocument::~CorridorDocument() { steps_.disconnect(); }
+
 void CorridorDocument::Tell() const {
     for (const auto& listener : shownTo_) listener();
 }

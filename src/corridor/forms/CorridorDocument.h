@@ -25,6 +25,9 @@ inline constexpr const char* LastCorridorKey = "last-corridor";
 class CorridorDocument : public QObject {
 public:
     explicit CorridorDocument(AppContext& context, QWidget& window);
+    ~CorridorDocument() override;
+    CorridorDocument(const CorridorDocument&) = delete;
+    CorridorDocument& operator=(const CorridorDocument&) = delete;
 
     AppContext& Context() const { return context_; }
     QWidget& Window() const { return window_; }
