@@ -40,6 +40,14 @@ void frmCorridor::AddKey(const char* keys, std::function<void()> act) {
     Connect(shortcut, &QShortcut::activated, this, context_.Messages, std::move(act));
 }
 
+QPushButton* frmCorridor::WithMenu(QPushButton* button, void (frmCorridor::*fill)(QMenu&)) {
+    auto* menu = new QMenu(button);
+    connect(menu, &QMenu::aboutToShow, this,
+            [this, menu, fill] { Guarded(context_.Messages, [&] { (this->*fill)(*menu); }); });
+    button->setMenu(menu);
+    return button;
+}
+
 QLayout* frmCorridor::BuildFileRow() {
     lblCorridor_ = Named<QLabel>(this, "lblCorridor");
     lblCorridor_->setTextFormat(Qt::PlainText);
@@ -47,14 +55,7 @@ QLayout* frmCorridor::BuildFileRow() {
     QFont font = lblCorridor_->font();
     font.setBold(true);
     lblCorridor_->setFont(font);
-    const auto withMenu = [this](QPushButton* button, void (frmCorridor::*fill)(QMenu&)) {
-        auto* menu = new QMenu(button);
-        connect(menu, &QMenu::aboutToShow, this,
-                [this, menu, fill] { Guarded(context_.Messages, [&] { (this->*fill)(*menu); }); });
-        button->setMenu(menu);
-        return button;
-    };
-    btnOpen_ = withMenu(AddButton("btnOpen", QStringLiteral("&Open"), QStringLiteral("A corridor (Ctrl+O)"), {}),
+    btnOpen_ = WithMenu(AddButton("btnOpen", QStringLiteral("&Open"), QStringLiteral("A corridor (Ctrl+O)"), {}),
                         &frmCorridor::FillOpen);
     auto* make = AddButton("btnNew", QStringLiteral("&New"), QStringLiteral("A new corridor (Ctrl+N)"),
                            [this] { document_.Begin(); });
@@ -69,7 +70,18 @@ QLayout* frmCorridor::BuildFileRow() {
     undo->setAccessibleName(QStringLiteral("Undo"));
     redo->setAccessibleName(QStringLiteral("Redo"));
     for (QToolButton* button : {undo, redo}) button->setFocusPolicy(Qt::StrongFocus);
-    btnAddRuns_ = withMenu(AddButton("btnAddRuns", QStringLiteral("Add &Runs"),
+    auto* row = new QHBoxLayout;
+    row->addWidget(lblCorridor_, 1);
+    for (QPushButton* button : {btnOpen_, make, btnSave_}) row->addWidget(button);
+    row->addSpacing(Space);
+    for (QToolButton* button : {undo, redo}) row->addWidget(button);
+    row->addSpacing(Space);
+    row->addLayout(BuildRunButtons());
+    return row;
+}
+
+QLayout* frmCorridor::BuildRunButtons() {
+    btnAddRuns_ = WithMenu(AddButton("btnAddRuns", QStringLiteral("Add &Runs"),
                                      QStringLiteral("Runs of a Study Group, or single run files"), {}),
                            &frmCorridor::FillAddRuns);
     auto* import = AddButton("btnImport", QStringLiteral("&Import Tracks..."),
@@ -81,11 +93,6 @@ QLayout* frmCorridor::BuildFileRow() {
         [this] { MakeStudies(); });
     onNodes_ = {btnAddRuns_, import, studies};
     auto* row = new QHBoxLayout;
-    row->addWidget(lblCorridor_, 1);
-    for (QPushButton* button : {btnOpen_, make, btnSave_}) row->addWidget(button);
-    row->addSpacing(Space);
-    for (QToolButton* button : {undo, redo}) row->addWidget(button);
-    row->addSpacing(Space);
     for (QPushButton* button : onNodes_) row->addWidget(button);
     return row;
 }
