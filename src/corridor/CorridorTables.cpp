@@ -148,6 +148,7 @@ StatisticsTable DelayTable(const Corridor& corridor, const CorridorFindings& fin
 
 StatisticsTable CorridorSectionsTable(const Corridor& corridor, const CorridorFindings& findings, const Units& units) {
     StatisticsTable table;
+    table.TextColumns = 2;
     table.LastIsText = true;
     table.Heads = {"Way",
                    "Section",
@@ -175,6 +176,7 @@ StatisticsTable CorridorSectionsTable(const Corridor& corridor, const CorridorFi
 
 StatisticsTable CorridorComparedTable(const Corridor& corridor, const CorridorResults& results, const Units& units) {
     StatisticsTable table;
+    table.TextColumns = 2;
     table.Heads = {"Way",        "Measure (s)", "Runs before", "Runs after", "Before",   "After",
                    "Difference", "Percent",     "Interval",    "p (Welch)",  "p (Holm)", "p (ranks)"};
     for (const WayFigures& way : results.Ways) {
@@ -213,6 +215,7 @@ std::vector<std::string> ComparedSentences(const Corridor& corridor, const Corri
 StatisticsTable NodeRunsTable(const Corridor& corridor, const std::vector<MatchedRun>& runs, const NodeFigures& figures,
                               const Units& units) {
     StatisticsTable table;
+    table.TextColumns = 3;
     table.LastIsText = true;
     table.Heads = {"Run",
                    "Start",
@@ -260,6 +263,7 @@ StatisticsTable NodeRunsTable(const Corridor& corridor, const std::vector<Matche
 
 StatisticsTable MatchTable(const Corridor& corridor, const MatchedRun& run, const Units& units) {
     StatisticsTable table;
+    table.TextColumns = 2;
     table.LastIsText = true;
     table.Heads = {"Node",
                    "By",

@@ -24,6 +24,7 @@ struct StatisticsTable {
     std::vector<std::vector<StatisticsCell>> Rows;
     bool HasTotal = false;    ///< the last row
     bool LastIsText = false;  ///< the last column holds remarks, no figures
+    int TextColumns = 1;      ///< so many at the left hold texts, no figures
 };
 
 /// To go out to a spreadsheet, where what is not defined is an empty field.

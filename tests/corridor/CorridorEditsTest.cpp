@@ -136,7 +136,7 @@ TEST_F(DetailedCorridorTest, IsAfterAnEditWhatItIsReadAnew) {
     const DetailedCorridor first = Detail({}, Street);
     ASSERT_EQ(first.Delays.Rows.size(), 2U) << "before and after";
     const std::vector<std::function<void(Corridor&)>> edits = {
-        [](Corridor& edited) { edited.Nodes[1].Around.UpstreamFt = 500; },
+        [](Corridor& edited) { edited.Nodes[1].Around.UpstreamFt = 20; },
         [](Corridor& edited) { edited.Of(Way::Forward).IdealSpeedMph = 45; },
         [](Corridor& edited) { edited.Of(Way::Forward).Name = "EB"; },
         [](Corridor& edited) { edited.Nodes[1].Name = "Elm"; },

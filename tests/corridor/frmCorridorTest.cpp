@@ -99,7 +99,7 @@ TEST_F(frmCorridorTest, EditsAreStepsAndAreSaved) {
     const auto before = Rows(*Window, "vaDelays");
     ASSERT_EQ(before.size(), 2U);
     EXPECT_FALSE(IsEnabled("btnSave"));
-    EditNode(1, 3, "100");
+    EditNode(1, 3, "20");
     EXPECT_EQ(Text("lblCorridor"), "Main St (not saved)");
     const auto after = Rows(*Window, "vaDelays");
     EXPECT_NE(after, before) << "most of the stop lies outside of the band";
@@ -114,7 +114,7 @@ TEST_F(frmCorridorTest, EditsAreStepsAndAreSaved) {
     Press("btnRedo");
     EXPECT_EQ(Rows(*Window, "vaDelays"), after);
     PressKey(Qt::Key_S, Qt::ControlModifier);
-    EXPECT_EQ(LoadCorridor(Files, Path).Corridor.Nodes[1].Around.UpstreamFt, 100);
+    EXPECT_EQ(LoadCorridor(Files, Path).Corridor.Nodes[1].Around.UpstreamFt, 20);
     EXPECT_FALSE(IsEnabled("btnSave"));
     Get<QSpinBox>("spnIdealForward").setValue(27);
     Messages.Expect("The corridor Main St has been changed.\nDo you want to save it?", MessageAnswer::Cancel);
@@ -147,7 +147,7 @@ TEST_F(frmCorridorTest, ARunIsSelectedEverywhereAndCorrected) {
     EXPECT_EQ(Text("lblBand"), "Own band");
     ClickRow(*Window, "vaRuns", 0);
     EXPECT_EQ(Text("lblBand"), "Band of all runs");
-    Get<QTabWidget>("tabCorridor").setCurrentWidget(Get<QWidget>("splResults").parentWidget());
+    Get<QTabWidget>("tabCorridor").setCurrentIndex(3);
     ClickCell(Get<QTableView>("vaDelays"), 0, 4);
     EXPECT_THAT(Text("lblCell"), StartsWith("NB before at C: 2 runs; mean"));
     EXPECT_THAT(Column(*Window, "vaNodeRuns", 0), ElementsAre("R1", "R2"));
@@ -180,8 +180,8 @@ TEST_F(frmCorridorTest, SeveralRunsAreChangedAtOnce) {
     PressKey(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(States(), "ok,ok,ok,ok,");
     Messages.Expect(
-        "6 studies will be written, one for each node, direction, period and Study Group:\n\nA NB AM peak "
-        "(G)\nB NB AM peak (G)\nC NB AM peak (G)\nA NB (G)\nB NB (G)\nC NB (G)\n\nDo you want to write them?",
+        "6 studies will be written, one for each node, direction, period and Study Group:\n\nA NB (G)\nB NB (G)\nC NB "
+        "(G)\nA NB AM peak (G)\nB NB AM peak (G)\nC NB AM peak (G)\n\nDo you want to write them?",
         MessageAnswer::Yes);
     Messages.Expect("6 studies stand in the Study Groups of their runs.");
     Press("btnStudies");
@@ -203,7 +203,7 @@ TEST_F(frmCorridorTest, BeginsWithNodesAndTakesAStudyGroup) {
     Press("btnSave");
     EXPECT_EQ(Text("lblCorridor"), "Main St");
     EXPECT_EQ(LoadCorridor(Files, Path).Corridor.Runs.size(), 4U);
-    PressKey(Qt::Key_N, Qt::ControlModifier);
+    Press("btnNew");
     EXPECT_TRUE(IsShown("lblStart"));
     Press("btnStartType");
     EXPECT_THAT(Column(*Window, "vaNodes", 0), ElementsAre("Node 1"));

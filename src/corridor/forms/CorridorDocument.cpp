@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/Paths.h"
+#include "core/StudyGroupFolders.h"
 #include "core/Text.h"
 #include "core/UserChoices.h"
 #include "core/forms/DocumentChange.h"
@@ -18,6 +19,9 @@ CorridorDocument::CorridorDocument(AppContext& context, QWidget& window)
     : QObject(&window), context_(context), window_(window) {
     TakeFile({}, AsFolder(context.State.Paths.StudyGroupRootPath));
 }
+
+// A stack that ends tells that it is empty; nobody listens any more.
+CorridorDocument::~CorridorDocument() { steps_.disconnect(); }
 
 void CorridorDocument::Tell() const {
     for (const auto& listener : shownTo_) listener();
@@ -163,6 +167,13 @@ bool CorridorDocument::MayLeave() {
 
 std::vector<std::string> CorridorDocument::Others() const {
     return ListCorridors(context_.Files, context_.State.Paths.StudyGroupRootPath);
+}
+
+std::vector<std::string> CorridorDocument::Groups() const {
+    std::vector<std::string> groups;
+    for (const std::string& folder : ListStudyGroups(context_.Files, Root()))
+        groups.push_back(LastComponent(std::string_view(folder).substr(0, folder.size() - 1)));
+    return groups;
 }
 
 void CorridorDocument::SelectRun(std::optional<std::size_t> run) {

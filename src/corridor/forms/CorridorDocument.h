@@ -25,6 +25,9 @@ inline constexpr const char* LastCorridorKey = "last-corridor";
 class CorridorDocument : public QObject {
 public:
     explicit CorridorDocument(AppContext& context, QWidget& window);
+    ~CorridorDocument() override;
+    CorridorDocument(const CorridorDocument&) = delete;
+    CorridorDocument& operator=(const CorridorDocument&) = delete;
 
     AppContext& Context() const { return context_; }
     QWidget& Window() const { return window_; }
@@ -54,6 +57,8 @@ public:
     /// False where the user stays.
     bool MayLeave();
     std::vector<std::string> Others() const;
+    /// The names of its Study Groups.
+    std::vector<std::string> Groups() const;
 
     std::optional<std::size_t> Run() const { return taken_.Run; }
     std::optional<std::size_t> Node() const { return taken_.Node; }

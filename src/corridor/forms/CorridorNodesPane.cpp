@@ -24,6 +24,8 @@
 namespace vantor {
 namespace {
 
+constexpr int LeastColumn = 40;  // they are as wide as their texts
+
 /// Lets the user choose one of the words for what rules a node.
 class ControlDelegate : public QStyledItemDelegate {
 public:
@@ -71,6 +73,7 @@ CorridorNodesPane::CorridorNodesPane(CorridorDocument& document, QWidget* parent
                               QAbstractItemView::AnyKeyPressed);
     vaNodes_->setItemDelegateForColumn(Control, new ControlDelegate(vaNodes_));
     vaNodes_->horizontalHeader()->setSectionsClickable(false);
+    vaNodes_->horizontalHeader()->setDefaultSectionSize(LeastColumn);
     vaNodes_->setSelectionBehavior(QAbstractItemView::SelectItems);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

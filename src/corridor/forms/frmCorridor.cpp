@@ -9,7 +9,6 @@
 
 #include "core/Counted.h"
 #include "core/Paths.h"
-#include "core/StudyGroupFolders.h"
 #include "core/Text.h"
 #include "core/UserChoices.h"
 #include "core/forms/Guarded.h"
@@ -97,7 +96,7 @@ void frmCorridor::FillOpen(QMenu& menu) {
 void frmCorridor::FillAddRuns(QMenu& menu) {
     menu.clear();
     MessageBoxes& messages = context_.Messages;
-    for (const std::string& group : ListStudyGroups(context_.Files, document_.Root())) {
+    for (const std::string& group : document_.Groups()) {
         QAction* action =
             menu.addAction(QStringLiteral("All of ") + ToQt(group).replace(QLatin1Char('&'), QLatin1String("&&")));
         Connect(action, &QAction::triggered, this, messages, [this, group] { runs_->TakeGroup(group); });
@@ -226,7 +225,7 @@ void frmCorridor::ShowAll() {
 std::vector<SheetRow> frmCorridor::ShownSheet() const {
     if (stack_->currentIndex() == 0) return {};
     const QWidget* page = tabs_->currentWidget();
-    if (page == results_) return results_->Sheet();
+    if (page == resultsArea_) return results_->Sheet();
     if (page == compared_) return compared_->Sheet();
     if (page == run_) return run_->Sheet();
     return {};

@@ -8,6 +8,7 @@
 #include <QStackedWidget>
 #include <QTabWidget>
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,6 +24,8 @@
 #include "corridor/forms/CorridorRunPage.h"
 #include "corridor/forms/CorridorRunsPane.h"
 
+class QMenu;
+
 namespace vantor {
 
 /// "Corridors": a street with its nodes and the runs along it. What is chosen above, and the selected run, node and
@@ -36,6 +39,7 @@ public:
 
 private:
     QLayout* BuildFileRow();
+    QLayout* BuildRunButtons();
     QLayout* BuildFilterRow();
     QLayout* BuildIdealSpeeds();
     QWidget* BuildLeft();
@@ -43,6 +47,8 @@ private:
     QWidget* BuildTabs();
     QLayout* BuildFoot();
     QPushButton* AddButton(const char* name, const QString& caption, const QString& tip, std::function<void()> act);
+    /// Gives a button a menu, which is filled when it is opened.
+    QPushButton* WithMenu(QPushButton* button, void (frmCorridor::*fill)(QMenu&));
     void AddKey(const char* keys, std::function<void()> act);
 
     void FillOpen(QMenu& menu);
@@ -82,6 +88,7 @@ private:
     QStackedWidget* stack_ = nullptr;
     QTabWidget* tabs_ = nullptr;
     CorridorResultsPage* results_ = nullptr;
+    QWidget* resultsArea_ = nullptr;
     CorridorComparedPage* compared_ = nullptr;
     CorridorRunPage* run_ = nullptr;
     std::vector<QPushButton*> outButtons_;

@@ -11,6 +11,7 @@
 #include "core/forms/Guarded.h"
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
+#include "core/forms/WindowLayout.h"
 #include "corridor/forms/CorridorPlotPages.h"
 #include "corridor/forms/frmCorridor.h"
 #include "statistics/forms/SheetOut.h"
@@ -21,6 +22,7 @@ namespace vantor {
 namespace {
 
 constexpr int FastestMph = 200;
+constexpr int NarrowSpin = 84;
 constexpr int Space = 12;
 
 }  // namespace
@@ -38,6 +40,14 @@ void frmCorridor::AddKey(const char* keys, std::function<void()> act) {
     Connect(shortcut, &QShortcut::activated, this, context_.Messages, std::move(act));
 }
 
+QPushButton* frmCorridor::WithMenu(QPushButton* button, void (frmCorridor::*fill)(QMenu&)) {
+    auto* menu = new QMenu(button);
+    connect(menu, &QMenu::aboutToShow, this,
+            [this, menu, fill] { Guarded(context_.Messages, [&] { (this->*fill)(*menu); }); });
+    button->setMenu(menu);
+    return button;
+}
+
 QLayout* frmCorridor::BuildFileRow() {
     lblCorridor_ = Named<QLabel>(this, "lblCorridor");
     lblCorridor_->setTextFormat(Qt::PlainText);
@@ -45,14 +55,7 @@ QLayout* frmCorridor::BuildFileRow() {
     QFont font = lblCorridor_->font();
     font.setBold(true);
     lblCorridor_->setFont(font);
-    const auto withMenu = [this](QPushButton* button, void (frmCorridor::*fill)(QMenu&)) {
-        auto* menu = new QMenu(button);
-        connect(menu, &QMenu::aboutToShow, this,
-                [this, menu, fill] { Guarded(context_.Messages, [&] { (this->*fill)(*menu); }); });
-        button->setMenu(menu);
-        return button;
-    };
-    btnOpen_ = withMenu(AddButton("btnOpen", QStringLiteral("&Open"), QStringLiteral("A corridor (Ctrl+O)"), {}),
+    btnOpen_ = WithMenu(AddButton("btnOpen", QStringLiteral("&Open"), QStringLiteral("A corridor (Ctrl+O)"), {}),
                         &frmCorridor::FillOpen);
     auto* make = AddButton("btnNew", QStringLiteral("&New"), QStringLiteral("A new corridor (Ctrl+N)"),
                            [this] { document_.Begin(); });
@@ -67,7 +70,18 @@ QLayout* frmCorridor::BuildFileRow() {
     undo->setAccessibleName(QStringLiteral("Undo"));
     redo->setAccessibleName(QStringLiteral("Redo"));
     for (QToolButton* button : {undo, redo}) button->setFocusPolicy(Qt::StrongFocus);
-    btnAddRuns_ = withMenu(AddButton("btnAddRuns", QStringLiteral("Add &Runs"),
+    auto* row = new QHBoxLayout;
+    row->addWidget(lblCorridor_, 1);
+    for (QPushButton* button : {btnOpen_, make, btnSave_}) row->addWidget(button);
+    row->addSpacing(Space);
+    for (QToolButton* button : {undo, redo}) row->addWidget(button);
+    row->addSpacing(Space);
+    row->addLayout(BuildRunButtons());
+    return row;
+}
+
+QLayout* frmCorridor::BuildRunButtons() {
+    btnAddRuns_ = WithMenu(AddButton("btnAddRuns", QStringLiteral("Add &Runs"),
                                      QStringLiteral("Runs of a Study Group, or single run files"), {}),
                            &frmCorridor::FillAddRuns);
     auto* import = AddButton("btnImport", QStringLiteral("&Import Tracks..."),
@@ -84,11 +98,6 @@ QLayout* frmCorridor::BuildFileRow() {
             &QPushButton::click);
     onNodes_ = {btnAddRuns_, import, studies, report};
     auto* row = new QHBoxLayout;
-    row->addWidget(lblCorridor_, 1);
-    for (QPushButton* button : {btnOpen_, make, btnSave_}) row->addWidget(button);
-    row->addSpacing(Space);
-    for (QToolButton* button : {undo, redo}) row->addWidget(button);
-    row->addSpacing(Space);
     for (QPushButton* button : onNodes_) row->addWidget(button);
     return row;
 }
@@ -140,6 +149,7 @@ QLayout* frmCorridor::BuildIdealSpeeds() {
             QStringLiteral("What a vehicle drives that nothing delays; 0 is the speed of each run at its "
                            "boundaries"));
         spin->setKeyboardTracking(false);
+        spin->setMinimumWidth(NarrowSpin);
         lblIdeal_[index] = LabelFor(spin, QStringLiteral("NB"));
         row->addWidget(lblIdeal_[index]);
         row->addWidget(spin, 1);
@@ -202,10 +212,10 @@ QWidget* frmCorridor::BuildTabs() {
     tabs_->addTab(new CorridorProfilesPage(document_, tabs_), QStringLiteral("Pro&files"));
     tabs_->addTab(new CorridorTimeSpacePage(document_, tabs_), QStringLiteral("Time-Spac&e"));
     tabs_->addTab(new CorridorMapPage(document_, tabs_), QStringLiteral("M&ap"));
-    tabs_->addTab(results_, QStringLiteral("Resu&lts"));
+    tabs_->addTab(resultsArea_ = ScrollAreaFor(results_, tabs_), QStringLiteral("Resu&lts"));
     tabs_->addTab(compared_, QStringLiteral("&Before/After"));
     tabs_->addTab(run_, QStringLiteral("Selecte&d Run"));
-    tabs_->setCurrentWidget(results_);
+    tabs_->setCurrentWidget(resultsArea_);
     Connect(tabs_, &QTabWidget::currentChanged, this, context_.Messages, [this] { ShowAll(); });
     return tabs_;
 }

@@ -38,7 +38,7 @@ void StatisticsTableView::Show(StatisticsTable table) {
     QStringList heads;
     for (const std::string& head : shown_.Heads) heads += InTwoLines(ToQt(head));
     SetColumns(heads);
-    horizontalHeader()->setStretchLastSection(shown_.LastIsText);
+    horizontalHeader()->setStretchLastSection(shown_.LastIsText || hatchesWeak_);
     BeginFilling();
     for (const auto& cells : shown_.Rows) {
         const int row = AddRow();
@@ -65,14 +65,14 @@ void StatisticsTableView::TellOfRow() {
 
 void StatisticsTableView::ShowLooks() {
     const int lastFigure = columnCount() - (shown_.LastIsText ? 2 : 1);
-    for (int column = 1; column <= lastFigure; ++column)
+    for (int column = shown_.TextColumns; column <= lastFigure; ++column)
         horizontalHeaderItem(column)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
     for (int row = 0; row < rowCount(); ++row) {
         const auto& cells = shown_.Rows[static_cast<std::size_t>(row)];
         const bool isTotal = shown_.HasTotal && row + 1 == rowCount();
         for (int column = 0; column < static_cast<int>(cells.size()); ++column) {
             QTableWidgetItem& cell = *item(row, column);
-            if (column > 0 && column <= lastFigure) cell.setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            if (column >= shown_.TextColumns && column <= lastFigure) cell.setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
             if (cells[static_cast<std::size_t>(column)].IsWeak) ShowWeak(cell);
             QFont font = this->font();
             font.setBold(isTotal);
