@@ -86,7 +86,7 @@ TEST_F(CorridorReportTest, IsProvedFromItsRuns) {
     Json("corridor new --nodes /t/nodes.csv --directions NB,SB --upstream 100 --downstream 100", {"/root/Other"});
     EXPECT_EQ(Status("corridor verify /else/Main.figures.json --corridor", {"/root/Other.corridor.geojson"}), 0);
     EXPECT_EQ(Status("corridor verify /else/Main.figures.json"), 1);
-    EXPECT_THAT(Out, HasSubstr("001 (Day): 001: "));
+    EXPECT_THAT(Out, HasSubstr("001 (Day): it cannot be read: "));
 
     Drive("002", 15);
     EXPECT_EQ(Status("corridor verify /root/Main.pdf"), 1);
