@@ -11,20 +11,20 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr const char* File = "/root/Main.corridor.geojson";
+constexpr const char* File = "/roads/Main.corridor.geojson";
 
 /// Three nodes 1000 ft apart, and runs of 50 ft a second which mark them; each stands for some seconds at the second.
 struct CorridorReportTest : CommandTest {
     CorridorReportTest() {
         Files.PutText("/t/nodes.csv", "name,distance\nOak St,0\nElm Ave,1000\nPine St,2000\n");
         Json("corridor new --nodes /t/nodes.csv --directions NB,SB --ideal-speed 34 --upstream 400 --downstream 300",
-             {"/root/Main"});
+             {"/roads/Main"});
         const int stood[] = {10, 14, 18, 2, 4, 6};
         for (int i = 0; i < 6; ++i) {
             const std::string run = "00" + std::to_string(i + 1);
             Drive(run, stood[i]);
             Json("corridor match --direction NB" + std::string(i < 3 ? "" : " --after"),
-                 {File, "/root/Day/" + run + ".rd2"});
+                 {File, "/roads/Day/" + run + ".rd2"});
         }
     }
 
@@ -35,8 +35,8 @@ struct CorridorReportTest : CommandTest {
         RunRecord run = RunOfValues(values);
         run.Header.RunDate = DateOf(2026, 11, 16);
         run.Header.RunTime = TimeOf(7, 5);
-        Files.CreateFolder("/root/Day");
-        PutRunFile(Files, run, "/root/Day/", name);
+        Files.CreateFolder("/roads/Day");
+        PutRunFile(Files, run, "/roads/Day/", name);
     }
     std::string TextIn(const std::string& path) const {
         const auto bytes = *Files.Bytes(path);
@@ -72,32 +72,32 @@ TEST_F(CorridorReportTest, WritesEachFormWithItsFigures) {
     EXPECT_EQ(map["features"][3]["properties"]["travel_time"], 20.0 + 4.0);
     EXPECT_EQ(json::parse(TextIn("/out/After.figures.json"))["filter"]["condition"], "after");
 
-    EXPECT_EQ(Status("corridor report --output /root/Main.corridor.geojson", {File}), 2);
+    EXPECT_EQ(Status("corridor report --output /roads/Main.corridor.geojson", {File}), 2);
     EXPECT_EQ(Status("corridor report --output -", {File}), 2);
 }
 
 TEST_F(CorridorReportTest, IsProvedFromItsRuns) {
-    Json("corridor report --output /root/Main.pdf", {File});
-    EXPECT_EQ(Status("corridor verify /root/Main.pdf"), 0);
+    Json("corridor report --output /roads/Main.pdf", {File});
+    EXPECT_EQ(Status("corridor verify /roads/Main.pdf"), 0);
     EXPECT_EQ(Out, "same\n");
-    EXPECT_GT(Json("corridor verify /root/Main.figures.json")["compared"], 100);
+    EXPECT_GT(Json("corridor verify /roads/Main.figures.json")["compared"], 100);
     // The corridor may change, the definition in the report does not; and the report may lie anywhere.
-    Files.PutText("/else/Main.figures.json", TextIn("/root/Main.figures.json"));
-    Json("corridor new --nodes /t/nodes.csv --directions NB,SB --upstream 100 --downstream 100", {"/root/Other"});
-    EXPECT_EQ(Status("corridor verify /else/Main.figures.json --corridor", {"/root/Other.corridor.geojson"}), 0);
+    Files.PutText("/else/Main.figures.json", TextIn("/roads/Main.figures.json"));
+    Json("corridor new --nodes /t/nodes.csv --directions NB,SB --upstream 100 --downstream 100", {"/roads/Other"});
+    EXPECT_EQ(Status("corridor verify /else/Main.figures.json --corridor", {"/roads/Other.corridor.geojson"}), 0);
     EXPECT_EQ(Status("corridor verify /else/Main.figures.json"), 1);
     EXPECT_THAT(Out, HasSubstr("001 (Day): it cannot be read: "));
 
     Drive("002", 15);
-    EXPECT_EQ(Status("corridor verify /root/Main.pdf"), 1);
+    EXPECT_EQ(Status("corridor verify /roads/Main.pdf"), 1);
     EXPECT_THAT(Out, StartsWith("figures, all periods, all, ways, NB, nodes, Elm Ave, control delay, mean: 9.0 in the "
                                 "report, 9.1666"));
     EXPECT_THAT(Out, HasSubstr("002 (Day): its samples have changed: their hash was "));
     EXPECT_THAT(Out, Not(HasSubstr("001")));
 
-    EXPECT_EQ(Status("corridor verify /root/Main.corridor.geojson"), 1);
-    Files.PutText("/root/x.figures.json", "{}");
-    EXPECT_EQ(Status("corridor verify /root/x.figures.json"), 1);
+    EXPECT_EQ(Status("corridor verify /roads/Main.corridor.geojson"), 1);
+    Files.PutText("/roads/x.figures.json", "{}");
+    EXPECT_EQ(Status("corridor verify /roads/x.figures.json"), 1);
     EXPECT_THAT(Err, HasSubstr("The file holds no figures of a corridor."));
 }
 
