@@ -145,7 +145,10 @@ int VerifyReport(CommandContext& context, const VerifyArguments& arguments) {
         context.Out << Printable(difference->Place) << ": " << Printable(difference->Reported) << " in the report, "
                     << Printable(difference->Computed) << " now\n";
         for (const std::string& cause : verification.Causes) context.Out << Printable(cause) << '\n';
-        if (verification.Causes.empty()) context.Out << "The runs are those of the report.\n";
+        if (verification.Causes.empty())
+            context.Out
+                << "The runs are those of the report: its file of figures was changed, or another version of the "
+                   "program computes it otherwise.\n";
     }
     return difference ? Failed : Done;
 }
@@ -168,6 +171,7 @@ void AddCorridorReportCommands(CLI::App& corridorGroup, CommandAction& chosen) {
     report.add_flag("--landscape", arguments->IsLandscape, "Wide pages");
     report.add_flag("--no-headings", arguments->HasNoHeadings, "Leave out the heading lines of the settings");
     std::vector<std::string> words;
+    words.reserve(CorridorPartNames.size());
     for (const CorridorPartName& name : CorridorPartNames) words.emplace_back(name.Word);
     report.add_option("--only", arguments->Only, "Only this part of a PDF file; may be given again for further ones")
         ->transform(CLI::IsMember(words, CLI::ignore_case))

@@ -101,6 +101,11 @@ private:
     std::vector<std::string> place_;
 };
 
+std::string WithoutName(const std::string& problem, const std::string& name) {
+    const std::string begin = name + ": ";
+    return problem.starts_with(begin) ? problem.substr(begin.size()) : problem;
+}
+
 /// Of runs in the same order, those that are not what they were.
 std::vector<std::string> CausesOf(const Json& reported, const Json& computed, const ReportedCorridor& now) {
     std::vector<std::string> causes;
@@ -111,7 +116,7 @@ std::vector<std::string> CausesOf(const Json& reported, const Json& computed, co
         const CorridorRun& run = now.Of.Runs[i];
         const std::string name = run.Name + " (" + run.Group + ")";
         if (found.is_null())
-            causes.push_back(name + ": " + now.Runs[i].Problem);
+            causes.push_back(name + ": it cannot be read: " + WithoutName(now.Runs[i].Problem, run.Name));
         else if (then.is_string())
             causes.push_back(name + ": its samples have changed: their hash was " + then.get<std::string>() +
                              " and is " + found.get<std::string>() + ".");

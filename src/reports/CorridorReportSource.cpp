@@ -27,6 +27,7 @@ CorridorReportChoice ChosenBy(const PrintChoice& choice) {
 
 std::vector<ReportSource::Part> CorridorReportSource::Parts() const {
     std::vector<Part> parts;
+    parts.reserve(Captions.size());
     for (const char* caption : Captions) parts.push_back({caption});
     return parts;
 }

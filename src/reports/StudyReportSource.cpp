@@ -26,6 +26,7 @@ constexpr std::array<const char*, ReportNames.size()> Captions = {"Co&ver",
 
 std::vector<ReportSource::Part> StudyReportSource::Parts() const {
     std::vector<Part> parts;
+    parts.reserve(Captions.size());
     const ReportChoice usual;
     for (std::size_t i = 0; i < Captions.size(); ++i) parts.push_back({Captions[i], usual.Reports[i]});
     return parts;

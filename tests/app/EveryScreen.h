@@ -188,6 +188,19 @@ inline std::shared_ptr<QWidget> OpenImportTracks(ShownProgram& program) {
     return std::make_shared<frmImportTracks>(program.Program, paths);
 }
 
+/// Of the runs of the current study; one of them is not there.
+inline std::shared_ptr<QWidget> OpenCorridorReport(ShownProgram& program) {
+    auto corridor = std::make_shared<ReportedCorridor>();
+    corridor->Root = "/start/Study Groups/";
+    corridor->Of.Name = "Main St";
+    corridor->Of.Nodes = {{.Name = "Oak"}, {.Name = "Elm", .DistanceFt = 900}};
+    const Study& study = program.State.CurrentStudy;
+    for (int run = 1; run <= study.Record.RunCount; ++run)
+        corridor->Of.Runs.push_back({.Group = "Main Street", .Name = RunFileName(study.Entries[run])});
+    corridor->Runs = ReadCorridorRuns(corridor->Of, program.Files, corridor->Root, program.State.Settings).Runs;
+    return std::make_shared<frmReportPreview>(program.Program, corridor);
+}
+
 inline std::shared_ptr<QWidget> OpenTrackColumns(ShownProgram& program) {
     if (!program.Files.Find(program.Logs + "phone.csv")) program.Files.PutText(program.Logs + "phone.csv", "");
     return std::make_shared<frmTrackColumns>(program.Program, std::vector{program.Logs + "phone.csv"});
@@ -253,6 +266,7 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmStatisticsOptions", Opens<frmStatisticsOptions>(StudyChoices{})},
         {"frmCompareStudies", Opens<frmCompareStudies>()},
         {"frmReportPreview", Opens<frmReportPreview>()},
+        {"CorridorReport", OpenCorridorReport},
         {"frmReadTDC", Opens<frmReadTDC>()},
         {"frmUploadSelectTDC", Opens<frmUploadSelectTDC>()},
         {"frmUploadData", Opens<frmUploadData>(), false},

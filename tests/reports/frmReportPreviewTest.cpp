@@ -117,7 +117,7 @@ TEST_F(frmReportPreviewTest, SavesTheReportOnACorridorWithItsFigures) {
                          {.Group = "NB", .Name = "gone"}};
     corridor->Runs = ReadCorridorRuns(corridor->Of, Files, corridor->Root, State.Settings).Runs;
     Open(corridor);
-    EXPECT_EQ(Text("chkReport(0)"), "&Delays and Travel Times");
+    EXPECT_EQ(Text("chkReport(0)"), "Delays and Travel Times");
     EXPECT_THAT(Text("lblProblems"), testing::HasSubstr("gone"));
     EXPECT_EQ(PageText(), "1 of 6") << "neither before with after nor a map";
     for (const int part : {1, 3, 5, 7}) Press(("chkReport(" + std::to_string(part) + ")").c_str());
