@@ -51,6 +51,7 @@ void frmImportTracks::ChooseCorridor(const std::string& path) {
     const auto showChosen = [this](const std::string& chosen) {
         if (cmbCorridor_->findData(ToQt(chosen)) < 0) cmbCorridor_->addItem(ToQt(LastComponent(chosen)), ToQt(chosen));
         cmbCorridor_->setCurrentIndex(cmbCorridor_->findData(ToQt(chosen)));
+        cmbCorridor_->setEnabled(cmbCorridor_->count() > 1);
     };
     showChosen(before);
     if (path == before) return;
