@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds Vantor and shows it: makes a demo workspace from the sample counter files on the command line, compares its
-# two studies, makes a study of a phone's track, then opens the main window on the first.
+# two studies, makes a study of a phone's track and the delays of a street with six signals of two more, then opens the
+# main window on the first.
 #
 #   ./run.sh              keeps the workspace of the last time, with all that was changed in it
 #   ./run.sh --fresh      makes the workspace anew
@@ -31,6 +32,8 @@ retimed="Study Groups/Main Street NB/AM Peak retimed.ld2"
 complete=$workspace/.complete # written last, so that a workspace that failed half way is made anew
 day="Study Groups/Main Street day"
 dayComplete=$workspace/.complete-day
+corridor="Study Groups/Harbor St.corridor.geojson"
+corridorComplete=$workspace/.complete-corridor
 
 # Prints a command as one would type it, then runs it.
 show() {
@@ -77,6 +80,16 @@ makeDay() {
     show vantor study bounds "$day/Northbound.ld2" --all --start-dist 300 --end-dist 7600
 }
 
+# A street of six signals, driven before and after a retiming: from two tracks to the table of its delays.
+makeCorridor() {
+    cp "$root"/samples/Corridor/{before,after}.gpx "$root/samples/Corridor/corridor.csv" "Field Data Files/"
+    show vantor corridor new "Study Groups/Harbor St" --nodes "Field Data Files/corridor.csv" --directions NB,SB \
+        --ideal-speed 38 --upstream 600 --downstream 450
+    show vantor corridor match "$corridor" "Field Data Files/before.gpx" --time-zone America/Detroit | tail -n 9
+    show vantor corridor match "$corridor" "Field Data Files/after.gpx" --after --time-zone America/Detroit | tail -n 9
+    show vantor corridor studies "$corridor"
+}
+
 if ((fresh)) || [[ ! -e $complete ]]; then
     rm -rf "$workspace"
     mkdir -p "$workspace"/{Temp,"Study Groups","Field Data Files"}
@@ -107,6 +120,15 @@ fi
 show vantor study show "$day/Northbound.ld2"
 printf '\nA run for other programs:\n'
 show vantor run export "$day/Corridor day-R001.rd2" --time-zone America/Chicago --output "$day/Corridor day-R001.gpx"
+
+printf '\nA whole street with six signals, before and after a retiming, from two tracks:\n'
+if [[ ! -e $corridorComplete ]]; then
+    rm -rf "$corridor" "Study Groups/Harbor St"
+    makeCorridor
+    touch "$corridorComplete"
+fi
+show vantor corridor results "$corridor"
+show vantor corridor compare "$corridor"
 
 if ((!window)); then
     exit 0

@@ -16,12 +16,13 @@ _vantor() {
 
     local values='' output='' commands='' options='' files=''
     case "$group $command" in
-        ' ') commands='settings run counter log track study' options='--theme --version' files='ld2' ;;
+        ' ') commands='settings run counter log track study corridor' options='--theme --version' files='ld2' ;;
         'settings ') commands='show' ;;
         'run ') commands='show convert delay stats export despike smooth' ;;
         'counter ') commands='studies convert check' ;;
         'log ') commands='show convert' ;;
         'track ') commands='show convert' ;;
+        'corridor ') commands='new show match studies results compare' ;;
         'study ') commands='new show compute bounds export chart report propose statistics compare' ;;
         'settings show') ;;
         'run show') options='--samples' files='@(rd2|rdf)' ;;
@@ -56,6 +57,16 @@ _vantor() {
         'study compare')
             options='--output --confidence --error --error-speed --stop --go --free-flow' files='ld2' output='pdf'
             ;;
+        'corridor new')
+            options='--nodes --from-run --directions --ideal-speed --upstream --downstream --period' files='@(csv|geojson|rd2)'
+            ;;
+        'corridor show') files='corridor.geojson' ;;
+        'corridor match')
+            options='--group --direction --after --time-zone' files='@(corridor.geojson|rd2|gpx|nmea|csv|fit|tcx|kml)'
+            ;;
+        'corridor studies') files='corridor.geojson' ;;
+        'corridor results') options='--period --condition' files='corridor.geojson' ;;
+        'corridor compare') options='--period' files='corridor.geojson' ;;
         *) options='--theme' files='ld2' ;;
     esac
 

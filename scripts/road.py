@@ -224,4 +224,5 @@ def main():
                 process.wait()
 
 
-sys.exit(main())
+if __name__ == "__main__":
+    sys.exit(main())

@@ -100,6 +100,9 @@ std::optional<StudyChoices> AppScreens::ShowStatisticsOptions(const StudyChoices
 }
 void AppScreens::ShowCompareStudies() { ShowModal<frmCompareStudies>(*context_); }
 void AppScreens::ShowReportPreview() { ShowModal<frmReportPreview>(*context_); }
+void AppScreens::ShowCorridorReport(std::shared_ptr<const ReportedCorridor> corridor) {
+    ShowModal<frmReportPreview>(*context_, std::move(corridor));
+}
 
 void AppScreens::ShowPreferences() { ShowModal<frmPrefs>(*context_); }
 

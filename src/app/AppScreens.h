@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "core/AppContext.h"
 
 namespace vantor {
@@ -27,6 +29,7 @@ public:
     std::optional<StudyChoices> ShowStatisticsOptions(const StudyChoices& choices) override;
     void ShowCompareStudies() override;
     void ShowReportPreview() override;
+    void ShowCorridorReport(std::shared_ptr<const ReportedCorridor> corridor) override;
     void ShowPreferences() override;
     std::optional<CounterFileChoice> ShowReadTDC() override;
     std::optional<Upload> ShowUploadSelect() override;

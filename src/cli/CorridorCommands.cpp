@@ -5,6 +5,7 @@
 
 #include "cli/Commands.h"
 #include "cli/LogArguments.h"
+#include "cli/StatisticsText.h"
 #include "core/Counted.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
@@ -58,18 +59,6 @@ std::optional<std::vector<MatchedRun>> ReadRuns(const CommandContext& context, c
         ReadCorridorRuns(corridor.Contents, context.Files, corridor.Root, context.State.Settings, context.Work);
     if (!runs.IsWhole || !context.Work(1, 1)) return std::nullopt;
     return std::move(runs.Runs);
-}
-
-void PrintTable(const CommandContext& context, const StatisticsTable& table) {
-    if (table.Rows.empty()) return;
-    Json rows = Json::array();
-    for (const auto& cells : table.Rows) {
-        Json& row = rows.emplace_back(Json::object());
-        for (std::size_t i = 0; i < cells.size(); ++i)
-            row[table.Heads[i]] = cells[i].IsWeak ? "(" + cells[i].Text + ")" : cells[i].Text;
-    }
-    context.Out << '\n';
-    context.Print(rows);
 }
 
 // ---- new ------------------------------------------------------------------------------------------------------------
@@ -388,6 +377,7 @@ void AddCorridorCommands(CLI::App& program, CommandAction& chosen) {
                    [=](CommandContext& context) { return CompareConditionsOf(context, *path, *results); });
     addFile(compare);
     addFilter(compare);
+    AddCorridorReportCommands(*group, chosen);
 }
 
 }  // namespace vantor

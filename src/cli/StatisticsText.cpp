@@ -29,18 +29,7 @@ public:
              (options_.FreeFlowSpeed ? mph(*options_.FreeFlowSpeed) + " " + units_.SpeedLabel() : "not entered"));
     }
 
-    /// A table of the screens; figures of too few runs stand in brackets.
-    void Table(const StatisticsTable& table) const {
-        if (table.Rows.empty()) return;
-        Json rows = Json::array();
-        for (const auto& cells : table.Rows) {
-            Json& row = rows.emplace_back();
-            for (std::size_t i = 0; i < cells.size(); ++i)
-                row[table.Heads[i]] = cells[i].IsWeak ? "(" + cells[i].Text + ")" : cells[i].Text;
-        }
-        Line();
-        context_.Print(rows);
-    }
+    void Table(const StatisticsTable& table) const { PrintTable(context_, table); }
 
     void Group(const std::string& title, const GroupStatistics& group) const {
         Line();
@@ -101,6 +90,18 @@ private:
 };
 
 }  // namespace
+
+void PrintTable(const CommandContext& context, const StatisticsTable& table) {
+    if (table.Rows.empty()) return;
+    Json rows = Json::array();
+    for (const auto& cells : table.Rows) {
+        Json& row = rows.emplace_back();
+        for (std::size_t i = 0; i < cells.size(); ++i)
+            row[table.Heads[i]] = cells[i].IsWeak ? "(" + cells[i].Text + ")" : cells[i].Text;
+    }
+    context.Out << '\n';
+    context.Print(rows);
+}
 
 void PrintStatistics(const CommandContext& context, const StudyFigures& figures) {
     const StudyStatistics& statistics = figures.All;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/CommandContext.h"
+#include "statistics/StatisticsTables.h"
 #include "statistics/StudyStatistics.h"
 
 namespace vantor {
@@ -15,6 +16,8 @@ struct StudyFigures {
     std::optional<StudyStatistics> Without;
 };
 
+/// A table of the screens; figures that are weak stand in brackets. Nothing of an empty one.
+void PrintTable(const CommandContext& context, const StatisticsTable& table);
 void PrintStatistics(const CommandContext& context, const StudyFigures& figures);
 void PrintConditions(const CommandContext& context, const std::vector<ConditionStatistics>& conditions,
                      const StatisticsOptions& options);

@@ -12,7 +12,7 @@
 namespace vantor {
 namespace {
 
-constexpr double RunWidth = 1.25;
+constexpr double RunWidth = 1;
 constexpr double MeanWidth = 3;
 constexpr double BandOpacity = 0.1;
 /// A run's way before and behind the bands is looked at so far at most.
@@ -349,7 +349,7 @@ Plot CorridorProfilePlot(const Corridor& corridor, const std::vector<MatchedRun>
     const WayAxis axis(corridor, way);
     const PlotRange road = RoadOf(axis, aligned, LengthOf(corridor));
     plot.Axes.Across = DistanceAxis(road, look.Shown);
-    plot.Axes.Up = SpeedAxis(aligned.Plotted, look.Shown);
+    plot.Axes.Up = AxisOfSpeeds(aligned.Plotted, look.Shown);
     if (const auto ideal = corridor.Of(way).IdealSpeedMph)
         plot.Axes.Up.Whole.High = std::max(plot.Axes.Up.Whole.High, look.Shown.SpeedOfMph(*ideal) * 1.1);
     AddBands(plot, corridor, runs, aligned, axis, look);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/Counted.h"
+#include "core/Numeric.h"
 #include "core/StudyRecords.h"
 
 namespace vantor {
@@ -133,8 +134,9 @@ private:
             moved.Least = shift == 0 ? mean : std::min(moved.Least, mean);
             moved.Most = shift == 0 ? mean : std::max(moved.Most, mean);
         }
-        moved.GradeOfLeast = StudyGrade(moved.Least);
-        moved.GradeOfMost = StudyGrade(moved.Most);
+        // Grades are those of whole seconds, as the study's is.
+        moved.GradeOfLeast = StudyGrade(Round32(moved.Least));
+        moved.GradeOfMost = StudyGrade(Round32(moved.Most));
         return moved;
     }
 

@@ -37,7 +37,8 @@ StatisticsCell DelayCell(const Corridor& corridor, const NodeFigures& figures) {
     const Summary& delay = figures.Figures.Of[Measure::ControlDelay];
     if (!delay.Mean) return {NoValueText, {}, false, figures.Without.empty() ? "" : "no run has a figure here"};
     StatisticsCell cell;
-    cell.Text = figures.AsStudy.AvgControlDelay.value_or("") + " " + figures.AsStudy.LOSGrade.value_or("");
+    cell.Text =
+        std::string(Trim(figures.AsStudy.AvgControlDelay.value_or(""))) + " " + figures.AsStudy.LOSGrade.value_or("");
     if (delay.HalfWidth) cell.Text += " ±" + std::to_string(Round32(*delay.HalfWidth));
     cell.IsWeak = figures.Moved && figures.Moved->ChangesGrade();
     cell.Note = NoteOf(corridor, figures);

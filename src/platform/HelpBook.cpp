@@ -3,20 +3,12 @@
 #include <QFileInfo>
 #include <QHelpLink>
 #include <QTextDocument>
-#include <algorithm>
+#include <vector>
 
 #include "core/RunTimeError.h"
 #include "core/forms/Named.h"
 
 namespace vantor {
-namespace {
-
-bool HoldsAll(const QString& text, const QStringList& words) {
-    return std::ranges::all_of(words, [&](const QString& word) { return text.contains(word, Qt::CaseInsensitive); });
-}
-
-}  // namespace
-
 HelpBook::HelpBook(const QString& file) : engine_(folder_.filePath(QStringLiteral("help.qhc"))) {
     const QFileInfo info(file);
     if (!info.isFile())
@@ -35,32 +27,16 @@ QUrl HelpBook::PageOf(int context) const {
     return links.isEmpty() ? QUrl() : links.constFirst().url;
 }
 
-QList<HelpBook::Finding> HelpBook::Search(const QString& words) const {
-    const QStringList wanted = words.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    if (wanted.isEmpty()) return {};
-    const QString phrase = wanted.join(QLatin1Char(' '));
-    struct Ranked {
-        Finding Found;
-        int Rank;
-    };
-    QList<Ranked> ranked;
+const PageSearch& HelpBook::Search() {
+    if (search_) return *search_;
+    std::vector<PageSearch::Page> pages;
     for (const QUrl& page : pages_) {
         QTextDocument document;
         document.setHtml(QString::fromUtf8(Data(page)));
-        const QString text = document.toPlainText();
-        if (!HoldsAll(text, wanted)) continue;
         const QString title = document.metaInformation(QTextDocument::DocumentTitle);
-        constexpr int TitleWeight = 1000;
-        const auto times = static_cast<int>(text.count(phrase, Qt::CaseInsensitive));
-        ranked.append({{title, page}, times + (HoldsAll(title, wanted) ? TitleWeight : 0)});
+        pages.push_back({FromQt(page.toString()), FromQt(title), FromQt(document.toPlainText())});
     }
-    std::ranges::sort(ranked, [](const Ranked& one, const Ranked& other) {
-        if (one.Rank != other.Rank) return one.Rank > other.Rank;
-        return one.Found.Title.localeAwareCompare(other.Found.Title) < 0;
-    });
-    QList<Finding> findings;
-    for (const Ranked& page : ranked) findings.append(page.Found);
-    return findings;
+    return search_.emplace(pages);
 }
 
 }  // namespace vantor

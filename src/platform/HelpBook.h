@@ -4,6 +4,9 @@
 #include <QList>
 #include <QTemporaryDir>
 #include <QUrl>
+#include <optional>
+
+#include "platform/PageSearch.h"
 
 namespace vantor {
 
@@ -24,18 +27,14 @@ public:
     /// A page or a file that it uses; empty where there is none.
     QByteArray Data(const QUrl& address) const { return engine_.fileData(address); }
 
-    struct Finding {
-        QString Title;
-        QUrl Page;
-    };
-    /// The pages in which every one of the words stands, letter case ignored: those that have them in their title
-    /// first, then those where they stand side by side most often.
-    QList<Finding> Search(const QString& words) const;
+    /// The pages by their words; the addresses of what it finds are URLs.
+    const PageSearch& Search();
 
 private:
     QTemporaryDir folder_;
     QHelpEngine engine_;
     QList<QUrl> pages_;
+    std::optional<PageSearch> search_;  // made when it is asked for first
 };
 
 }  // namespace vantor

@@ -1,11 +1,13 @@
 #include "platform/HelpWindow.h"
 
+#include <QBuffer>
 #include <QDesktopServices>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QHelpContentWidget>
 #include <QHelpIndexWidget>
 #include <QHelpLink>
+#include <QImageReader>
 #include <QLabel>
 #include <QPointer>
 #include <QShortcut>
@@ -20,6 +22,13 @@
 #include "core/forms/WindowLayout.h"
 
 namespace vantor {
+namespace {
+
+// What an entry of the pages found leads to.
+constexpr int PageRole = Qt::UserRole;
+constexpr int WordsRole = Qt::UserRole + 1;
+
+}  // namespace
 
 HelpPage::HelpPage(QWidget* parent, const HelpBook& book) : QTextBrowser(parent), book_(book) {
     setOpenLinks(false);
@@ -29,7 +38,30 @@ HelpPage::HelpPage(QWidget* parent, const HelpBook& book) : QTextBrowser(parent)
 }
 
 /// All files of the manual lie side by side. The page under way is no base for names: it is not the source yet.
-QVariant HelpPage::loadResource(int, const QUrl& name) { return book_.Data(book_.StartPage().resolved(name)); }
+QVariant HelpPage::loadResource(int type, const QUrl& name) {
+    if (type != QTextDocument::ImageResource) return book_.Data(book_.StartPage().resolved(name));
+    pictures_.insert(name);
+    return Picture(name);
+}
+
+/// As sharp as the screen is, as large as the page has room for.
+QImage HelpPage::Picture(const QUrl& name) const {
+    QByteArray bytes = book_.Data(book_.StartPage().resolved(name));
+    QBuffer buffer(&bytes);
+    QImageReader reader(&buffer);
+    QSizeF size = reader.size();
+    const qreal room = viewport()->width() - 2 * document()->documentMargin();
+    if (size.width() > room) size.scale(room, size.height(), Qt::KeepAspectRatio);
+    reader.setScaledSize((size * devicePixelRatioF()).toSize());
+    QImage picture = reader.read();
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    return picture;
+}
+
+void HelpPage::resizeEvent(QResizeEvent* event) {
+    for (const QUrl& name : pictures_) document()->addResource(QTextDocument::ImageResource, name, Picture(name));
+    QTextBrowser::resizeEvent(event);
+}
 
 HelpWindow::HelpWindow(const QString& file) : file_(file), book_(file) {
     setObjectName(QStringLiteral("frmHelp"));
@@ -52,7 +84,7 @@ HelpWindow::HelpWindow(const QString& file) : file_(file), book_(file) {
     setCentralWidget(halves);
     BuildToolbar();
     AddKeys();
-    resize(1000, 720);
+    resize(1080, 720);
     FitToScreen(*this);
 
     QObject::connect(txtPage_, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) { Follow(link); });
@@ -92,6 +124,9 @@ QWidget* HelpWindow::BuildContents() {
     contents->setObjectName(QStringLiteral("treContents"));
     contents->setAccessibleName(QStringLiteral("Contents"));
     QObject::connect(contents, &QHelpContentWidget::linkActivated, this, [this](const QUrl& page) { Open(page); });
+    QObject::connect(contents, &QHelpContentWidget::clicked, this, [this](const QModelIndex& entry) {
+        Open(book_.Engine().contentModel()->contentItemAt(entry)->url());
+    });
     QObject::connect(book_.Engine().contentModel(), &QHelpContentModel::contentsCreated, this, [this, contents] {
         contents->expandAll();
         ShowPlaceInContents();
@@ -113,6 +148,7 @@ QWidget* HelpWindow::BuildIndex() {
     QObject::connect(keyword, &QLineEdit::textChanged, index,
                      [index](const QString& text) { index->filterIndices(text); });
     QObject::connect(keyword, &QLineEdit::returnPressed, index, &QHelpIndexWidget::activateCurrentItem);
+    QObject::connect(index, &QHelpIndexWidget::clicked, index, &QHelpIndexWidget::activateCurrentItem);
     QObject::connect(index, &QHelpIndexWidget::documentActivated, this,
                      [this](const QHelpLink& page) { Open(page.url); });
     QObject::connect(index, &QHelpIndexWidget::documentsActivated, this, [this](const QList<QHelpLink>& pages) {
@@ -126,7 +162,9 @@ QWidget* HelpWindow::BuildSearch() {
     txtSearch_ = Named<QLineEdit>(side, "txtSearch");
     txtSearch_->setClearButtonEnabled(true);
     lstFound_ = Named<QListWidget>(side, "lstFound");
-    auto* found = Named<QLabel>(side, "lblFound", QStringLiteral("Type one or more words."));
+    const QString askForWords = QStringLiteral("Type one or more words, or a phrase in \"quotation marks\".");
+    auto* found = Named<QLabel>(side, "lblFound", askForWords);
+    found->setWordWrap(true);
     found->setBuddy(lstFound_);
     auto* layout = new QVBoxLayout(side);
     layout->addWidget(LabelFor(txtSearch_, QStringLiteral("&Words on the page")));
@@ -134,13 +172,13 @@ QWidget* HelpWindow::BuildSearch() {
     layout->addWidget(found);
     layout->addWidget(lstFound_, 1);
     lstFound_->setAccessibleName(QStringLiteral("Pages found"));
-    QObject::connect(txtSearch_, &QLineEdit::textChanged, this, [this, found](const QString& words) {
+    QObject::connect(txtSearch_, &QLineEdit::textChanged, this, [this, found, askForWords](const QString& words) {
         Search(words);
         const int count = lstFound_->count();
         if (words.trimmed().isEmpty())
-            found->setText(QStringLiteral("Type one or more words."));
+            found->setText(askForWords);
         else if (count == 0)
-            found->setText(QStringLiteral("No page has all these words."));
+            found->setText(NothingFound(words));
         else
             found->setText(count == 1 ? QStringLiteral("1 page") : QStringLiteral("%1 pages").arg(count));
     });
@@ -215,8 +253,8 @@ void HelpWindow::Open(const QUrl& page) {
 
 void HelpWindow::OpenFound(const QListWidgetItem* item) {
     if (item == nullptr) return;
-    Open(item->data(Qt::UserRole).toUrl());
-    MarkWords(txtSearch_->text());
+    Open(item->data(PageRole).toUrl());
+    MarkWords(item->data(WordsRole).toStringList());
 }
 
 void HelpWindow::ShowPlaceInContents() {
@@ -230,21 +268,35 @@ void HelpWindow::ShowPlaceInContents() {
 
 void HelpWindow::Search(const QString& words) {
     lstFound_->clear();
-    for (const HelpBook::Finding& found : book_.Search(words)) {
-        auto* item = new QListWidgetItem(found.Title, lstFound_);
-        item->setData(Qt::UserRole, found.Page);
+    for (const PageSearch::Hit& hit : book_.Search().Find(FromQt(words))) {
+        auto* item = new QListWidgetItem(ToQt(hit.Title), lstFound_);
+        QStringList found;
+        for (const std::string& word : hit.Words) found += ToQt(word);
+        item->setData(PageRole, QUrl(ToQt(hit.Address)));
+        item->setData(WordsRole, found);
     }
     lstFound_->setCurrentRow(0);
 }
 
+QString HelpWindow::NothingFound(const QString& words) {
+    QStringList unknown;
+    for (const std::string& word : book_.Search().Unknown(FromQt(words)))
+        unknown += QStringLiteral("\u201C%1\u201D").arg(ToQt(word));
+    const QString reason = unknown.isEmpty()
+                               ? QStringLiteral("No page has all these words.")
+                               : QStringLiteral("No page has %1.").arg(unknown.join(QStringLiteral(" or ")));
+    return reason + QStringLiteral(" Try fewer or other words, or the index.");
+}
+
 /// Shows where the words stand on the page and scrolls to the first one.
-void HelpWindow::MarkWords(const QString& words) {
+void HelpWindow::MarkWords(const QStringList& words) {
     QList<QTextEdit::ExtraSelection> marks;
     QTextCursor first;
     const ColourPair colours = YellowPair(palette());
-    for (const QString& word : words.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+    const auto whole = QTextDocument::FindWholeWords | QTextDocument::FindCaseSensitively;
+    for (const QString& word : words) {
         const QTextDocument* document = txtPage_->document();
-        for (QTextCursor at = document->find(word); !at.isNull(); at = document->find(word, at)) {
+        for (QTextCursor at = document->find(word, 0, whole); !at.isNull(); at = document->find(word, at, whole)) {
             QTextEdit::ExtraSelection mark{at, {}};
             mark.format.setBackground(colours.Background);
             mark.format.setForeground(colours.Text);

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QImage>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMainWindow>
+#include <QSet>
 #include <QTabWidget>
 #include <QTextBrowser>
 
@@ -10,13 +12,20 @@
 
 namespace vantor {
 
-/// Shows a page of the manual; what the page names comes from the manual, too.
+/// Shows a page of the manual; what the page names comes from the manual, too. Pictures that are wider than the page
+/// are shown as wide as it.
 class HelpPage : public QTextBrowser {
 public:
     HelpPage(QWidget* parent, const HelpBook& book);
     QVariant loadResource(int type, const QUrl& name) override;
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
+    QImage Picture(const QUrl& name) const;
+
+    QSet<QUrl> pictures_;  // of the pages that were shown
     const HelpBook& book_;
 };
 
@@ -45,9 +54,10 @@ private:
     void Follow(const QUrl& link);
     void Open(const QUrl& page);
     void OpenFound(const QListWidgetItem* item);
+    QString NothingFound(const QString& words);
     void ShowPlaceInContents();
     void Search(const QString& words);
-    void MarkWords(const QString& words);
+    void MarkWords(const QStringList& words);
 
     QString file_;
     HelpBook book_;

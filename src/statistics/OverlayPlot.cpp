@@ -159,7 +159,7 @@ std::vector<SpeedsOver> SpeedBand(const PlottedRuns& runs, const MeanPlaces& pla
     return runs.empty() ? std::vector<SpeedsOver>() : SpeedBand(AlignedAt(runs, places), {0, places.Feet.back()});
 }
 
-PlotAxis SpeedAxis(const PlottedRuns& runs, const Units& units) {
+PlotAxis AxisOfSpeeds(const PlottedRuns& runs, const Units& units) {
     return {std::string("Speed (") + units.SpeedLabel() + ")",
             {0, std::max(units.SpeedOfMph(TopSpeed(runs)) * RoomAbove, 1.0)}};
 }
@@ -198,7 +198,7 @@ Plot OverlayPlot(const PlottedRuns& runs, bool showsRuns, const std::string& tit
     const double length = places.Feet.empty() ? 0 : places.Feet.back();
     plot.Axes.Across = {std::string("Distance (") + units.LengthLabel() + ")",
                         {0, std::max(units.LengthOfFeet(length), 1.0)}};
-    plot.Axes.Up = SpeedAxis(runs, units);
+    plot.Axes.Up = AxisOfSpeeds(runs, units);
     if (runs.empty()) return plot;
     plot.Add(NodeLines(*runs.front().Run, places, units));
     AddProfiles(plot, AlignedAt(runs, places), {0, length}, showsRuns, units);

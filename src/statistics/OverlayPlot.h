@@ -40,7 +40,7 @@ inline constexpr int MostSingleProfiles = 100;
 void AddProfiles(Plot& plot, const std::vector<AlignedRun>& runs, const PlotRange& road, bool showsRuns,
                  const Units& units);
 /// The upright axis for them.
-PlotAxis SpeedAxis(const PlottedRuns& runs, const Units& units);
+PlotAxis AxisOfSpeeds(const PlottedRuns& runs, const Units& units);
 
 /// The speed profiles of runs with the same number of nodes, lined up at the nodes, with the median and the band from
 /// P15 to P85; those before and after apart. A run is an item, item 1 first. `showsRuns`: the single ones, too,

@@ -16,7 +16,6 @@
 #include "corridor/CorridorTaking.h"
 #include "corridor/forms/frmCorridor.h"
 #include "corridor/forms/frmCorridorSettings.h"
-#include "corridor/forms/frmCorridorTracks.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
 #include "counter/forms/frmDeleteTempRuns.h"
 #include "counter/forms/frmReadTDC.h"
@@ -217,15 +216,6 @@ inline std::shared_ptr<QWidget> OpenCorridor(ShownProgram& program) {
 inline std::shared_ptr<QWidget> OpenCorridorSettings(ShownProgram& program) {
     return std::make_shared<frmCorridorSettings>(program.Program, FilledCorridor(program));
 }
-inline std::shared_ptr<QWidget> OpenCorridorTracks(ShownProgram& program) {
-    static const CorridorTracks nothing;
-    static CorridorTracks tracks;
-    tracks = {{{{"/t/before.gpx", 1, ReportedRun(), "NB", {"passes 2 of 3 nodes"}, {}}, {Way::Forward, 2, {}}}},
-              {"a remark"}};
-    const bool isFilled = program.State.CurrentStudy.Record.RunCount > 0;
-    return std::make_shared<frmCorridorTracks>(program.Program, isFilled ? tracks : nothing,
-                                               std::vector<std::string>{"Main Street"}, "Main St");
-}
 
 /// What stands before the control that takes the keys, in the first line of a screen's page of text.
 inline const QString FocusMark = QStringLiteral("; keys to ");
@@ -279,7 +269,6 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmTrackColumns", OpenTrackColumns},
         {"frmCorridor", OpenCorridor, false},
         {"frmCorridorSettings", OpenCorridorSettings},
-        {"frmCorridorTracks", OpenCorridorTracks},
         {"frmHelp", help, false},
     };
 }

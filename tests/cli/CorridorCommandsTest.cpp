@@ -11,11 +11,11 @@ namespace {
 
 using testing::HasSubstr;
 
-constexpr const char* File = "/root/Harbor St.corridor.geojson";
+constexpr const char* File = "/groups/Harbor St.corridor.geojson";
 
 struct CorridorCommandsTest : CommandTest {
     CorridorCommandsTest() {
-        Files.CreateFolder("/root");
+        Files.CreateFolder("/groups");
         for (const char* name : {"corridor.csv", "before.gpx", "after.gpx"}) {
             std::ifstream sample(std::string(VANTOR_SAMPLES "Corridor/") + name);
             std::stringstream text;
@@ -23,7 +23,7 @@ struct CorridorCommandsTest : CommandTest {
             Files.PutText(std::string("/t/") + name, text.str());
         }
         Json("corridor new --nodes /t/corridor.csv --directions NB,SB --ideal-speed 38 --upstream 600 --downstream 450",
-             {"/root/Harbor St"});
+             {"/groups/Harbor St"});
     }
 
     void TakeSampleDays() {
@@ -88,10 +88,10 @@ TEST_F(CorridorCommandsTest, SaysWhyItCannot) {
     EXPECT_THAT(told("corridor match --direction EB", {File}), HasSubstr("it has NB and SB"));
     PutRun("001", {10, 10});
     EXPECT_THAT(told("corridor match", {File, "/g/001.rd2"}), HasSubstr("no Study Group beside the corridor"));
-    EXPECT_THAT(told("corridor new --nodes /t/corridor.csv", {"/root/Harbor St"}), HasSubstr("Harbor St"));
-    EXPECT_THAT(told("corridor new --nodes /t/corridor.csv --period", {"morning", "/root/B"}),
+    EXPECT_THAT(told("corridor new --nodes /t/corridor.csv", {"/groups/Harbor St"}), HasSubstr("Harbor St"));
+    EXPECT_THAT(told("corridor new --nodes /t/corridor.csv --period", {"morning", "/groups/B"}),
                 HasSubstr("\"07:00-09:00 AM\""));
-    EXPECT_THAT(told("corridor show /root/None.corridor.geojson", {}), HasSubstr("None.corridor.geojson"));
+    EXPECT_THAT(told("corridor show /groups/None.corridor.geojson", {}), HasSubstr("None.corridor.geojson"));
     // A track elsewhere gives nothing, with the reason.
     Files.PutText("/t/far.csv", "lat,lon,time,mph\n50,10,2021-03-01T12:00:00Z,30\n50,10.001,2021-03-01T12:00:01Z,30\n");
     EXPECT_EQ(Status("corridor match", {File, "/t/far.csv"}), 0);

@@ -14,7 +14,7 @@ namespace {
 
 using testing::ElementsAre, testing::HasSubstr;
 
-constexpr const char* Root = "/root/";
+constexpr const char* Root = "/groups/";
 
 /// Nodes A, B and so on, 1000 ft from each other, without positions.
 Corridor StreetOf(int nodes) {
@@ -97,7 +97,7 @@ struct DetailedCorridorTest : testing::Test {
     Corridor Street = StreetOf(3);
 
     DetailedCorridorTest() {
-        Files.CreateFolder("/root/G");
+        Files.CreateFolder("/groups/G");
         for (int number = 1; number <= 6; ++number) {
             std::vector<int> feet(20, 40);  // 800 ft before the first node
             feet.back() |= NodeFlag;
@@ -111,10 +111,10 @@ struct DetailedCorridorTest : testing::Test {
             RunRecord run = RunOfValues(feet);
             run.Header.RunTime = TimeOf(7, number);
             run.Header.Before = number <= 3 ? -1 : 0;
-            PutRunFile(Files, run, "/root/G/", "R" + std::to_string(number));
+            PutRunFile(Files, run, "/groups/G/", "R" + std::to_string(number));
         }
         std::vector<std::string> paths;
-        for (int number = 1; number <= 6; ++number) paths.push_back("/root/G/R" + std::to_string(number) + ".rd2");
+        for (int number = 1; number <= 6; ++number) paths.push_back("/groups/G/R" + std::to_string(number) + ".rd2");
         Street.Runs = TakeRunFiles(Street, paths, Files, Root).Runs;
     }
 
@@ -165,7 +165,7 @@ TEST_F(DetailedCorridorTest, IsAfterAnEditWhatItIsReadAnew) {
         edit(afterwards.emplace_back(Street));
         anew.push_back(TextOf(Detail({}, afterwards.back())));
     }
-    for (int number = 1; number <= 6; ++number) Files.Delete("/root/G/R" + std::to_string(number) + ".rd2");
+    for (int number = 1; number <= 6; ++number) Files.Delete("/groups/G/R" + std::to_string(number) + ".rd2");
     for (std::size_t i = 0; i < edits.size(); ++i) {
         const DetailedCorridor edited = Detail(first, afterwards[i]);
         EXPECT_NE(TextOf(edited), TextOf(first)) << "edit " << i;
@@ -200,9 +200,9 @@ TEST_F(DetailedCorridorTest, TellsWhatEachRunIsAndWhichAreBehindACell) {
 
 TEST_F(DetailedCorridorTest, TakesRunsOfItsStudyGroupsAlone) {
     Files.PutText("/elsewhere/G/R1.rd2", "");
-    Files.PutText("/root/G/Bad.rd2", "short");
+    Files.PutText("/groups/G/Bad.rd2", "short");
     const TakenRuns taken =
-        TakeRunFiles(Street, {"/root/G/R1.rd2", "/elsewhere/G/R1.rd2", "/root/G/Bad.rd2"}, Files, Root);
+        TakeRunFiles(Street, {"/groups/G/R1.rd2", "/elsewhere/G/R1.rd2", "/groups/G/Bad.rd2"}, Files, Root);
     EXPECT_TRUE(taken.Runs.empty());
     EXPECT_THAT(taken.Refused, ElementsAre("R1 is in the corridor already.", HasSubstr("lies in no Study Group of"),
                                            testing::StartsWith("Bad: ")));

@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "analysis/CutRun.h"
 #include "fakes/ThrowsError.h"
 #include "plots/Profiles.h"
 

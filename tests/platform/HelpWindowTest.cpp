@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QHelpContentWidget>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QToolBar>
 #include <QWindow>
@@ -18,13 +19,11 @@
 namespace vantor {
 namespace {
 
-using testing::IsEmpty;
-
 const QString ManualFile = QStringLiteral(VANTOR_HELP_FILE);
 
-/// What is wrong with the links and anchors of the manual, one line each.
+/// What is wrong with the links, anchors and pictures of the manual, one line each.
 QStringList BrokenLinks(const HelpBook& book) {
-    static const QRegularExpression links(QStringLiteral("href=\"([^\"]*)\""));
+    static const QRegularExpression links(QStringLiteral("(?:href|src)=\"([^\"]*)\""));
     QStringList broken;
     for (const QUrl& page : book.Pages()) {
         const QString text = QString::fromUtf8(book.Data(page));
@@ -54,13 +53,35 @@ TEST(HelpBook, HoldsEveryPageEveryTopicAndNoBrokenLink) {
     EXPECT_EQ(BrokenLinks(book).join('\n'), QString());
 }
 
-TEST(HelpBook, SearchWantsAllWordsAndPutsThePageAboutThemFirst) {
-    const HelpBook book(ManualFile);
-    EXPECT_EQ(book.Search("SENSOR data").constFirst().Page.fileName(), "sensor-data.html");
-    EXPECT_EQ(book.Search("start sample").constFirst().Page.fileName(), "method.html");
-    EXPECT_GT(book.Search("boundary").size(), book.Search("boundary dialout").size());
-    EXPECT_THAT(book.Search("boundary xyzzy"), IsEmpty());
-    EXPECT_THAT(book.Search("  "), IsEmpty());
+TEST(HelpBook, SearchPutsThePageAboutTheWordsFirst) {
+    HelpBook book(ManualFile);
+    const auto first = [&](const char* words) {
+        return QUrl(ToQt(book.Search().Find(words).at(0).Address)).fileName();
+    };
+    EXPECT_EQ(first("SENSOR data"), "sensor-data.html");
+    EXPECT_EQ(first("\"start sample\""), "method.html");
+    EXPECT_EQ(first("speed profile"), "speed-profile.html");
+}
+
+TEST(PageSearch, FindsWholeWordsInAnyFormPhrasesAndTheBeginningOfTheLastWord) {
+    const PageSearch search({{"a", "Bounds", "Set the boundaries of the runs. A report is de-spiked; start sample."},
+                             {"b", "Ports", "The sample is at the start. Set a boundary."},
+                             {"c", "Start", "A \u00E9tude."}});
+    const auto find = [&](const char* words) {
+        std::string pages;
+        for (const auto& hit : search.Find(words)) pages += hit.Address;
+        return pages;
+    };
+    EXPECT_EQ(find("boundary SETS"), "ba");                          // the shorter page first
+    EXPECT_EQ(find("port"), "b");                                    // no part of "report"
+    EXPECT_EQ(find("start"), "cba");                                 // the title before the text
+    EXPECT_EQ(find("\"start sample\"") + find("\"sample st"), "a");  // side by side, in this order
+    EXPECT_EQ(find("de-spike") + find("despike"), "a");
+    EXPECT_EQ(find("set boun") + find("boun set") + find("boun "), "ab");
+    EXPECT_EQ(find("etudes % \""), "c");
+    EXPECT_EQ(find("boundary etude") + find("  ") + find("%") + find("\"\"") + find("* OR ^"), "");
+    EXPECT_THAT(search.Find("boundary set").at(1).Words, testing::ElementsAre("Set", "boundaries"));
+    EXPECT_THAT(search.Unknown("boundary \"of runs\" xyzzy"), testing::ElementsAre("of runs", "xyzzy"));
 }
 
 TEST(HelpBook, TellsOfAMissingAndOfADamagedFile) {
@@ -110,6 +131,20 @@ TEST_F(HelpWindowTest, OpensTopicsAndGoesBackAndForwardByKeys) {
     EXPECT_FALSE(Window.isVisible());
 }
 
+TEST_F(HelpWindowTest, PicturesFitThePageHoweverWideItIs) {
+    Open(HelpTopic::SpeedProfile);
+    const auto width = [this] {
+        const auto picture = Page.document()->resource(QTextDocument::ImageResource, QUrl("images/speed-profile.png"));
+        return picture.value<QImage>().deviceIndependentSize().width();
+    };
+    Window.resize(1300, 700);
+    const qreal wide = width();
+    EXPECT_GT(wide, 800);
+    Window.resize(800, 600);
+    EXPECT_LT(width(), wide - 200);
+    EXPECT_EQ(Page.horizontalScrollBar()->maximum(), 0);
+}
+
 TEST_F(HelpWindowTest, FollowsLinksAndShowsThePlaceInTheContents) {
     Open(HelpTopic::Contents);
     auto& contents = Find<QHelpContentWidget>(Window, "treContents");
@@ -117,6 +152,9 @@ TEST_F(HelpWindowTest, FollowsLinksAndShowsThePlaceInTheContents) {
     emit Page.anchorClicked(Page.source().resolved(QUrl("run-details.html")));
     EXPECT_EQ(PageName(), "run-details.html");
     EXPECT_EQ(contents.currentIndex().data().toString(), "Run Details");
+    const QRect above = contents.visualRect(contents.indexAbove(contents.currentIndex()));
+    QTest::mouseClick(contents.viewport(), Qt::LeftButton, {}, above.center());
+    EXPECT_EQ(PageName(), "speed-profile.html");
 }
 
 TEST_F(HelpWindowTest, FindsWordsByKeys) {
@@ -125,8 +163,8 @@ TEST_F(HelpWindowTest, FindsWordsByKeys) {
     auto& words = Find<QLineEdit>(Window, "txtSearch");
     EXPECT_EQ(Window.focusWidget(), &words);
     QTest::keyClicks(&words, "de-spike threshold xyzzy");
-    EXPECT_EQ(TextOf(Window, "lblFound"), "No page has all these words.");
-    words.setText("De-Spike neighbours");
+    EXPECT_EQ(TextOf(Window, "lblFound"), "No page has \u201Cxyzzy\u201D. Try fewer or other words, or the index.");
+    words.setText("De-Spike neighbour");
     QTest::keyClick(&words, Qt::Key_Return);
     EXPECT_EQ(PageName(), "sensor-data.html");
     EXPECT_FALSE(Page.extraSelections().isEmpty());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,6 +10,8 @@
 #include "core/LogKind.h"
 
 namespace vantor {
+
+struct ReportedCorridor;
 
 /// Opens the other screens of the program, modally. Each returns what the user chose when its screen is closed, nothing
 /// where it was left by another way.
@@ -46,6 +49,8 @@ public:
     virtual void ShowCompareStudies() = 0;
     /// The reports on the current study.
     virtual void ShowReportPreview() = 0;
+    /// The reports on a corridor, which need not be as its file has it.
+    virtual void ShowCorridorReport(std::shared_ptr<const ReportedCorridor> corridor) = 0;
     virtual void ShowPreferences() = 0;
     /// The file of a whole dump.
     [[nodiscard]] virtual std::optional<CounterFileChoice> ShowReadTDC() = 0;

@@ -44,7 +44,7 @@ bool CorridorDocument::Show(const Corridor& now, const CorridorFilter& filter, c
     return true;
 }
 
-bool CorridorDocument::Change(const QString& text, const Corridor& after) {
+bool CorridorDocument::Change(const QString& text, const Corridor& after, int gesture) {
     if (after == Of()) return true;
     const Corridor before = Of();
     if (const std::string problem = ProblemOf(after); !problem.empty()) {
@@ -58,9 +58,8 @@ bool CorridorDocument::Change(const QString& text, const Corridor& after) {
         Tell();
         return false;
     }
-    steps_.push(new DocumentChange<Corridor>(text, before, after, [this](const Corridor& shown) {
-        Show(shown, Shown().Filter, "Computing the corridor", false);
-    }));
+    const auto show = [this](const Corridor& shown) { Show(shown, Shown().Filter, "Computing the corridor", false); };
+    steps_.push(new DocumentChange<Corridor>(text, before, after, show, gesture));
     return true;
 }
 
@@ -99,6 +98,16 @@ void CorridorDocument::Open(const std::string& path) {
     }
     steps_.clear();
     context_.State.Choices = StoreUserChoices(context_.Files, {{LastCorridorKey, path}});
+    Tell();
+}
+
+void CorridorDocument::Reload() {
+    const StoredCorridor stored = LoadCorridor(context_.Files, taken_.Path);
+    if (stored.Stamp == taken_.Stamp) return;
+    // Stopped, it stays as it was, and its stamp with it: Save keeps what the file holds as a backup then.
+    if (!Show(stored.Corridor, Shown().Filter, "Reading the runs of " + taken_.Name, true)) return;
+    taken_.Stamp = stored.Stamp;
+    steps_.clear();
     Tell();
 }
 

@@ -39,13 +39,16 @@ public:
     Units Shows() const { return UnitsOf(context_.State.Settings); }
 
     /// Makes the corridor `after`, as a step that can be taken back; false, and nothing changed, where it cannot be,
-    /// which the user is told, or was stopped. The selection goes with its run.
-    bool Change(const QString& text, const Corridor& after);
+    /// which the user is told, or was stopped. The selection goes with its run. Changes of one gesture, from 1, that
+    /// follow each other become one step.
+    bool Change(const QString& text, const Corridor& after, int gesture = 0);
     void SetFilter(const CorridorFilter& filter);
 
     /// A new one without anything, after a question where there are changes.
     void Begin();
     void Open(const std::string& path);
+    /// What another screen has written into its file meanwhile; steps from before cannot be taken back then.
+    void Reload();
     /// False where it was not saved.
     bool Save();
     /// False where the user stays.

@@ -27,7 +27,7 @@ MapContents ContentsOf(const DetailedCorridor& shown, const std::vector<std::siz
         contents.Tracks.push_back(std::move(track));
     }
     for (const CorridorNode& node : shown.Of.Nodes)
-        if (node.At) contents.Nodes.push_back({node.Name, {node.At->Latitude, node.At->Longitude}});
+        if (node.At) contents.Nodes.push_back({node.Name, *node.At});
     return contents;
 }
 
@@ -74,9 +74,7 @@ void CorridorMapPage::ShowSelected() {
     map_->SetChosenItem(item == items_.end() ? 0 : static_cast<int>(item - items_.begin()) + 1);
     const auto node = document_.Node();
     const CorridorNode* selected = node ? &document_.Of().Nodes[*node] : nullptr;
-    map_->SetMark(selected != nullptr && selected->At
-                      ? std::optional(Position{selected->At->Latitude, selected->At->Longitude})
-                      : std::nullopt);
+    map_->SetMark(selected != nullptr && selected->At ? selected->At : std::nullopt);
 }
 
 void CorridorMapPage::FillMenu(QMenu& menu) {
@@ -93,14 +91,14 @@ void CorridorMapPage::FillMenu(QMenu& menu) {
 
 void CorridorMapPage::AddNode() {
     Corridor changed = document_.Of();
-    const std::size_t at = InsertNodeAt(changed, {place_->Latitude, place_->Longitude});
+    const std::size_t at = InsertNodeAt(changed, *place_);
     if (document_.Change(QStringLiteral("Add node"), changed)) document_.SelectNode(at);
 }
 
 void CorridorMapPage::MoveNode() {
     Corridor changed = document_.Of();
     CorridorNode& node = changed.Nodes[*document_.Node()];
-    node.At = Position{place_->Latitude, place_->Longitude};
+    node.At = *place_;
     const QString text = QStringLiteral("Move node ") + ToQt(node.Name);
     Remeasure(changed);
     document_.Change(text, changed);

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "core/Numeric.h"
-#include "core/forms/Accessible.h"
 #include "core/forms/Guarded.h"
 #include "core/forms/Named.h"
 #include "corridor/CorridorEdits.h"
@@ -15,6 +14,7 @@ namespace vantor {
 namespace {
 
 constexpr int LongestBand = 100000;  // in either unit
+const char* BandCaption(bool isOwn) { return isOwn ? "Own band" : "Band of all runs"; }
 
 }  // namespace
 
@@ -76,15 +76,16 @@ QLayout* CorridorRunPage::BuildBand() {
         onNode_.push_back(spin);
         return spin;
     };
-    spnUpstream_ = box("spnOwnUpstream", "Own band before the node");
-    spnDownstream_ = box("spnOwnDownstream", "Own band behind the node");
+    spnUpstream_ = box("spnOwnUpstream", "");
+    spnDownstream_ = box("spnOwnDownstream", "Band behind the node");
     auto* set = Named<QPushButton>(this, "btnOwnBand", QStringLiteral("Set"));
     set->setAccessibleName(QStringLiteral("Set a band of its own"));
     set->setToolTip(QStringLiteral("A band for this run alone, at this node"));
     onNode_.push_back(set);
-    btnBandOfAll_ = Named<QPushButton>(this, "btnBandOfAll", QStringLiteral("That of All Runs"));
-    lblBand_ = Named<QLabel>(this, "lblBand");
-    SetValueCaption(*lblBand_, QStringLiteral("Whose band it is"));
+    btnBandOfAll_ = Named<QPushButton>(this, "btnBandOfAll", QStringLiteral("As of All"));
+    btnBandOfAll_->setToolTip(QStringLiteral("The band of all runs again"));
+    lblBand_ = LabelFor(spnUpstream_, QLatin1String(BandCaption(false)), "lblBand");
+    spnUpstream_->setAccessibleName(QStringLiteral("Band before the node"));
     MessageBoxes& messages = document_.Context().Messages;
     Connect(set, &QPushButton::clicked, this, messages, [this] {
         const Units shows = document_.Shows();
@@ -93,8 +94,8 @@ QLayout* CorridorRunPage::BuildBand() {
     });
     Connect(btnBandOfAll_, &QPushButton::clicked, this, messages, [this] { SetBandTo(std::nullopt); });
     auto* row = new QHBoxLayout;
-    row->addWidget(LabelFor(spnUpstream_, QStringLiteral("Band before and behind the node")));
-    for (QWidget* widget : std::initializer_list<QWidget*>{spnUpstream_, spnDownstream_, set, btnBandOfAll_, lblBand_})
+    row->addWidget(lblBand_);
+    for (QWidget* widget : std::initializer_list<QWidget*>{spnUpstream_, spnDownstream_, set, btnBandOfAll_})
         row->addWidget(widget);
     row->addStretch();
     return row;
@@ -132,7 +133,7 @@ void CorridorRunPage::ShowNode() {
     for (QWidget* widget : onNode_) widget->setEnabled(node.has_value());
     btnAsMatched_->setEnabled(false);
     btnBandOfAll_->setEnabled(false);
-    lblBand_->clear();
+    lblBand_->setText(QLatin1String(BandCaption(false)));
     if (!node) return;
     const CorridorRun& as = document_.Of().Runs[*document_.Run()];
     const MatchedRun& matched = document_.Shown().Runs[*document_.Run()];
@@ -145,7 +146,7 @@ void CorridorRunPage::ShowNode() {
     spnUpstream_->setValue(document_.Shows().WholeLength(band.UpstreamFt));
     spnDownstream_->setValue(document_.Shows().WholeLength(band.DownstreamFt));
     btnBandOfAll_->setEnabled(own.has_value());
-    lblBand_->setText(own ? QStringLiteral("this run's own") : QStringLiteral("that of all runs"));
+    lblBand_->setText(QLatin1String(BandCaption(own.has_value())));
 }
 
 void CorridorRunPage::ChangeRun(const QString& text,

@@ -156,9 +156,7 @@ void CorridorRunsPane::FillMenu(QMenu& menu) {
     }
     FillPeriods(*menu.addMenu(QStringLiteral("&Period")));
     menu.addSeparator();
-    AddAction(menu, QStringLiteral("&Take Out of the Corridor"), [this] {
-        Remove();
-    })->setShortcut(QKeySequence(Qt::Key_Delete));
+    AddAction(menu, QStringLiteral("&Take Out of the Corridor\tDel"), [this] { Remove(); });
 }
 
 void CorridorRunsPane::FillReasons(QMenu& menu) {

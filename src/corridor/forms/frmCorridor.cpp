@@ -17,8 +17,8 @@
 #include "core/forms/WindowLayout.h"
 #include "corridor/CorridorFile.h"
 #include "corridor/CorridorStudies.h"
+#include "corridor/ReportedCorridor.h"
 #include "corridor/forms/frmCorridorSettings.h"
-#include "corridor/forms/frmCorridorTracks.h"
 
 namespace vantor {
 namespace {
@@ -108,12 +108,16 @@ void frmCorridor::FillAddRuns(QMenu& menu) {
 }
 
 void frmCorridor::ImportTracks() {
-    // The runs are named after the corridor.
-    if (document_.Path().empty() && !document_.Save()) return;
-    const auto changed = ImportPasses(context_, document_.Of(), document_.Root(), this);
-    if (!changed) return;
-    const std::size_t count = changed->Runs.size() - document_.Of().Runs.size();
-    document_.Change(QStringLiteral("Add ") + ToQt(Counted(count, "run")), *changed);
+    // The passes go into its file.
+    if ((document_.Path().empty() || document_.HasChanges()) && !document_.Save()) return;
+    static_cast<void>(context_.OtherScreens.ShowImportTracks({}, document_.Path()));
+    document_.Reload();
+}
+
+void frmCorridor::ShowReport() {
+    const DetailedCorridor& shown = document_.Shown();
+    context_.OtherScreens.ShowCorridorReport(
+        std::make_shared<ReportedCorridor>(ReportedCorridor{shown.Of, shown.Runs, shown.Filter, document_.Root()}));
 }
 
 void frmCorridor::MakeStudies() {
@@ -164,7 +168,7 @@ void frmCorridor::TakeIdealSpeed(Way way, int mph) {
     if (isFilling_) return;
     Corridor changed = document_.Of();
     changed.Of(way).IdealSpeedMph = mph == 0 ? std::nullopt : std::optional(mph);
-    document_.Change(QStringLiteral("Ideal speed of ") + ToQt(changed.Of(way).Name), changed);
+    document_.Change(QStringLiteral("Ideal speed of ") + ToQt(changed.Of(way).Name), changed, 1);
 }
 
 void frmCorridor::ShowHead() {

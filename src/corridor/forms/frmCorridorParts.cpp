@@ -77,7 +77,12 @@ QLayout* frmCorridor::BuildFileRow() {
         "btnStudies", QStringLiteral("&Make Studies..."),
         QStringLiteral("A study of the runs at each node, for each direction and period, in their Study Group"),
         [this] { MakeStudies(); });
-    onNodes_ = {btnAddRuns_, import, studies};
+    auto* report = AddButton("btnReport", QStringLiteral("Re&port..."),
+                             QStringLiteral("Preview, print or save as PDF what the corridor shows (Ctrl+P)"),
+                             [this] { ShowReport(); });
+    connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+P")), this), &QShortcut::activated, report,
+            &QPushButton::click);
+    onNodes_ = {btnAddRuns_, import, studies, report};
     auto* row = new QHBoxLayout;
     row->addWidget(lblCorridor_, 1);
     for (QPushButton* button : {btnOpen_, make, btnSave_}) row->addWidget(button);

@@ -1,0 +1,105 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "cli/CommandRunner.h"
+
+namespace vantor {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr const char* File = "/groups/Main.corridor.geojson";
+
+/// Three nodes 1000 ft apart, and runs of 50 ft a second which mark them; each stands for some seconds at the second.
+struct CorridorReportTest : CommandTest {
+    CorridorReportTest() {
+        Files.PutText("/t/nodes.csv", "name,distance\nOak St,0\nElm Ave,1000\nPine St,2000\n");
+        Json("corridor new --nodes /t/nodes.csv --directions NB,SB --ideal-speed 34 --upstream 400 --downstream 300",
+             {"/groups/Main"});
+        const int stood[] = {10, 14, 18, 2, 4, 6};
+        for (int i = 0; i < 6; ++i) {
+            const std::string run = "00" + std::to_string(i + 1);
+            Drive(run, stood[i]);
+            Json("corridor match --direction NB" + std::string(i < 3 ? "" : " --after"),
+                 {File, "/groups/Day/" + run + ".rd2"});
+        }
+    }
+
+    void Drive(const std::string& name, int seconds) {
+        std::vector<int> values(70, 50);
+        for (const std::size_t second : {15, 35, 55}) values[second] |= NodeFlag;
+        values.insert(values.begin() + 34, static_cast<std::size_t>(seconds), 0);
+        RunRecord run = RunOfValues(values);
+        run.Header.RunDate = DateOf(2026, 11, 16);
+        run.Header.RunTime = TimeOf(7, 5);
+        Files.CreateFolder("/groups/Day");
+        PutRunFile(Files, run, "/groups/Day/", name);
+    }
+    std::string TextIn(const std::string& path) const {
+        const auto bytes = *Files.Bytes(path);
+        return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+    }
+    const Sheet& SheetNamed(const std::string& name) const {
+        return *std::ranges::find(Sheets.Sheets, name, &Sheet::Name);
+    }
+};
+
+TEST_F(CorridorReportTest, WritesEachFormWithItsFigures) {
+    Json("corridor report --output /out/Main.pdf", {File});
+    std::string texts;
+    for (const RecordingCanvas& page : Documents.Pages)
+        for (const auto& text : page.Texts) texts += text.Shown + "|";
+    // 34 mph are 49.87 ft/s: 700 ft of band take 14.04 s at it and 14 s moving; standing is all delay.
+    EXPECT_THAT(texts, HasSubstr("NB before|3|0 A ±0|14 B ±10|0 A ±0|"));
+    EXPECT_THAT(texts, HasSubstr("NB after|3|0 A ±0|4 A ±5|0 A ±0|"));
+    EXPECT_THAT(texts, HasSubstr("NB: Travel time fell by 10.0 s"));
+    EXPECT_THAT(texts, HasSubstr("Main.figures.json"));
+
+    Json("corridor report --output /out/Main.xlsx", {File});
+    const Sheet& delays = SheetNamed("Delays");
+    EXPECT_EQ(delays.Rows[1][1], SheetCell("Elm Ave"));
+    EXPECT_EQ(delays.Rows[1][3], SheetCell(14.0)) << "a number";
+    EXPECT_EQ(SheetNamed("Runs").Rows.size(), 6U);
+    EXPECT_EQ(SheetNamed("Nodes of runs").Rows.size(), 18U);
+
+    Json("corridor report --condition after --output /out/After.geojson", {File});
+    const json map = json::parse(TextIn("/out/After.geojson"));
+    EXPECT_EQ(map["features"].size(), 3U + 2U) << "counters have no tracks";
+    EXPECT_EQ(map["features"][1]["properties"]["NB_control_delay"], 4.0);
+    EXPECT_EQ(map["features"][3]["properties"]["travel_time"], 20.0 + 4.0);
+    EXPECT_EQ(json::parse(TextIn("/out/After.figures.json"))["filter"]["condition"], "after");
+
+    EXPECT_EQ(Status("corridor report --output /groups/Main.corridor.geojson", {File}), 2);
+    EXPECT_EQ(Status("corridor report --output -", {File}), 2);
+}
+
+TEST_F(CorridorReportTest, IsProvedFromItsRuns) {
+    Json("corridor report --output /groups/Main.pdf", {File});
+    EXPECT_EQ(Status("corridor verify /groups/Main.pdf"), 0);
+    EXPECT_EQ(Out, "same\n");
+    EXPECT_GT(Json("corridor verify /groups/Main.figures.json")["compared"], 100);
+    // The corridor may change, the definition in the report does not; and the report may lie anywhere.
+    Files.PutText("/else/Main.figures.json", TextIn("/groups/Main.figures.json"));
+    Json("corridor new --nodes /t/nodes.csv --directions NB,SB --upstream 100 --downstream 100", {"/groups/Other"});
+    EXPECT_EQ(Status("corridor verify /else/Main.figures.json --corridor", {"/groups/Other.corridor.geojson"}), 0);
+    EXPECT_EQ(Status("corridor verify /else/Main.figures.json"), 1);
+    EXPECT_THAT(Out, HasSubstr("001 (Day): 001: "));
+
+    Drive("002", 15);
+    EXPECT_EQ(Status("corridor verify /groups/Main.pdf"), 1);
+    EXPECT_THAT(Out, StartsWith("figures, all periods, all, ways, NB, nodes, Elm Ave, control delay, mean: 9.0 in the "
+                                "report, 9.1666"));
+    EXPECT_THAT(Out, HasSubstr("002 (Day): its samples have changed: their hash was "));
+    EXPECT_THAT(Out, Not(HasSubstr("001")));
+
+    EXPECT_EQ(Status("corridor verify /groups/Main.corridor.geojson"), 1);
+    Files.PutText("/groups/x.figures.json", "{}");
+    EXPECT_EQ(Status("corridor verify /groups/x.figures.json"), 1);
+    EXPECT_THAT(Err, HasSubstr("The file holds no figures of a corridor."));
+}
+
+}  // namespace
+}  // namespace vantor
