@@ -117,8 +117,9 @@ std::string frmImportTracks::RemarksOnFiles() const {
     std::size_t known = 0;
     for (const auto& [path, file] : files_) {
         known += file.Known;
-        if (!file.HasTracks && file.Known == 0)
-            failures.insert(failures.end(), file.Remarks.begin(), file.Remarks.end());
+        if (file.HasTracks || file.Known > 0) continue;
+        // That a file does not drive along the corridor stands behind what else there is to say about it.
+        failures.insert(failures.end(), corridor_ ? file.Remarks.end() - 1 : file.Remarks.begin(), file.Remarks.end());
     }
     std::string remarks = FirstOf(failures, MostFailures, "\n");
     if (known > 0)
