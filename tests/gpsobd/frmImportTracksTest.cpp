@@ -135,6 +135,12 @@ TEST_F(ImportTracksTest, RowsGoToGroupsOfTheirOwn) {
     ChooseGroup("Elm");
     EXPECT_THAT(Column(*Window, "vaTracks", Flags), ElementsAre("same drive as Mine"));
     EXPECT_EQ(Text("lblCount"), "0 of 1 runs");
+    Press("btnGroupOfRows");
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("Oak"));
+    PressKey(Qt::Key_Return);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(Window->isVisible());
+    EXPECT_THAT(Column(*Window, "vaTracks", Group), ElementsAre("Oak")) << "one that is there";
 }
 
 TEST_F(ImportTracksTest, ADriveThatTheGroupHasIsNotTakenTwice) {

@@ -17,6 +17,7 @@ namespace vantor {
 
 // A corridor chosen above the rows: they are the passes along it.
 
+/// The corridor, and the files.
 QLayout* frmImportTracks::BuildCorridor() {
     const std::string& root = context_.State.Paths.StudyGroupRootPath;
     cmbCorridor_ = Named<QComboBox>(this, "cmbCorridor");
@@ -34,6 +35,8 @@ QLayout* frmImportTracks::BuildCorridor() {
     cmbCondition_->setEnabled(false);
     cmbCondition_->setToolTip(
         QStringLiteral("Whether the passes were driven before or after a change of the corridor"));
+    btnAddFiles_ = Named<QPushButton>(this, "btnAddFiles", QStringLiteral("Add &Files..."));
+    btnAddFiles_->setAutoDefault(false);
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(cmbCorridor_, QStringLiteral("C&orridor")));
     row->addWidget(cmbCorridor_);
@@ -41,6 +44,7 @@ QLayout* frmImportTracks::BuildCorridor() {
     row->addWidget(LabelFor(cmbCondition_, QStringLiteral("&Driven")));
     row->addWidget(cmbCondition_);
     row->addStretch();
+    row->addWidget(btnAddFiles_);
     return row;
 }
 
