@@ -14,11 +14,11 @@ QWidget* GroupCells::createEditor(QWidget* parent, const QStyleOptionViewItem&, 
     box->setEditable(true);
     box->setInsertPolicy(QComboBox::NoInsert);
     for (const std::string& group : Groups()) box->addItem(ToQt(group));
-    // What is chosen in the list is entered at once; but the key that chose it, and that goes on to the window, must
-    // still find the editor open.
+    // What is chosen in the list, or typed as it stands there, is entered at once; but the key that chose it, and that
+    // goes on to the window, must still find the editor open.
     auto* cells = const_cast<GroupCells*>(this);
+    connect(box, &QComboBox::activated, box, [box] { box->lineEdit()->setModified(true); });
     const auto enter = [cells, box] {
-        box->lineEdit()->setModified(true);
         emit cells->commitData(box);
         emit cells->closeEditor(box);
     };

@@ -83,6 +83,7 @@ frmImportTracks::frmImportTracks(AppContext& context, const std::vector<std::str
     column->addWidget(lblRemarks_);
     column->addLayout(BuildFoot());
     ConnectControls();
+    cmbGroup_->setFocus();
     resize(1120, 640);
     RememberLayout(*this, context.Memory);
     if (!corridor.empty()) ChooseCorridor(corridor);

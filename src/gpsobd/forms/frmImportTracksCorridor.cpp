@@ -17,6 +17,7 @@ namespace vantor {
 
 // A corridor chosen above the rows: they are the passes along it.
 
+/// The corridor, and the files.
 QLayout* frmImportTracks::BuildCorridor() {
     const std::string& root = context_.State.Paths.StudyGroupRootPath;
     cmbCorridor_ = Named<QComboBox>(this, "cmbCorridor");
@@ -34,6 +35,8 @@ QLayout* frmImportTracks::BuildCorridor() {
     cmbCondition_->setEnabled(false);
     cmbCondition_->setToolTip(
         QStringLiteral("Whether the passes were driven before or after a change of the corridor"));
+    btnAddFiles_ = Named<QPushButton>(this, "btnAddFiles", QStringLiteral("Add &Files..."));
+    btnAddFiles_->setAutoDefault(false);
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(cmbCorridor_, QStringLiteral("C&orridor")));
     row->addWidget(cmbCorridor_);
@@ -41,6 +44,7 @@ QLayout* frmImportTracks::BuildCorridor() {
     row->addWidget(LabelFor(cmbCondition_, QStringLiteral("&Driven")));
     row->addWidget(cmbCondition_);
     row->addStretch();
+    row->addWidget(btnAddFiles_);
     return row;
 }
 
@@ -51,6 +55,7 @@ void frmImportTracks::ChooseCorridor(const std::string& path) {
     const auto showChosen = [this](const std::string& chosen) {
         if (cmbCorridor_->findData(ToQt(chosen)) < 0) cmbCorridor_->addItem(ToQt(LastComponent(chosen)), ToQt(chosen));
         cmbCorridor_->setCurrentIndex(cmbCorridor_->findData(ToQt(chosen)));
+        cmbCorridor_->setEnabled(cmbCorridor_->count() > 1);
     };
     showChosen(before);
     if (path == before) return;
@@ -116,8 +121,9 @@ std::string frmImportTracks::RemarksOnFiles() const {
     std::size_t known = 0;
     for (const auto& [path, file] : files_) {
         known += file.Known;
-        if (!file.HasTracks && file.Known == 0)
-            failures.insert(failures.end(), file.Remarks.begin(), file.Remarks.end());
+        if (file.HasTracks || file.Known > 0) continue;
+        // That a file does not drive along the corridor stands behind what else there is to say about it.
+        failures.insert(failures.end(), corridor_ ? file.Remarks.end() - 1 : file.Remarks.begin(), file.Remarks.end());
     }
     std::string remarks = FirstOf(failures, MostFailures, "\n");
     if (known > 0)
