@@ -179,7 +179,7 @@ class CorridorRoad(Road):
         self.press("Return", "Open")
         self.window("Corridors - New corridor")
         for way in (IDEAL_NB, IDEAL_SB):
-            self.click(way, "its ideal speed", times=2)
+            self.click(way, "its ideal speed", times=3)
             self.write("38\t")
         self.press("alt+i", "Import Tracks")
         self.window("Save Corridor")
