@@ -64,7 +64,7 @@ CorridorResultsPage::CorridorResultsPage(CorridorDocument& document, QWidget* pa
     split->addWidget(Part(split, nullptr, vaDelays_, lblCell_));
     split->addWidget(behind_ = Part(split, lblBehind_, vaNodeRuns_));
     split->addWidget(Part(split, LabelFor(vaSections_, QStringLiteral("Sections")), vaSections_));
-    for (int part = 0; part < split->count(); ++part) split->setStretchFactor(part, 1);
+    for (int part = 1; part < split->count(); ++part) split->setStretchFactor(part, 1);
     auto* column = new QVBoxLayout(this);
     column->addWidget(split);
     MessageBoxes& messages = document.Context().Messages;

@@ -22,6 +22,7 @@ namespace vantor {
 namespace {
 
 constexpr int FastestMph = 200;
+constexpr int UsualWidth = 500;  // of what stands on the right
 constexpr int NarrowSpin = 84;
 constexpr int Space = 12;
 
@@ -181,6 +182,7 @@ QWidget* frmCorridor::BuildLeft() {
 QWidget* frmCorridor::BuildStart() {
     auto* page = new QWidget(this);
     auto* text = Named<WrappedLabel>(page, "lblStart");
+    text->resize(UsualWidth, 0);  // so that it asks for no more height than it will need
     text->setText(QStringLiteral(
         "A corridor is a street with its intersections, the nodes, and many runs along it: it tells the control delay "
         "at each node and the travel times between them, by direction, period, before and after.\n\nIt begins with its "

@@ -38,7 +38,7 @@ void StatisticsTableView::Show(StatisticsTable table) {
     QStringList heads;
     for (const std::string& head : shown_.Heads) heads += InTwoLines(ToQt(head));
     SetColumns(heads);
-    horizontalHeader()->setStretchLastSection(shown_.LastIsText || hatchesWeak_);
+    horizontalHeader()->setStretchLastSection(shown_.LastIsText);
     BeginFilling();
     for (const auto& cells : shown_.Rows) {
         const int row = AddRow();
