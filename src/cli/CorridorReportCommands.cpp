@@ -104,6 +104,12 @@ int ReportCorridor(CommandContext& context, const ReportArguments& arguments) {
                                         context.Work.Part(0, Read));
     if (!runs.IsWhole || !context.Work.Part(0, Read)(1, 1)) return Stopped;
     corridor->Runs = std::move(runs.Runs);
+    const auto isTaken = [&](const MatchedRun& run) { return corridor->Filter.Takes(run); };
+    if (arguments.Period && std::ranges::none_of(corridor->Runs, isTaken)) {
+        context.Err << "The corridor has no such runs of the period \"" << Printable(*arguments.Period)
+                    << "\". Its runs have: " << Printable(Joined(PeriodsOf(corridor->Runs), ", ")) << ".\n";
+        return Failed;
+    }
 
     CorridorReportData data = MakeCorridorData(corridor, context.State.Settings, context.Time.Now());
     data.FiguresFile = LastComponent(FiguresPathOf(arguments.Output));

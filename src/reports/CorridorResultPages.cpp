@@ -1,5 +1,8 @@
 #include <algorithm>
+#include <cstddef>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/Counted.h"
@@ -60,21 +63,74 @@ std::vector<std::string> GradesThatHang(const Corridor& corridor, const Corridor
     return lines;
 }
 
-/// Few runs, and what else weakens a delay, each said once with the places.
-std::vector<std::string> WarningsOf(const CorridorReportData& data) {
-    std::vector<std::string> lines = data.All().All.Warnings;
-    const Corridor& corridor = data.Of->Of;
-    for (const FindingsRow& row : RowsOf(corridor, data.All())) {
-        for (const std::string& warning : row.Results->Of(row.Along).Total.Figures.Warnings)
-            lines.push_back(row.Name + ", travel time: " + warning);
-        for (const NodeFigures& node : row.Results->Of(row.Along).Nodes) {
-            std::vector<std::string> warnings = node.Figures.Warnings;
-            if (!node.Without.empty()) warnings.push_back(Counted(node.Without.size(), "run") + " without a figure");
-            if (!warnings.empty())
-                lines.push_back(row.Name + ", " + corridor.Nodes[node.Node].Name + ": " + Joined(warnings, "; "));
+/// They stand below the table.
+StatisticsTable WithoutRemarks(StatisticsTable table) {
+    table.LastIsText = false;
+    table.Heads.pop_back();
+    for (auto& row : table.Rows) row.pop_back();
+    return table;
+}
+
+/// Gathers what weakens figures, so that each warning is said once with all its places: those of a row are told by its
+/// name where it holds for all of them.
+class Warnings {
+public:
+    void Add(const std::string& row, const std::string& place, const std::vector<std::string>& warnings) {
+        ++counts_[row];
+        for (const std::string& warning : warnings) {
+            auto there = std::ranges::find(said_, warning, &Said::Warning);
+            if (there == said_.end()) there = said_.insert(said_.end(), Said{warning, {}});
+            auto& rows = there->Rows;
+            if (rows.empty() || rows.back().first != row) rows.push_back({row, {}});
+            rows.back().second.push_back(place);
         }
     }
+    std::vector<std::string> Lines() const {
+        std::vector<std::string> lines;
+        for (const Said& said : said_) {
+            std::vector<std::string> places;
+            for (const auto& [row, of] : said.Rows)
+                places.push_back(of.size() == counts_.at(row) ? row : row + " (" + Joined(of, ", ") + ")");
+            lines.push_back(said.Warning + ": " + Joined(places, ", "));
+        }
+        return lines;
+    }
+
+private:
+    struct Said {
+        std::string Warning;
+        std::vector<std::pair<std::string, std::vector<std::string>>> Rows;  ///< with the places
+    };
+    std::vector<Said> said_;
+    std::map<std::string, std::size_t> counts_;  ///< places of a row
+};
+
+std::vector<std::string> WarningsOfDelays(const CorridorReportData& data) {
+    const Corridor& corridor = data.Of->Of;
+    Warnings warnings;
+    for (const FindingsRow& row : RowsOf(corridor, data.All())) {
+        for (const NodeFigures& node : row.Results->Of(row.Along).Nodes) {
+            std::vector<std::string> of = node.Figures.Warnings;
+            if (!node.Without.empty()) of.push_back(Counted(node.Without.size(), "run") + " without a figure");
+            warnings.Add(row.Name, corridor.Nodes[node.Node].Name, of);
+        }
+        warnings.Add(row.Name, "travel time", row.Results->Of(row.Along).Total.Figures.Warnings);
+    }
+    std::vector<std::string> lines = data.All().All.Warnings;
+    for (const std::string& line : warnings.Lines()) lines.push_back(line);
     return lines;
+}
+
+std::vector<std::string> WarningsOfSections(const Corridor& corridor, const CorridorFindings& findings) {
+    Warnings warnings;
+    for (const FindingsRow& row : RowsOf(corridor, findings)) {
+        const WayFigures& way = row.Results->Of(row.Along);
+        for (const SectionFigures& section : way.Sections)
+            warnings.Add(row.Name, corridor.Nodes[section.From].Name + " to " + corridor.Nodes[section.To].Name,
+                         section.Figures.Warnings);
+        warnings.Add(row.Name, "whole way", way.Total.Figures.Warnings);
+    }
+    return warnings.Lines();
 }
 
 /// The rows of one measure, which then need not say it: "Travel time, Oak St to Elm Ave".
@@ -87,7 +143,8 @@ StatisticsTable OfMeasure(const StatisticsTable& compared, const std::string& me
     return part;
 }
 
-double HeightOfStart(const ReportPages& pages) { return 4 * pages.Measure().LineHeight(CellStyle) + SectionGap; }
+/// Heads of several lines, and the rows that stay with them.
+double HeightOfStart(const ReportPages& pages) { return 9 * pages.Measure().LineHeight(CellStyle) + SectionGap; }
 
 void AddWayPlots(ReportPages& pages, const CorridorReportData& data, Way way, double height) {
     const ReportedCorridor& of = *data.Of;
@@ -106,7 +163,7 @@ void AddCorridorDelays(ReportPages& pages, const CorridorReportData& data) {
     pages.AddText(SubjectText(data), BodyStyle);
     pages.Skip(SectionGap / 2);
     if (RowsOf(corridor, data.All()).empty())
-        return pages.AddText("No run of this corridor can be read: there are no figures.", BodyStyle);
+        return pages.AddText("None of these runs can be read: there are no figures.", BodyStyle);
     for (const PartOfFindings& part : data.Findings) {
         const StatisticsTable table = DelayTable(corridor, part.Findings, units);
         if (table.Rows.empty()) continue;
@@ -123,7 +180,7 @@ void AddCorridorDelays(ReportPages& pages, const CorridorReportData& data) {
     pages.Skip(SectionGap / 2);
     if (data.All().Before) AddLines(pages, "Before and after", ComparedSentences(corridor, data.All().All, units));
     AddLines(pages, "Grades that hang on the boundaries", GradesThatHang(corridor, data.All()));
-    AddLines(pages, "Warnings", WarningsOf(data));
+    AddLines(pages, "Warnings", WarningsOfDelays(data));
     if (const std::size_t out = data.All().All.LeftOut.size(); out > 0)
         pages.AddText(
             Counted(out, "run") + (out == 1 ? " is" : " are") + " left out or set aside; the list of runs says why.",
@@ -137,11 +194,15 @@ void AddCorridorSections(ReportPages& pages, const CorridorReportData& data) {
                   BodyStyle);
     pages.Skip(SectionGap / 2);
     for (const PartOfFindings& part : data.Findings) {
-        const StatisticsTable table = CorridorSectionsTable(data.Of->Of, part.Findings, UnitsOf(data.Settings));
+        const StatisticsTable table =
+            WithoutRemarks(CorridorSectionsTable(data.Of->Of, part.Findings, UnitsOf(data.Settings)));
         if (table.Rows.empty()) continue;
         if (const std::string heading = HeadingOf(data, part); !heading.empty())
             pages.AddHeading(heading, HeightOfStart(pages));
         AddTable(pages, WithTexts(WithoutEmpty(OnPaper(table, "Running (s)")), {"Section"}), WayAndSection);
+        pages.Skip(SectionGap / 2);
+        for (const std::string& line : WarningsOfSections(data.Of->Of, part.Findings))
+            pages.AddText(line, CaptionStyle);
         pages.Skip(SectionGap / 2);
     }
 }

@@ -44,10 +44,12 @@ ReportTable OnPaper(const StatisticsTable& table, std::string_view without) {
 }
 
 ReportTable WithTexts(ReportTable table, const std::vector<std::string_view>& heads) {
-    for (ReportColumn& column : table.Columns) {
+    for (std::size_t i = 0; i < table.Columns.size(); ++i) {
+        ReportColumn& column = table.Columns[i];
         if (std::ranges::find(heads, column.Head) == heads.end()) continue;
         column.Side = TextSide::Left;
-        column.Wraps = true;
+        column.Wraps = std::ranges::any_of(
+            table.Rows, [i](const std::vector<std::string>& row) { return row[i].find(' ') != std::string::npos; });
     }
     return table;
 }

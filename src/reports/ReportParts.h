@@ -23,7 +23,8 @@ inline constexpr double SectionGap = 12;
 /// fit beside the others.
 ReportTable OnPaper(const StatisticsTable& table, std::string_view without = {});
 
-/// These columns hold texts: at the left, in several lines where the page is narrow.
+/// These columns hold texts: at the left, where they have blanks in several lines
+/// on narrow pages.
 ReportTable WithTexts(ReportTable table, const std::vector<std::string_view>& heads);
 
 /// Without the columns, the first apart, that have nothing in any row.

@@ -77,6 +77,8 @@ TEST_F(CorridorReportTest, WritesEachFormWithItsFigures) {
 
     EXPECT_EQ(Status("corridor report --output /roads/Main.corridor.geojson", {File}), 2);
     EXPECT_EQ(Status("corridor report --output -", {File}), 2);
+    EXPECT_EQ(Status("corridor report --output /out/No.pdf --period Night", {File}), 1);
+    EXPECT_FALSE(Files.Bytes("/out/No.pdf"));
 }
 
 TEST_F(CorridorReportTest, IsProvedFromItsRuns) {
