@@ -129,6 +129,9 @@ if [[ ! -e $corridorComplete ]]; then
 fi
 show vantor corridor results "$corridor"
 show vantor corridor compare "$corridor"
+show vantor corridor report "$corridor" --output "Study Groups/Harbor St.pdf"
+printf '\nThe report is proved from its runs:\n'
+show vantor corridor verify "Study Groups/Harbor St.pdf"
 
 if ((!window)); then
     exit 0
