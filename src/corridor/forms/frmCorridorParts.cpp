@@ -23,7 +23,7 @@ namespace {
 
 constexpr int FastestMph = 200;
 constexpr int UsualWidth = 500;  // of what stands on the right
-constexpr int NarrowSpin = 84;
+constexpr int NarrowSpin = 100;
 constexpr int Space = 12;
 
 }  // namespace
@@ -140,7 +140,7 @@ QLayout* frmCorridor::BuildIdealSpeeds() {
         auto* spin = Named<QSpinBox>(this, index == 0 ? "spnIdealForward" : "spnIdealBack");
         spin->setRange(0, FastestMph);
         spin->setSuffix(QStringLiteral(" MPH"));
-        spin->setSpecialValueText(QStringLiteral("each run's own"));
+        spin->setSpecialValueText(QStringLiteral("each run's"));
         spin->setToolTip(
             QStringLiteral("What a vehicle drives that nothing delays; 0 is the speed of each run at its "
                            "boundaries"));
