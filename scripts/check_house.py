@@ -46,7 +46,7 @@ ARROWS = {
 for name in ("statistics", "corridor", "reports", "counter", "gpsobd", "editing", "workspace"):
     ARROWS[f"{name}/forms"] = {name, "plots/forms", "map", "map/forms", "core/forms", *ARROWS[name]}
 
-ARROWS["corridor/forms"] |= {"statistics/forms", "gpsobd", "tracks"}  # its tables; passes of tracks
+ARROWS["corridor/forms"] |= {"statistics/forms"}  # its tables
 
 MAX_LINES = 450
 

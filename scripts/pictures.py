@@ -12,6 +12,7 @@ a screen did not come, and its name is printed. Look through the pictures before
 
 import argparse
 import contextlib
+import json
 import math
 import os
 import pathlib
@@ -35,6 +36,7 @@ NORTH, DAY = "Study Groups/Main Street NB", "Study Groups/Main Street day"
 PEAK, RETIMED, PHONE = f"{NORTH}/AM Peak.ld2", f"{NORTH}/AM Peak retimed.ld2", f"{DAY}/Northbound.ld2"
 TRACK = "Corridor day.gpx"
 SURVEYED = 1205244000  # 11 March 2008
+STREET = [f"alt+a > Corridors - Harbor St"]
 MAIN, START, PROFILE, RUNS = ".*- Vantor", "StartUp Options", "Speed Profile", "Process Runs in Temp Folder"
 
 
@@ -85,6 +87,13 @@ SCREENS = [
            size=(860, 620)),
     Screen("track-columns", ["ctrl+i > Import Tracks", "alt+f > Add Tracks", "'phone.csv", "Return > Import Tracks",
                              "alt+c > Columns"]),
+    Screen("corridor", [*STREET, "alt+l"], None, (1180, 720)),
+    Screen("corridor-profiles", [*STREET, "alt+f"], None, (1180, 720)),
+    Screen("corridor-time-space", [*STREET, "alt+e"], None, (1180, 720)),
+    Screen("corridor-map", [*STREET, "alt+a"], None, (1180, 720)),
+    Screen("corridor-before-after", [*STREET, "alt+b"], None, (1180, 720)),
+    Screen("corridor-passes", [*STREET, "alt+i > Import Tracks", "alt+f > Add Tracks", "'day.gpx",
+                               "Return > Import Tracks"], None, (980, 640)),
     Screen("select-log", ["alt+b > Select Batelle GPS File"], None),
     Screen("review-log", ["ctrl+i > Import Tracks", "alt+f > Add Tracks", f"'{TRACK}", "Return > Import Tracks",
                           "alt+v > GPS Data"], size=(860, 640)),
@@ -104,7 +113,28 @@ def commands(program, folder):
             run_file.rename(folder / NORTH / f"{names[-1]}.rd2")
         make_study(run, study, names)
     run("track", "convert", f"Field Data Files/{TRACK}", "--time-zone", "America/Chicago", "--to", DAY)
+    make_corridor(run, folder)
     make_study(run, PHONE, [f"Corridor day-R00{number}" for number in (1, 3, 5)])
+
+
+def make_corridor(run, folder):
+    """A street of six signals with their timings, driven before and after a retiming."""
+    made, file = root / "samples/Corridor", folder / "Study Groups/Harbor St.corridor.geojson"
+    run("corridor", "new", "Study Groups/Harbor St", "--nodes", made / "corridor.csv", "--directions", "NB,SB",
+        "--ideal-speed", "38", "--upstream", "600", "--downstream", "450")
+    truth = json.loads((made / "truth.json").read_text(encoding="utf-8"))["corridor"]["nodes"]
+    street = json.loads(file.read_text(encoding="utf-8"))
+    for node, feature in zip(truth, street["features"]):
+        # The cycles divide a day.
+        feature["properties"]["timings"] = [
+            {"condition": when, "cycleSeconds": timing["cycle"], "greenStartSeconds": timing["offset"] % timing["cycle"],
+             "greenSeconds": timing["green"]} for when, timing in node["timing"].items()]
+    file.write_text(json.dumps(street), encoding="utf-8")
+    for day, after in (("before", []), ("after", ["--after"])):
+        run("corridor", "match", file, made / f"{day}.gpx", "--time-zone", "Etc/UTC", *after)
+    # The same day in a file that the corridor does not know.
+    points = (made / "after.gpx").read_text(encoding="utf-8")
+    (folder / "Field Data Files/day.gpx").write_text(points + "\n", encoding="utf-8")
 
 
 def make_study(run, study, names):

@@ -1,10 +1,16 @@
 #!/usr/bin/env python3
-"""Drives the window from a counter file to the printed report with as few gestures as it takes, and counts them.
+"""Drives the window from a counter file, or from tracks, to the printed report with as few gestures as it takes, and
+counts them.
 
-    scripts/road.py [--theme dark] [--keep FOLDER] [--here] [VANTOR]    the release build where nothing is given
+    scripts/road.py [study] [--theme dark] [--keep FOLDER] [--here] [VANTOR]    the release build where nothing is given
+    scripts/road.py corridor ...
 
-The northbound runs of samples/Corridor.tdc are converted, named and moved into a new Study Group; a study of them gets
-its boundaries in one speed profile, is saved, and its report becomes a PDF. A gesture is a click, a key chord, or one
+study       The northbound runs of samples/Corridor.tdc are converted, named and moved into a new Study Group; a study of them gets
+            its boundaries in one speed profile, is saved, and its report becomes a PDF.
+corridor    The tracks of samples/Corridor, forty runs past six signals both ways before and after a retiming, become the
+            table of the delays and its report as PDF.
+
+A gesture is a click, a key chord, or one
 text typed into one field. Each is printed with the window it went to, their number and the time at the end. Exit status
 0 when study and report came out as they should.
 
@@ -24,9 +30,11 @@ import tempfile
 import time
 
 root = pathlib.Path(__file__).resolve().parent.parent
-PATIENCE = 20  # seconds until a step that does not come has failed
+PATIENCE = 40  # seconds until a step that does not come has failed
 RUNS = 8  # northbound
 GROUP, STUDY = "Main Street NB", "AM Peak"
+STREET = "Harbor St"
+IDEAL_NB, IDEAL_SB = (190, 345), (380, 345)
 START, END = 300, 7600  # feet: from before the first signal to past the last one
 RUNS_SCREEN = "Process Runs in Temp Folder"
 # Places that no single key reaches, from the upper left corner of their screens as these first open.
@@ -52,6 +60,9 @@ def in_front():
 
 
 class Road:
+    """What all roads have: gestures that are counted. `NAME` is said on the command line, `SAMPLES` lie in Field Data
+    Files; `travel` goes it, `faults` are what is not as it should be in the files that were made."""
+
     def __init__(self, folder, pictures):
         self.folder, self.pictures, self.count, self.begin = folder, pictures, 0, time.monotonic()
 
@@ -79,10 +90,14 @@ class Road:
     def write(self, text):
         self.gesture(f"type {text!r}", "type", "--delay", 8, text)
 
-    def click(self, place, what, *, extends=False):
+    def click(self, place, what, *, extends=False, times=1):
         to = ["mousemove", "--window", xdotool("getactivewindow"), *place]
         with_shift = (["keydown", "shift"], ["keyup", "shift"]) if extends else ([], [])
-        self.gesture(f"{'Shift+' if extends else ''}click: {what}", *to, *with_shift[0], "click", 1, *with_shift[1])
+        self.gesture(f"{'Shift+' if extends else ''}click: {what}", *to, *with_shift[0], "click", "--repeat", times, 1, *with_shift[1])
+
+
+class StudyRoad(Road):
+    NAME, SAMPLES, WHAT = "study", ["Corridor.tdc"], f"study of {RUNS} runs and report"
 
     def travel(self):
         self.window("StartUp Options")
@@ -141,17 +156,81 @@ class Road:
         self.press("Return", "Save")
         until("The report", lambda: (self.folder / f"Study Groups/{GROUP}/{STUDY}.pdf").exists())
 
+    def faults(self, program):
+        group = self.folder / "Study Groups" / GROUP
+        bounds = [(entry["CDStartDist"], entry["CDEndDist"])
+                  for entry in asked(program, "study", "show", group / f"{STUDY}.ld2")["entries"]]
+        if bounds != [(START, END)] * RUNS:
+            yield f"the boundaries are {bounds}"
+        yield from pdf_faults(group / f"{STUDY}.pdf")
 
-def faults(program, folder):
-    """What is not as it should be in the files that were made."""
-    group = folder / "Study Groups" / GROUP
-    shown = json.loads(subprocess.run([program, "--json", "study", "show", group / f"{STUDY}.ld2"], check=True,
-                                      capture_output=True, text=True).stdout)
-    bounds = [(entry["CDStartDist"], entry["CDEndDist"]) for entry in shown["entries"]]
-    if bounds != [(START, END)] * RUNS:
-        yield f"the boundaries are {bounds}"
-    if not (group / f"{STUDY}.pdf").read_bytes().startswith(b"%PDF"):
-        yield "the report is no PDF"
+
+class CorridorRoad(Road):
+    NAME, WHAT = "corridor", "corridor of 40 runs and report"
+    SAMPLES = ["Corridor/corridor.csv", "Corridor/before.gpx", "Corridor/after.gpx"]
+
+    def travel(self):
+        self.window("StartUp Options")
+        self.press("alt+a", "Analyze a Corridor")
+        self.window("Corridors - New corridor")
+        self.press("alt+v", "Nodes of a File")
+        self.window("Nodes of a File")
+        self.write(str(self.folder / "Field Data Files/corridor.csv"))
+        self.press("Return", "Open")
+        self.window("Corridors - New corridor")
+        for way in (IDEAL_NB, IDEAL_SB):
+            self.click(way, "its ideal speed", times=3)
+            self.write("38\t")
+        self.press("alt+i", "Import Tracks")
+        self.window("Save Corridor")
+        self.write(STREET)
+        self.press("Return", "OK")
+        for track in ("before", "after"):
+            self.take(track)
+        self.press("ctrl+p", "Report")
+        self.window("Print Report")
+        self.press("alt+s", "Save as PDF")
+        self.window("Save Report")
+        self.press("Return", "Save")
+        until("The report", lambda: list((self.folder / "Study Groups").glob("**/*.pdf")))
+
+    def take(self, track):
+        """The passes of a track; those after the retiming are said to be so."""
+        if track == "after":
+            self.press("alt+i", "Import Tracks")
+        self.window("Import Tracks")
+        if track == "after":
+            self.press("alt+d", "Driven")
+            self.press("Down", "After")
+        self.press("alt+f", "Add Files")
+        self.window("(?!Import Tracks|Corridors).+")
+        self.write(str(self.folder / f"Field Data Files/{track}.gpx"))
+        self.press("Return", "Open")
+        self.window("Import Tracks")
+        time.sleep(1)  # the passes are cut
+        self.press("Return", "OK")
+        self.window(f"Corridors - {STREET}")
+        time.sleep(1)  # its figures
+
+    def faults(self, program):
+        results = asked(program, "corridor", "results", self.folder / f"Study Groups/{STREET}.corridor.geojson")
+        found = [len(way["runs"]) for way in results["ways"]]
+        if found != [20, 20]:
+            yield f"the runs of both ways are {found}"
+        for way in results["ways"]:
+            if any(node["comparison"]["welch"]["n_before"] != 10 for node in way["nodes"]):
+                yield f"{way['direction']}: not 10 runs before and 10 after at each node"
+        for report in (self.folder / "Study Groups").glob("**/*.pdf"):
+            yield from pdf_faults(report)
+
+
+def asked(program, *words):
+    return json.loads(subprocess.run([program, "--json", *words], check=True, capture_output=True, text=True).stdout)
+
+
+def pdf_faults(report):
+    if not report.read_bytes().startswith(b"%PDF"):
+        yield f"{report.name} is no PDF"
 
 
 def own_display(started):
@@ -179,10 +258,11 @@ def store_settings(program, folder, started):
     started.pop().wait()
 
 
-def go(program, folder, options, started):
+def go(kind, program, folder, options, started):
     for name in ("Temp", "Study Groups", "Field Data Files", "home"):
         (folder / name).mkdir()
-    shutil.copy(root / "samples/Corridor.tdc", folder / "Field Data Files")
+    for sample in kind.SAMPLES:
+        shutil.copy(root / "samples" / sample, folder / "Field Data Files")
     pictures = folder / "pictures" if options.keep else None
     if pictures:
         pictures.mkdir()
@@ -194,12 +274,15 @@ def go(program, folder, options, started):
     store_settings(program, folder, started)
     theme = ["--theme", options.theme] if options.theme else []
     started.append(subprocess.Popen([program, *theme], cwd=folder))
-    road = Road(folder, pictures)
+    road = kind(folder, pictures)
     road.travel()
     print(f"{road.count} gestures, {time.monotonic() - road.begin:.1f} s")
-    found = list(faults(program, folder))
-    print("\n".join(found) or f"study of {RUNS} runs and report: as they should be")
+    found = list(road.faults(program))
+    print("\n".join(found) or f"{kind.WHAT}: as they should be")
     return bool(found)
+
+
+ROADS = {road.NAME: road for road in (StudyRoad, CorridorRoad)}
 
 
 def main():
@@ -207,6 +290,7 @@ def main():
     parser.add_argument("--theme", choices=["light", "dark"])
     parser.add_argument("--keep", metavar="FOLDER", type=pathlib.Path)
     parser.add_argument("--here", action="store_true")
+    parser.add_argument("road", nargs="?", choices=list(ROADS), default="study")
     parser.add_argument("program", metavar="VANTOR", nargs="?", default=root / "build/release/bin/vantor")
     options = parser.parse_args()
     if options.keep and options.keep.exists() and any(options.keep.iterdir()):
@@ -217,7 +301,7 @@ def main():
         folder = (options.keep or pathlib.Path(temporary)).resolve()
         folder.mkdir(parents=True, exist_ok=True)
         try:
-            return go(pathlib.Path(options.program).resolve(), folder, options, started)
+            return go(ROADS[options.road], pathlib.Path(options.program).resolve(), folder, options, started)
         finally:
             for process in reversed(started):
                 process.terminate()

@@ -100,6 +100,9 @@ std::optional<StudyChoices> AppScreens::ShowStatisticsOptions(const StudyChoices
 }
 void AppScreens::ShowCompareStudies() { ShowModal<frmCompareStudies>(*context_); }
 void AppScreens::ShowReportPreview() { ShowModal<frmReportPreview>(*context_); }
+void AppScreens::ShowCorridorReport(std::shared_ptr<const ReportedCorridor> corridor) {
+    ShowModal<frmReportPreview>(*context_, std::move(corridor));
+}
 
 void AppScreens::ShowPreferences() { ShowModal<frmPrefs>(*context_); }
 
@@ -145,8 +148,9 @@ RunsForStudy AppScreens::ShowUploadData(const Upload& upload) {
     frmUploadData form(*context_, upload);
     return Run(form) ? form.ForStudy() : RunsForStudy();
 }
-std::vector<RunsForStudy> AppScreens::ShowImportTracks(const std::vector<std::string>& paths) {
-    frmImportTracks form(*context_, paths);
+std::vector<RunsForStudy> AppScreens::ShowImportTracks(const std::vector<std::string>& paths,
+                                                       const std::string& corridor) {
+    frmImportTracks form(*context_, paths, corridor);
     Run(form);
     return form.ForStudy();
 }

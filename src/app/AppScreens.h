@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "core/AppContext.h"
 
 namespace vantor {
@@ -27,13 +29,15 @@ public:
     std::optional<StudyChoices> ShowStatisticsOptions(const StudyChoices& choices) override;
     void ShowCompareStudies() override;
     void ShowReportPreview() override;
+    void ShowCorridorReport(std::shared_ptr<const ReportedCorridor> corridor) override;
     void ShowPreferences() override;
     std::optional<CounterFileChoice> ShowReadTDC() override;
     std::optional<Upload> ShowUploadSelect() override;
     std::optional<LogChoice> ShowLogSelect(LogKind kind) override;
     bool ShowLogReview(std::optional<LogKind> kind, const LogChoice& log) override;
     RunsForStudy ShowUploadData(const Upload& upload) override;
-    std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths) override;
+    std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths,
+                                               const std::string& corridor) override;
     void ShowDamagedCounterFile() override;
     void ShowUploadRunList(const std::string& studyGroup) override;
     void ShowDeleteTempRuns() override;

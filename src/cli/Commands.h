@@ -33,6 +33,8 @@ void AddCounterCommands(CLI::App& program, CommandAction& chosen);
 void AddLogCommands(CLI::App& program, CommandAction& chosen);
 void AddTrackCommands(CLI::App& program, CommandAction& chosen);
 void AddCorridorCommands(CLI::App& program, CommandAction& chosen);
+/// Below the group "corridor".
+void AddCorridorReportCommands(CLI::App& corridorGroup, CommandAction& chosen);
 void AddStudyCommands(CLI::App& program, CommandAction& chosen);
 /// Below the group "study".
 void AddProposeCommand(CLI::App& studyGroup, CommandAction& chosen);

@@ -377,6 +377,7 @@ void AddCorridorCommands(CLI::App& program, CommandAction& chosen) {
                    [=](CommandContext& context) { return CompareConditionsOf(context, *path, *results); });
     addFile(compare);
     addFilter(compare);
+    AddCorridorReportCommands(*group, chosen);
 }
 
 }  // namespace vantor

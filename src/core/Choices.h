@@ -90,6 +90,7 @@ enum class StartUpChoice {
     Preferences,
     Exit,
     ImportTracks,  ///< files of any kind of track
+    Corridors,     ///< the one that was open last
 };
 
 }  // namespace vantor

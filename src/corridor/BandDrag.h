@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "corridor/CorridorPlots.h"
+#include "core/Units.h"
+#include "corridor/WayAxis.h"
 
 namespace vantor {
 

@@ -1,6 +1,7 @@
 #include "corridor/CorridorFile.h"
 
 #include <cstddef>
+#include <utility>
 
 #include "core/Backup.h"
 #include "core/Paths.h"
@@ -42,24 +43,30 @@ StoredCorridor LoadCorridor(const FileSystem& files, const std::string& path) {
     return stored;
 }
 
-SavedCorridor SaveCorridor(FileSystem& files, const std::string& path, const Corridor& corridor, Expected expected) {
+SavedCorridor AddCorridor(WriteBatch& batch, FileSystem& files, const std::string& path, const Corridor& corridor,
+                          Expected expected) {
     if (const std::string problem = ProblemOf(corridor); !problem.empty())
         throw RunTimeError(ErrorNumber::TypeMismatch, problem + "\n" + path);
     const std::vector<std::byte> bytes = EncodeCorridor(corridor);
     SavedCorridor saved{StampOf(bytes), {}};
-    const auto lock = files.Lock(FolderOf(path));
-    const auto batch = files.BeginWrites();
     const Expected there = AsItStands(files, path);
     if (there.File == saved.Stamp && expected.File) return saved;
     if (expected.File && there.File != expected.File) {
         expected = there;
         if (there.File) {
-            const KeptFile kept = AddBackup(*batch, files, path);
+            const KeptFile kept = AddBackup(batch, files, path);
             saved.Backup = kept.Backup;
             expected = kept.Original;
         }
     }
-    batch->Add(path, bytes, expected);
+    batch.Add(path, bytes, expected);
+    return saved;
+}
+
+SavedCorridor SaveCorridor(FileSystem& files, const std::string& path, const Corridor& corridor, Expected expected) {
+    const auto lock = files.Lock(FolderOf(path));
+    const auto batch = files.BeginWrites();
+    SavedCorridor saved = AddCorridor(*batch, files, path, corridor, std::move(expected));
     batch->Commit();
     return saved;
 }

@@ -26,6 +26,10 @@ struct SavedCorridor {
     FileStamp Stamp;
     std::string Backup;  ///< the path of what another program had written there meanwhile; empty for none
 };
+/// Adds the writing of the file to a batch, which is to be committed under a lock of its folder. Errors as of
+/// SaveCorridor. Nothing is added where the file is so already.
+SavedCorridor AddCorridor(WriteBatch& batch, FileSystem& files, const std::string& path, const Corridor& corridor,
+                          Expected expected);
 /// All or nothing. Error 58 where a new file is expected and one is there; error 13 for a corridor with a ProblemOf.
 SavedCorridor SaveCorridor(FileSystem& files, const std::string& path, const Corridor& corridor, Expected expected);
 

@@ -3,16 +3,18 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "core/Counted.h"
 #include "corridor/CorridorRuns.h"
 #include "corridor/GreenTimes.h"
 #include "corridor/SignalArrivals.h"
+#include "statistics/OverlayPlot.h"
 
 namespace vantor {
 namespace {
 
-constexpr double RunWidth = 1.25;
+constexpr double RunWidth = 1;
 constexpr double MeanWidth = 3;
 constexpr double BandOpacity = 0.1;
 /// A run's way before and behind the bands is looked at so far at most.
@@ -282,52 +284,6 @@ void AddMeanWays(Plot& plot, const Corridor& corridor, const AlignedRuns& aligne
 
 }  // namespace
 
-double WayAxis::PlaceOf(std::size_t node) const {
-    const double feet = corridor_.Nodes[node].DistanceFt;
-    return way_ == Way::Forward ? feet - corridor_.Nodes.front().DistanceFt : corridor_.Nodes.back().DistanceFt - feet;
-}
-
-std::vector<PlacedBand> WayAxis::Bands(const CorridorRun& run) const {
-    RunMatch onAxis{way_, {}, {}};
-    for (std::size_t node = 0; node < corridor_.Nodes.size(); ++node)
-        onAxis.Nodes.push_back({MatchSource::User, 0, PlaceOf(node), {}});
-    std::vector<PlacedBand> bands;
-    for (const auto& band : BandsOf(corridor_, run, onAxis))
-        bands.push_back(
-            {static_cast<double>(band->StartFt), static_cast<double>(band->EndFt), band->IsOwn, band->IsCut});
-    return bands;
-}
-
-PlotRange WayAxis::Bounds() const {
-    const auto bands = Bands();
-    if (bands.empty()) return {};
-    return {bands[NodeAlong(corridor_, way_, 0)].From, bands[NodeAlong(corridor_, way_, bands.size() - 1)].To};
-}
-
-AlignedRun WayAxis::Align(const MatchedRun& run) const {
-    struct Knot {
-        double Own, OnAxis;
-    };
-    std::vector<Knot> knots;
-    for (std::size_t passed = 0; passed < corridor_.Nodes.size(); ++passed) {
-        const std::size_t node = NodeAlong(corridor_, way_, passed);
-        const NodePassage& passage = run.Match.Nodes[node];
-        if (passage.IsKnown() && (knots.empty() || passage.Feet > knots.back().Own))
-            knots.push_back({passage.Feet, PlaceOf(node)});
-    }
-    AlignedRun aligned{{&run.Measured, &run.Trace}, {}};
-    aligned.At.reserve(run.Trace.Distances.size());
-    std::size_t next = 0;  // the first knot not behind the place
-    for (const double feet : run.Trace.Distances) {
-        while (next < knots.size() && knots[next].Own < feet) ++next;
-        const Knot& near = next == 0 ? knots.front() : knots[next - 1];
-        double factor = 1;
-        if (next > 0 && next < knots.size()) factor = (knots[next].OnAxis - near.OnAxis) / (knots[next].Own - near.Own);
-        aligned.At.push_back(near.OnAxis + (feet - near.Own) * factor);
-    }
-    return aligned;
-}
-
 std::vector<std::size_t> PlottedRunsOf(const Corridor& corridor, const std::vector<MatchedRun>& runs,
                                        const CorridorFilter& filter, Way way) {
     std::vector<std::size_t> indexes;
@@ -356,6 +312,7 @@ Plot CorridorProfilePlot(const Corridor& corridor, const std::vector<MatchedRun>
     plot.Add(NodeLines(corridor, axis, PlotLines::Way::Upright, look.Shown));
     AddProfiles(plot, aligned.Runs, road, look.ShowsRuns, look.Shown);
     AddIdealSpeed(plot, corridor.Of(way), look.Shown);
+    plot.ZoomsUp = false;
     for (std::size_t i = 0; i < aligned.Indexes.size(); ++i)
         plot.Items[i].Text = InWords(corridor, runs[aligned.Indexes[i]]);
     return plot;
@@ -375,6 +332,7 @@ Plot CorridorTimeSpacePlot(const Corridor& corridor, const std::vector<MatchedRu
     plot.Axes.Across.Caption = fromStart ? "Time from the first band (min:s)" : "Time of day";
     plot.Axes.Across.Values = fromStart ? AxisValues::Minutes : AxisValues::Clock;
     plot.Axes.Up = DistanceAxis(road, look.Shown);
+    plot.ZoomsUp = fromStart;  // hours are looked at in part, with all signals
     for (const std::size_t index : aligned.Indexes) plot.Items.push_back({InWords(corridor, runs[index])});
     plot.Add(NodeLines(corridor, axis, PlotLines::Way::Level, look.Shown));
     AddWays(plot, runs, aligned, RunClock(aligned, axis.Bounds().Low, clock), road, look.Shown);
@@ -383,6 +341,22 @@ Plot CorridorTimeSpacePlot(const Corridor& corridor, const std::vector<MatchedRu
     else
         AddGreenTimes(plot, corridor, filter, way, GroupsOf(aligned.Plotted), look.Shown);
     return plot;
+}
+
+Plot LightOf(const Plot& plot) {
+    Plot light;
+    light.Axes = plot.Axes;
+    for (const auto& part : plot.Parts) {
+        const auto* trace = dynamic_cast<const PlotTrace*>(part.get());
+        if (trace != nullptr && trace->Item == 0) {
+            PlotTrace thin(*trace);
+            thin.Width = 1;
+            light.Add(std::move(thin));
+        } else if (trace == nullptr && dynamic_cast<const PlotBand*>(part.get()) == nullptr) {
+            light.Parts.push_back(part);
+        }
+    }
+    return light;
 }
 
 }  // namespace vantor

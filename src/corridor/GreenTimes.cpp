@@ -7,8 +7,8 @@
 #include <optional>
 #include <utility>
 
-#include "corridor/CorridorPlots.h"
 #include "corridor/SignalArrivals.h"
+#include "corridor/WayAxis.h"
 
 namespace vantor {
 namespace {

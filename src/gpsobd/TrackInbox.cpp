@@ -71,18 +71,6 @@ void FlagJumps(const RunRecord& run, const ProfileTrace& trace, std::vector<std:
     }
 }
 
-std::vector<std::string> FlagsOf(const RunRecord& run, std::span<const LogGap> gaps, const AppSettings& settings) {
-    std::vector<std::string> flags;
-    const ProfileTrace trace(run, settings.SpeedFactor);
-    if (!trace.HasMovement()) return {"it never moves"};
-    FlagLength(run, UnitsOf(settings), flags);
-    FlagSpikes(run, trace, flags);
-    FlagJumps(run, trace, flags);
-    if (std::ranges::any_of(gaps, [](const LogGap& gap) { return gap.Seconds() > LongestPlainGap; }))
-        flags.push_back(GapNote(gaps));
-    return flags;
-}
-
 bool BeginsAsLong(const RunRecord& left, const RunRecord& right) {
     return left.Header.SampleCount == right.Header.SampleCount && ClockOf(left, 1) == ClockOf(right, 1);
 }
@@ -136,6 +124,18 @@ void FlagColumns(const std::vector<std::string>& notes, InboxFile& file) {
 
 }  // namespace
 
+std::vector<std::string> FlagsOf(const RunRecord& run, std::span<const LogGap> gaps, const AppSettings& settings) {
+    std::vector<std::string> flags;
+    const ProfileTrace trace(run, settings.SpeedFactor);
+    if (!trace.HasMovement()) return {"it never moves"};
+    FlagLength(run, UnitsOf(settings), flags);
+    FlagSpikes(run, trace, flags);
+    FlagJumps(run, trace, flags);
+    if (std::ranges::any_of(gaps, [](const LogGap& gap) { return gap.Seconds() > LongestPlainGap; }))
+        flags.push_back(GapNote(gaps));
+    return flags;
+}
+
 std::string DirectionDriven(const RunRecord& run) {
     std::optional<Position> first;
     std::optional<Position> last;
@@ -168,7 +168,9 @@ InboxFile TracksOf(const RunsOfLog& log, const AppSettings& settings) {
             continue;
         }
         TellDirection(track);
-        track.Flags = FlagsOf(track.Run, GapsOfRun(gaps, points.front().RunNumber), settings);
+        const std::span<const LogGap> its = GapsOfRun(gaps, points.front().RunNumber);
+        track.Gaps.assign(its.begin(), its.end());
+        track.Flags = FlagsOf(track.Run, its, settings);
         file.Tracks.push_back(std::move(track));
     }
     return file;
@@ -250,17 +252,26 @@ std::string NameClash(std::span<const TakenTrack> tracks, const NamesInGroups& n
     return {};
 }
 
+bool AddTracks(WriteBatch& batch, std::span<const TakenTrack> tracks, const std::string& groupRoot,
+               const Progress& progress) {
+    for (std::size_t i = 0; i < tracks.size(); ++i) {
+        if (!progress(i, tracks.size())) return false;
+        const TakenTrack& track = tracks[i];
+        RunRecord run = track.Track->Run;
+        if (track.IsBefore) {
+            run.Header.Before = *track.IsBefore ? -1 : 0;
+            run.Header.After = *track.IsBefore ? 0 : -1;
+        }
+        AddRunBytes(batch, RunBytes(run, track.Name), GroupFolder(groupRoot, track.Group), track.Name,
+                    Expected::Nothing());
+    }
+    return true;
+}
+
 bool WriteTracks(FileSystem& files, std::span<const TakenTrack> tracks, const std::string& groupRoot,
                  const Progress& progress) {
     const auto batch = files.BeginWrites();
-    for (std::size_t i = 0; i < tracks.size(); ++i) {
-        if (!progress.Part(0, 0.5)(i, tracks.size())) return false;
-        const TakenTrack& track = tracks[i];
-        RunRecord run = track.Track->Run;
-        AddRunBytes(*batch, RunBytes(run, track.Name), GroupFolder(groupRoot, track.Group), track.Name,
-                    Expected::Nothing());
-    }
-    return batch->Commit(progress.Part(0.5, 1));
+    return AddTracks(*batch, tracks, groupRoot, progress.Part(0, 0.5)) && batch->Commit(progress.Part(0.5, 1));
 }
 
 }  // namespace vantor

@@ -13,6 +13,7 @@
 #include "core/RunRecords.h"
 #include "core/Units.h"
 #include "core/ports/FileSystem.h"
+#include "gpsobd/LogGaps.h"
 #include "gpsobd/LogPoints.h"
 
 namespace vantor {
@@ -26,7 +27,10 @@ struct InboxTrack {
     std::string Direction;
     /// What is to be looked at before it is taken, a line each; none for a track without a fault.
     std::vector<std::string> Flags;
+    std::vector<LogGap> Gaps;
 };
+/// What is to be looked at in a run that has these gaps.
+std::vector<std::string> FlagsOf(const RunRecord& run, std::span<const LogGap> gaps, const AppSettings& settings);
 
 /// What a file gives.
 struct InboxFile {
@@ -68,6 +72,7 @@ struct TakenTrack {
     const InboxTrack* Track = nullptr;
     std::string Group;
     std::string Name;
+    std::optional<bool> IsBefore;  ///< what its header is to say; nothing: as it stands
 };
 /// Names those tracks that have none yet: base name, direction and the next number that is free in their groups.
 /// Without a base name it is the group's; a track without both stays without a name.
@@ -77,6 +82,9 @@ void NameTracks(const std::string& baseName, std::span<TakenTrack> tracks, const
 /// group has.
 std::string NameClash(std::span<const TakenTrack> tracks, const NamesInGroups& namesInGroups);
 
+/// Adds the writing of the runs to a batch. False when it was stopped.
+bool AddTracks(WriteBatch& batch, std::span<const TakenTrack> tracks, const std::string& groupRoot,
+               const Progress& progress);
 /// Writes the runs into the folders of their groups, all or none; error 58 for a name that is there. False when it was
 /// stopped.
 bool WriteTracks(FileSystem& files, std::span<const TakenTrack> tracks, const std::string& groupRoot,

@@ -3,6 +3,7 @@
 
 #include "core/Numeric.h"
 #include "reports/ReportContents.h"
+#include "reports/ReportParts.h"
 #include "reports/ReportTable.h"
 #include "reports/ReportText.h"
 #include "statistics/Figure.h"
@@ -10,7 +11,6 @@
 namespace vantor {
 namespace {
 
-constexpr double SectionGap = 12;
 constexpr TextSide Right = TextSide::Right;
 
 /// Of the drawing, parts of its width: the boundaries, and where the vehicle stands.
@@ -100,6 +100,19 @@ std::string StopsText(const ReportData& data) {
 
 }  // namespace
 
+void AddGradeScales(ReportPages& pages, const StatisticsOptions& options) {
+    pages.AddHeading("Grades", 8 * pages.Measure().LineHeight(CellStyle));
+    AddTable(pages, GradeTable(options));
+    pages.AddText(
+        "Signalized intersections: Highway Capacity Manual, 6th and 7th edition, Exhibit 19-8; stop control and "
+        "roundabouts: Exhibits 20-2, 21-8 and 22-8. The manual counts a delay on a bound to the better grade, the "
+        "grade "
+        "of this study to the worse one: 10 s is A there and B here. The manual's grade is that of all vehicles of a "
+        "period; a number of runs estimates it. Roundabouts: the delay of a run holds the time that the curve itself "
+        "takes.",
+        CaptionStyle);
+}
+
 std::string CorridorWarning(const ReportData& data) {
     std::size_t most = 0;
     for (const MeasuredRun& run : data.Measured.Read.Runs) {
@@ -135,16 +148,7 @@ void AddMethod(ReportPages& pages, const ReportData& data) {
     pages.Skip(SectionGap / 2);
     pages.AddText(StopsText(data), BodyStyle);
     pages.Skip(SectionGap);
-    pages.AddHeading("Grades", 8 * pages.Measure().LineHeight(CellStyle));
-    AddTable(pages, GradeTable(data.Statistics.Options));
-    pages.AddText(
-        "Signalized intersections: Highway Capacity Manual, 6th and 7th edition, Exhibit 19-8; stop control and "
-        "roundabouts: Exhibits 20-2, 21-8 and 22-8. The manual counts a delay on a bound to the better grade, the "
-        "grade "
-        "of this study to the worse one: 10 s is A there and B here. The manual's grade is that of all vehicles of a "
-        "period; a number of runs estimates it. Roundabouts: the delay of a run holds the time that the curve itself "
-        "takes.",
-        CaptionStyle);
+    AddGradeScales(pages, data.Statistics.Options);
     if (const std::string warning = CorridorWarning(data); !warning.empty()) {
         pages.Skip(SectionGap / 2);
         pages.AddText(warning, BodyStyle);

@@ -13,6 +13,13 @@ enum class Paper { Letter, A4 };
 /// Width and height of a sheet in points.
 CanvasSize PageSizeOf(Paper paper, bool isLandscape);
 
+/// On what reports are printed.
+struct PageChoice {
+    Paper Sheet = Paper::Letter;
+    bool IsLandscape = false;
+    bool HasHeadings = true;  ///< the lines of the settings, at the top of every report
+};
+
 /// What stands on every page around its contents.
 struct PageFrame {
     CanvasSize Page;

@@ -173,8 +173,8 @@ void TableLayout::DrawCells(ReportPages& pages, const Row& row, double y, bool a
     }
 }
 
-void AddTable(ReportPages& pages, const ReportTable& table) {
-    for (const ReportTable& part : SplitToWidth(table, pages.Width(), pages.Measure())) {
+void AddTable(ReportPages& pages, const ReportTable& table, std::size_t repeated) {
+    for (const ReportTable& part : SplitToWidth(table, pages.Width(), pages.Measure(), repeated)) {
         TableLayout(part, pages.Width(), pages.Measure()).AddTo(pages);
         pages.Skip(RowPadding);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -60,7 +61,7 @@ private:
     bool hasTotal_ = false;
 };
 
-/// The tables of a wide one, one below the other.
-void AddTable(ReportPages& pages, const ReportTable& table);
+/// The tables of a wide one, one below the other, each with the first `repeated` columns.
+void AddTable(ReportPages& pages, const ReportTable& table, std::size_t repeated = 1);
 
 }  // namespace vantor

@@ -1,5 +1,6 @@
 #include "core/Text.h"
 #include "reports/ReportContents.h"
+#include "reports/ReportParts.h"
 #include "reports/ReportTable.h"
 #include "reports/ReportText.h"
 #include "statistics/Figure.h"
@@ -7,34 +8,6 @@
 
 namespace vantor {
 namespace {
-
-constexpr double SectionGap = 12;
-
-/// The table of a screen on paper: figures to the right, those of few runs in brackets; without a column that would not
-/// fit beside the others.
-ReportTable OnPaper(const StatisticsTable& table, std::string_view without = {}) {
-    ReportTable printed;
-    printed.HasTotal = table.HasTotal;
-    for (std::size_t column = 0; column < table.Heads.size(); ++column) {
-        const bool isText = column == 0 || (table.LastIsText && column + 1 == table.Heads.size());
-        printed.Columns.push_back({table.Heads[column], isText ? TextSide::Left : TextSide::Right, isText});
-    }
-    for (const auto& cells : table.Rows) {
-        auto& row = printed.Rows.emplace_back();
-        for (const StatisticsCell& cell : cells) row.push_back(cell.IsWeak ? "(" + cell.Text + ")" : cell.Text);
-    }
-    std::vector<std::size_t> columns;
-    for (std::size_t column = 0; column < table.Heads.size(); ++column)
-        if (table.Heads[column] != without) columns.push_back(column);
-    return WithColumns(printed, columns);
-}
-
-void AddLines(ReportPages& pages, const std::string& heading, const std::vector<std::string>& lines) {
-    if (lines.empty()) return;
-    pages.AddHeading(heading, 2 * pages.Measure().LineHeight(BodyStyle));
-    for (const std::string& line : lines) pages.AddText(line, BodyStyle);
-    pages.Skip(SectionGap / 2);
-}
 
 /// Runs that lie apart, and those that are set aside with what is left without them.
 std::vector<std::string> RunRemarks(const ReportData& data) {

@@ -3,19 +3,11 @@
 
 #include "core/Text.h"
 #include "reports/ReportContents.h"
+#include "reports/ReportParts.h"
 #include "statistics/OverlayPlot.h"
 #include "statistics/TimeSpacePlot.h"
 
 namespace vantor {
-namespace {
-
-void AddPlot(ReportPages& pages, Plot plot, double height) {
-    const CanvasBox box{pages.Left(), pages.Take(height), pages.Width(), height};
-    pages.Draw([plot = std::move(plot), box](Canvas& canvas) { DrawPlot(canvas, box, plot, {}, plot.Whole()); });
-}
-
-}  // namespace
-
 void AddTimeSpace(ReportPages& pages, const ReportData& data) {
     const PlottedRuns runs = PlottedRunsAt(data.Measured, data.Statistics.RunsToPlot());
     if (runs.empty()) return pages.AddText("No run of this study can be read: there is nothing to draw.", BodyStyle);

@@ -1,45 +1,14 @@
 #include "reports/modReports.h"
 
 #include <algorithm>
-#include <map>
-#include <unordered_map>
+#include <array>
+#include <string>
 
 #include "core/Text.h"
 #include "reports/ReportContents.h"
+#include "reports/ReportFrame.h"
 
 namespace vantor {
-namespace {
-
-/// Measures each text once: those of the tables are the same for run after run.
-class RememberingMeasure : public TextMeasure {
-public:
-    explicit RememberingMeasure(const TextMeasure& measure) : measure_(measure) {}
-
-    double TextWidth(const std::string& text, const TextStyle& style) const override {
-        auto& widths = widths_[{style.Size, style.IsBold}];
-        const auto known = widths.find(text);
-        if (known != widths.end()) return known->second;
-        return widths[text] = measure_.TextWidth(text, style);
-    }
-    double LineHeight(const TextStyle& style) const override { return measure_.LineHeight(style); }
-
-private:
-    const TextMeasure& measure_;
-    mutable std::map<std::pair<double, bool>, std::unordered_map<std::string, double>> widths_;
-};
-
-PageFrame FrameOf(const AppSettings& settings, const std::string& study, Date printed, const ReportChoice& choice) {
-    PageFrame frame;
-    frame.Page = PageSizeOf(choice.Sheet, choice.IsLandscape);
-    if (choice.HasHeadings) frame.Headings = settings.ReportHeading;
-    frame.Study = study;
-    frame.Printed = "Printed " + ShortDate(printed) + " " + ShortTime(printed);
-    frame.HasPageNumbers = settings.ShowPageNumbers != 0;
-    return frame;
-}
-
-}  // namespace
-
 PagedDocument MakeComparisonReport(const std::vector<ConditionStatistics>& conditions, const StatisticsOptions& options,
                                    const AppSettings& settings, Date printed, const ReportChoice& choice,
                                    const TextMeasure& measure) {

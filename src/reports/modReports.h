@@ -26,13 +26,10 @@ inline constexpr std::array<ReportName, 10> ReportNames = {{{"Travel Time and De
                                                             {"Method and Grades", "method"},
                                                             {"Detailed Statistics by Run", "statistics"}}};
 
-/// Which reports are printed, and on what.
-struct ReportChoice {
+/// Which reports are printed.
+struct ReportChoice : PageChoice {
     /// By ReportKind. The appendix is long and printed only where it is wanted.
     std::array<bool, ReportNames.size()> Reports = {true, true, true, true, true, true, true, true, true, false};
-    Paper Sheet = Paper::Letter;
-    bool IsLandscape = false;
-    bool HasHeadings = true;  ///< the lines of the settings, at the top of every report
 };
 
 /// A comparison of studies as a document of its own; the first is the one that the others are compared with.

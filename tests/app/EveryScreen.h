@@ -16,7 +16,6 @@
 #include "corridor/CorridorTaking.h"
 #include "corridor/forms/frmCorridor.h"
 #include "corridor/forms/frmCorridorSettings.h"
-#include "corridor/forms/frmCorridorTracks.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
 #include "counter/forms/frmDeleteTempRuns.h"
 #include "counter/forms/frmReadTDC.h"
@@ -189,6 +188,19 @@ inline std::shared_ptr<QWidget> OpenImportTracks(ShownProgram& program) {
     return std::make_shared<frmImportTracks>(program.Program, paths);
 }
 
+/// Of the runs of the current study; one of them is not there.
+inline std::shared_ptr<QWidget> OpenCorridorReport(ShownProgram& program) {
+    auto corridor = std::make_shared<ReportedCorridor>();
+    corridor->Root = "/start/Study Groups/";
+    corridor->Of.Name = "Main St";
+    corridor->Of.Nodes = {{.Name = "Oak"}, {.Name = "Elm", .DistanceFt = 900}};
+    const Study& study = program.State.CurrentStudy;
+    for (int run = 1; run <= study.Record.RunCount; ++run)
+        corridor->Of.Runs.push_back({.Group = "Main Street", .Name = RunFileName(study.Entries[run])});
+    corridor->Runs = ReadCorridorRuns(corridor->Of, program.Files, corridor->Root, program.State.Settings).Runs;
+    return std::make_shared<frmReportPreview>(program.Program, corridor);
+}
+
 inline std::shared_ptr<QWidget> OpenTrackColumns(ShownProgram& program) {
     if (!program.Files.Find(program.Logs + "phone.csv")) program.Files.PutText(program.Logs + "phone.csv", "");
     return std::make_shared<frmTrackColumns>(program.Program, std::vector{program.Logs + "phone.csv"});
@@ -216,14 +228,6 @@ inline std::shared_ptr<QWidget> OpenCorridor(ShownProgram& program) {
 }
 inline std::shared_ptr<QWidget> OpenCorridorSettings(ShownProgram& program) {
     return std::make_shared<frmCorridorSettings>(program.Program, FilledCorridor(program));
-}
-inline std::shared_ptr<QWidget> OpenCorridorTracks(ShownProgram& program) {
-    static const CorridorTracks nothing;
-    static CorridorTracks tracks;
-    tracks = {{{{"/t/before.gpx", 1, ReportedRun(), "NB", {"passes 2 of 3 nodes"}}, Way::Forward, {}}}, {"a remark"}};
-    const bool isFilled = program.State.CurrentStudy.Record.RunCount > 0;
-    return std::make_shared<frmCorridorTracks>(program.Program, isFilled ? tracks : nothing,
-                                               std::vector<std::string>{"Main Street"}, "Main St");
 }
 
 /// What stands before the control that takes the keys, in the first line of a screen's page of text.
@@ -262,6 +266,7 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmStatisticsOptions", Opens<frmStatisticsOptions>(StudyChoices{})},
         {"frmCompareStudies", Opens<frmCompareStudies>()},
         {"frmReportPreview", Opens<frmReportPreview>()},
+        {"CorridorReport", OpenCorridorReport},
         {"frmReadTDC", Opens<frmReadTDC>()},
         {"frmUploadSelectTDC", Opens<frmUploadSelectTDC>()},
         {"frmUploadData", Opens<frmUploadData>(), false},
@@ -278,7 +283,6 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmTrackColumns", OpenTrackColumns},
         {"frmCorridor", OpenCorridor, false},
         {"frmCorridorSettings", OpenCorridorSettings},
-        {"frmCorridorTracks", OpenCorridorTracks},
         {"frmHelp", help, false},
     };
 }

@@ -9,14 +9,13 @@
 
 #include "corridor/CorridorFile.h"
 #include "corridor/forms/frmCorridorSettings.h"
-#include "corridor/forms/frmCorridorTracks.h"
 #include "fakes/FormScene.h"
 #include "fakes/PutFiles.h"
 
 namespace vantor {
 namespace {
 
-using testing::ElementsAre, testing::HasSubstr, testing::StartsWith;
+using testing::Contains, testing::ElementsAre, testing::HasSubstr, testing::StartsWith;
 
 constexpr const char* Path = "/start/Study Groups/Main St.corridor.geojson";
 
@@ -220,37 +219,23 @@ TEST_F(frmCorridorTest, BeginsWithNodesAndTakesAStudyGroup) {
     EXPECT_EQ(Text("lblCorridor"), "Main St") << "the one that was open last";
 }
 
-TEST_F(frmCorridorTest, PassesOfATrackBecomeRuns) {
-    // 40 ft a second to the north along a degree, which is 364813 ft.
-    std::string track = "time,lat,lon\n";
-    for (int second = 0; second < 120; ++second) {
-        char line[80];
-        std::snprintf(line, sizeof line, "2026-03-04T15:%02d:%02dZ,%.7f,-83.0\n", second / 60, second % 60,
-                      42 + (second - 25) * 40 / 364813.0);
-        track += line;
-    }
-    Files.PutText("/start/Field Data Files/day.csv", track);
-    Files.PutText("/start/nodes.csv", "name,lat,lon\nA,42,-83\nB,42.00274,-83\nC,42.00548,-83\n");
+TEST_F(frmCorridorTest, ShowsWhatTracksGaveToItsFile) {
+    Files.PutText("/start/nodes.csv", "name,lat,lon\nA,42,-83\nB,42.00274,-83\n");
     DesktopServices.FileToOpen = "/start/nodes.csv";
     Open(std::nullopt);
     Press("btnStartFile");
     AnswerNext(QStringLiteral("Main St"));
-    Press("btnSave");
-    DesktopServices.FileToOpen = "/start/Field Data Files/day.csv";
-    QTimer::singleShot(0, [] {
-        auto* form = dynamic_cast<frmCorridorTracks*>(QApplication::activeModalWidget());
-        ASSERT_NE(form, nullptr);
-        EXPECT_EQ(TextOf(*form, "cmbGroup"), "Main St");
-        EXPECT_THAT(Rows(*form, "vaPasses"), ElementsAre(StartsWith("day.csv, 1|NB|")));
-        Choose(*form, "cmbCondition", "After");
-        form->accept();
-    });
     Press("btnImport");
-    EXPECT_THAT(Row(*Window, "vaRuns", 0), ElementsAre("ok", "Main St-NB-001", "NB", "", "After", ""));
-    EXPECT_TRUE(Files.Find("/start/Study Groups/Main St/Main St-NB-001.rd2"));
-    Messages.Expect("day.csv: its speeds are from its positions\nday.csv: 1 pass of it is in the corridor already.");
+    EXPECT_THAT(OtherScreens.Shown, Contains("frmImportTracks"));
+    const std::string path = CorridorPath("/start/Study Groups/", "Main St");
+    StoredCorridor stored = LoadCorridor(Files, path);
+    stored.Corridor.Runs.push_back({});
+    stored.Corridor.Runs.back().Group = "Main St";
+    stored.Corridor.Runs.back().Name = "Main St-NB-001";
+    SaveCorridor(Files, path, stored.Corridor, Expected::Unchanged(stored.Stamp));
     Press("btnImport");
-    Press("btnSave");
+    EXPECT_THAT(Row(*Window, "vaRuns", 0), Contains("Main St-NB-001"));
+    EXPECT_FALSE(Find<QWidget>(*Window, "btnSave").isEnabled());
     PressKey(Qt::Key_Escape);
 }
 

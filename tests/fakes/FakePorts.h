@@ -144,11 +144,12 @@ public:
     StudyChoices Options;        ///< of the statistics
     StatisticsVisit Statistics;  ///< its LastRun is the first
     std::map<int, StudyRunEntry> Proposals;
-    ProfileChanges Profiles;                ///< by the speed profile; its LastRun is the first
-    RunsForStudy Moved;                     ///< in the screen that names runs
-    std::vector<RunsForStudy> Imported;     ///< in the screen that imports tracks
-    std::vector<std::string> TracksHanded;  ///< to the screen that imports tracks
-    std::vector<Upload> Uploads;            ///< what was handed to the screen that names runs
+    ProfileChanges Profiles;                           ///< by the speed profile; its LastRun is the first
+    RunsForStudy Moved;                                ///< in the screen that names runs
+    std::vector<RunsForStudy> Imported;                ///< in the screen that imports tracks
+    std::vector<std::string> TracksHanded;             ///< to the screen that imports tracks
+    std::vector<Upload> Uploads;                       ///< what was handed to the screen that names runs
+    std::shared_ptr<const ReportedCorridor> Reported;  ///< what was handed to the reports
 
     StartUpChoice ShowStartUp() override { return Show("frmStartUp") ? StartUp : StartUpChoice::None; }
     bool ShowStudyOpen() override { return Show("frmStudyOpen"); }
@@ -179,6 +180,10 @@ public:
     }
     void ShowCompareStudies() override { Show("frmCompareStudies"); }
     void ShowReportPreview() override { Show("frmReportPreview"); }
+    void ShowCorridorReport(std::shared_ptr<const ReportedCorridor> corridor) override {
+        Reported = std::move(corridor);
+        Show("report on a corridor");
+    }
     void ShowPreferences() override { Show("frmPrefs"); }
     std::optional<CounterFileChoice> ShowReadTDC() override { return If(Show("frmReadTDC"), CounterFile); }
     std::optional<Upload> ShowUploadSelect() override {
@@ -194,7 +199,7 @@ public:
         Show("frmUploadData");
         return Moved;
     }
-    std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths) override {
+    std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths, const std::string&) override {
         TracksHanded = paths;
         Show("frmImportTracks");
         return Imported;

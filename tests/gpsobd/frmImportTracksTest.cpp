@@ -11,6 +11,7 @@
 #include "core/StudyGroupFolders.h"
 #include "core/Text.h"
 #include "core/modMain.h"
+#include "corridor/CorridorFile.h"
 #include "fakes/FormScene.h"
 #include "gpsobd/TrackChoices.h"
 #include "gpsobd/forms/frmTrackColumns.h"
@@ -23,7 +24,7 @@ using Names = std::vector<std::string>;
 
 class ImportTracksTest : public FormScene<frmImportTracks> {
 protected:
-    static constexpr int Start = 2, Group = 6, Name = 7, Flags = 8;
+    static constexpr int Start = 2, Nodes = 4, Group = 7, Name = 8, Flags = 9;
     const std::string Main = "/start/Study Groups/Main/", Elm = "/start/Study Groups/Elm/";
 
     /// Two drives to the north, the second with a jump, and one to the east.
@@ -114,6 +115,7 @@ TEST_F(ImportTracksTest, RowsGoToGroupsOfTheirOwn) {
     Press("btnGroupOfRows");
     QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("Elm"));
     PressKey(Qt::Key_Return);
+    QCoreApplication::processEvents();
     EXPECT_TRUE(Window->isVisible());
     EXPECT_THAT(Column(*Window, "vaTracks", Group), ElementsAre("Elm", "Elm", "Main")) << "all that were selected";
     EXPECT_THAT(NamesShown(), ElementsAre("Elm-NB-001", "Elm-NB-002", "Main-EB-001"));
@@ -133,6 +135,12 @@ TEST_F(ImportTracksTest, RowsGoToGroupsOfTheirOwn) {
     ChooseGroup("Elm");
     EXPECT_THAT(Column(*Window, "vaTracks", Flags), ElementsAre("same drive as Mine"));
     EXPECT_EQ(Text("lblCount"), "0 of 1 runs");
+    Press("btnGroupOfRows");
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("Oak"));
+    PressKey(Qt::Key_Return);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(Window->isVisible());
+    EXPECT_THAT(Column(*Window, "vaTracks", Group), ElementsAre("Oak")) << "one that is there";
 }
 
 TEST_F(ImportTracksTest, ADriveThatTheGroupHasIsNotTakenTwice) {
@@ -201,6 +209,44 @@ TEST_F(ImportTracksTest, TheStartOfALogIsSaid) {
     Click(form, "btnOk");
     Open(Names{"/t/a.csv"});
     EXPECT_THAT(Notes(), HasSubstr("its times have no day; they are taken to begin on 2026-03-04T08:30:00"));
+}
+
+/// A street of 60 x 0.00012 degrees, its nodes at steps 15 and 45; the bands and the lead fit in 60 steps of 44 ft.
+TEST_F(ImportTracksTest, ACorridorTakesThePassesAlongIt) {
+    Corridor street;
+    street.Nodes.resize(2);
+    for (int i = 0; i < 2; ++i)
+        street.Nodes[i] = {"Node " + std::to_string(i), Position{42 + 0.00012 * (15 + 30 * i), -83}, {}, 1313.0 * i};
+    const std::string path = "/start/Study Groups/Harbor St.corridor.geojson";
+    SaveCorridor(Files, path, street, Expected::Nothing());
+    OpenInbox();
+    TypeInto("txtBaseName", "Mine");
+    Pick("cmbCorridor", "Harbor St");
+    EXPECT_THAT(Column(*Window, "vaTracks", Nodes), ElementsAre("2 of 2"));
+    EXPECT_EQ(Text("lblRemarks"),
+              "b.gpx: it does not drive along Harbor St past two nodes.\n"
+              "c.gpx: it does not drive along Harbor St past two nodes.")
+        << "one jumps past a node, one drives across";
+    EXPECT_FALSE(IsShown("chkForStudy") || IsEnabled("btnReview"));
+    Pick("cmbCorridor", "(none)");
+    EXPECT_EQ(Text("txtBaseName") + Text("cmbGroup"), "Mine") << "as it was";
+    EXPECT_EQ(List().rowCount(), 3);
+    Pick("cmbCorridor", "Harbor St");
+    Pick("cmbCondition", "After");
+    EXPECT_THAT(NamesShown(), ElementsAre("Harbor St-NB-001"));
+    street.Runs.push_back({"Elm", "Other"});
+    Files.Delete(path);
+    SaveCorridor(Files, path, street, Expected::Nothing());
+    Press("btnOk");
+    EXPECT_EQ(Taken(), "") << "the study takes none";
+    const Corridor taken = LoadCorridor(Files, path).Corridor;
+    ASSERT_EQ(taken.Runs.size(), 2U) << "beside one that was taken meanwhile";
+    EXPECT_EQ(taken.Runs[1].Group + "/" + taken.Runs[1].Name, "Harbor St/Harbor St-NB-001");
+    EXPECT_FALSE(taken.Runs[1].IsBefore);
+    EXPECT_TRUE(ReadRun(Files, "/start/Study Groups/Harbor St/", "Harbor St-NB-001", RunPart::Whole).Run.Header.After);
+    Open(Names{"/t/a.gpx"}, path);
+    EXPECT_EQ(Text("lblRemarks"), "Harbor St has 1 pass of these files already; it is not listed.");
+    EXPECT_EQ(List().rowCount(), 0);
 }
 
 TEST_F(ImportTracksTest, AReviewedFileGivesItsRunsAndLeavesTheList) {

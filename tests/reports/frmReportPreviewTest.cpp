@@ -1,5 +1,9 @@
 #include "reports/forms/frmReportPreview.h"
 
+#include <gmock/gmock.h>
+
+#include "core/StudyFile.h"
+#include "corridor/CorridorVerify.h"
 #include "fakes/FormScene.h"
 #include "reports/ReportStudies.h"
 
@@ -102,6 +106,39 @@ TEST_F(frmReportPreviewTest, AStudyWithoutRunsHasNoReport) {
     State.CurrentStudy = {};
     Open();
     EXPECT_TRUE(View().accessibleDescription().contains("This study has no runs."));
+}
+
+TEST_F(frmReportPreviewTest, SavesTheReportOnACorridorWithItsFigures) {
+    auto corridor = std::make_shared<ReportedCorridor>();
+    corridor->Root = "/start/Study Groups/";
+    corridor->Of.Name = "Main St";
+    corridor->Of.Nodes = {{.Name = "Oak"}, {.Name = "Elm", .DistanceFt = 900}};
+    corridor->Of.Runs = {{.Group = "NB", .Name = RunFileName(State.CurrentStudy.Entries[1])},
+                         {.Group = "NB", .Name = "gone"}};
+    corridor->Runs = ReadCorridorRuns(corridor->Of, Files, corridor->Root, State.Settings).Runs;
+    Open(corridor);
+    EXPECT_EQ(Text("chkReport(0)"), "Delays and Travel Times");
+    EXPECT_THAT(Text("lblProblems"), testing::HasSubstr("gone"));
+    EXPECT_EQ(PageText(), "1 of 6") << "neither before with after nor a map";
+    for (const int part : {1, 3, 5, 7}) Press(("chkReport(" + std::to_string(part) + ")").c_str());
+    DesktopServices.FileToSave = "/start/out.pdf";
+    Press("BtnSavePdf");
+    EXPECT_EQ(DesktopServices.AskedFrom, "/start/Study Groups/Main St.pdf");
+    EXPECT_EQ(Documents.Pages.size(), 2u);
+    EXPECT_TRUE(Files.Bytes("/start/out.pdf"));
+    std::vector<std::string> texts;
+    for (const auto& text : Documents.Pages.back().Texts) texts.push_back(text.Shown);
+    EXPECT_THAT(texts, testing::Contains(testing::HasSubstr("out.figures.json")));
+    const FiguresFile figures = LoadFigures(Files, "/start/out.figures.json");
+    EXPECT_FALSE(VerifyFigures(figures, Files, corridor->Root).Difference);
+
+    // What is chosen of a corridor is not what is chosen of a study.
+    Open();
+    EXPECT_TRUE(IsChecked("chkReport(1)"));
+    Open(corridor);
+    EXPECT_FALSE(IsChecked("chkReport(1)"));
+    Open(std::make_shared<ReportedCorridor>());
+    EXPECT_TRUE(View().accessibleDescription().contains("This corridor has no runs."));
 }
 
 }  // namespace

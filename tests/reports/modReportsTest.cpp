@@ -40,7 +40,7 @@ protected:
     using Reports = decltype(ReportChoice::Reports);
     const std::vector<RecordingCanvas>& Print(const Reports& reports = ReportChoice().Reports,
                                               Paper paper = Paper::Letter, bool isLandscape = false) {
-        Writer.Pdf(MakeReport(Load(), {reports, paper, isLandscape}, Writer.Measure()));
+        Writer.Pdf(MakeReport(Load(), {{paper, isLandscape}, reports}, Writer.Measure()));
         return Writer.Pages;
     }
 

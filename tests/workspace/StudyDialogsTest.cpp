@@ -27,7 +27,7 @@ TEST_F(frmStartUpTest, EachChoiceIsHandedOver) {
     for (int choice = 0; const char* button :
                          {"BtnCancel", "BtnNewStudy", "BtnOpenStudy", "BtnLastStudy", "ReadTDCBut", "BtnProcessTDC",
                           "BtnProcessTemp", "BtnProcessRoamlap", "BtnProcessRoampad", "BtnProcessRevlap",
-                          "BtnProcessRevpad", "", "", "BtnPreferences", "BtnExit", "BtnImportTracks"}) {
+                          "BtnProcessRevpad", "", "", "BtnPreferences", "BtnExit", "BtnImportTracks", "BtnCorridors"}) {
         const auto expected = static_cast<StartUpChoice>(choice++);
         if (*button == '\0') continue;
         Open();

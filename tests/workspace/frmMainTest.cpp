@@ -110,6 +110,7 @@ TEST_F(Commands, CarryOutWhatIsChosenOnTheStartUpScreen) {
     EXPECT_EQ(ShownAfter(ReadCounter), "frmReadTDC");
     EXPECT_EQ(ShownAfter(Preferences), "frmPrefs");
     EXPECT_EQ(ShownAfter(ImportTracks), "frmImportTracks");
+    EXPECT_EQ(ShownAfter(Corridors), "frmCorridor");
     EXPECT_EQ(ShownAfter(None), "");
     EXPECT_EQ(Current().Record.RunCount, 0) << "the study stays";
     Messages.Expect(AsksAboutChanges, No);

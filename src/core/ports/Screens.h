@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,6 +10,8 @@
 #include "core/LogKind.h"
 
 namespace vantor {
+
+struct ReportedCorridor;
 
 /// Opens the other screens of the program, modally. Each returns what the user chose when its screen is closed, nothing
 /// where it was left by another way.
@@ -46,6 +49,8 @@ public:
     virtual void ShowCompareStudies() = 0;
     /// The reports on the current study.
     virtual void ShowReportPreview() = 0;
+    /// The reports on a corridor, which need not be as its file has it.
+    virtual void ShowCorridorReport(std::shared_ptr<const ReportedCorridor> corridor) = 0;
     virtual void ShowPreferences() = 0;
     /// The file of a whole dump.
     [[nodiscard]] virtual std::optional<CounterFileChoice> ShowReadTDC() = 0;
@@ -57,7 +62,10 @@ public:
     [[nodiscard]] virtual bool ShowLogReview(std::optional<LogKind> kind, const LogChoice& log) = 0;
     [[nodiscard]] virtual RunsForStudy ShowUploadData(const Upload& upload) = 0;
     /// The runs that files of any kind of track would give; those that were taken, by the group that they lie in.
-    [[nodiscard]] virtual std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths) = 0;
+    /// `corridor` is the file of the corridor that is chosen to begin with, or empty: the passes along one are taken
+    /// into its file, and are not returned.
+    [[nodiscard]] virtual std::vector<RunsForStudy> ShowImportTracks(const std::vector<std::string>& paths,
+                                                                     const std::string& corridor) = 0;
     /// What can be done about the counter file that ended the program the last time.
     virtual void ShowDamagedCounterFile() = 0;
     /// The runs that lie in a Study Group.

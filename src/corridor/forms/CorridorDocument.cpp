@@ -105,6 +105,16 @@ void CorridorDocument::Open(const std::string& path) {
     Tell();
 }
 
+void CorridorDocument::Reload() {
+    const StoredCorridor stored = LoadCorridor(context_.Files, taken_.Path);
+    if (stored.Stamp == taken_.Stamp) return;
+    // Stopped, it stays as it was, and its stamp with it: Save keeps what the file holds as a backup then.
+    if (!Show(stored.Corridor, Shown().Filter, "Reading the runs of " + taken_.Name, true)) return;
+    taken_.Stamp = stored.Stamp;
+    steps_.clear();
+    Tell();
+}
+
 std::optional<std::string> CorridorDocument::AskForName() {
     for (;;) {
         bool isGiven = false;

@@ -50,6 +50,8 @@ public:
     /// A new one without anything, after a question where there are changes.
     void Begin();
     void Open(const std::string& path);
+    /// What another screen has written into its file meanwhile; steps from before cannot be taken back then.
+    void Reload();
     /// False where it was not saved.
     bool Save();
     /// False where the user stays.

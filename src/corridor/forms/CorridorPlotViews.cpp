@@ -1,5 +1,6 @@
 #include "corridor/forms/CorridorPlotViews.h"
 
+#include <QElapsedTimer>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -19,6 +20,13 @@ namespace {
 constexpr double Reach = 5;
 constexpr double MovedWidth = 3;
 constexpr double MovedOpacity = 0.15;
+/// A drawing that takes longer does not follow the hand.
+constexpr qint64 LongestFrame = 8;
+/// So long, in milliseconds, the hand may rest before all is drawn again.
+constexpr int Rest = 150;
+
+/// Bands that are not confirmed.
+const PlotSample ProposedSample{"Proposed", &Colours::Key, 2, LinePattern::Dashed};
 
 /// An upright line over the whole area.
 void DrawUpright(Canvas& canvas, const PlotMap& map, double value, const LineStyle& style) {
@@ -47,6 +55,41 @@ CorridorPlotView::CorridorPlotView(AppContext& context, QWidget* parent)
         ChosenRunChanged();
         if (OnRunChosen) OnRunChosen(*chosen_);
     };
+    rest_.setSingleShot(true);
+    rest_.setInterval(Rest);
+    connect(&rest_, &QTimer::timeout, this, [this] {
+        isMoving_ = false;
+        Redraw();
+    });
+}
+
+void CorridorPlotView::Moves() {
+    if (drawing_ <= LongestFrame) return;
+    isMoving_ = true;
+    rest_.start();
+}
+
+bool CorridorPlotView::Drag(CanvasPoint from, CanvasPoint to) {
+    const bool moves = PlotView::Drag(from, to);
+    if (moves) Moves();
+    return moves;
+}
+
+void CorridorPlotView::ZoomAbout(CanvasPoint place, double factor) {
+    PlotView::ZoomAbout(place, factor);
+    Moves();
+}
+
+QString CorridorPlotView::Draw(Canvas& canvas) {
+    if (isMoving_ && Shows()) {
+        DrawPlot(canvas, Box(), light_, Look(), Window());
+        return {};
+    }
+    QElapsedTimer time;
+    time.start();
+    const QString problem = PlotView::Draw(canvas);
+    drawing_ = time.elapsed();
+    return problem;
 }
 
 void CorridorPlotView::Show(const Corridor& corridor, const std::vector<MatchedRun>& runs, const CorridorFilter& filter,
@@ -62,7 +105,9 @@ void CorridorPlotView::Show(const Corridor& corridor, const std::vector<MatchedR
 void CorridorPlotView::Refresh() {
     if (corridor_ == nullptr) return;
     items_ = PlottedRunsOf(*corridor_, *runs_, filter_, way_);
-    PlotView::Show(Make({{}, true, ShownUnits()}));
+    Plot plot = Make({{}, true, ShownUnits()});
+    light_ = LightOf(plot);
+    PlotView::Show(std::move(plot));
     ChooseItemOfRun();
     ChosenRunChanged();
 }
@@ -89,7 +134,9 @@ Units CorridorPlotView::ShownUnits() const { return UnitsOf(context_.State.Setti
 Plot CorridorProfilesView::Make(const CorridorLook& look) const {
     CorridorLook shown = look;
     shown.ShowsRuns = showsRuns_;
-    return CorridorProfilePlot(TheCorridor(), Runs(), Filter(), Along(), shown);
+    Plot plot = CorridorProfilePlot(TheCorridor(), Runs(), Filter(), Along(), shown);
+    if (!proposals_.empty()) plot.Axes.Legend.push_back(ProposedSample);
+    return plot;
 }
 
 void CorridorProfilesView::ChosenRunChanged() {
@@ -101,7 +148,7 @@ void CorridorProfilesView::ChosenRunChanged() {
         drag_ =
             ChosenRun() ? BandDrag(TheCorridor(), Along(), TheCorridor().Runs[Runs()[*ChosenRun()].Index]) : BandDrag();
     drag_.Grab(grabbed);
-    isMoving_ = false;
+    isDragged_ = false;
     Tell();
 }
 
@@ -119,7 +166,7 @@ void CorridorProfilesView::SetShowsRuns(bool showsRuns) {
 void CorridorProfilesView::SetProposals(std::vector<BandProposal> proposals, Proposed kind) {
     proposals_ = std::move(proposals);
     kind_ = kind;
-    update();
+    Refresh();
 }
 
 double CorridorProfilesView::FeetAt(const PlotMap& map, double pixel) const {
@@ -170,7 +217,8 @@ void CorridorProfilesView::PaintOver(QPainter& painter) {
     canvas.DrawInside(map->Area(), [&] {
         for (const PlotRange& proposed : ProposedRanges())
             for (const double value : {proposed.Low, proposed.High})
-                DrawUpright(canvas, *map, value, {2, inks.Key, LinePattern::Dashed});
+                DrawUpright(canvas, *map, value,
+                            {ProposedSample.Width, inks.*ProposedSample.Ink, ProposedSample.Pattern});
         const auto& grabbed = drag_.Grabbed();
         if (!grabbed) return;
         const auto shown = [&](bool isEnd) { return ShownUnits().LengthOfFeet(drag_.PlaceOf({grabbed->Node, isEnd})); };
@@ -201,7 +249,7 @@ void CorridorProfilesView::Tell() {
 }
 
 void CorridorProfilesView::LetGo() {
-    isMoving_ = false;
+    isDragged_ = false;
     const auto border = drag_.Grabbed();
     const auto band = drag_.Release();
     if (border && band && OnBandMoved) OnBandMoved(border->Node, *band);
@@ -224,13 +272,13 @@ void CorridorProfilesView::mousePressEvent(QMouseEvent* event) {
         return PlotView::mousePressEvent(event);
     }
     drag_.Grab(border);
-    isMoving_ = true;
+    isDragged_ = true;
     Tell();
 }
 
 void CorridorProfilesView::mouseMoveEvent(QMouseEvent* event) {
     const auto map = Map();
-    if (isMoving_ && map) {
+    if (isDragged_ && map) {
         drag_.MoveTo(FeetAt(*map, event->position().x()));
         return Tell();
     }
@@ -243,7 +291,7 @@ void CorridorProfilesView::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void CorridorProfilesView::mouseReleaseEvent(QMouseEvent* event) {
-    if (!isMoving_ || event->button() != Qt::LeftButton) return PlotView::mouseReleaseEvent(event);
+    if (!isDragged_ || event->button() != Qt::LeftButton) return PlotView::mouseReleaseEvent(event);
     LetGo();
 }
 
@@ -255,7 +303,7 @@ void CorridorProfilesView::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Left: drag_.MoveBy(-step); return Tell();
         case Qt::Key_Right: drag_.MoveBy(step); return Tell();
         case Qt::Key_Escape:
-            isMoving_ = false;
+            isDragged_ = false;
             if (drag_.Moved())
                 drag_.Cancel();
             else
@@ -267,12 +315,12 @@ void CorridorProfilesView::keyPressEvent(QKeyEvent* event) {
 
 void CorridorProfilesView::keyReleaseEvent(QKeyEvent* event) {
     const bool isArrow = event->key() == Qt::Key_Left || event->key() == Qt::Key_Right;
-    if (isArrow && !event->isAutoRepeat() && !isMoving_) return LetGo();
+    if (isArrow && !event->isAutoRepeat() && !isDragged_) return LetGo();
     PlotView::keyReleaseEvent(event);
 }
 
 void CorridorProfilesView::focusOutEvent(QFocusEvent* event) {
-    if (!isMoving_ && drag_.Grabbed()) {
+    if (!isDragged_ && drag_.Grabbed()) {
         LetGo();
         if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason) drag_.Grab({});
         Tell();

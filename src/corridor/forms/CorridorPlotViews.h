@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTimer>
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -13,6 +14,7 @@
 namespace vantor {
 
 /// A plot over the runs of one way. What it shows must live as long as it is shown; after a change, Show it again.
+/// Where it takes long to draw, it is drawn without its single runs while it moves.
 class CorridorPlotView : public PlotView {
 public:
     CorridorPlotView(AppContext& context, QWidget* parent);
@@ -35,6 +37,9 @@ protected:
     /// Which node a place belongs to; nothing for none.
     virtual std::optional<std::size_t> NodeAt(CanvasPoint place) const = 0;
     void ClickAt(CanvasPoint place) override;
+    QString Draw(Canvas& canvas) override;
+    bool Drag(CanvasPoint from, CanvasPoint to) override;
+    void ZoomAbout(CanvasPoint place, double factor) override;
 
     /// Makes the plot anew.
     void Refresh();
@@ -49,8 +54,13 @@ protected:
 
 private:
     void ChooseItemOfRun();
+    void Moves();
 
     AppContext& context_;
+    Plot light_;  ///< what is drawn while it moves
+    QTimer rest_;
+    bool isMoving_ = false;
+    qint64 drawing_ = 0;  ///< milliseconds that the last whole drawing took
     const Corridor* corridor_ = nullptr;
     const std::vector<MatchedRun>* runs_ = nullptr;
     CorridorFilter filter_;
@@ -104,7 +114,7 @@ private:
     void Tell();
 
     BandDrag drag_;
-    bool isMoving_ = false;  ///< by the mouse
+    bool isDragged_ = false;  ///< by the mouse
     bool movesOwn_ = false;
     bool showsRuns_ = true;
     std::vector<BandProposal> proposals_;

@@ -16,8 +16,8 @@
 #include "core/forms/WindowLayout.h"
 #include "corridor/CorridorFile.h"
 #include "corridor/CorridorStudies.h"
+#include "corridor/ReportedCorridor.h"
 #include "corridor/forms/frmCorridorSettings.h"
-#include "corridor/forms/frmCorridorTracks.h"
 
 namespace vantor {
 namespace {
@@ -107,12 +107,16 @@ void frmCorridor::FillAddRuns(QMenu& menu) {
 }
 
 void frmCorridor::ImportTracks() {
-    // The runs are named after the corridor.
-    if (document_.Path().empty() && !document_.Save()) return;
-    const auto changed = ImportPasses(document_, this);
-    if (!changed) return;
-    const std::size_t count = changed->Runs.size() - document_.Of().Runs.size();
-    document_.Change(QStringLiteral("Add ") + ToQt(Counted(count, "run")), *changed);
+    // The passes go into its file.
+    if ((document_.Path().empty() || document_.HasChanges()) && !document_.Save()) return;
+    static_cast<void>(context_.OtherScreens.ShowImportTracks({}, document_.Path()));
+    document_.Reload();
+}
+
+void frmCorridor::ShowReport() {
+    const DetailedCorridor& shown = document_.Shown();
+    context_.OtherScreens.ShowCorridorReport(
+        std::make_shared<ReportedCorridor>(ReportedCorridor{shown.Of, shown.Runs, shown.Filter, document_.Root()}));
 }
 
 void frmCorridor::MakeStudies() {

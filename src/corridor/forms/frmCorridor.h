@@ -55,6 +55,7 @@ private:
     void FillAddRuns(QMenu& menu);
     void OpenFirst(const std::optional<std::string>& path);
     void ImportTracks();
+    void ShowReport();
     void MakeStudies();
     void ChangeSettings();
     void ChangeOptions();

@@ -92,7 +92,12 @@ QLayout* frmCorridor::BuildRunButtons() {
         "btnStudies", QStringLiteral("&Make Studies..."),
         QStringLiteral("A study of the runs at each node, for each direction and period, in their Study Group"),
         [this] { MakeStudies(); });
-    onNodes_ = {btnAddRuns_, import, studies};
+    auto* report = AddButton("btnReport", QStringLiteral("Repor&t..."),
+                             QStringLiteral("Preview, print or save as PDF what the corridor shows (Ctrl+P)"),
+                             [this] { ShowReport(); });
+    connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+P")), this), &QShortcut::activated, report,
+            &QPushButton::click);
+    onNodes_ = {btnAddRuns_, import, studies, report};
     auto* row = new QHBoxLayout;
     for (QPushButton* button : onNodes_) row->addWidget(button);
     return row;

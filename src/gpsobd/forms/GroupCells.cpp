@@ -12,14 +12,17 @@ QWidget* GroupCells::createEditor(QWidget* parent, const QStyleOptionViewItem&, 
     auto* box = Named<QComboBox>(parent, "cmbRowGroup");
     box->setAccessibleName(QStringLiteral("Study Group of the row"));
     box->setEditable(true);
+    box->setInsertPolicy(QComboBox::NoInsert);
     for (const std::string& group : Groups()) box->addItem(ToQt(group));
-    // What is chosen in the list is entered at once.
+    // What is chosen in the list, or typed as it stands there, is entered at once; but the key that chose it, and that
+    // goes on to the window, must still find the editor open.
     auto* cells = const_cast<GroupCells*>(this);
-    connect(box, &QComboBox::activated, cells, [cells, box] {
-        box->lineEdit()->setModified(true);
+    connect(box, &QComboBox::activated, box, [box] { box->lineEdit()->setModified(true); });
+    const auto enter = [cells, box] {
         emit cells->commitData(box);
         emit cells->closeEditor(box);
-    });
+    };
+    connect(box, &QComboBox::activated, box, enter, Qt::QueuedConnection);
     return box;
 }
 

@@ -52,11 +52,19 @@ void AddRuns(std::vector<RunsForStudy>& groups, const RunsForStudy& runs) {
     its->Names.insert(its->Names.end(), runs.Names.begin(), runs.Names.end());
 }
 
+std::vector<MapNode> MapNodesOf(const Corridor& corridor) {
+    std::vector<MapNode> nodes;
+    for (const CorridorNode& node : corridor.Nodes)
+        if (node.At) nodes.push_back({node.Name, *node.At});
+    return nodes;
+}
+
 std::string TitleOf(const InboxTrack& track) { return LastComponent(track.Path) + ", " + std::to_string(track.Number); }
 
 }  // namespace
 
-frmImportTracks::frmImportTracks(AppContext& context, const std::vector<std::string>& paths, QWidget* parent)
+frmImportTracks::frmImportTracks(AppContext& context, const std::vector<std::string>& paths,
+                                 const std::string& corridor, QWidget* parent)
     : QDialog(parent), context_(context) {
     setObjectName(QStringLiteral("frmImportTracks"));
     setWindowTitle(QStringLiteral("Import Tracks"));
@@ -75,28 +83,32 @@ frmImportTracks::frmImportTracks(AppContext& context, const std::vector<std::str
     column->addWidget(lblRemarks_);
     column->addLayout(BuildFoot());
     ConnectControls();
+    cmbGroup_->setFocus();
     resize(1120, 640);
     RememberLayout(*this, context.Memory);
+    if (!corridor.empty()) ChooseCorridor(corridor);
     AddFiles(paths);
 }
 
 void frmImportTracks::AskForFiles() {
     AddFiles(context_.DesktopServices.ChooseFilesToOpen(context_.State.Paths.FieldDataPath, "Add Tracks", "Tracks",
                                                         LogExtensions()));
+    // With a group, and so with names, Enter takes the runs.
+    if (!tracks_.empty() && !Group().empty()) vaTracks_->setFocus();
 }
 
 void frmImportTracks::AddFiles(const std::vector<std::string>& paths) {
     std::vector<std::string> added;
     for (const std::string& path : paths)
         if (!files_.contains(path) && std::ranges::find(added, path) == added.end()) added.push_back(path);
-    std::vector<InboxFile> read;
+    std::vector<Reading> read;
     const bool isSigned = HasSignedCoordinates(context_.State.Choices);
     const TrackSources choices = TrackSourcesOf(context_.State.Choices, context_.OtherPrograms);
     const auto readAll = [&, settings = context_.State.Settings](FileSystem& files, const Progress& progress) {
         const PalmDatabase palm(files);
         const LogSources sources{files, context_.Databases, palm, context_.Time, isSigned, choices};
         for (std::size_t i = 0; i < added.size(); ++i) {
-            InboxFile file = ReadTracks(sources, added[i], settings, progress.PartOf(i, added.size()));
+            Reading file = ReadFile(sources, added[i], settings, progress.PartOf(i, added.size()));
             // A file in which the user stopped the reading may lack its end.
             if (!progress(i + 1, added.size())) return;
             read.push_back(std::move(file));
@@ -107,20 +119,31 @@ void frmImportTracks::AddFiles(const std::vector<std::string>& paths) {
     TakeInbox(added, std::move(read));
 }
 
-void frmImportTracks::TakeInbox(const std::vector<std::string>& paths, std::vector<InboxFile> read) {
+void frmImportTracks::TakeInbox(const std::vector<std::string>& paths, std::vector<Reading> read) {
     const std::size_t before = rows_.size();
+    std::vector<PassFacts> passes;
     for (std::size_t i = 0; i < read.size(); ++i) {
-        InboxFile& file = read[i];
+        InboxFile& file = read[i].File;
         paths_.push_back(paths[i]);
-        files_[paths[i]] = {std::move(file.Remarks), !file.Tracks.empty(), file.HasColumns};
+        files_[paths[i]] = {std::move(file.Remarks), !file.Tracks.empty(), file.HasColumns, read[i].Known};
         std::ranges::move(file.Tracks, std::back_inserter(tracks_));
+        std::ranges::move(read[i].Passes, std::back_inserter(passes));
     }
+    TakeTracks(before, std::move(passes));
+    mapped_.clear();
+    ShowTracks();
+}
+
+/// Makes the rows of tracks from the one with that index on.
+void frmImportTracks::TakeTracks(std::size_t before, std::vector<PassFacts> passes) {
     for (std::size_t i = before; i < tracks_.size(); ++i) {
-        rows_.push_back({ProfileTrace(tracks_[i].Run, context_.State.Settings.SpeedFactor), {}, {}, {}, true, false});
+        InboxRow& row = rows_.emplace_back(InboxRow{});
+        row.Trace = ProfileTrace(tracks_[i].Run, context_.State.Settings.SpeedFactor);
+        if (!passes.empty()) row.Pass = std::move(passes[i - before]);
         const auto kept = kept_.find({tracks_[i].Path, tracks_[i].Number});
         if (kept == kept_.end()) continue;
-        rows_.back().OwnGroup = kept->second.OwnGroup;
-        rows_.back().TypedName = kept->second.TypedName;
+        row.OwnGroup = kept->second.OwnGroup;
+        row.TypedName = kept->second.TypedName;
     }
     FindSameRuns();
     for (std::size_t i = before; i < rows_.size(); ++i) {
@@ -129,8 +152,6 @@ void frmImportTracks::TakeInbox(const std::vector<std::string>& paths, std::vect
         const bool isAsBefore = kept != kept_.end() && kept->second.WasFlagged == isFlagged;
         rows_[i].IsTaken = isAsBefore ? kept->second.IsTaken : !isFlagged || !rows_[i].TypedName.empty();
     }
-    mapped_.clear();
-    ShowTracks();
 }
 
 /// The way of the chosen track and of those that begin near it; without a position the profile has the room.
@@ -149,6 +170,7 @@ void frmImportTracks::ShowMap(std::size_t chosen) {
         MapContents contents;
         contents.Title = "Tracks";
         contents.Shown = UnitsOf(context_.State);
+        if (corridor_) contents.Nodes = MapNodesOf(corridor_->Of);
         for (std::size_t i = 0; i < tracks_.size(); ++i) {
             mapped_[i] = isNear(tracks_[i]);
             contents.Tracks.push_back(mapped_[i] ? TrackOf(tracks_[i].Run, TitleOf(tracks_[i])) : MapTrack());
@@ -180,6 +202,8 @@ void frmImportTracks::ReadFilesAgain() {
     kept_.clear();
 }
 
+bool frmImportTracks::HasEntries() const { return std::ranges::any_of(rows_, &InboxRow::HasEntries); }
+
 bool frmImportTracks::IsWithoutFlags(std::size_t index) const {
     return tracks_[index].Flags.empty() && rows_[index].SameAs.empty();
 }
@@ -196,11 +220,10 @@ void frmImportTracks::ShowTracks() {
         vaTracks_->setSortingEnabled(false);
         vaTracks_->setCurrentCell(std::clamp(current, 0, std::max(0, vaTracks_->rowCount() - 1)), File);
     }
-    std::vector<std::string> failures;
-    for (const auto& [path, file] : files_)
-        if (!file.HasTracks) failures.insert(failures.end(), file.Remarks.begin(), file.Remarks.end());
-    lblRemarks_->setText(ToQt(FirstOf(failures, 3, "\n")));
-    lblRemarks_->setVisible(!failures.empty());
+    vaTracks_->setColumnHidden(Nodes, !corridor_);
+    const std::string remarks = RemarksOnFiles();
+    lblRemarks_->setText(ToQt(remarks));
+    lblRemarks_->setVisible(!remarks.empty());
     for (QPushButton* button : {btnUnflagged_, btnGroupOfRows_}) button->setEnabled(!tracks_.empty());
     btnColumns_->setEnabled(std::ranges::any_of(files_, [](const auto& file) { return file.second.HasColumns; }));
     ShowNames();
@@ -216,6 +239,7 @@ void frmImportTracks::ShowTrack(std::size_t index, const Units& units) {
     vaTracks_->SetText(row, Picture, {});
     vaTracks_->SetText(row, Start, ToQt(ShortDate(header.RunDate) + " " + ShortTime(header.RunTime)));
     vaTracks_->SetText(row, Direction, ToQt(track.Direction));
+    vaTracks_->SetText(row, Nodes, ToQt(NodesOf(index)));
     vaTracks_->SetNumber(row, Length, header.RunLength, ToQt(units.LengthCell(header.RunLength)));
     vaTracks_->SetText(row, Duration, DurationText(track.Run));
     vaTracks_->SetText(row, GroupOfRow, ToQt(GroupOf(index)));
@@ -238,7 +262,7 @@ std::vector<std::string> frmImportTracks::FlagsOf(std::size_t index) const {
 std::vector<TakenTrack> frmImportTracks::NamedTracks() const {
     std::vector<TakenTrack> tracks;
     for (const std::size_t index : vaTracks_->Ticked())
-        tracks.push_back({&tracks_[index], GroupOf(index), rows_[index].TypedName});
+        tracks.push_back({&tracks_[index], GroupOf(index), rows_[index].TypedName, {}});
     NameTracks(std::string(Trim(FromQt(txtBaseName_->text()))), tracks, namesInGroups_);
     return tracks;
 }
@@ -269,7 +293,7 @@ void frmImportTracks::TickUnflagged() {
 
 void frmImportTracks::ShowChosen() {
     const int row = vaTracks_->currentRow();
-    btnReview_->setEnabled(ChosenPath() != nullptr);
+    btnReview_->setEnabled(ChosenPath() != nullptr && !corridor_);
     ShowNotes();
     if (row < 0 || tracks_.empty()) {
         map_->hide();
@@ -329,11 +353,11 @@ void frmImportTracks::ReviewChosen() {
 void frmImportTracks::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const QWidget* field = focusWidget();
-    // A cell's editor, which stands until it has closed, takes it, too.
-    const auto* editor = vaTracks_->viewport()->findChild<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
-    if (isEnter && editor != nullptr && editor->isVisible()) return;
+    // A cell's editor takes Enter, but hands it on, and closes only afterwards.
+    if (isEnter && vaTracks_->isPersistentEditorOpen(vaTracks_->currentIndex())) return;
     // Above the list Enter takes what was typed, and the list shows what came of it.
-    if (isEnter && (field == cmbGroup_ || field == txtBaseName_ || field == cmbZone_ || field == spnGap_))
+    if (isEnter && (field == cmbGroup_ || field == txtBaseName_ || field == cmbZone_ || field == spnGap_ ||
+                    field == cmbCorridor_ || field == cmbCondition_))
         return vaTracks_->setFocus();
     if (event->key() == Qt::Key_F2 && field == vaTracks_) return EditChosen(Name);
     QDialog::keyPressEvent(event);
@@ -344,7 +368,7 @@ void frmImportTracks::done(int result) {
         bool isWritten = false;
         Guarded(context_.Messages, [&] { isWritten = WriteTicked(); });
         if (!isWritten) return;
-    } else if (std::ranges::any_of(rows_, &InboxRow::HasEntries) &&
+    } else if (HasEntries() &&
                !context_.Messages.ConfirmLoss("Names or Study Groups of runs were typed, and no run was made.\nDo you "
                                               "want to discard them?")) {
         return;
@@ -390,14 +414,11 @@ bool frmImportTracks::WriteTicked() {
     std::stable_partition(tracks.begin(), tracks.end(),
                           [&](const TakenTrack& track) { return track.Group == Group(); });
     ApplicationState& state = context_.State;
-    const std::string root = state.Paths.StudyGroupRootPath;
+    const std::string root = GroupRoot();
     for (const TakenTrack& track : tracks) MakeStudyGroup(context_.Files, context_.Messages, root, track.Group, {});
-    bool isWritten = false;
-    context_.Work.Run("Writing the runs", [&](FileSystem& files, const Progress& progress) {
-        isWritten = WriteTracks(files, tracks, root, progress);
-    });
-    if (!isWritten) return false;
+    if (!Write(tracks)) return false;
     RememberGroupOfRuns(state, context_.Files, tracks.front().Group);
+    if (corridor_) return true;
     state.Choices = StoreUserChoices(context_.Files, {{BaseNameKey, FromQt(txtBaseName_->text())}});
     if (!chkForStudy_->isChecked()) return true;
     for (const TakenTrack& track : tracks) AddRuns(forStudy_, {GroupFolder(root, track.Group), {track.Name}});

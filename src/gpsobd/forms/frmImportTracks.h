@@ -9,7 +9,9 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
+#include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,6 +21,8 @@
 #include "core/Choices.h"
 #include "core/forms/TickList.h"
 #include "core/forms/WrappedLabel.h"
+#include "corridor/Corridor.h"
+#include "gpsobd/CorridorTracks.h"
 #include "gpsobd/TrackInbox.h"
 #include "gpsobd/forms/ZoneBox.h"
 #include "map/forms/MapView.h"
@@ -29,10 +33,13 @@ class QLayout;
 namespace vantor {
 
 /// "Import Tracks": the runs that files of any kind would give, each a row with its picture and what is to be looked at
-/// before it is taken. On OK the ticked ones become run files of a Study Group; nothing is written before.
+/// before it is taken. On OK the ticked ones become run files of a Study Group; nothing is written before. With a
+/// corridor chosen the rows are the passes along it, which its file takes as well.
 class frmImportTracks : public QDialog {
 public:
-    frmImportTracks(AppContext& context, const std::vector<std::string>& paths, QWidget* parent = nullptr);
+    /// `corridor` is the file of the one chosen to begin with; empty for none.
+    frmImportTracks(AppContext& context, const std::vector<std::string>& paths, const std::string& corridor = {},
+                    QWidget* parent = nullptr);
 
     /// The runs that were written and that the study is to take, by group: those of the ticked tracks, the group above
     /// the list first, and those of reviews.
@@ -46,15 +53,16 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    enum Column { File, Picture, Start, Direction, Length, Duration, GroupOfRow, Name, Flags };
+    enum Column { File, Picture, Start, Direction, Nodes, Length, Duration, GroupOfRow, Name, Flags };
     static constexpr const char* BaseNameKey = "ImportBaseName";
 
     /// What the user does with a track.
     struct InboxRow {
         ProfileTrace Trace;
-        std::string SameAs;     ///< the run that is the same drive; mostly empty
-        std::string OwnGroup;   ///< empty: the one above the list
-        std::string TypedName;  ///< empty: the next one that is free
+        std::string SameAs;             ///< the run that is the same drive; mostly empty
+        std::string OwnGroup;           ///< empty: the one above the list
+        std::string TypedName;          ///< empty: the next one that is free
+        std::optional<PassFacts> Pass;  ///< along the corridor; nothing without one
         bool IsTaken = true;
         bool WasFlagged = false;  ///< before its file was read again
 
@@ -62,10 +70,24 @@ private:
     };
 
     /// What a file gave beside their tracks.
-    struct ReadFile {
+    struct InboxSource {
         std::vector<std::string> Remarks;
         bool HasTracks = false;
         bool HasColumns = false;
+        std::size_t Known = 0;  ///< passes that the corridor has already
+    };
+
+    /// What reading a file gives.
+    struct Reading {
+        InboxFile File;
+        std::vector<PassFacts> Passes;  ///< of its tracks, with a corridor
+        std::size_t Known = 0;
+    };
+
+    /// The corridor that tracks are cut by.
+    struct ChosenCorridor {
+        std::string Path;
+        Corridor Of;
     };
 
     QLayout* BuildHead();
@@ -85,7 +107,17 @@ private:
     void LeaveCell(QAbstractItemDelegate::EndEditHint hint);
     void Regroup();
     void ShowGroups();
-    void TakeInbox(const std::vector<std::string>& paths, std::vector<InboxFile> read);
+    QLayout* BuildCorridor();
+    void ChooseCorridor(const std::string& path);
+    void ProposeNames();
+    Reading ReadFile(const LogSources& sources, const std::string& path, const AppSettings& settings,
+                     const Progress& progress) const;
+    void TakeInbox(const std::vector<std::string>& paths, std::vector<Reading> read);
+    void TakeTracks(std::size_t before, std::vector<PassFacts> passes);
+    std::string RemarksOnFiles() const;
+    std::string NodesOf(std::size_t index) const;
+    bool HasEntries() const;
+    bool Write(const std::vector<TakenTrack>& tracks);
     void ShowMap(std::size_t chosen);
     void FindSameRuns();
     void ShowTracks();
@@ -99,6 +131,7 @@ private:
     std::vector<std::string> FlagsOf(std::size_t index) const;
     const std::string* ChosenPath() const;
     std::vector<TakenTrack> NamedTracks() const;
+    std::string GroupRoot() const;
     std::string Group() const;
     std::string GroupOf(std::size_t index) const;
     std::vector<std::string> KnownGroups() const;
@@ -112,11 +145,16 @@ private:
     std::vector<InboxRow> rows_;  ///< of the tracks
     std::vector<bool> mapped_;    ///< whether a track is on the map
     NamesInGroups namesInGroups_;
-    std::map<std::string, ReadFile> files_;                 ///< by path
+    std::map<std::string, InboxSource> files_;              ///< by path
     std::map<std::pair<std::string, int>, InboxRow> kept_;  ///< by file and number, while files are read again
     std::string shownGroup_;
     std::vector<RunsForStudy> forStudy_;
     std::vector<RunsForStudy> reviewed_;
+    std::optional<ChosenCorridor> corridor_;
+    std::string plainGroup_;     ///< as it was entered without a corridor
+    std::string plainBaseName_;  ///< likewise
+    QComboBox* cmbCorridor_ = nullptr;
+    QComboBox* cmbCondition_ = nullptr;
     QComboBox* cmbGroup_ = nullptr;
     QLineEdit* txtBaseName_ = nullptr;
     ZoneBox* cmbZone_ = nullptr;

@@ -14,6 +14,11 @@ namespace vantor {
 
 // Which Study Group the run of a track goes to.
 
+/// Where the Study Groups are.
+std::string frmImportTracks::GroupRoot() const {
+    return corridor_ ? FolderOf(corridor_->Path) : context_.State.Paths.StudyGroupRootPath;
+}
+
 std::string frmImportTracks::Group() const { return std::string(Trim(FromQt(cmbGroup_->currentText()))); }
 
 std::string frmImportTracks::GroupOf(std::size_t index) const {
@@ -62,7 +67,7 @@ void frmImportTracks::FindSameRuns() {
         rows_[i].SameAs.clear();
         groups.push_back(GroupOf(i));
         const bool isName = IsSafeName(groups.back());
-        folders.push_back(isName ? GroupFolder(context_.State.Paths.StudyGroupRootPath, groups.back()) : "");
+        folders.push_back(isName ? GroupFolder(GroupRoot(), groups.back()) : "");
     }
     namesInGroups_.clear();
     std::vector<SameRun> same;

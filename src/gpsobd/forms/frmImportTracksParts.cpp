@@ -32,9 +32,13 @@ QWidget* frmImportTracks::BuildList() {
         QStringLiteral("No track yet. Add files, or drop them here: logs of GPS and OBD loggers, GPX, NMEA, CSV."));
     const QString unit = QLatin1Char(' ') + ToQt(UnitsOf(context_.State).LengthTitle());
     vaTracks_->SetColumns({QStringLiteral("Track"), QStringLiteral("Speed"), QStringLiteral("Start"),
-                           QStringLiteral("Direction"), QStringLiteral("Length") + unit, QStringLiteral("Duration"),
-                           QStringLiteral("Study Group"), QStringLiteral("Name of the Run"),
+                           QStringLiteral("Direction"), QStringLiteral("Nodes"), QStringLiteral("Length") + unit,
+                           QStringLiteral("Duration"), QStringLiteral("Study Group"), QStringLiteral("Name of the Run"),
                            QStringLiteral("To Be Looked At")});
+    // What is to be looked at has the room.
+    QHeaderView* heads = vaTracks_->horizontalHeader();
+    for (const Column column : {Direction, Nodes, Duration})
+        heads->resizeSection(column, heads->sectionSizeHint(column));
     constexpr int LinesARow = 2;
     vaTracks_->verticalHeader()->setDefaultSectionSize(LinesARow * fontMetrics().height() + 4);
     vaTracks_->setWordWrap(true);
@@ -79,6 +83,8 @@ QWidget* frmImportTracks::BuildChosen() {
 }
 
 QLayout* frmImportTracks::BuildHead() {
+    auto* rows = new QVBoxLayout;
+    rows->addLayout(BuildCorridor());
     cmbGroup_ = Named<QComboBox>(this, "cmbGroup");
     cmbGroup_->setEditable(true);
     cmbGroup_->setMinimumContentsLength(20);
@@ -95,8 +101,6 @@ QLayout* frmImportTracks::BuildHead() {
     txtBaseName_->setPlaceholderText(QStringLiteral("as the Study Group"));
     txtBaseName_->setToolTip(QStringLiteral("Runs are named after it, their direction and the next free number"));
     BuildReading();
-    btnAddFiles_ = Named<QPushButton>(this, "btnAddFiles", QStringLiteral("Add &Files..."));
-    btnAddFiles_->setAutoDefault(false);
     btnColumns_ = Named<QPushButton>(this, "btnColumns", QStringLiteral("&Columns..."));
     btnColumns_->setToolTip(QStringLiteral("What the columns of CSV files hold"));
     btnColumns_->setAutoDefault(false);
@@ -118,20 +122,13 @@ QLayout* frmImportTracks::BuildHead() {
     row->addWidget(LabelFor(txtBaseName_, QStringLiteral("&Base Name")));
     row->addWidget(txtBaseName_, 1);
     row->addSpacing(8);
-    auto* rows = new QVBoxLayout;
+    row->addWidget(btnColumns_);
+    row->addWidget(btnReview_);
     rows->addLayout(row);
     rows->addLayout(how);
-    constexpr int WidthForButtons = 900;
+    constexpr int NarrowWidth = 900;
     constexpr int LettersOfZone = 18;
-    const bool isNarrow = screen()->availableGeometry().width() < WidthForButtons;
-    auto* buttons = isNarrow ? new QHBoxLayout : how;
-    if (isNarrow) {
-        cmbZone_->setMinimumContentsLength(LettersOfZone);
-        rows->addLayout(buttons);
-    }
-    (isNarrow ? buttons : row)->addWidget(btnAddFiles_);
-    buttons->addWidget(btnColumns_);
-    buttons->addWidget(btnReview_);
+    if (screen()->availableGeometry().width() < NarrowWidth) cmbZone_->setMinimumContentsLength(LettersOfZone);
     return rows;
 }
 
@@ -180,6 +177,8 @@ void frmImportTracks::ConnectControls() {
     Connect(btnReview_, &QPushButton::clicked, this, messages, [this] { ReviewChosen(); });
     Connect(btnUnflagged_, &QPushButton::clicked, this, messages, [this] { TickUnflagged(); });
     Connect(btnGroupOfRows_, &QPushButton::clicked, this, messages, [this] { EditChosen(GroupOfRow); });
+    Connect(cmbCorridor_, &QComboBox::activated, this, messages,
+            [this] { ChooseCorridor(FromQt(cmbCorridor_->currentData().toString())); });
     Connect(cmbGroup_, &QComboBox::activated, this, messages, [this] { TakeGroup(); });
     Connect(cmbGroup_->lineEdit(), &QLineEdit::editingFinished, this, messages, [this] { TakeGroup(); });
     Connect(txtBaseName_, &QLineEdit::textChanged, this, messages, [this] { ShowNames(); });

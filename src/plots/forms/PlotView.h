@@ -27,11 +27,15 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     std::string Description() const override;
     std::string TipAt(CanvasPoint place) const override { return TextOf(ItemAt(place)); }
+    QString Draw(Canvas& canvas) override;
+    bool Drag(CanvasPoint from, CanvasPoint to) override;
+    void ZoomAbout(CanvasPoint place, double factor) override;
+    CanvasBox Box() const;
+    PlotLook Look() const;
     /// Nothing where the plot cannot be drawn.
     std::optional<PlotMap> Map() const;
 
 private:
-    QString Draw(Canvas& canvas) override;
     void DrawItem(Canvas& canvas, int item) override;
     bool HasDrawing() const override { return plot_.EmptyText.empty() && Map().has_value(); }
     std::string Title() const override { return plot_.Axes.Title; }
@@ -39,12 +43,8 @@ private:
     int LastItem() const override { return static_cast<int>(plot_.Items.size()); }
     int ItemAt(CanvasPoint place) const override;
     void BringIntoView(int item) override;
-    bool Drag(CanvasPoint from, CanvasPoint to) override;
-    void ZoomAbout(CanvasPoint place, double factor) override;
     CanvasPoint Middle() const override;
 
-    CanvasBox Box() const;
-    PlotLook Look() const;
     void SetWindow(const PlotWindow& window);
     std::string TextOf(int item) const;
 

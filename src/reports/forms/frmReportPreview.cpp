@@ -7,8 +7,9 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <array>
+#include <utility>
 
-#include "core/Paths.h"
 #include "core/StudyFile.h"
 #include "core/Text.h"
 #include "core/UserChoices.h"
@@ -18,23 +19,13 @@
 #include "core/forms/Named.h"
 #include "core/forms/Theme.h"
 #include "core/forms/WindowLayout.h"
-#include "map/BaseMapFile.h"
+#include "reports/CorridorReportSource.h"
+#include "reports/StudyReportSource.h"
 #include "reports/forms/SavePdf.h"
 
 namespace vantor {
 namespace {
 
-/// By ReportKind.
-constexpr std::array<const char*, ReportNames.size()> ReportCaptions = {"Co&ver",
-                                                                        "Study S&ummary",
-                                                                        "S&tatistics over Runs",
-                                                                        "Before and &After",
-                                                                        "Control &Delay and Running Average",
-                                                                        "Time-Space D&iagram and Speeds",
-                                                                        "Map of th&e Runs",
-                                                                        "Speed Pro&files",
-                                                                        "Method a&nd Grades",
-                                                                        "Detailed Statistics by &Run"};
 /// In the order of the zoom list.
 constexpr std::array ZoomSteps = {static_cast<int>(ReportPagesView::FitWidth),
                                   static_cast<int>(ReportPagesView::FitPage),
@@ -49,11 +40,29 @@ constexpr std::array ZoomSteps = {static_cast<int>(ReportPagesView::FitWidth),
                                   400};
 constexpr int FirstPercent = 2;
 
-constexpr const char* ChoiceKey = "frmReportPreview.reports";
+std::shared_ptr<ReportSource> SourceOfStudy(const AppContext& context) {
+    return std::make_shared<StudyReportSource>(
+        StudyReportSource::From{context.State.CurrentStudy, StudyGroupFolder(context.State), context.State.Settings,
+                                context.Time.Now(), ChoiceOf(context.State.Choices, BaseMapKey)},
+        context.Tiles);
+}
+
+std::shared_ptr<ReportSource> SourceOf(const AppContext& context, std::shared_ptr<const ReportedCorridor> corridor) {
+    return std::make_shared<CorridorReportSource>(
+        CorridorReportSource::From{std::move(corridor), context.State.Settings, context.Time.Now(),
+                                   ChoiceOf(context.State.Choices, BaseMapKey)},
+        context.Tiles);
+}
 
 }  // namespace
 
-frmReportPreview::frmReportPreview(AppContext& context) : context_(context) {
+frmReportPreview::frmReportPreview(AppContext& context) : frmReportPreview(context, SourceOfStudy(context)) {}
+
+frmReportPreview::frmReportPreview(AppContext& context, std::shared_ptr<const ReportedCorridor> corridor)
+    : frmReportPreview(context, SourceOf(context, std::move(corridor))) {}
+
+frmReportPreview::frmReportPreview(AppContext& context, std::shared_ptr<ReportSource> source)
+    : context_(context), source_(std::move(source)) {
     LoadData();
     setObjectName(QStringLiteral("frmReportPreview"));
     setWindowTitle(QStringLiteral("Print Report"));
@@ -80,13 +89,8 @@ frmReportPreview::frmReportPreview(AppContext& context) : context_(context) {
 
 void frmReportPreview::LoadData() {
     const bool isWhole = context_.Work.Run(
-        "Reading the runs of the study",
-        [&data = data_, study = context_.State.CurrentStudy, settings = context_.State.Settings,
-         folder = StudyGroupFolder(context_.State), now = context_.Time.Now(), &tiles = context_.Tiles,
-         baseMap = ChoiceOf(context_.State.Choices, BaseMapKey)](FileSystem& files, const Progress& progress) {
-            data = LoadReportData(study, settings, files, folder, now, progress);
-            data.UnderMap = OpenBaseMap(tiles, baseMap);
-        });
+        source_->LoadingText(),
+        [source = source_](FileSystem& files, const Progress& progress) { source->Load(files, progress); });
     // A report on a part of the runs would be taken for one on all.
     if (!isWhole) QMetaObject::invokeMethod(this, &QDialog::reject, Qt::QueuedConnection);
 }
@@ -95,12 +99,10 @@ QLayout* frmReportPreview::BuildChoices() {
     auto* column = new QVBoxLayout;
     column->addWidget(BuildReports());
     column->addWidget(BuildPaper());
-    if (!data_.Problems.empty()) {
+    if (const std::vector<std::string> problems = source_->Problems(); !problems.empty()) {
         auto* lblProblems = Named<QLabel>(this, "lblProblems");
         std::string text;
-        for (const ReportRun& run : data_.Runs)
-            if (!run.Problem.empty())
-                text += "\n" + run.Problem + ": " + RunFileName(data_.Contents.Entries[run.Number]);
+        for (const std::string& problem : problems) text += "\n" + problem;
         constexpr std::size_t MostShown = 300;
         const std::string_view shown = FirstCharacters(text, MostShown);
         lblProblems->setText(QStringLiteral("Not all runs can be printed:") + ToQt(shown) +
@@ -125,10 +127,10 @@ QGroupBox* frmReportPreview::BuildReports() {
     auto* layout = new QVBoxLayout(frame);
     // There are many, and low screens.
     layout->setSpacing(2);
-    for (std::size_t i = 0; i < chkReport_.size(); ++i) {
-        chkReport_[i] = Named<QCheckBox>(frame, "", QLatin1String(ReportCaptions[i]));
-        chkReport_[i]->setObjectName(QStringLiteral("chkReport(%1)").arg(i));
-        layout->addWidget(chkReport_[i], 0, Qt::AlignLeft);
+    for (const ReportSource::Part& part : source_->Parts()) {
+        QCheckBox* report = chkReport_.emplace_back(Named<QCheckBox>(frame, "", ToQt(part.Caption)));
+        report->setObjectName(QStringLiteral("chkReport(%1)").arg(chkReport_.size() - 1));
+        layout->addWidget(report, 0, Qt::AlignLeft);
     }
     return frame;
 }
@@ -231,11 +233,12 @@ void frmReportPreview::ConnectAll() {
 
 void frmReportPreview::RecallChoice() {
     // Paper, orientation, headings and reports as one digit each, then the position in the zoom list.
-    const std::string kept = context_.Memory.Recall(ChoiceKey);
+    const std::string kept = context_.Memory.Recall(source_->ChoiceKey());
     constexpr std::size_t BeforeReports = 3;
     const bool isKept = kept.size() > BeforeReports + chkReport_.size();
+    const std::vector<ReportSource::Part> parts = source_->Parts();
     for (std::size_t i = 0; i < chkReport_.size(); ++i)
-        chkReport_[i]->setChecked(isKept ? kept[BeforeReports + i] == '1' : ReportChoice().Reports[i]);
+        chkReport_[i]->setChecked(isKept ? kept[BeforeReports + i] == '1' : parts[i].IsUsual);
     if (!isKept) return;
     cmbPaper_->setCurrentIndex(kept[0] == '1' ? 1 : 0);
     cmbOrientation_->setCurrentIndex(kept[1] == '1' ? 1 : 0);
@@ -249,15 +252,15 @@ void frmReportPreview::StoreChoice() {
     std::string kept = std::to_string(cmbPaper_->currentIndex()) + std::to_string(cmbOrientation_->currentIndex());
     kept += chkLeaveOutHeadings_->isChecked() ? '1' : '0';
     for (const QCheckBox* report : chkReport_) kept += report->isChecked() ? '1' : '0';
-    context_.Memory.Store(ChoiceKey, kept + std::to_string(cmbZoom_->currentIndex()));
+    context_.Memory.Store(source_->ChoiceKey(), kept + std::to_string(cmbZoom_->currentIndex()));
 }
 
-ReportChoice frmReportPreview::Choice() const {
-    ReportChoice choice;
-    for (std::size_t i = 0; i < chkReport_.size(); ++i) choice.Reports[i] = chkReport_[i]->isChecked();
-    choice.Sheet = cmbPaper_->currentIndex() == 1 ? Paper::A4 : Paper::Letter;
-    choice.IsLandscape = cmbOrientation_->currentIndex() == 1;
-    choice.HasHeadings = !chkLeaveOutHeadings_->isChecked();
+PrintChoice frmReportPreview::Choice() const {
+    PrintChoice choice;
+    for (const QCheckBox* report : chkReport_) choice.Parts.push_back(report->isChecked());
+    choice.Pages.Sheet = cmbPaper_->currentIndex() == 1 ? Paper::A4 : Paper::Letter;
+    choice.Pages.IsLandscape = cmbOrientation_->currentIndex() == 1;
+    choice.Pages.HasHeadings = !chkLeaveOutHeadings_->isChecked();
     return choice;
 }
 
@@ -267,16 +270,13 @@ void frmReportPreview::ChoiceChanged() {
 }
 
 void frmReportPreview::ShowDocument() {
-    const bool hasRuns = !data_.Runs.empty();
+    const std::string noRuns = source_->NoRunsText();
     document_ = {};
-    if (hasRuns)
+    if (noRuns.empty())
         context_.Work.Run("Laying out the report", [this, choice = Choice()](FileSystem&, const Progress&) {
-            document_ = MakeReport(data_, choice, context_.Documents.Measure());
+            document_ = source_->Make(choice, context_.Documents.Measure());
         });
-    const QString empty = hasRuns ? QStringLiteral("Choose one or more reports on the left.")
-                                  : QStringLiteral(
-                                        "This study has no runs.\n"
-                                        "Close this window, add runs with Add Run, and print then.");
+    const QString empty = noRuns.empty() ? QStringLiteral("Choose one or more reports on the left.") : ToQt(noRuns);
     const bool hasPages = !document_.Pages.empty();
     picReport_->SetEmptyText(empty);
     if (!hasPages) picReport_->setAccessibleDescription(empty);
@@ -318,9 +318,11 @@ void frmReportPreview::StepZoom(int steps) {
 void frmReportPreview::Print() { context_.DesktopServices.Print(document_); }
 
 void frmReportPreview::SaveAsPdf() {
-    const std::string study(Trim(data_.Contents.Record.StudyName));
-    const std::string name = study.empty() ? "Report" : WithSafeCharacters(study);
-    SavePdf(context_, document_, StudyGroupFolder(context_.State) + name, "Save Report");
+    SavePdf(context_, source_->PathToSave(), "Save Report",
+            [source = source_, choice = Choice(), &writer = context_.Documents](
+                FileSystem& files, const std::string& path, const Progress& progress) {
+                source->Save(files, path, choice, writer, progress);
+            });
 }
 
 void frmReportPreview::keyPressEvent(QKeyEvent* event) {

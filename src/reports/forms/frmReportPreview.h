@@ -8,25 +8,29 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QToolButton>
-#include <array>
+#include <memory>
+#include <vector>
 
 #include "core/AppContext.h"
+#include "corridor/ReportedCorridor.h"
+#include "reports/ReportSource.h"
 #include "reports/forms/ReportPagesView.h"
-#include "reports/modReports.h"
 
 namespace vantor {
 
-/// "Print Report": the reports on the current study as they will be printed, to be printed or saved as a PDF file. The
-/// choice of reports, paper and zoom is kept for the next time.
+/// "Print Report": the reports on the current study, or on a corridor, as they will be printed, to be printed or saved
+/// as a PDF file. The choice of reports, paper and zoom is kept for the next time, for both apart.
 class frmReportPreview : public QDialog {
 public:
     /// Error 6 for averages of the study that do not fit.
     explicit frmReportPreview(AppContext& context);
+    frmReportPreview(AppContext& context, std::shared_ptr<const ReportedCorridor> corridor);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    frmReportPreview(AppContext& context, std::shared_ptr<ReportSource> source);
     void LoadData();
     QLayout* BuildChoices();
     QGroupBox* BuildReports();
@@ -39,7 +43,7 @@ private:
     void RecallChoice();
     void StoreChoice();
 
-    ReportChoice Choice() const;
+    PrintChoice Choice() const;
     void ChoiceChanged();
     void ShowDocument();
     void ShowPage();
@@ -50,11 +54,11 @@ private:
     void SaveAsPdf();
 
     AppContext& context_;
-    ReportData data_;
+    std::shared_ptr<ReportSource> source_;
     PagedDocument document_;
 
     QCheckBox* chkLeaveOutHeadings_ = nullptr;
-    std::array<QCheckBox*, ReportNames.size()> chkReport_{};
+    std::vector<QCheckBox*> chkReport_;  ///< by the parts of the source
     QComboBox* cmbPaper_ = nullptr;
     QComboBox* cmbOrientation_ = nullptr;
     QComboBox* cmbZoom_ = nullptr;

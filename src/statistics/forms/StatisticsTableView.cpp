@@ -72,7 +72,8 @@ void StatisticsTableView::ShowLooks() {
         const bool isTotal = shown_.HasTotal && row + 1 == rowCount();
         for (int column = 0; column < static_cast<int>(cells.size()); ++column) {
             QTableWidgetItem& cell = *item(row, column);
-            if (column >= shown_.TextColumns && column <= lastFigure) cell.setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            if (column >= shown_.TextColumns && column <= lastFigure)
+                cell.setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
             if (cells[static_cast<std::size_t>(column)].IsWeak) ShowWeak(cell);
             QFont font = this->font();
             font.setBold(isTotal);

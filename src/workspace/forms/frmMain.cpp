@@ -301,7 +301,7 @@ void frmMain::ProcessTemporaryRuns() { TakeRuns(context_.OtherScreens.ShowUpload
 
 void frmMain::ProcessLog(LogKind kind) { TakeRuns(ImportLog(context_, kind)); }
 void frmMain::ImportTracks(const std::vector<std::string>& paths) {
-    TakeRunsOfGroups(context_.OtherScreens.ShowImportTracks(paths));
+    TakeRunsOfGroups(context_.OtherScreens.ShowImportTracks(paths, {}));
 }
 
 void frmMain::ShowStartUpOptions() { CarryOut(context_.OtherScreens.ShowStartUp()); }

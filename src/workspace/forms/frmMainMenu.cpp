@@ -265,6 +265,7 @@ void frmMain::CarryOut(StartUpChoice choice) {
         case StartUpChoice::ProcessCombined: return ProcessLog(LogKind::GpsObd);
         case StartUpChoice::ProcessBattelle: return ProcessLog(LogKind::Battelle);
         case StartUpChoice::ImportTracks: return ImportTracks({});
+        case StartUpChoice::Corridors: return context_.OtherScreens.ShowCorridor(std::nullopt);
     }
 }
 

@@ -158,7 +158,9 @@ std::vector<frmStartUp::Card> frmStartUp::StudyCards() const {
     std::vector<Card> cards = {{StartUpChoice::NewStudy, "BtnNewStudy", QStringLiteral("Start a &New Study"),
                                 "new-study", QStringLiteral("Begin with an empty study and add runs to it.")},
                                {StartUpChoice::OpenStudy, "BtnOpenStudy", QStringLiteral("Open &Existing Study"),
-                                "open-study", QStringLiteral("Choose a study of any Study Group.")}};
+                                "open-study", QStringLiteral("Choose a study of any Study Group.")},
+                               {StartUpChoice::Corridors, "BtnCorridors", QStringLiteral("&Analyze a Corridor"),
+                                "delay-chart", QStringLiteral("A street's signals and all runs along it.")}};
     const QString name = ToQt(LastStudyName(context_));
     if (name.isEmpty()) return cards;
     const QString group = ToQt(LastComponent(StudyGroupFolder(context_.State)));
