@@ -119,7 +119,7 @@ QLayout* frmCorridor::BuildFilterRow() {
     auto* settings = AddButton("btnSettings", QStringLiteral("Settin&gs..."),
                                QStringLiteral("Names of the directions, periods of the day, how runs are matched"),
                                [this] { ChangeSettings(); });
-    auto* options = AddButton("btnOptions", QStringLiteral("Op&tions..."),
+    auto* options = AddButton("btnOptions", QStringLiteral("Options..."),
                               QStringLiteral("How sure the figures are to be, the free-flow speed, grades of your own"),
                               [this] { ChangeOptions(); });
     auto* row = new QHBoxLayout;
