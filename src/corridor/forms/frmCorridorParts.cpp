@@ -23,7 +23,7 @@ namespace {
 
 constexpr int FastestMph = 200;
 constexpr int UsualWidth = 500;  // of what stands on the right
-constexpr int NarrowSpin = 84;
+constexpr int NarrowSpin = 100;
 constexpr int Space = 12;
 
 }  // namespace
@@ -119,7 +119,7 @@ QLayout* frmCorridor::BuildFilterRow() {
     auto* settings = AddButton("btnSettings", QStringLiteral("Settin&gs..."),
                                QStringLiteral("Names of the directions, periods of the day, how runs are matched"),
                                [this] { ChangeSettings(); });
-    auto* options = AddButton("btnOptions", QStringLiteral("Op&tions..."),
+    auto* options = AddButton("btnOptions", QStringLiteral("Options..."),
                               QStringLiteral("How sure the figures are to be, the free-flow speed, grades of your own"),
                               [this] { ChangeOptions(); });
     auto* row = new QHBoxLayout;
@@ -145,7 +145,7 @@ QLayout* frmCorridor::BuildIdealSpeeds() {
         auto* spin = Named<QSpinBox>(this, index == 0 ? "spnIdealForward" : "spnIdealBack");
         spin->setRange(0, FastestMph);
         spin->setSuffix(QStringLiteral(" MPH"));
-        spin->setSpecialValueText(QStringLiteral("each run's own"));
+        spin->setSpecialValueText(QStringLiteral("each run's"));
         spin->setToolTip(
             QStringLiteral("What a vehicle drives that nothing delays; 0 is the speed of each run at its "
                            "boundaries"));
