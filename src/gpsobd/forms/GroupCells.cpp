@@ -19,6 +19,7 @@ QWidget* GroupCells::createEditor(QWidget* parent, const QStyleOptionViewItem&, 
     auto* cells = const_cast<GroupCells*>(this);
     connect(box, &QComboBox::activated, box, [box] { box->lineEdit()->setModified(true); });
     const auto enter = [cells, box] {
+        if (box->isHidden()) return;  // Enter has closed it
         emit cells->commitData(box);
         emit cells->closeEditor(box);
     };

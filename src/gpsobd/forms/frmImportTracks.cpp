@@ -84,7 +84,7 @@ frmImportTracks::frmImportTracks(AppContext& context, const std::vector<std::str
     column->addLayout(BuildFoot());
     ConnectControls();
     cmbGroup_->setFocus();
-    resize(1120, 640);
+    resize(1240, 660);
     RememberLayout(*this, context.Memory);
     if (!corridor.empty()) ChooseCorridor(corridor);
     AddFiles(paths);
