@@ -1,7 +1,6 @@
 #include "corridor/CorridorFile.h"
 
 #include <cstddef>
-#include <utility>
 
 #include "core/Backup.h"
 #include "core/Paths.h"
@@ -66,7 +65,7 @@ SavedCorridor AddCorridor(WriteBatch& batch, FileSystem& files, const std::strin
 SavedCorridor SaveCorridor(FileSystem& files, const std::string& path, const Corridor& corridor, Expected expected) {
     const auto lock = files.Lock(FolderOf(path));
     const auto batch = files.BeginWrites();
-    SavedCorridor saved = AddCorridor(*batch, files, path, corridor, std::move(expected));
+    SavedCorridor saved = AddCorridor(*batch, files, path, corridor, expected);
     batch->Commit();
     return saved;
 }
