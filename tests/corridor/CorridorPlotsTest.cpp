@@ -82,7 +82,8 @@ TEST(CorridorPlotsTest, TimesCountFromTheFirstBandOrByTheClockWithTheGreens) {
     Drives drives;
     drives.Street.Nodes[0].Timings = drives.Street.Nodes[1].Timings = {{{}, {}, "", 80, 10, 30}};
     drives.Add(Drives::Drive(30));
-    drives.Add({Drives::Drive(0).begin() + 20, Drives::Drive(0).end()});
+    const auto whole = Drives::Drive(0);
+    drives.Add({whole.begin() + 20, whole.end()});
     const auto plot = [&](TimeSpaceClock clock) {
         return CorridorTimeSpacePlot(drives.Street, drives.Runs, {}, Way::Forward, clock, {});
     };
@@ -150,10 +151,14 @@ TEST(CorridorPlotsTest, BandsAreProposedWhereRunsSlowDown) {
         }
         return feet;
     };
-    drives.Add(slowing(5, 16));
-    drives.Add(slowing(40, 8));
+    // They drive less far between the marks than the street is long there.
+    const auto nodes = [](int standing) {
+        return std::vector<SetNode>{{0, 25}, {1, 50 + standing}, {2, 75 + standing}};
+    };
+    drives.Add(slowing(5, 16), {.SetNodes = nodes(5)});
+    drives.Add(slowing(40, 8), {.SetNodes = nodes(40)});
     drives.Add(Drives::Drive(0));
-    drives.Add(slowing(20, 20), {.SetAside = "rain"});
+    drives.Add(slowing(20, 20), {.SetAside = "rain", .SetNodes = nodes(20)});
     const auto proposals = ProposeBands(drives.Street, drives.Runs, Way::Forward, MphSettings().SpeedFactor);
     ASSERT_EQ(proposals.size(), 3);
     EXPECT_EQ(proposals[0].Common, std::nullopt) << "nobody is delayed there";

@@ -50,7 +50,8 @@ TEST(SignalArrivalsTest, NothingIsKnownWithoutTimingClockOrBand) {
     drives.Street.Nodes[1].Timings = {Timing(10, 40)};
     drives.Add(Drives::Drive(30));
     drives.Add(Drives::Drive(0)).Measured.RunDate = {};
-    drives.Add({Drives::Drive(0).begin() + 15, Drives::Drive(0).end()});
+    const auto whole = Drives::Drive(0);
+    drives.Add({whole.begin() + 15, whole.end()});
     drives.Add(Drives::Drive(0), {.SetNodes = {{0, 0}}});
     const auto known = [&](std::size_t node) {
         std::vector<bool> is;
