@@ -22,7 +22,7 @@ _vantor() {
         'counter ') commands='studies convert check' ;;
         'log ') commands='show convert' ;;
         'track ') commands='show convert' ;;
-        'corridor ') commands='new show match studies results compare' ;;
+        'corridor ') commands='new show match studies results compare report verify' ;;
         'study ') commands='new show compute bounds export chart report propose statistics compare' ;;
         'settings show') ;;
         'run show') options='--samples' files='@(rd2|rdf)' ;;
@@ -67,6 +67,11 @@ _vantor() {
         'corridor studies') files='corridor.geojson' ;;
         'corridor results') options='--period --condition' files='corridor.geojson' ;;
         'corridor compare') options='--period' files='corridor.geojson' ;;
+        'corridor report')
+            options='--output --period --condition --paper --landscape --no-headings --only' files='corridor.geojson'
+            output='@(pdf|xlsx|xls|geojson)'
+            ;;
+        'corridor verify') options='--corridor' files='@(figures.json|pdf|xlsx|xls)' ;;
         *) options='--theme' files='ld2' ;;
     esac
 
