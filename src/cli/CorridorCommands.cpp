@@ -21,6 +21,7 @@
 #include "corridor/CorridorRules.h"
 #include "corridor/CorridorStudies.h"
 #include "corridor/CorridorTables.h"
+#include "corridor/SignalArrivals.h"
 #include "gpsobd/CorridorTracks.h"
 
 namespace vantor {
@@ -291,6 +292,7 @@ int ShowResults(CommandContext& context, const std::string& path, const ResultAr
     }
     PrintTable(context, DelayTable(corridor.Contents, findings, UnitsOf(settings)));
     PrintTable(context, CorridorSectionsTable(corridor.Contents, findings, UnitsOf(settings)));
+    PrintTable(context, ArrivalsTable(corridor.Contents, *runs, findings));
     return Done;
 }
 

@@ -43,13 +43,14 @@ std::string BandProblem(const Band& band) {
     return isBand ? std::string() : "must reach from 0 to 52,800 ft before and behind it, and not be empty.";
 }
 
+/// What it has that cannot be.
 std::string TimingProblem(const SignalTiming& timing) {
     if (!(timing.CycleSeconds > 0) || timing.CycleSeconds > LongestCycle)
-        return "has a cycle that is not above 0 and at most 3,600 seconds.";
+        return "a cycle that is not above 0 and at most 3,600 seconds.";
     if (!(timing.GreenStartSeconds >= 0) || timing.GreenStartSeconds >= timing.CycleSeconds)
-        return "has a green that does not start within its cycle: it must be 0 or more, and less than the cycle.";
+        return "a green that does not start within its cycle: it must be 0 or more, and less than the cycle.";
     if (!(timing.GreenSeconds > 0) || timing.GreenSeconds > timing.CycleSeconds)
-        return "has a green that is not above 0 and at most as long as the cycle.";
+        return "a green that is not above 0 and at most as long as the cycle.";
     return {};
 }
 
@@ -63,8 +64,9 @@ std::string NodeProblem(const CorridorNode& node) {
     if (const std::string problem = BandProblem(node.Around); !problem.empty()) return "has a band that " + problem;
     if (node.SpeedLimitMph && !IsWithin(*node.SpeedLimitMph, 1, FastestMph))
         return "has a speed limit that does not lie between 1 and 200 MPH.";
-    for (const SignalTiming& timing : node.Timings)
-        if (const std::string problem = TimingProblem(timing); !problem.empty()) return problem;
+    for (std::size_t i = 0; i < node.Timings.size(); ++i)
+        if (const std::string problem = TimingProblem(node.Timings[i]); !problem.empty())
+            return "has in its timing " + std::to_string(i + 1) + " " + problem;
     return {};
 }
 

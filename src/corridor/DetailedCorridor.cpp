@@ -11,6 +11,7 @@
 #include "core/Text.h"
 #include "core/TwoThreads.h"
 #include "corridor/CorridorLine.h"
+#include "corridor/SignalArrivals.h"
 
 namespace vantor {
 namespace {
@@ -134,6 +135,7 @@ DetailedCorridor DetailCorridor(const DetailedCorridor& before, const Corridor& 
     made.Delays = DelayTable(now, made.Findings, units);
     made.Sections = CorridorSectionsTable(now, made.Findings, units);
     made.Compared = CorridorComparedTable(now, made.Findings.All, units);
+    made.Arrivals = ArrivalsTable(now, made.Runs, made.Findings);
     made.Sentences = ComparedSentences(now, made.Findings.All, units);
     return made;
 }

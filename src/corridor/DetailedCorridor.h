@@ -20,6 +20,7 @@ struct DetailedCorridor {
     StatisticsTable Delays;            ///< its rows are RowsOf the findings
     StatisticsTable Sections;
     StatisticsTable Compared;
+    StatisticsTable Arrivals;            ///< on green; no rows where none is known
     std::vector<std::string> Sentences;  ///< before and after
     bool IsWhole = true;                 ///< false where the reading was stopped
 

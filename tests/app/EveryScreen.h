@@ -16,6 +16,7 @@
 #include "corridor/CorridorTaking.h"
 #include "corridor/forms/frmCorridor.h"
 #include "corridor/forms/frmCorridorSettings.h"
+#include "corridor/forms/frmSignalTimings.h"
 #include "counter/forms/frmDeleteTDCFiles.h"
 #include "counter/forms/frmDeleteTempRuns.h"
 #include "counter/forms/frmReadTDC.h"
@@ -229,6 +230,14 @@ inline std::shared_ptr<QWidget> OpenCorridor(ShownProgram& program) {
 inline std::shared_ptr<QWidget> OpenCorridorSettings(ShownProgram& program) {
     return std::make_shared<frmCorridorSettings>(program.Program, FilledCorridor(program));
 }
+inline std::shared_ptr<QWidget> OpenSignalTimings(ShownProgram& program) {
+    Corridor corridor = FilledCorridor(program);
+    if (corridor.Nodes.empty())
+        corridor.Nodes.emplace_back().Name = "Oak";
+    else
+        corridor.Nodes[0].Timings = {{{}, {}, "", 90, 12.5, 40}, {Way::Back, true, "AM", 100, 0, 40}};
+    return std::make_shared<frmSignalTimings>(program.Program, corridor, 0);
+}
 
 /// What stands before the control that takes the keys, in the first line of a screen's page of text.
 inline const QString FocusMark = QStringLiteral("; keys to ");
@@ -283,6 +292,7 @@ inline std::vector<ScreenCase> EveryScreen() {
         {"frmTrackColumns", OpenTrackColumns},
         {"frmCorridor", OpenCorridor, false},
         {"frmCorridorSettings", OpenCorridorSettings},
+        {"frmSignalTimings", OpenSignalTimings},
         {"frmHelp", help, false},
     };
 }

@@ -9,6 +9,7 @@
 
 #include "corridor/CorridorFile.h"
 #include "corridor/forms/frmCorridorSettings.h"
+#include "corridor/forms/frmSignalTimings.h"
 #include "fakes/FormScene.h"
 #include "fakes/PutFiles.h"
 
@@ -37,6 +38,8 @@ protected:
             feet.insert(feet.end(), 20, 40);
             RunRecord run = RunOfValues(feet);
             run.Header.Before = number <= 2 ? -1 : 0;
+            run.Header.RunDate = DateOf(2008, 3, 11);
+            run.Header.RunTime = TimeOf(7, 0);
             PutRunFile(Files, run, "/start/Study Groups/G/", "R" + std::to_string(number));
         }
     }
@@ -253,6 +256,49 @@ TEST_F(frmCorridorTest, SettingsTellWhatCannotBe) {
     Find<QLineEdit>(form, "txtBack").setText(QStringLiteral("WB"));
     EXPECT_THAT(form.Choice().Periods, ElementsAre(CorridorPeriod{"PM peak", 930, 1080}));
     EXPECT_EQ(form.Choice().Of(Way::Back).Name, "WB");
+}
+
+TEST_F(frmCorridorTest, TheTimingOfASignalIsSetAndShowsItsArrivals) {
+    OpenIt();
+    Get<QTabWidget>("tabCorridor").setCurrentIndex(1);
+    EXPECT_EQ(Text("lblArrivals"), "Enter the timing of a signal (Nodes, Timing...) to see arrivals on green");
+    Get<QTableWidget>("vaNodes").setCurrentCell(1, 0);
+    QTimer::singleShot(0, [this] {
+        QWidget& form = *QApplication::activeModalWidget();
+        EXPECT_TRUE(Find<QWidget>(form, "btnOK").isEnabled());
+        Click(form, "btnAdd");
+        const auto type = [&](int column, const char* text) {
+            Find<QTableWidget>(form, "vaTimings").item(0, column)->setText(QLatin1String(text));
+        };
+        const auto problem = [&] { return TextOf(form, "lblProblem"); };
+        EXPECT_EQ(problem(), "The cycle is missing in line 1. Type its seconds.");
+        type(3, "80");
+        type(4, "07:00:10");
+        type(5, "1:30");
+        EXPECT_EQ(problem(), "\"1:30\" in line 1 is no number of seconds. Type it as 90 or 42.5.");
+        type(5, "81");
+        EXPECT_THAT(problem(), StartsWith("The node 2 (\"B\") has in its timing 1 a green that is not above 0"));
+        EXPECT_FALSE(Find<QWidget>(form, "btnOK").isEnabled());
+        Messages.Expect("The timing of B has been changed.\n" + problem() + "\n\nDo you want to leave it as it was?",
+                        MessageAnswer::No);
+        QTest::keyClick(&form, Qt::Key_Escape);
+        type(5, "35");
+        Click(form, "btnAdd");
+        EXPECT_EQ(problem(), "Line 2 never holds: line 1 is for the same runs.");
+        Click(form, "btnDelete");
+        Messages.Expect("The timing of B has been changed.\nDo you want to keep it?", MessageAnswer::Yes);
+        QTest::keyClick(&form, Qt::Key_Escape);
+    });
+    Press("btnTiming");
+    EXPECT_FALSE(IsShown("lblArrivals"));
+    EXPECT_THAT(Row(*Window, "vaArrivals", 0), ElementsAre("NB before", "B", "2", "2", "100"))
+        << "they stand from 07:00:44 on, 34 s behind 07:00:10; 07:00 is the beginning of a cycle of 80 s";
+    Press("btnSave");
+    EXPECT_THAT(LoadCorridor(Files, Path).Corridor.Nodes[1].Timings, ElementsAre(SignalTiming{{}, {}, "", 80, 10, 35}));
+    Press("btnUndo");
+    EXPECT_TRUE(IsShown("lblArrivals"));
+    Messages.Expect("The corridor Main St has been changed.\nDo you want to save it?", MessageAnswer::No);
+    Press("BtnClose");
 }
 
 }  // namespace

@@ -1,15 +1,14 @@
 #include "corridor/forms/CorridorNodesPane.h"
 
-#include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeySequence>
 #include <QMenu>
 #include <QShortcut>
-#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 #include <utility>
 
+#include "core/Counted.h"
 #include "core/Numeric.h"
 #include "core/Paths.h"
 #include "core/RunFile.h"
@@ -20,35 +19,19 @@
 #include "core/forms/Named.h"
 #include "corridor/CorridorEdits.h"
 #include "corridor/CorridorNodes.h"
+#include "corridor/forms/ChoiceDelegate.h"
+#include "corridor/forms/frmSignalTimings.h"
 
 namespace vantor {
 namespace {
 
 constexpr int LeastColumn = 40;  // they are as wide as their texts
 
-/// Lets the user choose one of the words for what rules a node.
-class ControlDelegate : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const override {
-        auto* box = new QComboBox(parent);
-        box->setAccessibleName(QStringLiteral("Control"));
-        for (const char* word : NodeControlWords) box->addItem(QString::fromLatin1(word));
-        auto* self = const_cast<ControlDelegate*>(this);
-        connect(box, &QComboBox::activated, self, [self, box] {
-            emit self->commitData(box);
-            emit self->closeEditor(box);
-        });
-        return box;
-    }
-    void setEditorData(QWidget* editor, const QModelIndex& index) const override {
-        if (auto* box = dynamic_cast<QComboBox*>(editor)) box->setCurrentText(index.data().toString());
-    }
-    void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override {
-        if (const auto* box = dynamic_cast<QComboBox*>(editor)) model->setData(index, box->currentText());
-    }
-};
+QStringList ControlWords() {
+    QStringList words;
+    for (const char* word : NodeControlWords) words += QString::fromLatin1(word);
+    return words;
+}
 
 QString LengthText(const Units& units, double feet) { return QString::number(units.WholeLength(feet)); }
 
@@ -71,7 +54,8 @@ CorridorNodesPane::CorridorNodesPane(CorridorDocument& document, QWidget* parent
     vaNodes_->setSelectionMode(QAbstractItemView::SingleSelection);
     vaNodes_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
                               QAbstractItemView::AnyKeyPressed);
-    vaNodes_->setItemDelegateForColumn(Control, new ControlDelegate(vaNodes_));
+    vaNodes_->setItemDelegateForColumn(Control,
+                                       new ChoiceDelegate(QStringLiteral("Control"), ControlWords(), vaNodes_));
     vaNodes_->horizontalHeader()->setSectionsClickable(false);
     vaNodes_->horizontalHeader()->setDefaultSectionSize(LeastColumn);
     vaNodes_->setSelectionBehavior(QAbstractItemView::SelectItems);
@@ -111,6 +95,7 @@ QWidget* CorridorNodesPane::BuildButtons() {
             auto* shortcut = new QShortcut(QKeySequence(keys), vaNodes_, nullptr, nullptr, Qt::WidgetShortcut);
             connect(shortcut, &QShortcut::activated, button, &QToolButton::click);
         }
+        inMenu_.emplace_back(button, keys);
         row->addWidget(button);
         return button;
     };
@@ -122,6 +107,9 @@ QWidget* CorridorNodesPane::BuildButtons() {
                  QStringLiteral("Alt+Up"), [this] { Move(-1); });
     btnDown_ = add("btnNodeDown", QStringLiteral("Down"), QStringLiteral("Behind the node below it"),
                    QStringLiteral("Alt+Down"), [this] { Move(1); });
+    onNode_.push_back(add("btnTiming", QStringLiteral("Timing..."),
+                          QStringLiteral("When the signal of the chosen node is green"), QStringLiteral("Ctrl+T"),
+                          [this] { SetTimings(); }));
     auto* from = Named<QToolButton>(line, "btnNodesFrom", QStringLiteral("From..."));
     from->setToolTip(QStringLiteral("Nodes of a file or of a run, in place of these"));
     from->setPopupMode(QToolButton::InstantPopup);
@@ -131,6 +119,17 @@ QWidget* CorridorNodesPane::BuildButtons() {
     from->setMenu(menu);
     row->addWidget(from);
     row->addStretch();
+    vaNodes_->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(vaNodes_, &QWidget::customContextMenuRequested, this, [this](const QPoint& place) {
+        auto* popup = new QMenu(vaNodes_);
+        popup->setAttribute(Qt::WA_DeleteOnClose);
+        for (const auto& [button, keys] : inMenu_) {
+            QAction* action = popup->addAction(button->text() + QLatin1Char('\t') + keys);
+            action->setEnabled(button->isEnabled());
+            connect(action, &QAction::triggered, button, &QToolButton::click);
+        }
+        popup->popup(vaNodes_->viewport()->mapToGlobal(place));
+    });
     return line;
 }
 
@@ -197,6 +196,8 @@ void CorridorNodesPane::ShowRow(std::size_t index) {
     const int row = vaNodes_->AddRow();
     vaNodes_->SetText(row, Name, ToQt(node.Name));
     vaNodes_->SetText(row, Control, QString::fromLatin1(WordOf(node.Control)));
+    vaNodes_->item(row, Control)->setData(ChoiceRole, static_cast<int>(node.Control));
+    if (!node.Timings.empty()) SetCellNote(*vaNodes_->item(row, Control), ToQt(Counted(node.Timings.size(), "timing")));
     vaNodes_->SetNumber(row, Distance, node.DistanceFt, LengthText(units, node.DistanceFt));
     vaNodes_->SetNumber(row, Upstream, node.Around.UpstreamFt, LengthText(units, node.Around.UpstreamFt));
     vaNodes_->SetNumber(row, Downstream, node.Around.DownstreamFt, LengthText(units, node.Around.DownstreamFt));
@@ -277,6 +278,16 @@ void CorridorNodesPane::Remove() {
     const QString text = QStringLiteral("Delete node ") + ToQt(changed.Nodes[node].Name);
     RemoveNode(changed, node);
     document_.Change(text, changed);
+}
+
+void CorridorNodesPane::SetTimings() {
+    if (Current() < 0) return;
+    const auto node = static_cast<std::size_t>(Current());
+    frmSignalTimings form(document_.Context(), document_.Of(), node, this);
+    if (form.exec() != QDialog::Accepted) return;
+    const Corridor changed = form.Choice();
+    if (changed != document_.Of())
+        document_.Change(QStringLiteral("Timing of ") + ToQt(changed.Nodes[node].Name), changed);
 }
 
 void CorridorNodesPane::Move(int by) {

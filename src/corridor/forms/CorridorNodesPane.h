@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/forms/Table.h"
@@ -37,12 +38,14 @@ private:
     void TakeCell(int row, int column, const std::string& text);
     void TakeLength(CorridorNode& node, int column, double shown);
     void Remove();
+    void SetTimings();
     void Move(int by);
     int Current() const { return vaNodes_->currentRow(); }
 
     CorridorDocument& document_;
     Table* vaNodes_ = nullptr;
-    std::vector<QToolButton*> onNode_;  ///< what needs one
+    std::vector<QToolButton*> onNode_;                      ///< what needs one
+    std::vector<std::pair<QToolButton*, QString>> inMenu_;  ///< with its keys
     QToolButton* btnUp_ = nullptr;
     QToolButton* btnDown_ = nullptr;
     bool isFilling_ = false;

@@ -2,7 +2,9 @@
 
 #include <QCheckBox>
 #include <QHBoxLayout>
+#include <QSplitter>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -14,6 +16,8 @@
 namespace vantor {
 namespace {
 
+constexpr int UsualWidth = 800;
+constexpr int MostRows = 4;           // of arrivals, that take room from the plot
 constexpr QSize LeastPlot{240, 140};  // there is more around a plot here than elsewhere
 
 }  // namespace
@@ -156,10 +160,42 @@ CorridorTimeSpacePage::CorridorTimeSpacePage(CorridorDocument& document, QWidget
     row->addWidget(LabelFor(clock, QStringLiteral("Time")));
     row->addWidget(clock);
     row->addStretch();
+    auto* split = Named<QSplitter>(this, "splTimeSpace");
+    split->setOrientation(Qt::Vertical);
+    split->setChildrenCollapsible(false);
+    vaArrivals_ = Named<StatisticsTableView>(split, "vaArrivals");
+    vaArrivals_->setAccessibleName(QStringLiteral("Arrivals on green"));
+    split->addWidget(view);
+    split->addWidget(vaArrivals_);
+    split->setStretchFactor(0, 1);
+    lblArrivals_ = Named<WrappedLabel>(this, "lblArrivals");
+    lblArrivals_->resize(UsualWidth, 0);
     auto* column = new QVBoxLayout(this);
     column->addLayout(row);
-    column->addWidget(view, 1);
+    column->addWidget(split, 1);
+    column->addWidget(lblArrivals_);
     Begin(*view, "picTimeSpace", QStringLiteral("Time-space diagram"), "time-space");
+    TheDocument().WhenShown([this] { ShowArrivals(); });
+    ShowArrivals();
+}
+
+void CorridorTimeSpacePage::ShowArrivals() {
+    const DetailedCorridor& shown = TheDocument().Shown();
+    const bool hasTiming =
+        std::ranges::any_of(shown.Of.Nodes, [](const CorridorNode& node) { return !node.Timings.empty(); });
+    lblArrivals_->setText(
+        hasTiming ? QStringLiteral("No run that is looked at has a time of day and comes to a signal whose timing "
+                                   "holds for it.")
+                  : QStringLiteral("Enter the timing of a signal (Nodes, Timing...) to see arrivals on green"));
+    lblArrivals_->setVisible(shown.Arrivals.Rows.empty());
+    vaArrivals_->setVisible(!shown.Arrivals.Rows.empty());
+    vaArrivals_->Show(shown.Arrivals);
+    vaArrivals_->NeedRows(std::clamp(vaArrivals_->rowCount(), 1, MostRows));
+}
+
+std::vector<SheetRow> CorridorTimeSpacePage::Sheet() const {
+    const StatisticsTable& arrivals = TheDocument().Shown().Arrivals;
+    return arrivals.Rows.empty() ? std::vector<SheetRow>() : SheetOf(arrivals);
 }
 
 }  // namespace vantor

@@ -7,8 +7,11 @@
 #include <memory>
 #include <vector>
 
+#include "core/Csv.h"
+#include "core/forms/WrappedLabel.h"
 #include "corridor/forms/CorridorDocument.h"
 #include "corridor/forms/CorridorPlotViews.h"
+#include "statistics/forms/StatisticsTableView.h"
 
 namespace vantor {
 
@@ -58,10 +61,17 @@ private:
     std::vector<BandProposal> proposals_;
 };
 
-/// The time-space diagram.
+/// The time-space diagram, with the arrivals on green.
 class CorridorTimeSpacePage : public CorridorPlotPage {
 public:
     CorridorTimeSpacePage(CorridorDocument& document, QWidget* parent);
+    std::vector<SheetRow> Sheet() const;
+
+private:
+    void ShowArrivals();
+
+    StatisticsTableView* vaArrivals_ = nullptr;
+    WrappedLabel* lblArrivals_ = nullptr;
 };
 
 }  // namespace vantor

@@ -225,6 +225,7 @@ void frmCorridor::ShowAll() {
 std::vector<SheetRow> frmCorridor::ShownSheet() const {
     if (stack_->currentIndex() == 0) return {};
     const QWidget* page = tabs_->currentWidget();
+    if (page == timeSpace_) return timeSpace_->Sheet();
     if (page == resultsArea_) return results_->Sheet();
     if (page == compared_) return compared_->Sheet();
     if (page == run_) return run_->Sheet();

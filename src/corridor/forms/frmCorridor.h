@@ -21,6 +21,7 @@
 #include "corridor/forms/CorridorFigurePages.h"
 #include "corridor/forms/CorridorMapPage.h"
 #include "corridor/forms/CorridorNodesPane.h"
+#include "corridor/forms/CorridorPlotPages.h"
 #include "corridor/forms/CorridorRunPage.h"
 #include "corridor/forms/CorridorRunsPane.h"
 
@@ -87,6 +88,7 @@ private:
     CorridorRunsPane* runs_ = nullptr;
     QStackedWidget* stack_ = nullptr;
     QTabWidget* tabs_ = nullptr;
+    CorridorTimeSpacePage* timeSpace_ = nullptr;
     CorridorResultsPage* results_ = nullptr;
     QWidget* resultsArea_ = nullptr;
     CorridorComparedPage* compared_ = nullptr;

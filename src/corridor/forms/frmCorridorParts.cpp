@@ -12,7 +12,6 @@
 #include "core/forms/HelpButton.h"
 #include "core/forms/Named.h"
 #include "core/forms/WindowLayout.h"
-#include "corridor/forms/CorridorPlotPages.h"
 #include "corridor/forms/frmCorridor.h"
 #include "statistics/forms/SheetOut.h"
 
@@ -24,7 +23,7 @@ namespace {
 constexpr int FastestMph = 200;
 constexpr int UsualWidth = 500;  // of what stands on the right
 constexpr int NarrowSpin = 100;
-constexpr int Space = 12;
+constexpr int Space = 6;
 
 }  // namespace
 
@@ -212,7 +211,7 @@ QWidget* frmCorridor::BuildTabs() {
     compared_ = new CorridorComparedPage(document_, tabs_);
     run_ = new CorridorRunPage(document_, tabs_);
     tabs_->addTab(new CorridorProfilesPage(document_, tabs_), QStringLiteral("Pro&files"));
-    tabs_->addTab(new CorridorTimeSpacePage(document_, tabs_), QStringLiteral("Time-Spac&e"));
+    tabs_->addTab(timeSpace_ = new CorridorTimeSpacePage(document_, tabs_), QStringLiteral("Time-Spac&e"));
     tabs_->addTab(new CorridorMapPage(document_, tabs_), QStringLiteral("M&ap"));
     tabs_->addTab(resultsArea_ = ScrollAreaFor(results_, tabs_), QStringLiteral("Resu&lts"));
     tabs_->addTab(compared_, QStringLiteral("&Before/After"));
