@@ -77,11 +77,11 @@ QLayout* CorridorProfilesPage::BuildHead() {
     cmbBands_ = Named<QComboBox>(this, "cmbBands");
     cmbBands_->addItems({QStringLiteral("of all runs"), QStringLiteral("of the selected run")});
     cmbBands_->setToolTip(QStringLiteral("Whose bands are moved: drag a border, or Tab to it and the arrow keys"));
-    auto* propose = Named<QPushButton>(this, "btnPropose", QStringLiteral("Propose"));
+    auto* propose = Named<QToolButton>(this, "btnPropose", QStringLiteral("Propose"));
     propose->setToolTip(QStringLiteral("Find where the runs slow down and gain their speed again; nothing is set"));
-    btnTake_ = Named<QPushButton>(this, "btnTake", QStringLiteral("Take"));
+    btnTake_ = Named<QToolButton>(this, "btnTake", QStringLiteral("Take"));
     btnTake_->setToolTip(QStringLiteral("Set the dashed bands that are proposed"));
-    btnDrop_ = Named<QPushButton>(this, "btnDrop", QStringLiteral("Drop"));
+    btnDrop_ = Named<QToolButton>(this, "btnDrop", QStringLiteral("Drop"));
     btnDrop_->setToolTip(QStringLiteral("Leave the bands as they are"));
     MessageBoxes& messages = TheDocument().Context().Messages;
     Connect(single, &QCheckBox::toggled, this, messages, [this](bool isOn) { profiles_->SetShowsRuns(isOn); });
@@ -89,10 +89,11 @@ QLayout* CorridorProfilesPage::BuildHead() {
         profiles_->SetMovesOwn(MovesOwn());
         Drop();
     });
-    Connect(propose, &QPushButton::clicked, this, messages, [this] { Propose(); });
-    Connect(btnTake_, &QPushButton::clicked, this, messages, [this] { TakeProposed(); });
-    Connect(btnDrop_, &QPushButton::clicked, this, messages, [this] { Drop(); });
-    for (QPushButton* button : {btnTake_, btnDrop_}) button->setEnabled(false);
+    Connect(propose, &QToolButton::clicked, this, messages, [this] { Propose(); });
+    Connect(btnTake_, &QToolButton::clicked, this, messages, [this] { TakeProposed(); });
+    Connect(btnDrop_, &QToolButton::clicked, this, messages, [this] { Drop(); });
+    for (QToolButton* button : {propose, btnTake_, btnDrop_}) button->setFocusPolicy(Qt::StrongFocus);
+    for (QToolButton* button : {btnTake_, btnDrop_}) button->setEnabled(false);
     auto* row = new QHBoxLayout;
     row->addWidget(LabelFor(cmbBands_, QStringLiteral("Bands")));
     for (QWidget* widget : std::initializer_list<QWidget*>{cmbBands_, propose, btnTake_, btnDrop_})
@@ -127,7 +128,7 @@ void CorridorProfilesPage::Propose() {
     proposals_ = std::move(*found);
     profiles_->SetProposals(proposals_,
                             MovesOwn() ? CorridorProfilesView::Proposed::Own : CorridorProfilesView::Proposed::Common);
-    for (QPushButton* button : {btnTake_, btnDrop_}) button->setEnabled(!proposals_.empty());
+    for (QToolButton* button : {btnTake_, btnDrop_}) button->setEnabled(!proposals_.empty());
 }
 
 void CorridorProfilesPage::TakeProposed() {
@@ -145,7 +146,7 @@ void CorridorProfilesPage::TakeProposed() {
 void CorridorProfilesPage::Drop() {
     proposals_.clear();
     profiles_->SetProposals({}, CorridorProfilesView::Proposed::Common);
-    for (QPushButton* button : {btnTake_, btnDrop_}) button->setEnabled(false);
+    for (QToolButton* button : {btnTake_, btnDrop_}) button->setEnabled(false);
 }
 
 CorridorTimeSpacePage::CorridorTimeSpacePage(CorridorDocument& document, QWidget* parent)

@@ -2,7 +2,7 @@
 
 #include <QComboBox>
 #include <QLabel>
-#include <QPushButton>
+#include <QToolButton>
 #include <QWidget>
 #include <memory>
 #include <vector>
@@ -55,8 +55,8 @@ private:
 
     CorridorProfilesView* profiles_;
     QComboBox* cmbBands_ = nullptr;
-    QPushButton* btnTake_ = nullptr;
-    QPushButton* btnDrop_ = nullptr;
+    QToolButton* btnTake_ = nullptr;
+    QToolButton* btnDrop_ = nullptr;
     QLabel* lblBorder_ = nullptr;
     std::vector<BandProposal> proposals_;
 };
