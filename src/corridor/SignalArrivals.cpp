@@ -120,6 +120,7 @@ StatisticsTable ArrivalsTable(const Corridor& corridor, const std::vector<Matche
     constexpr double Percent = 100;
     StatisticsTable table;
     table.Heads = {"Arrivals on green", "Node", "Arrivals", "On green", "Share (%)"};
+    table.TextColumns = 2;
     for (const FindingsRow& row : RowsOf(corridor, findings)) {
         const WayFigures& way = row.Results->Of(row.Along);
         for (const NodeFigures& node : way.Nodes) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QComboBox>
 #include <QInputDialog>
 #include <QMenu>
 #include <QTimer>
@@ -267,9 +268,8 @@ TEST_F(frmCorridorTest, TheTimingOfASignalIsSetAndShowsItsArrivals) {
         QWidget& form = *QApplication::activeModalWidget();
         EXPECT_TRUE(Find<QWidget>(form, "btnOK").isEnabled());
         Click(form, "btnAdd");
-        const auto type = [&](int column, const char* text) {
-            Find<QTableWidget>(form, "vaTimings").item(0, column)->setText(QLatin1String(text));
-        };
+        auto& table = Find<QTableWidget>(form, "vaTimings");
+        const auto type = [&](int column, const char* text) { table.item(0, column)->setText(QLatin1String(text)); };
         const auto problem = [&] { return TextOf(form, "lblProblem"); };
         EXPECT_EQ(problem(), "The cycle is missing in line 1. Type its seconds.");
         type(3, "80");
@@ -283,6 +283,12 @@ TEST_F(frmCorridorTest, TheTimingOfASignalIsSetAndShowsItsArrivals) {
                         MessageAnswer::No);
         QTest::keyClick(&form, Qt::Key_Escape);
         type(5, "35");
+        table.setCurrentCell(0, 1);
+        QTest::keyClick(&table, Qt::Key_F2);
+        auto* box = table.findChild<QComboBox*>();
+        QTest::keyClick(box, Qt::Key_Down);
+        QTest::keyClick(box, Qt::Key_Return);
+        EXPECT_TRUE(form.isVisible()) << "Enter ends the choice, not the window";
         Click(form, "btnAdd");
         EXPECT_EQ(problem(), "Line 2 never holds: line 1 is for the same runs.");
         Click(form, "btnDelete");
@@ -294,7 +300,8 @@ TEST_F(frmCorridorTest, TheTimingOfASignalIsSetAndShowsItsArrivals) {
     EXPECT_THAT(Row(*Window, "vaArrivals", 0), ElementsAre("NB before", "B", "2", "2", "100"))
         << "they stand from 07:00:44 on, 34 s behind 07:00:10; 07:00 is the beginning of a cycle of 80 s";
     Press("btnSave");
-    EXPECT_THAT(LoadCorridor(Files, Path).Corridor.Nodes[1].Timings, ElementsAre(SignalTiming{{}, {}, "", 80, 10, 35}));
+    EXPECT_THAT(LoadCorridor(Files, Path).Corridor.Nodes[1].Timings,
+                ElementsAre(SignalTiming{{}, true, "", 80, 10, 35}));
     Press("btnUndo");
     EXPECT_TRUE(IsShown("lblArrivals"));
     Messages.Expect("The corridor Main St has been changed.\nDo you want to save it?", MessageAnswer::No);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QStyledItemDelegate>
 
 namespace vantor {
@@ -31,6 +32,18 @@ public:
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override {
         if (const auto* box = dynamic_cast<QComboBox*>(editor))
             model->setItemData(index, {{Qt::EditRole, box->currentText()}, {ChoiceRole, box->currentIndex()}});
+    }
+
+protected:
+    bool eventFilter(QObject* editor, QEvent* event) override {
+        auto* box = qobject_cast<QComboBox*>(editor);
+        const bool isKey = box != nullptr && event->type() == QEvent::KeyPress;
+        const int key = isKey ? dynamic_cast<QKeyEvent&>(*event).key() : 0;
+        if (key != Qt::Key_Return && key != Qt::Key_Enter) return QStyledItemDelegate::eventFilter(editor, event);
+        // The box would let the key through, which would press the window's main button.
+        emit commitData(box);
+        emit closeEditor(box);
+        return true;
     }
 
 private:

@@ -23,6 +23,7 @@
 namespace vantor {
 namespace {
 
+constexpr int UsualColumn = 80;
 constexpr int Digits = 15;  // of a number of seconds
 constexpr double SecondsOfDay = 24 * 3600;
 constexpr std::array<const char*, 6> Heads = {
@@ -88,6 +89,9 @@ void frmSignalTimings::BuildTable() {
     vaTimings_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
                                 QAbstractItemView::AnyKeyPressed);
     vaTimings_->horizontalHeader()->setSectionsClickable(false);
+    vaTimings_->horizontalHeader()->setDefaultSectionSize(UsualColumn);
+    for (const Column column : {Cycle, GreenStart, Green})
+        vaTimings_->horizontalHeaderItem(column)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
     const QStringList ways{QStringLiteral("Both"), ToQt(corridor_.Of(Way::Forward).Name),
                            ToQt(corridor_.Of(Way::Back).Name)};
     const QStringList conditions{QStringLiteral("Both"), QStringLiteral("Before"), QStringLiteral("After")};
