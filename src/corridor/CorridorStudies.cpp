@@ -4,6 +4,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <tuple>
 
 #include "analysis/StudyEdits.h"
 #include "core/Paths.h"
@@ -66,7 +67,9 @@ struct StudyKey {
     std::string Period;
     std::string Folder;
 
-    auto operator<=>(const StudyKey&) const = default;
+    bool operator<(const StudyKey& other) const {
+        return std::tie(Along, Period, Folder) < std::tie(other.Along, other.Period, other.Folder);
+    }
 };
 
 StudyRunEntry EntryOf(const MatchedRun& run, const CorridorRun& as, std::size_t node, const AppSettings& settings) {

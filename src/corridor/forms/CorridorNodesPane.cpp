@@ -263,7 +263,7 @@ void CorridorNodesPane::TakeCell(int row, int column, const std::string& text) {
 
 void CorridorNodesPane::Add() {
     Corridor changed = document_.Of();
-    const auto at = static_cast<std::size_t>(Current() + 1);
+    const auto at = static_cast<std::size_t>(Current()) + 1;
     InsertNode(changed, at, {});
     if (!document_.Change(QStringLiteral("Add node"), changed)) return;
     document_.SelectNode(at);

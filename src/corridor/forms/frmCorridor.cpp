@@ -27,6 +27,7 @@ constexpr std::size_t MostTold = 6;  // names of studies
 /// The names of studies, with their Study Groups.
 std::string InWords(const std::vector<StudyOfNode>& studies) {
     std::vector<std::string> names;
+    names.reserve(studies.size());
     for (const StudyOfNode& study : studies)
         names.push_back(study.Name + " (" +
                         LastComponent(std::string_view(study.Folder).substr(0, study.Folder.size() - 1)) + ")");
