@@ -128,6 +128,7 @@ void MapFurniture::PlaceScaleAndLegend() {
     if (attribution_.Width > 0 && reached > attribution_.X) bottom_ -= line_;
     scale_ = {area.X + Edge, bottom_ - height, scale, height};
     if (legend > area.Width - 2 * Edge || legend == 0) return;
+    if (!isOneRow && area.Height < MapWindow::LeastForTwoRows) return;
     legend_ = isOneRow ? CanvasBox{area.X + 2 * Edge + scale, bottom_ - height, legend, height}
                        : CanvasBox{area.X + Edge, bottom_ - 2 * height - 2, legend, height};
 }

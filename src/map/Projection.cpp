@@ -80,9 +80,8 @@ MapWindow FittedWindow(const WorldBox& contents, const CanvasBox& area) {
     constexpr double OneRow = 28;
     constexpr double TwoRows = 60;
     constexpr double Narrow = 440;
-    constexpr double LeastForTwoRows = 200;
     const double margin = std::min({30.0, area.Width / 8, area.Height / 8});
-    const double rows = area.Width < Narrow && area.Height >= LeastForTwoRows ? TwoRows : OneRow;
+    const double rows = area.Width < Narrow && area.Height >= MapWindow::LeastForTwoRows ? TwoRows : OneRow;
     const double below = area.Height < MapWindow::LeastFurnished ? 0 : rows;
     constexpr double StreetZoom = 17;
     constexpr double LeastSide = 8;

@@ -45,6 +45,8 @@ struct MapWindow {
     static constexpr double MostZoom = 21;
     /// The height from which on there is room for a scale and a legend.
     static constexpr double LeastFurnished = 90;
+    /// Lower than that there is no legend above a scale: both would hide what is shown.
+    static constexpr double LeastForTwoRows = 200;
 
     WorldPoint Centre{0.5, 0.5};
     double Zoom = LeastZoom;
