@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QInputDialog>
 #include <QMenu>
@@ -286,8 +287,9 @@ TEST_F(frmCorridorTest, TheTimingOfASignalIsSetAndShowsItsArrivals) {
         table.setCurrentCell(0, 1);
         QTest::keyClick(&table, Qt::Key_F2);
         auto* box = table.findChild<QComboBox*>();
-        QTest::keyClick(box, Qt::Key_Down);
-        QTest::keyClick(box, Qt::Key_Return);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return box->view()->isVisible(); }));
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Return})
+            QTest::keyClick(box->view(), key);
         EXPECT_TRUE(form.isVisible()) << "Enter ends the choice, not the window";
         Click(form, "btnAdd");
         EXPECT_EQ(problem(), "Line 2 never holds: line 1 is for the same runs.");

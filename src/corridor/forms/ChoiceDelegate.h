@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
+#include <QTimer>
 
 namespace vantor {
 
@@ -23,6 +24,10 @@ public:
         connect(box, &QComboBox::activated, self, [self, box] {
             emit self->commitData(box);
             emit self->closeEditor(box);
+        });
+        // The arrow keys move in the list; in the closed box each step would be a choice.
+        QTimer::singleShot(0, box, [box] {
+            if (box->isVisible()) box->showPopup();
         });
         return box;
     }

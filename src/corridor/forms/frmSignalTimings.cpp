@@ -110,7 +110,7 @@ void frmSignalTimings::BuildTable() {
     for (const auto& [key, act] :
          {std::pair(Qt::Key_Insert, &frmSignalTimings::Add), std::pair(Qt::Key_Delete, &frmSignalTimings::Remove)}) {
         auto* shortcut = new QShortcut(key, vaTimings_, nullptr, nullptr, Qt::WidgetShortcut);
-        Connect(shortcut, &QShortcut::activated, this, context_.Messages, [this, act] { (this->*act)(); });
+        Connect(shortcut, &QShortcut::activated, this, context_.Messages, [this, act = act] { (this->*act)(); });
     }
 }
 
