@@ -107,11 +107,12 @@ void frmSignalTimings::BuildTable() {
     vaTimings_->setSortingEnabled(false);
     if (vaTimings_->rowCount() > 0) vaTimings_->setCurrentCell(0, Cycle);
     Connect(vaTimings_, &QTableWidget::itemChanged, this, context_.Messages, [this] { ShowProblem(); });
-    for (const auto& [key, act] :
-         {std::pair(Qt::Key_Insert, &frmSignalTimings::Add), std::pair(Qt::Key_Delete, &frmSignalTimings::Remove)}) {
+    const auto onKey = [&](Qt::Key key, void (frmSignalTimings::*act)()) {
         auto* shortcut = new QShortcut(key, vaTimings_, nullptr, nullptr, Qt::WidgetShortcut);
-        Connect(shortcut, &QShortcut::activated, this, context_.Messages, [this, act = act] { (this->*act)(); });
-    }
+        Connect(shortcut, &QShortcut::activated, this, context_.Messages, [this, act] { (this->*act)(); });
+    };
+    onKey(Qt::Key_Insert, &frmSignalTimings::Add);
+    onKey(Qt::Key_Delete, &frmSignalTimings::Remove);
 }
 
 QLayout* frmSignalTimings::BuildFoot() {
