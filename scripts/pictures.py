@@ -36,7 +36,7 @@ NORTH, DAY = "Study Groups/Main Street NB", "Study Groups/Main Street day"
 PEAK, RETIMED, PHONE = f"{NORTH}/AM Peak.ld2", f"{NORTH}/AM Peak retimed.ld2", f"{DAY}/Northbound.ld2"
 TRACK = "Corridor day.gpx"
 SURVEYED = 1205244000  # 11 March 2008
-STREET = [f"alt+a > Corridors - Harbor St"]
+STREET = ["alt+a > Corridors - Harbor St"]
 MAIN, START, PROFILE, RUNS = ".*- Vantor", "StartUp Options", "Speed Profile", "Process Runs in Temp Folder"
 
 
@@ -92,6 +92,7 @@ SCREENS = [
     Screen("corridor-time-space", [*STREET, "alt+e"], None, (1180, 720)),
     Screen("corridor-map", [*STREET, "alt+a"], None, (1180, 720)),
     Screen("corridor-before-after", [*STREET, "alt+b"], None, (1180, 720)),
+    Screen("corridor-timing", [*STREET, "@60,200", "ctrl+t > .*iming.*"], None),
     Screen("corridor-passes", [*STREET, "alt+i > Import Tracks", "alt+f > Add Tracks", "'day.gpx",
                                "Return > Import Tracks"], None, (980, 640)),
     Screen("select-log", ["alt+b > Select Batelle GPS File"], None),
