@@ -11,6 +11,7 @@
 #include "core/Units.h"
 #include "corridor/CorridorPlots.h"
 #include "corridor/CorridorReportTables.h"
+#include "corridor/SignalArrivals.h"
 #include "reports/CorridorReport.h"
 #include "reports/ReportParts.h"
 #include "reports/ReportText.h"
@@ -205,6 +206,14 @@ void AddCorridorSections(ReportPages& pages, const CorridorReportData& data) {
             pages.AddText(line, CaptionStyle);
         pages.Skip(SectionGap / 2);
     }
+    const StatisticsTable arrivals = ArrivalsTable(data.Of->Of, data.Of->Runs, data.All());
+    if (arrivals.Rows.empty()) return;
+    pages.AddHeading("Arrivals on green", HeightOfStart(pages));
+    AddTable(pages, WithTexts(OnPaper(arrivals), {"Node"}), WayAndSection);
+    pages.AddText(
+        "By the clock of the runs and the timings that were entered: a vehicle arrives where it begins to stand "
+        "in the band, else where it passes the signal.",
+        CaptionStyle);
 }
 
 void AddCorridorBeforeAfter(ReportPages& pages, const CorridorReportData& data) {
