@@ -32,6 +32,7 @@ Marks MarksOf(const RunRecord& run, const OneBased<std::int32_t>& distances) {
 /// The nodes' distances in the order driven, from the first one driven past.
 std::vector<double> DistancesAlong(const Corridor& corridor, Way way) {
     std::vector<double> distances;
+    if (corridor.Nodes.empty()) return distances;
     const double last = corridor.Nodes.back().DistanceFt;
     for (std::size_t i = 0; i < corridor.Nodes.size(); ++i) {
         const double feet = corridor.Nodes[NodeAlong(corridor, way, i)].DistanceFt;
