@@ -128,7 +128,7 @@ void CorridorResultsAgain(benchmark::State& state) {
     MatchedRuns runs = ReadCorridorRuns(disk.Street, disk.Files, disk.Root(), settings);
     for (auto iteration : state) {
         for (MatchedRun& run : runs.Runs) DelayAgain(run, disk.Street, settings);
-        benchmark::DoNotOptimize(ComputeCorridor(disk.Street, runs.Runs, {}, settings));
+        benchmark::DoNotOptimize(ComputeCorridor(disk.Street, runs.Runs, {}));
     }
 }
 BENCHMARK(CorridorResultsAgain)->Unit(benchmark::kMillisecond);

@@ -284,7 +284,7 @@ int ShowResults(CommandContext& context, const std::string& path, const ResultAr
     const auto runs = ReadRuns(context, corridor);
     if (!runs) return Stopped;
     const AppSettings& settings = context.State.Settings;
-    const CorridorFindings findings = FindingsOf(corridor.Contents, *runs, arguments.Filter(), settings);
+    const CorridorFindings findings = FindingsOf(corridor.Contents, *runs, arguments.Filter());
     Tell(context, findings.All);
     if (context.AsJson) {
         context.Print(ResultsAsJson(corridor.Contents, *runs, arguments.Filter(), findings.All));
@@ -301,7 +301,7 @@ int CompareConditionsOf(CommandContext& context, const std::string& path, const 
     const auto runs = ReadRuns(context, corridor);
     if (!runs) return Stopped;
     const AppSettings& settings = context.State.Settings;
-    const CorridorResults results = ComputeCorridor(corridor.Contents, *runs, arguments.Filter(), settings);
+    const CorridorResults results = ComputeCorridor(corridor.Contents, *runs, arguments.Filter());
     Tell(context, results);
     if (context.AsJson) {
         context.Print(ResultsAsJson(corridor.Contents, *runs, arguments.Filter(), results));

@@ -65,9 +65,8 @@ std::optional<ByMeasure<Comparison>> CompareAll(const std::vector<MeasuredRun>& 
 /// Computes the figures of one way.
 class WayMaker {
 public:
-    WayMaker(const Corridor& corridor, const std::vector<MatchedRun>& runs, Way way, const CorridorFilter& filter,
-             const AppSettings& settings)
-        : corridor_(corridor), runs_(runs), settings_(settings) {
+    WayMaker(const Corridor& corridor, const std::vector<MatchedRun>& runs, Way way, const CorridorFilter& filter)
+        : corridor_(corridor), runs_(runs) {
         figures_.Along = way;
         for (std::size_t i = 0; i < runs.size(); ++i) {
             if (!filter.Takes(runs[i]) || runs[i].Match.Along != way || IsSetAside(runs[i])) continue;
@@ -158,7 +157,6 @@ private:
 
     const Corridor& corridor_;
     const std::vector<MatchedRun>& runs_;
-    const AppSettings& settings_;
     WayFigures figures_;
 };
 
@@ -200,11 +198,11 @@ bool CorridorFilter::Takes(const MatchedRun& run) const {
 }
 
 CorridorResults ComputeCorridor(const Corridor& corridor, const std::vector<MatchedRun>& runs,
-                                const CorridorFilter& filter, const AppSettings& settings) {
+                                const CorridorFilter& filter) {
     CorridorResults results;
     for (const Way way : BothWays) {
         WayFigures& figures = results.Ways[static_cast<std::size_t>(way)];
-        figures = WayMaker(corridor, runs, way, filter, settings).Make();
+        figures = WayMaker(corridor, runs, way, filter).Make();
         AdjustProbabilities(figures);
     }
     results.LeftOut = LeftOutOf(corridor, runs);

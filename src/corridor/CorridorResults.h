@@ -74,7 +74,7 @@ struct CorridorResults {
 
 /// All figures over the runs that a filter takes. Never fails: of no runs there are none.
 CorridorResults ComputeCorridor(const Corridor& corridor, const std::vector<MatchedRun>& runs,
-                                const CorridorFilter& filter, const AppSettings& settings);
+                                const CorridorFilter& filter);
 
 /// The periods of runs in the order of time, an empty one last where some have none.
 std::vector<std::string> PeriodsOf(const std::vector<MatchedRun>& runs);

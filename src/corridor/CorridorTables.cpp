@@ -99,13 +99,13 @@ void AddComparedRow(StatisticsTable& table, const std::string& way, const std::s
 
 }  // namespace
 
-CorridorFindings FindingsOf(const Corridor& corridor, const std::vector<MatchedRun>& runs, const CorridorFilter& filter,
-                            const AppSettings& settings) {
-    CorridorFindings findings{ComputeCorridor(corridor, runs, filter, settings), {}, {}};
+CorridorFindings FindingsOf(const Corridor& corridor, const std::vector<MatchedRun>& runs,
+                            const CorridorFilter& filter) {
+    CorridorFindings findings{ComputeCorridor(corridor, runs, filter), {}, {}};
     const auto hasBoth = [](const WayFigures& way) { return !way.Before.empty() && !way.After.empty(); };
     if (std::ranges::none_of(findings.All.Ways, hasBoth)) return findings;
-    findings.Before = ComputeCorridor(corridor, runs, {filter.Period, CorridorFilter::Condition::Before}, settings);
-    findings.After = ComputeCorridor(corridor, runs, {filter.Period, CorridorFilter::Condition::After}, settings);
+    findings.Before = ComputeCorridor(corridor, runs, {filter.Period, CorridorFilter::Condition::Before});
+    findings.After = ComputeCorridor(corridor, runs, {filter.Period, CorridorFilter::Condition::After});
     return findings;
 }
 

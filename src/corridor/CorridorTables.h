@@ -14,8 +14,8 @@ struct CorridorFindings {
     CorridorResults All;
     std::optional<CorridorResults> Before, After;
 };
-CorridorFindings FindingsOf(const Corridor& corridor, const std::vector<MatchedRun>& runs, const CorridorFilter& filter,
-                            const AppSettings& settings);
+CorridorFindings FindingsOf(const Corridor& corridor, const std::vector<MatchedRun>& runs,
+                            const CorridorFilter& filter);
 
 /// What a row of the tables is of.
 struct FindingsRow {

@@ -139,7 +139,7 @@ Verification VerifyFigures(const FiguresFile& figures, const FileSystem& files, 
     verification.IsWhole = runs.IsWhole;
     if (!runs.IsWhole) return verification;
     const ReportedCorridor now{figures.Of, std::move(runs.Runs), figures.Filter, groupRoot};
-    const Json again = FiguresAsJson(now, FindingsByPeriod(now, figures.Settings), figures.Settings, {});
+    const Json again = FiguresAsJson(now, FindingsByPeriod(now), figures.Settings, {});
     Json reported = Json::object();
     Json computed = Json::object();
     for (const char* member : Computed) {

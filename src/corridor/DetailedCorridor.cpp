@@ -131,7 +131,7 @@ DetailedCorridor DetailCorridor(const DetailedCorridor& before, const Corridor& 
     const Units units = UnitsOf(settings);
     made.Periods = PeriodsOf(made.Runs);
     if (now.Nodes.size() < LeastNodes) return made;
-    made.Findings = FindingsOf(now, made.Runs, filter, settings);
+    made.Findings = FindingsOf(now, made.Runs, filter);
     made.Delays = DelayTable(now, made.Findings, units);
     made.Sections = CorridorSectionsTable(now, made.Findings, units);
     made.Compared = CorridorComparedTable(now, made.Findings.All, units);

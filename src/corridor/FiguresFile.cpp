@@ -103,10 +103,10 @@ std::string FiguresPathOf(const std::string& report) {
     return FolderOf(report) + BaseName(report) + FiguresExtension;
 }
 
-std::vector<PartOfFindings> FindingsByPeriod(const ReportedCorridor& corridor, const AppSettings& settings) {
+std::vector<PartOfFindings> FindingsByPeriod(const ReportedCorridor& corridor) {
     std::vector<PartOfFindings> parts;
     const auto add = [&](const CorridorFilter& filter) {
-        parts.push_back({filter, FindingsOf(corridor.Of, corridor.Runs, filter, settings)});
+        parts.push_back({filter, FindingsOf(corridor.Of, corridor.Runs, filter)});
     };
     add(corridor.Filter);
     const std::vector<std::string> periods = PeriodsOf(corridor.Runs);

@@ -24,6 +24,6 @@ struct PartOfFindings {
 };
 
 /// What a report states: first the runs that its filter takes, then each period of theirs where they have several.
-std::vector<PartOfFindings> FindingsByPeriod(const ReportedCorridor& corridor, const AppSettings& settings);
+std::vector<PartOfFindings> FindingsByPeriod(const ReportedCorridor& corridor);
 
 }  // namespace vantor

@@ -34,7 +34,7 @@ MapContents MapOf(const ReportedCorridor& corridor, const AppSettings& settings)
 CorridorReportData MakeCorridorData(std::shared_ptr<const ReportedCorridor> corridor, const AppSettings& settings,
                                     Date printed) {
     CorridorReportData data;
-    data.Findings = FindingsByPeriod(*corridor, settings);
+    data.Findings = FindingsByPeriod(*corridor);
     data.Map = MapOf(*corridor, settings);
     data.Of = std::move(corridor);
     data.Settings = settings;

@@ -22,6 +22,8 @@ protected:
         Window->OnRunChosen = [this](std::size_t run) { Told += "run " + std::to_string(run) + " "; };
         Window->resize(1212, 400);
     }
+    /// The view shows what outlives it.
+    ~CorridorProfilesViewTest() override { Window.reset(); }
 
     /// Where a distance and a speed lie.
     QPoint PlaceOf(PlotPoint value) const {

@@ -64,13 +64,12 @@ TEST(SignalArrivalsTest, NothingIsKnownWithoutTimingClockOrBand) {
     EXPECT_THAT(known(1), ElementsAre(true, false, true, true));
     EXPECT_THAT(known(2), ElementsAre(false, false, false, false)) << "no timing";
 
-    const auto results = ComputeCorridor(drives.Street, drives.Runs, {}, MphSettings());
+    const auto results = ComputeCorridor(drives.Street, drives.Runs, {});
     const auto json = ResultsAsJson(drives.Street, drives.Runs, {}, results)["ways"][0]["nodes"];
     EXPECT_EQ(json[1]["arrivals"]["n"], 3);
     EXPECT_EQ(json[1]["arrivals"]["on_green"], 2) << "at 35 s of the cycle, and at 40 and 25 s: green is below 40 s";
     EXPECT_TRUE(json[2]["arrivals"].is_null());
-    const auto table =
-        ArrivalsTable(drives.Street, drives.Runs, FindingsOf(drives.Street, drives.Runs, {}, MphSettings()));
+    const auto table = ArrivalsTable(drives.Street, drives.Runs, FindingsOf(drives.Street, drives.Runs, {}));
     ASSERT_EQ(table.Rows.size(), 2);
     EXPECT_EQ(table.Rows[1][4].Text, "67");
 }
