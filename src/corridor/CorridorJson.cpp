@@ -147,6 +147,8 @@ Date MomentFrom(const JsonPlace& json) {
     const auto fits = [](char shape, char character) { return shape == '0' ? IsDigit(character) : shape == character; };
     const auto number = [&text](std::size_t at, std::size_t digits) { return std::stoi(text.substr(at, digits)); };
     if (!std::ranges::equal(Shape, text, fits)) json.Refuse("is no moment such as \"2026-11-22T08:00:00\"");
+    // Days count from 1900 on; before, their fractions are no times of day.
+    if (number(0, 4) < 1900) json.Refuse("is a moment before 1900");
     try {
         const Date day = DateOf(number(0, 4), number(5, 2), number(8, 2));
         return {day.Days + TimeOf(number(11, 2), number(14, 2), number(17, 2)).Days};
