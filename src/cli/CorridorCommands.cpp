@@ -11,6 +11,7 @@
 #include "core/Paths.h"
 #include "core/RunDirection.h"
 #include "core/RunFile.h"
+#include "core/StudyGroupFolders.h"
 #include "core/Text.h"
 #include "core/modMain.h"
 #include "corridor/CorridorFigures.h"
@@ -42,7 +43,8 @@ std::string RootOf(const std::string& path) {
 
 NamedCorridor Open(const CommandContext& context, const std::string& path) {
     StoredCorridor stored = LoadCorridor(context.Files, path);
-    return {path, RootOf(path), std::move(stored.Corridor), stored.Stamp};
+    const std::string root = RootOf(path);
+    return {root + LastComponent(path), root, std::move(stored.Corridor), stored.Stamp};
 }
 
 void Save(const CommandContext& context, NamedCorridor& corridor) {
@@ -187,7 +189,12 @@ void TakeRunFile(CommandContext& context, NamedCorridor& corridor, const std::st
     if (!FileExists(context.Files, corridor.Root + group + "/" + name + RunExtension))
         throw RunTimeError(ErrorNumber::PathNotFound, path + ": the run lies in no Study Group beside the corridor (" +
                                                           corridor.Root + "). Upload or copy it into one first.");
-    std::optional<Way> way = WayNamed(corridor.Contents, arguments.Direction);
+    // What the user has set for it stays.
+    if (FindCorridorRun(corridor.Contents, group, name) != nullptr) {
+        context.Err << name << " is in the corridor already.\n";
+        return;
+    }
+    const std::optional<Way> way = WayNamed(corridor.Contents, arguments.Direction);
     const auto line = CorridorLine::Of(corridor.Contents);
     const RunMatch match = MatchRun(run.Run, corridor.Contents, line ? &*line : nullptr, way);
     for (const std::string& remark : match.Remarks) context.Err << name << ": " << remark << '\n';
@@ -196,7 +203,7 @@ void TakeRunFile(CommandContext& context, NamedCorridor& corridor, const std::st
     TakeRun(corridor.Contents, std::move(taken));
 }
 
-/// False when it was stopped.
+/// Takes the passes of a track into the corridor's file, with their runs or not at all; false when it was stopped.
 bool TakeTrack(CommandContext& context, NamedCorridor& corridor, const std::string& path,
                const MatchArguments& arguments) {
     const CommandSources sources(context, arguments.Log);
@@ -204,8 +211,13 @@ bool TakeTrack(CommandContext& context, NamedCorridor& corridor, const std::stri
         ReadCorridorTracks(sources.All, path, corridor.Contents, context.State.Settings, context.Work.Part(0, 0.8));
     for (const std::string& remark : tracks.Remarks) context.Err << remark << '\n';
     const std::string group = arguments.Group.empty() ? corridor.Contents.Name : arguments.Group;
-    return TakePasses(context.Files, corridor.Contents, tracks.Passes, corridor.Root, group, !arguments.AreAfter,
-                      context.Work.Part(0.8, 1));
+    if (tracks.Passes.empty()) return true;
+    context.Files.CreateFolder(GroupFolder(corridor.Root, group));
+    const auto passes = NamePasses(context.Files, corridor.Contents, tracks.Passes, corridor.Root, group);
+    if (!TakePassesIntoFile(context.Files, corridor.Path, passes, !arguments.AreAfter, context.Work.Part(0.8, 1)))
+        return false;
+    corridor = Open(context, corridor.Path);
+    return true;
 }
 
 int MatchCorridor(CommandContext& context, const std::string& path, const MatchArguments& arguments) {
@@ -216,13 +228,12 @@ int MatchCorridor(CommandContext& context, const std::string& path, const MatchA
                     << ".\n";
         return WrongUsage;
     }
-    for (const std::string& file : arguments.Paths) {
-        if (HasExtension(file, RunExtension))
-            TakeRunFile(context, corridor, file, arguments);
-        else if (!TakeTrack(context, corridor, file, arguments))
-            return Stopped;
-    }
-    if (!arguments.Paths.empty()) Save(context, corridor);
+    const auto isRun = [](const std::string& file) { return HasExtension(file, RunExtension); };
+    for (const std::string& file : arguments.Paths)
+        if (isRun(file)) TakeRunFile(context, corridor, file, arguments);
+    if (std::ranges::any_of(arguments.Paths, isRun)) Save(context, corridor);
+    for (const std::string& file : arguments.Paths)
+        if (!isRun(file) && !TakeTrack(context, corridor, file, arguments)) return Stopped;
     const auto runs = ReadRuns(context, corridor);
     if (!runs) return Stopped;
     if (context.AsJson) {

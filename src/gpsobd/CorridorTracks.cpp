@@ -104,17 +104,18 @@ CorridorTracks ReadCorridorTracks(const LogSources& sources, const std::string& 
     return tracks;
 }
 
-bool TakePasses(FileSystem& files, Corridor& corridor, std::span<const CorridorTrack> passes,
-                const std::string& groupRoot, const std::string& group, bool areBefore, const Progress& progress) {
-    const std::string folder = GroupFolder(groupRoot, group);
+std::vector<TakenPass> NamePasses(const FileSystem& files, const Corridor& corridor,
+                                  std::span<const CorridorTrack> passes, const std::string& groupRoot,
+                                  const std::string& group) {
     const std::string name(Trim(group));
     std::vector<TakenTrack> runs;
-    for (const CorridorTrack& pass : passes) runs.push_back({&pass.Track, name, {}, areBefore});
-    NameTracks(RunBaseNameOf(corridor), runs, {{name, NamesIn(files, folder)}});
-    files.CreateFolder(folder);
-    if (!WriteTracks(files, runs, groupRoot, progress)) return false;
-    for (std::size_t i = 0; i < runs.size(); ++i) TakeRunOf({runs[i], passes[i].Pass}, areBefore, corridor);
-    return true;
+    runs.reserve(passes.size());
+    for (const CorridorTrack& pass : passes) runs.push_back({&pass.Track, name, {}, {}});
+    NameTracks(RunBaseNameOf(corridor), runs, {{name, NamesIn(files, GroupFolder(groupRoot, group))}});
+    std::vector<TakenPass> taken;
+    taken.reserve(passes.size());
+    for (std::size_t i = 0; i < passes.size(); ++i) taken.push_back({runs[i], passes[i].Pass});
+    return taken;
 }
 
 bool TakePassesIntoFile(FileSystem& files, const std::string& path, std::span<const TakenPass> passes, bool areBefore,

@@ -35,12 +35,6 @@ struct CorridorTracks {
 CorridorTracks ReadCorridorTracks(const LogSources& sources, const std::string& path, const Corridor& corridor,
                                   const AppSettings& settings, const Progress& progress = {});
 
-/// Writes passes as runs into the Study Group `group` below `groupRoot`, which is made where it is missing, under the
-/// next free names "Main St-NB-001", all or none, and takes them into the corridor, which is not written. False when it
-/// was stopped.
-bool TakePasses(FileSystem& files, Corridor& corridor, std::span<const CorridorTrack> passes,
-                const std::string& groupRoot, const std::string& group, bool areBefore, const Progress& progress = {});
-
 /// The beginning of the names of a corridor's runs, which leaves room for way and number.
 std::string RunBaseNameOf(const Corridor& corridor);
 
@@ -49,6 +43,11 @@ struct TakenPass {
     TakenTrack Run;
     PassFacts Pass;
 };
+/// All passes, for the Study Group `group` below `groupRoot` under the next free names there, "Main St-NB-001". They
+/// must outlive what is returned.
+std::vector<TakenPass> NamePasses(const FileSystem& files, const Corridor& corridor,
+                                  std::span<const CorridorTrack> passes, const std::string& groupRoot,
+                                  const std::string& group);
 /// Writes passes as runs into the Study Groups beside the file of a corridor, and takes them into that file as it
 /// stands now; all of it or nothing. False when it was stopped.
 bool TakePassesIntoFile(FileSystem& files, const std::string& path, std::span<const TakenPass> passes, bool areBefore,
