@@ -9,6 +9,7 @@
 #include "core/Counted.h"
 #include "core/JsonFacts.h"
 #include "core/Text.h"
+#include "corridor/CorridorWords.h"
 #include "statistics/Figure.h"
 #include "statistics/StatisticsCells.h"
 
@@ -43,10 +44,6 @@ std::string TimeText(Date time) {
 /// "Distance (ft)".
 StatisticsCell FeetCell(std::optional<double> feet, const Units& units) {
     return ValueCell(feet, FigureUnit::Feet, 0, units);
-}
-
-std::string SectionName(const Corridor& corridor, const SectionFigures& section) {
-    return corridor.Nodes[section.From].Name + " to " + corridor.Nodes[section.To].Name;
 }
 
 std::vector<StatisticsCell> SectionCells(const std::string& way, const std::string& name, const GroupStatistics& group,
@@ -117,10 +114,7 @@ std::vector<StatisticsCell> NodeOfRunCells(const ReportedCorridor& corridor, con
     const auto seconds = [&](std::int32_t value) {
         return ValueCell(hasFigure ? std::optional<double>(value) : std::nullopt, FigureUnit::Seconds, 0, units);
     };
-    std::vector<std::string> remarks = delay.Row.Warnings;
-    if (!hasFigure) remarks.insert(remarks.begin(), delay.Problem);
-    if (delay.Measured.IsOwn) remarks.emplace_back("its own band");
-    if (delay.Measured.IsCut) remarks.emplace_back("band cut at its neighbour's");
+    const std::vector<std::string> remarks = RemarksOf(delay);
     return {TextCell(as.Name),
             TextCell(as.Group),
             TextCell(corridor.Of.Of(run.Match.Along).Name),

@@ -5,6 +5,7 @@
 #include "core/Counted.h"
 #include "core/Numeric.h"
 #include "core/Text.h"
+#include "corridor/CorridorWords.h"
 #include "corridor/SignalArrivals.h"
 #include "statistics/Figure.h"
 #include "statistics/StatisticsCells.h"
@@ -63,10 +64,6 @@ StatisticsCell NeededCell(const RunsNeeded& needed) {
 
 const NodeFigures& FiguresOf(const WayFigures& way, std::size_t node) {
     return *std::ranges::find(way.Nodes, node, &NodeFigures::Node);
-}
-
-std::string SectionName(const Corridor& corridor, const SectionFigures& section) {
-    return corridor.Nodes[section.From].Name + " to " + corridor.Nodes[section.To].Name;
 }
 
 void AddSectionRow(StatisticsTable& table, const std::string& way, const std::string& name,
@@ -243,10 +240,7 @@ StatisticsTable NodeRunsTable(const Corridor& corridor, const std::vector<Matche
             return delay.HasFigure() ? ValueCell(value, FigureUnit::Feet, 0, units) : TextCell(NoValueText);
         };
         const auto arrival = ArrivalAt(corridor, runs, index, figures.Node);
-        std::vector<std::string> remarks = delay.Row.Warnings;
-        if (!delay.HasFigure()) remarks.insert(remarks.begin(), delay.Problem);
-        if (delay.Measured.IsOwn) remarks.emplace_back("its own band");
-        if (delay.Measured.IsCut) remarks.emplace_back("band cut at its neighbour's");
+        const std::vector<std::string> remarks = RemarksOf(delay);
         table.Rows.push_back({TextCell(run.Measured.Name),
                               TextCell(ShortDate(run.Measured.RunDate) + " " + ShortTime(run.Measured.RunTime)),
                               TextCell(corridor.Runs[run.Index].IsBefore ? "before" : "after"),
